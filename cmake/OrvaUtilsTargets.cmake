@@ -1,0 +1,25 @@
+# SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+# SPDX-License-Identifier: MIT
+#
+# What every target of this repository is compiled with.
+
+# orvautils_configure_target(<target>): warnings, sanitizers and the Qt settings of our own code.
+function(orvautils_configure_target target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+    $<$<BOOL:${ORVAUTILS_WERROR}>:-Werror>
+    # A program must not carry the path of the machine it was built on.
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+  target_compile_definitions(${target} PRIVATE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_URL_CAST_FROM_STRING
+    # Only what was deprecated before Qt 5.6, the floor, has a successor that may be used.
+    QT_DEPRECATED_WARNINGS_SINCE=0x050600)
+  if(ORVAUTILS_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${ORVAUTILS_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${ORVAUTILS_SANITIZE})
+  endif()
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
+endfunction()

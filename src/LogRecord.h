@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// LogRecord: the one way in which the library's sources write to the log.
+//
+//     ORVAUTILS_LOG_WARNING() << "unable to mkdir" << path;
+//
+// The record carries the base name of the source file and the name of the enclosing function. A
+// helper that logs on behalf of a public function names that function instead:
+//
+//     ORVAUTILS_LOG_WARNING_IN("copyDir") << "unable to mkdir" << path;
+//
+// This header is private to the library and is not installed.
+
+#ifndef ORVAUTILS_LOGRECORD_H
+#define ORVAUTILS_LOGRECORD_H
+
+#include <LogStream.h>
+
+/// A LogStream that puts one blank between its values by itself.
+class LogRecord
+{
+public:
+    /// \a sourceFile is the whole __FILE__; its folder and suffix are left out of the record.
+    LogRecord(int logType, const char* sourceFile, const char* function, int line)
+        : mStream(static_cast<LogType>(logType), baseName(sourceFile).constData(), function, line)
+    { }
+
+    template <typename T>
+    LogRecord& operator<<(const T& value)
+    {
+        mStream << value;
+        mStream.checkSpacing();
+        return *this;
+    }
+
+private:
+    static QByteArray baseName(const char* sourceFile)
+    {
+        const QByteArray path(sourceFile);
+        const int start = path.lastIndexOf('/') + 1;
+        const int dot = path.indexOf('.', start);
+        return path.mid(start, dot < 0 ? -1 : dot - start);
+    }
+
+    LogStream mStream;
+};
+
+#define ORVAUTILS_LOG_INFO_IN(function) LogRecord(1, __FILE__, function, __LINE__)
+#define ORVAUTILS_LOG_WARNING_IN(function) LogRecord(2, __FILE__, function, __LINE__)
+#define ORVAUTILS_LOG_CRITICAL_IN(function) LogRecord(4, __FILE__, function, __LINE__)
+
+#define ORVAUTILS_LOG_INFO() ORVAUTILS_LOG_INFO_IN(__func__)
+#define ORVAUTILS_LOG_WARNING() ORVAUTILS_LOG_WARNING_IN(__func__)
+#define ORVAUTILS_LOG_CRITICAL() ORVAUTILS_LOG_CRITICAL_IN(__func__)
+
+#endif // ORVAUTILS_LOGRECORD_H

@@ -1,0 +1,35 @@
+# SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+# SPDX-License-Identifier: MIT
+#
+# Installs the library into a fresh prefix, then builds and runs the consumer against it, as a user
+# who has never seen the source tree would.
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    list(JOIN ARGN " " command)
+    message(FATAL_ERROR "failed (${result}): ${command}")
+  endif()
+endfunction()
+
+if(KIND STREQUAL "shared")
+  set(shared ON)
+else()
+  set(shared OFF)
+endif()
+
+set(library_build "${WORK_DIR}/library")
+set(prefix "${WORK_DIR}/prefix")
+set(program_build "${WORK_DIR}/program")
+file(REMOVE_RECURSE "${prefix}" "${program_build}")
+
+run(${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${library_build}" -G "${GENERATOR}"
+  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug -DBUILD_SHARED_LIBS=${shared}
+  -DORVAUTILS_BUILD_TESTS=OFF -DORVAUTILS_BUILD_EXAMPLES=OFF -DORVAUTILS_BUILD_BENCHMARKS=OFF)
+run(${CMAKE_COMMAND} --build "${library_build}")
+run(${CMAKE_COMMAND} --install "${library_build}" --prefix "${prefix}")
+
+run(${CMAKE_COMMAND} -S "${SOURCE_DIR}/tests/consumer" -B "${program_build}" -G "${GENERATOR}"
+  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} --build "${program_build}")
+run("${program_build}/consumer")

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "OrdinaryUser.h"
+
+#include <unistd.h>
+
+namespace {
+
+const uid_t nobody = 65534;
+
+void becomeOrDie(uid_t user)
+{
+    // A test that went on with the wrong rights would prove nothing.
+    if (seteuid(user) != 0)
+        qFatal("OrdinaryUser: cannot become user %u", unsigned(user));
+}
+
+} // namespace
+
+OrdinaryUser::OrdinaryUser()
+    : mWasRoot(geteuid() == 0)
+{
+    if (mWasRoot)
+        becomeOrDie(nobody);
+}
+
+OrdinaryUser::~OrdinaryUser()
+{
+    if (mWasRoot)
+        becomeOrDie(0);
+}
