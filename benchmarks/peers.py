@@ -1,0 +1,71 @@
+# SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+# SPDX-License-Identifier: MIT
+"""What the compare_<topic>.py scripts share: contenders run in turn, medians, one table.
+
+A contender is a function without arguments that does the whole job once and returns the seconds it
+took. Contenders take turns (a b c, a b c, ...), so that whatever disturbs the machine disturbs all
+of them alike; the figure of each is its median, and the ratio is ours divided by the peer's.
+"""
+
+import resource
+import statistics
+import subprocess
+import time
+
+
+def timed(function):
+    """Seconds that one call of function takes."""
+    start = time.perf_counter()
+    function()
+    return time.perf_counter() - start
+
+
+def run(command, **options):
+    """Runs a command, fails loudly when it fails, and returns its seconds."""
+    return timed(lambda: subprocess.run(command, check=True, stdout=subprocess.DEVNULL, **options))
+
+
+def cpu_of_children(function):
+    """CPU seconds, user and system, that the child processes started by function spend."""
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
+    function()
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+
+
+def alternate(contenders, rounds=7):
+    """Runs every contender once a round after one unmeasured round; name -> median seconds."""
+    seconds = {name: [] for name in contenders}
+    for function in contenders.values():
+        function()
+    for _ in range(rounds):
+        for name, function in contenders.items():
+            seconds[name].append(function())
+    return {name: statistics.median(times) for name, times in seconds.items()}
+
+
+class Table:
+    """Rows of our median beside a peer's, the ratio and the highest ratio that we promise."""
+
+    def __init__(self, title):
+        self.title = title
+        self.rows = []
+
+    def add(self, what, ours, peer_name, peer, promised=None):
+        self.rows.append((what, ours, peer_name, peer, ours / peer, promised))
+
+    def kept(self):
+        """Whether every promise is kept."""
+        return all(promised is None or ratio <= promised
+                   for _, _, _, _, ratio, promised in self.rows)
+
+    def __str__(self):
+        lines = [self.title, "-" * len(self.title),
+                 f"{'what':44} {'ours ms':>10}  {'peer':26} {'peer ms':>10} {'ratio':>7} {'promised':>9}"]
+        for what, ours, peer_name, peer, ratio, promised in self.rows:
+            mark = "" if promised is None else f"{promised:9.2f}"
+            if promised is not None and ratio > promised:
+                mark += "  missed"
+            lines.append(f"{what:44} {ours * 1e3:10.2f}  {peer_name:26} {peer * 1e3:10.2f}"
+                         f" {ratio:7.2f} {mark}")
+        return "\n".join(lines) + "\n"
