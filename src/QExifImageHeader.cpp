@@ -568,6 +568,8 @@ QExifImageHeader::~QExifImageHeader() = default;
 bool QExifImageHeader::loadFromJpeg(const QString& fileName)
 {
     clear();
+    if (fileName.isEmpty())
+        return false;
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) && loadFromJpeg(&file);
 }
@@ -887,6 +889,8 @@ void QExifImageHeader::setValue(GpsTag tag, const QExifValue& value)
 
 QImage QExifImageHeader::thumbnail() const
 {
+    if (!d->thumbnailData.startsWith("\xFF\xD8"))
+        return QImage();
     QBuffer buffer(&d->thumbnailData);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, "JPG");
