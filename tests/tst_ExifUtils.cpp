@@ -352,5 +352,5 @@ void tst_ExifUtils::photos()
     QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("0"));
 }
 
-QTEST_MAIN(tst_ExifUtils)
+QTEST_GUILESS_MAIN(tst_ExifUtils)
 #include "tst_ExifUtils.moc"

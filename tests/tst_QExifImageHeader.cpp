@@ -3049,5 +3049,5 @@ void tst_QExifImageHeader::photosSavedForReaders()
     }
 }
 
-QTEST_MAIN(tst_QExifImageHeader)
+QTEST_GUILESS_MAIN(tst_QExifImageHeader)
 #include "tst_QExifImageHeader.moc"
