@@ -142,7 +142,8 @@ void tst_StringUtils::formatDurationFromMSec_data()
     QTest::addColumn<quint64>("ms");
     QTest::addColumn<QString>("text");
     const auto row = [](quint64 ms, const char* text) {
-        QTest::addRow("%llu", static_cast<unsigned long long>(ms)) << ms << QString::fromUtf8(text);
+        QTest::newRow(qPrintable(QString::asprintf("%llu", static_cast<unsigned long long>(ms))))
+            << ms << QString::fromUtf8(text);
     };
     row(0, "");
     row(1, "1ms ");
@@ -206,7 +207,7 @@ void tst_StringUtils::compareVersion_data()
     QTest::addColumn<bool>("comparable");
     QTest::addColumn<int>("result");
     const auto row = [](const char* a, const char* b, bool comparable, int result) {
-        QTest::addRow("'%s' '%s'", a, b)
+        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s'", a, b)))
             << QString::fromUtf8(a) << QString::fromUtf8(b) << comparable << result;
     };
     row("1", "1", true, 0);
@@ -412,7 +413,8 @@ void tst_StringUtils::normalizeTextForSearch_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("key");
     const auto row = [](const char* s, const char* key) {
-        QTest::addRow("'%s'", s) << QString::fromUtf8(s) << QString::fromUtf8(key);
+        QTest::newRow(qPrintable(QString::asprintf("'%s'", s)))
+            << QString::fromUtf8(s) << QString::fromUtf8(key);
     };
     row("", "");
     row("Élan, Vital!", "elan vital");
@@ -468,7 +470,7 @@ void tst_StringUtils::splitTextForSearch_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QStringList>("words");
     const auto row = [](const char* s, const QStringList& words) {
-        QTest::addRow("'%s'", s) << QString::fromUtf8(s) << words;
+        QTest::newRow(qPrintable(QString::asprintf("'%s'", s))) << QString::fromUtf8(s) << words;
     };
     row("", {});
     row("  ", {});
@@ -591,7 +593,7 @@ void tst_StringUtils::formatRealForInput_data()
     QTest::addColumn<int>("precision");
     QTest::addColumn<QString>("text");
     const auto row = [](double value, int precision, const char* text) {
-        QTest::addRow("%g with %d", value, precision)
+        QTest::newRow(qPrintable(QString::asprintf("%g with %d", value, precision)))
             << value << precision << QString::fromUtf8(text);
     };
     row(2.5, 2, "2.5");
@@ -628,7 +630,7 @@ void tst_StringUtils::byteArrayToString_data()
     QTest::addColumn<int>("base");
     QTest::addColumn<QString>("text");
     const auto row = [](const char* bytesInHex, int base, const char* text) {
-        QTest::addRow("%s in base %d", bytesInHex, base)
+        QTest::newRow(qPrintable(QString::asprintf("%s in base %d", bytesInHex, base)))
             << QByteArray::fromHex(bytesInHex) << base << QString::fromUtf8(text);
     };
     row("", 16, "");
@@ -657,7 +659,7 @@ void tst_StringUtils::hexaStringToByteArray_data()
     QTest::addColumn<int>("base");
     QTest::addColumn<QString>("hex");
     const auto row = [](const char* s, int base, const char* hex) {
-        QTest::addRow("'%s' in base %d", s, base)
+        QTest::newRow(qPrintable(QString::asprintf("'%s' in base %d", s, base)))
             << QString::fromUtf8(s) << base << QString::fromUtf8(hex);
     };
     row("", 16, "");
@@ -705,7 +707,8 @@ void tst_StringUtils::findNoExistantName_data()
     QTest::addColumn<QString>("name");
     const auto row = [](const char* existing, const char* prefix, const char* pattern,
                         const char* extension, const char* name) {
-        QTest::addRow("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)
+        QTest::newRow(qPrintable(
+            QString::asprintf("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)))
             << QString::fromUtf8(existing).split(QLatin1Char('|'), QString::SkipEmptyParts)
             << QString::fromUtf8(prefix) << QString::fromUtf8(pattern)
             << QString::fromUtf8(extension) << QString::fromUtf8(name);
@@ -769,7 +772,7 @@ void tst_StringUtils::replaceFirstText_data()
     QTest::addColumn<QString>("after");
     QTest::addColumn<QString>("result");
     const auto row = [](const char* s, const char* before, const char* after, const char* result) {
-        QTest::addRow("'%s' '%s' '%s'", s, before, after)
+        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, before, after)))
             << QString::fromUtf8(s) << QString::fromUtf8(before) << QString::fromUtf8(after)
             << QString::fromUtf8(result);
     };
@@ -803,7 +806,7 @@ void tst_StringUtils::replaceFirstMatch_data()
     QTest::addColumn<QString>("result");
     const auto row = [](const char* s, const char* pattern, const char* group, const char* after,
                         const char* result) {
-        QTest::addRow("'%s' '%s' '%s'", s, pattern, group)
+        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, pattern, group)))
             << QString::fromUtf8(s) << QString::fromUtf8(pattern) << QString::fromUtf8(group)
             << QString::fromUtf8(after) << QString::fromUtf8(result);
     };
