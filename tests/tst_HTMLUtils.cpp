@@ -3,13 +3,12 @@
 
 #include "HTMLUtils.h"
 
+#include "ScriptRunner.h"
+
 #include <QColor>
-#include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -241,20 +240,15 @@ void tst_HTMLUtils::encodeToJavascriptTextReadByNode()
     for (int code = 0; code <= 0xffff; ++code)
         text += QChar(code);
     const QString encoded = HTMLUtils::encodeToJavascriptText(text);
-    QTemporaryDir folder;
-    QFile script(folder.filePath(QStringLiteral("units.js")));
-    QVERIFY(script.open(QIODevice::WriteOnly));
-    script.write("for (const text of ['" + encoded.toLatin1() + "', \"" + encoded.toLatin1()
-                 + "\"]) {\n"
-                   "  let right = text.length === 65536;\n"
-                   "  for (let i = 0; i < 65536; ++i) right = right && text.charCodeAt(i) === i;\n"
-                   "  console.log(right);\n}\n");
-    script.close();
-    QProcess process;
-    process.start(node, {script.fileName()});
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.readAllStandardError(), QByteArray());
-    QCOMPARE(process.readAllStandardOutput(), QByteArray("true\ntrue\n"));
+    const ScriptResult result = runScript(
+        node,
+        "for (const text of ['" + encoded.toLatin1() + "', \"" + encoded.toLatin1()
+            + "\"]) {\n"
+              "  let right = text.length === 65536;\n"
+              "  for (let i = 0; i < 65536; ++i) right = right && text.charCodeAt(i) === i;\n"
+              "  console.log(right);\n}\n");
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.output, QByteArray("true\ntrue\n"));
 }
 
 void tst_HTMLUtils::formatHtmlToPlainText_data()
