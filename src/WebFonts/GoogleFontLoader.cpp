@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 
 /// Registers the compiled-in list, which in a static library does not happen by itself. Outside the
@@ -65,8 +66,9 @@ const GoogleFontFile& customList()
         && file.lastModified() == list.modified;
     if (!unchanged) {
         list.file.loadJsonGFontFromFilePath(file.filePath());
-        // A file that could not even be opened was not parsed: it is tried again.
-        list.path = file.isReadable() ? file.filePath() : QString();
+        // A file that cannot even be opened was not parsed: it is tried again.
+        const bool opens = QFile(file.filePath()).open(QIODevice::ReadOnly);
+        list.path = opens ? file.filePath() : QString();
         list.size = file.size();
         list.modified = file.lastModified();
     }
