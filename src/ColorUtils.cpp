@@ -40,8 +40,7 @@ double alphaOf(const QString& part)
 
 ColorUtils::ColorUtils(QObject* parent)
     : QObject(parent)
-{
-}
+{ }
 
 QColor ColorUtils::bootstrapColorText(NotificationType type)
 {

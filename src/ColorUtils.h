@@ -20,7 +20,7 @@ class ORVAUTILS_EXPORT ColorUtils : public QObject
 
 public:
     /// The kinds of message that the applications show.
-    enum NotificationType {
+    enum NotificationType : int {
         Info = 0, ///< "#00529B" on "#BDE5F8"
         Success = 1, ///< "#4F8A10" on "#DFF2BF"
         Warning = 2, ///< "#9F6000" on "#FEEFB3"

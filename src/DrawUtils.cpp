@@ -154,8 +154,9 @@ void DrawUtils::drawInformativeMessage(QPainter* painter, QWidget* widget, QStri
 {
     const QPoint topLeft(qRound(rect.left()), qRound(rect.top()));
     const QPoint behind(qRound(rect.right()), qRound(rect.bottom()));
-    drawInformativeMessage(painter, widget, text,
-                           QRect(topLeft, QSize(behind.x() - topLeft.x(), behind.y() - topLeft.y())));
+    drawInformativeMessage(
+        painter, widget, text,
+        QRect(topLeft, QSize(behind.x() - topLeft.x(), behind.y() - topLeft.y())));
 }
 
 void DrawUtils::drawInformativeMessage(QPainter* painter, QWidget* widget, QString text,

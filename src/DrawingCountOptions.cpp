@@ -10,5 +10,4 @@ DrawingCountOptions::DrawingCountOptions()
     , secondBackgroundColor(Qt::white)
     , textColor(Qt::black)
     , borderColor(Qt::transparent)
-{
-}
+{ }
