@@ -13,6 +13,8 @@
 #include <QSet>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 #include <dirent.h>
 
@@ -48,13 +50,8 @@ public:
     /// \a prefix is empty or ends with "/".
     void walk(const QString& folder, const QString& prefix)
     {
-        const QFileInfo info(folder);
-        if (!info.isReadable() || !info.isExecutable()) {
-            fail(prefix.isEmpty() ? folder : prefix, tr("cannot be read (permission denied)"));
+        if (!checkRawNames(folder, prefix))
             return;
-        }
-        reportUndecodableNames(folder, prefix);
-
         // System: also links that lead nowhere, so that they can be named.
         QFileInfoList entries = QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::System
                                                            | QDir::NoDotAndDotDot);
@@ -89,13 +86,16 @@ private:
         mPhotographs->append({entry.canonicalFilePath(), name, QString()});
     }
 
-    /// Qt leaves out names that are not text in the system's encoding, such as names in Latin-1
-    /// from an old disk: they must not vanish without a word.
-    void reportUndecodableNames(const QString& folder, const QString& prefix)
+    /// False when the folder cannot be read. Qt leaves out names that are not text in the system's
+    /// encoding, such as names in Latin-1 from an old disk: they must not vanish without a word.
+    bool checkRawNames(const QString& folder, const QString& prefix)
     {
         DIR* const directory = ::opendir(QFile::encodeName(folder).constData());
-        if (!directory)
-            return;
+        if (!directory) {
+            fail(prefix.isEmpty() ? folder : prefix,
+                 tr("cannot be read (%1)").arg(QString::fromLocal8Bit(std::strerror(errno))));
+            return false;
+        }
         while (const dirent* const entry = ::readdir(directory)) {
             const QByteArray raw(entry->d_name);
             const QString name = QFile::decodeName(raw);
@@ -106,6 +106,7 @@ private:
                 fail(prefix + name, tr("has a name that is not valid UTF-8; please rename it"));
         }
         ::closedir(directory);
+        return true;
     }
 
     void fail(const QString& subject, const QString& reason)
