@@ -10,6 +10,7 @@
 #include "CommandLine.h"
 #include "Console.h"
 #include "ContactSheet.h"
+#include "LogKeeper.h"
 #include "PictureImporter.h"
 #include "Project.h"
 #include "Site.h"
@@ -18,6 +19,7 @@
 #include <QGuiApplication>
 
 #include <csignal>
+#include <memory>
 
 namespace {
 
@@ -26,6 +28,26 @@ enum ExitCode { AllImported = 0, SomeFailed = 1, BadUsage = 2 };
 QString tr(const char* text)
 {
     return QCoreApplication::translate("shop-publisher", text);
+}
+
+/// The GUI application object, which pictures with text need, for a program that opens no window.
+std::unique_ptr<QGuiApplication> makeApplication(int& argc, char* argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Outside a desktop session Qt makes itself a runtime folder in the temporary folder and says
+    // so. This program needs none and writes nowhere but in the site: while Qt starts, the
+    // temporary folder is a place where nothing can be made, and the complaint is kept back.
+    const bool hasTemporaryFolder = qEnvironmentVariableIsSet("TMPDIR");
+    const QByteArray temporaryFolder = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/dev/null");
+    const LogKeeper log;
+    auto application = std::make_unique<QGuiApplication>(argc, argv);
+    if (hasTemporaryFolder)
+        qputenv("TMPDIR", temporaryFolder);
+    else
+        qunsetenv("TMPDIR");
+    return application;
 }
 
 ExitCode refuse(const QString& reason)
@@ -81,12 +103,9 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QStringLiteral("shop-publisher"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SHOP_PUBLISHER_VERSION));
 
-    // Pictures need the GUI application object, but this program opens no window.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     // Whoever reads our output may go; the site is finished all the same.
     std::signal(SIGPIPE, SIG_IGN);
-    QGuiApplication application(argc, argv);
+    const auto application = makeApplication(argc, argv);
 
     const CommandLine commandLine = CommandLine::parse(QCoreApplication::arguments());
     if (commandLine.request == CommandLine::ShowText) {
