@@ -53,10 +53,12 @@ figure a.table { background: var(--table); }
 figure img { position: absolute; inset: 0; width: 100%; height: 100%; object-fit: scale-down; }
 figure img.drawing { object-fit: contain; }
 figure .table img { padding: 6%; }
-figcaption { display: flex; gap: .75rem; margin-top: .5rem; font-size: .875rem; }
-figcaption bdi { flex: 1; overflow: hidden; text-overflow: ellipsis; white-space: nowrap; }
-figcaption span { color: var(--soft); white-space: nowrap; font-variant-numeric: tabular-nums; }
-@media (max-width: 34rem) { figcaption { flex-direction: column; gap: 0; } }
+figcaption { margin-top: .5rem; font-size: .875rem; line-height: 1.35; }
+figcaption bdi {
+  display: -webkit-box; -webkit-box-orient: vertical; -webkit-line-clamp: 2; overflow: hidden;
+  overflow-wrap: anywhere;
+}
+figcaption span { color: var(--soft); font-variant-numeric: tabular-nums; }
 )css";
 
 QString tr(const char* text)
@@ -109,8 +111,7 @@ void writePicture(QTextStream& html, const PublishedPicture& picture)
          << address(QLatin1String("thumbs/") + picture.name) << '"'
          << (drawing ? " class=\"drawing\"" : "") << " alt=\""
          << escaped(alternativeText(picture.name)) << "\" width=\"" << picture.thumbSize.width()
-         << "\" height=\"" << picture.thumbSize.height()
-         << "\" loading=\"lazy\" decoding=\"async\"></a>\n"
+         << "\" height=\"" << picture.thumbSize.height() << "\" loading=\"lazy\"></a>\n"
          << "<figcaption><bdi title=\"" << escaped(fileName) << "\">" << escaped(fileName)
          << "</bdi>";
     if (drawing)
