@@ -22,10 +22,15 @@ CommandLine CommandLine::parse(const QStringList& arguments)
         tr("Imports the photographs of a shop project upright into a web site and makes a page "
            "that shows them.\n\n"
            "Exit code: 0 all imported, 1 some failed, 2 bad usage."));
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
+    // Not addHelpOption(): it also brings options of Qt that mean nothing to this program.
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  tr("Show this help."));
+    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
+                                     tr("Show the version."));
     const QCommandLineOption quiet({QStringLiteral("q"), QStringLiteral("quiet")},
                                    tr("Print nothing but failures."));
+    parser.addOption(help);
+    parser.addOption(version);
     parser.addOption(quiet);
     parser.addPositionalArgument(
         QStringLiteral("PROJECT"),

@@ -3,6 +3,7 @@
 
 #include "PictureImporter.h"
 
+#include <FileUtils.h>
 #include <ImageUtils.h>
 
 #include <QCoreApplication>
@@ -10,6 +11,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
+#include <QStorageInfo>
 #include <QXmlStreamReader>
 
 namespace {
@@ -77,13 +79,17 @@ QString sourceDefect(const QString& path)
     return QString();
 }
 
-/// Why the library could not import a picture that looked well, found by trying its steps.
-QString importDefect(const QString& path, const QStringList& log)
+/// Why the library could not import a picture that looked well, found by trying its steps and, for
+/// the step that is left, from what it logged.
+QString importDefect(const QString& path, const QString& siteFolder, const QString& log)
 {
     QImageReader reader(path);
     if (reader.read().isNull())
         return tr("cannot be decoded (%1)").arg(reader.errorString());
-    return tr("cannot be imported (%1)").arg(log.join(QLatin1String("; ")));
+    if (log.contains(QLatin1String("can't save")) || log.contains(QLatin1String("can't copy")))
+        return tr("cannot be saved in the site, where %1 are free")
+            .arg(FileUtils::fileSizeToString(QStorageInfo(siteFolder).bytesAvailable()));
+    return tr("cannot be imported (%1)").arg(log);
 }
 
 /// Size in CSS pixels of a small picture: it fills the limit, but only a drawing is enlarged.
@@ -148,6 +154,7 @@ bool PictureImporter::makeDraft(const Photograph& photograph, const QString& dra
     if (ImageUtils::copyImageFile(photograph.source, draft, keepAspectRatio,
                                   thumb ? thumbLimit : imageLimit, options, quality))
         return true;
-    *reason = importDefect(photograph.source, mLog.take());
+    *reason =
+        importDefect(photograph.source, mSite->folder(), mLog.take().join(QLatin1String("; ")));
     return false;
 }

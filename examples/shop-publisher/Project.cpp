@@ -56,11 +56,12 @@ public:
         QFileInfoList entries = QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::System
                                                            | QDir::NoDotAndDotDot);
         std::sort(entries.begin(), entries.end(), nameLess);
-        for (const QFileInfo& entry : qAsConst(entries)) {
+        const QFileInfoList& sorted = entries;
+        for (const QFileInfo& entry : sorted) {
             if (!entry.isDir() && ImageUtils::filenameHasWebImageExtension(entry.fileName()))
                 add(entry, prefix + entry.fileName());
         }
-        for (const QFileInfo& entry : qAsConst(entries)) {
+        for (const QFileInfo& entry : sorted) {
             if (!entry.isDir())
                 continue;
             const QString name = prefix + entry.fileName() + QLatin1Char('/');
@@ -121,7 +122,7 @@ private:
 void giveSiteNames(QVector<Photograph>* photographs)
 {
     QSet<QString> wanted;
-    for (const Photograph& photograph : qAsConst(*photographs))
+    for (const Photograph& photograph : *photographs)
         wanted.insert(fileSystemKey(photograph.name));
 
     QSet<QString> taken;
