@@ -21,6 +21,8 @@
 #endif
 #if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -244,6 +246,13 @@ mode_t permissionsOfCopy(int source, mode_t mode)
     return permissions;
 }
 
+void setPermissions(int file, mode_t permissions)
+{
+    // Some file systems have no permissions; that is no reason to have no copy.
+    if (fchmod(file, permissions) != 0)
+        errno = 0;
+}
+
 bool writeAll(int destination, const char* data, size_t size)
 {
     while (size > 0) {
@@ -283,24 +292,51 @@ bool flush(int descriptor)
     return fdatasync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS || errno == EROFS;
 }
 
+/// Gives a file its final name, unless something is there already.
+bool renameNew(const QByteArray& name, const QByteArray& newName)
+{
+    if (link(name.constData(), newName.constData()) == 0)
+        return unlink(name.constData()) == 0;
+    // Not every file system has hard links.
+    struct stat status;
+    return errno != EEXIST && lstat(newName.constData(), &status) != 0
+        && rename(name.constData(), newName.constData()) == 0;
+}
+
+/// The same through a temporary name, for file systems that have no files without one.
+Copied copyThroughName(const Descriptor& from, const struct stat& status, const QByteArray& folder,
+                       const QByteArray& destination)
+{
+    QByteArray name = folder + "orvautils_temp.XXXXXX";
+    Descriptor to(mkostemp(name.data(), O_CLOEXEC));
+    if (!to.isOpen())
+        return Copied::NotTried;
+    const bool isComplete = copyContent(from, to, status.st_size) && flush(to);
+    setPermissions(to, permissionsOfCopy(from, status.st_mode));
+    const bool isStored = to.close() && isComplete;
+    if (isStored && renameNew(name, destination))
+        return Copied::Yes;
+    unlink(name.constData());
+    return isStored ? Copied::NotTried : Copied::No;
+}
+
 Copied copyFileWithLinux(const QByteArray& source, const QByteArray& destination)
 {
     // Not blocking: a pipe in the place of the file would otherwise wait for its writer.
-    Descriptor from(open(source.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const Descriptor from(open(source.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status;
     if (!from.isOpen() || fstat(from, &status) != 0 || !S_ISREG(status.st_mode))
         return Copied::NotTried;
 
     // A file without a name, which gets its name last.
     const int slash = destination.lastIndexOf('/');
-    const QByteArray folder = slash < 0 ? QByteArray(".") : destination.left(slash + 1);
+    const QByteArray folder = slash < 0 ? QByteArray("./") : destination.left(slash + 1);
     Descriptor to(open(folder.constData(), O_WRONLY | O_CLOEXEC | O_TMPFILE, 0600));
     if (!to.isOpen())
-        return Copied::NotTried;
+        return copyThroughName(from, status, folder, destination);
     if (!copyContent(from, to, status.st_size) || !flush(to))
         return Copied::No;
-    // Some file systems have no permissions; that is no reason to have no copy.
-    fchmod(to, permissionsOfCopy(from, status.st_mode));
+    setPermissions(to, permissionsOfCopy(from, status.st_mode));
     const QByteArray unnamed = "/proc/self/fd/" + QByteArray::number(to);
     if (linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, destination.constData(), AT_SYMLINK_FOLLOW)
         != 0)

@@ -136,7 +136,9 @@ struct FolderContent
 {
     qint64 size = 0;
     int fileCount = 0;
-    qint64 lastModified = std::numeric_limits<qint64>::min();
+    qint64 lastModified = noTime;
+
+    static const qint64 noTime = std::numeric_limits<qint64>::min();
 };
 
 void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
@@ -150,11 +152,11 @@ void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
         if (entry.kind != FileSystem::Kind::File) {
             if (leadsOn(entry, walk))
                 folders.append(joined(path, entry.name));
-        } else if (!entry.isHidden
-                   || entry.name.compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) != 0) {
+        } else if (entry.name.compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) != 0) {
             content.size += entry.size;
             ++content.fileCount;
-            content.lastModified = qMax(content.lastModified, entry.modified);
+            if (entry.modified > content.lastModified)
+                content.lastModified = entry.modified;
         }
     }
     for (const QString& folder : qAsConst(folders))
@@ -405,7 +407,7 @@ qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* las
             nullptr, content);
     if (fileCount)
         *fileCount += content.fileCount;
-    if (lastModified && content.fileCount > 0) {
+    if (lastModified && content.lastModified != FolderContent::noTime) {
         const QDateTime latest = QDateTime::fromMSecsSinceEpoch(content.lastModified);
         if (lastModified->isNull() || *lastModified < latest)
             *lastModified = latest;

@@ -464,6 +464,7 @@ void tst_FileUtils::parentFolder_data()
                                                 << "a/"_s;
     QTest::newRow("root") << "/"_s
                           << "/"_s;
+    QTest::newRow("empty") << QString() << "/"_s;
     QTest::newRow("bare name") << "b"_s << QDir::currentPath() + "/"_s;
     QTest::newRow("relative") << "a/b"_s << QDir::currentPath() + "/a/"_s;
 }
