@@ -60,7 +60,7 @@ public:
     /// A path that ends with "/" is treated as text: "/a/b/" gives "/a/", and one without an
     /// earlier "/" comes back unchanged ("a/", "/"). Any other path is made absolute against the
     /// current folder first: "/a/b" gives "/a/". The "/" is always added, so "/a" deliberately
-    /// gives "//".
+    /// gives "//", and an empty path "/".
     static QString parentFolder(const QString& path);
 
     /// \a path shortened on the left until it fits \a width pixels in the font of \a metrics, for
@@ -124,10 +124,11 @@ public:
     /// replaced if it exists. The copy has the permissions of the source.
     ///
     /// When both are the same file, also through links, nothing is done and true is returned.
-    /// Otherwise an existing destination is removed first, and stays removed if the copy fails.
-    /// The destination appears under its name only when it is complete. On failure returns false
-    /// and logs with LogType 2: a missing source, a destination that cannot be removed, or the copy
-    /// with its numeric QFileDevice::FileError.
+    /// Otherwise an existing destination is removed first, unless the source is no file or cannot
+    /// be opened, and stays removed if the copy fails then. A destination that is a link is
+    /// replaced, and what it leads to not touched. The copy appears under its name only when it is
+    /// complete. On failure returns false and logs with LogType 2: a missing source, a destination
+    /// that cannot be removed, or the copy with its numeric QFileDevice::FileError.
     static bool forceCopy(const QString& source, const QString& destination);
 
     /// Creates the folder that is to contain the file \a filePath, with all missing parents.
@@ -139,11 +140,13 @@ public:
     /// Empties the folder \a path and keeps the folder itself.
     ///
     /// Sub-folders are removed only when \a recursive is true and are silently left otherwise.
-    /// Links are removed as links; what they point to is not touched. Special files stay.
+    /// Links, broken ones too, are removed as links; what they point to is not touched. Special
+    /// files stay.
     ///
     /// As a guard against wiping the current folder, returns false without a log for an empty path,
     /// for one that holds no "/" and for "."; also for a folder that does not exist. Stops at the
-    /// first entry that cannot be removed, logs it with LogType 4 and returns false.
+    /// first entry that cannot be removed, logs it with LogType 4 and returns false, as it does for
+    /// a folder that cannot be read.
     static bool removeContentDirectory(const QString& path, bool recursive);
 
     /// Copies the folder \a source with everything in it (all entries) to \a destination, which is
@@ -156,8 +159,10 @@ public:
     ///
     /// A destination that is the source, lies inside it or contains it (also through links) is
     /// refused before anything is touched. Stops at the first failure and returns false; what was
-    /// copied stays. Logs with LogType 4 a missing source, with LogType 2 every other failure. An
-    /// empty source counts as missing, an empty destination as one that cannot be created.
+    /// copied stays. A folder that cannot be read, or a name on the disk that is no text in the
+    /// system's encoding, is a failure too: no entry is left out in silence. Logs with LogType 4 a
+    /// missing source, with LogType 2 every other failure. An empty source counts as missing, an
+    /// empty destination as one that cannot be created.
     static bool copyDir(const QString& source, const QString& destination, bool merge);
 
     /// Removes folders that hold no visible entry and returns how many were removed.
@@ -219,7 +224,8 @@ public:
         ///
         /// Stops at the first sub-folder when \a recursive is false, at the first entry that cannot
         /// be removed and at folders deeper than \a depth levels, \a path being the first one.
-        /// Links are removed as links, \a path itself included; what they point to is not touched.
+        /// Links are removed as links, broken ones and \a path itself included; what they point to
+        /// is not touched.
         /// Special files are left, and with them the folder. Returns false with a message in
         /// \a error (none for an empty path). Nothing is logged.
         static bool removeDirectory(const QString& path, bool recursive, QString* error = nullptr,
