@@ -7,6 +7,7 @@
 #include "FileUtils.h"
 #include "LogRecord.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
@@ -109,7 +110,7 @@ bool loadWhole(const QString& path, QImage* image)
 /// and lower neighbour, in grey levels, from a sample of its rows.
 double detail(const QImage& image)
 {
-    const int rowStep = 16;
+    const int rowStep = qMax(1, image.height() / 50);
     qint64 sum = 0;
     qint64 count = 0;
     for (int y = 0; y + 1 < image.height(); y += rowStep) {
@@ -142,26 +143,46 @@ bool reducedWillDo(const QImage& decoded, const QSize& target)
     return density >= 2 || decoded.size() == target || detail(decoded) <= 86 * density * density;
 }
 
-/// Loads a JPEG of the size whole that is to be scaled to target: at a reduced size where nobody
-/// will see it, else whole. Returns whether the image reader did.
+/// Decodes a JPEG to size, which is its own or the half, quarter or eighth of it.
+///
+/// The file comes as bytes, because of them Qt shows the decoder all at once; of a file it shows
+/// 4 KiB at a time, and with less than 3 KiB before it the decoder goes a slow and careful way.
+bool decodeJpeg(const QByteArray& bytes, const QSize& size, QImage* image)
+{
+    if (!fitsInMemory(size))
+        return false;
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer, "jpeg");
+    if (size != reader.size())
+        reader.setScaledSize(size);
+    return reader.read(image);
+}
+
+/// Loads a JPEG of the size whole that is to be scaled to target, or stay as it is where target is
+/// invalid: at a reduced size where nobody will see it, else whole. Returns whether the image
+/// reader did.
 ///
 /// JPEG stores blocks of 8 x 8 pixels, from which the decoder makes blocks of 1, 2 or 4 pixels a
 /// side much faster and in a fraction of the memory. It rounds the size of the picture up where it
 /// is not a multiple, which would shift the pixels; such a picture is not reduced that far.
-bool loadForScaling(const QString& path, const QSize& whole, const QSize& target, QImage* image)
+bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QImage* image)
 {
-    for (const int divisor : {8, 4, 2}) {
-        if (whole.width() % divisor != 0 || whole.height() % divisor != 0)
-            continue;
-        const QSize reduced = whole / divisor;
-        if (!target.isValid() || !covers(reduced, target) || !fitsInMemory(reduced))
-            continue;
-        QImageReader reader(path);
-        reader.setScaledSize(reduced);
-        if (reader.read(image) && reducedWillDo(*image, target))
-            return true;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray bytes = file.readAll();
+    if (target.isValid()) {
+        for (const int divisor : {8, 4, 2}) {
+            if (whole.width() % divisor != 0 || whole.height() % divisor != 0
+                || !covers(whole / divisor, target))
+                continue;
+            if (decodeJpeg(bytes, whole / divisor, image) && reducedWillDo(*image, target))
+                return true;
+            *image = QImage();
+        }
     }
-    return loadWhole(path, image);
+    return decodeJpeg(bytes, whole, image);
 }
 
 // --- Saving --------------------------------------------------------------------------------------
@@ -346,18 +367,19 @@ bool ImageUtils::copyImageFile(const QString& src, const QString& dst, bool keep
     };
 
     QImage image;
-    const bool reducible = format == "jpeg" && needsScaling(wholeSize);
-    if (!(reducible ? loadForScaling(source, wholeSize, scaledSize(wholeSize, target, mode), &image)
-                    : loadWhole(source, &image))) {
+    const bool isJpeg = format == "jpeg";
+    const QSize wanted = needsScaling(wholeSize) ? scaledSize(wholeSize, target, mode) : QSize();
+    if (!(isJpeg ? loadJpeg(source, wholeSize, wanted, &image) : loadWhole(source, &image))) {
         ORVAUTILS_LOG_WARNING() << "importImageFile can't load " << source;
         return false;
     }
     if (image.isNull())
         ORVAUTILS_LOG_WARNING() << "copyImageFile img.size() = " << image.size();
 
-    // What was decoded at a reduced size stands for the whole picture. Of any other the loaded
-    // image tells the size: some formats turn a picture while it is loaded, but not its size.
-    const QSize loadedSize = reducible ? wholeSize : image.size();
+    // A JPEG may have been decoded at a reduced size, but stands for the whole picture. Of any
+    // other the image tells the size: some formats turn a picture while it is loaded, and the size
+    // that they state before is not turned.
+    const QSize loadedSize = isJpeg ? wholeSize : image.size();
     if (needsScaling(loadedSize)) {
         const QSize size = scaledSize(loadedSize, target, mode);
         image = size.isValid() ? image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
