@@ -139,7 +139,7 @@ void printPsnr(const QString& first, const QString& second)
     // Other programs round the shorter side differently.
     if (b.size() != a.size())
         b = b.scaled(a.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    out << psnr(a, b) << endl;
+    out << psnr(a, b) << '\n';
 }
 
 void importBenchmark(benchmark::State& state, bool (*import)(const QString&, const QString&),

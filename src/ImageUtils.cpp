@@ -135,7 +135,8 @@ double detail(const QImage& image)
 /// picture, that pixel is spread over both sides, and detail that was finer than it is not put
 /// where it belongs. The error grows with the detail and falls with the square of the number of
 /// reduced pixels that a target pixel has; from two a side on it is always small enough. The
-/// constant is measured: on photographs of all sorts no result under it came below 38.7 dB.
+/// constant is measured: on sixty pictures, scaled to 48 sizes each, no result that is accepted by
+/// it came below 38.7 dB.
 bool reducedWillDo(const QImage& decoded, const QSize& target)
 {
     const double density =
@@ -260,9 +261,6 @@ SaveResult replaceFile(const QImage& image, const QString& dst, const Encoding& 
 {
     const QFileInfo place(dst);
     const bool replaces = place.exists();
-    if (place.isDir() && !place.isSymLink())
-        return SaveResult::CannotRemove;
-
     const QByteArray name = ".orvautils-" + QUuid::createUuid().toRfc4122().toHex();
     QFile file(place.path() + QLatin1Char('/') + QLatin1String(name));
     // A folder in which no file can be made does not let go of one either.
@@ -279,8 +277,7 @@ SaveResult replaceFile(const QImage& image, const QString& dst, const Encoding& 
     file.close();
     if (encoded && moveOver(file, dst, &error))
         return SaveResult::Saved;
-    // Not file.remove(): it fails where bytes are left that could not be written.
-    QFile::remove(file.fileName());
+    file.remove();
     if (encoded && replaces)
         return SaveResult::CannotRemove;
     if (encoding.progressive)
