@@ -19,6 +19,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#if defined(__clang__)
+// QSKIP() is a macro with optional arguments.
+#pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
+#endif
+
 namespace {
 
 QString operator""_s(const char* text, size_t size)
@@ -164,27 +169,46 @@ private:
     const QString mPrevious = QDir::currentPath();
 };
 
-/// While it lives, this process cannot write files beyond a size.
-class FileSizeLimit
+/// While it lives, this process has less of something than it would have.
+class FileLimit
 {
 public:
-    explicit FileSizeLimit(rlim_t size)
+    FileLimit(int resource, rlim_t limit)
+        : mResource(resource)
     {
         mSignal = signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &mPrevious);
-        struct rlimit limit = mPrevious;
-        limit.rlim_cur = size;
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            qFatal("cannot limit the size of files");
+        get(&mPrevious);
+        struct rlimit lowered = mPrevious;
+        lowered.rlim_cur = limit;
+        set(lowered);
     }
 
-    ~FileSizeLimit()
+    ~FileLimit()
     {
-        setrlimit(RLIMIT_FSIZE, &mPrevious);
+        set(mPrevious);
         signal(SIGXFSZ, mSignal);
     }
 
 private:
+    Q_DISABLE_COPY(FileLimit)
+
+    // The type of the first argument differs between platforms.
+    void get(struct rlimit* limit) const
+    {
+        if (mResource == RLIMIT_FSIZE)
+            getrlimit(RLIMIT_FSIZE, limit);
+        else
+            getrlimit(RLIMIT_NOFILE, limit);
+    }
+    void set(const struct rlimit& limit) const
+    {
+        const int result = mResource == RLIMIT_FSIZE ? setrlimit(RLIMIT_FSIZE, &limit)
+                                                     : setrlimit(RLIMIT_NOFILE, &limit);
+        if (result != 0)
+            qFatal("cannot set a limit");
+    }
+
+    const int mResource;
     struct rlimit mPrevious;
     void (*mSignal)(int);
 };
@@ -226,6 +250,12 @@ private:
     QByteArray mContent;
     qint64 mClaimed;
 };
+
+#ifdef ORVAUTILS_PORTABLE_FILE_SYSTEM
+const bool portable = true;
+#else
+const bool portable = false;
+#endif
 
 } // namespace
 
@@ -270,6 +300,7 @@ private slots:
     void forceCopy();
     void forceCopyPermissions_data();
     void forceCopyPermissions();
+    void forceCopyPermissionsAreThoseOfQFile();
     void forceCopyMissingSource();
     void forceCopyCannotRemove();
     void forceCopyCannotCopy();
@@ -278,6 +309,9 @@ private slots:
     void forceCopyOntoItself();
     void forceCopyReplacesALink();
     void forceCopyLargeFile();
+    void forceCopySparesTheDestination_data();
+    void forceCopySparesTheDestination();
+    void forceCopyResource();
 
     void fileMkPath();
     void fileMkPathFailure();
@@ -313,6 +347,7 @@ private slots:
     void copyDirLinkAroundBoth();
     void copyDirRelativePaths();
     void copyDirEmptyDestination();
+    void copyDirResources();
 
     void removeEmptyDirs_data();
     void removeEmptyDirs();
@@ -334,7 +369,11 @@ private slots:
     void listDirectoriesOfNothing();
     void listFolderName();
 
+    void listResources();
+
     void linkLoopsAreWalkedOnce();
+    void namesThatAreNoText();
+    void manyLevels();
 
     void forceDirectoryCreation_data();
     void forceDirectoryCreation();
@@ -920,6 +959,30 @@ void tst_FileUtils::forceCopyPermissions()
     QCOMPARE(int(status.st_mode & 07777), mode);
 }
 
+void tst_FileUtils::forceCopyPermissionsAreThoseOfQFile()
+{
+    Sandbox box;
+    const QString source = box.file("source"_s);
+    // Every right of the owner beside some, which decide nothing, of the others.
+    for (mode_t index = 0; index < 32; ++index) {
+        const mode_t others[] = {0, 044, 066, 011};
+        Sandbox::chmod(source, (index % 8) << 6 | others[index / 8]);
+        // Who may not read it sees it refused by both.
+        const bool expected = QFile::copy(source, box("expected"_s));
+        LogCapture log;
+        QCOMPARE(FileUtils::forceCopy(source, box("copy"_s)), expected);
+        if (expected) {
+            struct stat expectedStatus;
+            struct stat status;
+            QCOMPARE(stat(QFile::encodeName(box("expected"_s)).constData(), &expectedStatus), 0);
+            QCOMPARE(stat(QFile::encodeName(box("copy"_s)).constData(), &status), 0);
+            QCOMPARE(status.st_mode, expectedStatus.st_mode);
+            QVERIFY(QFile::remove(box("expected"_s)));
+            QVERIFY(QFile::remove(box("copy"_s)));
+        }
+    }
+}
+
 void tst_FileUtils::forceCopyMissingSource()
 {
     Sandbox box;
@@ -994,7 +1057,7 @@ void tst_FileUtils::forceCopyLeavesNothingBehindAFailure()
     for (const QString& destination : {"copy"_s, "folder/copy"_s}) {
         LogCapture log;
         {
-            const FileSizeLimit limit(50000);
+            const FileLimit limit(RLIMIT_FSIZE, 50000);
             QVERIFY(!FileUtils::forceCopy(source, box(destination)));
         }
         QCOMPARE(
@@ -1077,6 +1140,49 @@ void tst_FileUtils::forceCopyLargeFile()
     QVERIFY(contentOf(box("copy"_s)) == content);
     QVERIFY(FileUtils::forceCopy(box.file("source"_s, QByteArray()), box("copy"_s)));
     QCOMPARE(QFileInfo(box("copy"_s)).size(), qint64(0));
+}
+
+void tst_FileUtils::forceCopySparesTheDestination_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::newRow("folder") << "folder"_s;
+    QTest::newRow("unreadable") << "unreadable"_s;
+    QTest::newRow("pipe, which would never end") << "pipe"_s;
+}
+
+void tst_FileUtils::forceCopySparesTheDestination()
+{
+    QFETCH(QString, source);
+    Sandbox box;
+    box.folder("folder"_s);
+    Sandbox::chmod(box.file("unreadable"_s), 0);
+    box.pipe("pipe"_s);
+    box.file("destination"_s, "kept");
+    const OrdinaryUser user;
+    for (const QString& destination : {"destination"_s, "new"_s}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::forceCopy(box(source), box(destination)));
+        QCOMPARE(
+            log.lines(),
+            QStringList("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't copy "_s
+                        + box(source) + " "_s + box(destination) + "  error= 14"_s));
+    }
+    QCOMPARE(contentOf(box("destination"_s)), QByteArray("kept"));
+    QVERIFY(!exists(box("new"_s)));
+}
+
+void tst_FileUtils::forceCopyResource()
+{
+    Sandbox box;
+    QVERIFY(FileUtils::forceCopy(":/tree/a.txt"_s, box("x/a.txt"_s)));
+    QCOMPARE(contentOf(box("x/a.txt"_s)), QByteArray("a resource\n"));
+    QVERIFY(FileUtils::forceCopy(":/tree/sub/b.txt"_s, box("x/a.txt"_s)));
+    QCOMPARE(contentOf(box("x/a.txt"_s)), QByteArray("another\n"));
+    // A file of the disk may have a colon in its name as well.
+    const CurrentFolder current(box.root());
+    box.file("a:b"_s, "colon");
+    QVERIFY(FileUtils::forceCopy("a:b"_s, "c:d"_s));
+    QCOMPARE(contentOf(box("c:d"_s)), QByteArray("colon"));
 }
 
 void tst_FileUtils::fileMkPath()
@@ -1234,6 +1340,8 @@ void tst_FileUtils::removeContentDirectoryStopsAtAFolder()
 
 void tst_FileUtils::removeContentDirectoryUnreadable()
 {
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
     Sandbox box;
     box.file("t/a"_s);
     box.lock(box("t"_s), 0333);
@@ -1442,6 +1550,8 @@ void tst_FileUtils::copyDirStopsInAFolder()
 void tst_FileUtils::copyDirUnreadableFolder()
 {
     // A folder that cannot be listed is no empty folder.
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
     Sandbox box;
     box.file("s/sub/a"_s);
     box.lock(box("s/sub"_s), 0);
@@ -1626,6 +1736,17 @@ void tst_FileUtils::copyDirEmptyDestination()
                  QStringList("warning orvautils FileUtils copyDir: unable to mkdir "_s));
     }
     QCOMPARE(treeOf(box.root()), before);
+}
+
+void tst_FileUtils::copyDirResources()
+{
+    Sandbox box;
+    const CurrentFolder current(box.folder("d"_s));
+    for (const bool merge : {true, false}) {
+        QVERIFY(FileUtils::copyDir(":/tree"_s, box("d"_s), merge));
+        QCOMPARE(treeOf(box("d"_s)),
+                 QStringList({"a.txt=a resource\n"_s, "sub/"_s, "sub/b.txt=another\n"_s}));
+    }
 }
 
 // ---- removeEmptyDirs ---------------------------------------------------------------------------
@@ -1960,6 +2081,19 @@ void tst_FileUtils::listFolderName()
     QCOMPARE(here, QStringList("b"_s));
 }
 
+void tst_FileUtils::listResources()
+{
+    QStringList files;
+    QCOMPARE(FileUtils::listFilesInFileSystem(":/tree"_s, files, true), 2);
+    QCOMPARE(sorted(files), QStringList({"a.txt"_s, "sub/b.txt"_s}));
+    QStringList folders;
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(":/tree"_s, folders, true));
+    QCOMPARE(folders, QStringList(":/tree/sub"_s));
+    int count = 0;
+    QCOMPARE(FileUtils::folderSize(":/tree"_s, &count), qint64(11 + 8));
+    QCOMPARE(count, 2);
+}
+
 void tst_FileUtils::linkLoopsAreWalkedOnce()
 {
     // Followed to the end, these three loops would make more folders than there are atoms.
@@ -1989,6 +2123,59 @@ void tst_FileUtils::linkLoopsAreWalkedOnce()
     QCOMPARE(
         treeOf(box("d"_s)),
         QStringList({"a/"_s, "a/file=123"_s, "a/toB/"_s, "b/"_s, "b/toA/"_s, "b/toA/file=123"_s}));
+}
+
+void tst_FileUtils::namesThatAreNoText()
+{
+    if (portable)
+        QSKIP("Qt's classes do not show such names, and Linux alone has them");
+    // A name in Latin 1 on a system that writes UTF-8, as old archives bring it.
+    Sandbox box;
+    box.folder("s"_s);
+    const QByteArray path = QFile::encodeName(box("s/caf"_s)) + '\xe9';
+    const int file = ::open(path.constData(), O_CREAT | O_WRONLY, 0644);
+    if (file < 0)
+        QSKIP("this file system does not take such names");
+    ::close(file);
+    // It is neither listed nor lost without a word.
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box("s"_s), list, true), 0);
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box("s"_s), box("d"_s), false));
+    QCOMPARE(log.lines(),
+             QStringList("warning orvautils FileUtils copyDir: unable to copy "_s
+                         + box("s/caf\ufffd"_s) + " to "_s + box("d/caf\ufffd"_s)));
+    log.take();
+    QVERIFY(!FileUtils::removeContentDirectory(box("s"_s), true));
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively "_s
+            + box("s/caf\ufffd"_s)));
+    QVERIFY(!FileUtils::old::removeDirectory(box("s"_s), true));
+    struct stat status;
+    QCOMPARE(lstat(path.constData(), &status), 0);
+    ::unlink(path.constData());
+}
+
+void tst_FileUtils::manyLevels()
+{
+    // More levels than a process may have open folders.
+    const FileLimit limit(RLIMIT_NOFILE, 64);
+    Sandbox box;
+    QString deep = "s"_s;
+    for (int level = 0; level < 150; ++level)
+        deep += "/d"_s;
+    box.file(deep + "/file"_s, "12345");
+    QCOMPARE(FileUtils::folderSize(box("s"_s)), qint64(5));
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box("s"_s), list, true), 1);
+    QVERIFY(FileUtils::copyDir(box("s"_s), box("c"_s), false));
+    QCOMPARE(contentOf(box("c"_s + deep.mid(1) + "/file"_s)), QByteArray("12345"));
+    QVERIFY(FileUtils::old::removeDirectory(box("c"_s), true, nullptr, 151));
+    QVERIFY(!exists(box("c"_s)));
+    QVERIFY(FileUtils::removeContentDirectory(box("s"_s), true));
+    QCOMPARE(treeOf(box.root()), QStringList("s/"_s));
 }
 
 // ---- Older variants ----------------------------------------------------------------------------
