@@ -10,14 +10,18 @@
 #include <QMap>
 #include <QSize>
 #include <QTransform>
+#include <QVarLengthArray>
 #include <QtEndian>
 
+#include <algorithm>
 #include <cstring>
-#include <limits>
 
 class QExifImageHeaderPrivate
 {
 public:
+    /// The block that write() writes; with what writing it changes here.
+    QByteArray block();
+
     QDataStream::ByteOrder byteOrder = QDataStream::LittleEndian;
     int size = -1; // of the block; -1 when unknown
 
@@ -37,10 +41,8 @@ public:
 namespace {
 
 using ByteOrder = QDataStream::ByteOrder;
-using UnsignedRational = QPair<quint32, quint32>;
-using SignedRational = QPair<qint32, qint32>;
 
-const quint16 startOfImage = 0xFFD8;
+const char startOfImage[] = "\xFF\xD8";
 const quint16 app0 = 0xFFE0;
 const quint16 app1 = 0xFFE1;
 const int maximumSegmentPayload = 65533; // the 16-bit length counts itself
@@ -50,7 +52,7 @@ const int tiffHeaderSize = 8;
 const int countSize = 2;
 const int entrySize = 12;
 const int linkSize = 4;
-const quint32 inlineSize = 4;
+const int inlineSize = 4;
 
 // No value of a real file comes near; it keeps a payload within what a Qt container holds.
 const quint64 maximumPayload = 1u << 29;
@@ -58,6 +60,8 @@ const quint64 maximumPayload = 1u << 29;
 // How often the values of one directory may cover the whole device before it is read no further.
 // In a sound block they cover it less than once.
 const int maximumOverlap = 16;
+
+const QDataStream::ByteOrder bigEndian = QDataStream::BigEndian;
 
 // Reading
 
@@ -81,8 +85,8 @@ template <typename Integer>
 Integer decode(const char* bytes, ByteOrder order)
 {
     const uchar* const source = reinterpret_cast<const uchar*>(bytes);
-    return order == QDataStream::BigEndian ? qFromBigEndian<Integer>(source)
-                                           : qFromLittleEndian<Integer>(source);
+    return order == bigEndian ? qFromBigEndian<Integer>(source)
+                              : qFromLittleEndian<Integer>(source);
 }
 
 ExifIfdHeader decodeEntry(const char* bytes, ByteOrder order)
@@ -101,75 +105,130 @@ ExifIfdHeader decodeEntry(const char* bytes, ByteOrder order)
     return entry;
 }
 
-QList<ExifIfdHeader> readEntries(QDataStream& stream)
+/// Bytes that somebody else keeps.
+struct Bytes
 {
-    QList<ExifIfdHeader> entries;
-    quint16 count = 0;
-    stream >> count;
-    const QByteArray bytes = readBytes(stream.device(), quint64(count) * entrySize);
-    for (int i = 0; i + entrySize <= bytes.size(); i += entrySize)
-        entries.append(decodeEntry(bytes.constData() + i, stream.byteOrder()));
-    return entries;
-}
+    const char* data;
+    int size;
+};
 
-/// The bytes that an entry refers to; none where its offset leads out of the device.
-QByteArray readPayload(QIODevice* device, qint64 start, const ExifIfdHeader& entry, int elementSize)
+/// The block in a device, read piece by piece. Small pieces go through a buffer that is used again
+/// and again: a block has dozens of them, and an allocation costs more than reading one.
+class BlockReader
 {
-    if (!seekWithin(device, start + entry.offset))
-        return QByteArray();
-    return readBytes(device, quint64(entry.count) * static_cast<quint64>(elementSize));
-}
+public:
+    BlockReader(QIODevice* device, ByteOrder order, qint64 start)
+        : mDevice(device)
+        , mOrder(order)
+        , mStart(start)
+        , mSize(device->size())
+    { }
+
+    ByteOrder order() const { return mOrder; }
+    qint64 deviceSize() const { return mSize; }
+
+    /// Moves to an offset of the block, false when that lies outside of the device.
+    bool seek(quint32 offset)
+    {
+        const qint64 position = mStart + offset;
+        return position >= 0 && position <= mSize && mDevice->seek(position);
+    }
+
+    /// The next bytes, up to wanted of them. They stay until the next call.
+    Bytes next(quint64 wanted)
+    {
+        const int size = available(wanted);
+        mBuffer.resize(size);
+        return {mBuffer.constData(), static_cast<int>(qMax(Q_INT64_C(0), read(size)))};
+    }
+
+    /// The bytes that an entry refers to; none where its offset leads out of the device.
+    Bytes data(const ExifIfdHeader& entry, int elementSize)
+    {
+        return next(seek(entry.offset) ? quint64(entry.count) * quint64(elementSize) : 0);
+    }
+
+    /// Up to size bytes at an offset, in an array of their own.
+    QByteArray bytes(quint32 offset, quint32 size)
+    {
+        return seek(offset) ? mDevice->read(available(size)) : QByteArray();
+    }
+
+    QVector<ExifIfdHeader> entries()
+    {
+        const Bytes count = next(countSize);
+        if (count.size < countSize)
+            return QVector<ExifIfdHeader>();
+        const Bytes fields = next(quint64(decode<quint16>(count.data, mOrder)) * entrySize);
+        QVector<ExifIfdHeader> entries(fields.size / entrySize);
+        const char* field = fields.data;
+        for (ExifIfdHeader& entry : entries) {
+            entry = decodeEntry(field, mOrder);
+            field += entrySize;
+        }
+        return entries;
+    }
+
+private:
+    int available(quint64 wanted) const
+    {
+        const qint64 left = qMax(Q_INT64_C(0), mSize - mDevice->pos());
+        return static_cast<int>(qMin(qMin(wanted, maximumPayload), static_cast<quint64>(left)));
+    }
+    qint64 read(int size) { return mDevice->read(mBuffer.data(), size); }
+
+    QIODevice* const mDevice;
+    const ByteOrder mOrder;
+    const qint64 mStart;
+    const qint64 mSize;
+    QVarLengthArray<char, 1024> mBuffer;
+};
 
 template <typename Integer>
-QVector<Integer> decodeIntegers(const QByteArray& bytes, ByteOrder order)
+QVector<Integer> integers(Bytes bytes, ByteOrder order)
 {
     const int size = static_cast<int>(sizeof(Integer));
-    QVector<Integer> values(bytes.size() / size);
-    const char* source = bytes.constData();
+    QVector<Integer> values(bytes.size / size);
     for (Integer& value : values) {
-        value = decode<Integer>(source, order);
-        source += size;
+        value = decode<Integer>(bytes.data, order);
+        bytes.data += size;
     }
     return values;
 }
 
 template <typename Integer>
-QVector<QPair<Integer, Integer>> decodeRationals(const QByteArray& bytes, ByteOrder order)
+QVector<QPair<Integer, Integer>> rationals(Bytes bytes, ByteOrder order)
 {
     const int size = static_cast<int>(sizeof(Integer));
-    QVector<QPair<Integer, Integer>> values(bytes.size() / (2 * size));
-    const char* source = bytes.constData();
+    QVector<QPair<Integer, Integer>> values(bytes.size / (2 * size));
     for (QPair<Integer, Integer>& value : values) {
-        value = {decode<Integer>(source, order), decode<Integer>(source + size, order)};
-        source += 2 * size;
+        value = {decode<Integer>(bytes.data, order), decode<Integer>(bytes.data + size, order)};
+        bytes.data += 2 * size;
     }
     return values;
 }
 
-QVector<quint8> byteVector(const char* bytes, int size)
+QVector<quint8> byteVector(Bytes bytes)
 {
-    QVector<quint8> values(size);
-    std::copy(bytes, bytes + size, values.begin());
+    QVector<quint8> values(bytes.size);
+    std::copy_n(bytes.data, bytes.size, values.begin());
     return values;
 }
 
-/// The text of an entry that claims count bytes, the last of which ends it, of which size are
-/// there.
-QString textOf(const char* bytes, int size, quint32 count)
+/// The text of an entry that claims count bytes, the last of which ends it. Bytes that the end of
+/// the device cut short have lost that one already.
+QString text(Bytes bytes, quint32 count)
 {
-    return QString::fromLatin1(bytes, static_cast<quint32>(size) < count ? size : size - 1);
+    const bool isWhole = static_cast<quint32>(bytes.size) == count;
+    return QString::fromLatin1(bytes.data, isWhole ? bytes.size - 1 : bytes.size);
 }
 
-QExifValue inlineByteValue(const ExifIfdHeader& entry)
+QString inlineText(Bytes bytes, quint32 count)
 {
-    const char* const bytes = reinterpret_cast<const char*>(entry.inlineBytes.data());
-    const int count = static_cast<int>(entry.count);
-    if (entry.type == QExifValue::Byte)
-        return QExifValue(byteVector(bytes, count));
-    if (count == 0)
-        return QExifValue(
-            QString::fromLatin1(bytes, static_cast<int>(qstrnlen(bytes, inlineSize))));
-    return QExifValue(textOf(bytes, count, entry.count));
+    if (count > 0)
+        return text({bytes.data, static_cast<int>(count)}, count);
+    return QString::fromLatin1(
+        bytes.data, static_cast<int>(qstrnlen(bytes.data, static_cast<uint>(bytes.size))));
 }
 
 void warnOfType(quint16 type)
@@ -177,49 +236,44 @@ void warnOfType(quint16 type)
     qWarning() << "Invalid Ifd Type" << type;
 }
 
-QExifValue readValue(QDataStream& stream, qint64 start, const ExifIfdHeader& entry)
+QExifValue readValue(BlockReader& block, const ExifIfdHeader& entry)
 {
-    QIODevice* const device = stream.device();
-    const ByteOrder order = stream.byteOrder();
+    const ByteOrder order = block.order();
+    const quint32 count = entry.count;
+    const char* const inlineBytes = reinterpret_cast<const char*>(entry.inlineBytes.data());
     switch (entry.type) {
-    case QExifValue::Byte: {
-        if (entry.count < 5)
-            return inlineByteValue(entry);
-        const QByteArray bytes = readPayload(device, start, entry, 1);
-        return QExifValue(byteVector(bytes.constData(), bytes.size()));
-    }
-    case QExifValue::Ascii: {
-        if (entry.count < 5)
-            return inlineByteValue(entry);
-        const QByteArray bytes = readPayload(device, start, entry, 1);
-        return QExifValue(textOf(bytes.constData(), bytes.size(), entry.count));
-    }
-    case QExifValue::Short: {
-        if (entry.count >= 3)
-            return QExifValue(decodeIntegers<quint16>(readPayload(device, start, entry, 2), order));
-        QVector<quint16> values(static_cast<int>(entry.count));
-        std::copy_n(entry.inlineShorts.begin(), values.size(), values.begin());
-        return QExifValue(values);
-    }
+    case QExifValue::Byte:
+        return QExifValue(byteVector(count < 5 ? Bytes{inlineBytes, static_cast<int>(count)}
+                                               : block.data(entry, 1)));
+    case QExifValue::Ascii:
+        return QExifValue(count < 5 ? inlineText({inlineBytes, inlineSize}, count)
+                                    : text(block.data(entry, 1), count));
+    case QExifValue::Short:
+        if (count == 1)
+            return QExifValue(entry.inlineShorts[0]);
+        if (count == 2)
+            return QExifValue(QVector<quint16>{entry.inlineShorts[0], entry.inlineShorts[1]});
+        return QExifValue(
+            integers<quint16>(count == 0 ? Bytes{inlineBytes, 0} : block.data(entry, 2), order));
     case QExifValue::Long:
-        if (entry.count == 1)
+        if (count == 1)
             return QExifValue(entry.offset);
-        return QExifValue(decodeIntegers<quint32>(readPayload(device, start, entry, 4), order));
+        return QExifValue(integers<quint32>(block.data(entry, 4), order));
     case QExifValue::SignedLong:
-        if (entry.count == 1)
+        if (count == 1)
             return QExifValue(static_cast<qint32>(entry.offset));
-        return QExifValue(decodeIntegers<qint32>(readPayload(device, start, entry, 4), order));
+        return QExifValue(integers<qint32>(block.data(entry, 4), order));
     case QExifValue::Rational:
-        return QExifValue(decodeRationals<quint32>(readPayload(device, start, entry, 8), order));
+        return QExifValue(rationals<quint32>(block.data(entry, 8), order));
     case QExifValue::SignedRational:
-        return QExifValue(decodeRationals<qint32>(readPayload(device, start, entry, 8), order));
+        return QExifValue(rationals<qint32>(block.data(entry, 8), order));
     case QExifValue::Undefined: {
-        if (entry.count >= 5)
-            return QExifValue(readPayload(device, start, entry, 1));
+        if (count >= 5)
+            return QExifValue(block.bytes(entry.offset, count));
         // Whatever the byte order of the file: least significant byte first.
         char bytes[inlineSize];
         qToLittleEndian(entry.offset, reinterpret_cast<uchar*>(bytes));
-        return QExifValue(QByteArray(bytes, static_cast<int>(entry.count)));
+        return QExifValue(QByteArray(bytes, static_cast<int>(count)));
     }
     default:
         warnOfType(entry.type);
@@ -231,28 +285,25 @@ quint32 sizeOfValue(const QExifValue& value);
 
 /// The values of a directory's entries; where a tag stands twice, the last one.
 template <typename Tag>
-QMap<Tag, QExifValue> readValues(QDataStream& stream, qint64 start,
-                                 const QList<ExifIfdHeader>& entries)
+QMap<Tag, QExifValue> readValues(BlockReader& block, const QVector<ExifIfdHeader>& entries)
 {
     QMap<Tag, QExifValue> values;
-    qint64 allowance = stream.device()->size() * maximumOverlap;
+    qint64 allowance = block.deviceSize() * maximumOverlap;
     for (const ExifIfdHeader& entry : entries) {
         if (allowance < 0)
             break;
-        const QExifValue value = readValue(stream, start, entry);
+        const QExifValue value = readValue(block, entry);
         allowance -= sizeOfValue(value);
         values.insert(values.constEnd(), static_cast<Tag>(entry.tag), value);
     }
     return values;
 }
 
-/// The directory at start + offset, empty where that lies outside of the device.
+/// The directory at an offset, empty where that lies outside of the device.
 template <typename Tag>
-QMap<Tag, QExifValue> readDirectory(QDataStream& stream, qint64 start, quint32 offset)
+QMap<Tag, QExifValue> readDirectory(BlockReader& block, quint32 offset)
 {
-    if (!seekWithin(stream.device(), start + offset))
-        return QMap<Tag, QExifValue>();
-    return readValues<Tag>(stream, start, readEntries(stream));
+    return block.seek(offset) ? readValues<Tag>(block, block.entries()) : QMap<Tag, QExifValue>();
 }
 
 /// Whether a value can lead somewhere in the block.
@@ -270,6 +321,51 @@ bool isSingleInteger(const QExifValue& value)
 }
 
 // Writing
+
+/// Appends to a block in one of the two byte orders.
+class BlockWriter
+{
+public:
+    BlockWriter(QByteArray* bytes, ByteOrder order)
+        : mBytes(bytes)
+        , mOrder(order)
+    { }
+
+    void write(quint16 number) { writeInteger(number); }
+    void write(quint32 number) { writeInteger(number); }
+    void write(qint32 number) { writeInteger(number); }
+    void write(const QPair<quint32, quint32>& rational) { writeRational(rational); }
+    void write(const QPair<qint32, qint32>& rational) { writeRational(rational); }
+    void write(const QByteArray& bytes) { mBytes->append(bytes); }
+
+    template <typename Element>
+    void write(const QVector<Element>& elements)
+    {
+        for (const Element& element : elements)
+            write(element);
+    }
+
+private:
+    template <typename Integer>
+    void writeInteger(Integer number)
+    {
+        char bytes[sizeof(Integer)];
+        if (mOrder == bigEndian)
+            qToBigEndian(number, reinterpret_cast<uchar*>(bytes));
+        else
+            qToLittleEndian(number, reinterpret_cast<uchar*>(bytes));
+        mBytes->append(bytes, static_cast<int>(sizeof(Integer)));
+    }
+    template <typename Rational>
+    void writeRational(const Rational& rational)
+    {
+        write(rational.first);
+        write(rational.second);
+    }
+
+    QByteArray* const mBytes;
+    const ByteOrder mOrder;
+};
 
 quint32 sizeOfValue(const QExifValue& value)
 {
@@ -316,73 +412,56 @@ QByteArray fileBytes(const QExifValue& value)
     }
 }
 
-void writeBytes(QDataStream& stream, const QByteArray& bytes)
-{
-    stream.writeRawData(bytes.constData(), bytes.size());
-}
-
-template <typename Integer>
-void writeIntegers(QDataStream& stream, const QVector<Integer>& values)
-{
-    for (const Integer value : values)
-        stream << value;
-}
-
-template <typename Integer>
-void writeRationals(QDataStream& stream, const QVector<QPair<Integer, Integer>>& values)
-{
-    for (const QPair<Integer, Integer>& value : values)
-        stream << value.first << value.second;
-}
-
-quint32 writeEntry(QDataStream& stream, quint16 tag, const QExifValue& value, quint32 offset)
+quint32 writeEntry(BlockWriter& block, quint16 tag, const QExifValue& value, quint32 offset)
 {
     const quint32 count = value.count();
-    stream << tag << value.type() << count;
+    block.write(tag);
+    block.write(value.type());
+    block.write(count);
     switch (value.type()) {
     case QExifValue::Byte:
     case QExifValue::Ascii:
     case QExifValue::Undefined:
         if (count > 4) {
-            stream << offset;
+            block.write(offset);
             return offset + count;
         }
-        writeBytes(stream, fileBytes(value).leftJustified(inlineSize, '\0'));
+        block.write(fileBytes(value).leftJustified(inlineSize, '\0'));
         return offset;
     case QExifValue::Short: {
         if (count > 2) {
-            stream << offset;
+            block.write(offset);
             return offset + 2 * count;
         }
-        QVector<quint16> values = value.toShortVector();
-        values.resize(2); // what is added is 0
-        writeIntegers(stream, values);
+        const QVector<quint16> values = value.toShortVector();
+        block.write(values.value(0)); // 0 where there is none
+        block.write(values.value(1));
         return offset;
     }
     case QExifValue::Long:
     case QExifValue::SignedLong:
         if (count > 1) {
-            stream << offset;
+            block.write(offset);
             return offset + 4 * count;
         }
-        stream << value.toLong(); // 0 where there is none
+        block.write(value.toLong()); // 0 where there is none
         return offset;
     case QExifValue::Rational:
     case QExifValue::SignedRational:
         if (count > 0) {
-            stream << offset;
+            block.write(offset);
             return offset + 8 * count;
         }
-        stream << quint32(0);
+        block.write(quint32(0));
         return offset;
     default:
         warnOfType(value.type());
-        stream << quint32(0);
+        block.write(quint32(0));
         return offset;
     }
 }
 
-void writeData(QDataStream& stream, const QExifValue& value)
+void writeData(BlockWriter& block, const QExifValue& value)
 {
     const quint32 count = value.count();
     switch (value.type()) {
@@ -390,25 +469,25 @@ void writeData(QDataStream& stream, const QExifValue& value)
     case QExifValue::Ascii:
     case QExifValue::Undefined:
         if (count > 4)
-            writeBytes(stream, fileBytes(value));
+            block.write(fileBytes(value));
         break;
     case QExifValue::Short:
         if (count > 2)
-            writeIntegers(stream, value.toShortVector());
+            block.write(value.toShortVector());
         break;
     case QExifValue::Long:
         if (count > 1)
-            writeIntegers(stream, value.toLongVector());
+            block.write(value.toLongVector());
         break;
     case QExifValue::SignedLong:
         if (count > 1)
-            writeIntegers(stream, value.toSignedLongVector());
+            block.write(value.toSignedLongVector());
         break;
     case QExifValue::Rational:
-        writeRationals(stream, value.toRationalVector());
+        block.write(value.toRationalVector());
         break;
     case QExifValue::SignedRational:
-        writeRationals(stream, value.toSignedRationalVector());
+        block.write(value.toSignedRationalVector());
         break;
     default:
         warnOfType(value.type());
@@ -417,33 +496,33 @@ void writeData(QDataStream& stream, const QExifValue& value)
 }
 
 template <typename Tag>
-quint32 writeEntries(QDataStream& stream, const QMap<Tag, QExifValue>& values, quint32 offset)
+quint32 writeEntries(BlockWriter& block, const QMap<Tag, QExifValue>& values, quint32 offset)
 {
     for (auto it = values.cbegin(); it != values.cend(); ++it)
-        offset = writeEntry(stream, it.key(), it.value(), offset);
+        offset = writeEntry(block, it.key(), it.value(), offset);
     return offset;
 }
 
 template <typename Tag>
-void writeDataOf(QDataStream& stream, const QMap<Tag, QExifValue>& values)
+void writeDataOf(BlockWriter& block, const QMap<Tag, QExifValue>& values)
 {
     for (const QExifValue& value : values)
-        writeData(stream, value);
+        writeData(block, value);
 }
 
 /// A sub-IFD that begins at start. Its data offsets leave the count field out, as the format of
 /// these files has always had it.
 template <typename Tag>
-void writeSubIfd(QDataStream& stream, const QMap<Tag, QExifValue>& values, quint32 start)
+void writeSubIfd(BlockWriter& block, const QMap<Tag, QExifValue>& values, quint32 start)
 {
-    stream << static_cast<quint16>(values.size());
-    writeEntries(stream, values, start + static_cast<quint32>(entrySize * values.size()));
-    writeDataOf(stream, values);
+    block.write(static_cast<quint16>(values.size()));
+    writeEntries(block, values, start + static_cast<quint32>(entrySize * values.size()));
+    writeDataOf(block, values);
 }
 
-void writePointer(QDataStream& stream, QExifImageHeader::ImageTag tag, quint32 offset)
+void writePointer(BlockWriter& block, QExifImageHeader::ImageTag tag, quint32 offset)
 {
-    writeEntry(stream, tag, QExifValue(offset), 0);
+    writeEntry(block, tag, QExifValue(offset), 0);
 }
 
 QExifValue valueOr(const QExifValue& value, const QExifValue& fallback)
@@ -455,33 +534,29 @@ QExifValue valueOr(const QExifValue& value, const QExifValue& fallback)
 
 struct Segment
 {
-    qint64 begin = 0; // of the marker
+    int begin = 0; // of the marker
     quint16 marker = 0;
     int claimedSize = 0; // of the payload, as the length says
-    int size = 0; // of the payload, as far as the device goes
+    int size = 0; // of the payload, as far as the file goes
     QByteArray name; // the first 4 bytes of the payload
 
-    qint64 payloadBegin() const { return begin + 4; }
-    qint64 end() const { return payloadBegin() + size; }
+    int payloadBegin() const { return begin + 4; }
+    int end() const { return payloadBegin() + size; }
     bool isJfif() const { return marker == app0 && name == "JFIF"; }
     bool isExif() const { return marker == app1 && name == "Exif"; }
 };
 
-/// Reads what it takes to know the segment at a position. False when not even its length is there.
-bool readSegment(QIODevice* device, qint64 begin, Segment* segment)
+/// Takes the segment at a position of the file's head. False when not even its length is there.
+bool takeSegment(const QByteArray& head, int begin, Segment* segment)
 {
-    if (!seekWithin(device, begin))
-        return false;
-    QDataStream stream(device);
-    quint16 length = 0;
-    stream >> segment->marker >> length;
-    if (stream.status() != QDataStream::Ok)
-        return false;
     segment->begin = begin;
+    if (head.size() < segment->payloadBegin())
+        return false;
+    segment->marker = decode<quint16>(head.constData() + begin, bigEndian);
+    const int length = decode<quint16>(head.constData() + begin + 2, bigEndian);
     segment->claimedSize = qMax(0, length - 2);
-    segment->size = static_cast<int>(
-        qMin(qint64(segment->claimedSize), device->size() - segment->payloadBegin()));
-    segment->name = device->read(qMin(4, segment->size));
+    segment->size = qMin(segment->claimedSize, head.size() - segment->payloadBegin());
+    segment->name = head.mid(segment->payloadBegin(), qMin(4, segment->size));
     return true;
 }
 
@@ -499,14 +574,10 @@ bool writeAt(QIODevice* device, qint64 position, const QByteArray& bytes)
 }
 
 /// Overwrites bytes in the middle of a device and puts the old ones back where that fails.
-bool overwrite(QIODevice* device, qint64 position, const QByteArray& bytes)
+bool overwrite(QIODevice* device, qint64 position, const QByteArray& before,
+               const QByteArray& after)
 {
-    if (!device->seek(position))
-        return false;
-    const QByteArray before = device->read(bytes.size());
-    if (before.size() != bytes.size())
-        return false;
-    if (writeAt(device, position, bytes))
+    if (writeAt(device, position, after))
         return true;
     writeAt(device, position, before);
     return false;
@@ -528,10 +599,13 @@ bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArra
     return false;
 }
 
+/// A marker and the length of a segment.
 QByteArray segmentHead(quint16 marker, int payloadSize)
 {
     QByteArray head;
-    QDataStream(&head, QIODevice::WriteOnly) << marker << static_cast<quint16>(payloadSize + 2);
+    BlockWriter writer(&head, bigEndian);
+    writer.write(marker);
+    writer.write(static_cast<quint16>(payloadSize + 2));
     return head;
 }
 
@@ -599,22 +673,17 @@ bool QExifImageHeader::saveToJpeg(QIODevice* device) const
         || device->openMode().testFlag(QIODevice::Append))
         return false;
 
-    QBuffer block;
-    block.open(QIODevice::WriteOnly);
-    write(&block);
-    QByteArray payload = QByteArray("Exif\0\0", 6) + block.data();
+    QByteArray payload = QByteArray("Exif\0\0", 6) + d->block();
 
+    // Whatever decides lies in the first two segments.
+    const int twoLargestSegments = 2 * (maximumSegmentPayload + 4);
     if (!device->seek(0))
         return false;
-    QDataStream stream(device);
-    quint16 marker = 0;
-    stream >> marker;
-    if (marker != startOfImage)
-        return false;
+    const QByteArray head = readBytes(device, 2 + twoLargestSegments);
     Segment segment;
-    if (!readSegment(device, 2, &segment))
+    if (!head.startsWith(startOfImage) || !takeSegment(head, 2, &segment))
         return false;
-    if (segment.isJfif() && !readSegment(device, segment.end(), &segment))
+    if (segment.isJfif() && !takeSegment(head, segment.end(), &segment))
         return false;
 
     if (segment.isExif() && payload.size() < segment.size)
@@ -622,16 +691,14 @@ bool QExifImageHeader::saveToJpeg(QIODevice* device) const
     if (payload.size() > maximumSegmentPayload)
         return false;
     if (segment.isExif() && payload.size() == segment.claimedSize && payload.size() == segment.size)
-        return overwrite(device, segment.payloadBegin(), payload);
+        return overwrite(device, segment.payloadBegin(),
+                         head.mid(segment.payloadBegin(), segment.size), payload);
 
-    if (!device->seek(0))
-        return false;
-    const QByteArray before = device->readAll();
+    const QByteArray before = head + device->readAll();
     if (before.size() != device->size())
         return false;
-    const int begin = static_cast<int>(segment.begin);
-    const int rest = segment.isExif() ? static_cast<int>(segment.end()) : begin;
-    QByteArray after = before.left(begin) + segmentHead(app1, payload.size()) + payload;
+    const int rest = segment.isExif() ? segment.end() : segment.begin;
+    QByteArray after = before.left(segment.begin) + segmentHead(app1, payload.size()) + payload;
     after.append(before.constData() + rest, before.size() - rest);
     return replaceContent(device, before, after);
 }
@@ -643,8 +710,7 @@ QByteArray QExifImageHeader::extractExif(QIODevice* device) const
     QDataStream stream(device);
     quint16 marker = 0;
     quint16 length = 0;
-    stream >> marker;
-    if (marker != startOfImage)
+    if (device->read(2) != startOfImage)
         return QByteArray();
 
     stream >> marker;
@@ -678,44 +744,40 @@ bool QExifImageHeader::read(QIODevice* device)
         return false;
     const qint64 start = device->pos();
 
-    QDataStream stream(device);
-    const QByteArray mark = device->read(2);
-    if (mark == "II")
+    const QByteArray head = device->read(tiffHeaderSize);
+    if (head.startsWith("II"))
         d->byteOrder = QDataStream::LittleEndian;
-    else if (mark == "MM")
+    else if (head.startsWith("MM"))
         d->byteOrder = QDataStream::BigEndian;
     else
         return false;
-    stream.setByteOrder(d->byteOrder);
-
-    quint16 magic = 0;
-    quint32 offset = 0;
-    stream >> magic >> offset;
-    if (stream.status() != QDataStream::Ok || magic != tiffMagic
-        || !seekWithin(device, start + offset))
+    if (head.size() < tiffHeaderSize
+        || decode<quint16>(head.constData() + 2, d->byteOrder) != tiffMagic)
+        return false;
+    BlockReader block(device, d->byteOrder, start);
+    if (!block.seek(decode<quint32>(head.constData() + 4, d->byteOrder)))
         return false;
 
-    const QList<ExifIfdHeader> entries = readEntries(stream);
-    quint32 thumbnailIfdOffset = 0;
-    stream >> thumbnailIfdOffset;
-    d->imageIfdValues = readValues<ImageTag>(stream, start, entries);
+    const QVector<ExifIfdHeader> entries = block.entries();
+    const Bytes link = block.next(linkSize);
+    const quint32 thumbnailIfd =
+        link.size == linkSize ? decode<quint32>(link.data, d->byteOrder) : 0;
+    d->imageIfdValues = readValues<ImageTag>(block, entries);
 
     const QExifValue exifIfd = d->imageIfdValues.take(ExifIfdPointer);
     if (isSingleInteger(exifIfd))
-        d->exifIfdValues = readDirectory<ExifExtendedTag>(stream, start, exifIfd.toLong());
+        d->exifIfdValues = readDirectory<ExifExtendedTag>(block, exifIfd.toLong());
     const QExifValue gpsIfd = d->imageIfdValues.take(GpsInfoIfdPointer);
     if (isSingleInteger(gpsIfd))
-        d->gpsIfdValues = readDirectory<GpsTag>(stream, start, gpsIfd.toLong());
+        d->gpsIfdValues = readDirectory<GpsTag>(block, gpsIfd.toLong());
     d->exifIfdValues.remove(InteroperabilityIfdPointer);
 
-    if (thumbnailIfdOffset != 0) {
-        const QMap<ImageTag, QExifValue> values =
-            readDirectory<ImageTag>(stream, start, thumbnailIfdOffset);
+    if (thumbnailIfd != 0) {
+        const QMap<ImageTag, QExifValue> values = readDirectory<ImageTag>(block, thumbnailIfd);
         const QExifValue position = values.value(JPEGInterchangeFormat);
         const QExifValue length = values.value(JPEGInterchangeFormatLength);
-        if (isSingleInteger(position) && isSingleInteger(length)
-            && seekWithin(device, start + position.toLong()))
-            d->thumbnailData = readBytes(device, length.toLong());
+        if (isSingleInteger(position) && isSingleInteger(length))
+            d->thumbnailData = block.bytes(position.toLong(), length.toLong());
         d->thumbnailXResolution = values.value(XResolution);
         d->thumbnailYResolution = values.value(YResolution);
         d->thumbnailResolutionUnit = values.value(ResolutionUnit);
@@ -728,70 +790,77 @@ int QExifImageHeader::write(QIODevice* device) const
 {
     if (!device || !device->isWritable())
         return 0;
+    const QByteArray block = d->block();
+    const int written = static_cast<int>(qMax(Q_INT64_C(0), device->write(block)));
+    if (written != block.size())
+        d->size = -1;
+    return written;
+}
 
-    const bool hasGps = !d->gpsIfdValues.isEmpty();
-    const bool hasThumbnail = !d->thumbnailData.isEmpty();
-    const int imageEntries = d->imageIfdValues.size() + (hasGps ? 2 : 1);
+QByteArray QExifImageHeaderPrivate::block()
+{
+    using Header = QExifImageHeader;
+    const bool hasGps = !gpsIfdValues.isEmpty();
+    const bool hasThumbnail = !thumbnailData.isEmpty();
+    const int imageEntries = imageIfdValues.size() + (hasGps ? 2 : 1);
 
-    QByteArray block;
-    QDataStream stream(&block, QIODevice::WriteOnly);
-    stream.setByteOrder(d->byteOrder);
-
-    writeBytes(stream, d->byteOrder == QDataStream::LittleEndian ? "II" : "MM");
-    stream << tiffMagic << quint32(tiffHeaderSize);
+    QByteArray bytes;
+    BlockWriter writer(&bytes, byteOrder);
+    writer.write(QByteArray(byteOrder == QDataStream::LittleEndian ? "II" : "MM"));
+    writer.write(tiffMagic);
+    writer.write(quint32(tiffHeaderSize));
 
     // IFD0, up to and with its link.
-    stream << static_cast<quint16>(imageEntries);
+    writer.write(static_cast<quint16>(imageEntries));
     const quint32 exifIfdStart = writeEntries(
-        stream, d->imageIfdValues,
+        writer, imageIfdValues,
         static_cast<quint32>(tiffHeaderSize + countSize + entrySize * imageEntries + linkSize));
-    writePointer(stream, ExifIfdPointer, exifIfdStart);
-    const quint32 gpsIfdStart = exifIfdStart + sizeOfDirectory(d->exifIfdValues);
+    writePointer(writer, Header::ExifIfdPointer, exifIfdStart);
+    const quint32 gpsIfdStart = exifIfdStart + sizeOfDirectory(exifIfdValues);
     quint32 thumbnailIfdStart = gpsIfdStart;
     if (hasGps) {
-        writePointer(stream, GpsInfoIfdPointer, gpsIfdStart);
-        thumbnailIfdStart += sizeOfDirectory(d->gpsIfdValues);
+        writePointer(writer, Header::GpsInfoIfdPointer, gpsIfdStart);
+        thumbnailIfdStart += sizeOfDirectory(gpsIfdValues);
     }
-    stream << (hasThumbnail ? thumbnailIfdStart : 0);
-    writeDataOf(stream, d->imageIfdValues);
+    writer.write(hasThumbnail ? thumbnailIfdStart : 0);
+    writeDataOf(writer, imageIfdValues);
 
-    writeSubIfd(stream, d->exifIfdValues, exifIfdStart);
+    writeSubIfd(writer, exifIfdValues, exifIfdStart);
     if (hasGps)
-        writeSubIfd(stream, d->gpsIfdValues, gpsIfdStart);
+        writeSubIfd(writer, gpsIfdValues, gpsIfdStart);
 
     if (hasThumbnail) {
         const quint16 entryCount = 7;
-        const quint16 jpegCompression = 6;
-        const quint16 inches = 2;
-        const QExifValue defaultResolution(UnsignedRational(72, 1));
-        const QExifValue xResolution = valueOr(d->thumbnailXResolution, defaultResolution);
-        const QExifValue yResolution = valueOr(d->thumbnailYResolution, defaultResolution);
+        const QExifValue jpegCompression(quint16(6));
+        const QExifValue inches(quint16(2));
+        const QExifValue noOrientation(quint16(0));
+        const QExifValue dotsPerInch(QPair<quint32, quint32>(72, 1));
+        const QExifValue xResolution = valueOr(thumbnailXResolution, dotsPerInch);
+        const QExifValue yResolution = valueOr(thumbnailYResolution, dotsPerInch);
 
         // In this order, Orientation behind ResolutionUnit: readers have always been given it so.
-        stream << entryCount;
+        writer.write(entryCount);
         quint32 offset = thumbnailIfdStart + countSize + entryCount * entrySize;
-        writeEntry(stream, Compression, QExifValue(jpegCompression), offset);
-        offset = writeEntry(stream, XResolution, xResolution, offset);
-        offset = writeEntry(stream, YResolution, yResolution, offset);
-        writeEntry(stream, ResolutionUnit, valueOr(d->thumbnailResolutionUnit, QExifValue(inches)),
+        writeEntry(writer, Header::Compression, jpegCompression, offset);
+        offset = writeEntry(writer, Header::XResolution, xResolution, offset);
+        offset = writeEntry(writer, Header::YResolution, yResolution, offset);
+        writeEntry(writer, Header::ResolutionUnit, valueOr(thumbnailResolutionUnit, inches),
                    offset);
-        writeEntry(stream, Orientation, valueOr(d->thumbnailOrientation, QExifValue(quint16(0))),
+        writeEntry(writer, Header::Orientation, valueOr(thumbnailOrientation, noOrientation),
                    offset);
-        writePointer(stream, JPEGInterchangeFormat, offset);
-        writePointer(stream, JPEGInterchangeFormatLength,
-                     static_cast<quint32>(d->thumbnailData.size()));
-        writeData(stream, xResolution);
-        writeData(stream, yResolution);
-        writeBytes(stream, d->thumbnailData);
+        writePointer(writer, Header::JPEGInterchangeFormat, offset);
+        writePointer(writer, Header::JPEGInterchangeFormatLength,
+                     static_cast<quint32>(thumbnailData.size()));
+        writeData(writer, xResolution);
+        writeData(writer, yResolution);
+        writer.write(thumbnailData);
     }
 
     // Only now, because an entry that was there before has had its share of IFD0's data above.
     if (hasGps)
-        d->imageIfdValues.insert(GpsInfoIfdPointer, QExifValue(gpsIfdStart));
-
-    const int written = static_cast<int>(qMax(Q_INT64_C(0), device->write(block)));
-    d->size = written == block.size() ? written : -1;
-    return written;
+        imageIfdValues.insert(Header::GpsInfoIfdPointer, QExifValue(gpsIfdStart));
+    size = bytes.size();
+    return bytes;
 }
 
 QDataStream::ByteOrder QExifImageHeader::byteOrder() const
@@ -889,7 +958,7 @@ void QExifImageHeader::setValue(GpsTag tag, const QExifValue& value)
 
 QImage QExifImageHeader::thumbnail() const
 {
-    if (!d->thumbnailData.startsWith("\xFF\xD8"))
+    if (!d->thumbnailData.startsWith(startOfImage))
         return QImage();
     QBuffer buffer(&d->thumbnailData);
     buffer.open(QIODevice::ReadOnly);
@@ -954,24 +1023,32 @@ int QExifImageHeader::size() const
 
 QList<ExifIfdHeader> QExifImageHeader::readIfdHeaders(QDataStream& stream) const
 {
-    return readEntries(stream);
+    return BlockReader(stream.device(), stream.byteOrder(), 0).entries().toList();
 }
 
 QExifValue QExifImageHeader::readIfdValue(QDataStream& stream, int startPos,
                                           const ExifIfdHeader& header) const
 {
-    return readValue(stream, startPos, header);
+    BlockReader block(stream.device(), stream.byteOrder(), startPos);
+    return readValue(block, header);
 }
 
 quint32 QExifImageHeader::writeExifHeader(QDataStream& stream, quint16 tag, const QExifValue& value,
                                           quint32 offset) const
 {
-    return writeEntry(stream, tag, value, offset);
+    QByteArray bytes;
+    BlockWriter writer(&bytes, stream.byteOrder());
+    const quint32 next = writeEntry(writer, tag, value, offset);
+    stream.writeRawData(bytes.constData(), bytes.size());
+    return next;
 }
 
 void QExifImageHeader::writeExifValue(QDataStream& stream, const QExifValue& value) const
 {
-    writeData(stream, value);
+    QByteArray bytes;
+    BlockWriter writer(&bytes, stream.byteOrder());
+    writeData(writer, value);
+    stream.writeRawData(bytes.constData(), bytes.size());
 }
 
 quint32 QExifImageHeader::sizeOf(const QExifValue& value) const
