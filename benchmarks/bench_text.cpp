@@ -300,24 +300,25 @@ const QJsonDocument& readyDocument()
     return document;
 }
 
-QByteArray php()
+template <void format(QTextStream*, const QVariantMap&)>
+QByteArray code()
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     TextStreamUTF8 stream(&buffer);
-    PhpCodeHelpers::formatPhpMap(&stream, products());
+    format(&stream, products());
     stream.flush();
     return buffer.data();
 }
 
+QByteArray php()
+{
+    return code<PhpCodeHelpers::formatPhpMap>();
+}
+
 QByteArray javascript()
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    TextStreamUTF8 stream(&buffer);
-    JsCodeHelpers::formatJavascriptObject(&stream, products());
-    stream.flush();
-    return buffer.data();
+    return code<JsCodeHelpers::formatJavascriptObject>();
 }
 
 QByteArray jsonOfReadyDocument()
