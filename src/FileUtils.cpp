@@ -3,17 +3,23 @@
 
 #include "FileUtils.h"
 
+#include "ApplicationUtils.h"
 #include "FileSystem.h"
 #include "LogRecord.h"
+#include "StringUtils.h"
 
+#include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFontMetrics>
 #include <QIODevice>
 #include <QLocale>
+#include <QProcess>
 #include <QRegExp>
 #include <QRegularExpression>
 #include <QStringBuilder>
@@ -283,6 +289,30 @@ void listFolders(const QString& path, QStringList& list, bool recursive, const W
         if (recursive && leadsOn(entry, walk))
             listFolders(joined(path, entry.name), list, true, &walk);
     }
+}
+
+// ---- File content ------------------------------------------------------------------------------
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("FileUtils", text);
+}
+
+QString digestOfFile(const QString& path, QCryptographicHash::Algorithm algorithm)
+{
+    QCryptographicHash hash(algorithm);
+    QFile file(path);
+    // Unbuffered: the pieces are large enough, and QFile's own buffer would only copy them.
+    if (!path.isEmpty() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        QByteArray piece(64 * 1024, Qt::Uninitialized);
+        for (;;) {
+            const qint64 size = file.read(piece.data(), piece.size());
+            if (size <= 0)
+                break;
+            hash.addData(piece.constData(), int(size));
+        }
+    }
+    return StringUtils::byteArrayToString(hash.result(), 16);
 }
 
 } // namespace
@@ -589,6 +619,113 @@ QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
         return QByteArray();
     }
     return file.readAll();
+}
+
+bool FileUtils::writeFileContent(const QString& path, const QByteArray& data, QString* error)
+{
+    if (path.isEmpty() || !fileMkPath(path, error))
+        return false;
+    const auto fail = [&](const char* message) {
+        if (error)
+            *error = translated(message).arg(path);
+        ORVAUTILS_LOG_WARNING_IN("writeFileContent") << "cannot open file " << path;
+        return false;
+    };
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot open (WriteOnly) %1"));
+    // Flushed here, because nobody hears of a disk that is full when the file is closed.
+    if (file.write(data) != data.size() || !file.flush())
+        return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot write datas (WriteOnly) in %1"));
+    return true;
+}
+
+bool FileUtils::replaceInFile(const QString& path, const QString& before, const QString& after)
+{
+    const QByteArray content = readFileContent(path, false);
+    QString text = QString::fromUtf8(content.constData()); // up to the first zero byte
+    if (text.isEmpty())
+        return false;
+    if (!before.isEmpty())
+        text.replace(before, after);
+    writeFileContent(path, text.toUtf8());
+    return true;
+}
+
+QString FileUtils::md5FromDatas(const QByteArray& data)
+{
+    return StringUtils::byteArrayToString(QCryptographicHash::hash(data, QCryptographicHash::Md5),
+                                          16);
+}
+
+QString FileUtils::md5(const QString& path)
+{
+    return digestOfFile(path, QCryptographicHash::Md5);
+}
+
+QString FileUtils::sha1(const QString& path)
+{
+    return digestOfFile(path, QCryptographicHash::Sha1);
+}
+
+bool FileUtils::checkWritingRightInFolder(const QString& folder, const QString& label,
+                                          QString* error)
+{
+    const QString path = QDir::cleanPath(folder);
+    if (path.isEmpty()) {
+        if (error)
+            *error = translated(QT_TRANSLATE_NOOP("FileUtils", "Folder is not valid ! (empty)"));
+        return false;
+    }
+    const QString probe = joined(path, QStringLiteral("check_write"));
+    QString reason;
+    if (!writeFileContent(probe, "data_test", &reason)) {
+        if (error) {
+            // Both at once: a label may hold a "%2" of its own.
+            *error = label.isEmpty()
+                ? reason
+                : translated(QT_TRANSLATE_NOOP("FileUtils", "Cant write in %1 error=%2"))
+                      .arg(label, reason);
+        }
+        return false;
+    }
+    QFile::remove(probe);
+    return true;
+}
+
+QString FileUtils::labelWorkingFolderBlocked(const QString& folder,
+                                             const QString& documentationAddress)
+{
+    const QString link =
+        QStringLiteral("<a href='%1'>%2</a>")
+            .arg(documentationAddress, translated(QT_TRANSLATE_NOOP("FileUtils", "Documentation")));
+    QString text =
+        translated(QT_TRANSLATE_NOOP("FileUtils",
+                                     "Your working folder %1 seem not accessible en write, change "
+                                     "it or consult %2"))
+            .arg(folder, link);
+    return text.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+}
+
+// ---- Files on the desktop ----------------------------------------------------------------------
+
+QIcon FileUtils::iconFromFilename(const QString& name)
+{
+    const QFileInfo file(name);
+    const QFileInfo shipped(ApplicationUtils::pathDatas() + QLatin1String("suffix_icons/file.")
+                            + file.suffix().toLower());
+    return QFileIconProvider().icon(shipped.exists() ? shipped : file);
+}
+
+void FileUtils::showFileInFolder(const QString& path)
+{
+    const QString osascript = QStringLiteral("/usr/bin/osascript");
+    const QString reveal = QStringLiteral("tell application \"Finder\" to reveal POSIX file \"")
+        + path + QLatin1Char('"');
+    QProcess::execute(osascript, {QStringLiteral("-e"), reveal});
+    QProcess::execute(
+        osascript,
+        {QStringLiteral("-e"), QStringLiteral("tell application \"Finder\" to activate")});
 }
 
 // ---- Older variants ----------------------------------------------------------------------------

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FileUtils: the family's rules for paths, file names, sizes and folder trees.
+// FileUtils: the family's rules for paths, file names, sizes, folder trees and file content.
 
 #ifndef ORVAUTILS_FILEUTILS_H
 #define ORVAUTILS_FILEUTILS_H
@@ -9,6 +9,7 @@
 #include "orvautils_export.h"
 
 #include <QByteArray>
+#include <QIcon>
 #include <QString>
 #include <QStringList>
 
@@ -19,7 +20,7 @@ class QIODevice;
 class QRegExp;
 QT_END_NAMESPACE
 
-/// Static functions on paths, file names, sizes and folder trees.
+/// Static functions on paths, file names, sizes, folder trees and file content.
 ///
 /// Paths are separated by "/" on every platform. A folder path may end with "/" or not; where that
 /// makes a difference the function says so. Everything runs on the calling thread and keeps no
@@ -213,6 +214,68 @@ public:
     /// as "FileUtils::readFileContent error : ", the path and " ne peut etre ouvert !". Empty
     /// without a record for an empty path. An empty file cannot be told from a missing one.
     static QByteArray readFileContent(const QString& path, bool logOnFailure = true);
+
+    /// Makes \a data the whole content of the file \a path, which is created, with its folder,
+    /// where it is missing. Empty data leaves an empty file.
+    ///
+    /// The file is emptied first: where writing fails, what was written so far is all that is left.
+    /// An empty path gives false without a message. Otherwise false with \a error saying why: the
+    /// message of fileMkPath(), or, translated, "Cannot open (WriteOnly) <path>" or "Cannot write
+    /// datas (WriteOnly) in <path>" for a write that fails or ends early (a full disk). The last
+    /// two are logged with LogType 2, both as "cannot open file " and the path.
+    static bool writeFileContent(const QString& path, const QByteArray& data,
+                                 QString* error = nullptr);
+
+    /// Replaces every occurrence of \a before in the UTF-8 file \a path by \a after; upper and
+    /// lower case are different. An empty \a before replaces nothing.
+    ///
+    /// False, with nothing written, when the file cannot be read, is empty or begins with a zero
+    /// byte. Otherwise true, whatever writing gave (a failure is logged by writeFileContent()).
+    /// What stands behind the first zero byte is dropped, bytes that are not UTF-8 become U+FFFD
+    /// and a byte-order mark goes, all of that also where nothing is replaced: this is for text
+    /// files.
+    static bool replaceInFile(const QString& path, const QString& before, const QString& after);
+
+    /// The MD5 digest of \a data, 32 lower-case hexadecimal digits.
+    static QString md5FromDatas(const QByteArray& data);
+
+    /// The MD5 digest of the content of the file \a path, which is read as a stream: memory does
+    /// not grow with the file. For a file that cannot be opened it is the digest of no bytes,
+    /// "d41d8cd98f00b204e9800998ecf8427e": deliberate, so look whether the file exists first.
+    static QString md5(const QString& path);
+
+    /// As md5(), with SHA-1: 40 digits, "da39a3ee5e6b4b0d3255bfef95601890afd80709" for no bytes.
+    static QString sha1(const QString& path);
+
+    /// Whether \a folder can be written to, found out by writing a file "check_write" into it and
+    /// removing it again. The folder is created, with its parents, where it is missing.
+    ///
+    /// Otherwise false, with \a error: translated "Folder is not valid ! (empty)" for an empty
+    /// path, else the message of writeFileContent(), which with a \a label, the folder's name for
+    /// people, becomes the translated "Cant write in <label> error=<message>".
+    static bool checkWritingRightInFolder(const QString& folder, const QString& label,
+                                          QString* error = nullptr);
+
+    /// The rich text, translated, that tells the user that the working folder \a folder cannot be
+    /// written to and links to \a documentationAddress. It holds "<br>" in the place of line feeds.
+    /// Neither argument is escaped for HTML.
+    static QString labelWorkingFolderBlocked(const QString& folder,
+                                             const QString& documentationAddress);
+
+    // ---- Files on the desktop ------------------------------------------------------------------
+
+    /// The icon for a file of the name \a name, which need not exist: the one of the file
+    /// suffix_icons/file.<suffix in lower case> in ApplicationUtils::pathDatas() where the
+    /// application ships that, else the desktop's for \a name. For the GUI thread.
+    static QIcon iconFromFilename(const QString& name);
+
+    /// Shows the file \a path in the Finder and brings that to the front, by two calls of
+    /// /usr/bin/osascript that are waited for. Nothing happens where that is missing; failures are
+    /// not detected.
+    ///
+    /// The path stands between double quotes in a script and is not escaped: never pass one that
+    /// holds a double quote or a backslash and comes from somebody else.
+    static void showFileInFolder(const QString& path);
 
     // ---- Older variants that callers still depend on -------------------------------------------
 
