@@ -2,3 +2,688 @@
 // SPDX-License-Identifier: MIT
 
 #include "FileUtils.h"
+
+#include "FileSystem.h"
+#include "LogRecord.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QFontMetrics>
+#include <QIODevice>
+#include <QLocale>
+#include <QRegExp>
+#include <QRegularExpression>
+#include <QStringBuilder>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#if defined(Q_OS_WIN)
+#include <windows.h>
+#endif
+
+namespace {
+
+// ---- Paths and names as text -------------------------------------------------------------------
+
+/// The position of the last "/" of \a path that has at least one character behind it, or -1.
+int lastInnerSlash(const QString& path)
+{
+    // lastIndexOf() takes a negative position as one counted from the end.
+    return path.size() < 2 ? -1 : path.lastIndexOf(QLatin1Char('/'), path.size() - 2);
+}
+
+/// Whether normalizeFilename() keeps \a c.
+bool isPortable(QChar c)
+{
+    const ushort code = c.unicode();
+    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z')
+        || (code >= '0' && code <= '9') || code == '(' || code == ')' || code == '-' || code == '_'
+        || code == '.' || c.isSpace();
+}
+
+const QRegularExpression& forbiddenInNames()
+{
+    static const QRegularExpression forbidden(QStringLiteral("[/\\\\|\\?<>\\\":\\*]"));
+    return forbidden;
+}
+
+/// The units of fileSizeToString().
+struct SizeUnits
+{
+    QLatin1String bytes;
+    QLatin1String kilo;
+    QLatin1String mega;
+    QLatin1String giga;
+};
+
+SizeUnits sizeUnits()
+{
+    if (QLocale().name().startsWith(QLatin1String("fr")))
+        return {QLatin1String("octets"), QLatin1String("Ko"), QLatin1String("Mo"),
+                QLatin1String("Go")};
+    return {QLatin1String("B"), QLatin1String("kB"), QLatin1String("MB"), QLatin1String("GB")};
+}
+
+// ---- Folder trees ------------------------------------------------------------------------------
+
+/// How every record about a folder that cannot be emptied begins.
+const char* const cannotRemove = "enable to removeRecursively";
+
+QString joined(const QString& folder, const QString& name)
+{
+    if (folder.endsWith(QLatin1Char('/')))
+        return folder % name;
+    return folder % QLatin1Char('/') % name;
+}
+
+std::vector<FileSystem::Entry> entriesOf(const QString& path)
+{
+    std::vector<FileSystem::Entry> entries;
+    FileSystem::readFolder(path, entries);
+    return entries;
+}
+
+/// While deleting, a link is a file, whatever it leads to.
+bool isRemovedAsFile(const FileSystem::Entry& entry)
+{
+    return entry.isLink || entry.kind == FileSystem::Kind::File;
+}
+
+/// As QDir sorts by name ignoring case.
+void sortByNameIgnoringCase(std::vector<FileSystem::Entry>& entries)
+{
+    std::sort(entries.begin(), entries.end(),
+              [](const FileSystem::Entry& one, const FileSystem::Entry& other) {
+                  return one.name.compare(other.name, Qt::CaseInsensitive) < 0;
+              });
+}
+
+/// A folder that is being walked and, through \a parent, the folders on the way to it.
+struct Walk
+{
+    QString path;
+    const Walk* parent;
+
+    const Walk& start() const { return parent ? parent->start() : *this; }
+};
+
+/// Whether \a entry is a folder to go on with: not one on the way to it, which a link leads back to
+/// and which would be walked forever.
+bool leadsOn(const FileSystem::Entry& entry, const Walk& walk)
+{
+    if (entry.kind != FileSystem::Kind::Folder || !entry.isReachable)
+        return false;
+    if (!entry.isLink)
+        return true;
+    const QString path = joined(walk.path, entry.name);
+    for (const Walk* folder = &walk; folder; folder = folder->parent) {
+        if (FileSystem::isSameFile(path, folder->path))
+            return false;
+    }
+    return true;
+}
+
+// ---- folderSize --------------------------------------------------------------------------------
+
+/// What folderSize() adds up. Times stay numbers: a QDateTime for every file would take longer than
+/// reading the tree.
+struct FolderContent
+{
+    qint64 size = 0;
+    int fileCount = 0;
+    qint64 lastModified = noTime;
+
+    static const qint64 noTime = std::numeric_limits<qint64>::min();
+};
+
+void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
+             FolderContent& content)
+{
+    const Walk walk = {path, parent};
+    QStringList folders;
+    FileSystem::FolderReader reader(path, detail);
+    while (reader.next()) {
+        const FileSystem::Entry& entry = reader.entry();
+        if (entry.kind != FileSystem::Kind::File) {
+            if (leadsOn(entry, walk))
+                folders.append(joined(path, entry.name));
+        } else if (entry.name.compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) != 0) {
+            content.size += entry.size;
+            ++content.fileCount;
+            if (entry.modified > content.lastModified)
+                content.lastModified = entry.modified;
+        }
+    }
+    for (const QString& folder : qAsConst(folders))
+        measure(folder, detail, &walk, content);
+}
+
+// ---- copyDir -----------------------------------------------------------------------------------
+
+/// Whether the absolute \a path or a folder on the way to it is \a folder.
+bool passesThrough(QString path, const QString& folder)
+{
+    while (QDir::isAbsolutePath(path)) {
+        if (FileSystem::isSameFile(path, folder))
+            return true;
+        const QString parent = QFileInfo(path).path();
+        if (parent == path)
+            break;
+        path = parent;
+    }
+    return false;
+}
+
+/// Whether \a path, which need not exist yet, is \a folder or lies inside it: by its name, or by
+/// where its links lead.
+bool liesInside(QString path, const QString& folder)
+{
+    while (!QFileInfo::exists(path)) {
+        const QString parent = QFileInfo(path).path();
+        if (parent == path)
+            return false;
+        path = parent;
+    }
+    return passesThrough(path, folder)
+        || passesThrough(QFileInfo(path).canonicalFilePath(), folder);
+}
+
+/// Whether copying \a source to \a destination would change or never finish what is copied.
+bool overlap(const QString& source, const QString& destination)
+{
+    return liesInside(destination, source) || liesInside(source, destination);
+}
+
+bool refuseCopy(const QString& source, const QString& destination)
+{
+    ORVAUTILS_LOG_WARNING_IN("copyDir") << "unable to copy" << source << "to" << destination;
+    return false;
+}
+
+bool copyTree(const QString& source, const QString& destination, const Walk* parent)
+{
+    const Walk walk = {source, parent};
+    std::vector<FileSystem::Entry> entries;
+    if (!FileSystem::readFolder(source, entries))
+        return refuseCopy(source, destination);
+    const bool isNew = !QDir(destination).exists();
+    if (isNew && !QDir().mkpath(destination)) {
+        ORVAUTILS_LOG_WARNING_IN("copyDir") << "unable to mkdir" << destination;
+        return false;
+    }
+    for (const FileSystem::Entry& entry : entries) {
+        const QString path = joined(source, entry.name);
+        const QString target = joined(destination, entry.name);
+        if (!entry.isReachable)
+            return refuseCopy(path, target);
+        if (entry.kind == FileSystem::Kind::File) {
+            // In a new folder nothing can be in the way, which is most of what forceCopy() does.
+            // Where the quick way fails, it tries again and tells the reason.
+            const bool copied =
+                isNew && FileSystem::copyFile(path, target) == FileSystem::Copied::Yes;
+            if (!copied && !FileUtils::forceCopy(path, target))
+                return refuseCopy(path, target);
+        } else if (leadsOn(entry, walk)) {
+            // Links on either side can lead out of two separate trees into a common one.
+            if ((entry.isLink || (!isNew && QFileInfo(target).isSymLink()))
+                && (overlap(path, target) || liesInside(target, walk.start().path)))
+                return refuseCopy(path, target);
+            if (!copyTree(path, target, &walk))
+                return false;
+        }
+    }
+    return true;
+}
+
+// ---- Listings ----------------------------------------------------------------------------------
+
+/// \a prefix of every entry is complete, with its "/".
+int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* folderFilter,
+              const QString& prefix, const Walk* parent)
+{
+    const Walk walk = {path, parent};
+    int count = 0;
+    QStringList folders;
+    FileSystem::FolderReader reader(path, FileSystem::Detail::Kinds);
+    while (reader.next()) {
+        const FileSystem::Entry& entry = reader.entry();
+        if (entry.isHidden || !entry.isReachable)
+            continue;
+        if (entry.kind == FileSystem::Kind::File) {
+            list.append(prefix % entry.name);
+            ++count;
+        } else if (recursive && leadsOn(entry, walk)
+                   && (!folderFilter || folderFilter->exactMatch(entry.name))) {
+            folders.append(entry.name);
+        }
+    }
+    for (const QString& folder : qAsConst(folders))
+        count += listFiles(joined(path, folder), list, true, folderFilter,
+                           prefix % folder % QLatin1Char('/'), &walk);
+    return count;
+}
+
+bool isVisibleFolder(const FileSystem::Entry& entry)
+{
+    return entry.kind == FileSystem::Kind::Folder && !entry.isHidden && entry.isReachable;
+}
+
+void listFolders(const QString& path, QStringList& list, bool recursive, const Walk* parent)
+{
+    const Walk walk = {path, parent};
+    for (const FileSystem::Entry& entry : entriesOf(path)) {
+        if (!isVisibleFolder(entry))
+            continue;
+        list.append(joined(path, entry.name));
+        if (recursive && leadsOn(entry, walk))
+            listFolders(joined(path, entry.name), list, true, &walk);
+    }
+}
+
+} // namespace
+
+// ---- Paths and names as text -------------------------------------------------------------------
+
+QString FileUtils::lastPartOfFolder(const QString& path)
+{
+    return path.mid(lastInnerSlash(path) + 1);
+}
+
+QString FileUtils::nameOfLastPartFolder(const QString& path)
+{
+    QString name = lastPartOfFolder(path);
+    if (name.endsWith(QLatin1Char('/')))
+        name.chop(1);
+    return name;
+}
+
+QString FileUtils::parentFolder(const QString& path)
+{
+    if (path.endsWith(QLatin1Char('/'))) {
+        const int slash = lastInnerSlash(path);
+        return slash < 0 ? path : path.left(slash + 1);
+    }
+    return QFileInfo(path).absolutePath() + QLatin1Char('/');
+}
+
+QString FileUtils::elidedFolder(const QFontMetrics& metrics, QString& path, int width)
+{
+    const QString elided = metrics.elidedText(path, Qt::ElideLeft, width);
+    if (elided == path || elided.startsWith(QLatin1Char('/')))
+        return elided;
+    const int slash = elided.indexOf(QLatin1Char('/'));
+    if (slash < 0 || slash == elided.size() - 1)
+        return elided;
+    return QLatin1String("...") + elided.mid(slash);
+}
+
+QString FileUtils::normalizeFilename(const QString& name)
+{
+    const QString simplified = name.normalized(QString::NormalizationForm_D).simplified();
+    QString portable;
+    portable.reserve(simplified.size());
+    for (const QChar c : simplified) {
+        if (isPortable(c))
+            portable += c;
+    }
+    return portable;
+}
+
+QString FileUtils::regExpFilename()
+{
+    return QStringLiteral("[\\w()\\s\\-\\_]+");
+}
+
+QString FileUtils::fileSizeToString(qint64 size)
+{
+    const qint64 kilo = 1024;
+    const qint64 mega = 1024 * kilo;
+    const qint64 giga = 1024 * mega;
+    const SizeUnits units = sizeUnits();
+    const auto text = [](double value, QLatin1String unit) {
+        return QString::number(value, 'f', 2) + QLatin1Char(' ') + unit;
+    };
+    if (size == 0)
+        return QLatin1String("0 ") + units.kilo;
+    if (size <= kilo)
+        return QString::number(size) + QLatin1Char(' ') + units.bytes;
+    if (size <= mega)
+        return text(double(float(size) * (1.0f / float(kilo))), units.kilo);
+    if (size <= giga)
+        return text(double(float(size) * (1.0f / float(mega))), units.mega);
+    return text(double(size) * (1.0 / double(giga)), units.giga);
+}
+
+bool FileUtils::folderExists(const QString& path)
+{
+    return !path.trimmed().isEmpty() && QDir(QDir::cleanPath(path)).exists();
+}
+
+bool FileUtils::directoryIsEmpty(const QString& path)
+{
+    const QDir folder(QDir::cleanPath(path), QString(), QDir::Unsorted,
+                      QDir::Dirs | QDir::Files | QDir::Drives | QDir::NoDotAndDotDot);
+    return !QDirIterator(folder).hasNext();
+}
+
+bool FileUtils::checkNameFileValidity(const QString& name)
+{
+    return !name.contains(forbiddenInNames());
+}
+
+QString FileUtils::fixNameFileValidity(const QString& name)
+{
+    QString fixed = name;
+    return fixed.replace(forbiddenInNames(), QStringLiteral("_"));
+}
+
+void FileUtils::setFileHiddenOnWindows(const QString& path)
+{
+#if defined(Q_OS_WIN)
+    const QString native = QDir::toNativeSeparators(path);
+    const auto* name = reinterpret_cast<const wchar_t*>(native.utf16());
+    const DWORD attributes = GetFileAttributesW(name);
+    if (attributes != INVALID_FILE_ATTRIBUTES)
+        SetFileAttributesW(name, attributes | FILE_ATTRIBUTE_HIDDEN);
+#else
+    Q_UNUSED(path)
+#endif
+}
+
+// ---- Folder trees ------------------------------------------------------------------------------
+
+qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* lastModified)
+{
+    const QString folder = QDir::cleanPath(path);
+    if (folder.isEmpty() || !QDir(folder).exists())
+        return 0;
+    FolderContent content;
+    measure(folder, lastModified ? FileSystem::Detail::SizesAndTimes : FileSystem::Detail::Sizes,
+            nullptr, content);
+    if (fileCount)
+        *fileCount += content.fileCount;
+    if (lastModified && content.lastModified != FolderContent::noTime) {
+        const QDateTime latest = QDateTime::fromMSecsSinceEpoch(content.lastModified);
+        if (lastModified->isNull() || *lastModified < latest)
+            *lastModified = latest;
+    }
+    return content.size;
+}
+
+bool FileUtils::forceCopy(const QString& source, const QString& destination)
+{
+    const auto cannotCopy = [&](QFileDevice::FileError error) {
+        ORVAUTILS_LOG_WARNING_IN("forceCopy") << "FileUtils::forceCopy can't copy" << source
+                                              << destination << " error=" << int(error);
+        return false;
+    };
+    if (!QFileInfo::exists(source)) {
+        ORVAUTILS_LOG_WARNING() << source << " est introuvable !! (forceCopy)";
+        return false;
+    }
+    if (FileSystem::isSameFile(source, destination))
+        return true;
+    // What cannot be read (or, like a pipe, not to an end) does not cost the destination its life.
+    QFile file(source);
+    if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
+        return cannotCopy(QFileDevice::CopyError);
+    file.close();
+    if (QFileInfo::exists(destination) && !QFile::remove(destination)) {
+        ORVAUTILS_LOG_WARNING() << "FileUtils::forceCopy can't remove " << destination;
+        return false;
+    }
+    fileMkPath(destination, nullptr);
+    switch (FileSystem::copyFile(source, destination)) {
+    case FileSystem::Copied::Yes:
+        return true;
+    case FileSystem::Copied::No:
+        return cannotCopy(QFileDevice::CopyError);
+    case FileSystem::Copied::NotTried:
+        break;
+    }
+    return file.copy(destination) || cannotCopy(file.error());
+}
+
+bool FileUtils::fileMkPath(const QString& filePath, QString* error)
+{
+    const QDir folder = QFileInfo(filePath).dir();
+    if (folder.mkpath(QStringLiteral(".")))
+        return true;
+    if (error)
+        *error =
+            QStringLiteral("(fileMkPath) Cant create folder '%1' !").arg(folder.absolutePath());
+    return false;
+}
+
+bool FileUtils::removeContentDirectory(const QString& path, bool recursive)
+{
+    if (path.isEmpty() || !path.contains(QLatin1Char('/')) || path == QLatin1String("."))
+        return false;
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
+        return false;
+    std::vector<FileSystem::Entry> entries;
+    if (!FileSystem::readFolder(folder, entries)) {
+        ORVAUTILS_LOG_CRITICAL() << cannotRemove << folder;
+        return false;
+    }
+    for (const FileSystem::Entry& entry : entries) {
+        const QString entryPath = joined(folder, entry.name);
+        bool removed = entry.isReachable;
+        if (isRemovedAsFile(entry))
+            removed = removed && FileSystem::removeFile(entryPath);
+        else if (entry.kind == FileSystem::Kind::Folder && recursive)
+            removed = removed && FileSystem::removeTree(entryPath);
+        if (!removed) {
+            ORVAUTILS_LOG_CRITICAL() << cannotRemove << entryPath;
+            return false;
+        }
+    }
+    return true;
+}
+
+bool FileUtils::copyDir(const QString& source, const QString& destination, bool merge)
+{
+    // An empty path would mean the current folder, which nobody asked to copy or to delete.
+    const QString from = source.isEmpty() ? source : QDir(source).absolutePath();
+    const QString to = destination.isEmpty() ? destination : QDir(destination).absolutePath();
+    if (from.isEmpty() || !QDir(from).exists()) {
+        ORVAUTILS_LOG_CRITICAL() << from << "Doesnt exists";
+        return false;
+    }
+    if (to.isEmpty()) {
+        ORVAUTILS_LOG_WARNING() << "unable to mkdir" << to;
+        return false;
+    }
+    if (overlap(from, to))
+        return refuseCopy(from, to);
+    if (!merge && QDir(to).exists()) {
+        // The folder behind a link is not the destination's to empty.
+        const bool isLink = QFileInfo(to).isSymLink();
+        if (!(isLink ? FileSystem::removeFile(to) : FileSystem::removeTree(to))) {
+            ORVAUTILS_LOG_WARNING() << "unable to removeRecursively" << to;
+            return false;
+        }
+    }
+    return copyTree(from, to, nullptr);
+}
+
+int FileUtils::removeEmptyDirs(const QString& path, bool recursive)
+{
+    if (path.isEmpty())
+        return 0;
+    int count = 0;
+    if (recursive) {
+        const QString folder = QDir::cleanPath(path);
+        for (const FileSystem::Entry& entry : entriesOf(folder)) {
+            if (isVisibleFolder(entry) && !entry.isLink)
+                count += removeEmptyDirs(joined(folder, entry.name), true);
+        }
+    }
+    if (directoryIsEmpty(path) && QDir().rmdir(path))
+        ++count;
+    return count;
+}
+
+int FileUtils::segmentedCopy(QIODevice& source, QIODevice& destination, int segmentSize)
+{
+    qint64 total = 0;
+    for (qint64 wanted = source.bytesAvailable(); wanted > 0; wanted = source.bytesAvailable()) {
+        wanted = qMin(wanted, qint64(segmentSize));
+        const QByteArray segment = wanted > 0 ? source.read(wanted) : QByteArray();
+        if (segment.isEmpty())
+            break;
+        destination.write(segment);
+        total += wanted;
+    }
+    return int(qMin(total, qint64(std::numeric_limits<int>::max())));
+}
+
+int FileUtils::listFilesInFileSystem(const QString& path, QStringList& list, bool recursive,
+                                     QRegExp* folderFilter, const QString& prefix)
+{
+    if (path.isEmpty() || !QDir(path).exists())
+        return 0;
+    const bool complete = prefix.isEmpty() || prefix.endsWith(QLatin1Char('/'));
+    return listFiles(path, list, recursive, folderFilter,
+                     complete ? prefix : prefix + QLatin1Char('/'), nullptr);
+}
+
+bool FileUtils::listDirectoriesInFileSystem(const QString& path, QStringList& list, bool recursive)
+{
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
+        return false;
+    listFolders(folder, list, recursive, nullptr);
+    return true;
+}
+
+bool FileUtils::listFolderName(const QString& path, QStringList& list)
+{
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
+        return false;
+    for (const FileSystem::Entry& entry : entriesOf(folder)) {
+        if (isVisibleFolder(entry))
+            list.append(entry.name);
+    }
+    return true;
+}
+
+// ---- File content ------------------------------------------------------------------------------
+
+QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
+{
+    if (path.isEmpty())
+        return QByteArray();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (logOnFailure)
+            ORVAUTILS_LOG_INFO() << "FileUtils::readFileContent error : " << path
+                                 << " ne peut etre ouvert !";
+        return QByteArray();
+    }
+    return file.readAll();
+}
+
+// ---- Older variants ----------------------------------------------------------------------------
+
+bool FileUtils::old::forceDirectoryCreationForAFile(const QString& filePath, QString* error)
+{
+    const int lastSlash = filePath.lastIndexOf(QLatin1Char('/'));
+    const QString folder = lastSlash < 0 ? filePath : filePath.left(lastSlash + 1);
+    if (QDir(folder).exists())
+        return true;
+    bool created = true;
+    for (int slash = folder.indexOf(QLatin1Char('/')); slash >= 0;
+         slash = folder.indexOf(QLatin1Char('/'), slash + 1)) {
+        const QString level = folder.left(slash);
+        // Looked at again after a failure: another thread may have been quicker.
+        if (level.isEmpty() || QDir(level).exists() || QDir().mkdir(level) || QDir(level).exists())
+            continue;
+        const QString message = QStringLiteral("Mkdir fail on \"%1\"").arg(level);
+        if (error)
+            *error = message;
+        ORVAUTILS_LOG_WARNING() << message;
+        created = false;
+    }
+    if (!created) {
+        const QString message = QStringLiteral("The folder '%1' cannot be created!").arg(folder);
+        if (error)
+            *error = message;
+        ORVAUTILS_LOG_WARNING() << message;
+    }
+    return created;
+}
+
+bool FileUtils::old::removeDirectory(const QString& path, bool recursive, QString* error, int depth)
+{
+    const auto fail = [error](const QString& message) {
+        if (error)
+            *error = message;
+        return false;
+    };
+    if (path.isEmpty())
+        return false;
+    if (depth <= 0)
+        return fail(QStringLiteral("FileUtils::removeDirectory ") + path
+                    + QStringLiteral(" profondeur max atteinte !"));
+    // Without a "/" at the end, which would make the system look through a link.
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
+        return fail(QStringLiteral("FileUtils::removeDirectory: ") + path
+                    + QStringLiteral(" doesn't exist"));
+
+    const bool isLink = QFileInfo(folder).isSymLink();
+    bool allHandled = true;
+    if (!isLink) {
+        std::vector<FileSystem::Entry> entries = entriesOf(folder);
+        sortByNameIgnoringCase(entries);
+        for (const FileSystem::Entry& entry : entries) {
+            const QString entryPath = joined(folder, entry.name);
+            if (!entry.isReachable) {
+                allHandled = false;
+            } else if (isRemovedAsFile(entry)) {
+                if (FileSystem::removeFile(entryPath))
+                    continue;
+                // Once more with the class that can say why not.
+                QFile file(entryPath);
+                if (!file.remove())
+                    return fail(QStringLiteral("Failed to remove file: %1 (%2)")
+                                    .arg(file.fileName(), file.errorString()));
+            } else if (entry.kind == FileSystem::Kind::Folder) {
+                if (!recursive)
+                    return fail(QStringLiteral("Failed to remove file: %1 (%2)")
+                                    .arg(entry.name, QStringLiteral("non recursive operation")));
+                if (!removeDirectory(entryPath, true, error, depth - 1))
+                    return false;
+            } else {
+                allHandled = false;
+            }
+        }
+    }
+    // Removing as a file is for links; of a real folder it can only tell why it stays.
+    if (!isLink && QDir().rmdir(folder))
+        return allHandled;
+    QFile link(folder);
+    if (!link.remove())
+        return fail(
+            QStringLiteral("Failed to remove directory: %1 (%2)").arg(path, link.errorString()));
+    return allHandled;
+}
+
+int FileUtils::old::listFilesInFileSystem(const QString& path, QStringList& list, bool recursive,
+                                          QRegExp* folderFilter, const QString& prefix)
+{
+    const QString folder = path.isEmpty() ? QStringLiteral(".") : path;
+    if (!QDir(folder).exists())
+        return 0;
+    const bool complete = prefix.endsWith(QLatin1Char('/'));
+    return listFiles(folder, list, recursive, folderFilter,
+                     complete ? prefix : prefix + QLatin1Char('/'), nullptr);
+}

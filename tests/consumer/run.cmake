@@ -4,13 +4,7 @@
 # Installs the library into a fresh prefix, then builds and runs the consumer against it, as a user
 # who has never seen the source tree would.
 
-function(run)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
-  if(NOT result EQUAL 0)
-    list(JOIN ARGN " " command)
-    message(FATAL_ERROR "failed (${result}): ${command}")
-  endif()
-endfunction()
+include("${SOURCE_DIR}/tests/support/run.cmake")
 
 if(KIND STREQUAL "shared")
   set(shared ON)

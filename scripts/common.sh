@@ -1,0 +1,61 @@
+# SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+# SPDX-License-Identifier: MIT
+#
+# Sourced by the scripts beside it: installs what is missing, configures and builds.
+
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+
+say() { printf '\n== %s\n' "$*"; }
+
+# The names in the given sections of scripts/packages, one a line.
+packages_of() {
+    awk -v wanted=" $* " '
+        /^\[/ { section = substr($0, 2, index($0, "]") - 2); next }
+        /^#/ || NF == 0 { next }
+        index(wanted, " " section " ") { print $1 }' "$root/scripts/packages" | sort -u
+}
+
+# install_packages SECTION...: installs those of the sections that are missing.
+install_packages() {
+    if [ "$(uname)" = Darwin ]; then
+        # Qt 5 as Homebrew installs it is kept out of the default search path.
+        if command -v brew >/dev/null && brew --prefix qt@5 >/dev/null 2>&1; then
+            CMAKE_PREFIX_PATH=$(brew --prefix qt@5)${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}
+            export CMAKE_PREFIX_PATH
+        fi
+        return
+    fi
+    if ! command -v apt-get >/dev/null; then
+        echo "This is no Debian: please see to it that these are installed:" \
+            $(packages_of "$@") >&2
+        return
+    fi
+    local name missing=()
+    for name in $(packages_of "$@"); do
+        dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null | grep -qx installed ||
+            missing+=("$name")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    say "Installing ${missing[*]}"
+    "${as_root[@]}" apt-get update -q
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -q -y --no-install-recommends "${missing[@]}"
+}
+
+# build PRESET [cmake options]: configures and builds one of CMakePresets.json.
+build() {
+    local preset=$1
+    shift
+    say "Building ($preset)"
+    cmake --preset "$preset" "$@" >"$root/.configure.log" 2>&1 || {
+        cat "$root/.configure.log"
+        return 1
+    }
+    rm -f "$root/.configure.log"
+    cmake --build --preset "$preset"
+}

@@ -1,0 +1,200 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "CoreApplicationUtils.h"
+
+#include "LogRecord.h"
+#include "QObjectEventFilter.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QIcon>
+#include <QStringList>
+#include <QWidget>
+#include <QtDebug>
+
+namespace {
+
+struct Identity
+{
+    QString mApplicationCompanyName;
+    QString mApplicationName;
+    QString mApplicationVersion;
+    QString mApplicationRevision;
+    CoreApplicationUtils::CodeApplication mCodeApplication = CoreApplicationUtils::Undefined;
+};
+
+// Made on first use and never destroyed, so that static objects of the host may use it in their
+// constructors and destructors, in whatever order these run.
+Identity& identity()
+{
+    static Identity& store = *new Identity;
+    return store;
+}
+
+struct FamilyMember
+{
+    const char* guiName; // null: the stored application name
+    const char* shortName;
+    const char* key;
+};
+
+// Null for Undefined and for codes that nobody has.
+const FamilyMember* familyMember(CoreApplicationUtils::CodeApplication code)
+{
+    static const FamilyMember members[] = {
+        {"Palnor Grid", "Lorn", "lorn"},   {nullptr, "Dunvale", "dunvend"},
+        {"Palnor Fx", "Sorrel", "sorrel"}, {"Tamsel", "Tamsel 2", "tamsel2"},
+        {"Lexaro", "Lexaro", "lexaro"},    {"Portwin", "Portwin", "portwin"},
+    };
+    if (code < CoreApplicationUtils::Lorn || code > CoreApplicationUtils::Portwin)
+        return nullptr;
+    return &members[code - CoreApplicationUtils::Lorn];
+}
+
+QString undefinedKey()
+{
+    return QStringLiteral("undefined key");
+}
+
+} // namespace
+
+CoreApplicationUtils::CoreApplicationUtils(QObject* parent)
+    : QObject(parent)
+{ }
+
+CoreApplicationUtils::~CoreApplicationUtils() = default;
+
+bool CoreApplicationUtils::initStartupVars()
+{
+    if (applicationCode() == Undefined) {
+        qDebug("initStartupVars FAILED ! initCoreApplication must be called in main.cpp !!!!");
+        return false;
+    }
+    const QCoreApplication* application = QCoreApplication::instance();
+    if (!application)
+        return true;
+    QCoreApplication::setOrganizationName(applicationCompanyName());
+    QCoreApplication::setOrganizationDomain(applicationCompanyName().toLower()
+                                            + QStringLiteral(".com"));
+    QCoreApplication::setApplicationName(applicationName());
+    QCoreApplication::setApplicationVersion(applicationVersion());
+    if (qobject_cast<const QGuiApplication*>(application))
+        QGuiApplication::setWindowIcon(QIcon(iconApplication()));
+    return true;
+}
+
+QString CoreApplicationUtils::applicationGuiName()
+{
+    const FamilyMember* member = familyMember(applicationCode());
+    return member && member->guiName ? QString::fromLatin1(member->guiName) : applicationName();
+}
+
+QString CoreApplicationUtils::applicationShortName()
+{
+    const CodeApplication code = applicationCode();
+    if (const FamilyMember* member = familyMember(code))
+        return QString::fromLatin1(member->shortName);
+    ORVAUTILS_LOG_INFO() << "CoreApplicationUtils " << int(code);
+    return undefinedKey();
+}
+
+QString CoreApplicationUtils::applicationKeyToString(CodeApplication code)
+{
+    const FamilyMember* member = familyMember(code);
+    return member ? QString::fromLatin1(member->key) : undefinedKey();
+}
+
+QString CoreApplicationUtils::applicationKey()
+{
+    return applicationKeyToString(applicationCode());
+}
+
+int CoreApplicationUtils::versionToNumber(int major, int minor, int patch)
+{
+    // Unsigned, because shifting a negative number, or a bit into the sign, is undefined.
+    return int((uint(major) << 16) | (uint(minor) << 8) | uint(patch));
+}
+
+int CoreApplicationUtils::versionToNumber(const QString& version)
+{
+    const QStringList parts = version.split(QLatin1Char('.'));
+    if (parts.size() != 3)
+        return 0;
+    return versionToNumber(parts[0].toInt(), parts[1].toInt(), parts[2].toInt());
+}
+
+int CoreApplicationUtils::applicationVersionNumber()
+{
+    return versionToNumber(applicationVersion());
+}
+
+QString CoreApplicationUtils::iconApplication()
+{
+    return QStringLiteral(":/app-icons/icon.png");
+}
+
+void CoreApplicationUtils::fixOSXDialogFocusBug()
+{
+    // Only a QApplication knows of modal widgets; Qt does not check which kind of object there is.
+    auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    if (!application || !QApplication::activeModalWidget())
+        return;
+    QObjectEventFilter::filter(application, [](QObject*, QEvent* event) {
+        if (event->type() == QEvent::FocusIn) {
+            if (QWidget* modal = QApplication::activeModalWidget())
+                modal->raise();
+        }
+        return false;
+    });
+}
+
+void CoreApplicationUtils::setApplicationCompanyName(const QString& companyName)
+{
+    identity().mApplicationCompanyName = companyName;
+}
+
+QString CoreApplicationUtils::applicationCompanyName()
+{
+    return identity().mApplicationCompanyName;
+}
+
+void CoreApplicationUtils::setApplicationName(const QString& name)
+{
+    identity().mApplicationName = name;
+}
+
+QString CoreApplicationUtils::applicationName()
+{
+    return identity().mApplicationName;
+}
+
+void CoreApplicationUtils::setApplicationVersion(const QString& version)
+{
+    identity().mApplicationVersion = version;
+}
+
+QString CoreApplicationUtils::applicationVersion()
+{
+    return identity().mApplicationVersion;
+}
+
+void CoreApplicationUtils::setApplicationRevision(const QString& revision)
+{
+    identity().mApplicationRevision = revision;
+}
+
+QString CoreApplicationUtils::applicationRevision()
+{
+    return identity().mApplicationRevision;
+}
+
+void CoreApplicationUtils::setApplicationCode(const CodeApplication& code)
+{
+    identity().mCodeApplication = code;
+}
+
+CoreApplicationUtils::CodeApplication CoreApplicationUtils::applicationCode()
+{
+    return identity().mCodeApplication;
+}

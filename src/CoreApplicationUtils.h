@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// CoreApplicationUtils: who the host application is. Folders, translations and texts of the whole
+// library take the application's name from here.
+
+#ifndef ORVAUTILS_COREAPPLICATIONUTILS_H
+#define ORVAUTILS_COREAPPLICATIONUTILS_H
+
+#include "orvautils_export.h"
+
+#include <QObject>
+#include <QString>
+
+/// The identity of the host application: name, version, revision, company name and code.
+///
+/// The host fills the store first thing in main() and hands it to Qt once its application object
+/// exists:
+///
+/// \code
+/// int main(int argc, char* argv[])
+/// {
+///     CoreApplicationUtils::setApplicationName(QStringLiteral("Shop Publisher"));
+///     CoreApplicationUtils::setApplicationVersion(QStringLiteral("4.1.12"));
+///     CoreApplicationUtils::setApplicationCompanyName(QStringLiteral("Acme"));
+///     CoreApplicationUtils::setApplicationCode(CoreApplicationUtils::Lexaro);
+///     QApplication application(argc, argv);
+///     CoreApplicationUtils::initStartupVars();
+///     ...
+/// }
+/// \endcode
+///
+/// Everything is static; an object of the class is never needed. The store can be used at any
+/// moment of the process: from initialisers of other static objects, before and after the
+/// application object exists, and while static objects are destroyed.
+///
+/// Thread: the store has no lock. It is written on the main thread before other threads exist, and
+/// may be read from any thread afterwards.
+class ORVAUTILS_EXPORT CoreApplicationUtils : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The members of the application family. The names stand in the class's own scope, as
+    /// CoreApplicationUtils::Lexaro; every 32-bit value may be stored, and one that has no name
+    /// counts as Undefined.
+    enum CodeApplication : qint32 {
+        Undefined = 0,
+        Lorn = 1,
+        Dunvale = 2,
+        Sorrel = 3,
+        Tamsel = 4,
+        Lexaro = 5,
+        Portwin = 6
+    };
+    Q_ENUM(CodeApplication)
+
+    explicit CoreApplicationUtils(QObject* parent = nullptr);
+    ~CoreApplicationUtils() override;
+
+    /// Hands the stored identity to Qt: organisation name (the company name), organisation domain
+    /// (the company name in lower case with ".com" behind it, blanks kept), application name and
+    /// version, and iconApplication() as the icon of all windows. Revision and code stay here.
+    ///
+    /// Returns false without doing anything when the application code was not set; a debug message
+    /// of Qt's default category says so. Returns true in every other case, deliberately also when
+    /// there is no application object yet, where nothing can be handed over. An application object
+    /// without windows (a plain QCoreApplication) gets everything but the icon.
+    ///
+    /// Thread: the GUI thread.
+    static bool initStartupVars();
+
+    /// The name that the user sees: a fixed one for most codes, the stored application name for
+    /// Undefined and, deliberately, for Dunvale, also where that is empty. Nothing is logged.
+    static QString applicationGuiName();
+
+    /// The short name of the stored code, for example "Tamsel 2".
+    ///
+    /// For Undefined and unknown codes "undefined key"; then "CoreApplicationUtils " and the code
+    /// are logged (LogType 1).
+    static QString applicationShortName();
+
+    /// The key of \a code for files and addresses, lower-case, for example "tamsel2";
+    /// "undefined key" for Undefined and unknown codes. Nothing is logged.
+    static QString applicationKeyToString(CodeApplication code);
+
+    /// applicationKeyToString() of the stored code.
+    static QString applicationKey();
+
+    /// A version as one number that can be compared: (major << 16) | (minor << 8) | patch. 1, 2, 3
+    /// gives 66051 (0x10203).
+    ///
+    /// The parts are combined with OR and neither masked nor checked. A minor or patch above 255
+    /// runs into the field beside it, so that 1, 300, 0 gives the same as 0, 300, 0: deliberate,
+    /// because such numbers are stored.
+    static int versionToNumber(int major, int minor, int patch);
+
+    /// The same for a text of the form "4.1.12", which gives 262412. A part that is no decimal
+    /// number counts as 0 ("4.x.2" gives 262146); a text that has not exactly three parts gives 0.
+    static int versionToNumber(const QString& version);
+
+    /// versionToNumber() of the stored version.
+    static int applicationVersionNumber();
+
+    /// The resource path of the application's icon, ":/app-icons/icon.png". The host carries the
+    /// icon in its resources; the library has none.
+    static QString iconApplication();
+
+    /// Keeps a modal dialog above the window that it blocks, where focus would bring the window to
+    /// the front.
+    ///
+    /// If a modal widget is active at the moment of the call, an event filter is installed on the
+    /// application object that raises the then active modal widget at every QEvent::FocusIn; it
+    /// consumes no event. Each such call installs one more filter, deliberately, and none is
+    /// removed before the application object goes. Without an active modal widget, or without a
+    /// QApplication, nothing happens.
+    ///
+    /// Thread: the GUI thread.
+    static void fixOSXDialogFocusBug();
+
+    /// The setters overwrite and check nothing; the getters return copies. Before a setter is
+    /// called the texts are empty and the code is Undefined.
+    static void setApplicationCompanyName(const QString& companyName);
+    static QString applicationCompanyName();
+
+    static void setApplicationName(const QString& name);
+    static QString applicationName();
+
+    /// A text of the form major.minor.patch, for example "4.1.12".
+    static void setApplicationVersion(const QString& version);
+    static QString applicationVersion();
+
+    static void setApplicationRevision(const QString& revision);
+    static QString applicationRevision();
+
+    static void setApplicationCode(const CodeApplication& code);
+    static CodeApplication applicationCode();
+};
+
+#endif // ORVAUTILS_COREAPPLICATIONUTILS_H

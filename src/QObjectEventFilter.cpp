@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "QObjectEventFilter.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+QObjectEventFilter::QObjectEventFilter(QObject* target)
+    : QObject(target)
+{
+    target->installEventFilter(this);
+}
+
+QObjectEventFilter::~QObjectEventFilter() = default;
+
+bool QObjectEventFilter::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto function = mFilter;
+    if (!function)
+        return QObject::eventFilter(watched, event);
+    return (*function)(watched, event);
+}
+
+QObjectEventFilter* QObjectEventFilter::filter(QObject* target,
+                                               const std::function<bool(QObject*, QEvent*)>& f)
+{
+    auto* created = new QObjectEventFilter(target);
+    if (f)
+        created->mFilter = std::make_shared<const std::function<bool(QObject*, QEvent*)>>(f);
+    return created;
+}
+
+std::function<bool(QObject*, QEvent*)> QObjectEventFilter::inputKeyReplacement(const QString& from,
+                                                                               const QString& to)
+{
+    return [from, to](QObject* watched, QEvent* event) {
+        if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+            return false;
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->text() != from)
+            return false;
+        if (from == to && key->key() == Qt::Key_Period)
+            return false; // the replacement itself, or a key that would be replaced by its equal
+        QCoreApplication::postEvent(
+            watched, new QKeyEvent(event->type(), Qt::Key_Period, key->modifiers(), to, false, 1));
+        event->accept();
+        return true;
+    };
+}

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// A host's own logging library: the same contract as the stand-in, another way out (the file whose
+// name stands in the environment variable HOST_LOG).
+
+#ifndef HOST_LOGSTREAM_H
+#define HOST_LOGSTREAM_H
+
+#include <QSize>
+#include <QString>
+
+enum class LogType { Trace = 1, Problem = 2, Misuse = 4 };
+
+class LogStream
+{
+public:
+    LogStream(LogType type, const char* file, const char* function, int line);
+    ~LogStream();
+
+    LogStream& operator<<(const QString& text);
+    LogStream& operator<<(const char* text);
+    LogStream& operator<<(qint64 number);
+    LogStream& operator<<(int number);
+    LogStream& operator<<(double number);
+    LogStream& operator<<(const QSize& size);
+    LogStream& checkSpacing();
+
+private:
+    QString mText;
+    bool mSpace = false;
+};
+
+#endif // HOST_LOGSTREAM_H

@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Lets the library log one failure; the test reads it from the host's own log.
+
+#include <FileUtils.h>
+
+int main()
+{
+    return FileUtils::forceCopy(QStringLiteral("/nowhere/a.txt"), QStringLiteral("/nowhere/b.txt"))
+        ? 1
+        : 0;
+}

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ChildProgram: a test program that runs itself again, for what a process can see only once: the
+// time before its application object exists, its end, and the place where its program lies.
+
+#ifndef CHILDPROGRAM_H
+#define CHILDPROGRAM_H
+
+#include <QMap>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+/// What a child process wrote and how it ended.
+struct ChildResult
+{
+    bool exitedNormally = false; ///< neither crashed nor was stopped
+    int exitCode = -1;
+    QStringList output; ///< lines of standard output
+    QStringList errors; ///< lines of standard error
+};
+
+/// Runs \a program with \a arguments to its end, for at most a minute, in this process's
+/// environment with \a environment on top of it; an entry with a null text is taken out.
+inline ChildResult runChildProgram(const QString& program, const QStringList& arguments,
+                                   const QMap<QString, QString>& environment = {})
+{
+    const auto lines = [](const QByteArray& bytes) {
+        QStringList list = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
+        if (list.last().isEmpty())
+            list.removeLast();
+        return list;
+    };
+
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    for (auto it = environment.begin(); it != environment.end(); ++it) {
+        if (it.value().isNull())
+            variables.remove(it.key());
+        else
+            variables.insert(it.key(), it.value());
+    }
+    QProcess process;
+    process.setProcessEnvironment(variables);
+    process.start(program, arguments);
+    ChildResult result;
+    if (!process.waitForFinished(60000)) {
+        process.kill();
+        process.waitForFinished();
+        result.errors = QStringList(process.errorString());
+        return result;
+    }
+    result.exitedNormally = process.exitStatus() == QProcess::NormalExit;
+    result.exitCode = process.exitCode();
+    result.output = lines(process.readAllStandardOutput());
+    result.errors = lines(process.readAllStandardError());
+    return result;
+}
+
+#endif // CHILDPROGRAM_H

@@ -1,0 +1,617 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "ApplicationUtils.h"
+
+#include "ChildProgram.h"
+#include "CoreApplicationUtils.h"
+#include "LogCapture.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMimeData>
+#include <QScopedPointer>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QUrl>
+#include <QWidget>
+#include <QWindow>
+#include <QtTest>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+// What the child tells of itself, one line each.
+void report(QTextStream& out)
+{
+    using Utils = ApplicationUtils;
+    out << "documents=" << Utils::pathDocuments() << '\n'
+        << "images=" << Utils::pathImages() << '\n'
+        << "temp=" << Utils::tempPath() << '\n'
+        << "settings=" << Utils::pathSettingsOrvanel() << '\n'
+        << "applicationSettings=" << Utils::pathApplicationSettings() << '\n'
+        << "data=" << Utils::pathDatas() << '\n'
+        << "extraBinaries=" << Utils::pathExtraBinaries() << '\n'
+        << "version=" << Utils::pathVersion() << '\n'
+        << "languages=" << Utils::pathLanguages() << '\n'
+        << "qualification=" << Utils::detectQualificationMode() << '\n'
+        << "developer=" << Utils::detectDeveloperMode() << '\n'
+        << "either=" << Utils::detectDeveloperModeOrQualifMode() << '\n'
+        << "quillo=" << Utils::detectIsQuillo() << '\n'
+        << "label=" << Utils::labelDeveloperMode_QualifMode() << '\n';
+}
+
+int runAsChild(const QByteArray& mode, int& argc, char** argv)
+{
+    QTextStream out(stdout);
+    out.setCodec("UTF-8");
+    if (mode == "report") {
+        QCoreApplication application(argc, argv);
+        CoreApplicationUtils::setApplicationName(QStringLiteral("My Shop"));
+        report(out);
+        return 0;
+    }
+    if (mode == "report before") {
+        CoreApplicationUtils::setApplicationName(QStringLiteral("My Shop"));
+        report(out);
+        return 0;
+    }
+    if (mode == "report after") {
+        CoreApplicationUtils::setApplicationName(QStringLiteral("My Shop"));
+        {
+            QCoreApplication application(argc, argv);
+            ApplicationUtils::pathDatas();
+        }
+        report(out);
+        return 0;
+    }
+    if (mode == "high dpi") {
+        const auto attributes = [] {
+            return QString::number(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps))
+                + QString::number(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+        };
+        out << attributes() << '\n';
+        ApplicationUtils::enableHightDPIMode();
+        out << attributes() << '\n';
+        QApplication application(argc, argv);
+        out << attributes() << '\n';
+        out << ApplicationUtils::devicePixelRatio(nullptr) << '\n';
+        return 0;
+    }
+    if (mode == "no windows") {
+        out << ApplicationUtils::isDailogAsyncOpeningSafe() << '\n';
+        out << (ApplicationUtils::screenAt(QPoint(0, 0)) == nullptr) << '\n';
+        QApplication application(argc, argv);
+        out << ApplicationUtils::isDailogAsyncOpeningSafe() << '\n';
+        return 0;
+    }
+    return 99;
+}
+
+// The lines "name=value" of a report.
+QMap<QString, QString> values(const ChildResult& result)
+{
+    QMap<QString, QString> map;
+    for (const QString& line : result.output)
+        map.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1));
+    return map;
+}
+
+const QString account = QStringLiteral(ORVAUTILS_DEVELOPER_ACCOUNT);
+
+} // namespace
+
+class tst_ApplicationUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void folders_data();
+    void folders();
+    void modes_data();
+    void modes();
+    void shippedFolders_data();
+    void shippedFolders();
+    void standardLocations_data();
+    void standardLocations();
+    void secondStandardLocation();
+    void withoutApplicationName();
+    void withoutApplicationObject_data();
+    void withoutApplicationObject();
+    void highDpiBeforeTheApplicationObject();
+    void highDpiTooLate();
+    void devicePixelRatio();
+    void screenAt();
+    void asyncOpeningWithoutWindows();
+    void asyncOpening_data();
+    void asyncOpening();
+    void mimeDataFormats_data();
+    void mimeDataFormats();
+    void mimeDataOfAllKinds();
+    void mimeDataOfAPicture();
+
+private:
+    // Runs this program from the folder \a place with the home folder \a home, both below mRoot.
+    ChildResult runFrom(const QString& place, const QString& home,
+                        const QString& mode = QStringLiteral("report"),
+                        const QMap<QString, QString>& environment = {});
+
+    std::unique_ptr<QTemporaryDir> mTemporaryDir;
+    QString mRoot; // holds none of the words that the modes look for
+};
+
+void tst_ApplicationUtils::initTestCase()
+{
+    // The folder's random letters must not spell a word that the modes look for.
+    const auto suits = [](const QString& path) {
+        return !path.contains(QStringLiteral("bin")) && !path.contains(QStringLiteral("MacOS"))
+            && !path.contains(account);
+    };
+    for (int i = 0; i < 20 && !(mTemporaryDir && suits(mRoot)); ++i) {
+        mTemporaryDir.reset(new QTemporaryDir);
+        QVERIFY(mTemporaryDir->isValid());
+        mRoot = QDir(mTemporaryDir->path()).canonicalPath();
+    }
+    QVERIFY2(suits(mRoot), "the folder for temporary files has \"bin\" in its path");
+}
+
+ChildResult tst_ApplicationUtils::runFrom(const QString& place, const QString& home,
+                                          const QString& mode,
+                                          const QMap<QString, QString>& environment)
+{
+    const QDir root(mRoot);
+    root.mkpath(place);
+    root.mkpath(home);
+    root.mkpath(QStringLiteral("temporary"));
+    const QString program = root.filePath(place + QStringLiteral("/program"));
+    if (!QFile::exists(program))
+        QFile::copy(QCoreApplication::applicationFilePath(), program);
+
+    QMap<QString, QString> variables = environment;
+    const auto setDefault = [&variables](const char* name, const QString& value) {
+        const QString key = QString::fromLatin1(name);
+        if (!variables.contains(key))
+            variables.insert(key, value);
+    };
+    setDefault("HOME", root.filePath(home));
+    setDefault("TMPDIR", root.filePath(QStringLiteral("temporary")));
+    setDefault("XDG_CONFIG_HOME", QString());
+    setDefault("XDG_DATA_HOME", QString());
+    setDefault("XDG_DATA_DIRS", QString());
+    return runChildProgram(program, {QStringLiteral("--child"), mode}, variables);
+}
+
+void tst_ApplicationUtils::folders_data()
+{
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("expected"); // below the root
+
+    const QString installed = QStringLiteral("Applications/X.app/Contents/MacOS");
+    const QString bundle = QStringLiteral("Applications/X.app/Contents/");
+    const QVector<QPair<QString, QString>> installedFolders = {
+        {QStringLiteral("documents"), QStringLiteral("home/ann/Documents/")},
+        {QStringLiteral("images"), QStringLiteral("home/ann/Pictures/")},
+        {QStringLiteral("temp"), QStringLiteral("temporary/")},
+        {QStringLiteral("settings"), QStringLiteral("home/ann/.local/share/Orvanel/")},
+        {QStringLiteral("applicationSettings"),
+         QStringLiteral("home/ann/.local/share/Orvanel/My Shop/")},
+        {QStringLiteral("data"), bundle + QStringLiteral("Resources/data/")},
+        {QStringLiteral("extraBinaries"), bundle + QStringLiteral("Frameworks/extraBinaries/")},
+        {QStringLiteral("version"), bundle + QStringLiteral("Resources/data/version/")},
+        {QStringLiteral("languages"), bundle + QStringLiteral("Resources/data/languages/")},
+    };
+    for (const auto& folder : installedFolders)
+        QTest::newRow(qPrintable(QStringLiteral("installed: ") + folder.first))
+            << installed << folder.first << folder.second;
+
+    const QString built = QStringLiteral("work/proj/bin/debug/X.app/Contents/MacOS");
+    const QVector<QPair<QString, QString>> buildFolders = {
+        {QStringLiteral("documents"), QStringLiteral("home/ann/Documents/")},
+        {QStringLiteral("images"), QStringLiteral("home/ann/Pictures/")},
+        {QStringLiteral("temp"),
+         QStringLiteral("home/ann/Documents/Orvanel Temp developper/My Shop/")},
+        {QStringLiteral("settings"),
+         QStringLiteral("home/ann/Documents/Orvanel Settings developper/")},
+        {QStringLiteral("applicationSettings"),
+         QStringLiteral("home/ann/Documents/Orvanel Settings developper/My Shop/")},
+        {QStringLiteral("data"), QStringLiteral("work/proj/data/")},
+        {QStringLiteral("extraBinaries"), QStringLiteral("work/proj/extraBinaries/")},
+        {QStringLiteral("version"), QStringLiteral("work/proj/data/version/")},
+        {QStringLiteral("languages"), QStringLiteral("work/proj/data/languages/")},
+    };
+    for (const auto& folder : buildFolders)
+        QTest::newRow(qPrintable(QStringLiteral("build tree: ") + folder.first))
+            << built << folder.first << folder.second;
+}
+
+void tst_ApplicationUtils::folders()
+{
+    QFETCH(QString, place);
+    QFETCH(QString, name);
+    QFETCH(QString, expected);
+    const ChildResult result = runFrom(place, QStringLiteral("home/ann"));
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(values(result).value(name), mRoot + QLatin1Char('/') + expected);
+}
+
+void tst_ApplicationUtils::modes_data()
+{
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("home");
+    QTest::addColumn<QString>(
+        "modes"); // qualification, developer, either, developer of the account
+    QTest::addColumn<QString>("label");
+
+    const QString anyone = QStringLiteral("home/ann");
+    const QString developer = QStringLiteral("home/") + account;
+    const QString both = QStringLiteral("#dev mode# #qualif mode#");
+    const QString qualification = QStringLiteral("#qualif mode#");
+
+    QTest::newRow("installed") << QStringLiteral("opt/shop") << anyone << QStringLiteral("0000")
+                               << QString();
+    QTest::newRow("installed at the developer's")
+        << QStringLiteral("opt/shop") << developer << QStringLiteral("0000") << QString();
+    QTest::newRow("build tree") << QStringLiteral("work/bin") << anyone << QStringLiteral("1010")
+                                << qualification;
+    QTest::newRow("build tree at the developer's")
+        << QStringLiteral("work/bin") << developer << QStringLiteral("1111") << both;
+    QTest::newRow("the letters within a word")
+        << QStringLiteral("cabin") << anyone << QStringLiteral("1010") << qualification;
+    QTest::newRow("the letters higher up")
+        << QStringLiteral("robins/shop") << anyone << QStringLiteral("1010") << qualification;
+    QTest::newRow("another case") << QStringLiteral("work/Bin") << anyone << QStringLiteral("0000")
+                                  << QString();
+    QTest::newRow("the account within a name")
+        << QStringLiteral("work/bin")
+        << QStringLiteral("home/old-") + account + QStringLiteral("-2") << QStringLiteral("1111")
+        << both;
+    QTest::newRow("the account higher up")
+        << QStringLiteral("work/bin") << account + QStringLiteral("/home") << QStringLiteral("1111")
+        << both;
+    QTest::newRow("the account in another case")
+        << QStringLiteral("work/bin") << QStringLiteral("home/") + account.toUpper()
+        << QStringLiteral("1010") << qualification;
+}
+
+void tst_ApplicationUtils::modes()
+{
+    QFETCH(QString, place);
+    QFETCH(QString, home);
+    QFETCH(QString, modes);
+    QFETCH(QString, label);
+    const ChildResult result = runFrom(place, home);
+    QCOMPARE(result.exitCode, 0);
+    const auto value = values(result);
+    QCOMPARE(value[QStringLiteral("qualification")] + value[QStringLiteral("developer")]
+                 + value[QStringLiteral("either")] + value[QStringLiteral("quillo")],
+             modes);
+    QCOMPARE(value[QStringLiteral("label")], label);
+}
+
+void tst_ApplicationUtils::shippedFolders_data()
+{
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<QString>("extraBinaries");
+
+    const auto row = [](const char* name, const char* place, const char* data,
+                        const char* extraBinaries) {
+        QTest::newRow(name) << QString::fromLatin1(place) << QString::fromLatin1(data)
+                            << QString::fromLatin1(extraBinaries);
+    };
+    row("installed bundle", "Applications/X.app/Contents/MacOS",
+        "Applications/X.app/Contents/Resources/data/",
+        "Applications/X.app/Contents/Frameworks/extraBinaries/");
+    row("every MacOS", "MacOS/X.app/Contents/MacOS", "/X.app/Contents/Resources/data/",
+        "/X.app/Contents/Frameworks/extraBinaries/");
+    row("MacOS within words", "aMacOSb/X.app/Contents/MacOSMacOS",
+        "ab/X.app/Contents/Resources/data/", "ab/X.app/Contents/Frameworks/extraBinaries/");
+    row("MacOS in another case", "X.app/Contents/macos", "X.app/Contents/macosResources/data/",
+        "X.app/Contents/macosFrameworks/extraBinaries/");
+    row("no bundle", "opt/shop", "opt/shopResources/data/", "opt/shopFrameworks/extraBinaries/");
+
+    row("debug", "work/proj/bin/debug/X.app/Contents/MacOS", "work/proj/data/",
+        "work/proj/extraBinaries/");
+    row("release", "work/proj/bin/release/X.app/Contents/MacOS", "work/proj/data/",
+        "work/proj/extraBinaries/");
+    row("debug with a suffix", "work/proj/bin/debug-x86/sub/X.app/Contents/MacOS",
+        "work/proj/data/", "work/proj/extraBinaries/");
+    row("within a longer word", "work/cabin/debug/X.app/Contents/MacOS", "work/ca/data/",
+        "work/ca/extraBinaries/");
+    row("greedy", "p/bin/debug/a.app/Contents/MacOS/b.app/Contents/MacOS", "p/data/",
+        "p/extraBinaries/");
+    row("what follows stays", "p/bin/debug/a.app/Contents/MacOS/sub", "p//sub/data/",
+        "p//sub/extraBinaries/");
+    row("debug swallows release",
+        "p/bin/debug/a.app/Contents/MacOS/bin/release/b.app/Contents/MacOS", "p/data/",
+        "p/extraBinaries/");
+    row("debug, then release", "p/bin/release/a.app/Contents/MacOS/bin/debug/b.app/Contents/MacOS",
+        "p//data/", "p//extraBinaries/");
+    row("cabin", "cabin", "cabin/data/", "cabin/extraBinaries/");
+    row("no bundle in the build tree", "proj/bin/debug", "proj/bin/debug/data/",
+        "proj/bin/debug/extraBinaries/");
+    row("nothing between debug and the suffix", "bin/debug.app/Contents/MacOS",
+        "bin/debug.app/Contents/MacOS/data/", "bin/debug.app/Contents/MacOS/extraBinaries/");
+    row("the point is a point", "bin/debug/Xzapp/Contents/MacOS",
+        "bin/debug/Xzapp/Contents/MacOS/data/", "bin/debug/Xzapp/Contents/MacOS/extraBinaries/");
+    row("debug in another case", "bin/Debug/X.app/Contents/MacOS",
+        "bin/Debug/X.app/Contents/MacOS/data/", "bin/Debug/X.app/Contents/MacOS/extraBinaries/");
+    row("another folder of bin", "bin/profile/X.app/Contents/MacOS",
+        "bin/profile/X.app/Contents/MacOS/data/",
+        "bin/profile/X.app/Contents/MacOS/extraBinaries/");
+}
+
+void tst_ApplicationUtils::shippedFolders()
+{
+    QFETCH(QString, place);
+    QFETCH(QString, data);
+    QFETCH(QString, extraBinaries);
+    // On a developer's machine the rule of the build tree is the same.
+    for (const QString& home : {QStringLiteral("home/ann"), QStringLiteral("home/") + account}) {
+        const ChildResult result = runFrom(place, home);
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(values(result).value(QStringLiteral("data")), mRoot + QLatin1Char('/') + data);
+        QCOMPARE(values(result).value(QStringLiteral("extraBinaries")),
+                 mRoot + QLatin1Char('/') + extraBinaries);
+    }
+}
+
+void tst_ApplicationUtils::standardLocations_data()
+{
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("documentsDir"); // what the user configured
+    QTest::addColumn<QString>("documents");
+    QTest::addColumn<QString>("settings"); // null: not looked at
+
+    const QString installed = QStringLiteral("opt/shop");
+    const QString built = QStringLiteral("work/bin");
+    QTest::newRow("as configured") << installed << QStringLiteral("/srv/papers")
+                                   << QStringLiteral("/srv/papers/") << QString();
+    QTest::newRow("the root is not tidied") << built << QStringLiteral("/") << QStringLiteral("//")
+                                            << QStringLiteral("//Orvanel Settings developper/");
+    QTest::newRow("blanks around stay")
+        << installed << QStringLiteral(" /srv/a ") << QStringLiteral(" /srv/a /") << QString();
+    QTest::newRow("nothing but blanks is none") << built << QStringLiteral(" \t ") << QString()
+                                                << QStringLiteral("Orvanel Settings developper/");
+}
+
+void tst_ApplicationUtils::standardLocations()
+{
+    QFETCH(QString, place);
+    QFETCH(QString, documentsDir);
+    QFETCH(QString, documents);
+    QFETCH(QString, settings);
+
+    const QString home = QStringLiteral("home/configured");
+    QVERIFY(QDir(mRoot).mkpath(home + QStringLiteral("/.config")));
+    QFile config(mRoot + QLatin1Char('/') + home + QStringLiteral("/.config/user-dirs.dirs"));
+    QVERIFY(config.open(QIODevice::WriteOnly));
+    config.write("XDG_DOCUMENTS_DIR=\"" + documentsDir.toUtf8() + "\"\n");
+    config.close();
+
+    const ChildResult result = runFrom(place, home);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(values(result).value(QStringLiteral("documents")), documents);
+    if (!settings.isNull()) {
+        QCOMPARE(values(result).value(QStringLiteral("settings")), settings);
+        QCOMPARE(values(result).value(QStringLiteral("applicationSettings")),
+                 settings + QStringLiteral("My Shop/"));
+    }
+}
+
+void tst_ApplicationUtils::secondStandardLocation()
+{
+    const ChildResult result =
+        runFrom(QStringLiteral("opt/shop"), QStringLiteral("home/ann"), QStringLiteral("report"),
+                {{QStringLiteral("XDG_DATA_HOME"), QStringLiteral("   ")},
+                 {QStringLiteral("XDG_DATA_DIRS"), QStringLiteral("/srv/first:/srv/second")}});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(values(result).value(QStringLiteral("settings")),
+             QStringLiteral("/srv/first/Orvanel/"));
+}
+
+void tst_ApplicationUtils::withoutApplicationName()
+{
+    CoreApplicationUtils::setApplicationName(QString());
+    QCOMPARE(ApplicationUtils::pathApplicationSettings(),
+             ApplicationUtils::pathSettingsOrvanel() + QStringLiteral("/"));
+}
+
+void tst_ApplicationUtils::withoutApplicationObject_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::newRow("before") << QStringLiteral("report before");
+    QTest::newRow("after") << QStringLiteral("report after");
+}
+
+void tst_ApplicationUtils::withoutApplicationObject()
+{
+    QFETCH(QString, mode);
+    const QString home = QStringLiteral("home/") + account;
+    const ChildResult result = runFrom(QStringLiteral("work/bin"), home, mode);
+    QVERIFY(result.exitedNormally);
+    QCOMPARE(result.exitCode, 0);
+    const QString homePath = mRoot + QLatin1Char('/') + home;
+    QCOMPARE(
+        result.output,
+        QStringList(
+            {QStringLiteral("documents=") + homePath + QStringLiteral("/Documents/"),
+             QStringLiteral("images=") + homePath + QStringLiteral("/Pictures/"),
+             QStringLiteral("temp=") + mRoot + QStringLiteral("/temporary/"),
+             QStringLiteral("settings=") + homePath + QStringLiteral("/.local/share/Orvanel/"),
+             QStringLiteral("applicationSettings=") + homePath
+                 + QStringLiteral("/.local/share/Orvanel/My Shop/"),
+             QStringLiteral("data=Resources/data/"),
+             QStringLiteral("extraBinaries=Frameworks/extraBinaries/"),
+             QStringLiteral("version=Resources/data/version/"),
+             QStringLiteral("languages=Resources/data/languages/"),
+             QStringLiteral("qualification=0"), QStringLiteral("developer=0"),
+             QStringLiteral("either=0"), QStringLiteral("quillo=0"), QStringLiteral("label=")}));
+}
+
+void tst_ApplicationUtils::highDpiBeforeTheApplicationObject()
+{
+    const ChildResult result =
+        runFrom(QStringLiteral("opt/shop"), QStringLiteral("home/ann"), QStringLiteral("high dpi"));
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.output,
+             QStringList({QStringLiteral("00"), QStringLiteral("11"), QStringLiteral("11"),
+                          QStringLiteral("1")}));
+    QVERIFY(!result.errors.join(QLatin1Char('\n')).contains(QStringLiteral("enableHightDPIMode")));
+}
+
+void tst_ApplicationUtils::highDpiTooLate()
+{
+    LogCapture log;
+    ApplicationUtils::enableHightDPIMode();
+    QCOMPARE(log.lines(),
+             QStringList(QStringLiteral("critical orvautils ApplicationUtils enableHightDPIMode: "
+                                        "enableHightDPIMode() has to be called BEFORE "
+                                        "QApplication")));
+    QVERIFY(!QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+    QVERIFY(!QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+}
+
+void tst_ApplicationUtils::devicePixelRatio()
+{
+    QWidget widget;
+    QCOMPARE(ApplicationUtils::devicePixelRatio(&widget), 1.0);
+    QCOMPARE(ApplicationUtils::devicePixelRatio(nullptr), 1.0);
+}
+
+void tst_ApplicationUtils::screenAt()
+{
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    QVERIFY(!screens.isEmpty());
+    QRect desktop;
+    for (QScreen* screen : screens) {
+        const QRect area = screen->geometry();
+        desktop |= area;
+        QCOMPARE(ApplicationUtils::screenAt(area.center()), screen);
+        QCOMPARE(ApplicationUtils::screenAt(area.topLeft()), screen);
+        QCOMPARE(ApplicationUtils::screenAt(area.topRight()), screen);
+        QCOMPARE(ApplicationUtils::screenAt(area.bottomLeft()), screen);
+        QCOMPARE(ApplicationUtils::screenAt(area.bottomRight()), screen);
+    }
+    QVERIFY(!ApplicationUtils::screenAt(desktop.topLeft() - QPoint(1, 0)));
+    QVERIFY(!ApplicationUtils::screenAt(desktop.topLeft() - QPoint(0, 1)));
+    QVERIFY(!ApplicationUtils::screenAt(desktop.bottomRight() + QPoint(1, 0)));
+    QVERIFY(!ApplicationUtils::screenAt(desktop.bottomRight() + QPoint(0, 1)));
+}
+
+void tst_ApplicationUtils::asyncOpeningWithoutWindows()
+{
+    const ChildResult result = runFrom(QStringLiteral("opt/shop"), QStringLiteral("home/ann"),
+                                       QStringLiteral("no windows"));
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.output,
+             QStringList({QStringLiteral("1"), QStringLiteral("1"), QStringLiteral("1")}));
+}
+
+void tst_ApplicationUtils::asyncOpening_data()
+{
+    QTest::addColumn<int>("modality");
+    QTest::addColumn<bool>("safe");
+    QTest::newRow("non-modal") << int(Qt::NonModal) << true;
+    QTest::newRow("window modal") << int(Qt::WindowModal) << false;
+    QTest::newRow("application modal") << int(Qt::ApplicationModal) << false;
+}
+
+void tst_ApplicationUtils::asyncOpening()
+{
+    QFETCH(int, modality);
+    QFETCH(bool, safe);
+    QVERIFY(ApplicationUtils::isDailogAsyncOpeningSafe());
+    {
+        QWindow other;
+        QWindow window;
+        window.setModality(static_cast<Qt::WindowModality>(modality));
+        QWindow another;
+        QCOMPARE(ApplicationUtils::isDailogAsyncOpeningSafe(), safe); // not even shown
+        window.show();
+        QCOMPARE(ApplicationUtils::isDailogAsyncOpeningSafe(), safe);
+    }
+    QVERIFY(ApplicationUtils::isDailogAsyncOpeningSafe());
+}
+
+void tst_ApplicationUtils::mimeDataFormats_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("stored");
+    const auto row = [](const char* name, const char* format, const char* stored) {
+        QTest::newRow(name) << QString::fromLatin1(format) << QString::fromLatin1(stored);
+    };
+    row("plain", "application/x-shop-price", "application/x-shop-price");
+    row("native name", "application/x-qt-windows-mime;value=\"Rich Text Format\"",
+        "Rich Text Format");
+    row("another wrapping", "application/x-qtfoo\"name\"", "name");
+    row("the first two quotes", "application/x-qt;a=\"one\";b=\"two\"", "one");
+    row("one quote", "application/x-qt;value=\"open", "open");
+    row("no quote", "application/x-qt-thing", "application/x-qt-thing");
+    row("quotes in other formats", "application/x-shop;value=\"a\"",
+        "application/x-shop;value=\"a\"");
+    row("another case", "Application/x-qt;value=\"a\"", "Application/x-qt;value=\"a\"");
+    row("not at the start", "x-application/x-qt;value=\"a\"", "x-application/x-qt;value=\"a\"");
+}
+
+void tst_ApplicationUtils::mimeDataFormats()
+{
+    QFETCH(QString, format);
+    QFETCH(QString, stored);
+    const QByteArray bytes("a\0b\xff", 4);
+    QScopedPointer<QMimeData> source(new QMimeData);
+    source->setData(format, bytes);
+    const QScopedPointer<QMimeData> copy(ApplicationUtils::mimeDataCopy(source.data()));
+    QCOMPARE(source->formats(), QStringList(format));
+    source.reset();
+    QCOMPARE(copy->formats(), QStringList(stored));
+    QCOMPARE(copy->data(stored), bytes);
+}
+
+void tst_ApplicationUtils::mimeDataOfAllKinds()
+{
+    QMimeData source;
+    source.setText(QStringLiteral("\u00e9t\u00e9"));
+    source.setHtml(QStringLiteral("<b>\u00e9</b>"));
+    source.setUrls({QUrl(QStringLiteral("file:///a%20b")), QUrl(QStringLiteral("http://c.d/"))});
+    source.setData(QStringLiteral("application/x-qt;value=\"Native\""), "1");
+    const QScopedPointer<QMimeData> copy(ApplicationUtils::mimeDataCopy(&source));
+    QVERIFY(!copy->parent());
+    QCOMPARE(copy->text(), QStringLiteral("\u00e9t\u00e9"));
+    QCOMPARE(copy->html(), QStringLiteral("<b>\u00e9</b>"));
+    QCOMPARE(copy->urls(), source.urls());
+    QCOMPARE(copy->data(QStringLiteral("Native")), QByteArray("1"));
+    QCOMPARE(copy->formats().size(), 4);
+
+    const QMimeData empty;
+    const QScopedPointer<QMimeData> emptyCopy(ApplicationUtils::mimeDataCopy(&empty));
+    QCOMPARE(emptyCopy->formats(), QStringList());
+}
+
+// Qt gives no bytes for a picture; the format is there all the same.
+void tst_ApplicationUtils::mimeDataOfAPicture()
+{
+    QMimeData source;
+    source.setImageData(QImage(3, 2, QImage::Format_RGB32));
+    const QScopedPointer<QMimeData> copy(ApplicationUtils::mimeDataCopy(&source));
+    QCOMPARE(copy->formats(), QStringList(QStringLiteral("application/x-qt-image")));
+    QVERIFY(copy->data(QStringLiteral("application/x-qt-image")).isEmpty());
+}
+
+int main(int argc, char* argv[])
+{
+    if (argc == 3 && qstrcmp(argv[1], "--child") == 0)
+        return runAsChild(argv[2], argc, argv);
+    QApplication application(argc, argv);
+    tst_ApplicationUtils test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_ApplicationUtils.moc"

@@ -1,0 +1,584 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "CoreApplicationUtils.h"
+
+#include "ChildProgram.h"
+#include "LogCapture.h"
+#include "QObjectEventFilter.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QIcon>
+#include <QLineEdit>
+#include <QMetaEnum>
+#include <QTextStream>
+#include <QtTest>
+
+#include <cstdio>
+#include <limits>
+
+namespace {
+
+using App = CoreApplicationUtils;
+
+const char staticNameVariable[] = "ORVAUTILS_TEST_STATIC_NAME";
+
+// Fills the store before main() and reads it again when static objects go.
+struct StaticUser
+{
+    StaticUser()
+    {
+        if (qEnvironmentVariableIsSet(staticNameVariable))
+            App::setApplicationName(QString::fromUtf8(qgetenv(staticNameVariable)));
+    }
+    ~StaticUser()
+    {
+        if (qEnvironmentVariableIsSet(staticNameVariable))
+            std::printf("at the end: %s\n", App::applicationName().toUtf8().constData());
+    }
+};
+const StaticUser staticUser;
+
+void fill(App::CodeApplication code)
+{
+    App::setApplicationName(QStringLiteral("Shop"));
+    App::setApplicationVersion(QStringLiteral("4.1.12"));
+    App::setApplicationRevision(QStringLiteral("r77"));
+    App::setApplicationCompanyName(QStringLiteral("Acme Corp"));
+    App::setApplicationCode(code);
+}
+
+void writeStore(QTextStream& out, const char* when)
+{
+    out << when << ": " << App::applicationName() << '|' << App::applicationVersion() << '|'
+        << App::applicationRevision() << '|' << App::applicationCompanyName() << '|'
+        << int(App::applicationCode()) << '\n';
+}
+
+void writeQt(QTextStream& out, const char* when)
+{
+    out << when << ": " << QCoreApplication::organizationName() << '|'
+        << QCoreApplication::organizationDomain() << '|' << QCoreApplication::applicationVersion()
+        << '\n';
+}
+
+// What this program does as a child: each mode is one life of a process.
+int runAsChild(const QByteArray& mode, int& argc, char** argv)
+{
+    QTextStream out(stdout);
+    if (mode == "no application object") {
+        writeStore(out, "store");
+        out << "code not set: " << App::initStartupVars() << '\n';
+        fill(App::Lexaro);
+        out << "code set: " << App::initStartupVars() << '\n';
+        writeQt(out, "Qt");
+        // Qt's own default: without a name of ours there is none before the object exists.
+        out << "name: " << QCoreApplication::applicationName() << '\n';
+        App::fixOSXDialogFocusBug();
+        out << "gui: " << App::applicationGuiName() << ' ' << App::applicationVersionNumber() << ' '
+            << App::iconApplication() << '\n';
+        return 0;
+    }
+    if (mode == "before, during and after") {
+        fill(App::Tamsel);
+        writeStore(out, "before");
+        {
+            QApplication application(argc, argv);
+            writeStore(out, "during");
+        }
+        writeStore(out, "after");
+        out << "handed over: " << App::initStartupVars() << '\n';
+        return 0;
+    }
+    if (mode == "no windows") {
+        QCoreApplication application(argc, argv);
+        fill(App::Lexaro);
+        out << "result: " << App::initStartupVars() << '\n';
+        writeQt(out, "Qt");
+        out << "name: " << QCoreApplication::applicationName() << '\n';
+        App::fixOSXDialogFocusBug();
+        out << "filters: " << application.findChildren<QObjectEventFilter*>().size() << '\n';
+        return 0;
+    }
+    if (mode == "static") {
+        writeStore(out, "main");
+        return 0;
+    }
+    return 99;
+}
+
+ChildResult child(const QString& mode, const QMap<QString, QString>& environment = {})
+{
+    return runChildProgram(QCoreApplication::applicationFilePath(),
+                           {QStringLiteral("--child"), mode}, environment);
+}
+
+// Counts how often it was raised.
+class Dialog : public QDialog
+{
+public:
+    bool event(QEvent* event) override
+    {
+        raised += event->type() == QEvent::ZOrderChange;
+        return QDialog::event(event);
+    }
+
+    int raised = 0;
+};
+
+class FocusCounter : public QObject
+{
+public:
+    bool event(QEvent* event) override
+    {
+        focused += event->type() == QEvent::FocusIn;
+        return QObject::event(event);
+    }
+
+    int focused = 0;
+};
+
+void send(QObject* object, QEvent::Type type)
+{
+    QFocusEvent event(type);
+    QCoreApplication::sendEvent(object, &event);
+}
+
+int installedFilters()
+{
+    return qApp->findChildren<QObjectEventFilter*>().size();
+}
+
+} // namespace
+
+class tst_CoreApplicationUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void isAnObject();
+    void codeValues_data();
+    void codeValues();
+    void storeIsEmptyAtFirst();
+    void settersOverwrite();
+    void texts_data();
+    void texts();
+    void keyOfTheStoredCode();
+    void versionOfNumbers_data();
+    void versionOfNumbers();
+    void versionOfText_data();
+    void versionOfText();
+    void iconPath();
+    void initWithoutCode();
+    void initHandsOver();
+    void organizationDomain_data();
+    void organizationDomain();
+    void initWithoutApplicationObject();
+    void initWithoutWindows();
+    void storeOutlivesTheApplicationObject();
+    void storeInStaticObjects();
+    void noFilterWithoutModalWidget();
+    void filterRaisesTheModalWidget();
+    void everyCallInstallsAFilter();
+    void filterRaisesTheModalWidgetOfTheMoment();
+};
+
+void tst_CoreApplicationUtils::init()
+{
+    App::setApplicationName(QString());
+    App::setApplicationVersion(QString());
+    App::setApplicationRevision(QString());
+    App::setApplicationCompanyName(QString());
+    App::setApplicationCode(App::Undefined);
+    qDeleteAll(qApp->findChildren<QObjectEventFilter*>());
+}
+
+void tst_CoreApplicationUtils::isAnObject()
+{
+    QObject parent;
+    auto* object = new App(&parent);
+    QCOMPARE(object->parent(), &parent);
+    QCOMPARE(object->metaObject()->className(), "CoreApplicationUtils");
+    App withoutParent;
+    QVERIFY(!withoutParent.parent());
+}
+
+void tst_CoreApplicationUtils::codeValues_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("enumerator");
+    QTest::newRow("Undefined") << 0 << int(App::Undefined);
+    QTest::newRow("Lorn") << 1 << int(App::Lorn);
+    QTest::newRow("Dunvale") << 2 << int(App::Dunvale);
+    QTest::newRow("Sorrel") << 3 << int(App::Sorrel);
+    QTest::newRow("Tamsel") << 4 << int(App::Tamsel);
+    QTest::newRow("Lexaro") << 5 << int(App::Lexaro);
+    QTest::newRow("Portwin") << 6 << int(App::Portwin);
+}
+
+void tst_CoreApplicationUtils::codeValues()
+{
+    QFETCH(int, value);
+    QFETCH(int, enumerator);
+    QCOMPARE(enumerator, value);
+    QCOMPARE(sizeof(App::CodeApplication), std::size_t(4));
+    QCOMPARE(QMetaEnum::fromType<App::CodeApplication>().valueToKey(value),
+             QTest::currentDataTag());
+}
+
+void tst_CoreApplicationUtils::storeIsEmptyAtFirst()
+{
+    const ChildResult result = child(QStringLiteral("no application object"));
+    QVERIFY(result.exitedNormally);
+    QCOMPARE(result.output.value(0), QStringLiteral("store: ||||0"));
+}
+
+void tst_CoreApplicationUtils::settersOverwrite()
+{
+    fill(App::Sorrel);
+    QCOMPARE(App::applicationName(), QStringLiteral("Shop"));
+    QCOMPARE(App::applicationVersion(), QStringLiteral("4.1.12"));
+    QCOMPARE(App::applicationRevision(), QStringLiteral("r77"));
+    QCOMPARE(App::applicationCompanyName(), QStringLiteral("Acme Corp"));
+    QCOMPARE(App::applicationCode(), App::Sorrel);
+
+    // Nothing is checked, and a copy that was read does not follow.
+    const QString before = App::applicationName();
+    App::setApplicationName(QStringLiteral(" /..\n"));
+    QCOMPARE(before, QStringLiteral("Shop"));
+    QCOMPARE(App::applicationName(), QStringLiteral(" /..\n"));
+    App::setApplicationVersion(QStringLiteral("not a version"));
+    QCOMPARE(App::applicationVersion(), QStringLiteral("not a version"));
+    App::setApplicationRevision(QString());
+    QCOMPARE(App::applicationRevision(), QString());
+    App::setApplicationCompanyName(QStringLiteral("\u00c9t\u00e9"));
+    QCOMPARE(App::applicationCompanyName(), QStringLiteral("\u00c9t\u00e9"));
+    App::setApplicationCode(static_cast<App::CodeApplication>(-2147483647));
+    QCOMPARE(int(App::applicationCode()), -2147483647);
+}
+
+void tst_CoreApplicationUtils::texts_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("guiName"); // null: the stored application name
+    QTest::addColumn<QString>("shortName");
+    QTest::addColumn<QString>("key");
+
+    const QString undefined = QStringLiteral("undefined key");
+    QTest::newRow("Undefined") << 0 << QString() << undefined << undefined;
+    QTest::newRow("Lorn") << 1 << QStringLiteral("Palnor Grid") << QStringLiteral("Lorn")
+                          << QStringLiteral("lorn");
+    QTest::newRow("Dunvale") << 2 << QString() << QStringLiteral("Dunvale")
+                             << QStringLiteral("dunvend");
+    QTest::newRow("Sorrel") << 3 << QStringLiteral("Palnor Fx") << QStringLiteral("Sorrel")
+                            << QStringLiteral("sorrel");
+    QTest::newRow("Tamsel") << 4 << QStringLiteral("Tamsel") << QStringLiteral("Tamsel 2")
+                            << QStringLiteral("tamsel2");
+    QTest::newRow("Lexaro") << 5 << QStringLiteral("Lexaro") << QStringLiteral("Lexaro")
+                            << QStringLiteral("lexaro");
+    QTest::newRow("Portwin") << 6 << QStringLiteral("Portwin") << QStringLiteral("Portwin")
+                             << QStringLiteral("portwin");
+    QTest::newRow("7") << 7 << QString() << undefined << undefined;
+    QTest::newRow("-1") << -1 << QString() << undefined << undefined;
+    QTest::newRow("greatest") << std::numeric_limits<int>::max() << QString() << undefined
+                              << undefined;
+    QTest::newRow("least") << std::numeric_limits<int>::min() << QString() << undefined
+                           << undefined;
+}
+
+void tst_CoreApplicationUtils::texts()
+{
+    QFETCH(int, code);
+    QFETCH(QString, guiName);
+    QFETCH(QString, shortName);
+    QFETCH(QString, key);
+
+    const auto value = static_cast<App::CodeApplication>(code);
+    App::setApplicationCode(value);
+    LogCapture log;
+    for (const QString& name : {QString(), QStringLiteral("My Shop")}) {
+        App::setApplicationName(name);
+        QCOMPARE(App::applicationGuiName(), guiName.isNull() ? name : guiName);
+    }
+    QCOMPARE(App::applicationKeyToString(value), key);
+    QCOMPARE(App::applicationKey(), key);
+    QCOMPARE(log.lines(), QStringList());
+
+    QCOMPARE(App::applicationShortName(), shortName);
+    QStringList lines;
+    if (shortName == QLatin1String("undefined key"))
+        lines += QStringLiteral("info orvautils CoreApplicationUtils applicationShortName: "
+                                "CoreApplicationUtils  ")
+            + QString::number(code);
+    QCOMPARE(log.lines(), lines);
+}
+
+void tst_CoreApplicationUtils::keyOfTheStoredCode()
+{
+    App::setApplicationCode(App::Dunvale);
+    QCOMPARE(App::applicationKey(), QStringLiteral("dunvend"));
+    QCOMPARE(App::applicationKeyToString(App::Lorn), QStringLiteral("lorn"));
+}
+
+void tst_CoreApplicationUtils::versionOfNumbers_data()
+{
+    QTest::addColumn<int>("majorPart");
+    QTest::addColumn<int>("minorPart");
+    QTest::addColumn<int>("patchPart");
+    QTest::addColumn<int>("number");
+    QTest::newRow("1.2.3") << 1 << 2 << 3 << 66051;
+    QTest::newRow("2.0.0") << 2 << 0 << 0 << 131072;
+    QTest::newRow("0.0.0") << 0 << 0 << 0 << 0;
+    QTest::newRow("all fields full") << 255 << 255 << 255 << 0xFFFFFF;
+    QTest::newRow("minor hides major") << 1 << 300 << 0 << 76800;
+    QTest::newRow("the same without major") << 0 << 300 << 0 << 76800;
+    QTest::newRow("OR, not a sum") << 0 << 1 << 256 << 256;
+    QTest::newRow("patch runs into minor") << 0 << 2 << 257 << 0x301;
+    QTest::newRow("negative patch") << 1 << 2 << -1 << -1;
+    QTest::newRow("negative major") << -1 << 0 << 1 << -65535;
+    QTest::newRow("major runs out") << 0x10000 << 0 << 5 << 5;
+}
+
+void tst_CoreApplicationUtils::versionOfNumbers()
+{
+    QFETCH(int, majorPart);
+    QFETCH(int, minorPart);
+    QFETCH(int, patchPart);
+    QFETCH(int, number);
+    QCOMPARE(App::versionToNumber(majorPart, minorPart, patchPart), number);
+}
+
+void tst_CoreApplicationUtils::versionOfText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("number");
+    QTest::newRow("three parts") << QStringLiteral("4.1.12") << 262412;
+    QTest::newRow("two parts") << QStringLiteral("4.1") << 0;
+    QTest::newRow("four parts") << QStringLiteral("4.1.12.7") << 0;
+    QTest::newRow("four parts, the last empty") << QStringLiteral("4.1.12.") << 0;
+    QTest::newRow("a letter") << QStringLiteral("4.x.2") << 262146;
+    QTest::newRow("a letter behind the number") << QStringLiteral("1.2.3b") << 66048;
+    QTest::newRow("hexadecimal does not parse") << QStringLiteral("0x1.0.5") << 5;
+    QTest::newRow("decimal with a leading zero") << QStringLiteral("1.010.0") << 65536 + 2560;
+    QTest::newRow("too great to parse") << QStringLiteral("99999999999.0.1") << 1;
+    QTest::newRow("empty") << QString() << 0;
+    QTest::newRow("an empty part") << QStringLiteral("1..2") << 65538;
+    QTest::newRow("three empty parts") << QStringLiteral("..") << 0;
+    QTest::newRow("one part") << QStringLiteral("7") << 0;
+    QTest::newRow("minor hides major") << QStringLiteral("1.300.0") << 76800;
+    QTest::newRow("other separators") << QStringLiteral("4,1,12") << 0;
+}
+
+void tst_CoreApplicationUtils::versionOfText()
+{
+    QFETCH(QString, text);
+    QFETCH(int, number);
+    QCOMPARE(App::versionToNumber(text), number);
+    App::setApplicationVersion(text);
+    QCOMPARE(App::applicationVersionNumber(), number);
+}
+
+void tst_CoreApplicationUtils::iconPath()
+{
+    QCOMPARE(App::iconApplication(), QStringLiteral(":/app-icons/icon.png"));
+}
+
+void tst_CoreApplicationUtils::initWithoutCode()
+{
+    fill(App::Undefined);
+    QCoreApplication::setApplicationName(QStringLiteral("unchanged"));
+    QCoreApplication::setOrganizationName(QStringLiteral("unchanged"));
+    LogCapture log;
+    QVERIFY(!App::initStartupVars());
+    QCOMPARE(log.lines(),
+             QStringList(QStringLiteral("debug default: initStartupVars FAILED ! "
+                                        "initCoreApplication must be called in main.cpp !!!!")));
+    QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("unchanged"));
+    QCOMPARE(QCoreApplication::organizationName(), QStringLiteral("unchanged"));
+}
+
+void tst_CoreApplicationUtils::initHandsOver()
+{
+    fill(App::Portwin);
+    QGuiApplication::setWindowIcon(QIcon());
+    LogCapture log;
+    QVERIFY(App::initStartupVars());
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(QCoreApplication::organizationName(), QStringLiteral("Acme Corp"));
+    QCOMPARE(QCoreApplication::organizationDomain(), QStringLiteral("acme corp.com"));
+    QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("Shop"));
+    QCOMPARE(QCoreApplication::applicationVersion(), QStringLiteral("4.1.12"));
+    const QImage icon = QGuiApplication::windowIcon().pixmap(16, 16).toImage();
+    QCOMPARE(icon.size(), QSize(16, 16));
+    QCOMPARE(icon.pixelColor(8, 8), QColor(0x33, 0x66, 0xcc));
+}
+
+void tst_CoreApplicationUtils::organizationDomain_data()
+{
+    QTest::addColumn<QString>("company");
+    QTest::addColumn<QString>("domain");
+    QTest::newRow("capitals and blanks")
+        << QStringLiteral("Acme Corp") << QStringLiteral("acme corp.com");
+    QTest::newRow("outer blanks") << QStringLiteral(" A ") << QStringLiteral(" a .com");
+    QTest::newRow("accents") << QStringLiteral("\u00c9T\u00c9")
+                             << QStringLiteral("\u00e9t\u00e9.com");
+    QTest::newRow("empty") << QString() << QStringLiteral(".com");
+}
+
+void tst_CoreApplicationUtils::organizationDomain()
+{
+    QFETCH(QString, company);
+    QFETCH(QString, domain);
+    App::setApplicationCode(static_cast<App::CodeApplication>(99)); // not 0 is enough
+    App::setApplicationCompanyName(company);
+    QVERIFY(App::initStartupVars());
+    QCOMPARE(QCoreApplication::organizationName(), company);
+    QCOMPARE(QCoreApplication::organizationDomain(), domain);
+}
+
+void tst_CoreApplicationUtils::initWithoutApplicationObject()
+{
+    const ChildResult result = child(QStringLiteral("no application object"));
+    QVERIFY(result.exitedNormally);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.output,
+             QStringList({QStringLiteral("store: ||||0"), QStringLiteral("code not set: 0"),
+                          QStringLiteral("code set: 1"), QStringLiteral("Qt: ||"),
+                          QStringLiteral("name: "),
+                          QStringLiteral("gui: Lexaro 262412 :/app-icons/icon.png")}));
+    QCOMPARE(result.errors,
+             QStringList(QStringLiteral("initStartupVars FAILED ! initCoreApplication must be "
+                                        "called in main.cpp !!!!")));
+}
+
+void tst_CoreApplicationUtils::initWithoutWindows()
+{
+    const ChildResult result = child(QStringLiteral("no windows"));
+    QVERIFY(result.exitedNormally);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.output,
+             QStringList({QStringLiteral("result: 1"),
+                          QStringLiteral("Qt: Acme Corp|acme corp.com|4.1.12"),
+                          QStringLiteral("name: Shop"), QStringLiteral("filters: 0")}));
+    QCOMPARE(result.errors, QStringList());
+}
+
+void tst_CoreApplicationUtils::storeOutlivesTheApplicationObject()
+{
+    const ChildResult result = child(QStringLiteral("before, during and after"));
+    QVERIFY(result.exitedNormally);
+    QCOMPARE(result.exitCode, 0);
+    const QString store = QStringLiteral("Shop|4.1.12|r77|Acme Corp|4");
+    QCOMPARE(result.output,
+             QStringList({QStringLiteral("before: ") + store, QStringLiteral("during: ") + store,
+                          QStringLiteral("after: ") + store, QStringLiteral("handed over: 1")}));
+}
+
+void tst_CoreApplicationUtils::storeInStaticObjects()
+{
+    const ChildResult result =
+        child(QStringLiteral("static"),
+              {{QString::fromLatin1(staticNameVariable), QStringLiteral("Static Shop")}});
+    QVERIFY(result.exitedNormally);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.output,
+             QStringList({QStringLiteral("main: Static Shop||||0"),
+                          QStringLiteral("at the end: Static Shop")}));
+}
+
+void tst_CoreApplicationUtils::noFilterWithoutModalWidget()
+{
+    App::fixOSXDialogFocusBug();
+    QDialog dialog;
+    dialog.show();
+    QVERIFY(!QApplication::activeModalWidget());
+    App::fixOSXDialogFocusBug();
+    QCOMPARE(installedFilters(), 0);
+}
+
+void tst_CoreApplicationUtils::filterRaisesTheModalWidget()
+{
+    Dialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QCOMPARE(QApplication::activeModalWidget(), static_cast<QWidget*>(&dialog));
+    App::fixOSXDialogFocusBug();
+    QCOMPARE(installedFilters(), 1);
+    QCOMPARE(qApp->findChildren<QObjectEventFilter*>().first()->parent(),
+             static_cast<QObject*>(qApp));
+
+    dialog.raised = 0;
+    FocusCounter widget;
+    send(&widget, QEvent::FocusOut);
+    QCOMPARE(dialog.raised, 0);
+    send(&widget, QEvent::FocusIn);
+    QCOMPARE(dialog.raised, 1);
+    QCOMPARE(widget.focused, 1);
+    send(&widget, QEvent::FocusIn);
+    QCOMPARE(dialog.raised, 2);
+    QCOMPARE(widget.focused, 2);
+
+    QEvent event(QEvent::FocusIn);
+    QVERIFY(!qApp->findChildren<QObjectEventFilter*>().first()->eventFilter(&widget, &event));
+    QEvent other(QEvent::User);
+    QVERIFY(!qApp->findChildren<QObjectEventFilter*>().first()->eventFilter(&widget, &other));
+}
+
+void tst_CoreApplicationUtils::everyCallInstallsAFilter()
+{
+    Dialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    for (int calls = 1; calls <= 3; ++calls) {
+        App::fixOSXDialogFocusBug();
+        QCOMPARE(installedFilters(), calls);
+        dialog.raised = 0;
+        FocusCounter widget;
+        send(&widget, QEvent::FocusIn);
+        QCOMPARE(dialog.raised, calls);
+        QCOMPARE(widget.focused, 1);
+    }
+    dialog.hide();
+    QCOMPARE(installedFilters(), 3);
+}
+
+void tst_CoreApplicationUtils::filterRaisesTheModalWidgetOfTheMoment()
+{
+    Dialog first;
+    first.setModal(true);
+    first.show();
+    App::fixOSXDialogFocusBug();
+
+    Dialog second;
+    second.setModal(true);
+    second.show();
+    QCOMPARE(QApplication::activeModalWidget(), static_cast<QWidget*>(&second));
+    first.raised = second.raised = 0;
+    FocusCounter widget;
+    send(&widget, QEvent::FocusIn);
+    QCOMPARE(first.raised, 0);
+    QCOMPARE(second.raised, 1);
+
+    second.hide();
+    first.hide();
+    QVERIFY(!QApplication::activeModalWidget());
+    first.raised = second.raised = 0;
+    send(&widget, QEvent::FocusIn);
+    QCOMPARE(first.raised, 0);
+    QCOMPARE(second.raised, 0);
+    QCOMPARE(widget.focused, 2);
+}
+
+int main(int argc, char* argv[])
+{
+    if (argc == 3 && qstrcmp(argv[1], "--child") == 0)
+        return runAsChild(argv[2], argc, argv);
+    QApplication application(argc, argv);
+    tst_CoreApplicationUtils test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_CoreApplicationUtils.moc"

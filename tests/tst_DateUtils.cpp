@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "DateUtils.h"
+
+#include <QDateTime>
+#include <QTranslator>
+#include <QtTest>
+
+namespace {
+
+/// Knows the three texts, in the context "DateUtils" alone.
+class FrenchTexts : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+
+    QString translate(const char* context, const char* text, const char*, int) const override
+    {
+        if (qstrcmp(context, "DateUtils") != 0)
+            return QString();
+        if (qstrcmp(text, "Today at %1") == 0)
+            return QStringLiteral("Aujourd'hui à %1");
+        if (qstrcmp(text, "Yesterday at %1") == 0)
+            return QStringLiteral("Hier à %1");
+        if (qstrcmp(text, "Day before yesterday at %1") == 0)
+            return QStringLiteral("À %1 avant-hier");
+        return QString();
+    }
+};
+
+} // namespace
+
+class tst_DateUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void accordingToNow_data();
+    void accordingToNow();
+    void translated_data() { accordingToNow_data(); }
+    void translated();
+    void formats_data();
+    void formats();
+    void timeOfItsOwnZone();
+    void invalid();
+};
+
+void tst_DateUtils::accordingToNow_data()
+{
+    QTest::addColumn<int>("days"); // from today
+    QTest::addColumn<QTime>("time");
+    QTest::addColumn<QString>("text"); // empty where the format is used
+    QTest::addColumn<QString>("french");
+    const auto row = [](int days, const QTime& time, const char* text, const char* french) {
+        QTest::newRow(
+            qPrintable(QString::asprintf("%d days, %s", days, qPrintable(time.toString()))))
+            << days << time << QString::fromUtf8(text) << QString::fromUtf8(french);
+    };
+    const QTime first(0, 0);
+    const QTime last(23, 59, 59, 999);
+    row(0, first, "Today at 00:00", "Aujourd'hui à 00:00");
+    row(0, last, "Today at 23:59", "Aujourd'hui à 23:59");
+    row(0, QTime(9, 5), "Today at 09:05", "Aujourd'hui à 09:05");
+    // Calendar days, not spans of 24 hours.
+    row(-1, first, "Yesterday at 00:00", "Hier à 00:00");
+    row(-1, last, "Yesterday at 23:59", "Hier à 23:59");
+    row(-2, first, "Day before yesterday at 00:00", "À 00:00 avant-hier");
+    row(-2, last, "Day before yesterday at 23:59", "À 23:59 avant-hier");
+    row(-3, first, "", "");
+    row(-3, last, "", "");
+    row(-4, QTime(12, 0), "", "");
+    row(-4000, QTime(12, 0), "", "");
+    // The future is today.
+    row(1, first, "Today at 00:00", "Aujourd'hui à 00:00");
+    row(2, QTime(13, 30), "Today at 13:30", "Aujourd'hui à 13:30");
+    row(400, QTime(13, 30), "Today at 13:30", "Aujourd'hui à 13:30");
+}
+
+void tst_DateUtils::accordingToNow()
+{
+    QFETCH(int, days);
+    QFETCH(QTime, time);
+    QFETCH(QString, text);
+    QDate today;
+    QDateTime dt;
+    QString got;
+    do { // again, should midnight pass between the two looks at the calendar
+        today = QDate::currentDate();
+        dt = QDateTime(today.addDays(days), time);
+        got = DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate);
+    } while (QDate::currentDate() != today);
+    QCOMPARE(got, text.isEmpty() ? dt.toString(Qt::ISODate) : text);
+}
+
+void tst_DateUtils::translated()
+{
+    QFETCH(int, days);
+    QFETCH(QTime, time);
+    QFETCH(QString, french);
+    FrenchTexts translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    QDate today;
+    QDateTime dt;
+    QString got;
+    do {
+        today = QDate::currentDate();
+        dt = QDateTime(today.addDays(days), time);
+        got = DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate);
+    } while (QDate::currentDate() != today);
+    QCOMPARE(got, french.isEmpty() ? dt.toString(Qt::ISODate) : french);
+}
+
+void tst_DateUtils::formats_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("ISO") << int(Qt::ISODate) << QStringLiteral("2001-02-03T04:05:06");
+    QTest::newRow("text") << int(Qt::TextDate) << QStringLiteral("Sat Feb 3 04:05:06 2001");
+}
+
+void tst_DateUtils::formats()
+{
+    QFETCH(int, format);
+    const QDateTime dt(QDate(2001, 2, 3), QTime(4, 5, 6, 7));
+    QTEST(DateUtils::dateTimeToStringAccordingNow(dt, static_cast<Qt::DateFormat>(format)), "text");
+}
+
+void tst_DateUtils::timeOfItsOwnZone()
+{
+    // Far enough ahead to be in the future in every zone.
+    const QDateTime dt(QDate::currentDate().addDays(5), QTime(1, 2), Qt::OffsetFromUTC, 5 * 3600);
+    QCOMPARE(DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate),
+             QStringLiteral("Today at 01:02"));
+}
+
+void tst_DateUtils::invalid()
+{
+    QCOMPARE(DateUtils::dateTimeToStringAccordingNow(QDateTime(), Qt::ISODate),
+             QStringLiteral("Today at "));
+}
+
+QTEST_GUILESS_MAIN(tst_DateUtils)
+#include "tst_DateUtils.moc"

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "FlagsUtils.h"
+
+#include <QtTest>
+
+class tst_FlagsUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void setFlag_data();
+    void setFlag();
+};
+
+void tst_FlagsUtils::setFlag_data()
+{
+    QTest::addColumn<int>("before");
+    QTest::addColumn<int>("flag");
+    QTest::addColumn<bool>("on");
+    QTest::addColumn<int>("after");
+    // Selectable is 1, editable 2, enabled 32.
+    QTest::newRow("set") << 33 << int(Qt::ItemIsEditable) << true << 35;
+    QTest::newRow("set again") << 35 << int(Qt::ItemIsEditable) << true << 35;
+    QTest::newRow("set in none") << 0 << int(Qt::ItemIsEnabled) << true << 32;
+    QTest::newRow("clear") << 35 << int(Qt::ItemIsEditable) << false << 33;
+    QTest::newRow("clear again") << 33 << int(Qt::ItemIsEditable) << false << 33;
+    QTest::newRow("clear the last") << 32 << int(Qt::ItemIsEnabled) << false << 0;
+    QTest::newRow("set no flag") << 33 << int(Qt::NoItemFlags) << true << 33;
+    QTest::newRow("clear no flag") << 33 << int(Qt::NoItemFlags) << false << 33;
+}
+
+void tst_FlagsUtils::setFlag()
+{
+    QFETCH(int, before);
+    QFETCH(int, flag);
+    QFETCH(bool, on);
+    QFETCH(int, after);
+    auto flags = Qt::ItemFlags(QFlag(before));
+    FlagsUtils::setFlag(flags, static_cast<Qt::ItemFlag>(flag), on);
+    QCOMPARE(int(flags), after);
+}
+
+QTEST_APPLESS_MAIN(tst_FlagsUtils)
+#include "tst_FlagsUtils.moc"

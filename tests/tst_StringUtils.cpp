@@ -1,0 +1,901 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "StringUtils.h"
+
+#include "LogCapture.h"
+
+#include <QDateTime>
+#include <QRegExp>
+#include <QRegularExpression>
+#include <QSet>
+#include <QUuid>
+#include <QtTest>
+
+#include <atomic>
+#include <limits>
+#include <thread>
+#include <vector>
+
+namespace {
+
+/// Runs \a function in eight threads that set out together.
+template <typename Function>
+void inEightThreads(Function function)
+{
+    std::atomic<int> waiting{8};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([&waiting, function] {
+            --waiting;
+            while (waiting > 0) { }
+            function();
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+/// The search key by the rule as it is told, step by step, with Qt's own tools.
+QString searchKeyByRule(const QString& s)
+{
+    QString key = s.normalized(QString::NormalizationForm_D);
+    key.remove(QRegExp(QStringLiteral("[^a-zA-Z0-9\\s\\-]")));
+    return key.simplified().toLower();
+}
+
+/// The search words by the rule as it is told.
+QStringList searchWordsByRule(const QString& s)
+{
+    QStringList words;
+    const QStringList parts = s.simplified().toLower().split(QRegExp(QStringLiteral("[\\W\\-]+")),
+                                                             QString::SkipEmptyParts);
+    for (const QString& part : parts)
+        words.append(searchKeyByRule(part));
+    return words;
+}
+
+/// A text of up to \a maximum characters out of \a alphabet.
+QString randomText(const QString& alphabet, int maximum)
+{
+    QString text;
+    for (int size = qrand() % (maximum + 1); size > 0; --size)
+        text += alphabet.at(qrand() % alphabet.size());
+    return text;
+}
+
+QString bytesInHex(const QByteArray& bytes)
+{
+    return QString::fromLatin1(bytes.toHex());
+}
+
+} // namespace
+
+class tst_StringUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void concurrentFirstCalls();
+    void formatDurationFromMSec_data();
+    void formatDurationFromMSec();
+    void formatDurationFromSec();
+    void fixedTexts();
+    void compareVersion_data();
+    void compareVersion();
+    void capitalize_data();
+    void capitalize();
+    void escapeQuotes_data();
+    void escapeQuotes();
+    void removeAccentsOfEachCharacter_data();
+    void removeAccentsOfEachCharacter();
+    void removeAccentsLeavesAllOthers();
+    void removeAccents_data();
+    void removeAccents();
+    void normalizeTextForSearch_data();
+    void normalizeTextForSearch();
+    void normalizeTextForSearchOfEachCharacter();
+    void splitTextForSearch_data();
+    void splitTextForSearch();
+    void splitTextForSearchOfEachCharacter();
+    void searchByRule();
+    void getRandomString();
+    void getRandomStringUsesQrand();
+    void generateUUID();
+    void generateUniqueId();
+    void formatRealForInput_data();
+    void formatRealForInput();
+    void byteArrayToString_data();
+    void byteArrayToString();
+    void hexaStringToByteArray_data();
+    void hexaStringToByteArray();
+    void bytesThereAndBack();
+    void findNoExistantName_data();
+    void findNoExistantName();
+    void findNoExistantNameAmongMany();
+    void replaceFirstText_data();
+    void replaceFirstText();
+    void replaceFirstMatch_data();
+    void replaceFirstMatch();
+    void replacesInPlace();
+    void removeLastChar_data();
+    void removeLastChar();
+    void richTextToBold();
+    void joinWithSlashes_data();
+    void joinWithSlashes();
+    void nothingIsLogged();
+};
+
+/// Stands first: only the first calls of a process build the tables.
+void tst_StringUtils::concurrentFirstCalls()
+{
+    std::atomic<int> right{0};
+    inEightThreads([&right] {
+        right += StringUtils::removeAccents(QStringLiteral("Œÿ")) == QLatin1String("OEy");
+        right += StringUtils::normalizeTextForSearch(QStringLiteral("Éỹ")) == QLatin1String("ey");
+    });
+    QCOMPARE(right.load(), 16);
+}
+
+void tst_StringUtils::formatDurationFromMSec_data()
+{
+    QTest::addColumn<quint64>("ms");
+    QTest::addColumn<QString>("text");
+    const auto row = [](quint64 ms, const char* text) {
+        QTest::newRow(qPrintable(QString::asprintf("%llu", static_cast<unsigned long long>(ms))))
+            << ms << QString::fromUtf8(text);
+    };
+    row(0, "");
+    row(1, "1ms ");
+    row(999, "999ms ");
+    row(1000, "1s ");
+    row(1500, "1s 500ms ");
+    row(59999, "59s 999ms ");
+    row(60000, "1mn ");
+    row(60001, "1mn 1ms ");
+    row(61000, "1mn 1s ");
+    row(3599999, "59mn 59s 999ms ");
+    row(3600000, "1h ");
+    row(3601000, "1h 1s ");
+    row(3723000, "1h 2mn 3s ");
+    row(36000000, "10h ");
+    // A day and more: the days are in the milliseconds.
+    row(86399999, "23h 59mn 59s 999ms ");
+    row(86400000, "86400000ms ");
+    row(90061001, "1h 1mn 1s 86400001ms ");
+    row(172800000, "172800000ms ");
+    // 49 710 days, 6 h 28 mn 16 s: one second more than 32 bits of seconds hold.
+    row(Q_UINT64_C(4294967296000), "6h 28mn 16s 4294944000000ms ");
+    // 18446744073709551 s are 213503982334 days and 51951 s, which are 14 h 25 mn 51 s.
+    row(std::numeric_limits<quint64>::max(), "14h 25mn 51s 18446744073657600615ms ");
+}
+
+void tst_StringUtils::formatDurationFromMSec()
+{
+    QFETCH(quint64, ms);
+    QTEST(StringUtils::formatDurationFromMSec(ms), "text");
+}
+
+void tst_StringUtils::formatDurationFromSec()
+{
+    QCOMPARE(StringUtils::formatDurationFromSec(0), QString());
+    QCOMPARE(StringUtils::formatDurationFromSec(1), QStringLiteral("1s "));
+    QCOMPARE(StringUtils::formatDurationFromSec(61), QStringLiteral("1mn 1s "));
+    QCOMPARE(StringUtils::formatDurationFromSec(3723), QStringLiteral("1h 2mn 3s "));
+    QCOMPARE(StringUtils::formatDurationFromSec(86401), QStringLiteral("1s 86400000ms "));
+}
+
+void tst_StringUtils::fixedTexts()
+{
+    QCOMPARE(StringUtils::systemMainFamily(), QStringLiteral("Helvetica Neue"));
+    QCOMPARE(StringUtils::endl(), QStringLiteral("\n"));
+    QCOMPARE(
+        StringUtils::stringLoremIpsum(),
+        QStringLiteral(
+            "Lorem ipsum dolor sit amet, consectetur adipiscing elit. Donec viverra enim quis "
+            "quam bibendum, at blandit nibh sollicitudin. Donec scelerisque risus et nulla "
+            "sollicitudin pretium. Maecenas turpis neque, semper quis gravida nec, semper quis "
+            "ligula. Pellentesque nec risus non sem aliquam feugiat et id lacus. Cras ornare nibh "
+            "mauris, eget sagittis magna gravida eu. Pellentesque dapibus sodales ligula, vitae "
+            "scelerisque leo condimentum tempus. Sed aliquet iaculis maximus."));
+}
+
+void tst_StringUtils::compareVersion_data()
+{
+    QTest::addColumn<QString>("a");
+    QTest::addColumn<QString>("b");
+    QTest::addColumn<bool>("comparable");
+    QTest::addColumn<int>("result");
+    const auto row = [](const char* a, const char* b, bool comparable, int result) {
+        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s'", a, b)))
+            << QString::fromUtf8(a) << QString::fromUtf8(b) << comparable << result;
+    };
+    row("1", "1", true, 0);
+    row("2", "1", true, 1);
+    row("1", "2", true, -1);
+    row("2.10", "2.9", true, 1);
+    row("1.9", "1.10", true, -1);
+    row("1.2.3", "1.2.3", true, 0);
+    row("1.2.3", "1.2.4", true, -1);
+    row("2.0.0", "1.9.9", true, 1);
+    row("01", "1", true, 0);
+    row("1.002", "1.2", true, 0);
+    row("0000000000000000001", "1", true, 0);
+    row("0000000000000000002.1", "1.1", true, 1);
+    row("2147483647", "2147483646", true, 1);
+    row("1234567890", "1234567891", true, -1);
+    // The components of the first alone are walked.
+    row("1.2", "1.2.5", true, 0);
+    row("1.0", "1.0.7", true, 0);
+    row("1.2", "1.3.5", true, -1);
+    // The second has fewer.
+    row("1.2.5", "1.2", false, 0);
+    row("1.0.0", "1", false, 0);
+    row("2.1", "1", true, 1);
+    row("1.1", "2", true, -1);
+    // Malformed, wherever it stands.
+    row("1.a", "1.0", false, 0);
+    row("1.2b", "1.2", false, 0);
+    row("2.2b", "1.2", false, 0);
+    row("1.2", "1.2b", false, 0);
+    row("2", "1.b", false, 0);
+    row("2", "1.1.b", false, 0);
+    row("2.1.1.b", "1", false, 0);
+    row("1..2", "1.0", false, 0);
+    row("1.0", "1..2", false, 0);
+    row("1.", "1.0", false, 0);
+    row(".1", "1.0", false, 0);
+    row("1", ".", false, 0);
+    row("", "1", false, 0);
+    row("1", "", false, 0);
+    row("", "", false, 0);
+    row("  ", "1", false, 0);
+    row("1 2", "1", false, 0);
+    row("2147483648", "1", false, 0);
+    row("99999999999999999999", "1", false, 0);
+    row("1", "99999999999999999999", false, 0);
+    row("2", "1.99999999999999999999", false, 0);
+    row("0x10", "1", false, 0);
+    row("1e3", "1", false, 0);
+    row("1,000", "1", false, 0);
+    row("\xd9\xa1", "1", false, 0); // an Arabic digit one
+    // White space around a number is let through, but what is compared ends at the first character
+    // that is no digit, so that it must not stand in front.
+    row("1 .2", "1.1", true, 1);
+    row("1.2\t", "1.2", true, 0);
+    row("1\xc2\xa0", "1", true, 0);
+    row(" 1", "1", false, 0);
+    row("1", " 1", false, 0);
+    row("1. 2", "1.2", false, 0);
+    // So it is with signs, which are seen only where nothing was decided before.
+    row("-1", "1", false, 0);
+    row("+1", "1", false, 0);
+    row("1.-2", "1.2", false, 0);
+    row("2.-1", "1.0", true, 1);
+    row("1.0", "2.+7", true, -1);
+    row("1", "1.-5", true, 0);
+    row("1.-5", "1", false, 0);
+}
+
+void tst_StringUtils::compareVersion()
+{
+    QFETCH(QString, a);
+    QFETCH(QString, b);
+    int result = 7;
+    QTEST(StringUtils::compareVersion(a, b, result), "comparable");
+    QTEST(result, "result");
+}
+
+void tst_StringUtils::capitalize_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("capitalized");
+    QTest::newRow("empty") << QString() << QString();
+    QTest::newRow("one letter") << QStringLiteral("a") << QStringLiteral("A");
+    QTest::newRow("word") << QStringLiteral("hello world") << QStringLiteral("Hello world");
+    QTest::newRow("the rest is unchanged") << QStringLiteral("hELLO") << QStringLiteral("HELLO");
+    QTest::newRow("capital already") << QStringLiteral("Hello") << QStringLiteral("Hello");
+    QTest::newRow("accent") << QStringLiteral("élan VITAL") << QStringLiteral("Élan VITAL");
+    QTest::newRow("longer in upper case") << QStringLiteral("ßa") << QStringLiteral("SSa");
+    QTest::newRow("no letter") << QStringLiteral("1a") << QStringLiteral("1a");
+    QTest::newRow("blank first") << QStringLiteral(" a") << QStringLiteral(" a");
+}
+
+void tst_StringUtils::capitalize()
+{
+    QFETCH(QString, s);
+    QTEST(StringUtils::capitalize(s), "capitalized");
+}
+
+void tst_StringUtils::escapeQuotes_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("escaped");
+    QTest::newRow("empty") << QString() << QString();
+    QTest::newRow("none") << QStringLiteral("it's") << QStringLiteral("it's");
+    QTest::newRow("two") << QStringLiteral("say \"hi\"") << QStringLiteral("say \\\"hi\\\"");
+    QTest::newRow("quote alone") << QStringLiteral("\"") << QStringLiteral("\\\"");
+    // Deliberate: a backslash is not doubled.
+    QTest::newRow("backslash") << QStringLiteral("a\\b") << QStringLiteral("a\\b");
+    QTest::newRow("escaped already") << QStringLiteral("\\\"") << QStringLiteral("\\\\\"");
+}
+
+void tst_StringUtils::escapeQuotes()
+{
+    QFETCH(QString, s);
+    const QString before = s;
+    QTEST(StringUtils::escapeQuotes(s), "escaped");
+    QCOMPARE(s, before);
+}
+
+void tst_StringUtils::removeAccentsOfEachCharacter_data()
+{
+    QTest::addColumn<QString>("accented");
+    QTest::addColumn<QString>("plain");
+    const auto rows = [](const char* characters, const char* plain) {
+        for (const QChar c : QString::fromUtf8(characters))
+            QTest::newRow(QString(c).toUtf8().constData())
+                << QString(c) << QString::fromUtf8(plain);
+    };
+    rows("Š", "S");
+    rows("Œ", "OE");
+    rows("Ž", "Z");
+    rows("š", "s");
+    rows("œ", "oe");
+    rows("ž", "z");
+    rows("Ÿ", "Y");
+    rows("¥", "Y");
+    rows("µ", "u");
+    rows("ÌÍÎÏ", "I");
+    rows("Ð", "D");
+    rows("Ñ", "N");
+    rows("ÒÓÔÕÖØ", "O");
+    rows("ÙÚÛÜ", "U");
+    rows("Ý", "Y");
+    rows("ß", "s");
+    rows("ÀÁÂÃÄÅ", "A");
+    rows("Æ", "AE");
+    rows("Ç", "C");
+    rows("ÈÉÊË", "E");
+    rows("àáâãäå", "a");
+    rows("æ", "ae");
+    rows("ç", "c");
+    rows("èéêë", "e");
+    rows("ìíîï", "i");
+    rows("ð", "o");
+    rows("ñ", "n");
+    rows("òóôõöø", "o");
+    rows("ùúûü", "u");
+    rows("ýÿ", "y");
+}
+
+void tst_StringUtils::removeAccentsOfEachCharacter()
+{
+    QFETCH(QString, accented);
+    QTEST(StringUtils::removeAccents(accented), "plain");
+}
+
+void tst_StringUtils::removeAccentsLeavesAllOthers()
+{
+    int folded = 0;
+    for (int code = 0; code <= 0xffff; ++code)
+        folded += StringUtils::removeAccents(QString(QChar(code))) != QString(QChar(code));
+    QCOMPARE(folded, 69);
+}
+
+void tst_StringUtils::removeAccents_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("plain");
+    QTest::newRow("null") << QString() << QString();
+    QTest::newRow("empty") << QStringLiteral("") << QString();
+    QTest::newRow("plain") << QStringLiteral("plain text, 1") << QStringLiteral("plain text, 1");
+    QTest::newRow("ligatures") << QStringLiteral("Œuvre à Ærø") << QStringLiteral("OEuvre a AEro");
+    QTest::newRow("sharp s") << QStringLiteral("Straße") << QStringLiteral("Strase");
+    QTest::newRow("quirks") << QStringLiteral("ðµ¥") << QStringLiteral("ouY");
+    QTest::newRow("unknown letters") << QStringLiteral("Ąłřþ×") << QStringLiteral("Ąłřþ×");
+    QTest::newRow("mixed") << QStringLiteral("éĄè") << QStringLiteral("eĄe");
+    QTest::newRow("combining accent") << QStringLiteral("e\u0301") << QStringLiteral("e\u0301");
+    QTest::newRow("micro sign only") << QStringLiteral("\u03bc") << QStringLiteral("\u03bc");
+    QTest::newRow("beyond the BMP") << QStringLiteral("é😀") << QStringLiteral("e😀");
+    QTest::newRow("NUL") << QString(QChar(0)) + QStringLiteral("é")
+                         << QString(QChar(0)) + QStringLiteral("e");
+}
+
+void tst_StringUtils::removeAccents()
+{
+    QFETCH(QString, s);
+    QTEST(StringUtils::removeAccents(s), "plain");
+}
+
+void tst_StringUtils::normalizeTextForSearch_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("key");
+    const auto row = [](const char* s, const char* key) {
+        QTest::newRow(qPrintable(QString::asprintf("'%s'", s)))
+            << QString::fromUtf8(s) << QString::fromUtf8(key);
+    };
+    row("", "");
+    row("Élan, Vital!", "elan vital");
+    row("  two\t\n blanks  ", "two blanks");
+    row("rendez-vous", "rendez-vous");
+    row("A - B", "a - b");
+    row("a , b", "a b"); // what stood between two blanks is gone
+    row("!!!", "");
+    row(" ! ", "");
+    row("ABC xyz 019", "abc xyz 019");
+    row("under_score", "underscore");
+    row("L'été", "lete");
+    row("ß", ""); // does not decompose
+    row("œuvre Ærø", "uvre r");
+    row("Ångström ÅNGSTRÖM", "angstrom angstrom"); // the first begins with the sign U+212B
+    row("273 K", "273 k"); // the Kelvin sign
+    row("Ţară ČŘŽ Ệỹ", "tara crz ey");
+    row("e\xcc\x81", "e");
+    row("≠", ""); // an equals sign with a stroke
+    row("Ελλάς Москва 東京 한글", "");
+    row("a\xc2\xa0"
+        "b",
+        "a b"); // the no-break space is white space
+    row("a\xe3\x80\x80"
+        "b",
+        "a b"); // so is the ideographic one
+    row("a😀b", "ab");
+    row("½ ² ①", "");
+}
+
+void tst_StringUtils::normalizeTextForSearch()
+{
+    QFETCH(QString, s);
+    QTEST(StringUtils::normalizeTextForSearch(s), "key");
+}
+
+void tst_StringUtils::normalizeTextForSearchOfEachCharacter()
+{
+    for (uint code = 0; code <= 0x10ffff; ++code) {
+        const QString character = QString::fromUcs4(&code, 1);
+        if (code >= 0x10000 && character.normalized(QString::NormalizationForm_D) == character)
+            continue; // two surrogates, which are not part of a key
+        const QString s = QLatin1Char('A') + character + QLatin1Char('B');
+        const QString key = StringUtils::normalizeTextForSearch(s);
+        const QString expected = searchKeyByRule(s);
+        if (key != expected)
+            QCOMPARE(QString::number(code, 16) + key, QString::number(code, 16) + expected);
+    }
+}
+
+void tst_StringUtils::splitTextForSearch_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QStringList>("words");
+    const auto row = [](const char* s, const QStringList& words) {
+        QTest::newRow(qPrintable(QString::asprintf("'%s'", s))) << QString::fromUtf8(s) << words;
+    };
+    row("", {});
+    row("  ", {});
+    row("-,;", {});
+    row("word", {QStringLiteral("word")});
+    row("Two Words", {QStringLiteral("two"), QStringLiteral("words")});
+    row("Arc-en-ciel, été",
+        {QStringLiteral("arc"), QStringLiteral("en"), QStringLiteral("ciel"),
+         QStringLiteral("ete")});
+    row("--a--b--", {QStringLiteral("a"), QStringLiteral("b")});
+    row("again Again AGAIN",
+        {QStringLiteral("again"), QStringLiteral("again"), QStringLiteral("again")});
+    row("a ß b", {QStringLiteral("a"), QString(), QStringLiteral("b")});
+    row("東京 tower", {QString(), QStringLiteral("tower")});
+    row("snake_case", {QStringLiteral("snakecase")});
+    row("_", {QString()});
+    row("l'été", {QStringLiteral("l"), QStringLiteral("ete")});
+    row("e\xcc\x81t\xc3\xa9", {QStringLiteral("ete")});
+    row("a😀b", {QStringLiteral("a"), QStringLiteral("b")});
+    row("a\xc2\xa0"
+        "b",
+        {QStringLiteral("a"), QStringLiteral("b")});
+    row("İstanbul", {QStringLiteral("istanbul")}); // lower case is an i and a dot above
+}
+
+void tst_StringUtils::splitTextForSearch()
+{
+    QFETCH(QString, s);
+    QTEST(StringUtils::splitTextForSearch(s), "words");
+}
+
+void tst_StringUtils::splitTextForSearchOfEachCharacter()
+{
+    for (int code = 0; code <= 0xffff; ++code) {
+        const QString s = QLatin1Char('A') + QString(QChar(code)) + QLatin1Char('B');
+        const QStringList words = StringUtils::splitTextForSearch(s);
+        const QStringList expected = searchWordsByRule(s);
+        if (words != expected) {
+            QCOMPARE(QString::number(code, 16) + words.join(QLatin1Char('|')),
+                     QString::number(code, 16) + expected.join(QLatin1Char('|')));
+        }
+    }
+}
+
+void tst_StringUtils::searchByRule()
+{
+    qsrand(1);
+    const QString alphabet = QStringLiteral("aZ09éÉßœİǅ_-.,' \t\u00a0\u0301\u0327ΣσЖ한\u1fef\u212b")
+        + QChar(0xd83d) + QChar(0xde00);
+    for (int i = 0; i < 20000; ++i) {
+        const QString s = randomText(alphabet, 12);
+        QCOMPARE(StringUtils::normalizeTextForSearch(s), searchKeyByRule(s));
+        QCOMPARE(StringUtils::splitTextForSearch(s), searchWordsByRule(s));
+    }
+}
+
+void tst_StringUtils::getRandomString()
+{
+    QCOMPARE(StringUtils::getRandomString(0), QString());
+    QCOMPARE(StringUtils::getRandomString(-3), QString());
+    QCOMPARE(StringUtils::getRandomString(1).size(), 1);
+
+    const QString text = StringUtils::getRandomString(20000);
+    QCOMPARE(text.size(), 20000);
+    QSet<QChar> seen;
+    for (const QChar c : text)
+        seen.insert(c);
+    QSet<QChar> alphabet;
+    for (const QChar c :
+         QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"))
+        alphabet.insert(c);
+    QCOMPARE(alphabet.size(), 62);
+    QCOMPARE(seen, alphabet);
+}
+
+void tst_StringUtils::getRandomStringUsesQrand()
+{
+    qsrand(42);
+    const QString first = StringUtils::getRandomString(32);
+    const QString second = StringUtils::getRandomString(32);
+    QVERIFY(first != second); // not seeded anew by each call
+    qsrand(42);
+    QCOMPARE(StringUtils::getRandomString(32), first);
+    QCOMPARE(StringUtils::getRandomString(32), second);
+    qsrand(43);
+    QVERIFY(StringUtils::getRandomString(32) != first);
+}
+
+void tst_StringUtils::generateUUID()
+{
+    const QString uuid = StringUtils::generateUUID();
+    const QRegularExpression form(
+        QStringLiteral("\\A\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}\\z"));
+    QVERIFY2(form.match(uuid).hasMatch(), qPrintable(uuid));
+    QCOMPARE(QUuid(uuid).version(), QUuid::Random);
+    QVERIFY(StringUtils::generateUUID() != uuid);
+}
+
+void tst_StringUtils::generateUniqueId()
+{
+    const qint64 before = QDateTime::currentMSecsSinceEpoch();
+    const QString id = StringUtils::generateUniqueId(reinterpret_cast<void*>(quintptr(12345)));
+    const qint64 after = QDateTime::currentMSecsSinceEpoch();
+    const QString address = QStringLiteral("9ix"); // 9 * 1296 + 18 * 36 + 33
+    QVERIFY2(id.endsWith(address), qPrintable(id));
+    bool parses = false;
+    const qint64 time = id.left(id.size() - address.size()).toLongLong(&parses, 36);
+    QVERIFY(parses);
+    QVERIFY(before <= time && time <= after);
+
+    QVERIFY(StringUtils::generateUniqueId(nullptr).endsWith(QLatin1Char('0')));
+    const void* highest = reinterpret_cast<void*>(std::numeric_limits<quintptr>::max());
+    if (sizeof(void*) == 8)
+        QVERIFY(StringUtils::generateUniqueId(highest).endsWith(QLatin1String("3w5e11264sgsf")));
+}
+
+void tst_StringUtils::formatRealForInput_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<int>("precision");
+    QTest::addColumn<QString>("text");
+    const auto row = [](double value, int precision, const char* text) {
+        QTest::newRow(qPrintable(QString::asprintf("%g with %d", value, precision)))
+            << value << precision << QString::fromUtf8(text);
+    };
+    row(2.5, 2, "2.5");
+    row(3.0, 2, "3");
+    row(10.5, 3, "10.5");
+    row(10.0, 3, "10");
+    row(0.0, 2, "0");
+    row(0.05, 2, "0.05");
+    row(0.004, 2, "0");
+    row(1.006, 2, "1.01");
+    row(100.25, 2, "100.25");
+    row(-2.5, 2, "-2.5");
+    row(1234567.0, 1, "1234567");
+    row(1e15, 1, "1000000000000000");
+    // The zeros go whatever the precision.
+    row(100.0, 0, "1");
+    row(120.0, 0, "12");
+    row(101.0, 0, "101");
+    row(0.0, 0, "");
+    row(7.0, 0, "7");
+    row(-10.0, 0, "-1");
+}
+
+void tst_StringUtils::formatRealForInput()
+{
+    QFETCH(double, value);
+    QFETCH(int, precision);
+    QTEST(StringUtils::formatRealForInput(value, precision), "text");
+}
+
+void tst_StringUtils::byteArrayToString_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("base");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char* bytesInHex, int base, const char* text) {
+        QTest::newRow(qPrintable(QString::asprintf("%s in base %d", bytesInHex, base)))
+            << QByteArray::fromHex(bytesInHex) << base << QString::fromUtf8(text);
+    };
+    row("", 16, "");
+    row("0aff", 16, "0aff");
+    row("05a0", 16, "05a0");
+    row("00", 16, "00");
+    row("05", 2, "101");
+    row("01", 2, "01");
+    row("ff", 2, "11111111");
+    row("00", 10, "00");
+    row("09ff0a", 10, "0925510");
+    row("0708ff", 8, "0710377");
+    row("ff23", 36, "730z"); // 255 = 7 * 36 + 3; 35 = z
+}
+
+void tst_StringUtils::byteArrayToString()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, base);
+    QTEST(StringUtils::byteArrayToString(bytes, base), "text");
+}
+
+void tst_StringUtils::hexaStringToByteArray_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<int>("base");
+    QTest::addColumn<QString>("hex");
+    const auto row = [](const char* s, int base, const char* hex) {
+        QTest::newRow(qPrintable(QString::asprintf("'%s' in base %d", s, base)))
+            << QString::fromUtf8(s) << base << QString::fromUtf8(hex);
+    };
+    row("", 16, "");
+    row("0aff", 16, "0aff");
+    row("0AFF", 16, "0aff");
+    row("0aZZff", 16, "0aff");
+    row("abc", 16, "ab0c"); // the last character is a pair of its own
+    row("7", 16, "07");
+    row("z", 16, "");
+    row("101112", 10, "0a0b0c");
+    row("1012", 2, "02"); // "12" is no binary number
+    row("0809", 8, ""); // no octal digits
+    row("zz", 36, "0f"); // 1295 = 5 * 256 + 15: the low byte
+    row("10", 36, "24");
+    row("10", 99, "24"); // 36 is the highest
+    row(" 5", 16, "05"); // read as Qt reads a number
+    row("-1", 16, "");
+}
+
+void tst_StringUtils::hexaStringToByteArray()
+{
+    QFETCH(QString, s);
+    QFETCH(int, base);
+    QTEST(bytesInHex(StringUtils::hexaStringToByteArray(s, base)), "hex");
+}
+
+void tst_StringUtils::bytesThereAndBack()
+{
+    QByteArray bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes.append(char(i));
+    for (const int base : {16, 17, 36}) {
+        const QString text = StringUtils::byteArrayToString(bytes, base);
+        QCOMPARE(text.size(), 512);
+        QCOMPARE(StringUtils::hexaStringToByteArray(text, base), bytes);
+    }
+}
+
+void tst_StringUtils::findNoExistantName_data()
+{
+    QTest::addColumn<QStringList>("existing");
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("extension");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char* existing, const char* prefix, const char* pattern,
+                        const char* extension, const char* name) {
+        QTest::newRow(qPrintable(
+            QString::asprintf("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)))
+            << QString::fromUtf8(existing).split(QLatin1Char('|'), QString::SkipEmptyParts)
+            << QString::fromUtf8(prefix) << QString::fromUtf8(pattern)
+            << QString::fromUtf8(extension) << QString::fromUtf8(name);
+    };
+    row("page.html|Page 1.html", "Page", " %1", "html", "Page 2.html");
+    row("", "Page", " %1", "html", "Page.html");
+    row("other.html", "Page", " %1", "html", "Page.html");
+    row("", "  ", "", "", "Prefix");
+    row("", "", "", "", "Prefix");
+    row("PREFIX", "", "", "", "Prefix1");
+    row("", "  two   words ", "", "", "two words");
+    // The pattern gets its number at the end, the extension its point.
+    row("a", "a", "-", "", "a-1");
+    row("a|a-1", "a", "-", "", "a-2");
+    row("a", "a", "", "", "a1");
+    row("a.txt", "a", "(%1)", "txt", "a(1).txt");
+    row("a.txt", "a", "(%1)", ".txt", "a(1).txt");
+    row("a.txt", "a", "(%1)", "", "a");
+    row("a", "a", "(%1)", "txt", "a.txt");
+    row("a", "a", "%1-%1", "", "a1-1");
+    row("a", "a", " %1 of 9", "", "a 1 of 9");
+    row("a", "a", "%10", "", "a10");
+    // The first gap, whatever the order.
+    row("a3|a|a1", "a", "", "", "a2");
+    row("a1", "a", "", "", "a");
+    // Upper and lower case are the same, accents are not.
+    row("ÉTÉ", "été", "", "", "été1");
+    row("ete", "été", "", "", "été");
+    row("STRASSE", "Straße", "", "", "Straße");
+    // A prefix that looks like a pattern is not one.
+    row("%1", "%1", "", "", "%11");
+}
+
+void tst_StringUtils::findNoExistantName()
+{
+    QFETCH(QStringList, existing);
+    QFETCH(QString, prefix);
+    QFETCH(QString, pattern);
+    QFETCH(QString, extension);
+    QTEST(StringUtils::findNoExistantName(existing, prefix, pattern, extension), "name");
+}
+
+void tst_StringUtils::findNoExistantNameAmongMany()
+{
+    QStringList existing{QStringLiteral("A.txt")};
+    for (int i = 20000; i > 0; --i)
+        existing.append(QStringLiteral("A %1.TXT").arg(i));
+    QCOMPARE(StringUtils::findNoExistantName(existing, QStringLiteral("a"), QStringLiteral(" %1"),
+                                             QStringLiteral("txt")),
+             QStringLiteral("a 20001.txt"));
+    existing.removeOne(QStringLiteral("A 777.TXT"));
+    QCOMPARE(StringUtils::findNoExistantName(existing, QStringLiteral("a"), QStringLiteral(" %1"),
+                                             QStringLiteral("txt")),
+             QStringLiteral("a 777.txt"));
+}
+
+void tst_StringUtils::replaceFirstText_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QString>("result");
+    const auto row = [](const char* s, const char* before, const char* after, const char* result) {
+        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, before, after)))
+            << QString::fromUtf8(s) << QString::fromUtf8(before) << QString::fromUtf8(after)
+            << QString::fromUtf8(result);
+    };
+    row("one two one", "one", "1", "1 two one");
+    row("one two", "two", "second", "one second");
+    row("one two", "three", "3", "one two");
+    row("One one", "one", "1", "One 1");
+    row("abc", "b", "", "ac");
+    row("aaa", "aa", "b", "ba");
+    row("", "a", "b", "");
+    row("a.c abc", "a.c", "x", "x abc"); // no pattern
+    row("abc", "", "x", "xabc");
+}
+
+void tst_StringUtils::replaceFirstText()
+{
+    QFETCH(QString, s);
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QString, result);
+    QCOMPARE(StringUtils::replaceFirstOccurrence(s, before, after), result);
+    QCOMPARE(s, result);
+}
+
+void tst_StringUtils::replaceFirstMatch_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QString>("result");
+    const auto row = [](const char* s, const char* pattern, const char* group, const char* after,
+                        const char* result) {
+        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, pattern, group)))
+            << QString::fromUtf8(s) << QString::fromUtf8(pattern) << QString::fromUtf8(group)
+            << QString::fromUtf8(after) << QString::fromUtf8(result);
+    };
+    row("w=10 h=20 h=30", "h=(?<n>\\d+)", "n", "99", "w=10 h=99 h=30");
+    row("w=10 h=20", "(?<key>\\w)=(?<n>\\d+)", "n", "5", "w=5 h=20");
+    row("w=10 h=20", "(?<key>\\w)=(?<n>\\d+)", "key", "width", "width=10 h=20");
+    row("w=10", "d=(?<n>\\d+)", "n", "5", "w=10");
+    row("w=", "w=(?<n>\\d*)", "n", "5", "w=5"); // an empty span
+    row("b", "(?<n>a)|b", "n", "5", "b"); // a group that took no part
+    row("a", "(?<n>a)", "m", "5", "a"); // a group that is not there
+    row("a1", "(?<n>\\d)", "n", "\\1 %1 $1", "a\\1 %1 $1"); // nothing is special in the new text
+}
+
+void tst_StringUtils::replaceFirstMatch()
+{
+    QFETCH(QString, s);
+    QFETCH(QString, pattern);
+    QFETCH(QString, group);
+    QFETCH(QString, after);
+    QFETCH(QString, result);
+    QCOMPARE(StringUtils::replaceFirstOccurrence(s, QRegularExpression(pattern), group, after),
+             result);
+    QCOMPARE(s, result);
+}
+
+void tst_StringUtils::replacesInPlace()
+{
+    QString s = QStringLiteral("one one");
+    QCOMPARE(&StringUtils::replaceFirstOccurrence(s, QStringLiteral("one"), QStringLiteral("1")),
+             &s);
+    const QRegularExpression rx(QStringLiteral("(?<word>one)"));
+    QCOMPARE(
+        &StringUtils::replaceFirstOccurrence(s, rx, QStringLiteral("word"), QStringLiteral("2")),
+        &s);
+    QCOMPARE(s, QStringLiteral("1 2"));
+}
+
+void tst_StringUtils::removeLastChar_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("word") << QStringLiteral("abc") << QStringLiteral("ab");
+    QTest::newRow("one") << QStringLiteral("a") << QString();
+    QTest::newRow("empty") << QString() << QString();
+}
+
+void tst_StringUtils::removeLastChar()
+{
+    QFETCH(QString, s);
+    StringUtils::removeLastChar(s);
+    QTEST(s, "result");
+}
+
+void tst_StringUtils::richTextToBold()
+{
+    QCOMPARE(StringUtils::richTextToBold(QStringLiteral("a & b")), QStringLiteral("<b>a & b</b>"));
+    QCOMPARE(StringUtils::richTextToBold(QString()), QStringLiteral("<b></b>"));
+}
+
+void tst_StringUtils::joinWithSlashes_data()
+{
+    QTest::addColumn<QStringList>("elements");
+    QTest::addColumn<QString>("joined");
+    QTest::newRow("none") << QStringList() << QString();
+    QTest::newRow("one") << QStringList{QStringLiteral("a")} << QStringLiteral("a");
+    QTest::newRow("three") << QStringList{QStringLiteral("a"), QStringLiteral("b"),
+                                          QStringLiteral("c")}
+                           << QStringLiteral("a/b/c");
+    QTest::newRow("empty elements")
+        << QStringList{QString(), QStringLiteral("a"), QString()} << QStringLiteral("/a/");
+    QTest::newRow("slashes inside stay")
+        << QStringList{QStringLiteral("a/"), QStringLiteral("/b")} << QStringLiteral("a///b");
+}
+
+void tst_StringUtils::joinWithSlashes()
+{
+    QFETCH(QStringList, elements);
+    QTEST(StringUtils::joinWithSlashes(elements), "joined");
+}
+
+void tst_StringUtils::nothingIsLogged()
+{
+    LogCapture log;
+    int result = 0;
+    StringUtils::compareVersion(QStringLiteral("x"), QStringLiteral("y"), result);
+    StringUtils::hexaStringToByteArray(QStringLiteral("zz"), 16);
+    StringUtils::getRandomString(-1);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_StringUtils)
+#include "tst_StringUtils.moc"
