@@ -571,8 +571,8 @@ quint32 writeEntry(BlockWriter& block, quint16 tag, const QExifValue& value, qui
 
 void writeData(BlockWriter& block, const QExifValue& value)
 {
-    if (dataSize(value) == 0)
-        return;
+    if (sizeOfValue(value) == entrySize)
+        return; // all of it is in the entry
     switch (value.type()) {
     case QExifValue::Byte:
     case QExifValue::Undefined:
@@ -598,6 +598,7 @@ void writeData(BlockWriter& block, const QExifValue& value)
         block.write(value.toSignedRationalVector());
         break;
     default:
+        warnOfType(value.type());
         break;
     }
 }
