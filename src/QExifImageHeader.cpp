@@ -3,11 +3,12 @@
 
 #include "QExifImageHeader.h"
 
+#include "ExistingFile.h"
+
 #include <QBuffer>
 #include <QDebug>
 #include <QFile>
 #include <QImageReader>
-#include <QMap>
 #include <QSize>
 #include <QTransform>
 #include <QVarLengthArray>
@@ -15,19 +16,112 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
+
+namespace {
+
+/// Values by tag in ascending order, one behind the other in memory: there are dozens of them, and
+/// the nodes of a tree would take as many allocations again as the values do.
+template <typename Tag>
+class TagMap
+{
+public:
+    struct Entry
+    {
+        Tag tag;
+        QExifValue value;
+    };
+    using Entries = std::vector<Entry>;
+
+    TagMap() = default;
+    /// Of entries in whatever order; where a tag stands twice, the last one counts.
+    explicit TagMap(Entries entries)
+        : mEntries(std::move(entries))
+    {
+        const auto descends = [](const Entry& a, const Entry& b) { return a.tag >= b.tag; };
+        if (std::adjacent_find(mEntries.begin(), mEntries.end(), descends) == mEntries.end())
+            return;
+        std::reverse(mEntries.begin(), mEntries.end());
+        std::stable_sort(mEntries.begin(), mEntries.end(),
+                         [](const Entry& a, const Entry& b) { return a.tag < b.tag; });
+        mEntries.erase(std::unique(mEntries.begin(), mEntries.end(),
+                                   [](const Entry& a, const Entry& b) { return a.tag == b.tag; }),
+                       mEntries.end());
+    }
+
+    typename Entries::const_iterator begin() const { return mEntries.begin(); }
+    typename Entries::const_iterator end() const { return mEntries.end(); }
+    int size() const { return static_cast<int>(mEntries.size()); }
+    bool isEmpty() const { return mEntries.empty(); }
+
+    QList<Tag> tags() const
+    {
+        QList<Tag> tags;
+        tags.reserve(size());
+        for (const Entry& entry : mEntries)
+            tags.append(entry.tag);
+        return tags;
+    }
+    bool contains(Tag tag) const
+    {
+        const auto place = find(mEntries, tag);
+        return place != mEntries.end() && place->tag == tag;
+    }
+    QExifValue value(Tag tag) const
+    {
+        return contains(tag) ? find(mEntries, tag)->value : QExifValue();
+    }
+    void insert(Tag tag, const QExifValue& value)
+    {
+        if (contains(tag))
+            find(mEntries, tag)->value = value;
+        else
+            mEntries.insert(find(mEntries, tag), Entry{tag, value});
+    }
+    void remove(Tag tag)
+    {
+        if (contains(tag))
+            mEntries.erase(find(mEntries, tag));
+    }
+    QExifValue take(Tag tag)
+    {
+        const QExifValue taken = value(tag);
+        remove(tag);
+        return taken;
+    }
+
+private:
+    /// Where a tag is, or else belongs.
+    template <typename AnyEntries>
+    static auto find(AnyEntries& entries, Tag tag) -> decltype(entries.begin())
+    {
+        return std::lower_bound(entries.begin(), entries.end(), tag,
+                                [](const Entry& entry, Tag wanted) { return entry.tag < wanted; });
+    }
+
+    Entries mEntries;
+};
+
+class BlockReader;
+
+} // namespace
 
 class QExifImageHeaderPrivate
 {
 public:
-    /// The block that write() writes; with what writing it changes here.
-    QByteArray block();
+    /// Takes everything from a block, after clear().
+    bool read(BlockReader& block);
+    /// Appends the block that write() writes, with what writing it changes here.
+    void appendBlock(QByteArray* bytes);
+    /// The size of the block by its formula, not by what was written last.
+    int predictedSize() const;
 
     QDataStream::ByteOrder byteOrder = QDataStream::LittleEndian;
     int size = -1; // of the block; -1 when unknown
 
-    QMap<QExifImageHeader::ImageTag, QExifValue> imageIfdValues;
-    QMap<QExifImageHeader::ExifExtendedTag, QExifValue> exifIfdValues;
-    QMap<QExifImageHeader::GpsTag, QExifValue> gpsIfdValues;
+    TagMap<QExifImageHeader::ImageTag> imageIfdValues;
+    TagMap<QExifImageHeader::ExifExtendedTag> exifIfdValues;
+    TagMap<QExifImageHeader::GpsTag> gpsIfdValues;
 
     QSize thumbnailSize; // of the last image given to setThumbnail()
     QByteArray thumbnailData;
@@ -72,13 +166,23 @@ bool seekWithin(QIODevice* device, qint64 position)
     return position >= 0 && position <= device->size() && device->seek(position);
 }
 
+/// Moves forward. Says false where the device ends before.
+bool skip(QIODevice* device, int size)
+{
+    return device->isSequential() ? QDataStream(device).skipRawData(size) == size
+                                  : seekWithin(device, device->pos() + size);
+}
+
 /// Up to wanted bytes: as many as there are. Allocates for no more than that.
 QByteArray readBytes(QIODevice* device, quint64 wanted)
 {
     quint64 size = qMin(wanted, maximumPayload);
     if (!device->isSequential())
         size = qMin(size, static_cast<quint64>(qMax(Q_INT64_C(0), device->size() - device->pos())));
-    return device->read(static_cast<qint64>(size));
+    QByteArray bytes(static_cast<int>(size), Qt::Uninitialized);
+    const qint64 got = device->read(bytes.data(), bytes.size());
+    bytes.truncate(static_cast<int>(qMax(Q_INT64_C(0), got)));
+    return bytes;
 }
 
 template <typename Integer>
@@ -112,46 +216,59 @@ struct Bytes
     int size;
 };
 
-/// The block in a device, read piece by piece. Small pieces go through a buffer that is used again
-/// and again: a block has dozens of them, and an allocation costs more than reading one.
+/// A block, in memory or in a device; a device is read piece by piece, small pieces into a buffer
+/// that is used again and again. Not one byte is asked for beyond what is there.
 class BlockReader
 {
 public:
-    BlockReader(QIODevice* device, ByteOrder order, qint64 start)
+    explicit BlockReader(const QByteArray& block)
+        : mBlock(block)
+        , mSize(block.size())
+    { }
+    /// A block that begins at a position of a device, which is at some other position maybe.
+    BlockReader(QIODevice* device, qint64 start)
         : mDevice(device)
-        , mOrder(order)
         , mStart(start)
         , mSize(device->size())
+        , mPosition(device->pos())
     { }
 
     ByteOrder order() const { return mOrder; }
-    qint64 deviceSize() const { return mSize; }
+    void setOrder(ByteOrder order) { mOrder = order; }
+    /// Of the whole device.
+    qint64 size() const { return mSize; }
 
     /// Moves to an offset of the block, false when that lies outside of the device.
     bool seek(quint32 offset)
     {
         const qint64 position = mStart + offset;
-        return position >= 0 && position <= mSize && mDevice->seek(position);
+        if (position < 0 || position > mSize || (mDevice && !mDevice->seek(position)))
+            return false;
+        mPosition = position;
+        return true;
     }
 
     /// The next bytes, up to wanted of them. They stay until the next call.
     Bytes next(quint64 wanted)
     {
-        const int size = available(wanted);
-        mBuffer.resize(size);
-        return {mBuffer.constData(), static_cast<int>(qMax(Q_INT64_C(0), read(size)))};
+        const quint64 left = static_cast<quint64>(qMax(Q_INT64_C(0), mSize - mPosition));
+        Bytes bytes = {nullptr, static_cast<int>(qMin(qMin(wanted, maximumPayload), left))};
+        if (mDevice) {
+            mBuffer.resize(bytes.size);
+            bytes.size =
+                static_cast<int>(qMax(Q_INT64_C(0), mDevice->read(mBuffer.data(), bytes.size)));
+            bytes.data = mBuffer.constData();
+        } else {
+            bytes.data = mBlock.constData() + mPosition;
+        }
+        mPosition += bytes.size;
+        return bytes;
     }
 
     /// The bytes that an entry refers to; none where its offset leads out of the device.
     Bytes data(const ExifIfdHeader& entry, int elementSize)
     {
         return next(seek(entry.offset) ? quint64(entry.count) * quint64(elementSize) : 0);
-    }
-
-    /// Up to size bytes at an offset, in an array of their own.
-    QByteArray bytes(quint32 offset, quint32 size)
-    {
-        return seek(offset) ? mDevice->read(available(size)) : QByteArray();
     }
 
     QVector<ExifIfdHeader> entries()
@@ -170,17 +287,12 @@ public:
     }
 
 private:
-    int available(quint64 wanted) const
-    {
-        const qint64 left = qMax(Q_INT64_C(0), mSize - mDevice->pos());
-        return static_cast<int>(qMin(qMin(wanted, maximumPayload), static_cast<quint64>(left)));
-    }
-    qint64 read(int size) { return mDevice->read(mBuffer.data(), size); }
-
-    QIODevice* const mDevice;
-    const ByteOrder mOrder;
-    const qint64 mStart;
+    QIODevice* const mDevice = nullptr;
+    const QByteArray mBlock;
+    ByteOrder mOrder = bigEndian;
+    const qint64 mStart = 0;
     const qint64 mSize;
+    qint64 mPosition = 0;
     QVarLengthArray<char, 1024> mBuffer;
 };
 
@@ -213,6 +325,11 @@ QVector<quint8> byteVector(Bytes bytes)
     QVector<quint8> values(bytes.size);
     std::copy_n(bytes.data, bytes.size, values.begin());
     return values;
+}
+
+QByteArray byteArray(Bytes bytes)
+{
+    return QByteArray(bytes.data, bytes.size);
 }
 
 /// The text of an entry that claims count bytes, the last of which ends it. Bytes that the end of
@@ -269,7 +386,7 @@ QExifValue readValue(BlockReader& block, const ExifIfdHeader& entry)
         return QExifValue(rationals<qint32>(block.data(entry, 8), order));
     case QExifValue::Undefined: {
         if (count >= 5)
-            return QExifValue(block.bytes(entry.offset, count));
+            return QExifValue(byteArray(block.data(entry, 1)));
         // Whatever the byte order of the file: least significant byte first.
         char bytes[inlineSize];
         qToLittleEndian(entry.offset, reinterpret_cast<uchar*>(bytes));
@@ -285,25 +402,25 @@ quint32 sizeOfValue(const QExifValue& value);
 
 /// The values of a directory's entries; where a tag stands twice, the last one.
 template <typename Tag>
-QMap<Tag, QExifValue> readValues(BlockReader& block, const QVector<ExifIfdHeader>& entries)
+TagMap<Tag> readValues(BlockReader& block, const QVector<ExifIfdHeader>& entries)
 {
-    QMap<Tag, QExifValue> values;
-    qint64 allowance = block.deviceSize() * maximumOverlap;
+    typename TagMap<Tag>::Entries values;
+    values.reserve(static_cast<std::size_t>(entries.size()));
+    qint64 allowance = block.size() * maximumOverlap;
     for (const ExifIfdHeader& entry : entries) {
         if (allowance < 0)
             break;
-        const QExifValue value = readValue(block, entry);
-        allowance -= sizeOfValue(value);
-        values.insert(values.constEnd(), static_cast<Tag>(entry.tag), value);
+        values.push_back({static_cast<Tag>(entry.tag), readValue(block, entry)});
+        allowance -= sizeOfValue(values.back().value);
     }
-    return values;
+    return TagMap<Tag>(std::move(values));
 }
 
 /// The directory at an offset, empty where that lies outside of the device.
 template <typename Tag>
-QMap<Tag, QExifValue> readDirectory(BlockReader& block, quint32 offset)
+TagMap<Tag> readDirectory(BlockReader& block, quint32 offset)
 {
-    return block.seek(offset) ? readValues<Tag>(block, block.entries()) : QMap<Tag, QExifValue>();
+    return block.seek(offset) ? readValues<Tag>(block, block.entries()) : TagMap<Tag>();
 }
 
 /// Whether a value can lead somewhere in the block.
@@ -322,6 +439,16 @@ bool isSingleInteger(const QExifValue& value)
 
 // Writing
 
+template <typename Integer>
+void encode(Integer number, char* bytes, ByteOrder order)
+{
+    uchar* const target = reinterpret_cast<uchar*>(bytes);
+    if (order == bigEndian)
+        qToBigEndian(number, target);
+    else
+        qToLittleEndian(number, target);
+}
+
 /// Appends to a block in one of the two byte orders.
 class BlockWriter
 {
@@ -331,12 +458,15 @@ public:
         , mOrder(order)
     { }
 
+    ByteOrder order() const { return mOrder; }
+
+    void write(const char* bytes, int size) { mBytes->append(bytes, size); }
+    void write(const QByteArray& bytes) { mBytes->append(bytes); }
     void write(quint16 number) { writeInteger(number); }
     void write(quint32 number) { writeInteger(number); }
     void write(qint32 number) { writeInteger(number); }
     void write(const QPair<quint32, quint32>& rational) { writeRational(rational); }
     void write(const QPair<qint32, qint32>& rational) { writeRational(rational); }
-    void write(const QByteArray& bytes) { mBytes->append(bytes); }
 
     template <typename Element>
     void write(const QVector<Element>& elements)
@@ -350,11 +480,8 @@ private:
     void writeInteger(Integer number)
     {
         char bytes[sizeof(Integer)];
-        if (mOrder == bigEndian)
-            qToBigEndian(number, reinterpret_cast<uchar*>(bytes));
-        else
-            qToLittleEndian(number, reinterpret_cast<uchar*>(bytes));
-        mBytes->append(bytes, static_cast<int>(sizeof(Integer)));
+        encode(number, bytes, mOrder);
+        write(bytes, static_cast<int>(sizeof(Integer)));
     }
     template <typename Rational>
     void writeRational(const Rational& rational)
@@ -389,99 +516,80 @@ quint32 sizeOfValue(const QExifValue& value)
 }
 
 template <typename Tag>
-quint32 sizeOfDirectory(const QMap<Tag, QExifValue>& values)
+quint32 sizeOfDirectory(const TagMap<Tag>& values)
 {
     quint32 size = countSize;
-    for (const QExifValue& value : values)
-        size += sizeOfValue(value);
+    for (const auto& entry : values)
+        size += sizeOfValue(entry.value);
     return size;
 }
 
-/// A Byte, Ascii or Undefined value as it stands in a file: count() bytes.
-QByteArray fileBytes(const QExifValue& value)
+/// A Byte, Ascii or Undefined value as it stands in a file, a text without the NUL that ends it.
+QByteArray bytesOf(const QExifValue& value)
 {
-    switch (value.type()) {
-    case QExifValue::Byte: {
-        const QVector<quint8> bytes = value.toByteVector();
-        return QByteArray(reinterpret_cast<const char*>(bytes.constData()), bytes.size());
-    }
-    case QExifValue::Ascii:
-        return value.toByteArray().append('\0');
-    default:
+    if (value.type() != QExifValue::Byte)
         return value.toByteArray();
-    }
+    const QVector<quint8> bytes = value.toByteVector();
+    return QByteArray(reinterpret_cast<const char*>(bytes.constData()), bytes.size());
+}
+
+/// The bytes of a value that lie behind its entry; 0 where it fits into the entry.
+quint32 dataSize(const QExifValue& value)
+{
+    const quint32 size = sizeOfValue(value);
+    return size > entrySize ? size - entrySize : 0;
 }
 
 quint32 writeEntry(BlockWriter& block, quint16 tag, const QExifValue& value, quint32 offset)
 {
-    const quint32 count = value.count();
-    block.write(tag);
-    block.write(value.type());
-    block.write(count);
-    switch (value.type()) {
-    case QExifValue::Byte:
-    case QExifValue::Ascii:
-    case QExifValue::Undefined:
-        if (count > 4) {
-            block.write(offset);
-            return offset + count;
-        }
-        block.write(fileBytes(value).leftJustified(inlineSize, '\0'));
-        return offset;
-    case QExifValue::Short: {
-        if (count > 2) {
-            block.write(offset);
-            return offset + 2 * count;
-        }
+    const ByteOrder order = block.order();
+    const quint16 type = value.type();
+    const quint32 size = dataSize(value);
+    char entry[entrySize] = {}; // what is not set is 0
+    char* const field = entry + 8;
+    encode(tag, entry, order);
+    encode(type, entry + 2, order);
+    encode(value.count(), entry + 4, order);
+    if (size > 0) {
+        encode(offset, field, order);
+    } else if (type == QExifValue::Short) {
         const QVector<quint16> values = value.toShortVector();
-        block.write(values.value(0)); // 0 where there is none
-        block.write(values.value(1));
-        return offset;
+        encode(values.value(0), field, order);
+        encode(values.value(1), field + 2, order);
+    } else if (type == QExifValue::Long || type == QExifValue::SignedLong) {
+        encode(value.toLong(), field, order); // 0 where there is none
+    } else if (type == QExifValue::Byte || type == QExifValue::Ascii
+               || type == QExifValue::Undefined) {
+        const QByteArray bytes = bytesOf(value);
+        std::copy(bytes.begin(), bytes.end(), field);
+    } else if (type != QExifValue::Rational && type != QExifValue::SignedRational) {
+        warnOfType(type);
     }
-    case QExifValue::Long:
-    case QExifValue::SignedLong:
-        if (count > 1) {
-            block.write(offset);
-            return offset + 4 * count;
-        }
-        block.write(value.toLong()); // 0 where there is none
-        return offset;
-    case QExifValue::Rational:
-    case QExifValue::SignedRational:
-        if (count > 0) {
-            block.write(offset);
-            return offset + 8 * count;
-        }
-        block.write(quint32(0));
-        return offset;
-    default:
-        warnOfType(value.type());
-        block.write(quint32(0));
-        return offset;
-    }
+    block.write(entry, entrySize);
+    return offset + size;
 }
 
 void writeData(BlockWriter& block, const QExifValue& value)
 {
-    const quint32 count = value.count();
+    if (sizeOfValue(value) == entrySize)
+        return; // all of it is in the entry
     switch (value.type()) {
     case QExifValue::Byte:
-    case QExifValue::Ascii:
     case QExifValue::Undefined:
-        if (count > 4)
-            block.write(fileBytes(value));
+        block.write(bytesOf(value));
+        break;
+    case QExifValue::Ascii:
+        block.write(bytesOf(value));
+        block.write("\0", 1);
         break;
     case QExifValue::Short:
-        if (count > 2)
-            block.write(value.toShortVector());
+        block.write(value.toShortVector());
         break;
     case QExifValue::Long:
-        if (count > 1)
-            block.write(value.toLongVector());
+        block.write(value.toLongVector());
         break;
     case QExifValue::SignedLong:
-        if (count > 1)
-            block.write(value.toSignedLongVector());
+        block.write(value.toSignedLongVector());
         break;
     case QExifValue::Rational:
         block.write(value.toRationalVector());
@@ -496,24 +604,24 @@ void writeData(BlockWriter& block, const QExifValue& value)
 }
 
 template <typename Tag>
-quint32 writeEntries(BlockWriter& block, const QMap<Tag, QExifValue>& values, quint32 offset)
+quint32 writeEntries(BlockWriter& block, const TagMap<Tag>& values, quint32 offset)
 {
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
-        offset = writeEntry(block, it.key(), it.value(), offset);
+    for (const auto& entry : values)
+        offset = writeEntry(block, entry.tag, entry.value, offset);
     return offset;
 }
 
 template <typename Tag>
-void writeDataOf(BlockWriter& block, const QMap<Tag, QExifValue>& values)
+void writeDataOf(BlockWriter& block, const TagMap<Tag>& values)
 {
-    for (const QExifValue& value : values)
-        writeData(block, value);
+    for (const auto& entry : values)
+        writeData(block, entry.value);
 }
 
 /// A sub-IFD that begins at start. Its data offsets leave the count field out, as the format of
 /// these files has always had it.
 template <typename Tag>
-void writeSubIfd(BlockWriter& block, const QMap<Tag, QExifValue>& values, quint32 start)
+void writeSubIfd(BlockWriter& block, const TagMap<Tag>& values, quint32 start)
 {
     block.write(static_cast<quint16>(values.size()));
     writeEntries(block, values, start + static_cast<quint32>(entrySize * values.size()));
@@ -534,29 +642,35 @@ QExifValue valueOr(const QExifValue& value, const QExifValue& fallback)
 
 struct Segment
 {
-    int begin = 0; // of the marker
+    qint64 begin = 0; // of the marker
     quint16 marker = 0;
     int claimedSize = 0; // of the payload, as the length says
-    int size = 0; // of the payload, as far as the file goes
-    QByteArray name; // the first 4 bytes of the payload
+    int size = 0; // of the payload, as far as the device goes
+    char name[4] = {}; // what the payload begins with
 
-    int payloadBegin() const { return begin + 4; }
-    int end() const { return payloadBegin() + size; }
-    bool isJfif() const { return marker == app0 && name == "JFIF"; }
-    bool isExif() const { return marker == app1 && name == "Exif"; }
+    qint64 payloadBegin() const { return begin + 4; }
+    qint64 end() const { return payloadBegin() + size; }
+    bool is(quint16 wantedMarker, const char* wantedName) const
+    {
+        return marker == wantedMarker && size >= 4 && std::memcmp(name, wantedName, 4) == 0;
+    }
+    bool isJfif() const { return is(app0, "JFIF"); }
+    bool isExif() const { return is(app1, "Exif"); }
 };
 
-/// Takes the segment at a position of the file's head. False when not even its length is there.
-bool takeSegment(const QByteArray& head, int begin, Segment* segment)
+/// Reads what it takes to know the segment at the current position. False when not even its length
+/// is there.
+bool readSegment(QIODevice* device, Segment* segment)
 {
-    segment->begin = begin;
-    if (head.size() < segment->payloadBegin())
+    segment->begin = device->pos();
+    char head[8] = {}; // marker, length and name
+    if (device->read(head, 8) < 4)
         return false;
-    segment->marker = decode<quint16>(head.constData() + begin, bigEndian);
-    const int length = decode<quint16>(head.constData() + begin + 2, bigEndian);
-    segment->claimedSize = qMax(0, length - 2);
-    segment->size = qMin(segment->claimedSize, head.size() - segment->payloadBegin());
-    segment->name = head.mid(segment->payloadBegin(), qMin(4, segment->size));
+    segment->marker = decode<quint16>(head, bigEndian);
+    segment->claimedSize = qMax(0, decode<quint16>(head + 2, bigEndian) - 2);
+    segment->size = static_cast<int>(
+        qMin(qint64(segment->claimedSize), device->size() - segment->payloadBegin()));
+    std::copy_n(head + 4, 4, segment->name);
     return true;
 }
 
@@ -574,10 +688,12 @@ bool writeAt(QIODevice* device, qint64 position, const QByteArray& bytes)
 }
 
 /// Overwrites bytes in the middle of a device and puts the old ones back where that fails.
-bool overwrite(QIODevice* device, qint64 position, const QByteArray& before,
-               const QByteArray& after)
+bool overwrite(QIODevice* device, qint64 position, const QByteArray& bytes)
 {
-    if (writeAt(device, position, after))
+    QByteArray before(bytes.size(), Qt::Uninitialized);
+    if (!device->seek(position) || device->read(before.data(), before.size()) != before.size())
+        return false;
+    if (writeAt(device, position, bytes))
         return true;
     writeAt(device, position, before);
     return false;
@@ -651,20 +767,14 @@ bool QExifImageHeader::loadFromJpeg(const QString& fileName)
 bool QExifImageHeader::loadFromJpeg(QIODevice* device)
 {
     clear();
-    QByteArray block = extractExif(device);
-    if (block.isEmpty())
-        return false;
-    QBuffer buffer(&block);
-    return buffer.open(QIODevice::ReadOnly) && read(&buffer);
+    BlockReader block(extractExif(device));
+    return d->read(block);
 }
 
 bool QExifImageHeader::saveToJpeg(const QString& fileName) const
 {
     QFile file(fileName);
-    // Opening for reading and writing would create a file that is not there. Unbuffered, so that a
-    // failed write is known at once and what was there can be put back.
-    return file.exists() && file.open(QIODevice::ReadWrite | QIODevice::Unbuffered)
-        && saveToJpeg(&file);
+    return openExistingFile(&file) && saveToJpeg(&file);
 }
 
 bool QExifImageHeader::saveToJpeg(QIODevice* device) const
@@ -673,32 +783,33 @@ bool QExifImageHeader::saveToJpeg(QIODevice* device) const
         || device->openMode().testFlag(QIODevice::Append))
         return false;
 
-    QByteArray payload = QByteArray("Exif\0\0", 6) + d->block();
+    QByteArray payload("Exif\0\0", 6);
+    payload.reserve(maximumSegmentPayload); // whatever is appended below, it is not copied again
+    d->appendBlock(&payload);
 
-    // Whatever decides lies in the first two segments.
-    const int twoLargestSegments = 2 * (maximumSegmentPayload + 4);
-    if (!device->seek(0))
-        return false;
-    const QByteArray head = readBytes(device, 2 + twoLargestSegments);
+    char soi[2];
     Segment segment;
-    if (!head.startsWith(startOfImage) || !takeSegment(head, 2, &segment))
+    if (!device->seek(0) || device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0
+        || !readSegment(device, &segment))
         return false;
-    if (segment.isJfif() && !takeSegment(head, segment.end(), &segment))
+    if (segment.isJfif() && !(device->seek(segment.end()) && readSegment(device, &segment)))
         return false;
 
     if (segment.isExif() && payload.size() < segment.size)
-        payload = payload.leftJustified(segment.size, '\0');
+        payload.append(QByteArray(segment.size - payload.size(), '\0'));
     if (payload.size() > maximumSegmentPayload)
         return false;
     if (segment.isExif() && payload.size() == segment.claimedSize && payload.size() == segment.size)
-        return overwrite(device, segment.payloadBegin(),
-                         head.mid(segment.payloadBegin(), segment.size), payload);
+        return overwrite(device, segment.payloadBegin(), payload);
 
-    const QByteArray before = head + device->readAll();
+    if (!device->seek(0))
+        return false;
+    const QByteArray before = device->readAll();
     if (before.size() != device->size())
         return false;
-    const int rest = segment.isExif() ? segment.end() : segment.begin;
-    QByteArray after = before.left(segment.begin) + segmentHead(app1, payload.size()) + payload;
+    const int begin = static_cast<int>(segment.begin);
+    const int rest = segment.isExif() ? static_cast<int>(segment.end()) : begin;
+    QByteArray after = before.left(begin) + segmentHead(app1, payload.size()) + payload;
     after.append(before.constData() + rest, before.size() - rest);
     return replaceContent(device, before, after);
 }
@@ -707,34 +818,27 @@ QByteArray QExifImageHeader::extractExif(QIODevice* device) const
 {
     if (!device || !device->isReadable())
         return QByteArray();
-    QDataStream stream(device);
-    quint16 marker = 0;
-    quint16 length = 0;
-    if (device->read(2) != startOfImage)
+    char soi[2];
+    if (device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0)
         return QByteArray();
 
-    stream >> marker;
-    while (marker != app1) {
-        if (device->atEnd())
+    int length = 0;
+    for (;;) {
+        char head[4]; // marker and length
+        if (device->read(head, 4) != 4)
             return QByteArray();
-        stream >> length;
-        const int payloadSize = length - 2;
-        if (payloadSize < 0)
-            return QByteArray(); // not the length of a segment
-        const bool skipped = device->isSequential()
-            ? stream.skipRawData(payloadSize) == payloadSize
-            : seekWithin(device, device->pos() + payloadSize);
-        if (!skipped)
+        length = decode<quint16>(head + 2, bigEndian);
+        if (decode<quint16>(head, bigEndian) == app1)
+            break;
+        if (length < 2 || !skip(device, length - 2))
             return QByteArray();
-        stream >> marker;
     }
 
-    stream >> length;
-    if (device->read(4) != "Exif")
-        return QByteArray();
-    stream.skipRawData(2);
+    char name[6]; // and two bytes that are not looked at
     const int blockSize = length - 8;
-    return blockSize > 0 ? readBytes(device, static_cast<quint64>(blockSize)) : QByteArray();
+    if (device->read(name, 6) != 6 || std::memcmp(name, "Exif", 4) != 0 || blockSize <= 0)
+        return QByteArray();
+    return readBytes(device, static_cast<quint64>(blockSize));
 }
 
 bool QExifImageHeader::read(QIODevice* device)
@@ -742,46 +846,51 @@ bool QExifImageHeader::read(QIODevice* device)
     clear();
     if (!device || !device->isReadable() || device->isSequential())
         return false;
-    const qint64 start = device->pos();
+    BlockReader block(device, device->pos());
+    return d->read(block);
+}
 
-    const QByteArray head = device->read(tiffHeaderSize);
-    if (head.startsWith("II"))
-        d->byteOrder = QDataStream::LittleEndian;
-    else if (head.startsWith("MM"))
-        d->byteOrder = QDataStream::BigEndian;
+bool QExifImageHeaderPrivate::read(BlockReader& block)
+{
+    using Header = QExifImageHeader;
+    const Bytes head = block.next(tiffHeaderSize);
+    if (head.size < tiffHeaderSize)
+        return false;
+    if (std::memcmp(head.data, "II", 2) == 0)
+        byteOrder = QDataStream::LittleEndian;
+    else if (std::memcmp(head.data, "MM", 2) == 0)
+        byteOrder = QDataStream::BigEndian;
     else
         return false;
-    if (head.size() < tiffHeaderSize
-        || decode<quint16>(head.constData() + 2, d->byteOrder) != tiffMagic)
-        return false;
-    BlockReader block(device, d->byteOrder, start);
-    if (!block.seek(decode<quint32>(head.constData() + 4, d->byteOrder)))
+    block.setOrder(byteOrder);
+    if (decode<quint16>(head.data + 2, byteOrder) != tiffMagic
+        || !block.seek(decode<quint32>(head.data + 4, byteOrder)))
         return false;
 
     const QVector<ExifIfdHeader> entries = block.entries();
     const Bytes link = block.next(linkSize);
-    const quint32 thumbnailIfd =
-        link.size == linkSize ? decode<quint32>(link.data, d->byteOrder) : 0;
-    d->imageIfdValues = readValues<ImageTag>(block, entries);
+    const quint32 thumbnailIfd = link.size == linkSize ? decode<quint32>(link.data, byteOrder) : 0;
+    imageIfdValues = readValues<Header::ImageTag>(block, entries);
 
-    const QExifValue exifIfd = d->imageIfdValues.take(ExifIfdPointer);
+    const QExifValue exifIfd = imageIfdValues.take(Header::ExifIfdPointer);
     if (isSingleInteger(exifIfd))
-        d->exifIfdValues = readDirectory<ExifExtendedTag>(block, exifIfd.toLong());
-    const QExifValue gpsIfd = d->imageIfdValues.take(GpsInfoIfdPointer);
+        exifIfdValues = readDirectory<Header::ExifExtendedTag>(block, exifIfd.toLong());
+    const QExifValue gpsIfd = imageIfdValues.take(Header::GpsInfoIfdPointer);
     if (isSingleInteger(gpsIfd))
-        d->gpsIfdValues = readDirectory<GpsTag>(block, gpsIfd.toLong());
-    d->exifIfdValues.remove(InteroperabilityIfdPointer);
+        gpsIfdValues = readDirectory<Header::GpsTag>(block, gpsIfd.toLong());
+    exifIfdValues.remove(Header::InteroperabilityIfdPointer);
 
     if (thumbnailIfd != 0) {
-        const QMap<ImageTag, QExifValue> values = readDirectory<ImageTag>(block, thumbnailIfd);
-        const QExifValue position = values.value(JPEGInterchangeFormat);
-        const QExifValue length = values.value(JPEGInterchangeFormatLength);
-        if (isSingleInteger(position) && isSingleInteger(length))
-            d->thumbnailData = block.bytes(position.toLong(), length.toLong());
-        d->thumbnailXResolution = values.value(XResolution);
-        d->thumbnailYResolution = values.value(YResolution);
-        d->thumbnailResolutionUnit = values.value(ResolutionUnit);
-        d->thumbnailOrientation = values.value(Orientation);
+        const TagMap<Header::ImageTag> values =
+            readDirectory<Header::ImageTag>(block, thumbnailIfd);
+        const QExifValue position = values.value(Header::JPEGInterchangeFormat);
+        const QExifValue length = values.value(Header::JPEGInterchangeFormatLength);
+        if (isSingleInteger(position) && isSingleInteger(length) && block.seek(position.toLong()))
+            thumbnailData = byteArray(block.next(length.toLong()));
+        thumbnailXResolution = values.value(Header::XResolution);
+        thumbnailYResolution = values.value(Header::YResolution);
+        thumbnailResolutionUnit = values.value(Header::ResolutionUnit);
+        thumbnailOrientation = values.value(Header::Orientation);
     }
     return true;
 }
@@ -790,22 +899,24 @@ int QExifImageHeader::write(QIODevice* device) const
 {
     if (!device || !device->isWritable())
         return 0;
-    const QByteArray block = d->block();
+    QByteArray block;
+    block.reserve(d->predictedSize());
+    d->appendBlock(&block);
     const int written = static_cast<int>(qMax(Q_INT64_C(0), device->write(block)));
     if (written != block.size())
         d->size = -1;
     return written;
 }
 
-QByteArray QExifImageHeaderPrivate::block()
+void QExifImageHeaderPrivate::appendBlock(QByteArray* bytes)
 {
     using Header = QExifImageHeader;
     const bool hasGps = !gpsIfdValues.isEmpty();
     const bool hasThumbnail = !thumbnailData.isEmpty();
     const int imageEntries = imageIfdValues.size() + (hasGps ? 2 : 1);
 
-    QByteArray bytes;
-    BlockWriter writer(&bytes, byteOrder);
+    const int start = bytes->size();
+    BlockWriter writer(bytes, byteOrder);
     writer.write(QByteArray(byteOrder == QDataStream::LittleEndian ? "II" : "MM"));
     writer.write(tiffMagic);
     writer.write(quint32(tiffHeaderSize));
@@ -859,8 +970,7 @@ QByteArray QExifImageHeaderPrivate::block()
     // Only now, because an entry that was there before has had its share of IFD0's data above.
     if (hasGps)
         imageIfdValues.insert(Header::GpsInfoIfdPointer, QExifValue(gpsIfdStart));
-    size = bytes.size();
-    return bytes;
+    size = bytes->size() - start;
 }
 
 QDataStream::ByteOrder QExifImageHeader::byteOrder() const
@@ -877,17 +987,17 @@ void QExifImageHeader::clear()
 
 QList<QExifImageHeader::ImageTag> QExifImageHeader::imageTags() const
 {
-    return d->imageIfdValues.keys();
+    return d->imageIfdValues.tags();
 }
 
 QList<QExifImageHeader::ExifExtendedTag> QExifImageHeader::extendedTags() const
 {
-    return d->exifIfdValues.keys();
+    return d->exifIfdValues.tags();
 }
 
 QList<QExifImageHeader::GpsTag> QExifImageHeader::gpsTags() const
 {
-    return d->gpsIfdValues.keys();
+    return d->gpsIfdValues.tags();
 }
 
 bool QExifImageHeader::contains(ImageTag tag) const
@@ -1010,26 +1120,33 @@ void QExifImageHeader::setThumbnail(const QImage& thumbnail)
 
 int QExifImageHeader::size() const
 {
-    if (d->size != -1)
-        return d->size;
-    quint32 size = sizeOfDirectory(d->imageIfdValues) + sizeOfDirectory(d->exifIfdValues) + 24;
-    if (!d->gpsIfdValues.isEmpty())
-        size += sizeOfDirectory(d->gpsIfdValues) + 12;
-    if (!d->thumbnailData.isEmpty())
-        size += static_cast<quint32>(d->thumbnailData.size()) + 90;
-    d->size = static_cast<int>(size);
+    if (d->size == -1)
+        d->size = d->predictedSize();
     return d->size;
+}
+
+int QExifImageHeaderPrivate::predictedSize() const
+{
+    quint32 predicted = sizeOfDirectory(imageIfdValues) + sizeOfDirectory(exifIfdValues) + 24;
+    if (!gpsIfdValues.isEmpty())
+        predicted += sizeOfDirectory(gpsIfdValues) + 12;
+    if (!thumbnailData.isEmpty())
+        predicted += static_cast<quint32>(thumbnailData.size()) + 90;
+    return static_cast<int>(predicted);
 }
 
 QList<ExifIfdHeader> QExifImageHeader::readIfdHeaders(QDataStream& stream) const
 {
-    return BlockReader(stream.device(), stream.byteOrder(), 0).entries().toList();
+    BlockReader block(stream.device(), 0);
+    block.setOrder(stream.byteOrder());
+    return block.entries().toList();
 }
 
 QExifValue QExifImageHeader::readIfdValue(QDataStream& stream, int startPos,
                                           const ExifIfdHeader& header) const
 {
-    BlockReader block(stream.device(), stream.byteOrder(), startPos);
+    BlockReader block(stream.device(), startPos);
+    block.setOrder(stream.byteOrder());
     return readValue(block, header);
 }
 
