@@ -3,16 +3,17 @@
 # SPDX-License-Identifier: MIT
 """EXIF of 1,000 small camera files beside libexif and exiv2: prints the table of ratios.
 
-    compare_exif.py BENCH_EXIF [--rounds N]
+    compare_exif.py [--build BUILD_DIR] [--rounds N]
 
-BENCH_EXIF is the program that the release preset builds. It makes the files, checks that all
-contenders give the same result, and runs them in turn, in random order, N times (15) each. The
+The program bench_exif makes the files, checks that all contenders give the same result, and runs
+them in turn, in random order, N times (15) each. The
 figures are processor time, user and system, which other programs on the machine disturb least.
 """
 
 import argparse
 import collections
 import json
+import os
 import statistics
 import subprocess
 import sys
@@ -51,10 +52,10 @@ def medians(program, rounds):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("program", help="the built bench_exif")
+    parser.add_argument("--build", default="build/release", help="build folder (build/release)")
     parser.add_argument("--rounds", type=int, default=15)
     arguments = parser.parse_args()
-    seconds = medians(arguments.program, arguments.rounds)
+    seconds = medians(os.path.join(arguments.build, "benchmarks", "bench_exif"), arguments.rounds)
     table = Table("EXIF of 1,000 camera files in memory, one pass over all")
     for what, ours, peer, theirs, promised in JOBS:
         table.add(what, seconds[ours], peer, seconds[theirs], promised)

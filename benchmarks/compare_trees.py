@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 """The folder tree operations of FileUtils beside cp, du, find and rm.
 
-    compare_trees.py BUILD_DIR [--rounds N] [--root FOLDER]
+    compare_trees.py [--build BUILD_DIR] [--rounds N] [--root FOLDER]
 
 Process is measured against process: both pay for their start. The tree has 20,000 files of 1 to
 4 KiB in 500 folders (20 folders with 24 sub-folders each, 40 files in every one) and lies in
@@ -56,7 +56,7 @@ def check(condition, what):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("build", help="build folder with benchmarks/bench_trees in it")
+    parser.add_argument("--build", default="build/release", help="build folder (build/release)")
     parser.add_argument("--rounds", type=int, default=11)
     parser.add_argument("--root", default="/dev/shm" if os.path.isdir("/dev/shm") else None,
                         help="where the trees are made")
