@@ -11,14 +11,12 @@ time. Programs are started in turn 20 N times each. Ends with 1 when a promised 
 """
 
 import argparse
-import collections
-import json
 import os
 import statistics
 import subprocess
 import sys
 
-from peers import Table, alternate, run
+from peers import Table, alternate, benchmark_medians, run
 
 JOBS = [
     # what is measured, our figure, the peer's figure, the ratio that we promise
@@ -27,19 +25,6 @@ JOBS = [
     ("catalogue: 10,000 look-ups", "10,000 look-ups", "linear search", 0.05),
     ("catalogue: 10,000 look-ups", "10,000 look-ups", "fromJson", 1.0),
 ]
-
-
-def medians(program, rounds):
-    """Benchmark -> the median of its CPU seconds."""
-    report = subprocess.run(
-        [program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
-         f"--benchmark_repetitions={rounds}", "--benchmark_min_time=0.05"],
-        check=True, stdout=subprocess.PIPE, text=True).stdout
-    times = collections.defaultdict(list)
-    for measured in json.loads(report)["benchmarks"]:
-        if measured["run_type"] == "iteration":
-            times[measured["name"]].append(measured["cpu_time"] / 1e9)
-    return {name: statistics.median(values) for name, values in times.items()}
 
 
 def first_price(program, rounds):
@@ -57,7 +42,8 @@ def main():
     folder = os.path.join(arguments.build, "benchmarks")
 
     table = Table("Web font catalogue, currencies and start-up")
-    seconds = medians(os.path.join(folder, "bench_catalogue"), arguments.rounds)
+    seconds = benchmark_medians(os.path.join(folder, "bench_catalogue"),
+                                arguments.rounds, 0.05)
     for what, ours, peer, promised in JOBS:
         table.add(what, seconds[ours], peer, seconds[peer], promised)
 

@@ -11,14 +11,10 @@ everything runs in one thread of one process. Ends with 1 when a promised ratio 
 """
 
 import argparse
-import collections
-import json
 import os
-import statistics
-import subprocess
 import sys
 
-from peers import Table
+from peers import Table, benchmark_medians
 
 ACCENTS = "removeAccents, 1,000 titles"
 DURATION = "formatDurationFromMSec, 1,000 durations"
@@ -44,26 +40,14 @@ HOSTILE = ["hostile e-mail addresses", "hostile web addresses"]
 HOSTILE_SECONDS = 0.1
 
 
-def medians(program, rounds):
-    """Benchmark -> the median of its CPU seconds."""
-    report = subprocess.run(
-        [program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
-         f"--benchmark_repetitions={rounds}", "--benchmark_min_time=0.02"],
-        check=True, stdout=subprocess.PIPE, text=True).stdout
-    times = collections.defaultdict(list)
-    for run in json.loads(report)["benchmarks"]:
-        if run["run_type"] == "iteration":
-            times[run["name"]].append(run["cpu_time"] / 1e9)
-    return {name: statistics.median(values) for name, values in times.items()}
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--build", default="build/release", help="build folder (build/release)")
     parser.add_argument("--rounds", type=int, default=15)
     arguments = parser.parse_args()
 
-    seconds = medians(os.path.join(arguments.build, "benchmarks", "bench_text"), arguments.rounds)
+    seconds = benchmark_medians(os.path.join(arguments.build, "benchmarks", "bench_text"),
+                                arguments.rounds, 0.02)
     table = Table("Text and generated code")
     for what, ours, peer, promised in JOBS:
         table.add(what, seconds[ours], peer, seconds[peer], promised)
