@@ -129,8 +129,8 @@ double fineDetail(const QImage& image)
 }
 
 /// An image to decode into, in large pages of memory where the system gives them to those who ask:
-/// of small ones a photograph takes thousands, and the faults that fetch them cost more time than
-/// scaling it.
+/// of small ones a photograph takes thousands, and the faults that fetch them cost about as much
+/// time as scaling it.
 QImage imageInLargePages(const QSize& size)
 {
     QImage image(size, QImage::Format_RGB32);
