@@ -3,9 +3,10 @@
 
 #include "ContactSheet.h"
 
+#include "Languages.h"
+
 #include <ImageUtils.h>
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QTextStream>
 #include <QUrl>
@@ -60,11 +61,6 @@ figcaption bdi {
 }
 figcaption span { color: var(--soft); font-variant-numeric: tabular-nums; }
 )css";
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ContactSheet", text);
-}
 
 /// Text as it may stand in HTML. Control characters, which a file name can hold and a page must
 /// not, become U+FFFD.
@@ -130,14 +126,14 @@ QByteArray ContactSheet::html() const
     QTextStream html(&page, QIODevice::WriteOnly);
     html.setCodec("UTF-8");
 
-    const QString count =
-        mPictures.size() == 1 ? tr("1 photograph") : tr("%1 photographs").arg(mPictures.size());
-    html << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+    html << "<!DOCTYPE html>\n<html lang=\"" << Languages::current()
+         << "\">\n<head>\n<meta charset=\"utf-8\">\n"
          << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
          << "<meta name=\"generator\" content=\"" << escaped(QCoreApplication::applicationName())
          << "\">\n<title>" << escaped(mTitle) << "</title>\n<style>" << style
          << "</style>\n</head>\n<body>\n<header>\n<h1><bdi>" << escaped(mTitle)
-         << "</bdi></h1>\n<p>" << escaped(count) << "</p>\n</header>\n<main>\n";
+         << "</bdi></h1>\n<p>" << escaped(tr("%n photograph(s)", nullptr, mPictures.size()))
+         << "</p>\n</header>\n<main>\n";
 
     if (mPictures.isEmpty())
         html << "<p class=\"empty\">" << escaped(tr("There is nothing to show yet.")) << "</p>\n";

@@ -9,11 +9,14 @@
 #include "PictureImporter.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 #include <QVector>
 
 class ContactSheet
 {
+    Q_DECLARE_TR_FUNCTIONS(ContactSheet)
+
 public:
     explicit ContactSheet(const QString& title)
         : mTitle(title)

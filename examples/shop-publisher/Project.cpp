@@ -6,7 +6,6 @@
 #include <FileUtils.h>
 #include <ImageUtils.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -19,11 +18,6 @@
 #include <dirent.h>
 
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("Project", text);
-}
 
 /// Two names with the same key are one file on some system: case or the composition of accents
 /// do not tell files apart everywhere.
@@ -42,15 +36,16 @@ bool nameLess(const QFileInfo& a, const QFileInfo& b)
 class Scan
 {
 public:
-    Scan(QVector<Photograph>* photographs, Failures* failures)
+    Scan(QVector<Photograph>* photographs, WorkItem* errors, const std::function<bool()>& stopped)
         : mPhotographs(photographs)
-        , mFailures(failures)
+        , mErrors(errors)
+        , mStopped(stopped)
     { }
 
     /// \a prefix is empty or ends with "/".
     void walk(const QString& folder, const QString& prefix)
     {
-        if (!checkRawNames(folder, prefix))
+        if (mStopped() || !checkRawNames(folder, prefix))
             return;
         // System: also links that lead nowhere, so that they can be named.
         QFileInfoList entries = QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::System
@@ -67,7 +62,8 @@ public:
             const QString name = prefix + entry.fileName() + QLatin1Char('/');
             // Following it could lead in a circle, or publish what was never meant to be shown.
             if (entry.isSymLink())
-                fail(name, tr("is a link to a folder, which is not followed"));
+                fail(WorkItem::Folder, name, WorkItem::Unsuitable,
+                     Project::tr("is a link to a folder, which is not followed"));
             else
                 walk(entry.filePath(), name);
         }
@@ -77,11 +73,12 @@ private:
     void add(const QFileInfo& entry, const QString& name)
     {
         if (entry.isSymLink() && !entry.exists()) {
-            fail(name, tr("is a link that leads nowhere"));
+            fail(WorkItem::Picture, name, WorkItem::Missing,
+                 Project::tr("is a link that leads nowhere"));
             return;
         }
         if (!entry.isFile()) {
-            fail(name, tr("is not a file"));
+            fail(WorkItem::Picture, name, WorkItem::Unsuitable, Project::tr("is not a file"));
             return;
         }
         mPhotographs->append({entry.canonicalFilePath(), name, QString()});
@@ -93,8 +90,9 @@ private:
     {
         DIR* const directory = ::opendir(QFile::encodeName(folder).constData());
         if (!directory) {
-            fail(prefix.isEmpty() ? folder : prefix,
-                 tr("cannot be read (%1)").arg(QString::fromLocal8Bit(std::strerror(errno))));
+            const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+            fail(WorkItem::Folder, prefix.isEmpty() ? folder : prefix, WorkItem::Unreadable,
+                 Project::tr("cannot be read (%1)").arg(reason));
             return false;
         }
         while (const dirent* const entry = ::readdir(directory)) {
@@ -104,19 +102,25 @@ private:
                 name.contains(QChar(QChar::ReplacementCharacter)) && QFile::encodeName(name) != raw;
             if (undecodable && !raw.startsWith('.')
                 && (entry->d_type == DT_DIR || ImageUtils::filenameHasWebImageExtension(name)))
-                fail(prefix + name, tr("has a name that is not valid UTF-8; please rename it"));
+                fail(entry->d_type == DT_DIR ? WorkItem::Folder : WorkItem::Picture, prefix + name,
+                     WorkItem::Unsuitable,
+                     Project::tr("has a name that is not valid UTF-8; please rename it"));
         }
         ::closedir(directory);
         return true;
     }
 
-    void fail(const QString& subject, const QString& reason)
+    void fail(WorkItem::Kind kind, const QString& name, WorkItem::Failure failure,
+              const QString& reason)
     {
-        mFailures->append({subject, reason});
+        auto* const item = new WorkItem(kind, name, mErrors);
+        mErrors->ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
+        item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
     }
 
     QVector<Photograph>* mPhotographs;
-    Failures* mFailures;
+    WorkItem* mErrors;
+    const std::function<bool()>& mStopped;
 };
 
 void giveSiteNames(QVector<Photograph>* photographs)
@@ -159,10 +163,11 @@ QString Project::title() const
     return name.isEmpty() ? tr("Photographs") : name;
 }
 
-QVector<Photograph> Project::photographs(Failures* failures) const
+QVector<Photograph> Project::photographs(WorkItem* errors,
+                                         const std::function<bool()>& stopped) const
 {
     QVector<Photograph> photographs;
-    Scan(&photographs, failures).walk(mPhotosFolder, QString());
+    Scan(&photographs, errors, stopped).walk(mPhotosFolder, QString());
     giveSiteNames(&photographs);
     return photographs;
 }

@@ -5,7 +5,6 @@
 
 #include <FileUtils.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -22,11 +21,6 @@ const Qt::CaseSensitivity pathCase = Qt::CaseInsensitive;
 #else
 const Qt::CaseSensitivity pathCase = Qt::CaseSensitive;
 #endif
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("Site", text);
-}
 
 /// The path with all links resolved, although its last parts may not exist.
 QString resolvedPath(const QString& path)

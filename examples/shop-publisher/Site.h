@@ -13,6 +13,7 @@
 #include "Project.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -20,6 +21,8 @@
 
 class Site
 {
+    Q_DECLARE_TR_FUNCTIONS(Site)
+
 public:
     /// Nothing is made or touched yet. \a path need not exist.
     explicit Site(const QString& path);
