@@ -109,9 +109,12 @@ void Console::report(const QVector<ErrorableCode>& failures, bool verbose)
         text += QLatin1String("  ") + printable(failure.details) + QLatin1Char('\n');
         if (!verbose)
             continue;
-        const QStringList lines = failure.toString(true).split(QLatin1Char('\n'));
+        // A name that holds a line end must not forge a step.
+        ErrorableCode shown = failure;
+        shown.details = printable(failure.details);
+        const QStringList lines = shown.toString(true).split(QLatin1Char('\n'));
         for (const QString& line : lines)
-            text += QLatin1String("      ") + printable(line) + QLatin1Char('\n');
+            text += QLatin1String("      ") + line + QLatin1Char('\n');
     }
     printError(text);
 }

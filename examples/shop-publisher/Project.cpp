@@ -61,11 +61,14 @@ public:
                 continue;
             const QString name = prefix + entry.fileName() + QLatin1Char('/');
             // Following it could lead in a circle, or publish what was never meant to be shown.
-            if (entry.isSymLink())
-                fail(WorkItem::Folder, name, WorkItem::Unsuitable,
-                     Project::tr("is a link to a folder, which is not followed"));
-            else
+            if (entry.isSymLink()) {
+                WorkItem* const link = item(WorkItem::Folder, name);
+                link->ORVAUTILS_SET_ERROR(
+                    link->failure(WorkItem::Unsuitable,
+                                  Project::tr("is a link to a folder, which is not followed")));
+            } else {
                 walk(entry.filePath(), name);
+            }
         }
     }
 
@@ -73,12 +76,15 @@ private:
     void add(const QFileInfo& entry, const QString& name)
     {
         if (entry.isSymLink() && !entry.exists()) {
-            fail(WorkItem::Picture, name, WorkItem::Missing,
-                 Project::tr("is a link that leads nowhere"));
+            WorkItem* const link = item(WorkItem::Picture, name);
+            link->ORVAUTILS_SET_ERROR(
+                link->failure(WorkItem::Missing, Project::tr("is a link that leads nowhere")));
             return;
         }
         if (!entry.isFile()) {
-            fail(WorkItem::Picture, name, WorkItem::Unsuitable, Project::tr("is not a file"));
+            WorkItem* const noFile = item(WorkItem::Picture, name);
+            noFile->ORVAUTILS_SET_ERROR(
+                noFile->failure(WorkItem::Unsuitable, Project::tr("is not a file")));
             return;
         }
         mPhotographs->append({entry.canonicalFilePath(), name, QString()});
@@ -91,8 +97,9 @@ private:
         DIR* const directory = ::opendir(QFile::encodeName(folder).constData());
         if (!directory) {
             const QString reason = QString::fromLocal8Bit(std::strerror(errno));
-            fail(WorkItem::Folder, prefix.isEmpty() ? folder : prefix, WorkItem::Unreadable,
-                 Project::tr("cannot be read (%1)").arg(reason));
+            WorkItem* const closed = item(WorkItem::Folder, prefix.isEmpty() ? folder : prefix);
+            closed->ORVAUTILS_SET_ERROR(closed->failure(
+                WorkItem::Unreadable, Project::tr("cannot be read (%1)").arg(reason)));
             return false;
         }
         while (const dirent* const entry = ::readdir(directory)) {
@@ -100,22 +107,26 @@ private:
             const QString name = QFile::decodeName(raw);
             const bool undecodable =
                 name.contains(QChar(QChar::ReplacementCharacter)) && QFile::encodeName(name) != raw;
-            if (undecodable && !raw.startsWith('.')
-                && (entry->d_type == DT_DIR || ImageUtils::filenameHasWebImageExtension(name)))
-                fail(entry->d_type == DT_DIR ? WorkItem::Folder : WorkItem::Picture, prefix + name,
-                     WorkItem::Unsuitable,
-                     Project::tr("has a name that is not valid UTF-8; please rename it"));
+            const bool isFolder = entry->d_type == DT_DIR;
+            if (!undecodable || raw.startsWith('.')
+                || (!isFolder && !ImageUtils::filenameHasWebImageExtension(name)))
+                continue;
+            WorkItem* const strange =
+                item(isFolder ? WorkItem::Folder : WorkItem::Picture, prefix + name);
+            strange->ORVAUTILS_SET_ERROR(strange->failure(
+                WorkItem::Unsuitable,
+                Project::tr("has a name that is not valid UTF-8; please rename it")));
         }
         ::closedir(directory);
         return true;
     }
 
-    void fail(WorkItem::Kind kind, const QString& name, WorkItem::Failure failure,
-              const QString& reason)
+    /// What cannot be used.
+    WorkItem* item(WorkItem::Kind kind, const QString& name)
     {
-        auto* const item = new WorkItem(kind, name, mErrors);
-        mErrors->ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
-        item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
+        auto* const unusable = new WorkItem(kind, name, mErrors);
+        mErrors->ORVAUTILS_ADD_ERRORABLE_CHILD(*unusable);
+        return unusable;
     }
 
     QVector<Photograph>* mPhotographs;

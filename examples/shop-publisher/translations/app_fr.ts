@@ -148,8 +148,8 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message numerus="yes">
         <source>Stopped: %1 of %n photograph(s) imported, no page written</source>
         <translation>
-            <numerusform>Arrêté : %1 photographie sur %n importée, aucune page écrite</numerusform>
-            <numerusform>Arrêté : %1 photographies sur %n importées, aucune page écrite</numerusform>
+            <numerusform>Arrêté. Photographies importées : %1 sur %n ; aucune page écrite</numerusform>
+            <numerusform>Arrêté. Photographies importées : %1 sur %n ; aucune page écrite</numerusform>
         </translation>
     </message>
     <message>
@@ -159,8 +159,8 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message numerus="yes">
         <source>%1 of %n photograph(s) imported: %2</source>
         <translation>
-            <numerusform>%1 photographie sur %n importée : %2</numerusform>
-            <numerusform>%1 photographies sur %n importées : %2</numerusform>
+            <numerusform>Photographies importées : %1 sur %n. Page : %2</numerusform>
+            <numerusform>Photographies importées : %1 sur %n. Page : %2</numerusform>
         </translation>
     </message>
     <message>
