@@ -164,6 +164,7 @@ void Console::drawBar(const QString& step)
     const QString line = QString(filled, blocks ? QChar(0x2588) : QLatin1Char('#'))
         + QString(barColumns - filled, blocks ? QChar(0x2591) : QLatin1Char('.')) + QLatin1Char(' ')
         + counter() + QLatin1String("  ") + printable(step);
-    // One column short of the edge: a line that reaches it would wrap.
-    print(QLatin1Char('\r') + fitted(line, terminalColumns() - 1));
+    // Three columns short of the edge, so that the terminal has room for its "^C": a line that
+    // reaches the edge wraps.
+    print(QLatin1Char('\r') + fitted(line, qMax(1, terminalColumns() - 3)));
 }
