@@ -194,7 +194,7 @@ bool PictureImporter::import(const Photograph& photograph, LogKeeper* log,
         *reason = defect.reason;
         item->ORVAUTILS_SET_ERROR(item->failure(defect.failure, *reason));
     } else {
-        published->source = photograph.source;
+        published->photograph = photograph.name;
         published->name = photograph.siteName;
         published->imageSize = ImageUtils::imageSize(image);
         published->thumbSize = shownSize(ImageUtils::imageSize(thumb),

@@ -21,7 +21,7 @@ class LogKeeper;
 /// What the pages need to know of a picture of the site.
 struct PublishedPicture
 {
-    QString source; ///< absolute path of the photograph
+    QString photograph; ///< path of the photograph below the photographs' folder
     QString name; ///< path below SITE/images and SITE/thumbs
     QSize imageSize; ///< pixels of the large picture; for an SVG its nominal size
     QSize thumbSize; ///< size in CSS pixels at which the small picture is meant to be shown

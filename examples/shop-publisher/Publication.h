@@ -8,6 +8,8 @@
 
 #include "PictureImporter.h"
 #include "Project.h"
+#include "Shop.h"
+#include "ShopFile.h"
 #include "Site.h"
 #include "WorkItem.h"
 
@@ -15,17 +17,18 @@
 #include <Thread.h>
 #include <Threadable.h>
 
+#include <QStringList>
 #include <QVector>
 
 /// The worker of a PublicationThread, and the root of the tree of errors: below it the folder of
 /// the photographs with what was found there and cannot be used, the importer with its pictures,
-/// and the pages.
+/// shop.json with its products, and the pages.
 class Publication : public Threadable, public Errorable
 {
     Q_OBJECT
 
 public:
-    /// \a site is open. Both outlive this object.
+    /// \a site is open. Both outlive this object, which is made on the main thread.
     Publication(const Project& project, Site* site);
 
     /// Does everything. Ends early when the interruption of the thread is requested: the picture
@@ -41,22 +44,30 @@ public:
     int photographs() const { return mPhotographs; }
     int imported() const { return mImported; }
 
-    /// The page was written.
+    /// The contact sheet was written.
     bool pageWritten() const { return mPageWritten; }
+
+    /// The languages in which the page of the shop was written; none where there is no shop, or
+    /// something is wrong with it.
+    QStringList shopLanguages() const { return mShopLanguages; }
 
     /// It ended early, and something was left undone.
     bool stopped() const { return mStopped; }
 
 private:
-    void writePage(const QVector<PublishedPicture>& pictures);
+    bool writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures);
+    bool writeContactSheet(const QVector<PublishedPicture>& pictures, const QStringList& languages);
+    bool write(const QVector<SiteFile>& files);
 
     const Project& mProject;
     Site* mSite;
     WorkItem mFolder;
+    ShopFile mShopFile;
     PictureImporter mImporter;
     int mPhotographs = 0;
     int mImported = 0;
     bool mPageWritten = false;
+    QStringList mShopLanguages;
     bool mStopped = false;
 };
 

@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <cerrno>
 #include <cstdio>
@@ -120,19 +119,21 @@ bool Site::publish(const QString& draftPath, const QString& place, QString* reas
     return true;
 }
 
-bool Site::write(const QString& place, const QByteArray& content, QString* reason)
+bool Site::write(const QVector<SiteFile>& files, SiteFile* failed, QString* reason)
 {
-    if (!makeFolderFor(place, reason))
-        return false;
-    const QString target = mFolder + QLatin1Char('/') + place;
-    // QSaveFile would write through a link, out of the site.
-    if (QFileInfo(target).isSymLink())
-        QFile::remove(target);
-    QSaveFile file(target);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()
-        || !file.commit()) {
-        *reason = tr("cannot be written (%1)").arg(file.errorString());
-        return false;
+    for (int i = 0; i < files.size(); ++i) {
+        *failed = files.at(i);
+        QFile file(draft(QString::number(i)));
+        if (!file.open(QIODevice::WriteOnly)
+            || file.write(failed->content) != failed->content.size() || !file.flush()) {
+            *reason = tr("cannot be written (%1)").arg(file.errorString());
+            return false;
+        }
+    }
+    for (int i = 0; i < files.size(); ++i) {
+        *failed = files.at(i);
+        if (!publish(draft(QString::number(i)), failed->place, reason))
+            return false;
     }
     return true;
 }

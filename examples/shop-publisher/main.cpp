@@ -13,6 +13,7 @@
 #include "LogKeeper.h"
 #include "Project.h"
 #include "Publication.h"
+#include "ShopPage.h"
 #include "Site.h"
 #include "StopSignals.h"
 
@@ -104,6 +105,10 @@ void summarise(const Publication& publication, const Project& project, const Sit
         console->say(
             Program::tr("%1 of %n photograph(s) imported: %2", nullptr, publication.photographs())
                 .arg(QString::number(publication.imported()), page));
+    const QStringList languages = publication.shopLanguages();
+    for (const QString& language : languages)
+        console->say(Program::tr("Shop: %1")
+                         .arg(site.folder() + QLatin1Char('/') + ShopPage::fileName(language)));
 }
 
 ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,

@@ -75,6 +75,10 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>There is nothing to show yet.</source>
         <translation>Es gibt noch nichts zu zeigen.</translation>
     </message>
+    <message>
+        <source>Shop:</source>
+        <translation>Laden:</translation>
+    </message>
 </context>
 <context>
     <name>Languages</name>
@@ -82,6 +86,29 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>en</source>
         <extracomment>The code of the language of this translation.</extracomment>
         <translation>de</translation>
+    </message>
+</context>
+<context>
+    <name>PageTexts</name>
+    <message>
+        <source>VAT</source>
+        <translation>MwSt.</translation>
+    </message>
+    <message>
+        <source>incl. VAT</source>
+        <translation>inkl. MwSt.</translation>
+    </message>
+    <message>
+        <source>net</source>
+        <translation>netto</translation>
+    </message>
+    <message>
+        <source>Prices in %1, with the VAT of %2.</source>
+        <translation>Preise in %1, Mehrwertsteuer: %2.</translation>
+    </message>
+    <message>
+        <source>All photographs</source>
+        <translation>Alle Fotos</translation>
     </message>
 </context>
 <context>
@@ -171,6 +198,10 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>There is no folder %1.</source>
         <translation>Es gibt keinen Ordner %1.</translation>
     </message>
+    <message>
+        <source>Shop: %1</source>
+        <translation>Laden: %1</translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -197,6 +228,112 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>Photographs</source>
         <translation>Fotos</translation>
+    </message>
+</context>
+<context>
+    <name>Publication</name>
+    <message>
+        <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
+        <translation>der Laden wird nicht geschrieben, weil sich das Foto „%1“ eines seiner Produkte nicht importieren ließ</translation>
+    </message>
+</context>
+<context>
+    <name>ShopFile</name>
+    <message>
+        <source>is missing</source>
+        <translation>fehlt</translation>
+    </message>
+    <message>
+        <source>is no text</source>
+        <translation>ist kein Text</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>ist leer</translation>
+    </message>
+    <message>
+        <source>has no text in &quot;%1&quot;</source>
+        <translation>hat keinen Text in „%1“</translation>
+    </message>
+    <message>
+        <source>is no text in &quot;%1&quot;</source>
+        <translation>ist kein Text in „%1“</translation>
+    </message>
+    <message>
+        <source>is no list of languages</source>
+        <translation>ist keine Liste von Sprachen</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a language, such as &quot;fr&quot; or &quot;pt_BR&quot;</source>
+        <translation>„%1“ ist kein Kürzel einer Sprache wie „fr“ oder „pt_BR“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; stands there twice</source>
+        <translation>„%1“ steht zweimal da</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a currency, such as &quot;EUR&quot;</source>
+        <translation>„%1“ ist kein Kürzel einer Währung wie „EUR“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no country of the European Union whose tax rates are known, such as &quot;FR&quot;</source>
+        <translation>„%1“ ist kein Land der Europäischen Union, dessen Steuersätze bekannt sind, wie „FR“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no family of the catalogue of web fonts</source>
+        <translation>„%1“ ist keine Familie aus dem Verzeichnis der Webschriften</translation>
+    </message>
+    <message>
+        <source>is no list of products</source>
+        <translation>ist keine Liste von Produkten</translation>
+    </message>
+    <message>
+        <source>is no object</source>
+        <translation>ist kein Objekt</translation>
+    </message>
+    <message>
+        <source>%1, product %2</source>
+        <translation>%1, Produkt %2</translation>
+    </message>
+    <message>
+        <source>%1, product %2 (%3)</source>
+        <translation>%1, Produkt %2 (%3)</translation>
+    </message>
+    <message>
+        <source>there is no photograph &quot;%1&quot;</source>
+        <translation>es gibt kein Foto „%1“</translation>
+    </message>
+    <message>
+        <source>is no tax category: a number from 0 to 4</source>
+        <translation>ist keine Steuerklasse: eine Zahl von 0 bis 4</translation>
+    </message>
+    <message>
+        <source>is no number, such as 12.50</source>
+        <translation>ist keine Zahl wie 12.50</translation>
+    </message>
+    <message>
+        <source>is below zero</source>
+        <translation>liegt unter null</translation>
+    </message>
+    <message>
+        <source>is too high for a price</source>
+        <translation>ist zu hoch für einen Preis</translation>
+    </message>
+    <message>
+        <source>%1 has no rate of the category %2</source>
+        <translation>%1 hat keinen Satz der Klasse %2</translation>
+    </message>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>lässt sich nicht öffnen (%1)</translation>
+    </message>
+    <message>
+        <source>is no valid JSON (line %1: %2)</source>
+        <translation>ist kein gültiges JSON (Zeile %1: %2)</translation>
+    </message>
+    <message>
+        <source>holds no object</source>
+        <translation>enthält kein Objekt</translation>
     </message>
 </context>
 <context>

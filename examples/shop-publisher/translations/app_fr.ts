@@ -75,6 +75,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>There is nothing to show yet.</source>
         <translation>Il n’y a encore rien à montrer.</translation>
     </message>
+    <message>
+        <source>Shop:</source>
+        <translation>Boutique :</translation>
+    </message>
 </context>
 <context>
     <name>Languages</name>
@@ -82,6 +86,29 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>en</source>
         <extracomment>The code of the language of this translation.</extracomment>
         <translation>fr</translation>
+    </message>
+</context>
+<context>
+    <name>PageTexts</name>
+    <message>
+        <source>VAT</source>
+        <translation>TVA</translation>
+    </message>
+    <message>
+        <source>incl. VAT</source>
+        <translation>TTC</translation>
+    </message>
+    <message>
+        <source>net</source>
+        <translation>HT</translation>
+    </message>
+    <message>
+        <source>Prices in %1, with the VAT of %2.</source>
+        <translation>Prix en %1, TVA applicable : %2.</translation>
+    </message>
+    <message>
+        <source>All photographs</source>
+        <translation>Toutes les photographies</translation>
     </message>
 </context>
 <context>
@@ -171,6 +198,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>There is no folder %1.</source>
         <translation>Il n’y a pas de dossier %1.</translation>
     </message>
+    <message>
+        <source>Shop: %1</source>
+        <translation>Boutique : %1</translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -197,6 +228,112 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Photographs</source>
         <translation>Photographies</translation>
+    </message>
+</context>
+<context>
+    <name>Publication</name>
+    <message>
+        <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
+        <translation>la boutique n’est pas écrite, parce que la photographie « %1 » d’un de ses produits n’a pas pu être importée</translation>
+    </message>
+</context>
+<context>
+    <name>ShopFile</name>
+    <message>
+        <source>is missing</source>
+        <translation>manque</translation>
+    </message>
+    <message>
+        <source>is no text</source>
+        <translation>n’est pas un texte</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>est vide</translation>
+    </message>
+    <message>
+        <source>has no text in &quot;%1&quot;</source>
+        <translation>n’a pas de texte en « %1 »</translation>
+    </message>
+    <message>
+        <source>is no text in &quot;%1&quot;</source>
+        <translation>n’est pas un texte en « %1 »</translation>
+    </message>
+    <message>
+        <source>is no list of languages</source>
+        <translation>n’est pas une liste de langues</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a language, such as &quot;fr&quot; or &quot;pt_BR&quot;</source>
+        <translation>« %1 » n’est pas le code d’une langue, comme « fr » ou « pt_BR »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; stands there twice</source>
+        <translation>« %1 » y figure deux fois</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a currency, such as &quot;EUR&quot;</source>
+        <translation>« %1 » n’est pas le code d’une monnaie, comme « EUR »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no country of the European Union whose tax rates are known, such as &quot;FR&quot;</source>
+        <translation>« %1 » n’est pas un pays de l’Union européenne dont les taux de TVA sont connus, comme « FR »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no family of the catalogue of web fonts</source>
+        <translation>« %1 » n’est pas une famille du catalogue de polices web</translation>
+    </message>
+    <message>
+        <source>is no list of products</source>
+        <translation>n’est pas une liste de produits</translation>
+    </message>
+    <message>
+        <source>is no object</source>
+        <translation>n’est pas un objet</translation>
+    </message>
+    <message>
+        <source>%1, product %2</source>
+        <translation>%1, produit %2</translation>
+    </message>
+    <message>
+        <source>%1, product %2 (%3)</source>
+        <translation>%1, produit %2 (%3)</translation>
+    </message>
+    <message>
+        <source>there is no photograph &quot;%1&quot;</source>
+        <translation>il n’y a pas de photographie « %1 »</translation>
+    </message>
+    <message>
+        <source>is no tax category: a number from 0 to 4</source>
+        <translation>n’est pas une catégorie de taxe : un nombre de 0 à 4</translation>
+    </message>
+    <message>
+        <source>is no number, such as 12.50</source>
+        <translation>n’est pas un nombre, comme 12.50</translation>
+    </message>
+    <message>
+        <source>is below zero</source>
+        <translation>est inférieur à zéro</translation>
+    </message>
+    <message>
+        <source>is too high for a price</source>
+        <translation>est trop élevé pour un prix</translation>
+    </message>
+    <message>
+        <source>%1 has no rate of the category %2</source>
+        <translation>%1 n’a pas de taux de la catégorie %2</translation>
+    </message>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>ne peut pas être ouvert (%1)</translation>
+    </message>
+    <message>
+        <source>is no valid JSON (line %1: %2)</source>
+        <translation>n’est pas du JSON valide (ligne %1 : %2)</translation>
+    </message>
+    <message>
+        <source>holds no object</source>
+        <translation>ne contient pas d’objet</translation>
     </message>
 </context>
 <context>
