@@ -125,19 +125,6 @@ protected:
     }
 };
 
-/// A process whose files cannot grow beyond 30 kB.
-class LimitedProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override
-    {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {30000, 30000};
-        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            ::_exit(126);
-    }
-};
-
 /// The same with a terminal of \a columns as the standard output.
 Outcome runOnTerminal(const QStringList& arguments, int columns)
 {

@@ -20,6 +20,7 @@ struct ShopFont
     QString category; ///< "serif", "sans-serif", "display", "handwriting" or "monospace"
     int textWeight = 400; ///< the weight of the family that is nearest to 400
     int boldWeight = 700; ///< that nearest to 700
+    bool italic = false; ///< the family has no upright style
 };
 
 struct ShopProduct

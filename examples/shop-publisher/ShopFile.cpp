@@ -217,6 +217,9 @@ private:
             if (it.value().hasNormal)
                 weights.append(it.key());
         }
+        font.italic = weights.isEmpty();
+        if (font.italic)
+            weights = available.keys();
         font.textWeight = nearestWeight(weights, 400);
         font.boldWeight = nearestWeight(weights, 700);
         return font;

@@ -33,7 +33,7 @@ const char style[] = R"css(
 * { box-sizing: border-box; }
 body {
   margin: 0; background: var(--page); color: var(--ink);
-  font-family: @FONT@; font-weight: @TEXT@; font-size: 1.125rem; line-height: 1.5;
+  font-family: @FONT@; font-weight: @TEXT@; font-style: @STYLE@; font-size: 1.125rem; line-height: 1.5;
   font-variant-numeric: lining-nums;
 }
 a { color: inherit; }
@@ -114,6 +114,7 @@ QString styleFor(const ShopFont& font)
     css.replace(QLatin1String("@FONT@"),
                 cssText(font.family) + QLatin1String(", ") + systemFonts(font.category));
     css.replace(QLatin1String("@TEXT@"), QString::number(font.textWeight));
+    css.replace(QLatin1String("@STYLE@"), QLatin1String(font.italic ? "italic" : "normal"));
     css.replace(QLatin1String("@BOLD@"), QString::number(font.boldWeight));
     return css;
 }
@@ -122,9 +123,10 @@ QString styleFor(const ShopFont& font)
 /// them.
 QString scriptFor(const ShopFont& font)
 {
-    QString weights = QString::number(font.textWeight);
+    const QLatin1String slope(font.italic ? "i" : "");
+    QString weights = QString::number(font.textWeight) + slope;
     if (font.boldWeight != font.textWeight)
-        weights += QLatin1Char(',') + QString::number(font.boldWeight);
+        weights += QLatin1Char(',') + QString::number(font.boldWeight) + slope;
     const QString family = QString::fromLatin1(
         QUrl::toPercentEncoding(font.family, QByteArrayLiteral(" ")).replace(' ', '+'));
     const QString url = QStringLiteral("https://fonts.googleapis.com/css?family=%1:%2&display=swap")
@@ -138,29 +140,36 @@ QString scriptFor(const ShopFont& font)
         .arg(HTMLUtils::encodeToJavascriptText(url));
 }
 
-/// The country's name, in the language of the page if the country speaks it.
-QString countryName(const QString& code, const QString& language)
+QLocale::Country countryOf(const QString& code)
 {
     QString territory = code;
     if (territory == QLatin1String("EL")) // as the Union writes them
         territory = QStringLiteral("GR");
     else if (territory == QLatin1String("UK"))
         territory = QStringLiteral("GB");
-    QString name;
     const QList<QLocale> locales =
         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
     for (const QLocale& locale : locales) {
-        const QString localeName = locale.name();
-        if (!localeName.endsWith(QLatin1Char('_') + territory))
-            continue;
-        const bool sameLanguage = localeName.startsWith(language + QLatin1Char('_'));
-        // English where the page speaks neither of the country's languages.
-        if (name.isEmpty() || sameLanguage || locale.language() == QLocale::English)
-            name = locale.nativeCountryName();
-        if (sameLanguage)
-            break;
+        if (locale.name().endsWith(QLatin1Char('_') + territory))
+            return locale.country();
     }
-    return name.isEmpty() ? code : name;
+    return QLocale::AnyCountry;
+}
+
+/// The country's name in the language of the page, as far as Qt knows it: in English, and in the
+/// languages of the country itself; else in the first of these.
+QString countryName(const QString& code, const QString& pageLanguage)
+{
+    const QLocale::Country country = countryOf(code);
+    const QLocale::Language language = QLocale(pageLanguage).language();
+    if (country == QLocale::AnyCountry)
+        return code;
+    if (language == QLocale::English)
+        return QLocale::countryToString(country);
+    const QLocale there(language, country);
+    if (there.language() == language && there.country() == country)
+        return there.nativeCountryName();
+    return QLocale(QLocale::AnyLanguage, country).nativeCountryName();
 }
 
 /// A rate as people write it: "5.5 %", with the point of the prices.

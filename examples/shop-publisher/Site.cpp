@@ -123,6 +123,13 @@ bool Site::write(const QVector<SiteFile>& files, SiteFile* failed, QString* reas
 {
     for (int i = 0; i < files.size(); ++i) {
         *failed = files.at(i);
+        if (!makeFolderFor(failed->place, reason))
+            return false;
+        const QFileInfo target(mFolder + QLatin1Char('/') + failed->place);
+        if (target.isDir() && !target.isSymLink()) {
+            *reason = tr("cannot be written (a folder of that name is in the way)");
+            return false;
+        }
         QFile file(draft(QString::number(i)));
         if (!file.open(QIODevice::WriteOnly)
             || file.write(failed->content) != failed->content.size() || !file.flush()) {

@@ -18,6 +18,10 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
 const int allImported = 0;
 const int someFailed = 1;
 const int badUsage = 2;
@@ -134,6 +138,19 @@ inline QProcessEnvironment environmentFor(const QString& home)
     }
     return environment;
 }
+
+/// A process whose files cannot grow beyond 30 kB.
+class LimitedProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override
+    {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {30000, 30000};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
+            ::_exit(126);
+    }
+};
 
 inline Outcome run(QProcess& process, const QStringList& arguments, const QString& home)
 {

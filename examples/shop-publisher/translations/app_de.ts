@@ -382,5 +382,9 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>cannot be written: the folder %1 cannot be made</source>
         <translation>lässt sich nicht schreiben: der Ordner %1 lässt sich nicht anlegen</translation>
     </message>
+    <message>
+        <source>cannot be written (a folder of that name is in the way)</source>
+        <translation>lässt sich nicht schreiben (ein Ordner dieses Namens ist im Weg)</translation>
+    </message>
 </context>
 </TS>

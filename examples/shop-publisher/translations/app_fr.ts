@@ -382,5 +382,9 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>cannot be written: the folder %1 cannot be made</source>
         <translation>ne peut pas être écrit : le dossier %1 ne peut pas être créé</translation>
     </message>
+    <message>
+        <source>cannot be written (a folder of that name is in the way)</source>
+        <translation>ne peut pas être écrit (un dossier de ce nom est en travers)</translation>
+    </message>
 </context>
 </TS>
