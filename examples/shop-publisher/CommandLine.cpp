@@ -3,17 +3,45 @@
 
 #include "CommandLine.h"
 
+#include "Languages.h"
+
 #include <QCommandLineParser>
-#include <QCoreApplication>
 
 namespace {
 
-QString tr(const char* text)
+/// The options, each with its name and what the help says of it.
+struct Options
 {
-    return QCoreApplication::translate("CommandLine", text);
-}
+    // Not addHelpOption(): it also brings options of Qt that mean nothing to this program.
+    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
+                            CommandLine::tr("Show this help.")};
+    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
+                               CommandLine::tr("Show the version.")};
+    QCommandLineOption quiet{{QStringLiteral("q"), QStringLiteral("quiet")},
+                             CommandLine::tr("Print nothing but failures.")};
+    QCommandLineOption verbose{QStringLiteral("verbose"),
+                               CommandLine::tr("Show the way that each failure took.")};
+    QCommandLineOption language{{QStringLiteral("l"), QStringLiteral("language")},
+                                CommandLine::tr("Speak this language (%1); else the system's.")
+                                    .arg(Languages::available().join(QLatin1String(", "))),
+                                CommandLine::tr("code")};
+
+    void addTo(QCommandLineParser* parser) const
+    {
+        parser->addOptions({help, version, quiet, verbose, language});
+    }
+};
 
 } // namespace
+
+QString CommandLine::language(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    const Options options;
+    options.addTo(&parser);
+    parser.parse(arguments);
+    return parser.value(options.language);
+}
 
 CommandLine CommandLine::parse(const QStringList& arguments)
 {
@@ -21,17 +49,9 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     parser.setApplicationDescription(
         tr("Imports the photographs of a shop project upright into a web site and makes a page "
            "that shows them.\n\n"
-           "Exit code: 0 all imported, 1 some failed, 2 bad usage."));
-    // Not addHelpOption(): it also brings options of Qt that mean nothing to this program.
-    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
-                                  tr("Show this help."));
-    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
-                                     tr("Show the version."));
-    const QCommandLineOption quiet({QStringLiteral("q"), QStringLiteral("quiet")},
-                                   tr("Print nothing but failures."));
-    parser.addOption(help);
-    parser.addOption(version);
-    parser.addOption(quiet);
+           "Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C."));
+    const Options options;
+    options.addTo(&parser);
     parser.addPositionalArgument(
         QStringLiteral("PROJECT"),
         tr("Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG)."));
@@ -44,11 +64,11 @@ CommandLine CommandLine::parse(const QStringList& arguments)
         result.text = parser.errorText();
         return result;
     }
-    if (parser.isSet(help) || parser.isSet(version)) {
+    if (parser.isSet(options.help) || parser.isSet(options.version)) {
         result.request = ShowText;
-        result.text = parser.isSet(help) ? parser.helpText()
-                                         : QCoreApplication::applicationName() + QLatin1Char(' ')
-                + QCoreApplication::applicationVersion() + QLatin1Char('\n');
+        result.text = parser.isSet(options.help) ? parser.helpText().trimmed() + QLatin1Char('\n')
+                                                 : QCoreApplication::applicationName()
+                + QLatin1Char(' ') + QCoreApplication::applicationVersion() + QLatin1Char('\n');
         return result;
     }
     const QStringList folders = parser.positionalArguments();
@@ -64,6 +84,7 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     result.request = Publish;
     result.project = folders.at(0);
     result.site = folders.at(1);
-    result.quiet = parser.isSet(quiet);
+    result.quiet = parser.isSet(options.quiet);
+    result.verbose = parser.isSet(options.verbose);
     return result;
 }

@@ -6,11 +6,15 @@
 #ifndef COMMANDLINE_H
 #define COMMANDLINE_H
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
 struct CommandLine
 {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+
+public:
     enum Request {
         Publish, ///< \a project and \a site are set
         ShowText, ///< help or version: print \a text, all is well
@@ -21,10 +25,16 @@ struct CommandLine
     QString project;
     QString site;
     bool quiet = false;
+    bool verbose = false;
     QString text;
 
     /// \a arguments begin with the program's name. The folders are not looked at here.
+    /// Its texts are in the language of the program, which is chosen before: see language().
     static CommandLine parse(const QStringList& arguments);
+
+    /// The language that \a arguments ask for; empty where they do not. Whether they are right
+    /// otherwise does not count.
+    static QString language(const QStringList& arguments);
 };
 
 #endif // COMMANDLINE_H

@@ -3,7 +3,6 @@
 
 #include "Console.h"
 
-#include <QCoreApplication>
 #include <QTextCodec>
 #include <QTextStream>
 
@@ -13,11 +12,6 @@
 #include <unistd.h>
 
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("Console", text);
-}
 
 /// How many columns a character takes on a terminal.
 int columnsOf(uint character)
@@ -79,32 +73,18 @@ Console::Console(bool quiet)
     , mTerminal(::isatty(STDOUT_FILENO) == 1)
 { }
 
-void Console::begin(int total)
+void Console::progress(const QString& whole, const QString& step)
 {
-    mTotal = total;
-    mDone = 0;
-}
-
-void Console::started(const QString& name)
-{
-    if (mTerminal && !mQuiet)
-        drawBar(name);
-}
-
-void Console::finished(const QString& name, const QString& reason)
-{
-    ++mDone;
+    const int done = whole.section(QLatin1Char('/'), 0, 0).toInt();
+    const bool stepIsDone = done > mDone;
+    mDone = done;
+    mTotal = whole.section(QLatin1Char('/'), 1).toInt();
     if (mQuiet)
         return;
-    if (mTerminal) {
-        drawBar(name);
-        return;
-    }
-    const QString total = QString::number(mTotal);
-    print(QStringLiteral("[%1/%2] %3%4\n")
-              .arg(mDone, total.size())
-              .arg(total, printable(name),
-                   reason.isEmpty() ? QString() : tr(": FAILED, ") + printable(reason)));
+    if (mTerminal)
+        drawBar(step);
+    else if (stepIsDone)
+        print(QStringLiteral("[%1] %2\n").arg(counter(), printable(step)));
 }
 
 void Console::end()
@@ -120,15 +100,22 @@ void Console::say(const QString& text)
         print(printable(text) + QLatin1Char('\n'));
 }
 
-void Console::report(const Failures& failures)
+void Console::report(const QVector<ErrorableCode>& failures, bool verbose)
 {
     if (failures.isEmpty())
         return;
-    QString text =
-        failures.size() == 1 ? tr("1 failure:\n") : tr("%1 failures:\n").arg(failures.size());
-    for (const Failure& failure : failures)
-        text +=
-            QStringLiteral("  %1: %2\n").arg(printable(failure.subject), printable(failure.reason));
+    QString text = tr("%n failure(s):", nullptr, failures.size()) + QLatin1Char('\n');
+    for (const ErrorableCode& failure : failures) {
+        text += QLatin1String("  ") + printable(failure.details) + QLatin1Char('\n');
+        if (!verbose)
+            continue;
+        // A name that holds a line end must not forge a step.
+        ErrorableCode shown = failure;
+        shown.details = printable(failure.details);
+        const QStringList lines = shown.toString(true).split(QLatin1Char('\n'));
+        for (const QString& line : lines)
+            text += QLatin1String("      ") + line + QLatin1Char('\n');
+    }
     printError(text);
 }
 
@@ -163,15 +150,21 @@ void Console::printError(const QString& text)
     stream << text;
 }
 
-void Console::drawBar(const QString& name)
+QString Console::counter() const
+{
+    const QString total = QString::number(mTotal);
+    return QStringLiteral("%1/%2").arg(mDone, total.size()).arg(total);
+}
+
+void Console::drawBar(const QString& step)
 {
     const int barColumns = 24;
     const int filled = mTotal > 0 ? barColumns * mDone / mTotal : barColumns;
     const bool blocks = terminalShows(QChar(0x2588)) && terminalShows(QChar(0x2591));
-    const QString total = QString::number(mTotal);
     const QString line = QString(filled, blocks ? QChar(0x2588) : QLatin1Char('#'))
-        + QString(barColumns - filled, blocks ? QChar(0x2591) : QLatin1Char('.'))
-        + QStringLiteral(" %1/%2  %3").arg(mDone, total.size()).arg(total, printable(name));
-    // One column short of the edge: a line that reaches it would wrap.
-    print(QLatin1Char('\r') + fitted(line, terminalColumns() - 1));
+        + QString(barColumns - filled, blocks ? QChar(0x2591) : QLatin1Char('.')) + QLatin1Char(' ')
+        + counter() + QLatin1String("  ") + printable(step);
+    // Three columns short of the edge, so that the terminal has room for its "^C": a line that
+    // reaches the edge wraps.
+    print(QLatin1Char('\r') + fitted(line, qMax(1, terminalColumns() - 3)));
 }

@@ -3,12 +3,13 @@
 
 #include "ContactSheet.h"
 
+#include "Html.h"
+#include "Languages.h"
+
 #include <ImageUtils.h>
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QTextStream>
-#include <QUrl>
 
 namespace {
 
@@ -38,6 +39,7 @@ h1 { margin: 0; font-size: clamp(1.5rem, 4vw, 2.25rem); line-height: 1.2; }
 h1, h2 { font-weight: 600; letter-spacing: -.01em; overflow-wrap: anywhere; }
 h2 { margin: 2.5rem 0 1rem; font-size: 1.25rem; }
 header p, .empty { margin: .25rem 0 0; color: var(--soft); }
+header a { margin-left: .5rem; color: var(--accent); }
 .sheet {
   display: grid; gap: clamp(.9rem, 2vw, 1.75rem); margin: 0; padding: 0; list-style: none;
   grid-template-columns: repeat(auto-fill, minmax(clamp(9.5rem, 21vw, 20rem), 1fr));
@@ -61,29 +63,6 @@ figcaption bdi {
 figcaption span { color: var(--soft); font-variant-numeric: tabular-nums; }
 )css";
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ContactSheet", text);
-}
-
-/// Text as it may stand in HTML. Control characters, which a file name can hold and a page must
-/// not, become U+FFFD.
-QString escaped(const QString& text)
-{
-    QString clean = text;
-    for (QChar& character : clean) {
-        if (character.category() == QChar::Other_Control)
-            character = QChar(QChar::ReplacementCharacter);
-    }
-    return clean.toHtmlEscaped();
-}
-
-/// A path of the site as a relative address.
-QString address(const QString& place)
-{
-    return QString::fromLatin1(QUrl::toPercentEncoding(place, QByteArrayLiteral("/")));
-}
-
 QString folderOf(const QString& name)
 {
     return name.left(qMax(0, name.lastIndexOf(QLatin1Char('/'))));
@@ -106,14 +85,15 @@ void writePicture(QTextStream& html, const PublishedPicture& picture)
     const bool photograph = fileName.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive)
         || fileName.endsWith(QLatin1String(".jpeg"), Qt::CaseInsensitive);
 
-    html << "<li><figure>\n<a href=\"" << address(QLatin1String("images/") + picture.name) << '"'
-         << (photograph ? "" : " class=\"table\"") << "><img src=\""
-         << address(QLatin1String("thumbs/") + picture.name) << '"'
+    html << "<li><figure>\n<a href=\"" << Html::address(QLatin1String("images/") + picture.name)
+         << '"' << (photograph ? "" : " class=\"table\"") << "><img src=\""
+         << Html::address(QLatin1String("thumbs/") + picture.name) << '"'
          << (drawing ? " class=\"drawing\"" : "") << " alt=\""
-         << escaped(alternativeText(picture.name)) << "\" width=\"" << picture.thumbSize.width()
-         << "\" height=\"" << picture.thumbSize.height() << "\" loading=\"lazy\"></a>\n"
-         << "<figcaption><bdi title=\"" << escaped(fileName) << "\">" << escaped(fileName)
-         << "</bdi>";
+         << Html::escaped(alternativeText(picture.name)) << "\" width=\""
+         << picture.thumbSize.width() << "\" height=\"" << picture.thumbSize.height()
+         << "\" loading=\"lazy\"></a>\n"
+         << "<figcaption><bdi title=\"" << Html::escaped(fileName) << "\">"
+         << Html::escaped(fileName) << "</bdi>";
     if (drawing)
         html << "<span>SVG</span>";
     else
@@ -130,22 +110,32 @@ QByteArray ContactSheet::html() const
     QTextStream html(&page, QIODevice::WriteOnly);
     html.setCodec("UTF-8");
 
-    const QString count =
-        mPictures.size() == 1 ? tr("1 photograph") : tr("%1 photographs").arg(mPictures.size());
-    html << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+    html << "<!DOCTYPE html>\n<html lang=\"" << Languages::current()
+         << "\">\n<head>\n<meta charset=\"utf-8\">\n"
          << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-         << "<meta name=\"generator\" content=\"" << escaped(QCoreApplication::applicationName())
-         << "\">\n<title>" << escaped(mTitle) << "</title>\n<style>" << style
-         << "</style>\n</head>\n<body>\n<header>\n<h1><bdi>" << escaped(mTitle)
-         << "</bdi></h1>\n<p>" << escaped(count) << "</p>\n</header>\n<main>\n";
+         << "<meta name=\"generator\" content=\""
+         << Html::escaped(QCoreApplication::applicationName()) << "\">\n<title>"
+         << Html::escaped(mTitle) << "</title>\n<style>" << style
+         << "</style>\n</head>\n<body>\n<header>\n<h1><bdi>" << Html::escaped(mTitle)
+         << "</bdi></h1>\n<p>" << Html::escaped(tr("%n photograph(s)", nullptr, mPictures.size()))
+         << "</p>\n";
+    if (!mLinks.isEmpty()) {
+        html << "<p>" << Html::escaped(tr("Shop:"));
+        for (const auto& link : mLinks)
+            html << " <a href=\"" << Html::address(link.first) << "\">"
+                 << Html::escaped(link.second) << "</a>";
+        html << "</p>\n";
+    }
+    html << "</header>\n<main>\n";
 
     if (mPictures.isEmpty())
-        html << "<p class=\"empty\">" << escaped(tr("There is nothing to show yet.")) << "</p>\n";
+        html << "<p class=\"empty\">" << Html::escaped(tr("There is nothing to show yet."))
+             << "</p>\n";
     for (int i = 0; i < mPictures.size();) {
         const QString folder = folderOf(mPictures.at(i).name);
         html << "<section>\n";
         if (!folder.isEmpty())
-            html << "<h2><bdi>" << escaped(folder) << "</bdi></h2>\n";
+            html << "<h2><bdi>" << Html::escaped(folder) << "</bdi></h2>\n";
         html << "<ul class=\"sheet\">\n";
         for (; i < mPictures.size() && folderOf(mPictures.at(i).name) == folder; ++i)
             writePicture(html, mPictures.at(i));

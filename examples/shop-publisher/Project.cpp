@@ -6,7 +6,6 @@
 #include <FileUtils.h>
 #include <ImageUtils.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -19,11 +18,6 @@
 #include <dirent.h>
 
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("Project", text);
-}
 
 /// Two names with the same key are one file on some system: case or the composition of accents
 /// do not tell files apart everywhere.
@@ -42,15 +36,16 @@ bool nameLess(const QFileInfo& a, const QFileInfo& b)
 class Scan
 {
 public:
-    Scan(QVector<Photograph>* photographs, Failures* failures)
+    Scan(QVector<Photograph>* photographs, WorkItem* errors, const std::function<bool()>& stopped)
         : mPhotographs(photographs)
-        , mFailures(failures)
+        , mErrors(errors)
+        , mStopped(stopped)
     { }
 
     /// \a prefix is empty or ends with "/".
     void walk(const QString& folder, const QString& prefix)
     {
-        if (!checkRawNames(folder, prefix))
+        if (mStopped() || !checkRawNames(folder, prefix))
             return;
         // System: also links that lead nowhere, so that they can be named.
         QFileInfoList entries = QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::System
@@ -66,10 +61,14 @@ public:
                 continue;
             const QString name = prefix + entry.fileName() + QLatin1Char('/');
             // Following it could lead in a circle, or publish what was never meant to be shown.
-            if (entry.isSymLink())
-                fail(name, tr("is a link to a folder, which is not followed"));
-            else
+            if (entry.isSymLink()) {
+                WorkItem* const link = item(WorkItem::Folder, name);
+                link->ORVAUTILS_SET_ERROR(
+                    link->failure(WorkItem::Unsuitable,
+                                  Project::tr("is a link to a folder, which is not followed")));
+            } else {
                 walk(entry.filePath(), name);
+            }
         }
     }
 
@@ -77,11 +76,15 @@ private:
     void add(const QFileInfo& entry, const QString& name)
     {
         if (entry.isSymLink() && !entry.exists()) {
-            fail(name, tr("is a link that leads nowhere"));
+            WorkItem* const link = item(WorkItem::Picture, name);
+            link->ORVAUTILS_SET_ERROR(
+                link->failure(WorkItem::Missing, Project::tr("is a link that leads nowhere")));
             return;
         }
         if (!entry.isFile()) {
-            fail(name, tr("is not a file"));
+            WorkItem* const noFile = item(WorkItem::Picture, name);
+            noFile->ORVAUTILS_SET_ERROR(
+                noFile->failure(WorkItem::Unsuitable, Project::tr("is not a file")));
             return;
         }
         mPhotographs->append({entry.canonicalFilePath(), name, QString()});
@@ -93,8 +96,10 @@ private:
     {
         DIR* const directory = ::opendir(QFile::encodeName(folder).constData());
         if (!directory) {
-            fail(prefix.isEmpty() ? folder : prefix,
-                 tr("cannot be read (%1)").arg(QString::fromLocal8Bit(std::strerror(errno))));
+            const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+            WorkItem* const closed = item(WorkItem::Folder, prefix.isEmpty() ? folder : prefix);
+            closed->ORVAUTILS_SET_ERROR(closed->failure(
+                WorkItem::Unreadable, Project::tr("cannot be read (%1)").arg(reason)));
             return false;
         }
         while (const dirent* const entry = ::readdir(directory)) {
@@ -102,21 +107,31 @@ private:
             const QString name = QFile::decodeName(raw);
             const bool undecodable =
                 name.contains(QChar(QChar::ReplacementCharacter)) && QFile::encodeName(name) != raw;
-            if (undecodable && !raw.startsWith('.')
-                && (entry->d_type == DT_DIR || ImageUtils::filenameHasWebImageExtension(name)))
-                fail(prefix + name, tr("has a name that is not valid UTF-8; please rename it"));
+            const bool isFolder = entry->d_type == DT_DIR;
+            if (!undecodable || raw.startsWith('.')
+                || (!isFolder && !ImageUtils::filenameHasWebImageExtension(name)))
+                continue;
+            WorkItem* const strange =
+                item(isFolder ? WorkItem::Folder : WorkItem::Picture, prefix + name);
+            strange->ORVAUTILS_SET_ERROR(strange->failure(
+                WorkItem::Unsuitable,
+                Project::tr("has a name that is not valid UTF-8; please rename it")));
         }
         ::closedir(directory);
         return true;
     }
 
-    void fail(const QString& subject, const QString& reason)
+    /// What cannot be used.
+    WorkItem* item(WorkItem::Kind kind, const QString& name)
     {
-        mFailures->append({subject, reason});
+        auto* const unusable = new WorkItem(kind, name, mErrors);
+        mErrors->ORVAUTILS_ADD_ERRORABLE_CHILD(*unusable);
+        return unusable;
     }
 
     QVector<Photograph>* mPhotographs;
-    Failures* mFailures;
+    WorkItem* mErrors;
+    const std::function<bool()>& mStopped;
 };
 
 void giveSiteNames(QVector<Photograph>* photographs)
@@ -159,10 +174,11 @@ QString Project::title() const
     return name.isEmpty() ? tr("Photographs") : name;
 }
 
-QVector<Photograph> Project::photographs(Failures* failures) const
+QVector<Photograph> Project::photographs(WorkItem* errors,
+                                         const std::function<bool()>& stopped) const
 {
     QVector<Photograph> photographs;
-    Scan(&photographs, failures).walk(mPhotosFolder, QString());
+    Scan(&photographs, errors, stopped).walk(mPhotosFolder, QString());
     giveSiteNames(&photographs);
     return photographs;
 }

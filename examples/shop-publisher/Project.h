@@ -6,10 +6,13 @@
 #ifndef PROJECT_H
 #define PROJECT_H
 
-#include "Failure.h"
+#include "WorkItem.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QVector>
+
+#include <functional>
 
 /// One picture file of the project.
 struct Photograph
@@ -21,6 +24,8 @@ struct Photograph
 
 class Project
 {
+    Q_DECLARE_TR_FUNCTIONS(Project)
+
 public:
     /// \a path is a folder that holds the folder "photos", or is itself a folder of photographs.
     explicit Project(const QString& path);
@@ -42,10 +47,12 @@ public:
     ///
     /// JPEG, PNG, GIF and SVG files are recognised by the suffix of their name. Hidden files and
     /// folders are left out. What looks like a picture and cannot be one (a folder that cannot be
-    /// read, a link that leads nowhere …) is added to \a failures, so that nothing is lost in
-    /// silence. Every picture's \a siteName is distinct even on a system that does not tell
-    /// "a.jpg" from "A.JPG": the first keeps its name, the next becomes "A-2.JPG".
-    QVector<Photograph> photographs(Failures* failures) const;
+    /// read, a link that leads nowhere …) becomes an item below \a errors with its error, so that
+    /// nothing is lost in silence. Every picture's \a siteName is distinct even on a system that
+    /// does not tell "a.jpg" from "A.JPG": the first keeps its name, the next becomes "A-2.JPG".
+    ///
+    /// The search ends early when \a stopped answers true; what was found until then comes back.
+    QVector<Photograph> photographs(WorkItem* errors, const std::function<bool()>& stopped) const;
 
 private:
     QString mFolder;

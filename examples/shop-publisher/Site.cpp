@@ -5,11 +5,9 @@
 
 #include <FileUtils.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <cerrno>
 #include <cstdio>
@@ -22,11 +20,6 @@ const Qt::CaseSensitivity pathCase = Qt::CaseInsensitive;
 #else
 const Qt::CaseSensitivity pathCase = Qt::CaseSensitive;
 #endif
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("Site", text);
-}
 
 /// The path with all links resolved, although its last parts may not exist.
 QString resolvedPath(const QString& path)
@@ -126,19 +119,28 @@ bool Site::publish(const QString& draftPath, const QString& place, QString* reas
     return true;
 }
 
-bool Site::write(const QString& place, const QByteArray& content, QString* reason)
+bool Site::write(const QVector<SiteFile>& files, SiteFile* failed, QString* reason)
 {
-    if (!makeFolderFor(place, reason))
-        return false;
-    const QString target = mFolder + QLatin1Char('/') + place;
-    // QSaveFile would write through a link, out of the site.
-    if (QFileInfo(target).isSymLink())
-        QFile::remove(target);
-    QSaveFile file(target);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()
-        || !file.commit()) {
-        *reason = tr("cannot be written (%1)").arg(file.errorString());
-        return false;
+    for (int i = 0; i < files.size(); ++i) {
+        *failed = files.at(i);
+        if (!makeFolderFor(failed->place, reason))
+            return false;
+        const QFileInfo target(mFolder + QLatin1Char('/') + failed->place);
+        if (target.isDir() && !target.isSymLink()) {
+            *reason = tr("cannot be written (a folder of that name is in the way)");
+            return false;
+        }
+        QFile file(draft(QString::number(i)));
+        if (!file.open(QIODevice::WriteOnly)
+            || file.write(failed->content) != failed->content.size() || !file.flush()) {
+            *reason = tr("cannot be written (%1)").arg(file.errorString());
+            return false;
+        }
+    }
+    for (int i = 0; i < files.size(); ++i) {
+        *failed = files.at(i);
+        if (!publish(draft(QString::number(i)), failed->place, reason))
+            return false;
     }
     return true;
 }

@@ -13,13 +13,24 @@
 #include "Project.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 #include <QTemporaryDir>
+#include <QVector>
 
 #include <memory>
 
+/// A small file of the site.
+struct SiteFile
+{
+    QString place; ///< path below the site: "index.html"
+    QByteArray content;
+};
+
 class Site
 {
+    Q_DECLARE_TR_FUNCTIONS(Site)
+
 public:
     /// Nothing is made or touched yet. \a path need not exist.
     explicit Site(const QString& path);
@@ -46,8 +57,10 @@ public:
     /// leads out of the site. On failure \a reason says why.
     bool publish(const QString& draftPath, const QString& place, QString* reason);
 
-    /// Writes a small file of the site at once, for example a page.
-    bool write(const QString& place, const QByteArray& content, QString* reason);
+    /// Writes files that belong together, for example the pages of the shop. All are made complete
+    /// before the first of them goes to its place, so that a disk which is full leaves the old ones
+    /// as they were. On failure \a failed is the file and \a reason says why.
+    bool write(const QVector<SiteFile>& files, SiteFile* failed, QString* reason);
 
 private:
     bool makeFolderFor(const QString& place, QString* reason) const;

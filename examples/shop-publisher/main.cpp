@@ -3,19 +3,24 @@
 
 // shop-publisher PROJECT SITE: a small host program of the library.
 //
-// It tells the application who it is, makes the application object, and then does its work: reads
-// the command line, looks the project through, imports each photograph into the site and writes the
-// page that shows them.
+// It tells the library who it is, makes the application object and chooses its language. Then it
+// reads the command line, lets a thread import the photographs and write the pages, shows the
+// progress meanwhile, and says what came of it. Ctrl-C asks the thread to stop.
 
 #include "CommandLine.h"
 #include "Console.h"
-#include "ContactSheet.h"
+#include "Languages.h"
 #include "LogKeeper.h"
-#include "PictureImporter.h"
 #include "Project.h"
+#include "Publication.h"
+#include "ShopPage.h"
 #include "Site.h"
+#include "StopSignals.h"
+
+#include <CoreApplicationUtils.h>
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QGuiApplication>
 
 #include <csignal>
@@ -23,11 +28,21 @@
 
 namespace {
 
-enum ExitCode { AllImported = 0, SomeFailed = 1, BadUsage = 2 };
+enum ExitCode { AllImported = 0, SomeFailed = 1, BadUsage = 2, Stopped = 130 };
 
-QString tr(const char* text)
+/// The texts of this file.
+class Program
 {
-    return QCoreApplication::translate("shop-publisher", text);
+    Q_DECLARE_TR_FUNCTIONS(Program)
+};
+
+void setIdentity()
+{
+    CoreApplicationUtils::setApplicationName(QStringLiteral("shop-publisher"));
+    CoreApplicationUtils::setApplicationVersion(QStringLiteral(SHOP_PUBLISHER_VERSION));
+    CoreApplicationUtils::setApplicationCompanyName(QStringLiteral("OrvaUtils"));
+    // The member of the family that goes by its own name.
+    CoreApplicationUtils::setApplicationCode(CoreApplicationUtils::Dunvale);
 }
 
 /// The GUI application object, which pictures with text need, for a program that opens no window.
@@ -52,47 +67,63 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char* argv[])
 
 ExitCode refuse(const QString& reason)
 {
-    Console::printError(tr("shop-publisher: %1\nTry 'shop-publisher --help' for more.\n")
-                            .arg(Console::printable(reason)));
+    Console::printError(QLatin1String("shop-publisher: ") + Console::printable(reason)
+                        + QLatin1Char('\n') + Program::tr("Try 'shop-publisher --help' for more.")
+                        + QLatin1Char('\n'));
     return BadUsage;
 }
 
-ExitCode publish(const Project& project, Site* site, Console* console)
+/// Runs the thread to its end, with the event loop for progress and signals.
+void runToItsEnd(PublicationThread* thread, StopSignals* stopSignals, Console* console)
 {
-    Failures failures;
-    const QVector<Photograph> photographs = project.photographs(&failures);
-    ContactSheet sheet(project.title());
-    int imported = 0;
-    {
-        PictureImporter importer(site);
-        console->begin(photographs.size());
-        for (const Photograph& photograph : photographs) {
-            console->started(photograph.name);
-            PublishedPicture picture;
-            QString reason;
-            if (importer.import(photograph, &picture, &reason)) {
-                sheet.add(picture);
-                ++imported;
-            } else {
-                failures.append({photograph.name, reason});
-            }
-            console->finished(photograph.name, reason);
-        }
-        console->end();
-    }
+    QEventLoop loop;
+    QObject::connect(
+        thread, &Thread::progressThread, &loop,
+        [console](const QString& whole, const QString& step) { console->progress(whole, step); });
+    QObject::connect(stopSignals, &StopSignals::stopRequested, thread,
+                     &Thread::requestInterruption);
+    QObject::connect(thread, &QThread::finished, &loop, &QEventLoop::quit);
+    thread->start();
+    loop.exec();
+    thread->wait();
+    console->end();
+}
 
-    const QString page = QStringLiteral("index.html");
-    QString reason;
-    if (!site->write(page, sheet.html(), &reason))
-        failures.append({page, reason});
-    else if (photographs.isEmpty())
-        console->say(tr("No photograph found in %1").arg(project.photosFolder()));
+void summarise(const Publication& publication, const Project& project, const Site& site,
+               Console* console)
+{
+    const QString page = site.folder() + QLatin1String("/index.html");
+    if (publication.stopped())
+        console->say(Program::tr("Stopped: %1 of %n photograph(s) imported, no page written",
+                                 nullptr, publication.photographs())
+                         .arg(publication.imported()));
+    else if (!publication.pageWritten())
+        return;
+    else if (publication.photographs() == 0)
+        console->say(Program::tr("No photograph found in %1").arg(project.photosFolder()));
     else
-        console->say(tr("%1 of %2 photographs imported: %3")
-                         .arg(imported)
-                         .arg(photographs.size())
-                         .arg(site->folder() + QLatin1Char('/') + page));
-    console->report(failures);
+        console->say(
+            Program::tr("%1 of %n photograph(s) imported: %2", nullptr, publication.photographs())
+                .arg(QString::number(publication.imported()), page));
+    const QStringList languages = publication.shopLanguages();
+    for (const QString& language : languages)
+        console->say(Program::tr("Shop: %1")
+                         .arg(site.folder() + QLatin1Char('/') + ShopPage::fileName(language)));
+}
+
+ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
+                 const CommandLine& commandLine)
+{
+    Console console(commandLine.quiet);
+    Publication publication(project, site);
+    PublicationThread thread(&publication);
+    runToItsEnd(&thread, stopSignals, &console);
+
+    const QVector<ErrorableCode> failures = publication.failures();
+    summarise(publication, project, *site, &console);
+    console.report(failures, commandLine.verbose);
+    if (publication.stopped())
+        return Stopped;
     return failures.isEmpty() ? AllImported : SomeFailed;
 }
 
@@ -100,14 +131,20 @@ ExitCode publish(const Project& project, Site* site, Console* console)
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication::setApplicationName(QStringLiteral("shop-publisher"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(SHOP_PUBLISHER_VERSION));
-
+    setIdentity();
     // Whoever reads our output may go; the site is finished all the same.
     std::signal(SIGPIPE, SIG_IGN);
     const auto application = makeApplication(argc, argv);
+    CoreApplicationUtils::initStartupVars();
+    // Before anything is made in the site, and until it is tidy again.
+    StopSignals stopSignals;
 
-    const CommandLine commandLine = CommandLine::parse(QCoreApplication::arguments());
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString language = CommandLine::language(arguments);
+    if (!Languages::choose(language))
+        return refuse(Program::tr("There are no texts in the language %1, only in: %2.")
+                          .arg(language, Languages::available().join(QLatin1String(", "))));
+    const CommandLine commandLine = CommandLine::parse(arguments);
     if (commandLine.request == CommandLine::ShowText) {
         Console::print(commandLine.text);
         return AllImported;
@@ -117,12 +154,10 @@ int main(int argc, char* argv[])
 
     const Project project(commandLine.project);
     if (!project.exists())
-        return refuse(tr("There is no folder %1.").arg(commandLine.project));
+        return refuse(Program::tr("There is no folder %1.").arg(commandLine.project));
     Site site(commandLine.site);
     QString reason = site.refusal(project);
     if (!reason.isEmpty() || !site.open(&reason))
         return refuse(reason);
-
-    Console console(commandLine.quiet);
-    return publish(project, &site, &console);
+    return publish(project, &site, &stopSignals, commandLine);
 }

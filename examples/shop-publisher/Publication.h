@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Publication: the whole work of one run, from the photographs to the page that shows them.
+
+#ifndef PUBLICATION_H
+#define PUBLICATION_H
+
+#include "PictureImporter.h"
+#include "Project.h"
+#include "Shop.h"
+#include "ShopFile.h"
+#include "Site.h"
+#include "WorkItem.h"
+
+#include <Errorable.h>
+#include <Thread.h>
+#include <Threadable.h>
+
+#include <QStringList>
+#include <QVector>
+
+/// The worker of a PublicationThread, and the root of the tree of errors: below it the folder of
+/// the photographs with what was found there and cannot be used, the importer with its pictures,
+/// shop.json with its products, and the pages.
+class Publication : public Threadable, public Errorable
+{
+    Q_OBJECT
+
+public:
+    /// \a site is open. Both outlive this object, which is made on the main thread.
+    Publication(const Project& project, Site* site);
+
+    /// Does everything. Ends early when the interruption of the thread is requested: the picture
+    /// at hand is finished, and the pages stay as they were.
+    void run();
+
+    // What came of it.
+
+    /// All failures in the order in which they happened.
+    QVector<ErrorableCode> failures() const;
+
+    /// How many photographs there are, and how many of them were imported.
+    int photographs() const { return mPhotographs; }
+    int imported() const { return mImported; }
+
+    /// The contact sheet was written.
+    bool pageWritten() const { return mPageWritten; }
+
+    /// The languages in which the page of the shop was written; none where there is no shop, or
+    /// something is wrong with it.
+    QStringList shopLanguages() const { return mShopLanguages; }
+
+    /// It ended early, and something was left undone.
+    bool stopped() const { return mStopped; }
+
+private:
+    bool writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures);
+    bool writeContactSheet(const QVector<PublishedPicture>& pictures, const QStringList& languages);
+    bool write(const QVector<SiteFile>& files);
+
+    const Project& mProject;
+    Site* mSite;
+    WorkItem mFolder;
+    ShopFile mShopFile;
+    PictureImporter mImporter;
+    int mPhotographs = 0;
+    int mImported = 0;
+    bool mPageWritten = false;
+    QStringList mShopLanguages;
+    bool mStopped = false;
+};
+
+/// The thread on which it runs.
+class PublicationThread : public Thread
+{
+    Q_OBJECT
+
+public:
+    /// Moves \a publication, which outlives this object, to the thread: until that has finished,
+    /// nobody else touches it.
+    explicit PublicationThread(Publication* publication);
+
+protected:
+    void run() override;
+
+private:
+    Publication* mPublication;
+};
+
+#endif // PUBLICATION_H

@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "ShopData.h"
+
+#include "Html.h"
+
+#include <CurrencyUtils.h>
+#include <HTMLUtils.h>
+#include <JsCodeHelpers.h>
+#include <PhpCodeHelpers.h>
+#include <TaxeRatesUtils.h>
+#include <TextStreamUTF8.h>
+
+#include <QBuffer>
+#include <QVariant>
+
+namespace {
+
+const char note[] = "// Written by shop-publisher from shop.json: what is changed here is lost.\n";
+
+/// All six digits before the point and both behind it. A byte array passes through the formatters
+/// as code.
+QByteArray priceCode(double price, const QString& currency)
+{
+    return CurrencyUtils::formatPriceWithoutSymbol(price, currency).toLatin1();
+}
+
+/// With every quote and backslash as an escape sequence, which the formatter leaves alone.
+QString jsText(const QString& text)
+{
+    return HTMLUtils::encodeToJavascriptText(text);
+}
+
+QVariantMap jsTexts(const LocalText& texts)
+{
+    QVariantMap map;
+    for (auto it = texts.begin(); it != texts.end(); ++it)
+        map.insert(it.key(), jsText(it.value()));
+    return map;
+}
+
+/// A literal in single quotes, in which PHP knows no other escapes than these two. A byte array
+/// passes through the formatters as code.
+QByteArray phpCode(const QString& text)
+{
+    QByteArray code = text.toUtf8();
+    code.replace('\\', "\\\\").replace('\'', "\\'");
+    return '\'' + code + '\'';
+}
+
+QVariantMap phpTexts(const LocalText& texts)
+{
+    QVariantMap map;
+    for (auto it = texts.begin(); it != texts.end(); ++it)
+        map.insert(it.key(), phpCode(it.value()));
+    return map;
+}
+
+} // namespace
+
+QByteArray ShopData::productsJs(const Shop& shop, const QMap<QString, PublishedPicture>& pictures)
+{
+    QVariantList products;
+    for (const ShopProduct& product : shop.products) {
+        const PublishedPicture picture = pictures.value(product.photo);
+        products.append(QVariantMap{
+            {QStringLiteral("id"), product.id},
+            {QStringLiteral("name"), jsTexts(product.name)},
+            {QStringLiteral("description"), jsTexts(product.description)},
+            {QStringLiteral("image"),
+             jsText(Html::address(QLatin1String("images/") + picture.name))},
+            {QStringLiteral("thumb"),
+             jsText(Html::address(QLatin1String("thumbs/") + picture.name))},
+            {QStringLiteral("taxCategory"), product.taxCategory},
+            {QStringLiteral("vatRate"), product.vatRate},
+            {QStringLiteral("net"), priceCode(product.net, shop.currency)},
+            {QStringLiteral("vat"), priceCode(product.vat, shop.currency)},
+            {QStringLiteral("gross"), priceCode(product.gross, shop.currency)},
+            {QStringLiteral("price"),
+             jsText(CurrencyUtils::formatPrice(product.gross, shop.currency))},
+        });
+    }
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    TextStreamUTF8 stream(&buffer);
+    stream << QLatin1String(note) << QStringLiteral("const products = ");
+    JsCodeHelpers::formatJavascriptArray(&stream, products);
+    stream << QStringLiteral(";\n");
+    stream.flush();
+    return buffer.data();
+}
+
+QByteArray ShopData::configPhp(const Shop& shop)
+{
+    QVariantMap rates;
+    for (const int category : TaxeRatesUtils::europeanTaxCategories()) {
+        const double rate = TaxeRatesUtils::europeanTax(shop.country, category);
+        if (rate >= 0)
+            rates.insert(QString::number(category), rate);
+    }
+    QList<int> weights{shop.font.textWeight};
+    if (shop.font.boldWeight != shop.font.textWeight)
+        weights.append(shop.font.boldWeight);
+
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    TextStreamUTF8 stream(&buffer);
+    stream << QStringLiteral("<?php\n") << QLatin1String(note);
+    PhpCodeHelpers::writePhpMap(&stream, QStringLiteral("SHOP_NAME"), phpTexts(shop.name));
+    PhpCodeHelpers::writePhpMap(&stream, QStringLiteral("SHOP_DESCRIPTION"),
+                                phpTexts(shop.description));
+    PhpCodeHelpers::writePhpArray(&stream, QStringLiteral("SHOP_LANGUAGES"), shop.languages);
+    PhpCodeHelpers::writeConstant(&stream, QStringLiteral("SHOP_COUNTRY"), shop.country);
+    PhpCodeHelpers::writeConstant(
+        &stream, QStringLiteral("SHOP_CURRENCY"), shop.currency,
+        CurrencyUtils::currencySymbol(shop.currency, QLocale::CurrencyDisplayName));
+    PhpCodeHelpers::writeConstant(
+        &stream, QStringLiteral("SHOP_CURRENCY_SYMBOL"),
+        phpCode(CurrencyUtils::currencySymbol(shop.currency, QLocale::CurrencySymbol)));
+    PhpCodeHelpers::writeConstant(&stream, QStringLiteral("SHOP_CURRENCY_NUMBER"),
+                                  CurrencyUtils::currencyNumericCode(shop.currency),
+                                  QStringLiteral("ISO 4217; 0 where it is not known"));
+    PhpCodeHelpers::writePhpMap(&stream, QStringLiteral("SHOP_VAT_RATES"), rates);
+    PhpCodeHelpers::writeConstant(&stream, QStringLiteral("SHOP_FONT"), phpCode(shop.font.family));
+    PhpCodeHelpers::writePhpArray(&stream, QStringLiteral("SHOP_FONT_WEIGHTS"), weights);
+    stream.flush();
+    return buffer.data();
+}

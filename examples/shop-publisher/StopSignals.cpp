@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "StopSignals.h"
+
+#include <QSocketNotifier>
+
+#include <cerrno>
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+const int caughtSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+/// A handler may do next to nothing but write to a file: it writes a byte into this pipe, at whose
+/// other end Qt listens.
+int pipeEnds[2] = {-1, -1};
+
+extern "C" void passOn(int)
+{
+    const int savedErrno = errno;
+    const char byte = 0;
+    // A pipe that is full holds the request already.
+    const ssize_t written = ::write(pipeEnds[1], &byte, 1);
+    static_cast<void>(written);
+    errno = savedErrno;
+}
+
+} // namespace
+
+StopSignals::StopSignals()
+{
+    if (::pipe(pipeEnds) != 0)
+        return; // the signals keep their effect: they end the program
+    for (const int end : pipeEnds) {
+        ::fcntl(end, F_SETFL, O_NONBLOCK);
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+    }
+    mNotifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
+    connect(mNotifier, &QSocketNotifier::activated, this, &StopSignals::onCaught);
+
+    for (const int signal : caughtSignals) {
+        struct sigaction before = {};
+        if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN)
+            continue;
+        struct sigaction action = {};
+        action.sa_handler = passOn;
+        action.sa_flags = SA_RESTART;
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
+StopSignals::~StopSignals()
+{
+    for (const int signal : caughtSignals) {
+        struct sigaction action = {};
+        if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == passOn) {
+            action.sa_handler = SIG_DFL;
+            ::sigaction(signal, &action, nullptr);
+        }
+    }
+    delete mNotifier;
+    for (int& end : pipeEnds) {
+        if (end >= 0)
+            ::close(end);
+        end = -1;
+    }
+}
+
+void StopSignals::onCaught()
+{
+    char bytes[64];
+    while (::read(pipeEnds[0], bytes, sizeof bytes) > 0) { }
+    Q_EMIT stopRequested();
+}

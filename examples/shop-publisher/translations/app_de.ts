@@ -1,0 +1,390 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>Show this help.</source>
+        <translation>Zeigt diese Hilfe.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Zeigt die Version.</translation>
+    </message>
+    <message>
+        <source>Print nothing but failures.</source>
+        <translation>Gibt nur Fehlschläge aus.</translation>
+    </message>
+    <message>
+        <source>Show the way that each failure took.</source>
+        <translation>Zeigt den Weg jedes Fehlers.</translation>
+    </message>
+    <message>
+        <source>Speak this language (%1); else the system&apos;s.</source>
+        <translation>Spricht diese Sprache (%1); sonst die des Systems.</translation>
+    </message>
+    <message>
+        <source>code</source>
+        <translation>Kürzel</translation>
+    </message>
+    <message>
+        <source>Imports the photographs of a shop project upright into a web site and makes a page that shows them.
+
+Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C.</source>
+        <translation>Bringt die Fotos eines Ladens aufrecht in eine Website und macht eine Seite, die sie zeigt.
+
+Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 130 durch Strg-C beendet.</translation>
+    </message>
+    <message>
+        <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG).</source>
+        <translation>Ordner, der photos/ enthält, oder ein einfacher Ordner mit Fotos (JPEG, PNG, GIF, SVG).</translation>
+    </message>
+    <message>
+        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html.</source>
+        <translation>Ordner der Website, wird bei Bedarf angelegt: images/, thumbs/ und index.html.</translation>
+    </message>
+    <message>
+        <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
+        <translation>Es braucht zwei Ordner, PROJECT und SITE; angegeben: %1.</translation>
+    </message>
+    <message>
+        <source>The name of a folder is empty.</source>
+        <translation>Der Name eines Ordners ist leer.</translation>
+    </message>
+</context>
+<context>
+    <name>Console</name>
+    <message numerus="yes">
+        <source>%n failure(s):</source>
+        <translation>
+            <numerusform>%n Fehlschlag:</numerusform>
+            <numerusform>%n Fehlschläge:</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>ContactSheet</name>
+    <message numerus="yes">
+        <source>%n photograph(s)</source>
+        <translation>
+            <numerusform>%n Foto</numerusform>
+            <numerusform>%n Fotos</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is nothing to show yet.</source>
+        <translation>Es gibt noch nichts zu zeigen.</translation>
+    </message>
+    <message>
+        <source>Shop:</source>
+        <translation>Laden:</translation>
+    </message>
+</context>
+<context>
+    <name>Languages</name>
+    <message>
+        <source>en</source>
+        <extracomment>The code of the language of this translation.</extracomment>
+        <translation>de</translation>
+    </message>
+</context>
+<context>
+    <name>PageTexts</name>
+    <message>
+        <source>VAT</source>
+        <translation>MwSt.</translation>
+    </message>
+    <message>
+        <source>incl. VAT</source>
+        <translation>inkl. MwSt.</translation>
+    </message>
+    <message>
+        <source>net</source>
+        <translation>netto</translation>
+    </message>
+    <message>
+        <source>Prices in %1, with the VAT of %2.</source>
+        <translation>Preise in %1, Mehrwertsteuer: %2.</translation>
+    </message>
+    <message>
+        <source>All photographs</source>
+        <translation>Alle Fotos</translation>
+    </message>
+</context>
+<context>
+    <name>PictureImporter</name>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>lässt sich nicht öffnen (%1)</translation>
+    </message>
+    <message>
+        <source>is not an SVG picture: its first element is not svg in the SVG namespace</source>
+        <translation>ist kein SVG-Bild: sein erstes Element ist nicht svg im SVG-Namensraum</translation>
+    </message>
+    <message>
+        <source>is not a well-formed SVG picture (line %1: %2)</source>
+        <translation>ist kein wohlgeformtes SVG-Bild (Zeile %1: %2)</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>ist leer</translation>
+    </message>
+    <message>
+        <source>cannot be read: the SVG plugin of Qt is not installed</source>
+        <translation>lässt sich nicht lesen: das SVG-Plugin von Qt ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)</source>
+        <translation>lässt sich nicht dekodieren (es ist kein JPEG-, PNG-, GIF- oder SVG-Bild)</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG</source>
+        <translation>enthält ein Bild der Art %1, das weder JPEG noch PNG, GIF oder SVG ist</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which does not go with its name</source>
+        <translation>enthält ein Bild der Art %1, das nicht zu seinem Namen passt</translation>
+    </message>
+    <message>
+        <source>cannot be decoded (%1)</source>
+        <translation>lässt sich nicht dekodieren (%1)</translation>
+    </message>
+    <message>
+        <source>cannot be saved in the site, where %1 are free</source>
+        <translation>lässt sich nicht in der Website speichern, wo %1 frei sind</translation>
+    </message>
+    <message>
+        <source>cannot be imported (%1)</source>
+        <translation>lässt sich nicht importieren (%1)</translation>
+    </message>
+    <message>
+        <source>%1: FAILED, %2</source>
+        <translation>%1: FEHLER, %2</translation>
+    </message>
+    <message>
+        <source>is a link into the site itself</source>
+        <translation>ist ein Verweis in die Website selbst</translation>
+    </message>
+</context>
+<context>
+    <name>Program</name>
+    <message>
+        <source>Try &apos;shop-publisher --help&apos; for more.</source>
+        <translation>Mehr sagt „shop-publisher --help“.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Stopped: %1 of %n photograph(s) imported, no page written</source>
+        <translation>
+            <numerusform>Angehalten: %1 von %n Foto importiert, keine Seite geschrieben</numerusform>
+            <numerusform>Angehalten: %1 von %n Fotos importiert, keine Seite geschrieben</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No photograph found in %1</source>
+        <translation>Kein Foto gefunden in %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n photograph(s) imported: %2</source>
+        <translation>
+            <numerusform>%1 von %n Foto importiert: %2</numerusform>
+            <numerusform>%1 von %n Fotos importiert: %2</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no texts in the language %1, only in: %2.</source>
+        <translation>In der Sprache %1 gibt es keine Texte, nur in: %2.</translation>
+    </message>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>Es gibt keinen Ordner %1.</translation>
+    </message>
+    <message>
+        <source>Shop: %1</source>
+        <translation>Laden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Project</name>
+    <message>
+        <source>is a link to a folder, which is not followed</source>
+        <translation>ist ein Verweis auf einen Ordner, dem nicht gefolgt wird</translation>
+    </message>
+    <message>
+        <source>is a link that leads nowhere</source>
+        <translation>ist ein Verweis, der ins Leere führt</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>ist keine Datei</translation>
+    </message>
+    <message>
+        <source>cannot be read (%1)</source>
+        <translation>lässt sich nicht lesen (%1)</translation>
+    </message>
+    <message>
+        <source>has a name that is not valid UTF-8; please rename it</source>
+        <translation>hat einen Namen, der kein gültiges UTF-8 ist; bitte umbenennen</translation>
+    </message>
+    <message>
+        <source>Photographs</source>
+        <translation>Fotos</translation>
+    </message>
+</context>
+<context>
+    <name>Publication</name>
+    <message>
+        <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
+        <translation>der Laden wird nicht geschrieben, weil sich das Foto „%1“ eines seiner Produkte nicht importieren ließ</translation>
+    </message>
+</context>
+<context>
+    <name>ShopFile</name>
+    <message>
+        <source>is missing</source>
+        <translation>fehlt</translation>
+    </message>
+    <message>
+        <source>is no text</source>
+        <translation>ist kein Text</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>ist leer</translation>
+    </message>
+    <message>
+        <source>has no text in &quot;%1&quot;</source>
+        <translation>hat keinen Text in „%1“</translation>
+    </message>
+    <message>
+        <source>is no text in &quot;%1&quot;</source>
+        <translation>ist kein Text in „%1“</translation>
+    </message>
+    <message>
+        <source>is no list of languages</source>
+        <translation>ist keine Liste von Sprachen</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a language, such as &quot;fr&quot; or &quot;pt_BR&quot;</source>
+        <translation>„%1“ ist kein Kürzel einer Sprache wie „fr“ oder „pt_BR“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; stands there twice</source>
+        <translation>„%1“ steht zweimal da</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a currency, such as &quot;EUR&quot;</source>
+        <translation>„%1“ ist kein Kürzel einer Währung wie „EUR“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no country of the European Union whose tax rates are known, such as &quot;FR&quot;</source>
+        <translation>„%1“ ist kein Land der Europäischen Union, dessen Steuersätze bekannt sind, wie „FR“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no family of the catalogue of web fonts</source>
+        <translation>„%1“ ist keine Familie aus dem Verzeichnis der Webschriften</translation>
+    </message>
+    <message>
+        <source>is no list of products</source>
+        <translation>ist keine Liste von Produkten</translation>
+    </message>
+    <message>
+        <source>is no object</source>
+        <translation>ist kein Objekt</translation>
+    </message>
+    <message>
+        <source>%1, product %2</source>
+        <translation>%1, Produkt %2</translation>
+    </message>
+    <message>
+        <source>%1, product %2 (%3)</source>
+        <translation>%1, Produkt %2 (%3)</translation>
+    </message>
+    <message>
+        <source>there is no photograph &quot;%1&quot;</source>
+        <translation>es gibt kein Foto „%1“</translation>
+    </message>
+    <message>
+        <source>is no tax category: a number from 0 to 4</source>
+        <translation>ist keine Steuerklasse: eine Zahl von 0 bis 4</translation>
+    </message>
+    <message>
+        <source>is no number, such as 12.50</source>
+        <translation>ist keine Zahl wie 12.50</translation>
+    </message>
+    <message>
+        <source>is below zero</source>
+        <translation>liegt unter null</translation>
+    </message>
+    <message>
+        <source>is too high for a price</source>
+        <translation>ist zu hoch für einen Preis</translation>
+    </message>
+    <message>
+        <source>%1 has no rate of the category %2</source>
+        <translation>%1 hat keinen Satz der Klasse %2</translation>
+    </message>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>lässt sich nicht öffnen (%1)</translation>
+    </message>
+    <message>
+        <source>is no valid JSON (line %1: %2)</source>
+        <translation>ist kein gültiges JSON (Zeile %1: %2)</translation>
+    </message>
+    <message>
+        <source>holds no object</source>
+        <translation>enthält kein Objekt</translation>
+    </message>
+</context>
+<context>
+    <name>Site</name>
+    <message>
+        <source>SITE lies in the folder of the photographs (%1).</source>
+        <translation>SITE liegt im Ordner der Fotos (%1).</translation>
+    </message>
+    <message>
+        <source>SITE contains the folder of the photographs (%1).</source>
+        <translation>SITE enthält den Ordner der Fotos (%1).</translation>
+    </message>
+    <message>
+        <source>SITE lies in the project (%1).</source>
+        <translation>SITE liegt im Projekt (%1).</translation>
+    </message>
+    <message>
+        <source>SITE contains the project (%1).</source>
+        <translation>SITE enthält das Projekt (%1).</translation>
+    </message>
+    <message>
+        <source>SITE is not a folder (%1).</source>
+        <translation>SITE ist kein Ordner (%1).</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Der Ordner %1 lässt sich nicht anlegen.</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be written to.</source>
+        <translation>In den Ordner %1 lässt sich nicht schreiben.</translation>
+    </message>
+    <message>
+        <source>cannot be written to %1 (%2)</source>
+        <translation>lässt sich nicht nach %1 schreiben (%2)</translation>
+    </message>
+    <message>
+        <source>cannot be written (%1)</source>
+        <translation>lässt sich nicht schreiben (%1)</translation>
+    </message>
+    <message>
+        <source>cannot be written: %1 is a link that leads out of the site</source>
+        <translation>lässt sich nicht schreiben: %1 ist ein Verweis, der aus der Website führt</translation>
+    </message>
+    <message>
+        <source>cannot be written: the folder %1 cannot be made</source>
+        <translation>lässt sich nicht schreiben: der Ordner %1 lässt sich nicht anlegen</translation>
+    </message>
+    <message>
+        <source>cannot be written (a folder of that name is in the way)</source>
+        <translation>lässt sich nicht schreiben (ein Ordner dieses Namens ist im Weg)</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,390 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>Show this help.</source>
+        <translation>Affiche cette aide.</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>Affiche la version.</translation>
+    </message>
+    <message>
+        <source>Print nothing but failures.</source>
+        <translation>N’affiche que les échecs.</translation>
+    </message>
+    <message>
+        <source>Show the way that each failure took.</source>
+        <translation>Montre le chemin de chaque échec.</translation>
+    </message>
+    <message>
+        <source>Speak this language (%1); else the system&apos;s.</source>
+        <translation>Parle cette langue (%1) ; sinon celle du système.</translation>
+    </message>
+    <message>
+        <source>code</source>
+        <translation>code</translation>
+    </message>
+    <message>
+        <source>Imports the photographs of a shop project upright into a web site and makes a page that shows them.
+
+Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C.</source>
+        <translation>Importe, redressées, les photographies d’une boutique dans un site web et fait une page qui les montre.
+
+Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 130 arrêté par Ctrl-C.</translation>
+    </message>
+    <message>
+        <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG).</source>
+        <translation>Dossier qui contient photos/, ou simple dossier de photographies (JPEG, PNG, GIF, SVG).</translation>
+    </message>
+    <message>
+        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html.</source>
+        <translation>Dossier du site web, créé au besoin : images/, thumbs/ et index.html.</translation>
+    </message>
+    <message>
+        <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
+        <translation>Il faut deux dossiers, PROJECT et SITE ; reçu : %1.</translation>
+    </message>
+    <message>
+        <source>The name of a folder is empty.</source>
+        <translation>Le nom d’un dossier est vide.</translation>
+    </message>
+</context>
+<context>
+    <name>Console</name>
+    <message numerus="yes">
+        <source>%n failure(s):</source>
+        <translation>
+            <numerusform>%n échec :</numerusform>
+            <numerusform>%n échecs :</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>ContactSheet</name>
+    <message numerus="yes">
+        <source>%n photograph(s)</source>
+        <translation>
+            <numerusform>%n photographie</numerusform>
+            <numerusform>%n photographies</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is nothing to show yet.</source>
+        <translation>Il n’y a encore rien à montrer.</translation>
+    </message>
+    <message>
+        <source>Shop:</source>
+        <translation>Boutique :</translation>
+    </message>
+</context>
+<context>
+    <name>Languages</name>
+    <message>
+        <source>en</source>
+        <extracomment>The code of the language of this translation.</extracomment>
+        <translation>fr</translation>
+    </message>
+</context>
+<context>
+    <name>PageTexts</name>
+    <message>
+        <source>VAT</source>
+        <translation>TVA</translation>
+    </message>
+    <message>
+        <source>incl. VAT</source>
+        <translation>TTC</translation>
+    </message>
+    <message>
+        <source>net</source>
+        <translation>HT</translation>
+    </message>
+    <message>
+        <source>Prices in %1, with the VAT of %2.</source>
+        <translation>Prix en %1, TVA applicable : %2.</translation>
+    </message>
+    <message>
+        <source>All photographs</source>
+        <translation>Toutes les photographies</translation>
+    </message>
+</context>
+<context>
+    <name>PictureImporter</name>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>ne peut pas être ouvert (%1)</translation>
+    </message>
+    <message>
+        <source>is not an SVG picture: its first element is not svg in the SVG namespace</source>
+        <translation>n’est pas une image SVG : son premier élément n’est pas svg dans l’espace de noms SVG</translation>
+    </message>
+    <message>
+        <source>is not a well-formed SVG picture (line %1: %2)</source>
+        <translation>n’est pas une image SVG bien formée (ligne %1 : %2)</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>est vide</translation>
+    </message>
+    <message>
+        <source>cannot be read: the SVG plugin of Qt is not installed</source>
+        <translation>ne peut pas être lu : le greffon SVG de Qt n’est pas installé</translation>
+    </message>
+    <message>
+        <source>cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)</source>
+        <translation>ne peut pas être décodé (ce n’est pas une image JPEG, PNG, GIF ou SVG)</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG</source>
+        <translation>contient une image du type %1, qui n’est ni JPEG, ni PNG, ni GIF, ni SVG</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which does not go with its name</source>
+        <translation>contient une image du type %1, qui ne va pas avec son nom</translation>
+    </message>
+    <message>
+        <source>cannot be decoded (%1)</source>
+        <translation>ne peut pas être décodé (%1)</translation>
+    </message>
+    <message>
+        <source>cannot be saved in the site, where %1 are free</source>
+        <translation>ne peut pas être enregistré dans le site, où %1 sont libres</translation>
+    </message>
+    <message>
+        <source>cannot be imported (%1)</source>
+        <translation>ne peut pas être importé (%1)</translation>
+    </message>
+    <message>
+        <source>%1: FAILED, %2</source>
+        <translation>%1 : ÉCHEC, %2</translation>
+    </message>
+    <message>
+        <source>is a link into the site itself</source>
+        <translation>est un lien vers le site lui-même</translation>
+    </message>
+</context>
+<context>
+    <name>Program</name>
+    <message>
+        <source>Try &apos;shop-publisher --help&apos; for more.</source>
+        <translation>« shop-publisher --help » en dit plus.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Stopped: %1 of %n photograph(s) imported, no page written</source>
+        <translation>
+            <numerusform>Arrêté. Photographies importées : %1 sur %n ; aucune page écrite</numerusform>
+            <numerusform>Arrêté. Photographies importées : %1 sur %n ; aucune page écrite</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No photograph found in %1</source>
+        <translation>Aucune photographie trouvée dans %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n photograph(s) imported: %2</source>
+        <translation>
+            <numerusform>Photographies importées : %1 sur %n. Page : %2</numerusform>
+            <numerusform>Photographies importées : %1 sur %n. Page : %2</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no texts in the language %1, only in: %2.</source>
+        <translation>Il n’y a pas de textes dans la langue %1, seulement dans : %2.</translation>
+    </message>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>Il n’y a pas de dossier %1.</translation>
+    </message>
+    <message>
+        <source>Shop: %1</source>
+        <translation>Boutique : %1</translation>
+    </message>
+</context>
+<context>
+    <name>Project</name>
+    <message>
+        <source>is a link to a folder, which is not followed</source>
+        <translation>est un lien vers un dossier, qui n’est pas suivi</translation>
+    </message>
+    <message>
+        <source>is a link that leads nowhere</source>
+        <translation>est un lien qui ne mène nulle part</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>n’est pas un fichier</translation>
+    </message>
+    <message>
+        <source>cannot be read (%1)</source>
+        <translation>ne peut pas être lu (%1)</translation>
+    </message>
+    <message>
+        <source>has a name that is not valid UTF-8; please rename it</source>
+        <translation>a un nom qui n’est pas de l’UTF-8 valide ; veuillez le renommer</translation>
+    </message>
+    <message>
+        <source>Photographs</source>
+        <translation>Photographies</translation>
+    </message>
+</context>
+<context>
+    <name>Publication</name>
+    <message>
+        <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
+        <translation>la boutique n’est pas écrite, parce que la photographie « %1 » d’un de ses produits n’a pas pu être importée</translation>
+    </message>
+</context>
+<context>
+    <name>ShopFile</name>
+    <message>
+        <source>is missing</source>
+        <translation>manque</translation>
+    </message>
+    <message>
+        <source>is no text</source>
+        <translation>n’est pas un texte</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>est vide</translation>
+    </message>
+    <message>
+        <source>has no text in &quot;%1&quot;</source>
+        <translation>n’a pas de texte en « %1 »</translation>
+    </message>
+    <message>
+        <source>is no text in &quot;%1&quot;</source>
+        <translation>n’est pas un texte en « %1 »</translation>
+    </message>
+    <message>
+        <source>is no list of languages</source>
+        <translation>n’est pas une liste de langues</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a language, such as &quot;fr&quot; or &quot;pt_BR&quot;</source>
+        <translation>« %1 » n’est pas le code d’une langue, comme « fr » ou « pt_BR »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; stands there twice</source>
+        <translation>« %1 » y figure deux fois</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no code of a currency, such as &quot;EUR&quot;</source>
+        <translation>« %1 » n’est pas le code d’une monnaie, comme « EUR »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no country of the European Union whose tax rates are known, such as &quot;FR&quot;</source>
+        <translation>« %1 » n’est pas un pays de l’Union européenne dont les taux de TVA sont connus, comme « FR »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no family of the catalogue of web fonts</source>
+        <translation>« %1 » n’est pas une famille du catalogue de polices web</translation>
+    </message>
+    <message>
+        <source>is no list of products</source>
+        <translation>n’est pas une liste de produits</translation>
+    </message>
+    <message>
+        <source>is no object</source>
+        <translation>n’est pas un objet</translation>
+    </message>
+    <message>
+        <source>%1, product %2</source>
+        <translation>%1, produit %2</translation>
+    </message>
+    <message>
+        <source>%1, product %2 (%3)</source>
+        <translation>%1, produit %2 (%3)</translation>
+    </message>
+    <message>
+        <source>there is no photograph &quot;%1&quot;</source>
+        <translation>il n’y a pas de photographie « %1 »</translation>
+    </message>
+    <message>
+        <source>is no tax category: a number from 0 to 4</source>
+        <translation>n’est pas une catégorie de taxe : un nombre de 0 à 4</translation>
+    </message>
+    <message>
+        <source>is no number, such as 12.50</source>
+        <translation>n’est pas un nombre, comme 12.50</translation>
+    </message>
+    <message>
+        <source>is below zero</source>
+        <translation>est inférieur à zéro</translation>
+    </message>
+    <message>
+        <source>is too high for a price</source>
+        <translation>est trop élevé pour un prix</translation>
+    </message>
+    <message>
+        <source>%1 has no rate of the category %2</source>
+        <translation>%1 n’a pas de taux de la catégorie %2</translation>
+    </message>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>ne peut pas être ouvert (%1)</translation>
+    </message>
+    <message>
+        <source>is no valid JSON (line %1: %2)</source>
+        <translation>n’est pas du JSON valide (ligne %1 : %2)</translation>
+    </message>
+    <message>
+        <source>holds no object</source>
+        <translation>ne contient pas d’objet</translation>
+    </message>
+</context>
+<context>
+    <name>Site</name>
+    <message>
+        <source>SITE lies in the folder of the photographs (%1).</source>
+        <translation>SITE se trouve dans le dossier des photographies (%1).</translation>
+    </message>
+    <message>
+        <source>SITE contains the folder of the photographs (%1).</source>
+        <translation>SITE contient le dossier des photographies (%1).</translation>
+    </message>
+    <message>
+        <source>SITE lies in the project (%1).</source>
+        <translation>SITE se trouve dans le projet (%1).</translation>
+    </message>
+    <message>
+        <source>SITE contains the project (%1).</source>
+        <translation>SITE contient le projet (%1).</translation>
+    </message>
+    <message>
+        <source>SITE is not a folder (%1).</source>
+        <translation>SITE n’est pas un dossier (%1).</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Le dossier %1 ne peut pas être créé.</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be written to.</source>
+        <translation>On ne peut pas écrire dans le dossier %1.</translation>
+    </message>
+    <message>
+        <source>cannot be written to %1 (%2)</source>
+        <translation>ne peut pas être écrit dans %1 (%2)</translation>
+    </message>
+    <message>
+        <source>cannot be written (%1)</source>
+        <translation>ne peut pas être écrit (%1)</translation>
+    </message>
+    <message>
+        <source>cannot be written: %1 is a link that leads out of the site</source>
+        <translation>ne peut pas être écrit : %1 est un lien qui mène hors du site</translation>
+    </message>
+    <message>
+        <source>cannot be written: the folder %1 cannot be made</source>
+        <translation>ne peut pas être écrit : le dossier %1 ne peut pas être créé</translation>
+    </message>
+    <message>
+        <source>cannot be written (a folder of that name is in the way)</source>
+        <translation>ne peut pas être écrit (un dossier de ce nom est en travers)</translation>
+    </message>
+</context>
+</TS>

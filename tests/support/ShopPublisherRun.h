@@ -1,0 +1,213 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ShopPublisherRun: the example program run as a process, for the test programs that look at what
+// it does. The program's path comes from the macro SHOP_PUBLISHER.
+
+#ifndef SHOPPUBLISHERRUN_H
+#define SHOPPUBLISHERRUN_H
+
+#include <QBuffer>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QImage>
+#include <QPainter>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+const int allImported = 0;
+const int someFailed = 1;
+const int badUsage = 2;
+const int stopped = 130;
+
+inline QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+const QColor red(220, 30, 30);
+const QColor green(30, 170, 50);
+const QColor yellow(240, 220, 40);
+const QColor blue(30, 60, 210);
+
+inline QImage corners(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    QPainter painter(&image);
+    const int w = width / 2;
+    const int h = height / 2;
+    painter.fillRect(0, 0, w, h, red);
+    painter.fillRect(w, 0, width - w, h, green);
+    painter.fillRect(w, h, width - w, height - h, yellow);
+    painter.fillRect(0, h, w, height - h, blue);
+    return image;
+}
+
+inline QByteArray encoded(const QImage& image, const char* format)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format, 90);
+    return buffer.data();
+}
+
+// Files.
+
+inline void writeFile(const QString& path, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+inline QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Everything below \a root outside \a except: links with their targets, files with size, time and
+/// digest. Two equal snapshots mean that nothing was touched in between.
+inline QStringList snapshot(const QString& root, const QString& except)
+{
+    QStringList lines;
+    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        if (path == except || path.startsWith(except + QLatin1Char('/')))
+            continue;
+        const QFileInfo info = it.fileInfo();
+        QString line = path;
+        if (info.isSymLink()) {
+            line += QLatin1String(" -> ") + info.symLinkTarget();
+        } else if (info.isFile()) {
+            line += QStringLiteral(" %1 %2 ")
+                        .arg(info.size())
+                        .arg(info.lastModified().toMSecsSinceEpoch());
+            line += QString::fromLatin1(
+                QCryptographicHash::hash(readFile(path), QCryptographicHash::Sha1).toHex());
+        }
+        lines.append(line);
+    }
+    lines.sort();
+    return lines;
+}
+
+/// Paths of all files below \a folder, relative and sorted; everything that is there, hidden too.
+inline QStringList filesIn(const QString& folder)
+{
+    QStringList names;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext())
+        names.append(QDir(folder).relativeFilePath(it.next()));
+    names.sort();
+    return names;
+}
+
+// The program.
+
+struct Outcome
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+inline QProcessEnvironment environmentFor(const QString& home)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+    environment.remove(QStringLiteral("LANGUAGE"));
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    if (!home.isEmpty()) {
+        environment.insert(QStringLiteral("HOME"), home);
+        environment.insert(QStringLiteral("TMPDIR"), home);
+    }
+    return environment;
+}
+
+/// A process whose files cannot grow beyond 30 kB.
+class LimitedProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override
+    {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {30000, 30000};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
+            ::_exit(126);
+    }
+};
+
+inline Outcome run(QProcess& process, const QStringList& arguments, const QString& home)
+{
+    process.setProcessEnvironment(environmentFor(home));
+    process.start(QStringLiteral(SHOP_PUBLISHER), arguments);
+    Outcome outcome;
+    if (!process.waitForFinished(240000) || process.exitStatus() != QProcess::NormalExit) {
+        outcome.err = process.errorString() + QString::fromUtf8(process.readAllStandardError());
+        return outcome;
+    }
+    outcome.exitCode = process.exitCode();
+    outcome.out = QString::fromUtf8(process.readAllStandardOutput());
+    outcome.err = QString::fromUtf8(process.readAllStandardError());
+    return outcome;
+}
+
+inline Outcome run(const QStringList& arguments, const QString& home = QString())
+{
+    QProcess process;
+    return run(process, arguments, home);
+}
+
+/// The path of Chromium; empty when it is absent.
+inline QString chromium()
+{
+    for (const char* name : {"chromium", "chromium-browser", "google-chrome"}) {
+        const QString path = QStandardPaths::findExecutable(QLatin1String(name));
+        if (!path.isEmpty())
+            return path;
+    }
+    return QString();
+}
+
+/// What headless Chromium, without any network, prints.
+inline QByteArray runChromium(const QStringList& arguments)
+{
+    QTemporaryDir profile;
+    QProcess process;
+    process.start(chromium(),
+                  QStringList{QStringLiteral("--headless"), QStringLiteral("--no-sandbox"),
+                              QStringLiteral("--disable-gpu"), QStringLiteral("--no-first-run"),
+                              QStringLiteral("--disable-background-networking"),
+                              QStringLiteral("--disable-component-update"),
+                              QStringLiteral("--disable-sync"),
+                              QStringLiteral("--disable-dev-shm-usage"),
+                              QStringLiteral("--host-resolver-rules=MAP * ~NOTFOUND"),
+                              QStringLiteral("--hide-scrollbars"),
+                              QStringLiteral("--force-device-scale-factor=1"),
+                              QStringLiteral("--virtual-time-budget=20000"),
+                              QLatin1String("--user-data-dir=") + profile.path()}
+                      + arguments);
+    if (!process.waitForFinished(120000)) {
+        process.kill();
+        process.waitForFinished();
+        return QByteArray();
+    }
+    return process.readAllStandardOutput();
+}
+
+#endif // SHOPPUBLISHERRUN_H

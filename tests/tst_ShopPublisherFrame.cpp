@@ -1,0 +1,499 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The example program shop-publisher: how it stops, the languages that it speaks, and the way of
+// its failures.
+
+#include "ShopPublisherRun.h"
+
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+#include <signal.h>
+#include <sys/stat.h>
+
+namespace {
+
+const int manyPictures = 60;
+
+/// The lines "[ 3/60] name" of an output.
+int stepsIn(const QString& output)
+{
+    return output.count(
+        QRegularExpression(QStringLiteral("^\\[ *\\d+/"), QRegularExpression::MultilineOption));
+}
+
+QMap<QString, QByteArray> contentOf(const QString& folder)
+{
+    QMap<QString, QByteArray> content;
+    for (const QString& name : filesIn(folder))
+        content.insert(name, readFile(folder + QLatin1Char('/') + name));
+    return content;
+}
+
+QStringList foldersIn(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+/// "%1", "%n" … in a text, sorted.
+QStringList placesIn(const QString& text)
+{
+    QStringList places;
+    QRegularExpressionMatchIterator it =
+        QRegularExpression(QStringLiteral("%[0-9n]")).globalMatch(text);
+    while (it.hasNext())
+        places.append(it.next().captured());
+    places.sort();
+    return places;
+}
+
+} // namespace
+
+class tst_ShopPublisherFrame : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void stops_data();
+    void stops();
+    void stoppedRunKeepsThePage();
+    void runAfterAStop();
+    void quietStop();
+    void ignoredSignal();
+    void stopWithFailures();
+    void verbose();
+    void verboseNames();
+    void languages_data();
+    void languages();
+    void systemLanguage_data();
+    void systemLanguage();
+    void unknownLanguage();
+    void withoutTranslations();
+    void translationsAreComplete_data();
+    void translationsAreComplete();
+
+private:
+    QString photo(const QString& name) const { return mProject + text("/photos/") + name; }
+    void makeManyPictures();
+    Outcome publish(const QStringList& options = QStringList()) const
+    {
+        return run(options + QStringList{mProject, mSite}, mHome);
+    }
+    void start(QProcess* process, const QStringList& options = QStringList()) const
+    {
+        process->setProcessEnvironment(environmentFor(mHome));
+        process->start(text(SHOP_PUBLISHER), options + QStringList{mProject, mSite});
+        QVERIFY(process->waitForStarted());
+    }
+
+    std::unique_ptr<QTemporaryDir> mRoot;
+    QString mHome;
+    QString mProject;
+    QString mSite;
+};
+
+void tst_ShopPublisherFrame::init()
+{
+    mRoot.reset(new QTemporaryDir);
+    QVERIFY(mRoot->isValid());
+    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
+    mHome = root + text("/home");
+    mProject = root + text("/project");
+    mSite = root + text("/site");
+    QVERIFY(QDir().mkpath(mHome));
+    QVERIFY(QDir().mkpath(mProject + text("/photos")));
+}
+
+void tst_ShopPublisherFrame::cleanup()
+{
+    mRoot.reset();
+}
+
+void tst_ShopPublisherFrame::makeManyPictures()
+{
+    // Together they take seconds: far longer than a signal needs to arrive.
+    const QString original = mProject + text("/original.jpg");
+    writeFile(original, encoded(corners(2400, 1800), "jpg"));
+    for (int i = 1; i <= manyPictures; ++i)
+        QVERIFY(QFile::link(original, photo(text("p%1.jpg").arg(i, 2, 10, QLatin1Char('0')))));
+}
+
+void tst_ShopPublisherFrame::stops_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<int>("afterSteps"); // -1: as soon as the working folder is there
+    QTest::addColumn<int>("times");
+    QTest::newRow("Ctrl-C at the very beginning") << SIGINT << -1 << 1;
+    QTest::newRow("Ctrl-C after the first picture") << SIGINT << 1 << 1;
+    QTest::newRow("Ctrl-C in the middle") << SIGINT << 8 << 1;
+    QTest::newRow("Ctrl-C again and again") << SIGINT << 3 << 200;
+    QTest::newRow("kill") << SIGTERM << 2 << 1;
+    QTest::newRow("closed terminal") << SIGHUP << 2 << 1;
+}
+
+void tst_ShopPublisherFrame::stops()
+{
+    QFETCH(int, signal);
+    QFETCH(int, afterSteps);
+    QFETCH(int, times);
+    makeManyPictures();
+    const QStringList before = snapshot(mRoot->path(), mSite);
+
+    QProcess process;
+    start(&process);
+    QString out;
+    const auto ready = [this, &out, afterSteps] {
+        return afterSteps < 0 ? !foldersIn(mSite).isEmpty() : stepsIn(out) >= afterSteps;
+    };
+    while (!ready() && process.state() == QProcess::Running) {
+        process.waitForReadyRead(2);
+        out += QString::fromUtf8(process.readAllStandardOutput());
+    }
+    for (int i = 0; i < times; ++i)
+        ::kill(pid_t(process.processId()), signal);
+    QVERIFY(process.waitForFinished(60000));
+    out += QString::fromUtf8(process.readAllStandardOutput());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), stopped);
+    QCOMPARE(process.readAllStandardError(), QByteArray());
+
+    // What was begun is whole, in both sizes; nothing else is there, not even hidden.
+    const QStringList images = filesIn(mSite + text("/images"));
+    QVERIFY(images.size() < manyPictures);
+    QVERIFY(images.size() >= afterSteps);
+    QCOMPARE(filesIn(mSite + text("/thumbs")), images);
+    for (const QString& name : images) {
+        QCOMPARE(QImage(mSite + text("/images/") + name).size(), QSize(1600, 1200));
+        QCOMPARE(QImage(mSite + text("/thumbs/") + name).size(), QSize(640, 480));
+    }
+    QCOMPARE(filesIn(mSite).size(), 2 * images.size());
+    QCOMPARE(foldersIn(mSite),
+             images.isEmpty() ? QStringList() : QStringList({text("images"), text("thumbs")}));
+    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+
+    // The summary says so.
+    QCOMPARE(stepsIn(out), images.size());
+    QVERIFY2(out.endsWith(text("Stopped: %1 of %2 photographs imported, no page written\n")
+                              .arg(images.size())
+                              .arg(manyPictures))
+                 || (images.isEmpty() && out.startsWith(text("Stopped: 0 of "))),
+             qPrintable(out));
+}
+
+void tst_ShopPublisherFrame::stoppedRunKeepsThePage()
+{
+    writeFile(photo(text("a.jpg")), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    const QByteArray page = readFile(mSite + text("/index.html"));
+    QVERIFY(page.contains("images/a.jpg"));
+
+    makeManyPictures();
+    QProcess process;
+    start(&process);
+    QVERIFY(process.waitForReadyRead(60000));
+    process.terminate();
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), stopped);
+    QCOMPARE(readFile(mSite + text("/index.html")), page);
+}
+
+void tst_ShopPublisherFrame::runAfterAStop()
+{
+    const QByteArray jpeg = encoded(corners(2400, 1800), "jpg");
+    for (int i = 0; i < 8; ++i)
+        writeFile(photo(text("%1.jpg").arg(i)), jpeg);
+    QCOMPARE(publish().exitCode, allImported);
+    const QMap<QString, QByteArray> expected = contentOf(mSite);
+    QVERIFY(QDir(mSite).removeRecursively());
+
+    QProcess process;
+    start(&process);
+    QVERIFY(process.waitForReadyRead(60000));
+    process.terminate();
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), stopped);
+    QCOMPARE(publish().exitCode, allImported);
+    QCOMPARE(contentOf(mSite), expected);
+}
+
+void tst_ShopPublisherFrame::quietStop()
+{
+    makeManyPictures();
+    QProcess process;
+    start(&process, {text("--quiet")});
+    while (foldersIn(mSite).size() < 2 && process.state() == QProcess::Running)
+        process.waitForFinished(2);
+    process.terminate();
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), stopped);
+    QCOMPARE(process.readAll() + process.readAllStandardError(), QByteArray());
+}
+
+void tst_ShopPublisherFrame::ignoredSignal()
+{
+    // As under nohup: who starts the program decides that it goes on.
+    const QByteArray jpeg = encoded(corners(2400, 1800), "jpg");
+    for (int i = 0; i < 5; ++i)
+        writeFile(photo(text("%1.jpg").arg(i)), jpeg);
+    QProcess process;
+    process.setProcessEnvironment(environmentFor(mHome));
+    process.start(text("/bin/sh"),
+                  {text("-c"), text("trap '' HUP; exec \"$0\" \"$1\" \"$2\""), text(SHOP_PUBLISHER),
+                   mProject, mSite});
+    QVERIFY(process.waitForReadyRead(60000));
+    ::kill(pid_t(process.processId()), SIGHUP);
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), allImported);
+    QCOMPARE(filesIn(mSite).size(), 11);
+}
+
+void tst_ShopPublisherFrame::stopWithFailures()
+{
+    makeManyPictures();
+    writeFile(photo(text("a broken one.jpg")), "broken");
+    QProcess process;
+    start(&process);
+    QVERIFY(process.waitForReadyRead(60000));
+    process.terminate();
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), stopped);
+    const QString err = QString::fromUtf8(process.readAllStandardError());
+    QVERIFY2(err.startsWith(text("1 failure:\n  a broken one.jpg: cannot be decoded (")),
+             qPrintable(err));
+}
+
+void tst_ShopPublisherFrame::verbose()
+{
+    writeFile(photo(text("a.jpg")), "broken");
+    writeFile(photo(text("b.jpg")), QByteArray());
+    QVERIFY(QFile::link(photo(text("nowhere")), photo(text("lost.jpg"))));
+    QVERIFY(QDir().mkpath(mSite + text("/index.html")));
+    const Outcome plain = publish();
+    QCOMPARE(plain.exitCode, someFailed);
+    QCOMPARE(plain.err.count(QLatin1Char('\n')), 5);
+    QVERIFY(!plain.err.contains(text("=>")));
+
+    const Outcome outcome = publish({text("--verbose")});
+    QCOMPARE(outcome.exitCode, someFailed);
+    QCOMPARE(outcome.out, plain.out);
+    // Which lines of the sources stand there is not for this test to know.
+    QString err = outcome.err;
+    err.replace(QRegularExpression(text("\\.cpp:[1-9]\\d*\n")), text(".cpp:LINE\n"));
+    err.replace(QRegularExpression(text("=>\\S*/")), text("=>"));
+    QCOMPARE(
+        err,
+        text("4 failures:\n"
+             "  lost.jpg: is a link that leads nowhere\n"
+             "      Picture:Missing (#2) (lost.jpg: is a link that leads nowhere)\n"
+             "      #Call Stack\n"
+             "      =>Project.cpp:LINE\n"
+             "      =>Project.cpp:LINE\n"
+             "      =>Publication.cpp:LINE\n"
+             "  a.jpg: cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)\n"
+             "      Picture:Undecodable (#4) (a.jpg: cannot be decoded (it is not a JPEG, PNG, "
+             "GIF or SVG picture))\n"
+             "      #Call Stack\n"
+             "      =>PictureImporter.cpp:LINE\n"
+             "      =>PictureImporter.cpp:LINE\n"
+             "      =>Publication.cpp:LINE\n"
+             "  b.jpg: is empty\n"
+             "      Picture:Undecodable (#4) (b.jpg: is empty)\n"
+             "      #Call Stack\n"
+             "      =>PictureImporter.cpp:LINE\n"
+             "      =>PictureImporter.cpp:LINE\n"
+             "      =>Publication.cpp:LINE\n"
+             "  index.html: cannot be written (a folder of that name is in the way)\n"
+             "      SitePage:Unwritable (#5) (index.html: cannot be written (a folder of that "
+             "name is in the way))\n"
+             "      #Call Stack\n"
+             "      =>Publication.cpp:LINE\n"
+             "      =>Publication.cpp:LINE\n"));
+
+    // Nothing failed: nothing more is said.
+    QVERIFY(QDir(mProject + text("/photos")).removeRecursively());
+    QVERIFY(QDir(mSite).removeRecursively());
+    writeFile(photo(text("a.jpg")), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish({text("--verbose")}).err, QString());
+}
+
+void tst_ShopPublisherFrame::verboseNames()
+{
+    // A name cannot forge a step or steer the terminal, and a "%2" in it stays what it is.
+    writeFile(photo(text("%1 %2\n=>forged.cpp:1\x1b[31m.jpg")), "broken");
+    const Outcome outcome = publish({text("--verbose")});
+    QCOMPARE(outcome.exitCode, someFailed);
+    const QString shown = text("%1 %2\\u000a=>forged.cpp:1\\u001b[31m.jpg");
+    QCOMPARE(outcome.err.section(QLatin1Char('\n'), 1, 1).left(2 + shown.size()),
+             QLatin1String("  ") + shown);
+    QVERIFY(outcome.out.contains(shown));
+    QVERIFY(!outcome.err.contains(QChar(0x1b)));
+    QCOMPARE(
+        outcome.err.count(QRegularExpression(text("^ *=>"), QRegularExpression::MultilineOption)),
+        3);
+}
+
+void tst_ShopPublisherFrame::languages_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("result"); // of one photograph; @ stands for the site
+    QTest::addColumn<QString>("failure");
+    QTest::addColumn<QString>("lang");
+    QTest::addColumn<QString>("count");
+    QTest::addColumn<QString>("refusal");
+    QTest::newRow("English") << text("en") << text("1 of 1 photograph imported: @/index.html\n")
+                             << text("1 failure:\n  b.jpg: is empty\n") << text("en")
+                             << text("1 photograph<") << text("Two folders are needed");
+    QTest::newRow("French") << text("fr")
+                            << text("Photographies importées : 1 sur 1. Page : @/index.html\n")
+                            << text("1 échec :\n  b.jpg: est vide\n") << text("fr")
+                            << text("1 photographie<") << text("Il faut deux dossiers");
+    QTest::newRow("German") << text("de") << text("1 von 1 Foto importiert: @/index.html\n")
+                            << text("1 Fehlschlag:\n  b.jpg: ist leer\n") << text("de")
+                            << text("1 Foto<") << text("Es braucht zwei Ordner");
+    QTest::newRow("French of Canada")
+        << text("fr_CA") << text("Photographies importées : 1 sur 1. Page : @/index.html\n")
+        << text("1 échec :\n  b.jpg: est vide\n") << text("fr") << text("1 photographie<")
+        << text("Il faut deux dossiers");
+}
+
+void tst_ShopPublisherFrame::languages()
+{
+    QFETCH(QString, code);
+    QFETCH(QString, result);
+    QFETCH(QString, failure);
+    QFETCH(QString, lang);
+    QFETCH(QString, count);
+    QFETCH(QString, refusal);
+    const QStringList option{text("--language"), code};
+    writeFile(photo(text("a.jpg")), encoded(corners(40, 30), "jpg"));
+    Outcome outcome = publish(option);
+    QCOMPARE(outcome.exitCode, allImported);
+    QCOMPARE(outcome.err, QString());
+    QVERIFY2(outcome.out.endsWith(result.replace(QLatin1Char('@'), mSite)),
+             qPrintable(outcome.out));
+    const QString page = QString::fromUtf8(readFile(mSite + text("/index.html")));
+    QVERIFY(page.contains(text("<html lang=\"%1\">").arg(lang)));
+    QVERIFY(page.contains(count));
+
+    writeFile(photo(text("b.jpg")), QByteArray());
+    QCOMPARE(publish(option).err, failure);
+
+    outcome = run(option + QStringList(mProject), mHome);
+    QCOMPARE(outcome.exitCode, badUsage);
+    QVERIFY2(outcome.err.contains(refusal), qPrintable(outcome.err));
+}
+
+void tst_ShopPublisherFrame::systemLanguage_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("French") << text("fr_BE.UTF-8") << text("Il faut deux dossiers");
+    QTest::newRow("German") << text("de_AT.UTF-8") << text("Es braucht zwei Ordner");
+    QTest::newRow("none of ours") << text("it_IT.UTF-8") << text("Two folders are needed");
+    QTest::newRow("none at all") << text("C") << text("Two folders are needed");
+}
+
+void tst_ShopPublisherFrame::systemLanguage()
+{
+    QFETCH(QString, locale);
+    QFETCH(QString, message);
+    QProcessEnvironment environment = environmentFor(mHome);
+    environment.insert(text("LC_ALL"), locale);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(text(SHOP_PUBLISHER), QStringList());
+    QVERIFY(process.waitForFinished(60000));
+    const QString err = QString::fromUtf8(process.readAllStandardError());
+    QVERIFY2(err.contains(message), qPrintable(err));
+
+    // What is asked for goes before what the system speaks.
+    process.start(text(SHOP_PUBLISHER), {text("-l"), text("en")});
+    QVERIFY(process.waitForFinished(60000));
+    QVERIFY(process.readAllStandardError().contains("Two folders are needed"));
+}
+
+void tst_ShopPublisherFrame::unknownLanguage()
+{
+    for (const char* code : {"it", "xx", "../fr", "C", "fr/../de"}) {
+        const Outcome outcome = publish({text("--language"), text(code)});
+        QCOMPARE(outcome.exitCode, badUsage);
+        QCOMPARE(outcome.out, QString());
+        QVERIFY2(outcome.err.contains(
+                     text("There are no texts in the language %1, only in: de, en, fr.\n")
+                         .arg(text(code))),
+                 qPrintable(outcome.err));
+        QVERIFY(!QFileInfo::exists(mSite));
+    }
+    // The option without its value.
+    QCOMPARE(run({mProject, mSite, text("--language")}, mHome).exitCode, badUsage);
+    QVERIFY(!QFileInfo::exists(mSite));
+}
+
+void tst_ShopPublisherFrame::withoutTranslations()
+{
+    // The program alone, without the files that lie beside it.
+    const QString folder = mRoot->path() + text("/alone/bin");
+    QVERIFY(QDir().mkpath(folder));
+    const QString program = folder + text("/shop-publisher");
+    QVERIFY(QFile::copy(QFileInfo(text(SHOP_PUBLISHER)).canonicalFilePath(), program));
+    writeFile(photo(text("a.jpg")), encoded(corners(40, 30), "jpg"));
+
+    QProcess process;
+    process.setProcessEnvironment(environmentFor(mHome));
+    process.start(program, {text("--language"), text("en"), mProject, mSite});
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), allImported);
+    QCOMPARE(process.readAllStandardError(), QByteArray());
+    process.start(program, {text("--language"), text("fr"), mProject, mSite});
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), badUsage);
+    QVERIFY(process.readAllStandardError().contains(
+        "There are no texts in the language fr, only in: en."));
+}
+
+void tst_ShopPublisherFrame::translationsAreComplete_data()
+{
+    QTest::addColumn<QString>("language");
+    for (const char* language : {"en", "fr", "de"})
+        QTest::newRow(language) << text(language);
+}
+
+void tst_ShopPublisherFrame::translationsAreComplete()
+{
+    QFETCH(QString, language);
+    QFile file(text(SAMPLE_SHOP_DIR "/../translations/app_%1.ts").arg(language));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QXmlStreamReader xml(&file);
+    QString source;
+    int count = 0;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == QLatin1String("source")) {
+            source = xml.readElementText();
+        } else if (xml.name() == QLatin1String("translation")
+                   || xml.name() == QLatin1String("numerusform")) {
+            QVERIFY2(!xml.attributes().hasAttribute(text("type")), qPrintable(source));
+            const bool holdsForms =
+                xml.name() == QLatin1String("translation") && (source.contains(text("%n")));
+            if (holdsForms)
+                continue;
+            const QString translation = xml.readElementText();
+            QVERIFY2(!translation.isEmpty(), qPrintable(source));
+            // What is filled in is in no translation missing, and in none too much.
+            QCOMPARE(placesIn(translation), placesIn(source));
+            ++count;
+        }
+    }
+    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+    QVERIFY(count >= (language == text("en") ? 8 : 50));
+}
+
+QTEST_MAIN(tst_ShopPublisherFrame)
+#include "tst_ShopPublisherFrame.moc"

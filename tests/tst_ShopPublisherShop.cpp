@@ -1,0 +1,866 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The example program shop-publisher with a shop.json: the pages in a browser, the data in node,
+// the settings in php, and what is said of a file that is wrong.
+
+#include "ScriptRunner.h"
+#include "ShopPublisherRun.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUrl>
+#include <QtTest>
+
+#include <functional>
+
+namespace {
+
+const QString shopFiles[] = {text("config/config.php"), text("data/products.js"),
+                             text("shop-en.html"), text("shop-fr.html")};
+
+QJsonObject localText(const char* english, const char* french)
+{
+    return {{text("en"), text(english)}, {text("fr"), text(french)}};
+}
+
+QJsonObject product(const char* english, const char* french, double price, int category,
+                    const char* photo)
+{
+    return {{text("name"), localText(english, french)},
+            {text("netPrice"), price},
+            {text("taxCategory"), category},
+            {text("photo"), text(photo)},
+            {text("description"), localText("A fine thing.", "Une belle chose.")}};
+}
+
+/// A good shop of two products.
+QJsonObject goodShop()
+{
+    return {{text("name"), text("Chez Zoë")},
+            {text("languages"), QJsonArray{text("en"), text("fr")}},
+            {text("currency"), text("EUR")},
+            {text("country"), text("FR")},
+            {text("font"), text("Open Sans")},
+            {text("products"),
+             QJsonArray{product("Blue bowl", "Bol bleu", 24.5, 0, "bowl.jpg"),
+                        product("Pear", "Poire", 3.79, 1, "fruit/pear.jpg")}}};
+}
+
+/// The same with one value of a product replaced, or taken out when it is undefined.
+QJsonObject withProduct(int index, const char* key, const QJsonValue& value)
+{
+    QJsonObject shop = goodShop();
+    QJsonArray products = shop.value(text("products")).toArray();
+    QJsonObject changed = products.at(index).toObject();
+    changed.insert(text(key), value);
+    products.replace(index, changed);
+    shop.insert(text("products"), products);
+    return shop;
+}
+
+QJsonObject with(const char* key, const QJsonValue& value)
+{
+    QJsonObject shop = goodShop();
+    shop.insert(text(key), value);
+    return shop;
+}
+
+QByteArray json(const QJsonObject& object)
+{
+    return QJsonDocument(object).toJson();
+}
+
+/// What a script in a page of the site says in headless Chromium, as JSON.
+QJsonObject askBrowser(const QString& page, const QByteArray& expression, int width)
+{
+    const QByteArray script = "<script>addEventListener('load', () => {"
+                              "const report = document.createElement('pre');"
+                              "report.textContent = 'BEGIN' + encodeURIComponent(JSON.stringify("
+        + expression + ")) + 'END'; document.body.append(report); });</script></body>";
+    QByteArray html = readFile(page);
+    html.replace("</body>", script);
+    const QString copy = QFileInfo(page).path() + text("/check.html");
+    writeFile(copy, html);
+    const QByteArray dom = runChromium({text("--window-size=%1,900").arg(width), text("--dump-dom"),
+                                        QUrl::fromLocalFile(copy).toString(QUrl::FullyEncoded)});
+    QFile::remove(copy);
+    const int begin = dom.indexOf("<pre>BEGIN") + 10;
+    const int end = dom.indexOf("END</pre>", begin);
+    return QJsonDocument::fromJson(QByteArray::fromPercentEncoding(dom.mid(begin, end - begin)))
+        .object();
+}
+
+const char cardsExpression[] = R"js({
+  lang: document.documentElement.lang,
+  title: document.title,
+  heading: document.querySelector('h1').textContent,
+  font: getComputedStyle(document.body).fontFamily,
+  weights: [getComputedStyle(document.body).fontWeight,
+            getComputedStyle(document.querySelector('h2')).fontWeight],
+  fits: document.documentElement.scrollWidth <= innerWidth,
+  ids: Array.from(document.querySelectorAll('[id]'), e => e.id),
+  fontAddress: (document.querySelector('link[rel=stylesheet]') || {}).href,
+  foot: document.querySelector('footer p').textContent,
+  cards: Array.from(document.querySelectorAll('.product-card'), card => ({
+    name: card.querySelector('h2').textContent,
+    text: (card.querySelector('.product-text p') || {textContent: ''}).textContent,
+    price: card.querySelector('.product-gross').textContent.replace(/\s+/g, ' '),
+    parts: card.querySelector('.price-parts').textContent.replace(/\s+/g, ' '),
+    loaded: card.querySelector('img').naturalWidth > 0,
+    alt: card.querySelector('img').alt
+  }))
+})js";
+
+QStringList strings(const QJsonArray& array, const char* key)
+{
+    QStringList list;
+    for (const QJsonValue& value : array)
+        list.append(value.toObject().value(text(key)).toString());
+    return list;
+}
+
+} // namespace
+
+class tst_ShopPublisherShop : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void goodShopIsWritten();
+    void projectWithoutShop();
+    void wrong_data();
+    void wrong();
+    void wrongFiles_data();
+    void wrongFiles();
+    void everythingWrongAtOnce();
+    void wayOfAnError();
+    void wrongInFrench();
+    void photoThatFails();
+    void placesThatCannotBeWritten_data();
+    void placesThatCannotBeWritten();
+    void fullDisk();
+    void stoppedRun();
+    void secondRun();
+    void acceptedSpellings();
+    void prices_data();
+    void prices();
+    void fonts_data();
+    void fonts();
+    void idsAreDistinct();
+    void unknownPageLanguage();
+    void nodeReadsTheProducts();
+    void phpReadsTheSettings();
+    void hostileTextsInTheBrowser();
+    void sampleShopInTheBrowser_data();
+    void sampleShopInTheBrowser();
+
+private:
+    void writeShop(const QByteArray& content) const
+    {
+        writeFile(mProject + text("/shop.json"), content);
+    }
+    Outcome publish(const QStringList& options = QStringList()) const
+    {
+        return run(options + QStringList{mProject, mSite}, mHome);
+    }
+    Outcome publish(const QJsonObject& shop) const
+    {
+        writeShop(json(shop));
+        return publish();
+    }
+    QByteArray siteFile(const QString& place) const
+    {
+        return readFile(mSite + QLatin1Char('/') + place);
+    }
+    /// The value of a JavaScript expression after products.js has run.
+    QJsonValue inNode(const QByteArray& expression) const
+    {
+        return valueOfJson(runScript(text("node"),
+                                     siteFile(text("data/products.js"))
+                                         + "\nconsole.log(JSON.stringify(" + expression + "));")
+                               .output);
+    }
+    /// The value of a PHP expression after config.php has run.
+    QJsonValue inPhp(const QByteArray& expression) const
+    {
+        return valueOfJson(runScript(text("php"),
+                                     siteFile(text("config/config.php")) + "\necho json_encode("
+                                         + expression + ");")
+                               .output);
+    }
+
+    std::unique_ptr<QTemporaryDir> mRoot;
+    QString mHome;
+    QString mProject;
+    QString mSite;
+};
+
+void tst_ShopPublisherShop::init()
+{
+    mRoot.reset(new QTemporaryDir);
+    QVERIFY(mRoot->isValid());
+    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
+    mHome = root + text("/home");
+    mProject = root + text("/project");
+    mSite = root + text("/site");
+    QVERIFY(QDir().mkpath(mHome));
+    const QByteArray picture = encoded(corners(40, 30), "jpg");
+    for (const char* name : {"bowl.jpg", "fruit/pear.jpg"})
+        writeFile(mProject + text("/photos/") + text(name), picture);
+}
+
+void tst_ShopPublisherShop::cleanup()
+{
+    mRoot.reset();
+}
+
+void tst_ShopPublisherShop::goodShopIsWritten()
+{
+    const Outcome outcome = publish(goodShop());
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+    QVERIFY2(outcome.out.endsWith(text("2 of 2 photographs imported: %1/index.html\n"
+                                       "Shop: %1/shop-en.html\nShop: %1/shop-fr.html\n")
+                                      .arg(mSite)),
+             qPrintable(outcome.out));
+    QCOMPARE(filesIn(mSite),
+             QStringList({text("config/config.php"), text("data/products.js"),
+                          text("images/bowl.jpg"), text("images/fruit/pear.jpg"),
+                          text("index.html"), text("shop-en.html"), text("shop-fr.html"),
+                          text("thumbs/bowl.jpg"), text("thumbs/fruit/pear.jpg")}));
+    // The contact sheet leads to the shop, in each language's own name.
+    const QString index = QString::fromUtf8(siteFile(text("index.html")));
+    QVERIFY(index.contains(text("<a href=\"shop-en.html\">English</a>")));
+    QVERIFY(index.contains(text("<a href=\"shop-fr.html\">Français</a>")));
+
+    const QString french = QString::fromUtf8(siteFile(text("shop-fr.html")));
+    QVERIFY(french.startsWith(text("<!DOCTYPE html>\n<html lang=\"fr\">")));
+    QVERIFY(french.contains(text("<title>Chez Zoë</title>")));
+    QVERIFY(french.contains(text("<h2>Bol bleu</h2>")));
+    QVERIFY(french.contains(text("<li class=\"product-card\" id=\"product_pear\">")));
+    QVERIFY(french.contains(text("href=\"images/fruit/pear.jpg\"")));
+    QVERIFY(!french.contains(text("Blue bowl")));
+    QVERIFY(!french.contains(mRoot->path()));
+}
+
+void tst_ShopPublisherShop::projectWithoutShop()
+{
+    QCOMPARE(publish().exitCode, allImported);
+    QVERIFY(!QFileInfo::exists(mSite + text("/data")));
+    QVERIFY(!QFileInfo::exists(mSite + text("/config")));
+    QVERIFY(!siteFile(text("index.html")).contains("href=\"shop-"));
+}
+
+void tst_ShopPublisherShop::wrong_data()
+{
+    QTest::addColumn<QJsonObject>("shop");
+    QTest::addColumn<QString>("message"); // the whole line, without its indentation
+    const QJsonValue none(QJsonValue::Undefined);
+    const QString bowl = text("shop.json, product 1 (Blue bowl), ");
+    const QString pear = text("shop.json, product 2 (Pear), ");
+
+    for (const char* key : {"name", "languages", "currency", "country", "font", "products"})
+        QTest::newRow(QByteArray("missing ") + key)
+            << with(key, none) << text("shop.json, %1: is missing").arg(text(key));
+    for (const char* key : {"netPrice", "taxCategory", "photo", "description"})
+        QTest::newRow(QByteArray("product: missing ") + key)
+            << withProduct(1, key, none) << pear + text(key) + text(": is missing");
+    QTest::newRow("product: missing name")
+        << withProduct(1, "name", none) << text("shop.json, product 2, name: is missing");
+
+    QTest::newRow("price is a text") << withProduct(0, "netPrice", text("24.50"))
+                                     << bowl + text("netPrice: is no number, such as 12.50");
+    QTest::newRow("price is true")
+        << withProduct(0, "netPrice", true) << bowl + text("netPrice: is no number, such as 12.50");
+    QTest::newRow("price is null") << withProduct(0, "netPrice", QJsonValue())
+                                   << bowl + text("netPrice: is no number, such as 12.50");
+    QTest::newRow("price below zero")
+        << withProduct(0, "netPrice", -1) << bowl + text("netPrice: is below zero");
+    QTest::newRow("price without end")
+        << withProduct(0, "netPrice", 1e300) << bowl + text("netPrice: is too high for a price");
+
+    const QString noCategory = text("taxCategory: is no tax category: a number from 0 to 4");
+    QTest::newRow("category above 4") << withProduct(1, "taxCategory", 5) << pear + noCategory;
+    QTest::newRow("category below 0") << withProduct(1, "taxCategory", -1) << pear + noCategory;
+    QTest::newRow("half a category") << withProduct(1, "taxCategory", 1.5) << pear + noCategory;
+    QTest::newRow("category is a text")
+        << withProduct(1, "taxCategory", text("1")) << pear + noCategory;
+    QTest::newRow("rate that the country does not have")
+        << withProduct(1, "taxCategory", 4)
+        << pear + text("taxCategory: FR has no rate of the category 4");
+
+    QTest::newRow("no such photo") << withProduct(0, "photo", text("cup.jpg"))
+                                   << bowl + text("photo: there is no photograph \"cup.jpg\"");
+    QTest::newRow("photo outside the project")
+        << withProduct(0, "photo", text("../shop.json"))
+        << bowl + text("photo: there is no photograph \"../shop.json\"");
+    QTest::newRow("photo by its path")
+        << withProduct(0, "photo", text("photos/bowl.jpg"))
+        << bowl + text("photo: there is no photograph \"photos/bowl.jpg\"");
+    QTest::newRow("photo is a number")
+        << withProduct(0, "photo", 7) << bowl + text("photo: is no text");
+    QTest::newRow("photo is empty")
+        << withProduct(0, "photo", text(" ")) << bowl + text("photo: is empty");
+
+    QTest::newRow("unknown currency")
+        << with("currency", text("XYZ"))
+        << text("shop.json, currency: \"XYZ\" is no code of a currency, such as \"EUR\"");
+    QTest::newRow("currency in small letters")
+        << with("currency", text("eur"))
+        << text("shop.json, currency: \"eur\" is no code of a currency, such as \"EUR\"");
+    QTest::newRow("unknown country")
+        << with("country", text("CH"))
+        << text("shop.json, country: \"CH\" is no country of the European Union whose tax rates "
+                "are known, such as \"FR\"");
+    QTest::newRow("country by its name")
+        << with("country", text("France"))
+        << text("shop.json, country: \"FRANCE\" is no country of the European Union whose tax "
+                "rates are known, such as \"FR\"");
+    QTest::newRow("unknown font")
+        << with("font", text("Comic Sans MS"))
+        << text("shop.json, font: \"Comic Sans MS\" is no family of the catalogue of web fonts");
+    QTest::newRow("font is a list")
+        << with("font", QJsonArray{text("Lora")}) << text("shop.json, font: is no text");
+
+    QTest::newRow("no language") << with("languages", QJsonArray())
+                                 << text("shop.json, languages: is no list of languages");
+    QTest::newRow("language is no list")
+        << with("languages", text("en")) << text("shop.json, languages: is no list of languages");
+    QTest::newRow("unknown language")
+        << with("languages", QJsonArray{text("en"), text("fr"), text("xx")})
+        << text("shop.json, languages: \"xx\" is no code of a language, such as \"fr\" or "
+                "\"pt_BR\"");
+    QTest::newRow("language that would be a path")
+        << with("languages", QJsonArray{text("en"), text("fr"), text("../en")})
+        << text("shop.json, languages: \"../en\" is no code of a language, such as \"fr\" or "
+                "\"pt_BR\"");
+    QTest::newRow("language twice")
+        << with("languages", QJsonArray{text("en"), text("fr"), text("en")})
+        << text("shop.json, languages: \"en\" stands there twice");
+
+    QTest::newRow("empty name") << with("name", text("  ")) << text("shop.json, name: is empty");
+    QTest::newRow("name is a number") << with("name", 5) << text("shop.json, name: is no text");
+    QTest::newRow("text without a translation")
+        << withProduct(0, "description", QJsonObject{{text("en"), text("A")}})
+        << bowl + text("description: has no text in \"fr\"");
+    QTest::newRow("translation that is no text")
+        << withProduct(0, "description", QJsonObject{{text("en"), text("A")}, {text("fr"), 3}})
+        << bowl + text("description: is no text in \"fr\"");
+    QTest::newRow("no products") << with("products", QJsonArray())
+                                 << text("shop.json, products: is no list of products");
+    QTest::newRow("products by name") << with("products", QJsonObject{{text("a"), 1}})
+                                      << text("shop.json, products: is no list of products");
+    QTest::newRow("product that is no object")
+        << with("products", QJsonArray{goodShop().value(text("products")).toArray().at(0), 3})
+        << text("shop.json, product 2: is no object");
+}
+
+void tst_ShopPublisherShop::wrong()
+{
+    QFETCH(QJsonObject, shop);
+    QFETCH(QString, message);
+    // A shop of an earlier run stays as it is, byte for byte.
+    QCOMPARE(publish(goodShop()).exitCode, allImported);
+    QMap<QString, QByteArray> before;
+    for (const QString& place : shopFiles)
+        before.insert(place, siteFile(place));
+
+    const Outcome outcome = publish(shop);
+    QCOMPARE(outcome.exitCode, someFailed);
+    QCOMPARE(outcome.err, text("1 failure:\n  ") + message + QLatin1Char('\n'));
+    QVERIFY(outcome.out.endsWith(text("2 of 2 photographs imported: %1/index.html\n").arg(mSite)));
+    for (const QString& place : shopFiles)
+        QCOMPARE(siteFile(place), before.value(place));
+    // Nothing new either.
+    QCOMPARE(filesIn(mSite).size(), 9);
+}
+
+void tst_ShopPublisherShop::wrongFiles_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("empty") << QByteArray() << text("shop.json: is no valid JSON (line 1: ");
+    QTest::newRow("no JSON") << QByteArray("<shop/>")
+                             << text("shop.json: is no valid JSON (line 1: ");
+    QTest::newRow("cut") << QByteArray("{\n  \"name\": \"A\",\n  \"lang")
+                         << text("shop.json: is no valid JSON (line 3: ");
+    QTest::newRow("comma too much") << QByteArray("{\n  \"name\": \"A\",\n}\n")
+                                    << text("shop.json: is no valid JSON (line 3: ");
+    QTest::newRow("Latin-1") << QByteArray("{\"name\": \"caf\xe9\"}")
+                             << text("shop.json: is no valid JSON (line 1: ");
+    QTest::newRow("a list") << QByteArray("[]") << text("shop.json: holds no object");
+}
+
+void tst_ShopPublisherShop::wrongFiles()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    writeShop(content);
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.startsWith(text("1 failure:\n  ") + message), qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite).size(), 5);
+    QVERIFY(siteFile(text("index.html")).contains("images/bowl.jpg"));
+}
+
+void tst_ShopPublisherShop::everythingWrongAtOnce()
+{
+    // Whoever mends the file learns all of it in one run.
+    const QJsonObject shop{
+        {text("languages"), QJsonArray{text("en")}},
+        {text("currency"), text("XYZ")},
+        {text("country"), text("US")},
+        {text("font"), text("No Font")},
+        {text("products"),
+         QJsonArray{QJsonObject{{text("name"), text("Cup")}, {text("netPrice"), text("1")}}}}};
+    const Outcome outcome = publish(shop);
+    QCOMPARE(outcome.exitCode, someFailed);
+    const QStringList expected{text("8 failures:"),
+                               text("  shop.json, name: is missing"),
+                               text("  shop.json, currency: "),
+                               text("  shop.json, country: "),
+                               text("  shop.json, font: "),
+                               text("  shop.json, product 1 (Cup), description: is missing"),
+                               text("  shop.json, product 1 (Cup), photo: is missing"),
+                               text("  shop.json, product 1 (Cup), taxCategory: is missing"),
+                               text("  shop.json, product 1 (Cup), netPrice: is no number")};
+    const QStringList lines = outcome.err.split(QLatin1Char('\n'), QString::SkipEmptyParts);
+    QCOMPARE(lines.size(), expected.size());
+    for (int i = 0; i < lines.size(); ++i)
+        QVERIFY2(lines.at(i).startsWith(expected.at(i)), qPrintable(lines.at(i)));
+}
+
+void tst_ShopPublisherShop::wayOfAnError()
+{
+    writeShop(json(withProduct(0, "netPrice", text("1"))));
+    const Outcome outcome = publish({text("--verbose")});
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text("      ShopValue:Unsuitable (#3) (shop.json, product 1 "
+                                       "(Blue bowl), netPrice: is no number")),
+             qPrintable(outcome.err));
+    // Raised, the value in the product, the product in the file, the file in the publication.
+    QCOMPARE(outcome.err.count(text("ShopFile.cpp:")), 3);
+    QCOMPARE(outcome.err.count(text("Publication.cpp:")), 1);
+}
+
+void tst_ShopPublisherShop::wrongInFrench()
+{
+    writeShop(json(withProduct(0, "netPrice", text("1"))));
+    const Outcome outcome = publish({text("--language"), text("fr")});
+    QCOMPARE(outcome.err,
+             text("1 échec :\n  shop.json, produit 1 (Blue bowl), netPrice: n’est pas un nombre, "
+                  "comme 12.50\n"));
+}
+
+void tst_ShopPublisherShop::photoThatFails()
+{
+    writeFile(mProject + text("/photos/bowl.jpg"), "broken");
+    const Outcome outcome = publish(goodShop());
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.startsWith(text("2 failures:\n  bowl.jpg: cannot be decoded (")),
+             qPrintable(outcome.err));
+    QVERIFY2(outcome.err.endsWith(
+                 text("  shop.json: the shop is not written, because the photograph \"bowl.jpg\" "
+                      "of one of its products could not be imported\n")),
+             qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite),
+             QStringList({text("images/fruit/pear.jpg"), text("index.html"),
+                          text("thumbs/fruit/pear.jpg")}));
+}
+
+void tst_ShopPublisherShop::placesThatCannotBeWritten_data()
+{
+    QTest::addColumn<QString>("file"); // stands where a folder should, or
+    QTest::addColumn<QString>("folder"); // stands where a file should
+    QTest::addColumn<QString>("message");
+    QTest::newRow("data is a file") << text("data") << QString()
+                                    << text("data/products.js: cannot be written: the folder data");
+    QTest::newRow("config is a file")
+        << text("config") << QString() << text("config/config.php: cannot be written: the folder");
+    QTest::newRow("a page is a folder")
+        << QString() << text("shop-fr.html") << text("shop-fr.html: cannot be written (a folder");
+}
+
+void tst_ShopPublisherShop::placesThatCannotBeWritten()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, folder);
+    QFETCH(QString, message);
+    if (!file.isEmpty())
+        writeFile(mSite + QLatin1Char('/') + file, "in the way");
+    if (!folder.isEmpty())
+        QVERIFY(QDir().mkpath(mSite + QLatin1Char('/') + folder));
+    const Outcome outcome = publish(goodShop());
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.startsWith(text("1 failure:\n  ") + message), qPrintable(outcome.err));
+    // None of the others was written either.
+    for (const QString& place : shopFiles)
+        QVERIFY2(!QFileInfo(mSite + QLatin1Char('/') + place).isFile(), qPrintable(place));
+    QVERIFY(!siteFile(text("index.html")).contains("href=\"shop-"));
+}
+
+void tst_ShopPublisherShop::fullDisk()
+{
+    QCOMPARE(publish(goodShop()).exitCode, allImported);
+    QMap<QString, QByteArray> before;
+    for (const QString& place : shopFiles)
+        before.insert(place, siteFile(place));
+    // The settings are small; the French page alone is too large for the disk.
+    const QJsonObject description{{text("en"), text("A")},
+                                  {text("fr"), QString(40000, QLatin1Char('x'))}};
+    writeShop(json(withProduct(0, "description", description)));
+    LimitedProcess process;
+    const Outcome outcome = run(process, {mProject, mSite}, mHome);
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text(": cannot be written (")), qPrintable(outcome.err));
+    for (const QString& place : shopFiles)
+        QCOMPARE(siteFile(place), before.value(place));
+    QCOMPARE(filesIn(mSite).size(), 9);
+}
+
+void tst_ShopPublisherShop::stoppedRun()
+{
+    writeFile(mProject + text("/photos/large.jpg"), encoded(corners(2400, 1800), "jpg"));
+    for (int i = 0; i < 40; ++i)
+        QVERIFY(QFile::link(mProject + text("/photos/large.jpg"),
+                            mProject + text("/photos/l%1.jpg").arg(i)));
+    writeShop(json(goodShop()));
+    QProcess process;
+    process.setProcessEnvironment(environmentFor(mHome));
+    process.start(text(SHOP_PUBLISHER), {mProject, mSite});
+    QVERIFY(process.waitForReadyRead(60000));
+    process.terminate();
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), stopped);
+    for (const QString& place : shopFiles)
+        QVERIFY(!QFileInfo::exists(mSite + QLatin1Char('/') + place));
+}
+
+void tst_ShopPublisherShop::secondRun()
+{
+    QCOMPARE(publish(goodShop()).exitCode, allImported);
+    QMap<QString, QByteArray> first;
+    for (const QString& name : filesIn(mSite))
+        first.insert(name, siteFile(name));
+    // In whatever language the program itself speaks.
+    QCOMPARE(publish({text("--language"), text("de")}).exitCode, allImported);
+    for (const QString& place : shopFiles)
+        QCOMPARE(siteFile(place), first.value(place));
+    QCOMPARE(publish().exitCode, allImported);
+    for (const QString& name : filesIn(mSite))
+        QCOMPARE(siteFile(name), first.value(name));
+}
+
+void tst_ShopPublisherShop::acceptedSpellings()
+{
+    // The mark of UTF-8, a country in small letters, a font without its blank, texts that are the
+    // same in all languages, and a photo whose accent is composed in the other way.
+    writeFile(mProject + text("/photos/e\u0301te\u0301.jpg"), encoded(corners(40, 30), "jpg"));
+    QJsonObject shop = withProduct(0, "photo", text("\u00e9t\u00e9.jpg"));
+    shop.insert(text("country"), text("fr"));
+    shop.insert(text("font"), text("opensans"));
+    shop.insert(text("description"), text(" À bientôt "));
+    writeShop("\xef\xbb\xbf" + json(shop));
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+    const QString page = QString::fromUtf8(siteFile(text("shop-en.html")));
+    QVERIFY(page.contains(text("<p>À bientôt</p>")));
+    QVERIFY(page.contains(text("images/e%CC%81te%CC%81.jpg")));
+    QVERIFY(page.contains(text("font-family: \"Open Sans\", system-ui")));
+    QVERIFY(siteFile(text("config/config.php")).contains("const SHOP_COUNTRY='FR';"));
+}
+
+void tst_ShopPublisherShop::prices_data()
+{
+    // Worked out by hand: the net price rounded to the cent, the gross price rounded from it, and
+    // the tax as what lies between.
+    QTest::addColumn<double>("netPrice");
+    QTest::addColumn<int>("category");
+    QTest::addColumn<QString>("country");
+    QTest::addColumn<QString>("currency");
+    QTest::addColumn<QString>("gross");
+    QTest::addColumn<QString>("parts");
+    QTest::newRow("standard rate") << 24.5 << 0 << text("FR") << text("EUR") << text("29.40 €")
+                                   << text("24.50 € net + 4.90 € VAT (20 %)");
+    QTest::newRow("alternative rate") << 3.79 << 1 << text("FR") << text("EUR") << text("4.00 €")
+                                      << text("3.79 € net + 0.21 € VAT (5.5 %)"); // 3.99845
+    QTest::newRow("reduced rate") << 10.0 << 2 << text("FR") << text("EUR") << text("11.00 €")
+                                  << text("10.00 € net + 1.00 € VAT (10 %)");
+    QTest::newRow("super reduced rate")
+        << 100.0 << 3 << text("IE") << text("EUR") << text("104.80 €")
+        << text("100.00 € net + 4.80 € VAT (4.8 %)");
+    QTest::newRow("parking rate") << 1.0 << 4 << text("IE") << text("EUR") << text("1.14 €")
+                                  << text("1.00 € net + 0.14 € VAT (13.5 %)"); // 1.135
+    QTest::newRow("pounds") << 10.0 << 0 << text("UK") << text("GBP") << text("12.00 £")
+                            << text("10.00 £ net + 2.00 £ VAT (20 %)");
+    QTest::newRow("nothing") << 0.0 << 0 << text("DE") << text("EUR") << text("0.00 €")
+                             << text("0.00 € net + 0.00 € VAT (19 %)");
+    QTest::newRow("more than six digits")
+        << 123456.78 << 0 << text("FR") << text("EUR") << text("148148.14 €") // 148148.136
+        << text("123456.78 € net + 24691.36 € VAT (20 %)");
+    QTest::newRow("rounded to the cent")
+        << 1.239 << 0 << text("FR") << text("EUR") << text("1.49 €") // 1.24, 1.488
+        << text("1.24 € net + 0.25 € VAT (20 %)");
+}
+
+void tst_ShopPublisherShop::prices()
+{
+    QFETCH(double, netPrice);
+    QFETCH(int, category);
+    QFETCH(QString, country);
+    QFETCH(QString, currency);
+    QFETCH(QString, gross);
+    QFETCH(QString, parts);
+    QJsonObject shop = goodShop();
+    QJsonArray products;
+    products.append(product("Thing", "Chose", netPrice, category, "bowl.jpg"));
+    shop.insert(text("products"), products);
+    shop.insert(text("country"), country);
+    shop.insert(text("currency"), currency);
+    const Outcome outcome = publish(shop);
+    QCOMPARE(outcome.err, QString());
+    QString page = QString::fromUtf8(siteFile(text("shop-en.html")));
+    page.replace(QChar(QChar::Nbsp), QLatin1Char(' '))
+        .remove(text("<span class=\"price-part\">"))
+        .remove(text("</span>"));
+    QVERIFY(
+        page.contains(text("<p class=\"product-gross\">%1 <small>incl. VAT</small>").arg(gross)));
+    QVERIFY(page.contains(text("<p class=\"price-parts\">%1</p>").arg(parts)));
+    // The same numbers, to the last digit, in the data.
+    const QJsonArray numbers =
+        inNode("[products[0].net, products[0].vat, products[0].gross, products[0].price]")
+            .toArray();
+    QCOMPARE(numbers.at(2).toDouble(), gross.section(QLatin1Char(' '), 0, 0).toDouble());
+    QCOMPARE(numbers.at(0).toDouble(), parts.section(QLatin1Char(' '), 0, 0).toDouble());
+    QCOMPARE(numbers.at(3).toString(), gross);
+}
+
+void tst_ShopPublisherShop::fonts_data()
+{
+    QTest::addColumn<QString>("font");
+    QTest::addColumn<QString>("css");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("all weights") << text("open sans") << text("\"Open Sans\", system-ui")
+                                 << text("Open+Sans:400,700");
+    QTest::newRow("one weight") << text("Lobster") << text("\"Lobster\", system-ui")
+                                << text("Lobster:400");
+    QTest::newRow("light only") << text("Buda") << text("\"Buda\", system-ui") << text("Buda:300");
+    QTest::newRow("bold only") << text("UnifrakturCook") << text("\"UnifrakturCook\", system-ui")
+                               << text("UnifrakturCook:700");
+    QTest::newRow("neither 400") << text("Sunflower") << text("\"Sunflower\", system-ui")
+                                 << text("Sunflower:500,700");
+    QTest::newRow("italic only") << text("Molle") << text("\"Molle\", \"Segoe Print\"")
+                                 << text("Molle:400i");
+    QTest::newRow("serif") << text("EBGaramond") << text("\"EB Garamond\", Georgia")
+                           << text("EB+Garamond:400,700");
+    QTest::newRow("monospace") << text("Source Code Pro")
+                               << text("\"Source Code Pro\", ui-monospace")
+                               << text("Source+Code+Pro:400,700");
+}
+
+void tst_ShopPublisherShop::fonts()
+{
+    QFETCH(QString, font);
+    QFETCH(QString, css);
+    QFETCH(QString, address);
+    const Outcome outcome = publish(with("font", font));
+    QCOMPARE(outcome.err, QString());
+    const QString page = QString::fromUtf8(siteFile(text("shop-fr.html")));
+    QVERIFY(page.contains(text("font-family: ") + css));
+    QVERIFY2(page.contains(text("css?family=") + address + text("&display=swap'")),
+             qPrintable(page.section(text("<script>"), 1).left(300)));
+}
+
+void tst_ShopPublisherShop::idsAreDistinct()
+{
+    QJsonObject shop = goodShop();
+    QJsonArray products;
+    for (const char* name : {"Bowl été", "bowl ete", "Bowl-Été!", "漢字", "漢字", "<b>", "1 2"})
+        products.append(product(name, "Nom", 1, 0, "bowl.jpg"));
+    shop.insert(text("products"), products);
+    QCOMPARE(publish(shop).exitCode, allImported);
+    const QJsonArray ids = inNode("products.map(p => p.id)").toArray();
+    QCOMPARE(ids,
+             QJsonArray({text("product_bowl_ete"), text("product_bowl_ete_1"),
+                         text("product_bowl_ete_2"), text("product_"), text("product__1"),
+                         text("product_b"), text("product_1_2")}));
+    for (const char* language : {"en", "fr"}) {
+        const QByteArray page = siteFile(text("shop-%1.html").arg(text(language)));
+        for (const QJsonValue& id : ids)
+            QCOMPARE(page.count("id=\"" + id.toString().toUtf8() + "\""), 1);
+    }
+}
+
+void tst_ShopPublisherShop::unknownPageLanguage()
+{
+    // A shop may speak a language that the program does not: its own words stay English there.
+    QJsonObject shop = goodShop();
+    shop.insert(text("languages"), QJsonArray{text("pt_BR")});
+    QJsonObject thing = product("", "", 10, 0, "bowl.jpg");
+    thing.insert(text("name"), QJsonObject{{text("pt_BR"), text("Tigela azul")}});
+    thing.insert(text("description"), QJsonObject{{text("pt_BR"), QString()}});
+    shop.insert(text("products"), QJsonArray{thing});
+    const Outcome outcome = publish(shop);
+    QCOMPARE(outcome.err, QString());
+    const QString page = QString::fromUtf8(siteFile(text("shop-pt_BR.html")));
+    QVERIFY(page.contains(text("<html lang=\"pt-BR\">")));
+    QVERIFY(page.contains(text("<h2>Tigela azul</h2>")));
+    QVERIFY(page.contains(text("incl. VAT")));
+}
+
+void tst_ShopPublisherShop::nodeReadsTheProducts()
+{
+    // Every text arrives as it stands in shop.json: none of the formatter's quirks shows.
+    const QStringList hostile{
+        text("\"double\" and 'single'"),
+        text("back\\slash \\n \\u0041 \\"),
+        text("lines\nand\ttabs"),
+        text("`${process.exit(3)}`"),
+        text("</script><!-- \u2028\u2029 -->"),
+        text("'+alert(1)+'"),
+        text("emoji \U0001F600 漢字 été €"),
+    };
+    QJsonObject shop = goodShop();
+    QJsonArray products;
+    for (const QString& name : hostile) {
+        QJsonObject thing = product("", "", 1234567.89, 1, "bowl.jpg");
+        thing.insert(text("name"), name);
+        thing.insert(text("description"), QJsonObject{{text("en"), name}, {text("fr"), text("x")}});
+        products.append(thing);
+    }
+    shop.insert(text("products"), products);
+    const Outcome outcome = publish(shop);
+    QCOMPARE(outcome.err, QString());
+
+    const QJsonArray read = inNode("products").toArray();
+    QCOMPARE(read.size(), hostile.size());
+    for (int i = 0; i < hostile.size(); ++i) {
+        const QJsonObject thing = read.at(i).toObject();
+        QCOMPARE(thing.value(text("name")).toObject(),
+                 QJsonObject({{text("en"), hostile.at(i)}, {text("fr"), hostile.at(i)}}));
+        QCOMPARE(thing.value(text("description")).toObject().value(text("en")).toString(),
+                 hostile.at(i));
+        QCOMPARE(thing.value(text("net")).toDouble(), 1234567.89);
+        QCOMPARE(thing.value(text("gross")).toDouble(), 1302469.12); // 1302469.12395
+        QCOMPARE(thing.value(text("vatRate")).toDouble(), 5.5);
+        QCOMPARE(thing.value(text("taxCategory")).toInt(), 1);
+        QCOMPARE(thing.value(text("image")).toString(), text("images/bowl.jpg"));
+    }
+}
+
+void tst_ShopPublisherShop::phpReadsTheSettings()
+{
+    QJsonObject shop = goodShop();
+    const QString name = text("\"Chez\" l'\\Été\\\\ $x {$y} ?> <?php € \U0001F600 \\");
+    shop.insert(text("name"), QJsonObject{{text("en"), name}, {text("fr"), text("Été")}});
+    shop.insert(text("description"), text("one\ntwo"));
+    shop.insert(text("font"), text("Open Sans"));
+    QCOMPARE(publish(shop).exitCode, allImported);
+    QCOMPARE(inPhp("SHOP_NAME").toObject(),
+             QJsonObject({{text("en"), name}, {text("fr"), text("Été")}}));
+    QCOMPARE(inPhp("SHOP_DESCRIPTION['fr']").toString(), text("one\ntwo"));
+    QCOMPARE(inPhp("SHOP_LANGUAGES").toArray(), QJsonArray({text("en"), text("fr")}));
+    QCOMPARE(inPhp("[SHOP_COUNTRY, SHOP_CURRENCY, SHOP_CURRENCY_SYMBOL, SHOP_FONT]").toArray(),
+             QJsonArray({text("FR"), text("EUR"), text("€"), text("Open Sans")}));
+    QCOMPARE(inPhp("SHOP_CURRENCY_NUMBER").toInt(), 978);
+    QCOMPARE(inPhp("array_keys(SHOP_VAT_RATES)").toArray(), QJsonArray({0, 1, 2, 3}));
+    QCOMPARE(inPhp("array_values(SHOP_VAT_RATES)").toArray(), QJsonArray({20, 5.5, 10, 2.1}));
+    QCOMPARE(inPhp("SHOP_FONT_WEIGHTS").toArray(), QJsonArray({400, 700}));
+    // Nothing stands before or behind the code.
+    QCOMPARE(runScript(text("php"), siteFile(text("config/config.php"))).output, QByteArray());
+}
+
+void tst_ShopPublisherShop::hostileTextsInTheBrowser()
+{
+    if (chromium().isEmpty())
+        QSKIP("Chromium is not installed");
+    const QString hostile =
+        text("<script>document.title='gone'</script> \"a\" 'b' &amp; </style> \\ €");
+    QJsonObject shop = withProduct(0, "name", hostile);
+    shop.insert(text("name"), hostile);
+    shop.insert(text("description"), hostile);
+    QCOMPARE(publish(shop).exitCode, allImported);
+    const QJsonObject seen = askBrowser(mSite + text("/shop-en.html"), cardsExpression, 1280);
+    QCOMPARE(seen.value(text("title")).toString(), hostile);
+    QCOMPARE(seen.value(text("heading")).toString(), hostile);
+    const QJsonArray cards = seen.value(text("cards")).toArray();
+    QCOMPARE(strings(cards, "name"), QStringList({hostile, text("Pear")}));
+    QCOMPARE(strings(cards, "alt"), QStringList({hostile, text("Pear")}));
+}
+
+void tst_ShopPublisherShop::sampleShopInTheBrowser_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("parts");
+    QTest::addColumn<QString>("foot");
+    QTest::newRow("en") << 1280
+                        << QStringList({text("Bowl \"Summer blue\""),
+                                        text("Teapot for five o'clock"), text("Celadon vase"),
+                                        text("Workshop lamp"), text("Three pears, 100 % ripe"),
+                                        text("A cup of hot chocolate")})
+                        << text("24.50 € net + 4.90 € VAT (20 %)")
+                        << text("Prices in Euro, with the VAT of France.");
+    QTest::newRow("fr") << 500
+                        << QStringList({text("Bol « Bleu d'été »"), text("Théière de cinq heures"),
+                                        text("Vase céladon"), text("Lampe d’atelier"),
+                                        text("Trois poires, 100 % mûres"),
+                                        text("Une tasse de chocolat chaud")})
+                        << text("24.50 € HT + 4.90 € TVA (20 %)")
+                        << text("Prix en Euro, TVA applicable : France.");
+    QTest::newRow("de") << 800
+                        << QStringList({text("Schale „Sommerblau“"), text("Teekanne für fünf Uhr"),
+                                        text("Seladon-Vase"), text("Werkstattlampe"),
+                                        text("Drei Birnen, 100 % reif"),
+                                        text("Eine Tasse heiße Schokolade")})
+                        << text("24.50 € netto + 4.90 € MwSt. (20 %)")
+                        << text("Preise in Euro, Mehrwertsteuer: France.");
+}
+
+void tst_ShopPublisherShop::sampleShopInTheBrowser()
+{
+    if (chromium().isEmpty())
+        QSKIP("Chromium is not installed");
+    QFETCH(int, width);
+    QFETCH(QStringList, names);
+    QFETCH(QString, parts);
+    QFETCH(QString, foot);
+    const QString language = text(QTest::currentDataTag());
+    const Outcome outcome = run({text(SAMPLE_SHOP_DIR), mSite}, mHome);
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+
+    const QJsonObject seen =
+        askBrowser(mSite + text("/shop-%1.html").arg(language), cardsExpression, width);
+    QCOMPARE(seen.value(text("lang")).toString(), language);
+    QCOMPARE(seen.value(text("heading")).toString(), text("L’Atelier d’Orva"));
+    QCOMPARE(seen.value(text("foot")).toString(), foot);
+    QVERIFY(seen.value(text("font")).toString().startsWith(text("\"EB Garamond\", Georgia")));
+    QCOMPARE(seen.value(text("weights")).toArray(), QJsonArray({text("400"), text("700")}));
+    QVERIFY(seen.value(text("fits")).toBool());
+    const QJsonArray cards = seen.value(text("cards")).toArray();
+    QCOMPARE(strings(cards, "name"), names);
+    QCOMPARE(strings(cards, "parts").value(0), parts);
+    const QStringList prices = strings(cards, "price");
+    const char* const gross[] = {"29.40 €", "69.90 €", "49.92 €", "149.88 €", "4.00 €", "4.50 €"};
+    for (int i = 0; i < 6; ++i) {
+        QVERIFY2(prices.value(i).startsWith(text(gross[i]) + QLatin1Char(' ')),
+                 qPrintable(prices.value(i)));
+        QVERIFY(cards.at(i).toObject().value(text("loaded")).toBool());
+    }
+    const QJsonArray ids = seen.value(text("ids")).toArray();
+    QCOMPARE(ids.size(), 6);
+    QCOMPARE(ids.at(0).toString(), text("product_bowl_summer_blue"));
+    // Asked for once everything else is there; without a network nothing comes of it.
+    QCOMPARE(seen.value(text("fontAddress")).toString(),
+             text("https://fonts.googleapis.com/css?family=EB+Garamond:400,700&display=swap"));
+}
+
+QTEST_MAIN(tst_ShopPublisherShop)
+#include "tst_ShopPublisherShop.moc"
