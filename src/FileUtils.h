@@ -1,13 +1,237 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
+// FileUtils: the family's rules for paths, file names, sizes and folder trees.
+
 #ifndef ORVAUTILS_FILEUTILS_H
 #define ORVAUTILS_FILEUTILS_H
 
 #include "orvautils_export.h"
 
+#include <QString>
+#include <QStringList>
+
+QT_BEGIN_NAMESPACE
+class QDateTime;
+class QFontMetrics;
+class QIODevice;
+class QRegExp;
+QT_END_NAMESPACE
+
+/// Static functions on paths, file names, sizes and folder trees.
+///
+/// Paths are separated by "/" on every platform. A folder path may end with "/" or not; where that
+/// makes a difference the function says so. Everything runs on the calling thread and keeps no
+/// state, so different threads may work on different trees at the same time.
+///
+/// Failures come back as the result and, where a function takes a `QString* error`, as a message
+/// there: the pointer may be null, and the text is written on failure only, never cleared. What is
+/// logged goes to LogStream with the file "FileUtils" and the function's own name. No function
+/// rolls back: what was done before a failure stays done. Output lists and counters are added to,
+/// never cleared, and keep what they got before a failure. Listings come in the order in which the
+/// system gives them.
+///
+/// Three sets of entries are meant below. Broken links and special files (pipes, sockets, devices)
+/// are in none of them; a link to a file counts as a file and a link to a folder as a folder,
+/// except while deleting.
+/// - *all entries*: files and folders, hidden ones included
+/// - *visible entries*: files and folders without the hidden ones
+/// - *visible folders*: folders without the hidden ones
+///
+/// A link that leads back to a folder which is being walked at that moment is not entered again: a
+/// loop of links is walked once, by every function that walks a tree.
 class ORVAUTILS_EXPORT FileUtils
 {
+public:
+    FileUtils() = delete;
+
+    // ---- Paths and names as text ---------------------------------------------------------------
+
+    /// The last component of \a path, with its trailing "/" if the path has one.
+    ///
+    /// "/a/b/" gives "b/", "/a/b" and "b" give "b", "/" gives "/", an empty path an empty text.
+    static QString lastPartOfFolder(const QString& path);
+
+    /// lastPartOfFolder() without the trailing "/": "/a/b/" gives "b", "/" an empty text.
+    static QString nameOfLastPartFolder(const QString& path);
+
+    /// The folder that contains \a path, ending with "/".
+    ///
+    /// A path that ends with "/" is treated as text: "/a/b/" gives "/a/", and one without an
+    /// earlier "/" comes back unchanged ("a/", "/"). Any other path is made absolute against the
+    /// current folder first: "/a/b" gives "/a/". The "/" is always added, so "/a" deliberately
+    /// gives "//".
+    static QString parentFolder(const QString& path);
+
+    /// \a path shortened on the left until it fits \a width pixels in the font of \a metrics, for
+    /// display.
+    ///
+    /// What is left begins with "..." (three full stops) at a "/": ".../photos/a.jpg". A path that
+    /// fits comes back unchanged. Where no whole component fits behind the last "/", or no "/" is
+    /// left at all, the result is what QFontMetrics::elidedText() gives. \a path is never changed.
+    static QString elidedFolder(const QFontMetrics& metrics, QString& path, int width);
+
+    /// \a name reduced to ASCII letters and digits, parentheses, blanks, "-", "_" and ".".
+    ///
+    /// Letters lose their accents; what has no plain base letter ("ß", "ø") is removed. Runs of
+    /// white space become one blank and both ends are trimmed *before* other characters are
+    /// removed, so " Été 2016 / n°3 " gives "Ete 2016  n3" with two blanks. May be empty.
+    static QString normalizeFilename(const QString& name);
+
+    /// The text "[\w()\s\-\_]+", a pattern for words that look like file names.
+    static QString regExpFilename();
+
+    /// \a size, in bytes, for people: "512 B", "1.50 kB", "3.25 MB", "2.00 GB".
+    ///
+    /// The units are "octets", "Ko", "Mo" and "Go" when the name of the default QLocale begins with
+    /// "fr". Bounds are inclusive, so 1024 is still "1024 B". Negative sizes are shown in bytes,
+    /// and zero deliberately as "0 kB". The decimal separator is always ".". Kilobytes and
+    /// megabytes are computed in single precision and round accordingly; gigabytes in double.
+    static QString fileSizeToString(qint64 size);
+
+    /// Whether \a path is an existing folder; false for an empty path or one of white space only.
+    static bool folderExists(const QString& path);
+
+    /// Whether the folder \a path holds no visible entry.
+    ///
+    /// A folder that holds only hidden files (".DS_Store") deliberately counts as empty, and so
+    /// does one that does not exist.
+    static bool directoryIsEmpty(const QString& path);
+
+    /// Whether \a name holds none of the characters / \ | ? < > " : * that some systems forbid in
+    /// file names.
+    static bool checkNameFileValidity(const QString& name);
+
+    /// \a name with every character that checkNameFileValidity() forbids replaced by "_".
+    static QString fixNameFileValidity(const QString& name);
+
+    /// Sets the hidden attribute of the file \a path on Windows; does nothing elsewhere.
+    static void setFileHiddenOnWindows(const QString& path);
+
+    // ---- Folder trees --------------------------------------------------------------------------
+
+    /// The size in bytes of all files in the folder \a path and its sub-folders, hidden ones
+    /// included.
+    ///
+    /// Files named ".DS_Store", in whatever case, are left out of everything. \a fileCount, when
+    /// given, is increased by the number of files. \a lastModified, when given, becomes the latest
+    /// modification time of a file if it is null or earlier. Folders have no size and are not
+    /// counted. Returns 0 for an empty path and for a folder that does not exist.
+    static qint64 folderSize(const QString& path, int* fileCount = nullptr,
+                             QDateTime* lastModified = nullptr);
+
+    /// Copies the file \a source to \a destination, whose folder is created if need be and which is
+    /// replaced if it exists. The copy has the permissions of the source.
+    ///
+    /// When both are the same file, also through links, nothing is done and true is returned.
+    /// Otherwise an existing destination is removed first, and stays removed if the copy fails.
+    /// The destination appears under its name only when it is complete. On failure returns false
+    /// and logs with LogType 2: a missing source, a destination that cannot be removed, or the copy
+    /// with its numeric QFileDevice::FileError.
+    static bool forceCopy(const QString& source, const QString& destination);
+
+    /// Creates the folder that is to contain the file \a filePath, with all missing parents.
+    ///
+    /// Returns true if the folder exists afterwards. Otherwise false, with the message
+    /// "(fileMkPath) Cant create folder '<absolute path>' !" in \a error. Nothing is logged.
+    static bool fileMkPath(const QString& filePath, QString* error = nullptr);
+
+    /// Empties the folder \a path and keeps the folder itself.
+    ///
+    /// Sub-folders are removed only when \a recursive is true and are silently left otherwise.
+    /// Links are removed as links; what they point to is not touched. Special files stay.
+    ///
+    /// As a guard against wiping the current folder, returns false without a log for an empty path,
+    /// for one that holds no "/" and for "."; also for a folder that does not exist. Stops at the
+    /// first entry that cannot be removed, logs it with LogType 4 and returns false.
+    static bool removeContentDirectory(const QString& path, bool recursive);
+
+    /// Copies the folder \a source with everything in it (all entries) to \a destination, which is
+    /// created if need be.
+    ///
+    /// With \a merge false an existing destination is deleted first, so that it becomes an exact
+    /// copy; a destination that is a link is replaced by a folder. With \a merge true what has no
+    /// counterpart in the source stays, and files of the same name are replaced. Links are copied
+    /// as what they point to.
+    ///
+    /// A destination that is the source, lies inside it or contains it (also through links) is
+    /// refused before anything is touched. Stops at the first failure and returns false; what was
+    /// copied stays. Logs with LogType 4 a missing source, with LogType 2 every other failure. An
+    /// empty source counts as missing, an empty destination as one that cannot be created.
+    static bool copyDir(const QString& source, const QString& destination, bool merge);
+
+    /// Removes folders that hold no visible entry and returns how many were removed.
+    ///
+    /// With \a recursive true first the visible sub-folders, from the inside out; then, whatever
+    /// \a recursive is, \a path itself. A folder that holds only hidden entries is tried but cannot
+    /// be removed; it is not counted and nothing is logged. Links to folders are not followed. An
+    /// empty path gives 0.
+    static int removeEmptyDirs(const QString& path, bool recursive);
+
+    /// Copies what \a source has available to \a destination in pieces of at most \a segmentSize
+    /// bytes, until the source has nothing available.
+    ///
+    /// Both devices must be open and stay open. Returns the number of bytes *requested* from the
+    /// source, which is deliberately not the number read or written (INT_MAX if it is larger);
+    /// write errors are not noticed. Stops, without counting that request, when a read gives
+    /// nothing, and returns 0 for a segment size below 1.
+    static int segmentedCopy(QIODevice& source, QIODevice& destination, int segmentSize);
+
+    /// Appends the visible files of the folder \a path to \a list as paths relative to it, each
+    /// behind \a prefix, and returns how many.
+    ///
+    /// A "/" is put behind a prefix that is not empty and does not end with one. With \a recursive
+    /// true sub-folders are listed too ("sub/file"): all visible ones, or those whose *name* is
+    /// matched exactly by \a folderFilter, if it is given. The filter never applies to files.
+    /// Returns 0 for an empty path and for a folder that does not exist.
+    static int listFilesInFileSystem(const QString& path, QStringList& list, bool recursive,
+                                     QRegExp* folderFilter = nullptr,
+                                     const QString& prefix = QString());
+
+    /// Appends the absolute path of each visible folder in \a path to \a list, with \a recursive
+    /// true each followed by its own sub-folders.
+    ///
+    /// An empty path means the current folder. Returns false if the folder does not exist.
+    static bool listDirectoriesInFileSystem(const QString& path, QStringList& list, bool recursive);
+
+    /// Appends the name of each visible folder in \a path to \a list.
+    ///
+    /// An empty path means the current folder. Returns false if the folder does not exist.
+    static bool listFolderName(const QString& path, QStringList& list);
+
+    // ---- Older variants that callers still depend on -------------------------------------------
+
+    struct ORVAUTILS_EXPORT old
+    {
+        old() = delete;
+
+        /// Creates the folder that is to contain the file \a filePath, level by level.
+        ///
+        /// The folder is the text up to the last "/"; in a text without "/" there is no level to
+        /// create, so it gives true. A level that cannot be created is logged with LogType 2 and
+        /// the later ones are tried all the same. If any failed, returns false, with a last message
+        /// "The folder '<folder>' cannot be created!" in \a error and, with LogType 2, in the log.
+        static bool forceDirectoryCreationForAFile(const QString& filePath,
+                                                   QString* error = nullptr);
+
+        /// Removes the folder \a path and, when \a recursive is true, everything in it, in the
+        /// order of the names ignoring case.
+        ///
+        /// Stops at the first sub-folder when \a recursive is false, at the first entry that cannot
+        /// be removed and at folders deeper than \a depth levels, \a path being the first one.
+        /// Links are removed as links, \a path itself included; what they point to is not touched.
+        /// Special files are left, and with them the folder. Returns false with a message in
+        /// \a error (none for an empty path). Nothing is logged.
+        static bool removeDirectory(const QString& path, bool recursive, QString* error = nullptr,
+                                    int depth = 64);
+
+        /// FileUtils::listFilesInFileSystem() with two differences: an empty path means the current
+        /// folder, and a "/" is put behind an empty prefix too, so that by default every entry
+        /// begins with "/" ("/file", "/sub/file").
+        static int listFilesInFileSystem(const QString& path, QStringList& list, bool recursive,
+                                         QRegExp* folderFilter = nullptr,
+                                         const QString& prefix = QString());
+    };
 };
 
 #endif // ORVAUTILS_FILEUTILS_H

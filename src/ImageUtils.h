@@ -1,13 +1,251 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
+// ImageUtils: image files on their way into a project, and small operations on pixels.
+//
+//     // A photograph, upright, 1600 x 1600 at most, as a progressive JPEG:
+//     ImageUtils::copyImageFile(photo, site + QStringLiteral("/images/boat.jpg"), true,
+//                               QSize(1600, 1600),
+//                               ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg);
+
 #ifndef ORVAUTILS_IMAGEUTILS_H
 #define ORVAUTILS_IMAGEUTILS_H
 
 #include "orvautils_export.h"
 
+#include <QByteArray>
+#include <QColor>
+#include <QFlags>
+#include <QImage>
+#include <QPixmap>
+#include <QRect>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+class QLabel;
+
+/// Import of image files, recognition of web images, operations on pixels.
+///
+/// Every function is static, does its work before it returns and runs on the thread that calls it.
+/// The functions that take a QPixmap or a QLabel belong to the GUI thread and need a
+/// QGuiApplication; all others may be called from any thread, several at a time. Sizes are in
+/// pixels of the picture; its device pixel ratio is not looked at.
+///
+/// Where nothing is said of the log, nothing is written to it.
 class ORVAUTILS_EXPORT ImageUtils
 {
+public:
+    ImageUtils() = delete;
+
+    /// What copyImageFile() is asked to do beside copying.
+    enum OptionImageCopy {
+        /// Turn the picture as its EXIF orientation says; a rotation forces re-encoding.
+        UseExifRotation = 0x01,
+        /// Save with writeProgressiveImage(). Forces re-encoding, unless
+        /// ProgressiveOnlyWhenReencoded stands beside it.
+        ProgressiveJpeg = 0x02,
+        /// Scale with Qt::KeepAspectRatioByExpanding: the maximum is filled, one side exceeds it.
+        ExpandToFill = 0x04,
+        /// Save with quality 85, whatever the quality argument says.
+        Quality85 = 0x08,
+        /// Never scale. The file is copied as it is, unless it has to be turned.
+        NoResize = 0x10,
+        /// Scale to twice the maximum size.
+        Retina = 0x20,
+        /// Save as a progressive JPEG only what has to be re-encoded for another reason.
+        ProgressiveOnlyWhenReencoded = 0x40
+    };
+    Q_DECLARE_FLAGS(OptionsImageCopy, OptionImageCopy)
+
+    /// \name Import
+    /// @{
+
+    /// The quality of a JPEG where the caller names none: 80, of 100.
+    static int defaultJpegCompression();
+
+    /// Writes \a image to \a path in \a format ("jpeg", "png" …), with progressive scans where the
+    /// format has them.
+    ///
+    /// \a quality is handed to the writer as its compression setting, not as its quality setting.
+    /// This is deliberate: a JPEG therefore always has Qt's own quality, 75, and a PNG is
+    /// compressed the harder the higher the number is.
+    ///
+    /// A file that stands at \a path is replaced only when the new one is complete; on failure it
+    /// is what it was, and no half-written file is left. (Where the folder may not be written to
+    /// but the file may, it is overwritten in place, without that guarantee.)
+    ///
+    /// Returns false on failure, and logs with LogType 2 "can't save writeProgressiveImage ",
+    /// \a path, " errorString=", the writer's words, " size=" and the image's size.
+    static bool writeProgressiveImage(const QImage& image, const QString& path,
+                                      const QByteArray& format, int quality);
+
+    /// Imports the image file \a src as \a dst: copies it byte for byte where that will do, else
+    /// loads, scales, turns and writes it in its own format (the one its content has, whatever the
+    /// suffixes say). Missing folders of \a dst are created. A leading "file://" of \a src is
+    /// dropped. Returns whether \a dst now is the imported picture.
+    ///
+    /// \code
+    /// // 4000 x 3000, orientation 6  ->  1200 x 1600, upright
+    /// ImageUtils::copyImageFile(src, dst, true, QSize(1600, 1600), ImageUtils::UseExifRotation);
+    /// \endcode
+    ///
+    /// GIF and SVG files are always copied. Any other file is copied unless
+    /// - UseExifRotation is set and its orientation asks for a rotation, or
+    /// - NoResize is not set and one of these holds: ProgressiveJpeg is set without
+    ///   ProgressiveOnlyWhenReencoded; \a keepAspectRatio is false; the picture is wider or taller
+    ///   than \a maxSize.
+    ///
+    /// So NoResize with ProgressiveJpeg copies a picture that needs no rotation, baseline or not.
+    ///
+    /// A picture that is re-encoded and is wider or taller than \a maxSize is scaled smoothly
+    /// (never with NoResize): into \a maxSize keeping its aspect ratio, to exactly \a maxSize when
+    /// \a keepAspectRatio is false, or over it with ExpandToFill, which wins over the argument;
+    /// with Retina the target is twice \a maxSize, which may enlarge the picture. The rotation
+    /// comes after the scaling, so \a maxSize speaks of the picture as it is stored.
+    ///
+    /// The quality is 85 with Quality85, else \a quality, or defaultJpegCompression() where that is
+    /// negative. With ProgressiveJpeg it goes the way of writeProgressiveImage(), that is, a JPEG
+    /// gets 75.
+    ///
+    /// A side of \a maxSize that is 0 is computed: the picture's size is scaled into a box of
+    /// 999999999 x 1 (height 0) or 1 x 999999999 (width 0), keeping its aspect ratio. This yields
+    /// a side of one pixel, not an unbounded one; it is deliberate.
+    ///
+    /// \a src is only read, and the picture that stands at \a dst is lost in no case: the new one
+    /// is written beside it and takes its place when complete. So \a dst may be \a src itself. A
+    /// symbolic link at \a dst is replaced, what it points to is not touched.
+    ///
+    /// A JPEG that is to become much smaller may be decoded at a half, a quarter or an eighth of
+    /// its size; the result is computed from the whole size and looks the same (see decode() in the
+    /// source). A picture of more than 2 GiB once decoded cannot be loaded.
+    ///
+    /// Returns false on failure and logs it, as function "copyImageFile", with LogType 2 where
+    /// nothing else is said:
+    /// - "importImageFile format null": \a src is missing or not an image that Qt reads;
+    /// - "copyImageFile maxSizeImage invalid !!  = " and the maximum (LogType 4): a side of it is
+    ///   below 1, after the rule for 0; (0, 0) is shown as (-1, -1);
+    /// - "FileUtils::forceCopy": copying failed (for GIF and SVG this is not logged; forceCopy()
+    ///   itself logs the reason);
+    /// - "importImageFile can't load " and \a src;
+    /// - "copyImageFile #2 img.size() = ", the size, the target: the picture cannot be scaled;
+    /// - "copyImageFile : can't remove" and \a dst (LogType 4): what stands at \a dst cannot be
+    ///   replaced;
+    /// - "importImageFile can't save ", \a dst, the format, the picture's size, "maxSizeImage=",
+    ///   the maximum.
+    ///
+    /// An image plugin that hands out an empty picture shows in "copyImageFile img.size() = ",
+    /// "copyImageFile #3 img.size() = " and "copyImageFile #4 img.size() = " before saving fails.
+    static bool copyImageFile(const QString& src, const QString& dst, bool keepAspectRatio,
+                              const QSize& maxSize, OptionsImageCopy options = OptionsImageCopy(),
+                              int quality = -1);
+
+    /// The size that the header of the image file \a path states, without decoding the picture;
+    /// invalid, (-1, -1), where there is none. The EXIF orientation is not applied.
+    static QSize imageSize(const QString& path);
+
+    /// The picture in the file \a path, scaled smoothly into \a maxSize, keeping its aspect ratio,
+    /// when it is wider or taller. A null pixmap when it cannot be loaded or when a side of
+    /// \a maxSize is below 1.
+    static QPixmap scaledPixmapFromFilepath(const QString& path, const QSize& maxSize);
+
+    /// Loads the pictures \a folder + \a overlay and \a folder + \a background (the names are
+    /// simply joined: \a folder ends with "/"), paints the overlay over the background at (0, 0)
+    /// and saves the result as a PNG in \a folder + \a output.
+    ///
+    /// Returns false only when the overlay cannot be loaded; this is deliberate. Where the
+    /// background cannot be loaded nothing is written. \a color is not used.
+    static bool fusionImage(const QString& folder, const QString& background,
+                            const QString& overlay, const QColor& color, const QString& output);
+
+    /// @}
+    /// \name Names of web images
+    /// @{
+
+    /// The file suffixes that belong to \a formats, in this order whatever theirs is: "jpeg" and
+    /// "jpg" for "jpeg" or "jpg", "gif", "png", "svg". Case does not count.
+    ///
+    /// \code
+    /// imageExtensionsAccordingImageFormat({"JPG", "png"}) == {"jpeg", "jpg", "png"}
+    /// \endcode
+    static QStringList imageExtensionsAccordingImageFormat(const QStringList& formats);
+
+    /// Whether the suffix of \a name is "svg", in whatever case.
+    static bool imageNameIsVectoriel(const QString& name);
+
+    /// Whether the suffix of \a name is "jpg", "jpeg", "png", "gif" or "svg", in whatever case.
+    static bool filenameHasWebImageExtension(const QString& name);
+
+    /// @}
+    /// \name Sizes
+    /// @{
+
+    /// \a size brought to the width \a width: (width, round(width x height / width of size)). The
+    /// height is 0 where the width of \a size is.
+    static QSize resizeImageToWidthKeepingRatio(int width, const QSize& size);
+
+    /// \a size brought to the height \a height: (round(height x width / height of size), height).
+    /// The width is 0 where the height of \a size is.
+    static QSize resizeImageToHeightKeepingRatio(int height, const QSize& size);
+
+    /// Half of \a pixmap's size, each side rounded, as a rectangle at (0, 0).
+    static QRect retinaRect(const QPixmap& pixmap);
+
+    /// Cuts the largest centred square out of \a image and scales it to the width of \a maxSize
+    /// where it is larger. Of an image that is square already only the size may change.
+    ///
+    /// Returns whether \a image was replaced: false for a square image that is not wider than
+    /// \a maxSize. A \a maxSize with a side below 1 sets no limit.
+    static bool resizeImageToSquare(QImage& image, const QSize& maxSize);
+
+    /// Makes \a pixmap square by centring it in a square of its larger side, whose background is
+    /// transparent or else white. Returns false for one that is square already.
+    static bool resizeImageToSquare(QPixmap& pixmap, bool transparentBackground);
+
+    /// Shows \a pixmap in \a label, sharp on a display of double density: the label gets the fixed
+    /// size that \a pixmap has when scaled into \a size x \a size keeping its aspect ratio, the
+    /// pixmap is scaled smoothly to twice that size, and the label scales its contents.
+    static void setLabelPixmap(QLabel* label, int size, const QPixmap& pixmap);
+
+    /// @}
+    /// \name Pixels
+    /// @{
+
+    /// Whether a pixel of \a image is fully transparent, that is, whether its whole 32-bit value
+    /// (QImage::pixel()) is at most 0xFFFFFF. False for an image without pixels and for one whose
+    /// format has no alpha channel.
+    static bool hasTransparentPixel(const QImage& image);
+
+    /// Multiplies the alpha of every pixel by \a opacity, in steps of 1/255. \a image becomes one
+    /// in QImage::Format_ARGB32_Premultiplied. From 1 on nothing is changed, also not the format;
+    /// below 0 counts as 0, and so does NaN. Always returns true.
+    static bool applyOpacity(QImage& image, double opacity);
+    static bool applyOpacity(QPixmap& pixmap, double opacity);
+
+    /// A canvas of the size of \a image, filled with \a color, with \a image drawn over it; 20 x 20
+    /// and only filled where \a image is null. An invalid \a color is transparent.
+    ///
+    /// \a opacity has to lie in 1 to 100, else a null image comes back, but has no other effect: it
+    /// reaches applyOpacity() as it is, where everything from 1 on means opaque. This is
+    /// deliberate.
+    static QImage createTransparentPixmap(const QImage& image, const QColor& color, int opacity);
+
+    /// A grey copy: each pixel becomes (11 x red + 16 x green + 5 x blue) / 32, its alpha stays.
+    /// An image in another format than QImage::Format_ARGB32, Format_ARGB32_Premultiplied or
+    /// Format_RGB32 comes back as ARGB32, or as RGB32 where it has no alpha channel.
+    static QPixmap toGray(const QPixmap& pixmap);
+    static QImage toGray(const QImage& image);
+
+    /// Paints \a color over all that \a pixmap shows: its shape stays, its colours go. An alpha of
+    /// \a color below 1 scales that of the pixmap. A null pixmap stays null.
+    static void colorize(QPixmap& pixmap, const QColor& color);
+
+    /// A copy of \a pixmap after colorize().
+    static QPixmap colorized(const QPixmap& pixmap, const QColor& color);
+
+    /// @}
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(ImageUtils::OptionsImageCopy)
 
 #endif // ORVAUTILS_IMAGEUTILS_H

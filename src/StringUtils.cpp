@@ -3,6 +3,8 @@
 
 #include "StringUtils.h"
 
+#include "AsciiCharacters.h"
+
 #include <QDateTime>
 #include <QRegularExpression>
 #include <QUuid>
@@ -11,11 +13,6 @@
 #include <array>
 
 namespace {
-
-bool isAsciiDigit(QChar c)
-{
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
 
 // Durations
 

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "LogKeeper.h"
+
+#include <QMutex>
+
+namespace {
+
+QMutex keptMutex; // messages come from any thread
+QStringList kept;
+QtMessageHandler passOn = nullptr;
+
+void keep(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (type == QtFatalMsg) {
+        // The process is about to end: nobody would ask for what was kept.
+        if (passOn)
+            passOn(type, context, text);
+        return;
+    }
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    const QMutexLocker locker(&keptMutex);
+    kept.append(text.simplified());
+}
+
+} // namespace
+
+LogKeeper::LogKeeper()
+    : mPrevious(qInstallMessageHandler(keep))
+{
+    passOn = mPrevious;
+}
+
+LogKeeper::~LogKeeper()
+{
+    qInstallMessageHandler(mPrevious);
+    passOn = nullptr;
+    take();
+}
+
+QStringList LogKeeper::take()
+{
+    const QMutexLocker locker(&keptMutex);
+    QStringList taken;
+    taken.swap(kept);
+    return taken;
+}

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// LogKeeper: the host's message handler while a picture is imported. The library tells every
+// failure through the log; what it says is kept here so that it can be reported as the reason,
+// and does not run through the progress bar.
+
+#ifndef LOGKEEPER_H
+#define LOGKEEPER_H
+
+#include <QStringList>
+
+/// Takes the place of Qt's message handler for as long as it lives. One at a time.
+class LogKeeper
+{
+public:
+    LogKeeper();
+    ~LogKeeper();
+
+    /// The warnings and errors since the last call, each on one line.
+    QStringList take();
+
+private:
+    Q_DISABLE_COPY(LogKeeper)
+
+    QtMessageHandler mPrevious;
+};
+
+#endif // LOGKEEPER_H

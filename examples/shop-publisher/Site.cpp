@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "Site.h"
+
+#include <FileUtils.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+#ifdef Q_OS_MACOS
+const Qt::CaseSensitivity pathCase = Qt::CaseInsensitive;
+#else
+const Qt::CaseSensitivity pathCase = Qt::CaseSensitive;
+#endif
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("Site", text);
+}
+
+/// The path with all links resolved, although its last parts may not exist.
+QString resolvedPath(const QString& path)
+{
+    QString existing = QFileInfo(path).absoluteFilePath();
+    QString missing;
+    while (!QFileInfo::exists(existing)) {
+        const int slash = existing.lastIndexOf(QLatin1Char('/'));
+        if (slash < 0)
+            return QDir::cleanPath(path);
+        missing.prepend(existing.mid(slash));
+        existing.truncate(slash);
+        if (existing.isEmpty())
+            existing = QStringLiteral("/");
+    }
+    const QString resolved = QFileInfo(existing).canonicalFilePath() + missing;
+    const QString clean = QDir::cleanPath(resolved);
+    // A ".." among the missing parts leads back to folders that may exist.
+    return missing.contains(QLatin1String("/..")) && clean != path ? resolvedPath(clean) : clean;
+}
+
+/// True when \a path is \a folder or lies below it. Both are absolute and clean.
+bool liesIn(const QString& path, const QString& folder)
+{
+    if (path.compare(folder, pathCase) == 0 || folder == QLatin1String("/"))
+        return true;
+    return path.startsWith(folder + QLatin1Char('/'), pathCase);
+}
+
+} // namespace
+
+Site::Site(const QString& path)
+    : mFolder(resolvedPath(path))
+{ }
+
+QString Site::refusal(const Project& project) const
+{
+    const struct
+    {
+        QString folder;
+        const char* siteInside;
+        const char* siteAround;
+    } rules[] = {
+        {project.photosFolder(),
+         QT_TRANSLATE_NOOP("Site", "SITE lies in the folder of the photographs (%1)."),
+         QT_TRANSLATE_NOOP("Site", "SITE contains the folder of the photographs (%1).")},
+        {project.folder(), QT_TRANSLATE_NOOP("Site", "SITE lies in the project (%1)."),
+         QT_TRANSLATE_NOOP("Site", "SITE contains the project (%1).")},
+    };
+    for (const auto& rule : rules) {
+        if (liesIn(mFolder, rule.folder))
+            return tr(rule.siteInside).arg(rule.folder);
+        if (liesIn(rule.folder, mFolder))
+            return tr(rule.siteAround).arg(rule.folder);
+    }
+    if (QFileInfo::exists(mFolder) && !QFileInfo(mFolder).isDir())
+        return tr("SITE is not a folder (%1).").arg(mFolder);
+    return QString();
+}
+
+bool Site::open(QString* reason)
+{
+    if (!FileUtils::fileMkPath(mFolder + QLatin1String("/index.html"), nullptr)) {
+        *reason = tr("The folder %1 cannot be made.").arg(mFolder);
+        return false;
+    }
+    mDrafts.reset(new QTemporaryDir(mFolder + QLatin1String("/.shop-publisher-XXXXXX")));
+    if (!mDrafts->isValid()) {
+        *reason = tr("The folder %1 cannot be written to.").arg(mFolder);
+        return false;
+    }
+    return true;
+}
+
+bool Site::contains(const QString& absolutePath) const
+{
+    return liesIn(absolutePath, mFolder);
+}
+
+QString Site::draft(const QString& name) const
+{
+    return mDrafts->path() + QLatin1Char('/') + name;
+}
+
+bool Site::publish(const QString& draftPath, const QString& place, QString* reason)
+{
+    if (!makeFolderFor(place, reason))
+        return false;
+    const QString target = mFolder + QLatin1Char('/') + place;
+    // Not QFile::rename, which never replaces: the old file stays until the new one is there.
+    if (std::rename(QFile::encodeName(draftPath).constData(), QFile::encodeName(target).constData())
+        != 0) {
+        *reason = tr("cannot be written to %1 (%2)")
+                      .arg(place, QString::fromLocal8Bit(std::strerror(errno)));
+        return false;
+    }
+    return true;
+}
+
+bool Site::write(const QString& place, const QByteArray& content, QString* reason)
+{
+    if (!makeFolderFor(place, reason))
+        return false;
+    const QString target = mFolder + QLatin1Char('/') + place;
+    // QSaveFile would write through a link, out of the site.
+    if (QFileInfo(target).isSymLink())
+        QFile::remove(target);
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()
+        || !file.commit()) {
+        *reason = tr("cannot be written (%1)").arg(file.errorString());
+        return false;
+    }
+    return true;
+}
+
+bool Site::makeFolderFor(const QString& place, QString* reason) const
+{
+    const QStringList parts = place.split(QLatin1Char('/'));
+    QString folder = mFolder;
+    for (int i = 0; i + 1 < parts.size(); ++i) {
+        folder += QLatin1Char('/') + parts.at(i);
+        const QString shown = QStringList(parts.mid(0, i + 1)).join(QLatin1Char('/'));
+        const QFileInfo info(folder);
+        if (info.isSymLink()) {
+            *reason = tr("cannot be written: %1 is a link that leads out of the site").arg(shown);
+            return false;
+        }
+        if (!info.isDir() && !QDir().mkdir(folder)) {
+            *reason = tr("cannot be written: the folder %1 cannot be made").arg(shown);
+            return false;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ComputerIdentifier: a stable identifier of this machine, for diagnostics.
+
+#ifndef ORVAUTILS_COMPUTERIDENTIFIER_H
+#define ORVAUTILS_COMPUTERIDENTIFIER_H
+
+#include "orvautils_export.h"
+
+#include <QString>
+
+/// Identifies the machine by its network hardware. Every call asks the system anew, since adapters
+/// come and go; safe from any thread. It tells machines apart for support, it is no proof of
+/// identity: hardware addresses can be changed.
+class ORVAUTILS_EXPORT ComputerIdentifier
+{
+public:
+    /// The maker's product number. There is none on the platforms of the library: always empty.
+    static QString productId();
+
+    /// The hardware address of the network interface "en0" where that interface exists, which is
+    /// the built-in adapter on macOS, even when its address is empty; otherwise the first address
+    /// that is not empty, in the order in which the system lists its interfaces; otherwise an empty
+    /// text. Written as "02:00:5E:10:00:07".
+    ///
+    /// An address of zeros is not empty: on a system whose loopback interface comes first and has
+    /// one, it is the answer.
+    static QString primaryMACAddress();
+
+    /// productId() and primaryMACAddress() joined by "-"; the address alone, which may be empty,
+    /// where there is no product id.
+    static QString uniqueIdentifier();
+
+    /// Qt's hash of uniqueIdentifier() (`qHash` with seed 0) in lower-case hexadecimal digits
+    /// without padding. It is as stable as Qt's string hash is: do not store it across versions.
+    static QString hashedUniqueIdentifier();
+
+    /// Writes the four values as Qt warnings in the category "default", each in the local 8-bit
+    /// encoding: "Product Id: ", "First MAC: ", "Unique Identifier: " and
+    /// "Hashed Unique Identifier: " with the value behind it.
+    static void debug();
+};
+
+#endif // ORVAUTILS_COMPUTERIDENTIFIER_H

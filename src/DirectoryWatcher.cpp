@@ -1,0 +1,247 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "DirectoryWatcher.h"
+
+#include "FileUtils.h"
+#include "LogRecord.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+
+namespace {
+
+QStringList without(const QStringList& paths, const QSet<QString>& known)
+{
+    QStringList unknown;
+    for (const QString& path : paths) {
+        if (!known.contains(path))
+            unknown.append(path);
+    }
+    return unknown;
+}
+
+QSet<QString> setOf(const QStringList& paths)
+{
+    QSet<QString> set;
+    set.reserve(paths.size());
+    for (const QString& path : paths)
+        set.insert(path);
+    return set;
+}
+
+void insertAll(QSet<QString>& set, const QStringList& paths)
+{
+    for (const QString& path : paths)
+        set.insert(path);
+}
+
+QString withSlash(const QString& folder)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+}
+
+void logRefused(const QStringList& paths)
+{
+    ORVAUTILS_LOG_CRITICAL_IN("addDir")
+        << "Impossible to add to Watcher :"
+        << QLatin1Char('(') + paths.join(QStringLiteral(", ")) + QLatin1Char(')');
+}
+
+} // namespace
+
+DirectoryWatcher::DirectoryWatcher(QObject* parent)
+    : QObject(parent)
+{ }
+
+bool DirectoryWatcher::setPath(const QString& root)
+{
+    if (mWatcher) {
+        mWatcher->disconnect(this);
+        // It must outlive the notification that a receiver of our signals may be called from.
+        if (mNotifications > 0)
+            mWatcher->deleteLater();
+        else
+            delete mWatcher;
+    }
+    mWatcher = new QFileSystemWatcher(this);
+    connect(mWatcher, &QFileSystemWatcher::fileChanged, this, &DirectoryWatcher::onFilemod);
+    connect(mWatcher, &QFileSystemWatcher::directoryChanged, this, &DirectoryWatcher::onDirMod);
+    ++mWatch;
+    mFiles.clear();
+    mFolders.clear();
+    mSecondLooks.clear();
+
+    const bool wereBlocked = blockSignals(true);
+    mRootPath = root;
+    bool complete = false;
+    if (QDir(root).exists())
+        complete = addDir(root);
+    else
+        ORVAUTILS_LOG_CRITICAL() << "Wrong path";
+    blockSignals(wereBlocked);
+    return complete;
+}
+
+bool DirectoryWatcher::addDir(const QString& folder)
+{
+    QStringList files;
+    return watchTree(folder, &files);
+}
+
+bool DirectoryWatcher::watchTree(const QString& folder, QStringList* files)
+{
+    if (!mWatcher)
+        return false;
+    if (QDir(folder).exists())
+        mWatcher->addPath(folder);
+
+    FileUtils::old::listFilesInFileSystem(folder, *files, true, nullptr, folder);
+    const QStringList newFiles = without(*files, mFiles);
+    if (!newFiles.isEmpty()) {
+        const QStringList refused = mWatcher->addPaths(newFiles);
+        if (!refused.isEmpty()) {
+            // Those that are watched already were accepted by a pass that failed over others.
+            const QStringList lost = without(refused, setOf(mWatcher->files()));
+            if (!lost.isEmpty()) {
+                logRefused(lost);
+                return false;
+            }
+        }
+        insertAll(mFiles, newFiles);
+        const QPointer<DirectoryWatcher> self(this);
+        const int watch = mWatch;
+        for (const QString& file : newFiles) {
+            emit addedFiles(file);
+            if (!self || mWatch != watch)
+                return false; // a receiver wants none of this any more
+        }
+    }
+
+    QStringList folders;
+    FileUtils::listDirectoriesInFileSystem(folder, folders, true);
+    const QStringList newFolders = without(folders, mFolders);
+    if (!newFolders.isEmpty()) {
+        QStringList lost = mWatcher->addPaths(newFolders);
+        if (!lost.isEmpty())
+            lost = without(lost, setOf(mWatcher->directories()));
+        insertAll(mFolders, newFolders);
+        if (!lost.isEmpty()) {
+            for (const QString& path : lost)
+                mFolders.remove(path);
+            logRefused(lost);
+            return false;
+        }
+    }
+    return true;
+}
+
+void DirectoryWatcher::onDirMod(const QString& folder)
+{
+    const QPointer<DirectoryWatcher> self(this);
+    const int watch = mWatch;
+    const QString path = asGiven(folder);
+    ++mNotifications;
+    addDir(path);
+    if (!self)
+        return;
+    --mNotifications;
+    if (mWatch != watch)
+        return;
+
+    // One second look serves all notifications until it is taken.
+    if (mSecondLooks.isEmpty())
+        QTimer::singleShot(0, this, &DirectoryWatcher::lookAgain);
+    mSecondLooks.insert(path);
+    // A folder that was renamed is notified of under its former name, its contents as well.
+    if (!QDir(folder).exists())
+        mSecondLooks.insert(mRootPath);
+}
+
+void DirectoryWatcher::lookAgain()
+{
+    const QPointer<DirectoryWatcher> self(this);
+    const int watch = mWatch;
+    const QSet<QString> folders = mSecondLooks;
+    mSecondLooks.clear();
+    for (const QString& folder : folders) {
+        QStringList files;
+        watchTree(folder, &files);
+        if (!self || mWatch != watch)
+            return;
+        forgetVanishedFolders(folder);
+        reportVanishedFiles(folder, setOf(files));
+        if (!self || mWatch != watch)
+            return;
+    }
+}
+
+void DirectoryWatcher::reportVanishedFiles(const QString& folder, const QSet<QString>& present)
+{
+    const QString prefix = withSlash(folder);
+    const QSet<QString> known = mFiles;
+    const QPointer<DirectoryWatcher> self(this);
+    for (const QString& file : known) {
+        if (!file.startsWith(prefix) || present.contains(file) || QFileInfo::exists(file))
+            continue;
+        // Not twice, should a receiver have brought the news by itself.
+        if (mFiles.contains(file))
+            onFilemod(file);
+        if (!self)
+            return;
+    }
+}
+
+// Where a folder was renamed, the platform goes on to watch what is in it under the former paths.
+void DirectoryWatcher::forgetVanishedFolders(const QString& folder)
+{
+    QStringList vanished;
+    const QString path = QDir(folder).absolutePath();
+    const QString prefix = withSlash(path);
+    const QSet<QString>& known = mFolders;
+    for (const QString& candidate : known) {
+        if ((candidate == path || candidate.startsWith(prefix)) && !QFileInfo(candidate).isDir())
+            vanished.append(candidate);
+    }
+    if (vanished.isEmpty())
+        return;
+    mWatcher->removePaths(vanished);
+    for (const QString& gone : vanished)
+        mFolders.remove(gone);
+}
+
+void DirectoryWatcher::onFilemod(const QString& file)
+{
+    const bool exists = QFileInfo::exists(file);
+    // The watch belongs to the file that was, which may have been replaced or made anew under the
+    // same name: take it off, and put it on what is there now.
+    if (mWatcher) {
+        mWatcher->removePath(file);
+        if (exists)
+            mWatcher->addPath(file);
+    }
+    if (!exists)
+        mFiles.remove(file);
+
+    const QPointer<DirectoryWatcher> self(this);
+    ++mNotifications;
+    if (exists)
+        emit modifiedFile(file);
+    else
+        emit deletedFile(file);
+    if (self)
+        --mNotifications;
+}
+
+QString DirectoryWatcher::asGiven(const QString& folder) const
+{
+    // Sub-folders are watched by their absolute paths.
+    const QString root = QDir(mRootPath).absolutePath();
+    return folder.startsWith(root + QLatin1Char('/'))
+        ? withSlash(mRootPath) + folder.mid(root.size() + 1)
+        : folder;
+}

@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// DrawUtils: palette and font shortcuts for widgets, and painter routines.
+
+#ifndef ORVAUTILS_DRAWUTILS_H
+#define ORVAUTILS_DRAWUTILS_H
+
+#include "ColorUtils.h"
+#include "orvautils_export.h"
+
+#include <QPainterPath>
+#include <QRect>
+#include <QString>
+#include <QVector>
+
+class QLabel;
+class QPainter;
+class QPixmap;
+class QWidget;
+
+/// Static functions for the GUI thread. The setters do nothing for a null widget; the painter
+/// routines need an active painter and leave its state as they found it. Lengths are in the
+/// painter's logical pixels unless a function says otherwise. Nothing is logged.
+class ORVAUTILS_EXPORT DrawUtils
+{
+public:
+    /// Fills the widget's background with \a color: turns on automatic filling and sets the roles
+    /// Window and Button of all colour groups.
+    static void setWidgetColorBackground(QWidget* widget, const QColor& color);
+
+    /// Writes in \a color: sets the roles WindowText, Text and ButtonText of all colour groups, and
+    /// for the disabled group the same colour at alpha 0.5.
+    static void setWidgetColorText(QWidget* widget, const QColor& color);
+
+    /// Gives \a label the text and background colours of a notification of \a type, see ColorUtils.
+    static void setBootstrapColor(QLabel* label, ColorUtils::NotificationType type);
+
+    /// Sets the size of the widget's font in pixels, which must be above 0.
+    static void setWidgetTextPixelSize(QWidget* widget, int pixelSize);
+
+    /// Sets the family of the widget's font.
+    static void setWidgetTextFamily(QWidget* widget, const QString& family);
+
+    /// Sets the weight of the widget's font to 75 when \a bold, else to 50.
+    static void setWidgetTextBold(QWidget* widget, bool bold);
+
+    /// Draws \a pixmap into \a rect with smooth transformation. One that is more than 50 pixels
+    /// wide or high and goes into a rectangle less than 50 wide or high is scaled to the size of
+    /// \a rect first, ignoring its aspect ratio, because the painter's own scaling drops pixels
+    /// where it makes something much smaller.
+    static void drawSmoothPixmap(QPainter* painter, const QRect& rect, const QPixmap& pixmap);
+
+    /// Tiles \a clip with \a pixmap. The tiles stand at x = left of \a clip, then in steps of the
+    /// pixmap's width in its own pixels while x is below the width of \a clip, and at y = 0, then
+    /// in steps of its height while y is below the height of \a clip; all is clipped to \a clip.
+    /// The tiles of the first column are drawn only with \a firstColumn, those of the first row
+    /// only with \a firstRow. \a target is for the caller's own use and is not read. Nothing is
+    /// drawn for a null pixmap or an empty clip.
+    ///
+    /// Columns start at the clip's left edge but end at its width, and rows start at 0 whatever its
+    /// top: deliberate. Callers move the painter's origin to the clip.
+    static void drawTiledPixmap(QPainter* painter, const QPixmap& pixmap, const QRect& target,
+                                const QRect& clip, bool firstColumn, bool firstRow);
+
+    /// Marks content that is undefined by a diagonal line, black at alpha 0.8, from 2 pixels inside
+    /// the top left corner of \a rect to 2 pixels inside the bottom right one.
+    static void drawUndefinedRectOblique(QPainter* painter, const QRect& rect);
+
+    /// Marks content that is undefined by two strokes at mid height, from 5 pixels inside the left
+    /// edge to 2 pixels before the centre and from 2 pixels behind the centre to 5 pixels inside
+    /// the right edge; black when \a black, else red, at alpha 0.9, not antialiased.
+    static void drawUndefinedRectStraight(QPainter* painter, const QRect& rect, bool black);
+
+    /// As below, with each edge of \a rect rounded to whole pixels.
+    static void drawInformativeMessage(QPainter* painter, QWidget* widget, QString text,
+                                       const QRectF& rect);
+
+    /// Shows \a text in the middle of \a rect: white, 16 pixels high, wrapped at words, on a
+    /// light-grey rectangle with corners of radius 9 that leaves 10 pixels around the text. The
+    /// text takes at most the width and height of \a rect less 39. \a widget is not read and may be
+    /// null.
+    static void drawInformativeMessage(QPainter* painter, QWidget* widget, QString text,
+                                       const QRect& rect);
+
+    /// As below; \a radii are those of the top left, top right, bottom right and bottom left
+    /// corner, missing ones 0, further ones not read.
+    static QPainterPath makePathRoundedShape(const QRectF& rect, const QVector<int>& radii);
+
+    /// A closed path around \a rect with a quarter of a circle at each corner, of the radius that
+    /// is given for that corner. A radius of 0 or less gives a square corner. Radii that together
+    /// exceed a side overlap; they are not made smaller.
+    static QPainterPath makePathRoundedShape(const QRectF& rect, int topLeft, int topRight,
+                                             int bottomRight, int bottomLeft);
+};
+
+#endif // ORVAUTILS_DRAWUTILS_H

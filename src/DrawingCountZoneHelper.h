@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// DrawingCountZoneHelper: a badge that shows a count.
+
+#ifndef ORVAUTILS_DRAWINGCOUNTZONEHELPER_H
+#define ORVAUTILS_DRAWINGCOUNTZONEHELPER_H
+
+#include "DrawingCountOptions.h"
+#include "orvautils_export.h"
+
+#include <QRect>
+#include <QString>
+
+class QPainter;
+
+/// Measures and paints a count badge with the painter's font. For the GUI thread; stateless.
+///
+/// The badge is as high as a line of text and as wide as the text with 0.3 of that height, rounded,
+/// added on the left and on the right. Its corners have half of its height as their radius (half of
+/// its width where it is narrower than high), so that a short count reads as a pill, with the text
+/// in the middle of it.
+class ORVAUTILS_EXPORT DrawingCountZoneHelper
+{
+public:
+    /// Where the badge for \a text stands, in the painter's logical pixels: inside
+    /// DrawingCountOptions::rect less the margin on each side, at the left (Qt::AlignLeft) or right
+    /// (Qt::AlignRight) and at the top (Qt::AlignTop) or bottom (Qt::AlignBottom), centred where
+    /// neither is set. A badge that is larger than that place sticks out of it.
+    static QRect boundingRect(QPainter* painter, const QString& text,
+                              const DrawingCountOptions& options);
+
+    /// Paints the badge at boundingRect(), antialiased: a background, only where the first
+    /// background colour has an alpha above 0, that runs downwards from the first colour to the
+    /// second one, reached at half the height; the border; and \a text in its middle. The painter's
+    /// state is left as it was.
+    static void paintCountZone(QPainter* painter, const QString& text,
+                               const DrawingCountOptions& options);
+};
+
+#endif // ORVAUTILS_DRAWINGCOUNTZONEHELPER_H

@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Errorable: errors that travel up a tree of objects, and are cleared as a whole.
+
+#ifndef ORVAUTILS_ERRORABLE_H
+#define ORVAUTILS_ERRORABLE_H
+
+#include "ErrorableCode.h"
+#include "orvautils_export.h"
+
+#include <QList>
+#include <QMap>
+#include <QPointer>
+#include <QVector>
+
+/// Registers \a child (an Errorable&) as a child of this object, together with the place in the
+/// source where that is written:
+///
+/// \code
+/// ORVAUTILS_ADD_ERRORABLE_CHILD(mCopier); // in a member function of the parent
+/// document.ORVAUTILS_ADD_ERRORABLE_CHILD(copier); // or on an object
+/// \endcode
+#define ORVAUTILS_ADD_ERRORABLE_CHILD(child) _addErrorableChild((child), __FILE__, __LINE__)
+
+/// Raises \a code (an ErrorableCode, which is copied) on this object, together with the place in
+/// the source where that is written: it becomes the last of the steps that the code brings along,
+/// before those of the tree. Written as ORVAUTILS_ADD_ERRORABLE_CHILD is.
+#define ORVAUTILS_SET_ERROR(code) _setError(Errorable::raisedAt((code), __FILE__, __LINE__))
+
+/// A base class, beside QObject, of objects that may own an error.
+///
+/// Errorable objects form a tree of their own, independent of QObject's parents: an object
+/// registers others as its children, and an error that is raised on one of them travels upward
+/// through every ancestor. Each keeps a copy, with the steps that the error took.
+///
+/// \code
+/// class Document : public QObject, public Errorable
+/// {
+/// public:
+///     Document() { ORVAUTILS_ADD_ERRORABLE_CHILD(mCopier); }
+///
+///     bool save()
+///     {
+///         mCopier.copyAll(); // calls ORVAUTILS_SET_ERROR(copyFailed) when it fails
+///         return !error().isValid(); // sees that error, too
+///     }
+///
+/// private:
+///     Copier mCopier; // a QObject and an Errorable likewise
+/// };
+/// \endcode
+///
+/// The two macros of this header, ORVAUTILS_ADD_ERRORABLE_CHILD and ORVAUTILS_SET_ERROR, pass file
+/// and line; hosts use them rather than _addErrorableChild() and _setError(). docs/errors.md shows
+/// a whole tree and the text that comes out of it.
+///
+/// \par Lifetime
+/// The links of the tree do not own, and watch: an object that has been destroyed counts as absent.
+/// An object whose parent is gone is a root from then on. An object must not be registered below
+/// itself, at whatever level, which is not checked.
+///
+/// \par Threads
+/// Everything here belongs to the one thread that owns the objects of the tree; nothing is locked.
+/// The message tables are filled before errors are looked up.
+class ORVAUTILS_EXPORT Errorable
+{
+public:
+    /// A root without children and without errors.
+    Errorable();
+
+    /// Only releases the members: the object is not taken from its parent's list, its children are
+    /// not touched.
+    virtual ~Errorable();
+
+    /// The message of each error, filled by the host. The keys are compared by
+    /// ErrorableCode::operator<, see there which ones are one key.
+    static QMap<ErrorableCode, QString> sErrorMessages;
+
+    /// Messages that take precedence over those of sErrorMessages, filled by the host likewise.
+    static QMap<ErrorableCode, QString> sOverriddenErrorMessage;
+
+    /// Registers \a child as a child of this object, at the given place in the source; \a file may
+    /// be null and counts as empty then. Use ORVAUTILS_ADD_ERRORABLE_CHILD.
+    ///
+    /// A child that is registered again, here or elsewhere, gets the new parent and the new place,
+    /// and stays in the old parent's list (or stands twice in this one). A parent that is not a
+    /// QObject makes the child a root.
+    ///
+    /// A child that is not a QObject is not registered; that is logged with LogType 4, as "###Try
+    /// to had Errorable that is not QObject!!###".
+    void _addErrorableChild(Errorable& child, const char* file, int line);
+
+    /// Raises an error on this object and hands it to all ancestors. Use ORVAUTILS_SET_ERROR. The
+    /// code is taken as it is, also the no-error value.
+    ///
+    /// The first error wins: while this object is in error a further one is dropped, and that is
+    /// logged with LogType 4, as "###Deja une erreur de declenchee, merci de mieux gerez
+    /// l'interruption du parent". Errors that came up from children do not count here.
+    void _setError(const ErrorableCode& code);
+
+    /// Carries \a code upward and keeps a copy of it in the stack of this object and of each
+    /// ancestor. On the way it collects the steps: the place where this object was registered, then
+    /// that of each ancestor below the root; then, with " (NE)" behind them, the class names of the
+    /// QObjects that own the root, the nearest first. Every object keeps the same, complete value.
+    ///
+    /// The own error of this object is not changed by this call.
+    void propagateError(ErrorableCode& code);
+
+    /// Whether an error was raised on this object itself. Those of its children do not count.
+    bool hasErrorSelfError() const;
+
+    /// The error of this object if there is one, else the newest that came up to it, else the
+    /// no-error value.
+    ErrorableCode error() const;
+
+    /// Every error that reached this object since it was last cleared, its own included, the newest
+    /// first.
+    QVector<ErrorableCode> errorStack() const;
+
+    /// The message of error().
+    QString errorMessage() const;
+
+    /// The text that sErrorMessages holds for \a code; without one its enum text; without that
+    /// toString(false).
+    static QString errorMessage(const ErrorableCode& code);
+
+    /// The text that sOverriddenErrorMessage holds for \a code, else errorMessage(code).
+    static QString overriddenErrorMessage(const ErrorableCode& code);
+
+    /// Takes away every error of this object, of all its ancestors and of everything below it.
+    ///
+    /// Deliberately one-sided: the ancestors also lose the errors that came to them from other
+    /// branches, while those branches keep their own.
+    void clearError();
+
+    /// A copy of \a code with the place in the source as a further step, the text "file:line";
+    /// \a file may be null and counts as empty then. What ORVAUTILS_SET_ERROR raises.
+    static ErrorableCode raisedAt(const ErrorableCode& code, const char* file, int line);
+
+private:
+    Q_DISABLE_COPY(Errorable)
+
+    void clearSelfErrorPrivate();
+    void clearParentsErrorPrivate();
+    void clearChildrenErrorPrivate();
+
+    QPointer<QObject> mParent;
+    QString mLocation; // where this object was registered
+    QList<QPointer<QObject>> mChildren;
+    ErrorableCode mError;
+    QVector<ErrorableCode> mErrorStack; // newest first
+};
+
+#endif // ORVAUTILS_ERRORABLE_H

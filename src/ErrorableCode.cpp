@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "ErrorableCode.h"
+
+#include "Errorable.h"
+
+namespace {
+
+QString sortKey(const ErrorableCode& code)
+{
+    return code.context + QString::number(code.code);
+}
+
+} // namespace
+
+ErrorableCode::ErrorableCode() = default;
+
+bool ErrorableCode::isValid() const
+{
+    return !(*this == ErrorableCode());
+}
+
+bool ErrorableCode::operator==(const ErrorableCode& other) const
+{
+    return code == other.code && context == other.context;
+}
+
+bool ErrorableCode::operator<(const ErrorableCode& other) const
+{
+    return sortKey(*this) < sortKey(other);
+}
+
+void ErrorableCode::addCallStep(const QString& step)
+{
+    callSteps.append(step);
+}
+
+void ErrorableCode::addCallStepsNE(const QStringList& steps)
+{
+    for (const QString& step : steps)
+        addCallStep(step + QLatin1String(" (NE)"));
+}
+
+QString ErrorableCode::enumText() const
+{
+    return mEnumText;
+}
+
+QString ErrorableCode::toString(bool withCallStack) const
+{
+    // All four in one call: a value that holds a "%2" itself is not filled again.
+    QString text =
+        QStringLiteral("%1:%2 (#%3) (%4)").arg(context, mEnumText, QString::number(code), details);
+    if (!withCallStack)
+        return text;
+
+    text += QLatin1String("\n#Call Stack");
+    if (callSteps.isEmpty())
+        return text + QLatin1String(" empty");
+    const QString newStep = QStringLiteral("\n=>");
+    return text + newStep + callSteps.join(newStep);
+}
+
+QString ErrorableCode::errorMessage() const
+{
+    return Errorable::errorMessage(*this);
+}
+
+QString ErrorableCode::overriddenErrorMessage() const
+{
+    return Errorable::overriddenErrorMessage(*this);
+}

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ErrorableCode: which error it is, and the way that it travelled.
+
+#ifndef ORVAUTILS_ERRORABLECODE_H
+#define ORVAUTILS_ERRORABLECODE_H
+
+#include "orvautils_export.h"
+
+#include <QString>
+#include <QStringList>
+
+/// A value that identifies one error by its context and number, and carries the steps along which
+/// it travelled through a tree of objects (see Errorable).
+///
+/// \code
+/// ErrorableCode code;
+/// code.context = QStringLiteral("Files");
+/// code.code = 3;
+/// code.mEnumText = QStringLiteral("CopyFailed");
+/// code.toString(false); // "Files:CopyFailed (#3) ()"
+/// \endcode
+///
+/// A plain value: copies are independent, and the functions may be called on any thread as far as
+/// no two share one object. errorMessage() and overriddenErrorMessage() also read the tables of
+/// Errorable.
+class ORVAUTILS_EXPORT ErrorableCode
+{
+public:
+    /// The owner or domain of the error, a class name or similar.
+    QString context = QStringLiteral("ErrorableCode : N0 ERROR");
+    /// The number of the error within its context.
+    qint32 code = -1;
+    /// The path of the error, the oldest step first.
+    QStringList callSteps;
+    /// Free text that tells more.
+    QString details;
+    /// The symbolic name of the code. Read through enumText().
+    QString mEnumText;
+
+    /// The no-error value.
+    ErrorableCode();
+
+    /// Whether this is an error: false exactly when both context and code are those of the no-error
+    /// value, whatever the other fields hold.
+    bool isValid() const;
+
+    /// True when context and code are equal. The other fields do not count, and neither does
+    /// operator<, which is coarser.
+    bool operator==(const ErrorableCode& other) const;
+
+    /// Compares the texts that context followed by the code in decimal give.
+    ///
+    /// Textual on purpose: "A" with code 10 comes before "A" with code 9, and "A" with code 12 is
+    /// equivalent to "A1" with code 2, so that a table ordered by this operator takes the two as
+    /// one key although they are not equal.
+    bool operator<(const ErrorableCode& other) const;
+
+    /// Appends one step to the path.
+    void addCallStep(const QString& step);
+
+    /// Appends every step in the given order, each followed by " (NE)": the objects that it names
+    /// are not Errorable.
+    void addCallStepsNE(const QStringList& steps);
+
+    /// The symbolic name of the code, empty if it has none.
+    QString enumText() const;
+
+    /// "context:enum text (#code) (details)". With \a withCallStack there follow, on lines of their
+    /// own, "#Call Stack" and every step behind "=>":
+    ///
+    /// \code
+    /// Files:CopyFailed (#3) (disk full)
+    /// #Call Stack
+    /// =>copier.cpp:12
+    /// =>document.cpp:40
+    /// \endcode
+    ///
+    /// Without any step the second line is "#Call Stack empty". The fields stand as they are: a
+    /// "%1" in one of them stays.
+    QString toString(bool withCallStack) const;
+
+    /// The message of this error: Errorable::errorMessage(*this).
+    QString errorMessage() const;
+
+    /// The message that replaces it where there is one: Errorable::overriddenErrorMessage(*this).
+    QString overriddenErrorMessage() const;
+};
+
+#endif // ORVAUTILS_ERRORABLECODE_H

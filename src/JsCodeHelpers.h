@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// JsCodeHelpers: Qt values as JavaScript literals.
+//
+//     QTextStream stream(&file);
+//     stream << "const products = ";
+//     JsCodeHelpers::formatJavascriptObject(&stream, {{"name", "Été"}, {"price", 2.5}});
+//     stream << ";\n";
+//     // const products = {
+//     // 'name':'Été','price':2.5
+//     // };
+//
+// All functions write to the stream they are given, block by block: a document of any size needs no
+// memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply here, and
+// must not be null. Its field width does not apply either. Whether writing worked, the stream's
+// status() tells. Texts go out in the codec of the stream.
+//
+// All functions are static and keep no state; each may be called from any thread that may use the
+// stream. Nothing here writes to the log.
+
+#ifndef ORVAUTILS_JSCODEHELPERS_H
+#define ORVAUTILS_JSCODEHELPERS_H
+
+#include "orvautils_export.h"
+
+#include <QList>
+#include <QMap>
+#include <QStringList>
+#include <QVariant>
+
+class QTextStream;
+
+class ORVAUTILS_EXPORT JsCodeHelpers
+{
+public:
+    JsCodeHelpers() = delete;
+
+    /// Writes the literal of \a v, which is that of PhpCodeHelpers::formatVariantValue() for every
+    /// type but maps: these are written by formatJavascriptObject().
+    ///
+    /// \code
+    /// JsCodeHelpers::formatVariantValue(&stream, QStringLiteral("it's")); // 'it\'s'
+    /// JsCodeHelpers::formatVariantValue(&stream, true); // 1
+    /// JsCodeHelpers::formatVariantValue(&stream, QVariantList {1, 2.5}); // [1,2.5] and "\n"
+    /// \endcode
+    ///
+    /// Deliberate, as there: a double quote becomes an escaped single one, true and false become 1
+    /// and 0, backslashes are not escaped. JavaScript reads a backslash and the character behind it
+    /// as an escape sequence, and takes no line break in a text; encode such texts with
+    /// HTMLUtils::encodeToJavascriptText() first.
+    static void formatVariantValue(QTextStream* stream, const QVariant& v);
+
+    /// Writes \a list as an array of texts.
+    ///
+    /// \code
+    /// JsCodeHelpers::formatJavascriptArray(&stream, QStringList {"a", "b"}); // ['a','b']
+    /// \endcode
+    static void formatJavascriptArray(QTextStream* stream, const QStringList& list);
+    /// Writes \a list as an array of the literals of formatVariantValue(), without a line break
+    /// behind it.
+    static void formatJavascriptArray(QTextStream* stream, const QList<QVariant>& list);
+    /// Writes \a list as an array of numbers.
+    static void formatJavascriptArray(QTextStream* stream, const QList<int>& list);
+
+    /// Writes \a map as an object, in the order of the keys.
+    ///
+    /// \code
+    /// JsCodeHelpers::formatJavascriptObject(&stream, {{"b", 2}, {"a", "x"}, {"10", true}});
+    /// // {
+    /// // 10:1,'a':'x','b':2
+    /// // }
+    /// \endcode
+    ///
+    /// Keys sort as texts. One that is a whole number in decimal, as QString::toLongLong() reads
+    /// it, is written as that number, any other as a quoted text. A negative number is no key in
+    /// JavaScript: that there is none is the caller's business.
+    static void formatJavascriptObject(QTextStream* stream, const QMap<QString, QVariant>& map);
+};
+
+#endif // ORVAUTILS_JSCODEHELPERS_H

@@ -1,0 +1,289 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "LocalisationTools.h"
+
+#include "ApplicationUtils.h"
+#include "CoreApplicationUtils.h"
+#include "LogRecord.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QPointer>
+#include <QTranslator>
+
+namespace {
+
+/// The translators that this class installed, in the order of installation. The application object
+/// owns them and may go first.
+QList<QPointer<QTranslator>>& appTranslators()
+{
+    static QList<QPointer<QTranslator>> mAppTranslators;
+    return mAppTranslators;
+}
+
+QString qtKey()
+{
+    return QStringLiteral("qtbase_");
+}
+
+QString suffix()
+{
+    return QStringLiteral(".qm");
+}
+
+QString folderOf(const QString& key)
+{
+    return QDir::cleanPath(LocalisationTools::pathFile_QM(key));
+}
+
+QString filePath(const QString& key, const QString& code)
+{
+    return folderOf(key) + QLatin1Char('/') + key + code + suffix();
+}
+
+QTranslator* createTranslator()
+{
+    return new QTranslator(QCoreApplication::instance());
+}
+
+/// Loads the best file of the locale: for fr_CA that of fr_CA or else that of fr.
+bool loadFile(QTranslator* translator, const QString& key, const QLocale& locale)
+{
+    return translator->load(locale, key, QString(), folderOf(key), suffix());
+}
+
+/// A translator with the file of the locale; null when it cannot be loaded.
+QTranslator* loadTranslator(const QString& key, const QLocale& locale)
+{
+    QTranslator* translator = createTranslator();
+    if (!loadFile(translator, key, locale)) {
+        delete translator;
+        return nullptr;
+    }
+    return translator;
+}
+
+/// The key in a file's name; empty when it has none.
+QString keyOf(const QString& fileName)
+{
+    const QLatin1Char separator('_');
+    const auto separatorBefore = [&](int position) {
+        return position > 0 ? fileName.lastIndexOf(separator, position - 1) : -1;
+    };
+
+    int end = fileName.lastIndexOf(separator);
+    if (end < 0) {
+        return QString();
+    }
+    // A short rest is a language with its region: "_pt_BR.qm".
+    const int region = separatorBefore(end);
+    if (region >= 0 && fileName.size() - region < 10) {
+        end = region;
+    }
+    // A longer one is, if QLocale knows it: "_fil_PH.qm".
+    const int language = separatorBefore(end);
+    if (language >= 0) {
+        const QString code = fileName.mid(language + 1).section(QLatin1Char('.'), 0, 0);
+        if (QLocale(code).name() == code) {
+            end = language;
+        }
+    }
+    return fileName.left(end + 1);
+}
+
+struct Message
+{
+    const char* context;
+    const char* text;
+};
+
+/// By the numbers of QtMessages. The contexts and texts are those of Qt's translation files, but
+/// for the last two.
+const Message messages[] = {
+    {"MAC_APPLICATION_MENU", "Preferences..."},
+    {"MAC_APPLICATION_MENU", "About %1"},
+    {"QPlatformTheme", "Ok"},
+    {"QPlatformTheme", "Cancel"},
+    {"QPlatformTheme", "Close"},
+    {"MAC_APPLICATION_MENU", "Quit %1"},
+    {"QWizard", "Done"},
+    {"QWizard", "&Next >"},
+    {"QWizard", "< &Back"},
+    {"QShortcut", "Delete"},
+    {"QCocoaMenuItem", "Cut"},
+    {"QCocoaMenuItem", "Copy"},
+    {"QCocoaMenuItem", "Paste"},
+    {"QCocoaMenuItem", "Select All"},
+    {"QShortcut", "Search"},
+    {"QPlatformTheme", "Save"},
+    {"QPlatformTheme", "Apply"},
+    {"QPlatformTheme", "Reset"},
+    {"QFileDialog", "All Files (*)"},
+    {"QStandardPaths", "Pictures"},
+    {"QFileDialog", "List View"},
+    {"QFileDialog", "Detail View"},
+    {"QFileDialog", "&Rename"},
+    {"QFileDialog", "Delete"},
+    {"QFileDialog", "Create New Folder"},
+    {"QFileDialog", "Are you sure you want to delete '%1'?"},
+    {"LocalisationTools", QT_TRANSLATE_NOOP("LocalisationTools", "Duplicate")},
+    {"LocalisationTools", QT_TRANSLATE_NOOP("LocalisationTools", "Unselect All")},
+};
+const int messageCount = sizeof messages / sizeof *messages;
+static_assert(messageCount == LocalisationTools::UnselectAll + 1, "one row for each message");
+
+} // namespace
+
+// What there is
+
+QStringList LocalisationTools::findLanguagesFromTranslationMask(const QString& folder,
+                                                                const QString& prefix)
+{
+    const QStringList files = QDir(folder).entryList(QStringList(prefix + QStringLiteral("*.qm")),
+                                                     QDir::NoFilter, QDir::Unsorted);
+    QStringList codes;
+    for (const QString& file : files) {
+        codes += file.mid(prefix.size()).section(QLatin1Char('.'), 0, 0);
+    }
+    return codes;
+}
+
+QList<QLocale> LocalisationTools::applicationLanguages()
+{
+    const QStringList codes =
+        findLanguagesFromTranslationMask(ApplicationUtils::pathLanguages(), QStringLiteral("app_"));
+    QList<QLocale> languages;
+    for (const QString& code : codes) {
+        languages += QLocale(code);
+    }
+    return languages;
+}
+
+QStringList LocalisationTools::applicationTranslationKeys()
+{
+    const QStringList files =
+        QDir(ApplicationUtils::pathLanguages())
+            .entryList(QStringList(QStringLiteral("*.qm")), QDir::NoFilter, QDir::Unsorted);
+    QStringList keys(qtKey());
+    for (const QString& file : files) {
+        const QString key = keyOf(file);
+        if (!key.isEmpty() && !keys.contains(key)) {
+            keys += key;
+        }
+    }
+    return keys;
+}
+
+QString LocalisationTools::pathFile_QM(const QString& key)
+{
+    const QString folder = ApplicationUtils::pathLanguages();
+    if (key == QLatin1String("qt_")) {
+        return folder + QStringLiteral("qt/");
+    }
+    if (key == qtKey()) {
+        return folder + QStringLiteral("qtbase/");
+    }
+    return folder;
+}
+
+// Translators
+
+void LocalisationTools::installTranslator(QTranslator* translator)
+{
+    QCoreApplication::installTranslator(translator);
+}
+
+void LocalisationTools::clearAppTranslators()
+{
+    // The list is emptied first: every deletion tells the host that the language has changed.
+    QList<QPointer<QTranslator>> translators;
+    translators.swap(appTranslators());
+    for (const QPointer<QTranslator>& translator : translators) {
+        delete translator.data();
+    }
+}
+
+void LocalisationTools::loadDefaultLanguage(const QString& key)
+{
+    const QString english = QStringLiteral("en");
+    QTranslator* translator = createTranslator();
+    if (!loadFile(translator, key, QLocale(english))) {
+        const QString path = filePath(key, english);
+        if (!QFile::exists(path) && !path.endsWith(QLatin1String("qtbase_en.qm"))) {
+            ORVAUTILS_LOG_INFO() << "ERROR reading : " << path;
+        }
+    }
+    installTranslator(translator);
+    appTranslators() += translator;
+}
+
+// The language
+
+bool LocalisationTools::changeApplicationLanguage(const QString& languageCode)
+{
+    if (languageCode.isEmpty()) {
+        changeApplicationLanguageByLocale(QLocale::system());
+        return true;
+    }
+    clearAppTranslators();
+    const QLocale locale(languageCode);
+    bool loaded = false;
+    const QStringList keys = applicationTranslationKeys();
+    for (const QString& key : keys) {
+        loadDefaultLanguage(key);
+        if (QTranslator* translator = loadTranslator(key, locale)) {
+            if (!QCoreApplication::installTranslator(translator)) {
+                ORVAUTILS_LOG_WARNING()
+                    << "installTranslator error " << filePath(key, languageCode);
+            }
+            appTranslators() += translator;
+            loaded = true;
+        }
+    }
+    if (!loaded) {
+        changeApplicationLanguageByLocale(QLocale::system());
+        return false;
+    }
+    QLocale::setDefault(locale);
+    return true;
+}
+
+void LocalisationTools::changeApplicationLanguageByLocale(const QLocale& locale)
+{
+    clearAppTranslators();
+    const QStringList keys = applicationTranslationKeys();
+    for (const QString& key : keys) {
+        loadDefaultLanguage(key);
+        if (QTranslator* translator = loadTranslator(key, locale)) {
+            installTranslator(translator);
+            appTranslators() += translator;
+        }
+    }
+}
+
+bool LocalisationTools::currentLanguageMatch(const QString& languageCode)
+{
+    const QString current = QLocale().name();
+    return current == languageCode || current.startsWith(languageCode + QLatin1Char('_'));
+}
+
+// Texts
+
+QString LocalisationTools::translateQt(const char* context, const char* text)
+{
+    return QCoreApplication::translate(context, text);
+}
+
+QString LocalisationTools::trQtMessages(QtMessages message)
+{
+    if (message < 0 || message >= messageCount) {
+        return QString();
+    }
+    QString text = translateQt(messages[message].context, messages[message].text);
+    if (message == MacAbout || message == MacQuit) {
+        text.replace(QLatin1String("%1"), CoreApplicationUtils::applicationGuiName());
+    }
+    return text;
+}

@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// LocalisationTools: the application's languages, and the switch from one to another.
+//
+// Translations are compiled Qt translation files in ApplicationUtils::pathLanguages(). A file is
+// named by a key, a language code and ".qm": "app_fr.qm" and "app_pt_BR.qm" hold the application's
+// own texts (key "app_"), "qtbase/qtbase_fr.qm" those of Qt (key "qtbase_", in a folder of its
+// own).
+//
+//     if (!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")))
+//         ... // nothing is translated into French: the system's language is in place
+
+#ifndef ORVAUTILS_LOCALISATIONTOOLS_H
+#define ORVAUTILS_LOCALISATIONTOOLS_H
+
+#include "orvautils_export.h"
+
+#include <QList>
+#include <QLocale>
+#include <QString>
+#include <QStringList>
+
+class QTranslator;
+
+/// Finds the languages of the application, installs their translators and translates Qt's texts.
+///
+/// For every key the English file is installed underneath that of the chosen language, so that a
+/// text which is not translated yet appears in English.
+///
+/// Thread: the main thread; translators belong to the application object. Create that object first:
+/// before, no translator can be installed.
+class ORVAUTILS_EXPORT LocalisationTools
+{
+public:
+    /// Texts of Qt that hosts show outside of Qt's own widgets, and two of this library.
+    enum QtMessages : int {
+        MacPreferences = 0, ///< "Preferences..."
+        MacAbout = 1, ///< "About %1" with the application's name
+        ButtonOk = 2, ///< "Ok"
+        ButtonCancel = 3, ///< "Cancel"
+        ButtonClose = 4, ///< "Close"
+        MacQuit = 5, ///< "Quit %1" with the application's name
+        WizardDone = 6, ///< "Done"
+        WizardNext = 7, ///< "&Next >"
+        WizardBack = 8, ///< "< &Back"
+        ShortcutDelete = 9, ///< "Delete"
+        MenuCut = 10, ///< "Cut"
+        MenuCopy = 11, ///< "Copy"
+        MenuPaste = 12, ///< "Paste"
+        MenuSelectAll = 13, ///< "Select All"
+        ShortcutSearch = 14, ///< "Search"
+        ButtonSave = 15, ///< "Save"
+        ButtonApply = 16, ///< "Apply"
+        ButtonReset = 17, ///< "Reset"
+        FileDialogAllFiles = 18, ///< "All Files (*)"
+        StandardPathsPictures = 19, ///< "Pictures"
+        FileDialogListView = 20, ///< "List View"
+        FileDialogDetailView = 21, ///< "Detail View"
+        FileDialogRename = 22, ///< "&Rename"
+        FileDialogDelete = 23, ///< "Delete"
+        FileDialogNewFolder = 24, ///< "Create New Folder"
+        FileDialogConfirmDelete = 25, ///< "Are you sure you want to delete '%1'?", %1 left to fill
+        Duplicate = 26, ///< "Duplicate", a text of this class
+        UnselectAll = 27 ///< "Unselect All", a text of this class
+    };
+
+    // What there is
+
+    /// The language codes of the files in \a folder whose names match \a prefix followed by "*.qm",
+    /// in the order in which the folder lists them: what stands between the prefix and the first
+    /// "." behind it. With the prefix "app_", app_fr.qm and app_pt_BR.qm give "fr" and "pt_BR".
+    ///
+    /// The match is QDir's: letter case does not count, and wildcards in \a prefix are wildcards.
+    /// Empty for a folder that does not exist.
+    static QStringList findLanguagesFromTranslationMask(const QString& folder,
+                                                        const QString& prefix);
+
+    /// The languages of the application: one locale for each "app_" file, in the order of
+    /// findLanguagesFromTranslationMask().
+    static QList<QLocale> applicationLanguages();
+
+    /// The keys of all files in the languages folder: "qtbase_" first, which is there in any case,
+    /// and behind it every other key once, in no certain order.
+    ///
+    /// A key reaches from the beginning of a name to the "_" in front of the language. For a
+    /// language with a region ("pt_BR", "fil_PH") that is the last "_" but one; it is recognised by
+    /// its shortness, from that "_" to the end of the name less than 10 characters, or as a locale
+    /// that QLocale names in the same way. Deliberate: "x_y_fr.qm" is short enough to have the key
+    /// "x_" and not "x_y_". A name without "_" has no key.
+    static QStringList applicationTranslationKeys();
+
+    /// The folder in which the files of \a key lie: "qt/" in the languages folder for the key
+    /// "qt_", "qtbase/" in it for "qtbase_", otherwise the languages folder itself.
+    static QString pathFile_QM(const QString& key);
+
+    // Translators
+
+    /// Installs \a translator in the application. It stays the caller's: clearAppTranslators() and
+    /// the changes of language leave it alone.
+    static void installTranslator(QTranslator* translator);
+
+    /// Deletes every translator that this class installed, which takes it out of the application.
+    /// One that is gone already, with the application object for example, does not count.
+    static void clearAppTranslators();
+
+    /// Installs the English file of \a key, on top of what is installed.
+    ///
+    /// Deliberate: a translator is installed and kept until clearAppTranslators() even when the
+    /// file cannot be loaded. When it does not exist, "ERROR reading : " and its path are logged
+    /// with LogType 1, except for "qtbase_en.qm", which Qt does not ship; a file that exists and is
+    /// broken is not logged.
+    static void loadDefaultLanguage(const QString& key);
+
+    // The language
+
+    /// Puts the application into the language \a languageCode ("fr", "pt_BR").
+    ///
+    /// The translators that this class installed go. Then, for each of
+    /// applicationTranslationKeys(), the English file and on top of it the file of the language are
+    /// installed. When at least one file of the language was loaded, the language becomes the
+    /// default locale and true comes back.
+    ///
+    /// Otherwise the application gets the system's language by changeApplicationLanguageByLocale(),
+    /// the default locale stays what it was, and false comes back. An empty code asks for the
+    /// system's language in the first place: it gets it in the same way, with true.
+    ///
+    /// A file of the language that cannot be loaded is passed over in silence. A translator that
+    /// was loaded and that the application refuses, which happens when there is no application
+    /// object, is logged with LogType 2 as "installTranslator error " and the path of its file, and
+    /// counts as loaded all the same.
+    static bool changeApplicationLanguage(const QString& languageCode);
+
+    /// Puts the application into the language of \a locale, as changeApplicationLanguage() does,
+    /// but without a message, without a fallback and without touching the default locale.
+    static void changeApplicationLanguageByLocale(const QLocale& locale);
+
+    /// Whether the default locale is of the language \a languageCode: its name is the code, or
+    /// begins with the code and "_". "fr" matches the default locale fr_FR; "fr_FR" does so, too.
+    static bool currentLanguageMatch(const QString& languageCode);
+
+    // Texts
+
+    /// The translation of \a text in \a context, two texts in UTF-8, by the installed translators;
+    /// \a text itself when there is none.
+    static QString translateQt(const char* context, const char* text);
+
+    /// The translation of one of the texts that QtMessages lists. In MacAbout and MacQuit the name
+    /// CoreApplicationUtils::applicationGuiName() stands for %1. Empty for any other number.
+    ///
+    /// All but the last two are translated by Qt's own files, as far as these know the text:
+    /// Qt 5.15 writes "OK" where ButtonOk asks for "Ok", which thus stays as it is.
+    static QString trQtMessages(QtMessages message);
+
+    LocalisationTools() = delete;
+};
+
+#endif // ORVAUTILS_LOCALISATIONTOOLS_H

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "MathUtils.h"
+
+#include "LogRecord.h"
+
+#include <QTime>
+
+#include <cstdlib>
+
+namespace {
+
+bool generatorIsSeeded = false;
+
+int draw()
+{
+    if (!generatorIsSeeded)
+        MathUtils::srandom();
+    return std::rand();
+}
+
+} // namespace
+
+void MathUtils::srandom()
+{
+    std::srand(static_cast<unsigned int>(QTime::currentTime().msec()));
+    generatorIsSeeded = true;
+}
+
+int MathUtils::random(int min, int max)
+{
+    // In 64 bits, so that the whole range of int does not overflow.
+    const qint64 span = qint64(max) - min + 1;
+    if (span < 1)
+        return min;
+    return int(min + draw() % span);
+}
+
+bool MathUtils::randomTriggerOneIn(int n)
+{
+    if (n < 1) {
+        ORVAUTILS_LOG_CRITICAL() << "bad usage!!";
+        return false;
+    }
+    return draw() % n == 0;
+}
+
+bool MathUtils::counterTriggerOneIn(int n, int& counter)
+{
+    if (qint64(counter) + 1 >= n) {
+        counter = 0;
+        return true;
+    }
+    ++counter;
+    return false;
+}

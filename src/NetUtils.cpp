@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "NetUtils.h"
+
+#include <QHostAddress>
+#include <QNetworkInterface>
+
+namespace {
+
+QRegularExpression unicodePattern(const QString& pattern)
+{
+    return QRegularExpression(pattern, QRegularExpression::UseUnicodePropertiesOption);
+}
+
+QRegularExpression webAddress(const QString& schemeQuantifier)
+{
+    return unicodePattern(
+        QStringLiteral(
+            R"rx(^(https?:\/\/)%1(([\.\d\w-]+)|((\d{1,3}\.){3}\d{1,3}))(:\d{1,5})?(/[\~\/\w\.-]*)*\/?$)rx")
+            .arg(schemeQuantifier));
+}
+
+QString emailAddressPattern()
+{
+    return QStringLiteral(
+        R"rx(^([\d\w]+([\d\w]*[-._+])*[\d\w]+@[\d\w]+([-.][\d\w]+)*([\d\w]*[.])[\w]{2,12})$)rx");
+}
+
+} // namespace
+
+QString NetUtils::mainIpAddress()
+{
+    const QList<QHostAddress> addresses = QNetworkInterface::allAddresses();
+    for (const QHostAddress& address : addresses) {
+        if (address.protocol() != QAbstractSocket::IPv4Protocol
+            || address == QHostAddress(QHostAddress::LocalHost))
+            continue;
+        const QString text = address.toString();
+        if (text.startsWith(QLatin1String("192")))
+            return text;
+    }
+    return QString();
+}
+
+QRegularExpression NetUtils::webAddressRx(bool schemeRequired)
+{
+    static const QRegularExpression required = webAddress(QString());
+    static const QRegularExpression optional = webAddress(QStringLiteral("?"));
+    return schemeRequired ? required : optional;
+}
+
+bool NetUtils::checkInternetAdress(const QString& s)
+{
+    // The language of webAddressRx(true) in a form that never goes back. An IPv4 address is a host
+    // like any other; a path is one "/" and then anything of its characters, among which is "/". No
+    // part can begin with a character that the part in front of it takes.
+    static const QRegularExpression rx = unicodePattern(
+        QStringLiteral(R"rx(^https?://[.\w-]++(?::\d{1,5}+)?+(?:/[~/\w.-]*+)?+$)rx"));
+    return rx.match(s).hasMatch();
+}
+
+QRegularExpression NetUtils::emailAddressRx()
+{
+    static const QRegularExpression rx = unicodePattern(emailAddressPattern());
+    return rx;
+}
+
+QRegularExpression NetUtils::emailAddressMultiRx()
+{
+    static const QRegularExpression rx = [] {
+        const QString pattern = emailAddressPattern();
+        const QString inner = pattern.mid(1, pattern.size() - 2);
+        return unicodePattern(QLatin1String("^(") + inner + QLatin1String(R"rx()(\s*[,;]\s*()rx")
+                              + inner + QLatin1String("))*$"));
+    }();
+    return rx;
+}
+
+bool NetUtils::checkEmailAdress(const QString& s)
+{
+    if (s.size() > 254)
+        return false;
+    // The language of emailAddressRx() in a form that never goes back. Before the "@" stand at
+    // least two characters of the class, with a word character at both ends. Behind it stand words
+    // with a
+    // "-" or "." between two of them; the last one is the one that no separator follows.
+    static const QRegularExpression rx = unicodePattern(
+        QStringLiteral(R"rx(^\w[\w.+-]++(?<=\w)@\w++(?:[-.]\w++(?=[-.]))*+\.\w{2,12}+$)rx"));
+    return rx.match(s).hasMatch();
+}

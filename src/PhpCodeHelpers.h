@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// PhpCodeHelpers: Qt values as PHP literals, constants and classes of constants.
+//
+//     QTextStream stream(&file);
+//     stream << "<?php\n";
+//     PhpCodeHelpers::writeConstant(&stream, "TITLE", QStringLiteral("L'été"), "the page's title");
+//     // const TITLE='L\'été'; // the page's title
+//
+// All functions write to the stream they are given, block by block: a document of any size needs no
+// memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply here, and
+// must not be null. Its field width does not apply either. Whether writing worked, the stream's
+// status() tells. Texts go out in the codec of the stream.
+//
+// All functions are static and keep no state; each may be called from any thread that may use the
+// stream. Nothing here writes to the log.
+
+#ifndef ORVAUTILS_PHPCODEHELPERS_H
+#define ORVAUTILS_PHPCODEHELPERS_H
+
+#include "orvautils_export.h"
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QStringList>
+#include <QVariant>
+
+class QTextStream;
+
+class ORVAUTILS_EXPORT PhpCodeHelpers
+{
+public:
+    PhpCodeHelpers() = delete;
+
+    // Literals
+
+    /// Writes the literal of \a v.
+    ///
+    /// \code
+    /// PhpCodeHelpers::formatVariantValue(&stream, QStringLiteral("it's")); // 'it\'s'
+    /// PhpCodeHelpers::formatVariantValue(&stream, true); // 1
+    /// PhpCodeHelpers::formatVariantValue(&stream, QVariantList {1, 2.5}); // [1,2.5] and "\n"
+    /// \endcode
+    ///
+    /// \li QByteArray: its text (UTF-8) as it is, without quotes, so that code can be passed
+    /// through. \li QString: in single quotes. \li bool: 1 or 0. \li double: with six significant
+    /// digits at most (0.1, 3, 1.23457e+06). \li int and long long: in decimal. \li QStringList:
+    /// formatPhpArray(). \li QMap<QString, QVariant>: formatPhpMap(). \li QList<QVariant>: the
+    /// literals in brackets, then a line break. \li anything else (unsigned numbers, characters,
+    /// dates …): what QVariant::toString() makes of
+    ///     it, as a QString; '' where that is nothing, as for an invalid value or a hash.
+    ///
+    /// Deliberate, because readers of existing files rely on it: a double quote in a text becomes
+    /// an escaped single one; backslashes are not escaped, so that PHP reads two of them as one and
+    /// a text that ends with one does not end its literal; and each list of variants inside a value
+    /// is followed by a line break.
+    static void formatVariantValue(QTextStream* stream, const QVariant& v);
+
+    /// Writes \a list as an array of texts.
+    ///
+    /// \code
+    /// PhpCodeHelpers::formatPhpArray(&stream, QStringList {"a", "b"}); // ['a','b']
+    /// \endcode
+    static void formatPhpArray(QTextStream* stream, const QStringList& list);
+    /// Writes \a list as an array of numbers.
+    static void formatPhpArray(QTextStream* stream, const QList<int>& list);
+    /// Writes \a list as an array of the literals of formatVariantValue(), without a line break
+    /// behind it.
+    static void formatPhpArray(QTextStream* stream, const QList<QVariant>& list);
+
+    /// Writes \a map as an array with keys, in the order of the keys.
+    ///
+    /// \code
+    /// PhpCodeHelpers::formatPhpMap(&stream, QVariantMap {{"b", 2}, {"a", "x"}, {"10", true}});
+    /// // [
+    /// // 10=>1,'a'=>'x','b'=>2
+    /// // ]
+    /// \endcode
+    ///
+    /// Keys sort as texts. One that is a whole number in decimal, as QString::toLongLong() reads
+    /// it, is written as that number, any other as a quoted text.
+    static void formatPhpMap(QTextStream* stream, const QMap<QString, QVariant>& map);
+    /// The same in the order in which \a hash iterates, which is not stable from run to run.
+    static void formatPhpMap(QTextStream* stream, const QHash<QString, QVariant>& hash);
+
+    // Declarations
+
+    /// Writes the line "const NAME=LITERAL;", and " // COMMENT" at its end where there is a
+    /// comment. Neither \a name nor \a comment is checked: a line break in it ends the line.
+    ///
+    /// \code
+    /// PhpCodeHelpers::writeConstant(&stream, "MAX", 3, "per order"); // const MAX=3; // per order
+    /// \endcode
+    static void writeConstant(QTextStream* stream, const QString& name, const QVariant& value,
+                              const QString& comment = QString());
+
+    /// Writes the line "const NAME=ARRAY;" with the array of formatPhpArray().
+    static void writePhpArray(QTextStream* stream, const QString& name, const QList<int>& list);
+    static void writePhpArray(QTextStream* stream, const QString& name, const QStringList& list);
+    static void writePhpArray(QTextStream* stream, const QString& name,
+                              const QList<QVariant>& list);
+
+    /// Writes "const NAME=MAP;" and a line break with the map of formatPhpMap().
+    static void writePhpMap(QTextStream* stream, const QString& name,
+                            const QMap<QString, QVariant>& map);
+
+    /// Writes a class whose constants are the entries of \a map, in the order of the keys.
+    ///
+    /// \code
+    /// PhpCodeHelpers::writePhpMapAsClassOfConstants(&stream, "Config", {{"A", 1}, {"B", "x"}});
+    /// //
+    /// // class Config
+    /// // {
+    /// // const A=1;
+    /// // const B='x';
+    /// // }
+    /// \endcode
+    ///
+    /// An empty line stands in front. That the keys are identifiers is the caller's business.
+    static void writePhpMapAsClassOfConstants(QTextStream* stream, const QString& className,
+                                              const QMap<QString, QVariant>& map);
+};
+
+#endif // ORVAUTILS_PHPCODEHELPERS_H

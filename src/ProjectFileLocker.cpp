@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "ProjectFileLocker.h"
+
+#include "FileUtils.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSysInfo>
+
+namespace {
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("ProjectFileLocker", text);
+}
+
+QString reasonOf(QLockFile::LockError error)
+{
+    switch (error) {
+    case QLockFile::LockFailedError:
+        return QStringLiteral("The lock could not be acquired because another process holds it");
+    case QLockFile::PermissionError:
+        return tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
+                                    "The lock file could not be created, for lack of permissions "
+                                    "in the parent directory."));
+    case QLockFile::UnknownError:
+        return tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
+                                    "Another error happened, for instance a full partition "
+                                    "prevented writing out the lock file"));
+    case QLockFile::NoError:
+        break;
+    }
+    return QString();
+}
+
+QString messageOf(QLockFile::LockError error, const QString& project, const QString& folder)
+{
+    if (error == QLockFile::LockFailedError)
+        return tr(QT_TRANSLATE_NOOP("ProjectFileLocker", "Project %1 already opened !"))
+                   .arg(project)
+            + QLatin1Char('\n') + QStringLiteral("Folder : %1").arg(folder);
+    // All at once: a name may hold a "%2" of its own.
+    return tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
+                                "Lock failed on '%1' : error=%2  folder=%3 machinehost=%4"))
+        .arg(project, reasonOf(error), folder, QSysInfo::machineHostName());
+}
+
+// Takes the lock, in which case it replaces the one in held, or says why it cannot.
+bool take(const QString& lockPath, const QString& project, const QString& folder,
+          QScopedPointer<QLockFile>& held, QString* error)
+{
+    QScopedPointer<QLockFile> lock(new QLockFile(lockPath));
+    if (!lock->tryLock(0)) {
+        if (error)
+            *error = messageOf(lock->error(), project, folder);
+        return false;
+    }
+    held.swap(lock); // what was held goes with the scope, and with it its file
+    return true;
+}
+
+} // namespace
+
+ProjectFileLocker::ProjectFileLocker() = default;
+
+ProjectFileLocker::~ProjectFileLocker() = default;
+
+QString ProjectFileLocker::suffixLockedFile()
+{
+    return QStringLiteral(".locked");
+}
+
+bool ProjectFileLocker::openNewProjectFile(const QString& path, QString* error)
+{
+    const QFileInfo project(path);
+    return take(path + suffixLockedFile(), project.fileName(), project.absolutePath(), mLock,
+                error);
+}
+
+bool ProjectFileLocker::openNewProjectFolder(const QString& folder, const QString& projectName,
+                                             QString* error)
+{
+    if (folder.isEmpty())
+        return false;
+    const QString path = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    if (!FileUtils::fileMkPath(path, error))
+        return false;
+    if (!QDir(folder).exists(folder))
+        return true;
+    return take(path + QStringLiteral("lockfile"), projectName, path, mLock, error);
+}
+
+bool ProjectFileLocker::unlock()
+{
+    mLock.reset();
+    return true;
+}

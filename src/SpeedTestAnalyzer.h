@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// SpeedTestAnalyzer: times the steps of an operation and prints a report.
+
+#ifndef ORVAUTILS_SPEEDTESTANALYZER_H
+#define ORVAUTILS_SPEEDTESTANALYZER_H
+
+#include "orvautils_export.h"
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QString>
+
+class UnitTestInfo;
+
+/// A stopwatch with laps. Both of its clocks start when it is made; each step takes the time since
+/// the step before.
+///
+/// \code
+/// SpeedTestAnalyzer speed(QStringLiteral("Import"));
+/// scan();
+/// speed << QStringLiteral("scan");
+/// copy();
+/// speed << QStringLiteral("copy");
+/// qDebug().noquote() << speed.toString();
+/// \endcode
+///
+/// Switched off, it records nothing and reports nothing, so that it may stay in the code. It owns
+/// its steps. Not copyable; for one thread.
+class ORVAUTILS_EXPORT SpeedTestAnalyzer
+{
+public:
+    /// Starts the total timer and the step timer; \a name opens the report. Enabled.
+    explicit SpeedTestAnalyzer(const QString& name);
+    ~SpeedTestAnalyzer();
+
+    /// Switches recording and reporting on or off. The timers run on in either case, and the steps
+    /// recorded before stay.
+    void setEnabled(bool enabled);
+
+    /// Ends a step: records \a label with the milliseconds since the step before and restarts the
+    /// step timer. Does nothing when disabled, the timer included.
+    void append(const QString& label);
+
+    /// The same as append().
+    SpeedTestAnalyzer& operator<<(const QString& label);
+
+    /// Milliseconds since construction, or -1 when disabled.
+    qint64 elapsed() const;
+
+    /// elapsed() as StringUtils::formatDurationFromMSec() writes it ("1s 500ms "), or an empty text
+    /// when disabled.
+    QString speedTotalToString() const;
+
+    /// The report: the name, " Speed total =", the total and a line break, then the text of each
+    /// step (see UnitTestInfo::toString()) with a line break behind it. Empty when disabled.
+    QString toString() const;
+
+private:
+    Q_DISABLE_COPY(SpeedTestAnalyzer)
+
+    QElapsedTimer mTotalTimer;
+    QElapsedTimer mStepTimer;
+    QList<UnitTestInfo*> mSteps;
+    QString mName;
+    bool mEnabled = true;
+};
+
+#endif // ORVAUTILS_SPEEDTESTANALYZER_H

@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Thread: a worker thread that can be asked to stop, reports progress, and is stopped before its
+// owner or the application goes away.
+
+#ifndef ORVAUTILS_THREAD_H
+#define ORVAUTILS_THREAD_H
+
+#include "orvautils_export.h"
+
+#include <QList>
+#include <QMutex>
+#include <QPointer>
+#include <QThread>
+#include <QWaitCondition>
+
+class Threadable;
+
+/// A QThread with cooperative cancellation, progress and a guard against being left behind.
+///
+/// Derive from it and implement run(), or bind Threadable workers to it and call them from run():
+///
+/// \code
+/// class ImportThread : public Thread
+/// {
+/// public:
+///     explicit ImportThread(PhotoImporter& importer)
+///         : mImporter(importer)
+///     {
+///         addThreadableChild(importer); // a Threadable: it now sees this thread's interruption
+///     }
+///
+/// protected:
+///     void run() override { mImporter.importAll(); }
+///
+/// private:
+///     PhotoImporter& mImporter;
+/// };
+/// \endcode
+///
+/// There are two ways to ask a thread to stop, and they do not know of each other:
+/// - the *interruption request* of Qt: requestInterruption(), read with isInterruptionRequested();
+///   the guard, stopAndWait() and Threadable use this one;
+/// - the *cancel flag*: setCancelFlag(), read with isCancelRequested(). The library never sets it;
+///   it is a channel between the host's controller and its worker.
+///
+/// \par The guard
+/// A thread with a parent is tied to the parent's QObject::destroyed() signal; a thread without one
+/// becomes a child of the application object and is tied to QCoreApplication::aboutToQuit(). When
+/// that signal comes, lastChanceBeforeDestroyed() asks the thread to stop and waits for it for at
+/// most three seconds. A thread with a parent of its own is not tied to aboutToQuit(): when the
+/// application quits while the parent lives, nothing asks the thread to stop.
+///
+/// \par Threads
+/// The object belongs to the thread that created it, as every QObject; a Thread without a parent
+/// must be created on the application object's thread. Unless a function says otherwise it is
+/// called on the owning thread. The cancel flag is the only state that is shared between threads.
+class ORVAUTILS_EXPORT Thread : public QThread
+{
+    Q_OBJECT
+
+public:
+    /// A thread that is not started yet, owned by \a parent.
+    ///
+    /// Without a parent the application object becomes the parent; it must exist, which is not
+    /// checked. In both cases the guard described above is set up, and the thread's own finished()
+    /// signal is connected to onFinished().
+    explicit Thread(QObject* parent = nullptr);
+
+    /// Destroys the thread. One that is not running goes silently.
+    ///
+    /// One that is still running is a misuse. It is logged with LogType 4, as "Thread Thread is
+    /// still running on Destructor call! \n => terminate()" (the class name is always "Thread": the
+    /// subclass is gone already); then terminate() ends the thread by force, and "Thread
+    /// Terminated! #BRUTAL" is logged with LogType 4.
+    ///
+    /// Deliberately the destructor does *not* wait after that. A forced end takes effect only when
+    /// the thread next reaches a point where it may be ended, and Qt aborts the program when a
+    /// QThread is destroyed before; who wants to go on calls stopAndWait(), or terminate() and
+    /// wait(), before the object goes away.
+    ~Thread() override;
+
+    /// Whether the cancel flag is set. May be called from any thread.
+    bool isCancelRequested() const;
+
+    /// Asks the thread to stop: wakes everyone who waits in mainWaitForCondition(), then requests
+    /// the interruption that QThread::isInterruptionRequested() answers. Qt ignores the request
+    /// unless the thread is running. May be called from any thread.
+    ///
+    /// The cancel flag is not touched, and the bound workers are not visited: they ask this thread
+    /// by themselves.
+    virtual void requestInterruption();
+
+    /// Emits progressThread() with the two texts, on the calling thread. May be called from any
+    /// thread; in general it is the worker's.
+    void emitThreadProgress(const QString& progress_level1, const QString& progress_level2);
+
+    /// With true the object deletes itself, by deleteLater(), once the thread has finished; asking
+    /// twice is the same as asking once. With false it does so no longer.
+    void enableThreadDeleteOnFinished(bool enabled);
+
+    /// Binds \a child to this thread: calls its Threadable::setThreadForInterrupt() with this
+    /// thread. The child is not owned. Binding it twice has no further effect.
+    void addThreadableChild(Threadable& child);
+
+    /// Wakes everyone who waits in mainWaitForCondition(). May be called from any thread.
+    ///
+    /// \warning The wake is not remembered. One that comes before the other side has begun to wait
+    /// is lost, because no lock is taken and no state is kept: that wait goes on until the next
+    /// wake. A caller allows for it, by waking again until the other side has shown that it went
+    /// on, or by keeping the condition itself in a variable of its own.
+    void mainWake();
+
+    /// Blocks the calling thread, without time limit, until mainWake() or requestInterruption() is
+    /// called by another thread.
+    ///
+    /// \warning A wake that came before this call is lost and does not end the wait; see
+    /// mainWake(). An interruption that was requested before does not end it either: look at
+    /// isInterruptionRequested() first, and let the asking side wake again.
+    ///
+    /// The lock of the cancel flag is released while the wait lasts, so isCancelRequested() and
+    /// setCancelFlag() do not block meanwhile.
+    void mainWaitForCondition();
+
+    /// Calls requestInterruption() (the most derived one) and waits for the thread to finish for
+    /// at most \a ms milliseconds. Returns whether it has finished; a thread that was never started
+    /// or is done already counts as finished. With 0 it asks and returns at once. Not to be called
+    /// on the thread that is to stop.
+    bool stopAndWait(unsigned long ms);
+
+public Q_SLOTS:
+    /// Sets or clears the cancel flag, which is clear at first. May be called from any thread.
+    void setCancelFlag(bool b);
+
+    /// Called after the thread has finished, for subclasses; does nothing here. It is connected to
+    /// finished() and therefore runs on the thread that owns the object, once its event loop comes
+    /// to it.
+    virtual void onFinished();
+
+    /// What the guard calls before the owner or the application goes away. A thread that is not
+    /// running is left alone, and false is the answer.
+    ///
+    /// Otherwise it is logged with LogType 1, as "<class name> Thread is still running on
+    /// lastChanceBeforeDestroyed call! \n => stopAndWait(3000)"; then requestInterruption() is
+    /// called, and the call waits for the thread to finish for at most 3000 milliseconds. Returns
+    /// whether it has finished. A thread that does not stop in time is not ended by force here.
+    bool lastChanceBeforeDestroyed();
+
+    /// Ends the thread by force, wherever it is in its work; see QThread::terminate() for the
+    /// dangers. Takes effect only when the thread reaches a point where it may be ended; wait()
+    /// tells when.
+    ///
+    /// An object that was to delete itself on finishing (enableThreadDeleteOnFinished()) stays
+    /// alive: who ends a thread by force looks after it.
+    void terminate();
+
+Q_SIGNALS:
+    /// How far the work has come, in two texts: \a progress_level1 for the whole,
+    /// \a progress_level2 for the step at hand. Emitted by emitThreadProgress() and
+    /// Threadable::emitThreadProgressMessages() on the thread that calls them.
+    void progressThread(const QString& progress_level1, const QString& progress_level2);
+
+protected:
+    /// The workers that were ever bound to this thread, in the order of binding, each once. Those
+    /// that have been destroyed stand as null. For subclasses that visit their workers, on the
+    /// thread that owns the object.
+    const QList<QPointer<Threadable>>& threadables() const { return mThreadables; }
+
+private:
+    friend class Threadable;
+
+    mutable QMutex mLock; // of mCancelFlag; the wait condition needs one, too
+    QWaitCondition mCondition;
+    QList<QPointer<Threadable>> mThreadables;
+    bool mCancelFlag = false;
+};
+
+#endif // ORVAUTILS_THREAD_H

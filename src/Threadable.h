@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Threadable: work that runs on a Thread without being one, and hears when it is to stop.
+
+#ifndef ORVAUTILS_THREADABLE_H
+#define ORVAUTILS_THREADABLE_H
+
+#include "orvautils_export.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+class Thread;
+
+/// A worker that is bound to a Thread: it passes interruption requests, the question whether one
+/// was made, and its progress on to that thread, and hands its binding to its sub-workers.
+///
+/// \code
+/// void PhotoImporter::importAll() // called from Thread::run()
+/// {
+///     for (int i = 0; i < mFiles.size() && !isInterruptionRequested(); ++i) {
+///         emitThreadProgressMessages(tr("Photographs"), mFiles.at(i));
+///         importOne(mFiles.at(i));
+///     }
+/// }
+/// \endcode
+///
+/// A worker that was never bound, or whose thread has been destroyed, works all the same: it is
+/// never interrupted and its progress goes nowhere. So the same class serves with and without a
+/// thread.
+///
+/// \par Ownership
+/// Neither the thread nor the sub-workers are owned; both are watched and count as absent once they
+/// have been destroyed.
+///
+/// \par Threads
+/// Binding and adding sub-workers belong to the thread that owns the objects, and are done before
+/// the work starts. requestInterruption(), isInterruptionRequested() and
+/// emitThreadProgressMessages() may be called from any thread, in general the bound one, as long as
+/// the binding does not change and the bound thread's object is not destroyed meanwhile.
+class ORVAUTILS_EXPORT Threadable : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A worker without a thread and without sub-workers, owned by \a parent.
+    explicit Threadable(QObject* parent = nullptr);
+    ~Threadable() override;
+
+    /// Binds this worker to \a thread, and every sub-worker that is still alive likewise, through
+    /// all levels; sub-workers that have been destroyed are forgotten. An earlier binding is
+    /// replaced, but the worker stays in the earlier thread's list. The thread must not be null,
+    /// which is not checked.
+    ///
+    /// Subclasses that override it call this one.
+    virtual void setThreadForInterrupt(Thread* thread);
+
+    /// Makes \a child a sub-worker of this one; adding it twice leaves it there once. If this
+    /// worker is bound the child is bound to the same thread at once, otherwise together with this
+    /// worker. A worker must not become a sub-worker of itself, at whatever level, which is not
+    /// checked.
+    void addThreadableChild(Threadable& child);
+
+    /// Asks the bound thread to stop (Thread::requestInterruption()), and with it every worker that
+    /// is bound to it. Without a thread nothing happens.
+    void requestInterruption();
+
+    /// Whether the bound thread's interruption has been requested; false without a thread. Work
+    /// that takes long asks this between its steps, and returns early.
+    bool isInterruptionRequested() const;
+
+    /// Emits the bound thread's Thread::progressThread() with the two texts, on the calling thread.
+    /// Without a thread nothing happens.
+    void emitThreadProgressMessages(const QString& progress_level1, const QString& progress_level2);
+
+    /// Puts the *calling* thread to sleep, whatever thread this worker is bound to.
+    void sleep(unsigned long seconds) const;
+
+    /// Puts the *calling* thread to sleep for \a ms milliseconds, whatever thread this worker is
+    /// bound to.
+    void msleep(unsigned long ms) const;
+
+private:
+    QPointer<Thread> mThread;
+    QList<QPointer<Threadable>> mChildren;
+};
+
+#endif // ORVAUTILS_THREADABLE_H

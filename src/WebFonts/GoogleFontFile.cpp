@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "GoogleFontFile.h"
+
+#include "LogRecord.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace {
+
+/// A hash of \a name that leaves case and blanks out, so that all names that may find a family have
+/// the hash of its own. Case counts as it does for Qt::CaseInsensitive: character by character.
+quint32 hashOfName(const QString& name)
+{
+    quint32 hash = 2166136261u; // FNV-1a, by UTF-16 units
+    for (int i = 0; i < name.size(); ++i) {
+        uint character = name.at(i).unicode();
+        if (character == ' ') {
+            continue;
+        }
+        if (character >= 'A' && character <= 'Z') {
+            character += 'a' - 'A';
+        } else if (character >= 0x80) {
+            if (QChar::isHighSurrogate(character) && i + 1 < name.size()
+                && name.at(i + 1).isLowSurrogate()) {
+                character = QChar::surrogateToUcs4(ushort(character), name.at(++i).unicode());
+            }
+            character = QChar::toCaseFolded(character);
+        }
+        hash = (hash ^ character) * 16777619u;
+    }
+    return hash;
+}
+
+} // namespace
+
+void GoogleFontFile::clear()
+{
+    *this = GoogleFontFile();
+}
+
+bool GoogleFontFile::loadJsonGFontFromFilePath(const QString& path)
+{
+    clear();
+    QFile file(path);
+    if (!file.exists()) {
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        ORVAUTILS_LOG_WARNING() << "GFonts file opening error";
+        return false;
+    }
+    return loadJsonGFontFromBynaryDatas(file.readAll());
+}
+
+bool GoogleFontFile::loadJsonGFontFromBynaryDatas(const QByteArray& data)
+{
+    clear();
+    QJsonParseError error;
+    mDocument = QJsonDocument::fromJson(data, &error);
+    if (error.error != QJsonParseError::NoError) {
+        ORVAUTILS_LOG_WARNING() << "GFonts file parsing error:" << error.errorString();
+        return false;
+    }
+    const QJsonArray families = mDocument.object().value(QLatin1String("items")).toArray();
+    mItems.reserve(families.size());
+    mIndex.reserve(families.size());
+    for (const QJsonValue& family : families) {
+        const GoogleFontItem item(family.toObject());
+        // Invalid dates are earlier than any other.
+        mLastModification = qMax(mLastModification, item.lastModified());
+        mIndex += quint64(hashOfName(item.family())) << 32 | quint32(mItems.size());
+        mItems += item;
+    }
+    std::sort(mIndex.begin(), mIndex.end());
+    mValid = true;
+    return true;
+}
+
+bool GoogleFontFile::isValid() const
+{
+    return mValid;
+}
+
+int GoogleFontFile::count() const
+{
+    return mItems.size();
+}
+
+QList<GoogleFontItem> GoogleFontFile::items() const
+{
+    return mItems;
+}
+
+int GoogleFontFile::indexOf(const QString& name) const
+{
+    const quint32 hash = hashOfName(name);
+    // Families of the same hash stand side by side, in the order of the document.
+    auto entry = std::lower_bound(mIndex.cbegin(), mIndex.cend(), quint64(hash) << 32);
+    for (; entry != mIndex.cend() && *entry >> 32 == hash; ++entry) {
+        const int position = int(*entry & 0xffffffffu);
+        const QString family = mItems.at(position).family();
+        if (family.compare(name, Qt::CaseInsensitive) == 0
+            || mItems.at(position).compressedFamily().compare(name, Qt::CaseInsensitive) == 0) {
+            return position;
+        }
+    }
+    return -1;
+}
+
+QDate GoogleFontFile::lastModification() const
+{
+    return mLastModification;
+}
+
+QJsonDocument GoogleFontFile::doc() const
+{
+    return mDocument;
+}

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// GoogleFontFile: one catalogue of web fonts, parsed.
+//
+// The document is the font service's own list: a JSON object whose array "items" holds one object a
+// family. Nothing else of the document is looked at.
+
+#ifndef ORVAUTILS_GOOGLEFONTFILE_H
+#define ORVAUTILS_GOOGLEFONTFILE_H
+
+#include "GoogleFontItem.h"
+#include "orvautils_export.h"
+
+#include <QByteArray>
+#include <QDate>
+#include <QJsonDocument>
+#include <QList>
+#include <QString>
+#include <QVector>
+
+/// A parsed catalogue: a value that is cheap to copy, empty and invalid until something is loaded.
+///
+/// Thread: as for any Qt value class; reading one object from several threads is safe.
+class ORVAUTILS_EXPORT GoogleFontFile
+{
+public:
+    /// Forgets everything: the catalogue is empty and invalid again.
+    void clear();
+
+    /// Loads the file at \a path in place of what was loaded before, and returns whether it could.
+    /// After a failure the catalogue is empty and invalid.
+    ///
+    /// A file that does not exist is no reason to log; one that cannot be opened is logged with
+    /// LogType 2 as "GFonts file opening error". Content fails and is logged as by
+    /// loadJsonGFontFromBynaryDatas().
+    bool loadJsonGFontFromFilePath(const QString& path);
+
+    /// Loads \a data, JSON text in UTF-8, in place of what was loaded before.
+    ///
+    /// Only text that is no JSON fails: false comes back, the catalogue is empty and invalid, and
+    /// "GFonts file parsing error:" with the parser's words is logged with LogType 2. A document
+    /// without "items" is a valid catalogue without families.
+    bool loadJsonGFontFromBynaryDatas(const QByteArray& data);
+
+    /// Whether the last load succeeded.
+    bool isValid() const;
+
+    /// The number of families.
+    int count() const;
+
+    /// The families in the order of the document.
+    QList<GoogleFontItem> items() const;
+
+    /// The position in items() of the first family whose name, as it is or without its blanks,
+    /// equals \a name in any case; -1 when there is none.
+    ///
+    /// The answer comes from an index that is built with the catalogue: its cost does not depend on
+    /// the number of families.
+    int indexOf(const QString& name) const;
+
+    /// The latest day on which one of the families was changed; families without a readable date do
+    /// not count. An invalid date when there is none.
+    QDate lastModification() const;
+
+    /// The document as it was parsed; null when nothing is loaded.
+    QJsonDocument doc() const;
+
+private:
+    QJsonDocument mDocument;
+    QList<GoogleFontItem> mItems;
+    /// For each family the hash of its name in the upper half, its position in the lower half;
+    /// ascending.
+    QVector<quint64> mIndex;
+    QDate mLastModification;
+    bool mValid = false;
+};
+
+#endif // ORVAUTILS_GOOGLEFONTFILE_H

@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "GoogleFontLoader.h"
+
+#include "ApplicationUtils.h"
+#include "GoogleFontFile.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+/// Registers the compiled-in list, which in a static library does not happen by itself. Outside the
+/// unnamed namespace, because Q_INIT_RESOURCE declares a function of the global one.
+static void registerBuiltInList()
+{
+    Q_INIT_RESOURCE(webfonts);
+}
+
+namespace {
+
+QString definitionFileName()
+{
+    return QStringLiteral("google.json");
+}
+
+/// A custom list beside what its file was when it was parsed.
+struct CustomList
+{
+    QString path;
+    qint64 size = -1;
+    QDateTime modified;
+    GoogleFontFile file;
+};
+
+/// What all loaders share.
+struct Catalogues
+{
+    GoogleFontFile chosen; ///< the one that the queries read
+    GoogleFontFile builtIn;
+    CustomList custom;
+};
+
+Catalogues& catalogues()
+{
+    static Catalogues shared;
+    return shared;
+}
+
+const GoogleFontFile& builtInList()
+{
+    GoogleFontFile& list = catalogues().builtIn;
+    if (!list.isValid()) {
+        registerBuiltInList();
+        list.loadJsonGFontFromFilePath(GoogleFontLoader::builinGoogleJsonFilePath());
+    }
+    return list;
+}
+
+const GoogleFontFile& customList()
+{
+    CustomList& list = catalogues().custom;
+    const QFileInfo file(GoogleFontLoader::customFilepath_JsonGoogleFont());
+    const bool unchanged = file.exists() && file.filePath() == list.path && file.size() == list.size
+        && file.lastModified() == list.modified;
+    if (!unchanged) {
+        list.file.loadJsonGFontFromFilePath(file.filePath());
+        // A file that cannot even be opened was not parsed: it is tried again.
+        const bool opens = QFile(file.filePath()).open(QIODevice::ReadOnly);
+        list.path = opens ? file.filePath() : QString();
+        list.size = file.size();
+        list.modified = file.lastModified();
+    }
+    return list.file;
+}
+
+} // namespace
+
+const QString GoogleFontLoader::GOOGLE_DEFINITION_FILENAME = definitionFileName();
+
+GoogleFontLoader::GoogleFontLoader(QObject* parent)
+    : QObject(parent)
+{ }
+
+GoogleFontLoader::~GoogleFontLoader() = default;
+
+bool GoogleFontLoader::load()
+{
+    if (mLoaded) {
+        return true;
+    }
+    const GoogleFontFile& builtIn = builtInList();
+    const GoogleFontFile& custom = customList();
+    const bool newer = custom.isValid() && custom.lastModification() > builtIn.lastModification();
+    const GoogleFontFile& chosen = newer ? custom : builtIn;
+    if (chosen.isValid()) {
+        catalogues().chosen = chosen;
+        mLoaded = true;
+    }
+    return mLoaded;
+}
+
+bool GoogleFontLoader::isLoaded() const
+{
+    return mLoaded;
+}
+
+QString GoogleFontLoader::builinGoogleJsonFilePath()
+{
+    return QStringLiteral(":/orvautils/") + definitionFileName();
+}
+
+QString GoogleFontLoader::customFilepath_JsonGoogleFont()
+{
+    return ApplicationUtils::pathApplicationSettings() + definitionFileName();
+}
+
+QStringList GoogleFontLoader::fontNames()
+{
+    QStringList names;
+    if (!load()) {
+        return names;
+    }
+    const QList<GoogleFontItem> items = catalogues().chosen.items();
+    names.reserve(items.size());
+    for (const GoogleFontItem& item : items) {
+        names += item.family();
+    }
+    return names;
+}
+
+bool GoogleFontLoader::findItemByName(const QString& name, GoogleFontItem& item)
+{
+    if (!load()) {
+        return false;
+    }
+    const int position = catalogues().chosen.indexOf(name);
+    if (position < 0) {
+        return false;
+    }
+    item = catalogues().chosen.items().at(position);
+    return true;
+}
+
+QString GoogleFontLoader::validName(const QString& name)
+{
+    GoogleFontItem item;
+    return findItemByName(name.trimmed(), item) ? item.family() : QString();
+}
+
+QString GoogleFontLoader::stringInformations()
+{
+    if (!load()) {
+        return QCoreApplication::translate("GoogleFontLoader", "No google font available !");
+    }
+    const GoogleFontFile& chosen = catalogues().chosen;
+    const QString available =
+        QCoreApplication::translate("GoogleFontLoader", "%1 google font available")
+            .arg(chosen.count());
+    const QString lastUpdate =
+        QCoreApplication::translate("GoogleFontLoader", "(Last update : %1)")
+            .arg(chosen.lastModification().toString(QStringLiteral("yyyy-MM-dd")));
+    return available + QLatin1Char('\n') + lastUpdate;
+}

@@ -1,0 +1,19 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!--
+SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+SPDX-License-Identifier: MIT
+-->
+<!DOCTYPE TS>
+<TS version="2.1" language="pt_BR" sourcelanguage="en">
+<context>
+    <name>Test</name>
+    <message>
+        <source>file</source>
+        <translation>app_pt_BR</translation>
+    </message>
+    <message>
+        <source>greeting</source>
+        <translation>Bom dia</translation>
+    </message>
+</context>
+</TS>

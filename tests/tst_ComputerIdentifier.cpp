@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "ComputerIdentifier.h"
+
+#include "LogCapture.h"
+
+#include <QNetworkInterface>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QtTest>
+
+#include <cstdio>
+
+class tst_ComputerIdentifier : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void noProductId();
+    void addressOfThisMachine();
+    void identifierIsTheAddress();
+    void hashIsHexadecimal();
+    void debugWritesFourWarnings();
+    void interfacesOfAnotherMachine_data();
+    void interfacesOfAnotherMachine();
+};
+
+void tst_ComputerIdentifier::noProductId()
+{
+    QCOMPARE(ComputerIdentifier::productId(), QString());
+}
+
+void tst_ComputerIdentifier::addressOfThisMachine()
+{
+    QString expected;
+    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface& candidate : interfaces) {
+        if (candidate.name() == QStringLiteral("en0")) {
+            expected = candidate.hardwareAddress();
+            break;
+        }
+        if (expected.isEmpty())
+            expected = candidate.hardwareAddress();
+    }
+    QCOMPARE(ComputerIdentifier::primaryMACAddress(), expected);
+}
+
+void tst_ComputerIdentifier::identifierIsTheAddress()
+{
+    QCOMPARE(ComputerIdentifier::uniqueIdentifier(), ComputerIdentifier::primaryMACAddress());
+}
+
+void tst_ComputerIdentifier::hashIsHexadecimal()
+{
+    const QString hash = ComputerIdentifier::hashedUniqueIdentifier();
+    bool ok = false;
+    const uint number = hash.toUInt(&ok, 16);
+    QVERIFY(ok);
+    QCOMPARE(number, uint(qHash(ComputerIdentifier::uniqueIdentifier(), 0)));
+    QCOMPARE(hash, hash.toLower());
+    QVERIFY(hash == QStringLiteral("0") || !hash.startsWith(QLatin1Char('0')));
+}
+
+void tst_ComputerIdentifier::debugWritesFourWarnings()
+{
+    LogCapture log;
+    ComputerIdentifier::debug();
+    const QString address = ComputerIdentifier::primaryMACAddress();
+    QCOMPARE(log.lines(),
+             QStringList({QStringLiteral("warning default: Product Id: "),
+                          QStringLiteral("warning default: First MAC: ") + address,
+                          QStringLiteral("warning default: Unique Identifier: ") + address,
+                          QStringLiteral("warning default: Hashed Unique Identifier: ")
+                              + ComputerIdentifier::hashedUniqueIdentifier()}));
+}
+
+void tst_ComputerIdentifier::interfacesOfAnotherMachine_data()
+{
+    QTest::addColumn<QString>("commands"); // what makes the interfaces
+    QTest::addColumn<QString>("address");
+    // A new network namespace holds the loopback interface alone, whose address is zeros.
+    QTest::newRow("loopback only") << QStringLiteral("true") << QStringLiteral("00:00:00:00:00:00");
+    QTest::newRow("en0 goes first")
+        << QStringLiteral("ip link add aa0 address 02:00:00:00:00:01 type veth peer name en0 && "
+                          "ip link set en0 address 02:00:5e:10:00:07")
+        << QStringLiteral("02:00:5E:10:00:07");
+    QTest::newRow("en1 is no en0") << QStringLiteral("ip link add en1 type veth peer name en2")
+                                   << QStringLiteral("00:00:00:00:00:00");
+}
+
+void tst_ComputerIdentifier::interfacesOfAnotherMachine()
+{
+    QFETCH(QString, commands);
+    QFETCH(QString, address);
+    const QString unshare = QStandardPaths::findExecutable(QStringLiteral("unshare"));
+    const QString ip = QStandardPaths::findExecutable(
+        QStringLiteral("ip"),
+        {QStringLiteral("/usr/sbin"), QStringLiteral("/sbin"), QStringLiteral("/usr/bin")});
+    if (unshare.isEmpty() || ip.isEmpty()
+        || QProcess::execute(unshare, {QStringLiteral("-rn"), QStringLiteral("true")}) != 0)
+        QSKIP("this system lets nobody make network namespaces");
+
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PATH"),
+                       environment.value(QStringLiteral("PATH"))
+                           + QStringLiteral(":/usr/sbin:/sbin"));
+    child.setProcessEnvironment(environment);
+    child.start(unshare,
+                {QStringLiteral("-rn"), QStringLiteral("sh"), QStringLiteral("-c"),
+                 commands + QStringLiteral(" && exec \"$0\" --identify"),
+                 QCoreApplication::applicationFilePath()});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.exitCode(), 0);
+    QCOMPARE(QString::fromLatin1(child.readAllStandardOutput()), address);
+}
+
+// With --identify the program is the other machine: it prints its address and nothing else.
+int main(int argc, char** argv)
+{
+    if (argc == 2 && qstrcmp(argv[1], "--identify") == 0) {
+        std::fputs(qPrintable(ComputerIdentifier::primaryMACAddress()), stdout);
+        return 0;
+    }
+    QCoreApplication app(argc, argv);
+    tst_ComputerIdentifier test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_ComputerIdentifier.moc"

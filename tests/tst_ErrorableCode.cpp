@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "ErrorableCode.h"
+
+#include "Errorable.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <type_traits>
+
+namespace {
+
+ErrorableCode makeCode(const QString& context, qint32 number)
+{
+    ErrorableCode code;
+    code.context = context;
+    code.code = number;
+    return code;
+}
+
+} // namespace
+
+class tst_ErrorableCode : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void fields();
+    void valid_data();
+    void valid();
+    void equal_data();
+    void equal();
+    void less_data();
+    void less();
+    void callSteps();
+    void callStepsNE();
+    void toString_data();
+    void toString();
+    void copies();
+    void messages();
+};
+
+void tst_ErrorableCode::cleanup()
+{
+    Errorable::sErrorMessages.clear();
+    Errorable::sOverriddenErrorMessage.clear();
+}
+
+void tst_ErrorableCode::fields()
+{
+    const ErrorableCode none;
+    QCOMPARE(none.context, QStringLiteral("ErrorableCode : N0 ERROR"));
+    QCOMPARE(none.code, qint32(-1));
+    QCOMPARE(none.callSteps, QStringList());
+    QCOMPARE(none.details, QString());
+    QCOMPARE(none.mEnumText, QString());
+    QCOMPARE(none.enumText(), QString());
+    static_assert(std::is_same<decltype(ErrorableCode::code), qint32>::value, "");
+
+    // In the order in which they are told.
+    const char* const start = reinterpret_cast<const char*>(&none);
+    QVector<qptrdiff> offsets;
+    for (const void* const field :
+         {static_cast<const void*>(&none.context), static_cast<const void*>(&none.code),
+          static_cast<const void*>(&none.callSteps), static_cast<const void*>(&none.details),
+          static_cast<const void*>(&none.mEnumText)})
+        offsets.append(static_cast<const char*>(field) - start);
+    QVERIFY(std::is_sorted(offsets.cbegin(), offsets.cend()));
+
+    ErrorableCode named;
+    named.mEnumText = QStringLiteral("CopyFailed");
+    QCOMPARE(named.enumText(), QStringLiteral("CopyFailed"));
+}
+
+void tst_ErrorableCode::valid_data()
+{
+    QTest::addColumn<QString>("context");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<bool>("expected");
+    const QString none = QStringLiteral("ErrorableCode : N0 ERROR");
+    QTest::newRow("no error") << none << -1 << false;
+    QTest::newRow("only the code") << none << 0 << true;
+    QTest::newRow("only the context") << QStringLiteral("Files") << -1 << true;
+    QTest::newRow("empty context") << QString() << -1 << true;
+    QTest::newRow("another case") << QStringLiteral("ErrorableCode : N0 error") << -1 << true;
+    QTest::newRow("both") << QStringLiteral("Files") << 3 << true;
+}
+
+void tst_ErrorableCode::valid()
+{
+    QFETCH(QString, context);
+    QFETCH(int, number);
+    QFETCH(bool, expected);
+    ErrorableCode code = makeCode(context, number);
+    QCOMPARE(code.isValid(), expected);
+    code.addCallStep(QStringLiteral("a.cpp:1"));
+    code.details = QStringLiteral("details");
+    code.mEnumText = QStringLiteral("Text");
+    QCOMPARE(code.isValid(), expected); // the other fields do not count
+}
+
+void tst_ErrorableCode::equal_data()
+{
+    QTest::addColumn<QString>("context");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("same") << QStringLiteral("A") << 12 << true;
+    QTest::newRow("another code") << QStringLiteral("A") << 13 << false;
+    QTest::newRow("another context") << QStringLiteral("B") << 12 << false;
+    QTest::newRow("same text of both together") << QStringLiteral("A1") << 2 << false;
+}
+
+void tst_ErrorableCode::equal()
+{
+    QFETCH(QString, context);
+    QFETCH(int, number);
+    QFETCH(bool, expected);
+    ErrorableCode other = makeCode(context, number);
+    const ErrorableCode code = makeCode(QStringLiteral("A"), 12);
+    QCOMPARE(code == other, expected);
+    other.addCallStep(QStringLiteral("a.cpp:1"));
+    other.details = QStringLiteral("details");
+    other.mEnumText = QStringLiteral("Text");
+    QCOMPARE(code == other, expected); // the other fields do not count
+}
+
+void tst_ErrorableCode::less_data()
+{
+    QTest::addColumn<QString>("leftContext");
+    QTest::addColumn<int>("leftCode");
+    QTest::addColumn<QString>("rightContext");
+    QTest::addColumn<int>("rightCode");
+    QTest::addColumn<bool>("isLess");
+    QTest::addColumn<bool>("isGreater");
+    const QString a = QStringLiteral("A");
+    QTest::newRow("same") << a << 1 << a << 1 << false << false;
+    QTest::newRow("A10 before A9") << a << 10 << a << 9 << true << false;
+    QTest::newRow("A9 before A90") << a << 9 << a << 90 << true << false;
+    QTest::newRow("A12 and A12") << a << 12 << QStringLiteral("A1") << 2 << false << false;
+    QTest::newRow("A-1 before A0") << a << -1 << a << 0 << true << false;
+    QTest::newRow("A-1 before A-2") << a << -1 << a << -2 << true << false;
+    QTest::newRow("by context") << a << 9 << QStringLiteral("B") << 1 << true << false;
+    QTest::newRow("capitals first")
+        << QStringLiteral("B") << 1 << QStringLiteral("a") << 1 << true << false;
+    QTest::newRow("by code unit, not by language")
+        << QStringLiteral("z") << 1 << QStringLiteral("\u00e9") << 1 << true << false;
+}
+
+void tst_ErrorableCode::less()
+{
+    QFETCH(QString, leftContext);
+    QFETCH(int, leftCode);
+    QFETCH(QString, rightContext);
+    QFETCH(int, rightCode);
+    QFETCH(bool, isLess);
+    QFETCH(bool, isGreater);
+    const ErrorableCode left = makeCode(leftContext, leftCode);
+    const ErrorableCode right = makeCode(rightContext, rightCode);
+    QCOMPARE(left < right, isLess);
+    QCOMPARE(right < left, isGreater);
+}
+
+void tst_ErrorableCode::callSteps()
+{
+    ErrorableCode code;
+    code.addCallStep(QStringLiteral("b.cpp:2"));
+    code.addCallStep(QStringLiteral("a.cpp:1"));
+    code.addCallStep(QStringLiteral("b.cpp:2"));
+    QCOMPARE(code.callSteps,
+             QStringList({QStringLiteral("b.cpp:2"), QStringLiteral("a.cpp:1"),
+                          QStringLiteral("b.cpp:2")}));
+}
+
+void tst_ErrorableCode::callStepsNE()
+{
+    ErrorableCode code;
+    code.addCallStepsNE(QStringList());
+    QCOMPARE(code.callSteps, QStringList());
+    code.addCallStep(QStringLiteral("a.cpp:1"));
+    code.addCallStepsNE({QStringLiteral("View"), QStringLiteral("Window")});
+    QCOMPARE(code.callSteps,
+             QStringList({QStringLiteral("a.cpp:1"), QStringLiteral("View (NE)"),
+                          QStringLiteral("Window (NE)")}));
+}
+
+void tst_ErrorableCode::toString_data()
+{
+    QTest::addColumn<QString>("context");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QString>("details");
+    QTest::addColumn<QString>("enumText");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("callStack");
+    const QString files = QStringLiteral("Files");
+    const QString copyFailed = QStringLiteral("CopyFailed");
+    QTest::newRow("no details") << files << 3 << QStringList() << QString() << copyFailed
+                                << QStringLiteral("Files:CopyFailed (#3) ()")
+                                << QStringLiteral("\n#Call Stack empty");
+    QTest::newRow("one step") << files << 3 << QStringList(QStringLiteral("a.cpp:1"))
+                              << QStringLiteral("disk full") << copyFailed
+                              << QStringLiteral("Files:CopyFailed (#3) (disk full)")
+                              << QStringLiteral("\n#Call Stack\n=>a.cpp:1");
+    QTest::newRow("two steps") << files << -3
+                               << QStringList({QStringLiteral("a.cpp:1"), QStringLiteral("W (NE)")})
+                               << QString() << QString() << QStringLiteral("Files: (#-3) ()")
+                               << QStringLiteral("\n#Call Stack\n=>a.cpp:1\n=>W (NE)");
+    QTest::newRow("one empty step")
+        << files << 3 << QStringList(QString()) << QString() << copyFailed
+        << QStringLiteral("Files:CopyFailed (#3) ()") << QStringLiteral("\n#Call Stack\n=>");
+    QTest::newRow("no error") << QStringLiteral("ErrorableCode : N0 ERROR") << -1 << QStringList()
+                              << QString() << QString()
+                              << QStringLiteral("ErrorableCode : N0 ERROR: (#-1) ()")
+                              << QStringLiteral("\n#Call Stack empty");
+    QTest::newRow("placeholders in the values")
+        << QStringLiteral("%2 %4") << 3 << QStringList(QStringLiteral("%1"))
+        << QStringLiteral("%1%2%3%4") << QStringLiteral("%3 %1 %99")
+        << QStringLiteral("%2 %4:%3 %1 %99 (#3) (%1%2%3%4)")
+        << QStringLiteral("\n#Call Stack\n=>%1");
+}
+
+void tst_ErrorableCode::toString()
+{
+    QFETCH(QString, context);
+    QFETCH(int, number);
+    QFETCH(QStringList, steps);
+    QFETCH(QString, details);
+    QFETCH(QString, enumText);
+    QFETCH(QString, text);
+    QFETCH(QString, callStack);
+    ErrorableCode code = makeCode(context, number);
+    code.callSteps = steps;
+    code.details = details;
+    code.mEnumText = enumText;
+    QCOMPARE(code.toString(false), text);
+    QCOMPARE(code.toString(true), QString(text + callStack));
+}
+
+void tst_ErrorableCode::copies()
+{
+    ErrorableCode code = makeCode(QStringLiteral("Files"), 3);
+    code.details = QStringLiteral("details");
+    code.mEnumText = QStringLiteral("Text");
+    code.addCallStep(QStringLiteral("a.cpp:1"));
+    ErrorableCode copy = code;
+    QCOMPARE(copy.toString(true), code.toString(true));
+    copy.addCallStep(QStringLiteral("b.cpp:2"));
+    QCOMPARE(code.callSteps, QStringList(QStringLiteral("a.cpp:1")));
+}
+
+void tst_ErrorableCode::messages()
+{
+    ErrorableCode code = makeCode(QStringLiteral("Files"), 3);
+    QCOMPARE(code.errorMessage(), QStringLiteral("Files: (#3) ()"));
+    QCOMPARE(code.overriddenErrorMessage(), QStringLiteral("Files: (#3) ()"));
+    Errorable::sErrorMessages[code] = QStringLiteral("A file could not be copied.");
+    QCOMPARE(code.errorMessage(), QStringLiteral("A file could not be copied."));
+    QCOMPARE(code.overriddenErrorMessage(), QStringLiteral("A file could not be copied."));
+    Errorable::sOverriddenErrorMessage[code] = QStringLiteral("Please look at the disk.");
+    QCOMPARE(code.errorMessage(), QStringLiteral("A file could not be copied."));
+    QCOMPARE(code.overriddenErrorMessage(), QStringLiteral("Please look at the disk."));
+}
+
+QTEST_GUILESS_MAIN(tst_ErrorableCode)
+#include "tst_ErrorableCode.moc"

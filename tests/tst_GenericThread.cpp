@@ -1,0 +1,560 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "GenericThread.h"
+
+#include "ChildProcess.h"
+#include "LogCapture.h"
+
+#include <QMetaMethod>
+#include <QSemaphore>
+#include <QtTest>
+
+#include <atomic>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <vector>
+
+#include <unistd.h>
+
+namespace {
+
+const int longEnoughMs = 60000;
+
+QString textOf(int number)
+{
+    return QStringLiteral("the result of thread number %1").arg(number);
+}
+
+/// Handles events until the thread has deleted itself, and then what was posted meanwhile.
+bool deletedItself(const QPointer<GenericThread>& thread)
+{
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.start(longEnoughMs);
+    while (thread && limit.isActive()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    QCoreApplication::processEvents();
+    return !thread;
+}
+
+} // namespace
+
+/// Takes results, and remembers in which thread.
+class Receiver : public QObject
+{
+    Q_OBJECT
+
+public:
+    QVariantList mResults;
+    QList<QThread*> mReceivedIn;
+    int mCalls = 0;
+    QSemaphore mReceived; ///< released by every receive()
+
+public Q_SLOTS:
+    void receive(const QVariant& result)
+    {
+        mResults.append(result);
+        mReceivedIn.append(QThread::currentThread());
+        ++mCalls;
+        mReceived.release();
+    }
+
+    void called() { ++mCalls; }
+};
+
+/// A thread with an event loop, for a receiver to live in.
+class EventLoop
+{
+public:
+    ~EventLoop()
+    {
+        mThread.quit();
+        mThread.wait();
+    }
+
+    QThread mThread;
+};
+
+class tst_GenericThread : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void metaObject();
+    void parents();
+    void deletesItself();
+
+    void resultReachesTheReceiversThread();
+    void resultReachesAnotherThread();
+    void slotWithoutArgument();
+    void withoutResult();
+    void runsOnItsOwnThread();
+    void keepsACopyOfTheFunction();
+    void receiverIsDestroyed();
+    void withoutReceiver_data();
+    void withoutReceiver();
+
+    void deletionIsScheduledBeforeTheResultIsHandedOver();
+    void ownersEventLoopWaitsForTheEmission();
+    void sixtyRoundsOfFortyThreads();
+    void twoHundredInARow();
+
+    void destructorWaitsForTheFunction();
+    void parentDiesWhileRunning();
+    void applicationQuits();
+    void cancellationUnderLoad();
+    void emptyFunction();
+};
+
+void tst_GenericThread::metaObject()
+{
+    const QMetaObject& meta = GenericThread::staticMetaObject;
+    QCOMPARE(meta.className(), "GenericThread");
+    QCOMPARE(meta.superClass(), &Thread::staticMetaObject);
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
+    const QMetaMethod method = meta.method(meta.methodOffset());
+    QCOMPARE(method.methodType(), QMetaMethod::Signal);
+    QCOMPARE(method.methodSignature(), QByteArray("genericFinished(QVariant)"));
+    QCOMPARE(method.parameterNames(), QList<QByteArray>({"result"}));
+}
+
+void tst_GenericThread::parents()
+{
+    GenericThread orphan;
+    QCOMPARE(orphan.parent(), static_cast<QObject*>(QCoreApplication::instance()));
+    QObject parent;
+    GenericThread child(&parent);
+    QCOMPARE(child.parent(), &parent);
+}
+
+void tst_GenericThread::deletesItself()
+{
+    Receiver receiver;
+    const QPointer<GenericThread> thread =
+        GenericThread::runInGenericThread([](QVariant&) {}, &receiver, SLOT(called()));
+    QCOMPARE(thread->parent(), static_cast<QObject*>(QCoreApplication::instance()));
+    QVERIFY(thread->wait(ulong(longEnoughMs)));
+    QVERIFY(thread);
+    QVERIFY(deletedItself(thread));
+}
+
+// The result
+
+void tst_GenericThread::resultReachesTheReceiversThread()
+{
+    Receiver receiver;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [](QVariant& result) { result = textOf(1); }, &receiver, SLOT(receive(QVariant)));
+    QVERIFY(thread->wait(ulong(longEnoughMs)));
+    QCOMPARE(receiver.mCalls, 0); // queued
+    QVERIFY(deletedItself(thread));
+    QCOMPARE(receiver.mResults, QVariantList({textOf(1)}));
+    QCOMPARE(receiver.mReceivedIn, QList<QThread*>({QThread::currentThread()}));
+}
+
+void tst_GenericThread::resultReachesAnotherThread()
+{
+    Receiver receiver;
+    EventLoop loop;
+    receiver.moveToThread(&loop.mThread);
+    loop.mThread.start();
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [](QVariant& result) { result = textOf(1); }, &receiver, SLOT(receive(QVariant)));
+    receiver.mReceived.acquire();
+    QCOMPARE(receiver.mResults, QVariantList({textOf(1)}));
+    QCOMPARE(receiver.mReceivedIn, QList<QThread*>({&loop.mThread}));
+    QVERIFY(deletedItself(thread));
+}
+
+void tst_GenericThread::slotWithoutArgument()
+{
+    Receiver receiver;
+    const QPointer<GenericThread> thread =
+        GenericThread::runInGenericThread([](QVariant&) {}, &receiver, SLOT(called()));
+    QVERIFY(deletedItself(thread));
+    QCOMPARE(receiver.mCalls, 1);
+}
+
+void tst_GenericThread::withoutResult()
+{
+    Receiver receiver;
+    std::atomic<bool> invalidAtFirst{false};
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&](QVariant& result) { invalidAtFirst = !result.isValid(); }, &receiver,
+        SLOT(receive(QVariant)));
+    QVERIFY(deletedItself(thread));
+    QCOMPARE(receiver.mCalls, 1);
+    QVERIFY(invalidAtFirst);
+    QVERIFY(!receiver.mResults.at(0).isValid());
+}
+
+void tst_GenericThread::runsOnItsOwnThread()
+{
+    Receiver receiver;
+    std::atomic<QThread*> ranOn{nullptr};
+    std::atomic<int> priority{-1};
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&](QVariant&) {
+            ranOn = QThread::currentThread();
+            priority = ranOn.load()->priority();
+        },
+        &receiver, SLOT(called()));
+    QVERIFY(thread->wait(ulong(longEnoughMs)));
+    QCOMPARE(ranOn.load(), static_cast<QThread*>(thread));
+    QCOMPARE(priority.load(), int(QThread::InheritPriority));
+    QVERIFY(deletedItself(thread));
+}
+
+void tst_GenericThread::keepsACopyOfTheFunction()
+{
+    Receiver receiver;
+    QSemaphore go;
+    auto shared = std::make_shared<QString>(textOf(1));
+    const std::weak_ptr<QString> watch = shared;
+    std::function<void(QVariant&)> function = [&go, shared](QVariant& result) {
+        go.acquire();
+        result = *shared;
+    };
+    const QPointer<GenericThread> thread =
+        GenericThread::runInGenericThread(function, &receiver, SLOT(receive(QVariant)));
+    function = nullptr;
+    shared.reset();
+    go.release();
+    QVERIFY(deletedItself(thread));
+    QCOMPARE(receiver.mResults, QVariantList({textOf(1)}));
+    QVERIFY(watch.expired()); // it went with the thread
+}
+
+void tst_GenericThread::receiverIsDestroyed()
+{
+    auto receiver = std::make_unique<Receiver>();
+    QSemaphore go;
+    std::atomic<bool> ran{false};
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&](QVariant&) {
+            go.acquire();
+            ran = true;
+        },
+        receiver.get(), SLOT(receive(QVariant)));
+    receiver.reset();
+    go.release();
+    QVERIFY(deletedItself(thread));
+    QVERIFY(ran);
+}
+
+void tst_GenericThread::withoutReceiver_data()
+{
+    QTest::addColumn<bool>("hasReceiver");
+    QTest::addColumn<QByteArray>("member");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("null receiver")
+        << false << QByteArray(SLOT(receive(QVariant)))
+        << QStringLiteral("QObject::connect: Cannot connect GenericThread::genericFinished("
+                          "QVariant) to (nullptr)::receive(QVariant)");
+    QTest::newRow("no such slot")
+        << true << QByteArray(SLOT(nothing(QVariant)))
+        << QStringLiteral("QObject::connect: No such slot Receiver::nothing(QVariant)");
+}
+
+void tst_GenericThread::withoutReceiver()
+{
+    QFETCH(bool, hasReceiver);
+    QFETCH(QByteArray, member);
+    QFETCH(QString, warning);
+    Receiver receiver;
+    std::atomic<bool> ran{false};
+    LogCapture log;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&](QVariant&) { ran = true; }, hasReceiver ? &receiver : nullptr, member.constData());
+    QVERIFY(deletedItself(thread));
+    QVERIFY(ran);
+    QCOMPARE(log.records().size(), 1);
+    QVERIFY2(log.records().at(0).text.startsWith(warning), qPrintable(log.records().at(0).text));
+}
+
+// The end of a thread
+
+/// Tells when the event loop is about to delete the object that it watches.
+class DeletionWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::DeferredDelete)
+            mBegun = true;
+        return false;
+    }
+
+    std::atomic<bool> mBegun{false};
+};
+
+void tst_GenericThread::deletionIsScheduledBeforeTheResultIsHandedOver()
+{
+    // The emission does not end before the deletion has begun, so it must have been scheduled.
+    DeletionWatch watch;
+    Receiver receiver;
+    QSemaphore go;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&go](QVariant&) { go.acquire(); }, &receiver, SLOT(called()));
+    thread->installEventFilter(&watch);
+    QThread* emittedIn = nullptr;
+    bool deletionHadBegun = false;
+    connect(
+        thread, &GenericThread::genericFinished, this,
+        [&] {
+            emittedIn = QThread::currentThread();
+            for (int i = 0; i < longEnoughMs && !watch.mBegun; ++i)
+                QThread::msleep(1);
+            deletionHadBegun = watch.mBegun;
+        },
+        Qt::DirectConnection);
+    QThread* const worker = thread;
+    go.release();
+    QVERIFY(deletedItself(thread));
+    QVERIFY(deletionHadBegun);
+    QCOMPARE(emittedIn, worker); // the thread that finishes, not the one that owns the object
+}
+
+void tst_GenericThread::ownersEventLoopWaitsForTheEmission()
+{
+    DeletionWatch watch;
+    Receiver receiver;
+    QSemaphore go;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&go](QVariant& result) {
+            go.acquire();
+            result = textOf(1);
+        },
+        &receiver, SLOT(receive(QVariant)));
+    thread->installEventFilter(&watch);
+    connect(
+        thread, &GenericThread::genericFinished, this,
+        [&] {
+            while (!watch.mBegun)
+                QThread::msleep(1);
+            QThread::msleep(50); // the owner is in the destructor by now
+        },
+        Qt::DirectConnection);
+    QVariant seenLast;
+    std::atomic<bool> emitted{false};
+    connect(
+        thread, &GenericThread::genericFinished, this,
+        [&](const QVariant& result) {
+            seenLast = result;
+            emitted = true;
+        },
+        Qt::DirectConnection);
+    bool emittedBeforeTheEnd = false;
+    connect(thread, &QObject::destroyed, this, [&] { emittedBeforeTheEnd = emitted; });
+    go.release();
+    QVERIFY(deletedItself(thread));
+    QVERIFY(emittedBeforeTheEnd);
+    QCOMPARE(seenLast, QVariant(textOf(1)));
+    QCOMPARE(receiver.mResults, QVariantList({textOf(1)}));
+}
+
+void tst_GenericThread::sixtyRoundsOfFortyThreads()
+{
+    const int rounds = 60;
+    const int threadsPerRound = 40;
+    for (int round = 0; round < rounds; ++round) {
+        Receiver receiver;
+        QVector<QPointer<GenericThread>> threads;
+        QVariantList expected;
+        for (int i = 0; i < threadsPerRound; ++i) {
+            expected.append(textOf(i));
+            threads.append(GenericThread::runInGenericThread(
+                [i](QVariant& result) { result = textOf(i); }, &receiver, SLOT(receive(QVariant))));
+        }
+        for (const QPointer<GenericThread>& thread : threads)
+            QVERIFY(deletedItself(thread));
+        QCOMPARE(receiver.mCalls, threadsPerRound);
+        for (const QVariant& result : expected)
+            QCOMPARE(receiver.mResults.count(result), 1);
+    }
+}
+
+void tst_GenericThread::twoHundredInARow()
+{
+    const int objectsBefore = QCoreApplication::instance()->children().size();
+    Receiver receiver;
+    for (int i = 0; i < 200; ++i) {
+        const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+            [i](QVariant& result) { result = textOf(i); }, &receiver, SLOT(receive(QVariant)));
+        QVERIFY(deletedItself(thread));
+        QCOMPARE(receiver.mResults.size(), i + 1);
+        QCOMPARE(receiver.mResults.last().toString(), textOf(i));
+    }
+    QCOMPARE(QCoreApplication::instance()->children().size(), objectsBefore);
+}
+
+// The guard
+
+void tst_GenericThread::destructorWaitsForTheFunction()
+{
+    Receiver receiver;
+    QSemaphore running;
+    std::atomic<bool> done{false};
+    LogCapture log;
+    GenericThread* const thread = GenericThread::runInGenericThread(
+        [&](QVariant&) {
+            running.release();
+            QThread::msleep(100);
+            done = true;
+        },
+        &receiver, SLOT(called()));
+    running.acquire();
+    delete thread;
+    QVERIFY(done);
+    QCOMPARE(log.lines(), QStringList()); // no misuse: nothing was ended by force
+}
+
+/// Runs until its interruption is requested.
+class PoliteGenericThread : public GenericThread
+{
+    Q_OBJECT
+
+public:
+    using GenericThread::GenericThread;
+
+    QSemaphore mRunning;
+
+protected:
+    void run() override
+    {
+        mRunning.release();
+        while (!isInterruptionRequested())
+            msleep(1);
+    }
+};
+
+void tst_GenericThread::parentDiesWhileRunning()
+{
+    auto parent = std::make_unique<QObject>();
+    Receiver receiver;
+    const QPointer<PoliteGenericThread> thread(new PoliteGenericThread(parent.get()));
+    connect(thread, &GenericThread::genericFinished, &receiver, &Receiver::receive);
+    thread->start();
+    thread->mRunning.acquire();
+    LogCapture log;
+    parent.reset();
+    QVERIFY(!thread);
+    QCOMPARE(
+        log.lines(),
+        QStringList(QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: "
+                                   "PoliteGenericThread Thread is still running on "
+                                   "lastChanceBeforeDestroyed call! \n => stopAndWait(3000)")));
+    QCoreApplication::processEvents();
+    QCOMPARE(receiver.mResults, QVariantList({QVariant()})); // handed over before the end
+}
+
+void tst_GenericThread::applicationQuits()
+{
+    Receiver receiver;
+    QSemaphore running;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&](QVariant&) {
+            running.release();
+            while (!QThread::currentThread()->isInterruptionRequested())
+                QThread::msleep(1);
+        },
+        &receiver, SLOT(called()));
+    running.acquire();
+    LogCapture log;
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+    QCoreApplication::exec();
+    QVERIFY(!thread || thread->isFinished());
+    QCOMPARE(
+        log.lines(),
+        QStringList(QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: "
+                                   "GenericThread Thread is still running on "
+                                   "lastChanceBeforeDestroyed call! \n => stopAndWait(3000)")));
+    QVERIFY(deletedItself(thread));
+}
+
+void tst_GenericThread::cancellationUnderLoad()
+{
+    const int count = 4 * qMax(2, QThread::idealThreadCount());
+    Receiver receiver;
+    std::atomic<int> running{0};
+    QVector<QPointer<GenericThread>> threads;
+    for (int i = 0; i < count; ++i)
+        threads.append(GenericThread::runInGenericThread(
+            [&running](QVariant& result) {
+                auto* const self = static_cast<Thread*>(QThread::currentThread());
+                ++running;
+                while (!self->isInterruptionRequested() && !self->isCancelRequested()) { }
+                result = self->isCancelRequested();
+            },
+            &receiver, SLOT(receive(QVariant))));
+    QTRY_COMPARE_WITH_TIMEOUT(running.load(), count, longEnoughMs);
+    for (int i = 0; i < count; ++i) {
+        if (i % 2 == 0)
+            threads.at(i)->setCancelFlag(true);
+        else
+            threads.at(i)->requestInterruption();
+    }
+    for (const QPointer<GenericThread>& thread : threads)
+        QVERIFY(deletedItself(thread));
+    QCOMPARE(receiver.mResults.count(QVariant(true)), count / 2);
+    QCOMPARE(receiver.mResults.count(QVariant(false)), count / 2);
+}
+
+// An empty function
+
+static QThread* mainThread = nullptr;
+
+/// What the program ends with when no one catches an exception: names it and where it was raised.
+[[noreturn]] static void reportUncaught()
+{
+    const char* where = QThread::currentThread() == mainThread ? "main thread" : "worker thread";
+    const char* what = "something else";
+    try {
+        std::rethrow_exception(std::current_exception());
+    } catch (const std::bad_function_call&) {
+        what = "bad_function_call";
+    } catch (...) { }
+    fprintf(stderr, "%s on the %s\n", what, where);
+    fflush(stderr);
+    _exit(3);
+}
+
+static int runsAnEmptyFunction(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    mainThread = QThread::currentThread();
+    std::set_terminate(reportUncaught);
+    GenericThread thread;
+    thread.start();
+    thread.wait();
+    return 0;
+}
+
+void tst_GenericThread::emptyFunction()
+{
+    const ChildResult child = runChild("runs an empty function");
+    QVERIFY(child.finished);
+    QVERIFY(!child.crashed);
+    QCOMPARE(child.errors, QByteArray("bad_function_call on the worker thread\n"));
+    QCOMPARE(child.exitCode, 3);
+}
+
+int main(int argc, char** argv)
+{
+    const ChildRole role = childRole(
+        argc, argv, {{"runs an empty function", [&] { return runsAnEmptyFunction(argc, argv); }}});
+    if (role)
+        return role();
+
+    QCoreApplication app(argc, argv);
+    tst_GenericThread test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_GenericThread.moc"

@@ -1,0 +1,384 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "GoogleFontItem.h"
+
+#include "LogCapture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTranslator>
+#include <QtTest>
+
+namespace {
+
+QJsonObject json(const QString& text)
+{
+    return QJsonDocument::fromJson(text.toUtf8()).object();
+}
+
+/// A family with the given variants, which are separated by "|".
+GoogleFontItem withVariants(const QString& variants)
+{
+    QJsonObject object;
+    object[QStringLiteral("variants")] =
+        QJsonArray::fromStringList(variants.split(QLatin1Char('|')));
+    return GoogleFontItem(object);
+}
+
+/// The weights as a text that is easy to compare: "400n 700ni" (n upright, i italic).
+QString told(const QMap<int, GoogleFontWeightDetail>& weights)
+{
+    QStringList texts;
+    for (auto it = weights.constBegin(); it != weights.constEnd(); ++it) {
+        texts += QString::number(it.key()) + (it->hasNormal ? QStringLiteral("n") : QString())
+            + (it->hasItalic ? QStringLiteral("i") : QString());
+    }
+    return texts.join(QLatin1Char(' '));
+}
+
+/// Translates a few texts, so that context and source text of the labels show.
+class Bracketing : public QTranslator
+{
+public:
+    QString translate(const char* context, const char* source, const char*, int) const override
+    {
+        return QStringLiteral("[%1: ").arg(QLatin1String(context)) + QLatin1String(source)
+            + QLatin1Char(']');
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
+class tst_GoogleFontItem : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void emptyItem();
+    void readsTheObject();
+    void otherKeysStay();
+    void compressedFamily_data();
+    void compressedFamily();
+    void lastModified_data();
+    void lastModified();
+    void lastModifiedAgreesWithQt();
+    void variantsInFileOrder();
+    void variantsThatAreNoText();
+    void commonVariants_data();
+    void commonVariants();
+    void weights_data();
+    void weights();
+    void labelWeight_data();
+    void labelWeight();
+    void labelFromVariant_data();
+    void labelFromVariant();
+    void labelsAreTranslated();
+    void nothingIsLogged();
+};
+
+void tst_GoogleFontItem::emptyItem()
+{
+    const GoogleFontItem byDefault;
+    const GoogleFontItem fromEmptyObject{QJsonObject()};
+    for (const GoogleFontItem& item : {byDefault, fromEmptyObject}) {
+        QCOMPARE(item.family(), QString());
+        QCOMPARE(item.compressedFamily(), QString());
+        QVERIFY(!item.lastModified().isValid());
+        QCOMPARE(item.allVariants(), QStringList());
+        QCOMPARE(item.commonVariants(), QStringList());
+        QVERIFY(item.availableWeights().isEmpty());
+        QVERIFY(item.object().isEmpty());
+    }
+}
+
+void tst_GoogleFontItem::readsTheObject()
+{
+    const GoogleFontItem item(json(QStringLiteral(
+        R"({"family": "Open Sans", "variants": ["regular", "700", "700italic"],
+            "lastModified": "2022-02-24"})")));
+    QCOMPARE(item.family(), QStringLiteral("Open Sans"));
+    QCOMPARE(item.compressedFamily(), QStringLiteral("OpenSans"));
+    QCOMPARE(item.lastModified(), QDate(2022, 2, 24));
+    QCOMPARE(item.allVariants(),
+             QString(QStringLiteral("regular 700 700italic")).split(QLatin1Char(' ')));
+    QCOMPARE(told(item.availableWeights()), QStringLiteral("400n 700ni"));
+    const GoogleFontItem copy = item;
+    QCOMPARE(copy.family(), QStringLiteral("Open Sans"));
+}
+
+void tst_GoogleFontItem::otherKeysStay()
+{
+    const QJsonObject object = json(QStringLiteral(
+        R"({"family": "X", "variants": [], "subsets": ["latin"], "version": "v1", "files": {"a": 1},
+            "category": "serif", "kind": "k", "axes": [null]})"));
+    QCOMPARE(GoogleFontItem(object).object(), object);
+}
+
+void tst_GoogleFontItem::compressedFamily_data()
+{
+    QTest::addColumn<QString>("compressed");
+    QTest::newRow("Abel") << "Abel";
+    QTest::newRow("Open Sans") << "OpenSans";
+    QTest::newRow(" A  b c ") << "Abc";
+    // Only blanks go.
+    QTest::newRow("A\tb-c_d") << "A\tb-c_d";
+    QTest::newRow("   ") << "";
+}
+
+void tst_GoogleFontItem::compressedFamily()
+{
+    QFETCH(QString, compressed);
+    QJsonObject object;
+    object[QStringLiteral("family")] = QLatin1String(QTest::currentDataTag());
+    QCOMPARE(GoogleFontItem(object).compressedFamily(), compressed);
+}
+
+void tst_GoogleFontItem::lastModified_data()
+{
+    QTest::addColumn<QDate>("date");
+    QTest::newRow("2022-02-25") << QDate(2022, 2, 25);
+    QTest::newRow("2024-02-29") << QDate(2024, 2, 29);
+    QTest::newRow("0001-01-01") << QDate(1, 1, 1);
+    QTest::newRow("9999-12-31") << QDate(9999, 12, 31);
+    for (const char* text : {"",
+                             "2022",
+                             "2022-02",
+                             "2022-2-25",
+                             "2022-02-5",
+                             "2022-02-30",
+                             "2022-13-01",
+                             "2022-00-01",
+                             "0000-01-01",
+                             "22-02-25",
+                             "-2022-02-25",
+                             "12022-02-25",
+                             "2022/02/25",
+                             "2022-02/25",
+                             "2022-02-25 ",
+                             " 2022-02-25",
+                             "2022-02-25T00:00",
+                             "20a2-02-25",
+                             "2022-0b-25",
+                             "2022-02-2c",
+                             "25-02-2022",
+                             "today"}) {
+        QTest::newRow(text) << QDate();
+    }
+}
+
+void tst_GoogleFontItem::lastModified()
+{
+    QFETCH(QDate, date);
+    QJsonObject object;
+    object[QStringLiteral("lastModified")] = QLatin1String(QTest::currentDataTag());
+    QCOMPARE(GoogleFontItem(object).lastModified(), date);
+}
+
+void tst_GoogleFontItem::lastModifiedAgreesWithQt()
+{
+    // Every text of the right shape with a month from 00 to 13 and a day from 00 to 32.
+    for (const char* year : {"0000", "0004", "1900", "2000", "2022", "2024"}) {
+        for (int month = 0; month <= 13; ++month) {
+            for (int day = 0; day <= 32; ++day) {
+                const QString text = QStringLiteral("%1-%2-%3")
+                                         .arg(QLatin1String(year))
+                                         .arg(month, 2, 10, QLatin1Char('0'))
+                                         .arg(day, 2, 10, QLatin1Char('0'));
+                QJsonObject object;
+                object[QStringLiteral("lastModified")] = text;
+                QCOMPARE(GoogleFontItem(object).lastModified(),
+                         QDate::fromString(text, QStringLiteral("yyyy-MM-dd")));
+            }
+        }
+    }
+    QVERIFY(!GoogleFontItem(json(QStringLiteral(R"({"lastModified": 20220225})")))
+                 .lastModified()
+                 .isValid());
+}
+
+void tst_GoogleFontItem::variantsInFileOrder()
+{
+    QCOMPARE(withVariants(QStringLiteral("700|regular|100italic|700")).allVariants(),
+             QString(QStringLiteral("700|regular|100italic|700")).split(QLatin1Char('|')));
+}
+
+void tst_GoogleFontItem::variantsThatAreNoText()
+{
+    QCOMPARE(
+        GoogleFontItem(json(QStringLiteral(
+                           R"({"variants": [700, "regular", null, ["italic"], true, "300"]})")))
+            .allVariants(),
+        QString(QStringLiteral("regular 300")).split(QLatin1Char(' ')));
+    QCOMPARE(GoogleFontItem(json(QStringLiteral(R"({"variants": "regular"})"))).allVariants(),
+             QStringList());
+    QCOMPARE(GoogleFontItem(json(QStringLiteral(R"({"variants": {"regular": 1}})"))).allVariants(),
+             QStringList());
+}
+
+void tst_GoogleFontItem::commonVariants_data()
+{
+    QTest::addColumn<QString>("common");
+    QTest::newRow("regular") << "regular";
+    QTest::newRow("700italic|700|italic|regular") << "regular|italic|700|700italic";
+    QTest::newRow("100|300italic|700italic|regular|900") << "regular|700italic";
+    QTest::newRow("100|500") << "";
+    QTest::newRow("Regular|ITALIC|700Italic| 700") << "";
+    QTest::newRow("regular|regular") << "regular";
+}
+
+void tst_GoogleFontItem::commonVariants()
+{
+    QFETCH(QString, common);
+    QCOMPARE(withVariants(QLatin1String(QTest::currentDataTag()))
+                 .commonVariants()
+                 .join(QLatin1Char('|')),
+             common);
+}
+
+void tst_GoogleFontItem::weights_data()
+{
+    QTest::addColumn<QString>("weights");
+    QTest::newRow("regular") << "400n";
+    QTest::newRow("regular|700|700italic") << "400n 700ni";
+    QTest::newRow("700italic|700|regular") << "400n 700ni";
+    QTest::newRow("regular|italic") << "400ni";
+    QTest::newRow("italic") << "400i";
+    QTest::newRow("300") << "300n";
+    QTest::newRow("300italic") << "300i";
+    QTest::newRow("900|100|regular|500") << "100n 400n 500n 900n";
+    QTest::newRow("100|100italic|200|200italic|300|300italic|regular|italic|500|500italic|600|"
+                  "600italic|700|700italic|800|800italic|900|900italic")
+        << "100ni 200ni 300ni 400ni 500ni 600ni 700ni 800ni 900ni";
+    QTest::newRow("700|700") << "700n";
+    // 400 is told by the words alone.
+    QTest::newRow("400") << "400";
+    QTest::newRow("400italic") << "400";
+    QTest::newRow("400|regular") << "400n";
+    QTest::newRow("400|italic") << "400i";
+    // Any case shows the weight, only exact names show a style.
+    QTest::newRow("Regular") << "400";
+    QTest::newRow("700Italic") << "700";
+    QTest::newRow("REGULAR|regular") << "400n";
+    QTest::newRow("0700") << "700";
+    QTest::newRow("0700|700") << "700n";
+    QTest::newRow(" 700") << "700";
+    QTest::newRow("700 italic") << "700";
+    QTest::newRow("7italic00") << "700";
+    QTest::newRow("italic700") << "700";
+    QTest::newRow("700regular") << "400 700";
+    QTest::newRow("regular italic") << "400";
+    QTest::newRow("950") << "950n";
+    QTest::newRow("-100|-100italic") << "-100ni";
+    QTest::newRow("0") << "0n";
+    // No number, no weight.
+    QTest::newRow("Italic") << "";
+    QTest::newRow("bold") << "";
+    QTest::newRow("700bold") << "";
+    QTest::newRow("") << "";
+    QTest::newRow("700.5") << "";
+    QTest::newRow("99999999999") << "";
+}
+
+void tst_GoogleFontItem::weights()
+{
+    QFETCH(QString, weights);
+    QCOMPARE(told(withVariants(QLatin1String(QTest::currentDataTag())).availableWeights()),
+             weights);
+}
+
+void tst_GoogleFontItem::labelWeight_data()
+{
+    QTest::addColumn<int>("weight");
+    QTest::addColumn<QString>("label");
+    QTest::newRow("smallest") << std::numeric_limits<int>::min() << "Lighter weight (-2147483648)";
+    QTest::newRow("-1") << -1 << "Lighter weight (-1)";
+    QTest::newRow("0") << 0 << "Lighter weight (0)";
+    QTest::newRow("300") << 300 << "Lighter weight (300)";
+    QTest::newRow("399") << 399 << "Lighter weight (399)";
+    QTest::newRow("400") << 400 << "Normal weight";
+    QTest::newRow("401") << 401 << "Bolder weight (401)";
+    QTest::newRow("500") << 500 << "Bolder weight (500)";
+    QTest::newRow("699") << 699 << "Bolder weight (699)";
+    QTest::newRow("700") << 700 << "Bold weight";
+    QTest::newRow("701") << 701 << "Bolder weight (701)";
+    QTest::newRow("950") << 950 << "Bolder weight (950)";
+}
+
+void tst_GoogleFontItem::labelWeight()
+{
+    QFETCH(int, weight);
+    QFETCH(QString, label);
+    QCOMPARE(GoogleFontItem::labelWeight(weight, false), label);
+    QCOMPARE(GoogleFontItem::labelWeight(weight, true), label + QStringLiteral(" (Italic)"));
+}
+
+void tst_GoogleFontItem::labelFromVariant_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::newRow("regular") << "Normal weight";
+    QTest::newRow("REGULAR") << "Normal weight";
+    QTest::newRow(" regular\t") << "Normal weight";
+    QTest::newRow("italic") << "Normal weight (Italic)";
+    QTest::newRow("Italic") << "Normal weight (Italic)";
+    QTest::newRow(" italic ") << "Normal weight (Italic)";
+    QTest::newRow("300") << "Lighter weight (300)";
+    QTest::newRow(" 300 ") << "Lighter weight (300)";
+    QTest::newRow("300italic") << "Lighter weight (300) (Italic)";
+    QTest::newRow("400") << "Normal weight";
+    QTest::newRow("400italic") << "Normal weight (Italic)";
+    QTest::newRow("500") << "Bolder weight (500)";
+    QTest::newRow("700") << "Bold weight";
+    QTest::newRow("700italic") << "Bold weight (Italic)";
+    QTest::newRow("italic700") << "Bold weight (Italic)";
+    QTest::newRow("700 italic") << "Bold weight (Italic)";
+    QTest::newRow("900italic") << "Bolder weight (900) (Italic)";
+    // Only "italic" in small letters is taken out: what is left is no number.
+    QTest::newRow("700Italic") << "Lighter weight (0) (Italic)";
+    QTest::newRow("bold") << "Lighter weight (0)";
+    QTest::newRow("bolditalic") << "Lighter weight (0) (Italic)";
+    QTest::newRow("regular italic") << "Lighter weight (0) (Italic)";
+    QTest::newRow("0x2bc") << "Lighter weight (0)";
+    QTest::newRow("700.0") << "Lighter weight (0)";
+    QTest::newRow("99999999999") << "Lighter weight (0)";
+    QTest::newRow("") << "Lighter weight (0)";
+}
+
+void tst_GoogleFontItem::labelFromVariant()
+{
+    QFETCH(QString, label);
+    QCOMPARE(GoogleFontItem::labelFromVariant(QLatin1String(QTest::currentDataTag())), label);
+}
+
+void tst_GoogleFontItem::labelsAreTranslated()
+{
+    Bracketing translator;
+    QCoreApplication::installTranslator(&translator);
+    QCOMPARE(GoogleFontItem::labelWeight(300, false),
+             QStringLiteral("[GoogleFontItem: Lighter weight (300)]"));
+    QCOMPARE(GoogleFontItem::labelWeight(400, false),
+             QStringLiteral("[GoogleFontItem: Normal weight]"));
+    QCOMPARE(GoogleFontItem::labelWeight(700, false),
+             QStringLiteral("[GoogleFontItem: Bold weight]"));
+    QCOMPARE(GoogleFontItem::labelWeight(800, false),
+             QStringLiteral("[GoogleFontItem: Bolder weight (800)]"));
+    // The style is not.
+    QCOMPARE(GoogleFontItem::labelWeight(700, true),
+             QStringLiteral("[GoogleFontItem: Bold weight] (Italic)"));
+    QCoreApplication::removeTranslator(&translator);
+}
+
+void tst_GoogleFontItem::nothingIsLogged()
+{
+    LogCapture log;
+    const GoogleFontItem item(
+        json(QStringLiteral(R"({"family": 1, "variants": [false], "lastModified": "never"})")));
+    item.availableWeights();
+    item.lastModified();
+    GoogleFontItem::labelFromVariant(QStringLiteral("nonsense"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_GoogleFontItem)
+#include "tst_GoogleFontItem.moc"

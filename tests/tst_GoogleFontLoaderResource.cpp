@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The loader with built-in lists that this test puts in place and takes away, as no program that
+// links the library can: what happens without any catalogue, and how often the list is parsed.
+
+#include "ApplicationUtils.h"
+#include "GoogleFontLoader.h"
+
+#include "LogCapture.h"
+
+#include <QFile>
+#include <QResource>
+#include <QTemporaryDir>
+#include <QtTest>
+
+// The parts of the library that the loader calls, reduced to what it needs of them.
+
+static QString settingsFolder;
+
+QString ApplicationUtils::pathApplicationSettings()
+{
+    return settingsFolder;
+}
+
+int qInitResources_webfonts()
+{
+    return 0; // nothing is compiled in: the test registers the lists
+}
+
+namespace {
+
+/// A built-in list, in place for as long as it lives.
+class BuiltIn
+{
+public:
+    explicit BuiltIn(const char* name)
+        : mPath(QStringLiteral(LOADER_LISTS_DIR "/loader_%1.rcc").arg(QLatin1String(name)))
+    {
+        if (!QResource::registerResource(mPath)) {
+            qFatal("cannot register %s", qPrintable(mPath));
+        }
+    }
+    ~BuiltIn() { QResource::unregisterResource(mPath); }
+
+private:
+    Q_DISABLE_COPY(BuiltIn)
+
+    const QString mPath;
+};
+
+} // namespace
+
+class tst_GoogleFontLoaderResource : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    // In this order: what is loaded once stays loaded.
+    void noCatalogueAtAll();
+    void brokenCatalogue();
+    void customAlone();
+    void nextQueryTriesAgain();
+    void builtInIsParsedOnce();
+
+private:
+    QTemporaryDir mFolder;
+};
+
+void tst_GoogleFontLoaderResource::initTestCase()
+{
+    QVERIFY(mFolder.isValid());
+    settingsFolder = mFolder.path() + QLatin1Char('/');
+    QVERIFY(!QFile::exists(GoogleFontLoader::builinGoogleJsonFilePath()));
+}
+
+void tst_GoogleFontLoaderResource::noCatalogueAtAll()
+{
+    LogCapture log;
+    GoogleFontLoader loader;
+    QVERIFY(!loader.load());
+    QVERIFY(!loader.isLoaded());
+    QCOMPARE(loader.fontNames(), QStringList());
+    QJsonObject object;
+    object[QStringLiteral("family")] = QStringLiteral("kept");
+    GoogleFontItem item(object);
+    QVERIFY(!loader.findItemByName(QStringLiteral("Abel"), item));
+    QVERIFY(!loader.findItemByName(QString(), item));
+    QCOMPARE(item.family(), QStringLiteral("kept"));
+    QCOMPARE(loader.validName(QStringLiteral("Abel")), QString());
+    QCOMPARE(loader.stringInformations(), QStringLiteral("No google font available !"));
+    QVERIFY(!loader.isLoaded());
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_GoogleFontLoaderResource::brokenCatalogue()
+{
+    BuiltIn broken("broken");
+    LogCapture log;
+    GoogleFontLoader loader;
+    QVERIFY(!loader.load());
+    QCOMPARE(loader.stringInformations(), QStringLiteral("No google font available !"));
+    // Each query has tried again, and each time the list was found broken.
+    QCOMPARE(log.lines().size(), 2);
+    for (const QString& line : log.lines()) {
+        QVERIFY2(line.startsWith(QStringLiteral(
+                     "warning orvautils GoogleFontFile loadJsonGFontFromBynaryDatas: "
+                     "GFonts file parsing error: ")),
+                 qPrintable(line));
+    }
+}
+
+void tst_GoogleFontLoaderResource::customAlone()
+{
+    QFile file(GoogleFontLoader::customFilepath_JsonGoogleFont());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    // Without a date it is not later than no list at all, and is ignored.
+    file.write(R"({"items": [{"family": "Custom"}]})");
+    file.close();
+    GoogleFontLoader dateless;
+    QVERIFY(!dateless.load());
+
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(R"({"items": [{"family": "Custom", "lastModified": "1990-01-01"}]})");
+    file.close();
+    GoogleFontLoader loader;
+    QVERIFY(loader.load());
+    QCOMPARE(loader.fontNames(), QStringList(QStringLiteral("Custom")));
+    QVERIFY(file.remove());
+}
+
+void tst_GoogleFontLoaderResource::nextQueryTriesAgain()
+{
+    GoogleFontLoader loader;
+    QCOMPARE(loader.fontNames(), QStringList());
+    QVERIFY(!loader.isLoaded());
+    BuiltIn first("first");
+    QCOMPARE(loader.fontNames(),
+             QStringList({QStringLiteral("First One"), QStringLiteral("Abel")}));
+    QVERIFY(loader.isLoaded());
+}
+
+void tst_GoogleFontLoaderResource::builtInIsParsedOnce()
+{
+    // Another list lies in the place of the first by now. Who parses again would see it.
+    BuiltIn second("second");
+    LogCapture log;
+    GoogleFontLoader loader;
+    QVERIFY(!loader.isLoaded());
+    QVERIFY(loader.load());
+    QCOMPARE(loader.fontNames(),
+             QStringList({QStringLiteral("First One"), QStringLiteral("Abel")}));
+    QCOMPARE(loader.stringInformations(),
+             QStringLiteral("2 google font available\n(Last update : 2020-01-02)"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_GoogleFontLoaderResource)
+#include "tst_GoogleFontLoaderResource.moc"

@@ -1,0 +1,538 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "HTMLUtils.h"
+
+#include "ScriptRunner.h"
+
+#include <QColor>
+#include <QImage>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QtTest>
+
+namespace {
+
+/// The text of the given UTF-16 units.
+QString units(std::initializer_list<ushort> codes)
+{
+    QString text;
+    for (const ushort code : codes)
+        text += QChar(code);
+    return text;
+}
+
+} // namespace
+
+class tst_HTMLUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void generateUUID();
+    void identifiers_data();
+    void identifiers();
+    void encodeSrcUrl_data();
+    void encodeSrcUrl();
+    void encodeSrcUrlWithFullyAmpersands_data();
+    void encodeSrcUrlWithFullyAmpersands();
+    void encodeSrcUrlKeepsEachOf();
+    void formatedLocalFile();
+    void codeCharMustBeEncoded();
+    void encodeToJavascriptText_data();
+    void encodeToJavascriptText();
+    void encodeToJavascriptTextOfEachUnit();
+    void encodeToJavascriptTextReadByNode();
+    void formatHtmlToPlainText_data();
+    void formatHtmlToPlainText();
+    void textWithoutHtmlTags_data();
+    void textWithoutHtmlTags();
+    void textWithoutHtmlTagsOfEachUnit();
+    void textWithoutHtmlTagsReadByQt();
+    void decodeFromHtmlText_data();
+    void decodeFromHtmlText();
+    void escapedAndDecoded();
+    void htmlBRreplace_data();
+    void htmlBRreplace();
+    void metaTags();
+    void tiniestInlineGifImage();
+    void base64Images();
+    void cssWeightToQtWeight_data();
+    void cssWeightToQtWeight();
+    void colorToCss_data();
+    void colorToCss();
+    void colorToCssOfEachAlpha();
+};
+
+void tst_HTMLUtils::generateUUID()
+{
+    const QString id = HTMLUtils::generateUUID();
+    const QRegularExpression form(
+        QStringLiteral("\\A[0-9a-f]{8}(_[0-9a-f]{4}){3}_[0-9a-f]{12}\\z"));
+    QVERIFY2(form.match(id).hasMatch(), qPrintable(id));
+    QVERIFY(HTMLUtils::generateUUID() != id);
+}
+
+void tst_HTMLUtils::identifiers_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("className");
+    const auto row = [](const char* s, const char* id, const char* className) {
+        QTest::newRow(s) << QString::fromUtf8(s) << QString::fromUtf8(id)
+                         << QString::fromUtf8(className);
+    };
+    row("", "", "");
+    row("plain", "plain", "plain");
+    row("a-b_c", "a_b_c", "a-b-c");
+    row("{67c8770b-44f1}", "67c8770b_44f1", "67c8770b-44f1");
+    row("  a b\t\n", "a b", "a b");
+    row("{{a}{b}}", "ab", "ab");
+    row("{ a }", " a ", " a "); // trimmed before the braces go
+    row("--__", "____", "----");
+    row("été.#1", "été.#1", "été.#1");
+}
+
+void tst_HTMLUtils::identifiers()
+{
+    QFETCH(QString, s);
+    QTEST(HTMLUtils::formatCompliantcssId(s), "id");
+    QTEST(HTMLUtils::formatCompliantFolder(s), "id");
+    QTEST(HTMLUtils::formatCompliantcssClassName(s), "className");
+}
+
+void tst_HTMLUtils::encodeSrcUrl_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<QString>("encoded");
+    const auto row = [](const char* url, const char* encoded) {
+        QTest::newRow(url) << QString::fromUtf8(url) << QString::fromUtf8(encoded);
+    };
+    row("", "");
+    row("images/a.png", "images/a.png");
+    row("images/été 1.png", "images/%C3%A9t%C3%A9%201.png");
+    row("http://example.com/a b?c=d e#f g", "http://example.com/a%20b?c=d%20e#f%20g");
+    row("a%20b", "a%20b"); // not encoded twice
+    row("a%zz", "a%25zz"); // read tolerantly
+    row("a&b", "a&b");
+    row("a\"<>b", "a%22%3C%3Eb");
+    row("http://exämple.de/", "http://xn--exmple-cua.de/");
+    row("file:///tmp/€.gif", "file:///tmp/%E2%82%AC.gif");
+    row("http://[1", ""); // no URL
+}
+
+void tst_HTMLUtils::encodeSrcUrl()
+{
+    QFETCH(QString, url);
+    QTEST(HTMLUtils::encodeSrcUrl(url), "encoded");
+}
+
+void tst_HTMLUtils::encodeSrcUrlWithFullyAmpersands_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("encoded");
+    const auto row = [](const char* path, const char* encoded) {
+        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(encoded);
+    };
+    row("", "");
+    row("images/a b&c.png", "images/a%20b%26c.png");
+    row("a b & c", "a b & c"); // no point, nothing to do
+    row("a b/.c d", "a%20b/.c d"); // the extension stays
+    row("a b.c d.e f", "a%20b.c%20d.e f");
+    row(".a b", ".a b");
+    row("a b.", "a%20b.");
+    row("\t.x", "%9.x"); // no leading zero
+    row("été.x", "été.x");
+    row("€.x", "%20ac.x");
+    row("日本語٣.x", "日本語٣.x"); // letters and a digit of other scripts
+    row("½.x", "%bd.x"); // a number, but no digit
+    row("a%20b.x", "a%2520b.x");
+    row("x?a=1&b=2#c.d", "x?a=1%26b=2#c.d");
+    row("~'\"()+,:;@[]{}!$*.x", "%7e%27%22%28%29%2b%2c%3a%3b%40%5b%5d%7b%7d%21%24%2a.x");
+    row("😀.x", "%d83d%de00.x"); // one code for each UTF-16 unit
+    row("C:\\a.x", "C%3a%5ca.x");
+}
+
+void tst_HTMLUtils::encodeSrcUrlWithFullyAmpersands()
+{
+    QFETCH(QString, path);
+    QTEST(HTMLUtils::encodeSrcUrlWithFullyAmpersands(path), "encoded");
+}
+
+void tst_HTMLUtils::encodeSrcUrlKeepsEachOf()
+{
+    const QString kept =
+        QStringLiteral("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx"
+                       "yz#-./=?_");
+    for (int code = 0; code < 128; ++code) {
+        const QChar c(code);
+        const QString expected =
+            kept.contains(c) ? QString(c) : QLatin1Char('%') + QString::number(code, 16);
+        QCOMPARE(HTMLUtils::encodeSrcUrlWithFullyAmpersands(c + QStringLiteral(".x")),
+                 expected + QStringLiteral(".x"));
+    }
+}
+
+void tst_HTMLUtils::formatedLocalFile()
+{
+    QCOMPARE(HTMLUtils::formatedLocalFile(QStringLiteral("/tmp/a b.html")),
+             QStringLiteral("file:///tmp/a b.html"));
+    QCOMPARE(HTMLUtils::formatedLocalFile(QStringLiteral("a.html")),
+             QStringLiteral("file://a.html"));
+    QCOMPARE(HTMLUtils::formatedLocalFile(QString()), QStringLiteral("file://"));
+}
+
+void tst_HTMLUtils::codeCharMustBeEncoded()
+{
+    for (int code = -1; code <= 125; ++code) {
+        const bool expected = code == 34 || code == 38 || code == 60 || code == 62;
+        QCOMPARE(HTMLUtils::codeCharMustBeEncoded(code), expected);
+    }
+    for (const int code : {126, 127, 128, 233, 8364, 65535, 128512})
+        QVERIFY(HTMLUtils::codeCharMustBeEncoded(code));
+}
+
+void tst_HTMLUtils::encodeToJavascriptText_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("encoded");
+    const auto row = [](const char* s, const char* encoded) {
+        QTest::newRow(s) << QString::fromUtf8(s) << QString::fromUtf8(encoded);
+    };
+    row("", "");
+    row("plain text, <b>&;", "plain text, <b>&;");
+    row("é", "\\u00e9");
+    row("\"", "\\u0022");
+    row("'", "\\u0027");
+    row("\\", "\\u005c");
+    row("a\nb", "a\\nb");
+    row("a\r\tb", "a\\u000d\\u0009b");
+    row("~\x7f", "~\\u007f");
+    row("€", "\\u20ac");
+    row("😀", "\\ud83d\\ude00");
+    row("\xe2\x80\xa8", "\\u2028"); // a line separator, which ends a line of JavaScript
+}
+
+void tst_HTMLUtils::encodeToJavascriptText()
+{
+    QFETCH(QString, s);
+    QTEST(HTMLUtils::encodeToJavascriptText(s), "encoded");
+}
+
+void tst_HTMLUtils::encodeToJavascriptTextOfEachUnit()
+{
+    for (int code = 0; code <= 0xffff; ++code) {
+        QString expected = QStringLiteral("\\u%1").arg(code, 4, 16, QLatin1Char('0'));
+        if (code == 10)
+            expected = QStringLiteral("\\n");
+        else if (code >= 32 && code <= 126 && code != 34 && code != 39 && code != 92)
+            expected = QString(QChar(code));
+        QCOMPARE(HTMLUtils::encodeToJavascriptText(QString(QChar(code))), expected);
+    }
+}
+
+void tst_HTMLUtils::encodeToJavascriptTextReadByNode()
+{
+    const QString node = QStandardPaths::findExecutable(QStringLiteral("node"));
+    if (node.isEmpty())
+        QSKIP("node is not installed");
+    QString text;
+    for (int code = 0; code <= 0xffff; ++code)
+        text += QChar(code);
+    const QString encoded = HTMLUtils::encodeToJavascriptText(text);
+    const ScriptResult result = runScript(
+        node,
+        "for (const text of ['" + encoded.toLatin1() + "', \"" + encoded.toLatin1()
+            + "\"]) {\n"
+              "  let right = text.length === 65536;\n"
+              "  for (let i = 0; i < 65536; ++i) right = right && text.charCodeAt(i) === i;\n"
+              "  console.log(right);\n}\n");
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.output, QByteArray("true\ntrue\n"));
+}
+
+void tst_HTMLUtils::formatHtmlToPlainText_data()
+{
+    QTest::addColumn<QString>("html");
+    QTest::addColumn<QString>("plain");
+    const auto row = [](const char* html, const char* plain) {
+        QTest::newRow(html) << QString::fromUtf8(html) << QString::fromUtf8(plain);
+    };
+    row("", "");
+    row("plain", "plain");
+    row("<p>a <b>b</b></p><p>c</p>", "a b\nc");
+    row("a<br>b", "a\nb");
+    row("&lt;b&gt; &amp; &eacute;&#233;", "<b> & éé");
+    row("a  \n b", "a b");
+    row("<style>p { color: red }</style><p>x</p>", "x");
+}
+
+void tst_HTMLUtils::formatHtmlToPlainText()
+{
+    QFETCH(QString, html);
+    QTEST(HTMLUtils::formatHtmlToPlainText(html), "plain");
+}
+
+void tst_HTMLUtils::textWithoutHtmlTags_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<bool>("encodeSpaces");
+    QTest::addColumn<bool>("encodeNewLines");
+    QTest::addColumn<QString>("escaped");
+    const auto row = [](const char* name, const QString& s, bool spaces, bool newLines,
+                        const char* escaped) {
+        QTest::newRow(name) << s << spaces << newLines << QString::fromUtf8(escaped);
+    };
+    const QString blanks = QStringLiteral("a b\nc");
+    row("empty", QString(), true, true, "");
+    row("nothing encoded", blanks, false, false, "a b\nc");
+    row("spaces", blanks, true, false, "a&nbsp;b\nc");
+    row("line feeds", blanks, false, true, "a b&#10;c");
+    row("both", blanks, true, true, "a&nbsp;b&#10;c");
+    row("the four", QStringLiteral("\"&<>"), false, false, "&#34;&#38;&#60;&#62;");
+    row("the apostrophe is none of them", QStringLiteral("it's"), false, false, "it's");
+    row("tags stay, as text", QStringLiteral("<b>x</b>"), false, false, "&#60;b&#62;x&#60;/b&#62;");
+    row("references are escaped again", QStringLiteral("&amp;"), false, false, "&#38;amp;");
+    row("accents", QStringLiteral("éÀ€日"), true, true, "éÀ€日");
+    row("control characters", QStringLiteral("\t\r\u007f"), true, true, "&#9;&#13;&#127;");
+    row("NUL", units({'a', 0, 'b'}), false, false, "a&#0;b");
+    row("no-break space", QStringLiteral("\u00a0"), true, true, "\u00a0");
+    row("soft hyphen, not printable", QStringLiteral("\u00ad"), false, false, "&#173;");
+    row("beyond the BMP", QStringLiteral("a😀b"), false, false, "a😀b");
+    row("beyond it, not printable", units({0xdb40, 0xdc01}), false, false, "&#917505;");
+    row("high surrogate alone", units({0xd83d, 'a'}), false, false, "&#55357;a");
+    row("high surrogate at the end", units({'a', 0xd83d}), false, false, "a&#55357;");
+    row("low surrogate alone", units({0xde00}), false, false, "&#56832;");
+    row("surrogates the wrong way round", units({0xde00, 0xd83d}), false, false,
+        "&#56832;&#55357;");
+}
+
+void tst_HTMLUtils::textWithoutHtmlTags()
+{
+    QFETCH(QString, s);
+    QFETCH(bool, encodeSpaces);
+    QFETCH(bool, encodeNewLines);
+    QTEST(HTMLUtils::textWithoutHtmlTags(s, encodeSpaces, encodeNewLines), "escaped");
+}
+
+void tst_HTMLUtils::textWithoutHtmlTagsOfEachUnit()
+{
+    for (int code = 0; code <= 0xffff; ++code) {
+        const QChar c(code);
+        QString expected(c);
+        if (code != 10 && (code == 34 || code == 38 || code == 60 || code == 62 || !c.isPrint()))
+            expected = QStringLiteral("&#%1;").arg(code);
+        QCOMPARE(HTMLUtils::textWithoutHtmlTags(QString(c), false, false), expected);
+    }
+}
+
+void tst_HTMLUtils::textWithoutHtmlTagsReadByQt()
+{
+    // What a reader of HTML makes of it is what went in.
+    const QString text = QStringLiteral("<b>\"A\" & 'B'</b> &amp; é😀 > </p>");
+    QCOMPARE(HTMLUtils::formatHtmlToPlainText(HTMLUtils::textWithoutHtmlTags(text, false, false)),
+             text);
+    const QString blanks = QStringLiteral("a   b\nc");
+    QCOMPARE(HTMLUtils::formatHtmlToPlainText(QStringLiteral("<pre>")
+                                              + HTMLUtils::textWithoutHtmlTags(blanks, true, true)),
+             blanks);
+}
+
+void tst_HTMLUtils::decodeFromHtmlText_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("decoded");
+    const auto row = [](const char* s, const QString& decoded) {
+        QTest::newRow(s) << QString::fromUtf8(s) << decoded;
+    };
+    row("", QString());
+    row("plain é", QStringLiteral("plain é"));
+    row("a&#233;b&nbsp;c", QStringLiteral("aéb c"));
+    row("&#34;&#38;&#60;&#62;&#10;", QStringLiteral("\"&<>\n"));
+    row("&nbsp;", QStringLiteral(" "));
+    row("&nbsp;&nbsp;x", QStringLiteral("  x"));
+    row("&#65x", QStringLiteral("Ax")); // the end of the digits is copied …
+    row("&#65;x", QStringLiteral("Ax")); // … unless it is ";"
+    row("&#65;;", QStringLiteral("A;"));
+    row("&#65", QStringLiteral("A")); // the end of the text
+    row("&#6", units({6}));
+    row("&#65&#66;", QStringLiteral("A&#66;")); // copied, and no start of another
+    row("&#65&nbsp;", QStringLiteral("A&nbsp;"));
+    row("&#;", units({0})); // no digits: the code 0
+    row("&#x41;", units({0, 'x', '4', '1', ';'}));
+    row("&#a", units({0, 'a'}));
+    row("&#00065;", QStringLiteral("A"));
+    // Other references.
+    row("&amp;&lt;&eacute;", QStringLiteral("&amp;&lt;&eacute;"));
+    row("&nbsp", QStringLiteral("&nbsp"));
+    row("&nbs;", QStringLiteral("&nbs;"));
+    row("&nbsx;", QStringLiteral("&nbsx;"));
+    row("&NBSP;", QStringLiteral("&NBSP;"));
+    row("&&#65;", QStringLiteral("&A"));
+    row("a & b", QStringLiteral("a & b"));
+    // Too near the end.
+    row("&", QStringLiteral("&"));
+    row("a&", QStringLiteral("a&"));
+    row("&#", QStringLiteral("&#"));
+    row("a&#", QStringLiteral("a&#"));
+    // Large codes.
+    row("&#65535;", units({0xffff}));
+    row("&#65536;", units({0xd800, 0xdc00}));
+    row("&#128512;", QStringLiteral("😀"));
+    row("&#55357;&#56832;", QStringLiteral("😀")); // a pair in halves
+    row("&#1114111;", units({0xdbff, 0xdfff}));
+    row("&#1114112;", units({0xfffd}));
+    row("&#4294967361;", units({0xfffd})); // 2^32 + 65
+    row("&#99999999999999999999999999999999x", units({0xfffd, 'x'}));
+    row("&#9&#9", QStringLiteral("\t&#9"));
+    row("\xd9\xa3&#\xd9\xa3", units({0x663, 0, 0x663})); // digits of another script are none here
+}
+
+void tst_HTMLUtils::decodeFromHtmlText()
+{
+    QFETCH(QString, s);
+    QTEST(HTMLUtils::decodeFromHtmlText(s), "decoded");
+}
+
+void tst_HTMLUtils::escapedAndDecoded()
+{
+    QString all;
+    for (uint code = 1; code <= 0x10ffff; code += code < 0x3000 ? 1 : 97)
+        all += QString::fromUcs4(&code, 1);
+    const QString escaped = HTMLUtils::textWithoutHtmlTags(all, true, true);
+    QVERIFY(escaped != all);
+    QCOMPARE(HTMLUtils::decodeFromHtmlText(escaped), all);
+}
+
+void tst_HTMLUtils::htmlBRreplace_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("empty") << QString() << QString();
+    QTest::newRow("none") << QStringLiteral("a b") << QStringLiteral("a b");
+    QTest::newRow("two") << QStringLiteral("a\nb\n") << QStringLiteral("a<br />b<br />");
+    QTest::newRow("carriage return stays")
+        << QStringLiteral("a\r\nb") << QStringLiteral("a\r<br />b");
+}
+
+void tst_HTMLUtils::htmlBRreplace()
+{
+    QFETCH(QString, s);
+    HTMLUtils::htmlBRreplace(s);
+    QTEST(s, "result");
+}
+
+void tst_HTMLUtils::metaTags()
+{
+    QCOMPARE(
+        HTMLUtils::formatHtmlMetaName(QStringLiteral("author"), QStringLiteral("A & \"B\"\nC")),
+        QStringLiteral("<meta name=\"author\" content=\"A &#38; &#34;B&#34;&#10;C\"/>"));
+    QCOMPARE(HTMLUtils::formatHtmlMetaHttpEqui(QStringLiteral("refresh"), QStringLiteral("5 <6>")),
+             QStringLiteral("<meta http-equiv=\"refresh\" content=\"5 &#60;6&#62;\"/>"));
+    // Deliberate: the name is not escaped.
+    QCOMPARE(HTMLUtils::formatHtmlMetaName(QStringLiteral("a\"&<"), QString()),
+             QStringLiteral("<meta name=\"a\"&<\" content=\"\"/>"));
+    QCOMPARE(HTMLUtils::formatHtmlMetaHttpEqui(QStringLiteral("a\"&<"), QString()),
+             QStringLiteral("<meta http-equiv=\"a\"&<\" content=\"\"/>"));
+}
+
+void tst_HTMLUtils::tiniestInlineGifImage()
+{
+    const QString uri = HTMLUtils::tiniestInlineGifImage();
+    QCOMPARE(uri,
+             QStringLiteral("data:image/gif;base64,R0lGODlhAQABAAAAACH5BAEKAAEALAAAAAABAAEAAAICTAEA"
+                            "Ow=="));
+    const QByteArray gif = QByteArray::fromBase64(uri.section(QLatin1Char(','), 1).toLatin1());
+    const QImage image = QImage::fromData(gif, "GIF");
+    QCOMPARE(image.size(), QSize(1, 1));
+    QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
+}
+
+void tst_HTMLUtils::base64Images()
+{
+    QCOMPARE(HTMLUtils::base64ForSvgImageTagSource("<svg/>"),
+             QStringLiteral("data:image/svg+xml;base64,PHN2Zy8+"));
+    QCOMPARE(HTMLUtils::base64ForSvgImageTagSource(QByteArray()),
+             QStringLiteral("data:image/svg+xml;base64,"));
+    // Standard Base64, with "+", "/" and "=".
+    QCOMPARE(HTMLUtils::base64ForImageTagSource(QByteArray::fromHex("fbefff00")),
+             QStringLiteral("data:image;base64,++//AA=="));
+}
+
+void tst_HTMLUtils::cssWeightToQtWeight_data()
+{
+    QTest::addColumn<int>("css");
+    QTest::addColumn<int>("qt");
+    const auto row = [](int css, int qt) {
+        QTest::newRow(qPrintable(QString::number(css))) << css << qt;
+    };
+    row(100, 0);
+    row(200, 12);
+    row(300, 25);
+    row(400, 50);
+    row(500, 57);
+    row(600, 63);
+    row(700, 75);
+    row(800, 81);
+    row(900, 87);
+    for (const int other : {-100, 0, 1, 99, 101, 450, 899, 901, 1000})
+        row(other, 50);
+}
+
+void tst_HTMLUtils::cssWeightToQtWeight()
+{
+    QFETCH(int, css);
+    QTEST(HTMLUtils::cssWeightToQtWeight(css), "qt");
+}
+
+void tst_HTMLUtils::colorToCss_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<QString>("css");
+    const auto row = [](const char* css, const QColor& color) {
+        QTest::newRow(css) << color << QString::fromUtf8(css);
+    };
+    row("#ff0000", QColor(255, 0, 0));
+    row("#0a0bff", QColor(10, 11, 255));
+    row("#000000", QColor());
+    row("#00ff00", QColor::fromHsv(120, 255, 255));
+    row("rgba(255,0,0,0.5)", QColor::fromRgbF(1, 0, 0, 0.5));
+    row("rgba(1,2,3,0)", QColor(1, 2, 3, 0));
+    row("rgba(0,0,0,0.1)", QColor::fromRgbF(0, 0, 0, 0.1));
+    row("rgba(0,0,0,0.25)", QColor::fromRgbF(0, 0, 0, 0.25));
+    row("rgba(0,0,0,0.125)", QColor::fromRgbF(0, 0, 0, 0.125));
+    row("rgba(0,0,0,0.333)", QColor::fromRgbF(0, 0, 0, 0.333));
+    row("rgba(0,0,0,0.999)", QColor::fromRgbF(0, 0, 0, 0.999));
+    row("rgba(0,0,0,0.333333)", QColor::fromRgbF(0, 0, 0, 1.0 / 3)); // 21845 of 65535
+    row("rgba(9,8,7,0.501961)", QColor(9, 8, 7, 128)); // 128 of 255
+    row("rgba(9,8,7,0.996078)", QColor(9, 8, 7, 254)); // 254 of 255
+    row("rgba(9,8,7,0.2)", QColor(9, 8, 7, 51)); // 51 of 255, exactly
+    row("rgba(9,8,7,0.00392157)", QColor(9, 8, 7, 1)); // 1 of 255
+    row("rgba(0,0,255,0.5)", QColor::fromHsvF(240 / 360.0, 1, 1, 0.5));
+}
+
+void tst_HTMLUtils::colorToCss()
+{
+    QFETCH(QColor, color);
+    QTEST(HTMLUtils::colorToCss(color), "css");
+}
+
+void tst_HTMLUtils::colorToCssOfEachAlpha()
+{
+    // All decimals of up to three places come back as they went in.
+    for (int thousandths = 0; thousandths < 1000; ++thousandths) {
+        QColor color(1, 2, 3);
+        color.setAlphaF(thousandths / 1000.0);
+        QCOMPARE(HTMLUtils::colorToCss(color),
+                 QStringLiteral("rgba(1,2,3,%1)").arg(thousandths / 1000.0));
+    }
+    // What is written gives each alpha of eight bits back.
+    for (int alpha = 0; alpha < 255; ++alpha) {
+        const QString css = HTMLUtils::colorToCss(QColor(0, 0, 0, alpha));
+        const QString text = css.mid(11, css.size() - 12);
+        QCOMPARE(qRound(text.toDouble() * 255), alpha);
+    }
+}
+
+QTEST_MAIN(tst_HTMLUtils)
+#include "tst_HTMLUtils.moc"

@@ -1,0 +1,857 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// With real translation files: the application's are compiled by lrelease when the tests are built,
+// Qt's are those of the system. The system's language is Italian, see main().
+
+#include "LocalisationTools.h"
+
+#include "ApplicationUtils.h"
+#include "ChildProgram.h"
+#include "CoreApplicationUtils.h"
+#include "LogCapture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QTranslator>
+#include <QtTest>
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+QStringList words(const char* blankSeparated)
+{
+    const QString text = QString::fromLatin1(blankSeparated);
+    return text.isEmpty() ? QStringList() : text.split(QLatin1Char(' '));
+}
+
+QString greeting()
+{
+    return QCoreApplication::translate("Test", "greeting");
+}
+QString onlyEnglish()
+{
+    return QCoreApplication::translate("Test", "only English");
+}
+
+void touch(const QString& path)
+{
+    QFile file(path);
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
+}
+
+/// Counts how often the application is told that its translators have changed.
+class LanguageChanges : public QObject
+{
+public:
+    LanguageChanges() { QCoreApplication::instance()->installEventFilter(this); }
+    int count = 0;
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::LanguageChange;
+        return false;
+    }
+};
+
+} // namespace
+
+class tst_LocalisationTools : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void cleanupTestCase();
+
+    void findLanguages_data();
+    void findLanguages();
+    void languagesAreNotSorted();
+    void applicationLanguages();
+    void translationKeys_data();
+    void translationKeys();
+    void folders_data();
+    void folders();
+
+    void installedTranslatorStaysTheCallers();
+    void clearDeletes();
+    void clearAfterTheHostDeleted();
+    void defaultLanguage();
+    void defaultLanguageMissing_data();
+    void defaultLanguageMissing();
+    void defaultLanguageBroken();
+
+    void frenchAboveEnglish();
+    void regionAndItsFallback();
+    void severalKeys();
+    void everyChangeStartsAfresh();
+    void languageWithoutFiles();
+    void brokenFileOfTheLanguage();
+    void noFilesAtAll();
+    void emptyCodeIsTheSystem();
+    void byLocale();
+    void withoutApplication();
+
+    void languageMatch_data();
+    void languageMatch();
+
+    void translateQt();
+    void messages_data();
+    void messages();
+    void messagesOutsideTheTable_data();
+    void messagesOutsideTheTable();
+    void messagesInFrenchAndGerman_data();
+    void messagesInFrenchAndGerman();
+    void ownTextsInFrench();
+    void applicationNameIsPutInAsItIs();
+
+private:
+    void provide(const char* names);
+    void provideQt(const char* codes);
+    QStringList translators() const;
+
+    QString mLanguages;
+};
+
+void tst_LocalisationTools::initTestCase()
+{
+    QCOMPARE(QLocale::system().name(), QStringLiteral("it_IT"));
+    mLanguages = ApplicationUtils::pathLanguages();
+    QVERIFY(mLanguages.startsWith(QCoreApplication::applicationDirPath().section(
+        QLatin1Char('/'), 0, -3))); // within the bundle
+    QVERIFY(mLanguages.endsWith(QLatin1String("/languages/")));
+    CoreApplicationUtils::setApplicationName(QStringLiteral("Fern & Co"));
+}
+
+void tst_LocalisationTools::init()
+{
+    QVERIFY(QDir(mLanguages).removeRecursively());
+    QVERIFY(QDir().mkpath(mLanguages));
+    QLocale::setDefault(QLocale::c());
+}
+
+void tst_LocalisationTools::cleanup()
+{
+    LocalisationTools::clearAppTranslators();
+    QCOMPARE(translators(), QStringList());
+    QLocale::setDefault(QLocale::c());
+}
+
+void tst_LocalisationTools::cleanupTestCase()
+{
+    QVERIFY(QDir(mLanguages).removeRecursively());
+}
+
+/// Puts the compiled files of the application, "app_fr", into the languages folder.
+void tst_LocalisationTools::provide(const char* names)
+{
+    for (const QString& name : words(names)) {
+        const QString file = name + QStringLiteral(".qm");
+        QVERIFY2(QFile::copy(QStringLiteral(TRANSLATIONS_DIR "/") + file, mLanguages + file),
+                 qPrintable(file));
+    }
+}
+
+/// Puts Qt's own files for the languages where they are looked for.
+void tst_LocalisationTools::provideQt(const char* codes)
+{
+    QVERIFY(QDir().mkpath(mLanguages + QStringLiteral("qtbase")));
+    for (const QString& code : words(codes)) {
+        const QString file = QStringLiteral("qtbase_%1.qm").arg(code);
+        QVERIFY2(QFile::copy(QLibraryInfo::location(QLibraryInfo::TranslationsPath)
+                                 + QLatin1Char('/') + file,
+                             mLanguages + QStringLiteral("qtbase/") + file),
+                 "Qt's translations are missing (Debian: qttranslations5-l10n)");
+    }
+}
+
+/// What each translator of the application object translates, in the order in which they were
+/// made: the name of one of our files, "qtbase" with a text of Qt's, or "empty".
+QStringList tst_LocalisationTools::translators() const
+{
+    QStringList texts;
+    for (const QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>(
+             QString(), Qt::FindDirectChildrenOnly)) {
+        const QString file = translator->translate("Test", "file");
+        const QString cancel = translator->translate("QPlatformTheme", "Cancel");
+        texts += !file.isEmpty() ? file
+            : !cancel.isEmpty()  ? QStringLiteral("qtbase ") + cancel
+                                 : QStringLiteral("empty");
+    }
+    return texts;
+}
+
+void tst_LocalisationTools::findLanguages_data()
+{
+    QTest::addColumn<QString>("files");
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QString>("codes");
+    QTest::newRow("two") << "app_fr.qm app_pt_BR.qm"
+                         << "app_"
+                         << "fr pt_BR";
+    QTest::newRow("others left out") << "app_fr.qm qtbase_fr.qm app_fr.ts readme"
+                                     << "app_"
+                                     << "fr";
+    QTest::newRow("first point") << "app_fr.old.qm app_de.x.y.qm"
+                                 << "app_"
+                                 << "de fr";
+    QTest::newRow("no prefix") << "app_fr.qm fr.qm"
+                               << ""
+                               << "app_fr fr";
+    QTest::newRow("another prefix") << "app_fr.qm qtbase_de.qm"
+                                    << "qtbase_"
+                                    << "de";
+    QTest::newRow("letter case does not count") << "APP_FR.QM"
+                                                << "app_"
+                                                << "FR";
+    QTest::newRow("wildcard in the prefix") << "app_fr.qm"
+                                            << "?pp_"
+                                            << "fr";
+    QTest::newRow("none") << "qtbase_fr.qm"
+                          << "app_"
+                          << "";
+    QTest::newRow("empty folder") << ""
+                                  << "app_"
+                                  << "";
+}
+
+void tst_LocalisationTools::findLanguages()
+{
+    QFETCH(QString, files);
+    QFETCH(QString, prefix);
+    QFETCH(QString, codes);
+    for (const QString& file : words(files.toLatin1().constData())) {
+        touch(mLanguages + file);
+    }
+    QStringList found = LocalisationTools::findLanguagesFromTranslationMask(mLanguages, prefix);
+    found.sort();
+    QCOMPARE(found, words(codes.toLatin1().constData()));
+}
+
+void tst_LocalisationTools::languagesAreNotSorted()
+{
+    QStringList expected;
+    for (const char* code : {"zu", "b", "m", "aa", "fr", "de", "k", "q"}) {
+        touch(mLanguages + QStringLiteral("app_%1.qm").arg(QLatin1String(code)));
+    }
+    for (const QString& file : QDir(mLanguages).entryList(QDir::Files, QDir::Unsorted)) {
+        expected += file.mid(4).chopped(3);
+    }
+    QCOMPARE(
+        LocalisationTools::findLanguagesFromTranslationMask(mLanguages, QStringLiteral("app_")),
+        expected);
+    QCOMPARE(LocalisationTools::findLanguagesFromTranslationMask(
+                 mLanguages + QStringLiteral("missing"), QStringLiteral("app_")),
+             QStringList());
+    // A missing file hides nothing in a folder of the same pattern.
+    QVERIFY(QDir().mkpath(mLanguages + QStringLiteral("sub/app_it.qm")));
+    QCOMPARE(LocalisationTools::findLanguagesFromTranslationMask(mLanguages + QStringLiteral("sub"),
+                                                                 QStringLiteral("app_")),
+             QStringList(QStringLiteral("it")));
+}
+
+void tst_LocalisationTools::applicationLanguages()
+{
+    QCOMPARE(LocalisationTools::applicationLanguages(), QList<QLocale>());
+    provide("app_fr app_pt_BR shop_fr");
+    QList<QLocale> expected;
+    for (const QString& code :
+         LocalisationTools::findLanguagesFromTranslationMask(mLanguages, QStringLiteral("app_"))) {
+        expected += QLocale(code);
+    }
+    QCOMPARE(expected.size(), 2);
+    QVERIFY(expected.contains(QLocale(QLocale::French, QLocale::France)));
+    QVERIFY(expected.contains(QLocale(QLocale::Portuguese, QLocale::Brazil)));
+    QCOMPARE(LocalisationTools::applicationLanguages(), expected);
+}
+
+void tst_LocalisationTools::translationKeys_data()
+{
+    QTest::addColumn<QString>("files");
+    QTest::addColumn<QString>("keys"); // behind "qtbase_", sorted
+    QTest::newRow("empty folder") << ""
+                                  << "";
+    QTest::newRow("one") << "app_fr.qm"
+                         << "app_";
+    QTest::newRow("without doubles") << "app_en.qm app_fr.qm app_de.qm"
+                                     << "app_";
+    QTest::newRow("two") << "app_fr.qm shop_fr.qm"
+                         << "app_ shop_";
+    QTest::newRow("qtbase_ stands once") << "app_en.qm app_fr.qm qtbase_fr.qm"
+                                         << "app_";
+    QTest::newRow("qtbase_ alone") << "qtbase_fr.qm"
+                                   << "";
+    QTest::newRow("with a region") << "app_pt_BR.qm"
+                                   << "app_";
+    QTest::newRow("no separator") << "readme.qm"
+                                  << "";
+    QTest::newRow("no translation") << "app_fr.ts"
+                                    << "";
+    QTest::newRow("separator first") << "_fr.qm"
+                                     << "_";
+    QTest::newRow("separators alone") << "___.qm"
+                                      << "__";
+    QTest::newRow("short middle part counts as a language") << "x_y_fr.qm"
+                                                            << "x_";
+    // "_help_fr.qm" has 11 characters, and "help_fr" is no locale.
+    QTest::newRow("long middle part") << "qt_help_fr.qm"
+                                      << "qt_help_";
+    // "_abc_d.qm" has 9 characters, "_abc_de.qm" has 10.
+    QTest::newRow("nine characters") << "x_abc_d.qm"
+                                     << "x_";
+    QTest::newRow("ten characters") << "x_abc_de.qm"
+                                    << "x_abc_";
+    // "_fil_PH.qm" has 10 characters, but QLocale names fil_PH in the same way.
+    QTest::newRow("three letters and a region") << "app_fil_PH.qm"
+                                                << "app_";
+    // "_zh_Hans.qm" has 11 characters, and the name of that locale is zh_CN.
+    QTest::newRow("with a script") << "app_zh_Hans.qm"
+                                   << "app_zh_";
+    // Cut at "_pt_BR.qm" first, then "a_fil_PH_pt_BR" is no locale.
+    QTest::newRow("two regions") << "a_fil_PH_pt_BR.qm"
+                                 << "a_fil_PH_";
+    QTest::newRow("region behind a point") << "app_fil_PH.old.qm"
+                                           << "app_";
+}
+
+void tst_LocalisationTools::translationKeys()
+{
+    QFETCH(QString, files);
+    QFETCH(QString, keys);
+    for (const QString& file : words(files.toLatin1().constData())) {
+        touch(mLanguages + file);
+    }
+    QStringList found = LocalisationTools::applicationTranslationKeys();
+    QVERIFY(!found.isEmpty());
+    QCOMPARE(found.takeFirst(), QStringLiteral("qtbase_"));
+    found.sort();
+    QCOMPARE(found, words(keys.toLatin1().constData()));
+}
+
+void tst_LocalisationTools::folders_data()
+{
+    QTest::addColumn<QString>("folder"); // within the languages folder
+    QTest::newRow("app_") << "";
+    QTest::newRow("qt_") << "qt/";
+    QTest::newRow("qtbase_") << "qtbase/";
+    QTest::newRow("QT_") << "";
+    QTest::newRow("Qtbase_") << "";
+    QTest::newRow("qt") << "";
+    QTest::newRow("qt_help_") << "";
+    QTest::newRow("") << "";
+}
+
+void tst_LocalisationTools::folders()
+{
+    QFETCH(QString, folder);
+    QCOMPARE(LocalisationTools::pathFile_QM(QLatin1String(QTest::currentDataTag())),
+             mLanguages + folder);
+}
+
+void tst_LocalisationTools::installedTranslatorStaysTheCallers()
+{
+    QTranslator own;
+    QVERIFY(own.load(QStringLiteral(TRANSLATIONS_DIR "/app_it.qm")));
+    LocalisationTools::installTranslator(&own);
+    QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
+    LocalisationTools::clearAppTranslators();
+    QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
+    QVERIFY(QCoreApplication::removeTranslator(&own));
+    QCOMPARE(greeting(), QStringLiteral("greeting"));
+}
+
+void tst_LocalisationTools::clearDeletes()
+{
+    provide("app_en app_fr");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QList<QPointer<QTranslator>> before;
+    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
+        before += translator;
+    }
+    QCOMPARE(before.size(), 3);
+    QCOMPARE(greeting(), QStringLiteral("Bonjour"));
+    LocalisationTools::clearAppTranslators();
+    for (const QPointer<QTranslator>& translator : before) {
+        QVERIFY(translator.isNull());
+    }
+    QCOMPARE(greeting(), QStringLiteral("greeting"));
+    LocalisationTools::clearAppTranslators();
+}
+
+void tst_LocalisationTools::clearAfterTheHostDeleted()
+{
+    provide("app_en app_fr");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator*>());
+    LocalisationTools::clearAppTranslators();
+    QCOMPARE(greeting(), QStringLiteral("greeting"));
+}
+
+void tst_LocalisationTools::defaultLanguage()
+{
+    provide("app_en app_fr");
+    LogCapture log;
+    LocalisationTools::loadDefaultLanguage(QStringLiteral("app_"));
+    QCOMPARE(translators(), words("app_en"));
+    QCOMPARE(greeting(), QStringLiteral("Good morning"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_LocalisationTools::defaultLanguageMissing_data()
+{
+    QTest::addColumn<QString>("path"); // of the record, within the languages folder
+    QTest::newRow("app_") << "app_en.qm";
+    QTest::newRow("qt_") << "qt/qt_en.qm";
+    QTest::newRow("qtbase_") << "";
+    // Whatever ends like Qt's file is passed over.
+    QTest::newRow("my_qtbase_") << "";
+}
+
+void tst_LocalisationTools::defaultLanguageMissing()
+{
+    QFETCH(QString, path);
+    provide("app_fr");
+    LogCapture log;
+    LocalisationTools::loadDefaultLanguage(QLatin1String(QTest::currentDataTag()));
+    QCOMPARE(translators(), words("empty")); // kept nevertheless
+    QStringList expected;
+    if (!path.isEmpty()) {
+        expected += QStringLiteral(
+                        "info orvautils LocalisationTools loadDefaultLanguage: ERROR reading :  ")
+            + mLanguages + path;
+    }
+    QCOMPARE(log.lines(), expected);
+    // It is installed: the application can take it out.
+    QVERIFY(QCoreApplication::removeTranslator(
+        QCoreApplication::instance()->findChild<QTranslator*>()));
+}
+
+void tst_LocalisationTools::defaultLanguageBroken()
+{
+    touch(mLanguages + QStringLiteral("app_en.qm"));
+    LogCapture log;
+    LocalisationTools::loadDefaultLanguage(QStringLiteral("app_"));
+    QCOMPARE(translators(), words("empty"));
+    QCOMPARE(log.lines(), QStringList()); // the file is there
+}
+
+void tst_LocalisationTools::frenchAboveEnglish()
+{
+    provide("app_en app_fr");
+    provideQt("fr");
+    touch(mLanguages + QStringLiteral("qtbase_fr.qm")); // not where Qt's files are looked for
+    LogCapture log;
+    LanguageChanges changes;
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QCOMPARE(translators(),
+             QStringList({QStringLiteral("empty"), QStringLiteral("qtbase Annuler"),
+                          QStringLiteral("app_en"), QStringLiteral("app_fr")}));
+    // The application is told of every translator that holds something.
+    QCOMPARE(changes.count, 3);
+    QCOMPARE(greeting(), QStringLiteral("Bonjour"));
+    QCOMPARE(onlyEnglish(), QStringLiteral("English alone"));
+    QCOMPARE(QLocale(), QLocale(QLocale::French, QLocale::France));
+    QCOMPARE(log.lines(), QStringList());
+    // All four are installed.
+    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
+        QVERIFY(QCoreApplication::removeTranslator(translator));
+    }
+}
+
+void tst_LocalisationTools::regionAndItsFallback()
+{
+    provide("app_en app_fr app_pt_BR");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("pt_BR")));
+    QCOMPARE(greeting(), QStringLiteral("Bom dia"));
+    QCOMPARE(QLocale(), QLocale(QLocale::Portuguese, QLocale::Brazil));
+    // A region without a file of its own has that of its language.
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr_CA")));
+    QCOMPARE(greeting(), QStringLiteral("Bonjour"));
+    QCOMPARE(QLocale(), QLocale(QLocale::French, QLocale::Canada));
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("en")));
+    QCOMPARE(greeting(), QStringLiteral("Good morning"));
+    QCOMPARE(translators(), words("empty app_en app_en"));
+    QCOMPARE(QLocale().language(), QLocale::English);
+}
+
+void tst_LocalisationTools::severalKeys()
+{
+    provide("app_en shop_fr");
+    LogCapture log;
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    // One key has English alone, the other French alone: that is enough.
+    QStringList installed = translators();
+    QCOMPARE(installed.takeFirst(), QStringLiteral("empty")); // qtbase_
+    installed.sort(); // the order of the other keys is the folder's
+    QCOMPARE(installed, words("app_en empty shop_fr"));
+    QCOMPARE(log.lines(),
+             QStringList(QStringLiteral("info orvautils LocalisationTools loadDefaultLanguage: "
+                                        "ERROR reading :  ")
+                         + mLanguages + QStringLiteral("shop_en.qm")));
+    QCOMPARE(QLocale().language(), QLocale::French);
+    QCOMPARE(onlyEnglish(), QStringLiteral("English alone"));
+}
+
+void tst_LocalisationTools::everyChangeStartsAfresh()
+{
+    provide("app_en app_fr app_it");
+    for (int i = 0; i < 5; ++i) {
+        QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+        QCOMPARE(translators(), words("empty app_en app_fr"));
+        QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("it")));
+        QCOMPARE(translators(), words("empty app_en app_it"));
+        QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
+    }
+}
+
+void tst_LocalisationTools::languageWithoutFiles()
+{
+    provide("app_en app_fr app_it");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    for (const char* code : {"de", "no language", "_"}) {
+        LogCapture log;
+        QVERIFY(!LocalisationTools::changeApplicationLanguage(QLatin1String(code)));
+        // The translators are those of the system's language, the default locale stays.
+        QCOMPARE(translators(), words("empty app_en app_it"));
+        QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
+        QCOMPARE(QLocale(), QLocale(QLocale::French, QLocale::France));
+        QCOMPARE(log.lines(), QStringList());
+    }
+}
+
+void tst_LocalisationTools::brokenFileOfTheLanguage()
+{
+    provide("app_en app_it");
+    QFile broken(mLanguages + QStringLiteral("app_fr.qm"));
+    QVERIFY(broken.open(QIODevice::WriteOnly));
+    broken.write(QByteArray(4096, 'x'));
+    broken.close();
+    LogCapture log;
+    QVERIFY(!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_LocalisationTools::noFilesAtAll()
+{
+    QVERIFY(QDir(mLanguages).removeRecursively());
+    QCOMPARE(LocalisationTools::applicationTranslationKeys(), words("qtbase_"));
+    QCOMPARE(LocalisationTools::applicationLanguages(), QList<QLocale>());
+    LogCapture log;
+    QVERIFY(!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QCOMPARE(translators(), words("empty"));
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(QLocale(), QLocale::c());
+}
+
+void tst_LocalisationTools::emptyCodeIsTheSystem()
+{
+    provide("app_en app_fr app_it");
+    provideQt("it");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QString()));
+    QCOMPARE(translators(),
+             QStringList({QStringLiteral("empty"), QStringLiteral("qtbase Annulla"),
+                          QStringLiteral("app_en"), QStringLiteral("app_it")}));
+    QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
+    QCOMPARE(QLocale(), QLocale::c()); // not touched
+    // Also where the system's language has no file.
+    QVERIFY(QFile::remove(mLanguages + QStringLiteral("app_it.qm")));
+    QVERIFY(QDir(mLanguages + QStringLiteral("qtbase")).removeRecursively());
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("")));
+    QCOMPARE(greeting(), QStringLiteral("Good morning"));
+}
+
+void tst_LocalisationTools::byLocale()
+{
+    provide("app_en app_fr");
+    provideQt("de");
+    LogCapture log;
+    LocalisationTools::changeApplicationLanguageByLocale(QLocale(QStringLiteral("fr_CA")));
+    QCOMPARE(translators(), words("empty app_en app_fr"));
+    QCOMPARE(greeting(), QStringLiteral("Bonjour"));
+    QCOMPARE(onlyEnglish(), QStringLiteral("English alone"));
+    QCOMPARE(QLocale(), QLocale::c()); // not touched
+    LocalisationTools::changeApplicationLanguageByLocale(QLocale(QStringLiteral("de_AT")));
+    QCOMPARE(translators(),
+             QStringList({QStringLiteral("empty"), QStringLiteral("qtbase Abbrechen"),
+                          QStringLiteral("app_en")}));
+    QCOMPARE(greeting(), QStringLiteral("Good morning"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+/// What a process without an application object sees; the languages folder is a relative one there.
+static int changeWithoutApplication()
+{
+    LogCapture log;
+    const bool changed = LocalisationTools::changeApplicationLanguage(QStringLiteral("fr"));
+    std::printf("%s %s\n", changed ? "true" : "false", QLocale().name().toLatin1().constData());
+    for (const CapturedRecord& record : log.records()) {
+        if (record.category == "orvautils") {
+            std::printf("%d %s %s\n", int(record.type), record.function.constData(),
+                        record.text.toLatin1().constData());
+        }
+    }
+    LocalisationTools::clearAppTranslators();
+    return 0;
+}
+
+void tst_LocalisationTools::withoutApplication()
+{
+    QTemporaryDir folder;
+    const QString languages = folder.path() + QStringLiteral("/Resources/data/languages/");
+    QVERIFY(QDir().mkpath(languages));
+    for (const char* name : {"app_en.qm", "app_fr.qm"}) {
+        QVERIFY(QFile::copy(QStringLiteral(TRANSLATIONS_DIR "/") + QLatin1String(name),
+                            languages + QLatin1String(name)));
+    }
+    const ChildResult child =
+        runChildProgram(QCoreApplication::applicationFilePath(),
+                        {QStringLiteral("--without-application"), folder.path()});
+    QVERIFY(child.exitedNormally);
+    QCOMPARE(child.exitCode, 0);
+    // The translator is refused, and the language counts as loaded all the same.
+    QCOMPARE(child.output,
+             QStringList({QStringLiteral("true fr_FR"),
+                          QStringLiteral("%1 changeApplicationLanguage installTranslator error  "
+                                         "Resources/data/languages/app_fr.qm")
+                              .arg(int(QtWarningMsg))}));
+}
+
+void tst_LocalisationTools::languageMatch_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<bool>("match");
+    QTest::newRow("language") << "fr_FR"
+                              << "fr" << true;
+    QTest::newRow("whole name") << "fr_FR"
+                                << "fr_FR" << true;
+    QTest::newRow("another region") << "fr_CA"
+                                    << "fr_FR" << false;
+    QTest::newRow("language of a region") << "fr_CA"
+                                          << "fr" << true;
+    QTest::newRow("another language") << "fr_FR"
+                                      << "en" << false;
+    QTest::newRow("half a code") << "fr_FR"
+                                 << "f" << false;
+    QTest::newRow("a code and a bit") << "fr_FR"
+                                      << "fr_" << false;
+    QTest::newRow("letter case counts") << "fr_FR"
+                                        << "FR" << false;
+    QTest::newRow("empty code") << "fr_FR"
+                                << "" << false;
+    QTest::newRow("three letters") << "fil_PH"
+                                   << "fi" << false;
+    QTest::newRow("no language") << "C"
+                                 << "C" << true;
+}
+
+void tst_LocalisationTools::languageMatch()
+{
+    QFETCH(QString, locale);
+    QFETCH(QString, code);
+    QFETCH(bool, match);
+    QLocale::setDefault(QLocale(locale));
+    QCOMPARE(LocalisationTools::currentLanguageMatch(code), match);
+}
+
+void tst_LocalisationTools::translateQt()
+{
+    QCOMPARE(LocalisationTools::translateQt("QPlatformTheme", "Cancel"), QStringLiteral("Cancel"));
+    QCOMPARE(LocalisationTools::translateQt("QPlatformTheme", "\xc3\xa9"),
+             QStringLiteral("\u00e9"));
+    provideQt("de");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("de")));
+    QCOMPARE(LocalisationTools::translateQt("QPlatformTheme", "Cancel"),
+             QStringLiteral("Abbrechen"));
+    QCOMPARE(LocalisationTools::translateQt("NoSuchContext", "Cancel"), QStringLiteral("Cancel"));
+}
+
+void tst_LocalisationTools::messages_data()
+{
+    QTest::addColumn<int>("message");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QByteArray>("context");
+    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<QString>("untranslated");
+    const auto row = [](int message, int number, const char* context, const char* source,
+                        const char* untranslated = nullptr) {
+        QTest::newRow(source) << message << number << QByteArray(context) << QByteArray(source)
+                              << QString::fromLatin1(untranslated ? untranslated : source);
+    };
+    using L = LocalisationTools;
+    row(L::MacPreferences, 0, "MAC_APPLICATION_MENU", "Preferences...");
+    row(L::MacAbout, 1, "MAC_APPLICATION_MENU", "About %1", "About Fern & Co");
+    row(L::ButtonOk, 2, "QPlatformTheme", "Ok");
+    row(L::ButtonCancel, 3, "QPlatformTheme", "Cancel");
+    row(L::ButtonClose, 4, "QPlatformTheme", "Close");
+    row(L::MacQuit, 5, "MAC_APPLICATION_MENU", "Quit %1", "Quit Fern & Co");
+    row(L::WizardDone, 6, "QWizard", "Done");
+    row(L::WizardNext, 7, "QWizard", "&Next >");
+    row(L::WizardBack, 8, "QWizard", "< &Back");
+    row(L::ShortcutDelete, 9, "QShortcut", "Delete");
+    row(L::MenuCut, 10, "QCocoaMenuItem", "Cut");
+    row(L::MenuCopy, 11, "QCocoaMenuItem", "Copy");
+    row(L::MenuPaste, 12, "QCocoaMenuItem", "Paste");
+    row(L::MenuSelectAll, 13, "QCocoaMenuItem", "Select All");
+    row(L::ShortcutSearch, 14, "QShortcut", "Search");
+    row(L::ButtonSave, 15, "QPlatformTheme", "Save");
+    row(L::ButtonApply, 16, "QPlatformTheme", "Apply");
+    row(L::ButtonReset, 17, "QPlatformTheme", "Reset");
+    row(L::FileDialogAllFiles, 18, "QFileDialog", "All Files (*)");
+    row(L::StandardPathsPictures, 19, "QStandardPaths", "Pictures");
+    row(L::FileDialogListView, 20, "QFileDialog", "List View");
+    row(L::FileDialogDetailView, 21, "QFileDialog", "Detail View");
+    row(L::FileDialogRename, 22, "QFileDialog", "&Rename");
+    row(L::FileDialogDelete, 23, "QFileDialog", "Delete");
+    row(L::FileDialogNewFolder, 24, "QFileDialog", "Create New Folder");
+    row(L::FileDialogConfirmDelete, 25, "QFileDialog", "Are you sure you want to delete '%1'?");
+    row(L::Duplicate, 26, "LocalisationTools", "Duplicate");
+    row(L::UnselectAll, 27, "LocalisationTools", "Unselect All");
+}
+
+void tst_LocalisationTools::messages()
+{
+    QFETCH(int, message);
+    QFETCH(int, number);
+    QFETCH(QByteArray, context);
+    QFETCH(QByteArray, source);
+    QFETCH(QString, untranslated);
+    QCOMPARE(message, number);
+    const auto value = LocalisationTools::QtMessages(message);
+    QCOMPARE(LocalisationTools::trQtMessages(value), untranslated);
+
+    // The context and the source text are those that a translator is asked for.
+    class Asked : public QTranslator
+    {
+    public:
+        QString translate(const char* context, const char* source, const char* disambiguation,
+                          int n) const override
+        {
+            return QStringLiteral("<%1|%2|%3|%4>")
+                .arg(QLatin1String(context), QLatin1String(source),
+                     QLatin1String(disambiguation ? disambiguation : ""), QString::number(n));
+        }
+        bool isEmpty() const override { return false; }
+    } asked;
+    QCoreApplication::installTranslator(&asked);
+    QString expected = QStringLiteral("<%1|%2||-1>")
+                           .arg(QString::fromLatin1(context), QString::fromLatin1(source));
+    if (number == 1 || number == 5) {
+        expected.replace(QLatin1String("%1"), QLatin1String("Fern & Co"));
+    }
+    QCOMPARE(LocalisationTools::trQtMessages(value), expected);
+    QCoreApplication::removeTranslator(&asked);
+}
+
+void tst_LocalisationTools::messagesOutsideTheTable_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("first behind") << 28;
+    QTest::newRow("1000") << 1000;
+    QTest::newRow("-1") << -1;
+    QTest::newRow("largest") << std::numeric_limits<int>::max();
+    QTest::newRow("smallest") << std::numeric_limits<int>::min();
+}
+
+void tst_LocalisationTools::messagesOutsideTheTable()
+{
+    QFETCH(int, number);
+    QCOMPARE(LocalisationTools::trQtMessages(LocalisationTools::QtMessages(number)), QString());
+}
+
+void tst_LocalisationTools::messagesInFrenchAndGerman_data()
+{
+    // As a French and a German user of Qt's own dialogs know them.
+    QTest::addColumn<QString>("french");
+    QTest::addColumn<QString>("german");
+    const char* rows[][2] = {
+        {u8"Préférences...", u8"Einstellungen..."},
+        {u8"À propos de Fern & Co", u8"Über Fern & Co"},
+        {u8"Ok", u8"Ok"}, // Qt's files know "OK" alone
+        {u8"Annuler", u8"Abbrechen"},
+        {u8"Fermer", u8"Schließen"},
+        {u8"Quitter Fern & Co", u8"Fern & Co beenden"},
+        {u8"Terminer", u8"Fertig"},
+        {u8"&Suivant >", u8"&Weiter >"},
+        {u8"< &Précédent", u8"< &Zurück"},
+        {u8"Supprimer", u8"Löschen"},
+        {u8"Couper", u8"Ausschneiden"},
+        {u8"Copier", u8"Kopieren"},
+        {u8"Coller", u8"Einfügen"},
+        {u8"Tout sélectionner", u8"Alles auswählen"},
+        {u8"Recherche", u8"Suchen"},
+        {u8"Enregistrer", u8"Speichern"},
+        {u8"Appliquer", u8"Anwenden"},
+        {u8"Réinitialiser", u8"Zurücksetzen"},
+        {u8"Tous les fichiers (*)", u8"Alle Dateien (*)"},
+        {u8"Images", u8"Bilder"},
+        {u8"Vue en liste", u8"Liste"},
+        {u8"Vue détaillée", u8"Details"},
+        {u8"&Renommer", u8"&Umbenennen"},
+        {u8"Supprimer", u8"Löschen"},
+        {u8"Créer un nouveau dossier", u8"Neuen Ordner erstellen"},
+        {u8"Êtes-vous sûr de vouloir supprimer \"%1\" ?",
+         u8"Sind Sie sicher, dass Sie '%1' löschen möchten?"},
+    };
+    int number = 0;
+    for (const auto& row : rows) {
+        QTest::newRow(qPrintable(QString::number(number++)))
+            << QString::fromUtf8(row[0]) << QString::fromUtf8(row[1]);
+    }
+}
+
+void tst_LocalisationTools::messagesInFrenchAndGerman()
+{
+    QFETCH(QString, french);
+    QFETCH(QString, german);
+    const auto message = LocalisationTools::QtMessages(QByteArray(QTest::currentDataTag()).toInt());
+    provideQt("fr de");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QCOMPARE(LocalisationTools::trQtMessages(message), french);
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("de")));
+    QCOMPARE(LocalisationTools::trQtMessages(message), german);
+}
+
+void tst_LocalisationTools::ownTextsInFrench()
+{
+    provide("app_fr");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QCOMPARE(LocalisationTools::trQtMessages(LocalisationTools::Duplicate),
+             QStringLiteral("Dupliquer"));
+    QCOMPARE(LocalisationTools::trQtMessages(LocalisationTools::UnselectAll),
+             QStringLiteral("Tout d\u00e9s\u00e9lectionner"));
+}
+
+void tst_LocalisationTools::applicationNameIsPutInAsItIs()
+{
+    CoreApplicationUtils::setApplicationName(QStringLiteral("%1 100%2"));
+    QCOMPARE(LocalisationTools::trQtMessages(LocalisationTools::MacQuit),
+             QStringLiteral("Quit %1 100%2"));
+    CoreApplicationUtils::setApplicationName(QStringLiteral("Fern & Co"));
+}
+
+int main(int argc, char** argv)
+{
+    // A system in Italian, whatever the machine speaks; Qt looks at these once in a process.
+    qunsetenv("LANGUAGE");
+    qunsetenv("LC_ALL");
+    for (const char* category :
+         {"LANG", "LC_MESSAGES", "LC_NUMERIC", "LC_TIME", "LC_MONETARY", "LC_MEASUREMENT"}) {
+        qputenv(category, "it_IT.UTF-8");
+    }
+    if (argc > 2 && std::strcmp(argv[1], "--without-application") == 0) {
+        return QDir::setCurrent(QString::fromLocal8Bit(argv[2])) ? changeWithoutApplication() : 1;
+    }
+    QCoreApplication application(argc, argv);
+    tst_LocalisationTools test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_LocalisationTools.moc"

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "LocalizationUtils.h"
+
+#include "ChildProgram.h"
+#include "LogCapture.h"
+
+#include <QLocale>
+#include <QtTest>
+
+#include <cstdio>
+#include <cstring>
+
+class tst_LocalizationUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void languageNames_data();
+    void languageNames();
+    void systemCode_data();
+    void systemCode();
+    void defaultLocalePlaysNoPart();
+    void nothingIsLogged();
+};
+
+void tst_LocalizationUtils::languageNames_data()
+{
+    QTest::addColumn<QString>("name");
+    // With a region in the language itself, without one in English.
+    QTest::newRow("fr_FR") << QStringLiteral("fran\u00e7ais");
+    QTest::newRow("fr") << "French";
+    QTest::newRow("pt_BR") << QStringLiteral("portugu\u00eas");
+    QTest::newRow("pt") << "Portuguese";
+    QTest::newRow("de_DE") << "Deutsch";
+    QTest::newRow("de") << "German";
+    QTest::newRow("ru_RU") << QStringLiteral("\u0440\u0443\u0441\u0441\u043a\u0438\u0439");
+    QTest::newRow("ru") << "Russian";
+    // A "-" makes no region.
+    QTest::newRow("fr-FR") << "French";
+    QTest::newRow("xx_yy") << QString();
+    QTest::newRow("xx") << "C";
+    QTest::newRow("") << "C";
+    QTest::newRow("_") << QString();
+}
+
+void tst_LocalizationUtils::languageNames()
+{
+    QFETCH(QString, name);
+    QCOMPARE(LocalizationUtils::isoLangCodeToString(QLatin1String(QTest::currentDataTag())), name);
+}
+
+void tst_LocalizationUtils::systemCode_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::newRow("fr_FR.UTF-8") << "fr_fr";
+    QTest::newRow("pt_BR.UTF-8") << "pt_br";
+    QTest::newRow("en_US.UTF-8") << "en_us";
+    QTest::newRow("C") << "c";
+}
+
+void tst_LocalizationUtils::systemCode()
+{
+    QFETCH(QString, code);
+    // The system's settings are read once in a process.
+    const ChildResult child =
+        runChildProgram(QCoreApplication::applicationFilePath(), {QStringLiteral("--system-code")},
+                        {{QStringLiteral("LC_ALL"), QString::fromLatin1(QTest::currentDataTag())}});
+    QVERIFY(child.exitedNormally);
+    QCOMPARE(child.exitCode, 0);
+    QCOMPARE(child.output, QStringList(code));
+}
+
+void tst_LocalizationUtils::defaultLocalePlaysNoPart()
+{
+    const QString code = LocalizationUtils::currentSystemLangCode();
+    QLocale::setDefault(QLocale(QStringLiteral("ja_JP")));
+    QCOMPARE(LocalizationUtils::currentSystemLangCode(), code);
+    QCOMPARE(LocalizationUtils::isoLangCodeToString(QStringLiteral("fr")),
+             QStringLiteral("French"));
+    QLocale::setDefault(QLocale::c());
+}
+
+void tst_LocalizationUtils::nothingIsLogged()
+{
+    LogCapture log;
+    LocalizationUtils::isoLangCodeToString(QStringLiteral("no language"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+int main(int argc, char** argv)
+{
+    if (argc > 1 && std::strcmp(argv[1], "--system-code") == 0) {
+        std::puts(LocalizationUtils::currentSystemLangCode().toLatin1().constData());
+        return 0;
+    }
+    QCoreApplication application(argc, argv);
+    tst_LocalizationUtils test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_LocalizationUtils.moc"

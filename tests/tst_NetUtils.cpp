@@ -1,0 +1,490 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "NetUtils.h"
+
+#include <QHostAddress>
+#include <QNetworkInterface>
+#include <QtTest>
+
+#ifdef Q_OS_LINUX
+#include <arpa/inet.h>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <thread>
+#endif
+
+namespace {
+
+const auto unicode = QRegularExpression::UseUnicodePropertiesOption;
+
+/// What \a rx itself answers.
+bool matches(const QRegularExpression& rx, const QString& s)
+{
+    return rx.match(s).hasMatch();
+}
+
+/// A text of \a minimum to \a maximum characters out of \a alphabet.
+QString randomText(const QString& alphabet, int minimum, int maximum)
+{
+    QString text;
+    for (int size = minimum + qrand() % (maximum - minimum + 1); size > 0; --size)
+        text += alphabet.at(qrand() % alphabet.size());
+    return text;
+}
+
+/// Calls \a function with every text of up to \a maximum characters out of \a alphabet.
+template <typename Function>
+void forEachText(const QString& alphabet, int maximum, Function function)
+{
+    QString text;
+    QVector<int> letters;
+    for (;;) {
+        function(text);
+        int position = 0;
+        while (position < letters.size() && ++letters[position] == alphabet.size())
+            letters[position++] = 0;
+        if (position == letters.size()) {
+            if (position == maximum)
+                return;
+            letters.append(0);
+        }
+        text.resize(letters.size());
+        for (int i = 0; i < letters.size(); ++i)
+            text[i] = alphabet.at(letters.at(i));
+    }
+}
+
+#ifdef Q_OS_LINUX
+/// Gives the interface \a name the IPv4 \a address and switches it on.
+bool addAddress(const char* name, const char* address)
+{
+    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ifreq request{};
+    std::strncpy(request.ifr_name, name, IFNAMSIZ - 1);
+    sockaddr_in in{};
+    in.sin_family = AF_INET;
+    inet_pton(AF_INET, address, &in.sin_addr);
+    std::memcpy(&request.ifr_addr, &in, sizeof in);
+    bool done = ioctl(socket, SIOCSIFADDR, &request) == 0;
+    request.ifr_flags = IFF_UP | IFF_RUNNING;
+    done = ioctl(socket, SIOCSIFFLAGS, &request) == 0 && done;
+    close(socket);
+    return done;
+}
+#endif
+
+} // namespace
+
+class tst_NetUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void patterns();
+    void webAddresses_data();
+    void webAddresses();
+    void webAddressesAsThePattern();
+    void emailAddresses_data();
+    void emailAddresses();
+    void emailAddressesAsThePattern();
+    void emailAddressLength();
+    void emailAddressLists_data();
+    void emailAddressLists();
+    void hostileTexts_data();
+    void hostileTexts();
+    void mainIpAddress();
+    void mainIpAddressByRule();
+};
+
+void tst_NetUtils::patterns()
+{
+    const QString web =
+        QStringLiteral("^(https?:\\/\\/)%1(([\\.\\d\\w-]+)|((\\d{1,3}\\.){3}\\d{1,3}))(:\\d{1,5})?"
+                       "(/[\\~\\/\\w\\.-]*)*\\/?$");
+    QCOMPARE(NetUtils::webAddressRx(true).pattern(), QString(web).remove(QStringLiteral("%1")));
+    QCOMPARE(NetUtils::webAddressRx(false).pattern(), web.arg(QLatin1Char('?')));
+
+    const QString address = QStringLiteral("([\\d\\w]+([\\d\\w]*[-._+])*[\\d\\w]+@[\\d\\w]+([-.]["
+                                           "\\d\\w]+)*([\\d\\w]*[.])[\\w]{2,12})");
+    QCOMPARE(NetUtils::emailAddressRx().pattern(), QStringLiteral("^%1$").arg(address));
+    QCOMPARE(NetUtils::emailAddressMultiRx().pattern(),
+             QStringLiteral("^(%1)(\\s*[,;]\\s*(%1))*$").arg(address));
+
+    for (const QRegularExpression& rx :
+         {NetUtils::webAddressRx(true), NetUtils::webAddressRx(false), NetUtils::emailAddressRx(),
+          NetUtils::emailAddressMultiRx()}) {
+        QVERIFY(rx.isValid());
+        QCOMPARE(rx.patternOptions(), QRegularExpression::PatternOptions(unicode));
+    }
+}
+
+void tst_NetUtils::webAddresses_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<bool>("withScheme"); // the answer where the scheme is required
+    QTest::addColumn<bool>("optional"); // the answer where it is not
+    const auto row = [](const char* s, bool withScheme, bool optional) {
+        QTest::newRow(*s ? s : "empty") << QString::fromUtf8(s) << withScheme << optional;
+    };
+    row("http://example.com", true, true);
+    row("https://example.com", true, true);
+    row("https://example.com/", true, true);
+    row("http://www.example.com/path/file.html", true, true);
+    row("http://example.com:8080", true, true);
+    row("http://example.com:8080/", true, true);
+    row("http://example.com:1/a/b/c/", true, true);
+    row("http://example.com:99999", true, true); // five digits, whatever they say
+    row("http://192.168.0.1", true, true);
+    row("http://192.168.0.1:80/x", true, true);
+    row("http://999.999.999.999", true, true); // letters and digits are not weighed
+    row("http://localhost", true, true);
+    row("http://a", true, true);
+    row("http://-", true, true);
+    row("http://a..b", true, true);
+    row("http://a_b.c", true, true);
+    row("http://example.com/~user/", true, true);
+    row("http://example.com//double//", true, true);
+    row("http://example.com/a.b-c_d~e", true, true);
+    row("http://example.com/.", true, true);
+    row("https://exämple.de/straße", true, true);
+    row("http://例え.jp/パス", true, true);
+    row("http://пример.рф/путь/", true, true);
+    row("http://παράδειγμα.ελ", true, true);
+    row("http://مثال.مصر/٣", true, true);
+    row("http://example.com\n", true, true); // "$" lets the last line feed through
+    // The scheme is missing.
+    row("example.com", false, true);
+    row("www.example.com", false, true);
+    row("192.168.0.1:8080/a", false, true);
+    row("exämple.de/straße", false, true);
+    row("localhost", false, true);
+    // No address in either case.
+    row("", false, false);
+    row("http://", false, false);
+    row("https://", false, false);
+    row("https:///path", false, false);
+    row("http:/example.com", false, false);
+    row("http//example.com", false, true); // a host called "http", and a path
+    row("HTTP://example.com", false, false);
+    row("Https://example.com", false, false);
+    row("httpss://example.com", false, false);
+    row("ftp://example.com", false, false);
+    row("mailto:ab@example.com", false, false);
+    row("javascript:alert(1)", false, false);
+    row("file:///tmp/x", false, false);
+    row(" http://example.com", false, false);
+    row("http://example.com ", false, false);
+    row("http://exa mple.com", false, false);
+    row("http://example.com/a b", false, false);
+    row("http://example.com/?q=1", false, false);
+    row("http://example.com?q=1", false, false);
+    row("http://example.com/#a", false, false);
+    row("http://example.com/a%20b", false, false);
+    row("http://example.com/a,b", false, false);
+    row("http://example.com/(x)", false, false);
+    row("http://example.com/a:b", false, false);
+    row("http://example.com:", false, false);
+    row("http://example.com:/", false, false);
+    row("http://example.com:123456", false, false);
+    row("http://example.com:80a", false, false);
+    row("http://example.com:80:80", false, false);
+    row("http://user@example.com", false, false);
+    row("http://user:pw@example.com", false, false);
+    row("http://[::1]/", false, false);
+    row("http://~user", false, false);
+    row("http://a,b", false, false);
+    row("http://例え。jp", false, false); // the ideographic full stop is no letter
+    row("http://example.com\n\n", false, false);
+    row("http://example.com\nx", false, false);
+    row("http://example.com\r\n", false, false);
+    row("http://😀.com", false, false);
+}
+
+void tst_NetUtils::webAddresses()
+{
+    QFETCH(QString, s);
+    QTEST(NetUtils::checkInternetAdress(s), "withScheme");
+    QTEST(matches(NetUtils::webAddressRx(true), s), "withScheme");
+    QTEST(matches(NetUtils::webAddressRx(false), s), "optional");
+}
+
+/// The check takes another road than the pattern; on every text short enough for the pattern the
+/// answers are the same.
+void tst_NetUtils::webAddressesAsThePattern()
+{
+    const QRegularExpression rx = NetUtils::webAddressRx(true);
+    int accepted = 0;
+    int texts = 0;
+    const auto check = [&](const QString& s) {
+        const bool expected = matches(rx, s);
+        ++texts;
+        accepted += expected;
+        if (NetUtils::checkInternetAdress(s) != expected)
+            QFAIL(qPrintable(s));
+    };
+    forEachText(QStringLiteral("a1.:/-~!\n"), 5,
+                [&](const QString& s) { check(QStringLiteral("http://") + s); });
+    forEachText(QStringLiteral("htps:/"), 7, check);
+    qsrand(1);
+    const QString alphabet = QStringLiteral("aaZ012éé例٣_-...:::////~?%@ \n\u0301\u20ac½")
+        + QChar(0xd835) + QChar(0xdcd0); // a mathematical letter, whole or in halves
+    for (int i = 0; i < 50000; ++i) {
+        const QString s = randomText(alphabet, 0, 14);
+        check(QStringLiteral("http://") + s);
+        check(QStringLiteral("https://a") + s);
+        check(s);
+    }
+    QVERIFY(accepted > 10000);
+    QVERIFY(texts - accepted > 10000);
+}
+
+void tst_NetUtils::emailAddresses_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<bool>("valid");
+    const auto accepted = [](const char* s) { QTest::newRow(s) << QString::fromUtf8(s) << true; };
+    const auto rejected = [](const char* s) {
+        QTest::newRow(*s ? s : "empty") << QString::fromUtf8(s) << false;
+    };
+    accepted("ab@example.com");
+    accepted("john.doe@example.com");
+    accepted("john_doe@example.com");
+    accepted("john-doe@example.com");
+    accepted("john+tag@example.com");
+    accepted("first.last+tag_2@sub.example.co.uk");
+    accepted("AB@EXAMPLE.COM");
+    accepted("12@34.56");
+    accepted("a1@b2.c3");
+    accepted("ab@a-b.fr");
+    accepted("ab@a-b-c.d-e.fr");
+    accepted("ab@x.fr");
+    accepted("ab@x.museum");
+    accepted("ab@x.abcdefghijkl"); // a last label of twelve
+    accepted("ab@10.20.30.40");
+    accepted("ab@ex_ample.com");
+    accepted("ab@example.c_m");
+    accepted("__@_.__"); // "_" is a word character
+    accepted("a..b@example.com"); // separators may follow one another before the "@"
+    accepted("a.-+_b@example.com");
+    accepted("jean-rené.dupont@exemple.fr");
+    accepted("用户@例子.公司");
+    accepted("иван.петров@пример.рф");
+    accepted("jürgen@müller-straße.de");
+    accepted("χρήστης@παράδειγμα.ελ");
+    accepted("ab@example.com\n"); // "$" lets the last line feed through
+
+    rejected("");
+    rejected("ab");
+    rejected("ab@");
+    rejected("@example.com");
+    rejected("a@example.com"); // one character before the "@"
+    rejected("é@exemple.fr");
+    rejected("ab@example");
+    rejected("ab@example.c"); // a last label of one
+    rejected("ab@example.abcdefghijklm"); // and of thirteen
+    rejected("ab@1.2.3.4");
+    rejected("ab@example.com.");
+    rejected("ab@.example.com");
+    rejected("ab@.com");
+    rejected("ab@example..com");
+    rejected("ab@example.-com");
+    rejected("ab@-example.com");
+    rejected("ab@example-.com");
+    rejected("ab@example--x.com");
+    rejected("ab@example.co-m");
+    rejected("ab@example-com");
+    rejected(".ab@example.com");
+    rejected("ab.@example.com");
+    rejected("-ab@example.com");
+    rejected("ab-@example.com");
+    rejected("+ab@example.com");
+    rejected("ab+@example.com");
+    rejected("ab@exa+mple.com");
+    rejected("a b@example.com");
+    rejected("ab@ex ample.com");
+    rejected(" ab@example.com");
+    rejected("ab@example.com ");
+    rejected("ab@@example.com");
+    rejected("ab@cd@example.com");
+    rejected("ab,cd@example.com");
+    rejected("ab@example.com,cd@example.com");
+    rejected("ab@example,com");
+    rejected("ab@exam/ple.com");
+    rejected("\"ab\"@example.com");
+    rejected("ab@[1.2.3.4]");
+    rejected("<ab@example.com>");
+    rejected("mailto:ab@example.com");
+    rejected("o'brien@example.com");
+    rejected("ab@example.com\n\n");
+    rejected("ab\n@example.com");
+    rejected("ab😀@example.com");
+}
+
+void tst_NetUtils::emailAddresses()
+{
+    QFETCH(QString, s);
+    QTEST(NetUtils::checkEmailAdress(s), "valid");
+    QTEST(matches(NetUtils::emailAddressRx(), s), "valid");
+}
+
+void tst_NetUtils::emailAddressesAsThePattern()
+{
+    const QRegularExpression rx = NetUtils::emailAddressRx();
+    int accepted = 0;
+    int texts = 0;
+    const auto check = [&](const QString& s) {
+        const bool expected = matches(rx, s);
+        ++texts;
+        accepted += expected;
+        if (NetUtils::checkEmailAdress(s) != expected)
+            QFAIL(qPrintable(s));
+    };
+    forEachText(QStringLiteral("a_.-@"), 8, check);
+    // Each side of the "@" by itself, longer than both together can be.
+    forEachText(QStringLiteral("aé_.+ "), 6,
+                [&](const QString& s) { check(s + QStringLiteral("@x.fr")); });
+    forEachText(QStringLiteral("aé_.-+\n"), 6,
+                [&](const QString& s) { check(QStringLiteral("ab@") + s); });
+    qsrand(1);
+    const QString alphabet =
+        QStringLiteral("aaZ012éé例٣__--..++ ,@\n\u0301\u20ac½") + QChar(0xd835) + QChar(0xdcd0);
+    const QString likely = QStringLiteral("aé1_-.");
+    for (int i = 0; i < 50000; ++i) {
+        check(randomText(alphabet, 0, 8) + QLatin1Char('@') + randomText(alphabet, 0, 12));
+        check(randomText(likely, 1, 6) + QLatin1Char('@') + randomText(likely, 1, 20));
+        check(randomText(likely, 1, 6) + QStringLiteral("@a.") + randomText(likely, 10, 14));
+    }
+    QVERIFY(accepted > 10000);
+    QVERIFY(texts - accepted > 10000);
+}
+
+void tst_NetUtils::emailAddressLength()
+{
+    const QString domain = QStringLiteral("@example.com"); // 12 characters
+    QVERIFY(NetUtils::checkEmailAdress(QString(242, QLatin1Char('a')) + domain));
+    QVERIFY(!NetUtils::checkEmailAdress(QString(243, QLatin1Char('a')) + domain));
+    QVERIFY(matches(NetUtils::emailAddressRx(), QString(243, QLatin1Char('a')) + domain));
+}
+
+void tst_NetUtils::emailAddressLists_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<bool>("valid");
+    const auto row = [](const char* s, bool valid) {
+        QTest::newRow(*s ? s : "empty") << QString::fromUtf8(s) << valid;
+    };
+    row("ab@x.fr", true);
+    row("ab@x.fr,cd@y.fr", true);
+    row("ab@x.fr;cd@y.fr", true);
+    row("ab@x.fr , cd@y.fr\t;\nef@z.fr", true);
+    row("ab@x.fr,cd@y.fr,ef@z.fr;gh@exemple.fr", true);
+    row("rené@été.fr, иван@пример.рф", true);
+    row("", false);
+    row("ab", false);
+    row("ab@x.fr,", false);
+    row(",ab@x.fr", false);
+    row("ab@x.fr,,cd@y.fr", false);
+    row("ab@x.fr cd@y.fr", false);
+    row("ab@x.fr:cd@y.fr", false);
+    row("ab@x.fr, c@y.fr", false);
+    row(" ab@x.fr", false);
+    row("ab@x.fr ", false);
+}
+
+void tst_NetUtils::emailAddressLists()
+{
+    QFETCH(QString, s);
+    QTEST(matches(NetUtils::emailAddressMultiRx(), s), "valid");
+}
+
+/// Texts on which the patterns would try for ever.
+void tst_NetUtils::hostileTexts_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<bool>("web");
+    QTest::addColumn<bool>("email");
+    const auto repeated = [](const char* text, int times) {
+        return QString::fromUtf8(text).repeated(times);
+    };
+    const QString http = QStringLiteral("http://a");
+    QTest::newRow("slashes") << http + repeated("/", 10000) << true << false;
+    QTest::newRow("slashes, then no path")
+        << http + repeated("/", 10000) + QLatin1Char('!') << false << false;
+    QTest::newRow("folders") << http + repeated("/a", 100000) + QLatin1Char('?') << false << false;
+    QTest::newRow("host") << http + repeated("1.", 100000) + QLatin1Char('!') << false << false;
+    QTest::newRow("words") << repeated("a", 250) << false << false;
+    QTest::newRow("words and an at") << repeated("a", 249) + QLatin1Char('@') << false << false;
+    QTest::newRow("underscores") << repeated("_", 250) << false << false;
+    QTest::newRow("separators") << repeated("a.", 124) + QStringLiteral("@x") << false << false;
+    QTest::newRow("domain") << QStringLiteral("ab@") + repeated("a", 247) << false << false;
+    QTest::newRow("labels") << QStringLiteral("ab@") + repeated("a.", 123) << false << false;
+    QTest::newRow("labels, valid")
+        << QStringLiteral("ab@") + repeated("a.", 124) + QStringLiteral("fr") << false << true;
+    QTest::newRow("hyphens") << QStringLiteral("ab@") + repeated("a-", 120) + QStringLiteral("fr")
+                             << false << false;
+    QTest::newRow("a million") << repeated("a", 1000000) << false << false;
+}
+
+void tst_NetUtils::hostileTexts()
+{
+    QFETCH(QString, s);
+    QTEST(NetUtils::checkInternetAdress(s), "web");
+    QTEST(NetUtils::checkEmailAdress(s), "email");
+}
+
+/// In a network of its own, whose addresses the test makes.
+void tst_NetUtils::mainIpAddress()
+{
+#ifdef Q_OS_LINUX
+    // A thread of its own leaves the other tests where they are.
+    bool separated = false;
+    bool made = true;
+    QStringList found;
+    std::thread thread([&] {
+        separated = unshare(CLONE_NEWNET) == 0;
+        if (!separated)
+            return;
+        found << NetUtils::mainIpAddress(); // nothing but a loopback that is switched off
+        made = addAddress("lo", "127.0.0.1") && made;
+        found << NetUtils::mainIpAddress();
+        made = addAddress("lo:1", "10.19.2.192") && addAddress("lo:2", "172.16.0.192") && made;
+        found << NetUtils::mainIpAddress(); // private, yet not 192…
+        made = addAddress("lo:3", "192.0.2.7") && made;
+        found << NetUtils::mainIpAddress();
+        made = addAddress("lo:4", "192.168.1.20") && made;
+        found << NetUtils::mainIpAddress(); // the first one stays the first
+    });
+    thread.join();
+    if (!separated)
+        QSKIP("the system does not allow a network namespace");
+    QVERIFY(made);
+    QCOMPARE(found,
+             QStringList({QString(), QString(), QString(), QStringLiteral("192.0.2.7"),
+                          QStringLiteral("192.0.2.7")}));
+#else
+    QSKIP("network namespaces are Linux's");
+#endif
+}
+
+void tst_NetUtils::mainIpAddressByRule()
+{
+    QString expected;
+    const QList<QHostAddress> addresses = QNetworkInterface::allAddresses();
+    for (const QHostAddress& address : addresses) {
+        const QString text = address.toString();
+        if (expected.isEmpty() && text.startsWith(QLatin1String("192."))
+            && text.count(QLatin1Char('.')) == 3)
+            expected = text;
+    }
+    QCOMPARE(NetUtils::mainIpAddress(), expected);
+}
+
+QTEST_GUILESS_MAIN(tst_NetUtils)
+#include "tst_NetUtils.moc"

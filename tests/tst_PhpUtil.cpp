@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "PhpUtil.h"
+
+#include "ScriptRunner.h"
+
+#include <QStandardPaths>
+#include <QtTest>
+
+class tst_PhpUtil : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void strings_data();
+    void strings();
+    void readByPhp();
+    void variablesAreInterpolated();
+    void backslashesBeginEscapes();
+};
+
+void tst_PhpUtil::strings_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("quoted");
+    QTest::addColumn<QString>("simplified");
+    const auto row = [](const char* s, const char* quoted, const char* simplified) {
+        QTest::newRow(s) << QString::fromUtf8(s) << QString::fromUtf8(quoted)
+                         << QString::fromUtf8(simplified);
+    };
+    row("", "\"\"", "\"\"");
+    row("plain", "\"plain\"", "\"plain\"");
+    row("say \"hi\"", "\"say \\\"hi\\\"\"", "\"say \\\"hi\\\"\"");
+    row("it's", "\"it's\"", "\"it's\"");
+    row("$name {$a->b}", "\"$name {$a->b}\"", "\"$name {$a->b}\"");
+    row("C:\\new", "\"C:\\new\"", "\"C:\\new\"");
+    row("\\\"", "\"\\\\\"\"", "\"\\\\\"\""); // the backslash in front is not doubled
+    row("  a \t b\nc ", "\"  a \t b\nc \"", "\"a b c\"");
+    row("été €", "\"été €\"", "\"été €\"");
+}
+
+void tst_PhpUtil::strings()
+{
+    QFETCH(QString, s);
+    QTEST(PhpUtil::formatPhpString(s), "quoted");
+    QTEST(PhpUtil::escapeAndQuotedPhpStringVariable(s), "quoted");
+    QTEST(PhpUtil::formatPhpSimplifiedString(s), "simplified");
+}
+
+void tst_PhpUtil::readByPhp()
+{
+    const QString php = QStandardPaths::findExecutable(QStringLiteral("php"));
+    if (php.isEmpty())
+        QSKIP("php is not installed");
+    const QStringList texts{QString(),
+                            QStringLiteral("plain"),
+                            QStringLiteral("say \"hi\", it's '100' %"),
+                            QStringLiteral("two\nlines\tand <b>tags</b> ?>"),
+                            QStringLiteral("été € 日本 😀"),
+                            QStringLiteral("\"\"\"")};
+    for (const QString& text : texts) {
+        const ScriptResult result =
+            runScript(php, "<?php echo " + PhpUtil::formatPhpString(text).toUtf8() + ";");
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(QString::fromUtf8(result.output), text);
+    }
+}
+
+/// Deliberate: a "$name" in the text is PHP's variable.
+void tst_PhpUtil::variablesAreInterpolated()
+{
+    const QString php = QStandardPaths::findExecutable(QStringLiteral("php"));
+    if (php.isEmpty())
+        QSKIP("php is not installed");
+    const ScriptResult result = runScript(
+        php,
+        "<?php $name = 'Zoé'; echo "
+            + PhpUtil::formatPhpString(QStringLiteral("\"$name\" {$name}")).toUtf8() + ";");
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(QString::fromUtf8(result.output), QStringLiteral("\"Zoé\" Zoé"));
+}
+
+/// Deliberate: backslashes are not escaped.
+void tst_PhpUtil::backslashesBeginEscapes()
+{
+    const QString php = QStandardPaths::findExecutable(QStringLiteral("php"));
+    if (php.isEmpty())
+        QSKIP("php is not installed");
+    const ScriptResult changed = runScript(
+        php, "<?php echo " + PhpUtil::formatPhpString(QStringLiteral("a\\nb\\\\c")).toUtf8() + ";");
+    QCOMPARE(changed.exitCode, 0);
+    QCOMPARE(changed.output, QByteArray("a\nb\\c"));
+    // A text that ends with one leaves its string open.
+    const ScriptResult open = runScript(
+        php, "<?php echo " + PhpUtil::formatPhpString(QStringLiteral("C:\\")).toUtf8() + ";");
+    QVERIFY(open.exitCode != 0);
+}
+
+QTEST_GUILESS_MAIN(tst_PhpUtil)
+#include "tst_PhpUtil.moc"

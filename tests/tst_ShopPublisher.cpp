@@ -1,0 +1,1437 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The example program shop-publisher, run as a process as its users run it: what it answers, what
+// it prints, what it writes, and above all what it never touches.
+
+#include <QBuffer>
+#include <QCryptographicHash>
+#include <QDirIterator>
+#include <QImage>
+#include <QImageReader>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtEndian>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const int allImported = 0;
+const int someFailed = 1;
+const int badUsage = 2;
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+// Test pictures: four coloured corners.
+
+const QColor red(220, 30, 30);
+const QColor green(30, 170, 50);
+const QColor yellow(240, 220, 40);
+const QColor blue(30, 60, 210);
+
+QImage corners(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    QPainter painter(&image);
+    const int w = width / 2;
+    const int h = height / 2;
+    painter.fillRect(0, 0, w, h, red);
+    painter.fillRect(w, 0, width - w, h, green);
+    painter.fillRect(w, h, width - w, height - h, yellow);
+    painter.fillRect(0, h, w, height - h, blue);
+    return image;
+}
+
+char nearestColor(QRgb pixel)
+{
+    const struct
+    {
+        QColor color;
+        char name;
+    } known[] = {{red, 'R'}, {green, 'G'}, {yellow, 'Y'}, {blue, 'B'}};
+    char best = '?';
+    int bestDistance = 90; // of 765: what a JPEG changes is far below, another colour far above
+    for (const auto& candidate : known) {
+        const int distance = qAbs(qRed(pixel) - candidate.color.red())
+            + qAbs(qGreen(pixel) - candidate.color.green())
+            + qAbs(qBlue(pixel) - candidate.color.blue());
+        if (distance < bestDistance) {
+            bestDistance = distance;
+            best = candidate.name;
+        }
+    }
+    return best;
+}
+
+/// The corners' colours clockwise from the upper left one.
+QString cornersOf(const QImage& image, const QRect& part)
+{
+    const int dx = part.width() / 4;
+    const int dy = part.height() / 4;
+    const QPoint points[] = {{part.left() + dx, part.top() + dy},
+                             {part.right() - dx, part.top() + dy},
+                             {part.right() - dx, part.bottom() - dy},
+                             {part.left() + dx, part.bottom() - dy}};
+    QString names;
+    for (const QPoint& point : points)
+        names += QLatin1Char(nearestColor(image.pixel(point)));
+    return names;
+}
+
+QString cornersOf(const QImage& image)
+{
+    return image.isNull() ? QString() : cornersOf(image, image.rect());
+}
+
+QByteArray encoded(const QImage& image, const char* format)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format, 90);
+    return buffer.data();
+}
+
+QByteArray bigEndian16(int value)
+{
+    uchar bytes[2];
+    qToBigEndian(quint16(value), bytes);
+    return QByteArray(reinterpret_cast<const char*>(bytes), 2);
+}
+
+/// A JPEG with an EXIF block of one entry, the orientation, behind its JFIF segment.
+QByteArray jpegWithOrientation(const QImage& image, int orientation)
+{
+    QByteArray jpeg = encoded(image, "jpg");
+    QByteArray exif("Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1", 24);
+    exif += bigEndian16(orientation) + QByteArray(2 + 4, '\0');
+    const int jfifEnd = 4 + qFromBigEndian<quint16>(jpeg.constData() + 4);
+    jpeg.insert(jfifEnd, "\xff\xe1" + bigEndian16(exif.size() + 2) + exif);
+    return jpeg;
+}
+
+/// A GIF of two frames, each one pixel.
+QByteArray animatedGif()
+{
+    const QByteArray header = QByteArray::fromHex("474946383961 01000100 800000 ff0000 ffffff");
+    const QByteArray frame =
+        QByteArray::fromHex("21f904000a000000 2c000000000100010000 02024401 00");
+    return header + frame + frame + ';';
+}
+
+/// The markers of a JPEG up to its first scan.
+QVector<int> markersOf(const QByteArray& jpeg)
+{
+    QVector<int> markers;
+    int at = 2;
+    while (at + 4 <= jpeg.size() && uchar(jpeg.at(at)) == 0xff) {
+        const int marker = uchar(jpeg.at(at + 1));
+        markers.append(marker);
+        if (marker == 0xda)
+            break;
+        at += 2 + qFromBigEndian<quint16>(jpeg.constData() + at + 2);
+    }
+    return markers;
+}
+
+// Files.
+
+void writeFile(const QString& path, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Everything below \a root outside \a except: links with their targets, files with size, time and
+/// digest. Two equal snapshots mean that nothing was touched in between.
+QStringList snapshot(const QString& root, const QString& except)
+{
+    QStringList lines;
+    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        if (path == except || path.startsWith(except + QLatin1Char('/')))
+            continue;
+        const QFileInfo info = it.fileInfo();
+        QString line = path;
+        if (info.isSymLink()) {
+            line += QLatin1String(" -> ") + info.symLinkTarget();
+        } else if (info.isFile()) {
+            line += QStringLiteral(" %1 %2 ")
+                        .arg(info.size())
+                        .arg(info.lastModified().toMSecsSinceEpoch());
+            line += QString::fromLatin1(
+                QCryptographicHash::hash(readFile(path), QCryptographicHash::Sha1).toHex());
+        }
+        lines.append(line);
+    }
+    lines.sort();
+    return lines;
+}
+
+/// Paths of all files below \a folder, relative and sorted; everything that is there, hidden too.
+QStringList filesIn(const QString& folder)
+{
+    QStringList names;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext())
+        names.append(QDir(folder).relativeFilePath(it.next()));
+    names.sort();
+    return names;
+}
+
+// The program.
+
+struct Outcome
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+QProcessEnvironment environmentFor(const QString& home)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+    if (!home.isEmpty()) {
+        environment.insert(QStringLiteral("HOME"), home);
+        environment.insert(QStringLiteral("TMPDIR"), home);
+    }
+    return environment;
+}
+
+/// A process without the rights of root: it meets refused permissions as a person does.
+class OrdinaryProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override
+    {
+        if (::geteuid() == 0 && ::setuid(65534) != 0)
+            ::_exit(126);
+    }
+};
+
+/// A process whose files cannot grow beyond 30 kB.
+class LimitedProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override
+    {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {30000, 30000};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
+            ::_exit(126);
+    }
+};
+
+Outcome run(QProcess& process, const QStringList& arguments, const QString& home)
+{
+    process.setProcessEnvironment(environmentFor(home));
+    process.start(QStringLiteral(SHOP_PUBLISHER), arguments);
+    Outcome outcome;
+    if (!process.waitForFinished(240000) || process.exitStatus() != QProcess::NormalExit) {
+        outcome.err = process.errorString() + QString::fromUtf8(process.readAllStandardError());
+        return outcome;
+    }
+    outcome.exitCode = process.exitCode();
+    outcome.out = QString::fromUtf8(process.readAllStandardOutput());
+    outcome.err = QString::fromUtf8(process.readAllStandardError());
+    return outcome;
+}
+
+Outcome run(const QStringList& arguments, const QString& home = QString())
+{
+    QProcess process;
+    return run(process, arguments, home);
+}
+
+/// The same with a terminal of \a columns as the standard output.
+Outcome runOnTerminal(const QStringList& arguments, int columns)
+{
+    Outcome outcome;
+    const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
+    if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0)
+        return outcome;
+    // Held open here, so that the terminal outlives the program and nothing it wrote is lost.
+    const QByteArray slaveName(::ptsname(master));
+    const int slave = ::open(slaveName.constData(), O_RDWR | O_NOCTTY);
+    winsize size = {};
+    size.ws_col = static_cast<unsigned short>(columns);
+    size.ws_row = 24;
+    ::ioctl(master, TIOCSWINSZ, &size);
+    ::fcntl(master, F_SETFL, O_NONBLOCK);
+
+    QProcess process;
+    process.setProcessEnvironment(environmentFor(QString()));
+    process.setStandardOutputFile(QString::fromLatin1(slaveName), QIODevice::Append);
+    process.start(QStringLiteral(SHOP_PUBLISHER), arguments);
+    QByteArray shown;
+    const auto drain = [&shown, master] {
+        char buffer[4096];
+        for (;;) {
+            const auto count = ::read(master, buffer, sizeof buffer);
+            if (count <= 0)
+                return;
+            shown.append(buffer, int(count));
+        }
+    };
+    QElapsedTimer clock;
+    clock.start();
+    while (!process.waitForFinished(20) && process.state() != QProcess::NotRunning
+           && clock.elapsed() < 240000)
+        drain();
+    drain();
+    if (process.state() == QProcess::NotRunning && process.exitStatus() == QProcess::NormalExit)
+        outcome.exitCode = process.exitCode();
+    ::close(slave);
+    ::close(master);
+    outcome.out = QString::fromUtf8(shown);
+    outcome.err = QString::fromUtf8(process.readAllStandardError());
+    return outcome;
+}
+
+/// The arguments that a test of a page in headless Chromium starts with; empty when it is absent.
+QString chromium()
+{
+    for (const char* name : {"chromium", "chromium-browser", "google-chrome"}) {
+        const QString path = QStandardPaths::findExecutable(QLatin1String(name));
+        if (!path.isEmpty())
+            return path;
+    }
+    return QString();
+}
+
+QByteArray runChromium(const QStringList& arguments)
+{
+    QTemporaryDir profile;
+    QProcess process;
+    process.start(
+        chromium(),
+        QStringList{QStringLiteral("--headless"), QStringLiteral("--no-sandbox"),
+                    QStringLiteral("--disable-gpu"), QStringLiteral("--no-first-run"),
+                    QStringLiteral("--disable-background-networking"),
+                    QStringLiteral("--disable-component-update"), QStringLiteral("--disable-sync"),
+                    QStringLiteral("--disable-dev-shm-usage"), QStringLiteral("--hide-scrollbars"),
+                    QStringLiteral("--force-device-scale-factor=1"),
+                    QStringLiteral("--virtual-time-budget=20000"),
+                    QLatin1String("--user-data-dir=") + profile.path()}
+            + arguments);
+    if (!process.waitForFinished(120000)) {
+        process.kill();
+        process.waitForFinished();
+        return QByteArray();
+    }
+    return process.readAllStandardOutput();
+}
+
+/// What a browser says of the pictures of SITE/index.html: one line each, "src width height".
+QStringList picturesInBrowser(const QString& site)
+{
+    // A copy of the page beside it that loads every picture at once, with a script that reports.
+    const QByteArray script = R"html(<script>
+      window.addEventListener('load', () => {
+        const lines = Array.from(document.images, img =>
+          img.getAttribute('src') + ' ' + img.naturalWidth + ' ' + img.naturalHeight);
+        const report = document.createElement('pre');
+        report.textContent = 'BEGIN\n' + lines.join('\n') + '\nEND';
+        document.body.append(report);
+      });</script></body>)html";
+    QByteArray page = readFile(site + QStringLiteral("/index.html"));
+    page.replace("loading=\"lazy\"", "").replace("</body>", script);
+    const QString copy = site + QStringLiteral("/check.html");
+    writeFile(copy, page);
+    const QString dom = QString::fromUtf8(runChromium(
+        {QStringLiteral("--dump-dom"), QUrl::fromLocalFile(copy).toString(QUrl::FullyEncoded)}));
+    QFile::remove(copy);
+    const int begin = dom.indexOf(QLatin1String("<pre>BEGIN\n"));
+    const int end = dom.indexOf(QLatin1String("\nEND</pre>"));
+    if (begin < 0 || end < begin)
+        return {QStringLiteral("no report from the browser")};
+    const QString report = dom.mid(begin + 11, end - begin - 11);
+    return report.split(QLatin1Char('\n'), QString::SkipEmptyParts);
+}
+
+} // namespace
+
+class tst_ShopPublisher : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void helpAndVersion();
+    void badUsage_data();
+    void badUsage();
+    void refusedSites_data();
+    void refusedSites();
+    void orientations_data();
+    void orientations();
+    void sizes_data();
+    void sizes();
+    void publishedJpegsCarryNoMetadata();
+    void otherKinds();
+    void plainFolder();
+    void emptyProject();
+    void subfoldersAndHiddenFiles();
+    void hostileNames();
+    void nameCollisions();
+    void failures_data();
+    void failures();
+    void unreadableSources();
+    void undecodableNames();
+    void placesThatCannotBeWritten();
+    void fullDisk();
+    void linksInTheSite();
+    void linkedFolderInTheSite();
+    void sourceInsideTheSite();
+    void secondRun();
+    void failedPictureLeavesThePage();
+    void pipedOutput();
+    void quiet();
+    void readerThatGoesAway();
+    void terminal_data();
+    void terminal();
+    void page();
+    void browserLoadsEveryPicture();
+    void browserShowsPicturesTurnedOnce();
+    void sampleShop_data();
+    void sampleShop();
+    void realPhotographs();
+
+private:
+    QString photo(const char* name) const
+    {
+        return mProject + QStringLiteral("/photos/") + text(name);
+    }
+    QString image(const QString& name) const { return mSite + QStringLiteral("/images/") + name; }
+    QString thumb(const QString& name) const { return mSite + QStringLiteral("/thumbs/") + name; }
+    QString index() const
+    {
+        return QString::fromUtf8(readFile(mSite + QStringLiteral("/index.html")));
+    }
+    Outcome publish() const { return run({mProject, mSite}, mHome); }
+
+    std::unique_ptr<QTemporaryDir> mRoot;
+    QString mHome;
+    QString mProject;
+    QString mSite;
+};
+
+void tst_ShopPublisher::init()
+{
+    mRoot.reset(new QTemporaryDir);
+    QVERIFY(mRoot->isValid());
+    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
+    mHome = root + QStringLiteral("/home");
+    mProject = root + QStringLiteral("/project");
+    mSite = root + QStringLiteral("/site");
+    QVERIFY(QDir().mkpath(mHome));
+    QVERIFY(QDir().mkpath(mProject + QStringLiteral("/photos")));
+}
+
+void tst_ShopPublisher::cleanup()
+{
+    mRoot.reset();
+}
+
+void tst_ShopPublisher::helpAndVersion()
+{
+    for (const char* option : {"--help", "-h"}) {
+        const Outcome outcome = run({QLatin1String(option)});
+        QCOMPARE(outcome.exitCode, allImported);
+        QCOMPARE(outcome.err, QString());
+        for (const char* word : {"PROJECT", "SITE", "--quiet", "--version",
+                                 "0 all imported, 1 some failed, 2 bad usage"})
+            QVERIFY2(outcome.out.contains(QLatin1String(word)), word);
+    }
+    for (const char* option : {"--version", "-v"}) {
+        const Outcome outcome = run({QLatin1String(option)});
+        QCOMPARE(outcome.exitCode, allImported);
+        QCOMPARE(outcome.err, QString());
+        QCOMPARE(outcome.out, QStringLiteral("shop-publisher " SHOP_PUBLISHER_VERSION "\n"));
+    }
+}
+
+void tst_ShopPublisher::badUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments"); // @ stands for the test's folder
+    QTest::addColumn<QString>("message");
+    QTest::newRow("nothing") << QStringList() << QStringLiteral("Two folders are needed");
+    QTest::newRow("one folder") << QStringList{text("@/project")}
+                                << QStringLiteral("Two folders are needed");
+    QTest::newRow("three folders") << QStringList{text("@/project"), text("@/site"), text("@/more")}
+                                   << QStringLiteral("Two folders are needed");
+    QTest::newRow("unknown option")
+        << QStringList{text("--fast"), text("@/project"), text("@/site")} << QStringLiteral("fast");
+    QTest::newRow("value for a switch")
+        << QStringList{text("--quiet=1"), text("@/project"), text("@/site")}
+        << QStringLiteral("quiet");
+    QTest::newRow("empty project")
+        << QStringList{QString(), text("@/site")} << QStringLiteral("empty");
+    QTest::newRow("empty site") << QStringList{text("@/project"), QString()}
+                                << QStringLiteral("empty");
+    QTest::newRow("no such project") << QStringList{text("@/nowhere"), text("@/site")}
+                                     << QStringLiteral("There is no folder @/nowhere");
+    QTest::newRow("project is a file") << QStringList{text("@/file"), text("@/site")}
+                                       << QStringLiteral("There is no folder @/file");
+    QTest::newRow("site is a file") << QStringList{text("@/project"), text("@/file")}
+                                    << QStringLiteral("SITE is not a folder (@/file)");
+    QTest::newRow("site below a file") << QStringList{text("@/project"), text("@/file/site")}
+                                       << QStringLiteral("@/file/site cannot be made");
+    QTest::newRow("site is a link that leads nowhere")
+        << QStringList{text("@/project"), text("@/nowhere-link")}
+        << QStringLiteral("@/nowhere-link cannot be");
+}
+
+void tst_ShopPublisher::badUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    const QString root = QFileInfo(mProject).path();
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(root + QStringLiteral("/file"), "text");
+    QVERIFY(QFile::link(root + QStringLiteral("/nowhere"), root + QStringLiteral("/nowhere-link")));
+    const QStringList before = snapshot(root, QStringLiteral("-"));
+
+    const Outcome outcome = run(arguments.replaceInStrings(QStringLiteral("@"), root), mHome);
+    QCOMPARE(outcome.exitCode, ::badUsage);
+    QCOMPARE(outcome.out, QString());
+    QVERIFY2(outcome.err.contains(message.replace(QLatin1Char('@'), root)),
+             qPrintable(outcome.err));
+    QVERIFY2(outcome.err.contains(QLatin1String("--help")), qPrintable(outcome.err));
+    QCOMPARE(snapshot(root, QStringLiteral("-")), before);
+}
+
+void tst_ShopPublisher::refusedSites_data()
+{
+    QTest::addColumn<QString>("project");
+    QTest::addColumn<QString>("site");
+    QTest::newRow("the project itself") << text("@/project") << text("@/project");
+    QTest::newRow("the photographs") << text("@/project") << text("@/project/photos");
+    QTest::newRow("trailing slash") << text("@/project/") << text("@/project/photos/");
+    QTest::newRow("in the project") << text("@/project") << text("@/project/site");
+    QTest::newRow("in the photographs") << text("@/project") << text("@/project/photos/new/site");
+    QTest::newRow("plain folder in the site") << text("@/project/photos") << text("@/project");
+    QTest::newRow("around the project") << text("@/project") << text("@");
+    QTest::newRow("root of all") << text("@/project") << text("/");
+    QTest::newRow("by way of ..") << text("@/project") << text("@/home/../project/photos");
+    QTest::newRow("by way of a .. that does not exist")
+        << text("@/project") << text("@/home/new/../../project/site");
+    QTest::newRow("site is a link to the photographs") << text("@/project") << text("@/to-photos");
+    QTest::newRow("site lies behind a link") << text("@/project") << text("@/to-photos/new");
+    QTest::newRow("project is a link into the site") << text("@/to-project") << text("@");
+    QTest::newRow("project is a link, site is real")
+        << text("@/to-project") << text("@/project/site");
+    QTest::newRow("photos is a link to the site") << text("@/linked") << text("@/elsewhere");
+    QTest::newRow("photos is a link into the site") << text("@/linked") << text("@/elsewhere/..");
+    QTest::newRow("photos is a link, the site lies in it")
+        << text("@/linked") << text("@/elsewhere/site");
+}
+
+void tst_ShopPublisher::refusedSites()
+{
+    QFETCH(QString, project);
+    QFETCH(QString, site);
+    const QString root = QFileInfo(mProject).path();
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(root + QStringLiteral("/elsewhere/b.jpg"), encoded(corners(40, 30), "jpg"));
+    QVERIFY(QDir().mkpath(root + QStringLiteral("/linked")));
+    QVERIFY(
+        QFile::link(root + QStringLiteral("/elsewhere"), root + QStringLiteral("/linked/photos")));
+    QVERIFY(QFile::link(mProject, root + QStringLiteral("/to-project")));
+    QVERIFY(QFile::link(mProject + QStringLiteral("/photos"), root + QStringLiteral("/to-photos")));
+    const QStringList before = snapshot(root, QStringLiteral("-"));
+
+    const Outcome outcome =
+        run({project.replace(QLatin1Char('@'), root), site.replace(QLatin1Char('@'), root)}, mHome);
+    QCOMPARE(outcome.exitCode, ::badUsage);
+    QCOMPARE(outcome.out, QString());
+    QVERIFY2(QRegularExpression(QStringLiteral("SITE (lies in|contains) the"))
+                 .match(outcome.err)
+                 .hasMatch(),
+             qPrintable(outcome.err));
+    QCOMPARE(snapshot(root, QStringLiteral("-")), before);
+}
+
+void tst_ShopPublisher::orientations_data()
+{
+    // The corners clockwise from the upper left one, stored as red, green, yellow, blue. Only 3, 6
+    // and 8 are turned; the mirrored orientations stay as they are stored.
+    QTest::addColumn<int>("orientation");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<bool>("sidesSwapped");
+    QTest::newRow("1") << 1 << text("RGYB") << false;
+    QTest::newRow("2") << 2 << text("RGYB") << false;
+    QTest::newRow("3") << 3 << text("YBRG") << false;
+    QTest::newRow("4") << 4 << text("RGYB") << false;
+    QTest::newRow("5") << 5 << text("RGYB") << false;
+    QTest::newRow("6") << 6 << text("BRGY") << true;
+    QTest::newRow("7") << 7 << text("RGYB") << false;
+    QTest::newRow("8") << 8 << text("GYBR") << true;
+    QTest::newRow("no such orientation") << 9 << text("RGYB") << false;
+}
+
+void tst_ShopPublisher::orientations()
+{
+    QFETCH(int, orientation);
+    QFETCH(QString, expected);
+    QFETCH(bool, sidesSwapped);
+    writeFile(photo("large.jpg"), jpegWithOrientation(corners(2000, 1000), orientation));
+    writeFile(photo("small.jpg"), jpegWithOrientation(corners(120, 80), orientation));
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+
+    const auto size = [sidesSwapped](int width, int height) {
+        return sidesSwapped ? QSize(height, width) : QSize(width, height);
+    };
+    const struct
+    {
+        QString path;
+        QSize size;
+    } made[] = {{image(text("large.jpg")), size(1600, 800)},
+                {thumb(text("large.jpg")), size(640, 320)},
+                {image(text("small.jpg")), size(120, 80)},
+                {thumb(text("small.jpg")), size(120, 80)}};
+    for (const auto& file : made) {
+        const QImage result(file.path);
+        QCOMPARE(result.size(), file.size);
+        QCOMPARE(cornersOf(result), expected);
+    }
+}
+
+void tst_ShopPublisher::sizes_data()
+{
+    QTest::addColumn<QSize>("source");
+    QTest::addColumn<QSize>("image");
+    QTest::addColumn<QSize>("thumb");
+    QTest::addColumn<QSize>("shown");
+    QTest::newRow("fits both") << QSize(320, 200) << QSize(320, 200) << QSize(320, 200)
+                               << QSize(320, 200);
+    QTest::newRow("twice the small limit")
+        << QSize(640, 640) << QSize(640, 640) << QSize(640, 640) << QSize(320, 320);
+    QTest::newRow("just within") << QSize(1600, 1600) << QSize(1600, 1600) << QSize(640, 640)
+                                 << QSize(320, 320);
+    QTest::newRow("wide") << QSize(3200, 800) << QSize(1600, 400) << QSize(640, 160)
+                          << QSize(320, 80);
+    QTest::newRow("tall") << QSize(400, 3200) << QSize(200, 1600) << QSize(80, 640)
+                          << QSize(40, 320);
+}
+
+void tst_ShopPublisher::sizes()
+{
+    QFETCH(QSize, source);
+    writeFile(photo("a.jpg"), encoded(corners(source.width(), source.height()), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    QTEST(QImageReader(image(text("a.jpg"))).size(), "image");
+    QTEST(QImageReader(thumb(text("a.jpg"))).size(), "thumb");
+    QFETCH(QSize, shown);
+    QVERIFY(index().contains(
+        QStringLiteral("width=\"%1\" height=\"%2\"").arg(shown.width()).arg(shown.height())));
+}
+
+void tst_ShopPublisher::publishedJpegsCarryNoMetadata()
+{
+    writeFile(photo("large.jpg"), jpegWithOrientation(corners(2000, 1000), 5));
+    writeFile(photo("small.jpg"), jpegWithOrientation(corners(120, 80), 2));
+    QVERIFY(markersOf(readFile(photo("small.jpg"))).contains(0xe1));
+    QCOMPARE(publish().exitCode, allImported);
+    for (const char* name : {"large.jpg", "small.jpg"}) {
+        for (const QString& path : {image(text(name)), thumb(text(name))}) {
+            const QVector<int> markers = markersOf(readFile(path));
+            QVERIFY2(!markers.contains(0xe1), qPrintable(path)); // no EXIF
+            QVERIFY2(markers.contains(0xc2), qPrintable(path)); // progressive
+            QVERIFY2(!markers.contains(0xc0), qPrintable(path));
+        }
+    }
+}
+
+void tst_ShopPublisher::otherKinds()
+{
+    QImage cutOut(700, 350, QImage::Format_ARGB32);
+    cutOut.fill(Qt::transparent);
+    {
+        QPainter painter(&cutOut);
+        painter.fillRect(350, 0, 350, 350, red);
+    }
+    writeFile(photo("cut.PNG"), encoded(cutOut, "png"));
+    const QByteArray gif = animatedGif();
+    writeFile(photo("moving.Gif"), gif);
+    const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 8 4\">"
+                           "<rect width=\"8\" height=\"4\" fill=\"red\"/></svg>";
+    writeFile(photo("sign.SVG"), svg);
+    writeFile(photo("photo.JPEG"), encoded(corners(40, 30), "jpg"));
+    writeFile(photo("notes.txt"), "not a picture");
+    writeFile(photo("raw.tiff"), "not for the web");
+
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+    const QStringList names{text("cut.PNG"), text("moving.Gif"), text("photo.JPEG"),
+                            text("sign.SVG")};
+    QCOMPARE(filesIn(mSite + QStringLiteral("/images")), names);
+    QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), names);
+
+    for (const QString& path : {image(names.at(0)), thumb(names.at(0))}) {
+        QCOMPARE(QImageReader(path).format(), QByteArray("png"));
+        const QImage result(path);
+        QCOMPARE(qAlpha(result.pixel(10, 10)), 0);
+        QCOMPARE(nearestColor(result.pixel(result.width() - 10, 10)), 'R');
+    }
+    QCOMPARE(QImageReader(thumb(names.at(0))).size(), QSize(640, 320));
+    QCOMPARE(readFile(image(names.at(1))), gif);
+    QCOMPARE(readFile(thumb(names.at(1))), gif);
+    QCOMPARE(readFile(image(names.at(3))), svg);
+    QCOMPARE(readFile(thumb(names.at(3))), svg);
+    // A drawing fills the frame.
+    QVERIFY(index().contains(QLatin1String("alt=\"sign\" width=\"320\" height=\"160\"")));
+}
+
+void tst_ShopPublisher::plainFolder()
+{
+    QVERIFY(QDir(mProject).removeRecursively());
+    writeFile(mProject + QStringLiteral("/a.jpg"), encoded(corners(40, 30), "jpg"));
+    // A file of that name does not make it a project with a folder of photographs.
+    writeFile(mProject + QStringLiteral("/photos"), "text");
+    QCOMPARE(run({mProject + QStringLiteral("///"), mSite + QStringLiteral("/")}).exitCode,
+             allImported);
+    QCOMPARE(filesIn(mSite),
+             QStringList({text("images/a.jpg"), text("index.html"), text("thumbs/a.jpg")}));
+}
+
+void tst_ShopPublisher::emptyProject()
+{
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, allImported);
+    QVERIFY(outcome.out.startsWith(QLatin1String("No photograph found in ")));
+    QCOMPARE(filesIn(mSite), QStringList(text("index.html")));
+    QVERIFY(index().contains(QLatin1String("There is nothing to show yet.")));
+}
+
+void tst_ShopPublisher::subfoldersAndHiddenFiles()
+{
+    const QByteArray picture = encoded(corners(40, 30), "jpg");
+    writeFile(photo("z.jpg"), picture);
+    writeFile(photo("bowls/a.jpg"), picture);
+    writeFile(photo("bowls/deep/deeper/b.jpg"), picture);
+    writeFile(photo("like.jpg/c.jpg"), picture);
+    writeFile(photo("._z.jpg"), "what some systems leave beside a picture");
+    writeFile(photo(".trash/d.jpg"), picture);
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+    const QStringList expected{text("bowls/a.jpg"), text("bowls/deep/deeper/b.jpg"),
+                               text("like.jpg/c.jpg"), text("z.jpg")};
+    QCOMPARE(filesIn(mSite + QStringLiteral("/images")), expected);
+    QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), expected);
+    // In the page a folder's own pictures stand before those of its sub-folders.
+    const QString html = index();
+    const int positions[] = {html.indexOf(QLatin1String("images/z.jpg")),
+                             html.indexOf(QLatin1String("<h2><bdi>bowls</bdi>")),
+                             html.indexOf(QLatin1String("images/bowls/a.jpg")),
+                             html.indexOf(QLatin1String("<h2><bdi>bowls/deep/deeper</bdi>")),
+                             html.indexOf(QLatin1String("images/bowls/deep/deeper/b.jpg")),
+                             html.indexOf(QLatin1String("images/like.jpg/c.jpg"))};
+    QVERIFY(positions[0] > 0);
+    for (int i = 1; i < 6; ++i)
+        QVERIFY2(positions[i] > positions[i - 1], qPrintable(QString::number(i)));
+}
+
+void tst_ShopPublisher::hostileNames()
+{
+    const QByteArray picture = encoded(corners(40, 30), "jpg");
+    const QStringList names{
+        text("-rf.jpg"),
+        text("100% %41 #1?.jpg"),
+        text("<script>alert(1)<\u002fscript>.jpg").replace(QLatin1Char('/'), QLatin1Char('|')),
+        text("a\nb\x1b[31m.jpg"),
+        text("back\\slash.jpg"),
+        text("blanks  and\ttab .jpg"),
+        text("c:drive;$(id)`id`.jpg"),
+        text("d'été \"œuvre\" & fils.jpg"),
+        text("emoji \U0001F600 漢字.jpg"),
+        text("file://a.jpg").replace(QLatin1Char('/'), QLatin1Char('-')),
+        text("turn\u202Egpj.jpg"),
+        QString(240, QLatin1Char('x')) + text(".jpg"),
+    };
+    for (const QString& name : names)
+        writeFile(mProject + QStringLiteral("/photos/folder & #1/") + name, picture);
+    writeFile(photo("-.jpg"), picture);
+
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+    QStringList expected(text("-.jpg"));
+    for (const QString& name : names)
+        expected.append(text("folder & #1/") + name);
+    expected.sort();
+    QCOMPARE(filesIn(mSite + QStringLiteral("/images")), expected);
+    QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), expected);
+
+    // A name neither forges lines nor steers the terminal …
+    QCOMPARE(outcome.out.count(QLatin1Char('\n')), expected.size() + 1);
+    QVERIFY(!outcome.out.contains(QChar(0x1b)));
+    QVERIFY(!outcome.out.contains(QChar(0x202e)));
+    QVERIFY(outcome.out.contains(QLatin1String("a\\u000ab\\u001b[31m.jpg")));
+    // … nor writes markup.
+    const QString html = index();
+    QVERIFY(!html.contains(QLatin1String("<script")));
+    QVERIFY(!html.contains(QChar(0x1b)));
+    QVERIFY(html.contains(text("d'été &quot;œuvre&quot; &amp; fils.jpg")));
+
+    if (chromium().isEmpty())
+        QSKIP("the page's addresses are judged by Chromium, which is not installed");
+    const QStringList seen = picturesInBrowser(mSite);
+    QCOMPARE(seen.size(), expected.size());
+    for (const QString& line : seen)
+        QVERIFY2(line.endsWith(QLatin1String(" 40 30")), qPrintable(line));
+}
+
+void tst_ShopPublisher::nameCollisions()
+{
+    // One file on a system that does not tell case apart, or composes accents by itself.
+    const struct
+    {
+        const char* name;
+        int width;
+    } pictures[] = {{"A.JPG", 10},      {"a.jpg", 20},       {"a-2.jpg", 30}, {"a.png", 40},
+                    {"\u00e9.jpg", 50}, {"e\u0301.jpg", 60}, {"b.c.jpg", 70}, {"B.C.jpg", 80}};
+    for (const auto& picture : pictures)
+        writeFile(
+            photo(picture.name),
+            encoded(corners(picture.width, 10), QByteArray(picture.name).right(3).constData()));
+    if (filesIn(mProject).size() != 8)
+        QSKIP("this file system does not tell such names apart");
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+
+    const QStringList names = filesIn(mSite + QStringLiteral("/images"));
+    QCOMPARE(names.size(), 8);
+    QSet<QString> keys;
+    QSet<int> widths;
+    for (const QString& name : names) {
+        keys.insert(name.normalized(QString::NormalizationForm_C).toCaseFolded());
+        widths.insert(QImageReader(image(name)).size().width());
+        QVERIFY(QFile::exists(thumb(name)));
+    }
+    QCOMPARE(keys.size(), 8);
+    QCOMPARE(widths, QSet<int>({10, 20, 30, 40, 50, 60, 70, 80}));
+    QVERIFY(names.contains(text("a-3.jpg"))); // a-2.jpg is a picture of its own
+    QCOMPARE(QImageReader(image(text("a-2.jpg"))).size().width(), 30);
+}
+
+void tst_ShopPublisher::failures_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+    const QByteArray jpeg = encoded(corners(400, 300), "jpg");
+    const QByteArray png = encoded(corners(40, 30), "png");
+    QTest::newRow("empty") << text("nothing.jpg") << QByteArray() << text("is empty");
+    QTest::newRow("text") << text("t.jpg") << QByteArray("hello") << text("cannot be decoded (");
+    QTest::newRow("JPEG cut in its header")
+        << text("h.jpg") << jpeg.left(100) << text("cannot be decoded (");
+    QTest::newRow("PNG cut in its header")
+        << text("h.png") << png.left(20) << text("cannot be decoded (");
+    QTest::newRow("GIF without a picture")
+        << text("h.gif") << QByteArray("GIF89a\2\0\2\0", 10) << text("cannot be decoded (");
+    QTest::newRow("SVG that is not well-formed")
+        << text("a.svg") << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\">\n<g></svg>")
+        << text("is not a well-formed SVG picture (line 2:");
+    QTest::newRow("SVG without its namespace")
+        << text("n.svg") << QByteArray("<svg width=\"8\" height=\"8\"/>")
+        << text("is not an SVG picture");
+    QTest::newRow("HTML under the name of an SVG")
+        << text("p.svg") << QByteArray("<html><body/></html>") << text("is not an SVG picture");
+    QTest::newRow("PNG under the name of an SVG") << text("i.svg") << png << text("SVG picture");
+    QTest::newRow("SVG under the name of a JPEG")
+        << text("s.jpg")
+        << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8\" height=\"8\"/>")
+        << text("which does not go with its name");
+    QTest::newRow("a kind that is not for the web")
+        << text("w.png") << encoded(corners(40, 30), "bmp")
+        << text("holds a picture of the kind bmp");
+}
+
+void tst_ShopPublisher::failures()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    const QByteArray good = encoded(corners(40, 30), "jpg");
+    writeFile(photo("a good one.jpg"), good);
+    writeFile(photo("z good one.jpg"), good);
+    writeFile(mProject + QStringLiteral("/photos/") + name, content);
+    const QStringList before = snapshot(mRoot->path(), mSite);
+    Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+
+    // Named with its reason at the end, and in its own line. (libpng writes to the standard error
+    // by itself, past every message handler.)
+    outcome.err.remove(
+        QRegularExpression(QStringLiteral("^libpng .*\n"), QRegularExpression::MultilineOption));
+    QVERIFY2(outcome.err.startsWith(QLatin1String("1 failure:\n  ") + name + QLatin1String(": ")),
+             qPrintable(outcome.err));
+    QVERIFY2(outcome.err.contains(reason), qPrintable(outcome.err));
+    QCOMPARE(outcome.err.count(QLatin1Char('\n')), 2);
+    QVERIFY2(outcome.out.contains(name + QLatin1String(": FAILED, ")), qPrintable(outcome.out));
+    QVERIFY(outcome.out.contains(QLatin1String("2 of 3 photographs imported")));
+
+    // The others are there, of this one nothing.
+    QCOMPARE(filesIn(mSite),
+             QStringList({text("images/a good one.jpg"), text("images/z good one.jpg"),
+                          text("index.html"), text("thumbs/a good one.jpg"),
+                          text("thumbs/z good one.jpg")}));
+    QVERIFY(!index().contains(QLatin1String("\"images/") + name));
+    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+}
+
+void tst_ShopPublisher::unreadableSources()
+{
+    const QByteArray good = encoded(corners(40, 30), "jpg");
+    writeFile(photo("good.jpg"), good);
+    writeFile(photo("secret.jpg"), good);
+    writeFile(photo("closed/b.jpg"), good);
+    QVERIFY(QFile::link(photo("nowhere"), photo("lost.jpg")));
+    QVERIFY(QFile::link(mProject, photo("circle")));
+    QVERIFY(QFile::link(photo("good.jpg"), photo("linked.jpg")));
+    QCOMPARE(::mkfifo(QFile::encodeName(photo("pipe.jpg")).constData(), 0600), 0);
+    QVERIFY(QFile::setPermissions(photo("secret.jpg"), QFileDevice::Permissions()));
+    QVERIFY(QFile::setPermissions(photo("closed"), QFileDevice::Permissions()));
+    // The program, which acts as an ordinary user, needs its way in and a place to write.
+    const QString root = mRoot->path();
+    QCOMPARE(::chmod(QFile::encodeName(root).constData(), 0755), 0);
+    QVERIFY(QDir().mkpath(mSite));
+    QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0777), 0);
+    OrdinaryProcess process;
+    const Outcome outcome = run(process, {mProject, mSite}, QString());
+    ::chmod(QFile::encodeName(photo("closed")).constData(), 0755);
+    QVERIFY2(outcome.exitCode == someFailed, qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite + QStringLiteral("/images")),
+             QStringList({text("good.jpg"), text("linked.jpg")}));
+    for (const char* line :
+         {"5 failures:\n", "  secret.jpg: cannot be opened (Permission denied)\n",
+          "  closed/: cannot be read (Permission denied)\n",
+          "  lost.jpg: is a link that leads nowhere\n", "  pipe.jpg: is not a file\n",
+          "  circle/: is a link to a folder, which is not followed\n"})
+        QVERIFY2(outcome.err.contains(text(line)), qPrintable(outcome.err));
+}
+
+void tst_ShopPublisher::undecodableNames()
+{
+    writeFile(photo("good.jpg"), encoded(corners(40, 30), "jpg"));
+    const QByteArray folder = QFile::encodeName(mProject + QStringLiteral("/photos/"));
+    const QByteArray name = folder + "caf\xe9.jpg";
+    const int file = ::open(name.constData(), O_WRONLY | O_CREAT, 0644);
+    if (file < 0)
+        QSKIP("this file system takes UTF-8 names alone");
+    ::close(file);
+    QCOMPARE(::mkdir((folder + "\xe9t\xe9").constData(), 0755), 0);
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text("caf\ufffd.jpg: has a name that is not valid UTF-8")),
+             qPrintable(outcome.err));
+    QVERIFY2(outcome.err.contains(text("\ufffdt\ufffd: has a name that is not valid UTF-8")),
+             qPrintable(outcome.err));
+    QVERIFY(QFile::exists(image(text("good.jpg"))));
+    ::unlink(name.constData());
+    ::rmdir((folder + "\xe9t\xe9").constData());
+}
+
+void tst_ShopPublisher::placesThatCannotBeWritten()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(photo("sub/b.jpg"), encoded(corners(40, 30), "jpg"));
+    // A folder stands where a picture should go, a file where a folder should.
+    QVERIFY(QDir().mkpath(image(text("a.jpg"))));
+    writeFile(thumb(text("sub")), "file");
+    QVERIFY(QDir().mkpath(mSite + QStringLiteral("/index.html")));
+    Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.startsWith(QLatin1String("3 failures:\n")), qPrintable(outcome.err));
+    for (const char* line :
+         {"  a.jpg: cannot be written to images/a.jpg (Is a directory)\n",
+          "  sub/b.jpg: cannot be written: the folder thumbs/sub cannot be made\n",
+          "  index.html: cannot be written ("})
+        QVERIFY2(outcome.err.contains(text(line)), qPrintable(outcome.err));
+    QCOMPARE(readFile(thumb(text("sub"))), QByteArray("file"));
+
+    // A site that cannot be written to at all is bad usage.
+    QVERIFY(QDir(mSite).removeRecursively());
+    QVERIFY(QDir().mkpath(mSite));
+    QCOMPARE(::chmod(QFile::encodeName(mRoot->path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0555), 0);
+    OrdinaryProcess process;
+    outcome = run(process, {mProject, mSite}, QString());
+    QVERIFY2(outcome.exitCode == ::badUsage, qPrintable(outcome.err));
+    QVERIFY2(outcome.err.contains(mSite + QLatin1String(" cannot be written to")),
+             qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite), QStringList());
+}
+
+void tst_ShopPublisher::fullDisk()
+{
+    // Files cannot grow beyond 30 kB, as on a disk that is full. A noisy picture needs more.
+    QImage noise(600, 600, QImage::Format_RGB32);
+    quint32 state = 1;
+    for (int y = 0; y < noise.height(); ++y) {
+        for (int x = 0; x < noise.width(); ++x) {
+            state = state * 1664525u + 1013904223u;
+            noise.setPixel(x, y, state >> 8);
+        }
+    }
+    writeFile(photo("noise.jpg"), encoded(noise, "jpg"));
+    writeFile(photo("noise.png"), encoded(noise, "png"));
+    writeFile(photo("noise.gif"), animatedGif() + QByteArray(100000, '\0'));
+    writeFile(photo("plain.jpg"), encoded(corners(40, 30), "jpg"));
+    LimitedProcess process;
+    const Outcome outcome = run(process, {mProject, mSite}, mHome);
+    QVERIFY2(outcome.exitCode == someFailed, qPrintable(outcome.err));
+    QVERIFY2(outcome.err.contains(QLatin1String("3 failures:\n")), qPrintable(outcome.err));
+    for (const char* name : {"noise.jpg", "noise.png", "noise.gif"})
+        QVERIFY2(outcome.err.contains(QLatin1String("  ") + text(name)
+                                      + QLatin1String(": cannot be saved in the site, where ")),
+                 qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite),
+             QStringList({text("images/plain.jpg"), text("index.html"), text("thumbs/plain.jpg")}));
+}
+
+void tst_ShopPublisher::linksInTheSite()
+{
+    // What stands in the site under the name of a picture is replaced, never written through.
+    const QString root = QFileInfo(mProject).path();
+    const QByteArray picture = encoded(corners(2000, 1000), "jpg");
+    for (const char* name : {"source.jpg", "outside.jpg", "nowhere.jpg", "hard.jpg"})
+        writeFile(photo(name), picture);
+    const QByteArray gif = animatedGif();
+    writeFile(photo("copied.gif"), gif);
+    writeFile(root + QStringLiteral("/outside.txt"), "keep me");
+    QVERIFY(QDir().mkpath(mSite + QStringLiteral("/images")));
+    QVERIFY(QDir().mkpath(mSite + QStringLiteral("/thumbs")));
+    for (const QString& folder : {image(QString()), thumb(QString())}) {
+        QVERIFY(QFile::link(photo("source.jpg"), folder + text("source.jpg")));
+        QVERIFY(QFile::link(photo("copied.gif"), folder + text("copied.gif")));
+        QVERIFY(QFile::link(root + text("/outside.txt"), folder + text("outside.jpg")));
+        QVERIFY(QFile::link(root + text("/not there"), folder + text("nowhere.jpg")));
+        QCOMPARE(::link(QFile::encodeName(photo("hard.jpg")).constData(),
+                        QFile::encodeName(folder + text("hard.jpg")).constData()),
+                 0);
+    }
+    QVERIFY(QFile::link(root + text("/outside.txt"), mSite + text("/index.html")));
+    const QStringList before = snapshot(root, mSite);
+
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.exitCode, allImported);
+    QCOMPARE(snapshot(root, mSite), before);
+    for (const QString& name : filesIn(mSite))
+        QVERIFY2(!QFileInfo(mSite + QLatin1Char('/') + name).isSymLink(), qPrintable(name));
+    for (const char* name : {"source.jpg", "outside.jpg", "nowhere.jpg", "hard.jpg"}) {
+        QCOMPARE(QImageReader(image(text(name))).size(), QSize(1600, 800));
+        QCOMPARE(QImageReader(thumb(text(name))).size(), QSize(640, 320));
+    }
+    QCOMPARE(readFile(image(text("copied.gif"))), gif);
+    QVERIFY(index().startsWith(QLatin1String("<!DOCTYPE html>")));
+}
+
+void tst_ShopPublisher::linkedFolderInTheSite()
+{
+    const QString root = QFileInfo(mProject).path();
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(photo("bowls/b.jpg"), encoded(corners(40, 30), "jpg"));
+    QVERIFY(QDir().mkpath(mSite + QStringLiteral("/images")));
+    QVERIFY(QDir().mkpath(root + QStringLiteral("/outside")));
+    QVERIFY(QFile::link(root + QStringLiteral("/outside"), image(text("bowls"))));
+    const QStringList before = snapshot(root, mSite);
+    Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text("  bowls/b.jpg: cannot be written: images/bowls is a link")),
+             qPrintable(outcome.err));
+    QCOMPARE(snapshot(root, mSite), before);
+    QVERIFY(QFile::exists(image(text("a.jpg"))));
+    QVERIFY(!index().contains(QLatin1String("b.jpg")));
+
+    // The same for the folder of all pictures, even when it leads to the photographs.
+    QVERIFY(QDir(mSite).removeRecursively());
+    QVERIFY(QDir().mkpath(mSite));
+    QVERIFY(QFile::link(mProject + QStringLiteral("/photos"), mSite + QStringLiteral("/images")));
+    outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.startsWith(QLatin1String("2 failures:\n")), qPrintable(outcome.err));
+    QCOMPARE(snapshot(root, mSite), before);
+}
+
+void tst_ShopPublisher::sourceInsideTheSite()
+{
+    // A photograph that is a link to a file of the site could be replaced by its own import.
+    writeFile(image(text("a.jpg")), jpegWithOrientation(corners(2000, 1000), 6));
+    QVERIFY(QFile::link(image(text("a.jpg")), photo("a.jpg")));
+    const QByteArray before = readFile(image(text("a.jpg")));
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text("  a.jpg: is a link into the site itself")),
+             qPrintable(outcome.err));
+    QCOMPARE(readFile(image(text("a.jpg"))), before);
+}
+
+void tst_ShopPublisher::secondRun()
+{
+    writeFile(photo("a.jpg"), jpegWithOrientation(corners(2000, 1000), 6));
+    writeFile(photo("sub/b.png"), encoded(corners(40, 30), "png"));
+    writeFile(photo("broken.jpg"), "broken");
+    const QStringList before = snapshot(mRoot->path(), mSite);
+    QCOMPARE(publish().exitCode, someFailed);
+    QMap<QString, QByteArray> first;
+    for (const QString& name : filesIn(mSite))
+        first.insert(name, readFile(mSite + QLatin1Char('/') + name));
+    QCOMPARE(first.size(), 5);
+
+    // What else lies in the site is none of the program's business.
+    writeFile(mSite + QStringLiteral("/images/other.txt"), "other");
+    QCOMPARE(publish().exitCode, someFailed);
+    QMap<QString, QByteArray> second;
+    for (const QString& name : filesIn(mSite))
+        second.insert(name, readFile(mSite + QLatin1Char('/') + name));
+    QCOMPARE(second.take(text("images/other.txt")), QByteArray("other"));
+    QCOMPARE(second, first);
+    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+}
+
+void tst_ShopPublisher::failedPictureLeavesThePage()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(photo("b.jpg"), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    QVERIFY(index().contains(QLatin1String("images/a.jpg")));
+    writeFile(photo("a.jpg"), "broken now");
+    QCOMPARE(publish().exitCode, someFailed);
+    QVERIFY(!index().contains(QLatin1String("images/a.jpg")));
+    QVERIFY(index().contains(QLatin1String("images/b.jpg")));
+}
+
+void tst_ShopPublisher::pipedOutput()
+{
+    for (int i = 1; i <= 10; ++i)
+        writeFile(mProject + QStringLiteral("/photos/p%1.jpg").arg(i, 2, 10, QLatin1Char('0')),
+                  encoded(corners(40, 30), "jpg"));
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, allImported);
+    QCOMPARE(outcome.err, QString());
+    QStringList expected;
+    for (int i = 1; i <= 10; ++i)
+        expected.append(
+            QStringLiteral("[%1/10] p%2.jpg").arg(i, 2).arg(i, 2, 10, QLatin1Char('0')));
+    expected.append(QStringLiteral("10 of 10 photographs imported: %1/index.html").arg(mSite));
+    QCOMPARE(outcome.out, expected.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+}
+
+void tst_ShopPublisher::quiet()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    for (const char* option : {"--quiet", "-q"}) {
+        const Outcome outcome = run({QLatin1String(option), mProject, mSite});
+        QCOMPARE(outcome.exitCode, allImported);
+        QCOMPARE(outcome.out + outcome.err, QString());
+    }
+    const Outcome shown = runOnTerminal({QStringLiteral("--quiet"), mProject, mSite}, 80);
+    QCOMPARE(shown.exitCode, allImported);
+    QCOMPARE(shown.out + shown.err, QString());
+
+    writeFile(photo("b.jpg"), "broken");
+    const Outcome failed = run({mProject, QStringLiteral("--quiet"), mSite});
+    QCOMPARE(failed.exitCode, someFailed);
+    QCOMPARE(failed.out, QString());
+    QVERIFY(failed.err.contains(QLatin1String("  b.jpg: cannot be decoded (")));
+}
+
+void tst_ShopPublisher::readerThatGoesAway()
+{
+    for (int i = 0; i < 5; ++i)
+        writeFile(mProject + QStringLiteral("/photos/%1.jpg").arg(i),
+                  encoded(corners(40, 30), "jpg"));
+    QProcess shell;
+    shell.setProcessEnvironment(environmentFor(mHome));
+    shell.start(QStringLiteral("/bin/sh"),
+                {QStringLiteral("-c"),
+                 QStringLiteral("(\"$0\" \"$1\" \"$2\"; echo code $? >&2) | true"),
+                 QStringLiteral(SHOP_PUBLISHER), mProject, mSite});
+    QVERIFY(shell.waitForFinished(60000));
+    QCOMPARE(shell.readAllStandardError(), QByteArray("code 0\n"));
+    QCOMPARE(filesIn(mSite).size(), 11);
+}
+
+void tst_ShopPublisher::terminal_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::newRow("usual") << 80;
+    QTest::newRow("narrow") << 40;
+    QTest::newRow("very narrow") << 12;
+}
+
+void tst_ShopPublisher::terminal()
+{
+    QFETCH(int, columns);
+    const QStringList names{text("a.jpg"), text("broken.jpg"), text("漢字漢字漢字漢字漢字漢字.jpg"),
+                            QString(200, QLatin1Char('n')) + text(".jpg")};
+    for (const QString& name : names)
+        writeFile(mProject + QStringLiteral("/photos/") + name, encoded(corners(40, 30), "jpg"));
+    writeFile(photo("broken.jpg"), "broken");
+    const Outcome outcome = runOnTerminal({mProject, mSite}, columns);
+    QCOMPARE(outcome.exitCode, someFailed);
+
+    // The bar is one line, drawn over and over; the only line end is that of the result.
+    QCOMPARE(outcome.out.count(QLatin1Char('\n')), 1);
+    QVERIFY(outcome.out.endsWith(QLatin1String("\r\n")));
+    QStringList frames = outcome.out.split(QLatin1Char('\r'), QString::SkipEmptyParts);
+    QCOMPARE(frames.takeLast(), QStringLiteral("\n"));
+    QCOMPARE(frames.takeLast(),
+             QStringLiteral("3 of 4 photographs imported: %1/index.html").arg(mSite));
+    QCOMPARE(frames.takeLast(), QString(columns - 1, QLatin1Char(' ')));
+    QCOMPARE(frames.size(), 8); // twice a picture
+    const QStringList drawn = frames;
+    for (const QString& frame : drawn) {
+        int width = 0;
+        for (const QChar character : frame)
+            width += character.unicode() >= 0x2e80 ? 2 : 1;
+        QCOMPARE(width, columns - 1);
+    }
+    if (columns == 80) {
+        const QChar full(0x2588);
+        const QChar empty(0x2591);
+        QCOMPARE(frames.first().trimmed(), QString(24, empty) + QStringLiteral(" 0/4  a.jpg"));
+        QCOMPARE(frames.at(1).trimmed(),
+                 QString(6, full) + QString(18, empty) + QStringLiteral(" 1/4  a.jpg"));
+        QVERIFY(frames.last().startsWith(QString(24, full) + QStringLiteral(" 4/4  ")));
+    }
+    QVERIFY2(outcome.err.startsWith(QLatin1String("1 failure:\n  broken.jpg: cannot be decoded (")),
+             qPrintable(outcome.err));
+}
+
+void tst_ShopPublisher::page()
+{
+    QVERIFY(QDir(mProject).rename(mProject, mProject + QStringLiteral(" & <Söhne>")));
+    mProject += QStringLiteral(" & <Söhne>");
+    writeFile(photo("blue_bowl-2 \"x\".jpg"), encoded(corners(400, 200), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    const QString html = index();
+    QVERIFY(html.startsWith(QLatin1String("<!DOCTYPE html>\n<html lang=\"en\">")));
+    QVERIFY(html.contains(text("<meta charset=\"utf-8\">")));
+    QVERIFY(html.contains(text("<title>project &amp; &lt;Söhne&gt;</title>")));
+    QVERIFY(html.contains(text("<p>1 photograph</p>")));
+    QVERIFY(html.contains(
+        text("<a href=\"images/blue_bowl-2%20%22x%22.jpg\">"
+             "<img src=\"thumbs/blue_bowl-2%20%22x%22.jpg\" alt=\"blue bowl 2 &quot;x&quot;\" "
+             "width=\"320\" height=\"160\" loading=\"lazy\"")));
+    QVERIFY(html.contains(text("400 &times; 200")));
+    // Self-contained: no address leads anywhere else.
+    QVERIFY(!html.contains(QLatin1String("http")));
+    QVERIFY(!html.contains(QLatin1String("url(")));
+    QVERIFY(!html.contains(mSite));
+}
+
+void tst_ShopPublisher::browserLoadsEveryPicture()
+{
+    if (chromium().isEmpty())
+        QSKIP("Chromium is not installed");
+    const QString project = QStringLiteral(SAMPLE_SHOP_DIR);
+    QCOMPARE(run({project, mSite}).exitCode, allImported);
+    const QStringList seen = picturesInBrowser(mSite);
+    QCOMPARE(seen.size(), filesIn(project + QStringLiteral("/photos")).size());
+    for (const QString& line : seen) {
+        const QStringList parts = line.split(QLatin1Char(' '));
+        QVERIFY2(parts.size() == 3 && parts.at(1).toInt() > 0 && parts.at(2).toInt() > 0,
+                 qPrintable(line));
+        const QString path =
+            mSite + QLatin1Char('/') + QUrl::fromPercentEncoding(parts.at(0).toLatin1());
+        QCOMPARE(QSize(parts.at(1).toInt(), parts.at(2).toInt()), QImageReader(path).size());
+    }
+}
+
+void tst_ShopPublisher::browserShowsPicturesTurnedOnce()
+{
+    if (chromium().isEmpty())
+        QSKIP("Chromium is not installed");
+    // A browser turns a picture by itself when the file still tells its orientation. All eight,
+    // large and small, side by side in a page; each must look as the file's own pixels do.
+    QString html = QStringLiteral("<!DOCTYPE html><body style='margin:0;font-size:0'>");
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        writeFile(mProject + QStringLiteral("/photos/%1.jpg").arg(orientation),
+                  jpegWithOrientation(corners(120, 80), orientation));
+        for (const char* folder : {"images", "thumbs"})
+            html += QStringLiteral("<img src='%1/%2.jpg' width=40 height=40>")
+                        .arg(QLatin1String(folder))
+                        .arg(orientation);
+    }
+    QCOMPARE(publish().exitCode, allImported);
+    const QString wrapper = mSite + QStringLiteral("/wrapper.html");
+    writeFile(wrapper, html.toUtf8());
+    const QString shot = mHome + QStringLiteral("/shot.png");
+    runChromium({QStringLiteral("--window-size=640,200"), QLatin1String("--screenshot=") + shot,
+                 QUrl::fromLocalFile(wrapper).toString()});
+    const QImage seen(shot);
+    QVERIFY(!seen.isNull());
+    const char* const expected[] = {"RGYB", "RGYB", "YBRG", "RGYB", "RGYB", "BRGY", "RGYB", "GYBR"};
+    for (int i = 0; i < 16; ++i)
+        QCOMPARE(cornersOf(seen, QRect(40 * i, 0, 40, 40)), text(expected[i / 2]));
+}
+
+void tst_ShopPublisher::sampleShop_data()
+{
+    // Where the middle of the red tag of the upper left corner is found: that corner when the
+    // picture is upright, another one when it is mirrored and stays as it is stored.
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("right");
+    QTest::addColumn<bool>("bottom");
+    QTest::newRow("1") << text("ceramics/Bol bleu d'été.jpg") << QSize(960, 720) << false << false;
+    QTest::newRow("2") << text("ceramics/Plates, mirrored - orientation 2.jpg") << QSize(960, 720)
+                       << true << false;
+    QTest::newRow("3") << text("ceramics/Teapot - orientation 3.jpg") << QSize(960, 720) << false
+                       << false;
+    QTest::newRow("4") << text("ceramics/Yellow bowl, mirrored - orientation 4.jpg")
+                       << QSize(960, 720) << false << true;
+    QTest::newRow("5") << text("light/Candles, mirrored - orientation 5.JPG") << QSize(960, 720)
+                       << false << false;
+    QTest::newRow("6") << text("light/Lampe d’atelier - orientation 6.jpg") << QSize(720, 960)
+                       << false << false;
+    QTest::newRow("7") << text("Oranges & more, mirrored - orientation 7.jpeg") << QSize(720, 960)
+                       << true << true;
+    QTest::newRow("8") << text("ceramics/Vase céladon - orientation 8.jpg") << QSize(720, 960)
+                       << false << false;
+    QTest::newRow("larger than the limit")
+        << text("Pears 100% ripe #1.jpg") << QSize(1600, 1200) << false << false;
+}
+
+void tst_ShopPublisher::sampleShop()
+{
+    QFETCH(QString, name);
+    QFETCH(QSize, size);
+    QFETCH(bool, right);
+    QFETCH(bool, bottom);
+    const QString project = QStringLiteral(SAMPLE_SHOP_DIR);
+    for (const QString& file : filesIn(project + QStringLiteral("/photos")))
+        QVERIFY2(QFileInfo(project + QStringLiteral("/photos/") + file).size() < 60000,
+                 qPrintable(file));
+    // One picture of it is enough here: the whole shop is imported above.
+    const QString source = project + QStringLiteral("/photos/") + name;
+    writeFile(mProject + QStringLiteral("/photos/") + name, readFile(source));
+    QCOMPARE(publish().exitCode, allImported);
+    const QImage result(image(name));
+    QCOMPARE(result.size(), size);
+    // The tag begins 24 of 1000 from both edges and is 110 wide, of the width of the upright
+    // picture; this point of it is plain red, seen from either side.
+    const bool onItsSide = name.contains(QRegularExpression(QStringLiteral("orientation [57]")));
+    const int x = (24 + 25) * (onItsSide ? result.height() : result.width()) / 1000;
+    const int y = x;
+    const QPoint found[] = {{x, y},
+                            {size.width() - 1 - x, y},
+                            {x, size.height() - 1 - y},
+                            {size.width() - 1 - x, size.height() - 1 - y}};
+    const int expected = (right ? 1 : 0) + (bottom ? 2 : 0);
+    for (int i = 0; i < 4; ++i) {
+        const QColor color(result.pixel(found[i]));
+        const bool isTag = color.red() > 180 && color.green() < 90 && color.blue() < 90;
+        QCOMPARE(isTag, i == expected);
+    }
+}
+
+void tst_ShopPublisher::realPhotographs()
+{
+    const QString folder = QStringLiteral(ORVAUTILS_PHOTOS_DIR);
+    if (!QFileInfo(folder).isDir())
+        QSKIP("the folder of real photographs is not there");
+    const QString djpeg = QStandardPaths::findExecutable(QStringLiteral("djpeg"));
+    if (djpeg.isEmpty())
+        QSKIP("djpeg, which judges what can be decoded, is not installed");
+    const QJsonObject facts =
+        QJsonDocument::fromJson(readFile(folder + QStringLiteral("/expected.json")))
+            .object()
+            .value(QStringLiteral("files"))
+            .toObject();
+    const QStringList before = snapshot(folder, QStringLiteral("-"));
+    const Outcome outcome = run({folder, mSite}, mHome);
+    QCOMPARE(snapshot(folder, QStringLiteral("-")), before);
+
+    const QStringList published = filesIn(mSite + QStringLiteral("/images"));
+    QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), published);
+    int undecodable = 0;
+    const QStringList names =
+        QDir(folder).entryList({QStringLiteral("*.jpg"), QStringLiteral("*.png"),
+                                QStringLiteral("*.gif"), QStringLiteral("*.svg")},
+                               QDir::Files);
+    for (const QString& name : names) {
+        bool decodable = true;
+        if (name.endsWith(QLatin1String(".jpg"))) {
+            // 1 is an error; with a mere warning the picture was decoded to its end.
+            QProcess judge;
+            judge.setStandardOutputFile(QProcess::nullDevice());
+            judge.start(djpeg, {folder + QLatin1Char('/') + name});
+            QVERIFY(judge.waitForFinished());
+            decodable = judge.exitCode() != 1;
+        }
+        QVERIFY2(published.contains(name) == decodable, qPrintable(name + outcome.err));
+        QCOMPARE(index().contains(QLatin1String("\"images/") + name), decodable);
+        QCOMPARE(outcome.err.contains(QLatin1String("  ") + name + QLatin1String(": ")),
+                 !decodable);
+        undecodable += decodable ? 0 : 1;
+        if (!decodable || !name.endsWith(QLatin1String(".jpg")))
+            continue;
+        const QJsonObject fact = facts.value(name).toObject();
+        QSize size(fact.value(QStringLiteral("width")).toInt(),
+                   fact.value(QStringLiteral("height")).toInt());
+        QVERIFY2(size.isValid(), qPrintable(name));
+        if (size.width() > 1600 || size.height() > 1600)
+            size.scale(1600, 1600, Qt::KeepAspectRatio);
+        const QSize made = QImageReader(image(name)).size();
+        // Which files tell their orientation where the library looks is its own tests' matter.
+        const QRegularExpressionMatch turned =
+            QRegularExpression(QStringLiteral("^orientation-.*-([68])\\.jpg$")).match(name);
+        if (name.startsWith(QLatin1String("orientation-")))
+            QCOMPARE(made, turned.hasMatch() ? size.transposed() : size);
+        else
+            QVERIFY2(made == size || made == size.transposed(), qPrintable(name));
+    }
+    QCOMPARE(published.size(), names.size() - undecodable);
+    QCOMPARE(outcome.exitCode, undecodable == 0 ? allImported : someFailed);
+
+    if (chromium().isEmpty())
+        return;
+    for (const QString& line : picturesInBrowser(mSite))
+        QVERIFY2(QRegularExpression(QStringLiteral(" [1-9]\\d* [1-9]\\d*$")).match(line).hasMatch(),
+                 qPrintable(line));
+}
+
+QTEST_MAIN(tst_ShopPublisher)
+#include "tst_ShopPublisher.moc"

@@ -1,0 +1,334 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "TextStreamUTF8.h"
+
+#include "StreamedDocument.h"
+
+#include <QBuffer>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <cstdio>
+#include <type_traits>
+
+class tst_TextStreamUTF8 : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void isATextStream();
+    void writesUtf8ToADevice();
+    void writesUtf8ToACFile();
+    void writesToAString();
+    void reads();
+    void init();
+    void indented_data();
+    void indented();
+    void levelZeroLeavesTheLineStart();
+    void levelBelowZero();
+    void writeTextWithIndentAtLevelZero();
+    void writeIndent();
+    void writeRaw();
+    void jump();
+    void incrementString();
+    void chaining();
+    void throughTheBase();
+    void streamsLargeTexts();
+};
+
+void tst_TextStreamUTF8::isATextStream()
+{
+    QVERIFY((std::is_base_of<QTextStream, TextStreamUTF8>::value));
+    TextStreamUTF8 stream;
+    QCOMPARE(stream.codec()->name(), QByteArray("UTF-8"));
+    QVERIFY(!stream.device());
+    QVERIFY(!stream.string());
+}
+
+void tst_TextStreamUTF8::writesUtf8ToADevice()
+{
+    QTextCodec* const before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    QBuffer buffer;
+    QVERIFY(buffer.open(QIODevice::WriteOnly));
+    {
+        TextStreamUTF8 stream(&buffer);
+        QCOMPARE(stream.device(), static_cast<QIODevice*>(&buffer));
+        stream << QStringLiteral("é€😀");
+    }
+    QTextCodec::setCodecForLocale(before);
+    QCOMPARE(buffer.data(), QByteArray("\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80"));
+}
+
+void tst_TextStreamUTF8::writesUtf8ToACFile()
+{
+    std::FILE* const file = std::tmpfile();
+    QVERIFY(file);
+    {
+        TextStreamUTF8 stream(file, QIODevice::WriteOnly);
+        QCOMPARE(stream.codec()->name(), QByteArray("UTF-8"));
+        stream.incrementIndent();
+        stream << QStringLiteral("é\n");
+    }
+    std::rewind(file);
+    char bytes[16];
+    const size_t size = std::fread(bytes, 1, sizeof bytes, file);
+    std::fclose(file);
+    QCOMPARE(QByteArray(bytes, int(size)), QByteArray("  \xc3\xa9\n"));
+}
+
+void tst_TextStreamUTF8::writesToAString()
+{
+    QString text = QStringLiteral("before ");
+    {
+        TextStreamUTF8 stream(&text, QIODevice::WriteOnly | QIODevice::Append);
+        QCOMPARE(stream.codec()->name(), QByteArray("UTF-8"));
+        stream << QStringLiteral("é");
+    }
+    QCOMPARE(text, QStringLiteral("before é"));
+}
+
+void tst_TextStreamUTF8::reads()
+{
+    QBuffer buffer;
+    buffer.setData("\xc3\xa9t\xc3\xa9\nx");
+    QVERIFY(buffer.open(QIODevice::ReadOnly));
+    TextStreamUTF8 stream(&buffer);
+    QCOMPARE(stream.readLine(), QStringLiteral("été"));
+    QCOMPARE(stream.readAll(), QStringLiteral("x"));
+}
+
+void tst_TextStreamUTF8::init()
+{
+    QTextCodec* const before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    QBuffer buffer;
+    QVERIFY(buffer.open(QIODevice::WriteOnly));
+    TextStreamUTF8 stream;
+    stream.incrementIndent();
+    stream.setIncrementString(QStringLiteral("-"));
+    stream.setDevice(&buffer);
+    const QByteArray codecOfTheDevice = stream.codec()->name();
+    stream.init();
+    QTextCodec::setCodecForLocale(before);
+    QCOMPARE(codecOfTheDevice, QByteArray("ISO-8859-1"));
+    QCOMPARE(stream.codec()->name(), QByteArray("UTF-8"));
+    stream << QStringLiteral("é\n");
+    // The level is back at 0, the unit is not.
+    stream.incrementIndent();
+    stream << QStringLiteral("b\n");
+    stream.flush();
+    QCOMPARE(buffer.data(), QByteArray("\xc3\xa9\n-b\n"));
+
+    // The knowledge of the line start stays: the line "b" is not over.
+    stream << QStringLiteral("c");
+    stream.init();
+    stream.incrementIndent();
+    stream << QStringLiteral("d\n");
+    stream.flush();
+    QCOMPARE(buffer.data(), QByteArray("\xc3\xa9\n-b\n-cd\n"));
+}
+
+void tst_TextStreamUTF8::indented_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::addColumn<QStringList>("texts");
+    QTest::addColumn<QString>("result");
+    const auto row = [](int level, const QStringList& texts, const char* result) {
+        QTest::newRow(qPrintable(QStringLiteral("%1: %2").arg(level).arg(
+            texts.join(QLatin1Char('|')).replace(QLatin1Char('\n'), QLatin1String("\\n")))))
+            << level << texts << QString::fromUtf8(result);
+    };
+    const auto s = [](const char* text) { return QString::fromUtf8(text); };
+    row(0, {s("a\nb\n"), s("c")}, "a\nb\nc");
+    row(1, {s("a\nb\n"), s("c")}, "  a\n  b\n  c");
+    row(2, {s("a\nb\n"), s("c")}, "    a\n    b\n    c");
+    row(1, {s("a"), s("b")}, "  ab");
+    row(1, {s("a"), s("b\n"), s("c")}, "  ab\n  c");
+    row(1, {s("a\n"), s("\n"), s("b")}, "  a\n  \n  b"); // an empty line holds blanks
+    row(1, {s("\n")}, "  \n");
+    row(1, {s("\n\n")}, "  \n  \n");
+    row(1, {s("a\n\nb")}, "  a\n  \n  b");
+    row(1, {s("a"), s("\n"), s("b")}, "  a\n  b");
+    row(1, {s("")}, "  ");
+    row(1, {s(""), s("a")}, "  a");
+    row(1, {s("a\n"), s(""), s("b")}, "  a\n  b");
+    row(1, {s("a\r\nb")}, "  a\r\n  b");
+    row(1, {s("é\n日本")}, "  é\n  日本");
+}
+
+void tst_TextStreamUTF8::indented()
+{
+    QFETCH(int, level);
+    QFETCH(QStringList, texts);
+    QString result;
+    TextStreamUTF8 stream(&result);
+    for (int i = 0; i < level; ++i)
+        stream.incrementIndent();
+    for (const QString& text : texts)
+        stream << text;
+    QTEST(result, "result");
+}
+
+void tst_TextStreamUTF8::levelZeroLeavesTheLineStart()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    // The flag is still set, although a text without a line break went out.
+    stream << QStringLiteral("a");
+    stream.incrementIndent();
+    stream << QStringLiteral("b");
+    QCOMPARE(result, QStringLiteral("a  b"));
+    // The flag is clear now, and a line break at level 0 does not set it.
+    stream.decrementIndent();
+    stream << QStringLiteral("c\n");
+    stream.incrementIndent();
+    stream << QStringLiteral("d");
+    QCOMPARE(result, QStringLiteral("a  bc\nd"));
+}
+
+void tst_TextStreamUTF8::levelBelowZero()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.decrementIndent();
+    stream.decrementIndent(); // -2
+    stream << QStringLiteral("a\nb");
+    stream.writeIndent();
+    stream.jump();
+    QCOMPARE(result, QStringLiteral("a\nb\n"));
+    stream.incrementIndent();
+    stream.incrementIndent(); // 0
+    stream << QStringLiteral("c");
+    QCOMPARE(result, QStringLiteral("a\nb\nc"));
+    stream.incrementIndent(); // 1; the flag was left set throughout
+    stream << QStringLiteral("d");
+    QCOMPARE(result, QStringLiteral("a\nb\nc  d"));
+
+    // writeTextWithIndent() at a level below zero does what it does at zero.
+    result.clear();
+    TextStreamUTF8 another(&result);
+    another.decrementIndent();
+    another.writeTextWithIndent(QStringLiteral("a\nb"));
+    another.incrementIndent();
+    another.incrementIndent();
+    another << QStringLiteral("c");
+    QCOMPARE(result, QStringLiteral("a\nbc"));
+}
+
+void tst_TextStreamUTF8::writeTextWithIndentAtLevelZero()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.writeTextWithIndent(QStringLiteral("a\nb"));
+    stream.incrementIndent();
+    stream.writeTextWithIndent(QStringLiteral("c")); // the flag was cleared
+    stream.decrementIndent();
+    stream.writeTextWithIndent(QStringLiteral("\n"));
+    stream.incrementIndent();
+    stream.writeTextWithIndent(QStringLiteral("d")); // and set again
+    QCOMPARE(result, QStringLiteral("a\nbc\n  d"));
+}
+
+void tst_TextStreamUTF8::writeIndent()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.writeIndent();
+    QCOMPARE(result, QString());
+    stream.incrementIndent();
+    stream.incrementIndent();
+    stream.writeIndent();
+    QCOMPARE(result, QStringLiteral("    "));
+    stream << QStringLiteral("a"); // the flag is still set
+    QCOMPARE(result, QStringLiteral("        a"));
+    stream.writeIndent();
+    stream << QStringLiteral("b"); // and now still clear
+    QCOMPARE(result, QStringLiteral("        a    b"));
+}
+
+void tst_TextStreamUTF8::writeRaw()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.incrementIndent();
+    stream.writeRaw(QStringLiteral("a\nb\n"));
+    QCOMPARE(result, QStringLiteral("a\nb\n"));
+    stream << QStringLiteral("c"); // the flag is still set
+    stream.writeRaw(QStringLiteral("\n"));
+    stream << QStringLiteral("d"); // and now still clear
+    QCOMPARE(result, QStringLiteral("a\nb\n  c\nd"));
+}
+
+void tst_TextStreamUTF8::jump()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.jump();
+    QCOMPARE(result, QStringLiteral("\n"));
+    stream.incrementIndent();
+    stream.jump(); // the indentation goes in front
+    QCOMPARE(result, QStringLiteral("\n  \n"));
+    stream << QStringLiteral("a");
+    stream.jump();
+    stream << QStringLiteral("b");
+    QCOMPARE(result, QStringLiteral("\n  \n  a\n  b"));
+}
+
+void tst_TextStreamUTF8::incrementString()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.setIncrementString(QStringLiteral("\t"));
+    stream.incrementIndent();
+    stream.incrementIndent();
+    stream << QStringLiteral("a\nb\n");
+    stream.setIncrementString(QString());
+    stream << QStringLiteral("c\n");
+    stream.setIncrementString(QStringLiteral("é "));
+    stream << QStringLiteral("d");
+    QCOMPARE(result, QStringLiteral("\t\ta\n\t\tb\nc\né é d"));
+}
+
+void tst_TextStreamUTF8::chaining()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.incrementIndent();
+    TextStreamUTF8& returned = stream << QStringLiteral("a\n") << QStringLiteral("b")
+                                      << QString(QLatin1Char('c'));
+    QCOMPARE(&returned, &stream);
+    QCOMPARE(result, QStringLiteral("  a\n  bc"));
+}
+
+/// Formatters get the stream as a QTextStream: what they write is not indented.
+void tst_TextStreamUTF8::throughTheBase()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.incrementIndent();
+    QTextStream& base = stream;
+    base << QStringLiteral("a\nb\n") << 7;
+    QCOMPARE(result, QStringLiteral("a\nb\n7"));
+    stream << QStringLiteral("c");
+    QCOMPARE(result, QStringLiteral("a\nb\n7  c"));
+}
+
+void tst_TextStreamUTF8::streamsLargeTexts()
+{
+    CountingDevice device;
+    const QString line = QString(99, QLatin1Char('x')) + QLatin1Char('\n');
+    {
+        TextStreamUTF8 stream(&device);
+        stream.incrementIndent();
+        for (int i = 0; i < 100000; ++i)
+            stream << line;
+        QVERIFY(device.total() > 102 * 100000 - 65536); // before the stream is flushed
+    }
+    QCOMPARE(device.total(), qint64(102 * 100000));
+    QVERIFY(device.largest() <= 65536);
+}
+
+QTEST_GUILESS_MAIN(tst_TextStreamUTF8)
+#include "tst_TextStreamUTF8.moc"

@@ -1,0 +1,810 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "Thread.h"
+
+#include "ChildProcess.h"
+#include "LogCapture.h"
+#include "Threadable.h"
+
+#include <QMetaMethod>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+const unsigned long longEnoughMs = 60000;
+
+} // namespace
+
+/// Runs until its interruption is requested.
+class PoliteThread : public Thread
+{
+    Q_OBJECT
+
+public:
+    using Thread::Thread;
+
+    void startAndAwaitRun()
+    {
+        start();
+        mRunning.acquire();
+    }
+
+    void requestInterruption() override
+    {
+        ++mInterruptionRequests;
+        Thread::requestInterruption();
+    }
+
+    void onFinished() override
+    {
+        ++mFinished;
+        mFinishedIn = QThread::currentThread();
+    }
+
+    using QObject::receivers;
+    using Thread::threadables;
+
+    QSemaphore mRunning;
+    std::atomic<int> mInterruptionRequests{0};
+    int mFinished = 0;
+    QThread* mFinishedIn = nullptr;
+
+protected:
+    void run() override
+    {
+        mRunning.release();
+        while (!isInterruptionRequested())
+            msleep(1);
+    }
+};
+
+/// Cares for nothing but its own release, so that it must be waited for or ended by force.
+class StubbornThread : public Thread
+{
+    Q_OBJECT
+
+public:
+    using Thread::Thread;
+
+    void startAndAwaitRun()
+    {
+        start();
+        mRunning.acquire();
+    }
+
+    void letGo() { mGo = true; }
+
+    bool mMayBeTerminated = true;
+
+protected:
+    void run() override
+    {
+        setTerminationEnabled(mMayBeTerminated);
+        mRunning.release();
+        // Not msleep(): the thread sanitizer cannot bear a thread to be ended inside Qt.
+        while (!mGo)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+
+private:
+    QSemaphore mRunning;
+    std::atomic<bool> mGo{false};
+};
+
+/// Waits for the main side's condition of another Thread, then ends.
+class WaitingThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    explicit WaitingThread(Thread& thread)
+        : mThread(thread)
+    { }
+
+    std::atomic<bool> mBegun{false};
+    std::atomic<bool> mWoken{false};
+
+protected:
+    void run() override
+    {
+        mBegun = true;
+        mThread.mainWaitForCondition();
+        mWoken = true;
+    }
+
+private:
+    Thread& mThread;
+};
+
+/// Counts how often it is bound, and to what.
+class BoundWorker : public Threadable
+{
+    Q_OBJECT
+
+public:
+    void setThreadForInterrupt(Thread* thread) override
+    {
+        mBoundTo.append(thread);
+        Threadable::setThreadForInterrupt(thread);
+    }
+
+    QList<Thread*> mBoundTo;
+};
+
+class tst_Thread : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void metaObject();
+    void parents();
+
+    void cancelFlag();
+    void cancelFlagIsNoInterruption();
+    void cancelFlagUnderLoad();
+    void cancellationUnderLoad();
+
+    void requestInterruption();
+    void interruptionOfAThreadThatDoesNotRun();
+    void interruptionLeavesWorkersAlone();
+    void wakes_data();
+    void wakes();
+    void lostWake_data();
+    void lostWake();
+    void waitReleasesTheLock();
+
+    void stopAndWaitZero();
+    void stopAndWait();
+    void terminate();
+    void terminateLeavesTheObject();
+
+    void progress();
+    void onFinished();
+    void deleteOnFinished_data();
+    void deleteOnFinished();
+    void threadables();
+
+    void lastChanceOfAnIdleThread();
+    void lastChanceStops();
+    void lastChanceWaitsThreeSecondsAndGivesUp();
+    void parentDiesWhileRunning();
+    void parentDiesWhileIdle();
+    void tiedToTheParentOfItsConstruction();
+    void applicationQuits();
+    void applicationQuitsWithAParentAlive();
+    void quittingProgram();
+
+    void destroyedSilentlyWhenNotRunning();
+    void destructorTerminates();
+    void destructorDoesNotWait();
+};
+
+void tst_Thread::metaObject()
+{
+    const QMetaObject& meta = Thread::staticMetaObject;
+    QCOMPARE(meta.className(), "Thread");
+    QCOMPARE(meta.superClass(), &QThread::staticMetaObject);
+
+    QList<QByteArray> methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        methods +=
+            QByteArray(meta.method(i).methodType() == QMetaMethod::Signal ? "signal " : "slot ")
+            + meta.method(i).typeName() + ' ' + meta.method(i).methodSignature();
+    QCOMPARE(methods,
+             QList<QByteArray>({"signal void progressThread(QString,QString)",
+                                "slot void setCancelFlag(bool)", "slot void onFinished()",
+                                "slot bool lastChanceBeforeDestroyed()", "slot void terminate()"}));
+    QCOMPARE(meta.method(meta.methodOffset()).parameterNames(),
+             QList<QByteArray>({"progress_level1", "progress_level2"}));
+}
+
+void tst_Thread::parents()
+{
+    Thread orphan;
+    QCOMPARE(orphan.parent(), static_cast<QObject*>(QCoreApplication::instance()));
+
+    QObject parent;
+    Thread child(&parent);
+    QCOMPARE(child.parent(), &parent);
+}
+
+// The cancel flag
+
+void tst_Thread::cancelFlag()
+{
+    Thread thread;
+    QVERIFY(!thread.isCancelRequested());
+    thread.setCancelFlag(true);
+    QVERIFY(thread.isCancelRequested());
+    QVERIFY(QMetaObject::invokeMethod(&thread, "setCancelFlag", Q_ARG(bool, false)));
+    QVERIFY(!thread.isCancelRequested());
+}
+
+void tst_Thread::cancelFlagIsNoInterruption()
+{
+    PoliteThread thread;
+    thread.startAndAwaitRun();
+    thread.setCancelFlag(true);
+    QVERIFY(!thread.isInterruptionRequested());
+    thread.setCancelFlag(false);
+    QVERIFY(thread.stopAndWait(longEnoughMs));
+    QVERIFY(!thread.isCancelRequested());
+}
+
+void tst_Thread::cancelFlagUnderLoad()
+{
+    // Many threads read and write the flag of one; none may be held up, and the last one wins.
+    class Load : public QThread
+    {
+    public:
+        explicit Load(Thread& thread)
+            : mThread(thread)
+        { }
+
+    protected:
+        void run() override
+        {
+            for (int i = 0; i < 2000; ++i) {
+                mThread.setCancelFlag(i % 2 == 0);
+                if (mThread.isCancelRequested())
+                    yieldCurrentThread();
+            }
+        }
+
+    private:
+        Thread& mThread;
+    };
+
+    Thread thread;
+    std::vector<std::unique_ptr<Load>> load;
+    for (int i = 0; i < 8; ++i) {
+        load.emplace_back(new Load(thread));
+        load.back()->start();
+    }
+    for (const auto& one : load)
+        QVERIFY(one->wait(longEnoughMs));
+    thread.setCancelFlag(true);
+    QVERIFY(thread.isCancelRequested());
+}
+
+void tst_Thread::cancellationUnderLoad()
+{
+    // Twice as many threads as cores that do nothing but work and look: each one stops.
+    class BusyThread : public Thread
+    {
+    public:
+        std::atomic<quint64> mSteps{0};
+
+    protected:
+        void run() override
+        {
+            while (!isCancelRequested() && !isInterruptionRequested())
+                ++mSteps;
+        }
+    };
+
+    const int count = 2 * qMax(2, QThread::idealThreadCount());
+    for (int round = 0; round < 5; ++round) {
+        std::vector<std::unique_ptr<BusyThread>> threads;
+        for (int i = 0; i < count; ++i) {
+            threads.emplace_back(new BusyThread);
+            threads.back()->start();
+        }
+        for (const auto& thread : threads)
+            QTRY_VERIFY_WITH_TIMEOUT(thread->mSteps > 100, int(longEnoughMs));
+        for (int i = 0; i < count; ++i) {
+            if (i % 2 == 0)
+                threads[size_t(i)]->setCancelFlag(true);
+            else
+                threads[size_t(i)]->requestInterruption();
+        }
+        for (const auto& thread : threads)
+            QVERIFY(thread->wait(longEnoughMs));
+        for (int i = 0; i < count; ++i)
+            QCOMPARE(threads[size_t(i)]->isCancelRequested(), i % 2 == 0);
+    }
+}
+
+// Interruption and waking
+
+void tst_Thread::requestInterruption()
+{
+    PoliteThread thread;
+    thread.startAndAwaitRun();
+    QVERIFY(!thread.isInterruptionRequested());
+    thread.requestInterruption();
+    QVERIFY(thread.wait(longEnoughMs)); // it saw the request, for nothing else ends it
+    QVERIFY(!thread.isCancelRequested());
+}
+
+void tst_Thread::interruptionOfAThreadThatDoesNotRun()
+{
+    PoliteThread thread;
+    thread.requestInterruption();
+    QVERIFY(!thread.isInterruptionRequested());
+    thread.startAndAwaitRun();
+    QVERIFY(!thread.wait(50)); // an earlier request does not count
+    QVERIFY(thread.stopAndWait(longEnoughMs));
+}
+
+void tst_Thread::interruptionLeavesWorkersAlone()
+{
+    Thread thread;
+    BoundWorker worker;
+    thread.addThreadableChild(worker);
+    thread.requestInterruption();
+    QCOMPARE(worker.mBoundTo, QList<Thread*>({&thread}));
+}
+
+void tst_Thread::wakes_data()
+{
+    QTest::addColumn<bool>("byInterruption");
+    QTest::newRow("mainWake") << false;
+    QTest::newRow("requestInterruption") << true;
+}
+
+void tst_Thread::wakes()
+{
+    QFETCH(bool, byInterruption);
+    Thread thread;
+    std::vector<std::unique_ptr<WaitingThread>> waiting;
+    for (int i = 0; i < 3; ++i) {
+        waiting.emplace_back(new WaitingThread(thread));
+        waiting.back()->start();
+    }
+    // A wake that comes too early is lost; so wake until everyone has gone on.
+    for (const auto& one : waiting) {
+        while (!one->mWoken) {
+            if (byInterruption)
+                thread.requestInterruption();
+            else
+                thread.mainWake();
+            QThread::msleep(1);
+        }
+        QVERIFY(one->wait(longEnoughMs));
+    }
+    thread.setCancelFlag(true); // the lock was given back
+    QVERIFY(thread.isCancelRequested());
+}
+
+void tst_Thread::lostWake_data()
+{
+    wakes_data();
+}
+
+void tst_Thread::lostWake()
+{
+    QFETCH(bool, byInterruption);
+    PoliteThread thread;
+    thread.startAndAwaitRun();
+    for (int i = 0; i < 10; ++i) {
+        if (byInterruption)
+            thread.requestInterruption();
+        else
+            thread.mainWake();
+    }
+
+    WaitingThread waiting(thread);
+    waiting.start();
+    while (!waiting.mBegun)
+        QThread::msleep(1);
+    QThread::msleep(100);
+    QVERIFY(!waiting.mWoken); // none of the ten is remembered
+
+    while (!waiting.mWoken) {
+        thread.mainWake();
+        QThread::msleep(1);
+    }
+    QVERIFY(waiting.wait(longEnoughMs));
+    QVERIFY(thread.stopAndWait(longEnoughMs));
+}
+
+void tst_Thread::waitReleasesTheLock()
+{
+    Thread thread;
+    WaitingThread waiting(thread);
+    waiting.start();
+    while (!waiting.mBegun)
+        QThread::msleep(1);
+    for (int i = 0; i < 50; ++i) {
+        thread.setCancelFlag(i % 2 == 0); // would block for ever
+        QThread::msleep(1);
+    }
+    QVERIFY(!waiting.mWoken);
+    while (!waiting.mWoken) {
+        thread.mainWake();
+        QThread::msleep(1);
+    }
+    QVERIFY(waiting.wait(longEnoughMs));
+}
+
+// Stopping
+
+void tst_Thread::stopAndWaitZero()
+{
+    StubbornThread thread;
+    thread.startAndAwaitRun();
+    QVERIFY(!thread.stopAndWait(0));
+    QVERIFY(thread.isInterruptionRequested());
+    QVERIFY(thread.isRunning());
+    thread.letGo();
+    QVERIFY(thread.wait(longEnoughMs));
+}
+
+void tst_Thread::stopAndWait()
+{
+    PoliteThread thread;
+    Thread& base = thread;
+    QVERIFY(base.stopAndWait(0)); // never started: nothing to wait for
+    QCOMPARE(thread.mInterruptionRequests.load(), 1); // through the virtual function
+
+    thread.startAndAwaitRun();
+    QVERIFY(base.stopAndWait(longEnoughMs));
+    QVERIFY(thread.isFinished());
+    QCOMPARE(thread.mInterruptionRequests.load(), 2);
+    QVERIFY(base.stopAndWait(0)); // done already
+}
+
+void tst_Thread::terminate()
+{
+    StubbornThread thread;
+    thread.startAndAwaitRun();
+    QVERIFY(QMetaObject::invokeMethod(&thread, "terminate"));
+    QVERIFY(thread.wait(longEnoughMs));
+    QVERIFY(thread.isFinished());
+}
+
+void tst_Thread::terminateLeavesTheObject()
+{
+    const QPointer<StubbornThread> thread(new StubbornThread);
+    thread->enableThreadDeleteOnFinished(true);
+    thread->startAndAwaitRun();
+    thread->terminate();
+    QVERIFY(thread->wait(longEnoughMs));
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(thread);
+    delete thread;
+}
+
+// Progress and finishing
+
+void tst_Thread::progress()
+{
+    class Reporting : public Thread
+    {
+    protected:
+        void run() override
+        {
+            emitThreadProgress(QStringLiteral("Photographs"), QStringLiteral("a.jpg"));
+            emitThreadProgress(QString(), QStringLiteral("b.jpg"));
+        }
+    };
+
+    Reporting thread;
+    QThread* deliveredIn = nullptr;
+    QStringList texts;
+    connect(&thread, &Thread::progressThread, this, [&](const QString& one, const QString& two) {
+        deliveredIn = QThread::currentThread();
+        texts << one << two;
+    });
+    thread.start();
+    QVERIFY(thread.wait(longEnoughMs));
+    QVERIFY(texts.isEmpty()); // queued, as it came from the other thread
+    QCoreApplication::processEvents();
+    QCOMPARE(texts,
+             QStringList({QStringLiteral("Photographs"), QStringLiteral("a.jpg"), QString(),
+                          QStringLiteral("b.jpg")}));
+    QCOMPARE(deliveredIn, QThread::currentThread());
+
+    texts.clear();
+    thread.emitThreadProgress(QStringLiteral("here"), QString());
+    QCOMPARE(texts, QStringList({QStringLiteral("here"), QString()})); // on the calling thread
+}
+
+void tst_Thread::onFinished()
+{
+    PoliteThread thread;
+    thread.startAndAwaitRun();
+    QVERIFY(thread.stopAndWait(longEnoughMs));
+    QCOMPARE(thread.mFinished, 0); // waits for the event loop
+    QCoreApplication::processEvents();
+    QCOMPARE(thread.mFinished, 1);
+    QCOMPARE(thread.mFinishedIn, QThread::currentThread());
+}
+
+void tst_Thread::deleteOnFinished_data()
+{
+    QTest::addColumn<QList<bool>>("calls");
+    QTest::addColumn<bool>("deleted");
+    QTest::newRow("never asked") << QList<bool>() << false;
+    QTest::newRow("asked") << QList<bool>({true}) << true;
+    QTest::newRow("asked twice") << QList<bool>({true, true}) << true;
+    QTest::newRow("withdrawn") << QList<bool>({true, false}) << false;
+    QTest::newRow("asked twice, withdrawn once") << QList<bool>({true, true, false}) << false;
+    QTest::newRow("withdrawn, asked") << QList<bool>({false, true}) << true;
+}
+
+void tst_Thread::deleteOnFinished()
+{
+    QFETCH(QList<bool>, calls);
+    QFETCH(bool, deleted);
+    const QPointer<PoliteThread> thread(new PoliteThread);
+    const int connections = thread->receivers(SIGNAL(finished()));
+    for (const bool enabled : calls)
+        thread->enableThreadDeleteOnFinished(enabled);
+    QCOMPARE(thread->receivers(SIGNAL(finished())), connections + (deleted ? 1 : 0));
+
+    thread->startAndAwaitRun();
+    QVERIFY(thread->stopAndWait(longEnoughMs));
+    QVERIFY(thread); // not before the event loop comes to it
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(thread.isNull(), deleted);
+    delete thread;
+}
+
+void tst_Thread::threadables()
+{
+    PoliteThread thread;
+    BoundWorker first;
+    auto second = std::make_unique<BoundWorker>();
+    thread.addThreadableChild(first);
+    thread.addThreadableChild(*second);
+    thread.addThreadableChild(first);
+    QCOMPARE(first.mBoundTo, QList<Thread*>({&thread, &thread})); // through the virtual function
+    QCOMPARE(thread.threadables(),
+             QList<QPointer<Threadable>>({QPointer<Threadable>(&first), second.get()}));
+    second.reset();
+    QCOMPARE(thread.threadables(), QList<QPointer<Threadable>>({QPointer<Threadable>(&first), {}}));
+}
+
+// The guard
+
+void tst_Thread::lastChanceOfAnIdleThread()
+{
+    LogCapture log;
+    PoliteThread thread;
+    QVERIFY(!thread.lastChanceBeforeDestroyed());
+    thread.startAndAwaitRun();
+    QVERIFY(thread.stopAndWait(longEnoughMs));
+    QVERIFY(!thread.lastChanceBeforeDestroyed());
+    QCOMPARE(thread.mInterruptionRequests.load(), 1); // that of stopAndWait()
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_Thread::lastChanceStops()
+{
+    PoliteThread thread;
+    thread.startAndAwaitRun();
+    LogCapture log;
+    bool stopped = false;
+    QVERIFY(QMetaObject::invokeMethod(&thread, "lastChanceBeforeDestroyed",
+                                      Q_RETURN_ARG(bool, stopped)));
+    QVERIFY(stopped);
+    QVERIFY(thread.isFinished());
+    QCOMPARE(thread.mInterruptionRequests.load(), 1);
+    QCOMPARE(
+        log.lines(),
+        QStringList(QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: "
+                                   "PoliteThread Thread is still running on "
+                                   "lastChanceBeforeDestroyed call! \n => stopAndWait(3000)")));
+}
+
+void tst_Thread::lastChanceWaitsThreeSecondsAndGivesUp()
+{
+    StubbornThread thread;
+    thread.startAndAwaitRun();
+    LogCapture log;
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!thread.lastChanceBeforeDestroyed());
+    QVERIFY2(timer.elapsed() >= 2990, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(thread.isInterruptionRequested());
+    QVERIFY(!thread.wait(50)); // asked, but not ended by force
+    QCOMPARE(log.records().size(), 1);
+    thread.letGo();
+    QVERIFY(thread.wait(longEnoughMs));
+}
+
+void tst_Thread::parentDiesWhileRunning()
+{
+    auto parent = std::make_unique<QObject>();
+    const QPointer<PoliteThread> thread(new PoliteThread(parent.get()));
+    bool running = true;
+    connect(thread, &QObject::destroyed, this,
+            [&](QObject* dying) { running = static_cast<QThread*>(dying)->isRunning(); });
+    thread->startAndAwaitRun();
+    LogCapture log;
+    parent.reset();
+    QVERIFY(!thread);
+    QVERIFY(!running);
+    QCOMPARE(
+        log.lines(),
+        QStringList(QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: "
+                                   "PoliteThread Thread is still running on "
+                                   "lastChanceBeforeDestroyed call! \n => stopAndWait(3000)")));
+}
+
+void tst_Thread::parentDiesWhileIdle()
+{
+    auto parent = std::make_unique<QObject>();
+    const QPointer<Thread> thread(new Thread(parent.get()));
+    LogCapture log;
+    parent.reset();
+    QVERIFY(!thread);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_Thread::tiedToTheParentOfItsConstruction()
+{
+    auto parent = std::make_unique<QObject>();
+    PoliteThread thread(parent.get());
+    thread.setParent(nullptr);
+    thread.startAndAwaitRun();
+    LogCapture log;
+    parent.reset();
+    QVERIFY(thread.isFinished());
+    QCOMPARE(log.records().size(), 1);
+}
+
+void tst_Thread::applicationQuits()
+{
+    PoliteThread thread;
+    thread.startAndAwaitRun();
+    LogCapture log;
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+    QCoreApplication::exec();
+    QVERIFY(thread.isFinished());
+    QCOMPARE(thread.mInterruptionRequests.load(), 1);
+    QCOMPARE(
+        log.lines(),
+        QStringList(QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: "
+                                   "PoliteThread Thread is still running on "
+                                   "lastChanceBeforeDestroyed call! \n => stopAndWait(3000)")));
+}
+
+void tst_Thread::applicationQuitsWithAParentAlive()
+{
+    QObject parent;
+    PoliteThread thread(&parent);
+    thread.startAndAwaitRun();
+    LogCapture log;
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+    QCoreApplication::exec();
+    QCOMPARE(thread.mInterruptionRequests.load(), 0);
+    QVERIFY(thread.isRunning());
+    QCOMPARE(log.lines(), QStringList());
+    QVERIFY(thread.stopAndWait(longEnoughMs));
+}
+
+void tst_Thread::quittingProgram()
+{
+    const ChildResult child = runChild("quits with a running thread");
+    QVERIFY(child.finished);
+    QVERIFY2(!child.crashed, child.errors.constData());
+    QCOMPARE(child.exitCode, 0);
+    QCOMPARE(QString::fromUtf8(child.errors),
+             QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: PoliteThread Thread "
+                            "is still running on lastChanceBeforeDestroyed call! \n"
+                            " => stopAndWait(3000)\n"));
+}
+
+/// A whole program whose thread belongs to the application object alone.
+static int quitsWithARunningThread(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    auto* const thread = new PoliteThread;
+    thread->startAndAwaitRun();
+    QTimer::singleShot(0, &app, &QCoreApplication::quit);
+    return app.exec();
+}
+
+// Destruction
+
+void tst_Thread::destroyedSilentlyWhenNotRunning()
+{
+    LogCapture log;
+    {
+        Thread neverStarted;
+    }
+    {
+        PoliteThread done;
+        done.startAndAwaitRun();
+        QVERIFY(done.stopAndWait(longEnoughMs));
+    }
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_Thread::destructorTerminates()
+{
+    const ChildResult child = runChild("destroys a running thread");
+    QVERIFY(child.finished);
+    QVERIFY2(!child.crashed, child.errors.constData());
+    QCOMPARE(child.exitCode, 0);
+    QCOMPARE(QString::fromUtf8(child.errors),
+             QStringLiteral("critical orvautils Thread ~Thread: Thread Thread is still running on "
+                            "Destructor call! \n => terminate()\n"
+                            "critical orvautils Thread ~Thread: Thread Terminated! #BRUTAL\n"
+                            "ended by force, not deleted again\n"));
+}
+
+void tst_Thread::destructorDoesNotWait()
+{
+    const ChildResult child = runChild("destroys a thread that cannot be terminated");
+    QVERIFY(child.finished);
+    QVERIFY(child.crashed);
+    const QString errors = QString::fromUtf8(child.errors);
+    QVERIFY2(errors.startsWith(
+                 QStringLiteral("critical orvautils Thread ~Thread: Thread Thread is still running "
+                                "on Destructor call! \n => terminate()\n"
+                                "critical orvautils Thread ~Thread: Thread Terminated! #BRUTAL\n")),
+             child.errors.constData());
+    QVERIFY2(errors.contains(QStringLiteral("QThread: Destroyed while thread is still running")),
+             child.errors.constData());
+}
+
+static QThread* threadBeingDestroyed = nullptr;
+static QtMessageHandler handlerBefore = nullptr;
+
+/// Holds the destructor up between its last record and the end of the object, until the thread that
+/// it ended by force is gone; else it would be chance whether that happens in time.
+static void awaitTheEndAfterBrutal(QtMsgType type, const QMessageLogContext& context,
+                                   const QString& text)
+{
+    handlerBefore(type, context, text);
+    if (text.contains(QLatin1String("#BRUTAL")) && !threadBeingDestroyed->wait(longEnoughMs))
+        fprintf(stderr, "still running\n");
+}
+
+static int destroysARunningThread(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    auto* const thread = new StubbornThread;
+    thread->enableThreadDeleteOnFinished(true); // must not delete it a second time
+    thread->startAndAwaitRun();
+    threadBeingDestroyed = thread;
+    handlerBefore = qInstallMessageHandler(awaitTheEndAfterBrutal);
+    delete thread;
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    fprintf(stderr, "ended by force, not deleted again\n");
+    return 0;
+}
+
+static int destroysAThreadThatCannotBeTerminated(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    auto* const thread = new StubbornThread;
+    thread->mMayBeTerminated = false;
+    thread->startAndAwaitRun();
+    delete thread; // Qt aborts: the thread runs on
+    return 0;
+}
+
+int main(int argc, char** argv)
+{
+    const ChildRole role = childRole(
+        argc, argv,
+        {{"quits with a running thread", [&] { return quitsWithARunningThread(argc, argv); }},
+         {"destroys a running thread", [&] { return destroysARunningThread(argc, argv); }},
+         {"destroys a thread that cannot be terminated",
+          [&] { return destroysAThreadThatCannotBeTerminated(argc, argv); }}});
+    if (role)
+        return role();
+
+    QCoreApplication app(argc, argv);
+    tst_Thread test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_Thread.moc"
