@@ -82,9 +82,8 @@ QString CoreAppUrlUtils::urlDocumentation(const QString& page)
     QString url = mapUrlApplication(registered().mDocumentationUrl, &found,
                                     registered().mDocumentationUrlLangs);
     if (!page.isEmpty()) {
-        if (!url.endsWith(QLatin1Char('/'))) {
+        if (!url.endsWith(QLatin1Char('/')))
             url += QLatin1Char('/');
-        }
         url += page;
     }
     return found ? url : autoTranslatedUrl(url);
@@ -94,9 +93,8 @@ QString CoreAppUrlUtils::mapUrlApplication(const QString& url, bool* found,
                                            const QStringList& langs)
 {
     if (langs.isEmpty()) {
-        if (found) {
+        if (found)
             *found = false;
-        }
         return url;
     }
     QString code = langs.first();
@@ -118,9 +116,8 @@ QString CoreAppUrlUtils::mapUrlApplication(const QString& url, bool* found,
 QString CoreAppUrlUtils::autoTranslatedUrl(const QString& url)
 {
     const QLocale userLocale;
-    if (userLocale.language() == QLocale::French) {
+    if (userLocale.language() == QLocale::French)
         return url;
-    }
     return urlGoogleTranslated(url, userLocale.name());
 }
 

@@ -21,9 +21,8 @@ QMap<QString, QLocale> representativeLocales()
     QMap<QString, QLocale> currencies;
     for (const QLocale& locale : locales) {
         const QString code = locale.currencySymbol(QLocale::CurrencyIsoCode);
-        if (code.isEmpty() || locale.currencySymbol(QLocale::CurrencyDisplayName).isEmpty()) {
+        if (code.isEmpty() || locale.currencySymbol(QLocale::CurrencyDisplayName).isEmpty())
             continue;
-        }
         const auto entry = currencies.find(code);
         if (entry == currencies.end()) {
             currencies.insert(code, locale);
@@ -32,9 +31,8 @@ QMap<QString, QLocale> representativeLocales()
         // The reference language beats every other, and behind it English does. An English locale
         // beats an earlier English one as well: the last of them stays.
         if (entry->language() != reference
-            && (locale.language() == reference || locale.language() == QLocale::English)) {
+            && (locale.language() == reference || locale.language() == QLocale::English))
             *entry = locale;
-        }
     }
     return currencies;
 }
@@ -62,9 +60,8 @@ const Tables& tables()
 double roundedCents(double price)
 {
     const double x = price * 100;
-    if (x >= 0) {
+    if (x >= 0)
         return std::trunc(x + 0.5);
-    }
     const double below = std::trunc(x - 1);
     return below + std::trunc(x - below + 0.5);
 }
@@ -84,13 +81,11 @@ QStringList CurrencyUtils::listIsoCodes()
 QString CurrencyUtils::currencySymbol(const QString& isoCode, QLocale::CurrencySymbolFormat format)
 {
     const auto entry = tables().mMapCurrencies.constFind(isoCode);
-    if (entry == tables().mMapCurrencies.constEnd()) {
+    if (entry == tables().mMapCurrencies.constEnd())
         return QString();
-    }
     QString text = entry->currencySymbol(format);
-    if (text.isEmpty()) {
+    if (text.isEmpty())
         text = isoCode.toUpper();
-    }
     return format == QLocale::CurrencyDisplayName ? StringUtils::capitalize(text) : text;
 }
 

@@ -559,6 +559,22 @@ bool FileUtils::listFolderName(const QString& path, QStringList& list)
     return true;
 }
 
+// ---- File content ------------------------------------------------------------------------------
+
+QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
+{
+    if (path.isEmpty())
+        return QByteArray();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (logOnFailure)
+            ORVAUTILS_LOG_INFO() << "FileUtils::readFileContent error : " << path
+                                 << " ne peut etre ouvert !";
+        return QByteArray();
+    }
+    return file.readAll();
+}
+
 // ---- Older variants ----------------------------------------------------------------------------
 
 bool FileUtils::old::forceDirectoryCreationForAFile(const QString& filePath, QString* error)

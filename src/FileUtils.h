@@ -8,6 +8,7 @@
 
 #include "orvautils_export.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -198,6 +199,15 @@ public:
     ///
     /// An empty path means the current folder. Returns false if the folder does not exist.
     static bool listFolderName(const QString& path, QStringList& list);
+
+    // ---- File content --------------------------------------------------------------------------
+
+    /// The whole content of the file \a path.
+    ///
+    /// Empty for a file that cannot be opened, which with \a logOnFailure is logged with LogType 1
+    /// as "FileUtils::readFileContent error : ", the path and " ne peut etre ouvert !". Empty
+    /// without a record for an empty path. An empty file cannot be told from a missing one.
+    static QByteArray readFileContent(const QString& path, bool logOnFailure = true);
 
     // ---- Older variants that callers still depend on -------------------------------------------
 

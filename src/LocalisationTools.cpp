@@ -74,21 +74,18 @@ QString keyOf(const QString& fileName)
     };
 
     int end = fileName.lastIndexOf(separator);
-    if (end < 0) {
+    if (end < 0)
         return QString();
-    }
     // A short rest is a language with its region: "_pt_BR.qm".
     const int region = separatorBefore(end);
-    if (region >= 0 && fileName.size() - region < 10) {
+    if (region >= 0 && fileName.size() - region < 10)
         end = region;
-    }
     // A longer one is, if QLocale knows it: "_fil_PH.qm".
     const int language = separatorBefore(end);
     if (language >= 0) {
         const QString code = fileName.mid(language + 1).section(QLatin1Char('.'), 0, 0);
-        if (QLocale(code).name() == code) {
+        if (QLocale(code).name() == code)
             end = language;
-        }
     }
     return fileName.left(end + 1);
 }
@@ -144,9 +141,8 @@ QStringList LocalisationTools::findLanguagesFromTranslationMask(const QString& f
     const QStringList files = QDir(folder).entryList(QStringList(prefix + QStringLiteral("*.qm")),
                                                      QDir::NoFilter, QDir::Unsorted);
     QStringList codes;
-    for (const QString& file : files) {
+    for (const QString& file : files)
         codes += file.mid(prefix.size()).section(QLatin1Char('.'), 0, 0);
-    }
     return codes;
 }
 
@@ -155,9 +151,8 @@ QList<QLocale> LocalisationTools::applicationLanguages()
     const QStringList codes =
         findLanguagesFromTranslationMask(ApplicationUtils::pathLanguages(), QStringLiteral("app_"));
     QList<QLocale> languages;
-    for (const QString& code : codes) {
+    for (const QString& code : codes)
         languages += QLocale(code);
-    }
     return languages;
 }
 
@@ -169,9 +164,8 @@ QStringList LocalisationTools::applicationTranslationKeys()
     QStringList keys(qtKey());
     for (const QString& file : files) {
         const QString key = keyOf(file);
-        if (!key.isEmpty() && !keys.contains(key)) {
+        if (!key.isEmpty() && !keys.contains(key))
             keys += key;
-        }
     }
     return keys;
 }
@@ -179,12 +173,10 @@ QStringList LocalisationTools::applicationTranslationKeys()
 QString LocalisationTools::pathFile_QM(const QString& key)
 {
     const QString folder = ApplicationUtils::pathLanguages();
-    if (key == QLatin1String("qt_")) {
+    if (key == QLatin1String("qt_"))
         return folder + QStringLiteral("qt/");
-    }
-    if (key == qtKey()) {
+    if (key == qtKey())
         return folder + QStringLiteral("qtbase/");
-    }
     return folder;
 }
 
@@ -200,9 +192,8 @@ void LocalisationTools::clearAppTranslators()
     // The list is emptied first: every deletion tells the host that the language has changed.
     QList<QPointer<QTranslator>> translators;
     translators.swap(appTranslators());
-    for (const QPointer<QTranslator>& translator : translators) {
+    for (const QPointer<QTranslator>& translator : translators)
         delete translator.data();
-    }
 }
 
 void LocalisationTools::loadDefaultLanguage(const QString& key)
@@ -211,9 +202,8 @@ void LocalisationTools::loadDefaultLanguage(const QString& key)
     QTranslator* translator = createTranslator();
     if (!loadFile(translator, key, QLocale(english))) {
         const QString path = filePath(key, english);
-        if (!QFile::exists(path) && !path.endsWith(QLatin1String("qtbase_en.qm"))) {
+        if (!QFile::exists(path) && !path.endsWith(QLatin1String("qtbase_en.qm")))
             ORVAUTILS_LOG_INFO() << "ERROR reading : " << path;
-        }
     }
     installTranslator(translator);
     appTranslators() += translator;
@@ -278,12 +268,10 @@ QString LocalisationTools::translateQt(const char* context, const char* text)
 
 QString LocalisationTools::trQtMessages(QtMessages message)
 {
-    if (message < 0 || message >= messageCount) {
+    if (message < 0 || message >= messageCount)
         return QString();
-    }
     QString text = translateQt(messages[message].context, messages[message].text);
-    if (message == MacAbout || message == MacQuit) {
+    if (message == MacAbout || message == MacQuit)
         text.replace(QLatin1String("%1"), CoreApplicationUtils::applicationGuiName());
-    }
     return text;
 }

@@ -49,21 +49,18 @@ QMap<QString, QLocale> expectedLocales()
         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
     for (const QLocale& locale : all) {
         const QString code = locale.currencySymbol(QLocale::CurrencyIsoCode);
-        if (!code.isEmpty() && !locale.currencySymbol(QLocale::CurrencyDisplayName).isEmpty()) {
+        if (!code.isEmpty() && !locale.currencySymbol(QLocale::CurrencyDisplayName).isEmpty())
             users[code].append(locale);
-        }
     }
     QMap<QString, QLocale> chosen;
     for (auto it = users.constBegin(); it != users.constEnd(); ++it) {
         QList<QLocale> reference;
         QList<QLocale> english;
-        for (const QLocale& locale : it.value()) {
-            if (locale.language() == QLocale::C) {
+        for (const QLocale& locale : it.value())
+            if (locale.language() == QLocale::C)
                 reference += locale;
-            } else if (locale.language() == QLocale::English) {
+            else if (locale.language() == QLocale::English)
                 english += locale;
-            }
-        }
         chosen[it.key()] = !reference.isEmpty() ? reference.first()
             : !english.isEmpty()                ? english.last()
                                                 : it.value().first();
@@ -120,12 +117,10 @@ void tst_CurrencyUtils::concurrentFirstCalls()
         }
     };
     std::vector<std::unique_ptr<Asker>> askers;
-    for (int i = 0; i < 8; ++i) {
+    for (int i = 0; i < 8; ++i)
         askers.push_back(std::unique_ptr<Asker>(new Asker));
-    }
-    for (const auto& asker : askers) {
+    for (const auto& asker : askers)
         asker->start();
-    }
     for (const auto& asker : askers) {
         QVERIFY(asker->wait());
         QCOMPARE(asker->price, QStringLiteral("12.50 \u20ac"));
@@ -152,25 +147,22 @@ void tst_CurrencyUtils::isoCodes()
     const QStringList codes = CurrencyUtils::listIsoCodes();
     QCOMPARE(codes, QStringList(expectedLocales().keys()));
     QVERIFY(codes.size() > 100);
-    for (int i = 1; i < codes.size(); ++i) {
+    for (int i = 1; i < codes.size(); ++i)
         QVERIFY2(codes.at(i - 1) < codes.at(i), qPrintable(codes.at(i)));
-    }
     for (const QString& code : codes) {
         QVERIFY2(QRegularExpression(QStringLiteral("^[A-Z]{3}$")).match(code).hasMatch(),
                  qPrintable(code));
     }
-    for (const char* code : {"EUR", "USD", "GBP", "JPY", "CHF"}) {
+    for (const char* code : {"EUR", "USD", "GBP", "JPY", "CHF"})
         QVERIFY2(codes.contains(QLatin1String(code)), code);
-    }
 }
 
 void tst_CurrencyUtils::representativeLocales_data()
 {
     QTest::addColumn<QLocale>("locale");
     const QMap<QString, QLocale> expected = expectedLocales();
-    for (auto it = expected.constBegin(); it != expected.constEnd(); ++it) {
+    for (auto it = expected.constBegin(); it != expected.constEnd(); ++it)
         QTest::newRow(qPrintable(it.key())) << it.value();
-    }
 }
 
 void tst_CurrencyUtils::representativeLocales()
@@ -198,12 +190,10 @@ void tst_CurrencyUtils::lastEnglishLocaleWins()
         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
     for (const QString& code : CurrencyUtils::listIsoCodes()) {
         const auto show = [&](bool englishOnly) {
-            for (const QLocale& locale : all) {
+            for (const QLocale& locale : all)
                 if (locale.currencySymbol(QLocale::CurrencyIsoCode) == code
-                    && (!englishOnly || locale.language() == QLocale::English)) {
+                    && (!englishOnly || locale.language() == QLocale::English))
                     return locale.currencySymbol(QLocale::CurrencySymbol);
-                }
-            }
             return QString();
         };
         const QString symbol = CurrencyUtils::currencySymbol(code, QLocale::CurrencySymbol);
@@ -250,9 +240,8 @@ void tst_CurrencyUtils::unknownCodes()
 {
     QFETCH(QString, code);
     for (QLocale::CurrencySymbolFormat format :
-         {QLocale::CurrencyIsoCode, QLocale::CurrencySymbol, QLocale::CurrencyDisplayName}) {
+         {QLocale::CurrencyIsoCode, QLocale::CurrencySymbol, QLocale::CurrencyDisplayName})
         QCOMPARE(CurrencyUtils::currencySymbol(code, format), QString());
-    }
     QVERIFY(!CurrencyUtils::listIsoCodes().contains(code));
     QCOMPARE(CurrencyUtils::currencyNumericCode(code), 0);
     QCOMPARE(CurrencyUtils::formatPrice(3, code), QStringLiteral("3.00 "));
@@ -330,9 +319,8 @@ void tst_CurrencyUtils::roundingAgreesWithQt()
     for (int i = -400000; i <= 400000; ++i) {
         const double price = i / 800.0;
         const double expected = double(qRound64(price * 100)) / 100.0;
-        if (CurrencyUtils::roundPrice(price) != expected) {
+        if (CurrencyUtils::roundPrice(price) != expected)
             QFAIL(qPrintable(QString::number(price, 'g', 17)));
-        }
     }
     for (double price = 0.3; price < 1e16; price *= 1.7) {
         for (double signedPrice : {price, -price}) {
@@ -348,9 +336,8 @@ void tst_CurrencyUtils::roundingBeyondIntegers()
     QVERIFY(qFuzzyCompare(CurrencyUtils::roundPrice(1e300), 1e300));
     QVERIFY(qFuzzyCompare(CurrencyUtils::roundPrice(-1e300), -1e300));
     const double infinite = std::numeric_limits<double>::infinity();
-    for (double price : {infinite, -infinite, std::numeric_limits<double>::quiet_NaN()}) {
+    for (double price : {infinite, -infinite, std::numeric_limits<double>::quiet_NaN()})
         QVERIFY(!std::isfinite(CurrencyUtils::roundPrice(price)));
-    }
 }
 
 void tst_CurrencyUtils::prices_data()

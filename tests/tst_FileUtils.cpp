@@ -353,6 +353,11 @@ private slots:
     void removeDirectoryLinks();
     void removeDirectoryOfALink_data();
     void removeDirectoryOfALink();
+
+    void readFileContent_data();
+    void readFileContent();
+    void readFileContentThatCannotBeOpened_data();
+    void readFileContentThatCannotBeOpened();
 };
 
 void tst_FileUtils::cleanup()
@@ -2261,6 +2266,60 @@ void tst_FileUtils::removeDirectoryOfALink()
     box.link("link"_s, "outside"_s);
     QVERIFY(FileUtils::old::removeDirectory(box(spelling), true));
     QCOMPARE(treeOf(box.root()), QStringList({"outside/"_s, "outside/sentinel=kept"_s}));
+}
+
+// ---- File content ------------------------------------------------------------------------------
+
+void tst_FileUtils::readFileContent_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray("");
+    QTest::newRow("one byte") << QByteArray("x");
+    QTest::newRow("text is not touched") << QByteArray("a\r\nb\n\xef\xbb\xbf\xc3\xa9\xff");
+    QTest::newRow("zero bytes") << QByteArray("a\0b\0", 4);
+    QTest::newRow("large") << QByteArray(3000000, 'z') + QByteArray("end");
+}
+
+void tst_FileUtils::readFileContent()
+{
+    QFETCH(QByteArray, content);
+    Sandbox box;
+    const QString path = box.file(u8"\u00e9t\u00e9/a b.bin"_s, content);
+    LogCapture log;
+    QVERIFY(FileUtils::readFileContent(path) == content);
+    QVERIFY(FileUtils::readFileContent(path, false) == content);
+    QVERIFY(contentOf(path) == content);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtils::readFileContentThatCannotBeOpened_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing") << "missing"_s;
+    QTest::newRow("missing folder") << "missing/file"_s;
+    QTest::newRow("folder") << "folder"_s;
+    QTest::newRow("not allowed") << "locked"_s;
+}
+
+void tst_FileUtils::readFileContentThatCannotBeOpened()
+{
+    QFETCH(QString, name);
+    Sandbox box;
+    box.folder("folder"_s);
+    box.lock(box.file("locked"_s), 0);
+    const OrdinaryUser ordinary;
+    LogCapture log;
+    QCOMPARE(FileUtils::readFileContent(box(name), false), QByteArray());
+    QCOMPARE(FileUtils::readFileContent(QString(), false), QByteArray());
+    QCOMPARE(FileUtils::readFileContent(QString(), true), QByteArray());
+    QCOMPARE(FileUtils::readFileContent(""_s), QByteArray());
+    QCOMPARE(log.lines(), QStringList());
+    const QString record =
+        "info orvautils FileUtils readFileContent: FileUtils::readFileContent error :  "_s
+        + box(name) + "  ne peut etre ouvert !"_s;
+    QCOMPARE(FileUtils::readFileContent(box(name), true), QByteArray());
+    QCOMPARE(FileUtils::readFileContent(box(name)), QByteArray()); // logs by default
+    QCOMPARE(log.lines(), QStringList({record, record}));
 }
 
 QTEST_MAIN(tst_FileUtils)

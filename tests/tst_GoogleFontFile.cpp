@@ -37,12 +37,10 @@ QByteArray listOf(const QStringList& families)
 /// What indexOf() stands for, told without an index.
 int firstMatch(const QList<GoogleFontItem>& items, const QString& name)
 {
-    for (int i = 0; i < items.size(); ++i) {
+    for (int i = 0; i < items.size(); ++i)
         if (items.at(i).family().compare(name, Qt::CaseInsensitive) == 0
-            || items.at(i).compressedFamily().compare(name, Qt::CaseInsensitive) == 0) {
+            || items.at(i).compressedFamily().compare(name, Qt::CaseInsensitive) == 0)
             return i;
-        }
-    }
     return -1;
 }
 
@@ -401,9 +399,8 @@ void tst_GoogleFontFile::indexAgreesWithLinearSearch()
         for (const QString& name :
              {family, family.toLower(), family.toUpper(), items.at(i).compressedFamily(),
               items.at(i).compressedFamily().toLower(), family + QLatin1Char('x'),
-              QString(QLatin1Char(' ') + family), family.left(family.size() - 1)}) {
+              QString(QLatin1Char(' ') + family), family.left(family.size() - 1)})
             QCOMPARE(file.indexOf(name), firstMatch(items, name));
-        }
     }
 }
 

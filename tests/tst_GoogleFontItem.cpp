@@ -163,9 +163,8 @@ void tst_GoogleFontItem::lastModified_data()
                              "2022-0b-25",
                              "2022-02-2c",
                              "25-02-2022",
-                             "today"}) {
+                             "today"})
         QTest::newRow(text) << QDate();
-    }
 }
 
 void tst_GoogleFontItem::lastModified()

@@ -157,9 +157,8 @@ void tst_GoogleFontLoader::fontNames()
     QVERIFY(source.open(QIODevice::ReadOnly));
     QStringList expected;
     for (const QJsonValue& item :
-         QJsonDocument::fromJson(source.readAll()).object()[QStringLiteral("items")].toArray()) {
+         QJsonDocument::fromJson(source.readAll()).object()[QStringLiteral("items")].toArray())
         expected += item.toObject()[QStringLiteral("family")].toString();
-    }
     QCOMPARE(expected.size(), 1365);
     GoogleFontLoader loader;
     QCOMPARE(loader.fontNames(), expected);

@@ -37,9 +37,8 @@ public:
     explicit BuiltIn(const char* name)
         : mPath(QStringLiteral(LOADER_LISTS_DIR "/loader_%1.rcc").arg(QLatin1String(name)))
     {
-        if (!QResource::registerResource(mPath)) {
+        if (!QResource::registerResource(mPath))
             qFatal("cannot register %s", qPrintable(mPath));
-        }
     }
     ~BuiltIn() { QResource::unregisterResource(mPath); }
 

@@ -227,9 +227,8 @@ void tst_LocalisationTools::findLanguages()
     QFETCH(QString, files);
     QFETCH(QString, prefix);
     QFETCH(QString, codes);
-    for (const QString& file : words(files.toLatin1().constData())) {
+    for (const QString& file : words(files.toLatin1().constData()))
         touch(mLanguages + file);
-    }
     QStringList found = LocalisationTools::findLanguagesFromTranslationMask(mLanguages, prefix);
     found.sort();
     QCOMPARE(found, words(codes.toLatin1().constData()));
@@ -238,12 +237,10 @@ void tst_LocalisationTools::findLanguages()
 void tst_LocalisationTools::languagesAreNotSorted()
 {
     QStringList expected;
-    for (const char* code : {"zu", "b", "m", "aa", "fr", "de", "k", "q"}) {
+    for (const char* code : {"zu", "b", "m", "aa", "fr", "de", "k", "q"})
         touch(mLanguages + QStringLiteral("app_%1.qm").arg(QLatin1String(code)));
-    }
-    for (const QString& file : QDir(mLanguages).entryList(QDir::Files, QDir::Unsorted)) {
+    for (const QString& file : QDir(mLanguages).entryList(QDir::Files, QDir::Unsorted))
         expected += file.mid(4).chopped(3);
-    }
     QCOMPARE(
         LocalisationTools::findLanguagesFromTranslationMask(mLanguages, QStringLiteral("app_")),
         expected);
@@ -263,9 +260,8 @@ void tst_LocalisationTools::applicationLanguages()
     provide("app_fr app_pt_BR shop_fr");
     QList<QLocale> expected;
     for (const QString& code :
-         LocalisationTools::findLanguagesFromTranslationMask(mLanguages, QStringLiteral("app_"))) {
+         LocalisationTools::findLanguagesFromTranslationMask(mLanguages, QStringLiteral("app_")))
         expected += QLocale(code);
-    }
     QCOMPARE(expected.size(), 2);
     QVERIFY(expected.contains(QLocale(QLocale::French, QLocale::France)));
     QVERIFY(expected.contains(QLocale(QLocale::Portuguese, QLocale::Brazil)));
@@ -325,9 +321,8 @@ void tst_LocalisationTools::translationKeys()
 {
     QFETCH(QString, files);
     QFETCH(QString, keys);
-    for (const QString& file : words(files.toLatin1().constData())) {
+    for (const QString& file : words(files.toLatin1().constData()))
         touch(mLanguages + file);
-    }
     QStringList found = LocalisationTools::applicationTranslationKeys();
     QVERIFY(!found.isEmpty());
     QCOMPARE(found.takeFirst(), QStringLiteral("qtbase_"));
@@ -372,15 +367,13 @@ void tst_LocalisationTools::clearDeletes()
     provide("app_en app_fr");
     QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
     QList<QPointer<QTranslator>> before;
-    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
+    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>())
         before += translator;
-    }
     QCOMPARE(before.size(), 3);
     QCOMPARE(greeting(), QStringLiteral("Bonjour"));
     LocalisationTools::clearAppTranslators();
-    for (const QPointer<QTranslator>& translator : before) {
+    for (const QPointer<QTranslator>& translator : before)
         QVERIFY(translator.isNull());
-    }
     QCOMPARE(greeting(), QStringLiteral("greeting"));
     LocalisationTools::clearAppTranslators();
 }
@@ -460,9 +453,8 @@ void tst_LocalisationTools::frenchAboveEnglish()
     QCOMPARE(QLocale(), QLocale(QLocale::French, QLocale::France));
     QCOMPARE(log.lines(), QStringList());
     // All four are installed.
-    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
+    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>())
         QVERIFY(QCoreApplication::removeTranslator(translator));
-    }
 }
 
 void tst_LocalisationTools::regionAndItsFallback()
@@ -744,9 +736,8 @@ void tst_LocalisationTools::messages()
     QCoreApplication::installTranslator(&asked);
     QString expected = QStringLiteral("<%1|%2||-1>")
                            .arg(QString::fromLatin1(context), QString::fromLatin1(source));
-    if (number == 1 || number == 5) {
+    if (number == 1 || number == 5)
         expected.replace(QLatin1String("%1"), QLatin1String("Fern & Co"));
-    }
     QCOMPARE(LocalisationTools::trQtMessages(value), expected);
     QCoreApplication::removeTranslator(&asked);
 }
@@ -844,12 +835,10 @@ int main(int argc, char** argv)
     qunsetenv("LANGUAGE");
     qunsetenv("LC_ALL");
     for (const char* category :
-         {"LANG", "LC_MESSAGES", "LC_NUMERIC", "LC_TIME", "LC_MONETARY", "LC_MEASUREMENT"}) {
+         {"LANG", "LC_MESSAGES", "LC_NUMERIC", "LC_TIME", "LC_MONETARY", "LC_MEASUREMENT"})
         qputenv(category, "it_IT.UTF-8");
-    }
-    if (argc > 2 && std::strcmp(argv[1], "--without-application") == 0) {
+    if (argc > 2 && std::strcmp(argv[1], "--without-application") == 0)
         return QDir::setCurrent(QString::fromLocal8Bit(argv[2])) ? changeWithoutApplication() : 1;
-    }
     QCoreApplication application(argc, argv);
     tst_LocalisationTools test;
     return QTest::qExec(&test, argc, argv);

@@ -20,16 +20,14 @@ quint32 hashOfName(const QString& name)
     quint32 hash = 2166136261u; // FNV-1a, by UTF-16 units
     for (int i = 0; i < name.size(); ++i) {
         uint character = name.at(i).unicode();
-        if (character == ' ') {
+        if (character == ' ')
             continue;
-        }
         if (character >= 'A' && character <= 'Z') {
             character += 'a' - 'A';
         } else if (character >= 0x80) {
             if (QChar::isHighSurrogate(character) && i + 1 < name.size()
-                && name.at(i + 1).isLowSurrogate()) {
+                && name.at(i + 1).isLowSurrogate())
                 character = QChar::surrogateToUcs4(ushort(character), name.at(++i).unicode());
-            }
             character = QChar::toCaseFolded(character);
         }
         hash = (hash ^ character) * 16777619u;
@@ -48,9 +46,8 @@ bool GoogleFontFile::loadJsonGFontFromFilePath(const QString& path)
 {
     clear();
     QFile file(path);
-    if (!file.exists()) {
+    if (!file.exists())
         return false;
-    }
     if (!file.open(QIODevice::ReadOnly)) {
         ORVAUTILS_LOG_WARNING() << "GFonts file opening error";
         return false;
@@ -106,9 +103,8 @@ int GoogleFontFile::indexOf(const QString& name) const
         const int position = int(*entry & 0xffffffffu);
         const QString family = mItems.at(position).family();
         if (family.compare(name, Qt::CaseInsensitive) == 0
-            || mItems.at(position).compressedFamily().compare(name, Qt::CaseInsensitive) == 0) {
+            || mItems.at(position).compressedFamily().compare(name, Qt::CaseInsensitive) == 0)
             return position;
-        }
     }
     return -1;
 }

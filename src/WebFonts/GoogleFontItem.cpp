@@ -17,9 +17,8 @@ int decimalAt(const QString& text, int start, int count)
     int number = 0;
     for (int i = start; i < start + count; ++i) {
         const ushort unit = text.at(i).unicode();
-        if (unit < '0' || unit > '9') {
+        if (unit < '0' || unit > '9')
             return -1;
-        }
         number = 10 * number + (unit - '0');
     }
     return number;
@@ -29,9 +28,8 @@ int decimalAt(const QString& text, int start, int count)
 /// for its time zone with every date, which took longer than parsing the whole catalogue.
 QDate dateOf(const QString& text)
 {
-    if (text.size() != 10 || text.at(4) != QLatin1Char('-') || text.at(7) != QLatin1Char('-')) {
+    if (text.size() != 10 || text.at(4) != QLatin1Char('-') || text.at(7) != QLatin1Char('-'))
         return QDate();
-    }
     const int year = decimalAt(text, 0, 4);
     const int month = decimalAt(text, 5, 2);
     const int day = decimalAt(text, 8, 2);
@@ -66,11 +64,9 @@ QStringList GoogleFontItem::allVariants() const
     const QJsonArray array = mObject.value(QLatin1String("variants")).toArray();
     QStringList variants;
     variants.reserve(array.size());
-    for (const QJsonValue& variant : array) {
-        if (variant.isString()) {
+    for (const QJsonValue& variant : array)
+        if (variant.isString())
             variants += variant.toString();
-        }
-    }
     return variants;
 }
 
@@ -79,11 +75,9 @@ QStringList GoogleFontItem::commonVariants() const
     const QStringList variants = allVariants();
     QStringList common;
     for (const QString& variant : {QStringLiteral("regular"), QStringLiteral("italic"),
-                                   QStringLiteral("700"), QStringLiteral("700italic")}) {
-        if (variants.contains(variant)) {
+                                   QStringLiteral("700"), QStringLiteral("700italic")})
+        if (variants.contains(variant))
             common += variant;
-        }
-    }
     return common;
 }
 
@@ -96,15 +90,13 @@ QMap<int, GoogleFontWeightDetail> GoogleFontItem::availableWeights() const
     QMap<int, GoogleFontWeightDetail> weights;
     for (const QString& variant : variants) {
         QString number = variant.toLower();
-        if (number.contains(regular) || variant == italic) {
+        if (number.contains(regular) || variant == italic)
             weights.insert(normalWeight, GoogleFontWeightDetail());
-        }
         number.remove(italic).remove(regular);
         bool isNumber = false;
         const int weight = number.toInt(&isNumber);
-        if (isNumber) {
+        if (isNumber)
             weights.insert(weight, GoogleFontWeightDetail());
-        }
     }
     for (auto weight = weights.begin(); weight != weights.end(); ++weight) {
         const bool normal = weight.key() == normalWeight;
@@ -123,27 +115,24 @@ QJsonObject GoogleFontItem::object() const
 QString GoogleFontItem::labelWeight(int weight, bool italic)
 {
     QString label;
-    if (weight == normalWeight) {
+    if (weight == normalWeight)
         label = QCoreApplication::translate("GoogleFontItem", "Normal weight");
-    } else if (weight == boldWeight) {
+    else if (weight == boldWeight)
         label = QCoreApplication::translate("GoogleFontItem", "Bold weight");
-    } else if (weight < normalWeight) {
+    else if (weight < normalWeight)
         label = QCoreApplication::translate("GoogleFontItem", "Lighter weight (%1)").arg(weight);
-    } else {
+    else
         label = QCoreApplication::translate("GoogleFontItem", "Bolder weight (%1)").arg(weight);
-    }
     return italic ? label + QStringLiteral(" (Italic)") : label;
 }
 
 QString GoogleFontItem::labelFromVariant(const QString& variant)
 {
     const QString name = variant.trimmed();
-    if (name.compare(QLatin1String("regular"), Qt::CaseInsensitive) == 0) {
+    if (name.compare(QLatin1String("regular"), Qt::CaseInsensitive) == 0)
         return labelWeight(normalWeight, false);
-    }
-    if (name.compare(QLatin1String("italic"), Qt::CaseInsensitive) == 0) {
+    if (name.compare(QLatin1String("italic"), Qt::CaseInsensitive) == 0)
         return labelWeight(normalWeight, true);
-    }
     const bool italic = name.contains(QLatin1String("italic"), Qt::CaseInsensitive);
     const QString weight = QString(name).remove(QLatin1String("italic"));
     return labelWeight(weight.toInt(), italic);

@@ -87,9 +87,8 @@ GoogleFontLoader::~GoogleFontLoader() = default;
 
 bool GoogleFontLoader::load()
 {
-    if (mLoaded) {
+    if (mLoaded)
         return true;
-    }
     const GoogleFontFile& builtIn = builtInList();
     const GoogleFontFile& custom = customList();
     const bool newer = custom.isValid() && custom.lastModification() > builtIn.lastModification();
@@ -119,26 +118,22 @@ QString GoogleFontLoader::customFilepath_JsonGoogleFont()
 QStringList GoogleFontLoader::fontNames()
 {
     QStringList names;
-    if (!load()) {
+    if (!load())
         return names;
-    }
     const QList<GoogleFontItem> items = catalogues().chosen.items();
     names.reserve(items.size());
-    for (const GoogleFontItem& item : items) {
+    for (const GoogleFontItem& item : items)
         names += item.family();
-    }
     return names;
 }
 
 bool GoogleFontLoader::findItemByName(const QString& name, GoogleFontItem& item)
 {
-    if (!load()) {
+    if (!load())
         return false;
-    }
     const int position = catalogues().chosen.indexOf(name);
-    if (position < 0) {
+    if (position < 0)
         return false;
-    }
     item = catalogues().chosen.items().at(position);
     return true;
 }
@@ -151,9 +146,8 @@ QString GoogleFontLoader::validName(const QString& name)
 
 QString GoogleFontLoader::stringInformations()
 {
-    if (!load()) {
+    if (!load())
         return QCoreApplication::translate("GoogleFontLoader", "No google font available !");
-    }
     const GoogleFontFile& chosen = catalogues().chosen;
     const QString available =
         QCoreApplication::translate("GoogleFontLoader", "%1 google font available")

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "MetricSystemUtils.h"
+
+#include "LogCapture.h"
+
+#include <QtTest>
+
+class tst_MetricSystemUtils : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void enumerators();
+    void ownership();
+    void symbols_data();
+    void symbols();
+    void everyOtherCombinationIsEmpty();
+};
+
+void tst_MetricSystemUtils::enumerators()
+{
+    QCOMPARE(int(MetricSystemUtils::Length), 0);
+    QCOMPARE(int(MetricSystemUtils::Weight), 1);
+    QCOMPARE(int(MetricSystemUtils::Distance), 2);
+    QCOMPARE(int(MetricSystemUtils::Metric), 0);
+    QCOMPARE(int(MetricSystemUtils::ShortSymbol), 0);
+}
+
+void tst_MetricSystemUtils::ownership()
+{
+    QObject parent;
+    const auto* owned = new MetricSystemUtils(&parent);
+    QCOMPARE(owned->parent(), &parent);
+    QVERIFY(!MetricSystemUtils().parent());
+    QCOMPARE(owned->symbol(MetricSystemUtils::Weight, MetricSystemUtils::Metric,
+                           MetricSystemUtils::ShortSymbol),
+             QStringLiteral("Kg"));
+}
+
+void tst_MetricSystemUtils::symbols_data()
+{
+    QTest::addColumn<int>("quantity");
+    QTest::addColumn<int>("system");
+    QTest::addColumn<int>("display");
+    QTest::addColumn<QString>("symbol");
+    QTest::newRow("length") << 0 << 0 << 0 << "m";
+    QTest::newRow("weight") << 1 << 0 << 0 << "Kg";
+    QTest::newRow("distance") << 2 << 0 << 0 << "Km";
+    QTest::newRow("no such quantity") << 3 << 0 << 0 << "";
+    QTest::newRow("negative quantity") << -1 << 0 << 0 << "";
+    QTest::newRow("another system") << 0 << 1 << 0 << "";
+    QTest::newRow("another display") << 0 << 0 << 1 << "";
+    QTest::newRow("negative system") << 1 << -1 << 0 << "";
+    QTest::newRow("negative display") << 1 << 0 << -1 << "";
+    QTest::newRow("largest numbers") << INT_MAX << INT_MAX << INT_MAX << "";
+}
+
+void tst_MetricSystemUtils::symbols()
+{
+    QFETCH(int, quantity);
+    QFETCH(int, system);
+    QFETCH(int, display);
+    QFETCH(QString, symbol);
+    QCOMPARE(MetricSystemUtils::symbol(MetricSystemUtils::TypeGrandeur(quantity),
+                                       MetricSystemUtils::SystemMetric(system),
+                                       MetricSystemUtils::Display(display)),
+             symbol);
+}
+
+void tst_MetricSystemUtils::everyOtherCombinationIsEmpty()
+{
+    LogCapture log;
+    int symbols = 0;
+    for (int quantity = -2; quantity < 6; ++quantity) {
+        for (int system = -2; system < 4; ++system) {
+            for (int display = -2; display < 4; ++display) {
+                symbols += !MetricSystemUtils::symbol(MetricSystemUtils::TypeGrandeur(quantity),
+                                                      MetricSystemUtils::SystemMetric(system),
+                                                      MetricSystemUtils::Display(display))
+                                .isEmpty();
+            }
+        }
+    }
+    QCOMPARE(symbols, 3);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+QTEST_APPLESS_MAIN(tst_MetricSystemUtils)
+#include "tst_MetricSystemUtils.moc"
