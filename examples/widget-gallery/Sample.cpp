@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "Sample.h"
+
+#include <DrawUtils.h>
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QRegularExpression>
+#include <QVBoxLayout>
+
+namespace {
+
+const int sampleWidth = 404;
+const int codeWidth = 530;
+
+QString span(const char* color, const QString& text)
+{
+    return QStringLiteral("<span style=\"color:%1\">%2</span>")
+        .arg(QLatin1String(color), text.toHtmlEscaped());
+}
+
+/// \a code as HTML, with comments, texts, class names and numbers in colours.
+QString highlighted(const QString& code)
+{
+    static const QRegularExpression tokens(QStringLiteral(
+        "(//"
+        "[^\n]*)|(\"(?:[^\"\\\\]|\\\\.)*\")|(\\b[A-Z]\\w*)|(\\b\\d[\\w.]*)"));
+    const char* const colors[] = {"#9aa4b2", "#b5e0a0", "#8fc7ff", "#f2c078"};
+
+    QString html;
+    int end = 0;
+    QRegularExpressionMatchIterator it = tokens.globalMatch(code);
+    while (it.hasNext()) {
+        const QRegularExpressionMatch token = it.next();
+        html += code.mid(end, token.capturedStart() - end).toHtmlEscaped();
+        html += span(colors[token.lastCapturedIndex() - 1], token.captured());
+        end = token.capturedEnd();
+    }
+    html += code.mid(end).toHtmlEscaped();
+    return QStringLiteral("<pre style=\"margin:0\">%1</pre>").arg(html);
+}
+
+} // namespace
+
+CodePanel::CodePanel(const QString& code)
+    : mCode(code)
+{
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    DrawUtils::setWidgetTextPixelSize(this, 11);
+    DrawUtils::setWidgetColorBackground(this, QColor(0x22, 0x27, 0x2e));
+    DrawUtils::setWidgetColorText(this, QColor(0xe1, 0xe5, 0xea));
+    setTextFormat(Qt::RichText);
+    setText(highlighted(code));
+    setTextInteractionFlags(Qt::TextSelectableByMouse);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setMargin(9);
+    setMinimumWidth(codeWidth);
+    setAccessibleName(code);
+}
+
+Sample::Sample(const QString& title, QWidget* sample, const QString& code)
+{
+    auto* heading = new QLabel(title);
+    DrawUtils::setWidgetTextBold(heading, true);
+
+    auto* left = new QWidget;
+    left->setFixedWidth(sampleWidth);
+    auto* leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->addWidget(sample);
+    leftLayout->addStretch();
+
+    auto* beside = new QHBoxLayout;
+    beside->setSpacing(16);
+    beside->addWidget(left, 0, Qt::AlignTop);
+    beside->addWidget(new CodePanel(code), 1, Qt::AlignTop);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(5);
+    layout->addWidget(heading);
+    layout->addLayout(beside);
+}
+
+QString Sample::codeFromSource(const QString& file, const QString& name)
+{
+    QFile source(QStringLiteral(":/widget-gallery/") + file);
+    if (!source.open(QIODevice::ReadOnly))
+        return QString();
+    const QString marker = QStringLiteral("//! [%1]").arg(name);
+    QStringList code;
+    bool inside = false;
+    int indentation = -1;
+    const QStringList lines =
+        QString::fromUtf8(source.readAll()).split(QLatin1Char('\n'));
+    for (const QString& line : lines) {
+        const QString trimmed = line.trimmed();
+        if (trimmed == marker) {
+            inside = !inside;
+        } else if (inside) {
+            code.append(line);
+            const int blanks = line.indexOf(trimmed);
+            if (!trimmed.isEmpty() && (indentation < 0 || blanks < indentation))
+                indentation = blanks;
+        }
+    }
+    for (QString& line : code)
+        line.remove(0, qMax(0, indentation));
+    return code.join(QLatin1Char('\n'));
+}
