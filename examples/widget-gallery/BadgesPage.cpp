@@ -110,15 +110,15 @@ QWidget* unreadMessages()
     count->setObjectName(QStringLiteral("unread"));
     count->setMaximum(99999);
     count->setValue(7);
-    auto* symbol = new Canvas(
-        QSize(120, 76), [count](QPainter* painter, const QRect& rect) {
-            DrawUtils::drawSmoothPixmap(painter, QRect(28, 8, 60, 60),
-                                        Pictures::bell(240));
+    auto* symbol =
+        new Canvas(QSize(120, 76), [count](QPainter* painter, const QRect&) {
+            const QRect place(30, 8, 60, 60);
+            DrawUtils::drawSmoothPixmap(painter, place, Pictures::bell(240));
             if (count->value() == 0)
                 return;
-            DrawingCountOptions options = redBadge(rect);
+            painter->setRenderHint(QPainter::Antialiasing);
+            DrawingCountOptions options = redBadge(place);
             options.alignment = Qt::AlignRight | Qt::AlignTop;
-            options.margin = 8;
             //! [measure]
             const QString text = QString::number(count->value());
             const QRect badge =

@@ -53,7 +53,7 @@ QWidget* prices(QComboBox* currency)
         static_cast<void (QComboBox::*)(int)>(&QComboBox::currentIndexChanged),
         tag, show);
     show();
-    return Layouts::row({Layouts::labelled(Page::tr("&Amount"), price), tag});
+    return Layouts::row({Layouts::form({{Page::tr("&Amount"), price}}), tag});
 }
 
 QComboBox* currencies()
@@ -68,14 +68,14 @@ QComboBox* currencies()
     }
     //! [currencies]
     box->setCurrentIndex(box->findData(QStringLiteral("EUR")));
-    box->setMaximumWidth(300);
+    box->setMaximumWidth(280);
     return box;
 }
 
 QWidget* symbols()
 {
     QStringList texts;
-    for (const char* name : {"EUR", "GBP", "USD", "JPY", "CHF", "PLN", "INR"}) {
+    for (const char* name : {"EUR", "GBP", "USD", "CHF", "PLN", "INR", "DKK"}) {
         const QString code = QString::fromLatin1(name);
         //! [symbol]
         texts.append(
@@ -100,9 +100,9 @@ QTableWidget* rates()
         QStringLiteral("EL"), QStringLiteral("ES"), QStringLiteral("FR"),
         QStringLiteral("IE"), QStringLiteral("IT"), QStringLiteral("LU"),
         QStringLiteral("PT"), QStringLiteral("SE")};
-    const QStringList names = {Page::tr("Standard"), Page::tr("Reduced 2"),
-                               Page::tr("Reduced"), Page::tr("Super"),
-                               Page::tr("Parking")};
+    const QStringList names = {
+        Page::tr("Standard"), Page::tr("Alternative\nreduced"),
+        Page::tr("Reduced"), Page::tr("Super\nreduced"), Page::tr("Parking")};
     const QList<int> categories = TaxeRatesUtils::europeanTaxCategories();
 
     auto* table = new QTableWidget(countries.size(), categories.size());
@@ -110,7 +110,6 @@ QTableWidget* rates()
     table->setHorizontalHeaderLabels(names);
     table->setVerticalHeaderLabels(countries);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    table->verticalHeader()->setDefaultSectionSize(22);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     // Tab leaves the table, the arrows move in it.
     table->setTabKeyNavigation(false);
@@ -127,7 +126,11 @@ QTableWidget* rates()
             table->setItem(row, column, item);
         }
     }
-    table->setFixedSize(402, 22 * countries.size() + 30);
+    table->resizeRowsToContents();
+    table->setFixedSize(400,
+                        table->verticalHeader()->length()
+                            + table->horizontalHeader()->sizeHint().height()
+                            + 2 * table->frameWidth());
     return table;
 }
 
@@ -142,7 +145,7 @@ Page* makeCommercePage(const QString& title)
         QStringLiteral("CommercePage.cpp"));
     QComboBox* const currency = currencies();
     page->addSample(Page::tr("Currencies"),
-                    Layouts::labelled(Page::tr("&Currency"), currency),
+                    Layouts::form({{Page::tr("&Currency"), currency}}),
                     "currencies");
     page->addSample(Page::tr("A price"), prices(currency), "price");
     page->addSample(Page::tr("Symbols"), symbols(), "symbol");

@@ -17,6 +17,7 @@
 #include <QEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -64,6 +65,10 @@ public:
         layout->addWidget(mState);
     }
 
+    // The notice belongs to the window; it goes first, since its end shows in
+    // the label of this widget.
+    ~FadeControls() override { delete mNotice; }
+
 private:
     void fadeIn()
     {
@@ -107,7 +112,7 @@ private:
 
     QSpinBox* mDuration;
     QLabel* mState;
-    QLabel* mNotice = nullptr;
+    QPointer<QLabel> mNotice;
 };
 
 void drawBoat(QPainter* painter, const QRect& rect)
@@ -137,7 +142,7 @@ QWidget* hiddenPicture()
     QObject::connect(shown, &QCheckBox::toggled, picture, &QWidget::setVisible);
     return Layouts::row(
         {picture, shown,
-         Layouts::plainText(Page::tr("(its place stays free)"))});
+         Layouts::plainText(Page::tr("Its place stays free."))});
 }
 
 } // namespace

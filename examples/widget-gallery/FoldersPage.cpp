@@ -19,16 +19,13 @@ namespace {
 
 const int rowHeight = 26;
 
-/// \a path in a box of \a width pixels.
-void drawFolder(QPainter* painter, const QPoint& place, QString path, int width)
+/// \a text in a box of \a width pixels.
+void drawBox(QPainter* painter, const QPoint& place, const QString& text,
+             int width)
 {
     const int padding = 4;
     const QRect box(place, QSize(width + 2 * padding, 20));
     painter->fillRect(box, QColor(0xe8, 0xf1, 0xfb));
-    //! [elided]
-    const QString text =
-        FileUtils::elidedFolder(painter->fontMetrics(), path, width);
-    //! [elided]
     painter->drawText(box.adjusted(padding, 0, -padding, 0),
                       Qt::AlignLeft | Qt::AlignVCenter, text);
 }
@@ -36,42 +33,49 @@ void drawFolder(QPainter* painter, const QPoint& place, QString path, int width)
 void drawWidths(QPainter* painter, const QRect& rect)
 {
     Q_UNUSED(rect)
+    QString path =
+        QStringLiteral("/home/ann/Pictures/harbour/2026/boats/red-sail.jpg");
     QPoint place(6, 8);
     for (const int width : {376, 300, 220, 140, 90, 60, 30}) {
-        drawFolder(painter, place,
-                   QStringLiteral(
-                       "/home/ann/Pictures/harbour/2026/boats/red-sail.jpg"),
-                   width);
+        //! [elided]
+        // width is 376, 300, 220, 140, 90, 60, 30 pixels
+        const QString text =
+            FileUtils::elidedFolder(painter->fontMetrics(), path, width);
+        //! [elided]
+        drawBox(painter, place, text, width);
         place.ry() += rowHeight;
     }
 }
 
 QWidget* ownFolder()
 {
-    auto* path = new QLineEdit(
-        QStringLiteral("/srv/shops/lighthouse/images/summer/beach.jpg"));
+    auto* path =
+        new QLineEdit(QStringLiteral("/srv/shop/images/summer/beach.jpg"));
     path->setObjectName(QStringLiteral("path"));
-    path->setMinimumWidth(320);
+    path->setMinimumWidth(270);
+    path->setCursorPosition(0);
     auto* width = new QSlider(Qt::Horizontal);
     width->setObjectName(QStringLiteral("width"));
     width->setRange(10, 380);
-    width->setValue(200);
+    width->setValue(170);
     width->setPageStep(20);
-    width->setMinimumWidth(320);
+    width->setMinimumWidth(270);
     auto* canvas = new Canvas(
         QSize(400, 36), [path, width](QPainter* painter, const QRect&) {
-            const QString folder = path->text();
             //! [own]
-            drawFolder(painter, QPoint(6, 8), folder, width->value());
+            QString folder = path->text();
+            const QString text = FileUtils::elidedFolder(
+                painter->fontMetrics(), folder, width->value());
             //! [own]
+            drawBox(painter, QPoint(6, 8), text, width->value());
         });
     canvas->setObjectName(QStringLiteral("folderCanvas"));
     const auto redraw = [canvas] { canvas->update(); };
     QObject::connect(path, &QLineEdit::textChanged, canvas, redraw);
     QObject::connect(width, &QSlider::valueChanged, canvas, redraw);
     return Layouts::column({canvas,
-                            Layouts::labelled(Page::tr("&Folder"), path),
-                            Layouts::labelled(Page::tr("&Width"), width)});
+                            Layouts::form({{Page::tr("&Folder"), path},
+                                           {Page::tr("&Width"), width}})});
 }
 
 QWidget* parts()

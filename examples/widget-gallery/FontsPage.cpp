@@ -20,10 +20,11 @@
 
 namespace {
 
-QTableWidgetItem* cell(const QString& text)
+QTableWidgetItem* cell(const QString& text, Qt::Alignment alignment)
 {
     auto* item = new QTableWidgetItem(text);
     item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    item->setTextAlignment(alignment);
     return item;
 }
 
@@ -34,6 +35,10 @@ QTableWidget* makeWeightTable()
     table->setHorizontalHeaderLabels(
         {Page::tr("Weight"), Page::tr("Upright"), Page::tr("Italic")});
     table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    table->setColumnWidth(1, 80);
+    table->setColumnWidth(2, 80);
+    table->verticalHeader()->setSectionResizeMode(
+        QHeaderView::ResizeToContents);
     table->verticalHeader()->hide();
     // Tab leaves the table, the arrows move in it.
     table->setTabKeyNavigation(false);
@@ -50,9 +55,11 @@ void showWeights(GoogleFontLoader* loader, const QString& family,
         const int row = table->rowCount();
         const QString yes = QStringLiteral("✓");
         table->insertRow(row);
-        table->setItem(row, 0, cell(label));
-        table->setItem(row, 1, cell(detail.hasNormal ? yes : QString()));
-        table->setItem(row, 2, cell(detail.hasItalic ? yes : QString()));
+        table->setItem(row, 0, cell(label, Qt::AlignLeft | Qt::AlignVCenter));
+        table->setItem(
+            row, 1, cell(detail.hasNormal ? yes : QString(), Qt::AlignCenter));
+        table->setItem(
+            row, 2, cell(detail.hasItalic ? yes : QString(), Qt::AlignCenter));
     };
     //! [weights]
     GoogleFontItem item;
@@ -105,7 +112,7 @@ QWidget* makeSpelling(GoogleFontLoader* loader)
     QObject::connect(edit, &QLineEdit::textChanged, answer, show);
     show(edit->text());
     return Layouts::row(
-        {Layouts::labelled(Page::tr("&Written as"), edit), answer});
+        {Layouts::form({{Page::tr("&Written as"), edit}}), answer});
 }
 
 } // namespace
@@ -141,7 +148,7 @@ Page* makeFontsPage(const QString& title)
     page->addSample(Page::tr("What is loaded"), information, "information");
     page->addSample(
         Page::tr("Families"),
-        Layouts::column({Layouts::labelled(Page::tr("&Find"), filter), list}),
+        Layouts::column({Layouts::form({{Page::tr("&Find"), filter}}), list}),
         "names");
     page->addSample(Page::tr("Weights of the chosen family"), table, "weights");
     page->addSample(Page::tr("The catalogue's spelling"), makeSpelling(loader),

@@ -59,8 +59,8 @@ QWidget* sequence()
     //! [sequence]
     QObject::connect(word, &QLineEdit::textChanged, detection,
                      &KeyPressCheatCodeDetection::setKey);
-    return Layouts::column({Layouts::labelled(Page::tr("&Secret word"), word),
-                            Layouts::labelled(Page::tr("&Type it here"), typed),
+    return Layouts::column({Layouts::form({{Page::tr("&Secret word"), word},
+                                           {Page::tr("&Type it here"), typed}}),
                             answer});
 }
 
@@ -75,7 +75,7 @@ QWidget* withoutDigits()
         return text.size() == 1 && text.at(0).isDigit(); // true: consumed
     });
     //! [filter]
-    return Layouts::labelled(Page::tr("&Name"), name);
+    return Layouts::form({{Page::tr("&Name"), name}});
 }
 
 QWidget* deletableItems()
@@ -97,17 +97,20 @@ QWidget* deletableItems()
         return true;
     });
     //! [delete]
-    return Layouts::column({Layouts::labelled(Page::tr("&Delete from"), list)});
+    return Layouts::form({{Page::tr("&Delete from"), list}});
 }
 
 QLineEdit* priceEdit(const char* name)
 {
-    QLineEdit* const edit = lineEdit(name);
-    auto* validator = new QDoubleValidator(0, 100000, 2, edit);
-    validator->setLocale(QLocale::c());
-    validator->setNotation(QDoubleValidator::StandardNotation);
-    edit->setValidator(validator);
-    return edit;
+    QLineEdit* const price = lineEdit(name);
+    //! [plain]
+    QLocale locale = QLocale::c(); // a point, and no comma anywhere
+    locale.setNumberOptions(QLocale::RejectGroupSeparator);
+    auto* validator = new QDoubleValidator(0, 100000, 2, price);
+    validator->setLocale(locale);
+    price->setValidator(validator);
+    //! [plain]
+    return price;
 }
 
 QWidget* replacedKey()
@@ -120,7 +123,7 @@ QWidget* replacedKey()
     QObjectEventFilter::filter(
         price, QObjectEventFilter::inputKeyReplacement(comma, point));
     //! [replacement]
-    return Layouts::labelled(Page::tr("&With replacement"), price);
+    return Layouts::form({{Page::tr("&Replaced"), price}});
 }
 
 QWidget* formattedPrice()
@@ -141,17 +144,14 @@ QWidget* formattedPrice()
     QObject::connect(price, &QLineEdit::textChanged, answer, show);
     price->setText(QStringLiteral("12.5"));
     return Layouts::column(
-        {Layouts::labelled(Page::tr("&Shop price"), price), answer});
+        {Layouts::form({{Page::tr("&Shop price"), price}}), answer});
 }
 
 QWidget* plainPrice()
 {
-    QLineEdit* const edit = priceEdit("plainPrice");
-    //! [plain]
-    // For comparison: the validator of this field refuses the comma
-    edit->setPlaceholderText(Page::tr("1,5 becomes 15"));
-    //! [plain]
-    return Layouts::labelled(Page::tr("With&out"), edit);
+    QLineEdit* const price = priceEdit("plainPrice");
+    price->setPlaceholderText(Page::tr("1,5 becomes 15"));
+    return Layouts::form({{Page::tr("&Left alone"), price}});
 }
 
 } // namespace

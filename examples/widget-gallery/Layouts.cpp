@@ -4,6 +4,7 @@
 #include "Layouts.h"
 
 #include <QBoxLayout>
+#include <QFormLayout>
 #include <QLabel>
 
 namespace {
@@ -38,6 +39,23 @@ QWidget* Layouts::labelled(const QString& text, QWidget* widget)
     auto* label = new QLabel(text);
     label->setBuddy(widget);
     return arranged(QBoxLayout::LeftToRight, 8, {label, widget});
+}
+
+QWidget* Layouts::form(std::initializer_list<std::pair<QString, QWidget*>> rows)
+{
+    const int labelWidth = 110;
+    auto* box = new QWidget;
+    auto* layout = new QFormLayout(box);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setLabelAlignment(Qt::AlignLeft);
+    layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    for (const auto& row : rows) {
+        auto* label = new QLabel(row.first);
+        label->setMinimumWidth(labelWidth);
+        label->setBuddy(row.second);
+        layout->addRow(label, row.second);
+    }
+    return box;
 }
 
 QLabel* Layouts::plainText(const QString& text)

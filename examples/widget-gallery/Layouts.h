@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <initializer_list>
+#include <utility>
 
 class QLabel;
 class QWidget;
@@ -23,6 +24,10 @@ QWidget* row(std::initializer_list<QWidget*> widgets);
 
 /// \a widget behind its label; the mnemonic in \a text gives it the focus.
 QWidget* labelled(const QString& text, QWidget* widget);
+
+/// Labels and their widgets, in two columns as all forms of the gallery have
+/// them; the mnemonic of a label gives its widget the focus.
+QWidget* form(std::initializer_list<std::pair<QString, QWidget*>> rows);
 
 /// A plain text that is not taken for HTML.
 QLabel* plainText(const QString& text = QString());

@@ -38,7 +38,9 @@ public:
         QLabel* label =
             Layouts::plainText(value.isEmpty() ? QStringLiteral("–") : value);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        mLayout->addRow(name, label);
+        auto* heading = new QLabel(name);
+        heading->setMinimumWidth(110);
+        mLayout->addRow(heading, label);
     }
 
 private:
@@ -75,7 +77,7 @@ QWidget* folders()
     auto* facts = new Facts;
     const auto add = [facts](const QString& name, QString path) {
         facts->add(name,
-                   FileUtils::elidedFolder(facts->fontMetrics(), path, 310));
+                   FileUtils::elidedFolder(facts->fontMetrics(), path, 280));
     };
     //! [folders]
     add(Page::tr("Documents"), ApplicationUtils::pathDocuments());

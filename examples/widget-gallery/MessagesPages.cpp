@@ -28,7 +28,7 @@ void drawEmptyList(QPainter* painter, const QRect& rect)
 void drawWrapped(QPainter* painter, const QRect& rect)
 {
     painter->drawPixmap(rect, Pictures::boat(rect.size() * 2));
-    const QRect left = rect.adjusted(0, 0, -rect.width() / 2, 0);
+    const QRect left = rect.adjusted(0, 0, -150, 0);
     //! [wrapped]
     // Wrapped at words to the width of the rectangle less 39 pixels
     const QString text = Page::tr("Drop photographs here to import them");
@@ -52,7 +52,7 @@ QWidget* ownMessage()
     QObject::connect(text, &QLineEdit::textChanged, canvas,
                      [canvas] { canvas->update(); });
     return Layouts::column(
-        {canvas, Layouts::labelled(Page::tr("&Message"), text)});
+        {canvas, Layouts::form({{Page::tr("&Message"), text}})});
 }
 
 /// A list of prices of which some are not known.
@@ -62,15 +62,17 @@ void drawPrices(QPainter* painter, const QRect& rect, Mark mark)
     const QStringList prices = {QStringLiteral("12.50"), QString(),
                                 QStringLiteral("8.00"), QString(),
                                 QStringLiteral("19.90")};
-    QRect cell(8, 8, (rect.width() - 16) / prices.size() - 6,
-               rect.height() - 16);
+    const int gap = 8;
+    const int count = prices.size();
+    QRect cell(gap, gap, (rect.width() - gap * (count + 1)) / count,
+               rect.height() - 2 * gap);
     for (const QString& price : prices) {
         painter->fillRect(cell, QColor(0xee, 0xf1, 0xf5));
         if (price.isEmpty())
             mark(painter, cell);
         else
             painter->drawText(cell, Qt::AlignCenter, price);
-        cell.translate(cell.width() + 7, 0);
+        cell.translate(cell.width() + gap, 0);
     }
 }
 

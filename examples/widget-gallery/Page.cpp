@@ -30,7 +30,13 @@ void Page::addSample(const QString& title, QWidget* sample, const char* name)
 {
     const QString code =
         Sample::codeFromSource(mSource, QString::fromLatin1(name));
+    mSamples.append(new Sample(title, sample, code));
     // In front of the stretch that keeps the samples together at the top.
-    mLayout->insertWidget(mLayout->count() - 1,
-                          new Sample(title, sample, code));
+    mLayout->insertWidget(mLayout->count() - 1, mSamples.last());
+
+    int width = 0;
+    for (const Sample* one : mSamples)
+        width = qMax(width, one->neededWidth());
+    for (Sample* one : mSamples)
+        one->setSampleWidth(width);
 }

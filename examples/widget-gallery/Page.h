@@ -7,9 +7,11 @@
 #define PAGE_H
 
 #include <QString>
+#include <QVector>
 #include <QWidget>
 
 class QVBoxLayout;
+class Sample;
 
 class Page : public QWidget
 {
@@ -26,6 +28,7 @@ public:
 
 private:
     QString mSource;
+    QVector<Sample*> mSamples;
     QVBoxLayout* mLayout;
 };
 

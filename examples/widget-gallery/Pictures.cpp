@@ -11,16 +11,20 @@
 
 namespace {
 
-/// A painter on \a pixmap whose unit is a hundredth of \a side.
+/// A painter whose unit is such that \a drawing units fill the pixmap, centred,
+/// and nothing is stretched; what does not fit is cut off.
 class UnitPainter : public QPainter
 {
 public:
-    UnitPainter(QPixmap* pixmap, const QSizeF& units)
+    UnitPainter(QPixmap* pixmap, const QSizeF& drawing)
         : QPainter(pixmap)
     {
         setRenderHint(Antialiasing);
-        scale(pixmap->width() / units.width(),
-              pixmap->height() / units.height());
+        const double unit = qMax(pixmap->width() / drawing.width(),
+                                 pixmap->height() / drawing.height());
+        translate((pixmap->width() - unit * drawing.width()) / 2,
+                  (pixmap->height() - unit * drawing.height()) / 2);
+        scale(unit, unit);
         setPen(Qt::NoPen);
     }
 };
@@ -126,15 +130,15 @@ QPixmap Pictures::engraving(int side)
     QPixmap pixmap(side, side);
     pixmap.fill(Qt::white);
     UnitPainter painter(&pixmap, {200, 200});
-    painter.setPen(QPen(QColor(0x1b, 0x2a, 0x41), 1));
-    for (int angle = 0; angle < 360; angle += 6) {
+    painter.setPen(QPen(QColor(0x1b, 0x2a, 0x41), 2));
+    for (int angle = 0; angle < 360; angle += 10) {
         painter.save();
         painter.translate(100, 100);
         painter.rotate(angle);
         painter.drawLine(24, 0, 94, 0);
         painter.restore();
     }
-    for (int radius = 26; radius <= 94; radius += 4)
+    for (int radius = 26; radius <= 94; radius += 8)
         painter.drawEllipse(QPointF(100, 100), radius, radius);
     return pixmap;
 }

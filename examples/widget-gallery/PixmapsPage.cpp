@@ -38,7 +38,7 @@ void drawTilesWithoutFirst(QPainter* painter, const QRect& rect)
 template <typename Draw>
 void drawSizes(QPainter* painter, const QRect& rect, Draw draw)
 {
-    const QPixmap print = Pictures::engraving(400);
+    const QPixmap print = Pictures::engraving(200);
     int left = 10;
     for (const int side : {100, 72, 48, 36, 24, 16}) {
         draw(painter, QRect(left, (rect.height() - side) / 2, side, side),

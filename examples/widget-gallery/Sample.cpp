@@ -7,14 +7,15 @@
 
 #include <QFile>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QRegularExpression>
 #include <QVBoxLayout>
 
 namespace {
 
-const int sampleWidth = 404;
-const int codeWidth = 530;
+const int sampleWidth = 400;
+const int codeWidth = 560;
 
 QString span(const char* color, const QString& text)
 {
@@ -40,7 +41,18 @@ QString highlighted(const QString& code)
         end = token.capturedEnd();
     }
     html += code.mid(end).toHtmlEscaped();
-    return QStringLiteral("<pre style=\"margin:0\">%1</pre>").arg(html);
+    return QStringLiteral("<div style=\"white-space:pre\">%1</div>").arg(html);
+}
+
+QFont codeFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (!QFontInfo(font).fixedPitch()) {
+        // A platform without a desktop names no such font.
+        font.setFamily(QStringLiteral("monospace"));
+        font.setStyleHint(QFont::Monospace);
+    }
+    return font;
 }
 
 } // namespace
@@ -48,8 +60,8 @@ QString highlighted(const QString& code)
 CodePanel::CodePanel(const QString& code)
     : mCode(code)
 {
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    DrawUtils::setWidgetTextPixelSize(this, 11);
+    setFont(codeFont());
+    DrawUtils::setWidgetTextPixelSize(this, 12);
     DrawUtils::setWidgetColorBackground(this, QColor(0x22, 0x27, 0x2e));
     DrawUtils::setWidgetColorText(this, QColor(0xe1, 0xe5, 0xea));
     setTextFormat(Qt::RichText);
@@ -57,25 +69,33 @@ CodePanel::CodePanel(const QString& code)
     setTextInteractionFlags(Qt::TextSelectableByMouse);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
     setMargin(9);
-    setMinimumWidth(codeWidth);
     setAccessibleName(code);
 }
 
+QSize CodePanel::sizeHint() const
+{
+    return QLabel::sizeHint().expandedTo(QSize(codeWidth, 0));
+}
+
+QSize CodePanel::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
 Sample::Sample(const QString& title, QWidget* sample, const QString& code)
+    : mLeft(new QWidget)
 {
     auto* heading = new QLabel(title);
     DrawUtils::setWidgetTextBold(heading, true);
 
-    auto* left = new QWidget;
-    left->setFixedWidth(sampleWidth);
-    auto* leftLayout = new QVBoxLayout(left);
+    auto* leftLayout = new QVBoxLayout(mLeft);
     leftLayout->setContentsMargins(0, 0, 0, 0);
     leftLayout->addWidget(sample);
     leftLayout->addStretch();
 
     auto* beside = new QHBoxLayout;
     beside->setSpacing(16);
-    beside->addWidget(left, 0, Qt::AlignTop);
+    beside->addWidget(mLeft, 0, Qt::AlignTop);
     beside->addWidget(new CodePanel(code), 1, Qt::AlignTop);
 
     auto* layout = new QVBoxLayout(this);
@@ -83,6 +103,16 @@ Sample::Sample(const QString& title, QWidget* sample, const QString& code)
     layout->setSpacing(5);
     layout->addWidget(heading);
     layout->addLayout(beside);
+}
+
+int Sample::neededWidth() const
+{
+    return qMax(sampleWidth, mLeft->layout()->sizeHint().width());
+}
+
+void Sample::setSampleWidth(int width)
+{
+    mLeft->setFixedWidth(width);
 }
 
 QString Sample::codeFromSource(const QString& file, const QString& name)

@@ -22,6 +22,11 @@ public:
 
     QString code() const { return mCode; }
 
+    // All of the code can always be seen, in panels that are no narrower than
+    // those of others.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 private:
     QString mCode;
 };
@@ -32,9 +37,19 @@ class Sample : public QWidget
 public:
     Sample(const QString& title, QWidget* sample, const QString& code);
 
+    /// The width that the sample needs beside its code.
+    int neededWidth() const;
+
+    /// The width of all samples of a page, so that their code stands in one
+    /// column.
+    void setSampleWidth(int width);
+
     /// The code called \a name in the page's source \a file, without the
     /// indentation that all of its lines share; empty when there is none.
     static QString codeFromSource(const QString& file, const QString& name);
+
+private:
+    QWidget* mLeft;
 };
 
 #endif // SAMPLE_H

@@ -16,6 +16,7 @@
 #include <CoreApplicationUtils.h>
 
 #include <QApplication>
+#include <QFont>
 #include <QIcon>
 #include <QTextStream>
 
@@ -53,6 +54,12 @@ ExitCode fail(ExitCode code, const QString& reason)
 
 ExitCode takeScreenshots(const QString& folder)
 {
+    // Without a desktop there is no font of the desktop's; this is about the
+    // size that most have.
+    QFont font = QApplication::font();
+    font.setPixelSize(13);
+    QApplication::setFont(font);
+
     GalleryWindow window;
     QString reason;
     if (!saveScreenshots(&window, folder, &reason))
