@@ -18,6 +18,7 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTableWidget>
@@ -44,6 +45,8 @@ private slots:
     void mnemonicsLeadToTheirControls_data();
     void mnemonicsLeadToTheirControls();
     void focusScrollsThePage();
+    void nothingScrollsInTheLargestWindow_data();
+    void nothingScrollsInTheLargestWindow();
     void everySampleShowsItsCode_data();
     void everySampleShowsItsCode();
 
@@ -295,6 +298,26 @@ void tst_WidgetGalleryKeyboard::focusScrollsThePage()
     while (focus() != last)
         key(Qt::Key_Tab);
     QVERIFY(isSeen());
+}
+
+void tst_WidgetGalleryKeyboard::nothingScrollsInTheLargestWindow_data()
+{
+    addPages();
+}
+
+void tst_WidgetGalleryKeyboard::nothingScrollsInTheLargestWindow()
+{
+    QFETCH(QByteArray, id);
+    openPage(id.constData());
+    mWindow->resize(mWindow->sizeForAllPages());
+    QApplication::processEvents();
+    auto* area = static_cast<QScrollArea*>(page());
+    QCOMPARE(area->verticalScrollBar()->maximum(), 0);
+    QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
+    for (QTableWidget* table : area->findChildren<QTableWidget*>()) {
+        QCOMPARE(table->verticalScrollBar()->maximum(), 0);
+        QCOMPARE(table->horizontalScrollBar()->maximum(), 0);
+    }
 }
 
 void tst_WidgetGalleryKeyboard::everySampleShowsItsCode_data()

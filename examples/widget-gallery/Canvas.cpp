@@ -20,6 +20,8 @@ void Canvas::paintEvent(QPaintEvent* event)
     painter.save();
     mPaint(&painter, rect());
     painter.restore();
-    painter.setPen(QColor(0xc8, 0xcd, 0xd4));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    // One pixel along the edge, at every number of device pixels.
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(0xc8, 0xcd, 0xd4), 1));
+    painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
 }

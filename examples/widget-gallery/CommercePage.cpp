@@ -127,10 +127,14 @@ QTableWidget* rates()
         }
     }
     table->resizeRowsToContents();
-    table->setFixedSize(400,
-                        table->verticalHeader()->length()
-                            + table->horizontalHeader()->sizeHint().height()
-                            + 2 * table->frameWidth());
+    // As wide as its widest title asks of each column, as high as all rows.
+    const int columnWidth =
+        table->fontMetrics().boundingRect(Page::tr("Alternative")).width() + 6;
+    const int frame = 2 * table->frameWidth();
+    table->setFixedSize(table->verticalHeader()->sizeHint().width()
+                            + columnWidth * categories.size() + frame,
+                        table->horizontalHeader()->sizeHint().height()
+                            + table->verticalHeader()->length() + frame);
     return table;
 }
 

@@ -24,7 +24,7 @@ QTableWidgetItem* cell(const QString& text, Qt::Alignment alignment)
 {
     auto* item = new QTableWidgetItem(text);
     item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    item->setTextAlignment(alignment);
+    item->setTextAlignment(int(alignment));
     return item;
 }
 

@@ -18,6 +18,15 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+namespace {
+
+QKeySequence ctrlAnd(Qt::Key key)
+{
+    return QKeySequence(int(Qt::ControlModifier) | key);
+}
+
+} // namespace
+
 GalleryWindow::GalleryWindow(QWidget* parent)
     : QMainWindow(parent)
     , mList(new QListWidget)
@@ -99,15 +108,14 @@ void GalleryWindow::makeMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&Gallery"));
     QAction* next = menu->addAction(tr("&Next Page"));
-    next->setShortcut(Qt::CTRL | Qt::Key_PageDown);
+    next->setShortcut(ctrlAnd(Qt::Key_PageDown));
     connect(next, &QAction::triggered, this, [this] { turnPage(1); });
     QAction* previous = menu->addAction(tr("&Previous Page"));
-    previous->setShortcut(Qt::CTRL | Qt::Key_PageUp);
+    previous->setShortcut(ctrlAnd(Qt::Key_PageUp));
     connect(previous, &QAction::triggered, this, [this] { turnPage(-1); });
     menu->addSeparator();
     QAction* quit = menu->addAction(tr("&Quit"));
-    quit->setShortcuts(
-        {QKeySequence(QKeySequence::Quit), QKeySequence(Qt::CTRL | Qt::Key_Q)});
+    quit->setShortcuts({QKeySequence(QKeySequence::Quit), ctrlAnd(Qt::Key_Q)});
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 

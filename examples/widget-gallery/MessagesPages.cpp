@@ -28,11 +28,10 @@ void drawEmptyList(QPainter* painter, const QRect& rect)
 void drawWrapped(QPainter* painter, const QRect& rect)
 {
     painter->drawPixmap(rect, Pictures::boat(rect.size() * 2));
-    const QRect left = rect.adjusted(0, 0, -150, 0);
     //! [wrapped]
     // Wrapped at words to the width of the rectangle less 39 pixels
-    const QString text = Page::tr("Drop photographs here to import them");
-    DrawUtils::drawInformativeMessage(painter, nullptr, text, left);
+    const QString text = Page::tr("Drop photographs here, they become upright");
+    DrawUtils::drawInformativeMessage(painter, nullptr, text, rect);
     //! [wrapped]
 }
 
@@ -107,7 +106,7 @@ Page* makeMessagesPage(const QString& title)
     page->addSample(Page::tr("In the middle of an empty list"),
                     new Canvas(QSize(400, 110), drawEmptyList), "message");
     page->addSample(Page::tr("Wrapped, on a picture"),
-                    new Canvas(QSize(400, 180), drawWrapped), "wrapped");
+                    new Canvas(QSize(288, 180), drawWrapped), "wrapped");
     page->addSample(Page::tr("Your own"), ownMessage(), "own");
     return page;
 }
