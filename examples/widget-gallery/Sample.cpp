@@ -14,6 +14,7 @@
 
 namespace {
 
+// At least; both grow with what they hold.
 const int sampleWidth = 400;
 const int codeWidth = 560;
 
@@ -26,9 +27,8 @@ QString span(const char* color, const QString& text)
 /// \a code as HTML, with comments, texts, class names and numbers in colours.
 QString highlighted(const QString& code)
 {
-    static const QRegularExpression tokens(QStringLiteral(
-        "(//"
-        "[^\n]*)|(\"(?:[^\"\\\\]|\\\\.)*\")|(\\b[A-Z]\\w*)|(\\b\\d[\\w.]*)"));
+    static const QRegularExpression tokens(QLatin1String(
+        R"re((//[^\n]*)|("(?:[^"\\]|\\.)*")|(\b[A-Z]\w*)|(\b\d[\w.]*))re"));
     const char* const colors[] = {"#9aa4b2", "#b5e0a0", "#8fc7ff", "#f2c078"};
 
     QString html;
