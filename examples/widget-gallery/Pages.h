@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Pages: all topics of the gallery in their order.
+
+#ifndef PAGES_H
+#define PAGES_H
+
+#include <QString>
+#include <QVector>
+
+class Page;
+
+/// A page and how it is made.
+struct Topic
+{
+    QString id; ///< the name of its picture, without a suffix
+    QString title;
+    Page* (*makePage)(const QString& title); ///< the caller owns the page
+};
+
+QVector<Topic> allTopics();
+
+Page* makeColoursPage(const QString& title);
+Page* makeBadgesPage(const QString& title);
+Page* makeMessagesPage(const QString& title);
+Page* makePixmapsPage(const QString& title);
+Page* makeUndefinedPage(const QString& title);
+Page* makePathsPage(const QString& title);
+Page* makePicturesPage(const QString& title);
+Page* makeTransparencyPage(const QString& title);
+Page* makeFoldersPage(const QString& title);
+Page* makeFadePage(const QString& title);
+Page* makeKeySequencePage(const QString& title);
+Page* makeDecimalKeyPage(const QString& title);
+Page* makeFontsPage(const QString& title);
+Page* makeCommercePage(const QString& title);
+Page* makeMachinePage(const QString& title);
+
+#endif // PAGES_H

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Pictures: what the samples show, drawn by code.
+
+#ifndef PICTURES_H
+#define PICTURES_H
+
+#include <QPixmap>
+#include <QSize>
+
+class QPainter;
+class QRect;
+
+namespace Pictures {
+
+/// A sailing boat at sea, opaque.
+QPixmap boat(const QSize& size);
+
+/// A black bell on nothing, for a symbol that takes any colour.
+QPixmap bell(int side);
+
+/// A round sign in several colours on nothing.
+QPixmap lifebelt(int side);
+
+/// A tile that goes on in its neighbours.
+QPixmap wave(int side);
+
+/// A print of fine lines, which shows what scaling does to it.
+QPixmap engraving(int side);
+
+/// The pattern that shows where a picture is transparent.
+void drawChequerboard(QPainter* painter, const QRect& rect);
+
+} // namespace Pictures
+
+#endif // PICTURES_H
