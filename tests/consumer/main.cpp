@@ -4,29 +4,65 @@
 // The smallest program of a user: it uses one function of each class that the package installs.
 
 #include <ApplicationUtils.h>
+#include <ColorUtils.h>
+#include <ComputerIdentifier.h>
 #include <CoreAppUrlUtils.h>
 #include <CoreApplicationUtils.h>
 #include <CurrencyUtils.h>
+#include <DateUtils.h>
+#include <DirectorySynchronizer.h>
+#include <DirectoryWatcher.h>
+#include <DrawUtils.h>
+#include <DrawingCountOptions.h>
+#include <DrawingCountZoneHelper.h>
+#include <Errorable.h>
+#include <ErrorableCode.h>
 #include <EventUtils.h>
 #include <ExifUtils.h>
+#include <FileSystemGuiService.h>
 #include <FileUtils.h>
 #include <FlagsUtils.h>
+#include <GenericThread.h>
+#include <GoogleFontFile.h>
+#include <GoogleFontItem.h>
 #include <GoogleFontLoader.h>
+#include <GoogleFontWeightDetail.h>
+#include <HTMLUtils.h>
 #include <ImageUtils.h>
+#include <JsCodeHelpers.h>
 #include <KeyPressCheatCodeDetection.h>
 #include <ListUtils.h>
 #include <LocalisationTools.h>
 #include <LocalizationUtils.h>
+#include <MathUtils.h>
 #include <MetaObjectUtils.h>
 #include <MetricSystemUtils.h>
+#include <NetUtils.h>
+#include <PhpCodeHelpers.h>
+#include <PhpUtil.h>
+#include <ProjectFileLocker.h>
 #include <QExifImageHeader.h>
 #include <QExifValue.h>
 #include <QObjectEventFilter.h>
+#include <SpeedTestAnalyzer.h>
+#include <StringUtils.h>
 #include <TaxeRatesUtils.h>
+#include <TextStreamUTF8.h>
+#include <Thread.h>
+#include <Threadable.h>
+#include <TimeUtils.h>
+#include <TypeUtils.h>
+#include <UnitTestInfo.h>
 #include <WidgetUtils.h>
 
 #include <QApplication>
+#include <QBuffer>
+#include <QImage>
 #include <QKeyEvent>
+#include <QPainter>
+#include <QTemporaryDir>
+
+#include <functional>
 
 namespace {
 
@@ -70,10 +106,88 @@ bool usesTheLanguages()
         && CoreAppUrlUtils::mapUrlApplication(address, nullptr, {}) == address;
 }
 
+bool usesFilesAndPictures()
+{
+    const QTemporaryDir folder;
+    const QString photo = folder.path() + QStringLiteral("/a.jpg");
+    QImage image(40, 20, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QPainter painter(&image);
+    DrawUtils::drawUndefinedRectOblique(&painter, image.rect());
+    const QRect badge =
+        DrawingCountZoneHelper::boundingRect(&painter, QStringLiteral("1"), DrawingCountOptions());
+    painter.end();
+
+    // Linked, not called: it would start something on this desktop.
+    const std::function<bool(QObject*, QString, QStringList)> openProgram =
+        &FileSystemGuiService::openProgram;
+    ProjectFileLocker locker;
+    DirectoryWatcher watcher;
+    DirectorySynchronizer synchronizer;
+    QExifImageHeader header;
+    header.setValue(QExifImageHeader::Orientation, QExifValue(quint16(6)));
+    return locker.openNewProjectFile(folder.path() + QStringLiteral("/shop"))
+        && ImageUtils::writeProgressiveImage(image, photo, "jpeg", 80) && header.saveToJpeg(photo)
+        && ExifUtils::imageExifRotation(photo) == 90
+        && FileUtils::writeFileContent(folder.path() + QStringLiteral("/x/b.txt"), "b")
+        && synchronizer.fullSync(folder.path() + QStringLiteral("/x"),
+                                 folder.path() + QStringLiteral("/y"))
+        && FileUtils::md5(folder.path() + QStringLiteral("/y/b.txt"))
+        == FileUtils::md5FromDatas("b")
+        && watcher.setPath(folder.path()) && badge.isValid()
+        && ColorUtils::colorToCss(Qt::red) == QStringLiteral("#ff0000") && openProgram;
+}
+
+bool usesTextAndCode()
+{
+    QString page;
+    TextStreamUTF8 stream(&page, QIODevice::WriteOnly);
+    PhpCodeHelpers::formatPhpArray(&stream, QList<int>({1, 2}));
+    JsCodeHelpers::formatJavascriptArray(&stream, QList<int>({3}));
+    stream.flush();
+    const QDateTime now = QDateTime::currentDateTime();
+    return page == QStringLiteral("[1,2][3]")
+        && PhpUtil::formatPhpString(QStringLiteral("a")) == QStringLiteral("\"a\"")
+        && HTMLUtils::cssWeightToQtWeight(400) == 50
+        && NetUtils::checkInternetAdress(QStringLiteral("https://example.org"))
+        && StringUtils::removeAccents(QStringLiteral("\u00e9")) == QStringLiteral("e")
+        && TimeUtils::msecToString(1000, TimeUtils::Second) == QStringLiteral("1sec")
+        && DateUtils::dateTimeToStringAccordingNow(now, Qt::ISODate)
+               .startsWith(QStringLiteral("Today"));
+}
+
+class Part : public QObject, public Errorable
+{
+    // Errors travel along such objects.
+};
+
+bool usesErrorsThreadsAndDiagnostics()
+{
+    Part parent;
+    Part child;
+    parent._addErrorableChild(child, __FILE__, __LINE__);
+    ErrorableCode code;
+    code.code = 1;
+    child._setError(code);
+
+    Thread thread;
+    Threadable worker;
+    thread.addThreadableChild(worker);
+    SpeedTestAnalyzer speed(QStringLiteral("consumer"));
+    speed << QStringLiteral("step");
+    ComputerIdentifier::primaryMACAddress();
+    return parent.error() == code && !worker.isInterruptionRequested()
+        && !thread.isCancelRequested() && MathUtils::random(5, 5) == 5
+        && TypeUtils::demangle("i") == QStringLiteral("int") && speed.elapsed() >= 0;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
-    return usesTheFrame() && usesTheShop() && usesTheLanguages() ? 0 : 1;
+    return usesTheFrame() && usesTheShop() && usesTheLanguages() && usesFilesAndPictures()
+            && usesTextAndCode() && usesErrorsThreadsAndDiagnostics()
+        ? 0
+        : 1;
 }
