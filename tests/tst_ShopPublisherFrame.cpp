@@ -154,8 +154,12 @@ void tst_ShopPublisherFrame::stops()
         process.waitForReadyRead(2);
         out += QString::fromUtf8(process.readAllStandardOutput());
     }
+    // Its number stays its own until it is waited for; that of a program that ended is 0, which
+    // would mean this very test.
+    const auto program = pid_t(process.processId());
+    QVERIFY(program > 0);
     for (int i = 0; i < times; ++i)
-        ::kill(pid_t(process.processId()), signal);
+        ::kill(program, signal);
     QVERIFY(process.waitForFinished(60000));
     out += QString::fromUtf8(process.readAllStandardOutput());
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
@@ -246,7 +250,9 @@ void tst_ShopPublisherFrame::ignoredSignal()
                   {text("-c"), text("trap '' HUP; exec \"$0\" \"$1\" \"$2\""), text(SHOP_PUBLISHER),
                    mProject, mSite});
     QVERIFY(process.waitForReadyRead(60000));
-    ::kill(pid_t(process.processId()), SIGHUP);
+    const auto program = pid_t(process.processId());
+    QVERIFY(program > 0);
+    ::kill(program, SIGHUP);
     QVERIFY(process.waitForFinished(60000));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), allImported);

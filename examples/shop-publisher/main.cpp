@@ -77,9 +77,10 @@ ExitCode refuse(const QString& reason)
 void runToItsEnd(PublicationThread* thread, StopSignals* stopSignals, Console* console)
 {
     QEventLoop loop;
-    QObject::connect(
-        thread, &Thread::progressThread, &loop,
-        [console](const QString& whole, const QString& step) { console->progress(whole, step); });
+    // The texts by value: the copy that the thread keeps is let go after this one, and the thread
+    // sanitizer sees it by the count of the two.
+    QObject::connect(thread, &Thread::progressThread, &loop,
+                     [console](QString whole, QString step) { console->progress(whole, step); });
     QObject::connect(stopSignals, &StopSignals::stopRequested, thread,
                      &Thread::requestInterruption);
     QObject::connect(thread, &QThread::finished, &loop, &QEventLoop::quit);
