@@ -180,7 +180,7 @@ public:
         ImageUniqueID = 0xA420,
         CameraOwnerName = 0xA430,
         BodySerialNumber = 0xA431,
-        LensSpecification = 0xA432,
+        LensInfo = 0xA432, ///< focal lengths, shortest and longest, and the f-number of each
         LensMake = 0xA433,
         LensModel = 0xA434,
         LensSerialNumber = 0xA435,
