@@ -7,9 +7,12 @@ took. Contenders take turns (a b c, a b c, ...), so that whatever disturbs the m
 of them alike; the figure of each is its median, and the ratio is ours divided by the peer's.
 """
 
+import collections
+import json
 import resource
 import statistics
 import subprocess
+import sys
 import time
 
 
@@ -42,6 +45,28 @@ def alternate(contenders, rounds=7):
         for name, function in contenders.items():
             seconds[name].append(function())
     return {name: statistics.median(times) for name, times in seconds.items()}
+
+
+def benchmark_medians(program, rounds, seconds_each):
+    """Runs a Google Benchmark program; benchmark -> the median of its CPU seconds.
+
+    Benchmarks take turns at random, rounds times, each for seconds_each at least. Where a benchmark
+    has taken its time itself, that is its time.
+    """
+    report = subprocess.run(
+        [program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
+         f"--benchmark_repetitions={rounds}", f"--benchmark_min_time={seconds_each}"],
+        check=True, stdout=subprocess.PIPE, text=True).stdout
+    units = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}
+    seconds = collections.defaultdict(list)
+    for measured in json.loads(report)["benchmarks"]:
+        if measured.get("error_occurred"):
+            sys.exit(f"{measured['name']}: {measured['error_message']}")
+        if measured["run_type"] == "iteration":
+            name = measured["name"]
+            taken = measured["real_time" if name.endswith("/manual_time") else "cpu_time"]
+            seconds[name.removesuffix("/manual_time")].append(taken * units[measured["time_unit"]])
+    return {name: statistics.median(values) for name, values in seconds.items()}
 
 
 class Table:

@@ -47,15 +47,26 @@ install_packages() {
         apt-get install -q -y --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET [cmake options]: configures and builds one of CMakePresets.json.
-build() {
+# configure PRESET [cmake options]: configures one of CMakePresets.json.
+configure() {
     local preset=$1
     shift
-    say "Building ($preset)"
+    say "Configuring ($preset)"
     cmake --preset "$preset" "$@" >"$root/.configure.log" 2>&1 || {
         cat "$root/.configure.log"
         return 1
     }
     rm -f "$root/.configure.log"
-    cmake --build --preset "$preset"
+}
+
+# build PRESET [TARGET...]: builds all of it, or the targets.
+build() {
+    local preset=$1
+    shift
+    say "Building ($preset)"
+    if [ $# -eq 0 ]; then
+        cmake --build --preset "$preset"
+    else
+        cmake --build --preset "$preset" --target "$@"
+    fi
 }

@@ -17,6 +17,8 @@ namespace {
 
 QStringList without(const QStringList& paths, const QSet<QString>& known)
 {
+    if (known.isEmpty())
+        return paths;
     QStringList unknown;
     for (const QString& path : paths) {
         if (!known.contains(path))
@@ -36,6 +38,7 @@ QSet<QString> setOf(const QStringList& paths)
 
 void insertAll(QSet<QString>& set, const QStringList& paths)
 {
+    set.reserve(set.size() + paths.size());
     for (const QString& path : paths)
         set.insert(path);
 }
@@ -71,7 +74,7 @@ bool DirectoryWatcher::setPath(const QString& root)
     mWatcher = new QFileSystemWatcher(this);
     connect(mWatcher, &QFileSystemWatcher::fileChanged, this, &DirectoryWatcher::onFilemod);
     connect(mWatcher, &QFileSystemWatcher::directoryChanged, this, &DirectoryWatcher::onDirMod);
-    ++mWatch;
+    ++mRound;
     mFiles.clear();
     mFolders.clear();
     mSecondLooks.clear();
@@ -89,19 +92,40 @@ bool DirectoryWatcher::setPath(const QString& root)
 
 bool DirectoryWatcher::addDir(const QString& folder)
 {
-    QStringList files;
-    return watchTree(folder, &files);
+    return watch(folder, treeOf(folder));
 }
 
-bool DirectoryWatcher::watchTree(const QString& folder, QStringList* files)
+DirectoryWatcher::Entries DirectoryWatcher::treeOf(const QString& folder) const
+{
+    Entries entries;
+    FileUtils::old::listFilesInFileSystem(folder, entries.files, true, nullptr, folder);
+    FileUtils::listDirectoriesInFileSystem(folder, entries.folders, true);
+    return entries;
+}
+
+DirectoryWatcher::Entries DirectoryWatcher::newTreesOf(const QString& folder) const
+{
+    Entries entries;
+    FileUtils::old::listFilesInFileSystem(folder, entries.files, false, nullptr, folder);
+    QStringList folders;
+    FileUtils::listDirectoriesInFileSystem(folder, folders, false);
+    for (const QString& path : without(folders, mFolders)) {
+        const Entries tree = treeOf(asGiven(path));
+        entries.files += tree.files;
+        entries.folders += path;
+        entries.folders += tree.folders;
+    }
+    return entries;
+}
+
+bool DirectoryWatcher::watch(const QString& folder, const Entries& entries)
 {
     if (!mWatcher)
         return false;
     if (QDir(folder).exists())
         mWatcher->addPath(folder);
 
-    FileUtils::old::listFilesInFileSystem(folder, *files, true, nullptr, folder);
-    const QStringList newFiles = without(*files, mFiles);
+    const QStringList newFiles = without(entries.files, mFiles);
     if (!newFiles.isEmpty()) {
         const QStringList refused = mWatcher->addPaths(newFiles);
         if (!refused.isEmpty()) {
@@ -114,17 +138,15 @@ bool DirectoryWatcher::watchTree(const QString& folder, QStringList* files)
         }
         insertAll(mFiles, newFiles);
         const QPointer<DirectoryWatcher> self(this);
-        const int watch = mWatch;
+        const int round = mRound;
         for (const QString& file : newFiles) {
             emit addedFiles(file);
-            if (!self || mWatch != watch)
+            if (!self || mRound != round)
                 return false; // a receiver wants none of this any more
         }
     }
 
-    QStringList folders;
-    FileUtils::listDirectoriesInFileSystem(folder, folders, true);
-    const QStringList newFolders = without(folders, mFolders);
+    const QStringList newFolders = without(entries.folders, mFolders);
     if (!newFolders.isEmpty()) {
         QStringList lost = mWatcher->addPaths(newFolders);
         if (!lost.isEmpty())
@@ -143,14 +165,15 @@ bool DirectoryWatcher::watchTree(const QString& folder, QStringList* files)
 void DirectoryWatcher::onDirMod(const QString& folder)
 {
     const QPointer<DirectoryWatcher> self(this);
-    const int watch = mWatch;
+    const int round = mRound;
     const QString path = asGiven(folder);
     ++mNotifications;
-    addDir(path);
+    // What is new in folders that are watched already, they notify of themselves.
+    watch(path, newTreesOf(path));
     if (!self)
         return;
     --mNotifications;
-    if (mWatch != watch)
+    if (mRound != round)
         return;
 
     // One second look serves all notifications until it is taken.
@@ -165,17 +188,17 @@ void DirectoryWatcher::onDirMod(const QString& folder)
 void DirectoryWatcher::lookAgain()
 {
     const QPointer<DirectoryWatcher> self(this);
-    const int watch = mWatch;
+    const int round = mRound;
     const QSet<QString> folders = mSecondLooks;
     mSecondLooks.clear();
     for (const QString& folder : folders) {
-        QStringList files;
-        watchTree(folder, &files);
-        if (!self || mWatch != watch)
+        const Entries entries = treeOf(folder);
+        watch(folder, entries);
+        if (!self || mRound != round)
             return;
         forgetVanishedFolders(folder);
-        reportVanishedFiles(folder, setOf(files));
-        if (!self || mWatch != watch)
+        reportVanishedFiles(folder, setOf(entries.files));
+        if (!self || mRound != round)
             return;
     }
 }

@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 class QFileSystemWatcher;
 
@@ -67,9 +68,10 @@ signals:
     void modifiedFile(const QString& path);
 
 public slots:
-    /// The entries of \a folder changed: looks for new files in its tree at once, and once more
-    /// when control returns to the event loop, because files may appear while the first look is
-    /// taken. That second look also finds files that vanished unnoticed, as with a renamed folder.
+    /// The entries of \a folder changed: looks for new files in it and in its new sub-folders at
+    /// once, and in its whole tree when control returns to the event loop, because files may appear
+    /// while the first look is taken. That second look also finds files that vanished unnoticed, as
+    /// with a renamed folder.
     void onDirMod(const QString& folder);
 
     /// The watched file \a file changed: reports it as deleted when it is not there any more, else
@@ -77,7 +79,15 @@ public slots:
     void onFilemod(const QString& file);
 
 private:
-    bool watchTree(const QString& folder, QStringList* files);
+    struct Entries
+    {
+        QStringList files;
+        QStringList folders;
+    };
+
+    Entries treeOf(const QString& folder) const;
+    Entries newTreesOf(const QString& folder) const;
+    bool watch(const QString& folder, const Entries& entries);
     void lookAgain();
     void reportVanishedFiles(const QString& folder, const QSet<QString>& present);
     void forgetVanishedFolders(const QString& folder);
@@ -90,7 +100,7 @@ private:
     QSet<QString> mFiles;
     QSet<QString> mFolders;
     QSet<QString> mSecondLooks; // the folders that wait for theirs
-    int mWatch = 0; // counts the calls of setPath()
+    int mRound = 0; // counts the calls of setPath()
     int mNotifications = 0; // of mWatcher, being handled now
 };
 

@@ -3,6 +3,7 @@
 
 #include "ExifUtils.h"
 
+#include "ExistingFile.h"
 #include "QExifImageHeader.h"
 
 int ExifUtils::imageExifRotation(const QString& fileName)
@@ -31,9 +32,10 @@ int ExifUtils::imageExifRotation(const QExifImageHeader& header)
 
 bool ExifUtils::clearRotation(const QString& fileName)
 {
+    QFile file(fileName);
     QExifImageHeader header;
-    if (!header.loadFromJpeg(fileName))
+    if (!openExistingFile(&file) || !header.loadFromJpeg(&file))
         return false;
     header.setValue(QExifImageHeader::Orientation, QExifValue(qint32(0)));
-    return header.saveToJpeg(fileName);
+    return header.saveToJpeg(&file);
 }

@@ -3,27 +3,32 @@
 
 #include "FileUtils.h"
 
+#include "ApplicationUtils.h"
+#include "FileSystem.h"
 #include "LogRecord.h"
+#include "StringUtils.h"
 
+#include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFontMetrics>
 #include <QIODevice>
 #include <QLocale>
+#include <QProcess>
 #include <QRegExp>
 #include <QRegularExpression>
-#include <QVector>
+#include <QStringBuilder>
 
+#include <algorithm>
 #include <limits>
+#include <vector>
 
-#if defined(Q_OS_UNIX)
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#elif defined(Q_OS_WIN)
+#if defined(Q_OS_WIN)
 #include <windows.h>
 #endif
 
@@ -70,57 +75,38 @@ SizeUnits sizeUnits()
     return {QLatin1String("B"), QLatin1String("kB"), QLatin1String("MB"), QLatin1String("GB")};
 }
 
-// ---- Entries of a folder -----------------------------------------------------------------------
+// ---- Folder trees ------------------------------------------------------------------------------
 
-const QDir::Filters allEntries = QDir::Dirs | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot;
-const QDir::Filters visibleEntries = QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot;
-const QDir::Filters visibleFolders = QDir::Dirs | QDir::NoDotAndDotDot;
-
-/// The folder \a path with the entries that a QDirIterator is to give, in the system's order. An
-/// empty \a path is the current folder.
-QDir folderOf(const QString& path, QDir::Filters filters)
-{
-    return QDir(path, QString(), QDir::Unsorted, filters);
-}
-
-/// Everything that a deletion meets in \a path, read before the first entry is removed. Links that
-/// lead nowhere and special files come too.
-QFileInfoList entriesToDelete(const QString& path, QDir::SortFlags sorting)
-{
-    return QDir(path).entryInfoList(allEntries | QDir::System, sorting);
-}
-
-/// Whether the entries of the folder \a path can be read. Otherwise it looks like an empty one.
-bool canBeListed(const QString& path)
-{
-#if defined(Q_OS_UNIX)
-    // QFileInfo asks for the rights of the user who started the process, not the acting one's.
-    return faccessat(AT_FDCWD, QFile::encodeName(path).constData(), R_OK | X_OK, AT_EACCESS) == 0;
-#else
-    return QFileInfo(path).isReadable();
-#endif
-}
+/// How every record about a folder that cannot be emptied begins.
+const char* const cannotRemove = "enable to removeRecursively";
 
 QString joined(const QString& folder, const QString& name)
 {
-    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
+    if (folder.endsWith(QLatin1Char('/')))
+        return folder % name;
+    return folder % QLatin1Char('/') % name;
 }
 
-/// Whether both paths lead to the same existing file or folder.
-bool isSameFile(const QString& one, const QString& other)
+std::vector<FileSystem::Entry> entriesOf(const QString& path)
 {
-#if defined(Q_OS_UNIX)
-    // Unlike a comparison of paths this also holds where the file system ignores case.
-    struct stat oneStat;
-    struct stat otherStat;
-    return stat(QFile::encodeName(one).constData(), &oneStat) == 0
-        && stat(QFile::encodeName(other).constData(), &otherStat) == 0
-        && oneStat.st_dev == otherStat.st_dev && oneStat.st_ino == otherStat.st_ino;
-#else
-    const QString oneReal = QFileInfo(one).canonicalFilePath();
-    return !oneReal.isEmpty()
-        && oneReal.compare(QFileInfo(other).canonicalFilePath(), Qt::CaseInsensitive) == 0;
-#endif
+    std::vector<FileSystem::Entry> entries;
+    FileSystem::readFolder(path, entries);
+    return entries;
+}
+
+/// While deleting, a link is a file, whatever it leads to.
+bool isRemovedAsFile(const FileSystem::Entry& entry)
+{
+    return entry.isLink || entry.kind == FileSystem::Kind::File;
+}
+
+/// As QDir sorts by name ignoring case.
+void sortByNameIgnoringCase(std::vector<FileSystem::Entry>& entries)
+{
+    std::sort(entries.begin(), entries.end(),
+              [](const FileSystem::Entry& one, const FileSystem::Entry& other) {
+                  return one.name.compare(other.name, Qt::CaseInsensitive) < 0;
+              });
 }
 
 /// A folder that is being walked and, through \a parent, the folders on the way to it.
@@ -128,32 +114,75 @@ struct Walk
 {
     QString path;
     const Walk* parent;
+
+    const Walk& start() const { return parent ? parent->start() : *this; }
 };
 
-/// Whether the folder \a entry is a link back to one on the way to it, which would be walked
-/// forever.
-bool leadsBack(const QFileInfo& entry, const Walk* walk)
+/// Whether \a entry is a folder to go on with: not one on the way to it, which a link leads back to
+/// and which would be walked forever.
+bool leadsOn(const FileSystem::Entry& entry, const Walk& walk)
 {
-    if (!entry.isSymLink())
+    if (entry.kind != FileSystem::Kind::Folder || !entry.isReachable)
         return false;
-    for (; walk; walk = walk->parent) {
-        if (isSameFile(entry.filePath(), walk->path))
-            return true;
+    if (!entry.isLink)
+        return true;
+    const QString path = joined(walk.path, entry.name);
+    for (const Walk* folder = &walk; folder; folder = folder->parent) {
+        if (FileSystem::isSameFile(path, folder->path))
+            return false;
     }
-    return false;
+    return true;
 }
 
-/// Whether \a path, an existing one, or a folder on the way to it is \a folder.
+// ---- folderSize --------------------------------------------------------------------------------
+
+/// What folderSize() adds up. Times stay numbers: a QDateTime for every file would take longer than
+/// reading the tree.
+struct FolderContent
+{
+    qint64 size = 0;
+    int fileCount = 0;
+    qint64 lastModified = noTime;
+
+    static const qint64 noTime = std::numeric_limits<qint64>::min();
+};
+
+void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
+             FolderContent& content)
+{
+    const Walk walk = {path, parent};
+    QStringList folders;
+    FileSystem::FolderReader reader(path, detail);
+    while (reader.next()) {
+        const FileSystem::Entry& entry = reader.entry();
+        if (entry.kind != FileSystem::Kind::File) {
+            if (leadsOn(entry, walk))
+                folders.append(joined(path, entry.name));
+        } else if (entry.name.compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) != 0) {
+            content.size += entry.size;
+            ++content.fileCount;
+            if (entry.modified > content.lastModified)
+                content.lastModified = entry.modified;
+        }
+    }
+    for (const QString& folder : qAsConst(folders))
+        measure(folder, detail, &walk, content);
+}
+
+// ---- copyDir -----------------------------------------------------------------------------------
+
+/// Whether the absolute \a path or a folder on the way to it is \a folder.
 bool passesThrough(QString path, const QString& folder)
 {
-    for (;;) {
-        if (isSameFile(path, folder))
+    while (QDir::isAbsolutePath(path)) {
+        if (FileSystem::isSameFile(path, folder))
             return true;
         const QString parent = QFileInfo(path).path();
         if (parent == path)
-            return false;
+            break;
         path = parent;
     }
+    return false;
 }
 
 /// Whether \a path, which need not exist yet, is \a folder or lies inside it: by its name, or by
@@ -170,48 +199,10 @@ bool liesInside(QString path, const QString& folder)
         || passesThrough(QFileInfo(path).canonicalFilePath(), folder);
 }
 
-// ---- folderSize --------------------------------------------------------------------------------
-
-/// What folderSize() adds up.
-struct FolderContent
+/// Whether copying \a source to \a destination would change or never finish what is copied.
+bool overlap(const QString& source, const QString& destination)
 {
-    qint64 size = 0;
-    int fileCount = 0;
-};
-
-void measure(const QString& path, const Walk* parent, FolderContent& content,
-             QDateTime* lastModified)
-{
-    const Walk walk = {path, parent};
-    QDirIterator entry(folderOf(path, allEntries));
-    while (entry.hasNext()) {
-        entry.next();
-        const QFileInfo info = entry.fileInfo();
-        if (info.isFile()) {
-            if (entry.fileName().compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) == 0)
-                continue;
-            content.size += info.size();
-            ++content.fileCount;
-            if (lastModified) {
-                const QDateTime modified = info.lastModified();
-                if (lastModified->isNull() || *lastModified < modified)
-                    *lastModified = modified;
-            }
-        } else if (info.isDir() && !leadsBack(info, &walk)) {
-            measure(entry.filePath(), &walk, content, lastModified);
-        }
-    }
-}
-
-// ---- copyDir -----------------------------------------------------------------------------------
-
-/// Deletes the folder \a path, or only the link where \a path is one.
-bool removeTree(const QString& path)
-{
-    // QDir::removeRecursively() would empty the folder behind a link.
-    if (QFileInfo(path).isSymLink())
-        return QFile::remove(path);
-    return QDir(path).removeRecursively();
+    return liesInside(destination, source) || liesInside(source, destination);
 }
 
 bool refuseCopy(const QString& source, const QString& destination)
@@ -222,32 +213,33 @@ bool refuseCopy(const QString& source, const QString& destination)
 
 bool copyTree(const QString& source, const QString& destination, const Walk* parent)
 {
-    if (!canBeListed(source))
+    const Walk walk = {source, parent};
+    std::vector<FileSystem::Entry> entries;
+    if (!FileSystem::readFolder(source, entries))
         return refuseCopy(source, destination);
-    if (!QDir(destination).exists() && !QDir().mkpath(destination)) {
+    const bool isNew = !QDir(destination).exists();
+    if (isNew && !QDir().mkpath(destination)) {
         ORVAUTILS_LOG_WARNING_IN("copyDir") << "unable to mkdir" << destination;
         return false;
     }
-    const Walk walk = {source, parent};
-    QDirIterator entry(folderOf(source, allEntries));
-    while (entry.hasNext()) {
-        entry.next();
-        const QFileInfo info = entry.fileInfo();
-        const QString target = joined(destination, entry.fileName());
-        if (info.isFile()) {
-            if (!FileUtils::forceCopy(entry.filePath(), target))
-                return refuseCopy(entry.filePath(), target);
-        } else if (info.isDir() && !leadsBack(info, &walk)) {
-            // Links on either side can lead from two separate trees into a common one.
-            if (info.isSymLink() || QFileInfo(target).isSymLink()) {
-                const Walk* top = &walk;
-                while (top->parent)
-                    top = top->parent;
-                if (liesInside(target, top->path) || liesInside(target, entry.filePath())
-                    || liesInside(entry.filePath(), target))
-                    return refuseCopy(entry.filePath(), target);
-            }
-            if (!copyTree(entry.filePath(), target, &walk))
+    for (const FileSystem::Entry& entry : entries) {
+        const QString path = joined(source, entry.name);
+        const QString target = joined(destination, entry.name);
+        if (!entry.isReachable)
+            return refuseCopy(path, target);
+        if (entry.kind == FileSystem::Kind::File) {
+            // In a new folder nothing can be in the way, which is most of what forceCopy() does.
+            // Where the quick way fails, it tries again and tells the reason.
+            const bool copied =
+                isNew && FileSystem::copyFile(path, target) == FileSystem::Copied::Yes;
+            if (!copied && !FileUtils::forceCopy(path, target))
+                return refuseCopy(path, target);
+        } else if (leadsOn(entry, walk)) {
+            // Links on either side can lead out of two separate trees into a common one.
+            if ((entry.isLink || (!isNew && QFileInfo(target).isSymLink()))
+                && (overlap(path, target) || liesInside(target, walk.start().path)))
+                return refuseCopy(path, target);
+            if (!copyTree(path, target, &walk))
                 return false;
         }
     }
@@ -262,34 +254,65 @@ int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* f
 {
     const Walk walk = {path, parent};
     int count = 0;
-    QDirIterator entry(folderOf(path, visibleEntries));
-    while (entry.hasNext()) {
-        entry.next();
-        const QFileInfo info = entry.fileInfo();
-        const QString name = entry.fileName();
-        if (info.isFile()) {
-            list.append(prefix + name);
+    QStringList folders;
+    FileSystem::FolderReader reader(path, FileSystem::Detail::Kinds);
+    while (reader.next()) {
+        const FileSystem::Entry& entry = reader.entry();
+        if (entry.isHidden || !entry.isReachable)
+            continue;
+        if (entry.kind == FileSystem::Kind::File) {
+            list.append(prefix % entry.name);
             ++count;
-        } else if (recursive && info.isDir() && (!folderFilter || folderFilter->exactMatch(name))
-                   && !leadsBack(info, &walk)) {
-            count += listFiles(entry.filePath(), list, true, folderFilter,
-                               prefix + name + QLatin1Char('/'), &walk);
+        } else if (recursive && leadsOn(entry, walk)
+                   && (!folderFilter || folderFilter->exactMatch(entry.name))) {
+            folders.append(entry.name);
         }
     }
+    for (const QString& folder : qAsConst(folders))
+        count += listFiles(joined(path, folder), list, true, folderFilter,
+                           prefix % folder % QLatin1Char('/'), &walk);
     return count;
+}
+
+bool isVisibleFolder(const FileSystem::Entry& entry)
+{
+    return entry.kind == FileSystem::Kind::Folder && !entry.isHidden && entry.isReachable;
 }
 
 void listFolders(const QString& path, QStringList& list, bool recursive, const Walk* parent)
 {
     const Walk walk = {path, parent};
-    QDirIterator entry(folderOf(path, visibleFolders));
-    while (entry.hasNext()) {
-        entry.next();
-        const QFileInfo info = entry.fileInfo();
-        list.append(info.absoluteFilePath());
-        if (recursive && !leadsBack(info, &walk))
-            listFolders(entry.filePath(), list, true, &walk);
+    for (const FileSystem::Entry& entry : entriesOf(path)) {
+        if (!isVisibleFolder(entry))
+            continue;
+        list.append(joined(path, entry.name));
+        if (recursive && leadsOn(entry, walk))
+            listFolders(joined(path, entry.name), list, true, &walk);
     }
+}
+
+// ---- File content ------------------------------------------------------------------------------
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("FileUtils", text);
+}
+
+QString digestOfFile(const QString& path, QCryptographicHash::Algorithm algorithm)
+{
+    QCryptographicHash hash(algorithm);
+    QFile file(path);
+    // Unbuffered: the pieces are large enough, and QFile's own buffer would only copy them.
+    if (!path.isEmpty() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        QByteArray piece(64 * 1024, Qt::Uninitialized);
+        for (;;) {
+            const qint64 size = file.read(piece.data(), piece.size());
+            if (size <= 0)
+                break;
+            hash.addData(piece.constData(), int(size));
+        }
+    }
+    return StringUtils::byteArrayToString(hash.result(), 16);
 }
 
 } // namespace
@@ -373,7 +396,9 @@ bool FileUtils::folderExists(const QString& path)
 
 bool FileUtils::directoryIsEmpty(const QString& path)
 {
-    return !QDirIterator(folderOf(QDir::cleanPath(path), visibleEntries | QDir::Drives)).hasNext();
+    const QDir folder(QDir::cleanPath(path), QString(), QDir::Unsorted,
+                      QDir::Dirs | QDir::Files | QDir::Drives | QDir::NoDotAndDotDot);
+    return !QDirIterator(folder).hasNext();
 }
 
 bool FileUtils::checkNameFileValidity(const QString& name)
@@ -408,34 +433,50 @@ qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* las
     if (folder.isEmpty() || !QDir(folder).exists())
         return 0;
     FolderContent content;
-    measure(folder, nullptr, content, lastModified);
+    measure(folder, lastModified ? FileSystem::Detail::SizesAndTimes : FileSystem::Detail::Sizes,
+            nullptr, content);
     if (fileCount)
         *fileCount += content.fileCount;
+    if (lastModified && content.lastModified != FolderContent::noTime) {
+        const QDateTime latest = QDateTime::fromMSecsSinceEpoch(content.lastModified);
+        if (lastModified->isNull() || *lastModified < latest)
+            *lastModified = latest;
+    }
     return content.size;
 }
 
 bool FileUtils::forceCopy(const QString& source, const QString& destination)
 {
+    const auto cannotCopy = [&](QFileDevice::FileError error) {
+        ORVAUTILS_LOG_WARNING_IN("forceCopy") << "FileUtils::forceCopy can't copy" << source
+                                              << destination << " error=" << int(error);
+        return false;
+    };
     if (!QFileInfo::exists(source)) {
         ORVAUTILS_LOG_WARNING() << source << " est introuvable !! (forceCopy)";
         return false;
     }
-    if (QFileInfo::exists(destination)) {
-        if (isSameFile(source, destination))
-            return true;
-        if (!QFile::remove(destination)) {
-            ORVAUTILS_LOG_WARNING() << "FileUtils::forceCopy can't remove " << destination;
-            return false;
-        }
-    }
-    fileMkPath(destination, nullptr);
+    if (FileSystem::isSameFile(source, destination))
+        return true;
+    // What cannot be read (or, like a pipe, not to an end) does not cost the destination its life.
     QFile file(source);
-    if (!file.copy(destination)) {
-        ORVAUTILS_LOG_WARNING() << "FileUtils::forceCopy can't copy" << source << destination
-                                << " error=" << int(file.error());
+    if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
+        return cannotCopy(QFileDevice::CopyError);
+    file.close();
+    if (QFileInfo::exists(destination) && !QFile::remove(destination)) {
+        ORVAUTILS_LOG_WARNING() << "FileUtils::forceCopy can't remove " << destination;
         return false;
     }
-    return true;
+    fileMkPath(destination, nullptr);
+    switch (FileSystem::copyFile(source, destination)) {
+    case FileSystem::Copied::Yes:
+        return true;
+    case FileSystem::Copied::No:
+        return cannotCopy(QFileDevice::CopyError);
+    case FileSystem::Copied::NotTried:
+        break;
+    }
+    return file.copy(destination) || cannotCopy(file.error());
 }
 
 bool FileUtils::fileMkPath(const QString& filePath, QString* error)
@@ -453,22 +494,23 @@ bool FileUtils::removeContentDirectory(const QString& path, bool recursive)
 {
     if (path.isEmpty() || !path.contains(QLatin1Char('/')) || path == QLatin1String("."))
         return false;
-    if (!QDir(path).exists())
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
         return false;
-    if (!canBeListed(path)) {
-        ORVAUTILS_LOG_CRITICAL() << "enable to removeRecursively" << QDir(path).absolutePath();
+    std::vector<FileSystem::Entry> entries;
+    if (!FileSystem::readFolder(folder, entries)) {
+        ORVAUTILS_LOG_CRITICAL() << cannotRemove << folder;
         return false;
     }
-    const QFileInfoList all = entriesToDelete(path, QDir::Unsorted);
-    for (const QFileInfo& entry : all) {
-        const QString entryPath = entry.absoluteFilePath();
-        bool removed = true;
-        if (entry.isSymLink() || entry.isFile())
-            removed = QFile::remove(entryPath);
-        else if (entry.isDir() && recursive)
-            removed = QDir(entryPath).removeRecursively();
+    for (const FileSystem::Entry& entry : entries) {
+        const QString entryPath = joined(folder, entry.name);
+        bool removed = entry.isReachable;
+        if (isRemovedAsFile(entry))
+            removed = removed && FileSystem::removeFile(entryPath);
+        else if (entry.kind == FileSystem::Kind::Folder && recursive)
+            removed = removed && FileSystem::removeTree(entryPath);
         if (!removed) {
-            ORVAUTILS_LOG_CRITICAL() << "enable to removeRecursively" << entryPath;
+            ORVAUTILS_LOG_CRITICAL() << cannotRemove << entryPath;
             return false;
         }
     }
@@ -488,11 +530,15 @@ bool FileUtils::copyDir(const QString& source, const QString& destination, bool 
         ORVAUTILS_LOG_WARNING() << "unable to mkdir" << to;
         return false;
     }
-    if (liesInside(to, from) || liesInside(from, to))
+    if (overlap(from, to))
         return refuseCopy(from, to);
-    if (!merge && QDir(to).exists() && !removeTree(to)) {
-        ORVAUTILS_LOG_WARNING() << "unable to removeRecursively" << to;
-        return false;
+    if (!merge && QDir(to).exists()) {
+        // The folder behind a link is not the destination's to empty.
+        const bool isLink = QFileInfo(to).isSymLink();
+        if (!(isLink ? FileSystem::removeFile(to) : FileSystem::removeTree(to))) {
+            ORVAUTILS_LOG_WARNING() << "unable to removeRecursively" << to;
+            return false;
+        }
     }
     return copyTree(from, to, nullptr);
 }
@@ -504,10 +550,9 @@ int FileUtils::removeEmptyDirs(const QString& path, bool recursive)
     int count = 0;
     if (recursive) {
         const QString folder = QDir::cleanPath(path);
-        const QFileInfoList folders = QDir(path).entryInfoList(visibleFolders, QDir::Unsorted);
-        for (const QFileInfo& entry : folders) {
-            if (!entry.isSymLink())
-                count += removeEmptyDirs(joined(folder, entry.fileName()), true);
+        for (const FileSystem::Entry& entry : entriesOf(folder)) {
+            if (isVisibleFolder(entry) && !entry.isLink)
+                count += removeEmptyDirs(joined(folder, entry.name), true);
         }
     }
     if (directoryIsEmpty(path) && QDir().rmdir(path))
@@ -541,20 +586,21 @@ int FileUtils::listFilesInFileSystem(const QString& path, QStringList& list, boo
 
 bool FileUtils::listDirectoriesInFileSystem(const QString& path, QStringList& list, bool recursive)
 {
-    if (!QDir(path).exists())
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
         return false;
-    listFolders(path.isEmpty() ? QStringLiteral(".") : path, list, recursive, nullptr);
+    listFolders(folder, list, recursive, nullptr);
     return true;
 }
 
 bool FileUtils::listFolderName(const QString& path, QStringList& list)
 {
-    if (!QDir(path).exists())
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
         return false;
-    QDirIterator entry(folderOf(path, visibleFolders));
-    while (entry.hasNext()) {
-        entry.next();
-        list.append(entry.fileName());
+    for (const FileSystem::Entry& entry : entriesOf(folder)) {
+        if (isVisibleFolder(entry))
+            list.append(entry.name);
     }
     return true;
 }
@@ -573,6 +619,113 @@ QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
         return QByteArray();
     }
     return file.readAll();
+}
+
+bool FileUtils::writeFileContent(const QString& path, const QByteArray& data, QString* error)
+{
+    if (path.isEmpty() || !fileMkPath(path, error))
+        return false;
+    const auto fail = [&](const char* message) {
+        if (error)
+            *error = translated(message).arg(path);
+        ORVAUTILS_LOG_WARNING_IN("writeFileContent") << "cannot open file " << path;
+        return false;
+    };
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot open (WriteOnly) %1"));
+    // Flushed here, because nobody hears of a disk that is full when the file is closed.
+    if (file.write(data) != data.size() || !file.flush())
+        return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot write datas (WriteOnly) in %1"));
+    return true;
+}
+
+bool FileUtils::replaceInFile(const QString& path, const QString& before, const QString& after)
+{
+    const QByteArray content = readFileContent(path, false);
+    QString text = QString::fromUtf8(content.constData()); // up to the first zero byte
+    if (text.isEmpty())
+        return false;
+    if (!before.isEmpty())
+        text.replace(before, after);
+    writeFileContent(path, text.toUtf8());
+    return true;
+}
+
+QString FileUtils::md5FromDatas(const QByteArray& data)
+{
+    return StringUtils::byteArrayToString(QCryptographicHash::hash(data, QCryptographicHash::Md5),
+                                          16);
+}
+
+QString FileUtils::md5(const QString& path)
+{
+    return digestOfFile(path, QCryptographicHash::Md5);
+}
+
+QString FileUtils::sha1(const QString& path)
+{
+    return digestOfFile(path, QCryptographicHash::Sha1);
+}
+
+bool FileUtils::checkWritingRightInFolder(const QString& folder, const QString& label,
+                                          QString* error)
+{
+    const QString path = QDir::cleanPath(folder);
+    if (path.isEmpty()) {
+        if (error)
+            *error = translated(QT_TRANSLATE_NOOP("FileUtils", "Folder is not valid ! (empty)"));
+        return false;
+    }
+    const QString probe = joined(path, QStringLiteral("check_write"));
+    QString reason;
+    if (!writeFileContent(probe, "data_test", &reason)) {
+        if (error) {
+            // Both at once: a label may hold a "%2" of its own.
+            *error = label.isEmpty()
+                ? reason
+                : translated(QT_TRANSLATE_NOOP("FileUtils", "Cant write in %1 error=%2"))
+                      .arg(label, reason);
+        }
+        return false;
+    }
+    QFile::remove(probe);
+    return true;
+}
+
+QString FileUtils::labelWorkingFolderBlocked(const QString& folder,
+                                             const QString& documentationAddress)
+{
+    const QString link =
+        QStringLiteral("<a href='%1'>%2</a>")
+            .arg(documentationAddress, translated(QT_TRANSLATE_NOOP("FileUtils", "Documentation")));
+    QString text =
+        translated(QT_TRANSLATE_NOOP("FileUtils",
+                                     "Your working folder %1 seem not accessible en write, change "
+                                     "it or consult %2"))
+            .arg(folder, link);
+    return text.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+}
+
+// ---- Files on the desktop ----------------------------------------------------------------------
+
+QIcon FileUtils::iconFromFilename(const QString& name)
+{
+    const QFileInfo file(name);
+    const QFileInfo shipped(ApplicationUtils::pathDatas() + QLatin1String("suffix_icons/file.")
+                            + file.suffix().toLower());
+    return QFileIconProvider().icon(shipped.exists() ? shipped : file);
+}
+
+void FileUtils::showFileInFolder(const QString& path)
+{
+    const QString osascript = QStringLiteral("/usr/bin/osascript");
+    const QString reveal = QStringLiteral("tell application \"Finder\" to reveal POSIX file \"")
+        + path + QLatin1Char('"');
+    QProcess::execute(osascript, {QStringLiteral("-e"), reveal});
+    QProcess::execute(
+        osascript,
+        {QStringLiteral("-e"), QStringLiteral("tell application \"Finder\" to activate")});
 }
 
 // ---- Older variants ----------------------------------------------------------------------------
@@ -617,28 +770,34 @@ bool FileUtils::old::removeDirectory(const QString& path, bool recursive, QStrin
     if (depth <= 0)
         return fail(QStringLiteral("FileUtils::removeDirectory ") + path
                     + QStringLiteral(" profondeur max atteinte !"));
-    if (!QDir(path).exists())
+    // Without a "/" at the end, which would make the system look through a link.
+    const QString folder = QDir(path).absolutePath();
+    if (!QDir(folder).exists())
         return fail(QStringLiteral("FileUtils::removeDirectory: ") + path
                     + QStringLiteral(" doesn't exist"));
 
-    // A "/" at the end would make the system look through a link.
-    const QString folder = QDir::cleanPath(path);
     const bool isLink = QFileInfo(folder).isSymLink();
     bool allHandled = true;
     if (!isLink) {
-        const QFileInfoList all = entriesToDelete(path, QDir::Name | QDir::IgnoreCase);
-        for (const QFileInfo& entry : all) {
-            if (entry.isSymLink() || entry.isFile()) {
-                QFile file(entry.absoluteFilePath());
+        std::vector<FileSystem::Entry> entries = entriesOf(folder);
+        sortByNameIgnoringCase(entries);
+        for (const FileSystem::Entry& entry : entries) {
+            const QString entryPath = joined(folder, entry.name);
+            if (!entry.isReachable) {
+                allHandled = false;
+            } else if (isRemovedAsFile(entry)) {
+                if (FileSystem::removeFile(entryPath))
+                    continue;
+                // Once more with the class that can say why not.
+                QFile file(entryPath);
                 if (!file.remove())
                     return fail(QStringLiteral("Failed to remove file: %1 (%2)")
                                     .arg(file.fileName(), file.errorString()));
-            } else if (entry.isDir()) {
+            } else if (entry.kind == FileSystem::Kind::Folder) {
                 if (!recursive)
-                    return fail(
-                        QStringLiteral("Failed to remove file: %1 (%2)")
-                            .arg(entry.fileName(), QStringLiteral("non recursive operation")));
-                if (!removeDirectory(entry.absoluteFilePath(), true, error, depth - 1))
+                    return fail(QStringLiteral("Failed to remove file: %1 (%2)")
+                                    .arg(entry.name, QStringLiteral("non recursive operation")));
+                if (!removeDirectory(entryPath, true, error, depth - 1))
                     return false;
             } else {
                 allHandled = false;

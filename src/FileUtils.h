@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FileUtils: the family's rules for paths, file names, sizes and folder trees.
+// FileUtils: the family's rules for paths, file names, sizes, folder trees and file content.
 
 #ifndef ORVAUTILS_FILEUTILS_H
 #define ORVAUTILS_FILEUTILS_H
@@ -9,6 +9,7 @@
 #include "orvautils_export.h"
 
 #include <QByteArray>
+#include <QIcon>
 #include <QString>
 #include <QStringList>
 
@@ -19,7 +20,7 @@ class QIODevice;
 class QRegExp;
 QT_END_NAMESPACE
 
-/// Static functions on paths, file names, sizes and folder trees.
+/// Static functions on paths, file names, sizes, folder trees and file content.
 ///
 /// Paths are separated by "/" on every platform. A folder path may end with "/" or not; where that
 /// makes a difference the function says so. Everything runs on the calling thread and keeps no
@@ -61,7 +62,7 @@ public:
     /// A path that ends with "/" is treated as text: "/a/b/" gives "/a/", and one without an
     /// earlier "/" comes back unchanged ("a/", "/"). Any other path is made absolute against the
     /// current folder first: "/a/b" gives "/a/". The "/" is always added, so "/a" deliberately
-    /// gives "//".
+    /// gives "//", and an empty path "/".
     static QString parentFolder(const QString& path);
 
     /// \a path shortened on the left until it fits \a width pixels in the font of \a metrics, for
@@ -125,10 +126,11 @@ public:
     /// replaced if it exists. The copy has the permissions of the source.
     ///
     /// When both are the same file, also through links, nothing is done and true is returned.
-    /// Otherwise an existing destination is removed first, and stays removed if the copy fails.
-    /// The destination appears under its name only when it is complete. On failure returns false
-    /// and logs with LogType 2: a missing source, a destination that cannot be removed, or the copy
-    /// with its numeric QFileDevice::FileError.
+    /// Otherwise an existing destination is removed first, unless the source is no file or cannot
+    /// be opened, and stays removed if the copy fails then. A destination that is a link is
+    /// replaced, and what it leads to not touched. The copy appears under its name only when it is
+    /// complete. On failure returns false and logs with LogType 2: a missing source, a destination
+    /// that cannot be removed, or the copy with its numeric QFileDevice::FileError.
     static bool forceCopy(const QString& source, const QString& destination);
 
     /// Creates the folder that is to contain the file \a filePath, with all missing parents.
@@ -140,11 +142,13 @@ public:
     /// Empties the folder \a path and keeps the folder itself.
     ///
     /// Sub-folders are removed only when \a recursive is true and are silently left otherwise.
-    /// Links are removed as links; what they point to is not touched. Special files stay.
+    /// Links, broken ones too, are removed as links; what they point to is not touched. Special
+    /// files stay.
     ///
     /// As a guard against wiping the current folder, returns false without a log for an empty path,
     /// for one that holds no "/" and for "."; also for a folder that does not exist. Stops at the
-    /// first entry that cannot be removed, logs it with LogType 4 and returns false.
+    /// first entry that cannot be removed, logs it with LogType 4 and returns false, as it does for
+    /// a folder that cannot be read.
     static bool removeContentDirectory(const QString& path, bool recursive);
 
     /// Copies the folder \a source with everything in it (all entries) to \a destination, which is
@@ -157,8 +161,10 @@ public:
     ///
     /// A destination that is the source, lies inside it or contains it (also through links) is
     /// refused before anything is touched. Stops at the first failure and returns false; what was
-    /// copied stays. Logs with LogType 4 a missing source, with LogType 2 every other failure. An
-    /// empty source counts as missing, an empty destination as one that cannot be created.
+    /// copied stays. A folder that cannot be read, or a name on the disk that is no text in the
+    /// system's encoding, is a failure too: no entry is left out in silence. Logs with LogType 4 a
+    /// missing source, with LogType 2 every other failure. An empty source counts as missing, an
+    /// empty destination as one that cannot be created.
     static bool copyDir(const QString& source, const QString& destination, bool merge);
 
     /// Removes folders that hold no visible entry and returns how many were removed.
@@ -209,6 +215,68 @@ public:
     /// without a record for an empty path. An empty file cannot be told from a missing one.
     static QByteArray readFileContent(const QString& path, bool logOnFailure = true);
 
+    /// Makes \a data the whole content of the file \a path, which is created, with its folder,
+    /// where it is missing. Empty data leaves an empty file.
+    ///
+    /// The file is emptied first: where writing fails, what was written so far is all that is left.
+    /// An empty path gives false without a message. Otherwise false with \a error saying why: the
+    /// message of fileMkPath(), or, translated, "Cannot open (WriteOnly) <path>" or "Cannot write
+    /// datas (WriteOnly) in <path>" for a write that fails or ends early (a full disk). The last
+    /// two are logged with LogType 2, both as "cannot open file " and the path.
+    static bool writeFileContent(const QString& path, const QByteArray& data,
+                                 QString* error = nullptr);
+
+    /// Replaces every occurrence of \a before in the UTF-8 file \a path by \a after; upper and
+    /// lower case are different. An empty \a before replaces nothing.
+    ///
+    /// False, with nothing written, when the file cannot be read, is empty or begins with a zero
+    /// byte. Otherwise true, whatever writing gave (a failure is logged by writeFileContent()).
+    /// What stands behind the first zero byte is dropped, bytes that are not UTF-8 become U+FFFD
+    /// and a byte-order mark goes, all of that also where nothing is replaced: this is for text
+    /// files.
+    static bool replaceInFile(const QString& path, const QString& before, const QString& after);
+
+    /// The MD5 digest of \a data, 32 lower-case hexadecimal digits.
+    static QString md5FromDatas(const QByteArray& data);
+
+    /// The MD5 digest of the content of the file \a path, which is read as a stream: memory does
+    /// not grow with the file. For a file that cannot be opened it is the digest of no bytes,
+    /// "d41d8cd98f00b204e9800998ecf8427e": deliberate, so look whether the file exists first.
+    static QString md5(const QString& path);
+
+    /// As md5(), with SHA-1: 40 digits, "da39a3ee5e6b4b0d3255bfef95601890afd80709" for no bytes.
+    static QString sha1(const QString& path);
+
+    /// Whether \a folder can be written to, found out by writing a file "check_write" into it and
+    /// removing it again. The folder is created, with its parents, where it is missing.
+    ///
+    /// Otherwise false, with \a error: translated "Folder is not valid ! (empty)" for an empty
+    /// path, else the message of writeFileContent(), which with a \a label, the folder's name for
+    /// people, becomes the translated "Cant write in <label> error=<message>".
+    static bool checkWritingRightInFolder(const QString& folder, const QString& label,
+                                          QString* error = nullptr);
+
+    /// The rich text, translated, that tells the user that the working folder \a folder cannot be
+    /// written to and links to \a documentationAddress. It holds "<br>" in the place of line feeds.
+    /// Neither argument is escaped for HTML.
+    static QString labelWorkingFolderBlocked(const QString& folder,
+                                             const QString& documentationAddress);
+
+    // ---- Files on the desktop ------------------------------------------------------------------
+
+    /// The icon for a file of the name \a name, which need not exist: the one of the file
+    /// suffix_icons/file.<suffix in lower case> in ApplicationUtils::pathDatas() where the
+    /// application ships that, else the desktop's for \a name. For the GUI thread.
+    static QIcon iconFromFilename(const QString& name);
+
+    /// Shows the file \a path in the Finder and brings that to the front, by two calls of
+    /// /usr/bin/osascript that are waited for. Nothing happens where that is missing; failures are
+    /// not detected.
+    ///
+    /// The path stands between double quotes in a script and is not escaped: never pass one that
+    /// holds a double quote or a backslash and comes from somebody else.
+    static void showFileInFolder(const QString& path);
+
     // ---- Older variants that callers still depend on -------------------------------------------
 
     struct ORVAUTILS_EXPORT old
@@ -229,7 +297,8 @@ public:
         ///
         /// Stops at the first sub-folder when \a recursive is false, at the first entry that cannot
         /// be removed and at folders deeper than \a depth levels, \a path being the first one.
-        /// Links are removed as links, \a path itself included; what they point to is not touched.
+        /// Links are removed as links, broken ones and \a path itself included; what they point to
+        /// is not touched.
         /// Special files are left, and with them the folder. Returns false with a message in
         /// \a error (none for an empty path). Nothing is logged.
         static bool removeDirectory(const QString& path, bool recursive, QString* error = nullptr,

@@ -90,7 +90,8 @@ public:
     /// ImageUtils::copyImageFile(src, dst, true, QSize(1600, 1600), ImageUtils::UseExifRotation);
     /// \endcode
     ///
-    /// GIF and SVG files are always copied. Any other file is copied unless
+    /// GIF and SVG files are always copied, where Qt has a reader for them. Any other file is
+    /// copied unless
     /// - UseExifRotation is set and its orientation asks for a rotation, or
     /// - NoResize is not set and one of these holds: ProgressiveJpeg is set without
     ///   ProgressiveOnlyWhenReencoded; \a keepAspectRatio is false; the picture is wider or taller
@@ -117,8 +118,10 @@ public:
     /// symbolic link at \a dst is replaced, what it points to is not touched.
     ///
     /// A JPEG that is to become much smaller may be decoded at a half, a quarter or an eighth of
-    /// its size; the result is computed from the whole size and looks the same (see decode() in the
-    /// source). A picture of more than 2 GiB once decoded cannot be loaded.
+    /// its size. The size of the result is computed from the whole size all the same, and its luma
+    /// stays within 38 dB (PSNR) of what scaling the whole photograph gives. A file that breaks off
+    /// half-way gives what Qt's reader makes of it. A picture that would take more than 2 GiB once
+    /// decoded cannot be loaded.
     ///
     /// Returns false on failure and logs it, as function "copyImageFile", with LogType 2 where
     /// nothing else is said:

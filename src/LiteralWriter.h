@@ -4,9 +4,9 @@
 // LiteralWriter: writes Qt values as literals of PHP or JavaScript, which differ in their maps
 // only.
 //
-// Text is gathered in a block of fixed size and handed to the stream block by block, because one
-// call of the stream costs as much as writing twenty characters; so a document of any size is
-// written with the memory of one block.
+// Text is gathered in a block of fixed size and handed to the stream block by block: the stream is
+// called once in thousands of characters, and a document of any size is written with the memory of
+// one block.
 //
 // This header is private to the library and is not installed.
 

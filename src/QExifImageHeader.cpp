@@ -3,27 +3,125 @@
 
 #include "QExifImageHeader.h"
 
+#include "ExistingFile.h"
+
 #include <QBuffer>
 #include <QDebug>
 #include <QFile>
 #include <QImageReader>
-#include <QMap>
 #include <QSize>
 #include <QTransform>
+#include <QVarLengthArray>
 #include <QtEndian>
 
+#include <algorithm>
 #include <cstring>
-#include <limits>
+#include <vector>
+
+namespace {
+
+/// Values by tag in ascending order, one behind the other in memory: there are dozens of them, and
+/// the nodes of a tree would take as many allocations again as the values do.
+template <typename Tag>
+class TagMap
+{
+public:
+    struct Entry
+    {
+        Tag tag;
+        QExifValue value;
+    };
+    using Entries = std::vector<Entry>;
+
+    TagMap() = default;
+    /// Of entries in whatever order; where a tag stands twice, the last one counts.
+    explicit TagMap(Entries entries)
+        : mEntries(std::move(entries))
+    {
+        const auto descends = [](const Entry& a, const Entry& b) { return a.tag >= b.tag; };
+        if (std::adjacent_find(mEntries.begin(), mEntries.end(), descends) == mEntries.end())
+            return;
+        std::reverse(mEntries.begin(), mEntries.end());
+        std::stable_sort(mEntries.begin(), mEntries.end(),
+                         [](const Entry& a, const Entry& b) { return a.tag < b.tag; });
+        mEntries.erase(std::unique(mEntries.begin(), mEntries.end(),
+                                   [](const Entry& a, const Entry& b) { return a.tag == b.tag; }),
+                       mEntries.end());
+    }
+
+    typename Entries::const_iterator begin() const { return mEntries.begin(); }
+    typename Entries::const_iterator end() const { return mEntries.end(); }
+    int size() const { return static_cast<int>(mEntries.size()); }
+    bool isEmpty() const { return mEntries.empty(); }
+
+    QList<Tag> tags() const
+    {
+        QList<Tag> tags;
+        tags.reserve(size());
+        for (const Entry& entry : mEntries)
+            tags.append(entry.tag);
+        return tags;
+    }
+    bool contains(Tag tag) const
+    {
+        const auto place = find(mEntries, tag);
+        return place != mEntries.end() && place->tag == tag;
+    }
+    QExifValue value(Tag tag) const
+    {
+        return contains(tag) ? find(mEntries, tag)->value : QExifValue();
+    }
+    void insert(Tag tag, const QExifValue& value)
+    {
+        if (contains(tag))
+            find(mEntries, tag)->value = value;
+        else
+            mEntries.insert(find(mEntries, tag), Entry{tag, value});
+    }
+    void remove(Tag tag)
+    {
+        if (contains(tag))
+            mEntries.erase(find(mEntries, tag));
+    }
+    QExifValue take(Tag tag)
+    {
+        const QExifValue taken = value(tag);
+        remove(tag);
+        return taken;
+    }
+
+private:
+    /// Where a tag is, or else belongs.
+    template <typename AnyEntries>
+    static auto find(AnyEntries& entries, Tag tag) -> decltype(entries.begin())
+    {
+        return std::lower_bound(entries.begin(), entries.end(), tag,
+                                [](const Entry& entry, Tag wanted) { return entry.tag < wanted; });
+    }
+
+    Entries mEntries;
+};
+
+class BlockReader;
+
+} // namespace
 
 class QExifImageHeaderPrivate
 {
 public:
+    /// Takes everything from a block, after clear().
+    bool read(BlockReader& block);
+    /// Appends the block that write() writes, with what writing it changes here.
+    void appendBlock(QByteArray* bytes);
+    /// The size of the block by its formula, not by what was written last.
+    int predictedSize() const;
+
     QDataStream::ByteOrder byteOrder = QDataStream::LittleEndian;
     int size = -1; // of the block; -1 when unknown
 
-    QMap<QExifImageHeader::ImageTag, QExifValue> imageIfdValues;
-    QMap<QExifImageHeader::ExifExtendedTag, QExifValue> exifIfdValues;
-    QMap<QExifImageHeader::GpsTag, QExifValue> gpsIfdValues;
+    TagMap<QExifImageHeader::ImageTag> imageIfdValues;
+    TagMap<QExifImageHeader::ExifExtendedTag> exifIfdValues;
+    TagMap<QExifImageHeader::GpsTag> gpsIfdValues;
 
     QSize thumbnailSize; // of the last image given to setThumbnail()
     QByteArray thumbnailData;
@@ -37,10 +135,8 @@ public:
 namespace {
 
 using ByteOrder = QDataStream::ByteOrder;
-using UnsignedRational = QPair<quint32, quint32>;
-using SignedRational = QPair<qint32, qint32>;
 
-const quint16 startOfImage = 0xFFD8;
+const char startOfImage[] = "\xFF\xD8";
 const quint16 app0 = 0xFFE0;
 const quint16 app1 = 0xFFE1;
 const int maximumSegmentPayload = 65533; // the 16-bit length counts itself
@@ -50,7 +146,7 @@ const int tiffHeaderSize = 8;
 const int countSize = 2;
 const int entrySize = 12;
 const int linkSize = 4;
-const quint32 inlineSize = 4;
+const int inlineSize = 4;
 
 // No value of a real file comes near; it keeps a payload within what a Qt container holds.
 const quint64 maximumPayload = 1u << 29;
@@ -58,6 +154,8 @@ const quint64 maximumPayload = 1u << 29;
 // How often the values of one directory may cover the whole device before it is read no further.
 // In a sound block they cover it less than once.
 const int maximumOverlap = 16;
+
+const QDataStream::ByteOrder bigEndian = QDataStream::BigEndian;
 
 // Reading
 
@@ -68,21 +166,31 @@ bool seekWithin(QIODevice* device, qint64 position)
     return position >= 0 && position <= device->size() && device->seek(position);
 }
 
+/// Moves forward. Says false where the device ends before.
+bool skip(QIODevice* device, int size)
+{
+    return device->isSequential() ? QDataStream(device).skipRawData(size) == size
+                                  : seekWithin(device, device->pos() + size);
+}
+
 /// Up to wanted bytes: as many as there are. Allocates for no more than that.
 QByteArray readBytes(QIODevice* device, quint64 wanted)
 {
     quint64 size = qMin(wanted, maximumPayload);
     if (!device->isSequential())
         size = qMin(size, static_cast<quint64>(qMax(Q_INT64_C(0), device->size() - device->pos())));
-    return device->read(static_cast<qint64>(size));
+    QByteArray bytes(static_cast<int>(size), Qt::Uninitialized);
+    const qint64 got = device->read(bytes.data(), bytes.size());
+    bytes.truncate(static_cast<int>(qMax(Q_INT64_C(0), got)));
+    return bytes;
 }
 
 template <typename Integer>
 Integer decode(const char* bytes, ByteOrder order)
 {
     const uchar* const source = reinterpret_cast<const uchar*>(bytes);
-    return order == QDataStream::BigEndian ? qFromBigEndian<Integer>(source)
-                                           : qFromLittleEndian<Integer>(source);
+    return order == bigEndian ? qFromBigEndian<Integer>(source)
+                              : qFromLittleEndian<Integer>(source);
 }
 
 ExifIfdHeader decodeEntry(const char* bytes, ByteOrder order)
@@ -101,75 +209,143 @@ ExifIfdHeader decodeEntry(const char* bytes, ByteOrder order)
     return entry;
 }
 
-QList<ExifIfdHeader> readEntries(QDataStream& stream)
+/// Bytes that somebody else keeps.
+struct Bytes
 {
-    QList<ExifIfdHeader> entries;
-    quint16 count = 0;
-    stream >> count;
-    const QByteArray bytes = readBytes(stream.device(), quint64(count) * entrySize);
-    for (int i = 0; i + entrySize <= bytes.size(); i += entrySize)
-        entries.append(decodeEntry(bytes.constData() + i, stream.byteOrder()));
-    return entries;
-}
+    const char* data;
+    int size;
+};
 
-/// The bytes that an entry refers to; none where its offset leads out of the device.
-QByteArray readPayload(QIODevice* device, qint64 start, const ExifIfdHeader& entry, int elementSize)
+/// A block, in memory or in a device; a device is read piece by piece, small pieces into a buffer
+/// that is used again and again. Not one byte is asked for beyond what is there.
+class BlockReader
 {
-    if (!seekWithin(device, start + entry.offset))
-        return QByteArray();
-    return readBytes(device, quint64(entry.count) * static_cast<quint64>(elementSize));
-}
+public:
+    explicit BlockReader(const QByteArray& block)
+        : mBlock(block)
+        , mSize(block.size())
+    { }
+    /// A block that begins at a position of a device, which is at some other position maybe.
+    BlockReader(QIODevice* device, qint64 start)
+        : mDevice(device)
+        , mStart(start)
+        , mSize(device->size())
+        , mPosition(device->pos())
+    { }
+
+    ByteOrder order() const { return mOrder; }
+    void setOrder(ByteOrder order) { mOrder = order; }
+    /// Of the whole device.
+    qint64 size() const { return mSize; }
+
+    /// Moves to an offset of the block, false when that lies outside of the device.
+    bool seek(quint32 offset)
+    {
+        const qint64 position = mStart + offset;
+        if (position < 0 || position > mSize || (mDevice && !mDevice->seek(position)))
+            return false;
+        mPosition = position;
+        return true;
+    }
+
+    /// The next bytes, up to wanted of them. They stay until the next call.
+    Bytes next(quint64 wanted)
+    {
+        const quint64 left = static_cast<quint64>(qMax(Q_INT64_C(0), mSize - mPosition));
+        Bytes bytes = {nullptr, static_cast<int>(qMin(qMin(wanted, maximumPayload), left))};
+        if (mDevice) {
+            mBuffer.resize(bytes.size);
+            bytes.size =
+                static_cast<int>(qMax(Q_INT64_C(0), mDevice->read(mBuffer.data(), bytes.size)));
+            bytes.data = mBuffer.constData();
+        } else {
+            bytes.data = mBlock.constData() + mPosition;
+        }
+        mPosition += bytes.size;
+        return bytes;
+    }
+
+    /// The bytes that an entry refers to; none where its offset leads out of the device.
+    Bytes data(const ExifIfdHeader& entry, int elementSize)
+    {
+        return next(seek(entry.offset) ? quint64(entry.count) * quint64(elementSize) : 0);
+    }
+
+    QVector<ExifIfdHeader> entries()
+    {
+        const Bytes count = next(countSize);
+        if (count.size < countSize)
+            return QVector<ExifIfdHeader>();
+        const Bytes fields = next(quint64(decode<quint16>(count.data, mOrder)) * entrySize);
+        QVector<ExifIfdHeader> entries(fields.size / entrySize);
+        const char* field = fields.data;
+        for (ExifIfdHeader& entry : entries) {
+            entry = decodeEntry(field, mOrder);
+            field += entrySize;
+        }
+        return entries;
+    }
+
+private:
+    QIODevice* const mDevice = nullptr;
+    const QByteArray mBlock;
+    ByteOrder mOrder = bigEndian;
+    const qint64 mStart = 0;
+    const qint64 mSize;
+    qint64 mPosition = 0;
+    QVarLengthArray<char, 1024> mBuffer;
+};
 
 template <typename Integer>
-QVector<Integer> decodeIntegers(const QByteArray& bytes, ByteOrder order)
+QVector<Integer> integers(Bytes bytes, ByteOrder order)
 {
     const int size = static_cast<int>(sizeof(Integer));
-    QVector<Integer> values(bytes.size() / size);
-    const char* source = bytes.constData();
+    QVector<Integer> values(bytes.size / size);
     for (Integer& value : values) {
-        value = decode<Integer>(source, order);
-        source += size;
+        value = decode<Integer>(bytes.data, order);
+        bytes.data += size;
     }
     return values;
 }
 
 template <typename Integer>
-QVector<QPair<Integer, Integer>> decodeRationals(const QByteArray& bytes, ByteOrder order)
+QVector<QPair<Integer, Integer>> rationals(Bytes bytes, ByteOrder order)
 {
     const int size = static_cast<int>(sizeof(Integer));
-    QVector<QPair<Integer, Integer>> values(bytes.size() / (2 * size));
-    const char* source = bytes.constData();
+    QVector<QPair<Integer, Integer>> values(bytes.size / (2 * size));
     for (QPair<Integer, Integer>& value : values) {
-        value = {decode<Integer>(source, order), decode<Integer>(source + size, order)};
-        source += 2 * size;
+        value = {decode<Integer>(bytes.data, order), decode<Integer>(bytes.data + size, order)};
+        bytes.data += 2 * size;
     }
     return values;
 }
 
-QVector<quint8> byteVector(const char* bytes, int size)
+QVector<quint8> byteVector(Bytes bytes)
 {
-    QVector<quint8> values(size);
-    std::copy(bytes, bytes + size, values.begin());
+    QVector<quint8> values(bytes.size);
+    std::copy_n(bytes.data, bytes.size, values.begin());
     return values;
 }
 
-/// The text of an entry that claims count bytes, the last of which ends it, of which size are
-/// there.
-QString textOf(const char* bytes, int size, quint32 count)
+QByteArray byteArray(Bytes bytes)
 {
-    return QString::fromLatin1(bytes, static_cast<quint32>(size) < count ? size : size - 1);
+    return QByteArray(bytes.data, bytes.size);
 }
 
-QExifValue inlineByteValue(const ExifIfdHeader& entry)
+/// The text of an entry that claims count bytes, the last of which ends it. Bytes that the end of
+/// the device cut short have lost that one already.
+QString text(Bytes bytes, quint32 count)
 {
-    const char* const bytes = reinterpret_cast<const char*>(entry.inlineBytes.data());
-    const int count = static_cast<int>(entry.count);
-    if (entry.type == QExifValue::Byte)
-        return QExifValue(byteVector(bytes, count));
-    if (count == 0)
-        return QExifValue(
-            QString::fromLatin1(bytes, static_cast<int>(qstrnlen(bytes, inlineSize))));
-    return QExifValue(textOf(bytes, count, entry.count));
+    const bool isWhole = static_cast<quint32>(bytes.size) == count;
+    return QString::fromLatin1(bytes.data, isWhole ? bytes.size - 1 : bytes.size);
+}
+
+QString inlineText(Bytes bytes, quint32 count)
+{
+    if (count > 0)
+        return text({bytes.data, static_cast<int>(count)}, count);
+    return QString::fromLatin1(
+        bytes.data, static_cast<int>(qstrnlen(bytes.data, static_cast<uint>(bytes.size))));
 }
 
 void warnOfType(quint16 type)
@@ -177,49 +353,44 @@ void warnOfType(quint16 type)
     qWarning() << "Invalid Ifd Type" << type;
 }
 
-QExifValue readValue(QDataStream& stream, qint64 start, const ExifIfdHeader& entry)
+QExifValue readValue(BlockReader& block, const ExifIfdHeader& entry)
 {
-    QIODevice* const device = stream.device();
-    const ByteOrder order = stream.byteOrder();
+    const ByteOrder order = block.order();
+    const quint32 count = entry.count;
+    const char* const inlineBytes = reinterpret_cast<const char*>(entry.inlineBytes.data());
     switch (entry.type) {
-    case QExifValue::Byte: {
-        if (entry.count < 5)
-            return inlineByteValue(entry);
-        const QByteArray bytes = readPayload(device, start, entry, 1);
-        return QExifValue(byteVector(bytes.constData(), bytes.size()));
-    }
-    case QExifValue::Ascii: {
-        if (entry.count < 5)
-            return inlineByteValue(entry);
-        const QByteArray bytes = readPayload(device, start, entry, 1);
-        return QExifValue(textOf(bytes.constData(), bytes.size(), entry.count));
-    }
-    case QExifValue::Short: {
-        if (entry.count >= 3)
-            return QExifValue(decodeIntegers<quint16>(readPayload(device, start, entry, 2), order));
-        QVector<quint16> values(static_cast<int>(entry.count));
-        std::copy_n(entry.inlineShorts.begin(), values.size(), values.begin());
-        return QExifValue(values);
-    }
+    case QExifValue::Byte:
+        return QExifValue(byteVector(count < 5 ? Bytes{inlineBytes, static_cast<int>(count)}
+                                               : block.data(entry, 1)));
+    case QExifValue::Ascii:
+        return QExifValue(count < 5 ? inlineText({inlineBytes, inlineSize}, count)
+                                    : text(block.data(entry, 1), count));
+    case QExifValue::Short:
+        if (count == 1)
+            return QExifValue(entry.inlineShorts[0]);
+        if (count == 2)
+            return QExifValue(QVector<quint16>{entry.inlineShorts[0], entry.inlineShorts[1]});
+        return QExifValue(
+            integers<quint16>(count == 0 ? Bytes{inlineBytes, 0} : block.data(entry, 2), order));
     case QExifValue::Long:
-        if (entry.count == 1)
+        if (count == 1)
             return QExifValue(entry.offset);
-        return QExifValue(decodeIntegers<quint32>(readPayload(device, start, entry, 4), order));
+        return QExifValue(integers<quint32>(block.data(entry, 4), order));
     case QExifValue::SignedLong:
-        if (entry.count == 1)
+        if (count == 1)
             return QExifValue(static_cast<qint32>(entry.offset));
-        return QExifValue(decodeIntegers<qint32>(readPayload(device, start, entry, 4), order));
+        return QExifValue(integers<qint32>(block.data(entry, 4), order));
     case QExifValue::Rational:
-        return QExifValue(decodeRationals<quint32>(readPayload(device, start, entry, 8), order));
+        return QExifValue(rationals<quint32>(block.data(entry, 8), order));
     case QExifValue::SignedRational:
-        return QExifValue(decodeRationals<qint32>(readPayload(device, start, entry, 8), order));
+        return QExifValue(rationals<qint32>(block.data(entry, 8), order));
     case QExifValue::Undefined: {
-        if (entry.count >= 5)
-            return QExifValue(readPayload(device, start, entry, 1));
+        if (count >= 5)
+            return QExifValue(byteArray(block.data(entry, 1)));
         // Whatever the byte order of the file: least significant byte first.
         char bytes[inlineSize];
         qToLittleEndian(entry.offset, reinterpret_cast<uchar*>(bytes));
-        return QExifValue(QByteArray(bytes, static_cast<int>(entry.count)));
+        return QExifValue(QByteArray(bytes, static_cast<int>(count)));
     }
     default:
         warnOfType(entry.type);
@@ -231,28 +402,25 @@ quint32 sizeOfValue(const QExifValue& value);
 
 /// The values of a directory's entries; where a tag stands twice, the last one.
 template <typename Tag>
-QMap<Tag, QExifValue> readValues(QDataStream& stream, qint64 start,
-                                 const QList<ExifIfdHeader>& entries)
+TagMap<Tag> readValues(BlockReader& block, const QVector<ExifIfdHeader>& entries)
 {
-    QMap<Tag, QExifValue> values;
-    qint64 allowance = stream.device()->size() * maximumOverlap;
+    typename TagMap<Tag>::Entries values;
+    values.reserve(static_cast<std::size_t>(entries.size()));
+    qint64 allowance = block.size() * maximumOverlap;
     for (const ExifIfdHeader& entry : entries) {
         if (allowance < 0)
             break;
-        const QExifValue value = readValue(stream, start, entry);
-        allowance -= sizeOfValue(value);
-        values.insert(values.constEnd(), static_cast<Tag>(entry.tag), value);
+        values.push_back({static_cast<Tag>(entry.tag), readValue(block, entry)});
+        allowance -= sizeOfValue(values.back().value);
     }
-    return values;
+    return TagMap<Tag>(std::move(values));
 }
 
-/// The directory at start + offset, empty where that lies outside of the device.
+/// The directory at an offset, empty where that lies outside of the device.
 template <typename Tag>
-QMap<Tag, QExifValue> readDirectory(QDataStream& stream, qint64 start, quint32 offset)
+TagMap<Tag> readDirectory(BlockReader& block, quint32 offset)
 {
-    if (!seekWithin(stream.device(), start + offset))
-        return QMap<Tag, QExifValue>();
-    return readValues<Tag>(stream, start, readEntries(stream));
+    return block.seek(offset) ? readValues<Tag>(block, block.entries()) : TagMap<Tag>();
 }
 
 /// Whether a value can lead somewhere in the block.
@@ -270,6 +438,61 @@ bool isSingleInteger(const QExifValue& value)
 }
 
 // Writing
+
+template <typename Integer>
+void encode(Integer number, char* bytes, ByteOrder order)
+{
+    uchar* const target = reinterpret_cast<uchar*>(bytes);
+    if (order == bigEndian)
+        qToBigEndian(number, target);
+    else
+        qToLittleEndian(number, target);
+}
+
+/// Appends to a block in one of the two byte orders.
+class BlockWriter
+{
+public:
+    BlockWriter(QByteArray* bytes, ByteOrder order)
+        : mBytes(bytes)
+        , mOrder(order)
+    { }
+
+    ByteOrder order() const { return mOrder; }
+
+    void write(const char* bytes, int size) { mBytes->append(bytes, size); }
+    void write(const QByteArray& bytes) { mBytes->append(bytes); }
+    void write(quint16 number) { writeInteger(number); }
+    void write(quint32 number) { writeInteger(number); }
+    void write(qint32 number) { writeInteger(number); }
+    void write(const QPair<quint32, quint32>& rational) { writeRational(rational); }
+    void write(const QPair<qint32, qint32>& rational) { writeRational(rational); }
+
+    template <typename Element>
+    void write(const QVector<Element>& elements)
+    {
+        for (const Element& element : elements)
+            write(element);
+    }
+
+private:
+    template <typename Integer>
+    void writeInteger(Integer number)
+    {
+        char bytes[sizeof(Integer)];
+        encode(number, bytes, mOrder);
+        write(bytes, static_cast<int>(sizeof(Integer)));
+    }
+    template <typename Rational>
+    void writeRational(const Rational& rational)
+    {
+        write(rational.first);
+        write(rational.second);
+    }
+
+    QByteArray* const mBytes;
+    const ByteOrder mOrder;
+};
 
 quint32 sizeOfValue(const QExifValue& value)
 {
@@ -293,122 +516,86 @@ quint32 sizeOfValue(const QExifValue& value)
 }
 
 template <typename Tag>
-quint32 sizeOfDirectory(const QMap<Tag, QExifValue>& values)
+quint32 sizeOfDirectory(const TagMap<Tag>& values)
 {
     quint32 size = countSize;
-    for (const QExifValue& value : values)
-        size += sizeOfValue(value);
+    for (const auto& entry : values)
+        size += sizeOfValue(entry.value);
     return size;
 }
 
-/// A Byte, Ascii or Undefined value as it stands in a file: count() bytes.
-QByteArray fileBytes(const QExifValue& value)
+/// A Byte, Ascii or Undefined value as it stands in a file, a text without the NUL that ends it.
+QByteArray bytesOf(const QExifValue& value)
 {
-    switch (value.type()) {
-    case QExifValue::Byte: {
-        const QVector<quint8> bytes = value.toByteVector();
-        return QByteArray(reinterpret_cast<const char*>(bytes.constData()), bytes.size());
-    }
-    case QExifValue::Ascii:
-        return value.toByteArray().append('\0');
-    default:
+    if (value.type() != QExifValue::Byte)
         return value.toByteArray();
+    const QVector<quint8> bytes = value.toByteVector();
+    return QByteArray(reinterpret_cast<const char*>(bytes.constData()), bytes.size());
+}
+
+/// The bytes of a value that lie behind its entry; 0 where it fits into the entry.
+quint32 dataSize(const QExifValue& value)
+{
+    const quint32 size = sizeOfValue(value);
+    return size > entrySize ? size - entrySize : 0;
+}
+
+quint32 writeEntry(BlockWriter& block, quint16 tag, const QExifValue& value, quint32 offset)
+{
+    const ByteOrder order = block.order();
+    const quint16 type = value.type();
+    const quint32 size = dataSize(value);
+    char entry[entrySize] = {}; // what is not set is 0
+    char* const field = entry + 8;
+    encode(tag, entry, order);
+    encode(type, entry + 2, order);
+    encode(value.count(), entry + 4, order);
+    if (size > 0) {
+        encode(offset, field, order);
+    } else if (type == QExifValue::Short) {
+        const QVector<quint16> values = value.toShortVector();
+        encode(values.value(0), field, order);
+        encode(values.value(1), field + 2, order);
+    } else if (type == QExifValue::Long || type == QExifValue::SignedLong) {
+        encode(value.toLong(), field, order); // 0 where there is none
+    } else if (type == QExifValue::Byte || type == QExifValue::Ascii
+               || type == QExifValue::Undefined) {
+        const QByteArray bytes = bytesOf(value);
+        std::copy(bytes.begin(), bytes.end(), field);
+    } else if (type != QExifValue::Rational && type != QExifValue::SignedRational) {
+        warnOfType(type);
     }
+    block.write(entry, entrySize);
+    return offset + size;
 }
 
-void writeBytes(QDataStream& stream, const QByteArray& bytes)
+void writeData(BlockWriter& block, const QExifValue& value)
 {
-    stream.writeRawData(bytes.constData(), bytes.size());
-}
-
-template <typename Integer>
-void writeIntegers(QDataStream& stream, const QVector<Integer>& values)
-{
-    for (const Integer value : values)
-        stream << value;
-}
-
-template <typename Integer>
-void writeRationals(QDataStream& stream, const QVector<QPair<Integer, Integer>>& values)
-{
-    for (const QPair<Integer, Integer>& value : values)
-        stream << value.first << value.second;
-}
-
-quint32 writeEntry(QDataStream& stream, quint16 tag, const QExifValue& value, quint32 offset)
-{
-    const quint32 count = value.count();
-    stream << tag << value.type() << count;
+    if (sizeOfValue(value) == entrySize)
+        return; // all of it is in the entry
     switch (value.type()) {
     case QExifValue::Byte:
-    case QExifValue::Ascii:
     case QExifValue::Undefined:
-        if (count > 4) {
-            stream << offset;
-            return offset + count;
-        }
-        writeBytes(stream, fileBytes(value).leftJustified(inlineSize, '\0'));
-        return offset;
-    case QExifValue::Short: {
-        if (count > 2) {
-            stream << offset;
-            return offset + 2 * count;
-        }
-        QVector<quint16> values = value.toShortVector();
-        values.resize(2); // what is added is 0
-        writeIntegers(stream, values);
-        return offset;
-    }
-    case QExifValue::Long:
-    case QExifValue::SignedLong:
-        if (count > 1) {
-            stream << offset;
-            return offset + 4 * count;
-        }
-        stream << value.toLong(); // 0 where there is none
-        return offset;
-    case QExifValue::Rational:
-    case QExifValue::SignedRational:
-        if (count > 0) {
-            stream << offset;
-            return offset + 8 * count;
-        }
-        stream << quint32(0);
-        return offset;
-    default:
-        warnOfType(value.type());
-        stream << quint32(0);
-        return offset;
-    }
-}
-
-void writeData(QDataStream& stream, const QExifValue& value)
-{
-    const quint32 count = value.count();
-    switch (value.type()) {
-    case QExifValue::Byte:
+        block.write(bytesOf(value));
+        break;
     case QExifValue::Ascii:
-    case QExifValue::Undefined:
-        if (count > 4)
-            writeBytes(stream, fileBytes(value));
+        block.write(bytesOf(value));
+        block.write("\0", 1);
         break;
     case QExifValue::Short:
-        if (count > 2)
-            writeIntegers(stream, value.toShortVector());
+        block.write(value.toShortVector());
         break;
     case QExifValue::Long:
-        if (count > 1)
-            writeIntegers(stream, value.toLongVector());
+        block.write(value.toLongVector());
         break;
     case QExifValue::SignedLong:
-        if (count > 1)
-            writeIntegers(stream, value.toSignedLongVector());
+        block.write(value.toSignedLongVector());
         break;
     case QExifValue::Rational:
-        writeRationals(stream, value.toRationalVector());
+        block.write(value.toRationalVector());
         break;
     case QExifValue::SignedRational:
-        writeRationals(stream, value.toSignedRationalVector());
+        block.write(value.toSignedRationalVector());
         break;
     default:
         warnOfType(value.type());
@@ -417,33 +604,33 @@ void writeData(QDataStream& stream, const QExifValue& value)
 }
 
 template <typename Tag>
-quint32 writeEntries(QDataStream& stream, const QMap<Tag, QExifValue>& values, quint32 offset)
+quint32 writeEntries(BlockWriter& block, const TagMap<Tag>& values, quint32 offset)
 {
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
-        offset = writeEntry(stream, it.key(), it.value(), offset);
+    for (const auto& entry : values)
+        offset = writeEntry(block, entry.tag, entry.value, offset);
     return offset;
 }
 
 template <typename Tag>
-void writeDataOf(QDataStream& stream, const QMap<Tag, QExifValue>& values)
+void writeDataOf(BlockWriter& block, const TagMap<Tag>& values)
 {
-    for (const QExifValue& value : values)
-        writeData(stream, value);
+    for (const auto& entry : values)
+        writeData(block, entry.value);
 }
 
 /// A sub-IFD that begins at start. Its data offsets leave the count field out, as the format of
 /// these files has always had it.
 template <typename Tag>
-void writeSubIfd(QDataStream& stream, const QMap<Tag, QExifValue>& values, quint32 start)
+void writeSubIfd(BlockWriter& block, const TagMap<Tag>& values, quint32 start)
 {
-    stream << static_cast<quint16>(values.size());
-    writeEntries(stream, values, start + static_cast<quint32>(entrySize * values.size()));
-    writeDataOf(stream, values);
+    block.write(static_cast<quint16>(values.size()));
+    writeEntries(block, values, start + static_cast<quint32>(entrySize * values.size()));
+    writeDataOf(block, values);
 }
 
-void writePointer(QDataStream& stream, QExifImageHeader::ImageTag tag, quint32 offset)
+void writePointer(BlockWriter& block, QExifImageHeader::ImageTag tag, quint32 offset)
 {
-    writeEntry(stream, tag, QExifValue(offset), 0);
+    writeEntry(block, tag, QExifValue(offset), 0);
 }
 
 QExifValue valueOr(const QExifValue& value, const QExifValue& fallback)
@@ -459,29 +646,31 @@ struct Segment
     quint16 marker = 0;
     int claimedSize = 0; // of the payload, as the length says
     int size = 0; // of the payload, as far as the device goes
-    QByteArray name; // the first 4 bytes of the payload
+    char name[4] = {}; // what the payload begins with
 
     qint64 payloadBegin() const { return begin + 4; }
     qint64 end() const { return payloadBegin() + size; }
-    bool isJfif() const { return marker == app0 && name == "JFIF"; }
-    bool isExif() const { return marker == app1 && name == "Exif"; }
+    bool is(quint16 wantedMarker, const char* wantedName) const
+    {
+        return marker == wantedMarker && size >= 4 && std::memcmp(name, wantedName, 4) == 0;
+    }
+    bool isJfif() const { return is(app0, "JFIF"); }
+    bool isExif() const { return is(app1, "Exif"); }
 };
 
-/// Reads what it takes to know the segment at a position. False when not even its length is there.
-bool readSegment(QIODevice* device, qint64 begin, Segment* segment)
+/// Reads what it takes to know the segment at the current position. False when not even its length
+/// is there.
+bool readSegment(QIODevice* device, Segment* segment)
 {
-    if (!seekWithin(device, begin))
+    segment->begin = device->pos();
+    char head[8] = {}; // marker, length and name
+    if (device->read(head, 8) < 4)
         return false;
-    QDataStream stream(device);
-    quint16 length = 0;
-    stream >> segment->marker >> length;
-    if (stream.status() != QDataStream::Ok)
-        return false;
-    segment->begin = begin;
-    segment->claimedSize = qMax(0, length - 2);
+    segment->marker = decode<quint16>(head, bigEndian);
+    segment->claimedSize = qMax(0, decode<quint16>(head + 2, bigEndian) - 2);
     segment->size = static_cast<int>(
         qMin(qint64(segment->claimedSize), device->size() - segment->payloadBegin()));
-    segment->name = device->read(qMin(4, segment->size));
+    std::copy_n(head + 4, 4, segment->name);
     return true;
 }
 
@@ -501,10 +690,8 @@ bool writeAt(QIODevice* device, qint64 position, const QByteArray& bytes)
 /// Overwrites bytes in the middle of a device and puts the old ones back where that fails.
 bool overwrite(QIODevice* device, qint64 position, const QByteArray& bytes)
 {
-    if (!device->seek(position))
-        return false;
-    const QByteArray before = device->read(bytes.size());
-    if (before.size() != bytes.size())
+    QByteArray before(bytes.size(), Qt::Uninitialized);
+    if (!device->seek(position) || device->read(before.data(), before.size()) != before.size())
         return false;
     if (writeAt(device, position, bytes))
         return true;
@@ -528,10 +715,13 @@ bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArra
     return false;
 }
 
+/// A marker and the length of a segment.
 QByteArray segmentHead(quint16 marker, int payloadSize)
 {
     QByteArray head;
-    QDataStream(&head, QIODevice::WriteOnly) << marker << static_cast<quint16>(payloadSize + 2);
+    BlockWriter writer(&head, bigEndian);
+    writer.write(marker);
+    writer.write(static_cast<quint16>(payloadSize + 2));
     return head;
 }
 
@@ -577,20 +767,14 @@ bool QExifImageHeader::loadFromJpeg(const QString& fileName)
 bool QExifImageHeader::loadFromJpeg(QIODevice* device)
 {
     clear();
-    QByteArray block = extractExif(device);
-    if (block.isEmpty())
-        return false;
-    QBuffer buffer(&block);
-    return buffer.open(QIODevice::ReadOnly) && read(&buffer);
+    BlockReader block(extractExif(device));
+    return d->read(block);
 }
 
 bool QExifImageHeader::saveToJpeg(const QString& fileName) const
 {
     QFile file(fileName);
-    // Opening for reading and writing would create a file that is not there. Unbuffered, so that a
-    // failed write is known at once and what was there can be put back.
-    return file.exists() && file.open(QIODevice::ReadWrite | QIODevice::Unbuffered)
-        && saveToJpeg(&file);
+    return openExistingFile(&file) && saveToJpeg(&file);
 }
 
 bool QExifImageHeader::saveToJpeg(QIODevice* device) const
@@ -599,26 +783,20 @@ bool QExifImageHeader::saveToJpeg(QIODevice* device) const
         || device->openMode().testFlag(QIODevice::Append))
         return false;
 
-    QBuffer block;
-    block.open(QIODevice::WriteOnly);
-    write(&block);
-    QByteArray payload = QByteArray("Exif\0\0", 6) + block.data();
+    QByteArray payload("Exif\0\0", 6);
+    payload.reserve(maximumSegmentPayload); // whatever is appended below, it is not copied again
+    d->appendBlock(&payload);
 
-    if (!device->seek(0))
-        return false;
-    QDataStream stream(device);
-    quint16 marker = 0;
-    stream >> marker;
-    if (marker != startOfImage)
-        return false;
+    char soi[2];
     Segment segment;
-    if (!readSegment(device, 2, &segment))
+    if (!device->seek(0) || device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0
+        || !readSegment(device, &segment))
         return false;
-    if (segment.isJfif() && !readSegment(device, segment.end(), &segment))
+    if (segment.isJfif() && !(device->seek(segment.end()) && readSegment(device, &segment)))
         return false;
 
     if (segment.isExif() && payload.size() < segment.size)
-        payload = payload.leftJustified(segment.size, '\0');
+        payload.append(QByteArray(segment.size - payload.size(), '\0'));
     if (payload.size() > maximumSegmentPayload)
         return false;
     if (segment.isExif() && payload.size() == segment.claimedSize && payload.size() == segment.size)
@@ -640,35 +818,27 @@ QByteArray QExifImageHeader::extractExif(QIODevice* device) const
 {
     if (!device || !device->isReadable())
         return QByteArray();
-    QDataStream stream(device);
-    quint16 marker = 0;
-    quint16 length = 0;
-    stream >> marker;
-    if (marker != startOfImage)
+    char soi[2];
+    if (device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0)
         return QByteArray();
 
-    stream >> marker;
-    while (marker != app1) {
-        if (device->atEnd())
+    int length = 0;
+    for (;;) {
+        char head[4]; // marker and length
+        if (device->read(head, 4) != 4)
             return QByteArray();
-        stream >> length;
-        const int payloadSize = length - 2;
-        if (payloadSize < 0)
-            return QByteArray(); // not the length of a segment
-        const bool skipped = device->isSequential()
-            ? stream.skipRawData(payloadSize) == payloadSize
-            : seekWithin(device, device->pos() + payloadSize);
-        if (!skipped)
+        length = decode<quint16>(head + 2, bigEndian);
+        if (decode<quint16>(head, bigEndian) == app1)
+            break;
+        if (length < 2 || !skip(device, length - 2))
             return QByteArray();
-        stream >> marker;
     }
 
-    stream >> length;
-    if (device->read(4) != "Exif")
-        return QByteArray();
-    stream.skipRawData(2);
+    char name[6]; // and two bytes that are not looked at
     const int blockSize = length - 8;
-    return blockSize > 0 ? readBytes(device, static_cast<quint64>(blockSize)) : QByteArray();
+    if (device->read(name, 6) != 6 || std::memcmp(name, "Exif", 4) != 0 || blockSize <= 0)
+        return QByteArray();
+    return readBytes(device, static_cast<quint64>(blockSize));
 }
 
 bool QExifImageHeader::read(QIODevice* device)
@@ -676,50 +846,51 @@ bool QExifImageHeader::read(QIODevice* device)
     clear();
     if (!device || !device->isReadable() || device->isSequential())
         return false;
-    const qint64 start = device->pos();
+    BlockReader block(device, device->pos());
+    return d->read(block);
+}
 
-    QDataStream stream(device);
-    const QByteArray mark = device->read(2);
-    if (mark == "II")
-        d->byteOrder = QDataStream::LittleEndian;
-    else if (mark == "MM")
-        d->byteOrder = QDataStream::BigEndian;
+bool QExifImageHeaderPrivate::read(BlockReader& block)
+{
+    using Header = QExifImageHeader;
+    const Bytes head = block.next(tiffHeaderSize);
+    if (head.size < tiffHeaderSize)
+        return false;
+    if (std::memcmp(head.data, "II", 2) == 0)
+        byteOrder = QDataStream::LittleEndian;
+    else if (std::memcmp(head.data, "MM", 2) == 0)
+        byteOrder = QDataStream::BigEndian;
     else
         return false;
-    stream.setByteOrder(d->byteOrder);
-
-    quint16 magic = 0;
-    quint32 offset = 0;
-    stream >> magic >> offset;
-    if (stream.status() != QDataStream::Ok || magic != tiffMagic
-        || !seekWithin(device, start + offset))
+    block.setOrder(byteOrder);
+    if (decode<quint16>(head.data + 2, byteOrder) != tiffMagic
+        || !block.seek(decode<quint32>(head.data + 4, byteOrder)))
         return false;
 
-    const QList<ExifIfdHeader> entries = readEntries(stream);
-    quint32 thumbnailIfdOffset = 0;
-    stream >> thumbnailIfdOffset;
-    d->imageIfdValues = readValues<ImageTag>(stream, start, entries);
+    const QVector<ExifIfdHeader> entries = block.entries();
+    const Bytes link = block.next(linkSize);
+    const quint32 thumbnailIfd = link.size == linkSize ? decode<quint32>(link.data, byteOrder) : 0;
+    imageIfdValues = readValues<Header::ImageTag>(block, entries);
 
-    const QExifValue exifIfd = d->imageIfdValues.take(ExifIfdPointer);
+    const QExifValue exifIfd = imageIfdValues.take(Header::ExifIfdPointer);
     if (isSingleInteger(exifIfd))
-        d->exifIfdValues = readDirectory<ExifExtendedTag>(stream, start, exifIfd.toLong());
-    const QExifValue gpsIfd = d->imageIfdValues.take(GpsInfoIfdPointer);
+        exifIfdValues = readDirectory<Header::ExifExtendedTag>(block, exifIfd.toLong());
+    const QExifValue gpsIfd = imageIfdValues.take(Header::GpsInfoIfdPointer);
     if (isSingleInteger(gpsIfd))
-        d->gpsIfdValues = readDirectory<GpsTag>(stream, start, gpsIfd.toLong());
-    d->exifIfdValues.remove(InteroperabilityIfdPointer);
+        gpsIfdValues = readDirectory<Header::GpsTag>(block, gpsIfd.toLong());
+    exifIfdValues.remove(Header::InteroperabilityIfdPointer);
 
-    if (thumbnailIfdOffset != 0) {
-        const QMap<ImageTag, QExifValue> values =
-            readDirectory<ImageTag>(stream, start, thumbnailIfdOffset);
-        const QExifValue position = values.value(JPEGInterchangeFormat);
-        const QExifValue length = values.value(JPEGInterchangeFormatLength);
-        if (isSingleInteger(position) && isSingleInteger(length)
-            && seekWithin(device, start + position.toLong()))
-            d->thumbnailData = readBytes(device, length.toLong());
-        d->thumbnailXResolution = values.value(XResolution);
-        d->thumbnailYResolution = values.value(YResolution);
-        d->thumbnailResolutionUnit = values.value(ResolutionUnit);
-        d->thumbnailOrientation = values.value(Orientation);
+    if (thumbnailIfd != 0) {
+        const TagMap<Header::ImageTag> values =
+            readDirectory<Header::ImageTag>(block, thumbnailIfd);
+        const QExifValue position = values.value(Header::JPEGInterchangeFormat);
+        const QExifValue length = values.value(Header::JPEGInterchangeFormatLength);
+        if (isSingleInteger(position) && isSingleInteger(length) && block.seek(position.toLong()))
+            thumbnailData = byteArray(block.next(length.toLong()));
+        thumbnailXResolution = values.value(Header::XResolution);
+        thumbnailYResolution = values.value(Header::YResolution);
+        thumbnailResolutionUnit = values.value(Header::ResolutionUnit);
+        thumbnailOrientation = values.value(Header::Orientation);
     }
     return true;
 }
@@ -728,70 +899,78 @@ int QExifImageHeader::write(QIODevice* device) const
 {
     if (!device || !device->isWritable())
         return 0;
-
-    const bool hasGps = !d->gpsIfdValues.isEmpty();
-    const bool hasThumbnail = !d->thumbnailData.isEmpty();
-    const int imageEntries = d->imageIfdValues.size() + (hasGps ? 2 : 1);
-
     QByteArray block;
-    QDataStream stream(&block, QIODevice::WriteOnly);
-    stream.setByteOrder(d->byteOrder);
+    block.reserve(d->predictedSize());
+    d->appendBlock(&block);
+    const int written = static_cast<int>(qMax(Q_INT64_C(0), device->write(block)));
+    if (written != block.size())
+        d->size = -1;
+    return written;
+}
 
-    writeBytes(stream, d->byteOrder == QDataStream::LittleEndian ? "II" : "MM");
-    stream << tiffMagic << quint32(tiffHeaderSize);
+void QExifImageHeaderPrivate::appendBlock(QByteArray* bytes)
+{
+    using Header = QExifImageHeader;
+    const bool hasGps = !gpsIfdValues.isEmpty();
+    const bool hasThumbnail = !thumbnailData.isEmpty();
+    const int imageEntries = imageIfdValues.size() + (hasGps ? 2 : 1);
+
+    const int start = bytes->size();
+    BlockWriter writer(bytes, byteOrder);
+    writer.write(QByteArray(byteOrder == QDataStream::LittleEndian ? "II" : "MM"));
+    writer.write(tiffMagic);
+    writer.write(quint32(tiffHeaderSize));
 
     // IFD0, up to and with its link.
-    stream << static_cast<quint16>(imageEntries);
+    writer.write(static_cast<quint16>(imageEntries));
     const quint32 exifIfdStart = writeEntries(
-        stream, d->imageIfdValues,
+        writer, imageIfdValues,
         static_cast<quint32>(tiffHeaderSize + countSize + entrySize * imageEntries + linkSize));
-    writePointer(stream, ExifIfdPointer, exifIfdStart);
-    const quint32 gpsIfdStart = exifIfdStart + sizeOfDirectory(d->exifIfdValues);
+    writePointer(writer, Header::ExifIfdPointer, exifIfdStart);
+    const quint32 gpsIfdStart = exifIfdStart + sizeOfDirectory(exifIfdValues);
     quint32 thumbnailIfdStart = gpsIfdStart;
     if (hasGps) {
-        writePointer(stream, GpsInfoIfdPointer, gpsIfdStart);
-        thumbnailIfdStart += sizeOfDirectory(d->gpsIfdValues);
+        writePointer(writer, Header::GpsInfoIfdPointer, gpsIfdStart);
+        thumbnailIfdStart += sizeOfDirectory(gpsIfdValues);
     }
-    stream << (hasThumbnail ? thumbnailIfdStart : 0);
-    writeDataOf(stream, d->imageIfdValues);
+    writer.write(hasThumbnail ? thumbnailIfdStart : 0);
+    writeDataOf(writer, imageIfdValues);
 
-    writeSubIfd(stream, d->exifIfdValues, exifIfdStart);
+    writeSubIfd(writer, exifIfdValues, exifIfdStart);
     if (hasGps)
-        writeSubIfd(stream, d->gpsIfdValues, gpsIfdStart);
+        writeSubIfd(writer, gpsIfdValues, gpsIfdStart);
 
     if (hasThumbnail) {
         const quint16 entryCount = 7;
-        const quint16 jpegCompression = 6;
-        const quint16 inches = 2;
-        const QExifValue defaultResolution(UnsignedRational(72, 1));
-        const QExifValue xResolution = valueOr(d->thumbnailXResolution, defaultResolution);
-        const QExifValue yResolution = valueOr(d->thumbnailYResolution, defaultResolution);
+        const QExifValue jpegCompression(quint16(6));
+        const QExifValue inches(quint16(2));
+        const QExifValue noOrientation(quint16(0));
+        const QExifValue dotsPerInch(QPair<quint32, quint32>(72, 1));
+        const QExifValue xResolution = valueOr(thumbnailXResolution, dotsPerInch);
+        const QExifValue yResolution = valueOr(thumbnailYResolution, dotsPerInch);
 
         // In this order, Orientation behind ResolutionUnit: readers have always been given it so.
-        stream << entryCount;
+        writer.write(entryCount);
         quint32 offset = thumbnailIfdStart + countSize + entryCount * entrySize;
-        writeEntry(stream, Compression, QExifValue(jpegCompression), offset);
-        offset = writeEntry(stream, XResolution, xResolution, offset);
-        offset = writeEntry(stream, YResolution, yResolution, offset);
-        writeEntry(stream, ResolutionUnit, valueOr(d->thumbnailResolutionUnit, QExifValue(inches)),
+        writeEntry(writer, Header::Compression, jpegCompression, offset);
+        offset = writeEntry(writer, Header::XResolution, xResolution, offset);
+        offset = writeEntry(writer, Header::YResolution, yResolution, offset);
+        writeEntry(writer, Header::ResolutionUnit, valueOr(thumbnailResolutionUnit, inches),
                    offset);
-        writeEntry(stream, Orientation, valueOr(d->thumbnailOrientation, QExifValue(quint16(0))),
+        writeEntry(writer, Header::Orientation, valueOr(thumbnailOrientation, noOrientation),
                    offset);
-        writePointer(stream, JPEGInterchangeFormat, offset);
-        writePointer(stream, JPEGInterchangeFormatLength,
-                     static_cast<quint32>(d->thumbnailData.size()));
-        writeData(stream, xResolution);
-        writeData(stream, yResolution);
-        writeBytes(stream, d->thumbnailData);
+        writePointer(writer, Header::JPEGInterchangeFormat, offset);
+        writePointer(writer, Header::JPEGInterchangeFormatLength,
+                     static_cast<quint32>(thumbnailData.size()));
+        writeData(writer, xResolution);
+        writeData(writer, yResolution);
+        writer.write(thumbnailData);
     }
 
     // Only now, because an entry that was there before has had its share of IFD0's data above.
     if (hasGps)
-        d->imageIfdValues.insert(GpsInfoIfdPointer, QExifValue(gpsIfdStart));
-
-    const int written = static_cast<int>(qMax(Q_INT64_C(0), device->write(block)));
-    d->size = written == block.size() ? written : -1;
-    return written;
+        imageIfdValues.insert(Header::GpsInfoIfdPointer, QExifValue(gpsIfdStart));
+    size = bytes->size() - start;
 }
 
 QDataStream::ByteOrder QExifImageHeader::byteOrder() const
@@ -808,17 +987,17 @@ void QExifImageHeader::clear()
 
 QList<QExifImageHeader::ImageTag> QExifImageHeader::imageTags() const
 {
-    return d->imageIfdValues.keys();
+    return d->imageIfdValues.tags();
 }
 
 QList<QExifImageHeader::ExifExtendedTag> QExifImageHeader::extendedTags() const
 {
-    return d->exifIfdValues.keys();
+    return d->exifIfdValues.tags();
 }
 
 QList<QExifImageHeader::GpsTag> QExifImageHeader::gpsTags() const
 {
-    return d->gpsIfdValues.keys();
+    return d->gpsIfdValues.tags();
 }
 
 bool QExifImageHeader::contains(ImageTag tag) const
@@ -889,7 +1068,7 @@ void QExifImageHeader::setValue(GpsTag tag, const QExifValue& value)
 
 QImage QExifImageHeader::thumbnail() const
 {
-    if (!d->thumbnailData.startsWith("\xFF\xD8"))
+    if (!d->thumbnailData.startsWith(startOfImage))
         return QImage();
     QBuffer buffer(&d->thumbnailData);
     buffer.open(QIODevice::ReadOnly);
@@ -941,37 +1120,52 @@ void QExifImageHeader::setThumbnail(const QImage& thumbnail)
 
 int QExifImageHeader::size() const
 {
-    if (d->size != -1)
-        return d->size;
-    quint32 size = sizeOfDirectory(d->imageIfdValues) + sizeOfDirectory(d->exifIfdValues) + 24;
-    if (!d->gpsIfdValues.isEmpty())
-        size += sizeOfDirectory(d->gpsIfdValues) + 12;
-    if (!d->thumbnailData.isEmpty())
-        size += static_cast<quint32>(d->thumbnailData.size()) + 90;
-    d->size = static_cast<int>(size);
+    if (d->size == -1)
+        d->size = d->predictedSize();
     return d->size;
+}
+
+int QExifImageHeaderPrivate::predictedSize() const
+{
+    quint32 predicted = sizeOfDirectory(imageIfdValues) + sizeOfDirectory(exifIfdValues) + 24;
+    if (!gpsIfdValues.isEmpty())
+        predicted += sizeOfDirectory(gpsIfdValues) + 12;
+    if (!thumbnailData.isEmpty())
+        predicted += static_cast<quint32>(thumbnailData.size()) + 90;
+    return static_cast<int>(predicted);
 }
 
 QList<ExifIfdHeader> QExifImageHeader::readIfdHeaders(QDataStream& stream) const
 {
-    return readEntries(stream);
+    BlockReader block(stream.device(), 0);
+    block.setOrder(stream.byteOrder());
+    return block.entries().toList();
 }
 
 QExifValue QExifImageHeader::readIfdValue(QDataStream& stream, int startPos,
                                           const ExifIfdHeader& header) const
 {
-    return readValue(stream, startPos, header);
+    BlockReader block(stream.device(), startPos);
+    block.setOrder(stream.byteOrder());
+    return readValue(block, header);
 }
 
 quint32 QExifImageHeader::writeExifHeader(QDataStream& stream, quint16 tag, const QExifValue& value,
                                           quint32 offset) const
 {
-    return writeEntry(stream, tag, value, offset);
+    QByteArray bytes;
+    BlockWriter writer(&bytes, stream.byteOrder());
+    const quint32 next = writeEntry(writer, tag, value, offset);
+    stream.writeRawData(bytes.constData(), bytes.size());
+    return next;
 }
 
 void QExifImageHeader::writeExifValue(QDataStream& stream, const QExifValue& value) const
 {
-    writeData(stream, value);
+    QByteArray bytes;
+    BlockWriter writer(&bytes, stream.byteOrder());
+    writeData(writer, value);
+    stream.writeRawData(bytes.constData(), bytes.size());
 }
 
 quint32 QExifImageHeader::sizeOf(const QExifValue& value) const

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
+#include <utility>
 
 /// What the handles of one value share. The payload is in a subclass, one per kind of payload.
 class QExifValuePrivate : public QSharedData
@@ -34,9 +35,9 @@ template <typename Payload>
 class PayloadRecord : public QExifValuePrivate
 {
 public:
-    PayloadRecord(quint16 valueType, quint32 valueCount, const Payload& value)
+    PayloadRecord(quint16 valueType, quint32 valueCount, Payload value)
         : QExifValuePrivate(valueType, valueCount)
-        , payload(value)
+        , payload(std::move(value))
     { }
 
     const Payload payload;
@@ -176,6 +177,28 @@ QString fromLocal8Bit(const QByteArray& text)
     return QString::fromLocal8Bit(text.constData(), text.size());
 }
 
+/// The record of a text; the null record where its encoding needs a codec that is missing.
+QExifValuePrivate* textRecord(const QString& text, QExifValue::TextEncoding encoding)
+{
+    switch (encoding) {
+    case QExifValue::AsciiEncoding:
+        return byteArrayRecord(prefixOf(encoding) + text.toLatin1());
+    case QExifValue::JisEncoding:
+        if (QTextCodec* const codec = jisCodec())
+            return byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(text));
+        return sharedNullRecord();
+    case QExifValue::UnicodeEncoding:
+        if (QTextCodec* const codec = unicodeCodec())
+            return byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(text));
+        return sharedNullRecord();
+    case QExifValue::UndefinedEncoding:
+        return byteArrayRecord(prefixOf(encoding) + text.toLocal8Bit());
+    case QExifValue::NoEncoding:
+        break;
+    }
+    return stringRecord(text);
+}
+
 QString dateTimeFormat()
 {
     return QStringLiteral("yyyy:MM:dd HH:mm:ss");
@@ -236,29 +259,8 @@ QExifValue::QExifValue(const QVector<QPair<qint32, qint32>>& values)
 { }
 
 QExifValue::QExifValue(const QString& value, TextEncoding encoding)
-    : d(sharedNullRecord())
-{
-    switch (encoding) {
-    case AsciiEncoding:
-        d = byteArrayRecord(prefixOf(encoding) + value.toLatin1());
-        break;
-    case JisEncoding:
-        if (QTextCodec* const codec = jisCodec())
-            d = byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(value));
-        break;
-    case UnicodeEncoding:
-        if (QTextCodec* const codec = unicodeCodec())
-            d = byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(value));
-        break;
-    case UndefinedEncoding:
-        d = byteArrayRecord(prefixOf(encoding) + value.toLocal8Bit());
-        break;
-    case NoEncoding:
-    default:
-        d = stringRecord(value);
-        break;
-    }
-}
+    : d(textRecord(value, encoding))
+{ }
 
 QExifValue::QExifValue(const QDateTime& value)
     // The C locale, because the system's may write digits that are not Western.

@@ -4,6 +4,7 @@
 #include "StringUtils.h"
 
 #include "AsciiCharacters.h"
+#include "DurationText.h"
 
 #include <QDateTime>
 #include <QRegularExpression>
@@ -13,16 +14,6 @@
 #include <array>
 
 namespace {
-
-// Durations
-
-void appendDurationPiece(QString& text, quint64 number, const char* unit)
-{
-    if (number > 0) {
-        text += QString::number(number);
-        text += QLatin1String(unit);
-    }
-}
 
 // Versions
 
@@ -226,14 +217,19 @@ QString StringUtils::formatDurationFromMSec(quint64 ms)
     const quint64 m = seconds / 60 % 60;
     const quint64 s = seconds % 60;
 
-    QString text;
-    text.reserve(32);
-    appendDurationPiece(text, h, "h ");
-    appendDurationPiece(text, m, "mn ");
-    appendDurationPiece(text, s, "s ");
     // … but in the rest.
-    appendDurationPiece(text, ms - (h * 3600000 + m * 60000 + s * 1000), "ms ");
-    return text;
+    const quint64 rest = ms - (h * 3600000 + m * 60000 + s * 1000);
+
+    DurationText text;
+    if (h > 0)
+        text.add(h, "h ");
+    if (m > 0)
+        text.add(m, "mn ");
+    if (s > 0)
+        text.add(s, "s ");
+    if (rest > 0)
+        text.add(rest, "ms ");
+    return text.toString();
 }
 
 // Fixed texts

@@ -108,8 +108,7 @@ public:
     ///
     /// \warning The wake is not remembered. One that comes before the other side has begun to wait
     /// is lost, because no lock is taken and no state is kept: that wait goes on until the next
-    /// wake. A caller allows for it, by waking again until the other side has shown that it went
-    /// on, or by keeping the condition itself in a variable of its own.
+    /// wake. A caller allows for it by waking again until the other side has shown that it went on.
     void mainWake();
 
     /// Blocks the calling thread, without time limit, until mainWake() or requestInterruption() is

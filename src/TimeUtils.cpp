@@ -3,19 +3,7 @@
 
 #include "TimeUtils.h"
 
-namespace {
-
-void appendPiece(QString& text, qint64 number, const char* unit)
-{
-    if (number <= 0)
-        return;
-    if (!text.isEmpty())
-        text += QLatin1Char(' ');
-    text += QString::number(number);
-    text += QLatin1String(unit);
-}
-
-} // namespace
+#include "DurationText.h"
 
 QString TimeUtils::msecToString(qint64 ms, TimePrecision precision)
 {
@@ -25,17 +13,19 @@ QString TimeUtils::msecToString(qint64 ms, TimePrecision precision)
     const qint64 seconds = ms / 1000 % 60;
     const qint64 tenths = ms % 1000 / 100;
 
-    QString text;
-    if (precision >= Day)
-        appendPiece(text, days, "j");
-    if (precision >= Hour)
-        appendPiece(text, hours, "h");
-    if (precision >= Minute)
-        appendPiece(text, minutes, "mn");
-    if (precision >= Second) {
-        appendPiece(text, seconds, "sec");
-        if (days == 0 && hours == 0 && minutes == 0)
-            appendPiece(text, tenths, "ms");
-    }
-    return text;
+    DurationText text;
+    if (precision >= Day && days > 0)
+        text.add(quint64(days), "j ");
+    if (precision >= Hour && hours > 0)
+        text.add(quint64(hours), "h ");
+    if (precision >= Minute && minutes > 0)
+        text.add(quint64(minutes), "mn ");
+    if (precision >= Second && seconds > 0)
+        text.add(quint64(seconds), "sec ");
+    if (precision >= Second && tenths > 0 && days == 0 && hours == 0 && minutes == 0)
+        text.add(quint64(tenths), "ms ");
+
+    QString pieces = text.toString();
+    pieces.chop(1); // the blank behind the last one
+    return pieces;
 }

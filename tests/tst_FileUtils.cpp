@@ -3,13 +3,16 @@
 
 #include "FileUtils.h"
 
+#include "ApplicationUtils.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 
 #include <QBuffer>
+#include <QFileIconProvider>
 #include <QFontMetrics>
 #include <QLocale>
 #include <QTemporaryDir>
+#include <QTranslator>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -18,6 +21,11 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#if defined(__clang__)
+// QSKIP() is a macro with optional arguments.
+#pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
+#endif
 
 namespace {
 
@@ -164,27 +172,46 @@ private:
     const QString mPrevious = QDir::currentPath();
 };
 
-/// While it lives, this process cannot write files beyond a size.
-class FileSizeLimit
+/// While it lives, this process has less of something than it would have.
+class FileLimit
 {
 public:
-    explicit FileSizeLimit(rlim_t size)
+    FileLimit(int resource, rlim_t limit)
+        : mResource(resource)
     {
         mSignal = signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &mPrevious);
-        struct rlimit limit = mPrevious;
-        limit.rlim_cur = size;
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            qFatal("cannot limit the size of files");
+        get(&mPrevious);
+        struct rlimit lowered = mPrevious;
+        lowered.rlim_cur = limit;
+        set(lowered);
     }
 
-    ~FileSizeLimit()
+    ~FileLimit()
     {
-        setrlimit(RLIMIT_FSIZE, &mPrevious);
+        set(mPrevious);
         signal(SIGXFSZ, mSignal);
     }
 
 private:
+    Q_DISABLE_COPY(FileLimit)
+
+    // The type of the first argument differs between platforms.
+    void get(struct rlimit* limit) const
+    {
+        if (mResource == RLIMIT_FSIZE)
+            getrlimit(RLIMIT_FSIZE, limit);
+        else
+            getrlimit(RLIMIT_NOFILE, limit);
+    }
+    void set(const struct rlimit& limit) const
+    {
+        const int result = mResource == RLIMIT_FSIZE ? setrlimit(RLIMIT_FSIZE, &limit)
+                                                     : setrlimit(RLIMIT_NOFILE, &limit);
+        if (result != 0)
+            qFatal("cannot set a limit");
+    }
+
+    const int mResource;
     struct rlimit mPrevious;
     void (*mSignal)(int);
 };
@@ -226,6 +253,12 @@ private:
     QByteArray mContent;
     qint64 mClaimed;
 };
+
+#ifdef ORVAUTILS_PORTABLE_FILE_SYSTEM
+const bool portable = true;
+#else
+const bool portable = false;
+#endif
 
 } // namespace
 
@@ -270,6 +303,7 @@ private slots:
     void forceCopy();
     void forceCopyPermissions_data();
     void forceCopyPermissions();
+    void forceCopyPermissionsAreThoseOfQFile();
     void forceCopyMissingSource();
     void forceCopyCannotRemove();
     void forceCopyCannotCopy();
@@ -278,6 +312,9 @@ private slots:
     void forceCopyOntoItself();
     void forceCopyReplacesALink();
     void forceCopyLargeFile();
+    void forceCopySparesTheDestination_data();
+    void forceCopySparesTheDestination();
+    void forceCopyResource();
 
     void fileMkPath();
     void fileMkPathFailure();
@@ -313,6 +350,7 @@ private slots:
     void copyDirLinkAroundBoth();
     void copyDirRelativePaths();
     void copyDirEmptyDestination();
+    void copyDirResources();
 
     void removeEmptyDirs_data();
     void removeEmptyDirs();
@@ -334,7 +372,11 @@ private slots:
     void listDirectoriesOfNothing();
     void listFolderName();
 
+    void listResources();
+
     void linkLoopsAreWalkedOnce();
+    void namesThatAreNoText();
+    void manyLevels();
 
     void forceDirectoryCreation_data();
     void forceDirectoryCreation();
@@ -358,6 +400,32 @@ private slots:
     void readFileContent();
     void readFileContentThatCannotBeOpened_data();
     void readFileContentThatCannotBeOpened();
+    void writeFileContent_data();
+    void writeFileContent();
+    void writeFileContentReplaces();
+    void writeFileContentThatCannotBeOpened();
+    void writeFileContentHalfWay_data();
+    void writeFileContentHalfWay();
+    void replaceInFile_data();
+    void replaceInFile();
+    void replaceInFileLeavesAlone_data();
+    void replaceInFileLeavesAlone();
+    void replaceInFileThatCannotBeWritten();
+    void digests_data();
+    void digests();
+    void digestOfMissingFile();
+    void writingRight_data();
+    void writingRight();
+    void writingRightRefused();
+    void writingRightOfNoFolder_data();
+    void writingRightOfNoFolder();
+    void workingFolderBlocked_data();
+    void workingFolderBlocked();
+    void contentTextsAreTranslated();
+
+    void iconOfTheApplication_data();
+    void iconOfTheApplication();
+    void showFileInFolderWithoutFinder();
 };
 
 void tst_FileUtils::cleanup()
@@ -430,6 +498,7 @@ void tst_FileUtils::parentFolder_data()
                                                 << "a/"_s;
     QTest::newRow("root") << "/"_s
                           << "/"_s;
+    QTest::newRow("empty") << QString() << "/"_s;
     QTest::newRow("bare name") << "b"_s << QDir::currentPath() + "/"_s;
     QTest::newRow("relative") << "a/b"_s << QDir::currentPath() + "/a/"_s;
 }
@@ -925,6 +994,30 @@ void tst_FileUtils::forceCopyPermissions()
     QCOMPARE(int(status.st_mode & 07777), mode);
 }
 
+void tst_FileUtils::forceCopyPermissionsAreThoseOfQFile()
+{
+    Sandbox box;
+    const QString source = box.file("source"_s);
+    // Every right of the owner beside some, which decide nothing, of the others.
+    for (mode_t index = 0; index < 32; ++index) {
+        const mode_t others[] = {0, 044, 066, 011};
+        Sandbox::chmod(source, (index % 8) << 6 | others[index / 8]);
+        // Who may not read it sees it refused by both.
+        const bool expected = QFile::copy(source, box("expected"_s));
+        LogCapture log;
+        QCOMPARE(FileUtils::forceCopy(source, box("copy"_s)), expected);
+        if (expected) {
+            struct stat expectedStatus;
+            struct stat status;
+            QCOMPARE(stat(QFile::encodeName(box("expected"_s)).constData(), &expectedStatus), 0);
+            QCOMPARE(stat(QFile::encodeName(box("copy"_s)).constData(), &status), 0);
+            QCOMPARE(status.st_mode, expectedStatus.st_mode);
+            QVERIFY(QFile::remove(box("expected"_s)));
+            QVERIFY(QFile::remove(box("copy"_s)));
+        }
+    }
+}
+
 void tst_FileUtils::forceCopyMissingSource()
 {
     Sandbox box;
@@ -999,7 +1092,7 @@ void tst_FileUtils::forceCopyLeavesNothingBehindAFailure()
     for (const QString& destination : {"copy"_s, "folder/copy"_s}) {
         LogCapture log;
         {
-            const FileSizeLimit limit(50000);
+            const FileLimit limit(RLIMIT_FSIZE, 50000);
             QVERIFY(!FileUtils::forceCopy(source, box(destination)));
         }
         QCOMPARE(
@@ -1082,6 +1175,49 @@ void tst_FileUtils::forceCopyLargeFile()
     QVERIFY(contentOf(box("copy"_s)) == content);
     QVERIFY(FileUtils::forceCopy(box.file("source"_s, QByteArray()), box("copy"_s)));
     QCOMPARE(QFileInfo(box("copy"_s)).size(), qint64(0));
+}
+
+void tst_FileUtils::forceCopySparesTheDestination_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::newRow("folder") << "folder"_s;
+    QTest::newRow("unreadable") << "unreadable"_s;
+    QTest::newRow("pipe, which would never end") << "pipe"_s;
+}
+
+void tst_FileUtils::forceCopySparesTheDestination()
+{
+    QFETCH(QString, source);
+    Sandbox box;
+    box.folder("folder"_s);
+    Sandbox::chmod(box.file("unreadable"_s), 0);
+    box.pipe("pipe"_s);
+    box.file("destination"_s, "kept");
+    const OrdinaryUser user;
+    for (const QString& destination : {"destination"_s, "new"_s}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::forceCopy(box(source), box(destination)));
+        QCOMPARE(
+            log.lines(),
+            QStringList("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't copy "_s
+                        + box(source) + " "_s + box(destination) + "  error= 14"_s));
+    }
+    QCOMPARE(contentOf(box("destination"_s)), QByteArray("kept"));
+    QVERIFY(!exists(box("new"_s)));
+}
+
+void tst_FileUtils::forceCopyResource()
+{
+    Sandbox box;
+    QVERIFY(FileUtils::forceCopy(":/tree/a.txt"_s, box("x/a.txt"_s)));
+    QCOMPARE(contentOf(box("x/a.txt"_s)), QByteArray("a resource\n"));
+    QVERIFY(FileUtils::forceCopy(":/tree/sub/b.txt"_s, box("x/a.txt"_s)));
+    QCOMPARE(contentOf(box("x/a.txt"_s)), QByteArray("another\n"));
+    // A file of the disk may have a colon in its name as well.
+    const CurrentFolder current(box.root());
+    box.file("a:b"_s, "colon");
+    QVERIFY(FileUtils::forceCopy("a:b"_s, "c:d"_s));
+    QCOMPARE(contentOf(box("c:d"_s)), QByteArray("colon"));
 }
 
 void tst_FileUtils::fileMkPath()
@@ -1239,6 +1375,8 @@ void tst_FileUtils::removeContentDirectoryStopsAtAFolder()
 
 void tst_FileUtils::removeContentDirectoryUnreadable()
 {
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
     Sandbox box;
     box.file("t/a"_s);
     box.lock(box("t"_s), 0333);
@@ -1447,6 +1585,8 @@ void tst_FileUtils::copyDirStopsInAFolder()
 void tst_FileUtils::copyDirUnreadableFolder()
 {
     // A folder that cannot be listed is no empty folder.
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
     Sandbox box;
     box.file("s/sub/a"_s);
     box.lock(box("s/sub"_s), 0);
@@ -1631,6 +1771,17 @@ void tst_FileUtils::copyDirEmptyDestination()
                  QStringList("warning orvautils FileUtils copyDir: unable to mkdir "_s));
     }
     QCOMPARE(treeOf(box.root()), before);
+}
+
+void tst_FileUtils::copyDirResources()
+{
+    Sandbox box;
+    const CurrentFolder current(box.folder("d"_s));
+    for (const bool merge : {true, false}) {
+        QVERIFY(FileUtils::copyDir(":/tree"_s, box("d"_s), merge));
+        QCOMPARE(treeOf(box("d"_s)),
+                 QStringList({"a.txt=a resource\n"_s, "sub/"_s, "sub/b.txt=another\n"_s}));
+    }
 }
 
 // ---- removeEmptyDirs ---------------------------------------------------------------------------
@@ -1965,6 +2116,19 @@ void tst_FileUtils::listFolderName()
     QCOMPARE(here, QStringList("b"_s));
 }
 
+void tst_FileUtils::listResources()
+{
+    QStringList files;
+    QCOMPARE(FileUtils::listFilesInFileSystem(":/tree"_s, files, true), 2);
+    QCOMPARE(sorted(files), QStringList({"a.txt"_s, "sub/b.txt"_s}));
+    QStringList folders;
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(":/tree"_s, folders, true));
+    QCOMPARE(folders, QStringList(":/tree/sub"_s));
+    int count = 0;
+    QCOMPARE(FileUtils::folderSize(":/tree"_s, &count), qint64(11 + 8));
+    QCOMPARE(count, 2);
+}
+
 void tst_FileUtils::linkLoopsAreWalkedOnce()
 {
     // Followed to the end, these three loops would make more folders than there are atoms.
@@ -1994,6 +2158,59 @@ void tst_FileUtils::linkLoopsAreWalkedOnce()
     QCOMPARE(
         treeOf(box("d"_s)),
         QStringList({"a/"_s, "a/file=123"_s, "a/toB/"_s, "b/"_s, "b/toA/"_s, "b/toA/file=123"_s}));
+}
+
+void tst_FileUtils::namesThatAreNoText()
+{
+    if (portable)
+        QSKIP("Qt's classes do not show such names, and Linux alone has them");
+    // A name in Latin 1 on a system that writes UTF-8, as old archives bring it.
+    Sandbox box;
+    box.folder("s"_s);
+    const QByteArray path = QFile::encodeName(box("s/caf"_s)) + '\xe9';
+    const int file = ::open(path.constData(), O_CREAT | O_WRONLY, 0644);
+    if (file < 0)
+        QSKIP("this file system does not take such names");
+    ::close(file);
+    // It is neither listed nor lost without a word.
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box("s"_s), list, true), 0);
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box("s"_s), box("d"_s), false));
+    QCOMPARE(log.lines(),
+             QStringList("warning orvautils FileUtils copyDir: unable to copy "_s
+                         + box("s/caf\ufffd"_s) + " to "_s + box("d/caf\ufffd"_s)));
+    log.take();
+    QVERIFY(!FileUtils::removeContentDirectory(box("s"_s), true));
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively "_s
+            + box("s/caf\ufffd"_s)));
+    QVERIFY(!FileUtils::old::removeDirectory(box("s"_s), true));
+    struct stat status;
+    QCOMPARE(lstat(path.constData(), &status), 0);
+    ::unlink(path.constData());
+}
+
+void tst_FileUtils::manyLevels()
+{
+    // More levels than a process may have open folders.
+    const FileLimit limit(RLIMIT_NOFILE, 64);
+    Sandbox box;
+    QString deep = "s"_s;
+    for (int level = 0; level < 150; ++level)
+        deep += "/d"_s;
+    box.file(deep + "/file"_s, "12345");
+    QCOMPARE(FileUtils::folderSize(box("s"_s)), qint64(5));
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box("s"_s), list, true), 1);
+    QVERIFY(FileUtils::copyDir(box("s"_s), box("c"_s), false));
+    QCOMPARE(contentOf(box("c"_s + deep.mid(1) + "/file"_s)), QByteArray("12345"));
+    QVERIFY(FileUtils::old::removeDirectory(box("c"_s), true, nullptr, 151));
+    QVERIFY(!exists(box("c"_s)));
+    QVERIFY(FileUtils::removeContentDirectory(box("s"_s), true));
+    QCOMPARE(treeOf(box.root()), QStringList("s/"_s));
 }
 
 // ---- Older variants ----------------------------------------------------------------------------
@@ -2320,6 +2537,377 @@ void tst_FileUtils::readFileContentThatCannotBeOpened()
     QCOMPARE(FileUtils::readFileContent(box(name), true), QByteArray());
     QCOMPARE(FileUtils::readFileContent(box(name)), QByteArray()); // logs by default
     QCOMPARE(log.lines(), QStringList({record, record}));
+}
+
+void tst_FileUtils::writeFileContent_data()
+{
+    readFileContent_data();
+}
+
+void tst_FileUtils::writeFileContent()
+{
+    QFETCH(QByteArray, content);
+    Sandbox box;
+    LogCapture log;
+    QString error = "from before"_s;
+    // The folder is made.
+    QVERIFY(FileUtils::writeFileContent(box("new/folder/file"_s), content, &error));
+    QVERIFY(contentOf(box("new/folder/file"_s)) == content);
+    QVERIFY(FileUtils::writeFileContent(box("new/other"_s), content));
+    QVERIFY(contentOf(box("new/other"_s)) == content);
+    QCOMPARE(error, "from before"_s);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtils::writeFileContentReplaces()
+{
+    Sandbox box;
+    const QString path = box.file("file"_s, "something longer");
+    QVERIFY(FileUtils::writeFileContent(path, "short"));
+    QCOMPARE(contentOf(path), QByteArray("short"));
+    QVERIFY(FileUtils::writeFileContent(path, QByteArray()));
+    QCOMPARE(contentOf(path), QByteArray());
+}
+
+void tst_FileUtils::writeFileContentThatCannotBeOpened()
+{
+    Sandbox box;
+    const QString folder = box.folder("folder"_s);
+    const QString file = box.file("file"_s, "kept");
+    LogCapture log;
+    QString error = "from before"_s;
+    QVERIFY(!FileUtils::writeFileContent(QString(), "data", &error));
+    QCOMPARE(error, "from before"_s);
+    // The folder cannot be made: its message, no record.
+    QVERIFY(!FileUtils::writeFileContent(file + "/sub/x"_s, "data", &error));
+    QCOMPARE(error, "(fileMkPath) Cant create folder '"_s + file + "/sub' !"_s);
+    QCOMPARE(log.lines(), QStringList());
+    // A folder stands in the way.
+    QVERIFY(!FileUtils::writeFileContent(folder, "data", &error));
+    QCOMPARE(error, "Cannot open (WriteOnly) "_s + folder);
+    QVERIFY(!FileUtils::writeFileContent(folder, "data"));
+    const QString record =
+        "warning orvautils FileUtils writeFileContent: cannot open file  "_s + folder;
+    QCOMPARE(log.lines(), QStringList({record, record}));
+    QCOMPARE(contentOf(file), QByteArray("kept"));
+}
+
+void tst_FileUtils::writeFileContentHalfWay_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::newRow("nothing fits but a little") << 5000;
+    QTest::newRow("more than any buffer") << 1000000;
+}
+
+// A disk that is full, played by the limit of the size of a file.
+void tst_FileUtils::writeFileContentHalfWay()
+{
+    QFETCH(int, size);
+    Sandbox box;
+    const QString path = box("file"_s);
+    QString error;
+    bool written = true;
+    LogCapture log;
+    {
+        rlimit former;
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &former), 0);
+        const rlimit small = {4096, former.rlim_max};
+        const auto formerHandler = signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        written = FileUtils::writeFileContent(path, QByteArray(size, 'x'), &error);
+        setrlimit(RLIMIT_FSIZE, &former);
+        signal(SIGXFSZ, formerHandler);
+    }
+    QVERIFY(!written);
+    QCOMPARE(error, "Cannot write datas (WriteOnly) in "_s + path);
+    QCOMPARE(
+        log.lines(),
+        QStringList("warning orvautils FileUtils writeFileContent: cannot open file  "_s + path));
+}
+
+void tst_FileUtils::replaceInFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QByteArray>("result");
+    QTest::newRow("every occurrence") << QByteArray("a-b-a") << "a"_s
+                                      << "xy"_s << QByteArray("xy-b-xy");
+    QTest::newRow("case") << QByteArray("aA") << "A"_s
+                          << "b"_s << QByteArray("ab");
+    QTest::newRow("accents") << QByteArray("prix: 5 \xe2\x82\xac") << u8"\u20ac"_s << u8"\u00a3"_s
+                             << QByteArray("prix: 5 \xc2\xa3");
+    QTest::newRow("nothing to replace") << QByteArray("abc") << "x"_s
+                                        << "y"_s << QByteArray("abc");
+    QTest::newRow("zero byte") << QByteArray("ab\0cd", 5) << "b"_s
+                               << "c"_s << QByteArray("ac");
+    QTest::newRow("zero byte, nothing to replace") << QByteArray("ab\0cd", 5) << "x"_s
+                                                   << "y"_s << QByteArray("ab");
+    QTest::newRow("to nothing") << QByteArray("abc") << "abc"_s << QString() << QByteArray();
+    QTest::newRow("empty text to find")
+        << QByteArray("abc") << QString() << "x"_s << QByteArray("abc");
+    QTest::newRow("line ends stay") << QByteArray("a\r\nb\n") << "a"_s
+                                    << "c"_s << QByteArray("c\r\nb\n");
+    QTest::newRow("not UTF-8") << QByteArray("a\xff") << "a"_s
+                               << "b"_s << QByteArray("b\xef\xbf\xbd");
+}
+
+void tst_FileUtils::replaceInFile()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QByteArray, result);
+    Sandbox box;
+    const QString path = box.file("file"_s, content);
+    QVERIFY(FileUtils::replaceInFile(path, before, after));
+    QCOMPARE(contentOf(path), result);
+}
+
+void tst_FileUtils::replaceInFileLeavesAlone_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("no path") << QString();
+    QTest::newRow("missing") << "missing"_s;
+    QTest::newRow("empty") << "empty"_s;
+    QTest::newRow("zero byte first") << "zero"_s;
+    QTest::newRow("folder") << "folder"_s;
+}
+
+void tst_FileUtils::replaceInFileLeavesAlone()
+{
+    QFETCH(QString, name);
+    Sandbox box;
+    box.file("empty"_s, "");
+    box.file("zero"_s, QByteArray("\0ab", 3));
+    box.folder("folder"_s);
+    const QStringList before = treeOf(box.root());
+    LogCapture log;
+    QVERIFY(!FileUtils::replaceInFile(name.isEmpty() ? name : box(name), "a"_s, "b"_s));
+    QCOMPARE(treeOf(box.root()), before);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtils::replaceInFileThatCannotBeWritten()
+{
+    Sandbox box;
+    const QString path = box.file("file"_s, "abc");
+    box.lock(path, 0444);
+    const OrdinaryUser ordinary;
+    LogCapture log;
+    // True all the same.
+    QVERIFY(FileUtils::replaceInFile(path, "a"_s, "b"_s));
+    QCOMPARE(contentOf(path), QByteArray("abc"));
+    QCOMPARE(
+        log.lines(),
+        QStringList("warning orvautils FileUtils writeFileContent: cannot open file  "_s + path));
+}
+
+void tst_FileUtils::digests_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("md5");
+    QTest::addColumn<QString>("sha1");
+    // From RFC 1321 and RFC 3174, and from md5sum and sha1sum.
+    QTest::newRow("nothing") << QByteArray("") << "d41d8cd98f00b204e9800998ecf8427e"_s
+                             << "da39a3ee5e6b4b0d3255bfef95601890afd80709"_s;
+    QTest::newRow("abc") << QByteArray("abc") << "900150983cd24fb0d6963f7d28e17f72"_s
+                         << "a9993e364706816aba3e25717850c26c9cd0d89d"_s;
+    QTest::newRow("a million times a")
+        << QByteArray(1000000, 'a') << "7707d6ae4e027c70eea2a935c2296f21"_s
+        << "34aa973cd4c4daa4f61eeb2bdbad27316534016f"_s;
+}
+
+void tst_FileUtils::digests()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, md5);
+    QFETCH(QString, sha1);
+    Sandbox box;
+    const QString path = box.file("file"_s, content);
+    QCOMPARE(FileUtils::md5FromDatas(content), md5);
+    QCOMPARE(FileUtils::md5(path), md5);
+    QCOMPARE(FileUtils::sha1(path), sha1);
+}
+
+void tst_FileUtils::digestOfMissingFile()
+{
+    Sandbox box;
+    LogCapture log;
+    QCOMPARE(FileUtils::md5(box("missing"_s)), FileUtils::md5FromDatas(QByteArray()));
+    QCOMPARE(FileUtils::sha1(box("missing"_s)), "da39a3ee5e6b4b0d3255bfef95601890afd80709"_s);
+    QCOMPARE(FileUtils::md5(QString()), FileUtils::md5FromDatas(QByteArray()));
+    QCOMPARE(FileUtils::md5(box.root()), FileUtils::md5FromDatas(QByteArray()));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtils::writingRight_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("as it is") << "folder"_s;
+    QTest::newRow("with slash") << "folder/"_s;
+    QTest::newRow("not clean") << "./folder//x/.."_s;
+    QTest::newRow("made") << "new/one"_s;
+}
+
+void tst_FileUtils::writingRight()
+{
+    QFETCH(QString, folder);
+    Sandbox box;
+    box.file("folder/kept"_s);
+    LogCapture log;
+    QString error = "from before"_s;
+    QVERIFY(FileUtils::checkWritingRightInFolder(box(folder), "label"_s, &error));
+    QVERIFY(FileUtils::checkWritingRightInFolder(box(folder), QString()));
+    QCOMPARE(error, "from before"_s);
+    QVERIFY(QDir(QDir::cleanPath(box(folder))).exists());
+    QVERIFY(!treeOf(box.root()).join(QLatin1Char(' ')).contains("check_write"_s));
+    QVERIFY(QFile::exists(box("folder/kept"_s)));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtils::writingRightRefused()
+{
+    Sandbox box;
+    const QString folder = box.folder("folder"_s);
+    box.lock(folder, 0555);
+    const OrdinaryUser ordinary;
+    LogCapture quiet;
+    const QString reason = "Cannot open (WriteOnly) "_s + folder + "/check_write"_s;
+    QString error;
+    QVERIFY(!FileUtils::checkWritingRightInFolder(folder, QString(), &error));
+    QCOMPARE(error, reason);
+    QVERIFY(!FileUtils::checkWritingRightInFolder(folder, "Photos"_s, &error));
+    QCOMPARE(error, "Cant write in Photos error="_s + reason);
+    // Filled in one pass.
+    QVERIFY(!FileUtils::checkWritingRightInFolder(folder, "%2 %1"_s, &error));
+    QCOMPARE(error, "Cant write in %2 %1 error="_s + reason);
+    QVERIFY(!FileUtils::checkWritingRightInFolder(folder, "Photos"_s));
+    QCOMPARE(treeOf(folder), QStringList());
+}
+
+void tst_FileUtils::writingRightOfNoFolder_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::newRow("without label") << QString();
+    QTest::newRow("with label") << "Photos"_s;
+}
+
+void tst_FileUtils::writingRightOfNoFolder()
+{
+    QFETCH(QString, label);
+    QString error;
+    QVERIFY(!FileUtils::checkWritingRightInFolder(QString(), label, &error));
+    QCOMPARE(error, "Folder is not valid ! (empty)"_s);
+    QVERIFY(!FileUtils::checkWritingRightInFolder(QString(), label));
+
+    // Blanks are a name: they are not trimmed.
+    Sandbox box;
+    const QString former = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(box.root()));
+    const bool writable = FileUtils::checkWritingRightInFolder("  "_s, label);
+    QVERIFY(QDir::setCurrent(former));
+    QVERIFY(writable);
+    QCOMPARE(treeOf(box.root()), QStringList("  /"_s));
+}
+
+void tst_FileUtils::workingFolderBlocked_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("plain")
+        << "/shop"_s
+        << "https://example.org/doc"_s
+        << "Your working folder /shop seem not accessible en write, change it or consult <a href='https://example.org/doc'>Documentation</a>"_s;
+    QTest::newRow("line feeds and placeholders")
+        << "/a\n%2\nb"_s
+        << "%1"_s
+        << "Your working folder /a<br>%2<br>b seem not accessible en write, change it or consult <a href='%1'>Documentation</a>"_s;
+}
+
+void tst_FileUtils::workingFolderBlocked()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, address);
+    QFETCH(QString, text);
+    QCOMPARE(FileUtils::labelWorkingFolderBlocked(folder, address), text);
+}
+
+void tst_FileUtils::contentTextsAreTranslated()
+{
+    // A translator that marks what goes through it, over two lines.
+    class Marker : public QTranslator
+    {
+    public:
+        QString translate(const char* context, const char* text, const char*, int) const override
+        {
+            return QByteArray(context) == "FileUtils" ? "<\n"_s + QString::fromUtf8(text)
+                                                      : QString();
+        }
+        bool isEmpty() const override { return false; }
+    };
+    Sandbox box;
+    const QString folder = box.folder("folder"_s);
+    Marker marker;
+    QCoreApplication::installTranslator(&marker);
+    LogCapture log;
+    QString error;
+    FileUtils::writeFileContent(folder, "data", &error);
+    QCOMPARE(error, "<\nCannot open (WriteOnly) "_s + folder);
+    FileUtils::checkWritingRightInFolder(QString(), QString(), &error);
+    QCOMPARE(error, "<\nFolder is not valid ! (empty)"_s);
+    const QString blocked = FileUtils::labelWorkingFolderBlocked("/x"_s, "doc"_s);
+    QCOMPARE(
+        blocked,
+        "<<br>Your working folder /x seem not accessible en write, change it or consult <a href='doc'><<br>Documentation</a>"_s);
+    QCoreApplication::removeTranslator(&marker);
+    // What is logged is not translated.
+    QCOMPARE(
+        log.lines(),
+        QStringList("warning orvautils FileUtils writeFileContent: cannot open file  "_s + folder));
+}
+
+// ---- Files on the desktop ----------------------------------------------------------------------
+
+void tst_FileUtils::iconOfTheApplication_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("shipped"); // its name in the folder of the application's icons
+    QTest::newRow("suffix") << "a.pdf"_s
+                            << "file.pdf"_s;
+    QTest::newRow("upper case") << "/x/y.b/A.B.PDF"_s
+                                << "file.pdf"_s;
+    QTest::newRow("none shipped") << "a.odt"_s
+                                  << "file.pdf"_s;
+}
+
+void tst_FileUtils::iconOfTheApplication()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, shipped);
+    // The folder of the application's own data, beside the test program.
+    const QString icons = ApplicationUtils::pathDatas() + "suffix_icons/"_s;
+    QVERIFY(QDir().mkpath(icons));
+    QFile file(icons + shipped);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    const bool ours = QFileInfo(name).suffix().toLower() == "pdf"_s;
+    const QIcon icon = FileUtils::iconFromFilename(name);
+    const QIcon expected = QFileIconProvider().icon(QFileInfo(ours ? file.fileName() : name));
+    QVERIFY(file.remove());
+    QVERIFY(QDir().rmpath(icons));
+    QCOMPARE(icon.pixmap(32, 32).toImage(), expected.pixmap(32, 32).toImage());
+    QCOMPARE(icon.name(), expected.name());
+}
+
+void tst_FileUtils::showFileInFolderWithoutFinder()
+{
+    if (QFile::exists("/usr/bin/osascript"_s))
+        QSKIP("would reach for the Finder of the person at this machine");
+    LogCapture log;
+    FileUtils::showFileInFolder("/a b.jpg"_s);
+    QCOMPARE(log.lines(), QStringList());
 }
 
 QTEST_MAIN(tst_FileUtils)

@@ -748,9 +748,11 @@ void tst_ImageUtils::formats_data()
                          << QSize(100, 75);
     QTest::newRow("png with alpha") << encoded(transparent, "png") << QStringLiteral("a.png")
                                     << QByteArray("png") << QSize(100, 75);
+#if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
     QTest::newRow("png of 16 bits")
         << encoded(image.convertToFormat(QImage::Format_RGBX64), "png") << QStringLiteral("a.png")
         << QByteArray("png") << QSize(100, 75);
+#endif
     QTest::newRow("png with a palette")
         << encoded(image.convertToFormat(QImage::Format_Indexed8), "png") << QStringLiteral("a.png")
         << QByteArray("png") << QSize(100, 75);
@@ -1354,6 +1356,10 @@ void tst_ImageUtils::realPhotographsReduced_data()
         QDir(photosDir).entryList({QStringLiteral("*.jpg")}, QDir::Files, QDir::Name);
     for (const QString& name : names) {
         if (name.startsWith(QLatin1String("broken")) || name.contains(QLatin1String("cmyk")))
+            continue;
+        // The other orientations are the same two photographs.
+        if (name.startsWith(QLatin1String("orientation"))
+            && !name.endsWith(QLatin1String("-1.jpg")))
             continue;
         for (const int side : {96, 160, 213, 320, 400, 640, 720, 800, 1200, 1600})
             QTest::newRow(qPrintable(name + QStringLiteral(" %1").arg(side))) << name << side;

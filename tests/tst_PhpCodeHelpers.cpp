@@ -15,24 +15,9 @@
 
 namespace {
 
-/// What \a write writes to a stream.
-template <typename Function>
-QString written(Function write)
-{
-    QString text;
-    QTextStream stream(&text);
-    write(&stream);
-    return text;
-}
-
 QString literal(const QVariant& value)
 {
     return written([&](QTextStream* s) { PhpCodeHelpers::formatVariantValue(s, value); });
-}
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
 }
 
 } // namespace

@@ -26,6 +26,7 @@
 #include <QVBoxLayout>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 
 #ifdef Q_OS_LINUX

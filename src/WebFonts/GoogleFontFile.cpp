@@ -17,7 +17,7 @@ namespace {
 /// the hash of its own. Case counts as it does for Qt::CaseInsensitive: character by character.
 quint32 hashOfName(const QString& name)
 {
-    quint32 hash = 2166136261u; // FNV-1a, by UTF-16 units
+    quint32 hash = 2166136261u; // FNV-1a, character by character
     for (int i = 0; i < name.size(); ++i) {
         uint character = name.at(i).unicode();
         if (character == ' ')

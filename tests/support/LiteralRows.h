@@ -8,11 +8,27 @@
 #define LITERALROWS_H
 
 #include <QDateTime>
+#include <QTextStream>
 #include <QUrl>
 #include <QVariant>
 #include <QtTest>
 
 #include <limits>
+
+/// What \a write writes to a stream.
+template <typename Function>
+QString written(Function write)
+{
+    QString text;
+    QTextStream stream(&text);
+    write(&stream);
+    return text;
+}
+
+inline QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
 
 /// Rows of a value and its literal. Where a map is in it, "«" stands for what opens a map, "»" for
 /// what closes it and "→" for what follows a key.

@@ -54,7 +54,8 @@ inline QVariantList listOfSize(int size)
 /// keep freed memory back, so that the figure says nothing there.
 inline qint64 peakMemory()
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(Q_OS_LINUX)
+#if !defined(Q_OS_LINUX) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)          \
+    || QT_HAS_FEATURE(address_sanitizer) || QT_HAS_FEATURE(thread_sanitizer)
     return -1;
 #else
     rusage usage{};

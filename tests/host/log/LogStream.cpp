@@ -6,12 +6,11 @@
 #include <QFile>
 
 LogStream::LogStream(LogType type, const char* file, const char* function, int)
-    : mText(QStringLiteral("%1 %2 %3:")
-                .arg(QString::number(int(type)), QString::fromUtf8(file),
-                     QString::fromUtf8(function)))
+    : mText(
+        QStringLiteral("%1 %2 %3:")
+            .arg(QString::number(int(type)), QString::fromUtf8(file), QString::fromUtf8(function)))
     , mSpace(true)
-{
-}
+{ }
 
 LogStream::~LogStream()
 {

@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Import of photographs: into 1600 x 1600, upright, as a progressive JPEG of quality 75.
+//
+//     bench_import                          both ways within one process, with Google Benchmark
+//     bench_import --once ours|qt SRC DST   one import, for measuring process against process
+//     bench_import --make WIDTH HEIGHT DST  a photograph of orientation 6 to import
+//     bench_import --psnr A B               size of both, and how alike they are (luma, decibels)
+
+#include <ImageUtils.h>
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QFile>
+#include <QImage>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QTransform>
+#include <QVector>
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+
+namespace {
+
+const QSize maximum(1600, 1600);
+
+bool importOurs(const QString& src, const QString& dst)
+{
+    return ImageUtils::copyImageFile(src, dst, true, maximum,
+                                     ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg);
+}
+
+/// What one writes with Qt alone, without thinking of more.
+bool importQt(const QString& src, const QString& dst)
+{
+    QImageReader reader(src);
+    const bool turned = reader.transformation() == QImageIOHandler::TransformationRotate90;
+    QImage image = reader.read();
+    image = image.scaled(maximum, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    if (turned)
+        image = image.transformed(QTransform().rotate(90), Qt::SmoothTransformation);
+    QImageWriter writer(dst, "jpeg");
+    writer.setQuality(75);
+    writer.setProgressiveScanWrite(true);
+    return writer.write(image);
+}
+
+/// A picture with detail of every size, as photographs have it: noise from the size of the whole
+/// down to a pixel, each finer one weaker. Calm areas (sky, walls) lie beside rough ones.
+QImage photograph(int width, int height)
+{
+    quint32 state = 1;
+    const auto random = [&state] {
+        state = state * 1664525u + 1013904223u;
+        return float(state >> 8) / float(1 << 24) - 0.5f;
+    };
+    const auto addNoise = [&](QVector<float>* values, int cell, float strength,
+                              const QVector<float>* where) {
+        const int columns = width / cell + 2;
+        QVector<float> grid(columns * (height / cell + 2));
+        for (float& value : grid)
+            value = random() * strength;
+        for (int y = 0; y < height; ++y) {
+            const float fy = float(y % cell) / float(cell);
+            for (int x = 0; x < width; ++x) {
+                const float fx = float(x % cell) / float(cell);
+                const float* corner = grid.constData() + y / cell * columns + x / cell;
+                const float noise = (1 - fy) * ((1 - fx) * corner[0] + fx * corner[1])
+                    + fy * ((1 - fx) * corner[columns] + fx * corner[columns + 1]);
+                const int at = y * width + x;
+                (*values)[at] +=
+                    where ? noise * qBound(0.1f, where->at(at) / 40 + 0.5f, 1.2f) : noise;
+            }
+        }
+    };
+    QVector<float> values(width * height, 128.f);
+    QVector<float> roughness(width * height, 0.f);
+    addNoise(&roughness, 700, 120, nullptr);
+    addNoise(&roughness, 200, 60, nullptr);
+    float strength = 170;
+    for (int cell = 1024; cell >= 1; cell /= 2, strength *= 0.8f)
+        addNoise(&values, cell, strength, cell > 64 ? nullptr : &roughness);
+
+    QImage image(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y) {
+        QRgb* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < width; ++x) {
+            const float v = values[y * width + x];
+            const float tint = roughness[y * width + x];
+            row[x] = qRgb(qBound(0, int(v + tint * 0.3f), 255), qBound(0, int(v), 255),
+                          qBound(0, int(v - tint * 0.4f), 255));
+        }
+    }
+    return image;
+}
+
+/// Saves it as a camera does: baseline, quality 92, orientation 6.
+bool makePhotograph(int width, int height, const QString& dst)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!photograph(width, height).save(&buffer, "jpeg", 92))
+        return false;
+    bytes.insert(2,
+                 QByteArray::fromHex("ffe10022457869660000"
+                                     "49492a00080000000100120103000100000006000000"
+                                     "00000000"));
+    QFile file(dst);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+double psnr(const QImage& a, const QImage& b)
+{
+    double sum = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        const QRgb* p = reinterpret_cast<const QRgb*>(a.constScanLine(y));
+        const QRgb* q = reinterpret_cast<const QRgb*>(b.constScanLine(y));
+        for (int x = 0; x < a.width(); ++x) {
+            const double difference = 0.299 * (qRed(p[x]) - qRed(q[x]))
+                + 0.587 * (qGreen(p[x]) - qGreen(q[x])) + 0.114 * (qBlue(p[x]) - qBlue(q[x]));
+            sum += difference * difference;
+        }
+    }
+    return sum == 0 ? 99 : 10 * std::log10(255.0 * 255.0 * a.width() * a.height() / sum);
+}
+
+void printPsnr(const QString& first, const QString& second)
+{
+    const QImage a = QImage(first).convertToFormat(QImage::Format_RGB32);
+    QImage b = QImage(second).convertToFormat(QImage::Format_RGB32);
+    QTextStream out(stdout);
+    out << a.width() << ' ' << a.height() << ' ' << b.width() << ' ' << b.height() << ' ';
+    // Other programs round the shorter side differently.
+    if (b.size() != a.size())
+        b = b.scaled(a.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    out << psnr(a, b) << '\n';
+}
+
+void importBenchmark(benchmark::State& state, bool (*import)(const QString&, const QString&),
+                     int width, int height)
+{
+    const QTemporaryDir folder;
+    const QString src = folder.filePath(QStringLiteral("src.jpg"));
+    const QString dst = folder.filePath(QStringLiteral("dst.jpg"));
+    if (!makePhotograph(width, height, src)) {
+        state.SkipWithError("the photograph cannot be made");
+        return;
+    }
+    for (auto _ : state) {
+        if (!import(src, dst))
+            state.SkipWithError("the import failed");
+    }
+}
+
+BENCHMARK_CAPTURE(importBenchmark, ours_6MP, importOurs, 3000, 2000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(importBenchmark, qt_6MP, importQt, 3000, 2000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(importBenchmark, ours_12MP, importOurs, 4000, 3000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(importBenchmark, qt_12MP, importQt, 4000, 3000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(importBenchmark, ours_24MP, importOurs, 6000, 4000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(importBenchmark, qt_24MP, importQt, 6000, 4000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    const QString mode = arguments.value(1);
+    if (mode == QLatin1String("--once") && arguments.size() == 5) {
+        const bool ours = arguments[2] == QLatin1String("ours");
+        return (ours ? importOurs : importQt)(arguments[3], arguments[4]) ? 0 : 1;
+    }
+    if (mode == QLatin1String("--make") && arguments.size() == 5)
+        return makePhotograph(arguments[2].toInt(), arguments[3].toInt(), arguments[4]) ? 0 : 1;
+    if (mode == QLatin1String("--psnr") && arguments.size() == 4) {
+        printPsnr(arguments[2], arguments[3]);
+        return 0;
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

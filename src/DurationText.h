@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// DurationText: a short text of numbers and units, "1h 2mn 3s ", put together in place.
+//
+// A QString for each number and one that grows for the whole would take three quarters of the time
+// of such a text.
+//
+// This header is private to the library and is not installed.
+
+#ifndef ORVAUTILS_DURATIONTEXT_H
+#define ORVAUTILS_DURATIONTEXT_H
+
+#include <QString>
+
+#include <algorithm>
+#include <array>
+
+class DurationText
+{
+public:
+    DurationText() = default;
+
+    /// Appends \a number, in decimal, and \a unit behind it. Six pieces at most have room, with
+    /// units of four characters at most.
+    void add(quint64 number, const char* unit)
+    {
+        ushort* const start = mEnd;
+        do {
+            *mEnd++ = ushort('0' + number % 10);
+            number /= 10;
+        } while (number != 0);
+        std::reverse(start, mEnd);
+        while (*unit)
+            *mEnd++ = uchar(*unit++);
+    }
+
+    QString toString() const
+    {
+        return QString(reinterpret_cast<const QChar*>(mText.data()), int(mEnd - mText.data()));
+    }
+
+private:
+    Q_DISABLE_COPY(DurationText)
+
+    std::array<ushort, 6 * (20 + 4)> mText; // 2^64 has twenty digits
+    ushort* mEnd = mText.data();
+};
+
+#endif // ORVAUTILS_DURATIONTEXT_H

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// FileSystem: the few things that the file classes ask of the operating system more often, or more
+// exactly, than Qt's classes answer. On Linux they are system calls; elsewhere, and for paths that
+// Qt alone understands (resources, search paths), they are made of Qt's classes, with the same
+// results.
+//
+// Why Linux is not left to Qt: QDirIterator makes two file infos for every entry, and QFile::copy()
+// some twenty system calls for every file; walking and copying trees of small files takes them two
+// to three times as long as the system's own tools.
+//
+// This header is private to the library and is not installed.
+
+#ifndef ORVAUTILS_FILESYSTEM_H
+#define ORVAUTILS_FILESYSTEM_H
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace FileSystem {
+
+/// What an entry of a folder is, or what it leads to if it is a link.
+enum class Kind {
+    File,
+    Folder,
+    Other ///< a broken link, a pipe, a socket, a device
+};
+
+struct Entry
+{
+    QString name;
+    Kind kind;
+    bool isLink;
+    bool isHidden;
+    /// False when the name on the disk is no text in the system's encoding: `name` is a likeness
+    /// then, and no path leads to the entry.
+    bool isReachable;
+    /// For files, in bytes, if asked for.
+    qint64 size;
+    /// For files, in milliseconds since 1970, if asked for.
+    qint64 modified;
+};
+
+enum class Detail { Kinds, Sizes, SizesAndTimes };
+
+/// Reads a folder entry by entry: all but "." and "..", in the system's order.
+///
+///     FolderReader reader(path, Detail::Kinds);
+///     while (reader.next())
+///         ... reader.entry() ...
+///
+/// The folder stays open until next() returns false, so a walk enters sub-folders after that.
+class FolderReader
+{
+public:
+    FolderReader(const QString& path, Detail detail);
+    ~FolderReader();
+
+    /// Goes to the next entry. False when there is none, or when it cannot be read.
+    bool next();
+
+    /// The entry that next() went to; overwritten by the next call.
+    const Entry& entry() const { return mEntry; }
+
+    /// Whether all that next() wanted so far could be read.
+    bool isIntact() const;
+
+    class Source;
+
+private:
+    Q_DISABLE_COPY(FolderReader)
+
+    std::unique_ptr<Source> mSource;
+    Entry mEntry;
+};
+
+/// Appends all entries of the folder \a path. False if not all of them could be read.
+bool readFolder(const QString& path, std::vector<Entry>& entries);
+
+/// Whether both paths lead to the same existing file or folder.
+bool isSameFile(const QString& one, const QString& other);
+
+enum class Copied {
+    Yes,
+    No, ///< reading or writing failed
+    NotTried ///< there is no quick way here; QFile::copy() may find one, or say why not
+};
+
+/// Copies a file, with its permissions, to a path where nothing is yet, as QFile::copy() does it:
+/// the copy appears under its name when it is complete and on the disk. Unless Yes is returned,
+/// nothing is left behind.
+Copied copyFile(const QString& source, const QString& destination);
+
+/// Removes a file, or a link as a link.
+bool removeFile(const QString& path);
+
+/// Removes a folder with everything in it; links as links. What cannot be removed is left, and the
+/// rest removed all the same. \a path must not be a link.
+bool removeTree(const QString& path);
+
+} // namespace FileSystem
+
+#endif // ORVAUTILS_FILESYSTEM_H

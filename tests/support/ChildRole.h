@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ChildRole: a part of a test that ends its program, run in a process of its own.
+//
+//     int main(int argc, char** argv)
+//     {
+//         if (const ChildRole role = childRole(argc, argv, {{"abort", [] { abort(); return 0; }}}))
+//             return role();
+//         ...
+//     }
+//
+//     void tst_Something::aborts() { QVERIFY(!runChildRole("abort").exitedNormally); }
+
+#ifndef CHILDROLE_H
+#define CHILDROLE_H
+
+#include "ChildProgram.h"
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QMap>
+
+#include <cstring>
+#include <functional>
+
+#include <sys/resource.h>
+
+/// What a child process does; its result is the exit code.
+using ChildRole = std::function<int()>;
+
+/// Runs the program of the calling test again, in the role of that name, and waits for its end.
+/// The child writes each log message as "type category file function: text".
+inline ChildResult runChildRole(const char* name)
+{
+    return runChildProgram(QCoreApplication::applicationFilePath(),
+                           {QStringLiteral("--child-role"), QString::fromUtf8(name)},
+                           {{QStringLiteral("QT_MESSAGE_PATTERN"),
+                             QStringLiteral("%{type} %{category} %{file} %{function}: "
+                                            "%{message}")}});
+}
+
+/// The role that this process was started for; empty in the test itself. To be called first in
+/// main(). A process that was started for an unknown role ends at once with exit code 2.
+inline ChildRole childRole(int argc, char** argv, const QMap<QByteArray, ChildRole>& roles)
+{
+    if (argc != 3 || std::strcmp(argv[1], "--child-role") != 0)
+        return ChildRole();
+
+    // Some roles end by a signal on purpose: no core files.
+    const rlimit none = {0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+    return roles.value(argv[2], [] { return 2; });
+}
+
+#endif // CHILDROLE_H
