@@ -106,7 +106,8 @@ bool Site::open(QString* reason)
     }
     mDrafts.reset(new QTemporaryDir(mFolder + QLatin1String("/.shop-publisher-XXXXXX")));
     if (!mDrafts->isValid()) {
-        *reason = tr("The folder %1 cannot be written to.").arg(mFolder);
+        *reason = tr("The folder %1 cannot be written to (%2).")
+                      .arg(mFolder, QString::fromLocal8Bit(std::strerror(errno)));
         return false;
     }
     return true;

@@ -10,6 +10,9 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <algorithm>
+#include <functional>
+
 namespace {
 
 /// The paths of the visible files below \a folder.
@@ -26,6 +29,19 @@ QSet<QString> setOf(const QStringList& names)
     for (const QString& name : names)
         set.insert(name);
     return set;
+}
+
+/// Removes the folders below \a mirror that have nothing in them, and no folder below \a source.
+void removeFoldersWithoutSource(const QString& source, const QString& mirror)
+{
+    QStringList folders;
+    FileUtils::listDirectoriesInFileSystem(mirror, folders, true);
+    // Those in others first.
+    std::sort(folders.begin(), folders.end(), std::greater<QString>());
+    for (const QString& folder : folders) {
+        if (!QFileInfo(source + folder.mid(mirror.size())).isDir())
+            QDir().rmdir(folder);
+    }
 }
 
 /// Written to since the copy was made, or never copied whole.
@@ -109,11 +125,8 @@ void StaticMirror::setRight(QStringList* failures)
             failures->append(
                 tr("%1 cannot be removed").arg(Project::staticName() + QLatin1Char('/') + name));
     }
+    removeFoldersWithoutSource(mSource, mMirror);
     for (const QString& name : wanted) {
-        // A file gets the name of a folder, whose files went just now.
-        const QFileInfo copy(mirror + name);
-        if (copy.isDir() && !copy.isSymLink())
-            FileUtils::removeEmptyDirs(copy.filePath(), true);
         if (!isStale(source + name, mirror + name))
             continue;
         mFailed = false;

@@ -21,8 +21,8 @@
 /// file had gone again or a folder was renamed, is often settled a moment later: its complaints are
 /// kept until settle(), which sets right what is still out of step and tells what cannot be.
 ///
-/// Hidden files are copied by the first publication alone, and a folder that went from the project
-/// stays in the site without its files: that is how the synchroniser works.
+/// Hidden files are copied by the first publication alone, and a folder is made in the site when it
+/// has a file: that is how the synchroniser works.
 class StaticMirror : public QObject
 {
     Q_OBJECT
