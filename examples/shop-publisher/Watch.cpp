@@ -9,11 +9,21 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 const int quietMilliseconds = 100;
 /// However restless the project is, so long after the first change something is published.
 const int patienceMilliseconds = 2000;
+
+/// \a failure is that of a picture in \a names.
+bool isOfAny(const ErrorableCode& failure, const QSet<QString>& names)
+{
+    return std::any_of(names.begin(), names.end(), [&failure](const QString& name) {
+        return failure.details.startsWith(name + QLatin1String(": "));
+    });
+}
 
 } // namespace
 
@@ -153,6 +163,9 @@ void Watch::onPublished()
     QStringList failures;
     const QVector<ErrorableCode> all = mPublication->failures();
     for (const ErrorableCode& failure : all) {
+        // One that was written to, or went, meanwhile is looked at again.
+        if (isOfAny(failure, mChanged))
+            continue;
         if (!mToldFailures.contains(failure.details))
             news.append(failure);
         failures.append(failure.details);

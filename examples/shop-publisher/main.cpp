@@ -134,8 +134,11 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
     Publication publication(project, site, &published);
     PublicationThread thread(&publication);
     // A signal that comes when all is done still ends the watch.
-    Watch watch(project, site, &published, commandLine.quiet, commandLine.verbose);
-    QObject::connect(stopSignals, &StopSignals::stopRequested, &watch, &Watch::stop);
+    std::unique_ptr<Watch> watch;
+    if (commandLine.watch) {
+        watch.reset(new Watch(project, site, &published, commandLine.quiet, commandLine.verbose));
+        QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
+    }
     runToItsEnd(&thread, stopSignals, &console);
 
     const QVector<ErrorableCode> failures = publication.failures();
@@ -143,8 +146,8 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
     console.report(failures, commandLine.verbose);
     if (publication.stopped())
         return Stopped;
-    if (commandLine.watch) {
-        watch.run(failures);
+    if (watch) {
+        watch->run(failures);
         return Stopped;
     }
     return failures.isEmpty() ? AllImported : SomeFailed;
