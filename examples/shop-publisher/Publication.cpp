@@ -100,6 +100,10 @@ QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photogr
         known[picture.photograph].picture = picture;
         mImportedNames.append(picture.photograph);
     }
+    for (const Photograph& photograph : news) {
+        if (FileStamp::of(photograph.source) != known.value(photograph.name).stamp)
+            mOvertakenNames.append(photograph.name);
+    }
     if (!isInterruptionRequested())
         mPublished->pictures = known;
 

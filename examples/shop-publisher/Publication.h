@@ -74,6 +74,9 @@ public:
     QStringList importedNames() const { return mImportedNames; }
     QStringList removedNames() const { return mRemovedNames; }
 
+    /// The photographs that were written to, or went, while this run imported them.
+    QStringList overtakenNames() const { return mOvertakenNames; }
+
     /// The contact sheet was written. A run that finds nothing new writes none.
     bool pageWritten() const { return mPageWritten; }
 
@@ -101,6 +104,7 @@ private:
     QSet<QString> mChanged;
     QStringList mImportedNames;
     QStringList mRemovedNames;
+    QStringList mOvertakenNames;
     int mPhotographs = 0;
     int mImported = 0;
     bool mPicturesChanged = false;

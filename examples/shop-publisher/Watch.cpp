@@ -135,6 +135,8 @@ void Watch::soon()
 
 void Watch::publish()
 {
+    if (mStopped)
+        return; // the loop is about to end
     if (mNewsOfStaticFiles)
         settleStaticFiles();
     if (!mNewsOfPhotographs)
@@ -158,6 +160,12 @@ void Watch::onPublished()
         say(tr("Removed: %1").arg(name));
     if (mPublication->pageWritten())
         say(tr("Written: %1").arg(QStringLiteral("index.html")));
+
+    const QStringList overtaken = mPublication->overtakenNames();
+    for (const QString& name : overtaken) {
+        mChanged.insert(name);
+        mNewsOfPhotographs = true;
+    }
 
     QVector<ErrorableCode> news;
     QStringList failures;
