@@ -288,8 +288,8 @@ void tst_ShopPublisher::helpAndVersion()
         const Outcome outcome = run({QLatin1String(option)});
         QCOMPARE(outcome.exitCode, allImported);
         QCOMPARE(outcome.err, QString());
-        for (const char* word :
-             {"PROJECT", "SITE", "--quiet", "--version", "2 bad usage, 130 stopped"})
+        for (const char* word : {"PROJECT", "SITE", "--quiet", "--watch", "--version",
+                                 "2 bad usage, 130 stopped", "3 the project is open"})
             QVERIFY2(outcome.out.contains(QLatin1String(word)), word);
     }
     for (const char* option : {"--version", "-v"}) {

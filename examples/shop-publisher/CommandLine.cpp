@@ -21,6 +21,9 @@ struct Options
                              CommandLine::tr("Print nothing but failures.")};
     QCommandLineOption verbose{QStringLiteral("verbose"),
                                CommandLine::tr("Show the way that each failure took.")};
+    QCommandLineOption watch{
+        {QStringLiteral("w"), QStringLiteral("watch")},
+        CommandLine::tr("Go on and publish what changes in PROJECT, until Ctrl-C.")};
     QCommandLineOption language{{QStringLiteral("l"), QStringLiteral("language")},
                                 CommandLine::tr("Speak this language (%1); else the system's.")
                                     .arg(Languages::available().join(QLatin1String(", "))),
@@ -28,7 +31,7 @@ struct Options
 
     void addTo(QCommandLineParser* parser) const
     {
-        parser->addOptions({help, version, quiet, verbose, language});
+        parser->addOptions({help, version, quiet, verbose, watch, language});
     }
 };
 
@@ -49,7 +52,8 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     parser.setApplicationDescription(
         tr("Imports the photographs of a shop project upright into a web site and makes a page "
            "that shows them.\n\n"
-           "Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C."));
+           "Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,\n"
+           "3 the project is open in another instance."));
     const Options options;
     options.addTo(&parser);
     parser.addPositionalArgument(
@@ -57,7 +61,8 @@ CommandLine CommandLine::parse(const QStringList& arguments)
         tr("Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG)."));
     parser.addPositionalArgument(
         QStringLiteral("SITE"),
-        tr("Folder of the web site, made when missing: images/, thumbs/ and index.html."));
+        tr("Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ "
+           "as in PROJECT."));
 
     CommandLine result;
     if (!parser.parse(arguments)) {
@@ -86,5 +91,6 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     result.site = folders.at(1);
     result.quiet = parser.isSet(options.quiet);
     result.verbose = parser.isSet(options.verbose);
+    result.watch = parser.isSet(options.watch);
     return result;
 }

@@ -26,6 +26,7 @@ public:
     QString site;
     bool quiet = false;
     bool verbose = false;
+    bool watch = false;
     QString text;
 
     /// \a arguments begin with the program's name. The folders are not looked at here.

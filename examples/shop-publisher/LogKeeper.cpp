@@ -30,13 +30,15 @@ void keep(QtMsgType type, const QMessageLogContext& context, const QString& text
 LogKeeper::LogKeeper()
     : mPrevious(qInstallMessageHandler(keep))
 {
-    passOn = mPrevious;
+    if (mPrevious != keep)
+        passOn = mPrevious;
 }
 
 LogKeeper::~LogKeeper()
 {
     qInstallMessageHandler(mPrevious);
-    passOn = nullptr;
+    if (mPrevious != keep)
+        passOn = nullptr;
     take();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// LogKeeper: the host's message handler while a picture is imported. The library tells every
+// LogKeeper: the host's message handler while the library works. The library tells every
 // failure through the log; what it says is kept here so that it can be reported as the reason,
 // and does not run through the progress bar.
 
@@ -10,7 +10,8 @@
 
 #include <QStringList>
 
-/// Takes the place of Qt's message handler for as long as it lives. One at a time.
+/// Takes the place of Qt's message handler for as long as it lives. All that live at a time share
+/// what they keep; the one that was made last goes first.
 class LogKeeper
 {
 public:

@@ -166,6 +166,8 @@ Project::Project(const QString& path)
     mFolder = folder;
     const QFileInfo photos(QDir(folder).filePath(QStringLiteral("photos")));
     mPhotosFolder = photos.isDir() ? photos.canonicalFilePath() : folder;
+    if (photos.isDir())
+        mStaticFolder = QDir(folder).filePath(staticName());
 }
 
 QString Project::title() const

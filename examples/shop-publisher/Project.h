@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Project: what the shop owner has. The program only ever reads here.
+// Project: what the shop owner has. The program only ever reads here; while it runs, the lock file
+// of the project stands in its folder.
 
 #ifndef PROJECT_H
 #define PROJECT_H
@@ -39,6 +40,16 @@ public:
     /// Absolute path of the folder of the photographs, links resolved: it may lie elsewhere.
     QString photosFolder() const { return mPhotosFolder; }
 
+    /// The folder of the files that the site takes as they are. It may come and go. Empty for a
+    /// plain folder of photographs, where a sub-folder of any name holds photographs.
+    QString staticFolder() const { return mStaticFolder; }
+
+    /// "static", the name of that folder in the project and in the site.
+    static QString staticName() { return QStringLiteral("static"); }
+
+    /// The file that describes the shop; there need not be one.
+    QString shopFile() const { return mFolder + QStringLiteral("/shop.json"); }
+
     /// The project's name: that of its folder.
     QString title() const;
 
@@ -57,6 +68,7 @@ public:
 private:
     QString mFolder;
     QString mPhotosFolder;
+    QString mStaticFolder;
 };
 
 #endif // PROJECT_H

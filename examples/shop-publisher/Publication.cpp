@@ -4,19 +4,25 @@
 #include "Publication.h"
 
 #include "ContactSheet.h"
+#include "LogKeeper.h"
 #include "ShopData.h"
 #include "ShopPage.h"
 
-#include <QMap>
+#include <DirectorySynchronizer.h>
+
+#include <QFileInfo>
 
 #include <algorithm>
 
-Publication::Publication(const Project& project, Site* site)
+Publication::Publication(const Project& project, Site* site, Published* published,
+                         const QSet<QString>& changed)
     : mProject(project)
     , mSite(site)
     , mFolder(WorkItem::Folder, project.photosFolder(), this)
     , mShopFile(project, this)
     , mImporter(site, this)
+    , mPublished(published)
+    , mChanged(changed)
 {
     ORVAUTILS_ADD_ERRORABLE_CHILD(mFolder);
     ORVAUTILS_ADD_ERRORABLE_CHILD(mShopFile);
@@ -29,16 +35,32 @@ void Publication::run()
     const QVector<Photograph> photographs =
         mProject.photographs(&mFolder, [this] { return isInterruptionRequested(); });
     mPhotographs = photographs.size();
+    // A folder that cannot be read, such as one of a disk that was taken off, has not lost its
+    // photographs.
+    const QVector<ErrorableCode> errors = mFolder.errorStack();
+    mAllFoldersRead = std::none_of(errors.begin(), errors.end(), [](const ErrorableCode& error) {
+        return error.code == WorkItem::Unreadable;
+    });
+    const FileStamp shopFile = FileStamp::of(mProject.shopFile());
+    const bool first = !mPublished->anything;
     Shop shop;
     const bool hasShop =
         mShopFile.exists() && !isInterruptionRequested() && mShopFile.read(photographs, &shop);
 
-    const QVector<PublishedPicture> pictures = mImporter.importAll(photographs);
+    if (mAllFoldersRead && !isInterruptionRequested())
+        removeVanished(photographs);
+    const QVector<PublishedPicture> pictures = import(photographs);
     mImported = pictures.size();
     // A page of the pictures so far would take the others from the page that may stand there.
     mStopped = isInterruptionRequested();
     if (mStopped)
         return;
+    if (first)
+        copyStaticFiles();
+    if (!first && !mPicturesChanged && shopFile == mPublished->shopFile)
+        return;
+    mPublished->anything = true;
+    mPublished->shopFile = shopFile;
     if (hasShop && writeShop(shop, pictures))
         mShopLanguages = shop.languages;
     mPageWritten = writeContactSheet(pictures, mShopLanguages);
@@ -49,6 +71,93 @@ QVector<ErrorableCode> Publication::failures() const
     QVector<ErrorableCode> failures = errorStack();
     std::reverse(failures.begin(), failures.end());
     return failures;
+}
+
+/// The pictures of all \a photographs that are in the site then, in their order.
+QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photographs)
+{
+    QVector<Photograph> news;
+    QMap<QString, Published::Picture> known;
+    if (!mAllFoldersRead)
+        known = mPublished->pictures;
+    for (const Photograph& photograph : photographs) {
+        Published::Picture picture = mPublished->pictures.value(photograph.name);
+        const FileStamp stamp = FileStamp::of(photograph.source);
+        if (stamp != picture.stamp || photograph.siteName != picture.siteName
+            || mChanged.contains(photograph.name)) {
+            picture = Published::Picture();
+            picture.stamp = stamp;
+            picture.siteName = photograph.siteName;
+            news.append(photograph);
+        }
+        known.insert(photograph.name, picture);
+    }
+    mPicturesChanged = !news.isEmpty() || !mRemovedNames.isEmpty();
+
+    const QVector<PublishedPicture> imported = mImporter.importAll(news);
+    for (const PublishedPicture& picture : imported) {
+        known[picture.photograph].imported = true;
+        known[picture.photograph].picture = picture;
+        mImportedNames.append(picture.photograph);
+    }
+    for (const Photograph& photograph : news) {
+        if (FileStamp::of(photograph.source) != known.value(photograph.name).stamp)
+            mOvertakenNames.append(photograph.name);
+    }
+    if (!isInterruptionRequested())
+        mPublished->pictures = known;
+
+    QVector<PublishedPicture> pictures;
+    for (const Photograph& photograph : photographs) {
+        const Published::Picture picture = known.value(photograph.name);
+        if (picture.imported)
+            pictures.append(picture.picture);
+    }
+    return pictures;
+}
+
+/// Takes the pictures of photographs that have gone out of the site, before others are imported: on
+/// a system that does not tell "a.jpg" from "A.JPG" one of them may get the place.
+void Publication::removeVanished(const QVector<Photograph>& photographs)
+{
+    QSet<QString> present;
+    QSet<QString> places;
+    for (const Photograph& photograph : photographs) {
+        present.insert(photograph.name);
+        places.insert(photograph.siteName);
+    }
+    const QStringList names = mPublished->pictures.keys();
+    for (const QString& name : names) {
+        const QString place = mPublished->pictures.value(name).siteName;
+        QString reason;
+        // One that is there and has another place now leaves its former one.
+        if (!places.contains(place)
+            && (!mSite->remove(QLatin1String("thumbs/") + place, &reason)
+                || !mSite->remove(QLatin1String("images/") + place, &reason))) {
+            auto* const picture = new WorkItem(WorkItem::Picture, name, this);
+            ORVAUTILS_ADD_ERRORABLE_CHILD(*picture);
+            picture->ORVAUTILS_SET_ERROR(picture->failure(WorkItem::Unwritable, reason));
+        }
+        if (!present.contains(name))
+            mRemovedNames.append(name);
+    }
+}
+
+void Publication::copyStaticFiles()
+{
+    const QString source = mProject.staticFolder();
+    if (source.isEmpty() || !QFileInfo(source).isDir())
+        return;
+    LogKeeper log;
+    QString reason;
+    const QString draft = mSite->draft(Project::staticName());
+    if (!DirectorySynchronizer().fullSync(source, draft))
+        reason = tr("cannot be copied (%1)").arg(log.take().join(QLatin1String("; ")));
+    else if (mSite->publishFolder(draft, Project::staticName(), &reason))
+        return;
+    auto* const files = new WorkItem(WorkItem::StaticFiles, Project::staticName(), this);
+    ORVAUTILS_ADD_ERRORABLE_CHILD(*files);
+    files->ORVAUTILS_SET_ERROR(files->failure(WorkItem::Unwritable, reason));
 }
 
 bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures)

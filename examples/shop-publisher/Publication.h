@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Publication: the whole work of one run, from the photographs to the page that shows them.
+// Publication: the whole work of one run, from the photographs to the page that shows them. Where
+// the project is watched, each run after the first takes up what has changed since the one before.
 
 #ifndef PUBLICATION_H
 #define PUBLICATION_H
 
+#include "FileStamp.h"
 #include "PictureImporter.h"
 #include "Project.h"
 #include "Shop.h"
@@ -17,8 +19,26 @@
 #include <Thread.h>
 #include <Threadable.h>
 
+#include <QMap>
+#include <QSet>
 #include <QStringList>
 #include <QVector>
+
+/// What the runs so far have published.
+struct Published
+{
+    struct Picture
+    {
+        FileStamp stamp; ///< of the photograph, before it was read
+        QString siteName;
+        bool imported = false; ///< false: it failed, and would again
+        PublishedPicture picture; ///< where it was imported
+    };
+
+    bool anything = false; ///< a run was completed
+    QMap<QString, Picture> pictures; ///< by the name of the photograph
+    FileStamp shopFile;
+};
 
 /// The worker of a PublicationThread, and the root of the tree of errors: below it the folder of
 /// the photographs with what was found there and cannot be used, the importer with its pictures,
@@ -28,8 +48,13 @@ class Publication : public Threadable, public Errorable
     Q_OBJECT
 
 public:
-    /// \a site is open. Both outlive this object, which is made on the main thread.
-    Publication(const Project& project, Site* site);
+    /// \a site is open. All outlive this object, which is made on the main thread.
+    ///
+    /// \a published is what the runs before have published, nothing for the first of them; it is
+    /// brought up to date. A photograph that is as it was is not imported again, unless \a changed
+    /// names it.
+    Publication(const Project& project, Site* site, Published* published,
+                const QSet<QString>& changed = QSet<QString>());
 
     /// Does everything. Ends early when the interruption of the thread is requested: the picture
     /// at hand is finished, and the pages stay as they were.
@@ -44,7 +69,15 @@ public:
     int photographs() const { return mPhotographs; }
     int imported() const { return mImported; }
 
-    /// The contact sheet was written.
+    /// The photographs that this run imported, and those that have gone since the run before and
+    /// whose pictures it removed.
+    QStringList importedNames() const { return mImportedNames; }
+    QStringList removedNames() const { return mRemovedNames; }
+
+    /// The photographs that were written to, or went, while this run imported them.
+    QStringList overtakenNames() const { return mOvertakenNames; }
+
+    /// The contact sheet was written. A run that finds nothing new writes none.
     bool pageWritten() const { return mPageWritten; }
 
     /// The languages in which the page of the shop was written; none where there is no shop, or
@@ -55,6 +88,9 @@ public:
     bool stopped() const { return mStopped; }
 
 private:
+    QVector<PublishedPicture> import(const QVector<Photograph>& photographs);
+    void removeVanished(const QVector<Photograph>& photographs);
+    void copyStaticFiles();
     bool writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures);
     bool writeContactSheet(const QVector<PublishedPicture>& pictures, const QStringList& languages);
     bool write(const QVector<SiteFile>& files);
@@ -64,8 +100,15 @@ private:
     WorkItem mFolder;
     ShopFile mShopFile;
     PictureImporter mImporter;
+    Published* mPublished;
+    QSet<QString> mChanged;
+    QStringList mImportedNames;
+    QStringList mRemovedNames;
+    QStringList mOvertakenNames;
     int mPhotographs = 0;
     int mImported = 0;
+    bool mPicturesChanged = false;
+    bool mAllFoldersRead = true;
     bool mPageWritten = false;
     QStringList mShopLanguages;
     bool mStopped = false;

@@ -3,6 +3,8 @@
 
 #include "Site.h"
 
+#include "LogKeeper.h"
+
 #include <FileUtils.h>
 
 #include <QDir>
@@ -69,6 +71,13 @@ QString Site::refusal(const Project& project) const
         {project.folder(), QT_TRANSLATE_NOOP("Site", "SITE lies in the project (%1)."),
          QT_TRANSLATE_NOOP("Site", "SITE contains the project (%1).")},
     };
+    const QString staticFiles = QFileInfo(project.staticFolder()).canonicalFilePath();
+    if (!staticFiles.isEmpty() && liesIn(mFolder, staticFiles)
+        && !liesIn(mFolder, project.folder()))
+        return tr("SITE lies in the folder of the static files (%1).").arg(staticFiles);
+    if (!staticFiles.isEmpty() && liesIn(staticFiles, mFolder)
+        && !liesIn(project.folder(), mFolder))
+        return tr("SITE contains the folder of the static files (%1).").arg(staticFiles);
     for (const auto& rule : rules) {
         if (liesIn(mFolder, rule.folder))
             return tr(rule.siteInside).arg(rule.folder);
@@ -86,12 +95,27 @@ bool Site::open(QString* reason)
         *reason = tr("The folder %1 cannot be made.").arg(mFolder);
         return false;
     }
+    const LogKeeper log; // the reason is told here
+    // The probe must not take the place of a file of that name, or write to where a link leads.
+    const QFileInfo probe(mFolder + QLatin1String("/check_write"));
+    QString why;
+    if (!probe.exists() && !probe.isSymLink()
+        && !FileUtils::checkWritingRightInFolder(mFolder, QString(), &why)) {
+        *reason = tr("The folder %1 cannot be written to (%2).").arg(mFolder, why);
+        return false;
+    }
     mDrafts.reset(new QTemporaryDir(mFolder + QLatin1String("/.shop-publisher-XXXXXX")));
     if (!mDrafts->isValid()) {
-        *reason = tr("The folder %1 cannot be written to.").arg(mFolder);
+        *reason = tr("The folder %1 cannot be written to (%2).")
+                      .arg(mFolder, QString::fromLocal8Bit(std::strerror(errno)));
         return false;
     }
     return true;
+}
+
+bool Site::overlaps(const QString& folder) const
+{
+    return liesIn(folder, mFolder) || liesIn(mFolder, folder);
 }
 
 bool Site::contains(const QString& absolutePath) const
@@ -115,6 +139,62 @@ bool Site::publish(const QString& draftPath, const QString& place, QString* reas
         *reason = tr("cannot be written to %1 (%2)")
                       .arg(place, QString::fromLocal8Bit(std::strerror(errno)));
         return false;
+    }
+    return true;
+}
+
+bool Site::publishFolder(const QString& draftPath, const QString& folder, QString* reason)
+{
+    const QString target = mFolder + QLatin1Char('/') + folder;
+    const QFileInfo there(target);
+    if (there.isSymLink()) {
+        *reason = tr("cannot be written: %1 is a link that leads out of the site").arg(folder);
+        return false;
+    }
+    if (there.exists() && !there.isDir()) {
+        *reason = tr("cannot be written (a file of that name is in the way)");
+        return false;
+    }
+    // A folder that holds something cannot be replaced in one step.
+    const QString old = draft(QStringLiteral("old-") + folder);
+    if (there.exists() && !QDir().rename(target, old)) {
+        *reason = tr("cannot be written: the old folder cannot be moved away");
+        return false;
+    }
+    if (!QDir().rename(draftPath, target)) {
+        *reason = tr("cannot be written: the folder %1 cannot be made").arg(folder);
+        QDir().rename(old, target);
+        return false;
+    }
+    QDir(old).removeRecursively();
+    return true;
+}
+
+bool Site::remove(const QString& place, QString* reason) const
+{
+    QStringList parts = place.split(QLatin1Char('/'));
+    QString folder = mFolder;
+    for (int i = 0; i + 1 < parts.size(); ++i) {
+        folder += QLatin1Char('/') + parts.at(i);
+        if (QFileInfo(folder).isSymLink()) {
+            *reason = tr("cannot be removed: %1 is a link that leads out of the site")
+                          .arg(QStringList(parts.mid(0, i + 1)).join(QLatin1Char('/')));
+            return false;
+        }
+    }
+    const QString target = mFolder + QLatin1Char('/') + place;
+    const QFileInfo info(target);
+    if (info.exists() || info.isSymLink()) {
+        QFile file(target);
+        if (!file.remove()) {
+            *reason = tr("cannot be removed from %1 (%2)").arg(place, file.errorString());
+            return false;
+        }
+    }
+    // Down to, and without, the folder of all pictures. One that holds something stays.
+    for (parts.removeLast(); parts.size() > 1; parts.removeLast()) {
+        if (!QDir().rmdir(mFolder + QLatin1Char('/') + parts.join(QLatin1Char('/'))))
+            break;
     }
     return true;
 }

@@ -42,8 +42,12 @@ public:
     /// in the project or its photographs nor contain them.
     QString refusal(const Project& project) const;
 
-    /// Makes the folder and its working folder. On failure \a reason says why.
+    /// Makes the folder, finds out whether it can be written to, and makes its working folder. On
+    /// failure \a reason says why.
     bool open(QString* reason);
+
+    /// True when the folder, whose path holds no link, lies in the site or contains it.
+    bool overlaps(const QString& folder) const;
 
     /// True when the file lies in the site, so that publishing could replace it.
     bool contains(const QString& absolutePath) const;
@@ -56,6 +60,15 @@ public:
     /// what stands there. Missing folders are made; a folder that is a link is refused, because it
     /// leads out of the site. On failure \a reason says why.
     bool publish(const QString& draftPath, const QString& place, QString* reason);
+
+    /// Moves a finished folder to \a folder, a name in the site such as "static", in the place of
+    /// the one that stands there; what was in that one goes. A link is refused. On failure \a
+    /// reason says why, and the old folder is where it was.
+    bool publishFolder(const QString& draftPath, const QString& folder, QString* reason);
+
+    /// Takes the file at \a place away, as publish() put it there, and the sub-folders that are
+    /// empty then. A file that is not there is fine. On failure \a reason says why.
+    bool remove(const QString& place, QString* reason) const;
 
     /// Writes files that belong together, for example the pages of the shop. All are made complete
     /// before the first of them goes to its place, so that a disk which is full leaves the old ones

@@ -20,7 +20,7 @@ class WorkItem : public QObject, public Errorable
 
 public:
     /// What it is: the context of its errors.
-    enum Kind { Folder, Picture, ShopDescription, Product, ShopValue, SitePage };
+    enum Kind { Folder, Picture, ShopDescription, Product, ShopValue, SitePage, StaticFiles };
     Q_ENUM(Kind)
 
     /// What can happen to it: the code of its errors.

@@ -4,18 +4,21 @@
 // shop-publisher PROJECT SITE: a small host program of the library.
 //
 // It tells the library who it is, makes the application object and chooses its language. Then it
-// reads the command line, lets a thread import the photographs and write the pages, shows the
-// progress meanwhile, and says what came of it. Ctrl-C asks the thread to stop.
+// reads the command line, takes the project's lock, lets a thread import the photographs and write
+// the pages, shows the progress meanwhile, and says what came of it. With --watch it goes on and
+// publishes what changes. Ctrl-C asks the thread, or the watch, to stop.
 
 #include "CommandLine.h"
 #include "Console.h"
 #include "Languages.h"
 #include "LogKeeper.h"
 #include "Project.h"
+#include "ProjectLock.h"
 #include "Publication.h"
 #include "ShopPage.h"
 #include "Site.h"
 #include "StopSignals.h"
+#include "Watch.h"
 
 #include <CoreApplicationUtils.h>
 
@@ -28,7 +31,7 @@
 
 namespace {
 
-enum ExitCode { AllImported = 0, SomeFailed = 1, BadUsage = 2, Stopped = 130 };
+enum ExitCode { AllImported = 0, SomeFailed = 1, BadUsage = 2, ProjectIsOpen = 3, Stopped = 130 };
 
 /// The texts of this file.
 class Program
@@ -71,6 +74,18 @@ ExitCode refuse(const QString& reason)
                         + QLatin1Char('\n') + Program::tr("Try 'shop-publisher --help' for more.")
                         + QLatin1Char('\n'));
     return BadUsage;
+}
+
+/// Another instance works on the project: \a reason says, line by line, which.
+ExitCode refuseOpenProject(const QString& reason)
+{
+    QString shown;
+    const QStringList lines = reason.split(QLatin1Char('\n'));
+    for (const QString& line : lines)
+        shown += (shown.isEmpty() ? QLatin1String("shop-publisher: ") : QLatin1String("  "))
+            + Console::printable(line) + QLatin1Char('\n');
+    Console::printError(shown);
+    return ProjectIsOpen;
 }
 
 /// Runs the thread to its end, with the event loop for progress and signals.
@@ -116,8 +131,15 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
                  const CommandLine& commandLine)
 {
     Console console(commandLine.quiet);
-    Publication publication(project, site);
+    Published published;
+    Publication publication(project, site, &published);
     PublicationThread thread(&publication);
+    // A signal that comes when all is done still ends the watch.
+    std::unique_ptr<Watch> watch;
+    if (commandLine.watch) {
+        watch.reset(new Watch(project, site, &published, commandLine.quiet, commandLine.verbose));
+        QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
+    }
     runToItsEnd(&thread, stopSignals, &console);
 
     const QVector<ErrorableCode> failures = publication.failures();
@@ -125,6 +147,10 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
     console.report(failures, commandLine.verbose);
     if (publication.stopped())
         return Stopped;
+    if (watch) {
+        watch->run(failures);
+        return Stopped;
+    }
     return failures.isEmpty() ? AllImported : SomeFailed;
 }
 
@@ -158,7 +184,16 @@ int main(int argc, char* argv[])
         return refuse(Program::tr("There is no folder %1.").arg(commandLine.project));
     Site site(commandLine.site);
     QString reason = site.refusal(project);
-    if (!reason.isEmpty() || !site.open(&reason))
+    if (!reason.isEmpty())
+        return refuse(reason);
+    ProjectLock lock;
+    if (!lock.take(project, &reason))
+        return refuseOpenProject(reason);
+    if (!lock.isHeld() && commandLine.verbose)
+        Console(commandLine.quiet)
+            .say(Program::tr("No lock: the project's folder %1 cannot be written to")
+                     .arg(project.folder()));
+    if (!site.open(&reason))
         return refuse(reason);
     return publish(project, &site, &stopSignals, commandLine);
 }

@@ -30,18 +30,20 @@
     <message>
         <source>Imports the photographs of a shop project upright into a web site and makes a page that shows them.
 
-Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C.</source>
+Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,
+3 the project is open in another instance.</source>
         <translation>Bringt die Fotos eines Ladens aufrecht in eine Website und macht eine Seite, die sie zeigt.
 
-Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 130 durch Strg-C beendet.</translation>
+Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 130 durch Strg-C beendet,
+3 das Projekt ist in einer anderen Instanz offen.</translation>
     </message>
     <message>
         <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG).</source>
         <translation>Ordner, der photos/ enthält, oder ein einfacher Ordner mit Fotos (JPEG, PNG, GIF, SVG).</translation>
     </message>
     <message>
-        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html.</source>
-        <translation>Ordner der Website, wird bei Bedarf angelegt: images/, thumbs/ und index.html.</translation>
+        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT.</source>
+        <translation>Ordner der Website, wird bei Bedarf angelegt: images/, thumbs/ und index.html; static/ wie in PROJECT.</translation>
     </message>
     <message>
         <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
@@ -50,6 +52,10 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>The name of a folder is empty.</source>
         <translation>Der Name eines Ordners ist leer.</translation>
+    </message>
+    <message>
+        <source>Go on and publish what changes in PROJECT, until Ctrl-C.</source>
+        <translation>Läuft weiter und veröffentlicht, was sich in PROJECT ändert, bis Strg-C.</translation>
     </message>
 </context>
 <context>
@@ -78,6 +84,17 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>Shop:</source>
         <translation>Laden:</translation>
+    </message>
+</context>
+<context>
+    <name>FileUtils</name>
+    <message>
+        <source>Cannot open (WriteOnly) %1</source>
+        <translation>Zum Schreiben nicht zu öffnen: %1</translation>
+    </message>
+    <message>
+        <source>Cannot write datas (WriteOnly) in %1</source>
+        <translation>Daten nicht zu schreiben in %1</translation>
     </message>
 </context>
 <context>
@@ -202,6 +219,10 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>Shop: %1</source>
         <translation>Laden: %1</translation>
     </message>
+    <message>
+        <source>No lock: the project&apos;s folder %1 cannot be written to</source>
+        <translation>Keine Sperre: in den Projektordner %1 lässt sich nicht schreiben</translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -231,10 +252,40 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     </message>
 </context>
 <context>
+    <name>ProjectFileLocker</name>
+    <message>
+        <source>Project %1 already opened !</source>
+        <translation>Das Projekt %1 ist schon geöffnet!</translation>
+    </message>
+    <message>
+        <source>Lock failed on &apos;%1&apos; : error=%2  folder=%3 machinehost=%4</source>
+        <translation>Sperren von „%1“ gescheitert: Fehler=%2  Ordner=%3 Rechner=%4</translation>
+    </message>
+    <message>
+        <source>The lock file could not be created, for lack of permissions in the parent directory.</source>
+        <translation>Die Sperrdatei ließ sich nicht anlegen, weil im Ordner die Rechte fehlen.</translation>
+    </message>
+    <message>
+        <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
+        <translation>Ein anderer Fehler trat auf; vielleicht ließ eine volle Partition die Sperrdatei nicht schreiben</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectLock</name>
+    <message>
+        <source>Held by process %1 (%2) on %3</source>
+        <translation>Gehalten von Prozess %1 (%2) auf %3</translation>
+    </message>
+</context>
+<context>
     <name>Publication</name>
     <message>
         <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
         <translation>der Laden wird nicht geschrieben, weil sich das Foto „%1“ eines seiner Produkte nicht importieren ließ</translation>
+    </message>
+    <message>
+        <source>cannot be copied (%1)</source>
+        <translation>lässt sich nicht kopieren (%1)</translation>
     </message>
 </context>
 <context>
@@ -363,10 +414,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <translation>Der Ordner %1 lässt sich nicht anlegen.</translation>
     </message>
     <message>
-        <source>The folder %1 cannot be written to.</source>
-        <translation>In den Ordner %1 lässt sich nicht schreiben.</translation>
-    </message>
-    <message>
         <source>cannot be written to %1 (%2)</source>
         <translation>lässt sich nicht nach %1 schreiben (%2)</translation>
     </message>
@@ -385,6 +432,84 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>cannot be written (a folder of that name is in the way)</source>
         <translation>lässt sich nicht schreiben (ein Ordner dieses Namens ist im Weg)</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be written to (%2).</source>
+        <translation>In den Ordner %1 lässt sich nicht schreiben (%2).</translation>
+    </message>
+    <message>
+        <source>SITE lies in the folder of the static files (%1).</source>
+        <translation>SITE liegt im Ordner der statischen Dateien (%1).</translation>
+    </message>
+    <message>
+        <source>SITE contains the folder of the static files (%1).</source>
+        <translation>SITE enthält den Ordner der statischen Dateien (%1).</translation>
+    </message>
+    <message>
+        <source>cannot be written (a file of that name is in the way)</source>
+        <translation>lässt sich nicht schreiben (eine Datei dieses Namens ist im Weg)</translation>
+    </message>
+    <message>
+        <source>cannot be written: the old folder cannot be moved away</source>
+        <translation>lässt sich nicht schreiben: der alte Ordner lässt sich nicht wegräumen</translation>
+    </message>
+    <message>
+        <source>cannot be removed: %1 is a link that leads out of the site</source>
+        <translation>lässt sich nicht entfernen: %1 ist ein Verweis, der aus der Website führt</translation>
+    </message>
+    <message>
+        <source>cannot be removed from %1 (%2)</source>
+        <translation>lässt sich nicht aus %1 entfernen (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>StaticMirror</name>
+    <message>
+        <source>not everything in %1 can be watched, so changes may be missed</source>
+        <translation>nicht alles in %1 lässt sich beobachten, Änderungen können entgehen</translation>
+    </message>
+    <message>
+        <source>%1 is a link that leads out of the site</source>
+        <translation>%1 ist ein Verweis, der aus der Website führt</translation>
+    </message>
+    <message>
+        <source>%1 leads into the site itself</source>
+        <translation>%1 führt in die Website selbst</translation>
+    </message>
+    <message>
+        <source>%1 cannot be removed</source>
+        <translation>%1 lässt sich nicht entfernen</translation>
+    </message>
+    <message>
+        <source>%1 cannot be copied</source>
+        <translation>%1 lässt sich nicht kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>Watch</name>
+    <message>
+        <source>Copied: %1</source>
+        <translation>Kopiert: %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>Entfernt: %1</translation>
+    </message>
+    <message>
+        <source>Imported: %1</source>
+        <translation>Importiert: %1</translation>
+    </message>
+    <message>
+        <source>Written: %1</source>
+        <translation>Geschrieben: %1</translation>
+    </message>
+    <message>
+        <source>Watching %1, Ctrl-C ends</source>
+        <translation>%1 wird beobachtet, Strg-C beendet</translation>
+    </message>
+    <message>
+        <source>Not everything in %1 can be watched, so changes may be missed.</source>
+        <translation>Nicht alles in %1 lässt sich beobachten, Änderungen können entgehen.</translation>
     </message>
 </context>
 </TS>

@@ -30,18 +30,20 @@
     <message>
         <source>Imports the photographs of a shop project upright into a web site and makes a page that shows them.
 
-Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C.</source>
+Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,
+3 the project is open in another instance.</source>
         <translation>Importe, redressées, les photographies d’une boutique dans un site web et fait une page qui les montre.
 
-Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 130 arrêté par Ctrl-C.</translation>
+Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 130 arrêté par Ctrl-C,
+3 le projet est ouvert dans une autre instance.</translation>
     </message>
     <message>
         <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG).</source>
         <translation>Dossier qui contient photos/, ou simple dossier de photographies (JPEG, PNG, GIF, SVG).</translation>
     </message>
     <message>
-        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html.</source>
-        <translation>Dossier du site web, créé au besoin : images/, thumbs/ et index.html.</translation>
+        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT.</source>
+        <translation>Dossier du site web, créé au besoin : images/, thumbs/ et index.html ; static/ comme dans PROJECT.</translation>
     </message>
     <message>
         <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
@@ -50,6 +52,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>The name of a folder is empty.</source>
         <translation>Le nom d’un dossier est vide.</translation>
+    </message>
+    <message>
+        <source>Go on and publish what changes in PROJECT, until Ctrl-C.</source>
+        <translation>Continue et publie ce qui change dans PROJECT, jusqu’à Ctrl-C.</translation>
     </message>
 </context>
 <context>
@@ -78,6 +84,17 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Shop:</source>
         <translation>Boutique :</translation>
+    </message>
+</context>
+<context>
+    <name>FileUtils</name>
+    <message>
+        <source>Cannot open (WriteOnly) %1</source>
+        <translation>Impossible d’ouvrir en écriture %1</translation>
+    </message>
+    <message>
+        <source>Cannot write datas (WriteOnly) in %1</source>
+        <translation>Impossible d’écrire les données dans %1</translation>
     </message>
 </context>
 <context>
@@ -202,6 +219,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>Shop: %1</source>
         <translation>Boutique : %1</translation>
     </message>
+    <message>
+        <source>No lock: the project&apos;s folder %1 cannot be written to</source>
+        <translation>Pas de verrou : on ne peut pas écrire dans le dossier du projet %1</translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -231,10 +252,40 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     </message>
 </context>
 <context>
+    <name>ProjectFileLocker</name>
+    <message>
+        <source>Project %1 already opened !</source>
+        <translation>Le projet %1 est déjà ouvert !</translation>
+    </message>
+    <message>
+        <source>Lock failed on &apos;%1&apos; : error=%2  folder=%3 machinehost=%4</source>
+        <translation>Échec du verrouillage de « %1 » : erreur=%2  dossier=%3 machine=%4</translation>
+    </message>
+    <message>
+        <source>The lock file could not be created, for lack of permissions in the parent directory.</source>
+        <translation>Le fichier de verrou n’a pas pu être créé, faute de droits dans le dossier parent.</translation>
+    </message>
+    <message>
+        <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
+        <translation>Une autre erreur est survenue ; par exemple, une partition pleine a empêché d’écrire le fichier de verrou</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectLock</name>
+    <message>
+        <source>Held by process %1 (%2) on %3</source>
+        <translation>Détenu par le processus %1 (%2) sur %3</translation>
+    </message>
+</context>
+<context>
     <name>Publication</name>
     <message>
         <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
         <translation>la boutique n’est pas écrite, parce que la photographie « %1 » d’un de ses produits n’a pas pu être importée</translation>
+    </message>
+    <message>
+        <source>cannot be copied (%1)</source>
+        <translation>ne peut pas être copié (%1)</translation>
     </message>
 </context>
 <context>
@@ -363,10 +414,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <translation>Le dossier %1 ne peut pas être créé.</translation>
     </message>
     <message>
-        <source>The folder %1 cannot be written to.</source>
-        <translation>On ne peut pas écrire dans le dossier %1.</translation>
-    </message>
-    <message>
         <source>cannot be written to %1 (%2)</source>
         <translation>ne peut pas être écrit dans %1 (%2)</translation>
     </message>
@@ -385,6 +432,84 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>cannot be written (a folder of that name is in the way)</source>
         <translation>ne peut pas être écrit (un dossier de ce nom est en travers)</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be written to (%2).</source>
+        <translation>On ne peut pas écrire dans le dossier %1 (%2).</translation>
+    </message>
+    <message>
+        <source>SITE lies in the folder of the static files (%1).</source>
+        <translation>SITE se trouve dans le dossier des fichiers statiques (%1).</translation>
+    </message>
+    <message>
+        <source>SITE contains the folder of the static files (%1).</source>
+        <translation>SITE contient le dossier des fichiers statiques (%1).</translation>
+    </message>
+    <message>
+        <source>cannot be written (a file of that name is in the way)</source>
+        <translation>ne peut pas être écrit (un fichier de ce nom gêne)</translation>
+    </message>
+    <message>
+        <source>cannot be written: the old folder cannot be moved away</source>
+        <translation>ne peut pas être écrit : l’ancien dossier ne peut pas être déplacé</translation>
+    </message>
+    <message>
+        <source>cannot be removed: %1 is a link that leads out of the site</source>
+        <translation>ne peut pas être retiré : %1 est un lien qui mène hors du site</translation>
+    </message>
+    <message>
+        <source>cannot be removed from %1 (%2)</source>
+        <translation>ne peut pas être retiré de %1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>StaticMirror</name>
+    <message>
+        <source>not everything in %1 can be watched, so changes may be missed</source>
+        <translation>on ne peut pas tout surveiller dans %1, des changements peuvent échapper</translation>
+    </message>
+    <message>
+        <source>%1 is a link that leads out of the site</source>
+        <translation>%1 est un lien qui mène hors du site</translation>
+    </message>
+    <message>
+        <source>%1 leads into the site itself</source>
+        <translation>%1 mène dans le site lui-même</translation>
+    </message>
+    <message>
+        <source>%1 cannot be removed</source>
+        <translation>%1 ne peut pas être retiré</translation>
+    </message>
+    <message>
+        <source>%1 cannot be copied</source>
+        <translation>%1 ne peut pas être copié</translation>
+    </message>
+</context>
+<context>
+    <name>Watch</name>
+    <message>
+        <source>Copied: %1</source>
+        <translation>Copié : %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>Retiré : %1</translation>
+    </message>
+    <message>
+        <source>Imported: %1</source>
+        <translation>Importé : %1</translation>
+    </message>
+    <message>
+        <source>Written: %1</source>
+        <translation>Écrit : %1</translation>
+    </message>
+    <message>
+        <source>Watching %1, Ctrl-C ends</source>
+        <translation>%1 est surveillé, Ctrl-C termine</translation>
+    </message>
+    <message>
+        <source>Not everything in %1 can be watched, so changes may be missed.</source>
+        <translation>On ne peut pas tout surveiller dans %1, des changements peuvent échapper.</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "FileStamp.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
+
+FileStamp FileStamp::of(const QString& path)
+{
+    FileStamp stamp;
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return stamp;
+#ifdef Q_OS_MACOS
+    const timespec& changed = status.st_ctimespec;
+#else
+    const timespec& changed = status.st_ctim;
+#endif
+    stamp.device = quint64(status.st_dev);
+    stamp.inode = quint64(status.st_ino);
+    stamp.size = qint64(status.st_size);
+    stamp.changed = qint64(changed.tv_sec) * 1000000000 + qint64(changed.tv_nsec);
+    return stamp;
+}

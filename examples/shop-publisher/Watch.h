@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Watch: follows the project after it was published, until Ctrl-C.
+
+#ifndef WATCH_H
+#define WATCH_H
+
+#include "FileStamp.h"
+#include "LogKeeper.h"
+#include "Project.h"
+#include "Publication.h"
+#include "Site.h"
+#include "StaticMirror.h"
+
+#include <DirectoryWatcher.h>
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+#include <QTimer>
+
+#include <memory>
+
+/// The watchers only say that something may have changed. A moment after the last of them spoke, so
+/// that a photograph which is still being written is not imported twice, a Publication looks for
+/// what has, imports that on its thread and writes the pages again.
+class Watch : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All outlive this object; \a site is open, and \a published is what was published into it.
+    Watch(const Project& project, Site* site, Published* published, bool quiet, bool verbose);
+    ~Watch() override;
+
+    /// Returns when stop() was called, before or meanwhile, and a publication that runs has
+    /// finished the picture at hand. \a told are the failures of the first publication.
+    void run(const QVector<ErrorableCode>& told);
+
+    void stop();
+
+private:
+    void onPhotograph(const QString& path);
+    void onProjectFolder();
+    void followPhotographs();
+    void soon();
+    void publish();
+    void onPublished();
+    void settleStaticFiles();
+    void say(const QString& text) const;
+
+    const Project& mProject;
+    Site* const mSite;
+    Published* const mPublished;
+    const bool mQuiet;
+    const bool mVerbose;
+
+    std::unique_ptr<LogKeeper> mLog; // the library's complaints are told in the program's words
+    QEventLoop mLoop;
+    QFileSystemWatcher mProjectFolder;
+    DirectoryWatcher mPhotographs;
+    FileStamp mFollowedFolder;
+    StaticMirror mStaticMirror;
+    QTimer mQuietMoment;
+    QElapsedTimer mFirstNews;
+    QSet<QString> mChanged; // names of photographs
+    bool mNewsOfPhotographs = false;
+    bool mNewsOfStaticFiles = false;
+    bool mStopped = false;
+    QStringList mToldFailures; // what is wrong for long is told once
+
+    std::unique_ptr<Publication> mPublication;
+    std::unique_ptr<PublicationThread> mThread;
+};
+
+#endif // WATCH_H
