@@ -102,7 +102,8 @@ void Watch::onProjectFolder()
     followPhotographs();
     if (mStaticMirror.follow())
         mNewsOfStaticFiles = true;
-    if (FileStamp::of(mProject.shopFile()) != mPublished->shopFile)
+    // What is published belongs to the thread while that runs.
+    if (mThread || FileStamp::of(mProject.shopFile()) != mPublished->shopFile)
         mNewsOfPhotographs = true;
     if (mNewsOfPhotographs || mNewsOfStaticFiles)
         soon();
