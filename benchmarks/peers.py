@@ -3,12 +3,15 @@
 """What the compare_<topic>.py scripts share: contenders run in turn, medians, one table.
 
 A contender is a function without arguments that does the whole job once and returns the seconds it
-took. Contenders take turns (a b c, a b c, ...), so that whatever disturbs the machine disturbs all
-of them alike; the figure of each is its median, and the ratio is ours divided by the peer's.
+took. Contenders take turns (a b c, c a b, ...), so that whatever disturbs the machine disturbs all
+of them alike, and in an order that changes from round to round, so that nobody always runs on what
+the same neighbour leaves of caches and memory. The figure of each is its median, and the ratio is
+ours divided by the peer's.
 """
 
 import collections
 import json
+import random
 import resource
 import statistics
 import subprocess
@@ -41,9 +44,10 @@ def alternate(contenders, rounds=7):
     seconds = {name: [] for name in contenders}
     for function in contenders.values():
         function()
+    order = random.Random(1)
     for _ in range(rounds):
-        for name, function in contenders.items():
-            seconds[name].append(function())
+        for name in order.sample(list(contenders), len(contenders)):
+            seconds[name].append(contenders[name]())
     return {name: statistics.median(times) for name, times in seconds.items()}
 
 

@@ -145,11 +145,15 @@ QImage imageInLargePages(const QSize& size)
     return image;
 }
 
-/// Decodes a JPEG to size, which is its own or the half, quarter or eighth of it.
+/// Decodes a JPEG to size, which is its own or the half, quarter or eighth of it, and which is then
+/// scaled to target, if that is valid.
+///
+/// Where it is scaled down enough, the decoder is spared smoothing the colours between pixels, as
+/// Qt has it below a quality of 50: scaling takes the mean of several pixels anyhow.
 ///
 /// The file comes as bytes, because of them Qt shows the decoder all at once; of a file it shows
 /// 4 KiB at a time, and with less than 3 KiB before it the decoder goes a slow and careful way.
-bool decodeJpeg(const QByteArray& bytes, const QSize& size, QImage* image)
+bool decodeJpeg(const QByteArray& bytes, const QSize& size, const QSize& target, QImage* image)
 {
     if (!fitsInMemory(size))
         return false;
@@ -158,6 +162,8 @@ bool decodeJpeg(const QByteArray& bytes, const QSize& size, QImage* image)
     QImageReader reader(&buffer, "jpeg");
     if (size != reader.size())
         reader.setScaledSize(size);
+    if (target.isValid() && !exceeds(target * 3, size * 2))
+        reader.setQuality(49);
     // A reader uses the image that it is given, if size and format are right; grey ones are not.
     *image = imageInLargePages(size);
     return reader.read(image);
@@ -194,12 +200,12 @@ bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QIma
         const bool ample = density >= 2.5;
         if (density < 1 || (!ample && divisor != 2))
             continue;
-        if (decodeJpeg(bytes, reduced, image)
+        if (decodeJpeg(bytes, reduced, target, image)
             && (ample || reduced == target || fineDetail(*image) <= 200 * density * density))
             return true;
         *image = QImage();
     }
-    return decodeJpeg(bytes, whole, image);
+    return decodeJpeg(bytes, whole, target, image);
 }
 
 // --- Saving --------------------------------------------------------------------------------------
