@@ -114,17 +114,6 @@ QVector<int> markersOf(const QByteArray& jpeg)
     return markers;
 }
 
-/// A process without the rights of root: it meets refused permissions as a person does.
-class OrdinaryProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override
-    {
-        if (::geteuid() == 0 && ::setuid(65534) != 0)
-            ::_exit(126);
-    }
-};
-
 /// The same with a terminal of \a columns as the standard output.
 Outcome runOnTerminal(const QStringList& arguments, int columns)
 {

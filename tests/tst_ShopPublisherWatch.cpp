@@ -26,17 +26,6 @@ QByteArray jpeg(int width, int height)
     return encoded(corners(width, height), "jpg");
 }
 
-/// A process without the rights of root: it meets refused permissions as a person does.
-class OrdinaryProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override
-    {
-        if (::geteuid() == 0 && ::setuid(65534) != 0)
-            ::_exit(126);
-    }
-};
-
 /// The visible files below \a folder, with their content.
 QMap<QString, QByteArray> visibleContentOf(const QString& folder)
 {

@@ -18,6 +18,14 @@ ScriptResult runScript(const QString& program, const QByteArray& script)
     file.close();
 
     QProcess process;
+    // What a machine wants of every node, a file of certificates for example, may make it complain.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QStringList names = environment.keys();
+    for (const QString& name : names) {
+        if (name.startsWith(QLatin1String("NODE_")))
+            environment.remove(name);
+    }
+    process.setProcessEnvironment(environment);
     process.start(program, {file.fileName()});
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
         return ScriptResult();

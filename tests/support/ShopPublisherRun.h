@@ -22,6 +22,11 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#ifdef Q_OS_LINUX
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#endif
+
 const int allImported = 0;
 const int someFailed = 1;
 const int badUsage = 2;
@@ -149,6 +154,28 @@ protected:
         const rlimit limit = {30000, 30000};
         if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
             ::_exit(126);
+    }
+};
+
+/// A process that meets refused permissions as a person does, also where root runs it. On Linux it
+/// stays root, whose build folder nobody else may be allowed to enter, without the right of passing
+/// over permissions.
+class OrdinaryProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override
+    {
+        if (::geteuid() != 0)
+            return;
+#ifdef Q_OS_LINUX
+        for (const int right : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) {
+            if (::prctl(PR_CAPBSET_DROP, right, 0, 0, 0) != 0)
+                ::_exit(126);
+        }
+#else
+        if (::setuid(65534) != 0)
+            ::_exit(126);
+#endif
     }
 };
 
