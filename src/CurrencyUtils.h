@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // CurrencyUtils: the world's currencies, and prices as a shop writes them.
-//
-// The currencies are no table of this library: they are all that Qt's locale database (QLocale)
-// knows, so that the list, the symbols and the names follow the version of Qt.
 
 #ifndef ORVAUTILS_CURRENCYUTILS_H
 #define ORVAUTILS_CURRENCYUTILS_H
@@ -16,6 +13,9 @@
 #include <QStringList>
 
 /// Currency codes, symbols and names; price rounding and formatting.
+///
+/// The currencies are no table of this library: they are all that Qt's locale database (QLocale)
+/// knows, so that the list, the symbols and the names follow the version of Qt.
 ///
 /// A currency is named by its ISO 4217 alphabetic code in upper case ("EUR"). Codes are compared
 /// exactly: "eur" is no currency. The user's language and the application's default locale play no

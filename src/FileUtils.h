@@ -265,7 +265,7 @@ public:
     // ---- Files on the desktop ------------------------------------------------------------------
 
     /// The icon for a file of the name \a name, which need not exist: the one of the file
-    /// suffix_icons/file.<suffix in lower case> in ApplicationUtils::pathDatas() where the
+    /// "suffix_icons/file." and the suffix in lower case in ApplicationUtils::pathDatas() where the
     /// application ships that, else the desktop's for \a name. For the GUI thread.
     static QIcon iconFromFilename(const QString& name);
 
@@ -279,6 +279,7 @@ public:
 
     // ---- Older variants that callers still depend on -------------------------------------------
 
+    /// Functions that differ from those of the same purpose above, for callers that rely on it.
     struct ORVAUTILS_EXPORT old
     {
         old() = delete;

@@ -33,6 +33,7 @@ public:
     /// Becomes a child of \a target, dies with it, and installs itself as its event filter. The
     /// sequence is empty. \a target must not be null; this is not checked.
     explicit KeyPressCheatCodeDetection(QObject* target);
+    /// Ends the detection.
     ~KeyPressCheatCodeDetection() override;
 
     /// Sets the sequence to detect; what was typed so far is forgotten.

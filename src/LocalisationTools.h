@@ -2,14 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // LocalisationTools: the application's languages, and the switch from one to another.
-//
-// Translations are compiled Qt translation files in ApplicationUtils::pathLanguages(). A file is
-// named by a key, a language code and ".qm": "app_fr.qm" and "app_pt_BR.qm" hold the application's
-// own texts (key "app_"), "qtbase/qtbase_fr.qm" those of Qt (key "qtbase_", in a folder of its
-// own).
-//
-//     if (!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")))
-//         ... // nothing is translated into French: the system's language is in place
 
 #ifndef ORVAUTILS_LOCALISATIONTOOLS_H
 #define ORVAUTILS_LOCALISATIONTOOLS_H
@@ -24,6 +16,16 @@
 class QTranslator;
 
 /// Finds the languages of the application, installs their translators and translates Qt's texts.
+///
+/// Translations are compiled Qt translation files in ApplicationUtils::pathLanguages(). A file is
+/// named by a key, a language code and ".qm": "app_fr.qm" and "app_pt_BR.qm" hold the application's
+/// own texts (key "app_"), "qtbase/qtbase_fr.qm" those of Qt (key "qtbase_", in a folder of its
+/// own).
+///
+/// \code
+/// if (!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")))
+///     ... // nothing is translated into French: the system's language is in place
+/// \endcode
 ///
 /// For every key the English file is installed underneath that of the chosen language, so that a
 /// text which is not translated yet appears in English.

@@ -34,6 +34,7 @@ public:
     ///
     /// \a target must not be null; this is not checked.
     explicit QObjectEventFilter(QObject* target);
+    /// Ends the filtering.
     ~QObjectEventFilter() override;
 
     /// What the function answers for \a watched and \a event: true consumes the event. With an

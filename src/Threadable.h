@@ -47,6 +47,7 @@ class ORVAUTILS_EXPORT Threadable : public QObject
 public:
     /// A worker without a thread and without sub-workers, owned by \a parent.
     explicit Threadable(QObject* parent = nullptr);
+    /// Leaves its sub-workers alone; those who watch this worker see it absent from now on.
     ~Threadable() override;
 
     /// Binds this worker to \a thread, and every sub-worker that is still alive likewise, through

@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // GoogleFontItem: one family of the web font catalogue, and what its variant names mean.
-//
-// The font service names the styles of a family "regular" (weight 400, upright), "italic" (weight
-// 400, italic), "700" (a weight, upright) or "700italic" (a weight, italic).
 
 #ifndef ORVAUTILS_GOOGLEFONTITEM_H
 #define ORVAUTILS_GOOGLEFONTITEM_H
@@ -19,6 +16,9 @@
 #include <QStringList>
 
 /// One family of the catalogue: a value that is cheap to copy.
+///
+/// The font service names the styles of a family "regular" (weight 400, upright), "italic" (weight
+/// 400, italic), "700" (a weight, upright) or "700italic" (a weight, italic).
 ///
 /// Everything is read from the family's JSON object, of which only the keys "family", "variants"
 /// and "lastModified" are looked at. A key that is missing or holds something else gives the empty

@@ -21,6 +21,7 @@ inline bool operator==(const GoogleFontWeightDetail& a, const GoogleFontWeightDe
     return a.hasNormal == b.hasNormal && a.hasItalic == b.hasItalic;
 }
 
+/// Whether the two differ in a style.
 inline bool operator!=(const GoogleFontWeightDetail& a, const GoogleFontWeightDetail& b)
 {
     return !(a == b);
