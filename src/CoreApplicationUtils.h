@@ -89,8 +89,8 @@ public:
     /// applicationKeyToString() of the stored code.
     static QString applicationKey();
 
-    /// A version as one number that can be compared: (major << 16) | (minor << 8) | patch. 1, 2, 3
-    /// gives 66051 (0x10203).
+    /// The version \a major, \a minor, \a patch as one number that can be compared:
+    /// `(major << 16) | (minor << 8) | patch`. 1, 2, 3 gives 66051 (0x10203).
     ///
     /// The parts are combined with OR and neither masked nor checked. A minor or patch above 255
     /// runs into the field beside it, so that 1, 300, 0 gives the same as 0, 300, 0: deliberate,

@@ -96,6 +96,8 @@ public:
     /// ImageUtils::copyImageFile(src, dst, true, QSize(1600, 1600), ImageUtils::UseExifRotation);
     /// \endcode
     ///
+    /// What else is asked for, \a options tell, see OptionImageCopy.
+    ///
     /// GIF and SVG files are always copied, where Qt has a reader for them. Any other file is
     /// copied unless
     /// - UseExifRotation is set and its orientation asks for a rotation, or
@@ -194,12 +196,12 @@ public:
     /// \name Sizes
     /// @{
 
-    /// \a size brought to the width \a width: (width, round(width x height / width of size)). The
-    /// height is 0 where the width of \a size is.
+    /// \a size brought to the width \a width, that is, (width, round(width x height / width of
+    /// size)). The height is 0 where the width of \a size is.
     static QSize resizeImageToWidthKeepingRatio(int width, const QSize& size);
 
-    /// \a size brought to the height \a height: (round(height x width / height of size), height).
-    /// The width is 0 where the height of \a size is.
+    /// \a size brought to the height \a height, that is, (round(height x width / height of size),
+    /// height). The width is 0 where the height of \a size is.
     static QSize resizeImageToHeightKeepingRatio(int height, const QSize& size);
 
     /// Half of \a pixmap's size, each side rounded, as a rectangle at (0, 0).
@@ -213,7 +215,8 @@ public:
     static bool resizeImageToSquare(QImage& image, const QSize& maxSize);
 
     /// Makes \a pixmap square by centring it in a square of its larger side, whose background is
-    /// transparent or else white. Returns false for one that is square already.
+    /// transparent with \a transparentBackground, else white. Returns false for one that is square
+    /// already.
     static bool resizeImageToSquare(QPixmap& pixmap, bool transparentBackground);
 
     /// Shows \a pixmap in \a label, sharp on a display of double density: the label gets the fixed
@@ -256,7 +259,7 @@ public:
     /// \a color below 1 scales that of the pixmap. A null pixmap stays null.
     static void colorize(QPixmap& pixmap, const QColor& color);
 
-    /// A copy of \a pixmap after colorize().
+    /// A copy of \a pixmap after colorize() with \a color.
     static QPixmap colorized(const QPixmap& pixmap, const QColor& color);
 
     /// @}

@@ -27,9 +27,9 @@ class QTextStream;
 /// // };
 /// \endcode
 ///
-/// All functions write to the stream they are given, block by block: a document of any size needs
-/// no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply here,
-/// and must not be null. Its field width does not apply either. Whether writing worked, the
+/// All functions write to the \a stream they are given, block by block: a document of any size
+/// needs no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply
+/// here, and must not be null. Its field width does not apply either. Whether writing worked, the
 /// stream's status() tells. Texts go out in the codec of the stream.
 ///
 /// All functions are static and keep no state; each may be called from any thread that may use the

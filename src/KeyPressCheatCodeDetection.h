@@ -39,8 +39,9 @@ public:
     /// Sets the sequence to detect; what was typed so far is forgotten.
     void setKey(const QString& key);
 
-    /// Passes each key press of the parent to keyPressEvent(). Always answers false, so that the
-    /// application still receives every key; events of other objects are ignored.
+    /// Passes \a event to keyPressEvent() where it is a key press and \a watched the parent. Always
+    /// answers false, so that the application still receives every key; events of other objects are
+    /// ignored.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     /// Takes one key press into account. Only an event whose text is exactly one character counts,

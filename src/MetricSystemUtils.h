@@ -42,9 +42,10 @@ public:
     /// Nothing goes with it.
     ~MetricSystemUtils() override;
 
-    /// The symbol of the unit: "m" for a length, "Kg" for a weight and "Km" for a distance, in the
-    /// metric system and as a short symbol. Empty for any other combination, numbers that have no
-    /// name included. Deliberate: "Kg" and "Km" are written with a capital.
+    /// The symbol of the unit of \a quantity in \a system, written as \a display tells: "m" for a
+    /// length, "Kg" for a weight and "Km" for a distance, in the metric system and as a short
+    /// symbol. Empty for any other combination, numbers that have no name included. Deliberate:
+    /// "Kg" and "Km" are written with a capital.
     static QString symbol(TypeGrandeur quantity, SystemMetric system, Display display);
 };
 

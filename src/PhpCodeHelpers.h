@@ -25,9 +25,9 @@ class QTextStream;
 /// // const TITLE='L\'été'; // the page's title
 /// \endcode
 ///
-/// All functions write to the stream they are given, block by block: a document of any size needs
-/// no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply here,
-/// and must not be null. Its field width does not apply either. Whether writing worked, the
+/// All functions write to the \a stream they are given, block by block: a document of any size
+/// needs no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply
+/// here, and must not be null. Its field width does not apply either. Whether writing worked, the
 /// stream's status() tells. Texts go out in the codec of the stream.
 ///
 /// All functions are static and keep no state; each may be called from any thread that may use the
@@ -93,8 +93,9 @@ public:
 
     // Declarations
 
-    /// Writes the line "const NAME=LITERAL;", and " // COMMENT" at its end where there is a
-    /// comment. Neither \a name nor \a comment is checked: a line break in it ends the line.
+    /// Writes the line "const NAME=LITERAL;" with the literal of \a value, and " // COMMENT" at its
+    /// end where there is a comment. Neither \a name nor \a comment is checked: a line break in it
+    /// ends the line.
     ///
     /// \code
     /// PhpCodeHelpers::writeConstant(&stream, "MAX", 3, "per order"); // const MAX=3; // per order
@@ -102,7 +103,7 @@ public:
     static void writeConstant(QTextStream* stream, const QString& name, const QVariant& value,
                               const QString& comment = QString());
 
-    /// Writes the line "const NAME=ARRAY;" with the array of formatPhpArray().
+    /// Writes the line "const NAME=ARRAY;" with \a name and the array of formatPhpArray().
     static void writePhpArray(QTextStream* stream, const QString& name, const QList<int>& list);
     /// The same for a \a list of texts.
     static void writePhpArray(QTextStream* stream, const QString& name, const QStringList& list);
@@ -110,11 +111,12 @@ public:
     static void writePhpArray(QTextStream* stream, const QString& name,
                               const QList<QVariant>& list);
 
-    /// Writes "const NAME=MAP;" and a line break with the map of formatPhpMap().
+    /// Writes "const NAME=MAP;" and a line break, with \a name and \a map as by formatPhpMap().
     static void writePhpMap(QTextStream* stream, const QString& name,
                             const QMap<QString, QVariant>& map);
 
-    /// Writes a class whose constants are the entries of \a map, in the order of the keys.
+    /// Writes the class \a className whose constants are the entries of \a map, in the order of the
+    /// keys.
     ///
     /// \code
     /// PhpCodeHelpers::writePhpMapAsClassOfConstants(&stream, "Config", {{"A", 1}, {"B", "x"}});

@@ -47,7 +47,9 @@ struct ExifIfdHeader
 };
 
 /// Reads the 12 bytes of one entry in the stream's byte order. Where the device ends before them,
-/// the stream's status says so and \a header is all 0.
+/// the \a stream's status says so and \a header is all 0.
+///
+/// \relates ExifIfdHeader
 ORVAUTILS_EXPORT QDataStream& operator>>(QDataStream& stream, ExifIfdHeader& header);
 
 /// The EXIF block of a JPEG file: three ordered maps from tag to QExifValue (the image tags of
@@ -368,11 +370,11 @@ public:
     int size() const;
 
 protected:
-    /// Reads a u16 count and that many entries, fewer where the device ends before.
+    /// Reads from \a stream a u16 count and that many entries, fewer where the device ends before.
     QList<ExifIfdHeader> readIfdHeaders(QDataStream& stream) const;
 
-    /// The value of an entry. What does not fit into the entry is read at \a startPos +
-    /// ExifIfdHeader::offset of the stream's device, as far as the device goes; the stream's
+    /// The value of the entry \a header. What does not fit into the entry is read at \a startPos +
+    /// ExifIfdHeader::offset of the device of \a stream, as far as the device goes; the stream's
     /// position afterwards is unspecified. A null value, after the warning, for an unknown type.
     ///
     /// An Undefined value of up to 4 bytes is taken from ExifIfdHeader::offset, least significant
@@ -380,12 +382,12 @@ protected:
     /// Deliberate.
     QExifValue readIfdValue(QDataStream& stream, int startPos, const ExifIfdHeader& header) const;
 
-    /// Writes the 12 bytes of an entry whose data, where it does not fit, will be at \a offset.
-    /// Returns the next free offset.
+    /// Writes to \a stream the 12 bytes of the entry of \a tag and \a value, whose data, where it
+    /// does not fit, will be at \a offset. Returns the next free offset.
     quint32 writeExifHeader(QDataStream& stream, quint16 tag, const QExifValue& value,
                             quint32 offset) const;
 
-    /// Writes the data of an entry, nothing where it fitted into the entry.
+    /// Writes to \a stream the data of \a value, nothing where it fitted into its entry.
     void writeExifValue(QDataStream& stream, const QExifValue& value) const;
 
     /// The bytes that an entry costs: 12, and its data where that does not fit into the entry.

@@ -36,9 +36,10 @@ public:
     /// A stream that writes to \a device or reads from it. The device stays the caller's and must
     /// outlive the stream.
     explicit TextStreamUTF8(QIODevice* device);
-    /// A stream on the C file \a file, which stays the caller's.
+    /// A stream on the C file \a file, which stays the caller's and is open as \a openMode says.
     explicit TextStreamUTF8(FILE* file, QIODevice::OpenMode openMode = QIODevice::ReadWrite);
-    /// A stream that appends to \a string or reads from it; the string must outlive the stream.
+    /// A stream that appends to \a string or reads from it, as \a openMode says; the string must
+    /// outlive the stream.
     explicit TextStreamUTF8(QString* string, QIODevice::OpenMode openMode = QIODevice::ReadWrite);
 
     /// Sets the codec to UTF-8 again and the indent level to 0: to be called after setDevice(),

@@ -72,7 +72,8 @@ public:
     /// that takes long asks this between its steps, and returns early.
     bool isInterruptionRequested() const;
 
-    /// Emits the bound thread's Thread::progressThread() with the two texts, on the calling thread.
+    /// Emits the bound thread's Thread::progressThread() with \a progress_level1 and
+    /// \a progress_level2, on the calling thread.
     /// Without a thread nothing happens.
     void emitThreadProgressMessages(const QString& progress_level1, const QString& progress_level2);
 

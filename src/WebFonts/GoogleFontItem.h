@@ -64,7 +64,7 @@ public:
     /// The family's whole JSON object, with the keys that this class does not read.
     QJsonObject object() const;
 
-    /// A weight in words, translated in the context "GoogleFontItem": "Normal weight" for 400,
+    /// A \a weight in words, translated in the context "GoogleFontItem": "Normal weight" for 400,
     /// "Bold weight" for 700, "Lighter weight (300)" below 400 and "Bolder weight (500)" for any
     /// other weight above. " (Italic)", which is not translated, follows when \a italic is true.
     static QString labelWeight(int weight, bool italic);
