@@ -11,7 +11,7 @@ Usage: check.py FOLDER    the folder with xml, html, help and orvautils.qch
 - the Qt Help file holds every page, whole, and under the identifier that Qt Creator looks up for F1
   ("Class", "Class::function") the place where that is described.
 
-Prints "PAGES pages, FUNCTIONS functions" and fails with a list of what is wrong.
+Prints "N classes with M functions" and fails with a list of what is wrong.
 """
 
 import html.parser
@@ -44,6 +44,7 @@ class Described:
 
     def __init__(self, folder, problems):
         self.identifiers = {}  # "Class::function" -> {page}
+        self.classes = 0
         self.functions = 0
         for path in sorted(folder.glob("class*.xml")) + sorted(folder.glob("struct*.xml")):
             compound = xml.etree.ElementTree.parse(path).getroot().find("compounddef")
@@ -54,6 +55,7 @@ class Described:
         name = compound.findtext("compoundname")
         page = compound.get("id") + ".html"
         self.identifiers[name] = {page}
+        self.classes += 1
         if not is_described(compound):
             problems.append(f"{name} is not described")
         members = [member for section in compound.findall("sectiondef")
@@ -107,7 +109,7 @@ class Page(html.parser.HTMLParser):
 
     def handle_starttag(self, tag, attributes):
         for key, value in attributes:
-            if key in ("href", "src") and value:
+            if key in ("href", "src", "data") and value:
                 self.links.append(value)
             elif key in ("id", "name") and value:
                 self.anchors.add(value)
@@ -125,7 +127,6 @@ def check_links(folder, problems):
                 problems.append(f"{path.name}: no file for {link}")
             elif url.fragment and target in pages and url.fragment not in pages[target].anchors:
                 problems.append(f"{path.name}: no place for {link}")
-    return len(pages)
 
 
 def check_help(path, folder, described, problems):
@@ -156,14 +157,14 @@ def main():
     folder = pathlib.Path(sys.argv[1])
     problems = []
     described = Described(folder / "xml", problems)
-    pages = check_links(folder / "html", problems)
+    check_links(folder / "html", problems)
     check_links(folder / "help", problems)
     check_help(folder / "orvautils.qch", folder / "help", described, problems)
     for problem in problems:
         print(problem, file=sys.stderr)
     if problems:
         sys.exit(f"{len(problems)} problems in the reference")
-    print(f"{pages} pages, {described.functions} functions")
+    print(f"{described.classes} classes with {described.functions} functions")
 
 
 main()
