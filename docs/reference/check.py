@@ -58,6 +58,7 @@ class Described:
         self.classes += 1
         if not is_described(compound):
             problems.append(f"{name} is not described")
+        self.related = compound.findall("sectiondef[@kind='related']/memberdef")
         members = [member for section in compound.findall("sectiondef")
                    for member in section.findall("memberdef") if member.get("prot") != "private"]
         for member in members:
@@ -68,11 +69,11 @@ class Described:
         page = compound.get("id") + ".html"
         kind = member.get("kind")
         own = member.findtext("name")
-        related = member.get("id").rsplit("_1", 1)[0] + ".html" != page
+        related = member in self.related
         name = own if related else f"{scope}::{own}"
         if not is_described(member):
             problems.append(f"{name} is not described")
-        if not related:
+        if not related or kind == "define":
             self.identifiers.setdefault(name, set()).add(page)
         for value in member.findall("enumvalue"):
             self.identifiers.setdefault(f"{scope}::{value.findtext('name')}", set()).add(page)
