@@ -77,9 +77,9 @@ public:
                                        const QRectF& rect);
 
     /// Shows \a text in the middle of \a rect: white, 16 pixels high, wrapped at words, on a
-    /// light-grey rectangle with corners of radius 9 that leaves 10 pixels around the text. The
-    /// text takes at most the width and height of \a rect less 39. \a widget is not read and may be
-    /// null.
+    /// light-grey rectangle with a white edge and corners of radius 9 that leaves 10 pixels around
+    /// the text. The text takes at most the width and height of \a rect less 39. \a widget is not
+    /// read and may be null.
     static void drawInformativeMessage(QPainter* painter, QWidget* widget, QString text,
                                        const QRect& rect);
 

@@ -119,9 +119,10 @@ public:
     /// Puts the application into the language \a languageCode ("fr", "pt_BR").
     ///
     /// The translators that this class installed go. Then, for each of
-    /// applicationTranslationKeys(), the English file and on top of it the file of the language are
-    /// installed. When at least one file of the language was loaded, the language becomes the
-    /// default locale and true comes back.
+    /// applicationTranslationKeys(), the English file (by loadDefaultLanguage(), which logs one
+    /// that is missing) and on top of it the file of the language are installed. When at least one
+    /// file of the language was loaded, the language becomes the default locale and true comes
+    /// back.
     ///
     /// Otherwise the application gets the system's language by changeApplicationLanguageByLocale(),
     /// the default locale stays what it was, and false comes back. An empty code asks for the
@@ -134,7 +135,8 @@ public:
     static bool changeApplicationLanguage(const QString& languageCode);
 
     /// Puts the application into the language of \a locale, as changeApplicationLanguage() does,
-    /// but without a message, without a fallback and without touching the default locale.
+    /// but without a fallback and without touching the default locale. Of translators that the
+    /// application refuses nothing is logged.
     static void changeApplicationLanguageByLocale(const QLocale& locale);
 
     /// Whether the default locale is of the language \a languageCode: its name is the code, or

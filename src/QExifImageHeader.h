@@ -244,7 +244,7 @@ public:
     bool loadFromJpeg(const QString& fileName);
 
     /// As above, from the current position of \a device, which must be open for reading and may be
-    /// sequential.
+    /// sequential. Null gives false.
     bool loadFromJpeg(QIODevice* device);
 
     /// Writes this header into the JPEG file \a fileName, which must exist. See the overload.
@@ -274,9 +274,10 @@ public:
 
     /// The TIFF block in the first APP1 segment of the JPEG at the current position of \a device,
     /// without "Exif" and the two bytes behind it. The device is left behind what was read. Empty
-    /// when there is no SOI marker, no APP1 segment, or when the first APP1 segment does not begin
-    /// with "Exif" (an EXIF segment behind an XMP one is not found; this is deliberate). A segment
-    /// that the end of the device cuts short gives the bytes that are there.
+    /// when the device is null or not open for reading, when there is no SOI marker, no APP1
+    /// segment, or when the first APP1 segment does not begin with "Exif" (an EXIF segment behind
+    /// an XMP one is not found; this is deliberate). A segment that the end of the device cuts
+    /// short gives the bytes that are there.
     QByteArray extractExif(QIODevice* device) const;
 
     /// Replaces everything here by the TIFF block at the current position of \a device, which must
@@ -298,8 +299,9 @@ public:
     bool read(QIODevice* device);
 
     /// Writes the TIFF block to \a device, from its current position on, and returns the number of
-    /// bytes written, which size() then returns too. A device that is null, not open for writing or
-    /// fails gives what it took, 0 in the first two cases, and size() is unknown again.
+    /// bytes written, which size() then returns too. A device that is null or not open for writing
+    /// gives 0, and nothing changes here; one that fails gives what it took, and size() is unknown
+    /// again.
     ///
     /// The layout is fixed, byte for byte, and kept although two things in it look wrong: the
     /// offsets in the Exif and the GPS sub-IFD lie 2 bytes before the data that they mean, and
