@@ -52,8 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
                 FUZZ_PROMISE(color.alpha() == 255);
         }
     } else if (text.startsWith(QLatin1Char('#'))) {
-        static const QRegularExpression digits(
-            QStringLiteral("\\A#([0-9a-fA-F]{3}|[0-9a-fA-F]{6}|[0-9a-fA-F]{8,9}|[0-9a-fA-F]{12})\\z"));
+        static const QRegularExpression digits(QStringLiteral(
+            "\\A#([0-9a-fA-F]{3}|[0-9a-fA-F]{6}|[0-9a-fA-F]{8,9}|[0-9a-fA-F]{12})\\z"));
         FUZZ_PROMISE(color.isValid() == digits.match(text).hasMatch());
     }
     if (!color.isValid())

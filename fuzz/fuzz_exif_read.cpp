@@ -73,7 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
                      && header.gpsTags().isEmpty());
         return 0;
     }
-    FUZZ_PROMISE(block.startsWith(QByteArray("II*\0", 4)) || block.startsWith(QByteArray("MM\0*", 4)));
+    FUZZ_PROMISE(block.startsWith(QByteArray("II*\0", 4))
+                 || block.startsWith(QByteArray("MM\0*", 4)));
 
     for (const auto tag : header.imageTags())
         askEverything(header.value(tag));

@@ -115,7 +115,8 @@ void checkBytes(const QByteArray& bytes)
     const QExifValue::TextEncoding encoding = value.encoding();
     FUZZ_PROMISE(encoding == QExifValue::NoEncoding || bytes.size() > 8);
     if (encoding == QExifValue::AsciiEncoding)
-        FUZZ_PROMISE(value.toString() == QString::fromLatin1(bytes.mid(8).constData(), bytes.size() - 8));
+        FUZZ_PROMISE(value.toString()
+                     == QString::fromLatin1(bytes.mid(8).constData(), bytes.size() - 8));
     else if (encoding == QExifValue::NoEncoding)
         FUZZ_PROMISE(value.toString().isNull());
     else

@@ -265,13 +265,13 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
     QString escaped = text;
     escaped.replace(QLatin1Char('"'), QLatin1Char('\''));
     escaped.replace(QLatin1String("'"), QLatin1String("\\'"));
-    FUZZ_PROMISE(written([&](QTextStream* stream) {
-                     PhpCodeHelpers::formatVariantValue(stream, text);
-                 })
-                 == QLatin1Char('\'') + escaped + QLatin1Char('\''));
+    FUZZ_PROMISE(
+        written([&](QTextStream* stream) { PhpCodeHelpers::formatVariantValue(stream, text); })
+        == QLatin1Char('\'') + escaped + QLatin1Char('\''));
     FUZZ_PROMISE(readEscapes(HTMLUtils::encodeToJavascriptText(text)) == text);
     FUZZ_PROMISE(PhpUtil::formatPhpString(text)
-                 == QLatin1Char('"') + QString(text).replace(QLatin1String("\""), QLatin1String("\\\""))
+                 == QLatin1Char('"')
+                     + QString(text).replace(QLatin1String("\""), QLatin1String("\\\""))
                      + QLatin1Char('"'));
     return 0;
 }

@@ -151,7 +151,7 @@ const int inlineSize = 4;
 // No value of a real file comes near; it keeps a payload within what a Qt container holds.
 const quint64 maximumPayload = 1u << 29;
 
-// How often the values of one directory may cover the whole device before it is read no further.
+// How often the values of one directory may cover the whole block before it is read no further.
 // In a sound block they cover it less than once.
 const int maximumOverlap = 16;
 
@@ -235,8 +235,8 @@ public:
 
     ByteOrder order() const { return mOrder; }
     void setOrder(ByteOrder order) { mOrder = order; }
-    /// Of the whole device.
-    qint64 size() const { return mSize; }
+    /// From the beginning of the block to the end of the device.
+    qint64 size() const { return mSize - mStart; }
 
     /// Moves to an offset of the block, false when that lies outside of the device.
     bool seek(quint32 offset)
