@@ -3,10 +3,6 @@
 
 // StringUtils: the text operations that the rest of the library and its hosts share, from accent
 // folding and version comparison to random names and the next free name in a list.
-//
-// All functions are static, keep no state and may be called from any thread at any time; the tables
-// of removeAccents() and of the search keys are built once, by whichever thread asks first. A
-// "character" is a UTF-16 unit (QChar) throughout. Nothing here writes to the log.
 
 #ifndef ORVAUTILS_STRINGUTILS_H
 #define ORVAUTILS_STRINGUTILS_H
@@ -19,6 +15,11 @@
 
 class QRegularExpression;
 
+/// The text operations that everything else uses.
+///
+/// All functions are static, keep no state and may be called from any thread at any time; the
+/// tables of removeAccents() and of the search keys are built once, by whichever thread asks first.
+/// A "character" is a UTF-16 unit (QChar) throughout. Nothing here writes to the log.
 class ORVAUTILS_EXPORT StringUtils
 {
 public:
