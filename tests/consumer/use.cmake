@@ -88,6 +88,8 @@ endif()
 capture(flags "${PKG_CONFIG}" --cflags --libs OrvaUtils)
 string(STRIP "${flags}" flags)
 separate_arguments(flags UNIX_COMMAND "${flags}")
-run("${CXX_COMPILER}" "${SOURCE_DIR}/tests/consumer/main.cpp" -o "${WORK_DIR}/plain" ${flags})
+# Qt's headers want code that is position independent, and leave it to the caller to ask for it.
+run("${CXX_COMPILER}" -fPIC
+  "${SOURCE_DIR}/tests/consumer/main.cpp" -o "${WORK_DIR}/plain" ${flags})
 run(${CMAKE_COMMAND} -E env "LD_LIBRARY_PATH=${library_dir}:$ENV{LD_LIBRARY_PATH}"
   "${WORK_DIR}/plain")
