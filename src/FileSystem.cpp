@@ -111,7 +111,7 @@ class LinuxSource : public FolderReader::Source
 {
 public:
     LinuxSource(const QString& path, Detail detail)
-        : mFolder(opendir(QFile::encodeName(path).constData()))
+        : mFolder(open(QFile::encodeName(path)))
         , mDetail(detail)
     {
         mIsIntact = mFolder;
@@ -139,6 +139,16 @@ public:
     }
 
 private:
+    static DIR* open(const QByteArray& path)
+    {
+        for (;;) {
+            // Opening waits where the folder is on the network, and a signal ends the wait.
+            DIR* const folder = opendir(path.constData());
+            if (folder || errno != EINTR)
+                return folder;
+        }
+    }
+
     static bool isDotOrDotDot(const char* name)
     {
         return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
@@ -296,14 +306,22 @@ bool copyContent(int source, int destination, qint64 size)
 /// False when the content could not be stored; true also where a file system has nothing to sync.
 bool flush(int descriptor)
 {
-    return fdatasync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    while (fdatasync(descriptor) != 0) {
+        if (errno != EINTR)
+            return errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    }
+    return true;
 }
 
 /// Gives a file its final name, unless something is there already.
 bool renameNew(const QByteArray& name, const QByteArray& newName)
 {
-    if (link(name.constData(), newName.constData()) == 0)
-        return unlink(name.constData()) == 0;
+    if (link(name.constData(), newName.constData()) == 0) {
+        // The file is where it belongs. Its first name is a nuisance if it stays, and no failure.
+        if (unlink(name.constData()) != 0)
+            unlink(name.constData());
+        return true;
+    }
     // Not every file system has hard links.
     struct stat status;
     return errno != EEXIST && lstat(newName.constData(), &status) != 0
