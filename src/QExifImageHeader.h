@@ -240,11 +240,31 @@ public:
     /// sequential.
     bool loadFromJpeg(QIODevice* device);
 
-    /// Writes this header into the JPEG file \a fileName, which must exist. See the overload.
+    /// Writes this header into the JPEG file \a fileName, which must exist and be writable. What it
+    /// changes in the file, and what it refuses, is told at the overload.
+    ///
+    /// The file is the old one or the new one at every moment, for whoever looks at it and after
+    /// this process was killed, never a mixture: a new file is completed beside the old one, with
+    /// its permissions, owner, access list and extended attributes, and takes its place in one
+    /// step; where \a fileName is a link, that of the file that it leads to. This takes as much
+    /// room on the disk as the file for a moment; false, with the file untouched, where it is not
+    /// there. A process that is killed leaves nothing else behind where the file system knows
+    /// files without a name, as Linux's own do; elsewhere it may leave an unfinished file beside
+    /// the photograph, named like it with a dot and six letters at the end.
+    ///
+    /// The file itself is written
+    /// - when its length stays and all bytes that change lie within one block of 4096 bytes (they
+    ///   are then written all or not at all; a write of several blocks can end between two when
+    ///   the process is killed);
+    /// - when nothing can take its place unnoticed: it has several names (hard links), it belongs
+    ///   to somebody else, or its folder takes no new file. A save that is killed then may leave a
+    ///   mixture.
+    ///
+    /// When all bytes are there already the file is not written.
     bool saveToJpeg(const QString& fileName) const;
 
     /// Writes this header into the JPEG that \a device holds from its beginning (the current
-    /// position does not matter).
+    /// position does not matter), in place: a process that is killed meanwhile leaves a mixture.
     ///
     /// An EXIF segment is replaced when it is the file's first one, or the second one behind a JFIF
     /// segment. Otherwise a new APP1 segment is inserted: behind a JFIF segment that comes first,
