@@ -28,6 +28,7 @@ public:
     };
     Q_ENUM(NotificationType)
 
+    /// An object without a use of its own: all functions are static. \a parent owns it, or nobody.
     explicit ColorUtils(QObject* parent = nullptr);
 
     /// The colour of the text of a notification; black for a value that is none of the four.

@@ -2,16 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // CoreAppUrlUtils: the web addresses of the maker and of the application, in the user's language.
-//
-// The host registers each address once at start, as a pattern with "{{lang}}" where the language
-// goes, beside the languages in which the page exists:
-//
-//     CoreAppUrlUtils::initContactUs(QStringLiteral("https://example.org/{{lang}}/contact"),
-//                                    {QStringLiteral("fr"), QStringLiteral("en")});
-//
-// An English user is then sent to https://example.org/en/contact. A German user gets the page in
-// the first language of the list, shown through an automatic web translation service. The pages
-// are written in French, so a French user is never sent through the service.
 
 #ifndef ORVAUTILS_COREAPPURLUTILS_H
 #define ORVAUTILS_COREAPPURLUTILS_H
@@ -24,6 +14,18 @@
 /// Addresses of the maker's web site, the application's web site, its documentation and its contact
 /// page.
 ///
+/// The host registers each address once at start, as a pattern with "{{lang}}" where the language
+/// goes, beside the languages in which the page exists:
+///
+/// \code
+/// CoreAppUrlUtils::initContactUs(QStringLiteral("https://example.org/{{lang}}/contact"),
+///                                {QStringLiteral("fr"), QStringLiteral("en")});
+/// \endcode
+///
+/// An English user is then sent to "https://example.org/en/contact". A German user gets the page in
+/// the first language of the list, shown through an automatic web translation service. The pages
+/// are written in French, so a French user is never sent through the service.
+///
 /// The user's language is that of the application's default locale, `QLocale()`, at the time of the
 /// call. Only the language counts, never the country: fr_CA is served by the codes "fr" and
 /// "fr_FR".
@@ -34,15 +36,15 @@
 class ORVAUTILS_EXPORT CoreAppUrlUtils
 {
 public:
-    /// Registers the maker's web site, in place of what was registered before. \a langs are the
-    /// codes ("fr", "pt_BR") of the languages in which the page exists; the first one serves every
-    /// user whose language is not in the list.
+    /// Registers \a url as the maker's web site, in place of what was registered before. \a langs
+    /// are the codes ("fr", "pt_BR") of the languages in which the page exists; the first one
+    /// serves every user whose language is not in the list.
     static void initOrvanelWebSite(const QString& url, const QStringList& langs);
-    /// Registers the application's web site, as initOrvanelWebSite() does.
+    /// Registers \a url, in \a langs, as the application's web site, as initOrvanelWebSite() does.
     static void initApplicationWebSite(const QString& url, const QStringList& langs);
-    /// Registers the documentation, as initOrvanelWebSite() does.
+    /// Registers \a url, in \a langs, as the documentation, as initOrvanelWebSite() does.
     static void initDocumentation(const QString& url, const QStringList& langs);
-    /// Registers the contact page, as initOrvanelWebSite() does.
+    /// Registers \a url, in \a langs, as the contact page, as initOrvanelWebSite() does.
     static void initContactUs(const QString& url, const QStringList& langs);
 
     /// The maker's web site in the user's language; where it does not exist in that language, the

@@ -45,17 +45,19 @@ public:
     /// CoreApplicationUtils::Lexaro; every 32-bit value may be stored, and one that has no name
     /// counts as Undefined.
     enum CodeApplication : qint32 {
-        Undefined = 0,
-        Lorn = 1,
-        Dunvale = 2,
-        Sorrel = 3,
-        Tamsel = 4,
-        Lexaro = 5,
-        Portwin = 6
+        Undefined = 0, ///< not set; shown by the stored name, without a short name and a key
+        Lorn = 1, ///< shown as "Palnor Grid"; short name "Lorn", key "lorn"
+        Dunvale = 2, ///< shown by the stored name; short name "Dunvale", key "dunvend"
+        Sorrel = 3, ///< shown as "Palnor Fx"; short name "Sorrel", key "sorrel"
+        Tamsel = 4, ///< shown as "Tamsel"; short name "Tamsel 2", key "tamsel2"
+        Lexaro = 5, ///< shown and short as "Lexaro"; key "lexaro"
+        Portwin = 6 ///< shown and short as "Portwin"; key "portwin"
     };
     Q_ENUM(CodeApplication)
 
+    /// An object without a use of its own: all functions are static. \a parent owns it, or nobody.
     explicit CoreApplicationUtils(QObject* parent = nullptr);
+    /// Nothing goes with it: the identity stays.
     ~CoreApplicationUtils() override;
 
     /// Hands the stored identity to Qt: organisation name (the company name), organisation domain
@@ -87,8 +89,8 @@ public:
     /// applicationKeyToString() of the stored code.
     static QString applicationKey();
 
-    /// A version as one number that can be compared: (major << 16) | (minor << 8) | patch. 1, 2, 3
-    /// gives 66051 (0x10203).
+    /// The version \a major, \a minor, \a patch as one number that can be compared:
+    /// `(major << 16) | (minor << 8) | patch`. 1, 2, 3 gives 66051 (0x10203).
     ///
     /// The parts are combined with OR and neither masked nor checked. A minor or patch above 255
     /// runs into the field beside it, so that 1, 300, 0 gives the same as 0, 300, 0: deliberate,
@@ -118,22 +120,31 @@ public:
     /// Thread: the GUI thread.
     static void fixOSXDialogFocusBug();
 
-    /// The setters overwrite and check nothing; the getters return copies. Before a setter is
-    /// called the texts are empty and the code is Undefined.
+    // The store: setters overwrite and check nothing, getters return copies.
+
+    /// Stores the name of the company that makes the application, in the place of what was stored.
     static void setApplicationCompanyName(const QString& companyName);
+    /// The company's name as it was stored; empty before.
     static QString applicationCompanyName();
 
+    /// Stores the application's \a name, of which ApplicationUtils makes its folders.
     static void setApplicationName(const QString& name);
+    /// The application's name as it was stored; empty before.
     static QString applicationName();
 
-    /// A text of the form major.minor.patch, for example "4.1.12".
+    /// Stores the \a version, a text of the form major.minor.patch, for example "4.1.12".
     static void setApplicationVersion(const QString& version);
+    /// The version as it was stored; empty before.
     static QString applicationVersion();
 
+    /// Stores the \a revision, a text of the application's own making, which nothing here reads.
     static void setApplicationRevision(const QString& revision);
+    /// The revision as it was stored; empty before.
     static QString applicationRevision();
 
+    /// Stores which member of the family the application is.
     static void setApplicationCode(const CodeApplication& code);
+    /// The code as it was stored; Undefined before.
     static CodeApplication applicationCode();
 };
 

@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // CurrencyUtils: the world's currencies, and prices as a shop writes them.
-//
-// The currencies are no table of this library: they are all that Qt's locale database (QLocale)
-// knows, so that the list, the symbols and the names follow the version of Qt.
 
 #ifndef ORVAUTILS_CURRENCYUTILS_H
 #define ORVAUTILS_CURRENCYUTILS_H
@@ -16,6 +13,9 @@
 #include <QStringList>
 
 /// Currency codes, symbols and names; price rounding and formatting.
+///
+/// The currencies are no table of this library: they are all that Qt's locale database (QLocale)
+/// knows, so that the list, the symbols and the names follow the version of Qt.
 ///
 /// A currency is named by its ISO 4217 alphabetic code in upper case ("EUR"). Codes are compared
 /// exactly: "eur" is no currency. The user's language and the application's default locale play no
@@ -42,8 +42,8 @@ public:
     /// The codes of all currencies, ascending.
     static QStringList listIsoCodes();
 
-    /// The symbol ("€"), the code ("EUR") or the name ("Euro") of a currency, as its representative
-    /// locale writes it.
+    /// The symbol ("€"), the code ("EUR") or the name ("Euro") of the currency \a isoCode, which of
+    /// them \a format tells, as its representative locale writes it.
     ///
     /// The code itself, in upper case, stands for what that locale does not know. A name begins
     /// with a capital. Empty for a code that is not in listIsoCodes().
@@ -63,14 +63,14 @@ public:
     /// that is not finite.
     static double roundPrice(double price);
 
-    /// The price rounded by roundPrice() with two decimals behind a point, a blank, and the symbol:
-    /// 12.5 in "EUR" gives "12.50 €".
+    /// The \a price rounded by roundPrice() with two decimals behind a point, a blank, and the
+    /// symbol of the currency \a isoCode: 12.5 in "EUR" gives "12.50 €".
     ///
     /// An unknown currency leaves the blank at the end: 3 in "XYZ" gives "3.00 ".
     static QString formatPrice(double price, const QString& isoCode);
 
-    /// The number of formatPrice() alone: 12.5 gives "12.50". The code is not used: every currency
-    /// is written with two decimals.
+    /// The \a price as formatPrice() writes it, without blank and symbol: 12.5 gives "12.50".
+    /// \a isoCode is not used: every currency is written with two decimals.
     static QString formatPriceWithoutSymbol(double price, const QString& isoCode);
 
     /// The price for an input field: at most six decimals, without trailing zeros, not rounded to

@@ -13,6 +13,7 @@
 
 class QDateTime;
 
+/// A date in words, relative to today. Nothing is kept and nothing is logged. Thread: any.
 class ORVAUTILS_EXPORT DateUtils
 {
 public:

@@ -39,8 +39,8 @@ public:
     /// Watches nothing yet.
     explicit DirectorySynchronizer(QObject* parent = nullptr);
 
-    /// Follows the changes under the folder \a source from now on. It copies nothing: call
-    /// fullSync() first.
+    /// Follows the changes under the folder \a source from now on, in the folder \a destination. It
+    /// copies nothing: call fullSync() first.
     ///
     /// True when the whole tree is watched. Otherwise false, with the text "Watcher fail" in
     /// error() and in the log (LogType 4); what could be watched is followed all the same. A

@@ -19,30 +19,30 @@ class QPainter;
 class QPixmap;
 class QWidget;
 
-/// Static functions for the GUI thread. The setters do nothing for a null widget; the painter
-/// routines need an active painter and leave its state as they found it. Lengths are in the
+/// Static functions for the GUI thread. The setters do nothing for a null \a widget; the painter
+/// routines need an active \a painter and leave its state as they found it. Lengths are in the
 /// painter's logical pixels unless a function says otherwise. Nothing is logged.
 class ORVAUTILS_EXPORT DrawUtils
 {
 public:
-    /// Fills the widget's background with \a color: turns on automatic filling and sets the roles
-    /// Window and Button of all colour groups.
+    /// Fills the background of \a widget with \a color: turns on automatic filling and sets the
+    /// roles Window and Button of all colour groups.
     static void setWidgetColorBackground(QWidget* widget, const QColor& color);
 
-    /// Writes in \a color: sets the roles WindowText, Text and ButtonText of all colour groups, and
-    /// for the disabled group the same colour at alpha 0.5.
+    /// Lets \a widget write in \a color: sets the roles WindowText, Text and ButtonText of all
+    /// colour groups, and for the disabled group the same colour at alpha 0.5.
     static void setWidgetColorText(QWidget* widget, const QColor& color);
 
     /// Gives \a label the text and background colours of a notification of \a type, see ColorUtils.
     static void setBootstrapColor(QLabel* label, ColorUtils::NotificationType type);
 
-    /// Sets the size of the widget's font in pixels, which must be above 0.
+    /// Sets the size of the font of \a widget to \a pixelSize pixels, which must be above 0.
     static void setWidgetTextPixelSize(QWidget* widget, int pixelSize);
 
-    /// Sets the family of the widget's font.
+    /// Sets the family of the font of \a widget to \a family.
     static void setWidgetTextFamily(QWidget* widget, const QString& family);
 
-    /// Sets the weight of the widget's font to 75 when \a bold, else to 50.
+    /// Sets the weight of the font of \a widget to 75 when \a bold, else to 50.
     static void setWidgetTextBold(QWidget* widget, bool bold);
 
     /// Draws \a pixmap into \a rect with smooth transformation. One that is more than 50 pixels
@@ -67,9 +67,9 @@ public:
     /// the top left corner of \a rect to 2 pixels inside the bottom right one.
     static void drawUndefinedRectOblique(QPainter* painter, const QRect& rect);
 
-    /// Marks content that is undefined by two strokes at mid height, from 5 pixels inside the left
-    /// edge to 2 pixels before the centre and from 2 pixels behind the centre to 5 pixels inside
-    /// the right edge; black when \a black, else red, at alpha 0.9, not antialiased.
+    /// Marks content that is undefined by two strokes at mid height of \a rect, from 5 pixels
+    /// inside the left edge to 2 pixels before the centre and from 2 pixels behind the centre to 5
+    /// pixels inside the right edge; black when \a black, else red, at alpha 0.9, not antialiased.
     static void drawUndefinedRectStraight(QPainter* painter, const QRect& rect, bool black);
 
     /// As below, with each edge of \a rect rounded to whole pixels.
@@ -77,9 +77,9 @@ public:
                                        const QRectF& rect);
 
     /// Shows \a text in the middle of \a rect: white, 16 pixels high, wrapped at words, on a
-    /// light-grey rectangle with corners of radius 9 that leaves 10 pixels around the text. The
-    /// text takes at most the width and height of \a rect less 39. \a widget is not read and may be
-    /// null.
+    /// light-grey rectangle with a white edge and corners of radius 9 that leaves 10 pixels around
+    /// the text. The text takes at most the width and height of \a rect less 39. \a widget is not
+    /// read and may be null.
     static void drawInformativeMessage(QPainter* painter, QWidget* widget, QString text,
                                        const QRect& rect);
 
@@ -88,8 +88,9 @@ public:
     static QPainterPath makePathRoundedShape(const QRectF& rect, const QVector<int>& radii);
 
     /// A closed path around \a rect with a quarter of a circle at each corner, of the radius that
-    /// is given for that corner. A radius of 0 or less gives a square corner. Radii that together
-    /// exceed a side overlap; they are not made smaller.
+    /// is given for that corner: \a topLeft, \a topRight, \a bottomRight, \a bottomLeft. A radius
+    /// of 0 or less gives a square corner. Radii that together exceed a side overlap; they are not
+    /// made smaller.
     static QPainterPath makePathRoundedShape(const QRectF& rect, int topLeft, int topRight,
                                              int bottomRight, int bottomLeft);
 };

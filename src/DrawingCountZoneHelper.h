@@ -14,7 +14,8 @@
 
 class QPainter;
 
-/// Measures and paints a count badge with the painter's font. For the GUI thread; stateless.
+/// Measures and paints a count badge with the font of an active \a painter, as its \a options tell.
+/// For the GUI thread; stateless. Nothing is logged.
 ///
 /// The badge is as high as a line of text and as wide as the text with 0.3 of that height, rounded,
 /// added on the left and on the right. Its corners have half of its height as their radius (half of

@@ -21,11 +21,15 @@
 /// ORVAUTILS_ADD_ERRORABLE_CHILD(mCopier); // in a member function of the parent
 /// document.ORVAUTILS_ADD_ERRORABLE_CHILD(copier); // or on an object
 /// \endcode
+///
+/// \relates Errorable
 #define ORVAUTILS_ADD_ERRORABLE_CHILD(child) _addErrorableChild((child), __FILE__, __LINE__)
 
 /// Raises \a code (an ErrorableCode, which is copied) on this object, together with the place in
 /// the source where that is written: it becomes the last of the steps that the code brings along,
 /// before those of the tree. Written as ORVAUTILS_ADD_ERRORABLE_CHILD is.
+///
+/// \relates Errorable
 #define ORVAUTILS_SET_ERROR(code) _setError(Errorable::raisedAt((code), __FILE__, __LINE__))
 
 /// A base class, beside QObject, of objects that may own an error.
@@ -80,8 +84,9 @@ public:
     /// Messages that take precedence over those of sErrorMessages, filled by the host likewise.
     static QMap<ErrorableCode, QString> sOverriddenErrorMessage;
 
-    /// Registers \a child as a child of this object, at the given place in the source; \a file may
-    /// be null and counts as empty then. Use ORVAUTILS_ADD_ERRORABLE_CHILD.
+    /// Registers \a child as a child of this object, at the place in the source that \a file and
+    /// \a line name; \a file may be null and counts as empty then. Use
+    /// ORVAUTILS_ADD_ERRORABLE_CHILD.
     ///
     /// A child that is registered again, here or elsewhere, gets the new parent and the new place,
     /// and stays in the old parent's list (or stands twice in this one). A parent that is not a
@@ -134,7 +139,7 @@ public:
     /// branches, while those branches keep their own.
     void clearError();
 
-    /// A copy of \a code with the place in the source as a further step, the text "file:line";
+    /// A copy of \a code with a further step, the text "file:line" made of \a file and \a line;
     /// \a file may be null and counts as empty then. What ORVAUTILS_SET_ERROR raises.
     static ErrorableCode raisedAt(const ErrorableCode& code, const char* file, int line);
 

@@ -3,7 +3,6 @@
 
 #include "ExifUtils.h"
 
-#include "ExistingFile.h"
 #include "QExifImageHeader.h"
 
 int ExifUtils::imageExifRotation(const QString& fileName)
@@ -32,10 +31,9 @@ int ExifUtils::imageExifRotation(const QExifImageHeader& header)
 
 bool ExifUtils::clearRotation(const QString& fileName)
 {
-    QFile file(fileName);
     QExifImageHeader header;
-    if (!openExistingFile(&file) || !header.loadFromJpeg(&file))
+    if (!header.loadFromJpeg(fileName))
         return false;
     header.setValue(QExifImageHeader::Orientation, QExifValue(qint32(0)));
-    return header.saveToJpeg(&file);
+    return header.saveToJpeg(fileName);
 }

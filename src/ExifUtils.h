@@ -12,7 +12,8 @@ class QExifImageHeader;
 class QIODevice;
 class QString;
 
-/// Shortcuts on QExifImageHeader.
+/// Shortcuts on QExifImageHeader. Stateless: several files may be worked on at a time, each by one
+/// thread. Nothing is logged but what QExifImageHeader warns of.
 class ORVAUTILS_EXPORT ExifUtils
 {
 public:
@@ -24,20 +25,22 @@ public:
     /// orientation, for one that is not a single Short or Byte, and for a file that cannot be read.
     ///
     /// \code
-    /// const QImage upright =
-    /// image.transformed(QTransform().rotate(ExifUtils::imageExifRotation(path))); \endcode
+    /// const int angle = ExifUtils::imageExifRotation(path);
+    /// const QImage upright = image.transformed(QTransform().rotate(angle));
+    /// \endcode
     static int imageExifRotation(const QString& fileName);
 
     /// As above, for the JPEG at the current position of \a device, which must be open for reading,
     /// may be sequential, and stays open. 0 for null.
     static int imageExifRotation(QIODevice* device);
 
-    /// As above, for a header that is loaded already.
+    /// As above, for a \a header that is loaded already.
     static int imageExifRotation(const QExifImageHeader& header);
 
     /// Makes the JPEG file \a fileName say that it is not rotated: its Orientation tag becomes 0,
-    /// as a SignedLong (not the Short that EXIF asks for; deliberate). The rest of the file is kept
-    /// as QExifImageHeader::saveToJpeg() tells. False when the file cannot be opened, has no EXIF
+    /// as a SignedLong (not the Short that EXIF asks for; deliberate). The rest of the file is
+    /// kept, and the file is the old or the new one at every moment, as
+    /// QExifImageHeader::saveToJpeg() tells. False when the file cannot be opened, has no EXIF
     /// block that QExifImageHeader::loadFromJpeg() reads, or cannot be written; it is untouched
     /// then.
     static bool clearRotation(const QString& fileName);

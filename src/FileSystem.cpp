@@ -8,6 +8,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <limits>
 
@@ -17,18 +18,24 @@
 #endif
 
 #if defined(Q_OS_UNIX)
+#include <cerrno>
 #include <sys/stat.h>
+#include <unistd.h>
+#endif
+#if defined(Q_OS_MAC)
+#include <copyfile.h>
+#endif
+#if defined(Q_OS_LINUX)
+#include <cstring>
+#include <sys/xattr.h>
 #endif
 #if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
-#include <unistd.h>
 #endif
 
 namespace FileSystem {
@@ -104,7 +111,7 @@ class LinuxSource : public FolderReader::Source
 {
 public:
     LinuxSource(const QString& path, Detail detail)
-        : mFolder(opendir(QFile::encodeName(path).constData()))
+        : mFolder(open(QFile::encodeName(path)))
         , mDetail(detail)
     {
         mIsIntact = mFolder;
@@ -132,6 +139,16 @@ public:
     }
 
 private:
+    static DIR* open(const QByteArray& path)
+    {
+        for (;;) {
+            // Opening waits where the folder is on the network, and a signal ends the wait.
+            DIR* const folder = opendir(path.constData());
+            if (folder || errno != EINTR)
+                return folder;
+        }
+    }
+
     static bool isDotOrDotDot(const char* name)
     {
         return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
@@ -289,14 +306,22 @@ bool copyContent(int source, int destination, qint64 size)
 /// False when the content could not be stored; true also where a file system has nothing to sync.
 bool flush(int descriptor)
 {
-    return fdatasync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    while (fdatasync(descriptor) != 0) {
+        if (errno != EINTR)
+            return errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    }
+    return true;
 }
 
 /// Gives a file its final name, unless something is there already.
 bool renameNew(const QByteArray& name, const QByteArray& newName)
 {
-    if (link(name.constData(), newName.constData()) == 0)
-        return unlink(name.constData()) == 0;
+    if (link(name.constData(), newName.constData()) == 0) {
+        // The file is where it belongs. Its first name is a nuisance if it stays, and no failure.
+        if (unlink(name.constData()) != 0)
+            unlink(name.constData());
+        return true;
+    }
     // Not every file system has hard links.
     struct stat status;
     return errno != EEXIST && lstat(newName.constData(), &status) != 0
@@ -364,6 +389,127 @@ bool removeTreeWithLinux(const QString& path)
 
 #endif // ORVAUTILS_LINUX_FILE_SYSTEM
 
+// ---- Replacing a file --------------------------------------------------------------------------
+
+bool copyRange(QFile* from, qint64 begin, qint64 end, QFileDevice* to)
+{
+    if (!from->seek(begin))
+        return false;
+    char buffer[65536];
+    while (begin < end) {
+        const qint64 got = from->read(buffer, qMin(end - begin, qint64(sizeof buffer)));
+        if (got <= 0 || to->write(buffer, got) != got)
+            return false;
+        begin += got;
+    }
+    return true;
+}
+
+/// The path at which a new file can take the place of an open one; empty where that would be
+/// noticed: by another name of the file, or because the path leads elsewhere by now.
+QString replaceablePath(const QFile& file)
+{
+    const QString path = QFileInfo(file.fileName()).canonicalFilePath();
+#if defined(Q_OS_UNIX)
+    struct stat opened;
+    struct stat named;
+    if (fstat(file.handle(), &opened) != 0 || !S_ISREG(opened.st_mode) || opened.st_nlink != 1
+        || stat(QFile::encodeName(path).constData(), &named) != 0 || opened.st_dev != named.st_dev
+        || opened.st_ino != named.st_ino)
+        return QString();
+#endif
+    return path;
+}
+
+#if defined(Q_OS_LINUX)
+using Names = std::vector<char>; // one behind the other, each with its NUL
+
+bool readAttributeNames(int file, Names& names)
+{
+    const ssize_t size = flistxattr(file, nullptr, 0);
+    if (size < 0)
+        return errno == ENOTSUP;
+    names.resize(size_t(size));
+    return size == 0 || flistxattr(file, names.data(), names.size()) == size;
+}
+
+bool readAttribute(int file, const char* name, QByteArray& value)
+{
+    const ssize_t size = fgetxattr(file, name, nullptr, 0);
+    if (size < 0)
+        return false;
+    value.resize(int(size));
+    return fgetxattr(file, name, value.data(), size_t(size)) == size;
+}
+
+/// Access lists, labels and notes: those of \a from, and no others.
+bool takeExtendedAttributes(int from, int to)
+{
+    Names wanted;
+    Names given;
+    if (!readAttributeNames(from, wanted) || !readAttributeNames(to, given))
+        return false;
+    QByteArray value;
+    for (const char* name = given.data(); name != given.data() + given.size();
+         name += std::strlen(name) + 1) {
+        if (!readAttribute(from, name, value) && fremovexattr(to, name) != 0)
+            return false;
+    }
+    QByteArray own;
+    for (const char* name = wanted.data(); name != wanted.data() + wanted.size();
+         name += std::strlen(name) + 1) {
+        if (!readAttribute(from, name, value))
+            return false;
+        const bool isThere = readAttribute(to, name, own) && own == value;
+        if (!isThere && fsetxattr(to, name, value.constData(), size_t(value.size()), 0) != 0)
+            return false;
+    }
+    return true;
+}
+#elif defined(Q_OS_MAC)
+bool takeExtendedAttributes(int from, int to)
+{
+    return fcopyfile(from, to, nullptr, COPYFILE_ACL | COPYFILE_XATTR) == 0;
+}
+#elif defined(Q_OS_UNIX)
+bool takeExtendedAttributes(int, int)
+{
+    return true;
+}
+#endif
+
+/// Makes a new file look like the one that it is to replace, to everybody who may see it.
+bool takeAttributes(int from, int to)
+{
+#if defined(Q_OS_UNIX)
+    struct stat wanted;
+    struct stat given;
+    if (fstat(from, &wanted) != 0 || fstat(to, &given) != 0)
+        return false;
+    const bool isOwned = wanted.st_uid == given.st_uid && wanted.st_gid == given.st_gid;
+    if (!isOwned && fchown(to, wanted.st_uid, wanted.st_gid) != 0)
+        return false;
+    // Last, because giving a file away and an access list change them.
+    return takeExtendedAttributes(from, to) && fstat(to, &given) == 0
+        && (wanted.st_mode == given.st_mode || fchmod(to, wanted.st_mode & 07777) == 0);
+#else
+    Q_UNUSED(from)
+    Q_UNUSED(to)
+    return true;
+#endif
+}
+
+/// False when the content could not be stored; true also where a file system has nothing to sync.
+bool putOnDisk(int file)
+{
+#if defined(Q_OS_UNIX)
+    return fsync(file) == 0 || errno == EINVAL || errno == ENOSYS || errno == EROFS;
+#else
+    Q_UNUSED(file)
+    return true;
+#endif
+}
+
 } // namespace
 
 FolderReader::FolderReader(const QString& path, Detail detail)
@@ -423,6 +569,24 @@ Copied copyFile(const QString& source, const QString& destination)
     Q_UNUSED(destination)
 #endif
     return Copied::NotTried;
+}
+
+Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes)
+{
+    const QString path = replaceablePath(*file);
+    if (path.isEmpty())
+        return Replaced::NotTried;
+    QSaveFile replacement(path);
+    if (!replacement.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+        || !takeAttributes(file->handle(), replacement.handle()))
+        return Replaced::NotTried;
+    // commit() syncs too, but goes on where that fails.
+    if (!copyRange(file, 0, begin, &replacement) || replacement.write(bytes) != bytes.size()
+        || !copyRange(file, end, file->size(), &replacement) || !putOnDisk(replacement.handle()))
+        return Replaced::No;
+    file->close(); // some systems replace no file that is open
+    // All is written: what is refused now is the new file's name, or its place.
+    return replacement.commit() ? Replaced::Yes : Replaced::NotTried;
 }
 
 bool removeFile(const QString& path)

@@ -20,6 +20,9 @@
 #include <memory>
 #include <vector>
 
+class QByteArray;
+class QFile;
+
 namespace FileSystem {
 
 /// What an entry of a folder is, or what it leads to if it is a link.
@@ -93,6 +96,25 @@ enum class Copied {
 /// the copy appears under its name when it is complete and on the disk. Unless Yes is returned,
 /// nothing is left behind.
 Copied copyFile(const QString& source, const QString& destination);
+
+enum class Replaced {
+    Yes,
+    No, ///< reading or writing failed
+    NotTried ///< no new file can take the place of this one without anybody noticing
+};
+
+/// Replaces the bytes from \a begin to \a end of a file, which is open for reading, by \a bytes,
+/// in one step: a new file is completed beside it, put on the disk, and takes its place. Whoever
+/// opens the path at any moment, also after this process was killed, finds the old file or the new
+/// one. Unless Yes is returned, nothing has changed and nothing is left behind.
+///
+/// The new file has the owner, the permissions and the extended attributes of the old one, and a
+/// link to the file still leads to it. Not tried where that cannot be: in a folder that takes no
+/// new file, for a file that has several names (hard links) or an owner or an attribute that this
+/// process may not give, and where the path leads to another file by now.
+///
+/// \a file may be closed afterwards.
+Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes);
 
 /// Removes a file, or a link as a link.
 bool removeFile(const QString& path);

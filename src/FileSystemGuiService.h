@@ -22,8 +22,8 @@ public:
     /// Always true.
     static bool revealInFileExplorer(const QString& path);
 
-    /// Starts \a program with \a arguments: `open -a <program> <arguments>`, without waiting. The
-    /// command's process belongs to \a parent, which closes it when it is deleted; with a null
+    /// Starts \a program with its \a arguments: `open -a <program> <arguments>`, without waiting.
+    /// The command's process belongs to \a parent, which closes it when it is deleted; with a null
     /// \a parent it is never deleted. For a thread with an event loop. Always true.
     static bool openProgram(QObject* parent, const QString& program, const QStringList& arguments);
 };

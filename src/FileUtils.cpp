@@ -189,11 +189,10 @@ bool passesThrough(QString path, const QString& folder)
 /// where its links lead.
 bool liesInside(QString path, const QString& folder)
 {
-    while (!QFileInfo::exists(path)) {
-        const QString parent = QFileInfo(path).path();
-        if (parent == path)
-            return false;
+    QString parent = QFileInfo(path).path();
+    while (!QFileInfo::exists(path) && parent != path) {
         path = parent;
+        parent = QFileInfo(path).path();
     }
     return passesThrough(path, folder)
         || passesThrough(QFileInfo(path).canonicalFilePath(), folder);

@@ -26,12 +26,12 @@ QT_END_NAMESPACE
 /// makes a difference the function says so. Everything runs on the calling thread and keeps no
 /// state, so different threads may work on different trees at the same time.
 ///
-/// Failures come back as the result and, where a function takes a `QString* error`, as a message
-/// there: the pointer may be null, and the text is written on failure only, never cleared. What is
-/// logged goes to LogStream with the file "FileUtils" and the function's own name. No function
-/// rolls back: what was done before a failure stays done. Output lists and counters are added to,
-/// never cleared, and keep what they got before a failure. Listings come in the order in which the
-/// system gives them.
+/// Failures come back as the result and, where a function takes a `QString*`, as a message
+/// in \a error. The pointer may be null, and the text is written on failure only, never cleared.
+/// What is logged goes to LogStream with the file "FileUtils" and the function's own name. No
+/// function rolls back: what was done before a failure stays done. Output lists and counters are
+/// added to, never cleared, and keep what they got before a failure. Listings come in the order in
+/// which the system gives them.
 ///
 /// Three sets of entries are meant below. Broken links and special files (pipes, sockets, devices)
 /// are in none of them; a link to a file counts as a file and a link to a folder as a folder,
@@ -265,7 +265,7 @@ public:
     // ---- Files on the desktop ------------------------------------------------------------------
 
     /// The icon for a file of the name \a name, which need not exist: the one of the file
-    /// suffix_icons/file.<suffix in lower case> in ApplicationUtils::pathDatas() where the
+    /// "suffix_icons/file." and the suffix in lower case in ApplicationUtils::pathDatas() where the
     /// application ships that, else the desktop's for \a name. For the GUI thread.
     static QIcon iconFromFilename(const QString& name);
 
@@ -279,6 +279,7 @@ public:
 
     // ---- Older variants that callers still depend on -------------------------------------------
 
+    /// Functions that differ from those of the same purpose above, for callers that rely on it.
     struct ORVAUTILS_EXPORT old
     {
         old() = delete;
@@ -304,9 +305,11 @@ public:
         static bool removeDirectory(const QString& path, bool recursive, QString* error = nullptr,
                                     int depth = 64);
 
-        /// FileUtils::listFilesInFileSystem() with two differences: an empty path means the current
-        /// folder, and a "/" is put behind an empty prefix too, so that by default every entry
-        /// begins with "/" ("/file", "/sub/file").
+        /// Appends the visible files of the folder \a path to \a list, as
+        /// FileUtils::listFilesInFileSystem() does with \a recursive, \a folderFilter and
+        /// \a prefix, but for two differences: an empty path means the current folder, and a "/" is
+        /// put behind an empty prefix too, so that by default every entry begins with "/" ("/file",
+        /// "/sub/file").
         static int listFilesInFileSystem(const QString& path, QStringList& list, bool recursive,
                                          QRegExp* folderFilter = nullptr,
                                          const QString& prefix = QString());

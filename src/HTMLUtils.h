@@ -3,9 +3,6 @@
 
 // HTMLUtils: what goes into a generated page beside the text itself: identifiers, addresses,
 // escaped text, meta tags, inline images, colours and font weights.
-//
-// All functions are static, keep no state and may be called from any thread. Nothing here writes to
-// the log.
 
 #ifndef ORVAUTILS_HTMLUTILS_H
 #define ORVAUTILS_HTMLUTILS_H
@@ -17,6 +14,10 @@
 
 class QColor;
 
+/// Identifiers, addresses, escaped text, meta tags, inline images and style for generated pages.
+///
+/// All functions are static, keep no state and may be called from any thread. Nothing here writes
+/// to the log.
 class ORVAUTILS_EXPORT HTMLUtils
 {
 public:
@@ -134,17 +135,19 @@ public:
 
     // Tags
 
-    /// The tag <meta name="NAME" content="CONTENT"/>, the content escaped by textWithoutHtmlTags()
-    /// with its line feeds.
+    /// The tag `<meta name="NAME" content="CONTENT"/>` for \a name and \a content, the latter
+    /// escaped by textWithoutHtmlTags() with its line feeds.
     ///
     /// \code
-    /// HTMLUtils::formatHtmlMetaName("author", "A & B"); // "<meta name=\"author\" content=\"A
-    /// &#38; B\"/>" \endcode
+    /// HTMLUtils::formatHtmlMetaName("author", "A & B");
+    /// // <meta name="author" content="A &#38; B"/>
+    /// \endcode
     ///
     /// Deliberate: \a name is not escaped.
     static QString formatHtmlMetaName(const QString& name, const QString& content);
 
-    /// The same with http-equiv in the place of name.
+    /// The tag `<meta http-equiv="NAME" content="CONTENT"/>`, made of \a name and \a content as by
+    /// formatHtmlMetaName().
     static QString formatHtmlMetaHttpEqui(const QString& name, const QString& content);
 
     // Images

@@ -2,11 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // ImageUtils: image files on their way into a project, and small operations on pixels.
-//
-//     // A photograph, upright, 1600 x 1600 at most, as a progressive JPEG:
-//     ImageUtils::copyImageFile(photo, site + QStringLiteral("/images/boat.jpg"), true,
-//                               QSize(1600, 1600),
-//                               ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg);
 
 #ifndef ORVAUTILS_IMAGEUTILS_H
 #define ORVAUTILS_IMAGEUTILS_H
@@ -26,6 +21,13 @@
 class QLabel;
 
 /// Import of image files, recognition of web images, operations on pixels.
+///
+/// \code
+/// // A photograph, upright, 1600 x 1600 at most, as a progressive JPEG:
+/// ImageUtils::copyImageFile(photo, site + QStringLiteral("/images/boat.jpg"), true,
+///                           QSize(1600, 1600),
+///                           ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg);
+/// \endcode
 ///
 /// Every function is static, does its work before it returns and runs on the thread that calls it.
 /// The functions that take a QPixmap or a QLabel belong to the GUI thread and need a
@@ -56,6 +58,7 @@ public:
         /// Save as a progressive JPEG only what has to be re-encoded for another reason.
         ProgressiveOnlyWhenReencoded = 0x40
     };
+    /// Any combination of OptionImageCopy.
     Q_DECLARE_FLAGS(OptionsImageCopy, OptionImageCopy)
 
     /// \name Import
@@ -66,6 +69,8 @@ public:
 
     /// Writes \a image to \a path in \a format ("jpeg", "png" …), with progressive scans where the
     /// format has them.
+    ///
+    /// An empty \a format is taken from the suffix of \a path.
     ///
     /// \a quality is handed to the writer as its compression setting, not as its quality setting.
     /// This is deliberate: a JPEG therefore always has Qt's own quality, 75, and a PNG is
@@ -82,13 +87,16 @@ public:
 
     /// Imports the image file \a src as \a dst: copies it byte for byte where that will do, else
     /// loads, scales, turns and writes it in its own format (the one its content has, whatever the
-    /// suffixes say). Missing folders of \a dst are created. A leading "file://" of \a src is
-    /// dropped. Returns whether \a dst now is the imported picture.
+    /// suffixes say). Missing folders of \a dst are created; they stay, whatever comes of the
+    /// import. A leading "file://" of \a src is dropped. Returns whether \a dst now is the imported
+    /// picture.
     ///
     /// \code
     /// // 4000 x 3000, orientation 6  ->  1200 x 1600, upright
     /// ImageUtils::copyImageFile(src, dst, true, QSize(1600, 1600), ImageUtils::UseExifRotation);
     /// \endcode
+    ///
+    /// What else is asked for, \a options tell, see OptionImageCopy.
     ///
     /// GIF and SVG files are always copied, where Qt has a reader for them. Any other file is
     /// copied unless
@@ -113,9 +121,11 @@ public:
     /// 999999999 x 1 (height 0) or 1 x 999999999 (width 0), keeping its aspect ratio. This yields
     /// a side of one pixel, not an unbounded one; it is deliberate.
     ///
-    /// \a src is only read, and the picture that stands at \a dst is lost in no case: the new one
-    /// is written beside it and takes its place when complete. So \a dst may be \a src itself. A
-    /// symbolic link at \a dst is replaced, what it points to is not touched.
+    /// \a src is only read, and \a dst may be \a src itself. A picture that is re-encoded is
+    /// written beside \a dst and takes its place when complete, so that what stands there is lost
+    /// in no case; what is copied takes its place as FileUtils::forceCopy() tells. A symbolic link
+    /// at \a dst is replaced, what it points to is not touched; one that leads to \a src stays
+    /// where a copy will do.
     ///
     /// A JPEG that is to become much smaller may be decoded at a half, a quarter or an eighth of
     /// its size. The size of the result is computed from the whole size all the same, and its luma
@@ -136,6 +146,9 @@ public:
     ///   replaced;
     /// - "importImageFile can't save ", \a dst, the format, the picture's size, "maxSizeImage=",
     ///   the maximum.
+    ///
+    /// A folder of \a dst that cannot be created is logged by
+    /// FileUtils::old::forceDirectoryCreationForAFile(), before what comes of it.
     ///
     /// An image plugin that hands out an empty picture shows in "copyImageFile img.size() = ",
     /// "copyImageFile #3 img.size() = " and "copyImageFile #4 img.size() = " before saving fails.
@@ -183,12 +196,12 @@ public:
     /// \name Sizes
     /// @{
 
-    /// \a size brought to the width \a width: (width, round(width x height / width of size)). The
-    /// height is 0 where the width of \a size is.
+    /// \a size brought to the width \a width, that is, (width, round(width x height / width of
+    /// size)). The height is 0 where the width of \a size is.
     static QSize resizeImageToWidthKeepingRatio(int width, const QSize& size);
 
-    /// \a size brought to the height \a height: (round(height x width / height of size), height).
-    /// The width is 0 where the height of \a size is.
+    /// \a size brought to the height \a height, that is, (round(height x width / height of size),
+    /// height). The width is 0 where the height of \a size is.
     static QSize resizeImageToHeightKeepingRatio(int height, const QSize& size);
 
     /// Half of \a pixmap's size, each side rounded, as a rectangle at (0, 0).
@@ -202,7 +215,8 @@ public:
     static bool resizeImageToSquare(QImage& image, const QSize& maxSize);
 
     /// Makes \a pixmap square by centring it in a square of its larger side, whose background is
-    /// transparent or else white. Returns false for one that is square already.
+    /// transparent with \a transparentBackground, else white. Returns false for one that is square
+    /// already.
     static bool resizeImageToSquare(QPixmap& pixmap, bool transparentBackground);
 
     /// Shows \a pixmap in \a label, sharp on a display of double density: the label gets the fixed
@@ -223,6 +237,7 @@ public:
     /// in QImage::Format_ARGB32_Premultiplied. From 1 on nothing is changed, also not the format;
     /// below 0 counts as 0, and so does NaN. Always returns true.
     static bool applyOpacity(QImage& image, double opacity);
+    /// The same for a \a pixmap and its \a opacity.
     static bool applyOpacity(QPixmap& pixmap, double opacity);
 
     /// A canvas of the size of \a image, filled with \a color, with \a image drawn over it; 20 x 20
@@ -237,13 +252,14 @@ public:
     /// An image in another format than QImage::Format_ARGB32, Format_ARGB32_Premultiplied or
     /// Format_RGB32 comes back as ARGB32, or as RGB32 where it has no alpha channel.
     static QPixmap toGray(const QPixmap& pixmap);
+    /// The same for an \a image.
     static QImage toGray(const QImage& image);
 
     /// Paints \a color over all that \a pixmap shows: its shape stays, its colours go. An alpha of
     /// \a color below 1 scales that of the pixmap. A null pixmap stays null.
     static void colorize(QPixmap& pixmap, const QColor& color);
 
-    /// A copy of \a pixmap after colorize().
+    /// A copy of \a pixmap after colorize() with \a color.
     static QPixmap colorized(const QPixmap& pixmap, const QColor& color);
 
     /// @}

@@ -2,22 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // JsCodeHelpers: Qt values as JavaScript literals.
-//
-//     QTextStream stream(&file);
-//     stream << "const products = ";
-//     JsCodeHelpers::formatJavascriptObject(&stream, {{"name", "Été"}, {"price", 2.5}});
-//     stream << ";\n";
-//     // const products = {
-//     // 'name':'Été','price':2.5
-//     // };
-//
-// All functions write to the stream they are given, block by block: a document of any size needs no
-// memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply here, and
-// must not be null. Its field width does not apply either. Whether writing worked, the stream's
-// status() tells. Texts go out in the codec of the stream.
-//
-// All functions are static and keep no state; each may be called from any thread that may use the
-// stream. Nothing here writes to the log.
 
 #ifndef ORVAUTILS_JSCODEHELPERS_H
 #define ORVAUTILS_JSCODEHELPERS_H
@@ -31,6 +15,25 @@
 
 class QTextStream;
 
+/// Writes Qt values as JavaScript literals.
+///
+/// \code
+/// QTextStream stream(&file);
+/// stream << "const products = ";
+/// JsCodeHelpers::formatJavascriptObject(&stream, {{"name", "Été"}, {"price", 2.5}});
+/// stream << ";\n";
+/// // const products = {
+/// // 'name':'Été','price':2.5
+/// // };
+/// \endcode
+///
+/// All functions write to the \a stream they are given, block by block: a document of any size
+/// needs no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply
+/// here, and must not be null. Its field width does not apply either. Whether writing worked, the
+/// stream's status() tells. Texts go out in the codec of the stream.
+///
+/// All functions are static and keep no state; each may be called from any thread that may use the
+/// stream. Nothing here writes to the log.
 class ORVAUTILS_EXPORT JsCodeHelpers
 {
 public:

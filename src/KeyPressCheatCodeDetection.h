@@ -33,13 +33,15 @@ public:
     /// Becomes a child of \a target, dies with it, and installs itself as its event filter. The
     /// sequence is empty. \a target must not be null; this is not checked.
     explicit KeyPressCheatCodeDetection(QObject* target);
+    /// Ends the detection.
     ~KeyPressCheatCodeDetection() override;
 
     /// Sets the sequence to detect; what was typed so far is forgotten.
     void setKey(const QString& key);
 
-    /// Passes each key press of the parent to keyPressEvent(). Always answers false, so that the
-    /// application still receives every key; events of other objects are ignored.
+    /// Passes \a event to keyPressEvent() where it is a key press and \a watched the parent. Always
+    /// answers false, so that the application still receives every key; events of other objects are
+    /// ignored.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     /// Takes one key press into account. Only an event whose text is exactly one character counts,

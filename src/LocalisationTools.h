@@ -2,14 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // LocalisationTools: the application's languages, and the switch from one to another.
-//
-// Translations are compiled Qt translation files in ApplicationUtils::pathLanguages(). A file is
-// named by a key, a language code and ".qm": "app_fr.qm" and "app_pt_BR.qm" hold the application's
-// own texts (key "app_"), "qtbase/qtbase_fr.qm" those of Qt (key "qtbase_", in a folder of its
-// own).
-//
-//     if (!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")))
-//         ... // nothing is translated into French: the system's language is in place
 
 #ifndef ORVAUTILS_LOCALISATIONTOOLS_H
 #define ORVAUTILS_LOCALISATIONTOOLS_H
@@ -24,6 +16,16 @@
 class QTranslator;
 
 /// Finds the languages of the application, installs their translators and translates Qt's texts.
+///
+/// Translations are compiled Qt translation files in ApplicationUtils::pathLanguages(). A file is
+/// named by a key, a language code and ".qm": "app_fr.qm" and "app_pt_BR.qm" hold the application's
+/// own texts (key "app_"), "qtbase/qtbase_fr.qm" those of Qt (key "qtbase_", in a folder of its
+/// own).
+///
+/// \code
+/// if (!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")))
+///     ... // nothing is translated into French: the system's language is in place
+/// \endcode
 ///
 /// For every key the English file is installed underneath that of the chosen language, so that a
 /// text which is not translated yet appears in English.
@@ -117,9 +119,10 @@ public:
     /// Puts the application into the language \a languageCode ("fr", "pt_BR").
     ///
     /// The translators that this class installed go. Then, for each of
-    /// applicationTranslationKeys(), the English file and on top of it the file of the language are
-    /// installed. When at least one file of the language was loaded, the language becomes the
-    /// default locale and true comes back.
+    /// applicationTranslationKeys(), the English file (by loadDefaultLanguage(), which logs one
+    /// that is missing) and on top of it the file of the language are installed. When at least one
+    /// file of the language was loaded, the language becomes the default locale and true comes
+    /// back.
     ///
     /// Otherwise the application gets the system's language by changeApplicationLanguageByLocale(),
     /// the default locale stays what it was, and false comes back. An empty code asks for the
@@ -132,7 +135,8 @@ public:
     static bool changeApplicationLanguage(const QString& languageCode);
 
     /// Puts the application into the language of \a locale, as changeApplicationLanguage() does,
-    /// but without a message, without a fallback and without touching the default locale.
+    /// but without a fallback and without touching the default locale. Of translators that the
+    /// application refuses nothing is logged.
     static void changeApplicationLanguageByLocale(const QLocale& locale);
 
     /// Whether the default locale is of the language \a languageCode: its name is the code, or

@@ -27,8 +27,8 @@ public:
     /// As the next form, with \a method in UTF-8.
     static bool invokeSignalOrSlot(QObject* object, const char* method);
 
-    /// Invokes the method of \a object without arguments, at once when called in the object's
-    /// thread, else through the event queue of that thread.
+    /// Invokes the method \a method of \a object without arguments, at once when called in the
+    /// object's thread, else through the event queue of that thread.
     ///
     /// Returns true when the method was invoked. Where the object has no such method, or is null,
     /// it logs "Impossible dinvoquer ", the bare name, " sur " and the object's address (LogType
@@ -44,10 +44,10 @@ public:
     /// \a object must not be null; this is not checked. Nothing is logged.
     static bool hasMethod(QObject* object, const char* method);
 
-    /// Invokes the method of \a object, which must return "bool", without arguments and writes what
-    /// it returns to \a result. The invocation is direct, so \a result may be read at once; it
-    /// has to be called in the object's thread, because no answer comes back through an event
-    /// queue.
+    /// Invokes the method \a method of \a object, which must return "bool", without arguments and
+    /// writes what it returns to \a result. The invocation is direct, so \a result may be read at
+    /// once; it has to be called in the object's thread, because no answer comes back through an
+    /// event queue.
     ///
     /// Returns true when the method was invoked. Where the object has no such method, the method
     /// returns another type, the object lives in another thread or is null, it logs as

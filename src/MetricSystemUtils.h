@@ -20,13 +20,15 @@ public:
     /// What is measured.
     enum TypeGrandeur : int {
         Length = 0, ///< of a product
-        Weight = 1,
+        Weight = 1, ///< of a product
         Distance = 2 ///< of a way
     };
     Q_ENUM(TypeGrandeur)
 
     /// The system of units.
-    enum SystemMetric : int { Metric = 0 };
+    enum SystemMetric : int {
+        Metric = 0 ///< metres and kilograms
+    };
     Q_ENUM(SystemMetric)
 
     /// How a unit is written.
@@ -37,11 +39,13 @@ public:
 
     /// \a parent owns the object, or nobody does.
     explicit MetricSystemUtils(QObject* parent = nullptr);
+    /// Nothing goes with it.
     ~MetricSystemUtils() override;
 
-    /// The symbol of the unit: "m" for a length, "Kg" for a weight and "Km" for a distance, in the
-    /// metric system and as a short symbol. Empty for any other combination, numbers that have no
-    /// name included. Deliberate: "Kg" and "Km" are written with a capital.
+    /// The symbol of the unit of \a quantity in \a system, written as \a display tells: "m" for a
+    /// length, "Kg" for a weight and "Km" for a distance, in the metric system and as a short
+    /// symbol. Empty for any other combination, numbers that have no name included. Deliberate:
+    /// "Kg" and "Km" are written with a capital.
     static QString symbol(TypeGrandeur quantity, SystemMetric system, Display display);
 };
 

@@ -3,8 +3,6 @@
 
 // NetUtils: the address of this machine, and the form of the web and e-mail addresses that users
 // type.
-//
-// All functions are static and may be called from any thread. Nothing here writes to the log.
 
 #ifndef ORVAUTILS_NETUTILS_H
 #define ORVAUTILS_NETUTILS_H
@@ -14,6 +12,9 @@
 #include <QRegularExpression>
 #include <QString>
 
+/// The machine's address in its network, and checks of the addresses that users type.
+///
+/// All functions are static and may be called from any thread. Nothing here writes to the log.
 class ORVAUTILS_EXPORT NetUtils
 {
 public:

@@ -2,19 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // PhpCodeHelpers: Qt values as PHP literals, constants and classes of constants.
-//
-//     QTextStream stream(&file);
-//     stream << "<?php\n";
-//     PhpCodeHelpers::writeConstant(&stream, "TITLE", QStringLiteral("L'été"), "the page's title");
-//     // const TITLE='L\'été'; // the page's title
-//
-// All functions write to the stream they are given, block by block: a document of any size needs no
-// memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply here, and
-// must not be null. Its field width does not apply either. Whether writing worked, the stream's
-// status() tells. Texts go out in the codec of the stream.
-//
-// All functions are static and keep no state; each may be called from any thread that may use the
-// stream. Nothing here writes to the log.
 
 #ifndef ORVAUTILS_PHPCODEHELPERS_H
 #define ORVAUTILS_PHPCODEHELPERS_H
@@ -29,6 +16,22 @@
 
 class QTextStream;
 
+/// Writes Qt values as PHP code.
+///
+/// \code
+/// QTextStream stream(&file);
+/// stream << "<?php\n";
+/// PhpCodeHelpers::writeConstant(&stream, "TITLE", QStringLiteral("L'été"), "the page's title");
+/// // const TITLE='L\'été'; // the page's title
+/// \endcode
+///
+/// All functions write to the \a stream they are given, block by block: a document of any size
+/// needs no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply
+/// here, and must not be null. Its field width does not apply either. Whether writing worked, the
+/// stream's status() tells. Texts go out in the codec of the stream.
+///
+/// All functions are static and keep no state; each may be called from any thread that may use the
+/// stream. Nothing here writes to the log.
 class ORVAUTILS_EXPORT PhpCodeHelpers
 {
 public:
@@ -44,13 +47,16 @@ public:
     /// PhpCodeHelpers::formatVariantValue(&stream, QVariantList {1, 2.5}); // [1,2.5] and "\n"
     /// \endcode
     ///
-    /// \li QByteArray: its text (UTF-8) as it is, without quotes, so that code can be passed
-    /// through. \li QString: in single quotes. \li bool: 1 or 0. \li double: with six significant
-    /// digits at most (0.1, 3, 1.23457e+06). \li int and long long: in decimal. \li QStringList:
-    /// formatPhpArray(). \li QMap<QString, QVariant>: formatPhpMap(). \li QList<QVariant>: the
-    /// literals in brackets, then a line break. \li anything else (unsigned numbers, characters,
-    /// dates …): what QVariant::toString() makes of
-    ///     it, as a QString; '' where that is nothing, as for an invalid value or a hash.
+    /// - QByteArray: its text (UTF-8) as it is, without quotes, so that code can be passed through
+    /// - QString: in single quotes
+    /// - bool: 1 or 0
+    /// - double: with six significant digits at most (0.1, 3, 1.23457e+06)
+    /// - int and long long: in decimal
+    /// - QStringList: formatPhpArray()
+    /// - `QMap<QString, QVariant>`: formatPhpMap()
+    /// - `QList<QVariant>`: the literals in brackets, then a line break
+    /// - anything else (unsigned numbers, characters, dates …): what QVariant::toString() makes of
+    ///   it, as a QString; '' where that is nothing, as for an invalid value or a hash
     ///
     /// Deliberate, because readers of existing files rely on it: a double quote in a text becomes
     /// an escaped single one; backslashes are not escaped, so that PHP reads two of them as one and
@@ -87,8 +93,9 @@ public:
 
     // Declarations
 
-    /// Writes the line "const NAME=LITERAL;", and " // COMMENT" at its end where there is a
-    /// comment. Neither \a name nor \a comment is checked: a line break in it ends the line.
+    /// Writes the line "const NAME=LITERAL;" with the literal of \a value, and " // COMMENT" at its
+    /// end where there is a comment. Neither \a name nor \a comment is checked: a line break in it
+    /// ends the line.
     ///
     /// \code
     /// PhpCodeHelpers::writeConstant(&stream, "MAX", 3, "per order"); // const MAX=3; // per order
@@ -96,17 +103,20 @@ public:
     static void writeConstant(QTextStream* stream, const QString& name, const QVariant& value,
                               const QString& comment = QString());
 
-    /// Writes the line "const NAME=ARRAY;" with the array of formatPhpArray().
+    /// Writes the line "const NAME=ARRAY;" with \a name and the array of formatPhpArray().
     static void writePhpArray(QTextStream* stream, const QString& name, const QList<int>& list);
+    /// The same for a \a list of texts.
     static void writePhpArray(QTextStream* stream, const QString& name, const QStringList& list);
+    /// The same for a \a list of any values.
     static void writePhpArray(QTextStream* stream, const QString& name,
                               const QList<QVariant>& list);
 
-    /// Writes "const NAME=MAP;" and a line break with the map of formatPhpMap().
+    /// Writes "const NAME=MAP;" and a line break, with \a name and \a map as by formatPhpMap().
     static void writePhpMap(QTextStream* stream, const QString& name,
                             const QMap<QString, QVariant>& map);
 
-    /// Writes a class whose constants are the entries of \a map, in the order of the keys.
+    /// Writes the class \a className whose constants are the entries of \a map, in the order of the
+    /// keys.
     ///
     /// \code
     /// PhpCodeHelpers::writePhpMapAsClassOfConstants(&stream, "Config", {{"A", 1}, {"B", "x"}});

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // PhpUtil: double-quoted PHP strings, in which PHP puts the values of variables.
-//
-// All functions are static, keep no state and may be called from any thread.
 
 #ifndef ORVAUTILS_PHPUTIL_H
 #define ORVAUTILS_PHPUTIL_H
@@ -12,6 +10,10 @@
 
 #include <QString>
 
+/// Double-quoted PHP strings; PhpCodeHelpers writes single-quoted ones.
+///
+/// All functions are static, keep no state and may be called from any thread. Nothing here writes
+/// to the log.
 class ORVAUTILS_EXPORT PhpUtil
 {
 public:
@@ -27,7 +29,7 @@ public:
     /// when PHP runs, and a backslash begins an escape sequence, so \a s is code to be trusted.
     static QString formatPhpString(const QString& s);
 
-    /// The same as formatPhpString().
+    /// The same as formatPhpString() of \a s.
     static QString escapeAndQuotedPhpStringVariable(const QString& s);
 
     /// formatPhpString() of \a s with its white space simplified.

@@ -62,10 +62,10 @@ public:
     ///
     /// As openNewProjectFile(), with these differences: an empty \a folder gives false without a
     /// message; a folder that cannot be made gives false with the message of
-    /// FileUtils::fileMkPath(); and where QDir(folder).exists(folder) is false the answer is true
-    /// and no lock is taken, a lock held before staying held. That is deliberate leniency towards
-    /// places where locking is impossible, and true for every relative path: true is no proof that
-    /// a lock is held.
+    /// FileUtils::fileMkPath() in \a error; and where QDir(folder).exists(folder) is false the
+    /// answer is true and no lock is taken, a lock held before staying held. That is deliberate
+    /// leniency towards places where locking is impossible, and true for every relative path: true
+    /// is no proof that a lock is held.
     bool openNewProjectFolder(const QString& folder, const QString& projectName,
                               QString* error = nullptr);
 

@@ -3,7 +3,7 @@
 
 #include "QExifImageHeader.h"
 
-#include "ExistingFile.h"
+#include "FileSystem.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 namespace {
@@ -113,6 +114,8 @@ public:
     bool read(BlockReader& block);
     /// Appends the block that write() writes, with what writing it changes here.
     void appendBlock(QByteArray* bytes);
+    /// What an EXIF segment with this block holds.
+    QByteArray payload();
     /// The size of the block by its formula, not by what was written last.
     int predictedSize() const;
 
@@ -151,7 +154,7 @@ const int inlineSize = 4;
 // No value of a real file comes near; it keeps a payload within what a Qt container holds.
 const quint64 maximumPayload = 1u << 29;
 
-// How often the values of one directory may cover the whole device before it is read no further.
+// How often the values of one directory may cover the whole block before it is read no further.
 // In a sound block they cover it less than once.
 const int maximumOverlap = 16;
 
@@ -235,8 +238,8 @@ public:
 
     ByteOrder order() const { return mOrder; }
     void setOrder(ByteOrder order) { mOrder = order; }
-    /// Of the whole device.
-    qint64 size() const { return mSize; }
+    /// From the beginning of the block to the end of the device.
+    qint64 size() const { return mSize - mStart; }
 
     /// Moves to an offset of the block, false when that lies outside of the device.
     bool seek(quint32 offset)
@@ -687,13 +690,16 @@ bool writeAt(QIODevice* device, qint64 position, const QByteArray& bytes)
     return writeAt(device, position, bytes.constData(), bytes.size());
 }
 
-/// Overwrites bytes in the middle of a device and puts the old ones back where that fails.
-bool overwrite(QIODevice* device, qint64 position, const QByteArray& bytes)
+bool readAt(QIODevice* device, qint64 position, QByteArray* bytes)
 {
-    QByteArray before(bytes.size(), Qt::Uninitialized);
-    if (!device->seek(position) || device->read(before.data(), before.size()) != before.size())
-        return false;
-    if (writeAt(device, position, bytes))
+    return device->seek(position) && device->read(bytes->data(), bytes->size()) == bytes->size();
+}
+
+/// Overwrites bytes in the middle of a device and puts the old ones back where that fails.
+bool overwrite(QIODevice* device, qint64 position, const QByteArray& before,
+               const QByteArray& after)
+{
+    if (writeAt(device, position, after))
         return true;
     writeAt(device, position, before);
     return false;
@@ -723,6 +729,116 @@ QByteArray segmentHead(quint16 marker, int payloadSize)
     writer.write(marker);
     writer.write(static_cast<quint16>(payloadSize + 2));
     return head;
+}
+
+/// What saving changes in a JPEG: the bytes from begin to end give way to others.
+struct Change
+{
+    qint64 begin = 0;
+    qint64 end = 0;
+    QByteArray bytes;
+
+    bool movesWhatFollows() const { return bytes.size() != end - begin; }
+};
+
+/// Finds what has to change in the JPEG of a device for a payload to be its EXIF segment's. False
+/// where that is impossible.
+bool findChange(QIODevice* device, QByteArray payload, Change* change)
+{
+    char soi[2];
+    Segment segment;
+    if (!device->seek(0) || device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0
+        || !readSegment(device, &segment))
+        return false;
+    if (segment.isJfif() && !(device->seek(segment.end()) && readSegment(device, &segment)))
+        return false;
+
+    if (segment.isExif() && payload.size() < segment.size)
+        payload.append(QByteArray(segment.size - payload.size(), '\0'));
+    if (payload.size() > maximumSegmentPayload)
+        return false;
+    const bool keepsHead =
+        segment.isExif() && payload.size() == segment.claimedSize && payload.size() == segment.size;
+    change->begin = keepsHead ? segment.payloadBegin() : segment.begin;
+    change->end = segment.isExif() ? segment.end() : segment.begin;
+    change->bytes = keepsHead ? payload : segmentHead(app1, payload.size()) + payload;
+    return true;
+}
+
+bool changeInPlace(QIODevice* device, const Change& change)
+{
+    if (!change.movesWhatFollows()) {
+        QByteArray before(change.bytes.size(), Qt::Uninitialized);
+        return readAt(device, change.begin, &before)
+            && overwrite(device, change.begin, before, change.bytes);
+    }
+    if (!device->seek(0))
+        return false;
+    const QByteArray before = device->readAll();
+    if (before.size() != device->size())
+        return false;
+    QByteArray after = before.left(static_cast<int>(change.begin)) + change.bytes;
+    after.append(before.constData() + change.end, before.size() - static_cast<int>(change.end));
+    return replaceContent(device, before, after);
+}
+
+/// Takes what a change would not change off both ends of it. False where the file cannot be read.
+bool narrow(QIODevice* device, Change* change)
+{
+    QByteArray before(change->bytes.size(), Qt::Uninitialized);
+    if (!readAt(device, change->begin, &before))
+        return false;
+    const QByteArray& after = change->bytes;
+    const auto first = std::mismatch(after.begin(), after.end(), before.begin()).first;
+    const auto last =
+        std::mismatch(after.rbegin(), std::make_reverse_iterator(first), before.rbegin()).first;
+    change->end = change->begin + (last.base() - after.begin());
+    change->begin += first - after.begin();
+    change->bytes = QByteArray(first, static_cast<int>(last.base() - first));
+    return true;
+}
+
+/// Whether a process that is killed while it writes these bytes has written all of them or none: a
+/// system takes them page by page, and ends a killed process between two pages. No page is smaller.
+bool isWrittenAtOnce(const Change& change)
+{
+    const qint64 pageSize = 4096;
+    return change.begin / pageSize == (change.end - 1) / pageSize;
+}
+
+/// Opens a file to change it. Unlike opening alone this creates none. Unbuffered, so that a write
+/// that fails is known at once and what was there can be put back.
+bool openExisting(QFile* file)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 11, 0)
+    return !file->fileName().isEmpty()
+        && file->open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered);
+#else
+    return file->exists() && file->open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+#endif
+}
+
+/// Changes a file so that no moment, and no end of this process, shows a part of the change; where
+/// that is impossible, in place.
+bool changeFile(QFile* file, Change change)
+{
+    if (!change.movesWhatFollows()) {
+        if (!narrow(file, &change))
+            return false;
+        if (change.bytes.isEmpty())
+            return true;
+        if (isWrittenAtOnce(change))
+            return changeInPlace(file, change);
+    }
+    switch (FileSystem::replaceBytes(file, change.begin, change.end, change.bytes)) {
+    case FileSystem::Replaced::Yes:
+        return true;
+    case FileSystem::Replaced::No:
+        return false;
+    case FileSystem::Replaced::NotTried:
+        break;
+    }
+    return (file->isOpen() || openExisting(file)) && changeInPlace(file, change);
 }
 
 } // namespace
@@ -774,7 +890,9 @@ bool QExifImageHeader::loadFromJpeg(QIODevice* device)
 bool QExifImageHeader::saveToJpeg(const QString& fileName) const
 {
     QFile file(fileName);
-    return openExistingFile(&file) && saveToJpeg(&file);
+    Change change;
+    return openExisting(&file) && findChange(&file, d->payload(), &change)
+        && changeFile(&file, change);
 }
 
 bool QExifImageHeader::saveToJpeg(QIODevice* device) const
@@ -782,36 +900,8 @@ bool QExifImageHeader::saveToJpeg(QIODevice* device) const
     if (!device || device->isSequential() || !device->isReadable() || !device->isWritable()
         || device->openMode().testFlag(QIODevice::Append))
         return false;
-
-    QByteArray payload("Exif\0\0", 6);
-    payload.reserve(maximumSegmentPayload); // whatever is appended below, it is not copied again
-    d->appendBlock(&payload);
-
-    char soi[2];
-    Segment segment;
-    if (!device->seek(0) || device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0
-        || !readSegment(device, &segment))
-        return false;
-    if (segment.isJfif() && !(device->seek(segment.end()) && readSegment(device, &segment)))
-        return false;
-
-    if (segment.isExif() && payload.size() < segment.size)
-        payload.append(QByteArray(segment.size - payload.size(), '\0'));
-    if (payload.size() > maximumSegmentPayload)
-        return false;
-    if (segment.isExif() && payload.size() == segment.claimedSize && payload.size() == segment.size)
-        return overwrite(device, segment.payloadBegin(), payload);
-
-    if (!device->seek(0))
-        return false;
-    const QByteArray before = device->readAll();
-    if (before.size() != device->size())
-        return false;
-    const int begin = static_cast<int>(segment.begin);
-    const int rest = segment.isExif() ? static_cast<int>(segment.end()) : begin;
-    QByteArray after = before.left(begin) + segmentHead(app1, payload.size()) + payload;
-    after.append(before.constData() + rest, before.size() - rest);
-    return replaceContent(device, before, after);
+    Change change;
+    return findChange(device, d->payload(), &change) && changeInPlace(device, change);
 }
 
 QByteArray QExifImageHeader::extractExif(QIODevice* device) const
@@ -906,6 +996,14 @@ int QExifImageHeader::write(QIODevice* device) const
     if (written != block.size())
         d->size = -1;
     return written;
+}
+
+QByteArray QExifImageHeaderPrivate::payload()
+{
+    QByteArray payload("Exif\0\0", 6);
+    payload.reserve(maximumSegmentPayload); // whatever is appended, it is not copied again
+    appendBlock(&payload);
+    return payload;
 }
 
 void QExifImageHeaderPrivate::appendBlock(QByteArray* bytes)

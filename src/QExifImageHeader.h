@@ -2,15 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // QExifImageHeader: reads, edits and writes the EXIF block of a JPEG file.
-//
-//     QExifImageHeader header;
-//     if (header.loadFromJpeg(path)) {
-//         header.setValue(QExifImageHeader::Artist, QExifValue(QStringLiteral("A. Person")));
-//         header.saveToJpeg(path);
-//     }
-//
-// The block is the TIFF structure in the JPEG's APP1 segment that begins with "Exif" and two NUL
-// bytes. ExifUtils has the two shortcuts that most callers want.
 
 #ifndef ORVAUTILS_QEXIFIMAGEHEADER_H
 #define ORVAUTILS_QEXIFIMAGEHEADER_H
@@ -42,9 +33,9 @@ class QIODevice;
 /// that applies is set, the others are 0.
 struct ExifIfdHeader
 {
-    quint16 tag = 0;
-    quint16 type = 0;
-    quint32 count = 0;
+    quint16 tag = 0; ///< which tag it is
+    quint16 type = 0; ///< the field type; numbers that are none of QExifValue::Type occur
+    quint32 count = 0; ///< how many elements of that type, as the file claims
     /// The four bytes as they stand: Byte and Ascii with a count below 5.
     std::array<quint8, 4> inlineBytes{{0, 0, 0, 0}};
     /// Two numbers in the stream's byte order: Short with a count below 3.
@@ -56,12 +47,25 @@ struct ExifIfdHeader
 };
 
 /// Reads the 12 bytes of one entry in the stream's byte order. Where the device ends before them,
-/// the stream's status says so and \a header is all 0.
+/// the \a stream's status says so and \a header is all 0.
+///
+/// \relates ExifIfdHeader
 ORVAUTILS_EXPORT QDataStream& operator>>(QDataStream& stream, ExifIfdHeader& header);
 
 /// The EXIF block of a JPEG file: three ordered maps from tag to QExifValue (the image tags of
 /// IFD0, the extended tags of the Exif sub-IFD, the GPS tags of the GPS sub-IFD) and the JPEG
 /// thumbnail of IFD1.
+///
+/// \code
+/// QExifImageHeader header;
+/// if (header.loadFromJpeg(path)) {
+///     header.setValue(QExifImageHeader::Artist, QExifValue(QStringLiteral("A. Person")));
+///     header.saveToJpeg(path);
+/// }
+/// \endcode
+///
+/// The block is the TIFF structure in the JPEG's APP1 segment that begins with "Exif" and two NUL
+/// bytes. ExifUtils has the two shortcuts that most callers want.
 ///
 /// All I/O is synchronous, on a file or device of the caller, which stays the caller's and stays
 /// open. Failure is a false or empty result. Nothing is logged except a Qt warning, category
@@ -77,150 +81,152 @@ ORVAUTILS_EXPORT QDataStream& operator>>(QDataStream& stream, ExifIfdHeader& hea
 class ORVAUTILS_EXPORT QExifImageHeader
 {
 public:
-    /// The tags of IFD0. Any 16-bit number may be used as a tag; the names are those of EXIF 2.3.
+    /// The tags of IFD0. Any 16-bit number may be used as a tag; the names are those of EXIF 2.3,
+    /// and so are the type and count beside each, which nothing here enforces: one element where no
+    /// count stands there, any length for texts.
     enum ImageTag : quint16 {
-        ImageWidth = 0x0100,
-        ImageLength = 0x0101,
-        BitsPerSample = 0x0102,
-        Compression = 0x0103,
-        PhotometricInterpretation = 0x0106,
-        ImageDescription = 0x010E,
-        Make = 0x010F,
-        Model = 0x0110,
-        StripOffsets = 0x0111,
-        Orientation = 0x0112,
-        SamplesPerPixel = 0x0115,
-        RowsPerStrip = 0x0116,
-        StripByteCounts = 0x0117,
-        XResolution = 0x011A,
-        YResolution = 0x011B,
-        PlanarConfiguration = 0x011C,
-        ResolutionUnit = 0x0128,
-        TransferFunction = 0x012D,
-        Software = 0x0131,
-        DateTime = 0x0132,
-        Artist = 0x013B,
-        WhitePoint = 0x013E,
-        PrimaryChromaticities = 0x013F,
-        JPEGInterchangeFormat = 0x0201,
-        JPEGInterchangeFormatLength = 0x0202,
-        YCbCrCoefficients = 0x0211,
-        YCbCrSubSampling = 0x0212,
-        YCbCrPositioning = 0x0213,
-        ReferenceBlackWhite = 0x0214,
-        Copyright = 0x8298,
+        ImageWidth = 0x0100, ///< Short or Long: columns of the picture; a JPEG's frame tells, too
+        ImageLength = 0x0101, ///< Short or Long: rows of the picture, likewise
+        BitsPerSample = 0x0102, ///< 3 Short: bits of each component, 8
+        Compression = 0x0103, ///< Short: 6 is JPEG; write() gives it to the thumbnail
+        PhotometricInterpretation = 0x0106, ///< Short: 2 is RGB, 6 is YCbCr
+        ImageDescription = 0x010E, ///< Ascii: the title of the picture
+        Make = 0x010F, ///< Ascii: the camera's maker
+        Model = 0x0110, ///< Ascii: the camera's name or number
+        StripOffsets = 0x0111, ///< Short or Long: where the strips of an uncompressed picture begin
+        Orientation = 0x0112, ///< Short: 1 is upright; see ExifUtils::imageExifRotation()
+        SamplesPerPixel = 0x0115, ///< Short: components of a pixel, 3
+        RowsPerStrip = 0x0116, ///< Short or Long: rows in a strip
+        StripByteCounts = 0x0117, ///< Short or Long: bytes of each strip
+        XResolution = 0x011A, ///< Rational: pixels per ResolutionUnit across
+        YResolution = 0x011B, ///< Rational: pixels per ResolutionUnit down
+        PlanarConfiguration = 0x011C, ///< Short: 1 interleaved, 2 in planes
+        ResolutionUnit = 0x0128, ///< Short: 2 inch, 3 centimetre
+        TransferFunction = 0x012D, ///< 3 times 256 Short: a table for each component
+        Software = 0x0131, ///< Ascii: the program or firmware that made the file
+        DateTime = 0x0132, ///< Ascii, 20: when the file was last changed
+        Artist = 0x013B, ///< Ascii: who made the picture
+        WhitePoint = 0x013E, ///< 2 Rational: chromaticity of the white point
+        PrimaryChromaticities = 0x013F, ///< 6 Rational: chromaticities of the primaries
+        JPEGInterchangeFormat = 0x0201, ///< Long: where a thumbnail begins; write() makes it
+        JPEGInterchangeFormatLength = 0x0202, ///< Long: bytes of a thumbnail; write() makes it
+        YCbCrCoefficients = 0x0211, ///< 3 Rational: from RGB to YCbCr
+        YCbCrSubSampling = 0x0212, ///< 2 Short: of chroma, across and down
+        YCbCrPositioning = 0x0213, ///< Short: 1 centred, 2 co-sited
+        ReferenceBlackWhite = 0x0214, ///< 6 Rational: black and white of each component
+        Copyright = 0x8298, ///< Ascii: the photographer's notice, a NUL, the editor's
         ExifIfdPointer = 0x8769, ///< never in the map after reading; made by write()
         GpsInfoIfdPointer = 0x8825 ///< not in the map after reading; made by write()
     };
 
     /// The tags of the Exif sub-IFD. Any 16-bit number may be used as a tag.
     enum ExifExtendedTag : quint16 {
-        ExposureTime = 0x829A,
-        FNumber = 0x829D,
-        ExposureProgram = 0x8822,
-        SpectralSensitivity = 0x8824,
-        PhotographicSensitivity = 0x8827,
-        OECF = 0x8828,
-        SensitivityType = 0x8830,
-        StandardOutputSensitivity = 0x8831,
-        RecommendedExposureIndex = 0x8832,
-        ISOSpeed = 0x8833,
-        ISOSpeedLatitudeyyy = 0x8834,
-        ISOSpeedLatitudezzz = 0x8835,
-        ExifVersion = 0x9000,
-        DateTimeOriginal = 0x9003,
-        DateTimeDigitized = 0x9004,
-        ComponentsConfiguration = 0x9101,
-        CompressedBitsPerPixel = 0x9102,
-        ShutterSpeedValue = 0x9201,
-        ApertureValue = 0x9202,
-        BrightnessValue = 0x9203,
-        ExposureBiasValue = 0x9204,
-        MaxApertureValue = 0x9205,
-        SubjectDistance = 0x9206,
-        MeteringMode = 0x9207,
-        LightSource = 0x9208,
-        Flash = 0x9209,
-        FocalLength = 0x920A,
-        SubjectArea = 0x9214,
-        MakerNote = 0x927C,
-        UserComment = 0x9286,
-        SubSecTime = 0x9290,
-        SubSecTimeOriginal = 0x9291,
-        SubSecTimeDigitized = 0x9292,
-        FlashpixVersion = 0xA000,
-        ColorSpace = 0xA001,
-        PixelXDimension = 0xA002,
-        PixelYDimension = 0xA003,
-        RelatedSoundFile = 0xA004,
+        ExposureTime = 0x829A, ///< Rational: seconds
+        FNumber = 0x829D, ///< Rational: the f-number
+        ExposureProgram = 0x8822, ///< Short: 1 manual, 2 normal, 3 aperture first …
+        SpectralSensitivity = 0x8824, ///< Ascii: of each channel
+        PhotographicSensitivity = 0x8827, ///< Short: ISO 12232, 65535 where it is more
+        OECF = 0x8828, ///< Undefined: the opto-electronic conversion function
+        SensitivityType = 0x8830, ///< Short: which ISO 12232 figures are given
+        StandardOutputSensitivity = 0x8831, ///< Long: an ISO 12232 figure
+        RecommendedExposureIndex = 0x8832, ///< Long: an ISO 12232 figure
+        ISOSpeed = 0x8833, ///< Long: an ISO 12232 figure
+        ISOSpeedLatitudeyyy = 0x8834, ///< Long: an ISO 12232 figure
+        ISOSpeedLatitudezzz = 0x8835, ///< Long: an ISO 12232 figure
+        ExifVersion = 0x9000, ///< Undefined, 4: "0230" is 2.3
+        DateTimeOriginal = 0x9003, ///< Ascii, 20: when the photograph was taken
+        DateTimeDigitized = 0x9004, ///< Ascii, 20: when it became data
+        ComponentsConfiguration = 0x9101, ///< Undefined, 4: 1, 2, 3, 0 is Y, Cb, Cr
+        CompressedBitsPerPixel = 0x9102, ///< Rational: bits per pixel after compression
+        ShutterSpeedValue = 0x9201, ///< SignedRational: APEX
+        ApertureValue = 0x9202, ///< Rational: APEX
+        BrightnessValue = 0x9203, ///< SignedRational: APEX
+        ExposureBiasValue = 0x9204, ///< SignedRational: APEX, that is, in stops
+        MaxApertureValue = 0x9205, ///< Rational: APEX, the lens's widest
+        SubjectDistance = 0x9206, ///< Rational: metres; a numerator of 0xFFFFFFFF is infinity
+        MeteringMode = 0x9207, ///< Short: 1 average, 2 centre-weighted, 3 spot, 5 pattern …
+        LightSource = 0x9208, ///< Short: 0 unknown, 1 daylight, 2 fluorescent, 3 tungsten …
+        Flash = 0x9209, ///< Short: bit 0 fired; further bits tell return and mode
+        FocalLength = 0x920A, ///< Rational: millimetres, as the lens has it
+        SubjectArea = 0x9214, ///< 2 to 4 Short: a point, a circle or a rectangle in pixels
+        MakerNote = 0x927C, ///< Undefined: the maker's own; offsets in it do not survive a move
+        UserComment = 0x9286, ///< Undefined: see QExifValue::TextEncoding
+        SubSecTime = 0x9290, ///< Ascii: the fraction of a second of DateTime
+        SubSecTimeOriginal = 0x9291, ///< Ascii: that of DateTimeOriginal
+        SubSecTimeDigitized = 0x9292, ///< Ascii: that of DateTimeDigitized
+        FlashpixVersion = 0xA000, ///< Undefined, 4: "0100"
+        ColorSpace = 0xA001, ///< Short: 1 sRGB, 0xFFFF uncalibrated
+        PixelXDimension = 0xA002, ///< Short or Long: columns of the picture
+        PixelYDimension = 0xA003, ///< Short or Long: rows of the picture
+        RelatedSoundFile = 0xA004, ///< Ascii, 13: name of a sound file
         InteroperabilityIfdPointer = 0xA005, ///< dropped by read()
-        FlashEnergy = 0xA20B,
-        SpatialFrequencyResponse = 0xA20C,
-        FocalPlaneXResolution = 0xA20E,
-        FocalPlaneYResolution = 0xA20F,
-        FocalPlaneResolutionUnit = 0xA210,
-        SubjectLocation = 0xA214,
-        ExposureIndex = 0xA215,
-        SensingMethod = 0xA217,
-        FileSource = 0xA300,
-        SceneType = 0xA301,
-        CFAPattern = 0xA302,
-        CustomRendered = 0xA401,
-        ExposureMode = 0xA402,
-        WhiteBalance = 0xA403,
-        DigitalZoomRatio = 0xA404,
-        FocalLengthIn35mmFilm = 0xA405,
-        SceneCaptureType = 0xA406,
-        GainControl = 0xA407,
-        Contrast = 0xA408,
-        Saturation = 0xA409,
-        Sharpness = 0xA40A,
-        DeviceSettingDescription = 0xA40B,
-        SubjectDistanceRange = 0xA40C,
-        ImageUniqueID = 0xA420,
-        CameraOwnerName = 0xA430,
-        BodySerialNumber = 0xA431,
+        FlashEnergy = 0xA20B, ///< Rational: beam candle power seconds
+        SpatialFrequencyResponse = 0xA20C, ///< Undefined: a table
+        FocalPlaneXResolution = 0xA20E, ///< Rational: pixels per FocalPlaneResolutionUnit across
+        FocalPlaneYResolution = 0xA20F, ///< Rational: pixels per FocalPlaneResolutionUnit down
+        FocalPlaneResolutionUnit = 0xA210, ///< Short: 2 inch, 3 centimetre
+        SubjectLocation = 0xA214, ///< 2 Short: column and row of the subject's centre
+        ExposureIndex = 0xA215, ///< Rational: the one chosen at the camera
+        SensingMethod = 0xA217, ///< Short: 2 one-chip colour sensor …
+        FileSource = 0xA300, ///< Undefined, 1: 3 is a digital still camera
+        SceneType = 0xA301, ///< Undefined, 1: 1 is a photograph taken directly
+        CFAPattern = 0xA302, ///< Undefined: the sensor's colour filter
+        CustomRendered = 0xA401, ///< Short: 0 normal, 1 processed for effect
+        ExposureMode = 0xA402, ///< Short: 0 automatic, 1 manual, 2 bracketing
+        WhiteBalance = 0xA403, ///< Short: 0 automatic, 1 manual
+        DigitalZoomRatio = 0xA404, ///< Rational: a numerator of 0 is no digital zoom
+        FocalLengthIn35mmFilm = 0xA405, ///< Short: millimetres, 0 unknown
+        SceneCaptureType = 0xA406, ///< Short: 0 standard, 1 landscape, 2 portrait, 3 night
+        GainControl = 0xA407, ///< Short: 0 none, 1 and 2 up, 3 and 4 down
+        Contrast = 0xA408, ///< Short: 0 normal, 1 soft, 2 hard
+        Saturation = 0xA409, ///< Short: 0 normal, 1 low, 2 high
+        Sharpness = 0xA40A, ///< Short: 0 normal, 1 soft, 2 hard
+        DeviceSettingDescription = 0xA40B, ///< Undefined: the camera's settings
+        SubjectDistanceRange = 0xA40C, ///< Short: 0 unknown, 1 macro, 2 close, 3 distant
+        ImageUniqueID = 0xA420, ///< Ascii, 33: 128 bits in hexadecimal
+        CameraOwnerName = 0xA430, ///< Ascii: whose camera it is
+        BodySerialNumber = 0xA431, ///< Ascii: of the camera
         LensInfo = 0xA432, ///< focal lengths, shortest and longest, and the f-number of each
-        LensMake = 0xA433,
-        LensModel = 0xA434,
-        LensSerialNumber = 0xA435,
-        Gamma = 0xA500
+        LensMake = 0xA433, ///< Ascii: the lens's maker
+        LensModel = 0xA434, ///< Ascii: the lens's name
+        LensSerialNumber = 0xA435, ///< Ascii: of the lens
+        Gamma = 0xA500 ///< Rational: the exponent
     };
 
     /// The tags of the GPS sub-IFD. Any 16-bit number may be used as a tag.
     enum GpsTag : quint16 {
-        GPSVersionID = 0x0000,
-        GPSLatitudeRef = 0x0001,
-        GPSLatitude = 0x0002,
-        GPSLongitudeRef = 0x0003,
-        GPSLongitude = 0x0004,
-        GPSAltitudeRef = 0x0005,
-        GPSAltitude = 0x0006,
-        GPSTimeStamp = 0x0007,
-        GPSSatellites = 0x0008,
-        GPSStatus = 0x0009,
-        GPSMeasureMode = 0x000A,
-        GPSDOP = 0x000B,
-        GPSSpeedRef = 0x000C,
-        GPSSpeed = 0x000D,
-        GPSTrackRef = 0x000E,
-        GPSTrack = 0x000F,
-        GPSImgDirectionRef = 0x0010,
-        GPSImgDirection = 0x0011,
-        GPSMapDatum = 0x0012,
-        GPSDestLatitudeRef = 0x0013,
-        GPSDestLatitude = 0x0014,
-        GPSDestLongitudeRef = 0x0015,
-        GPSDestLongitude = 0x0016,
-        GPSDestBearingRef = 0x0017,
-        GPSDestBearing = 0x0018,
-        GPSDestDistanceRef = 0x0019,
-        GPSDestDistance = 0x001A,
-        GPSProcessingMethod = 0x001B,
-        GPSAreaInformation = 0x001C,
-        GPSDateStamp = 0x001D,
-        GPSDifferential = 0x001E,
-        GPSHPositioningError = 0x001F
+        GPSVersionID = 0x0000, ///< 4 Byte: 2, 3, 0, 0
+        GPSLatitudeRef = 0x0001, ///< Ascii, 2: "N" or "S"
+        GPSLatitude = 0x0002, ///< 3 Rational: degrees, minutes, seconds
+        GPSLongitudeRef = 0x0003, ///< Ascii, 2: "E" or "W"
+        GPSLongitude = 0x0004, ///< 3 Rational: degrees, minutes, seconds
+        GPSAltitudeRef = 0x0005, ///< Byte: 0 above sea level, 1 below
+        GPSAltitude = 0x0006, ///< Rational: metres
+        GPSTimeStamp = 0x0007, ///< 3 Rational: hour, minute, second in UTC
+        GPSSatellites = 0x0008, ///< Ascii: those that were measured
+        GPSStatus = 0x0009, ///< Ascii, 2: "A" measuring, "V" interrupted
+        GPSMeasureMode = 0x000A, ///< Ascii, 2: "2" or "3" dimensions
+        GPSDOP = 0x000B, ///< Rational: dilution of precision
+        GPSSpeedRef = 0x000C, ///< Ascii, 2: "K" km/h, "M" mph, "N" knots
+        GPSSpeed = 0x000D, ///< Rational: of the receiver
+        GPSTrackRef = 0x000E, ///< Ascii, 2: "T" true north, "M" magnetic north
+        GPSTrack = 0x000F, ///< Rational: degrees, the way of the receiver
+        GPSImgDirectionRef = 0x0010, ///< Ascii, 2: "T" or "M", as GPSTrackRef
+        GPSImgDirection = 0x0011, ///< Rational: degrees, where the camera looks
+        GPSMapDatum = 0x0012, ///< Ascii: the geodetic datum, "WGS-84"
+        GPSDestLatitudeRef = 0x0013, ///< Ascii, 2: "N" or "S", of the destination
+        GPSDestLatitude = 0x0014, ///< 3 Rational: degrees, minutes, seconds
+        GPSDestLongitudeRef = 0x0015, ///< Ascii, 2: "E" or "W"
+        GPSDestLongitude = 0x0016, ///< 3 Rational: degrees, minutes, seconds
+        GPSDestBearingRef = 0x0017, ///< Ascii, 2: "T" or "M", as GPSTrackRef
+        GPSDestBearing = 0x0018, ///< Rational: degrees
+        GPSDestDistanceRef = 0x0019, ///< Ascii, 2: "K" kilometres, "M" miles, "N" nautical miles
+        GPSDestDistance = 0x001A, ///< Rational: in the unit of GPSDestDistanceRef
+        GPSProcessingMethod = 0x001B, ///< Undefined: a text, see QExifValue::TextEncoding
+        GPSAreaInformation = 0x001C, ///< Undefined: a text likewise
+        GPSDateStamp = 0x001D, ///< Ascii, 11: "yyyy:MM:dd" in UTC
+        GPSDifferential = 0x001E, ///< Short: 0 without, 1 with differential correction
+        GPSHPositioningError = 0x001F ///< Rational: metres
     };
 
     /// An empty header in little-endian byte order.
@@ -229,6 +235,7 @@ public:
     explicit QExifImageHeader(const QString& fileName);
     /// A header filled by loadFromJpeg(); left empty where that fails.
     explicit QExifImageHeader(QIODevice* device);
+    /// Forgets what was not saved.
     virtual ~QExifImageHeader();
 
     /// Replaces everything here by the EXIF block of the JPEG file \a fileName. False, with nothing
@@ -237,14 +244,34 @@ public:
     bool loadFromJpeg(const QString& fileName);
 
     /// As above, from the current position of \a device, which must be open for reading and may be
-    /// sequential.
+    /// sequential. Null gives false.
     bool loadFromJpeg(QIODevice* device);
 
-    /// Writes this header into the JPEG file \a fileName, which must exist. See the overload.
+    /// Writes this header into the JPEG file \a fileName, which must exist and be writable. What it
+    /// changes in the file, and what it refuses, is told at the overload.
+    ///
+    /// The file is the old one or the new one at every moment, for whoever looks at it and after
+    /// this process was killed, never a mixture: a new file is completed beside the old one, with
+    /// its permissions, owner, access list and extended attributes, and takes its place in one
+    /// step; where \a fileName is a link, that of the file that it leads to. This takes as much
+    /// room on the disk as the file for a moment; false, with the file untouched, where it is not
+    /// there. A process that is killed may leave a second file beside the photograph, named like it
+    /// with a dot and six letters at the end: the new one, just before it takes its place; an
+    /// unfinished one only where the file system knows no files without a name.
+    ///
+    /// The file itself is written
+    /// - when its length stays and all bytes that change lie within one block of 4096 bytes (they
+    ///   are then written all or not at all; a write of several blocks can end between two when
+    ///   the process is killed);
+    /// - when nothing can take its place unnoticed: it has several names (hard links), it belongs
+    ///   to somebody else, or its folder takes no new file. A save that is killed then may leave a
+    ///   mixture.
+    ///
+    /// When all bytes are there already the file is not written.
     bool saveToJpeg(const QString& fileName) const;
 
     /// Writes this header into the JPEG that \a device holds from its beginning (the current
-    /// position does not matter).
+    /// position does not matter), in place: a process that is killed meanwhile leaves a mixture.
     ///
     /// An EXIF segment is replaced when it is the file's first one, or the second one behind a JFIF
     /// segment. Otherwise a new APP1 segment is inserted: behind a JFIF segment that comes first,
@@ -267,9 +294,10 @@ public:
 
     /// The TIFF block in the first APP1 segment of the JPEG at the current position of \a device,
     /// without "Exif" and the two bytes behind it. The device is left behind what was read. Empty
-    /// when there is no SOI marker, no APP1 segment, or when the first APP1 segment does not begin
-    /// with "Exif" (an EXIF segment behind an XMP one is not found; this is deliberate). A segment
-    /// that the end of the device cuts short gives the bytes that are there.
+    /// when the device is null or not open for reading, when there is no SOI marker, no APP1
+    /// segment, or when the first APP1 segment does not begin with "Exif" (an EXIF segment behind
+    /// an XMP one is not found; this is deliberate). A segment that the end of the device cuts
+    /// short gives the bytes that are there.
     QByteArray extractExif(QIODevice* device) const;
 
     /// Replaces everything here by the TIFF block at the current position of \a device, which must
@@ -291,8 +319,9 @@ public:
     bool read(QIODevice* device);
 
     /// Writes the TIFF block to \a device, from its current position on, and returns the number of
-    /// bytes written, which size() then returns too. A device that is null, not open for writing or
-    /// fails gives what it took, 0 in the first two cases, and size() is unknown again.
+    /// bytes written, which size() then returns too. A device that is null or not open for writing
+    /// gives 0, and nothing changes here; one that fails gives what it took, and size() is unknown
+    /// again.
     ///
     /// The layout is fixed, byte for byte, and kept although two things in it look wrong: the
     /// offsets in the Exif and the GPS sub-IFD lie 2 bytes before the data that they mean, and
@@ -318,25 +347,33 @@ public:
     /// The GPS tags that are present, in ascending order.
     QList<GpsTag> gpsTags() const;
 
-    /// Whether the tag is present, be its value null.
+    /// Whether the image \a tag is present, be its value null.
     bool contains(ImageTag tag) const;
+    /// Whether the extended \a tag is present.
     bool contains(ExifExtendedTag tag) const;
+    /// Whether the GPS \a tag is present.
     bool contains(GpsTag tag) const;
 
-    /// Takes the tag away; nothing happens where it is absent.
+    /// Takes the image \a tag away; nothing happens where it is absent.
     void remove(ImageTag tag);
+    /// Takes the extended \a tag away, likewise.
     void remove(ExifExtendedTag tag);
+    /// Takes the GPS \a tag away, likewise.
     void remove(GpsTag tag);
 
-    /// The tag's value, the null value where it is absent.
+    /// The value of the image \a tag, the null value where it is absent.
     QExifValue value(ImageTag tag) const;
+    /// The value of the extended \a tag, the null value where it is absent.
     QExifValue value(ExifExtendedTag tag) const;
+    /// The value of the GPS \a tag, the null value where it is absent.
     QExifValue value(GpsTag tag) const;
 
-    /// Adds the tag or replaces its value. Whether type and count are those that EXIF asks for is
-    /// the caller's business. A null value is written as a Byte with count 0.
+    /// Adds the image \a tag or replaces its \a value. Whether type and count are those that EXIF
+    /// asks for is the caller's business. A null value is written as a Byte with count 0.
     void setValue(ImageTag tag, const QExifValue& value);
+    /// Adds the extended \a tag or replaces its \a value, likewise.
     void setValue(ExifExtendedTag tag, const QExifValue& value);
+    /// Adds the GPS \a tag or replaces its \a value, likewise.
     void setValue(GpsTag tag, const QExifValue& value);
 
     /// The thumbnail, turned upright by the orientation that IFD1 gives it (a single Short or Byte
@@ -355,11 +392,11 @@ public:
     int size() const;
 
 protected:
-    /// Reads a u16 count and that many entries, fewer where the device ends before.
+    /// Reads from \a stream a u16 count and that many entries, fewer where the device ends before.
     QList<ExifIfdHeader> readIfdHeaders(QDataStream& stream) const;
 
-    /// The value of an entry. What does not fit into the entry is read at \a startPos +
-    /// ExifIfdHeader::offset of the stream's device, as far as the device goes; the stream's
+    /// The value of the entry \a header. What does not fit into the entry is read at \a startPos +
+    /// ExifIfdHeader::offset of the device of \a stream, as far as the device goes; the stream's
     /// position afterwards is unspecified. A null value, after the warning, for an unknown type.
     ///
     /// An Undefined value of up to 4 bytes is taken from ExifIfdHeader::offset, least significant
@@ -367,12 +404,12 @@ protected:
     /// Deliberate.
     QExifValue readIfdValue(QDataStream& stream, int startPos, const ExifIfdHeader& header) const;
 
-    /// Writes the 12 bytes of an entry whose data, where it does not fit, will be at \a offset.
-    /// Returns the next free offset.
+    /// Writes to \a stream the 12 bytes of the entry of \a tag and \a value, whose data, where it
+    /// does not fit, will be at \a offset. Returns the next free offset.
     quint32 writeExifHeader(QDataStream& stream, quint16 tag, const QExifValue& value,
                             quint32 offset) const;
 
-    /// Writes the data of an entry, nothing where it fitted into the entry.
+    /// Writes to \a stream the data of \a value, nothing where it fitted into its entry.
     void writeExifValue(QDataStream& stream, const QExifValue& value) const;
 
     /// The bytes that an entry costs: 12, and its data where that does not fit into the entry.

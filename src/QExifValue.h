@@ -119,11 +119,13 @@ public:
     QExifValue(const QExifValue& other);
     /// Lets go of its record, which the last handle deletes, and shares the one of \a other.
     QExifValue& operator=(const QExifValue& other);
+    /// Lets go of its record, which the last handle deletes.
     ~QExifValue();
 
     /// Whether both share one record: one is a copy of the other, or both are null. Deliberately
     /// not a comparison of contents: `QExifValue(quint32(5)) == QExifValue(quint32(5))` is false.
     bool operator==(const QExifValue& other) const;
+    /// Whether the two have records of their own: the opposite of operator==().
     bool operator!=(const QExifValue& other) const { return !(*this == other); }
 
     /// Whether this value shares the record of the default-constructed ones. A value with an empty

@@ -34,9 +34,10 @@ public:
     ///
     /// \a target must not be null; this is not checked.
     explicit QObjectEventFilter(QObject* target);
+    /// Ends the filtering.
     ~QObjectEventFilter() override;
 
-    /// What the function answers for \a watched and \a event: true consumes the event. With an
+    /// What the function answers for \a watched and \a event. True consumes the event. With an
     /// empty function the answer of QObject::eventFilter(), which lets everything pass.
     ///
     /// The function may delete the filter, also by deleting its target; it must then answer true,

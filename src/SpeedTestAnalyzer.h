@@ -33,6 +33,7 @@ class ORVAUTILS_EXPORT SpeedTestAnalyzer
 public:
     /// Starts the total timer and the step timer; \a name opens the report. Enabled.
     explicit SpeedTestAnalyzer(const QString& name);
+    /// Deletes its steps.
     ~SpeedTestAnalyzer();
 
     /// Switches recording and reporting on or off. The timers run on in either case, and the steps

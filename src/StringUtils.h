@@ -3,10 +3,6 @@
 
 // StringUtils: the text operations that the rest of the library and its hosts share, from accent
 // folding and version comparison to random names and the next free name in a list.
-//
-// All functions are static, keep no state and may be called from any thread at any time; the tables
-// of removeAccents() and of the search keys are built once, by whichever thread asks first. A
-// "character" is a UTF-16 unit (QChar) throughout. Nothing here writes to the log.
 
 #ifndef ORVAUTILS_STRINGUTILS_H
 #define ORVAUTILS_STRINGUTILS_H
@@ -19,6 +15,11 @@
 
 class QRegularExpression;
 
+/// The text operations that everything else uses.
+///
+/// All functions are static, keep no state and may be called from any thread at any time; the
+/// tables of removeAccents() and of the search keys are built once, by whichever thread asks first.
+/// A "character" is a UTF-16 unit (QChar) throughout. Nothing here writes to the log.
 class ORVAUTILS_EXPORT StringUtils
 {
 public:
@@ -181,7 +182,7 @@ public:
     /// StringUtils::byteArrayToString("\x05", 2); // "101"
     /// \endcode
     ///
-    /// Below 2 and above 36 the base is 10, and Qt warns.
+    /// Below 2 and above 36 the base is 10.
     static QString byteArrayToString(const QByteArray& bytes, int base);
 
     /// The bytes that the pairs of characters of \a s stand for in \a base.

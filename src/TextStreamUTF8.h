@@ -2,19 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // TextStreamUTF8: a text stream that always writes UTF-8 and indents lines by itself.
-//
-//     TextStreamUTF8 stream(&file);
-//     stream << "class A\n{\n";
-//     stream.incrementIndent();
-//     stream << "int a;\nint b;\n"; // two blanks in front of each
-//     stream.decrementIndent();
-//     stream << "}\n";
-//
-// Indentation is written lazily, in front of the first text of each line. What is written through
-// the QTextStream below, a formatter of code among others, goes out as it is: it is not indented,
-// and the stream does not learn where its lines start.
-//
-// A stream belongs to the thread that uses it.
 
 #ifndef ORVAUTILS_TEXTSTREAMUTF8_H
 #define ORVAUTILS_TEXTSTREAMUTF8_H
@@ -24,6 +11,23 @@
 #include <QString>
 #include <QTextStream>
 
+/// A QTextStream that always writes UTF-8 and indents lines by itself.
+///
+/// \code
+/// TextStreamUTF8 stream(&file);
+/// stream << "class A\n{\n";
+/// stream.incrementIndent();
+/// stream << "int a;\nint b;\n"; // two blanks in front of each
+/// stream.decrementIndent();
+/// stream << "}\n";
+/// \endcode
+///
+/// Indentation is written lazily, in front of the first text of each line. What is written through
+/// the QTextStream below, a formatter of code among others, goes out as it is: it is not indented,
+/// and the stream does not learn where its lines start.
+///
+/// A stream belongs to the thread that uses it.
+/// Whether writing worked, QTextStream::status() tells; nothing is logged.
 class ORVAUTILS_EXPORT TextStreamUTF8 : public QTextStream
 {
 public:
@@ -32,9 +36,10 @@ public:
     /// A stream that writes to \a device or reads from it. The device stays the caller's and must
     /// outlive the stream.
     explicit TextStreamUTF8(QIODevice* device);
-    /// A stream on the C file \a file, which stays the caller's.
+    /// A stream on the C file \a file, which stays the caller's and is open as \a openMode says.
     explicit TextStreamUTF8(FILE* file, QIODevice::OpenMode openMode = QIODevice::ReadWrite);
-    /// A stream that appends to \a string or reads from it; the string must outlive the stream.
+    /// A stream that appends to \a string or reads from it, as \a openMode says; the string must
+    /// outlive the stream.
     explicit TextStreamUTF8(QString* string, QIODevice::OpenMode openMode = QIODevice::ReadWrite);
 
     /// Sets the codec to UTF-8 again and the indent level to 0: to be called after setDevice(),

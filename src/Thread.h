@@ -92,8 +92,8 @@ public:
     /// by themselves.
     virtual void requestInterruption();
 
-    /// Emits progressThread() with the two texts, on the calling thread. May be called from any
-    /// thread; in general it is the worker's.
+    /// Emits progressThread() with \a progress_level1 and \a progress_level2, on the calling
+    /// thread. May be called from any thread; in general it is the worker's.
     void emitThreadProgress(const QString& progress_level1, const QString& progress_level2);
 
     /// With true the object deletes itself, by deleteLater(), once the thread has finished; asking

@@ -47,6 +47,7 @@ class ORVAUTILS_EXPORT Threadable : public QObject
 public:
     /// A worker without a thread and without sub-workers, owned by \a parent.
     explicit Threadable(QObject* parent = nullptr);
+    /// Leaves its sub-workers alone; those who watch this worker see it absent from now on.
     ~Threadable() override;
 
     /// Binds this worker to \a thread, and every sub-worker that is still alive likewise, through
@@ -71,7 +72,8 @@ public:
     /// that takes long asks this between its steps, and returns early.
     bool isInterruptionRequested() const;
 
-    /// Emits the bound thread's Thread::progressThread() with the two texts, on the calling thread.
+    /// Emits the bound thread's Thread::progressThread() with \a progress_level1 and
+    /// \a progress_level2, on the calling thread.
     /// Without a thread nothing happens.
     void emitThreadProgressMessages(const QString& progress_level1, const QString& progress_level2);
 

@@ -10,6 +10,7 @@
 
 #include <QString>
 
+/// A duration in words. Nothing is kept and nothing is logged. Thread: any.
 class ORVAUTILS_EXPORT TimeUtils
 {
 public:
@@ -17,13 +18,13 @@ public:
 
     /// The smallest unit that is shown.
     enum TimePrecision {
-        Year = 1,
-        Month = 2,
-        Week = 3,
-        Day = 4,
-        Hour = 5,
-        Minute = 6,
-        Second = 7,
+        Year = 1, ///< nothing is shown: there is no unit of a year
+        Month = 2, ///< nothing is shown, likewise
+        Week = 3, ///< nothing is shown, likewise
+        Day = 4, ///< "1j"
+        Hour = 5, ///< "1j 1h"
+        Minute = 6, ///< "1j 1h 1mn"
+        Second = 7, ///< "1j 1h 1mn 1sec"
         Millisecond = 8 ///< the same as Second
     };
 
@@ -41,8 +42,6 @@ public:
     ///
     /// A precision coarser than Day and a negative duration give the empty text. The units are the
     /// same in all languages.
-    ///
-    /// May be called from any thread.
     static QString msecToString(qint64 ms, TimePrecision precision);
 };
 

@@ -16,9 +16,9 @@ class QElapsedTimer;
 class ORVAUTILS_EXPORT UnitTestInfo
 {
 public:
-    /// The step that ends now: its milliseconds are what \a timer, which must be running, has
-    /// counted since it was started. The timer is read and restarted at once, so that no time is
-    /// lost between one step and the next.
+    /// The step \a stepLabel, which ends now: its milliseconds are what \a timer, which must be
+    /// running, has counted since it was started. The timer is read and restarted at once, so that
+    /// no time is lost between one step and the next.
     UnitTestInfo(const QString& stepLabel, QElapsedTimer& timer);
 
     /// The label, one blank, and the milliseconds as StringUtils::formatDurationFromMSec() writes

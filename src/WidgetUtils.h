@@ -103,7 +103,8 @@ public:
     /// milliseconds. The animation deletes itself; it belongs to the widget and goes with it.
     static void showAnimated(QWidget* widget, int durationMs);
 
-    /// Starts the same animation from 1.0 to 0 and hides \a widget at once. That the hiding does
+    /// Starts the same animation of \a durationMs milliseconds from 1.0 to 0 and hides \a widget at
+    /// once. That the hiding does
     /// not wait for the animation is deliberate. The opacity ends at 0: the next showAnimated()
     /// brings the window back, a plain show() would show it transparent.
     static void hideAnimated(QWidget* widget, int durationMs);

@@ -4,10 +4,12 @@
 #include "QExifImageHeader.h"
 
 #include "LogCapture.h"
+#include "OrdinaryUser.h"
 
 #include <QBuffer>
 #include <QColor>
 #include <QCryptographicHash>
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -16,6 +18,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <random>
@@ -23,6 +26,13 @@
 #ifdef Q_OS_UNIX
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utime.h>
+#endif
+#ifdef Q_OS_LINUX
+#include <cerrno>
+#include <sys/xattr.h>
 #endif
 
 using Header = QExifImageHeader;
@@ -487,6 +497,23 @@ private slots:
     void saveFailedWrite();
     void saveOnFullDisk();
     void saveIgnoresPosition();
+#ifdef Q_OS_UNIX
+    void saveReplacesFile_data();
+    void saveReplacesFile();
+    void saveLeavesSameFile();
+    void saveFollowsLink();
+    void saveKeepsNames();
+    void saveKeepsPermissions_data();
+    void saveKeepsPermissions();
+    void saveKeepsOwner();
+    void saveInForeignFolder();
+    void saveOfForeignFile();
+    void saveOfLongName();
+#endif
+#ifdef Q_OS_LINUX
+    void saveKeepsAttributes();
+    void saveKeepsAccessList();
+#endif
 
     void thumbnailOrientation_data();
     void thumbnailOrientation();
@@ -1370,6 +1397,15 @@ void tst_QExifImageHeader::overlappingValuesStayBounded()
         }
         QVERIFY(header.imageTags().size() >= 16);
         QVERIFY(total <= qint64(laid.size()) * 18);
+
+        // What lies in front of the block does not count.
+        QBuffer device;
+        device.setData(QByteArray(1000 * 1000, '\0') + laid);
+        device.open(QIODevice::ReadOnly);
+        device.seek(1000 * 1000);
+        Header behindOthers;
+        QVERIFY(behindOthers.read(&device));
+        QCOMPARE(behindOthers.imageTags(), header.imageTags());
     }
 }
 
@@ -2345,6 +2381,341 @@ void tst_QExifImageHeader::saveIgnoresPosition()
     QVERIFY(!header.saveToJpeg(&embedded));
     QCOMPARE(embedded.data(), content);
 }
+
+#ifdef Q_OS_UNIX
+
+/// What the system tells of a file.
+static struct stat statusOf(const QString& fileName)
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(fileName).constData(), &status) != 0)
+        qFatal("no status of %s", qPrintable(fileName));
+    return status;
+}
+
+static QStringList everythingIn(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                  | QDir::NoDotAndDotDot);
+}
+
+/// A file that a new segment makes longer, and what saving the header of fillWithOrientation()
+/// makes of it.
+static QByteArray shortFile()
+{
+    return soi() + jfif() + scan();
+}
+static QByteArray shortFileSaved()
+{
+    return soi() + jfif() + exifSegment(orientationBlock()) + scan();
+}
+
+void tst_QExifImageHeader::saveReplacesFile_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<bool>("replaced");
+
+    const auto padded = [](int size) { return orientationBlock() + QByteArray(size - 40, '\0'); };
+    const auto withX = [](QByteArray bytes, const QVector<int>& positions) {
+        for (const int position : positions)
+            bytes[position] = 'x';
+        return bytes;
+    };
+    QTest::newRow("inserted") << shortFile() << shortFileSaved() << true;
+    QTest::newRow("grows") << soi() + exifSegment("small") + scan()
+                           << soi() + exifSegment(orientationBlock()) + scan() << true;
+    QTest::newRow("grows, large file")
+        << soi() + exifSegment("small") + QByteArray(1000003, 's')
+        << soi() + exifSegment(orientationBlock()) + QByteArray(1000003, 's') << true;
+    QTest::newRow("same size") << soi() + exifSegment(QByteArray(40, 'x')) + scan()
+                               << soi() + exifSegment(orientationBlock()) + scan() << false;
+    // SOI, marker, length and "Exif" with its NULs take 12 bytes.
+    QTest::newRow("up to the end of a block of 4096 bytes")
+        << soi() + exifSegment(QByteArray(4096 - 12, 'x')) + scan()
+        << soi() + exifSegment(padded(4096 - 12)) + scan() << false;
+    QTest::newRow("one byte beyond") << soi() + exifSegment(QByteArray(4097 - 12, 'x')) + scan()
+                                     << soi() + exifSegment(padded(4097 - 12)) + scan() << true;
+    const QByteArray wanted = soi() + exifSegment(padded(9000)) + scan();
+    QTest::newRow("in the second block alone") << withX(wanted, {4096, 8191}) << wanted << false;
+    QTest::newRow("on both sides of a border") << withX(wanted, {4095, 4096}) << wanted << true;
+    QTest::newRow("at both ends") << withX(wanted, {20, 9011}) << wanted << true;
+    QTest::newRow("last byte of the segment") << withX(wanted, {9011}) << wanted << false;
+    QTest::newRow("EXIF cut short by the end, length corrected")
+        << soi() + Laid(big).u16(0xFFE1).u16(4096).all() + exifPayload(QByteArray(40, 'x'))
+        << soi() + exifSegment(orientationBlock()) << false;
+}
+
+// Bytes within one block are written into the file. Whatever a killed process could leave half done
+// comes with a new file.
+void tst_QExifImageHeader::saveReplacesFile()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QFETCH(bool, replaced);
+    QTemporaryDir folder;
+    const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
+    QVERIFY(makeFile(fileName, before));
+    const ino_t old = statusOf(fileName).st_ino;
+    // A file that is open keeps its number, which no other can have then.
+    QFile open(fileName);
+    QVERIFY(open.open(QIODevice::ReadOnly));
+
+    Header header;
+    fillWithOrientation(&header);
+    QVERIFY(header.saveToJpeg(fileName));
+    QVERIFY(contentOf(fileName) == after);
+    QCOMPARE(statusOf(fileName).st_ino != old, replaced);
+    QVERIFY(open.readAll() == (replaced ? before : after));
+    QCOMPARE(everythingIn(folder.path()), QStringList(QStringLiteral("file.jpg")));
+}
+
+// What is there already is not written again.
+void tst_QExifImageHeader::saveLeavesSameFile()
+{
+    QTemporaryDir folder;
+    const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
+    for (const QByteArray& block : {orientationBlock(), orientationBlock() + QByteArray(9000, 0)}) {
+        const QByteArray file = soi() + exifSegment(block) + scan();
+        QVERIFY(makeFile(fileName, file));
+        const utimbuf longAgo = {1000000000, 1000000000};
+        QCOMPARE(utime(QFile::encodeName(fileName).constData(), &longAgo), 0);
+        const ino_t number = statusOf(fileName).st_ino;
+        Header header;
+        fillWithOrientation(&header);
+        QVERIFY(header.saveToJpeg(fileName));
+        QVERIFY(contentOf(fileName) == file);
+        QCOMPARE(statusOf(fileName).st_mtime, time_t(1000000000));
+        QCOMPARE(statusOf(fileName).st_ino, number);
+
+        header.setValue(Header::Orientation, QExifValue(quint16(3)));
+        QVERIFY(header.saveToJpeg(fileName));
+        QVERIFY(statusOf(fileName).st_mtime > time_t(1000000000));
+    }
+}
+
+void tst_QExifImageHeader::saveFollowsLink()
+{
+    QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("photos")));
+    const QString photo = folder.filePath(QStringLiteral("photos/file.jpg"));
+    const QString link = folder.filePath(QStringLiteral("link.jpg"));
+    const QString linkToLink = folder.filePath(QStringLiteral("second.jpg"));
+    QVERIFY(makeFile(photo, shortFile()));
+    QCOMPARE(symlink("photos/file.jpg", QFile::encodeName(link).constData()), 0);
+    QCOMPARE(symlink("link.jpg", QFile::encodeName(linkToLink).constData()), 0);
+    Header header;
+    fillWithOrientation(&header);
+    QVERIFY(header.saveToJpeg(linkToLink));
+    QCOMPARE(contentOf(photo).toHex(), shortFileSaved().toHex());
+    QVERIFY(!QFileInfo(photo).isSymLink());
+    QCOMPARE(QFileInfo(link).symLinkTarget(), QFileInfo(photo).absoluteFilePath());
+    QCOMPARE(QFileInfo(linkToLink).symLinkTarget(), QFileInfo(link).absoluteFilePath());
+    QCOMPARE(everythingIn(folder.path()).size(), 3);
+    QCOMPARE(everythingIn(folder.filePath(QStringLiteral("photos"))).size(), 1);
+}
+
+// All names of a file show what was saved.
+void tst_QExifImageHeader::saveKeepsNames()
+{
+    QTemporaryDir folder;
+    const QString one = folder.filePath(QStringLiteral("one.jpg"));
+    const QString other = folder.filePath(QStringLiteral("other.jpg"));
+    QVERIFY(makeFile(one, shortFile()));
+    QCOMPARE(link(QFile::encodeName(one).constData(), QFile::encodeName(other).constData()), 0);
+    Header header;
+    fillWithOrientation(&header);
+    QVERIFY(header.saveToJpeg(one));
+    QCOMPARE(contentOf(one).toHex(), shortFileSaved().toHex());
+    QCOMPARE(contentOf(other).toHex(), shortFileSaved().toHex());
+    QCOMPARE(statusOf(one).st_ino, statusOf(other).st_ino);
+    QCOMPARE(everythingIn(folder.path()).size(), 2);
+}
+
+void tst_QExifImageHeader::saveKeepsPermissions_data()
+{
+    QTest::addColumn<int>("permissions");
+    for (const int permissions : {0600, 0640, 0604, 0666, 0755, 0700})
+        QTest::newRow(QByteArray::number(permissions, 8).constData()) << permissions;
+}
+
+void tst_QExifImageHeader::saveKeepsPermissions()
+{
+    QFETCH(int, permissions);
+    QTemporaryDir folder;
+    const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
+    QVERIFY(makeFile(fileName, shortFile()));
+    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), mode_t(permissions)), 0);
+    Header header;
+    fillWithOrientation(&header);
+    QVERIFY(header.saveToJpeg(fileName));
+    QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
+    QCOMPARE(int(statusOf(fileName).st_mode & 07777), permissions);
+}
+
+// The superuser can give files away, and does.
+void tst_QExifImageHeader::saveKeepsOwner()
+{
+    if (geteuid() != 0)
+        QSKIP("only root owns files of others");
+    QTemporaryDir folder;
+    const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
+    QVERIFY(makeFile(fileName, shortFile()));
+    QCOMPARE(chown(QFile::encodeName(fileName).constData(), 12345, 23456), 0);
+    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), 0640), 0);
+    const ino_t old = statusOf(fileName).st_ino;
+    QFile open(fileName);
+    QVERIFY(open.open(QIODevice::ReadOnly));
+    Header header;
+    fillWithOrientation(&header);
+    QVERIFY(header.saveToJpeg(fileName));
+    QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
+    const struct stat status = statusOf(fileName);
+    QVERIFY(status.st_ino != old);
+    QCOMPARE(status.st_uid, uid_t(12345));
+    QCOMPARE(status.st_gid, gid_t(23456));
+    QCOMPARE(int(status.st_mode & 07777), 0640);
+}
+
+// A folder that takes no new file: the photograph is written itself.
+void tst_QExifImageHeader::saveInForeignFolder()
+{
+    QTemporaryDir folder;
+    const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
+    QVERIFY(makeFile(fileName, shortFile()));
+    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), 0666), 0);
+    const ino_t old = statusOf(fileName).st_ino;
+    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 0555), 0);
+    bool saved = false;
+    {
+        const OrdinaryUser ordinary;
+        Header header;
+        fillWithOrientation(&header);
+        saved = header.saveToJpeg(fileName);
+    }
+    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 0700), 0);
+    QVERIFY(saved);
+    QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
+    QCOMPARE(statusOf(fileName).st_ino, old);
+}
+
+// A photograph of somebody else stays his.
+void tst_QExifImageHeader::saveOfForeignFile()
+{
+    if (geteuid() != 0)
+        QSKIP("only root makes files of others");
+    QTemporaryDir folder;
+    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 0777), 0);
+    const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
+    QVERIFY(makeFile(fileName, shortFile()));
+    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), 0666), 0);
+    const ino_t old = statusOf(fileName).st_ino;
+    {
+        const OrdinaryUser ordinary;
+        Header header;
+        fillWithOrientation(&header);
+        QVERIFY(header.saveToJpeg(fileName));
+    }
+    QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
+    QCOMPARE(statusOf(fileName).st_ino, old);
+    QCOMPARE(statusOf(fileName).st_uid, uid_t(0));
+    QCOMPARE(everythingIn(folder.path()).size(), 1);
+}
+
+// Beside a name of the greatest length there is no room for a longer one.
+void tst_QExifImageHeader::saveOfLongName()
+{
+    QTemporaryDir folder;
+    const QString fileName =
+        folder.filePath(QString(251, QLatin1Char('n')) + QStringLiteral(".jpg"));
+    QVERIFY(makeFile(fileName, shortFile()));
+    Header header;
+    fillWithOrientation(&header);
+    QVERIFY(header.saveToJpeg(fileName));
+    QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
+    QCOMPARE(everythingIn(folder.path()).size(), 1);
+}
+
+#endif // Q_OS_UNIX
+
+#ifdef Q_OS_LINUX
+
+/// Null where there is none.
+static QByteArray attributeOf(const QByteArray& path, const char* name)
+{
+    std::array<char, 2000> value;
+    const ssize_t size = getxattr(path.constData(), name, value.data(), value.size());
+    return size < 0 ? QByteArray() : QByteArray(value.data(), int(size));
+}
+
+void tst_QExifImageHeader::saveKeepsAttributes()
+{
+    QTemporaryDir folder;
+    const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
+    const QByteArray path = QFile::encodeName(fileName);
+    QVERIFY(makeFile(fileName, shortFile()));
+    const QByteArray longValue(1000, 'v');
+    if (setxattr(path.constData(), "user.comment", "a note", 6, 0) != 0 && errno == ENOTSUP)
+        QSKIP("this file system has no extended attributes");
+    QCOMPARE(setxattr(path.constData(), "user.empty", "", 0, 0), 0);
+    QCOMPARE(setxattr(path.constData(), "user.long", longValue.constData(), 1000, 0), 0);
+    Header header;
+    fillWithOrientation(&header);
+    QVERIFY(header.saveToJpeg(fileName));
+    QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
+    QCOMPARE(attributeOf(path, "user.comment"), QByteArray("a note"));
+    QCOMPARE(attributeOf(path, "user.empty"), QByteArray(""));
+    QCOMPARE(attributeOf(path, "user.long"), longValue);
+}
+
+/// An access list as Linux keeps it: the owner's rights, those of user 1000, of the group, the
+/// mask, and of all others.
+static QByteArray accessList(unsigned owner, unsigned user1000, unsigned group, unsigned others)
+{
+    const quint32 nobody = 0xFFFFFFFF;
+    Laid list(little);
+    list.u32(2);
+    list.u16(0x01).u16(owner).u32(nobody);
+    list.u16(0x02).u16(user1000).u32(1000);
+    list.u16(0x04).u16(group).u32(nobody);
+    list.u16(0x10).u16(user1000 | group).u32(nobody);
+    list.u16(0x20).u16(others).u32(nobody);
+    return list.all();
+}
+
+// The access list of the file, not the one that its folder gives to new files.
+void tst_QExifImageHeader::saveKeepsAccessList()
+{
+    QTemporaryDir folder;
+    const QByteArray folderPath = QFile::encodeName(folder.path());
+    const QString listed = folder.filePath(QStringLiteral("listed.jpg"));
+    const QString plain = folder.filePath(QStringLiteral("plain.jpg"));
+    QVERIFY(makeFile(listed, shortFile()));
+    QVERIFY(makeFile(plain, shortFile()));
+    QCOMPARE(chmod(QFile::encodeName(plain).constData(), 0640), 0);
+    const char* const access = "system.posix_acl_access";
+    const QByteArray own = accessList(6, 4, 4, 0);
+    const QByteArray ofFolder = accessList(7, 7, 7, 7);
+    if (setxattr(QFile::encodeName(listed).constData(), access, own.constData(), size_t(own.size()),
+                 0)
+            != 0
+        && errno == ENOTSUP)
+        QSKIP("this file system has no access lists");
+    QCOMPARE(setxattr(folderPath.constData(), "system.posix_acl_default", ofFolder.constData(),
+                      size_t(ofFolder.size()), 0),
+             0);
+    Header header;
+    fillWithOrientation(&header);
+    for (const QString& fileName : {listed, plain}) {
+        QVERIFY(header.saveToJpeg(fileName));
+        QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
+        QCOMPARE(int(statusOf(fileName).st_mode & 07777), 0640);
+    }
+    QCOMPARE(attributeOf(QFile::encodeName(listed), access).toHex(), own.toHex());
+    QVERIFY(attributeOf(QFile::encodeName(plain), access).isNull());
+}
+
+#endif // Q_OS_LINUX
 
 /// A block whose IFD1 has a JPEG and the given entry of Orientation (type, count, value).
 static QByteArray blockWithThumbnail(const QByteArray& jpeg, const QByteArray& orientationRest)

@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // GoogleFontFile: one catalogue of web fonts, parsed.
-//
-// The document is the font service's own list: a JSON object whose array "items" holds one object a
-// family. Nothing else of the document is looked at.
 
 #ifndef ORVAUTILS_GOOGLEFONTFILE_H
 #define ORVAUTILS_GOOGLEFONTFILE_H
@@ -20,6 +17,15 @@
 #include <QVector>
 
 /// A parsed catalogue: a value that is cheap to copy, empty and invalid until something is loaded.
+///
+/// The document is the font service's own list: a JSON object whose array "items" holds one object
+/// a family. Nothing else of the document is looked at.
+///
+/// \code
+/// GoogleFontFile catalogue;
+/// if (catalogue.loadJsonGFontFromFilePath(path))
+///     offer(catalogue.items());
+/// \endcode
 ///
 /// Thread: as for any Qt value class; reading one object from several threads is safe.
 class ORVAUTILS_EXPORT GoogleFontFile

@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 // GoogleFontLoader: the web fonts that the user can choose from, loaded on first use.
-//
-// The library carries a snapshot of the font service's list. A newer copy of the list, put into the
-// application's settings folder as "google.json", replaces it.
 
 #ifndef ORVAUTILS_GOOGLEFONTLOADER_H
 #define ORVAUTILS_GOOGLEFONTLOADER_H
@@ -17,6 +14,14 @@
 #include <QStringList>
 
 /// The shared catalogue of web fonts and its queries.
+///
+/// The library carries a snapshot of the font service's list. A newer copy of the list, put into
+/// the application's settings folder as "google.json", replaces it.
+///
+/// \code
+/// GoogleFontLoader fonts;
+/// const QString name = fonts.validName(QStringLiteral("opensans")); // "Open Sans"
+/// \endcode
 ///
 /// All instances share one catalogue; each knows by itself whether it has loaded it. The queries
 /// load it when this instance has not done so yet. Where nothing can be loaded they answer as
@@ -34,6 +39,7 @@ public:
 
     /// Loads nothing yet. \a parent owns the loader, or nobody does.
     explicit GoogleFontLoader(QObject* parent = nullptr);
+    /// The shared catalogue stays, for other instances and later ones.
     ~GoogleFontLoader() override;
 
     /// Loads the catalogue, unless this instance has done so, and returns whether it is loaded.

@@ -15,12 +15,15 @@ struct ORVAUTILS_EXPORT GoogleFontWeightDetail
     bool hasItalic = false; ///< an italic style exists
 };
 
-/// Whether both say the same of both styles.
+/// Whether \a a and \a b say the same of both styles.
+/// \relates GoogleFontWeightDetail
 inline bool operator==(const GoogleFontWeightDetail& a, const GoogleFontWeightDetail& b)
 {
     return a.hasNormal == b.hasNormal && a.hasItalic == b.hasItalic;
 }
 
+/// Whether \a a and \a b differ in a style.
+/// \relates GoogleFontWeightDetail
 inline bool operator!=(const GoogleFontWeightDetail& a, const GoogleFontWeightDetail& b)
 {
     return !(a == b);
