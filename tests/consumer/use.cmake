@@ -4,6 +4,8 @@
 # Uses the library installed under the folder `prefix`, in WORK_DIR: what CMake finds and refuses,
 # and the consumer, built with CMake and with pkg-config. With GENERATOR, CXX_COMPILER, SOURCE_DIR.
 
+include("${SOURCE_DIR}/tests/support/run.cmake")
+
 # configure(<result> <output> <source> <build> <option>...): what CMake says of a project, which may
 # fail.
 function(configure result output source build)
@@ -77,7 +79,7 @@ if(NOT PKG_CONFIG)
   message(STATUS "pkg-config not found: the consumer is built with CMake alone")
   return()
 endif()
-file(GLOB_RECURSE pc "${prefix}/*/OrvaUtils.pc")
+file(GLOB pc "${prefix}/lib*/pkgconfig/OrvaUtils.pc" "${prefix}/lib/*/pkgconfig/OrvaUtils.pc")
 get_filename_component(pc_dir "${pc}" DIRECTORY)
 get_filename_component(library_dir "${pc_dir}" DIRECTORY)
 set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
