@@ -22,6 +22,14 @@ QT_END_NAMESPACE
 
 /// Static functions on paths, file names, sizes, folder trees and file content.
 ///
+/// \code
+/// QString error;
+/// if (!FileUtils::checkWritingRightInFolder(folder, tr("Projects"), &error))
+///     QMessageBox::warning(window, title, error);
+/// else if (!FileUtils::copyDir(project, folder + QStringLiteral("/backup"), false))
+///     ... // why, the log tells
+/// \endcode
+///
 /// Paths are separated by "/" on every platform. A folder path may end with "/" or not; where that
 /// makes a difference the function says so. Everything runs on the calling thread and keeps no
 /// state, so different threads may work on different trees at the same time.
