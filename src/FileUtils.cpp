@@ -30,6 +30,9 @@
 #include <vector>
 
 #if defined(Q_OS_WIN)
+#ifndef NOMINMAX
+#define NOMINMAX // or min() and max() are macros
+#endif
 #include <windows.h>
 #endif
 
@@ -152,13 +155,13 @@ void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
              FolderContent& content)
 {
     const Walk walk = {path, parent};
-    QStringList folders;
+    std::vector<QString> folders;
     FileSystem::FolderReader reader(path, detail);
     while (reader.next()) {
         const FileSystem::Entry& entry = reader.entry();
         if (entry.kind != FileSystem::Kind::File) {
             if (leadsOn(entry, walk))
-                folders.append(joined(path, entry.name));
+                folders.push_back(joined(path, entry.name));
         } else if (entry.name.compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) != 0) {
             content.size += entry.size;
             ++content.fileCount;
@@ -166,7 +169,7 @@ void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
                 content.lastModified = entry.modified;
         }
     }
-    for (const QString& folder : qAsConst(folders))
+    for (const QString& folder : folders)
         measure(folder, detail, &walk, content);
 }
 
@@ -315,7 +318,7 @@ int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* f
 {
     const Walk walk = {path, parent};
     int count = 0;
-    QStringList folders;
+    std::vector<QString> folders;
     FileSystem::FolderReader reader(path, FileSystem::Detail::Kinds);
     while (reader.next()) {
         const FileSystem::Entry& entry = reader.entry();
@@ -326,10 +329,10 @@ int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* f
             ++count;
         } else if (recursive && leadsOn(entry, walk)
                    && (!folderFilter || folderFilter->exactMatch(entry.name))) {
-            folders.append(entry.name);
+            folders.push_back(entry.name);
         }
     }
-    for (const QString& folder : qAsConst(folders))
+    for (const QString& folder : folders)
         count += listFiles(joined(path, folder), list, true, folderFilter,
                            prefix % folder % QLatin1Char('/'), &walk);
     return count;

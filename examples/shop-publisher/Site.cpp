@@ -20,7 +20,7 @@
 
 namespace {
 
-#ifdef Q_OS_MACOS
+#ifdef Q_OS_DARWIN
 const Qt::CaseSensitivity pathCase = Qt::CaseInsensitive;
 #else
 const Qt::CaseSensitivity pathCase = Qt::CaseSensitive;
