@@ -90,11 +90,10 @@ class Table:
 
     def __str__(self):
         lines = [self.title, "-" * len(self.title),
-                 f"{'what':44} {'ours ms':>10}  {'peer':26} {'peer ms':>10} {'ratio':>7} {'promised':>9}"]
+                 f"{'what':44} {'ours ms':>10}  {'peer':26} {'peer ms':>10} {'promised':>9} {'ratio':>7}"]
         for what, ours, peer_name, peer, ratio, promised in self.rows:
-            mark = "" if promised is None else f"{promised:9.2f}"
-            if promised is not None and ratio > promised:
-                mark += "  missed"
+            limit = "" if promised is None else f"{promised:.2f}"
+            mark = " !" if promised is not None and ratio > promised else ""
             lines.append(f"{what:44} {ours * 1e3:10.2f}  {peer_name:26} {peer * 1e3:10.2f}"
-                         f" {ratio:7.2f} {mark}")
+                         f" {limit:>9} {ratio:7.2f}{mark}")
         return "\n".join(lines) + "\n"

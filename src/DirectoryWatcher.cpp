@@ -61,16 +61,28 @@ DirectoryWatcher::DirectoryWatcher(QObject* parent)
     : QObject(parent)
 { }
 
+DirectoryWatcher::~DirectoryWatcher()
+{
+    discardWatcher();
+}
+
+void DirectoryWatcher::discardWatcher()
+{
+    if (!mWatcher)
+        return;
+    mWatcher->disconnect(this);
+    // It must outlive the notification that a receiver of our signals may be called from, and so
+    // may not be destroyed as a child of this object either.
+    mWatcher->setParent(nullptr);
+    if (mNotifications > 0)
+        mWatcher->deleteLater();
+    else
+        delete mWatcher;
+}
+
 bool DirectoryWatcher::setPath(const QString& root)
 {
-    if (mWatcher) {
-        mWatcher->disconnect(this);
-        // It must outlive the notification that a receiver of our signals may be called from.
-        if (mNotifications > 0)
-            mWatcher->deleteLater();
-        else
-            delete mWatcher;
-    }
+    discardWatcher();
     mWatcher = new QFileSystemWatcher(this);
     connect(mWatcher, &QFileSystemWatcher::fileChanged, this, &DirectoryWatcher::onFilemod);
     connect(mWatcher, &QFileSystemWatcher::directoryChanged, this, &DirectoryWatcher::onDirMod);

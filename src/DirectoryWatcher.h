@@ -41,6 +41,8 @@ public:
     /// Watches nothing yet.
     explicit DirectoryWatcher(QObject* parent = nullptr);
 
+    ~DirectoryWatcher() override;
+
     /// Watches the tree under the folder \a root in the place of whatever was watched before. What
     /// stands there already is not reported.
     ///
@@ -85,6 +87,7 @@ private:
         QStringList folders;
     };
 
+    void discardWatcher();
     Entries treeOf(const QString& folder) const;
     Entries newTreesOf(const QString& folder) const;
     bool watch(const QString& folder, const Entries& entries);

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QUuid>
 
 #include <limits>
 
@@ -19,6 +20,7 @@
 
 #if defined(Q_OS_UNIX)
 #include <cerrno>
+#include <cstdio>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -30,7 +32,6 @@
 #include <sys/xattr.h>
 #endif
 #if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
-#include <cstdio>
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
@@ -111,7 +112,7 @@ class LinuxSource : public FolderReader::Source
 {
 public:
     LinuxSource(const QString& path, Detail detail)
-        : mFolder(opendir(QFile::encodeName(path).constData()))
+        : mFolder(open(QFile::encodeName(path)))
         , mDetail(detail)
     {
         mIsIntact = mFolder;
@@ -139,6 +140,16 @@ public:
     }
 
 private:
+    static DIR* open(const QByteArray& path)
+    {
+        for (;;) {
+            // Opening waits where the folder is on the network, and a signal ends the wait.
+            DIR* const folder = opendir(path.constData());
+            if (folder || errno != EINTR)
+                return folder;
+        }
+    }
+
     static bool isDotOrDotDot(const char* name)
     {
         return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
@@ -296,14 +307,22 @@ bool copyContent(int source, int destination, qint64 size)
 /// False when the content could not be stored; true also where a file system has nothing to sync.
 bool flush(int descriptor)
 {
-    return fdatasync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    while (fdatasync(descriptor) != 0) {
+        if (errno != EINTR)
+            return errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    }
+    return true;
 }
 
 /// Gives a file its final name, unless something is there already.
 bool renameNew(const QByteArray& name, const QByteArray& newName)
 {
-    if (link(name.constData(), newName.constData()) == 0)
-        return unlink(name.constData()) == 0;
+    if (link(name.constData(), newName.constData()) == 0) {
+        // The file is where it belongs. Its first name is a nuisance if it stays, and no failure.
+        if (unlink(name.constData()) != 0)
+            unlink(name.constData());
+        return true;
+    }
     // Not every file system has hard links.
     struct stat status;
     return errno != EEXIST && lstat(newName.constData(), &status) != 0
@@ -481,17 +500,6 @@ bool takeAttributes(int from, int to)
 #endif
 }
 
-/// False when the content could not be stored; true also where a file system has nothing to sync.
-bool putOnDisk(int file)
-{
-#if defined(Q_OS_UNIX)
-    return fsync(file) == 0 || errno == EINVAL || errno == ENOSYS || errno == EROFS;
-#else
-    Q_UNUSED(file)
-    return true;
-#endif
-}
-
 } // namespace
 
 FolderReader::FolderReader(const QString& path, Detail detail)
@@ -553,6 +561,19 @@ Copied copyFile(const QString& source, const QString& destination)
     return Copied::NotTried;
 }
 
+bool putOnDisk(int file)
+{
+#if defined(Q_OS_UNIX)
+    while (fsync(file) != 0) {
+        if (errno != EINTR)
+            return errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    }
+#else
+    Q_UNUSED(file)
+#endif
+    return true;
+}
+
 Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes)
 {
     const QString path = replaceablePath(*file);
@@ -569,6 +590,31 @@ Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& b
     file->close(); // some systems replace no file that is open
     // All is written: what is refused now is the new file's name, or its place.
     return replacement.commit() ? Replaced::Yes : Replaced::NotTried;
+}
+
+QString pathBeside(const QString& path)
+{
+    const QByteArray name = ".orvautils-" + QUuid::createUuid().toRfc4122().toHex();
+    return QFileInfo(path).path() + QLatin1Char('/') + QLatin1String(name);
+}
+
+bool moveOver(const QString& path, const QString& newPath, QString* error)
+{
+#if defined(Q_OS_UNIX)
+    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData())
+        == 0)
+        return true;
+    if (error)
+        *error = qt_error_string(errno);
+    return false;
+#else
+    QFile file(path);
+    if ((!QFile::exists(newPath) || QFile::remove(newPath)) && file.rename(newPath))
+        return true;
+    if (error)
+        *error = file.errorString();
+    return false;
+#endif
 }
 
 bool removeFile(const QString& path)

@@ -218,9 +218,10 @@ public:
 
     /// The whole content of the file \a path.
     ///
-    /// Empty for a file that cannot be opened, which with \a logOnFailure is logged with LogType 1
-    /// as "FileUtils::readFileContent error : ", the path and " ne peut etre ouvert !". Empty
-    /// without a record for an empty path. An empty file cannot be told from a missing one.
+    /// Empty for a file that cannot be opened or not be read to its end, which with \a logOnFailure
+    /// is logged with LogType 1 as "FileUtils::readFileContent error : ", the path and " ne peut
+    /// etre ouvert !". Empty without a record for an empty path. An empty file cannot be told from
+    /// a missing one.
     static QByteArray readFileContent(const QString& path, bool logOnFailure = true);
 
     /// Makes \a data the whole content of the file \a path, which is created, with its folder,

@@ -18,23 +18,16 @@ QString tr(const char* text)
     return QCoreApplication::translate("ProjectFileLocker", text);
 }
 
+/// Of a lock that nobody else holds and that cannot be taken all the same.
 QString reasonOf(QLockFile::LockError error)
 {
-    switch (error) {
-    case QLockFile::LockFailedError:
-        return QStringLiteral("The lock could not be acquired because another process holds it");
-    case QLockFile::PermissionError:
-        return tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
-                                    "The lock file could not be created, for lack of permissions "
-                                    "in the parent directory."));
-    case QLockFile::UnknownError:
-        return tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
-                                    "Another error happened, for instance a full partition "
-                                    "prevented writing out the lock file"));
-    case QLockFile::NoError:
-        break;
-    }
-    return QString();
+    return error == QLockFile::PermissionError
+        ? tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
+                               "The lock file could not be created, for lack of permissions in the "
+                               "parent directory."))
+        : tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
+                               "Another error happened, for instance a full partition prevented "
+                               "writing out the lock file"));
 }
 
 QString messageOf(QLockFile::LockError error, const QString& project, const QString& folder)

@@ -4,6 +4,7 @@
 #include "QExifImageHeader.h"
 
 #include "FileSystem.h"
+#include "IntactFile.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -154,7 +155,7 @@ const int inlineSize = 4;
 // No value of a real file comes near; it keeps a payload within what a Qt container holds.
 const quint64 maximumPayload = 1u << 29;
 
-// How often the values of one directory may cover the whole device before it is read no further.
+// How often the values of one directory may cover the whole block before it is read no further.
 // In a sound block they cover it less than once.
 const int maximumOverlap = 16;
 
@@ -238,8 +239,8 @@ public:
 
     ByteOrder order() const { return mOrder; }
     void setOrder(ByteOrder order) { mOrder = order; }
-    /// Of the whole device.
-    qint64 size() const { return mSize; }
+    /// From the beginning of the block to the end of the device.
+    qint64 size() const { return mSize - mStart; }
 
     /// Moves to an offset of the block, false when that lies outside of the device.
     bool seek(quint32 offset)
@@ -876,8 +877,12 @@ bool QExifImageHeader::loadFromJpeg(const QString& fileName)
     clear();
     if (fileName.isEmpty())
         return false;
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) && loadFromJpeg(&file);
+    IntactFile file(fileName);
+    const bool isLoaded = loadFromJpeg(&file);
+    // A part of a block must not pass for the whole: who saves it would lose the rest.
+    if (!file.isIntact())
+        clear();
+    return isLoaded && file.isIntact();
 }
 
 bool QExifImageHeader::loadFromJpeg(QIODevice* device)

@@ -7,8 +7,10 @@
 #include <QMutex>
 #include <QTextCodec>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <iterator>
 #include <mutex>
 #include <utility>
 
@@ -152,13 +154,13 @@ const EncodingPrefix encodingPrefixes[] = {
     {QExifValue::UndefinedEncoding, {0, 0, 0, 0, 0, 0, 0, 0}},
 };
 
+/// Of any encoding but NoEncoding, which has none.
 QByteArray prefixOf(QExifValue::TextEncoding encoding)
 {
-    for (const EncodingPrefix& prefix : encodingPrefixes) {
-        if (prefix.encoding == encoding)
-            return QByteArray(prefix.bytes, encodingPrefixLength);
-    }
-    return QByteArray();
+    const auto* const prefix = std::find_if(
+        std::begin(encodingPrefixes), std::end(encodingPrefixes),
+        [encoding](const EncodingPrefix& candidate) { return candidate.encoding == encoding; });
+    return QByteArray(prefix->bytes, encodingPrefixLength);
 }
 
 QTextCodec* jisCodec()
@@ -177,20 +179,23 @@ QString fromLocal8Bit(const QByteArray& text)
     return QString::fromLocal8Bit(text.constData(), text.size());
 }
 
-/// The record of a text; the null record where its encoding needs a codec that is missing.
+/// The record of a text that the codec encodes; the null record where there is no codec.
+QExifValuePrivate* textRecord(const QString& text, QExifValue::TextEncoding encoding,
+                              const QTextCodec* codec)
+{
+    return codec ? byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(text))
+                 : sharedNullRecord();
+}
+
 QExifValuePrivate* textRecord(const QString& text, QExifValue::TextEncoding encoding)
 {
     switch (encoding) {
     case QExifValue::AsciiEncoding:
         return byteArrayRecord(prefixOf(encoding) + text.toLatin1());
     case QExifValue::JisEncoding:
-        if (QTextCodec* const codec = jisCodec())
-            return byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(text));
-        return sharedNullRecord();
+        return textRecord(text, encoding, jisCodec());
     case QExifValue::UnicodeEncoding:
-        if (QTextCodec* const codec = unicodeCodec())
-            return byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(text));
-        return sharedNullRecord();
+        return textRecord(text, encoding, unicodeCodec());
     case QExifValue::UndefinedEncoding:
         return byteArrayRecord(prefixOf(encoding) + text.toLocal8Bit());
     case QExifValue::NoEncoding:

@@ -392,6 +392,9 @@ QString StringUtils::byteArrayToString(const QByteArray& bytes, int base)
 {
     if (base == 16)
         return QString::fromLatin1(bytes.toHex());
+    // Qt would divide by a base of 0.
+    if (base < 2 || base > 36)
+        base = 10;
     QString text;
     for (const char byte : bytes)
         text += QString::number(uchar(byte), base).rightJustified(2, QLatin1Char('0'));

@@ -182,7 +182,7 @@ public:
     /// StringUtils::byteArrayToString("\x05", 2); // "101"
     /// \endcode
     ///
-    /// Below 2 and above 36 the base is 10, and Qt warns.
+    /// Below 2 and above 36 the base is 10.
     static QString byteArrayToString(const QByteArray& bytes, int base);
 
     /// The bytes that the pairs of characters of \a s stand for in \a base.

@@ -115,6 +115,9 @@ void tst_ColorUtils::interpolate_data()
                                  << QColor(0, 0, 0);
     QTest::newRow("below 0") << a << b << -1.0 << QColor();
     QTest::newRow("above 255") << a << b << 3.0 << QColor();
+    // Further than an int goes.
+    QTest::newRow("far above") << a << b << 1e12 << QColor();
+    QTest::newRow("far below") << a << b << -1e12 << QColor();
     QTest::newRow("no number") << a << b << std::numeric_limits<double>::quiet_NaN() << QColor();
     QTest::newRow("infinite") << a << b << std::numeric_limits<double>::infinity() << QColor();
 }

@@ -12,6 +12,8 @@
 
 #include <cstdio>
 
+#include <sys/resource.h>
+
 class tst_ComputerIdentifier : public QObject
 {
     Q_OBJECT
@@ -24,6 +26,7 @@ private slots:
     void debugWritesFourWarnings();
     void interfacesOfAnotherMachine_data();
     void interfacesOfAnotherMachine();
+    void noInterfaces();
 };
 
 void tst_ComputerIdentifier::noProductId()
@@ -114,6 +117,22 @@ void tst_ComputerIdentifier::interfacesOfAnotherMachine()
     QVERIFY(child.waitForFinished());
     QCOMPARE(child.exitCode(), 0);
     QCOMPARE(QString::fromLatin1(child.readAllStandardOutput()), address);
+}
+
+void tst_ComputerIdentifier::noInterfaces()
+{
+    // Qt asks the system through a socket, which nobody gets who may open no more files.
+    struct rlimit usual;
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const struct rlimit none = {0, usual.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const QString address = ComputerIdentifier::primaryMACAddress();
+    const QString identifier = ComputerIdentifier::uniqueIdentifier();
+    const int interfaces = QNetworkInterface::allInterfaces().size();
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    QCOMPARE(interfaces, 0);
+    QCOMPARE(address, QString());
+    QCOMPARE(identifier, QString());
 }
 
 // With --identify the program is the other machine: it prints its address and nothing else.

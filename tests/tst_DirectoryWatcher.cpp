@@ -94,6 +94,12 @@ private slots:
     void anotherPath();
     void anotherPathFromReceiver();
     void deletedByReceiver();
+    void deletedAtOnceByReceiver_data();
+    void deletedAtOnceByReceiver();
+    void deletedAtOnceInSecondLook_data();
+    void deletedAtOnceInSecondLook();
+    void anotherPathInSecondLook();
+    void newsByReceiverInSecondLook();
     void destroyedBeforeSecondLook();
     void slotsByHand();
     void manyFilesInOneFolder();
@@ -557,6 +563,151 @@ void tst_DirectoryWatcher::deletedByReceiver()
         QTRY_VERIFY(guard.isNull());
         QVERIFY(called);
     }
+}
+
+void tst_DirectoryWatcher::deletedAtOnceByReceiver_data()
+{
+    QTest::addColumn<bool>("byPlatform"); // or the slot is called by hand
+    QTest::addColumn<QString>("change");
+    for (const bool byPlatform : {true, false}) {
+        for (const char* change : {"add", "modify", "remove"}) {
+            QTest::newRow((QByteArray(change) + (byPlatform ? "" : ", by hand")).constData())
+                << byPlatform << QString::fromLatin1(change);
+        }
+    }
+}
+
+void tst_DirectoryWatcher::deletedAtOnceByReceiver()
+{
+    QFETCH(bool, byPlatform);
+    QFETCH(QString, change);
+    const bool adds = change == QLatin1String("add");
+    // Several, so that the platform has more to tell when the watcher is gone.
+    QStringList files;
+    for (int i = 0; i < 5; ++i)
+        files.append(path(QString::number(i)));
+    makeFolder(path(QStringLiteral("sub")));
+    if (!adds) {
+        for (const QString& file : qAsConst(files))
+            write(file, "x");
+    }
+    auto* watcher = new DirectoryWatcher;
+    QVERIFY(watcher->setPath(mRoot));
+    if (!byPlatform)
+        watcher->findChild<QFileSystemWatcher*>()->blockSignals(true);
+    const QPointer<DirectoryWatcher> guard(watcher);
+    int calls = 0;
+    const auto destroy = [&] {
+        ++calls;
+        delete watcher;
+    };
+    connect(watcher, &DirectoryWatcher::addedFiles, this, destroy);
+    connect(watcher, &DirectoryWatcher::modifiedFile, this, destroy);
+    connect(watcher, &DirectoryWatcher::deletedFile, this, destroy);
+    for (const QString& file : qAsConst(files)) {
+        if (change == QLatin1String("remove"))
+            QVERIFY(QFile::remove(file));
+        else
+            write(file, "content");
+    }
+    write(path(QStringLiteral("sub/new")), "x");
+    if (!byPlatform && adds)
+        watcher->onDirMod(mRoot);
+    else if (!byPlatform)
+        watcher->onFilemod(files.first());
+    QTRY_VERIFY(guard.isNull());
+    QTest::qWait(50);
+    QCOMPARE(calls, 1);
+}
+
+void tst_DirectoryWatcher::deletedAtOnceInSecondLook_data()
+{
+    QTest::addColumn<bool>("adds");
+    QTest::newRow("new file") << true;
+    QTest::newRow("vanished file") << false;
+}
+
+void tst_DirectoryWatcher::deletedAtOnceInSecondLook()
+{
+    QFETCH(bool, adds);
+    write(path(QStringLiteral("a")), "a");
+    write(path(QStringLiteral("b")), "b");
+    auto* watcher = new DirectoryWatcher;
+    QVERIFY(watcher->setPath(mRoot));
+    // What happens now the platform does not tell: the second look has to find it.
+    watcher->findChild<QFileSystemWatcher*>()->blockSignals(true);
+    const QPointer<DirectoryWatcher> guard(watcher);
+    QStringList calls;
+    const auto destroy = [&](const QString& file) {
+        calls.append(file);
+        delete watcher;
+    };
+    connect(watcher, adds ? &DirectoryWatcher::addedFiles : &DirectoryWatcher::deletedFile, this,
+            destroy);
+    watcher->onDirMod(mRoot);
+    if (adds) {
+        write(path(QStringLiteral("c")), "c");
+        write(path(QStringLiteral("d")), "d");
+    } else {
+        QVERIFY(QFile::remove(path(QStringLiteral("a"))));
+        QVERIFY(QFile::remove(path(QStringLiteral("b"))));
+    }
+    QVERIFY(!guard.isNull());
+    QTRY_VERIFY(guard.isNull());
+    QTest::qWait(20);
+    QCOMPARE(calls.size(), 1);
+}
+
+void tst_DirectoryWatcher::anotherPathInSecondLook()
+{
+    const QString other = mDir->path() + QStringLiteral("/other");
+    makeFolder(other);
+    for (const bool adds : {true, false}) {
+        write(path(QStringLiteral("a")), "a");
+        write(path(QStringLiteral("b")), "b");
+        DirectoryWatcher watcher;
+        QVERIFY(watcher.setPath(mRoot));
+        watcher.findChild<QFileSystemWatcher*>()->blockSignals(true);
+        QStringList calls;
+        const auto turnAway = [&](const QString& file) {
+            calls.append(file);
+            watcher.setPath(other);
+        };
+        connect(&watcher, adds ? &DirectoryWatcher::addedFiles : &DirectoryWatcher::deletedFile,
+                this, turnAway);
+        watcher.onDirMod(mRoot);
+        if (adds) {
+            write(path(QStringLiteral("c")), "c");
+            write(path(QStringLiteral("d")), "d");
+        } else {
+            QVERIFY(QFile::remove(path(QStringLiteral("a"))));
+            QVERIFY(QFile::remove(path(QStringLiteral("b"))));
+        }
+        QTRY_VERIFY(!calls.isEmpty());
+        QTest::qWait(20);
+        QCOMPARE(calls.size(), 1); // what stands in the former tree is nobody's concern any more
+    }
+}
+
+void tst_DirectoryWatcher::newsByReceiverInSecondLook()
+{
+    const QStringList files = {path(QStringLiteral("a")), path(QStringLiteral("b"))};
+    for (const QString& file : files)
+        write(file, "x");
+    DirectoryWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    watcher.findChild<QFileSystemWatcher*>()->blockSignals(true);
+    const QSignalSpy deleted(&watcher, &DirectoryWatcher::deletedFile);
+    connect(&watcher, &DirectoryWatcher::deletedFile, &watcher, [&](const QString& file) {
+        if (deleted.count() == 1)
+            watcher.onFilemod(file == files.at(0) ? files.at(1) : files.at(0));
+    });
+    watcher.onDirMod(mRoot);
+    for (const QString& file : files)
+        QVERIFY(QFile::remove(file));
+    QTRY_COMPARE(deleted.count(), 2);
+    QTest::qWait(20);
+    QCOMPARE(pathsOf(deleted), files);
 }
 
 void tst_DirectoryWatcher::destroyedBeforeSecondLook()

@@ -146,6 +146,8 @@ void tst_DrawUtils::smoothPixmap_data()
     QTest::addColumn<bool>("allSeen"); // whether every pixel of the source has its share
     QTest::newRow("scaled first: 60 into 6") << QSize(60, 60) << QRect(3, 4, 6, 6) << true;
     QTest::newRow("wide alone is enough") << QSize(60, 6) << QRect(3, 4, 6, 60) << true;
+    QTest::newRow("high alone is enough") << QSize(45, 600) << QRect(3, 4, 4, 6) << true;
+    QTest::newRow("flat alone is enough") << QSize(600, 600) << QRect(3, 4, 55, 6) << true;
     QTest::newRow("50 is not larger than 50") << QSize(50, 50) << QRect(3, 4, 5, 5) << false;
     QTest::newRow("50 is not smaller than 50") << QSize(600, 600) << QRect(3, 4, 50, 50) << false;
 }

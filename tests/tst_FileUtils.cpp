@@ -376,6 +376,7 @@ private slots:
 
     void linkLoopsAreWalkedOnce();
     void namesThatAreNoText();
+    void folderNamesThatAreNoText();
     void manyLevels();
 
     void forceDirectoryCreation_data();
@@ -2191,6 +2192,47 @@ void tst_FileUtils::namesThatAreNoText()
     struct stat status;
     QCOMPARE(lstat(path.constData(), &status), 0);
     ::unlink(path.constData());
+}
+
+void tst_FileUtils::folderNamesThatAreNoText()
+{
+    if (portable)
+        QSKIP("Qt's classes do not show such names, and Linux alone has them");
+    Sandbox box;
+    box.folder("s"_s);
+    const QByteArray path = QFile::encodeName(box("s/caf"_s)) + '\xe9';
+    if (::mkdir(path.constData(), 0755) != 0)
+        QSKIP("this file system does not take such names");
+    const QByteArray inside = path + "/file";
+    const int file = ::open(inside.constData(), O_CREAT | O_WRONLY, 0644);
+    QVERIFY(file >= 0);
+    QCOMPARE(::write(file, "12345", 5), ssize_t(5));
+    ::close(file);
+
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box("s"_s), list, true), 0);
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(box("s"_s), list, true));
+    QVERIFY(FileUtils::listFolderName(box("s"_s), list));
+    QCOMPARE(list, QStringList());
+    QCOMPARE(FileUtils::folderSize(box("s"_s)), qint64(0));
+    QCOMPARE(FileUtils::removeEmptyDirs(box("s"_s), true), 0);
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box("s"_s), box("d"_s), false));
+    QCOMPARE(log.lines(),
+             QStringList("warning orvautils FileUtils copyDir: unable to copy "_s
+                         + box("s/caf\ufffd"_s) + " to "_s + box("d/caf\ufffd"_s)));
+    log.take();
+    QVERIFY(!FileUtils::removeContentDirectory(box("s"_s), true));
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively "_s
+            + box("s/caf\ufffd"_s)));
+    QVERIFY(!FileUtils::old::removeDirectory(box("s"_s), true));
+    struct stat status;
+    QCOMPARE(lstat(inside.constData(), &status), 0);
+    ::unlink(inside.constData());
+    ::rmdir(path.constData());
 }
 
 void tst_FileUtils::manyLevels()

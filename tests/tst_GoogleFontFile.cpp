@@ -81,6 +81,7 @@ private slots:
     void indexFollowsFileOrder();
     void indexAgreesWithLinearSearch();
     void indexOfEveryCase();
+    void indexOfHalfCharacters();
     void copiesAreValues();
 
 private:
@@ -433,6 +434,19 @@ void tst_GoogleFontFile::indexOfEveryCase()
                      qPrintable(name));
         }
     }
+}
+
+void tst_GoogleFontFile::indexOfHalfCharacters()
+{
+    // The first half of a character beyond the BMP, at the end and in front of something else. In
+    // JSON they stand as escapes.
+    GoogleFontFile file;
+    QVERIFY(file.loadJsonGFontFromBynaryDatas(
+        R"({"items": [{"family": "a\ud801"}, {"family": "\ud801b"}, {"family": "\udc00C"}]})"));
+    QCOMPARE(file.indexOf(QStringLiteral("A") + QChar(0xd801)), 0);
+    QCOMPARE(file.indexOf(QChar(0xd801) + QStringLiteral("B")), 1);
+    QCOMPARE(file.indexOf(QChar(0xdc00) + QStringLiteral("c")), 2);
+    QCOMPARE(file.indexOf(QString(QChar(0xd801))), -1);
 }
 
 void tst_GoogleFontFile::copiesAreValues()

@@ -162,6 +162,8 @@ void tst_GoogleFontItem::lastModified_data()
                              "20a2-02-25",
                              "2022-0b-25",
                              "2022-02-2c",
+                             "/022-02-25",
+                             "2022-02-2:",
                              "25-02-2022",
                              "today"})
         QTest::newRow(text) << QDate();

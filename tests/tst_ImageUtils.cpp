@@ -343,12 +343,14 @@ private slots:
     void ontoFolder();
     void ontoFileInReadOnlyFolder();
     void newFileInReadOnlyFolder();
+    void newFileWhoseNameIsTooLong();
     void fullDisk_data();
     void fullDisk();
     void newFileHasUsualPermissions();
 
     void reducedDecoding_data();
     void reducedDecoding();
+    void reducedToOnePixel();
     void realPhotographs();
     void realPhotographsReduced_data();
     void realPhotographsReduced();
@@ -360,6 +362,7 @@ private slots:
     void scaledPixmapFromFilepath_data();
     void scaledPixmapFromFilepath();
     void fusionImage();
+    void fusionImageOnTransparency();
     void fusionImageFailures();
 
     void imageExtensions_data();
@@ -1226,6 +1229,19 @@ void tst_ImageUtils::newFileInReadOnlyFolder()
     QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x7777)));
 }
 
+void tst_ImageUtils::newFileWhoseNameIsTooLong()
+{
+    store(path("source.jpg"), jpeg(picture(400, 300)));
+    const QString copy = mFolder->filePath(QString(300, QLatin1Char('x')) + QLatin1String(".jpg"));
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), copy, true, QSize(100, 100), noOption));
+    QCOMPARE(log.lines(),
+             QStringList(warning(QStringLiteral("importImageFile can't save  ") + copy
+                                 + QStringLiteral(" jpeg QSize(100, 75) maxSizeImage= "
+                                                  "QSize(100, 100)"))));
+    QCOMPARE(namesIn(mFolder->path()), QStringList(QStringLiteral("source.jpg")));
+}
+
 void tst_ImageUtils::fullDisk_data()
 {
     QTest::addColumn<int>("bytes");
@@ -1346,6 +1362,22 @@ void tst_ImageUtils::reducedDecoding()
                     .scaled(expected, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
                 "jpeg", 100));
     QVERIFY2(psnr(copy, plain) >= 38, qPrintable(QString::number(psnr(copy, plain))));
+}
+
+void tst_ImageUtils::reducedToOnePixel()
+{
+    // Half of it is too small to hold any detail.
+    QImage whole(4, 4, QImage::Format_RGB32);
+    whole.fill(QColor(200, 100, 50));
+    store(path("source.jpg"), jpeg(whole));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(1, 1),
+                                      noOption, 100));
+    const QImage copy(path("copy.jpg"));
+    QCOMPARE(copy.size(), QSize(1, 1));
+    const QColor color = copy.pixelColor(0, 0);
+    QVERIFY(qAbs(color.red() - 200) <= 4);
+    QVERIFY(qAbs(color.green() - 100) <= 4);
+    QVERIFY(qAbs(color.blue() - 50) <= 4);
 }
 
 void tst_ImageUtils::realPhotographsReduced_data()
@@ -1587,6 +1619,27 @@ void tst_ImageUtils::fusionImage()
     QCOMPARE(out.pixel(7, 4), qRgb(0, 0, 255));
 }
 
+void tst_ImageUtils::fusionImageOnTransparency()
+{
+    QImage below(4, 2, QImage::Format_ARGB32);
+    below.fill(qRgba(0, 0, 255, 0));
+    below.setPixel(3, 1, qRgba(0, 0, 255, 255));
+    QImage above(2, 2, QImage::Format_ARGB32);
+    above.fill(qRgba(255, 0, 0, 255));
+    above.setPixel(0, 0, qRgba(0, 0, 0, 0));
+    const QString folder = mFolder->path() + QLatin1Char('/');
+    store(path("below.png"), encoded(below, "png"));
+    store(path("above.png"), encoded(above, "png"));
+    QVERIFY(ImageUtils::fusionImage(folder, QStringLiteral("below.png"),
+                                    QStringLiteral("above.png"), QColor(),
+                                    QStringLiteral("out.png")));
+    const QImage out = QImage(path("out.png")).convertToFormat(QImage::Format_ARGB32);
+    QCOMPARE(qAlpha(out.pixel(0, 0)), 0);
+    QCOMPARE(out.pixel(1, 1), qRgba(255, 0, 0, 255));
+    QCOMPARE(qAlpha(out.pixel(2, 0)), 0);
+    QCOMPARE(out.pixel(3, 1), qRgba(0, 0, 255, 255));
+}
+
 void tst_ImageUtils::fusionImageFailures()
 {
     const QString folder = mFolder->path() + QLatin1Char('/');
@@ -1806,6 +1859,9 @@ void tst_ImageUtils::labelPixmap_data()
     QTest::newRow("0") << QSize(400, 300) << 0 << QSize(0, 0) << QSize(400, 300);
     QTest::newRow("negative") << QSize(400, 300) << -5 << QSize(0, 0) << QSize(400, 300);
     QTest::newRow("null") << QSize(0, 0) << 100 << QSize(100, 100) << QSize(0, 0);
+    // A pixmap of twice the size of such a label would fit into no memory.
+    QTest::newRow("immense") << QSize(40, 40) << 16000000 << QSize(16000000, 16000000)
+                             << QSize(40, 40);
 }
 
 void tst_ImageUtils::labelPixmap()

@@ -73,6 +73,32 @@ struct StaticValues
     QExifValue null;
 } staticValues;
 
+/// Stands for the codec that a platform may bring: two bytes for a character, the high one first.
+class JisCodec : public QTextCodec
+{
+public:
+    QByteArray name() const override { return "JIS X 0208"; }
+    int mibEnum() const override { return 63; }
+
+protected:
+    QString convertToUnicode(const char* bytes, int length, ConverterState*) const override
+    {
+        QString text;
+        for (int i = 0; i + 1 < length; i += 2)
+            text += QChar(uchar(bytes[i + 1]), uchar(bytes[i]));
+        return text;
+    }
+    QByteArray convertFromUnicode(const QChar* text, int length, ConverterState*) const override
+    {
+        QByteArray bytes;
+        for (int i = 0; i < length; ++i) {
+            bytes += char(text[i].row());
+            bytes += char(text[i].cell());
+        }
+        return bytes;
+    }
+};
+
 QByteArray asciiPrefix()
 {
     return QByteArray("ASCII\0\0\0", 8);
@@ -136,6 +162,7 @@ private slots:
     void sharedBetweenThreads();
     void nullFromThreads();
     void logsNothing();
+    void jisEncodingWithACodec();
 };
 
 void tst_QExifValue::numbers()
@@ -767,6 +794,21 @@ void tst_QExifValue::logsNothing()
     value.toRational();
     QExifValue(QStringLiteral("\u20ac"), QExifValue::JisEncoding).toString();
     QVERIFY(log.records().isEmpty());
+}
+
+// Stands last: a codec stays for the rest of the program.
+void tst_QExifValue::jisEncodingWithACodec()
+{
+    if (!QTextCodec::codecForName("JIS X 0208"))
+        new JisCodec; // owned by Qt
+    const QString text = QStringLiteral("\u65e5\u672c");
+    const QExifValue value(text, QExifValue::JisEncoding);
+    QCOMPARE(int(value.type()), int(QExifValue::Undefined));
+    QVERIFY(value.toByteArray().startsWith(jisPrefix()));
+    QCOMPARE(value.count(), quint32(value.toByteArray().size()));
+    QVERIFY(value.count() > 8);
+    QCOMPARE(value.encoding(), QExifValue::JisEncoding);
+    QCOMPARE(value.toString(), text);
 }
 
 QTEST_GUILESS_MAIN(tst_QExifValue)

@@ -644,6 +644,9 @@ void tst_StringUtils::byteArrayToString_data()
     row("09ff0a", 10, "0925510");
     row("0708ff", 8, "0710377");
     row("ff23", 36, "730z"); // 255 = 7 * 36 + 3; 35 = z
+    // There are no such bases.
+    for (const int base : {-16, -1, 0, 1, 37, 1000})
+        row("09ff0a", base, "0925510");
 }
 
 void tst_StringUtils::byteArrayToString()

@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The constructors of QExifValue and the converters that lead back.
+
+#include "Fuzz.h"
+#include "QExifValue.h"
+
+#include <QDateTime>
+#include <QTextCodec>
+
+namespace {
+
+/// The n-th element for Integer from the input, or pairs of them.
+template <typename Integer>
+void consume(FuzzedDataProvider& input, Integer* value)
+{
+    *value = input.ConsumeIntegral<Integer>();
+}
+
+template <typename Integer>
+void consume(FuzzedDataProvider& input, QPair<Integer, Integer>* value)
+{
+    consume(input, &value->first);
+    consume(input, &value->second);
+}
+
+template <typename Element>
+QVector<Element> elements(FuzzedDataProvider& input)
+{
+    QVector<Element> values(input.ConsumeIntegralInRange<int>(0, 40));
+    for (Element& value : values)
+        consume(input, &value);
+    return values;
+}
+
+/// The two ways into a value of one type, and the two that lead back.
+template <typename Element>
+void checkNumbers(FuzzedDataProvider& input, QExifValue::Type type,
+                  Element (QExifValue::*single)() const,
+                  QVector<Element> (QExifValue::*all)() const)
+{
+    const QVector<Element> numbers = elements<Element>(input);
+    const QExifValue value(numbers);
+    FUZZ_PROMISE(!value.isNull() && value.type() == type);
+    FUZZ_PROMISE(value.count() == quint32(numbers.size()));
+    FUZZ_PROMISE((value.*all)() == numbers);
+    FUZZ_PROMISE((value.*single)() == (numbers.size() == 1 ? numbers.first() : Element()));
+    if (!numbers.isEmpty()) {
+        const QExifValue one(numbers.first());
+        FUZZ_PROMISE(one.type() == type && one.count() == 1);
+        FUZZ_PROMISE((one.*single)() == numbers.first());
+        FUZZ_PROMISE((one.*all)() == QVector<Element>{numbers.first()});
+    }
+    FUZZ_PROMISE(value.toString().isNull() && !value.toDateTime().isValid());
+    FUZZ_PROMISE(value.toByteArray().isEmpty() && value.encoding() == QExifValue::NoEncoding);
+}
+
+bool isLatin1(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 256; });
+}
+
+/// Whether every half of a surrogate pair has its other half.
+bool isWellFormed(const QString& text)
+{
+    return QString::fromUcs4(text.toUcs4().constData(), text.toUcs4().size()) == text
+        && !text.toUcs4().contains(QChar::ReplacementCharacter);
+}
+
+void checkText(const QString& text)
+{
+    const QExifValue plain(text);
+    FUZZ_PROMISE(plain.type() == QExifValue::Ascii);
+    FUZZ_PROMISE(plain.count() == quint32(text.size()) + 1);
+    FUZZ_PROMISE(plain.toString() == text);
+    FUZZ_PROMISE(plain.toByteArray() == text.toLatin1());
+    FUZZ_PROMISE(plain.encoding() == QExifValue::NoEncoding);
+    // A time is read from nineteen characters, and is the one that they say.
+    const QDateTime time = plain.toDateTime();
+    if (time.isValid()) {
+        FUZZ_PROMISE(text.size() == 19);
+        FUZZ_PROMISE(QExifValue(time).toDateTime() == time);
+    }
+
+    const QExifValue ascii(text, QExifValue::AsciiEncoding);
+    FUZZ_PROMISE(ascii.type() == QExifValue::Undefined);
+    FUZZ_PROMISE(ascii.count() == quint32(text.size()) + 8);
+    FUZZ_PROMISE(ascii.toByteArray() == QByteArray("ASCII\0\0\0", 8) + text.toLatin1());
+    if (!text.isEmpty()) {
+        FUZZ_PROMISE(ascii.encoding() == QExifValue::AsciiEncoding);
+        if (isLatin1(text))
+            FUZZ_PROMISE(ascii.toString() == text);
+    }
+
+    const QExifValue unicode(text, QExifValue::UnicodeEncoding);
+    if (!unicode.isNull() && !text.isEmpty()) {
+        FUZZ_PROMISE(unicode.encoding() == QExifValue::UnicodeEncoding);
+        // A byte-order mark in front is taken for one.
+        if (isWellFormed(text) && text.at(0).unicode() != 0xfeff && text.at(0).unicode() != 0xfffe)
+            FUZZ_PROMISE(unicode.toString() == text);
+    }
+
+    const QExifValue undefined(text, QExifValue::UndefinedEncoding);
+    FUZZ_PROMISE(undefined.toByteArray() == QByteArray(8, '\0') + text.toLocal8Bit());
+    QExifValue(text, QExifValue::JisEncoding).toString();
+}
+
+void checkBytes(const QByteArray& bytes)
+{
+    const QExifValue value(bytes);
+    FUZZ_PROMISE(value.type() == QExifValue::Undefined && value.count() == quint32(bytes.size()));
+    FUZZ_PROMISE(value.toByteArray() == bytes);
+    FUZZ_PROMISE(value.toByteVector().isEmpty() && value.toLong() == 0);
+    const QExifValue::TextEncoding encoding = value.encoding();
+    FUZZ_PROMISE(encoding == QExifValue::NoEncoding || bytes.size() > 8);
+    if (encoding == QExifValue::AsciiEncoding)
+        FUZZ_PROMISE(value.toString()
+                     == QString::fromLatin1(bytes.mid(8).constData(), bytes.size() - 8));
+    else if (encoding == QExifValue::NoEncoding)
+        FUZZ_PROMISE(value.toString().isNull());
+    else
+        value.toString();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
+{
+    FuzzedDataProvider input(data, size);
+    switch (input.ConsumeIntegralInRange<int>(0, 7)) {
+    case 0:
+        checkNumbers<quint8>(input, QExifValue::Byte, &QExifValue::toByte,
+                             &QExifValue::toByteVector);
+        break;
+    case 1:
+        checkNumbers<quint16>(input, QExifValue::Short, &QExifValue::toShort,
+                              &QExifValue::toShortVector);
+        break;
+    case 2:
+        checkNumbers<quint32>(input, QExifValue::Long, &QExifValue::toLong,
+                              &QExifValue::toLongVector);
+        break;
+    case 3:
+        checkNumbers<qint32>(input, QExifValue::SignedLong, &QExifValue::toSignedLong,
+                             &QExifValue::toSignedLongVector);
+        break;
+    case 4:
+        checkNumbers<QPair<quint32, quint32>>(input, QExifValue::Rational, &QExifValue::toRational,
+                                              &QExifValue::toRationalVector);
+        break;
+    case 5:
+        checkNumbers<QPair<qint32, qint32>>(input, QExifValue::SignedRational,
+                                            &QExifValue::toSignedRational,
+                                            &QExifValue::toSignedRationalVector);
+        break;
+    case 6:
+        checkText(remainingText(input));
+        break;
+    default:
+        checkBytes(QByteArray::fromStdString(input.ConsumeRemainingBytesAsString()));
+        break;
+    }
+    return 0;
+}

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// HTMLUtils: what textWithoutHtmlTags() writes is safe inside HTML, and decodeFromHtmlText() leads
+// back to the text; decodeFromHtmlText() of anything else follows its grammar.
+
+#include "Fuzz.h"
+#include "HTMLUtils.h"
+
+namespace {
+
+QString character(const QString& digits)
+{
+    bool fits = false;
+    const uint code = digits.isEmpty() ? 0 : digits.toUInt(&fits);
+    if (!digits.isEmpty() && (!fits || code > QChar::LastValidCodePoint))
+        return QString(QChar::ReplacementCharacter);
+    return code < 0x10000 ? QString(QChar(ushort(code))) : QString::fromUcs4(&code, 1);
+}
+
+/// The grammar of references, from one "&" to the next: a second way to decodeFromHtmlText().
+QString decodedByGrammar(const QString& text)
+{
+    QString result;
+    int from = 0;
+    for (int at = text.indexOf(QLatin1Char('&')); at >= 0;
+         at = text.indexOf(QLatin1Char('&'), from)) {
+        result += text.midRef(from, at - from);
+        int end = at + 1;
+        if (text.size() - at >= 3 && text.midRef(at, 6) == QLatin1String("&nbsp;")) {
+            result += QLatin1Char(' ');
+            end = at + 6;
+        } else if (text.size() - at >= 3 && text.at(at + 1) == QLatin1Char('#')) {
+            end = at + 2;
+            while (end < text.size() && text.at(end) >= QLatin1Char('0')
+                   && text.at(end) <= QLatin1Char('9'))
+                ++end;
+            result += character(text.mid(at + 2, end - at - 2));
+            if (end < text.size() && text.at(end) != QLatin1Char(';'))
+                result += text.at(end);
+            end = qMin(end + 1, text.size());
+        } else {
+            result += QLatin1Char('&');
+        }
+        from = end;
+    }
+    return result + text.mid(from);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
+{
+    FuzzedDataProvider input(data, size);
+    const bool encodeSpaces = input.ConsumeBool();
+    const bool encodeNewLines = input.ConsumeBool();
+    const QString text = remainingText(input);
+
+    const QString escaped = HTMLUtils::textWithoutHtmlTags(text, encodeSpaces, encodeNewLines);
+    for (const char special : {'<', '>', '"'})
+        FUZZ_PROMISE(!escaped.contains(QLatin1Char(special)));
+    FUZZ_PROMISE(!encodeSpaces || !escaped.contains(QLatin1Char(' ')));
+    FUZZ_PROMISE(!encodeNewLines || !escaped.contains(QLatin1Char('\n')));
+    FUZZ_PROMISE(HTMLUtils::decodeFromHtmlText(escaped) == text);
+
+    const QString decoded = HTMLUtils::decodeFromHtmlText(text);
+    FUZZ_PROMISE(decoded.size() <= text.size());
+    FUZZ_PROMISE(decoded == decodedByGrammar(text));
+    return 0;
+}

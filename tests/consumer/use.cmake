@@ -1,0 +1,97 @@
+# SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+# SPDX-License-Identifier: MIT
+#
+# Uses the library installed under the folder `prefix`, in WORK_DIR: what CMake finds and refuses,
+# and the consumer, built with CMake and with pkg-config. With GENERATOR, CXX_COMPILER, SOURCE_DIR.
+
+include("${SOURCE_DIR}/tests/support/run.cmake")
+
+# configure(<result> <output> <source> <build> <option>...): what CMake says of a project, which may
+# fail.
+function(configure result output source build)
+  file(REMOVE_RECURSE "${build}")
+  execute_process(
+    COMMAND ${CMAKE_COMMAND} -S "${source}" -B "${build}" -G "${GENERATOR}"
+      -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_PREFIX_PATH=${prefix}
+      ${ARGN}
+    RESULT_VARIABLE code OUTPUT_VARIABLE said ERROR_VARIABLE said)
+  # CMake breaks its lines where it likes.
+  string(REGEX REPLACE "[ \n]+" " " said "${said}")
+  set(${result} "${code}" PARENT_SCOPE)
+  set(${output} "${said}" PARENT_SCOPE)
+endfunction()
+
+# expect(<output> <text>): the output holds the text.
+function(expect output text)
+  string(FIND "${output}" "${text}" position)
+  if(position EQUAL -1)
+    message(FATAL_ERROR "\"${text}\" is not in this:\n${output}")
+  endif()
+endfunction()
+
+# The version. Majors do not mix, and what is newer than the library is not there yet.
+file(STRINGS "${SOURCE_DIR}/CMakeLists.txt" version REGEX "^  VERSION [0-9.]+$")
+string(REGEX MATCH "([0-9]+)\\.([0-9]+)\\.[0-9]+" version "${version}")
+set(major ${CMAKE_MATCH_1})
+set(minor ${CMAKE_MATCH_2})
+math(EXPR next_minor "${minor} + 1")
+math(EXPR next_major "${major} + 1")
+foreach(asked IN ITEMS "" ${major} ${major}.${minor} ${version})
+  configure(result said "${SOURCE_DIR}/tests/consumer/optional" "${WORK_DIR}/optional"
+    -DASKED_VERSION=${asked})
+  expect("${said}" "got OrvaUtils ${version}")
+endforeach()
+foreach(asked IN ITEMS ${major}.${next_minor} ${next_major}.0 99 0.1)
+  configure(result said "${SOURCE_DIR}/tests/consumer/optional" "${WORK_DIR}/optional"
+    -DASKED_VERSION=${asked})
+  expect("${said}" "compatible with requested version \"${asked}\"")
+  expect("${said}" "OrvaUtilsConfig.cmake, version: ${version}")
+  expect("${said}" "goes on without OrvaUtils")
+endforeach()
+
+# No Qt: whoever can do without goes on, whoever cannot is told what to install.
+set(without_qt -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON)
+configure(result said "${SOURCE_DIR}/tests/consumer/optional" "${WORK_DIR}/optional" ${without_qt})
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "a program that can do without OrvaUtils failed:\n${said}")
+endif()
+expect("${said}" "OrvaUtils needs Qt 5 (5.6 or later)")
+expect("${said}" "goes on without OrvaUtils")
+configure(result said "${SOURCE_DIR}/tests/consumer" "${WORK_DIR}/program" ${without_qt})
+if(result EQUAL 0)
+  message(FATAL_ERROR "the consumer was configured without Qt:\n${said}")
+endif()
+expect("${said}" "it set OrvaUtils_FOUND to FALSE")
+expect("${said}" "OrvaUtils needs Qt 5 (5.6 or later) with its modules Core, Gui, Widgets and Network")
+expect("${said}" "apt install qtbase5-dev")
+
+# The consumer, with CMake.
+configure(result said "${SOURCE_DIR}/tests/consumer" "${WORK_DIR}/program")
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "the consumer is not configured:\n${said}")
+endif()
+run(${CMAKE_COMMAND} --build "${WORK_DIR}/program")
+run("${WORK_DIR}/program/consumer")
+
+# The consumer, with pkg-config and a bare compiler.
+find_program(PKG_CONFIG pkg-config)
+if(NOT PKG_CONFIG)
+  message(STATUS "pkg-config not found: the consumer is built with CMake alone")
+  return()
+endif()
+file(GLOB pc "${prefix}/lib*/pkgconfig/OrvaUtils.pc" "${prefix}/lib/*/pkgconfig/OrvaUtils.pc")
+get_filename_component(pc_dir "${pc}" DIRECTORY)
+get_filename_component(library_dir "${pc_dir}" DIRECTORY)
+set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
+capture(said "${PKG_CONFIG}" --modversion OrvaUtils)
+if(NOT said STREQUAL "${version}\n")
+  message(FATAL_ERROR "pkg-config says version \"${said}\" instead of ${version}")
+endif()
+capture(flags "${PKG_CONFIG}" --cflags --libs OrvaUtils)
+string(STRIP "${flags}" flags)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+# Qt's headers want code that is position independent, and leave it to the caller to ask for it.
+run("${CXX_COMPILER}" -fPIC
+  "${SOURCE_DIR}/tests/consumer/main.cpp" -o "${WORK_DIR}/plain" ${flags})
+run(${CMAKE_COMMAND} -E env "LD_LIBRARY_PATH=${library_dir}:$ENV{LD_LIBRARY_PATH}"
+  "${WORK_DIR}/plain")
