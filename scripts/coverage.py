@@ -15,7 +15,8 @@ The list, for people and for this program:
       Why no test reaches the lines that are marked.
 
 The marked lines and the lines around them stand in the source one behind the other, and in one
-place only; how they are indented does not count. What is indented by two blanks is the reason.
+place only; how they are indented does not count. What is indented by two blanks is the reason. A
+line that is marked with "?" is reached on some machines and not on others.
 """
 
 import argparse
@@ -27,9 +28,11 @@ import sys
 class Entry:
     """Some lines of a source file, those among them that no test reaches, and the reason."""
 
+    CONTEXT, NEVER, SOMETIMES = " -?"
+
     def __init__(self, source):
         self.source = source
-        self.lines = []  # the text of each, and whether it is marked
+        self.lines = []  # the text of each, and its mark
         self.reason = ""
 
     def places(self, text):
@@ -39,16 +42,20 @@ class Entry:
                 if text[start:start + len(wanted)] == wanted]
 
 
+def marked_lines(entry):
+    return [line for line, mark in entry.lines if mark != Entry.CONTEXT]
+
+
 def read_list(path):
     entries = []
     source = None
     for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
         if line.startswith("#") or not line.strip():
             continue
-        if line.startswith(("    ", "-   ")):
+        if line[0] in (Entry.CONTEXT, Entry.NEVER, Entry.SOMETIMES) and line[1:4] == "   ":
             if not entries or entries[-1].source != source or entries[-1].reason:
                 entries.append(Entry(source))
-            entries[-1].lines.append((line[1:].strip(), line[0] == "-"))
+            entries[-1].lines.append((line[1:].strip(), line[0]))
         elif line.startswith("  "):
             if not entries or entries[-1].source != source:
                 sys.exit(f"{path}:{number}: a reason without lines")
@@ -56,7 +63,7 @@ def read_list(path):
         else:
             source = line.strip()
     for entry in entries:
-        if not entry.source or not entry.reason or not any(marked for _, marked in entry.lines):
+        if not entry.source or not entry.reason or not marked_lines(entry):
             sys.exit(f"{path}: lines without a file, a mark or a reason: {entry.lines}")
     return entries
 
@@ -71,7 +78,7 @@ def check_list(entries, uncovered, texts):
     wrong = []
     explained = {source: set() for source in uncovered}
     for entry in entries:
-        first = next(line for line, marked in entry.lines if marked)
+        first = marked_lines(entry)[0]
         if entry.source not in texts:
             wrong.append(f"{entry.source}: is listed, but is not counted")
             continue
@@ -80,11 +87,10 @@ def check_list(entries, uncovered, texts):
             wrong.append(f"{entry.source}: the listed lines around \"{first}\" stand there"
                          f" {len(places)} times")
             continue
-        for offset, (line, marked) in enumerate(entry.lines):
-            number = places[0] + offset + 1
-            if marked and number not in uncovered[entry.source]:
+        for number, (line, mark) in enumerate(entry.lines, places[0] + 1):
+            if mark == Entry.NEVER and number not in uncovered[entry.source]:
                 wrong.append(f"{entry.source}:{number}: is listed, but is reached: {line}")
-            elif marked:
+            elif mark != Entry.CONTEXT:
                 explained[entry.source].add(number)
     for source, numbers in uncovered.items():
         for number in sorted(numbers - explained[source]):
@@ -144,11 +150,12 @@ def main():
     for message in wrong:
         print(message, file=sys.stderr)
 
-    listed = sum(marked for entry in entries for _, marked in entry.lines)
+    listed = sum(len(marked_lines(entry)) for entry in entries)
     options.figures.write_text(
         f"lines of src/ reached:{lines:.2f} % ({total[0]} of {total[1]})\n"
         f"branches of src/ reached:{branches:.2f} % ({total[2]} of {total[3]})\n"
-        f"lines not reached, each listed with its reason:{listed}\n", encoding="utf-8")
+        f"lines not reached:{total[1] - total[0]}\n"
+        f"lines listed with the reason why no test reaches them:{listed}\n", encoding="utf-8")
     return 1 if wrong else 0
 
 

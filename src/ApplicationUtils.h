@@ -23,6 +23,11 @@ class QWidget;
 /// folder is created or looked for. The application's name in it is that of
 /// CoreApplicationUtils::applicationName().
 ///
+/// \code
+/// const QString draft = ApplicationUtils::tempPath() + QStringLiteral("draft.jpg");
+/// const QIcon icon(ApplicationUtils::pathDatas() + QStringLiteral("icons/shop.png"));
+/// \endcode
+///
 /// Two modes change the folders, so that a program under development leaves the user's own data
 /// alone: the qualification mode of a program that runs from its build tree, and the developer mode
 /// of such a program on a developer's machine. The name of the developer's account is chosen when

@@ -13,6 +13,10 @@
 /// Identifies the machine by its network hardware. Every call asks the system anew, since adapters
 /// come and go; safe from any thread. It tells machines apart for support, it is no proof of
 /// identity: hardware addresses can be changed.
+///
+/// \code
+/// report += QStringLiteral("Machine: ") + ComputerIdentifier::uniqueIdentifier();
+/// \endcode
 class ORVAUTILS_EXPORT ComputerIdentifier
 {
 public:

@@ -17,6 +17,11 @@
 /// The currencies are no table of this library: they are all that Qt's locale database (QLocale)
 /// knows, so that the list, the symbols and the names follow the version of Qt.
 ///
+/// \code
+/// CurrencyUtils::formatPrice(12.5, QStringLiteral("EUR")); // "12.50 €"
+/// CurrencyUtils::currencySymbol(QStringLiteral("EUR"), QLocale::CurrencyDisplayName); // "Euro"
+/// \endcode
+///
 /// A currency is named by its ISO 4217 alphabetic code in upper case ("EUR"). Codes are compared
 /// exactly: "eur" is no currency. The user's language and the application's default locale play no
 /// part in any result.

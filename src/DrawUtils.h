@@ -19,6 +19,13 @@ class QPainter;
 class QPixmap;
 class QWidget;
 
+/// Palettes and fonts of widgets, and things to paint.
+///
+/// \code
+/// DrawUtils::setBootstrapColor(statusLabel, ColorUtils::Warning); // brown on light yellow
+/// DrawUtils::setWidgetTextBold(statusLabel, true);
+/// \endcode
+///
 /// Static functions for the GUI thread. The setters do nothing for a null \a widget; the painter
 /// routines need an active \a painter and leave its state as they found it. Lengths are in the
 /// painter's logical pixels unless a function says otherwise. Nothing is logged.

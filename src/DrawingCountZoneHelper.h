@@ -17,6 +17,11 @@ class QPainter;
 /// Measures and paints a count badge with the font of an active \a painter, as its \a options tell.
 /// For the GUI thread; stateless. Nothing is logged.
 ///
+/// \code
+/// QPainter painter(this);
+/// DrawingCountZoneHelper::paintCountZone(&painter, QString::number(count), options);
+/// \endcode
+///
 /// The badge is as high as a line of text and as wide as the text with 0.3 of that height, rounded,
 /// added on the left and on the right. Its corners have half of its height as their radius (half of
 /// its width where it is narrower than high), so that a short count reads as a pill, with the text

@@ -11,6 +11,11 @@
 class QKeyEvent;
 
 /// Questions about events. Thread: the GUI thread. Nothing is logged.
+///
+/// \code
+/// if (EventUtils::match_KeyDelete(event))
+///     deleteSelection();
+/// \endcode
 class ORVAUTILS_EXPORT EventUtils
 {
 public:

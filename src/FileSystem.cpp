@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QUuid>
 
 #include <limits>
 
@@ -19,6 +20,7 @@
 
 #if defined(Q_OS_UNIX)
 #include <cerrno>
+#include <cstdio>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -30,7 +32,6 @@
 #include <sys/xattr.h>
 #endif
 #if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
-#include <cstdio>
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
@@ -499,17 +500,6 @@ bool takeAttributes(int from, int to)
 #endif
 }
 
-/// False when the content could not be stored; true also where a file system has nothing to sync.
-bool putOnDisk(int file)
-{
-#if defined(Q_OS_UNIX)
-    return fsync(file) == 0 || errno == EINVAL || errno == ENOSYS || errno == EROFS;
-#else
-    Q_UNUSED(file)
-    return true;
-#endif
-}
-
 } // namespace
 
 FolderReader::FolderReader(const QString& path, Detail detail)
@@ -571,6 +561,19 @@ Copied copyFile(const QString& source, const QString& destination)
     return Copied::NotTried;
 }
 
+bool putOnDisk(int file)
+{
+#if defined(Q_OS_UNIX)
+    while (fsync(file) != 0) {
+        if (errno != EINTR)
+            return errno == EINVAL || errno == ENOSYS || errno == EROFS;
+    }
+#else
+    Q_UNUSED(file)
+#endif
+    return true;
+}
+
 Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes)
 {
     const QString path = replaceablePath(*file);
@@ -587,6 +590,31 @@ Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& b
     file->close(); // some systems replace no file that is open
     // All is written: what is refused now is the new file's name, or its place.
     return replacement.commit() ? Replaced::Yes : Replaced::NotTried;
+}
+
+QString pathBeside(const QString& path)
+{
+    const QByteArray name = ".orvautils-" + QUuid::createUuid().toRfc4122().toHex();
+    return QFileInfo(path).path() + QLatin1Char('/') + QLatin1String(name);
+}
+
+bool moveOver(const QString& path, const QString& newPath, QString* error)
+{
+#if defined(Q_OS_UNIX)
+    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData())
+        == 0)
+        return true;
+    if (error)
+        *error = qt_error_string(errno);
+    return false;
+#else
+    QFile file(path);
+    if ((!QFile::exists(newPath) || QFile::remove(newPath)) && file.rename(newPath))
+        return true;
+    if (error)
+        *error = file.errorString();
+    return false;
+#endif
 }
 
 bool removeFile(const QString& path)

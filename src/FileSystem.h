@@ -97,6 +97,10 @@ enum class Copied {
 /// nothing is left behind.
 Copied copyFile(const QString& source, const QString& destination);
 
+/// Brings what was written to the file of that descriptor to the disk. False when it could not be
+/// stored; true also where a file system has nothing to sync.
+bool putOnDisk(int file);
+
 enum class Replaced {
     Yes,
     No, ///< reading or writing failed
@@ -115,6 +119,14 @@ enum class Replaced {
 ///
 /// \a file may be closed afterwards.
 Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes);
+
+/// A hidden path in the folder of \a path where nothing is: for a file that is completed there and
+/// moved over \a path then.
+QString pathBeside(const QString& path);
+
+/// Makes the file or link \a path, complete and named otherwise, the one at \a newPath, in one step
+/// where the system has one. Where that fails, \a error tells why.
+bool moveOver(const QString& path, const QString& newPath, QString* error = nullptr);
 
 /// Removes a file, or a link as a link.
 bool removeFile(const QString& path);

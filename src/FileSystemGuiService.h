@@ -15,6 +15,10 @@ class QObject;
 
 /// Runs the platform's command `open`, found through PATH. Nothing is detected, reported or logged:
 /// where the command is missing or fails, nothing happens and the answer is true all the same.
+///
+/// \code
+/// FileSystemGuiService::revealInFileExplorer(project + QStringLiteral("/images/boat.jpg"));
+/// \endcode
 class ORVAUTILS_EXPORT FileSystemGuiService
 {
 public:

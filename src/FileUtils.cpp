@@ -4,6 +4,7 @@
 #include "FileUtils.h"
 
 #include "ApplicationUtils.h"
+#include "FileCopy.h"
 #include "FileSystem.h"
 #include "LogRecord.h"
 #include "StringUtils.h"
@@ -29,6 +30,9 @@
 #include <vector>
 
 #if defined(Q_OS_WIN)
+#ifndef NOMINMAX
+#define NOMINMAX // or min() and max() are macros
+#endif
 #include <windows.h>
 #endif
 
@@ -151,13 +155,13 @@ void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
              FolderContent& content)
 {
     const Walk walk = {path, parent};
-    QStringList folders;
+    std::vector<QString> folders;
     FileSystem::FolderReader reader(path, detail);
     while (reader.next()) {
         const FileSystem::Entry& entry = reader.entry();
         if (entry.kind != FileSystem::Kind::File) {
             if (leadsOn(entry, walk))
-                folders.append(joined(path, entry.name));
+                folders.push_back(joined(path, entry.name));
         } else if (entry.name.compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) != 0) {
             content.size += entry.size;
             ++content.fileCount;
@@ -165,8 +169,69 @@ void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
                 content.lastModified = entry.modified;
         }
     }
-    for (const QString& folder : qAsConst(folders))
+    for (const QString& folder : folders)
         measure(folder, detail, &walk, content);
+}
+
+// ---- forceCopy ---------------------------------------------------------------------------------
+
+/// What becomes of the file that stands at the destination of a copy.
+enum class Old {
+    RemovedFirst, ///< and it stays removed if the copy fails
+    Replaced ///< by the complete copy, in one step where the system has one
+};
+
+/// A folder that takes no new file does not let go of one either.
+bool canMakeFile(const QString& path)
+{
+    const bool isMade = QFile(path).open(QIODevice::WriteOnly);
+    QFile::remove(path);
+    return isMade;
+}
+
+bool copyFile(const QString& source, const QString& destination, Old old)
+{
+    const auto cannotCopy = [&](QFileDevice::FileError error) {
+        ORVAUTILS_LOG_WARNING_IN("forceCopy") << "FileUtils::forceCopy can't copy" << source
+                                              << destination << " error=" << int(error);
+        return false;
+    };
+    const auto cannotReplace = [&] {
+        ORVAUTILS_LOG_WARNING_IN("forceCopy")
+            << "FileUtils::forceCopy can't remove " << destination;
+        return false;
+    };
+    if (!QFileInfo::exists(source)) {
+        ORVAUTILS_LOG_WARNING_IN("forceCopy") << source << " est introuvable !! (forceCopy)";
+        return false;
+    }
+    if (FileSystem::isSameFile(source, destination))
+        return true;
+    // What cannot be read (or, like a pipe, not to an end) does not cost the destination its life.
+    QFile file(source);
+    if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
+        return cannotCopy(QFileDevice::CopyError);
+    file.close();
+
+    const bool isBeside = old == Old::Replaced && QFileInfo(destination).isFile();
+    const QString path = isBeside ? FileSystem::pathBeside(destination) : destination;
+    if (!isBeside) {
+        if (QFileInfo::exists(destination) && !QFile::remove(destination))
+            return cannotReplace();
+        FileUtils::fileMkPath(destination, nullptr);
+    }
+    const FileSystem::Copied copied = FileSystem::copyFile(source, path);
+    if (copied == FileSystem::Copied::No
+        || (copied == FileSystem::Copied::NotTried && !file.copy(path))) {
+        if (isBeside && !canMakeFile(path))
+            return cannotReplace();
+        return cannotCopy(copied == FileSystem::Copied::No ? QFileDevice::CopyError : file.error());
+    }
+    if (isBeside && !FileSystem::moveOver(path, destination)) {
+        QFile::remove(path);
+        return cannotReplace();
+    }
+    return true;
 }
 
 // ---- copyDir -----------------------------------------------------------------------------------
@@ -253,7 +318,7 @@ int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* f
 {
     const Walk walk = {path, parent};
     int count = 0;
-    QStringList folders;
+    std::vector<QString> folders;
     FileSystem::FolderReader reader(path, FileSystem::Detail::Kinds);
     while (reader.next()) {
         const FileSystem::Entry& entry = reader.entry();
@@ -264,10 +329,10 @@ int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* f
             ++count;
         } else if (recursive && leadsOn(entry, walk)
                    && (!folderFilter || folderFilter->exactMatch(entry.name))) {
-            folders.append(entry.name);
+            folders.push_back(entry.name);
         }
     }
-    for (const QString& folder : qAsConst(folders))
+    for (const QString& folder : folders)
         count += listFiles(joined(path, folder), list, true, folderFilter,
                            prefix % folder % QLatin1Char('/'), &walk);
     return count;
@@ -446,42 +511,19 @@ qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* las
 
 bool FileUtils::forceCopy(const QString& source, const QString& destination)
 {
-    const auto cannotCopy = [&](QFileDevice::FileError error) {
-        ORVAUTILS_LOG_WARNING_IN("forceCopy") << "FileUtils::forceCopy can't copy" << source
-                                              << destination << " error=" << int(error);
-        return false;
-    };
-    if (!QFileInfo::exists(source)) {
-        ORVAUTILS_LOG_WARNING() << source << " est introuvable !! (forceCopy)";
-        return false;
-    }
-    if (FileSystem::isSameFile(source, destination))
-        return true;
-    // What cannot be read (or, like a pipe, not to an end) does not cost the destination its life.
-    QFile file(source);
-    if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
-        return cannotCopy(QFileDevice::CopyError);
-    file.close();
-    if (QFileInfo::exists(destination) && !QFile::remove(destination)) {
-        ORVAUTILS_LOG_WARNING() << "FileUtils::forceCopy can't remove " << destination;
-        return false;
-    }
-    fileMkPath(destination, nullptr);
-    switch (FileSystem::copyFile(source, destination)) {
-    case FileSystem::Copied::Yes:
-        return true;
-    case FileSystem::Copied::No:
-        return cannotCopy(QFileDevice::CopyError);
-    case FileSystem::Copied::NotTried:
-        break;
-    }
-    return file.copy(destination) || cannotCopy(file.error());
+    return copyFile(source, destination, Old::RemovedFirst);
+}
+
+bool copyOver(const QString& source, const QString& destination)
+{
+    return copyFile(source, destination, Old::Replaced);
 }
 
 bool FileUtils::fileMkPath(const QString& filePath, QString* error)
 {
     const QDir folder = QFileInfo(filePath).dir();
-    if (folder.mkpath(QStringLiteral(".")))
+    // Some systems refuse to make a folder before they look whether it is there.
+    if (folder.mkpath(QStringLiteral(".")) || folder.exists())
         return true;
     if (error)
         *error =
@@ -611,13 +653,17 @@ QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
     if (path.isEmpty())
         return QByteArray();
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        if (logOnFailure)
-            ORVAUTILS_LOG_INFO() << "FileUtils::readFileContent error : " << path
-                                 << " ne peut etre ouvert !";
-        return QByteArray();
+    if (file.open(QIODevice::ReadOnly)) {
+        const QByteArray content = file.readAll();
+        // The beginning of a file that breaks off is not its content: who writes it back would lose
+        // the rest.
+        if (file.error() == QFileDevice::NoError)
+            return content;
     }
-    return file.readAll();
+    if (logOnFailure)
+        ORVAUTILS_LOG_INFO() << "FileUtils::readFileContent error : " << path
+                             << " ne peut etre ouvert !";
+    return QByteArray();
 }
 
 bool FileUtils::writeFileContent(const QString& path, const QByteArray& data, QString* error)
@@ -633,8 +679,10 @@ bool FileUtils::writeFileContent(const QString& path, const QByteArray& data, QS
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot open (WriteOnly) %1"));
-    // Flushed here, because nobody hears of a disk that is full when the file is closed.
-    if (file.write(data) != data.size() || !file.flush())
+    // Some file systems tell only when the file is closed that they are full.
+    const bool isTaken = file.write(data) == data.size() && file.flush();
+    file.close();
+    if (!isTaken || file.error() != QFileDevice::NoError)
         return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot write datas (WriteOnly) in %1"));
     return true;
 }

@@ -22,6 +22,14 @@ QT_END_NAMESPACE
 
 /// Static functions on paths, file names, sizes, folder trees and file content.
 ///
+/// \code
+/// QString error;
+/// if (!FileUtils::checkWritingRightInFolder(folder, tr("Projects"), &error))
+///     QMessageBox::warning(window, title, error);
+/// else if (!FileUtils::copyDir(project, folder + QStringLiteral("/backup"), false))
+///     ... // why, the log tells
+/// \endcode
+///
 /// Paths are separated by "/" on every platform. A folder path may end with "/" or not; where that
 /// makes a difference the function says so. Everything runs on the calling thread and keeps no
 /// state, so different threads may work on different trees at the same time.
@@ -210,9 +218,10 @@ public:
 
     /// The whole content of the file \a path.
     ///
-    /// Empty for a file that cannot be opened, which with \a logOnFailure is logged with LogType 1
-    /// as "FileUtils::readFileContent error : ", the path and " ne peut etre ouvert !". Empty
-    /// without a record for an empty path. An empty file cannot be told from a missing one.
+    /// Empty for a file that cannot be opened or not be read to its end, which with \a logOnFailure
+    /// is logged with LogType 1 as "FileUtils::readFileContent error : ", the path and " ne peut
+    /// etre ouvert !". Empty without a record for an empty path. An empty file cannot be told from
+    /// a missing one.
     static QByteArray readFileContent(const QString& path, bool logOnFailure = true);
 
     /// Makes \a data the whole content of the file \a path, which is created, with its folder,

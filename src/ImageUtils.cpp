@@ -4,7 +4,10 @@
 #include "ImageUtils.h"
 
 #include "ExifUtils.h"
+#include "FileCopy.h"
+#include "FileSystem.h"
 #include "FileUtils.h"
+#include "IntactFile.h"
 #include "LogRecord.h"
 
 #include <QBuffer>
@@ -16,16 +19,11 @@
 #include <QPainter>
 #include <QSaveFile>
 #include <QTransform>
-#include <QUuid>
 
+#include <cerrno>
 #include <cmath>
 #include <limits>
 
-#ifdef Q_OS_UNIX
-#include <cerrno>
-#include <cstdio>
-#include <unistd.h>
-#endif
 #ifdef Q_OS_LINUX
 #include <sys/mman.h>
 #endif
@@ -100,8 +98,11 @@ int proportional(int side, int numerator, int denominator)
 /// Loads the whole picture and returns whether the image reader did.
 bool loadWhole(const QString& path, QImage* image)
 {
-    QImageReader reader(path);
-    return fitsInMemory(reader.size()) && reader.read(image);
+    IntactFile file(path);
+    if (!file.isIntact())
+        return false;
+    QImageReader reader(&file);
+    return fitsInMemory(reader.size()) && reader.read(image) && file.isIntact();
 }
 
 /// How much fine detail a picture has: the mean square of the second difference between
@@ -187,10 +188,10 @@ bool decodeJpeg(const QByteArray& bytes, const QSize& size, const QSize& target,
 ///   would have to be refused too often to be worth a try.
 bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QImage* image)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    IntactFile file(path);
+    const QByteArray bytes = file.isIntact() ? file.readAll() : QByteArray();
+    if (!file.isIntact())
         return false;
-    const QByteArray bytes = file.readAll();
     for (const int divisor : {8, 4, 2}) {
         if (!target.isValid() || whole.width() % divisor != 0 || whole.height() % divisor != 0)
             continue;
@@ -241,25 +242,6 @@ bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QS
     return true;
 }
 
-/// Makes file, complete and named otherwise, the file at path, in one step where the system has
-/// one.
-bool moveOver(QFile& file, const QString& path, QString* error)
-{
-#ifdef Q_OS_UNIX
-    if (std::rename(QFile::encodeName(file.fileName()).constData(),
-                    QFile::encodeName(path).constData())
-        == 0)
-        return true;
-    *error = qt_error_string(errno);
-    return false;
-#else
-    if ((!QFile::exists(path) || QFile::remove(path)) && file.rename(path))
-        return true;
-    *error = file.errorString();
-    return false;
-#endif
-}
-
 void logProgressiveFailure(const QImage& image, const QString& path, const QString& error)
 {
     ORVAUTILS_LOG_WARNING_IN("writeProgressiveImage")
@@ -281,23 +263,26 @@ enum class SaveResult {
 /// replaced, as removing it would do.
 SaveResult replaceFile(const QImage& image, const QString& dst, const Encoding& encoding)
 {
-    const QFileInfo place(dst);
-    const bool replaces = place.exists();
-    const QByteArray name = ".orvautils-" + QUuid::createUuid().toRfc4122().toHex();
-    QFile file(place.path() + QLatin1Char('/') + QLatin1String(name));
+    const bool replaces = QFileInfo::exists(dst);
+    QFile file(FileSystem::pathBeside(dst));
     // A folder in which no file can be made does not let go of one either.
     if (!file.open(QIODevice::WriteOnly) && replaces)
         return SaveResult::CannotRemove;
 
     QString error;
-    const bool encoded = encode(image, file, encoding, &error);
-#ifdef Q_OS_UNIX
+    bool encoded = encode(image, file, encoding, &error);
     // Not even a power failure may find the old picture gone and the new one not there yet.
-    if (encoded && replaces)
-        ::fsync(file.handle());
-#endif
+    if (encoded && replaces && !FileSystem::putOnDisk(file.handle())) {
+        error = qt_error_string(errno);
+        encoded = false;
+    }
     file.close();
-    if (encoded && moveOver(file, dst, &error))
+    // Some file systems tell only now that they are full.
+    if (encoded && file.error() != QFileDevice::NoError) {
+        error = file.errorString();
+        encoded = false;
+    }
+    if (encoded && FileSystem::moveOver(file.fileName(), dst, &error))
         return SaveResult::Saved;
     file.remove();
     if (encoded && replaces)
@@ -341,10 +326,16 @@ bool ImageUtils::copyImageFile(const QString& src, const QString& dst, bool keep
     FileUtils::old::forceDirectoryCreationForAFile(dst);
     const QString source = src.startsWith(QLatin1String("file://")) ? src.mid(7) : src;
 
+    const auto cannotLoad = [&source] {
+        ORVAUTILS_LOG_WARNING_IN("copyImageFile") << "importImageFile can't load " << source;
+        return false;
+    };
+
     QByteArray format;
     QSize wholeSize;
-    {
-        QImageReader reader(source);
+    IntactFile file(source);
+    if (file.isIntact()) {
+        QImageReader reader(&file);
         format = reader.format().toLower();
         wholeSize = reader.size();
     }
@@ -352,6 +343,9 @@ bool ImageUtils::copyImageFile(const QString& src, const QString& dst, bool keep
         ORVAUTILS_LOG_WARNING() << "importImageFile format null";
         return false;
     }
+    if (!file.isIntact())
+        return cannotLoad();
+    file.close();
 
     const QSize maximum = effectiveMaximum(maxSize, wholeSize);
     if (maximum.width() < 1 || maximum.height() < 1) {
@@ -360,17 +354,22 @@ bool ImageUtils::copyImageFile(const QString& src, const QString& dst, bool keep
     }
 
     if (format == "gif" || format == "svg")
-        return FileUtils::forceCopy(source, dst);
+        return copyOver(source, dst);
 
-    const int rotation =
-        options.testFlag(UseExifRotation) ? ExifUtils::imageExifRotation(source) : 0;
+    int rotation = 0;
+    if (options.testFlag(UseExifRotation)) {
+        IntactFile photo(source);
+        rotation = ExifUtils::imageExifRotation(&photo);
+        if (!photo.isIntact())
+            return cannotLoad();
+    }
     if (rotation == 0) {
         const bool progressiveAlways =
             options.testFlag(ProgressiveJpeg) && !options.testFlag(ProgressiveOnlyWhenReencoded);
         const bool reencode = !options.testFlag(NoResize)
             && (progressiveAlways || !keepAspectRatio || exceeds(wholeSize, maximum));
         if (!reencode) {
-            const bool copied = FileUtils::forceCopy(source, dst);
+            const bool copied = copyOver(source, dst);
             if (!copied)
                 ORVAUTILS_LOG_WARNING() << "FileUtils::forceCopy";
             return copied;
@@ -388,10 +387,8 @@ bool ImageUtils::copyImageFile(const QString& src, const QString& dst, bool keep
     QImage image;
     const bool isJpeg = format == "jpeg";
     const QSize wanted = needsScaling(wholeSize) ? scaledSize(wholeSize, target, mode) : QSize();
-    if (!(isJpeg ? loadJpeg(source, wholeSize, wanted, &image) : loadWhole(source, &image))) {
-        ORVAUTILS_LOG_WARNING() << "importImageFile can't load " << source;
-        return false;
-    }
+    if (!(isJpeg ? loadJpeg(source, wholeSize, wanted, &image) : loadWhole(source, &image)))
+        return cannotLoad();
     if (image.isNull())
         ORVAUTILS_LOG_WARNING() << "copyImageFile img.size() = " << image.size();
 

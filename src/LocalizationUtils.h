@@ -11,6 +11,10 @@
 #include <QString>
 
 /// Two helpers about language codes. Thread: any. Nothing is logged.
+///
+/// \code
+/// LocalizationUtils::isoLangCodeToString(QStringLiteral("fr_FR")); // "français"
+/// \endcode
 class ORVAUTILS_EXPORT LocalizationUtils
 {
 public:

@@ -20,6 +20,12 @@ class QObject;
 /// ("2 refresh ( )"): all of these invoke the same method. A method with arguments that have no
 /// default cannot be invoked.
 ///
+/// \code
+/// MetaObjectUtils::invokeSignalOrSlot(window, "refresh");
+/// bool mayClose = true;
+/// MetaObjectUtils::invokeSlotReturningBoolean(window, QStringLiteral("mayClose"), mayClose);
+/// \endcode
+///
 /// Thread: the object's own thread, which for widgets is the GUI thread.
 class ORVAUTILS_EXPORT MetaObjectUtils
 {

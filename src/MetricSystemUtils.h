@@ -11,7 +11,13 @@
 #include <QObject>
 #include <QString>
 
-/// Symbols of units. Thread: as for any QObject; symbol() may be called from any thread.
+/// Symbols of units. Thread: as for any QObject; symbol() may be called from any thread. Nothing is
+/// logged.
+///
+/// \code
+/// MetricSystemUtils::symbol(MetricSystemUtils::Weight, MetricSystemUtils::Metric,
+///                           MetricSystemUtils::ShortSymbol); // "Kg"
+/// \endcode
 class ORVAUTILS_EXPORT MetricSystemUtils : public QObject
 {
     Q_OBJECT

@@ -4,6 +4,7 @@
 #include "QExifImageHeader.h"
 
 #include "FileSystem.h"
+#include "IntactFile.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -876,8 +877,12 @@ bool QExifImageHeader::loadFromJpeg(const QString& fileName)
     clear();
     if (fileName.isEmpty())
         return false;
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) && loadFromJpeg(&file);
+    IntactFile file(fileName);
+    const bool isLoaded = loadFromJpeg(&file);
+    // A part of a block must not pass for the whole: who saves it would lose the rest.
+    if (!file.isIntact())
+        clear();
+    return isLoaded && file.isIntact();
 }
 
 bool QExifImageHeader::loadFromJpeg(QIODevice* device)

@@ -239,8 +239,8 @@ public:
     virtual ~QExifImageHeader();
 
     /// Replaces everything here by the EXIF block of the JPEG file \a fileName. False, with nothing
-    /// loaded, when the file cannot be opened or its first APP1 segment is not an EXIF block; see
-    /// read() for a block that is broken.
+    /// loaded, when the file cannot be opened, reading fails or its first APP1 segment is not an
+    /// EXIF block; see read() for a block that is broken.
     bool loadFromJpeg(const QString& fileName);
 
     /// As above, from the current position of \a device, which must be open for reading and may be

@@ -16,6 +16,12 @@
 /// The table is compiled into the library: 28 countries, two of them under both of their codes
 /// (Greece as "EL" and "GR", the United Kingdom as "UK" and "GB"). It is read on first use.
 ///
+/// \code
+/// TaxeRatesUtils::europeanTax(QStringLiteral("fr"), 0); // 20.0, the standard rate
+/// TaxeRatesUtils::europeanTax(QStringLiteral("fr"), 1); // 5.5
+/// TaxeRatesUtils::europeanTax(QStringLiteral("ch"), 0); // -1.0: not in the table
+/// \endcode
+///
 /// Thread: build the table with init() before several threads ask for rates.
 class ORVAUTILS_EXPORT TaxeRatesUtils
 {

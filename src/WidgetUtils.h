@@ -23,6 +23,11 @@ class QWidget;
 
 /// Helpers for widgets, their windows and their ancestors.
 ///
+/// \code
+/// WidgetUtils::restoreDialogSize(dialog, settings.value(key).toSize());
+/// WidgetUtils::showAnimated(dialog, 200);
+/// \endcode
+///
 /// No function takes ownership, and what is returned stays its owner's. Widgets and objects handed
 /// in must not be null, which is not checked; only findParentLayout() takes a null layout. Nothing
 /// is kept and nothing is logged.

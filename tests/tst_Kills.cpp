@@ -15,10 +15,8 @@
 
 #include "ChildRole.h"
 
-#include <ExifUtils.h>
 #include <QExifImageHeader.h>
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -26,6 +24,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <cstdio>
 #include <functional>
 
 namespace {
@@ -110,8 +109,7 @@ QVector<QByteArray> statesOf(const Photograph& photograph)
             states.append(begin + jfif + exifSegment(blockOf(photograph, step)) + data);
         return states;
     }
-    QVector<QByteArray> states{begin + exifSegment(QByteArray(photograph.cameraBlock, 'c'))
-                               + data};
+    QVector<QByteArray> states{begin + exifSegment(QByteArray(photograph.cameraBlock, 'c')) + data};
     for (int step = 0; step < stepCount; ++step) {
         const QByteArray block = blockOf(photograph, step);
         const QByteArray padding(photograph.cameraBlock - block.size(), '\0');

@@ -176,6 +176,35 @@ protected:
     }
 };
 
+/// A buffer that fails once, when it is read or moved for a certain time.
+class FaultyBuffer : public QBuffer
+{
+public:
+    FaultyBuffer(const QByteArray& content, int failing)
+    {
+        setData(content);
+        open(QIODevice::ReadWrite);
+        mCalls = 0;
+        mFailing = failing;
+    }
+
+    bool hasFailed() const { return mCalls > mFailing; }
+
+    bool seek(qint64 position) override { return !failsNow() && QBuffer::seek(position); }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        return failsNow() ? -1 : QBuffer::readData(data, size);
+    }
+
+private:
+    bool failsNow() { return mCalls++ == mFailing; }
+
+    int mCalls = 0;
+    int mFailing = -1;
+};
+
 bool readBlock(Header* header, const QByteArray& block)
 {
     QBuffer buffer;
@@ -438,6 +467,8 @@ private slots:
     void readFails_data();
     void readFails();
     void readFailsOnDevice();
+    void readFailsMidway_data();
+    void readFailsMidway();
     void readReplacesEverything();
     void readCutShort_data();
     void readCutShort();
@@ -495,6 +526,8 @@ private slots:
     void saveFileErrors();
     void saveFailedWrite_data();
     void saveFailedWrite();
+    void saveFailedRead_data();
+    void saveFailedRead();
     void saveOnFullDisk();
     void saveIgnoresPosition();
 #ifdef Q_OS_UNIX
@@ -1120,6 +1153,53 @@ void tst_QExifImageHeader::readFailsOnDevice()
     sequential.open(QIODevice::ReadOnly);
     QVERIFY(!header.read(&sequential));
     QVERIFY(log.records().isEmpty());
+}
+
+void tst_QExifImageHeader::readFailsMidway_data()
+{
+    QTest::addColumn<bool>("isJpeg");
+    QTest::newRow("block") << false;
+    QTest::newRow("JPEG") << true;
+}
+
+// A device that refuses one read or one seek, whichever. What was read stays, and nothing is made
+// up.
+void tst_QExifImageHeader::readFailsMidway()
+{
+    QFETCH(bool, isJpeg);
+    const QByteArray block = fullBlock(big);
+    const QByteArray content = isJpeg ? soi() + jfif() + exifSegment(block) + scan() : block;
+    const auto readFrom = [isJpeg](Header* header, QIODevice* device) {
+        return isJpeg ? header->loadFromJpeg(device) : header->read(device);
+    };
+    Header whole;
+    QVERIFY(readBlock(&whole, block));
+    int failing = 0;
+    int failures = 0;
+    for (;; ++failing) {
+        FaultyBuffer buffer(content, failing);
+        Header header;
+        fillWithOrientation(&header);
+        const bool isRead = readFrom(&header, &buffer);
+        failures += !isRead;
+        if (!buffer.hasFailed())
+            break;
+        if (!isRead)
+            QVERIFY(header.imageTags().isEmpty());
+        for (const Header::ImageTag tag : header.imageTags())
+            QVERIFY(whole.contains(tag));
+        for (const Header::ExifExtendedTag tag : header.extendedTags())
+            QVERIFY(whole.contains(tag));
+        for (const Header::GpsTag tag : header.gpsTags())
+            QVERIFY(whole.contains(tag));
+        QCOMPARE(buffer.data(), content);
+    }
+    QVERIFY(failing > 5);
+    QVERIFY(failures > 0);
+    FaultyBuffer sound(content, failing);
+    Header header;
+    QVERIFY(readFrom(&header, &sound));
+    QCOMPARE(written(header), written(whole));
 }
 
 void tst_QExifImageHeader::readReplacesEverything()
@@ -2328,6 +2408,30 @@ void tst_QExifImageHeader::saveFailedWrite()
         QCOMPARE(buffer.data().left(file.size()), file);
     }
     QVERIFY(failures > 40);
+}
+
+void tst_QExifImageHeader::saveFailedRead_data()
+{
+    saveFailedWrite_data();
+}
+
+// A device that refuses one read or one seek, whichever.
+void tst_QExifImageHeader::saveFailedRead()
+{
+    QFETCH(QByteArray, file);
+    Header header;
+    fillWithOrientation(&header);
+    int failing = 0;
+    for (;; ++failing) {
+        FaultyBuffer buffer(file, failing);
+        const bool isSaved = header.saveToJpeg(&buffer);
+        QCOMPARE(isSaved, !buffer.hasFailed());
+        if (isSaved)
+            break;
+        // A buffer cannot be cut back; every byte of before is there.
+        QCOMPARE(buffer.data().left(file.size()), file);
+    }
+    QVERIFY(failing > 5);
 }
 
 void tst_QExifImageHeader::saveOnFullDisk()

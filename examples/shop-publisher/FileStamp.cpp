@@ -13,7 +13,7 @@ FileStamp FileStamp::of(const QString& path)
     struct stat status = {};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
         return stamp;
-#ifdef Q_OS_MACOS
+#ifdef Q_OS_DARWIN
     const timespec& changed = status.st_ctimespec;
 #else
     const timespec& changed = status.st_ctim;

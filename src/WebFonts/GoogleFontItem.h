@@ -20,6 +20,11 @@
 /// The font service names the styles of a family "regular" (weight 400, upright), "italic" (weight
 /// 400, italic), "700" (a weight, upright) or "700italic" (a weight, italic).
 ///
+/// \code
+/// for (const QString& variant : item.allVariants())
+///     menu->addAction(GoogleFontItem::labelFromVariant(variant)); // "Bold weight (Italic)"
+/// \endcode
+///
 /// Everything is read from the family's JSON object, of which only the keys "family", "variants"
 /// and "lastModified" are looked at. A key that is missing or holds something else gives the empty
 /// answer. Nothing is logged. Thread: as for any Qt value class.

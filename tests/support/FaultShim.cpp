@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "FaultShim.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+struct State
+{
+    bool isArmed;
+    FaultPlan plan;
+    int calls[FaultKindCount];
+    bool wasInterrupted;
+    FaultReport report;
+};
+
+thread_local State state;
+
+// ---- Decisions ---------------------------------------------------------------------------------
+
+/// Counts a call of that kind. Whether it is to fail; errno says how, then.
+bool isRefused(FaultKind kind, const char* function, const char* path = nullptr)
+{
+    if (!state.isArmed)
+        return false;
+    const FaultPlan& plan = state.plan;
+    const int number = ++state.calls[kind];
+    const bool isReached = plan.isLasting ? number >= plan.nth : number == plan.nth;
+    if (kind != plan.kind || plan.nth == 0 || !isReached)
+        return false;
+    if (++state.report.refused == 1) {
+        std::snprintf(state.report.function, sizeof state.report.function, "%s", function);
+        std::snprintf(state.report.path, sizeof state.report.path, "%s", path ? path : "");
+    }
+    errno = plan.error;
+    return true;
+}
+
+/// Whether a signal comes before the call has done anything. Never twice in a row, so that a call
+/// that is made again gets through.
+bool isInterrupted()
+{
+    if (!state.isArmed || !state.plan.interrupts)
+        return false;
+    state.wasInterrupted = !state.wasInterrupted;
+    if (!state.wasInterrupted)
+        return false;
+    ++state.report.interrupted;
+    errno = EINTR;
+    return true;
+}
+
+/// As many of the bytes as one call may move.
+size_t allowed(size_t bytes)
+{
+    if (!state.isArmed || state.plan.mostBytes == 0 || bytes <= state.plan.mostBytes)
+        return bytes;
+    ++state.report.shortened;
+    return state.plan.mostBytes;
+}
+
+/// Listing a folder does not wait, so no signal ends it.
+bool isRefusedToList(const char* function)
+{
+    return !(state.isArmed && state.plan.error == EINTR) && isRefused(FaultRead, function);
+}
+
+bool isRefusedToOpen(const char* function, const char* path, int flags)
+{
+    if (state.isArmed && state.plan.lacksUnnamedFiles && (flags & O_TMPFILE) == O_TMPFILE) {
+        errno = EOPNOTSUPP;
+        return true;
+    }
+    return isInterrupted() || isRefused(FaultOpen, function, path);
+}
+
+bool isRefusedToLink(const char* function, const char* path)
+{
+    if (state.isArmed && state.plan.lacksHardLinks) {
+        errno = EPERM;
+        return true;
+    }
+    return isRefused(FaultRename, function, path);
+}
+
+} // namespace
+
+void faultShimArm(const FaultPlan* plan)
+{
+    state = State();
+    state.plan = *plan;
+    state.isArmed = true;
+}
+
+FaultReport faultShimDisarm()
+{
+    state.isArmed = false;
+    return state.report;
+}
+
+// ---- The calls ---------------------------------------------------------------------------------
+
+/// The function that stands behind the shim's own one.
+#define NEXT(name, Result, ...)                                                                    \
+    static const auto next = reinterpret_cast<Result (*)(__VA_ARGS__)>(dlsym(RTLD_NEXT, #name))
+
+/// Defines name(parameters), which returns failed where refusal holds.
+#define INTERPOSE(Result, failed, name, parameters, arguments, refusal)                            \
+    Result name parameters                                                                         \
+    {                                                                                              \
+        static const auto next = reinterpret_cast<Result(*) parameters>(dlsym(RTLD_NEXT, #name));  \
+        return refusal ? failed : next arguments;                                                  \
+    }
+
+/// The mode of a call that may create a file; it is given only then.
+#define MODE_OF(flags)                                                                             \
+    mode_t mode = 0;                                                                               \
+    if (((flags)&O_CREAT) || ((flags)&O_TMPFILE) == O_TMPFILE) {                                   \
+        va_list list;                                                                              \
+        va_start(list, flags);                                                                     \
+        mode = va_arg(list, mode_t);                                                               \
+        va_end(list);                                                                              \
+    }
+
+extern "C" {
+
+// Opening
+
+int open(const char* path, int flags, ...)
+{
+    NEXT(open, int, const char*, int, ...);
+    MODE_OF(flags)
+    return isRefusedToOpen("open", path, flags) ? -1 : next(path, flags, mode);
+}
+
+int open64(const char* path, int flags, ...)
+{
+    NEXT(open64, int, const char*, int, ...);
+    MODE_OF(flags)
+    return isRefusedToOpen("open64", path, flags) ? -1 : next(path, flags, mode);
+}
+
+int openat(int folder, const char* path, int flags, ...)
+{
+    NEXT(openat, int, int, const char*, int, ...);
+    MODE_OF(flags)
+    return isRefusedToOpen("openat", path, flags) ? -1 : next(folder, path, flags, mode);
+}
+
+int openat64(int folder, const char* path, int flags, ...)
+{
+    NEXT(openat64, int, int, const char*, int, ...);
+    MODE_OF(flags)
+    return isRefusedToOpen("openat64", path, flags) ? -1 : next(folder, path, flags, mode);
+}
+
+INTERPOSE(int, -1, creat, (const char* path, mode_t mode), (path, mode),
+          isRefusedToOpen("creat", path, 0))
+INTERPOSE(int, -1, creat64, (const char* path, mode_t mode), (path, mode),
+          isRefusedToOpen("creat64", path, 0))
+INTERPOSE(FILE*, nullptr, fopen, (const char* path, const char* mode), (path, mode),
+          isRefusedToOpen("fopen", path, 0))
+INTERPOSE(FILE*, nullptr, fopen64, (const char* path, const char* mode), (path, mode),
+          isRefusedToOpen("fopen64", path, 0))
+INTERPOSE(int, -1, mkstemp, (char* path), (path), isRefusedToOpen("mkstemp", path, 0))
+INTERPOSE(int, -1, mkstemp64, (char* path), (path), isRefusedToOpen("mkstemp64", path, 0))
+INTERPOSE(int, -1, mkostemp, (char* path, int flags), (path, flags),
+          isRefusedToOpen("mkostemp", path, 0))
+INTERPOSE(int, -1, mkostemp64, (char* path, int flags), (path, flags),
+          isRefusedToOpen("mkostemp64", path, 0))
+INTERPOSE(DIR*, nullptr, opendir, (const char* path), (path), isRefusedToOpen("opendir", path, 0))
+
+// Reading
+
+INTERPOSE(ssize_t, -1, read, (int file, void* data, size_t size), (file, data, allowed(size)),
+          isInterrupted() || isRefused(FaultRead, "read"))
+INTERPOSE(ssize_t, -1, pread, (int file, void* data, size_t size, off_t offset),
+          (file, data, allowed(size), offset), isInterrupted() || isRefused(FaultRead, "pread"))
+INTERPOSE(ssize_t, -1, pread64, (int file, void* data, size_t size, off64_t offset),
+          (file, data, allowed(size), offset), isInterrupted() || isRefused(FaultRead, "pread64"))
+INTERPOSE(struct dirent*, nullptr, readdir, (DIR * folder), (folder), isRefusedToList("readdir"))
+INTERPOSE(struct dirent64*, nullptr, readdir64, (DIR * folder), (folder),
+          isRefusedToList("readdir64"))
+
+// Both at once
+
+INTERPOSE(ssize_t, -1, sendfile, (int to, int from, off_t* offset, size_t size) noexcept,
+          (to, from, offset, allowed(size)),
+          isInterrupted() || isRefused(FaultRead, "sendfile") || isRefused(FaultWrite, "sendfile"))
+INTERPOSE(ssize_t, -1, sendfile64, (int to, int from, off64_t* offset, size_t size) noexcept,
+          (to, from, offset, allowed(size)),
+          isInterrupted() || isRefused(FaultRead, "sendfile64")
+              || isRefused(FaultWrite, "sendfile64"))
+INTERPOSE(ssize_t, -1, copy_file_range,
+          (int from, off64_t* fromOffset, int to, off64_t* toOffset, size_t size, unsigned flags),
+          (from, fromOffset, to, toOffset, allowed(size), flags),
+          isInterrupted() || isRefused(FaultRead, "copy_file_range")
+              || isRefused(FaultWrite, "copy_file_range"))
+
+// Writing
+
+INTERPOSE(ssize_t, -1, write, (int file, const void* data, size_t size),
+          (file, data, allowed(size)), isInterrupted() || isRefused(FaultWrite, "write"))
+INTERPOSE(ssize_t, -1, pwrite, (int file, const void* data, size_t size, off_t offset),
+          (file, data, allowed(size), offset), isInterrupted() || isRefused(FaultWrite, "pwrite"))
+INTERPOSE(ssize_t, -1, pwrite64, (int file, const void* data, size_t size, off64_t offset),
+          (file, data, allowed(size), offset), isInterrupted() || isRefused(FaultWrite, "pwrite64"))
+INTERPOSE(int, -1, ftruncate, (int file, off_t size) noexcept, (file, size),
+          isInterrupted() || isRefused(FaultWrite, "ftruncate"))
+INTERPOSE(int, -1, ftruncate64, (int file, off64_t size) noexcept, (file, size),
+          isInterrupted() || isRefused(FaultWrite, "ftruncate64"))
+INTERPOSE(int, -1, truncate, (const char* path, off_t size) noexcept, (path, size),
+          isInterrupted() || isRefused(FaultWrite, "truncate", path))
+INTERPOSE(int, -1, truncate64, (const char* path, off64_t size) noexcept, (path, size),
+          isInterrupted() || isRefused(FaultWrite, "truncate64", path))
+
+// What a test writes need not outlive a power failure: no time is spent on that.
+
+int fsync(int file)
+{
+    NEXT(fsync, int, int);
+    if (isInterrupted() || isRefused(FaultWrite, "fsync"))
+        return -1;
+    return state.isArmed ? 0 : next(file);
+}
+
+int fdatasync(int file)
+{
+    NEXT(fdatasync, int, int);
+    if (isInterrupted() || isRefused(FaultWrite, "fdatasync"))
+        return -1;
+    return state.isArmed ? 0 : next(file);
+}
+
+// Renaming
+
+INTERPOSE(int, -1, rename, (const char* path, const char* newPath) noexcept, (path, newPath),
+          isRefused(FaultRename, "rename", path))
+INTERPOSE(int, -1, renameat,
+          (int folder, const char* path, int newFolder, const char* newPath) noexcept,
+          (folder, path, newFolder, newPath), isRefused(FaultRename, "renameat", path))
+INTERPOSE(int, -1, renameat2,
+          (int folder, const char* path, int newFolder, const char* newPath,
+           unsigned flags) noexcept,
+          (folder, path, newFolder, newPath, flags), isRefused(FaultRename, "renameat2", path))
+INTERPOSE(int, -1, link, (const char* path, const char* newPath) noexcept, (path, newPath),
+          isRefusedToLink("link", path))
+
+int linkat(int folder, const char* path, int newFolder, const char* newPath, int flags) noexcept
+{
+    NEXT(linkat, int, int, const char*, int, const char*, int);
+    if (isRefusedToLink("linkat", path))
+        return -1;
+    return next(folder, path, newFolder, newPath, flags);
+}
+
+// Removing
+
+INTERPOSE(int, -1, unlink, (const char* path) noexcept, (path),
+          isRefused(FaultUnlink, "unlink", path))
+INTERPOSE(int, -1, unlinkat, (int folder, const char* path, int flags) noexcept,
+          (folder, path, flags), isRefused(FaultUnlink, "unlinkat", path))
+INTERPOSE(int, -1, rmdir, (const char* path) noexcept, (path),
+          isRefused(FaultUnlink, "rmdir", path))
+INTERPOSE(int, -1, remove, (const char* path) noexcept, (path),
+          isRefused(FaultUnlink, "remove", path))
+
+// Making folders
+
+INTERPOSE(int, -1, mkdir, (const char* path, mode_t mode) noexcept, (path, mode),
+          isRefused(FaultMakeFolder, "mkdir", path))
+INTERPOSE(int, -1, mkdirat, (int folder, const char* path, mode_t mode) noexcept,
+          (folder, path, mode), isRefused(FaultMakeFolder, "mkdirat", path))
+
+// Closing: the file is closed in any case, as Linux does it.
+
+int close(int file)
+{
+    NEXT(close, int, int);
+    const int result = next(file);
+    return isRefused(FaultClose, "close") ? -1 : result;
+}
+
+} // extern "C"

@@ -1,0 +1,1171 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// A disk that fails at the worst moment: whatever changes files is run again and again, and each
+// time another one of its calls on files is refused, until a run gets by without a refusal. Each
+// time the result, the message and the log must say what the files show: done means complete and
+// exact; not done means a source that is untouched, and no half-written file under the name of a
+// whole one.
+//
+// The program starts itself a second time with FaultShim loaded before all other libraries.
+
+#include "DirectorySynchronizer.h"
+#include "ExifUtils.h"
+#include "FileUtils.h"
+#include "ImageUtils.h"
+#include "QExifImageHeader.h"
+
+#include "FaultShim.h"
+#include "LogCapture.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QDirIterator>
+#include <QImage>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <functional>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QString operator""_s(const char* text, size_t size)
+{
+    return QString::fromUtf8(text, int(size));
+}
+
+QLatin1Char operator""_L1(char c)
+{
+    return QLatin1Char(c);
+}
+
+// ---- The shim ----------------------------------------------------------------------------------
+
+FaultShimArm* shimArm()
+{
+    return reinterpret_cast<FaultShimArm*>(dlsym(RTLD_DEFAULT, "faultShimArm"));
+}
+
+FaultShimDisarm* shimDisarm()
+{
+    return reinterpret_cast<FaultShimDisarm*>(dlsym(RTLD_DEFAULT, "faultShimDisarm"));
+}
+
+const char* const kindNames[FaultKindCount] = {"open",   "read",  "write", "rename",
+                                               "unlink", "mkdir", "close"};
+
+FaultPlan plan(FaultKind kind, int error, bool isLasting)
+{
+    FaultPlan plan = {};
+    plan.kind = kind;
+    plan.error = error;
+    plan.isLasting = isLasting;
+    return plan;
+}
+
+/// Every way in which a call is refused.
+QVector<FaultPlan> refusals()
+{
+    const QVector<QPair<FaultKind, int>> errors = {
+        {FaultOpen, EACCES},       {FaultOpen, EMFILE},       {FaultRead, EIO},
+        {FaultWrite, ENOSPC},      {FaultWrite, EIO},         {FaultRename, EACCES},
+        {FaultRename, EXDEV},      {FaultUnlink, EACCES},     {FaultUnlink, EBUSY},
+        {FaultMakeFolder, EACCES}, {FaultMakeFolder, ENOSPC}, {FaultClose, EIO}};
+    QVector<FaultPlan> plans;
+    for (const auto& error : errors) {
+        for (const bool isLasting : {false, true})
+            plans.append(plan(error.first, error.second, isLasting));
+    }
+    return plans;
+}
+
+QString textOf(const FaultPlan& plan, const FaultReport& report)
+{
+    return "%1 %2 fails (%3)%4%5%6, first %7 %8"_s.arg(
+        QString::fromLatin1(kindNames[plan.kind]), QString::number(plan.nth),
+        QString::fromLocal8Bit(std::strerror(plan.error)),
+        plan.isLasting ? " from then on"_s : QString(),
+        plan.lacksUnnamedFiles ? ", no O_TMPFILE"_s : QString(),
+        plan.lacksHardLinks ? ", no link()"_s : QString(), QString::fromLatin1(report.function),
+        QString::fromLocal8Bit(report.path));
+}
+
+// ---- Folders as they are -----------------------------------------------------------------------
+
+/// What lies below a folder: relative paths, and for each what there is. A file is its permissions
+/// and its content.
+using Tree = QMap<QString, QByteArray>;
+
+const QByteArray folderMark = "folder";
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+}
+
+Tree treeOf(const QString& root)
+{
+    Tree tree;
+    QDirIterator entries(root,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        struct stat status;
+        if (lstat(QFile::encodeName(path).constData(), &status) != 0)
+            qFatal("cannot look at %s", qPrintable(path));
+        QByteArray& entry = tree[path.mid(root.size() + 1)];
+        if (S_ISLNK(status.st_mode))
+            entry = "link " + QFile::symLinkTarget(path).toUtf8();
+        else if (S_ISDIR(status.st_mode))
+            entry = folderMark;
+        else
+            entry = QByteArray::number(status.st_mode & 0777, 8) + ' ' + contentOf(path);
+    }
+    return tree;
+}
+
+/// What lies below one of its folders.
+Tree below(const Tree& tree, const QString& folder)
+{
+    Tree part;
+    const QString prefix = folder + '/'_L1;
+    for (auto it = tree.begin(); it != tree.end(); ++it) {
+        if (it.key().startsWith(prefix))
+            part.insert(it.key().mid(prefix.size()), it.value());
+    }
+    return part;
+}
+
+/// \a tree with everything that is in \a over, which wins.
+Tree merged(Tree tree, const Tree& over)
+{
+    for (auto it = over.begin(); it != over.end(); ++it)
+        tree.insert(it.key(), it.value());
+    return tree;
+}
+
+/// Where two trees differ, for people; empty where they do not.
+QString difference(const Tree& actual, const Tree& expected)
+{
+    const Tree all = merged(actual, expected);
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        if (!expected.contains(it.key()))
+            return it.key() + " is there"_s;
+        if (!actual.contains(it.key()))
+            return it.key() + " is missing"_s;
+        if (actual.value(it.key()) != expected.value(it.key()))
+            return "%1 is \"%2\" (%3 bytes) instead of \"%4\" (%5 bytes)"_s.arg(
+                it.key(), QString::fromUtf8(actual.value(it.key()).left(40)),
+                QString::number(actual.value(it.key()).size()),
+                QString::fromUtf8(expected.value(it.key()).left(40)),
+                QString::number(expected.value(it.key()).size()));
+    }
+    return QString();
+}
+
+/// Whether something of that name is made only to become, or to be, something else.
+bool isTemporary(const QString& path)
+{
+    const QString name = path.mid(path.lastIndexOf('/'_L1) + 1);
+    return name.startsWith(".orvautils-"_s) || name.startsWith("orvautils_temp."_s)
+        || name.startsWith("qt_temp."_s);
+}
+
+void makeFile(const QString& path, const QByteArray& content, mode_t mode = 0644)
+{
+    QFile file(path);
+    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
+        || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+    file.close();
+    if (chmod(QFile::encodeName(path).constData(), mode) != 0)
+        qFatal("cannot change %s", qPrintable(path));
+}
+
+void makeLink(const QString& target, const QString& path)
+{
+    if (symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
+        qFatal("cannot link %s", qPrintable(path));
+}
+
+/// Bytes in which no two stretches are alike.
+QByteArray bytes(int size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    quint32 state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525 + 1013904223;
+        byte = char(state >> 24);
+    }
+    return bytes;
+}
+
+// ---- Runs and scenarios ------------------------------------------------------------------------
+
+/// A function under test has run in a folder. Texts name paths relative to that folder.
+struct Run
+{
+    QString root;
+    Tree before;
+    Tree after;
+    FaultPlan plan;
+    FaultReport report;
+    bool succeeded;
+    QString message; ///< what came back in the `QString* error`
+    QStringList records; ///< what was logged
+
+    QString path(const QString& relative) const { return root + '/'_L1 + relative; }
+};
+
+/// What is run, in a folder whose "src" must never change. Answers in words are empty where nothing
+/// is wrong.
+struct Scenario
+{
+    QString function; ///< the name under which its faults are counted
+    std::function<void(const Run&)> prepare;
+    std::function<bool(const Run&, QString* message)> act;
+    /// The whole folder after success, in which nothing is said and nothing logged.
+    std::function<Tree(const Run&)> complete;
+    /// What is wrong with a run that failed or logged something.
+    std::function<QString(const Run&)> wrongInFailure;
+};
+
+const QString copied = "warning orvautils FileUtils forceCopy: "_s;
+const QString copiedDir = "warning orvautils FileUtils copyDir: "_s;
+
+/// Takes the text behind \a start out of \a text, which begins with it. False where it does not.
+bool takeAfter(const QString& text, const QString& start, QString* rest)
+{
+    if (!text.startsWith(start))
+        return false;
+    *rest = text.mid(start.size());
+    return true;
+}
+
+// forceCopy
+
+/// What is wrong with a failed copy of a file, and with the record of it.
+QString wrongInForceCopy(const Run& run, const QString& record, const QString& source,
+                         const QString& destination)
+{
+    if (record == copied + "FileUtils::forceCopy can't remove  "_s + destination)
+        return run.after.value(destination) == run.before.value(destination)
+            ? QString()
+            : "a file that could not be removed changed"_s;
+    const QRegularExpression cannotCopy(
+        "^"_s
+        + QRegularExpression::escape(copied + "FileUtils::forceCopy can't copy "_s + source + ' '_L1
+                                     + destination)
+        + "  error= ([1-9]|1[0-4])$"_s);
+    if (!cannotCopy.match(record).hasMatch())
+        return "not a record of forceCopy()"_s;
+    // The old one is removed first, but not where the source cannot even be opened.
+    if (run.after.contains(destination)
+        && run.after.value(destination) != run.before.value(destination))
+        return "something was left under the name of the copy"_s;
+    return QString();
+}
+
+Scenario forceCopy(const QString& destination)
+{
+    Scenario scenario;
+    scenario.function = "forceCopy"_s;
+    scenario.prepare = [](const Run& run) {
+        makeFile(run.path("src/photo"_s), bytes(150000), 0640);
+        makeFile(run.path("dst/photo"_s), "an older one", 0600);
+    };
+    scenario.act = [destination](const Run& run, QString*) {
+        return FileUtils::forceCopy(run.path("src/photo"_s), run.path(destination));
+    };
+    scenario.complete = [destination](const Run& run) {
+        Tree complete = run.before;
+        complete[destination] = run.before.value("src/photo"_s);
+        for (QString folder = destination; folder.contains('/'_L1);) {
+            folder = folder.left(folder.lastIndexOf('/'_L1));
+            complete[folder] = folderMark;
+        }
+        return complete;
+    };
+    scenario.wrongInFailure = [destination](const Run& run) {
+        if (run.succeeded || run.records.size() != 1)
+            return "not the described answer"_s;
+        return wrongInForceCopy(run, run.records.first(), "src/photo"_s, destination);
+    };
+    return scenario;
+}
+
+// copyDir
+
+/// A copy of the tree: links are what they lead to, broken ones are left out.
+Tree copyOf(const Tree& tree)
+{
+    Tree copy = tree;
+    copy["link"_s] = tree.value("file"_s);
+    copy.remove("broken"_s);
+    return copy;
+}
+
+void prepareFolders(const Run& run)
+{
+    makeFile(run.path("src/file"_s), "some text");
+    makeFile(run.path("src/large"_s), bytes(150000), 0640);
+    makeFile(run.path("src/.hidden"_s), "", 0600);
+    makeFile(run.path("src/sub/program"_s), "#!", 0755);
+    makeFile(run.path("src/sub/deep/file"_s), "deep");
+    QDir().mkpath(run.path("src/empty"_s));
+    makeLink("file"_s, run.path("src/link"_s));
+    makeLink("nowhere"_s, run.path("src/broken"_s));
+    makeFile(run.path("dst/large"_s), "an older one", 0600);
+    makeFile(run.path("dst/sub/program"_s), "an older one");
+    makeFile(run.path("dst/sub/kept"_s), "kept");
+    makeFile(run.path("dst/old/kept"_s), "kept");
+}
+
+/// What is wrong with a copy of "src" to "dst" that failed with those records.
+QString wrongInCopyDir(const Run& run, bool merge, const QStringList& records)
+{
+    const Tree old = below(run.before, "dst"_s);
+    const Tree whole = copyOf(below(run.before, "src"_s));
+    const Tree now = below(run.after, "dst"_s);
+    if (records.isEmpty())
+        return "no record"_s;
+
+    const bool isStillOld = records.last() == copiedDir + "unable to removeRecursively dst"_s;
+    for (auto it = now.begin(); it != now.end(); ++it) {
+        const bool isOld = (merge || isStillOld) && old.value(it.key()) == it.value();
+        const bool isNew = !isStillOld && whole.value(it.key()) == it.value();
+        const bool cannotGo = run.plan.kind == FaultUnlink && isTemporary(it.key());
+        if (!isOld && !isNew && !cannotGo)
+            return it.key() + " is neither an old file nor a whole copy"_s;
+    }
+    for (auto it = old.begin(); merge && it != old.end(); ++it) {
+        if (!whole.contains(it.key()) && !now.contains(it.key()))
+            return it.key() + " was removed"_s;
+    }
+
+    QString rest;
+    if (isStillOld)
+        return records.size() == 1 && !merge ? QString() : "unexpected records"_s;
+    if (takeAfter(records.last(), copiedDir + "unable to mkdir "_s, &rest)) {
+        const bool isFolder = rest == "dst"_s || whole.value(rest.mid(4)) == folderMark;
+        return isFolder && !run.after.contains(rest) && records.size() == 1
+            ? QString()
+            : "wrong record of a folder"_s;
+    }
+    if (!takeAfter(records.last(), copiedDir + "unable to copy src"_s, &rest))
+        return "not a record of copyDir()"_s;
+    const QString name = rest.left(rest.indexOf(" to "_s));
+    if (rest != name + " to dst"_s + name)
+        return "wrong record of a copy"_s;
+    if (name.isEmpty() || run.before.value("src"_s + name) == folderMark)
+        return records.size() == 1 ? QString() : "more than one record"_s;
+    if (records.size() != 2)
+        return "not the two records of a file"_s;
+    return wrongInForceCopy(run, records.first(), "src"_s + name, "dst"_s + name);
+}
+
+/// The whole folder after the copy.
+Tree withCopy(const Run& run, bool merge)
+{
+    const Tree copy = copyOf(below(run.before, "src"_s));
+    const Tree old = merge ? below(run.before, "dst"_s) : Tree();
+    const Tree both = merged(old, copy);
+    Tree complete;
+    for (auto it = run.before.begin(); it != run.before.end(); ++it) {
+        if (!it.key().startsWith("dst/"_s))
+            complete.insert(it.key(), it.value());
+    }
+    for (auto it = both.begin(); it != both.end(); ++it)
+        complete.insert("dst/"_s + it.key(), it.value());
+    return complete;
+}
+
+Scenario copyDir(bool merge)
+{
+    Scenario scenario;
+    scenario.function = "copyDir"_s;
+    scenario.prepare = prepareFolders;
+    scenario.act = [merge](const Run& run, QString*) {
+        return FileUtils::copyDir(run.path("src"_s), run.path("dst"_s), merge);
+    };
+    scenario.complete = [merge](const Run& run) { return withCopy(run, merge); };
+    scenario.wrongInFailure = [merge](const Run& run) {
+        return run.succeeded ? "it succeeded and logged"_s
+                             : wrongInCopyDir(run, merge, run.records);
+    };
+    return scenario;
+}
+
+Scenario fullSync()
+{
+    Scenario scenario = copyDir(false);
+    scenario.function = "fullSync"_s;
+    scenario.act = [](const Run& run, QString* message) {
+        DirectorySynchronizer synchronizer;
+        const QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
+        const QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+        const bool succeeded = synchronizer.fullSync(run.path("src"_s), run.path("dst"_s));
+        if (error.count() + log.count() > 0)
+            *message = "a signal was sent"_s;
+        return succeeded;
+    };
+    scenario.wrongInFailure = [](const Run& run) {
+        if (run.succeeded || !run.message.isEmpty() || run.records.isEmpty()
+            || run.records.last()
+                != "critical orvautils DirectorySynchronizer fullSync: FullSync fail"_s)
+            return "not the described answer"_s;
+        return wrongInCopyDir(run, false, run.records.mid(0, run.records.size() - 1));
+    };
+    return scenario;
+}
+
+// Removing
+
+void prepareRemoval(const Run& run)
+{
+    makeFile(run.path("src/file"_s), "outside");
+    makeFile(run.path("box/a"_s), "a");
+    makeFile(run.path("box/.hidden"_s), "h");
+    makeFile(run.path("box/Sub/b"_s), "b");
+    makeFile(run.path("box/Sub/deep/c"_s), "c");
+    makeFile(run.path("box/z"_s), "z");
+    makeLink("../src"_s, run.path("box/linked folder"_s));
+    makeLink("../src/file"_s, run.path("box/linked file"_s));
+    makeLink("nowhere"_s, run.path("box/broken"_s));
+}
+
+/// What is left must be as it was.
+QString wrongInRemains(const Run& run)
+{
+    for (auto it = run.after.begin(); it != run.after.end(); ++it) {
+        if (run.before.value(it.key()) != it.value())
+            return it.key() + " changed"_s;
+    }
+    return QString();
+}
+
+Scenario removeContentDirectory(bool recursive)
+{
+    Scenario scenario;
+    scenario.function = "removeContentDirectory"_s;
+    scenario.prepare = prepareRemoval;
+    scenario.act = [recursive](const Run& run, QString*) {
+        return FileUtils::removeContentDirectory(run.path("box"_s), recursive);
+    };
+    scenario.complete = [recursive](const Run& run) {
+        Tree complete = run.before;
+        for (const QString& path : below(run.before, "box"_s).keys()) {
+            if (recursive || !path.startsWith("Sub"_s))
+                complete.remove("box/"_s + path);
+        }
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) {
+        QString path;
+        if (run.succeeded || run.records.size() != 1
+            || !takeAfter(run.records.first(),
+                          "critical orvautils FileUtils removeContentDirectory: "
+                          "enable to removeRecursively "_s,
+                          &path))
+            return "not the described answer"_s;
+        // The folder itself, which cannot be read, or something that stands in it.
+        if (!run.after.contains(path) || (path != "box"_s && path.count('/'_L1) != 1))
+            return path + " was removed"_s;
+        return wrongInRemains(run);
+    };
+    return scenario;
+}
+
+Scenario removeDirectory()
+{
+    Scenario scenario;
+    scenario.function = "old::removeDirectory"_s;
+    scenario.prepare = prepareRemoval;
+    scenario.act = [](const Run& run, QString* message) {
+        return FileUtils::old::removeDirectory(run.path("box"_s), true, message);
+    };
+    scenario.complete = [](const Run& run) {
+        Tree complete = run.before;
+        complete.remove("box"_s);
+        for (const QString& path : below(run.before, "box"_s).keys())
+            complete.remove("box/"_s + path);
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) {
+        const QRegularExpression failed("^Failed to remove (file|directory): (.*) \\((.+)\\)$"_s);
+        const QRegularExpressionMatch match = failed.match(run.message);
+        if (run.succeeded || !run.records.isEmpty() || !match.hasMatch())
+            return "not the described answer"_s;
+        const QString path = match.captured(2);
+        if (!run.after.contains(path))
+            return path + " was removed"_s;
+        const bool isFolder = run.before.value(path) == folderMark;
+        if (isFolder != (match.captured(1) == "directory"_s))
+            return path + " is called a "_s + match.captured(1);
+        if (!isFolder && match.captured(3) != QString::fromLocal8Bit(std::strerror(run.plan.error)))
+            return "another reason"_s;
+        return wrongInRemains(run);
+    };
+    return scenario;
+}
+
+// File content
+
+/// The permissions of a file that is new.
+QByteArray newFileMode()
+{
+    const mode_t mask = umask(0);
+    umask(mask);
+    return QByteArray::number(0666 & ~mask, 8) + ' ';
+}
+
+/// What is wrong with a failure of writeFileContent(), with those records, to write data to path.
+QString wrongInWriting(const Run& run, const QString& message, const QString& path,
+                       const QByteArray& data)
+{
+    const QString folder = path.left(path.lastIndexOf('/'_L1));
+    const QByteArray now = run.after.value(path);
+    const bool isUntouched = now == run.before.value(path);
+    if (message == "(fileMkPath) Cant create folder '%1' !"_s.arg(folder))
+        return isUntouched && run.records.isEmpty() ? QString() : "more than a missing folder"_s;
+    if (run.records
+        != QStringList("warning orvautils FileUtils writeFileContent: cannot open file  "_s + path))
+        return "not the described record"_s;
+    if (message == "Cannot open (WriteOnly) %1"_s.arg(path))
+        return isUntouched ? QString() : "the file changed"_s;
+    if (message != "Cannot write datas (WriteOnly) in %1"_s.arg(path))
+        return "not the described message"_s;
+    // The beginning of the data is all that is left.
+    return data.startsWith(now.mid(now.indexOf(' ') + 1)) ? QString() : "other content"_s;
+}
+
+Scenario writeFileContent(const QString& path)
+{
+    const QByteArray data = bytes(50000);
+    Scenario scenario;
+    scenario.function = "writeFileContent"_s;
+    scenario.prepare = [](const Run& run) {
+        makeFile(run.path("src/file"_s), "neighbour");
+        makeFile(run.path("dst/file"_s), "an older one", 0640);
+    };
+    scenario.act = [path, data](const Run& run, QString* message) {
+        return FileUtils::writeFileContent(run.path(path), data, message);
+    };
+    scenario.complete = [path, data](const Run& run) {
+        Tree complete = run.before;
+        complete[path] = (run.before.contains(path) ? "640 " : newFileMode()) + data;
+        for (QString folder = path; folder.contains('/'_L1);) {
+            folder = folder.left(folder.lastIndexOf('/'_L1));
+            complete[folder] = folderMark;
+        }
+        return complete;
+    };
+    scenario.wrongInFailure = [path, data](const Run& run) {
+        return run.succeeded ? "it succeeded and logged"_s
+                             : wrongInWriting(run, run.message, path, data);
+    };
+    return scenario;
+}
+
+Scenario replaceInFile()
+{
+    const QByteArray before = QByteArray("Bien s\xC3\xBBr, dit-elle. ").repeated(3000);
+    const QByteArray after = QByteArray("Bien s\xC3\xBBr, dit-il. ").repeated(3000);
+    Scenario scenario;
+    scenario.function = "replaceInFile"_s;
+    scenario.prepare = [before](const Run& run) {
+        makeFile(run.path("src/file"_s), "neighbour");
+        makeFile(run.path("dst/file"_s), before, 0640);
+    };
+    scenario.act = [](const Run& run, QString*) {
+        return FileUtils::replaceInFile(run.path("dst/file"_s), "elle"_s, "il"_s);
+    };
+    scenario.complete = [after](const Run& run) {
+        Tree complete = run.before;
+        complete["dst/file"_s] = "640 " + after;
+        return complete;
+    };
+    scenario.wrongInFailure = [after](const Run& run) {
+        // Only reading makes it false; a failure to write is logged.
+        if (!run.succeeded)
+            return run.records.isEmpty() && run.after == run.before ? QString()
+                                                                    : "something was written"_s;
+        const QString path = "dst/file"_s;
+        const bool isUntouched = run.after == run.before;
+        return wrongInWriting(run,
+                              (isUntouched ? "Cannot open (WriteOnly) %1"_s
+                                           : "Cannot write datas (WriteOnly) in %1"_s)
+                                  .arg(path),
+                              path, after);
+    };
+    return scenario;
+}
+
+Scenario checkWritingRightInFolder(const QString& folder, const QString& label)
+{
+    const QString probe = folder + "/check_write"_s;
+    Scenario scenario;
+    scenario.function = "checkWritingRightInFolder"_s;
+    scenario.prepare = [](const Run& run) {
+        makeFile(run.path("src/file"_s), "neighbour");
+        makeFile(run.path("dst/file"_s), "neighbour");
+    };
+    scenario.act = [folder, label](const Run& run, QString* message) {
+        return FileUtils::checkWritingRightInFolder(run.path(folder), label, message);
+    };
+    scenario.complete = [folder, probe](const Run& run) {
+        Tree complete = run.before;
+        for (QString path = folder; !path.isEmpty();) {
+            complete[path] = folderMark;
+            path = path.left(qMax(0, path.lastIndexOf('/'_L1)));
+        }
+        // A probe that cannot be removed is no reason to say no.
+        if (run.report.refused > 0 && run.plan.kind == FaultUnlink)
+            complete[probe] = newFileMode() + "data_test";
+        return complete;
+    };
+    scenario.wrongInFailure = [label, probe](const Run& run) {
+        QString message = run.message;
+        if (run.succeeded
+            || (!label.isEmpty()
+                && !takeAfter(run.message, "Cant write in %1 error="_s.arg(label), &message)))
+            return "not the described answer"_s;
+        return wrongInWriting(run, message, probe, "data_test");
+    };
+    return scenario;
+}
+
+// copyImageFile
+
+/// A picture with enough detail that a file of some kilobytes comes out.
+QByteArray picture(const char* format)
+{
+    QImage image(320, 240, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(x * y % 251, (x + 2 * y) % 256, (x ^ y) % 256));
+    }
+    QByteArray file;
+    QBuffer buffer(&file);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, format, 90))
+        qFatal("cannot make a picture");
+    return file;
+}
+
+/// The picture, which lies on its side, with an EXIF block that says so: 90 degrees.
+QByteArray turnedJpeg()
+{
+    const QByteArray block = QByteArray::fromHex("4D4D 002A 00000008 0001"
+                                                 "0112 0003 00000001 00060000 00000000");
+    QByteArray jpeg = picture("jpeg");
+    return jpeg.insert(2, QByteArray::fromHex("FFE1 0022") + QByteArray("Exif\0\0", 6) + block);
+}
+
+struct Import
+{
+    QString source;
+    QByteArray content;
+    QString destination;
+    QSize maximum;
+    ImageUtils::OptionsImageCopy options;
+    bool isCopied; ///< byte for byte
+    QString format;
+    QSize size; ///< of the result
+};
+
+bool import(const Import& import, const QString& root)
+{
+    return ImageUtils::copyImageFile(root + '/'_L1 + import.source,
+                                     root + '/'_L1 + import.destination, true, import.maximum,
+                                     import.options);
+}
+
+/// The file that a disk without faults gives.
+QByteArray imported(const Import& import)
+{
+    QTemporaryDir folder;
+    makeFile(folder.path() + '/'_L1 + import.source, import.content);
+    if (!::import(import, folder.path()))
+        qFatal("cannot import a picture");
+    return contentOf(folder.path() + '/'_L1 + import.destination);
+}
+
+QString textOf(const QSize& size)
+{
+    return "QSize(%1, %2)"_s.arg(size.width()).arg(size.height());
+}
+
+/// What is wrong with what a failed import logged.
+QString wrongInRecords(const Run& run, const Import& import)
+{
+    const QString warning = "warning orvautils ImageUtils copyImageFile: "_s;
+    // Readers of pictures have words of their own.
+    QStringList records = run.records.filter(" orvautils "_s);
+    if (records
+            == QStringList(
+                "critical orvautils ImageUtils copyImageFile: copyImageFile : can't remove "_s
+                + import.destination)
+        && run.before.contains(import.destination) && !import.isCopied)
+        return QString();
+    if (records == QStringList(warning + "importImageFile format null"_s)
+        || records == QStringList(warning + "importImageFile can't load  "_s + import.source))
+        return QString();
+
+    if (run.plan.kind == FaultMakeFolder) {
+        const QString folder = import.destination.left(import.destination.lastIndexOf('/'_L1) + 1);
+        const QString made = "warning orvautils FileUtils forceDirectoryCreationForAFile: "_s;
+        while (!records.isEmpty() && records.first().startsWith(made + "Mkdir fail on \""_s))
+            records.removeFirst();
+        if (records.isEmpty()
+            || records.takeFirst() != made + "The folder '%1' cannot be created!"_s.arg(folder))
+            return "no record of the folder"_s;
+    }
+    if (records.isEmpty())
+        return "no record"_s;
+    const QString last = records.takeLast();
+    if (import.isCopied) {
+        if (last != warning + "FileUtils::forceCopy"_s || records.size() != 1)
+            return "not the two records of a copy"_s;
+        return wrongInForceCopy(run, records.first(), import.source, import.destination);
+    }
+    if (last
+        != warning + "importImageFile can't save  "_s + import.destination + ' '_L1 + import.format
+            + ' '_L1 + textOf(import.size) + " maxSizeImage= "_s + textOf(import.maximum))
+        return "not the described record"_s;
+    if (!import.options.testFlag(ImageUtils::ProgressiveJpeg))
+        return records.isEmpty() ? QString() : "more than one record"_s;
+    const QRegularExpression progressive(
+        "^warning orvautils ImageUtils writeProgressiveImage: can't save writeProgressiveImage  "_s
+        + QRegularExpression::escape(import.destination) + "  errorString= .+  size= "_s
+        + QRegularExpression::escape(textOf(import.size)) + '$'_L1);
+    return records.size() == 1 && progressive.match(records.first()).hasMatch()
+        ? QString()
+        : "not the record of a progressive picture"_s;
+}
+
+Scenario copyImageFile(const Import& import)
+{
+    const QByteArray whole = imported(import);
+    Scenario scenario;
+    scenario.function = "copyImageFile"_s;
+    scenario.prepare = [import](const Run& run) {
+        makeFile(run.path("src/file"_s), "neighbour");
+        makeFile(run.path("dst/picture"_s), "an older one", 0640);
+        makeFile(run.path(import.source), import.content, 0600);
+    };
+    scenario.act = [import](const Run& run, QString*) { return ::import(import, run.root); };
+    scenario.complete = [import, whole](const Run& run) {
+        Tree complete = run.before;
+        complete[import.destination] = (import.isCopied ? "600 " : newFileMode()) + whole;
+        for (QString folder = import.destination; folder.contains('/'_L1);) {
+            folder = folder.left(folder.lastIndexOf('/'_L1));
+            complete[folder] = folderMark;
+        }
+        return complete;
+    };
+    scenario.wrongInFailure = [import](const Run& run) -> QString {
+        if (run.succeeded)
+            return "it succeeded and logged"_s;
+        if (run.after.value(import.destination) != run.before.value(import.destination))
+            return "what stood at the destination is lost"_s;
+        return wrongInRecords(run, import);
+    };
+    return scenario;
+}
+
+// saveToJpeg and what it serves
+
+/// A photograph whose EXIF block holds these values.
+QByteArray photograph(const QExifImageHeader& header)
+{
+    QByteArray photo = picture("jpeg");
+    QBuffer buffer(&photo);
+    if (!buffer.open(QIODevice::ReadWrite) || !header.saveToJpeg(&buffer))
+        qFatal("cannot make a photograph");
+    return photo;
+}
+
+std::shared_ptr<QExifImageHeader> headerOf(const QString& artist)
+{
+    auto header = std::make_shared<QExifImageHeader>();
+    header->setValue(QExifImageHeader::Artist, QExifValue(artist));
+    return header;
+}
+
+/// A header that fills most of a segment, so that it takes several calls to read it.
+QByteArray photographWithLargeHeader()
+{
+    QExifImageHeader header;
+    header.setValue(QExifImageHeader::Orientation, QExifValue(quint16(6)));
+    header.setValue(QExifImageHeader::MakerNote, QExifValue(bytes(60000)));
+    return photograph(header);
+}
+
+/// Something that changes the photograph at a path.
+using Change = std::function<bool(const QString& path)>;
+
+Change saving(const QString& artist)
+{
+    const auto header = headerOf(artist);
+    return [header](const QString& path) { return header->saveToJpeg(path); };
+}
+
+/// What an undisturbed change makes of a photograph.
+QByteArray changed(const QByteArray& photo, const Change& change)
+{
+    QTemporaryDir folder;
+    const QString path = folder.path() + "/photo"_s;
+    makeFile(path, photo);
+    if (!change(path) || contentOf(path) == photo)
+        qFatal("cannot change a photograph");
+    return contentOf(path);
+}
+
+Scenario changePhoto(const QString& function, const QByteArray& photo, const Change& change,
+                     bool hasTwoNames = false)
+{
+    const QByteArray whole = changed(photo, change);
+    Scenario scenario;
+    scenario.function = function;
+    scenario.prepare = [photo, hasTwoNames](const Run& run) {
+        makeFile(run.path("src/photo"_s), "another one");
+        makeFile(run.path("dst/photo"_s), photo, 0640);
+        const QByteArray path = QFile::encodeName(run.path("dst/photo"_s));
+        if (hasTwoNames && link(path.constData(), (path + " again").constData()) != 0)
+            qFatal("cannot link a photograph");
+    };
+    scenario.act = [change](const Run& run, QString*) { return change(run.path("dst/photo"_s)); };
+    scenario.complete = [whole, hasTwoNames](const Run& run) {
+        Tree complete = run.before;
+        complete["dst/photo"_s] = "640 " + whole;
+        if (hasTwoNames)
+            complete["dst/photo again"_s] = "640 " + whole;
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) -> QString {
+        if (run.succeeded || !run.records.isEmpty())
+            return "not the described answer"_s;
+        const QString path = "dst/photo"_s;
+        // A disk that takes nothing more does not take back what is behind the old end, either.
+        const bool isStuck = run.plan.kind == FaultWrite && run.plan.isLasting;
+        if (isStuck && run.after.value(path).startsWith(run.before.value(path)))
+            return QString();
+        return difference(run.after, run.before);
+    };
+    return scenario;
+}
+
+// ---- All scenarios -----------------------------------------------------------------------------
+
+const QMap<QString, Scenario>& scenarios()
+{
+    const QSize whole = QSize(320, 240); // as picture() has it
+    const QSize scaled = QSize(100, 75);
+    static const QMap<QString, Scenario> all = {
+        {"forceCopy over a file"_s, forceCopy("dst/photo"_s)},
+        {"forceCopy into a new folder"_s, forceCopy("dst/new/deep/photo"_s)},
+        {"copyDir afresh"_s, copyDir(false)},
+        {"copyDir merging"_s, copyDir(true)},
+        {"fullSync"_s, fullSync()},
+        {"removeContentDirectory"_s, removeContentDirectory(false)},
+        {"removeContentDirectory recursively"_s, removeContentDirectory(true)},
+        {"old::removeDirectory"_s, removeDirectory()},
+        {"writeFileContent over a file"_s, writeFileContent("dst/file"_s)},
+        {"writeFileContent into a new folder"_s, writeFileContent("dst/new/deep/file"_s)},
+        {"replaceInFile"_s, replaceInFile()},
+        {"checkWritingRightInFolder"_s, checkWritingRightInFolder("dst"_s, "Photos"_s)},
+        {"checkWritingRightInFolder, a new one"_s,
+         checkWritingRightInFolder("dst/new/deep"_s, QString())},
+        {"copyImageFile copying"_s,
+         copyImageFile({"src/picture"_s, picture("jpeg"), "dst/picture"_s, QSize(999, 999),
+                        ImageUtils::OptionsImageCopy(), true, "jpeg"_s, whole})},
+        {"copyImageFile scaling"_s,
+         copyImageFile({"src/picture"_s, picture("jpeg"), "dst/picture"_s, QSize(100, 100),
+                        ImageUtils::OptionsImageCopy(), false, "jpeg"_s, scaled})},
+        {"copyImageFile turning"_s,
+         copyImageFile({"src/picture"_s, turnedJpeg(), "dst/picture"_s, QSize(999, 999),
+                        ImageUtils::UseExifRotation, false, "jpeg"_s, whole.transposed()})},
+        {"copyImageFile progressively, into a new folder"_s,
+         copyImageFile({"src/picture"_s, picture("jpeg"), "dst/new/deep/picture"_s, QSize(999, 999),
+                        ImageUtils::ProgressiveJpeg, false, "jpeg"_s, whole})},
+        {"copyImageFile of a PNG"_s,
+         copyImageFile({"src/picture"_s, picture("png"), "dst/picture"_s, QSize(100, 100),
+                        ImageUtils::OptionsImageCopy(), false, "png"_s, scaled})},
+        {"copyImageFile of a BMP"_s,
+         copyImageFile({"src/picture"_s, picture("bmp"), "dst/picture"_s, QSize(100, 100),
+                        ImageUtils::OptionsImageCopy(), false, "bmp"_s, scaled})},
+        {"copyImageFile onto the photograph itself"_s,
+         copyImageFile({"dst/picture"_s, turnedJpeg(), "dst/picture"_s, QSize(999, 999),
+                        ImageUtils::UseExifRotation, false, "jpeg"_s, whole.transposed()})},
+        {"saveToJpeg within a block"_s,
+         changePhoto("saveToJpeg"_s, photograph(*headerOf("Ansel"_s)), saving("Diane"_s))},
+        {"saveToJpeg over several blocks"_s,
+         changePhoto("saveToJpeg"_s, photograph(*headerOf(QString(9000, 'a'_L1))),
+                     saving(QString(9000, 'b'_L1)))},
+        {"saveToJpeg growing"_s, changePhoto("saveToJpeg"_s, picture("jpeg"), saving("Diane"_s))},
+        {"saveToJpeg of a file with two names"_s,
+         changePhoto("saveToJpeg"_s, picture("jpeg"), saving("Diane"_s), true)},
+        {"clearRotation"_s,
+         changePhoto("clearRotation"_s, photographWithLargeHeader(), ExifUtils::clearRotation)},
+    };
+    return all;
+}
+
+/// The runs in which a call was refused, by function and kind.
+QMap<QString, QVector<int>> counts;
+/// The runs in which a signal came before a call.
+int interruptions = 0;
+
+/// No scenario needs so many of a kind.
+const int mostCalls = 1000;
+
+/// Runs the scenario once, as the plan says.
+Run run(const Scenario& scenario, const FaultPlan& plan)
+{
+    // Memory, where the system offers it as a folder, takes a tenth of the time of a disk.
+    const QString memory = "/dev/shm"_s;
+    static const QTemporaryDir temporary(
+        (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/tst_Faults"_s);
+    Run run = {};
+    run.root = QFileInfo(temporary.path()).canonicalFilePath() + "/run"_s;
+    run.plan = plan;
+    if (!QDir(run.root).removeRecursively() || !QDir().mkpath(run.root))
+        qFatal("cannot empty %s", qPrintable(run.root));
+    scenario.prepare(run);
+    run.before = treeOf(run.root);
+    {
+        LogCapture log;
+        shimArm()(&plan);
+        run.succeeded = scenario.act(run, &run.message);
+        run.report = shimDisarm()();
+        run.records = log.lines();
+    }
+    run.after = treeOf(run.root);
+    const QString prefix = run.root + '/'_L1;
+    run.message.remove(prefix);
+    run.records.replaceInStrings(prefix, QString());
+    return run;
+}
+
+QString wrongIn(const Scenario& scenario, const Run& run)
+{
+    if (below(run.after, "src"_s) != below(run.before, "src"_s))
+        return "the source changed"_s;
+    Tree after = run.after;
+    for (const QString& path : run.after.keys()) {
+        if (!isTemporary(path))
+            continue;
+        // What is not to be removed stays, of course.
+        if (run.plan.kind != FaultUnlink || run.report.refused == 0)
+            return path + " stayed behind"_s;
+        after.remove(path);
+    }
+    if (!run.succeeded || !run.records.isEmpty())
+        return scenario.wrongInFailure(run);
+    if (!run.message.isEmpty())
+        return "it succeeded with a message"_s;
+    return difference(after, scenario.complete(run));
+}
+
+/// What is wrong with a run, for people.
+QString complaint(const QString& wrong, const Run& run)
+{
+    return wrong + " when "_s + textOf(run.plan, run.report) + "\n    result "_s
+        + (run.succeeded ? "true"_s : "false"_s) + ", message \""_s + run.message
+        + "\", records (\""_s + run.records.join("\", \""_s) + "\")"_s;
+}
+
+/// Complaints about a run that no fault of that kind may hinder.
+QStringList mustSucceed(const Scenario& scenario, const FaultPlan& plan, int* refused = nullptr)
+{
+    const Run run = ::run(scenario, plan);
+    if (refused)
+        *refused = run.report.refused;
+    QString wrong = wrongIn(scenario, run);
+    if (wrong.isEmpty() && (!run.succeeded || !run.records.isEmpty()))
+        wrong = "it failed"_s;
+    return wrong.isEmpty() ? QStringList() : QStringList(complaint(wrong, run));
+}
+
+/// Refuses one call after the other, until a run has no call left to refuse. Returns complaints.
+QStringList refuseEveryCall(const Scenario& scenario, FaultPlan plan)
+{
+    QStringList complaints;
+    for (plan.nth = 1;; ++plan.nth) {
+        const Run run = ::run(scenario, plan);
+        const QString wrong = wrongIn(scenario, run);
+        if (!wrong.isEmpty())
+            complaints.append(complaint(wrong, run));
+        QVector<int>& count = counts[scenario.function];
+        count.resize(FaultKindCount);
+        count[plan.kind] += run.report.refused > 0 ? 1 : 0;
+        if (run.report.refused == 0) {
+            if (!run.succeeded || !run.records.isEmpty())
+                complaints.append(complaint("it failed by itself"_s, run));
+            return complaints;
+        }
+        if (plan.nth > mostCalls) {
+            complaints.append("no end of calls"_s);
+            return complaints;
+        }
+    }
+}
+
+/// Lets a signal come before one call after the other. Returns complaints.
+QStringList interruptEveryCall(const Scenario& scenario, FaultPlan plan)
+{
+    QStringList complaints;
+    int interrupted = 1;
+    for (plan.nth = 1; interrupted > 0 && plan.nth <= mostCalls; ++plan.nth) {
+        complaints += mustSucceed(scenario, plan, &interrupted);
+        interruptions += interrupted;
+    }
+    return complaints;
+}
+
+} // namespace
+
+class tst_Faults : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void refusedCalls_data() { addScenarios(); }
+    void refusedCalls();
+    void shortTransfers_data() { addScenarios(); }
+    void shortTransfers();
+    void interruptedCalls_data() { addScenarios(); }
+    void interruptedCalls();
+    void cleanupTestCase();
+
+private:
+    static void addScenarios();
+};
+
+void tst_Faults::addScenarios()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString& name : scenarios().keys())
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+void tst_Faults::initTestCase()
+{
+    // Whatever is made on first use is made now, and costs no call on a file later.
+    const FaultPlan none = {};
+    for (const Scenario& scenario : scenarios())
+        QCOMPARE(mustSucceed(scenario, none), QStringList());
+}
+
+void tst_Faults::refusedCalls()
+{
+    QFETCH(QString, name);
+    const Scenario scenario = scenarios().value(name);
+    QStringList complaints;
+    for (FaultPlan plan : refusals()) {
+        complaints += refuseEveryCall(scenario, plan);
+        plan.lacksUnnamedFiles = true;
+        complaints += refuseEveryCall(scenario, plan);
+        plan.lacksHardLinks = true;
+        complaints += refuseEveryCall(scenario, plan);
+    }
+    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
+}
+
+void tst_Faults::shortTransfers()
+{
+    QFETCH(QString, name);
+    const Scenario scenario = scenarios().value(name);
+    QStringList complaints;
+    for (const size_t bytes : {size_t(7), size_t(1000)}) {
+        FaultPlan plan = {};
+        plan.mostBytes = bytes;
+        complaints += mustSucceed(scenario, plan);
+        plan.lacksUnnamedFiles = true;
+        plan.lacksHardLinks = true;
+        complaints += mustSucceed(scenario, plan);
+    }
+    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
+}
+
+void tst_Faults::interruptedCalls()
+{
+    QFETCH(QString, name);
+    const Scenario scenario = scenarios().value(name);
+    QStringList complaints;
+    for (const FaultKind kind : {FaultOpen, FaultRead, FaultWrite}) {
+        FaultPlan plan = {};
+        plan.kind = kind;
+        plan.error = EINTR;
+        complaints += interruptEveryCall(scenario, plan);
+        plan.lacksUnnamedFiles = true;
+        complaints += interruptEveryCall(scenario, plan);
+    }
+    FaultPlan plan = {};
+    plan.interrupts = true;
+    complaints += mustSucceed(scenario, plan);
+    plan.mostBytes = 1000;
+    complaints += mustSucceed(scenario, plan);
+    plan.lacksUnnamedFiles = true;
+    plan.lacksHardLinks = true;
+    complaints += mustSucceed(scenario, plan);
+    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
+}
+
+void tst_Faults::cleanupTestCase()
+{
+    int total = 0;
+    QStringList functions;
+    for (auto it = counts.constBegin(); it != counts.constEnd(); ++it) {
+        int sum = 0;
+        QStringList kinds;
+        for (int kind = 0; kind < FaultKindCount; ++kind) {
+            sum += it.value().at(kind);
+            kinds.append(
+                "%1 %2"_s.arg(QString::fromLatin1(kindNames[kind])).arg(it.value().at(kind)));
+        }
+        qInfo("%s: %s", qPrintable(it.key()), qPrintable(kinds.join(", "_s)));
+        functions.append("%1 %2"_s.arg(it.key()).arg(sum));
+        total += sum;
+    }
+    if (interruptions > 0)
+        qInfo("calls interrupted: %d", interruptions);
+    if (total > 0)
+        qInfo("faults injected: %d (%s)", total, qPrintable(functions.join(", "_s)));
+}
+
+int main(int argc, char** argv)
+{
+    if (!shimArm()) {
+        const QByteArray preloaded = qgetenv("LD_PRELOAD");
+        if (preloaded.contains(FAULT_SHIM)) {
+            std::fprintf(stderr, "%s cannot be loaded before other libraries\n", FAULT_SHIM);
+            return 1;
+        }
+        qputenv("LD_PRELOAD",
+                preloaded.isEmpty() ? QByteArray(FAULT_SHIM)
+                                    : QByteArray(FAULT_SHIM) + ':' + preloaded);
+        execv("/proc/self/exe", argv);
+        std::perror("execv");
+        return 1;
+    }
+    QCoreApplication application(argc, argv);
+    tst_Faults test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_Faults.moc"
