@@ -71,17 +71,12 @@ build() {
     fi
 }
 
-# build_to_package: builds the library in build/package, as it is packaged: with the flags by which
-# Debian hardens its own packages, dated by the last commit, and with its reference where the tools
-# for that are installed.
+# build_to_package [cmake options]: builds the library in build/package, as it is packaged: with the
+# flags by which Debian hardens its own packages, and dated by the last commit.
 build_to_package() {
-    local reference=OFF
-    if command -v doxygen >/dev/null && command -v qhelpgenerator >/dev/null; then
-        reference=ON
-    fi
     SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || date +%s)
     export SOURCE_DATE_EPOCH
-    configure package "-DORVAUTILS_BUILD_DOCS=$reference" \
+    configure package "$@" \
         "-DCMAKE_CXX_FLAGS=$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS)" \
         "-DCMAKE_SHARED_LINKER_FLAGS=$(dpkg-buildflags --get LDFLAGS) -Wl,-z,now"
     build package

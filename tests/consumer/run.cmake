@@ -25,3 +25,10 @@ run(${CMAKE_COMMAND} --install "${library_build}" --prefix "${WORK_DIR}/installe
 file(RENAME "${WORK_DIR}/installed" "${prefix}")
 
 include("${SOURCE_DIR}/tests/consumer/use.cmake")
+
+# Who builds the library itself without Qt is told the same.
+configure(result said "${SOURCE_DIR}" "${WORK_DIR}/without_qt" ${without_qt})
+if(result EQUAL 0)
+  message(FATAL_ERROR "the library was configured without Qt:\n${said}")
+endif()
+expect("${said}" "apt install qtbase5-dev")
