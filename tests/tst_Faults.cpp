@@ -1147,17 +1147,27 @@ void tst_Faults::cleanupTestCase()
         qInfo("faults injected: %d (%s)", total, qPrintable(functions.join(", "_s)));
 }
 
+namespace {
+
+/// Adds to one of those variables whose parts are separated by colons.
+void addToVariable(const char* name, const QByteArray& part)
+{
+    const QByteArray value = qgetenv(name);
+    qputenv(name, value.isEmpty() ? part : value + ':' + part);
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     if (!shimArm()) {
-        const QByteArray preloaded = qgetenv("LD_PRELOAD");
-        if (preloaded.contains(FAULT_SHIM)) {
+        if (qgetenv("LD_PRELOAD").contains(FAULT_SHIM)) {
             std::fprintf(stderr, "%s cannot be loaded before other libraries\n", FAULT_SHIM);
             return 1;
         }
-        qputenv("LD_PRELOAD",
-                preloaded.isEmpty() ? QByteArray(FAULT_SHIM)
-                                    : QByteArray(FAULT_SHIM) + ':' + preloaded);
+        // The address sanitizer wants to be first, but comes before the C library all the same.
+        addToVariable("ASAN_OPTIONS", "verify_asan_link_order=0");
+        addToVariable("LD_PRELOAD", FAULT_SHIM);
         execv("/proc/self/exe", argv);
         std::perror("execv");
         return 1;
