@@ -267,8 +267,7 @@ mode_t permissionsOfCopy(int source, mode_t mode)
 void setPermissions(int file, mode_t permissions)
 {
     // Some file systems have no permissions; that is no reason to have no copy.
-    if (fchmod(file, permissions) != 0)
-        errno = 0;
+    static_cast<void>(fchmod(file, permissions));
 }
 
 bool writeAll(int destination, const char* data, size_t size)

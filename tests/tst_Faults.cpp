@@ -35,6 +35,7 @@
 #include <functional>
 #include <memory>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace {
@@ -62,7 +63,7 @@ FaultShimDisarm* shimDisarm()
 }
 
 const char* const kindNames[FaultKindCount] = {"open",   "read",  "write", "rename",
-                                               "unlink", "mkdir", "close"};
+                                               "unlink", "mkdir", "close", "attribute"};
 
 FaultPlan plan(FaultKind kind, int error, bool isLasting)
 {
@@ -787,6 +788,48 @@ Scenario copyImageFile(const Import& import)
     return scenario;
 }
 
+// writeProgressiveImage
+
+bool writeProgressively(const QString& path)
+{
+    return ImageUtils::writeProgressiveImage(QImage::fromData(picture("png")), path, "jpeg", 80);
+}
+
+Scenario writeProgressiveImage()
+{
+    QTemporaryDir folder;
+    if (!writeProgressively(folder.path() + "/picture"_s))
+        qFatal("cannot write a picture");
+    const QByteArray whole = contentOf(folder.path() + "/picture"_s);
+    Scenario scenario;
+    scenario.function = "writeProgressiveImage"_s;
+    scenario.prepare = [](const Run& run) {
+        makeFile(run.path("src/file"_s), "neighbour");
+        makeFile(run.path("dst/picture"_s), "an older one", 0640);
+    };
+    scenario.act = [](const Run& run, QString*) {
+        return writeProgressively(run.path("dst/picture"_s));
+    };
+    scenario.complete = [whole](const Run& run) {
+        Tree complete = run.before;
+        complete["dst/picture"_s] = "640 " + whole;
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) -> QString {
+        const QRegularExpression record(
+            "^warning orvautils ImageUtils writeProgressiveImage: can't save "
+            "writeProgressiveImage  dst/picture  errorString= .+  size= "_s
+            + QRegularExpression::escape(textOf(QSize(320, 240))) + '$'_L1);
+        const QStringList records = run.records.filter(" orvautils "_s);
+        if (run.succeeded || records.size() != 1 || !record.match(records.first()).hasMatch())
+            return "not the described answer"_s;
+        return run.after.value("dst/picture"_s) == run.before.value("dst/picture"_s)
+            ? QString()
+            : "the older picture is lost"_s;
+    };
+    return scenario;
+}
+
 // saveToJpeg and what it serves
 
 /// A photograph whose EXIF block holds these values.
@@ -853,6 +896,8 @@ Scenario changePhoto(const QString& function, const QByteArray& photo, const Cha
         makeFile(run.path("src/photo"_s), "another one");
         makeFile(run.path("dst/photo"_s), photo, 0640);
         const QByteArray path = QFile::encodeName(run.path("dst/photo"_s));
+        // Not every file system has room for a note.
+        static_cast<void>(setxattr(path.constData(), "user.note", "1", 1, 0));
         if (hasTwoNames && link(path.constData(), (path + " again").constData()) != 0)
             qFatal("cannot link a photograph");
     };
@@ -924,6 +969,7 @@ const QMap<QString, Scenario>& scenarios()
         {"copyImageFile onto the photograph itself"_s,
          copyImageFile({"dst/picture"_s, turnedJpeg(), "dst/picture"_s, QSize(999, 999),
                         ImageUtils::UseExifRotation, false, "jpeg"_s, whole.transposed()})},
+        {"writeProgressiveImage"_s, writeProgressiveImage()},
         {"saveToJpeg within a block"_s,
          changePhoto("saveToJpeg"_s, photograph(*headerOf("Ansel"_s)), saving("Diane"_s),
                      Way::InPlace)},
@@ -1078,6 +1124,10 @@ private slots:
     void shortTransfers();
     void interruptedCalls_data() { addScenarios(); }
     void interruptedCalls();
+    void refusedAttributes_data();
+    void refusedAttributes();
+    void entriesWithoutKinds_data() { addScenarios(); }
+    void entriesWithoutKinds();
     void cleanupTestCase();
 
 private:
@@ -1151,6 +1201,42 @@ void tst_Faults::interruptedCalls()
     plan.lacksUnnamedFiles = true;
     plan.lacksHardLinks = true;
     complaints += mustSucceed(scenario, plan);
+    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
+}
+
+void tst_Faults::refusedAttributes_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString& name : scenarios().keys()) {
+        if (name.startsWith("saveToJpeg"_s) || name.startsWith("clearRotation"_s))
+            QTest::newRow(qPrintable(name)) << name;
+    }
+}
+
+// A new file that cannot be made to look like the old one does not take its place: the old one is
+// changed then.
+void tst_Faults::refusedAttributes()
+{
+    QFETCH(QString, name);
+    const Scenario scenario = scenarios().value(name);
+    QStringList complaints;
+    for (const int error : {EPERM, ENOTSUP, EIO}) {
+        for (const bool isLasting : {false, true}) {
+            FaultPlan plan = ::plan(FaultAttribute, error, isLasting);
+            int refused = 1;
+            for (plan.nth = 1; refused > 0 && plan.nth <= mostCalls; ++plan.nth)
+                complaints += mustSucceed(scenario, plan, &refused);
+        }
+    }
+    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
+}
+
+void tst_Faults::entriesWithoutKinds()
+{
+    QFETCH(QString, name);
+    FaultPlan plan = {};
+    plan.lacksEntryKinds = true;
+    const QStringList complaints = mustSucceed(scenarios().value(name), plan);
     QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
 }
 
