@@ -211,6 +211,7 @@ public:
     ~Descriptor() { close(); }
 
     bool isOpen() const { return mDescriptor >= 0; }
+    // NOLINTNEXTLINE(google-explicit-constructor): passed to system calls
     operator int() const { return mDescriptor; }
 
     /// False when the system could not store what was written.
@@ -371,10 +372,10 @@ FolderReader::FolderReader(const QString& path, Detail detail)
 {
 #if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
     if (!isKnownToQtAlone(path))
-        mSource.reset(new LinuxSource(path, detail));
+        mSource = std::make_unique<LinuxSource>(path, detail);
 #endif
     if (!mSource)
-        mSource.reset(new QtSource(path, detail));
+        mSource = std::make_unique<QtSource>(path, detail);
 }
 
 FolderReader::~FolderReader() = default;

@@ -36,6 +36,9 @@ constexpr LiteralSyntax javascriptSyntax{'{', ":", '}'};
 class LiteralWriter
 {
 public:
+    // Of the block only what was put into it is read.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+    // cppcheck-suppress uninitMemberVar
     LiteralWriter(QTextStream* stream, const LiteralSyntax& syntax)
         : mStream(*stream)
         , mSyntax(syntax)

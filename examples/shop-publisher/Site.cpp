@@ -104,7 +104,7 @@ bool Site::open(QString* reason)
         *reason = tr("The folder %1 cannot be written to (%2).").arg(mFolder, why);
         return false;
     }
-    mDrafts.reset(new QTemporaryDir(mFolder + QLatin1String("/.shop-publisher-XXXXXX")));
+    mDrafts = std::make_unique<QTemporaryDir>(mFolder + QLatin1String("/.shop-publisher-XXXXXX"));
     if (!mDrafts->isValid()) {
         *reason = tr("The folder %1 cannot be written to (%2).")
                       .arg(mFolder, QString::fromLocal8Bit(std::strerror(errno)));

@@ -37,7 +37,7 @@ void removeFoldersWithoutSource(const QString& source, const QString& mirror)
     QStringList folders;
     FileUtils::listDirectoriesInFileSystem(mirror, folders, true);
     // Those in others first.
-    std::sort(folders.begin(), folders.end(), std::greater<QString>());
+    std::sort(folders.begin(), folders.end(), std::greater<>());
     for (const QString& folder : folders) {
         if (!QFileInfo(source + folder.mid(mirror.size())).isDir())
             QDir().rmdir(folder);
