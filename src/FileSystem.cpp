@@ -116,7 +116,7 @@ public:
     {
         if (!mFolder)
             return false;
-        const struct dirent* found;
+        const struct dirent* found = nullptr;
         do {
             errno = 0;
             found = readdir(mFolder);
@@ -168,7 +168,7 @@ private:
     void setStatus(Entry& entry, const struct dirent& found) const
     {
         const int folder = dirfd(mFolder);
-        struct stat status;
+        struct stat status = {};
         entry.size = 0;
         entry.modified = std::numeric_limits<qint64>::min();
         entry.isLink = found.d_type == DT_LNK;
@@ -299,7 +299,7 @@ bool renameNew(const QByteArray& name, const QByteArray& newName)
     if (link(name.constData(), newName.constData()) == 0)
         return unlink(name.constData()) == 0;
     // Not every file system has hard links.
-    struct stat status;
+    struct stat status = {};
     return errno != EEXIST && lstat(newName.constData(), &status) != 0
         && rename(name.constData(), newName.constData()) == 0;
 }
@@ -325,7 +325,7 @@ Copied copyFileWithLinux(const QByteArray& source, const QByteArray& destination
 {
     // Not blocking: a pipe in the place of the file would otherwise wait for its writer.
     const Descriptor from(open(source.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status;
+    struct stat status = {};
     if (!from.isOpen() || fstat(from, &status) != 0 || !S_ISREG(status.st_mode))
         return Copied::NotTried;
 
@@ -402,8 +402,8 @@ bool isSameFile(const QString& one, const QString& other)
 {
 #if defined(Q_OS_UNIX)
     // Unlike a comparison of paths this also holds where the file system ignores case.
-    struct stat oneStatus;
-    struct stat otherStatus;
+    struct stat oneStatus = {};
+    struct stat otherStatus = {};
     return stat(QFile::encodeName(one).constData(), &oneStatus) == 0
         && stat(QFile::encodeName(other).constData(), &otherStatus) == 0
         && oneStatus.st_dev == otherStatus.st_dev && oneStatus.st_ino == otherStatus.st_ino;

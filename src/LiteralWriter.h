@@ -37,8 +37,8 @@ class LiteralWriter
 {
 public:
     // Of the block only what was put into it is read.
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     // cppcheck-suppress uninitMemberVar
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     LiteralWriter(QTextStream* stream, const LiteralSyntax& syntax)
         : mStream(*stream)
         , mSyntax(syntax)

@@ -38,7 +38,8 @@ void removeFoldersWithoutSource(const QString& source, const QString& mirror)
     FileUtils::listDirectoriesInFileSystem(mirror, folders, true);
     // Those in others first.
     std::sort(folders.begin(), folders.end(), std::greater<>());
-    for (const QString& folder : folders) {
+    const QStringList& sorted = folders;
+    for (const QString& folder : sorted) {
         if (!QFileInfo(source + folder.mid(mirror.size())).isDir())
             QDir().rmdir(folder);
     }
