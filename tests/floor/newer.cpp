@@ -5,7 +5,8 @@
 // "finds:" names what is to be found there, and no other line may be named. It is parsed by
 // `scripts/qt-floor --self-test`, and never run.
 
-// clang-format off: what is to be found stands in the line of its use
+// What is to be found stands in the line of its use.
+// clang-format off
 
 #include <QDateTime>
 #include <QDir>
