@@ -11,8 +11,11 @@
 
 #include <functional>
 
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -58,6 +61,8 @@ private slots:
     void secondInstance();
     void lockAfterAnEnd_data();
     void lockAfterAnEnd();
+    void emptyLock();
+    void workingFoldersLeftBehind();
     void projectThatCannotBeWritten();
     void lockFileIsNoPicture();
     void siteThatCannotBeWritten();
@@ -254,6 +259,73 @@ void tst_ShopPublisherWatch::lockAfterAnEnd()
     const Outcome outcome = publish();
     QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
     QVERIFY(!QFileInfo::exists(lockFile()));
+}
+
+// What a program leaves that was killed between making its lock and filling it.
+void tst_ShopPublisherWatch::emptyLock()
+{
+    writeFile(photo("a.jpg"), jpeg(40, 30));
+    writeFile(lockFile(), QByteArray());
+    // Another program holds it, and is about to fill it.
+    const int held = ::open(QFile::encodeName(lockFile()).constData(), O_RDWR);
+    QVERIFY(held >= 0);
+    QCOMPARE(::flock(held, LOCK_EX | LOCK_NB), 0);
+    QCOMPARE(publish().exitCode, projectIsOpen);
+    QVERIFY(QFileInfo::exists(lockFile()));
+    ::close(held);
+
+    const Outcome outcome = publish();
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QVERIFY(!QFileInfo::exists(lockFile()));
+}
+
+// Those of programs that were killed go, that of a program at work stays.
+void tst_ShopPublisherWatch::workingFoldersLeftBehind()
+{
+    writeFile(photo("a.jpg"), jpeg(40, 30));
+    QVERIFY(watch());
+    const auto workingFolders = [this] {
+        return QDir(mSite).entryList({text(".shop-publisher-*")}, QDir::AllEntries | QDir::Hidden);
+    };
+    const QStringList own = workingFolders();
+    QCOMPARE(own.size(), 1);
+
+    // Without a lock, with one that nobody filled, with that of a process that is no more; what is
+    // named otherwise, or is no folder, is not theirs.
+    writeFile(mSite + text("/.shop-publisher-AAAAAA/image.jpg"), "half");
+    writeFile(mSite + text("/.shop-publisher-BBBBBB/lock"), QByteArray());
+    QVERIFY(QDir().mkpath(mSite + text("/.shop-publisher-CCCCCC/old-static")));
+    QProcess gone;
+    gone.start(text("true"), QStringList());
+    QVERIFY(gone.waitForStarted());
+    const qint64 pid = gone.processId();
+    QVERIFY(gone.waitForFinished());
+    writeFile(mSite + text("/.shop-publisher-CCCCCC/lock"),
+              QByteArray::number(pid) + "\nshop-publisher\n" + QSysInfo::machineHostName().toUtf8()
+                  + '\n');
+    const QString outside = mRoot->path() + text("/outside");
+    writeFile(outside + text("/keep.txt"), "keep me");
+    QVERIFY(QFile::link(outside, mSite + text("/.shop-publisher-DDDDDD")));
+    writeFile(mSite + text("/.shop-publisher-EEEEEE"), "file");
+    writeFile(mSite + text("/.shop-publisher-of-mine/keep.txt"), "keep me");
+
+    const QString second = mRoot->path() + text("/second");
+    writeFile(second + text("/photos/b.jpg"), jpeg(40, 30));
+    const Outcome outcome = run({second, mSite}, mHome);
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QStringList expected = own;
+    expected += {text(".shop-publisher-DDDDDD"), text(".shop-publisher-EEEEEE"),
+                 text(".shop-publisher-of-mine")};
+    QStringList left = workingFolders();
+    expected.sort();
+    left.sort();
+    QCOMPARE(left, expected);
+    QCOMPARE(filesIn(outside), QStringList(text("keep.txt")));
+
+    // The program at work has lost nothing.
+    writeFile(photo("c.jpg"), jpeg(40, 30));
+    QVERIFY(becomes([this] { return QFileInfo::exists(image("c.jpg")); }));
+    QCOMPARE(stop(), stopped);
 }
 
 void tst_ShopPublisherWatch::projectThatCannotBeWritten()

@@ -3,15 +3,20 @@
 
 #include "ProjectLock.h"
 
+#include "LockFile.h"
+
 #include <QFileInfo>
 #include <QLockFile>
 
 bool ProjectLock::take(const Project& project, QString* reason)
 {
-    mHeld = mLocker.openNewProjectFolder(project.folder(), project.title(), reason);
+    const QString path = project.folder() + QLatin1String("/lockfile");
+    const auto open = [&] {
+        return mLocker.openNewProjectFolder(project.folder(), project.title(), reason);
+    };
+    mHeld = open() || (LockFile::removeNobodys(path) && open());
     if (mHeld)
         return true;
-    const QString path = project.folder() + QLatin1String("/lockfile");
     if (!QFileInfo::exists(path) && !QFileInfo(project.folder()).isWritable())
         return true;
 

@@ -3,6 +3,7 @@
 
 #include "Site.h"
 
+#include "LockFile.h"
 #include "LogKeeper.h"
 
 #include <FileUtils.h>
@@ -14,6 +15,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+
+#include <fcntl.h>
 
 namespace {
 
@@ -49,6 +52,35 @@ bool liesIn(const QString& path, const QString& folder)
     if (path.compare(folder, pathCase) == 0 || folder == QLatin1String("/"))
         return true;
     return path.startsWith(folder + QLatin1Char('/'), pathCase);
+}
+
+const QString draftsPrefix = QStringLiteral(".shop-publisher-");
+const QString lockName = QStringLiteral("/lock");
+
+/// The lock of a working folder, which goes with its process, however old it gets.
+std::unique_ptr<QLockFile> lockOf(const QString& draftsFolder)
+{
+    auto lock = std::make_unique<QLockFile>(draftsFolder + lockName);
+    lock->setStaleLockTime(0);
+    return lock;
+}
+
+/// Lets two folders change places in one step. False where the system cannot.
+bool exchange(const QString& one, const QString& other)
+{
+    const QByteArray oneName = QFile::encodeName(one);
+    const QByteArray otherName = QFile::encodeName(other);
+#if defined(Q_OS_LINUX) && defined(RENAME_EXCHANGE)
+    return ::renameat2(AT_FDCWD, oneName.constData(), AT_FDCWD, otherName.constData(),
+                       RENAME_EXCHANGE)
+        == 0;
+#elif defined(Q_OS_MACOS) && defined(RENAME_SWAP)
+    return ::renamex_np(oneName.constData(), otherName.constData(), RENAME_SWAP) == 0;
+#else
+    Q_UNUSED(oneName)
+    Q_UNUSED(otherName)
+    return false;
+#endif
 }
 
 } // namespace
@@ -95,22 +127,39 @@ bool Site::open(QString* reason)
         *reason = tr("The folder %1 cannot be made.").arg(mFolder);
         return false;
     }
+    removeLeftBehind();
+    mDrafts.reset(
+        new QTemporaryDir(mFolder + QLatin1Char('/') + draftsPrefix + QLatin1String("XXXXXX")));
+    QString why = QString::fromLocal8Bit(std::strerror(errno));
+    if (mDrafts->isValid()) {
+        mDraftsLock = lockOf(mDrafts->path());
+        if (mDraftsLock->tryLock(0))
+            return true;
+        why = QString::fromLocal8Bit(std::strerror(errno));
+    }
     const LogKeeper log; // the reason is told here
     // The probe must not take the place of a file of that name, or write to where a link leads.
     const QFileInfo probe(mFolder + QLatin1String("/check_write"));
-    QString why;
-    if (!probe.exists() && !probe.isSymLink()
-        && !FileUtils::checkWritingRightInFolder(mFolder, QString(), &why)) {
-        *reason = tr("The folder %1 cannot be written to (%2).").arg(mFolder, why);
-        return false;
+    if (!probe.exists() && !probe.isSymLink())
+        FileUtils::checkWritingRightInFolder(mFolder, QString(), &why);
+    *reason = tr("The folder %1 cannot be written to (%2).").arg(mFolder, why);
+    return false;
+}
+
+/// Removes the working folders of programs that were killed. One of a program that runs, for
+/// another project or without a lock, is locked.
+void Site::removeLeftBehind() const
+{
+    const QStringList names = QDir(mFolder).entryList({draftsPrefix + QLatin1String("??????")},
+                                                      QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+    for (const QString& name : names) {
+        const QString folder = mFolder + QLatin1Char('/') + name;
+        const std::unique_ptr<QLockFile> lock = lockOf(folder);
+        if (lock->tryLock(0) || LockFile::removeNobodys(folder + lockName)) {
+            lock->unlock();
+            QDir(folder).removeRecursively();
+        }
     }
-    mDrafts.reset(new QTemporaryDir(mFolder + QLatin1String("/.shop-publisher-XXXXXX")));
-    if (!mDrafts->isValid()) {
-        *reason = tr("The folder %1 cannot be written to (%2).")
-                      .arg(mFolder, QString::fromLocal8Bit(std::strerror(errno)));
-        return false;
-    }
-    return true;
 }
 
 bool Site::overlaps(const QString& folder) const
@@ -155,7 +204,11 @@ bool Site::publishFolder(const QString& draftPath, const QString& folder, QStrin
         *reason = tr("cannot be written (a file of that name is in the way)");
         return false;
     }
-    // A folder that holds something cannot be replaced in one step.
+    if (there.exists() && exchange(draftPath, target)) {
+        QDir(draftPath).removeRecursively();
+        return true;
+    }
+    // In two steps, between which there is none.
     const QString old = draft(QStringLiteral("old-") + folder);
     if (there.exists() && !QDir().rename(target, old)) {
         *reason = tr("cannot be written: the old folder cannot be moved away");

@@ -14,6 +14,7 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
+#include <QLockFile>
 #include <QString>
 #include <QTemporaryDir>
 #include <QVector>
@@ -42,7 +43,7 @@ public:
     /// in the project or its photographs nor contain them.
     QString refusal(const Project& project) const;
 
-    /// Makes the folder, finds out whether it can be written to, and makes its working folder. On
+    /// Makes the folder and its working folder, and takes away those that killed programs left. On
     /// failure \a reason says why.
     bool open(QString* reason);
 
@@ -62,8 +63,9 @@ public:
     bool publish(const QString& draftPath, const QString& place, QString* reason);
 
     /// Moves a finished folder to \a folder, a name in the site such as "static", in the place of
-    /// the one that stands there; what was in that one goes. A link is refused. On failure \a
-    /// reason says why, and the old folder is where it was.
+    /// the one that stands there; what was in that one goes. In one step where the system has one
+    /// for it (Linux, macOS from 10.12). A link is refused. On failure \a reason says why, and the
+    /// old folder is where it was.
     bool publishFolder(const QString& draftPath, const QString& folder, QString* reason);
 
     /// Takes the file at \a place away, as publish() put it there, and the sub-folders that are
@@ -76,10 +78,12 @@ public:
     bool write(const QVector<SiteFile>& files, SiteFile* failed, QString* reason);
 
 private:
+    void removeLeftBehind() const;
     bool makeFolderFor(const QString& place, QString* reason) const;
 
     QString mFolder;
     std::unique_ptr<QTemporaryDir> mDrafts;
+    std::unique_ptr<QLockFile> mDraftsLock;
 };
 
 #endif // SITE_H

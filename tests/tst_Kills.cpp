@@ -1,0 +1,330 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// A process that is killed with SIGKILL while it saves photographs, again and again at random
+// moments: what it leaves is a photograph as it was before a save or after it.
+//
+// The process that is killed is this program itself in another role, which saves without a pause
+// and counts each save at its begin and its end in a file that both have in their memory: so the
+// number of kills that came in the middle of a save is known.
+//
+// ORVAUTILS_KILLS=200 kills so many times, in equal shares for each way of saving, instead of ten
+// times in each; ORVAUTILS_KILLS_SEED=N repeats the moments of a run.
+
+#include "KillMoments.h"
+
+#include "ChildRole.h"
+
+#include <QExifImageHeader.h>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <atomic>
+#include <cstdio>
+#include <functional>
+
+#ifdef Q_OS_LINUX
+#include <csignal>
+#include <sys/prctl.h>
+#endif
+
+namespace {
+
+const int stepCount = 40;
+
+/// A photograph that is saved with other tags in each of its steps. State 0 is before the first
+/// save.
+struct Photograph
+{
+    QByteArray name;
+    int dataSize; ///< of what follows the segments
+    /// What the camera's segment holds before the first save; nothing for none.
+    int cameraBlock;
+    /// The size of the raw value in each step.
+    std::function<int(int)> valueSize;
+};
+
+const QVector<Photograph>& photographs()
+{
+    const auto constant = [](int size) { return [size](int) { return size; }; };
+    const auto growing = [](int first, int by) {
+        return [first, by](int step) { return first + by * step; };
+    };
+    static const QVector<Photograph> all{
+        // 40 bytes of directories around the value, and 12 of JPEG before them: all in one block.
+        {"one block", 30000, 4000 + 40, constant(4000)},
+        {"two blocks", 30000, 5000 + 40, constant(5000)},
+        {"sixteen blocks", 1500000, 65000 + 40, constant(65000)},
+        {"padded", 1500000, 65487 + 40, growing(65000, -1500)},
+        {"small steps", 30000, 0, growing(8, 3)},
+        {"large steps", 400000, 0, growing(1000, 1500)},
+        {"large file", 3000000, 0, growing(20000, 1000)},
+    };
+    return all;
+}
+
+QByteArray bigEndian(int number)
+{
+    QByteArray bytes;
+    return bytes.append(char(number >> 8)).append(char(number & 0xFF));
+}
+
+QByteArray exifSegment(const QByteArray& block)
+{
+    return "\xFF\xE1" + bigEndian(block.size() + 8) + QByteArray("Exif\0\0", 6) + block;
+}
+
+/// The tags of a step. Every byte of the value tells the step.
+void fill(QExifImageHeader* header, const Photograph& photograph, int step)
+{
+    const QByteArray value(photograph.valueSize(step), char('0' + step));
+    header->setValue(QExifImageHeader::MakerNote, QExifValue(value));
+}
+
+/// The block of these tags, by the layout of the format: IFD0 with the pointer alone, then the
+/// Exif directory with the one value, whose offset lies 2 bytes before it.
+QByteArray blockOf(const Photograph& photograph, int step)
+{
+    const int size = photograph.valueSize(step);
+    const auto u32 = [](int number) {
+        return QByteArray().append(char(number & 0xFF)).append(char(number >> 8)).append(2, '\0');
+    };
+    return QByteArray("II*\0\x08\0\0\0", 8) + QByteArray("\x01\0\x69\x87\x04\0\x01\0\0\0", 10)
+        + u32(26) + u32(0) + QByteArray("\x01\0\x7C\x92\x07\0", 6) + u32(size) + u32(26 + 12)
+        + QByteArray(size, char('0' + step));
+}
+
+/// All states that a photograph may be found in: before the first save, and after each step.
+QVector<QByteArray> statesOf(const Photograph& photograph)
+{
+    const QByteArray begin("\xFF\xD8");
+    QByteArray data = "\xFF\xDA" + bigEndian(12) + QByteArray(10, '\x01');
+    for (int i = 0; data.size() < photograph.dataSize; ++i)
+        data += QByteArray::number(i);
+    data += "\xFF\xD9";
+    if (photograph.cameraBlock == 0) {
+        const QByteArray jfif = "\xFF\xE0" + bigEndian(16) + QByteArray("JFIF\0", 5)
+            + QByteArray("\1\1\0\0\1\0\1\0\0", 9);
+        QVector<QByteArray> states{begin + jfif + data};
+        for (int step = 0; step < stepCount; ++step)
+            states.append(begin + jfif + exifSegment(blockOf(photograph, step)) + data);
+        return states;
+    }
+    QVector<QByteArray> states{begin + exifSegment(QByteArray(photograph.cameraBlock, 'c')) + data};
+    for (int step = 0; step < stepCount; ++step) {
+        const QByteArray block = blockOf(photograph, step);
+        const QByteArray padding(photograph.cameraBlock - block.size(), '\0');
+        states.append(begin + exifSegment(block + padding) + data);
+    }
+    return states;
+}
+
+bool writeFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The process that is killed
+
+/// Where both processes count. Odd while a save goes on.
+using Counter = std::atomic<quint64>;
+
+Counter* counterIn(QFile* file)
+{
+    return file->open(QIODevice::ReadWrite)
+        ? reinterpret_cast<Counter*>(file->map(0, sizeof(Counter)))
+        : nullptr;
+}
+
+/// Saves without end: all steps, and again from the photograph as it was.
+int saveUntilKilled()
+{
+#ifdef Q_OS_LINUX
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test end first
+#endif
+    const QString path = QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_PATH"));
+    const Photograph photograph =
+        photographs().value(qEnvironmentVariableIntValue("ORVAUTILS_KILLS_PHOTOGRAPH"));
+    // Beside the folder, in which nothing but the photograph is expected.
+    const QString fresh = QFileInfo(path).path() + QStringLiteral(".fresh");
+    const QByteArray original = statesOf(photograph).first();
+    QFile file(QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_COUNTER")));
+    Counter* const counter = counterIn(&file);
+    if (!counter)
+        return 3;
+    QVector<QExifImageHeader*> headers;
+    for (int step = 0; step < stepCount; ++step) {
+        headers.append(new QExifImageHeader);
+        fill(headers.last(), photograph, step);
+    }
+    for (;;) {
+        for (const QExifImageHeader* header : headers) {
+            counter->fetch_add(1);
+            if (!header->saveToJpeg(path))
+                return 4;
+            counter->fetch_add(1);
+        }
+        if (!writeFile(fresh, original)
+            || std::rename(QFile::encodeName(fresh).constData(),
+                           QFile::encodeName(path).constData())
+                != 0)
+            return 5;
+    }
+}
+
+} // namespace
+
+class tst_Kills : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void states_data();
+    void states();
+    void savedPhotograph_data();
+    void savedPhotograph();
+    void cleanupTestCase();
+
+private:
+    quint64 killWhileSaving(int index, const QString& path);
+
+    KillMoments mMoments;
+    int mKills = 0;
+    int mDuringSaves = 0;
+    int mMixtures = 0;
+    int mLeftBehind = 0;
+};
+
+void tst_Kills::states_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < photographs().size(); ++i)
+        QTest::newRow(photographs().at(i).name.constData()) << i;
+}
+
+// Undisturbed, the saves lead to the states that are expected.
+void tst_Kills::states()
+{
+    QFETCH(int, index);
+    const Photograph photograph = photographs().at(index);
+    const QVector<QByteArray> states = statesOf(photograph);
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("file.jpg"));
+    QVERIFY(writeFile(path, states.first()));
+    for (int step = 0; step < stepCount; ++step) {
+        QExifImageHeader header;
+        fill(&header, photograph, step);
+        QVERIFY(header.saveToJpeg(path));
+        QVERIFY2(readFile(path) == states.at(step + 1), qPrintable(QString::number(step)));
+    }
+}
+
+void tst_Kills::savedPhotograph_data()
+{
+    states_data();
+}
+
+void tst_Kills::savedPhotograph()
+{
+    QFETCH(int, index);
+    const Photograph photograph = photographs().at(index);
+    const QVector<QByteArray> states = statesOf(photograph);
+    // Where nothing waits for a disk, more kills come between two bytes.
+    const QTemporaryDir onDisk;
+    const QDir memory(QStringLiteral("/dev/shm"));
+    const QTemporaryDir inMemory((memory.exists() ? memory : QDir::temp())
+                                     .filePath(QStringLiteral("orvautils-kills-XXXXXX")));
+
+    QStringList mixtures;
+    for (int kill = 0; kill < KillMoments::countInEach(photographs().size()); ++kill) {
+        const QString photoFolder =
+            (kill % 2 == 0 ? onDisk : inMemory).filePath(QStringLiteral("photo"));
+        QVERIFY(QDir().mkpath(photoFolder));
+        const QString path = photoFolder + QStringLiteral("/file.jpg");
+        QVERIFY(writeFile(path, states.first()));
+        const quint64 counted = killWhileSaving(index, path);
+        QVERIFY(counted > 0);
+        ++mKills;
+        mDuringSaves += int(counted % 2);
+
+        const QByteArray left = readFile(path);
+        if (!states.contains(left)) {
+            ++mMixtures;
+            mixtures.append(QStringLiteral("kill %1 after %2 saves: %3 bytes")
+                                .arg(kill)
+                                .arg(counted / 2)
+                                .arg(left.size()));
+        }
+        mLeftBehind += QDir(photoFolder).entryList(QDir::Files | QDir::Hidden).size() - 1;
+
+        // Whatever was left, the next save is as good as any.
+        QExifImageHeader header;
+        fill(&header, photograph, stepCount - 1);
+        QVERIFY(header.saveToJpeg(path));
+        if (mixtures.isEmpty())
+            QVERIFY(states.contains(readFile(path)));
+        QExifImageHeader again;
+        QVERIFY(again.loadFromJpeg(path));
+        QVERIFY(again.contains(QExifImageHeader::MakerNote));
+        QVERIFY(QDir(photoFolder).removeRecursively());
+    }
+    QVERIFY2(mixtures.isEmpty(), qPrintable(mixtures.join(QLatin1Char('\n'))));
+}
+
+/// What the process had counted when it was killed; 0 when that went wrong.
+quint64 tst_Kills::killWhileSaving(int index, const QString& path)
+{
+    const QTemporaryDir folder;
+    QFile counterFile(folder.filePath(QStringLiteral("counter")));
+    if (!writeFile(counterFile.fileName(), QByteArray(sizeof(Counter), '\0')))
+        return 0;
+    Counter* const counter = counterIn(&counterFile);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ORVAUTILS_KILLS_PATH"), path);
+    environment.insert(QStringLiteral("ORVAUTILS_KILLS_PHOTOGRAPH"), QString::number(index));
+    environment.insert(QStringLiteral("ORVAUTILS_KILLS_COUNTER"), counterFile.fileName());
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("--child-role"), QStringLiteral("saves until it is killed")});
+    if (!counter || !process.waitForStarted())
+        return 0;
+    while (counter->load() == 0 && process.state() == QProcess::Running)
+        process.waitForFinished(1);
+    mMoments.wait(30000);
+    process.kill();
+    const bool killed = process.waitForFinished() && process.exitStatus() == QProcess::CrashExit;
+    return killed ? counter->load() : 0;
+}
+
+void tst_Kills::cleanupTestCase()
+{
+    qInfo("kills: %d in saveToJpeg, %d of them during a save, seed %u; mixtures: %d; copies left "
+          "beside the photograph: %d",
+          mKills, mDuringSaves, mMoments.seed(), mMixtures, mLeftBehind);
+}
+
+int main(int argc, char** argv)
+{
+    if (const ChildRole role =
+            childRole(argc, argv, {{"saves until it is killed", saveUntilKilled}}))
+        return role();
+    KillMoments::allowTime();
+    QCoreApplication application(argc, argv);
+    tst_Kills test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_Kills.moc"

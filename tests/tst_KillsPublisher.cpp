@@ -1,0 +1,295 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The example program shop-publisher, killed with SIGKILL at random moments while it publishes, and
+// while it follows a project: the photographs of the project are untouched, each file of the site
+// is the old or the new one, and the next run finishes and tidies up.
+//
+// ORVAUTILS_KILLS=200 kills so many times, in equal shares for each of the three ways, instead of
+// ten times in each; ORVAUTILS_KILLS_SEED=N repeats the moments of a run.
+
+#include "KillMoments.h"
+#include "ShopPublisherRun.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <cstdio>
+
+namespace {
+
+using Files = QMap<QString, QByteArray>; // content by path
+
+const int ways = 3;
+
+/// Far longer than anything takes, also under a sanitizer on a busy machine.
+const int patience = 120000;
+
+Files contentOf(const QString& folder)
+{
+    Files files;
+    const QStringList names = filesIn(folder);
+    for (const QString& name : names)
+        files.insert(name, readFile(folder + QLatin1Char('/') + name));
+    return files;
+}
+
+/// A project in one of its two versions, which differ in every file that the site shows.
+Files projectFiles(bool second)
+{
+    const auto picture = [second](int width, int height, const char* format) {
+        const QImage image = second ? corners(height, width).mirrored() : corners(width, height);
+        return encoded(image, format);
+    };
+    const QByteArray svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\">"
+        + QByteArray(second ? 90000 : 70000, ' ') + "</svg>";
+    return {
+        {text("photos/a.jpg"), picture(700, 400, "jpg")},
+        {text("photos/bowls/b.jpg"), picture(500, 300, "jpg")},
+        {text("photos/c.png"), picture(300, 200, "png")},
+        {text("photos/d.svg"), svg},
+        {text("photos/e.jpg"), picture(640, 480, "jpg")},
+        {text("static/shop.jpg"), picture(800, 600, "jpg")},
+        {text("static/style.css"), QByteArray(30000, second ? '2' : '1')},
+    };
+}
+
+/// Gives the project these files, each in one step, as a careful program would.
+void write(const Files& files, const QString& project)
+{
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        const QString path = project + QLatin1Char('/') + file.key();
+        const QString draft = QFileInfo(project).path() + text("/draft");
+        writeFile(draft, file.value());
+        QDir().mkpath(QFileInfo(path).path());
+        if (std::rename(QFile::encodeName(draft).constData(), QFile::encodeName(path).constData())
+            != 0)
+            qFatal("cannot write %s", qPrintable(path));
+    }
+}
+
+/// What is wrong with a site after a kill.
+QStringList defects(const Files& left, const Files& oldFiles, const Files& newFiles)
+{
+    QStringList defects;
+    for (auto file = left.begin(); file != left.end(); ++file) {
+        const QString name = file.key();
+        // The working folder and what is not finished in it.
+        if (name.startsWith(text(".shop-publisher-")))
+            continue;
+        const bool isOld = oldFiles.contains(name) && file.value() == oldFiles.value(name);
+        const bool isNew = newFiles.contains(name) && file.value() == newFiles.value(name);
+        if (!isOld && !isNew)
+            defects.append(text("%1 is neither the old nor the new one").arg(name));
+    }
+    for (auto file = oldFiles.begin(); file != oldFiles.end(); ++file) {
+        if (!left.contains(file.key()))
+            defects.append(text("%1 is gone").arg(file.key()));
+    }
+    return defects;
+}
+
+} // namespace
+
+class tst_KillsPublisher : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void firstPublication();
+    void laterPublication();
+    void watchedProject();
+    void cleanupTestCase();
+
+private:
+    void start(const QStringList& options);
+    void killSoon(int longest);
+    bool isAsBefore(const Files& oldSite, const Files& newSite, const Files& project);
+    bool becomesWhole(const Files& site);
+
+    KillMoments mMoments;
+    std::unique_ptr<QTemporaryDir> mRoot;
+    QString mHome;
+    QString mProject;
+    QString mSite;
+    Files mProjects[2];
+    Files mSites[2]; ///< what publishing the two versions of the project gives
+    int mDuration = 0; ///< that publishing takes, in milliseconds
+    QProcess mProcess;
+
+    int mKills = 0;
+    int mDuringWork = 0;
+    int mDefects = 0;
+};
+
+void tst_KillsPublisher::init()
+{
+    mRoot.reset(new QTemporaryDir);
+    QVERIFY(mRoot->isValid());
+    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
+    mHome = root + text("/home");
+    mProject = root + text("/project");
+    mSite = root + text("/site");
+    QVERIFY(QDir().mkpath(mHome));
+    for (const bool second : {false, true}) {
+        mProjects[second] = projectFiles(second);
+        write(mProjects[second], mProject);
+        QElapsedTimer timer;
+        timer.start();
+        const Outcome outcome = run({mProject, mSite}, mHome);
+        mDuration = int(timer.elapsed());
+        QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+        mSites[second] = contentOf(mSite);
+    }
+    // Five pictures in two sizes, the page and the static files, all of them different.
+    QCOMPARE(mSites[0].size(), 13);
+    QCOMPARE(mSites[1].keys(), mSites[0].keys());
+    const QStringList names = mSites[0].keys();
+    for (const QString& name : names)
+        QVERIFY2(mSites[0].value(name) != mSites[1].value(name), qPrintable(name));
+}
+
+void tst_KillsPublisher::cleanup()
+{
+    mProcess.kill();
+    mProcess.waitForFinished();
+    mRoot.reset();
+}
+
+void tst_KillsPublisher::start(const QStringList& options)
+{
+    mProcess.setProcessEnvironment(environmentFor(mHome));
+    mProcess.start(text(SHOP_PUBLISHER), options + QStringList{mProject, mSite});
+}
+
+/// Kills the program at some moment of the next \a longest milliseconds, if it still runs.
+void tst_KillsPublisher::killSoon(int longest)
+{
+    mMoments.wait(unsigned(longest) * 1000);
+    mProcess.kill();
+    mProcess.waitForFinished(patience);
+    ++mKills;
+    const QStringList names =
+        QDir(mSite).entryList({text(".shop-publisher-*")}, QDir::Dirs | QDir::Hidden);
+    if (mProcess.exitStatus() == QProcess::CrashExit && !names.isEmpty())
+        ++mDuringWork;
+}
+
+bool tst_KillsPublisher::isAsBefore(const Files& oldSite, const Files& newSite,
+                                    const Files& project)
+{
+    Files left = contentOf(mProject);
+    left.remove(text("lockfile"));
+    QStringList found = defects(contentOf(mSite), oldSite, newSite);
+    if (left != project)
+        found.append(text("the project was touched"));
+    if (found.isEmpty())
+        return true;
+    mDefects += found.size();
+    qWarning("%s", qPrintable(found.join(QLatin1Char('\n'))));
+    return false;
+}
+
+/// What is left does not stop the next run, which makes the site what it has to be.
+bool tst_KillsPublisher::becomesWhole(const Files& site)
+{
+    const Outcome outcome = run({mProject, mSite}, mHome);
+    if (outcome.exitCode != allImported || !outcome.err.isEmpty()) {
+        qWarning("the next run ended with %d: %s", outcome.exitCode, qPrintable(outcome.err));
+        return false;
+    }
+    const QStringList entries =
+        QDir(mSite).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    if (entries
+        != QStringList({text("images"), text("index.html"), text("static"), text("thumbs")})) {
+        qWarning("in the site: %s", qPrintable(entries.join(QLatin1Char(' '))));
+        return false;
+    }
+    return contentOf(mSite) == site && !QFileInfo::exists(mProject + text("/lockfile"));
+}
+
+// Into a site that is not there yet.
+void tst_KillsPublisher::firstPublication()
+{
+    for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
+        QVERIFY(QDir(mSite).removeRecursively());
+        start({});
+        killSoon(mDuration);
+        QVERIFY2(isAsBefore(Files(), mSites[1], mProjects[1]), qPrintable(QString::number(kill)));
+        QVERIFY2(becomesWhole(mSites[1]), qPrintable(QString::number(kill)));
+    }
+}
+
+// Over the pictures of another version of the project.
+void tst_KillsPublisher::laterPublication()
+{
+    for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
+        const int next = kill % 2;
+        write(mProjects[next], mProject);
+        start({});
+        killSoon(mDuration);
+        QVERIFY2(isAsBefore(mSites[1 - next], mSites[next], mProjects[next]),
+                 qPrintable(QString::number(kill)));
+        QVERIFY2(becomesWhole(mSites[next]), qPrintable(QString::number(kill)));
+    }
+}
+
+// While the photographs change that the program follows. Its page may for a while show some of the
+// old and some of the new ones, and a static file is missing before its copy comes.
+void tst_KillsPublisher::watchedProject()
+{
+    const auto picturesOf = [](const Files& site) {
+        Files pictures;
+        for (auto file = site.begin(); file != site.end(); ++file) {
+            if (file.key().startsWith(text("images/")) || file.key().startsWith(text("thumbs/")))
+                pictures.insert(file.key(), file.value());
+        }
+        return pictures;
+    };
+    for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
+        const int next = kill % 2;
+        start({text("--watch")});
+        QByteArray printed;
+        while (!printed.contains("Watching ") && mProcess.waitForReadyRead(patience))
+            printed += mProcess.readAllStandardOutput();
+        QVERIFY2(printed.contains("Watching "), printed.constData());
+        write(mProjects[next], mProject);
+        killSoon(mDuration + 200); // it waits for a tenth of a second of quiet
+        QCOMPARE(mProcess.exitStatus(), QProcess::CrashExit);
+
+        Files left = contentOf(mSite);
+        QVERIFY(readFile(mSite + text("/index.html")).endsWith("</html>\n"));
+        Files project = contentOf(mProject);
+        project.remove(text("lockfile"));
+        QCOMPARE(project.keys(), mProjects[next].keys());
+        QVERIFY(project == mProjects[next]);
+        for (const QString& name : {text("static/shop.jpg"), text("static/style.css")}) {
+            QVERIFY2(!left.contains(name) || left.value(name) == mSites[0].value(name)
+                         || left.value(name) == mSites[1].value(name),
+                     qPrintable(name));
+        }
+        const QStringList found =
+            defects(picturesOf(left), picturesOf(mSites[1 - next]), picturesOf(mSites[next]));
+        mDefects += found.size();
+        QVERIFY2(found.isEmpty(), qPrintable(found.join(QLatin1Char('\n'))));
+        QVERIFY2(becomesWhole(mSites[next]), qPrintable(QString::number(kill)));
+    }
+}
+
+void tst_KillsPublisher::cleanupTestCase()
+{
+    qInfo("kills: %d of the publisher, %d of them at work, seed %u; mixtures: %d", mKills,
+          mDuringWork, mMoments.seed(), mDefects);
+}
+
+int main(int argc, char** argv)
+{
+    KillMoments::allowTime();
+    QCoreApplication application(argc, argv);
+    tst_KillsPublisher test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_KillsPublisher.moc"
