@@ -27,7 +27,7 @@ QString ComputerIdentifier::primaryMACAddress()
 
     const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
     for (const QNetworkInterface& candidate : interfaces) {
-        const QString address = candidate.hardwareAddress();
+        QString address = candidate.hardwareAddress();
         if (!address.isEmpty())
             return address;
     }

@@ -64,8 +64,10 @@ void DirectorySynchronizer::onFileDeleted(const QString& path)
 void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
 {
     const QString mirror = mirrorOf(path);
-    FileUtils::fileMkPath(mirror, nullptr);
-    if (mirror != path && FileUtils::forceCopy(path, mirror))
+    const bool hasMirror = mirror != path;
+    if (hasMirror)
+        FileUtils::fileMkPath(mirror, nullptr);
+    if (hasMirror && FileUtils::forceCopy(path, mirror))
         emit log(QStringLiteral("[MOD] %1").arg(mirror));
     else
         emit error(QStringLiteral("unable to copy ") + path);

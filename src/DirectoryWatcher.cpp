@@ -121,7 +121,8 @@ DirectoryWatcher::Entries DirectoryWatcher::newTreesOf(const QString& folder) co
     FileUtils::old::listFilesInFileSystem(folder, entries.files, false, nullptr, folder);
     QStringList folders;
     FileUtils::listDirectoriesInFileSystem(folder, folders, false);
-    for (const QString& path : without(folders, mFolders)) {
+    const QStringList unknown = without(folders, mFolders);
+    for (const QString& path : unknown) {
         const Entries tree = treeOf(asGiven(path));
         entries.files += tree.files;
         entries.folders += path;
@@ -160,9 +161,9 @@ bool DirectoryWatcher::watch(const QString& folder, const Entries& entries)
 
     const QStringList newFolders = without(entries.folders, mFolders);
     if (!newFolders.isEmpty()) {
-        QStringList lost = mWatcher->addPaths(newFolders);
-        if (!lost.isEmpty())
-            lost = without(lost, setOf(mWatcher->directories()));
+        const QStringList refused = mWatcher->addPaths(newFolders);
+        const QStringList lost =
+            refused.isEmpty() ? refused : without(refused, setOf(mWatcher->directories()));
         insertAll(mFolders, newFolders);
         if (!lost.isEmpty()) {
             for (const QString& path : lost)
@@ -245,7 +246,8 @@ void DirectoryWatcher::forgetVanishedFolders(const QString& folder)
     if (vanished.isEmpty())
         return;
     mWatcher->removePaths(vanished);
-    for (const QString& gone : vanished)
+    const QStringList& folders = vanished;
+    for (const QString& gone : folders)
         mFolders.remove(gone);
 }
 

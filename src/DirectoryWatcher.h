@@ -41,6 +41,7 @@ public:
     /// Watches nothing yet.
     explicit DirectoryWatcher(QObject* parent = nullptr);
 
+    /// Ends the watching. A receiver of a signal may do it.
     ~DirectoryWatcher() override;
 
     /// Watches the tree under the folder \a root in the place of whatever was watched before. What

@@ -5,7 +5,6 @@
 
 DrawingCountOptions::DrawingCountOptions()
     : alignment(Qt::AlignCenter)
-    , margin(0)
     , firstBackgroundColor(Qt::transparent)
     , secondBackgroundColor(Qt::white)
     , textColor(Qt::black)

@@ -27,7 +27,7 @@ public:
     DrawingCountOptions();
 
     Qt::Alignment alignment; ///< where the badge sits in rect: Qt::AlignCenter (132)
-    int margin; ///< extra pixels kept free around the badge within rect: 0
+    int margin = 0; ///< extra pixels kept free around the badge within rect: 0
     QColor firstBackgroundColor; ///< at the top; no background at all with alpha 0: transparent
     QColor secondBackgroundColor; ///< from the middle down: white
     QColor textColor; ///< black

@@ -16,10 +16,11 @@
 #include <algorithm>
 #include <array>
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only what was added is ever read
 class DurationText
 {
 public:
-    DurationText() = default;
+    DurationText() = default; // NOLINT(cppcoreguidelines-pro-type-member-init): likewise
 
     /// Appends \a number, in decimal, and \a unit behind it. Six pieces at most have room, with
     /// units of four characters at most.
@@ -43,7 +44,7 @@ public:
 private:
     Q_DISABLE_COPY(DurationText)
 
-    std::array<ushort, 6 * (20 + 4)> mText; // 2^64 has twenty digits
+    std::array<ushort, std::size_t(6) * (20 + 4)> mText; // 2^64 has twenty digits
     ushort* mEnd = mText.data();
 };
 

@@ -124,7 +124,7 @@ public:
     {
         if (!mFolder)
             return false;
-        const struct dirent* found;
+        const struct dirent* found = nullptr;
         do {
             errno = 0;
             found = readdir(mFolder);
@@ -186,7 +186,7 @@ private:
     void setStatus(Entry& entry, const struct dirent& found) const
     {
         const int folder = dirfd(mFolder);
-        struct stat status;
+        struct stat status = {};
         entry.size = 0;
         entry.modified = std::numeric_limits<qint64>::min();
         entry.isLink = found.d_type == DT_LNK;
@@ -229,6 +229,7 @@ public:
     ~Descriptor() { close(); }
 
     bool isOpen() const { return mDescriptor >= 0; }
+    // NOLINTNEXTLINE(google-explicit-constructor): passed to system calls
     operator int() const { return mDescriptor; }
 
     /// False when the system could not store what was written.
@@ -267,8 +268,7 @@ mode_t permissionsOfCopy(int source, mode_t mode)
 void setPermissions(int file, mode_t permissions)
 {
     // Some file systems have no permissions; that is no reason to have no copy.
-    if (fchmod(file, permissions) != 0)
-        errno = 0;
+    static_cast<void>(fchmod(file, permissions));
 }
 
 bool writeAll(int destination, const char* data, size_t size)
@@ -324,7 +324,7 @@ bool renameNew(const QByteArray& name, const QByteArray& newName)
         return true;
     }
     // Not every file system has hard links.
-    struct stat status;
+    struct stat status = {};
     return errno != EEXIST && lstat(newName.constData(), &status) != 0
         && rename(name.constData(), newName.constData()) == 0;
 }
@@ -350,7 +350,7 @@ Copied copyFileWithLinux(const QByteArray& source, const QByteArray& destination
 {
     // Not blocking: a pipe in the place of the file would otherwise wait for its writer.
     const Descriptor from(open(source.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status;
+    struct stat status = {};
     if (!from.isOpen() || fstat(from, &status) != 0 || !S_ISREG(status.st_mode))
         return Copied::NotTried;
 
@@ -507,10 +507,10 @@ FolderReader::FolderReader(const QString& path, Detail detail)
 {
 #if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
     if (!isKnownToQtAlone(path))
-        mSource.reset(new LinuxSource(path, detail));
+        mSource = std::make_unique<LinuxSource>(path, detail);
 #endif
     if (!mSource)
-        mSource.reset(new QtSource(path, detail));
+        mSource = std::make_unique<QtSource>(path, detail);
 }
 
 FolderReader::~FolderReader() = default;
@@ -537,8 +537,8 @@ bool isSameFile(const QString& one, const QString& other)
 {
 #if defined(Q_OS_UNIX)
     // Unlike a comparison of paths this also holds where the file system ignores case.
-    struct stat oneStatus;
-    struct stat otherStatus;
+    struct stat oneStatus = {};
+    struct stat otherStatus = {};
     return stat(QFile::encodeName(one).constData(), &oneStatus) == 0
         && stat(QFile::encodeName(other).constData(), &otherStatus) == 0
         && oneStatus.st_dev == otherStatus.st_dev && oneStatus.st_ino == otherStatus.st_ino;

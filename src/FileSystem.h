@@ -35,16 +35,16 @@ enum class Kind {
 struct Entry
 {
     QString name;
-    Kind kind;
-    bool isLink;
-    bool isHidden;
+    Kind kind = Kind::Other;
+    bool isLink = false;
+    bool isHidden = false;
     /// False when the name on the disk is no text in the system's encoding: `name` is a likeness
     /// then, and no path leads to the entry.
-    bool isReachable;
+    bool isReachable = false;
     /// For files, in bytes, if asked for.
-    qint64 size;
+    qint64 size = 0;
     /// For files, in milliseconds since 1970, if asked for.
-    qint64 modified;
+    qint64 modified = 0;
 };
 
 enum class Detail { Kinds, Sizes, SizesAndTimes };

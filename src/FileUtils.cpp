@@ -407,7 +407,7 @@ QString FileUtils::parentFolder(const QString& path)
 
 QString FileUtils::elidedFolder(const QFontMetrics& metrics, QString& path, int width)
 {
-    const QString elided = metrics.elidedText(path, Qt::ElideLeft, width);
+    QString elided = metrics.elidedText(path, Qt::ElideLeft, width);
     if (elided == path || elided.startsWith(QLatin1Char('/')))
         return elided;
     const int slash = elided.indexOf(QLatin1Char('/'));

@@ -136,12 +136,13 @@ QImage imageInLargePages(const QSize& size)
 {
     QImage image(size, QImage::Format_RGB32);
 #ifdef Q_OS_LINUX
-    const quintptr page = 2 * 1024 * 1024;
-    const quintptr start = reinterpret_cast<quintptr>(image.bits());
+    const quintptr page = quintptr(2) * 1024 * 1024;
+    uchar* const bits = image.bits();
+    const auto start = reinterpret_cast<quintptr>(bits);
     const quintptr end = start + quintptr(image.bytesPerLine()) * quintptr(image.height());
     const quintptr firstPage = (start + page - 1) / page * page;
     if (end > firstPage)
-        madvise(reinterpret_cast<void*>(firstPage), (end - firstPage) / page * page, MADV_HUGEPAGE);
+        madvise(bits + (firstPage - start), (end - firstPage) / page * page, MADV_HUGEPAGE);
 #endif
     return image;
 }

@@ -121,11 +121,10 @@ public:
     /// 999999999 x 1 (height 0) or 1 x 999999999 (width 0), keeping its aspect ratio. This yields
     /// a side of one pixel, not an unbounded one; it is deliberate.
     ///
-    /// \a src is only read, and \a dst may be \a src itself. A picture that is re-encoded is
-    /// written beside \a dst and takes its place when complete, so that what stands there is lost
-    /// in no case; what is copied takes its place as FileUtils::forceCopy() tells. A symbolic link
-    /// at \a dst is replaced, what it points to is not touched; one that leads to \a src stays
-    /// where a copy will do.
+    /// \a src is only read, and the picture that stands at \a dst is lost in no case: the new one,
+    /// copied or re-encoded, is completed beside it and takes its place then. So \a dst may be
+    /// \a src itself. A symbolic link at \a dst is replaced, what it points to is not touched; one
+    /// that leads to \a src stays where a copy will do.
     ///
     /// A JPEG that is to become much smaller may be decoded at a half, a quarter or an eighth of
     /// its size. The size of the result is computed from the whole size all the same, and its luma
@@ -138,9 +137,9 @@ public:
     /// - "importImageFile format null": \a src is missing or not an image that Qt reads;
     /// - "copyImageFile maxSizeImage invalid !!  = " and the maximum (LogType 4): a side of it is
     ///   below 1, after the rule for 0; (0, 0) is shown as (-1, -1);
-    /// - "FileUtils::forceCopy": copying failed (for GIF and SVG this is not logged; forceCopy()
-    ///   itself logs the reason);
-    /// - "importImageFile can't load " and \a src;
+    /// - "FileUtils::forceCopy": copying failed (for GIF and SVG this is not logged); the reason
+    ///   is logged before, with the records of FileUtils::forceCopy();
+    /// - "importImageFile can't load " and \a src: it cannot be decoded, or reading it fails;
     /// - "copyImageFile #2 img.size() = ", the size, the target: the picture cannot be scaled;
     /// - "copyImageFile : can't remove" and \a dst (LogType 4): what stands at \a dst cannot be
     ///   replaced;

@@ -36,6 +36,9 @@ constexpr LiteralSyntax javascriptSyntax{'{', ":", '}'};
 class LiteralWriter
 {
 public:
+    // Of the block only what was put into it is read.
+    // cppcheck-suppress uninitMemberVar
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     LiteralWriter(QTextStream* stream, const LiteralSyntax& syntax)
         : mStream(*stream)
         , mSyntax(syntax)

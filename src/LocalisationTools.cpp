@@ -172,7 +172,7 @@ QStringList LocalisationTools::applicationTranslationKeys()
 
 QString LocalisationTools::pathFile_QM(const QString& key)
 {
-    const QString folder = ApplicationUtils::pathLanguages();
+    QString folder = ApplicationUtils::pathLanguages();
     if (key == QLatin1String("qt_"))
         return folder + QStringLiteral("qt/");
     if (key == qtKey())

@@ -36,7 +36,7 @@ QString NetUtils::mainIpAddress()
         if (address.protocol() != QAbstractSocket::IPv4Protocol
             || address == QHostAddress(QHostAddress::LocalHost))
             continue;
-        const QString text = address.toString();
+        QString text = address.toString();
         if (text.startsWith(QLatin1String("192")))
             return text;
     }

@@ -819,6 +819,14 @@ bool openExisting(QFile* file)
 #endif
 }
 
+/// Changes a file in place, and closes it: some file systems tell only then that they could not.
+bool changeAndClose(QFile* file, const Change& change)
+{
+    const bool isChanged = changeInPlace(file, change);
+    file->close();
+    return isChanged && file->error() == QFileDevice::NoError;
+}
+
 /// Changes a file so that no moment, and no end of this process, shows a part of the change; where
 /// that is impossible, in place.
 bool changeFile(QFile* file, Change change)
@@ -829,7 +837,7 @@ bool changeFile(QFile* file, Change change)
         if (change.bytes.isEmpty())
             return true;
         if (isWrittenAtOnce(change))
-            return changeInPlace(file, change);
+            return changeAndClose(file, change);
     }
     switch (FileSystem::replaceBytes(file, change.begin, change.end, change.bytes)) {
     case FileSystem::Replaced::Yes:
@@ -839,7 +847,7 @@ bool changeFile(QFile* file, Change change)
     case FileSystem::Replaced::NotTried:
         break;
     }
-    return (file->isOpen() || openExisting(file)) && changeInPlace(file, change);
+    return (file->isOpen() || openExisting(file)) && changeAndClose(file, change);
 }
 
 } // namespace

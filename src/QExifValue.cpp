@@ -113,7 +113,8 @@ QExifValuePrivate* sharedNullRecord()
     if (!record) {
         record = new NullRecord;
         record->ref.ref(); // held by the process until it exits
-        std::atexit(releaseNullRecord);
+        // Where it cannot be registered, the record is left to the system.
+        static_cast<void>(std::atexit(releaseNullRecord));
         nullRecord.store(record, std::memory_order_release);
     }
     return record;
@@ -306,7 +307,7 @@ QExifValue::TextEncoding QExifValue::encoding() const
 {
     if (d->type != Undefined || d->count <= encodingPrefixLength)
         return NoEncoding;
-    const QByteArray& bytes = payloadOf<QByteArray>(*d);
+    const auto& bytes = payloadOf<QByteArray>(*d);
     for (const EncodingPrefix& prefix : encodingPrefixes) {
         if (bytes.startsWith(QByteArray::fromRawData(prefix.bytes, encodingPrefixLength)))
             return prefix.encoding;

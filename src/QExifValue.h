@@ -63,6 +63,8 @@ public:
     /// The null value: type() Byte, count() 0. All null values share one record of the process.
     QExifValue();
 
+    // NOLINTBEGIN(google-explicit-constructor): a value is passed where its tag's is expected
+
     /// One unsigned 8-bit integer, type() Byte.
     QExifValue(quint8 value);
     /// Unsigned 8-bit integers, type() Byte. A value made from an empty vector is not null.
@@ -114,6 +116,8 @@ public:
 
     /// Raw bytes, type() Undefined.
     QExifValue(const QByteArray& value);
+
+    // NOLINTEND(google-explicit-constructor)
 
     /// Shares the record of \a other.
     QExifValue(const QExifValue& other);

@@ -110,8 +110,8 @@ struct AccentTable
         static_assert(sizeof plain / sizeof *plain == 69, "one replacement for each character");
         for (int i = 0; i < accented.size(); ++i) {
             Replacement& replacement = replacements[accented.at(i).unicode()];
-            replacement.first = ushort(plain[i][0]);
-            replacement.second = ushort(plain[i][1]);
+            replacement.first = uchar(plain[i][0]);
+            replacement.second = uchar(plain[i][1]);
         }
     }
 
@@ -153,7 +153,7 @@ char searchKeyOf(QChar c)
 struct SearchKeyTable
 {
     static constexpr int Size = 0x2200;
-    std::array<char, Size> keys;
+    std::array<char, Size> keys = {};
 
     SearchKeyTable()
     {
@@ -293,7 +293,8 @@ bool StringUtils::compareVersion(const QString& a, const QString& b, int& result
 
 QString StringUtils::capitalize(const QString& s)
 {
-    return s.left(1).toUpper() + s.mid(1);
+    // As a text: the capital of one character can be two.
+    return s.left(1).toUpper() + s.mid(1); // clazy:exclude=qstring-left
 }
 
 QString StringUtils::escapeQuotes(const QString& s)

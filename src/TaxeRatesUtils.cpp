@@ -48,11 +48,12 @@ void TaxeRatesUtils::init()
         FileUtils::readFileContent(QStringLiteral(":/orvautils/ue_tax_rates/taxes_ue.json")));
     if (document.isNull())
         return;
+    const QList<int> categories = europeanTaxCategories();
     const QJsonObject countries = document.object().value(QLatin1String("rates")).toObject();
     for (auto country = countries.begin(); country != countries.end(); ++country) {
         const QJsonObject entry = country.value().toObject();
         QMap<int, double> rates;
-        for (int category : europeanTaxCategories()) {
+        for (int category : categories) {
             // A rate that the country does not have is false in the file.
             rates.insert(category,
                          entry.value(QLatin1String(keysOfCategories[category])).toDouble(noRate));

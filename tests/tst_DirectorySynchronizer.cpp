@@ -285,6 +285,12 @@ void tst_DirectorySynchronizer::outsideOfTheSource()
                  QStringList({QStringLiteral("unable to remove ") + file,
                               QStringLiteral("unable to copy ") + file}));
         QCOMPARE(read(file), QByteArray("precious"));
+
+        error.clear();
+        const QString missing = path(QStringLiteral("nowhere/file"));
+        synchronizer.onFileAddedOrModified(missing);
+        QCOMPARE(texts(error), QStringList(QStringLiteral("unable to copy ") + missing));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("nowhere"))));
     }
 }
 

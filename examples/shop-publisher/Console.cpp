@@ -87,14 +87,14 @@ void Console::progress(const QString& whole, const QString& step)
         print(QStringLiteral("[%1] %2\n").arg(counter(), printable(step)));
 }
 
-void Console::end()
+void Console::end() const
 {
     // The whole line is blanked, so that nothing of the bar stands behind a shorter result.
     if (mTerminal && !mQuiet && mTotal > 0)
         print(QLatin1Char('\r') + fitted(QString(), terminalColumns() - 1) + QLatin1Char('\r'));
 }
 
-void Console::say(const QString& text)
+void Console::say(const QString& text) const
 {
     if (!mQuiet)
         print(printable(text) + QLatin1Char('\n'));

@@ -28,10 +28,10 @@ public:
     void progress(const QString& whole, const QString& step);
 
     /// The progress has ended; the bar goes.
-    void end();
+    void end() const;
 
     /// One line of result.
-    void say(const QString& text);
+    void say(const QString& text) const;
 
     /// All failures with their reasons. Where \a verbose is set each with its code, and the places
     /// in the code where it happened and through which it came up the tree of errors.

@@ -7,9 +7,19 @@
 
 namespace {
 
-QMutex keptMutex; // messages come from any thread
-QStringList kept;
 QtMessageHandler passOn = nullptr;
+
+QMutex& keptMutex() // messages come from any thread
+{
+    static QMutex mutex;
+    return mutex;
+}
+
+QStringList& kept()
+{
+    static QStringList messages;
+    return messages;
+}
 
 void keep(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
@@ -21,8 +31,8 @@ void keep(QtMsgType type, const QMessageLogContext& context, const QString& text
     }
     if (type == QtDebugMsg || type == QtInfoMsg)
         return;
-    const QMutexLocker locker(&keptMutex);
-    kept.append(text.simplified());
+    const QMutexLocker locker(&keptMutex());
+    kept().append(text.simplified());
 }
 
 } // namespace
@@ -44,8 +54,8 @@ LogKeeper::~LogKeeper()
 
 QStringList LogKeeper::take()
 {
-    const QMutexLocker locker(&keptMutex);
+    const QMutexLocker locker(&keptMutex());
     QStringList taken;
-    taken.swap(kept);
+    taken.swap(kept());
     return taken;
 }

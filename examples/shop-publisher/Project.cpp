@@ -137,7 +137,8 @@ private:
 void giveSiteNames(QVector<Photograph>* photographs)
 {
     QSet<QString> wanted;
-    for (const Photograph& photograph : *photographs)
+    const QVector<Photograph>& all = *photographs;
+    for (const Photograph& photograph : all)
         wanted.insert(fileSystemKey(photograph.name));
 
     QSet<QString> taken;

@@ -100,7 +100,8 @@ QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photogr
         known[picture.photograph].picture = picture;
         mImportedNames.append(picture.photograph);
     }
-    for (const Photograph& photograph : news) {
+    const QVector<Photograph>& looked = news;
+    for (const Photograph& photograph : looked) {
         if (FileStamp::of(photograph.source) != known.value(photograph.name).stamp)
             mOvertakenNames.append(photograph.name);
     }

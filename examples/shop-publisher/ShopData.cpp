@@ -94,7 +94,8 @@ QByteArray ShopData::productsJs(const Shop& shop, const QMap<QString, PublishedP
 QByteArray ShopData::configPhp(const Shop& shop)
 {
     QVariantMap rates;
-    for (const int category : TaxeRatesUtils::europeanTaxCategories()) {
+    const QList<int> categories = TaxeRatesUtils::europeanTaxCategories();
+    for (const int category : categories) {
         const double rate = TaxeRatesUtils::europeanTax(shop.country, category);
         if (rate >= 0)
             rates.insert(QString::number(category), rate);

@@ -128,8 +128,8 @@ bool Site::open(QString* reason)
         return false;
     }
     removeLeftBehind();
-    mDrafts.reset(
-        new QTemporaryDir(mFolder + QLatin1Char('/') + draftsPrefix + QLatin1String("XXXXXX")));
+    mDrafts = std::make_unique<QTemporaryDir>(mFolder + QLatin1Char('/') + draftsPrefix
+                                              + QLatin1String("XXXXXX"));
     QString why = QString::fromLocal8Bit(std::strerror(errno));
     if (mDrafts->isValid()) {
         mDraftsLock = lockOf(mDrafts->path());

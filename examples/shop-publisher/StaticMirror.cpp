@@ -37,8 +37,9 @@ void removeFoldersWithoutSource(const QString& source, const QString& mirror)
     QStringList folders;
     FileUtils::listDirectoriesInFileSystem(mirror, folders, true);
     // Those in others first.
-    std::sort(folders.begin(), folders.end(), std::greater<QString>());
-    for (const QString& folder : folders) {
+    std::sort(folders.begin(), folders.end(), std::greater<>());
+    const QStringList& sorted = folders;
+    for (const QString& folder : sorted) {
         if (!QFileInfo(source + folder.mid(mirror.size())).isDir())
             QDir().rmdir(folder);
     }

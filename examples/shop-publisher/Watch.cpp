@@ -60,7 +60,7 @@ void Watch::run(const QVector<ErrorableCode>& told)
 {
     if (mStopped)
         return;
-    mLog.reset(new LogKeeper);
+    mLog = std::make_unique<LogKeeper>();
     for (const ErrorableCode& failure : told)
         mToldFailures.append(failure.details);
     mProjectFolder.addPath(mProject.folder());
@@ -143,9 +143,9 @@ void Watch::publish()
     if (!mNewsOfPhotographs)
         return;
     mNewsOfPhotographs = false;
-    mPublication.reset(new Publication(mProject, mSite, mPublished, mChanged));
+    mPublication = std::make_unique<Publication>(mProject, mSite, mPublished, mChanged);
     mChanged.clear();
-    mThread.reset(new PublicationThread(mPublication.get()));
+    mThread = std::make_unique<PublicationThread>(mPublication.get());
     connect(mThread.get(), &QThread::finished, this, &Watch::onPublished);
     mThread->start();
 }

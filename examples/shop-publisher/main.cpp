@@ -137,7 +137,8 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
     // A signal that comes when all is done still ends the watch.
     std::unique_ptr<Watch> watch;
     if (commandLine.watch) {
-        watch.reset(new Watch(project, site, &published, commandLine.quiet, commandLine.verbose));
+        watch = std::make_unique<Watch>(project, site, &published, commandLine.quiet,
+                                        commandLine.verbose);
         QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
     }
     runToItsEnd(&thread, stopSignals, &console);
@@ -160,7 +161,7 @@ int main(int argc, char* argv[])
 {
     setIdentity();
     // Whoever reads our output may go; the site is finished all the same.
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     const auto application = makeApplication(argc, argv);
     CoreApplicationUtils::initStartupVars();
     // Before anything is made in the site, and until it is tidy again.

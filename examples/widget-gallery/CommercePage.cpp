@@ -61,7 +61,8 @@ QComboBox* currencies()
     auto* box = new QComboBox;
     box->setObjectName(QStringLiteral("currency"));
     //! [currencies]
-    for (const QString& code : CurrencyUtils::listIsoCodes()) {
+    const QStringList codes = CurrencyUtils::listIsoCodes();
+    for (const QString& code : codes) {
         const QString name =
             CurrencyUtils::currencySymbol(code, QLocale::CurrencyDisplayName);
         box->addItem(code + QStringLiteral(" – ") + name, code);

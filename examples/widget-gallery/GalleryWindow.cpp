@@ -36,7 +36,8 @@ GalleryWindow::GalleryWindow(QWidget* parent)
 
     mList->setObjectName(QStringLiteral("pages"));
     mList->setSpacing(1);
-    for (const Topic& topic : allTopics()) {
+    const QVector<Topic> topics = allTopics();
+    for (const Topic& topic : topics) {
         auto* area = new QScrollArea;
         area->setWidget(topic.makePage(topic.title));
         area->setWidgetResizable(true);

@@ -35,8 +35,9 @@ void Page::addSample(const QString& title, QWidget* sample, const char* name)
     mLayout->insertWidget(mLayout->count() - 1, mSamples.last());
 
     int width = 0;
-    for (const Sample* one : mSamples)
+    const QVector<Sample*>& samples = mSamples;
+    for (const Sample* one : samples)
         width = qMax(width, one->neededWidth());
-    for (Sample* one : mSamples)
+    for (Sample* one : samples)
         one->setSampleWidth(width);
 }

@@ -58,7 +58,7 @@ bool GoogleFontFile::loadJsonGFontFromFilePath(const QString& path)
 bool GoogleFontFile::loadJsonGFontFromBynaryDatas(const QByteArray& data)
 {
     clear();
-    QJsonParseError error;
+    QJsonParseError error = {};
     mDocument = QJsonDocument::fromJson(data, &error);
     if (error.error != QJsonParseError::NoError) {
         ORVAUTILS_LOG_WARNING() << "GFonts file parsing error:" << error.errorString();

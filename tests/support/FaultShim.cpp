@@ -15,6 +15,7 @@
 #include <fcntl.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace {
@@ -77,6 +78,15 @@ size_t allowed(size_t bytes)
 bool isRefusedToList(const char* function)
 {
     return !(state.isArmed && state.plan.error == EINTR) && isRefused(FaultRead, function);
+}
+
+/// An entry of a folder as a file system may tell of it.
+template <typename Entry>
+Entry* withoutKind(Entry* entry)
+{
+    if (entry && state.isArmed && state.plan.lacksEntryKinds)
+        entry->d_type = DT_UNKNOWN;
+    return entry;
 }
 
 bool isRefusedToOpen(const char* function, const char* path, int flags)
@@ -192,9 +202,18 @@ INTERPOSE(ssize_t, -1, pread, (int file, void* data, size_t size, off_t offset),
           (file, data, allowed(size), offset), isInterrupted() || isRefused(FaultRead, "pread"))
 INTERPOSE(ssize_t, -1, pread64, (int file, void* data, size_t size, off64_t offset),
           (file, data, allowed(size), offset), isInterrupted() || isRefused(FaultRead, "pread64"))
-INTERPOSE(struct dirent*, nullptr, readdir, (DIR * folder), (folder), isRefusedToList("readdir"))
-INTERPOSE(struct dirent64*, nullptr, readdir64, (DIR * folder), (folder),
-          isRefusedToList("readdir64"))
+
+struct dirent* readdir(DIR* folder)
+{
+    NEXT(readdir, struct dirent*, DIR*);
+    return isRefusedToList("readdir") ? nullptr : withoutKind(next(folder));
+}
+
+struct dirent64* readdir64(DIR* folder)
+{
+    NEXT(readdir64, struct dirent64*, DIR*);
+    return isRefusedToList("readdir64") ? nullptr : withoutKind(next(folder));
+}
 
 // Both at once
 
@@ -285,6 +304,24 @@ INTERPOSE(int, -1, mkdir, (const char* path, mode_t mode) noexcept, (path, mode)
           isRefused(FaultMakeFolder, "mkdir", path))
 INTERPOSE(int, -1, mkdirat, (int folder, const char* path, mode_t mode) noexcept,
           (folder, path, mode), isRefused(FaultMakeFolder, "mkdirat", path))
+
+// Attributes of open files
+
+INTERPOSE(int, -1, fstat, (int file, struct stat* status) noexcept, (file, status),
+          isRefused(FaultAttribute, "fstat"))
+INTERPOSE(int, -1, fchmod, (int file, mode_t mode) noexcept, (file, mode),
+          isRefused(FaultAttribute, "fchmod"))
+INTERPOSE(int, -1, fchown, (int file, uid_t user, gid_t group) noexcept, (file, user, group),
+          isRefused(FaultAttribute, "fchown"))
+INTERPOSE(ssize_t, -1, flistxattr, (int file, char* names, size_t size) noexcept,
+          (file, names, size), isRefused(FaultAttribute, "flistxattr"))
+INTERPOSE(ssize_t, -1, fgetxattr, (int file, const char* name, void* value, size_t size) noexcept,
+          (file, name, value, size), isRefused(FaultAttribute, "fgetxattr"))
+INTERPOSE(int, -1, fsetxattr,
+          (int file, const char* name, const void* value, size_t size, int flags) noexcept,
+          (file, name, value, size, flags), isRefused(FaultAttribute, "fsetxattr"))
+INTERPOSE(int, -1, fremovexattr, (int file, const char* name) noexcept, (file, name),
+          isRefused(FaultAttribute, "fremovexattr"))
 
 // Closing: the file is closed in any case, as Linux does it.
 

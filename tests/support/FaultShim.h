@@ -23,9 +23,10 @@ enum FaultKind {
     FaultRename, ///< renaming, and giving a file a second name
     FaultUnlink, ///< removing files and folders
     FaultMakeFolder,
-    FaultClose ///< some file systems store only then, and only then tell that they could not
+    FaultClose, ///< some file systems store only then, and only then tell that they could not
+    FaultAttribute ///< telling and changing what a file is: kind, owner, permissions, attributes
 };
-enum { FaultKindCount = FaultClose + 1 };
+enum { FaultKindCount = FaultAttribute + 1 };
 
 struct FaultPlan
 {
@@ -37,6 +38,7 @@ struct FaultPlan
     bool interrupts; ///< whether every call that a signal can interrupt first ends with EINTR
     bool lacksUnnamedFiles; ///< a file system without O_TMPFILE, as network ones are
     bool lacksHardLinks; ///< a file system without link(), as those of memory cards are
+    bool lacksEntryKinds; ///< a file system whose folders do not tell what is a folder itself
 };
 
 struct FaultReport

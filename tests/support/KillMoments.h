@@ -6,7 +6,7 @@
 #ifndef KILLMOMENTS_H
 #define KILLMOMENTS_H
 
-#include <QtGlobal>
+#include <QByteArray>
 
 #include <random>
 
@@ -26,11 +26,19 @@ public:
 
     unsigned seed() const { return mSeed; }
 
-    /// How often a process is killed in each way of a test: ORVAUTILS_KILLS times, or 20.
-    static int count()
+    /// How often a process is killed in each of the \a ways of a test: ORVAUTILS_KILLS times in all
+    /// of them together, or ten times in each.
+    static int countInEach(int ways)
     {
         const int wanted = qEnvironmentVariableIntValue("ORVAUTILS_KILLS");
-        return wanted > 0 ? wanted : 20;
+        return wanted > 0 ? (wanted + ways - 1) / ways : 10;
+    }
+
+    /// Lets a test function take as long as many kills take; to be called first in main().
+    static void allowTime()
+    {
+        if (!qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT"))
+            qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray("7200000"));
     }
 
     /// Waits for less than \a microseconds, as chance has it.

@@ -9,15 +9,25 @@
 
 namespace {
 
-QMutex captureMutex;
-QVector<QVector<CapturedRecord>> captureStack;
+// Made on first use, and used until the program ends.
+QMutex& captureMutex()
+{
+    static QMutex mutex;
+    return mutex;
+}
+
+QVector<QVector<CapturedRecord>>& captureStack()
+{
+    static QVector<QVector<CapturedRecord>> stack;
+    return stack;
+}
 
 void capture(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    QMutexLocker lock(&captureMutex);
-    if (!captureStack.isEmpty())
-        captureStack.last().append({type, QByteArray(context.category), QByteArray(context.file),
-                                    QByteArray(context.function), context.line, text});
+    QMutexLocker lock(&captureMutex());
+    if (!captureStack().isEmpty())
+        captureStack().last().append({type, QByteArray(context.category), QByteArray(context.file),
+                                      QByteArray(context.function), context.line, text});
 }
 
 QString typeName(QtMsgType type)
@@ -42,8 +52,8 @@ QString typeName(QtMsgType type)
 LogCapture::LogCapture()
 {
     {
-        QMutexLocker lock(&captureMutex);
-        captureStack.append(QVector<CapturedRecord>());
+        QMutexLocker lock(&captureMutex());
+        captureStack().append(QVector<CapturedRecord>());
     }
     mPrevious = qInstallMessageHandler(capture);
 }
@@ -51,21 +61,21 @@ LogCapture::LogCapture()
 LogCapture::~LogCapture()
 {
     qInstallMessageHandler(mPrevious);
-    QMutexLocker lock(&captureMutex);
-    captureStack.removeLast();
+    QMutexLocker lock(&captureMutex());
+    captureStack().removeLast();
 }
 
 QVector<CapturedRecord> LogCapture::records() const
 {
-    QMutexLocker lock(&captureMutex);
-    return captureStack.last();
+    QMutexLocker lock(&captureMutex());
+    return captureStack().last();
 }
 
 QVector<CapturedRecord> LogCapture::take()
 {
-    QMutexLocker lock(&captureMutex);
+    QMutexLocker lock(&captureMutex());
     QVector<CapturedRecord> taken;
-    taken.swap(captureStack.last());
+    taken.swap(captureStack().last());
     return taken;
 }
 
