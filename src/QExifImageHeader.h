@@ -260,7 +260,9 @@ public:
     ///   to somebody else, or its folder takes no new file. A save that is killed then may leave a
     ///   mixture.
     ///
-    /// When all bytes are there already the file is not written.
+    /// When all bytes are there already the file is not written. False also when a file that was
+    /// written itself cannot be closed, as some full or broken disks tell it; whether it is the old
+    /// or the new one is not known then.
     bool saveToJpeg(const QString& fileName) const;
 
     /// Writes this header into the JPEG that \a device holds from its beginning (the current

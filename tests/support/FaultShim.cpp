@@ -92,6 +92,7 @@ Entry* withoutKind(Entry* entry)
 bool isRefusedToOpen(const char* function, const char* path, int flags)
 {
     if (state.isArmed && state.plan.lacksUnnamedFiles && (flags & O_TMPFILE) == O_TMPFILE) {
+        ++state.report.lacking;
         errno = EOPNOTSUPP;
         return true;
     }
@@ -101,6 +102,7 @@ bool isRefusedToOpen(const char* function, const char* path, int flags)
 bool isRefusedToLink(const char* function, const char* path)
 {
     if (state.isArmed && state.plan.lacksHardLinks) {
+        ++state.report.lacking;
         errno = EPERM;
         return true;
     }

@@ -46,6 +46,7 @@ struct FaultReport
     int refused; ///< the calls that were refused by number
     int shortened;
     int interrupted;
+    int lacking; ///< the calls for which the file system lacks what they ask for
     char function[16]; ///< the first function that was refused
     char path[256]; ///< the path that it was given, if any
 };
