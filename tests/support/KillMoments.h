@@ -38,7 +38,7 @@ public:
     static void allowTime()
     {
         if (!qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT"))
-            qputenv("QTEST_FUNCTION_TIMEOUT", "7200000");
+            qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray("7200000"));
     }
 
     /// Waits for less than \a microseconds, as chance has it.
