@@ -192,7 +192,7 @@ QByteArray readBytes(QIODevice* device, quint64 wanted)
 template <typename Integer>
 Integer decode(const char* bytes, ByteOrder order)
 {
-    const uchar* const source = reinterpret_cast<const uchar*>(bytes);
+    const auto* const source = reinterpret_cast<const uchar*>(bytes);
     return order == bigEndian ? qFromBigEndian<Integer>(source)
                               : qFromLittleEndian<Integer>(source);
 }
@@ -319,7 +319,7 @@ QVector<QPair<Integer, Integer>> rationals(Bytes bytes, ByteOrder order)
     QVector<QPair<Integer, Integer>> values(bytes.size / (2 * size));
     for (QPair<Integer, Integer>& value : values) {
         value = {decode<Integer>(bytes.data, order), decode<Integer>(bytes.data + size, order)};
-        bytes.data += 2 * size;
+        bytes.data += qint64(2) * size;
     }
     return values;
 }
@@ -446,7 +446,7 @@ bool isSingleInteger(const QExifValue& value)
 template <typename Integer>
 void encode(Integer number, char* bytes, ByteOrder order)
 {
-    uchar* const target = reinterpret_cast<uchar*>(bytes);
+    auto* const target = reinterpret_cast<uchar*>(bytes);
     if (order == bigEndian)
         qToBigEndian(number, target);
     else
@@ -682,7 +682,7 @@ bool writeAt(QIODevice* device, qint64 position, const char* data, qint64 size)
 {
     if (!device->seek(position) || device->write(data, size) != size)
         return false;
-    QFileDevice* const file = qobject_cast<QFileDevice*>(device);
+    auto* const file = qobject_cast<QFileDevice*>(device);
     return !file || file->flush();
 }
 
@@ -717,7 +717,7 @@ bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArra
         return true;
     if (grown)
         writeAt(device, 0, before);
-    if (QFileDevice* const file = qobject_cast<QFileDevice*>(device))
+    if (auto* const file = qobject_cast<QFileDevice*>(device))
         file->resize(oldSize);
     return false;
 }
@@ -1190,7 +1190,7 @@ QImage QExifImageHeader::thumbnail() const
     const qint64 maximumPixels = Q_INT64_C(8) * 64 * d->thumbnailData.size();
     if (!size.isValid() || qint64(size.width()) * size.height() > maximumPixels)
         return QImage();
-    const QImage image = reader.read();
+    QImage image = reader.read();
 
     // toShort() is 0 for whatever is not a single Short or Byte.
     const QTransform quarterTurn = QTransform().rotate(90);

@@ -16,7 +16,6 @@
 
 // The parts of the library that the loader calls, reduced to what it needs of them.
 
-// clazy:excludeall=non-pod-global-static (what the stand-ins give)
 static QString settingsFolder;
 
 QString ApplicationUtils::pathApplicationSettings()
@@ -104,8 +103,7 @@ void tst_GoogleFontLoaderResource::brokenCatalogue()
     QCOMPARE(loader.stringInformations(), QStringLiteral("No google font available !"));
     // Each query has tried again, and each time the list was found broken.
     QCOMPARE(log.lines().size(), 2);
-    const QStringList lines = log.lines();
-    for (const QString& line : lines) {
+    for (const QString& line : log.lines()) {
         QVERIFY2(line.startsWith(QStringLiteral(
                      "warning orvautils GoogleFontFile loadJsonGFontFromBynaryDatas: "
                      "GFonts file parsing error: ")),

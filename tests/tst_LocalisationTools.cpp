@@ -556,7 +556,7 @@ void tst_LocalisationTools::emptyCodeIsTheSystem()
     // Also where the system's language has no file.
     QVERIFY(QFile::remove(mLanguages + QStringLiteral("app_it.qm")));
     QVERIFY(QDir(mLanguages + QStringLiteral("qtbase")).removeRecursively());
-    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("")));
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QLatin1String("")));
     QCOMPARE(greeting(), QStringLiteral("Good morning"));
 }
 

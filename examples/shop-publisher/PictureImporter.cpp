@@ -65,7 +65,7 @@ Defect sourceDefect(const QString& path)
         return {WorkItem::Undecodable, PictureImporter::tr("is empty")};
     const bool namedSvg = ImageUtils::imageNameIsVectoriel(path);
     if (namedSvg) {
-        const Defect defect = svgDefect(path);
+        Defect defect = svgDefect(path);
         if (defect)
             return defect;
         if (!QImageReader::supportedImageFormats().contains("svg"))

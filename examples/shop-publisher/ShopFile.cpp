@@ -114,7 +114,7 @@ private:
         QJsonValue value;
         if (!find(owner, object, key, &value))
             return QString();
-        const QString text = value.toString().trimmed();
+        QString text = value.toString().trimmed();
         if (!value.isString())
             fail(owner, key, Unsuitable, ShopFile::tr("is no text"));
         else if (text.isEmpty())
@@ -176,7 +176,7 @@ private:
     QString currency(const QJsonObject& object)
     {
         const QString key = QStringLiteral("currency");
-        const QString code = plainText(mFile, object, key);
+        QString code = plainText(mFile, object, key);
         if (!code.isEmpty() && !CurrencyUtils::listIsoCodes().contains(code))
             fail(mFile, key, Unsuitable,
                  ShopFile::tr("\"%1\" is no code of a currency, such as \"EUR\"").arg(code));
@@ -186,7 +186,7 @@ private:
     QString country(const QJsonObject& object)
     {
         const QString key = QStringLiteral("country");
-        const QString code = plainText(mFile, object, key).toUpper();
+        QString code = plainText(mFile, object, key).toUpper();
         mCountryIsKnown = TaxeRatesUtils::europeanTax(code, 0) >= 0;
         if (!code.isEmpty() && !mCountryIsKnown)
             fail(mFile, key, Unsuitable,
@@ -281,7 +281,7 @@ private:
     {
         const QString key = QStringLiteral("photo");
         const QString wanted = plainText(item, object, key);
-        const QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
+        QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
         if (!wanted.isEmpty() && name.isEmpty())
             fail(item, key, Missing, ShopFile::tr("there is no photograph \"%1\"").arg(wanted));
         return name;
@@ -332,7 +332,7 @@ private:
 
     QString distinctId(const QString& name)
     {
-        const QString id = StringUtils::findNoExistantName(
+        QString id = StringUtils::findNoExistantName(
             mIds, HTMLUtils::formatCompliantcssId(QLatin1String("product-") + slug(name)),
             QStringLiteral("_%1"), QString());
         mIds.append(id);
@@ -377,7 +377,7 @@ bool ShopFile::read(const QVector<Photograph>& photographs, Shop* shop)
     QByteArray content = file.readAll();
     if (content.startsWith("\xef\xbb\xbf")) // some editors mark UTF-8 so
         content.remove(0, 3);
-    QJsonParseError error;
+    QJsonParseError error = {};
     const QJsonDocument document = QJsonDocument::fromJson(content, &error);
     if (error.error != QJsonParseError::NoError) {
         const QByteArray before = content.left(error.offset);

@@ -62,9 +62,9 @@ CommandLine CommandLine::parse(const QStringList& arguments)
             QStringLiteral("widget-gallery " WIDGET_GALLERY_VERSION "\n");
         return result;
     }
-    if (!parser.positionalArguments().isEmpty()) {
-        result.text = tr("\"%1\" is no option.")
-                          .arg(parser.positionalArguments().first());
+    const QStringList others = parser.positionalArguments();
+    if (!others.isEmpty()) {
+        result.text = tr("\"%1\" is no option.").arg(others.first());
         return result;
     }
     if (parser.isSet(scale)) {

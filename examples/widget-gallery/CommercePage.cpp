@@ -116,7 +116,7 @@ QTableWidget* rates()
     table->setTabKeyNavigation(false);
     for (int row = 0; row < countries.size(); ++row) {
         for (int column = 0; column < categories.size(); ++column) {
-            const QString country = countries.at(row);
+            const QString& country = countries.at(row);
             const int category = categories.at(column);
             //! [rate]
             // In percent; below 0 where a country has no such rate

@@ -9,25 +9,15 @@
 
 namespace {
 
-// Made on first use, and used until the program ends.
-QMutex& captureMutex()
-{
-    static QMutex mutex;
-    return mutex;
-}
-
-QVector<QVector<CapturedRecord>>& captureStack()
-{
-    static QVector<QVector<CapturedRecord>> stack;
-    return stack;
-}
+QMutex captureMutex;
+QVector<QVector<CapturedRecord>> captureStack;
 
 void capture(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    QMutexLocker lock(&captureMutex());
-    if (!captureStack().isEmpty())
-        captureStack().last().append({type, QByteArray(context.category), QByteArray(context.file),
-                                      QByteArray(context.function), context.line, text});
+    QMutexLocker lock(&captureMutex);
+    if (!captureStack.isEmpty())
+        captureStack.last().append({type, QByteArray(context.category), QByteArray(context.file),
+                                    QByteArray(context.function), context.line, text});
 }
 
 QString typeName(QtMsgType type)
@@ -52,8 +42,8 @@ QString typeName(QtMsgType type)
 LogCapture::LogCapture()
 {
     {
-        QMutexLocker lock(&captureMutex());
-        captureStack().append(QVector<CapturedRecord>());
+        QMutexLocker lock(&captureMutex);
+        captureStack.append(QVector<CapturedRecord>());
     }
     mPrevious = qInstallMessageHandler(capture);
 }
@@ -61,21 +51,21 @@ LogCapture::LogCapture()
 LogCapture::~LogCapture()
 {
     qInstallMessageHandler(mPrevious);
-    QMutexLocker lock(&captureMutex());
-    captureStack().removeLast();
+    QMutexLocker lock(&captureMutex);
+    captureStack.removeLast();
 }
 
 QVector<CapturedRecord> LogCapture::records() const
 {
-    QMutexLocker lock(&captureMutex());
-    return captureStack().last();
+    QMutexLocker lock(&captureMutex);
+    return captureStack.last();
 }
 
 QVector<CapturedRecord> LogCapture::take()
 {
-    QMutexLocker lock(&captureMutex());
+    QMutexLocker lock(&captureMutex);
     QVector<CapturedRecord> taken;
-    taken.swap(captureStack().last());
+    taken.swap(captureStack.last());
     return taken;
 }
 
