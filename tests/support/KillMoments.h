@@ -6,7 +6,7 @@
 #ifndef KILLMOMENTS_H
 #define KILLMOMENTS_H
 
-#include <QtGlobal>
+#include <QByteArray>
 
 #include <random>
 
