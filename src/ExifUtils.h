@@ -37,7 +37,7 @@ public:
 
     /// Makes the JPEG file \a fileName say that it is not rotated: its Orientation tag becomes 0,
     /// as a SignedLong (not the Short that EXIF asks for; deliberate). The rest of the file is
-    /// kept, and the file is the old or the new one at every moment, as
+    /// kept, and a process that is killed leaves the old or the new file, as
     /// QExifImageHeader::saveToJpeg() tells. False when the file cannot be opened, has no EXIF
     /// block that QExifImageHeader::loadFromJpeg() reads, or cannot be written; it is untouched
     /// then.

@@ -827,8 +827,8 @@ bool changeAndClose(QFile* file, const Change& change)
     return isChanged && file->error() == QFileDevice::NoError;
 }
 
-/// Changes a file so that no moment, and no end of this process, shows a part of the change; where
-/// that is impossible, in place.
+/// Changes a file so that no end of this process leaves a part of the change; where that is
+/// impossible, in place.
 bool changeFile(QFile* file, Change change)
 {
     if (!change.movesWhatFollows()) {

@@ -243,14 +243,14 @@ public:
     /// Writes this header into the JPEG file \a fileName, which must exist and be writable. What it
     /// changes in the file, and what it refuses, is told at the overload.
     ///
-    /// The file is the old one or the new one at every moment, for whoever looks at it and after
-    /// this process was killed, never a mixture: a new file is completed beside the old one, with
-    /// its permissions, owner, access list and extended attributes, and takes its place in one
-    /// step; where \a fileName is a link, that of the file that it leads to. This takes as much
-    /// room on the disk as the file for a moment; false, with the file untouched, where it is not
-    /// there. A process that is killed may leave a second file beside the photograph, named like it
-    /// with a dot and six letters at the end: the new one, just before it takes its place; an
-    /// unfinished one only where the file system knows no files without a name.
+    /// A process that is killed leaves the old file or the new one, never a mixture: a new file is
+    /// completed beside the old one, with its permissions, owner, access list and extended
+    /// attributes, and takes its place in one step; where \a fileName is a link, that of the file
+    /// that it leads to. This takes as much room on the disk as the file for a moment; false, with
+    /// the file untouched, where it is not there. The killed process may leave a second file beside
+    /// the photograph, named like it with a dot and six letters at the end: the new one, just
+    /// before it takes its place; an unfinished one only where the file system knows no files
+    /// without a name.
     ///
     /// The file itself is written
     /// - when its length stays and all bytes that change lie within one block of 4096 bytes (they
