@@ -313,9 +313,13 @@ bool ImageUtils::writeProgressiveImage(const QImage& image, const QString& path,
     file.setDirectWriteFallback(true);
     QString error;
     if (encode(image, file, {written, quality, true}, &error)) {
-        if (file.commit())
+        // commit() syncs too, but puts the new picture in the old one's place where that fails.
+        if (!FileSystem::putOnDisk(file.handle()))
+            error = qt_error_string(errno);
+        else if (file.commit())
             return true;
-        error = file.errorString();
+        else
+            error = file.errorString();
     }
     logProgressiveFailure(image, path, error);
     return false;

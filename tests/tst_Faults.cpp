@@ -805,6 +805,7 @@ Scenario writeProgressiveImage()
     const QByteArray whole = contentOf(folder.path() + "/picture"_s);
     Scenario scenario;
     scenario.function = "writeProgressiveImage"_s;
+    scenario.isOnDiskEarly = true;
     scenario.prepare = [](const Run& run) {
         makeFile(run.path("src/file"_s), "neighbour");
         makeFile(run.path("dst/picture"_s), "an older one", 0640);
