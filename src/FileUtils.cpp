@@ -654,7 +654,7 @@ QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
         return QByteArray();
     QFile file(path);
     if (file.open(QIODevice::ReadOnly)) {
-        const QByteArray content = file.readAll();
+        QByteArray content = file.readAll();
         // The beginning of a file that breaks off is not its content: who writes it back would lose
         // the rest.
         if (file.error() == QFileDevice::NoError)
