@@ -410,10 +410,10 @@ bool copyRange(QFile* from, qint64 begin, qint64 end, QFileDevice* to)
 /// noticed: by another name of the file, or because the path leads elsewhere by now.
 QString replaceablePath(const QFile& file)
 {
-    const QString path = QFileInfo(file.fileName()).canonicalFilePath();
+    QString path = QFileInfo(file.fileName()).canonicalFilePath();
 #if defined(Q_OS_UNIX)
-    struct stat opened;
-    struct stat named;
+    struct stat opened = {};
+    struct stat named = {};
     if (fstat(file.handle(), &opened) != 0 || !S_ISREG(opened.st_mode) || opened.st_nlink != 1
         || stat(QFile::encodeName(path).constData(), &named) != 0 || opened.st_dev != named.st_dev
         || opened.st_ino != named.st_ino)
@@ -483,8 +483,8 @@ bool takeExtendedAttributes(int, int)
 bool takeAttributes(int from, int to)
 {
 #if defined(Q_OS_UNIX)
-    struct stat wanted;
-    struct stat given;
+    struct stat wanted = {};
+    struct stat given = {};
     if (fstat(from, &wanted) != 0 || fstat(to, &given) != 0)
         return false;
     const bool isOwned = wanted.st_uid == given.st_uid && wanted.st_gid == given.st_gid;
