@@ -54,13 +54,20 @@ bool liesIn(const QString& path, const QString& folder)
     return path.startsWith(folder + QLatin1Char('/'), pathCase);
 }
 
-const QString draftsPrefix = QStringLiteral(".shop-publisher-");
-const QString lockName = QStringLiteral("/lock");
+QString draftsPattern(QLatin1String six)
+{
+    return QLatin1String(".shop-publisher-") + six;
+}
+
+QString lockPath(const QString& draftsFolder)
+{
+    return draftsFolder + QLatin1String("/lock");
+}
 
 /// The lock of a working folder, which goes with its process, however old it gets.
 std::unique_ptr<QLockFile> lockOf(const QString& draftsFolder)
 {
-    auto lock = std::make_unique<QLockFile>(draftsFolder + lockName);
+    auto lock = std::make_unique<QLockFile>(lockPath(draftsFolder));
     lock->setStaleLockTime(0);
     return lock;
 }
@@ -128,8 +135,8 @@ bool Site::open(QString* reason)
         return false;
     }
     removeLeftBehind();
-    mDrafts = std::make_unique<QTemporaryDir>(mFolder + QLatin1Char('/') + draftsPrefix
-                                              + QLatin1String("XXXXXX"));
+    mDrafts = std::make_unique<QTemporaryDir>(mFolder + QLatin1Char('/')
+                                              + draftsPattern(QLatin1String("XXXXXX")));
     QString why = QString::fromLocal8Bit(std::strerror(errno));
     if (mDrafts->isValid()) {
         mDraftsLock = lockOf(mDrafts->path());
@@ -150,12 +157,12 @@ bool Site::open(QString* reason)
 /// another project or without a lock, is locked.
 void Site::removeLeftBehind() const
 {
-    const QStringList names = QDir(mFolder).entryList({draftsPrefix + QLatin1String("??????")},
+    const QStringList names = QDir(mFolder).entryList({draftsPattern(QLatin1String("??????"))},
                                                       QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
     for (const QString& name : names) {
         const QString folder = mFolder + QLatin1Char('/') + name;
         const std::unique_ptr<QLockFile> lock = lockOf(folder);
-        if (lock->tryLock(0) || LockFile::removeNobodys(folder + lockName)) {
+        if (lock->tryLock(0) || LockFile::removeNobodys(lockPath(folder))) {
             lock->unlock();
             QDir(folder).removeRecursively();
         }
