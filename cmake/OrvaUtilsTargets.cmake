@@ -14,6 +14,8 @@ function(orvautils_configure_target target)
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
     QT_NO_URL_CAST_FROM_STRING
+    # A host may have names such as "signals" and "emit" of its own.
+    QT_NO_KEYWORDS
     # Only what was deprecated before Qt 5.6, the floor, has a successor that may be used.
     QT_DEPRECATED_WARNINGS_SINCE=0x050600)
   if(ORVAUTILS_SANITIZE)

@@ -4,7 +4,7 @@
 #include "ApplicationUtils.h"
 
 #include "CoreApplicationUtils.h"
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QDir>
 #include <QGuiApplication>

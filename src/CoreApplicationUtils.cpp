@@ -3,8 +3,8 @@
 
 #include "CoreApplicationUtils.h"
 
-#include "LogRecord.h"
 #include "QObjectEventFilter.h"
+#include "logrecord_p.h"
 
 #include <QApplication>
 #include <QEvent>

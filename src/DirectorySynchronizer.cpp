@@ -5,7 +5,7 @@
 
 #include "DirectoryWatcher.h"
 #include "FileUtils.h"
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,7 +28,7 @@ bool DirectorySynchronizer::startWatcher(const QString& source, const QString& d
     checkDirs();
     if (mWatcher->setPath(mSource))
         return true;
-    emit error(QStringLiteral("Watcher fail"));
+    Q_EMIT error(QStringLiteral("Watcher fail"));
     ORVAUTILS_LOG_CRITICAL() << "Watcher fail";
     return false;
 }
@@ -37,7 +37,7 @@ bool DirectorySynchronizer::checkDirs()
 {
     if (!QDir(mSource).exists()) {
         const QString message = mSource + QStringLiteral(" doesn't exist");
-        emit error(message);
+        Q_EMIT error(message);
         ORVAUTILS_LOG_CRITICAL() << message;
     }
     return true;
@@ -56,9 +56,9 @@ void DirectorySynchronizer::onFileDeleted(const QString& path)
     const QString mirror = mirrorOf(path);
     // A path that has no mirror stands for itself: it is not ours to remove.
     if (mirror != path && QFile::remove(mirror))
-        emit log(QStringLiteral("[DEL] %1").arg(mirror));
+        Q_EMIT log(QStringLiteral("[DEL] %1").arg(mirror));
     else
-        emit error(QStringLiteral("unable to remove ") + mirror);
+        Q_EMIT error(QStringLiteral("unable to remove ") + mirror);
 }
 
 void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
@@ -68,9 +68,9 @@ void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
     if (hasMirror)
         FileUtils::fileMkPath(mirror, nullptr);
     if (hasMirror && FileUtils::forceCopy(path, mirror))
-        emit log(QStringLiteral("[MOD] %1").arg(mirror));
+        Q_EMIT log(QStringLiteral("[MOD] %1").arg(mirror));
     else
-        emit error(QStringLiteral("unable to copy ") + path);
+        Q_EMIT error(QStringLiteral("unable to copy ") + path);
 }
 
 QString DirectorySynchronizer::mirrorOf(const QString& path) const

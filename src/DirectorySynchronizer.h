@@ -56,14 +56,14 @@ public:
     /// beside the records of FileUtils, and no signal. Independent of startWatcher().
     bool fullSync(const QString& source, const QString& destination);
 
-signals:
+Q_SIGNALS:
     /// Something could not be watched, copied ("unable to copy " and the source path) or removed
     /// ("unable to remove " and the mirror path).
     void error(const QString& message);
     /// A file was copied ("[MOD] " and the mirror path) or removed ("[DEL] " and the mirror path).
     void log(const QString& message);
 
-public slots:
+public Q_SLOTS:
     /// Removes the mirror of \a path. A mirror that is gone already is an error().
     void onFileDeleted(const QString& path);
 

@@ -4,7 +4,7 @@
 #include "DirectoryWatcher.h"
 
 #include "FileUtils.h"
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -153,7 +153,7 @@ bool DirectoryWatcher::watch(const QString& folder, const Entries& entries)
         const QPointer<DirectoryWatcher> self(this);
         const int round = mRound;
         for (const QString& file : newFiles) {
-            emit addedFiles(file);
+            Q_EMIT addedFiles(file);
             if (!self || mRound != round)
                 return false; // a receiver wants none of this any more
         }
@@ -267,9 +267,9 @@ void DirectoryWatcher::onFilemod(const QString& file)
     const QPointer<DirectoryWatcher> self(this);
     ++mNotifications;
     if (exists)
-        emit modifiedFile(file);
+        Q_EMIT modifiedFile(file);
     else
-        emit deletedFile(file);
+        Q_EMIT deletedFile(file);
     if (self)
         --mNotifications;
 }

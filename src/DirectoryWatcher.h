@@ -62,7 +62,7 @@ public:
     /// that does not exist is true and silent. Before setPath() the answer is false.
     bool addDir(const QString& folder);
 
-signals:
+Q_SIGNALS:
     /// A watched file is gone.
     void deletedFile(const QString& path);
     /// A file is there that was not watched before: one signal for each file, despite the name.
@@ -70,7 +70,7 @@ signals:
     /// The content or the attributes of a watched file changed, or another file took its place.
     void modifiedFile(const QString& path);
 
-public slots:
+public Q_SLOTS:
     /// The entries of \a folder changed: looks for new files in it and in its new sub-folders at
     /// once, and in its whole tree when control returns to the event loop, because files may appear
     /// while the first look is taken. That second look also finds files that vanished unnoticed, as

@@ -3,8 +3,8 @@
 
 #include "Errorable.h"
 
-#include "LogRecord.h"
 #include "WidgetUtils.h"
+#include "logrecord_p.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include "FileUtils.h"
 
 #include "ApplicationUtils.h"
-#include "FileCopy.h"
-#include "FileSystem.h"
-#include "LogRecord.h"
 #include "StringUtils.h"
+#include "filecopy_p.h"
+#include "filesystem_p.h"
+#include "logrecord_p.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -35,6 +35,8 @@
 #endif
 #include <windows.h>
 #endif
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -514,7 +516,7 @@ bool FileUtils::forceCopy(const QString& source, const QString& destination)
     return copyFile(source, destination, Old::RemovedFirst);
 }
 
-bool copyOver(const QString& source, const QString& destination)
+bool OrvaUtilsPrivate::copyOver(const QString& source, const QString& destination)
 {
     return copyFile(source, destination, Old::Replaced);
 }

@@ -3,12 +3,14 @@
 
 #include "HTMLUtils.h"
 
-#include "AsciiCharacters.h"
 #include "StringUtils.h"
+#include "ascii_p.h"
 
 #include <QColor>
 #include <QTextDocument>
 #include <QUrl>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 

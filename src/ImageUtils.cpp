@@ -4,11 +4,11 @@
 #include "ImageUtils.h"
 
 #include "ExifUtils.h"
-#include "FileCopy.h"
-#include "FileSystem.h"
 #include "FileUtils.h"
-#include "IntactFile.h"
-#include "LogRecord.h"
+#include "filecopy_p.h"
+#include "filesystem_p.h"
+#include "intactfile_p.h"
+#include "logrecord_p.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -27,6 +27,8 @@
 #ifdef Q_OS_LINUX
 #include <sys/mman.h>
 #endif
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 

@@ -3,7 +3,9 @@
 
 #include "JsCodeHelpers.h"
 
-#include "LiteralWriter.h"
+#include "literalwriter_p.h"
+
+using namespace OrvaUtilsPrivate;
 
 void JsCodeHelpers::formatVariantValue(QTextStream* stream, const QVariant& v)
 {

@@ -41,5 +41,5 @@ void KeyPressCheatCodeDetection::keyPressEvent(QKeyEvent* event)
         return;
     // Reset first: a slot may type on, set another sequence or delete this object.
     mPosition = 0;
-    emit keyDetected();
+    Q_EMIT keyDetected();
 }

@@ -54,7 +54,7 @@ public:
     /// for the sequence "ab" detects nothing.
     void keyPressEvent(QKeyEvent* event);
 
-signals:
+Q_SIGNALS:
     /// The whole sequence was typed. A slot may delete the detection or give it another sequence.
     void keyDetected();
 

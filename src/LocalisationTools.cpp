@@ -5,7 +5,7 @@
 
 #include "ApplicationUtils.h"
 #include "CoreApplicationUtils.h"
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QCoreApplication>
 #include <QDir>

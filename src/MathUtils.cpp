@@ -3,7 +3,7 @@
 
 #include "MathUtils.h"
 
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QTime>
 

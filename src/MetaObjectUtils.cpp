@@ -3,7 +3,7 @@
 
 #include "MetaObjectUtils.h"
 
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QMetaMethod>
 #include <QMetaObject>

@@ -3,7 +3,9 @@
 
 #include "PhpCodeHelpers.h"
 
-#include "LiteralWriter.h"
+#include "literalwriter_p.h"
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include "QExifImageHeader.h"
 
-#include "FileSystem.h"
-#include "IntactFile.h"
+#include "filesystem_p.h"
+#include "intactfile_p.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -19,6 +19,8 @@
 #include <cstring>
 #include <iterator>
 #include <vector>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include "StringUtils.h"
 
-#include "AsciiCharacters.h"
-#include "DurationText.h"
+#include "ascii_p.h"
+#include "durationtext_p.h"
 
 #include <QDateTime>
 #include <QRegularExpression>
@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <array>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 

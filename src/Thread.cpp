@@ -3,8 +3,8 @@
 
 #include "Thread.h"
 
-#include "LogRecord.h"
 #include "Threadable.h"
+#include "logrecord_p.h"
 
 #include <QCoreApplication>
 #include <QMutexLocker>

@@ -3,7 +3,9 @@
 
 #include "TimeUtils.h"
 
-#include "DurationText.h"
+#include "durationtext_p.h"
+
+using namespace OrvaUtilsPrivate;
 
 QString TimeUtils::msecToString(qint64 ms, TimePrecision precision)
 {

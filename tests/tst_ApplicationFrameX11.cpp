@@ -17,7 +17,7 @@ class tst_ApplicationFrameX11 : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void screenAt_data();
     void screenAt();

@@ -12,7 +12,7 @@ class tst_ColorUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void notificationColors_data();
     void notificationColors();
     void metaObject();

@@ -18,7 +18,7 @@ class tst_ComputerIdentifier : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void noProductId();
     void addressOfThisMachine();
     void identifierIsTheAddress();

@@ -30,7 +30,7 @@ class tst_CoreAppUrlUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

@@ -156,7 +156,7 @@ class tst_CoreApplicationUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
 
     void isAnObject();

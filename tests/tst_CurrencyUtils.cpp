@@ -74,7 +74,7 @@ class tst_CurrencyUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void concurrentFirstCalls(); // first: the tables are not built yet
     void beforeMain();
     void isoCodes();

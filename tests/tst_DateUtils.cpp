@@ -35,7 +35,7 @@ class tst_DateUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void accordingToNow_data();
     void accordingToNow();
     void translated_data() { accordingToNow_data(); }

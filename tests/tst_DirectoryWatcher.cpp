@@ -68,7 +68,7 @@ class tst_DirectoryWatcher : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void idleUntilSetPath();
     void missingRoot();

@@ -13,7 +13,7 @@ class tst_DrawUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void nullWidgets();
     void widgetColorBackground();
     void widgetColorText();

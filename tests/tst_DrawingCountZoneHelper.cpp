@@ -14,7 +14,7 @@ class tst_DrawingCountZoneHelper : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void size();
     void placement_data();
     void placement();

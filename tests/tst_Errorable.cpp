@@ -91,7 +91,7 @@ class tst_Errorable : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void cleanup();
 
     void nothingAtFirst();

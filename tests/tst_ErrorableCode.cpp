@@ -26,7 +26,7 @@ class tst_ErrorableCode : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void cleanup();
 
     void fields();

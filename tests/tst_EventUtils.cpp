@@ -10,7 +10,7 @@ class tst_EventUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void keyDelete_data();
     void keyDelete();
 };

@@ -63,7 +63,7 @@ class tst_ExifUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void rotation_data();
     void rotation();
     void rotationOfHeader_data();

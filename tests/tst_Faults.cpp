@@ -1136,7 +1136,7 @@ class tst_Faults : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void refusedCalls_data() { addScenarios(); }
     void refusedCalls();

@@ -16,7 +16,7 @@ class tst_FileSystemGuiService : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
     void revealWaits();

@@ -266,7 +266,7 @@ class tst_FileUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void cleanup();
 
     void lastPartOfFolder_data();

@@ -9,7 +9,7 @@ class tst_FlagsUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void setFlag_data();
     void setFlag();
 };

@@ -83,7 +83,7 @@ class tst_GenericThread : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void metaObject();
     void parents();
     void deletesItself();

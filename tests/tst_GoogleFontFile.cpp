@@ -57,7 +57,7 @@ class tst_GoogleFontFile : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
 
     void emptyByDefault();

@@ -55,7 +55,7 @@ class tst_GoogleFontItem : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void emptyItem();
     void readsTheObject();
     void otherKeysStay();

@@ -46,7 +46,7 @@ class tst_GoogleFontLoader : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void cleanup();
 

@@ -54,7 +54,7 @@ class tst_GoogleFontLoaderResource : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
 
     // In this order: what is loaded once stays loaded.

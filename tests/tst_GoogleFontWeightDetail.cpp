@@ -9,7 +9,7 @@ class tst_GoogleFontWeightDetail : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void defaultHasNoStyle();
     void comparison();
 };

@@ -28,7 +28,7 @@ class tst_HTMLUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void generateUUID();
     void identifiers_data();
     void identifiers();

@@ -293,7 +293,7 @@ class tst_ImageUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

@@ -29,7 +29,7 @@ class tst_KeyPressCheatCodeDetection : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void isAChildThatDiesWithItsTarget();
     void detects_data();
     void detects();

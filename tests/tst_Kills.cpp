@@ -189,7 +189,7 @@ class tst_Kills : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void states_data();
     void states();
     void savedPhotograph_data();

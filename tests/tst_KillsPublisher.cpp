@@ -95,7 +95,7 @@ class tst_KillsPublisher : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
     void firstPublication();

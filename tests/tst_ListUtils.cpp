@@ -20,7 +20,7 @@ class tst_ListUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void inherits_data();
     void inherits();
     void sameClass_data();

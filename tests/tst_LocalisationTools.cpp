@@ -65,7 +65,7 @@ class tst_LocalisationTools : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void init();
     void cleanup();

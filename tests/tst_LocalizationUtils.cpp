@@ -16,7 +16,7 @@ class tst_LocalizationUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void languageNames_data();
     void languageNames();
     void systemCode_data();

@@ -4,7 +4,7 @@
 #include "LogStream.h"
 
 #include "LogCapture.h"
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QLoggingCategory>
 #include <QtTest>
@@ -13,7 +13,7 @@ class tst_LogStream : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void typeNumbers();
     void emitsOnDestruction();
     void typesAndContext_data();

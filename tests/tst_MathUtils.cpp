@@ -15,7 +15,7 @@ class tst_MathUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void firstDrawSeeds();
     void random_data();
     void random();

@@ -20,7 +20,7 @@ public:
     QThread* calledIn = nullptr;
     bool answer = false;
 
-public slots:
+public Q_SLOTS:
     void doSomething()
     {
         calls += QStringLiteral("doSomething");
@@ -39,7 +39,7 @@ public slots:
         return 1;
     }
 
-signals:
+Q_SIGNALS:
     void happened();
 };
 
@@ -47,7 +47,7 @@ class tst_MetaObjectUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void invokes_data();
     void invokes();
     void constCharFormIsUtf8();

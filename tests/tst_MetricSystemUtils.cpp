@@ -11,7 +11,7 @@ class tst_MetricSystemUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void enumerators();
     void ownership();
     void symbols_data();

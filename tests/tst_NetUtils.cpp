@@ -104,7 +104,7 @@ class tst_NetUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void patterns();
     void webAddresses_data();
     void webAddresses();

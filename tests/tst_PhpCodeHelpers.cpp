@@ -26,7 +26,7 @@ class tst_PhpCodeHelpers : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void literals_data() { addLiteralRows(); }
     void literals();

@@ -12,7 +12,7 @@ class tst_PhpUtil : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void strings_data();
     void strings();
     void readByPhp();

@@ -20,7 +20,7 @@ class tst_ProjectFileLocker : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void suffix();
     void fileLockLiesBesideTheProject();

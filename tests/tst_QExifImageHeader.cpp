@@ -441,7 +441,7 @@ class tst_QExifImageHeader : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
 
     void newHeader();

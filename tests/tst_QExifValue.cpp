@@ -125,7 +125,7 @@ class tst_QExifValue : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void numbers();
     void constructors_data();
     void constructors();

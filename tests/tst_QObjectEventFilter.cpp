@@ -60,7 +60,7 @@ class tst_QObjectEventFilter : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void isAChildThatDiesWithItsTarget();
     void withoutFunctionNothingIsFiltered();
     void emptyFunctionNothingIsFiltered();

@@ -192,7 +192,7 @@ class tst_ShopPublisher : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

@@ -55,7 +55,7 @@ class tst_ShopPublisherFrame : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

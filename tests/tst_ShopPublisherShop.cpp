@@ -127,7 +127,7 @@ class tst_ShopPublisherShop : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

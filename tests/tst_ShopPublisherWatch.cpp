@@ -52,7 +52,7 @@ class tst_ShopPublisherWatch : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

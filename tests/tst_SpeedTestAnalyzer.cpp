@@ -12,7 +12,7 @@ class tst_SpeedTestAnalyzer : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void elapsedRunsFromConstruction();
     void report();
     void stepsAreTimedOneByOne();

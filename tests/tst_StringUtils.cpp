@@ -75,7 +75,7 @@ class tst_StringUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void concurrentFirstCalls();
     void formatDurationFromMSec_data();
     void formatDurationFromMSec();

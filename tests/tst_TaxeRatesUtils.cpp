@@ -27,7 +27,7 @@ class tst_TaxeRatesUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void firstUseBuilds(); // first: nothing has asked for a rate yet
     void categories();
     void rates_data();

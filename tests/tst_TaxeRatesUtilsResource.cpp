@@ -28,7 +28,7 @@ class tst_TaxeRatesUtilsResource : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     // In this order: what is built once stays built.
     void nothingIsBuiltFromNothing_data();
     void nothingIsBuiltFromNothing();

@@ -16,7 +16,7 @@ class tst_TextStreamUTF8 : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void isATextStream();
     void writesUtf8ToADevice();
     void writesUtf8ToACFile();

@@ -145,7 +145,7 @@ class tst_Thread : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void metaObject();
     void parents();
 

@@ -93,7 +93,7 @@ class tst_Threadable : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void metaObject();
     void parent();
 

@@ -12,7 +12,7 @@ class tst_TimeUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void precisionNumbers();
     void msecToString_data();
     void msecToString();

@@ -18,7 +18,7 @@ class tst_TypeUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void demangle_data();
     void demangle();
     void nameOfAType();

@@ -10,7 +10,7 @@ class tst_UnitTestInfo : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void takesAndRestartsTheTimer();
     void toString_data();
     void toString();

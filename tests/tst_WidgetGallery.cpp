@@ -106,7 +106,7 @@ class tst_WidgetGallery : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void savesOnePicturePerPage();
     void noPageIsBlank_data();

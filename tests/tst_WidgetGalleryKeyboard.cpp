@@ -30,7 +30,7 @@ class tst_WidgetGalleryKeyboard : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void init();
     void cleanup();

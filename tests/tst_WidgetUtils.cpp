@@ -75,7 +75,7 @@ class tst_WidgetUtils : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
 
     void layoutNullOrEmpty();

@@ -20,7 +20,7 @@ class tst_WidgetUtilsX11 : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
 
     void screenOfAWindow_data();

@@ -3,7 +3,7 @@
 
 #include "GoogleFontFile.h"
 
-#include "LogRecord.h"
+#include "logrecord_p.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 // The character classes of ASCII, which QChar's own (letters and digits of all scripts) are not.
-//
-// This header is private to the library and is not installed.
 
-#ifndef ORVAUTILS_ASCIICHARACTERS_H
-#define ORVAUTILS_ASCIICHARACTERS_H
+#ifndef ORVAUTILS_ASCII_P_H
+#define ORVAUTILS_ASCII_P_H
 
 #include <QChar>
+
+namespace OrvaUtilsPrivate {
 
 /// 0 to 9.
 inline bool isAsciiDigit(QChar c)
@@ -23,4 +23,6 @@ inline bool isAsciiLetter(QChar c)
     return lower >= u'a' && lower <= u'z';
 }
 
-#endif // ORVAUTILS_ASCIICHARACTERS_H
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_ASCII_P_H

@@ -8,13 +8,13 @@
 //     const QImage image = QImageReader(&file).read();
 //     if (!file.isIntact())
 //         ... the image is not what the file holds ...
-//
-// This header is private to the library and is not installed.
 
-#ifndef ORVAUTILS_INTACTFILE_H
-#define ORVAUTILS_INTACTFILE_H
+#ifndef ORVAUTILS_INTACTFILE_P_H
+#define ORVAUTILS_INTACTFILE_P_H
 
 #include <QFile>
+
+namespace OrvaUtilsPrivate {
 
 /// A file that is open for reading, and remembers whether anything ever failed. QFile itself knows
 /// of its last call only.
@@ -42,4 +42,6 @@ private:
     bool mIsIntact;
 };
 
-#endif // ORVAUTILS_INTACTFILE_H
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_INTACTFILE_P_H

@@ -5,16 +5,16 @@
 //
 // A QString for each number and one that grows for the whole would take three quarters of the time
 // of such a text.
-//
-// This header is private to the library and is not installed.
 
-#ifndef ORVAUTILS_DURATIONTEXT_H
-#define ORVAUTILS_DURATIONTEXT_H
+#ifndef ORVAUTILS_DURATIONTEXT_P_H
+#define ORVAUTILS_DURATIONTEXT_P_H
 
 #include <QString>
 
 #include <algorithm>
 #include <array>
+
+namespace OrvaUtilsPrivate {
 
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only what was added is ever read
 class DurationText
@@ -48,4 +48,6 @@ private:
     ushort* mEnd = mText.data();
 };
 
-#endif // ORVAUTILS_DURATIONTEXT_H
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_DURATIONTEXT_P_H

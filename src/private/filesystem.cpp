@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "FileSystem.h"
+#include "filesystem_p.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -38,6 +38,8 @@
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #endif
+
+namespace OrvaUtilsPrivate {
 
 namespace FileSystem {
 
@@ -636,3 +638,5 @@ bool removeTree(const QString& path)
 }
 
 } // namespace FileSystem
+
+} // namespace OrvaUtilsPrivate

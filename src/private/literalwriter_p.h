@@ -7,19 +7,19 @@
 // Text is gathered in a block of fixed size and handed to the stream block by block: the stream is
 // called once in thousands of characters, and a document of any size is written with the memory of
 // one block.
-//
-// This header is private to the library and is not installed.
 
-#ifndef ORVAUTILS_LITERALWRITER_H
-#define ORVAUTILS_LITERALWRITER_H
+#ifndef ORVAUTILS_LITERALWRITER_P_H
+#define ORVAUTILS_LITERALWRITER_P_H
 
-#include "AsciiCharacters.h"
+#include "ascii_p.h"
 
 #include <QStringList>
 #include <QTextStream>
 #include <QVariant>
 
 #include <algorithm>
+
+namespace OrvaUtilsPrivate {
 
 /// How a language writes a map.
 struct LiteralSyntax
@@ -215,4 +215,6 @@ private:
     ushort mBlock[BlockSize]; // not QChar, which would be cleared each time
 };
 
-#endif // ORVAUTILS_LITERALWRITER_H
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_LITERALWRITER_P_H

@@ -9,11 +9,9 @@
 // Why Linux is not left to Qt: QDirIterator makes two file infos for every entry, and QFile::copy()
 // some twenty system calls for every file; walking and copying trees of small files takes them two
 // to three times as long as the system's own tools.
-//
-// This header is private to the library and is not installed.
 
-#ifndef ORVAUTILS_FILESYSTEM_H
-#define ORVAUTILS_FILESYSTEM_H
+#ifndef ORVAUTILS_FILESYSTEM_P_H
+#define ORVAUTILS_FILESYSTEM_P_H
 
 #include <QString>
 
@@ -22,6 +20,8 @@
 
 class QByteArray;
 class QFile;
+
+namespace OrvaUtilsPrivate {
 
 namespace FileSystem {
 
@@ -137,4 +137,6 @@ bool removeTree(const QString& path);
 
 } // namespace FileSystem
 
-#endif // ORVAUTILS_FILESYSTEM_H
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_FILESYSTEM_P_H

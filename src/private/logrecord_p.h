@@ -9,13 +9,13 @@
 // helper that logs on behalf of a public function names that function instead:
 //
 //     ORVAUTILS_LOG_WARNING_IN("copyDir") << "unable to mkdir" << path;
-//
-// This header is private to the library and is not installed.
 
-#ifndef ORVAUTILS_LOGRECORD_H
-#define ORVAUTILS_LOGRECORD_H
+#ifndef ORVAUTILS_LOGRECORD_P_H
+#define ORVAUTILS_LOGRECORD_P_H
 
 #include <LogStream.h>
+
+namespace OrvaUtilsPrivate {
 
 /// A LogStream that puts one blank between its values by itself.
 class LogRecord
@@ -46,12 +46,16 @@ private:
     LogStream mStream;
 };
 
-#define ORVAUTILS_LOG_INFO_IN(function) LogRecord(1, __FILE__, function, __LINE__)
-#define ORVAUTILS_LOG_WARNING_IN(function) LogRecord(2, __FILE__, function, __LINE__)
-#define ORVAUTILS_LOG_CRITICAL_IN(function) LogRecord(4, __FILE__, function, __LINE__)
+} // namespace OrvaUtilsPrivate
+
+#define ORVAUTILS_LOG_INFO_IN(function) OrvaUtilsPrivate::LogRecord(1, __FILE__, function, __LINE__)
+#define ORVAUTILS_LOG_WARNING_IN(function)                                                         \
+    OrvaUtilsPrivate::LogRecord(2, __FILE__, function, __LINE__)
+#define ORVAUTILS_LOG_CRITICAL_IN(function)                                                        \
+    OrvaUtilsPrivate::LogRecord(4, __FILE__, function, __LINE__)
 
 #define ORVAUTILS_LOG_INFO() ORVAUTILS_LOG_INFO_IN(__func__)
 #define ORVAUTILS_LOG_WARNING() ORVAUTILS_LOG_WARNING_IN(__func__)
 #define ORVAUTILS_LOG_CRITICAL() ORVAUTILS_LOG_CRITICAL_IN(__func__)
 
-#endif // ORVAUTILS_LOGRECORD_H
+#endif // ORVAUTILS_LOGRECORD_P_H
