@@ -4,6 +4,7 @@
 #include "ApplicationUtils.h"
 
 #include "CoreApplicationUtils.h"
+#include "folderpath_p.h"
 #include "logrecord_p.h"
 
 #include <QDir>
@@ -13,6 +14,8 @@
 #include <QScreen>
 #include <QStringList>
 #include <QWindow>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -32,9 +35,7 @@ QString shippedFolder(const QString& bundleFolder, const QString& lastComponent)
     }
     path.remove(QRegExp(QStringLiteral("bin/debug.+\\.app/Contents/MacOS")));
     path.remove(QRegExp(QStringLiteral("bin/release.+\\.app/Contents/MacOS")));
-    if (!path.endsWith(QLatin1Char('/')))
-        path += QLatin1Char('/');
-    return path + lastComponent;
+    return withSlash(path) + lastComponent;
 }
 
 // The native format's name in one of Qt's own wrappings of it, or the whole format.

@@ -3,8 +3,12 @@
 
 #include "CoreAppUrlUtils.h"
 
+#include "folderpath_p.h"
+
 #include <QLocale>
 #include <QUrl>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -81,11 +85,8 @@ QString CoreAppUrlUtils::urlDocumentation(const QString& page)
     bool found = false;
     QString url = mapUrlApplication(registered().mDocumentationUrl, &found,
                                     registered().mDocumentationUrlLangs);
-    if (!page.isEmpty()) {
-        if (!url.endsWith(QLatin1Char('/')))
-            url += QLatin1Char('/');
-        url += page;
-    }
+    if (!page.isEmpty())
+        url = withSlash(url) + page;
     return found ? url : autoTranslatedUrl(url);
 }
 

@@ -4,6 +4,8 @@
 #include "DirectoryWatcher.h"
 
 #include "FileUtils.h"
+#include "asconst_p.h"
+#include "folderpath_p.h"
 #include "logrecord_p.h"
 
 #include <QDir>
@@ -12,6 +14,8 @@
 #include <QPointer>
 #include <QStringList>
 #include <QTimer>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -41,11 +45,6 @@ void insertAll(QSet<QString>& set, const QStringList& paths)
     set.reserve(set.size() + paths.size());
     for (const QString& path : paths)
         set.insert(path);
-}
-
-QString withSlash(const QString& folder)
-{
-    return folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
 }
 
 void logRefused(const QStringList& paths)
@@ -238,16 +237,14 @@ void DirectoryWatcher::forgetVanishedFolders(const QString& folder)
     QStringList vanished;
     const QString path = QDir(folder).absolutePath();
     const QString prefix = withSlash(path);
-    const QSet<QString>& known = mFolders;
-    for (const QString& candidate : known) {
+    for (const QString& candidate : asConst(mFolders)) {
         if ((candidate == path || candidate.startsWith(prefix)) && !QFileInfo(candidate).isDir())
             vanished.append(candidate);
     }
     if (vanished.isEmpty())
         return;
     mWatcher->removePaths(vanished);
-    const QStringList& folders = vanished;
-    for (const QString& gone : folders)
+    for (const QString& gone : asConst(vanished))
         mFolders.remove(gone);
 }
 

@@ -4,7 +4,10 @@
 #include "Errorable.h"
 
 #include "WidgetUtils.h"
+#include "asconst_p.h"
 #include "logrecord_p.h"
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -138,8 +141,7 @@ void Errorable::clearParentsErrorPrivate()
 
 void Errorable::clearChildrenErrorPrivate()
 {
-    const QList<QPointer<QObject>>& children = mChildren;
-    for (const QPointer<QObject>& childObject : children) {
+    for (const QPointer<QObject>& childObject : asConst(mChildren)) {
         if (!childObject)
             continue;
         Errorable* const child = asErrorable(childObject);

@@ -5,8 +5,10 @@
 
 #include "ApplicationUtils.h"
 #include "StringUtils.h"
+#include "ascii_p.h"
 #include "filecopy_p.h"
 #include "filesystem_p.h"
+#include "folderpath_p.h"
 #include "logrecord_p.h"
 
 #include <QCoreApplication>
@@ -40,7 +42,7 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-// ---- Paths and names as text -------------------------------------------------------------------
+// Paths and names as text
 
 /// The position of the last "/" of \a path that has at least one character behind it, or -1.
 int lastInnerSlash(const QString& path)
@@ -53,9 +55,8 @@ int lastInnerSlash(const QString& path)
 bool isPortable(QChar c)
 {
     const ushort code = c.unicode();
-    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z')
-        || (code >= '0' && code <= '9') || code == '(' || code == ')' || code == '-' || code == '_'
-        || code == '.' || c.isSpace();
+    return isAsciiLetter(c) || isAsciiDigit(c) || code == '(' || code == ')' || code == '-'
+        || code == '_' || code == '.' || c.isSpace();
 }
 
 const QRegularExpression& forbiddenInNames()
@@ -81,17 +82,10 @@ SizeUnits sizeUnits()
     return {QLatin1String("B"), QLatin1String("kB"), QLatin1String("MB"), QLatin1String("GB")};
 }
 
-// ---- Folder trees ------------------------------------------------------------------------------
+// Folder trees
 
 /// How every record about a folder that cannot be emptied begins.
 const char* const cannotRemove = "enable to removeRecursively";
-
-QString joined(const QString& folder, const QString& name)
-{
-    if (folder.endsWith(QLatin1Char('/')))
-        return folder % name;
-    return folder % QLatin1Char('/') % name;
-}
 
 std::vector<FileSystem::Entry> entriesOf(const QString& path)
 {
@@ -140,7 +134,7 @@ bool leadsOn(const FileSystem::Entry& entry, const Walk& walk)
     return true;
 }
 
-// ---- folderSize --------------------------------------------------------------------------------
+// folderSize
 
 /// What folderSize() adds up. Times stay numbers: a QDateTime for every file would take longer than
 /// reading the tree.
@@ -175,7 +169,7 @@ void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
         measure(folder, detail, &walk, content);
 }
 
-// ---- forceCopy ---------------------------------------------------------------------------------
+// forceCopy
 
 /// What becomes of the file that stands at the destination of a copy.
 enum class Old {
@@ -236,7 +230,7 @@ bool copyFile(const QString& source, const QString& destination, Old old)
     return true;
 }
 
-// ---- copyDir -----------------------------------------------------------------------------------
+// copyDir
 
 /// Whether the absolute \a path or a folder on the way to it is \a folder.
 bool passesThrough(QString path, const QString& folder)
@@ -312,7 +306,7 @@ bool copyTree(const QString& source, const QString& destination, const Walk* par
     return true;
 }
 
-// ---- Listings ----------------------------------------------------------------------------------
+// Listings
 
 /// \a prefix of every entry is complete, with its "/".
 int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* folderFilter,
@@ -357,7 +351,7 @@ void listFolders(const QString& path, QStringList& list, bool recursive, const W
     }
 }
 
-// ---- File content ------------------------------------------------------------------------------
+// File content
 
 QString translated(const char* text)
 {
@@ -383,7 +377,7 @@ QString digestOfFile(const QString& path, QCryptographicHash::Algorithm algorith
 
 } // namespace
 
-// ---- Paths and names as text -------------------------------------------------------------------
+// Paths and names as text
 
 QString FileUtils::lastPartOfFolder(const QString& path)
 {
@@ -491,7 +485,7 @@ void FileUtils::setFileHiddenOnWindows(const QString& path)
 #endif
 }
 
-// ---- Folder trees ------------------------------------------------------------------------------
+// Folder trees
 
 qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* lastModified)
 {
@@ -622,9 +616,8 @@ int FileUtils::listFilesInFileSystem(const QString& path, QStringList& list, boo
 {
     if (path.isEmpty() || !QDir(path).exists())
         return 0;
-    const bool complete = prefix.isEmpty() || prefix.endsWith(QLatin1Char('/'));
     return listFiles(path, list, recursive, folderFilter,
-                     complete ? prefix : prefix + QLatin1Char('/'), nullptr);
+                     prefix.isEmpty() ? prefix : withSlash(prefix), nullptr);
 }
 
 bool FileUtils::listDirectoriesInFileSystem(const QString& path, QStringList& list, bool recursive)
@@ -648,7 +641,7 @@ bool FileUtils::listFolderName(const QString& path, QStringList& list)
     return true;
 }
 
-// ---- File content ------------------------------------------------------------------------------
+// File content
 
 QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
 {
@@ -756,7 +749,7 @@ QString FileUtils::labelWorkingFolderBlocked(const QString& folder,
     return text.replace(QLatin1Char('\n'), QLatin1String("<br>"));
 }
 
-// ---- Files on the desktop ----------------------------------------------------------------------
+// Files on the desktop
 
 QIcon FileUtils::iconFromFilename(const QString& name)
 {
@@ -777,7 +770,7 @@ void FileUtils::showFileInFolder(const QString& path)
         {QStringLiteral("-e"), QStringLiteral("tell application \"Finder\" to activate")});
 }
 
-// ---- Older variants ----------------------------------------------------------------------------
+// Older variants
 
 bool FileUtils::old::forceDirectoryCreationForAFile(const QString& filePath, QString* error)
 {
@@ -869,7 +862,5 @@ int FileUtils::old::listFilesInFileSystem(const QString& path, QStringList& list
     const QString folder = path.isEmpty() ? QStringLiteral(".") : path;
     if (!QDir(folder).exists())
         return 0;
-    const bool complete = prefix.endsWith(QLatin1Char('/'));
-    return listFiles(folder, list, recursive, folderFilter,
-                     complete ? prefix : prefix + QLatin1Char('/'), nullptr);
+    return listFiles(folder, list, recursive, folderFilter, withSlash(prefix), nullptr);
 }

@@ -34,7 +34,7 @@ namespace {
 
 const QSize emptyCanvas(20, 20); // the size of what is made of a null image
 
-// --- Sizes ---------------------------------------------------------------------------------------
+// Sizes
 
 /// Whether a picture of that many pixels may be held in memory. 2 GiB is what an image can have in
 /// the oldest Qt that we support; newer ones would follow a forged header much further.
@@ -95,7 +95,7 @@ int proportional(int side, int numerator, int denominator)
     return qRound(qBound(-most, double(side) * numerator / denominator, most));
 }
 
-// --- Loading -------------------------------------------------------------------------------------
+// Loading
 
 /// Loads the whole picture and returns whether the image reader did.
 bool loadWhole(const QString& path, QImage* image)
@@ -212,7 +212,7 @@ bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QIma
     return decodeJpeg(bytes, whole, target, image);
 }
 
-// --- Saving --------------------------------------------------------------------------------------
+// Saving
 
 /// How a picture is written.
 struct Encoding
@@ -297,7 +297,7 @@ SaveResult replaceFile(const QImage& image, const QString& dst, const Encoding& 
 
 } // namespace
 
-// --- Import --------------------------------------------------------------------------------------
+// Import
 
 int ImageUtils::defaultJpegCompression()
 {
@@ -476,7 +476,7 @@ bool ImageUtils::fusionImage(const QString& folder, const QString& background,
     return true;
 }
 
-// --- Names of web images -------------------------------------------------------------------------
+// Names of web images
 
 QStringList ImageUtils::imageExtensionsAccordingImageFormat(const QStringList& formats)
 {
@@ -510,7 +510,7 @@ bool ImageUtils::filenameHasWebImageExtension(const QString& name)
     return false;
 }
 
-// --- Sizes ---------------------------------------------------------------------------------------
+// Sizes
 
 QSize ImageUtils::resizeImageToWidthKeepingRatio(int width, const QSize& size)
 {
@@ -575,7 +575,7 @@ void ImageUtils::setLabelPixmap(QLabel* label, int size, const QPixmap& pixmap)
     label->setScaledContents(true);
 }
 
-// --- Pixels --------------------------------------------------------------------------------------
+// Pixels
 
 bool ImageUtils::hasTransparentPixel(const QImage& image)
 {

@@ -4,12 +4,15 @@
 #include "ProjectFileLocker.h"
 
 #include "FileUtils.h"
+#include "folderpath_p.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSysInfo>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -79,7 +82,7 @@ bool ProjectFileLocker::openNewProjectFolder(const QString& folder, const QStrin
 {
     if (folder.isEmpty())
         return false;
-    const QString path = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    const QString path = withSlash(folder);
     if (!FileUtils::fileMkPath(path, error))
         return false;
     if (!QDir(folder).exists(folder))

@@ -142,11 +142,8 @@ char searchKeyOf(QChar c)
         return ' ';
     if (c.decompositionTag() == QChar::Canonical)
         c = QString(c).normalized(QString::NormalizationForm_D).at(0);
-    const ushort code = c.unicode();
-    if (code >= u'A' && code <= u'Z')
-        return char(code + ('a' - 'A'));
-    if ((code >= u'a' && code <= u'z') || isAsciiDigit(c) || code == u'-')
-        return char(code);
+    if (isAsciiLetter(c) || isAsciiDigit(c) || c == QLatin1Char('-'))
+        return toAsciiLower(c).toLatin1();
     return 0;
 }
 

@@ -3,6 +3,7 @@
 
 #include "GoogleFontFile.h"
 
+#include "ascii_p.h"
 #include "logrecord_p.h"
 
 #include <QFile>
@@ -10,6 +11,8 @@
 #include <QJsonObject>
 
 #include <algorithm>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -22,9 +25,9 @@ quint32 hashOfName(const QString& name)
         uint character = name.at(i).unicode();
         if (character == ' ')
             continue;
-        if (character >= 'A' && character <= 'Z') {
-            character += 'a' - 'A';
-        } else if (character >= 0x80) {
+        if (character < 0x80) {
+            character = toAsciiLower(QChar(character)).unicode();
+        } else {
             if (QChar::isHighSurrogate(character) && i + 1 < name.size()
                 && name.at(i + 1).isLowSurrogate())
                 character = QChar::surrogateToUcs4(ushort(character), name.at(++i).unicode());

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The character classes of ASCII, which QChar's own (letters and digits of all scripts) are not.
+// Character classes of ASCII. Those of QChar hold the letters and digits of all scripts.
 
 #ifndef ORVAUTILS_ASCII_P_H
 #define ORVAUTILS_ASCII_P_H
@@ -16,11 +16,23 @@ inline bool isAsciiDigit(QChar c)
     return c.unicode() >= u'0' && c.unicode() <= u'9';
 }
 
+/// A to Z.
+inline bool isAsciiCapital(QChar c)
+{
+    return c.unicode() >= u'A' && c.unicode() <= u'Z';
+}
+
 /// A to Z and a to z.
 inline bool isAsciiLetter(QChar c)
 {
     const int lower = c.unicode() | 0x20;
     return lower >= u'a' && lower <= u'z';
+}
+
+/// \a c, with A to Z turned into a to z.
+inline QChar toAsciiLower(QChar c)
+{
+    return isAsciiCapital(c) ? QChar(c.unicode() + (u'a' - u'A')) : c;
 }
 
 } // namespace OrvaUtilsPrivate

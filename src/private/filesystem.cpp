@@ -58,7 +58,7 @@ protected:
 
 namespace {
 
-// ---- With Qt's classes -------------------------------------------------------------------------
+// With Qt's classes
 
 class QtSource : public FolderReader::Source
 {
@@ -96,7 +96,7 @@ private:
     const Detail mDetail;
 };
 
-// ---- With Linux's system calls -----------------------------------------------------------------
+// With Linux's system calls
 
 #if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
 
@@ -392,7 +392,7 @@ bool removeTreeWithLinux(const QString& path)
 
 #endif // ORVAUTILS_LINUX_FILE_SYSTEM
 
-// ---- Replacing a file --------------------------------------------------------------------------
+// Replacing a file
 
 bool copyRange(QFile* from, qint64 begin, qint64 end, QFileDevice* to)
 {
