@@ -17,6 +17,7 @@
 
 #include "FaultShim.h"
 #include "LogCapture.h"
+#include "Sandbox.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -24,7 +25,6 @@
 #include <QImage>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <array>
@@ -111,13 +111,7 @@ using Tree = QMap<QString, QByteArray>;
 
 const QByteArray folderMark = "folder";
 
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
-
-Tree treeOf(const QString& root)
+Tree snapshotOf(const QString& root)
 {
     Tree tree;
     QDirIterator entries(root,
@@ -188,19 +182,8 @@ bool isTemporary(const QString& path)
 
 void makeFile(const QString& path, const QByteArray& content, mode_t mode = 0644)
 {
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
-        || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
-    file.close();
-    if (chmod(QFile::encodeName(path).constData(), mode) != 0)
-        qFatal("cannot change %s", qPrintable(path));
-}
-
-void makeLink(const QString& target, const QString& path)
-{
-    if (symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
-        qFatal("cannot link %s", qPrintable(path));
+    writeFile(path, content);
+    changeMode(path, mode);
 }
 
 /// Bytes in which no two stretches are alike.
@@ -700,11 +683,11 @@ bool import(const Import& import, const QString& root)
 /// The file that a disk without faults gives.
 QByteArray imported(const Import& import)
 {
-    QTemporaryDir folder;
-    makeFile(folder.path() + '/'_L1 + import.source, import.content);
-    if (!::import(import, folder.path()))
+    const Sandbox folder;
+    makeFile(folder(import.source), import.content);
+    if (!::import(import, folder.root()))
         qFatal("cannot import a picture");
-    return contentOf(folder.path() + '/'_L1 + import.destination);
+    return contentOf(folder(import.destination));
 }
 
 QString textOf(const QSize& size)
@@ -799,10 +782,10 @@ bool writeProgressively(const QString& path)
 
 Scenario writeProgressiveImage()
 {
-    QTemporaryDir folder;
-    if (!writeProgressively(folder.path() + "/picture"_s))
+    const Sandbox folder;
+    if (!writeProgressively(folder("picture"_s)))
         qFatal("cannot write a picture");
-    const QByteArray whole = contentOf(folder.path() + "/picture"_s);
+    const QByteArray whole = contentOf(folder("picture"_s));
     Scenario scenario;
     scenario.function = "writeProgressiveImage"_s;
     scenario.isOnDiskEarly = true;
@@ -873,8 +856,8 @@ Change saving(const QString& artist)
 /// What an undisturbed change makes of a photograph.
 QByteArray changed(const QByteArray& photo, const Change& change)
 {
-    QTemporaryDir folder;
-    const QString path = folder.path() + "/photo"_s;
+    const Sandbox folder;
+    const QString path = folder("photo"_s);
     makeFile(path, photo);
     if (!change(path) || contentOf(path) == photo)
         qFatal("cannot change a photograph");
@@ -1000,16 +983,14 @@ const int mostCalls = 1000;
 Run run(const Scenario& scenario, const FaultPlan& plan)
 {
     // Memory, where the system offers it as a folder, takes a tenth of the time of a disk.
-    const QString memory = "/dev/shm"_s;
-    static const QTemporaryDir temporary(
-        (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/tst_Faults"_s);
+    static const Sandbox sandbox(folderInMemory());
     Run run = {};
-    run.root = QFileInfo(temporary.path()).canonicalFilePath() + "/run"_s;
+    run.root = sandbox("run"_s);
     run.plan = plan;
     if (!QDir(run.root).removeRecursively() || !QDir().mkpath(run.root))
         qFatal("cannot empty %s", qPrintable(run.root));
     scenario.prepare(run);
-    run.before = treeOf(run.root);
+    run.before = snapshotOf(run.root);
     {
         LogCapture log;
         shimArm()(&plan);
@@ -1017,7 +998,7 @@ Run run(const Scenario& scenario, const FaultPlan& plan)
         run.report = shimDisarm()();
         run.records = log.lines();
     }
-    run.after = treeOf(run.root);
+    run.after = snapshotOf(run.root);
     const QString prefix = run.root + '/'_L1;
     run.message.remove(prefix);
     run.records.replaceInStrings(prefix, QString());

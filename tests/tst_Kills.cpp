@@ -14,13 +14,13 @@
 #include "KillMoments.h"
 
 #include "ChildRole.h"
+#include "Sandbox.h"
 
 #include <QExifImageHeader.h>
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <atomic>
@@ -123,18 +123,6 @@ QVector<QByteArray> statesOf(const Photograph& photograph)
     return states;
 }
 
-bool writeFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // The process that is killed
 
 /// Where both processes count. Odd while a save goes on.
@@ -175,10 +163,12 @@ int saveUntilKilled()
                 return 4;
             counter->fetch_add(1);
         }
-        if (!writeFile(fresh, original)
-            || std::rename(QFile::encodeName(fresh).constData(),
-                           QFile::encodeName(path).constData())
-                != 0)
+        QFile draft(fresh);
+        if (!draft.open(QIODevice::WriteOnly) || draft.write(original) != original.size())
+            return 5;
+        draft.close();
+        if (std::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(path).constData())
+            != 0)
             return 5;
     }
 }
@@ -219,14 +209,13 @@ void tst_Kills::states()
     QFETCH(int, index);
     const Photograph photograph = photographs().at(index);
     const QVector<QByteArray> states = statesOf(photograph);
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("file.jpg"));
-    QVERIFY(writeFile(path, states.first()));
+    const Sandbox folder;
+    const QString path = folder.file(QStringLiteral("file.jpg"), states.first());
     for (int step = 0; step < stepCount; ++step) {
         QExifImageHeader header;
         fill(&header, photograph, step);
         QVERIFY(header.saveToJpeg(path));
-        QVERIFY2(readFile(path) == states.at(step + 1), qPrintable(QString::number(step)));
+        QVERIFY2(contentOf(path) == states.at(step + 1), qPrintable(QString::number(step)));
     }
 }
 
@@ -241,24 +230,21 @@ void tst_Kills::savedPhotograph()
     const Photograph photograph = photographs().at(index);
     const QVector<QByteArray> states = statesOf(photograph);
     // Where nothing waits for a disk, more kills come between two bytes.
-    const QTemporaryDir onDisk;
-    const QDir memory(QStringLiteral("/dev/shm"));
-    const QTemporaryDir inMemory((memory.exists() ? memory : QDir::temp())
-                                     .filePath(QStringLiteral("orvautils-kills-XXXXXX")));
+    const Sandbox onDisk;
+    const Sandbox inMemory(folderInMemory());
 
     QStringList mixtures;
     for (int kill = 0; kill < KillMoments::countInEach(photographs().size()); ++kill) {
         const QString photoFolder =
-            (kill % 2 == 0 ? onDisk : inMemory).filePath(QStringLiteral("photo"));
-        QVERIFY(QDir().mkpath(photoFolder));
+            (kill % 2 == 0 ? onDisk : inMemory).folder(QStringLiteral("photo"));
         const QString path = photoFolder + QStringLiteral("/file.jpg");
-        QVERIFY(writeFile(path, states.first()));
+        writeFile(path, states.first());
         const quint64 counted = killWhileSaving(index, path);
         QVERIFY(counted > 0);
         ++mKills;
         mDuringSaves += int(counted % 2);
 
-        const QByteArray left = readFile(path);
+        const QByteArray left = contentOf(path);
         if (!states.contains(left)) {
             ++mMixtures;
             mixtures.append(QStringLiteral("kill %1 after %2 saves: %3 bytes")
@@ -273,7 +259,7 @@ void tst_Kills::savedPhotograph()
         fill(&header, photograph, stepCount - 1);
         QVERIFY(header.saveToJpeg(path));
         if (mixtures.isEmpty())
-            QVERIFY(states.contains(readFile(path)));
+            QVERIFY(states.contains(contentOf(path)));
         QExifImageHeader again;
         QVERIFY(again.loadFromJpeg(path));
         QVERIFY(again.contains(QExifImageHeader::MakerNote));
@@ -285,10 +271,8 @@ void tst_Kills::savedPhotograph()
 /// What the process had counted when it was killed; 0 when that went wrong.
 quint64 tst_Kills::killWhileSaving(int index, const QString& path)
 {
-    const QTemporaryDir folder;
-    QFile counterFile(folder.filePath(QStringLiteral("counter")));
-    if (!writeFile(counterFile.fileName(), QByteArray(sizeof(Counter), '\0')))
-        return 0;
+    const Sandbox folder;
+    QFile counterFile(folder.file(QStringLiteral("counter"), QByteArray(sizeof(Counter), '\0')));
     Counter* const counter = counterIn(&counterFile);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("ORVAUTILS_KILLS_PATH"), path);

@@ -1,0 +1,214 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Sandbox: a folder for one test to work in, and what tests do with files: make them, read them and
+// take stock of a folder. Where one of these helpers fails it ends the program, so that no test
+// goes on with less than it asked for.
+
+#ifndef SANDBOX_H
+#define SANDBOX_H
+
+#include <QByteArray>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+// Files
+
+/// Makes the folder \a path with all folders above it.
+inline void makeFolder(const QString& path)
+{
+    if (!QDir().mkpath(path))
+        qFatal("cannot make %s", qPrintable(path));
+}
+
+/// Writes \a content to \a path, whose folders are made where they are missing.
+inline void writeFile(const QString& path, const QByteArray& content = "content")
+{
+    makeFolder(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+/// The whole content of \a path, or "(cannot be read)", which is not what an empty file gives.
+inline QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+}
+
+/// Makes \a path a symbolic link that holds \a target, as it stands.
+inline void makeLink(const QString& target, const QString& path)
+{
+    if (::symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
+        qFatal("cannot link %s", qPrintable(path));
+}
+
+/// Sets the permissions of \a path.
+inline void changeMode(const QString& path, mode_t mode)
+{
+    if (::chmod(QFile::encodeName(path).constData(), mode) != 0)
+        qFatal("cannot change the mode of %s", qPrintable(path));
+}
+
+/// Whether something has the name \a path, even a link that leads nowhere.
+inline bool isThere(const QString& path)
+{
+    struct stat status;
+    return ::lstat(QFile::encodeName(path).constData(), &status) == 0;
+}
+
+// Folders
+
+/// The files below \a folder with their content, by relative path; hidden ones too, and links to
+/// files for what they lead to.
+inline QMap<QString, QByteArray> filesBelow(const QString& folder)
+{
+    QMap<QString, QByteArray> files;
+    QDirIterator entries(folder, QDir::Files | QDir::Hidden | QDir::System,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        files.insert(QDir(folder).relativeFilePath(path), contentOf(path));
+    }
+    return files;
+}
+
+/// Every entry below \a folder, sorted: "a/", "a/file=content", "link -> target", "pipe|". Links
+/// are not followed.
+inline QStringList treeOf(const QString& folder)
+{
+    QStringList tree;
+    QDirIterator entries(folder,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        QString entry = path.mid(folder.size() + 1);
+        char target[4096];
+        const ssize_t size = ::readlink(QFile::encodeName(path).constData(), target, sizeof target);
+        if (size >= 0)
+            entry += QLatin1String(" -> ") + QString::fromUtf8(target, int(size));
+        else if (entries.fileInfo().isDir())
+            entry += QLatin1Char('/');
+        else if (entries.fileInfo().isFile())
+            entry += QLatin1Char('=') + QString::fromUtf8(contentOf(path));
+        else
+            entry += QLatin1Char('|');
+        tree.append(entry);
+    }
+    tree.sort();
+    return tree;
+}
+
+/// Makes a folder the current one for as long as it lives.
+class CurrentFolder
+{
+public:
+    explicit CurrentFolder(const QString& path) { QDir::setCurrent(path); }
+    ~CurrentFolder() { QDir::setCurrent(mPrevious); }
+
+private:
+    Q_DISABLE_COPY(CurrentFolder)
+
+    const QString mPrevious = QDir::currentPath();
+};
+
+/// A folder whose files are held in memory; the folder for temporary files where there is none.
+inline QString folderInMemory()
+{
+    const QString memory = QStringLiteral("/dev/shm");
+    return QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
+}
+
+// The sandbox
+
+/// A folder in which anybody may write, and which goes with everything in it when the sandbox does.
+/// What makes something in it returns the absolute path. sandbox(QStringLiteral("a/b.txt")) is the
+/// path of something that need not be there.
+class Sandbox
+{
+public:
+    /// Made in \a parent, which must be there.
+    explicit Sandbox(const QString& parent = QDir::tempPath())
+        : mFolder(parent + QStringLiteral("/orvautils-test"))
+        // Some file systems are reached through a link; paths that tests compare are free of links.
+        , mRoot(QFileInfo(mFolder.path()).canonicalFilePath())
+    {
+        if (!mFolder.isValid())
+            qFatal("cannot make a sandbox");
+        changeMode(mRoot, 0777);
+    }
+
+    ~Sandbox()
+    {
+        // A test that failed may have left a folder that cannot be entered.
+        for (const QString& path : qAsConst(mLocked))
+            ::chmod(QFile::encodeName(path).constData(), 0777);
+    }
+
+    QString operator()(const QString& relative) const
+    {
+        return mRoot + QLatin1Char('/') + relative;
+    }
+
+    QString root() const { return mRoot; }
+
+    /// Makes a file with its folders.
+    QString file(const QString& relative, const QByteArray& content = "content") const
+    {
+        const QString path = (*this)(relative);
+        writeFile(path, content);
+        return path;
+    }
+
+    /// Makes a folder with the folders above it.
+    QString folder(const QString& relative) const
+    {
+        const QString path = QDir::cleanPath((*this)(relative));
+        makeFolder(path);
+        return path;
+    }
+
+    /// Makes a symbolic link that holds \a target, as it stands.
+    QString link(const QString& relative, const QString& target) const
+    {
+        const QString path = (*this)(relative);
+        makeLink(target, path);
+        return path;
+    }
+
+    /// Makes a named pipe.
+    QString pipe(const QString& relative) const
+    {
+        const QString path = (*this)(relative);
+        if (::mkfifo(QFile::encodeName(path).constData(), 0666) != 0)
+            qFatal("cannot make the pipe %s", qPrintable(path));
+        return path;
+    }
+
+    /// Gives \a path other permissions until the sandbox goes.
+    void lock(const QString& path, mode_t mode)
+    {
+        mLocked.prepend(path);
+        changeMode(path, mode);
+    }
+
+private:
+    Q_DISABLE_COPY(Sandbox)
+
+    QTemporaryDir mFolder;
+    const QString mRoot;
+    QStringList mLocked;
+};
+
+#endif // SANDBOX_H
