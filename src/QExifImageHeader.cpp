@@ -5,6 +5,7 @@
 
 #include "filesystem_p.h"
 #include "intactfile_p.h"
+#include "jpegsegments_p.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -143,9 +144,6 @@ namespace {
 using ByteOrder = QDataStream::ByteOrder;
 
 const char startOfImage[] = "\xFF\xD8";
-const quint16 app0 = 0xFFE0;
-const quint16 app1 = 0xFFE1;
-const int maximumSegmentPayload = 65533; // the 16-bit length counts itself
 
 const quint16 tiffMagic = 42;
 const int tiffHeaderSize = 8;
@@ -164,32 +162,6 @@ const int maximumOverlap = 16;
 const QDataStream::ByteOrder bigEndian = QDataStream::BigEndian;
 
 // Reading
-
-/// Moves to a position within the device. Says false for one outside, instead of letting a file
-/// accept it, a buffer grow or Qt write a warning.
-bool seekWithin(QIODevice* device, qint64 position)
-{
-    return position >= 0 && position <= device->size() && device->seek(position);
-}
-
-/// Moves forward. Says false where the device ends before.
-bool skip(QIODevice* device, int size)
-{
-    return device->isSequential() ? QDataStream(device).skipRawData(size) == size
-                                  : seekWithin(device, device->pos() + size);
-}
-
-/// Up to wanted bytes: as many as there are. Allocates for no more than that.
-QByteArray readBytes(QIODevice* device, quint64 wanted)
-{
-    quint64 size = qMin(wanted, maximumPayload);
-    if (!device->isSequential())
-        size = qMin(size, static_cast<quint64>(qMax(Q_INT64_C(0), device->size() - device->pos())));
-    QByteArray bytes(static_cast<int>(size), Qt::Uninitialized);
-    const qint64 got = device->read(bytes.data(), bytes.size());
-    bytes.truncate(static_cast<int>(qMax(Q_INT64_C(0), got)));
-    return bytes;
-}
 
 template <typename Integer>
 Integer decode(const char* bytes, ByteOrder order)
@@ -646,40 +618,6 @@ QExifValue valueOr(const QExifValue& value, const QExifValue& fallback)
 
 // The JPEG around the block
 
-struct Segment
-{
-    qint64 begin = 0; // of the marker
-    quint16 marker = 0;
-    int claimedSize = 0; // of the payload, as the length says
-    int size = 0; // of the payload, as far as the device goes
-    char name[4] = {}; // what the payload begins with
-
-    qint64 payloadBegin() const { return begin + 4; }
-    qint64 end() const { return payloadBegin() + size; }
-    bool is(quint16 wantedMarker, const char* wantedName) const
-    {
-        return marker == wantedMarker && size >= 4 && std::memcmp(name, wantedName, 4) == 0;
-    }
-    bool isJfif() const { return is(app0, "JFIF"); }
-    bool isExif() const { return is(app1, "Exif"); }
-};
-
-/// Reads what it takes to know the segment at the current position. False when not even its length
-/// is there.
-bool readSegment(QIODevice* device, Segment* segment)
-{
-    segment->begin = device->pos();
-    char head[8] = {}; // marker, length and name
-    if (device->read(head, 8) < 4)
-        return false;
-    segment->marker = decode<quint16>(head, bigEndian);
-    segment->claimedSize = qMax(0, decode<quint16>(head + 2, bigEndian) - 2);
-    segment->size = static_cast<int>(
-        qMin(qint64(segment->claimedSize), device->size() - segment->payloadBegin()));
-    std::copy_n(head + 4, 4, segment->name);
-    return true;
-}
-
 bool writeAt(QIODevice* device, qint64 position, const char* data, qint64 size)
 {
     if (!device->seek(position) || device->write(data, size) != size)
@@ -748,23 +686,26 @@ struct Change
 /// where that is impossible.
 bool findChange(QIODevice* device, QByteArray payload, Change* change)
 {
-    char soi[2];
-    Segment segment;
-    if (!device->seek(0) || device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0
-        || !readSegment(device, &segment))
+    if (!device->seek(0))
         return false;
-    if (segment.isJfif() && !(device->seek(segment.end()) && readSegment(device, &segment)))
+    JpegSegments segments(device, JpegSegments::Markers::AllHaveLengths);
+    if (!segments.begin())
+        return false;
+    const bool isJfif = segments.marker() == JpegMarker::App0 && segments.startsWith("JFIF");
+    if (isJfif && !segments.next())
         return false;
 
-    if (segment.isExif() && payload.size() < segment.size)
-        payload.append(QByteArray(segment.size - payload.size(), '\0'));
-    if (payload.size() > maximumSegmentPayload)
+    const bool isExif = segments.marker() == JpegMarker::App1 && segments.startsWith("Exif");
+    const int oldSize = isExif ? segments.size() : 0;
+    if (payload.size() < oldSize)
+        payload.append(QByteArray(oldSize - payload.size(), '\0'));
+    if (segments.hasFailed() || payload.size() > JpegSegments::MaximumPayload)
         return false;
     const bool keepsHead =
-        segment.isExif() && payload.size() == segment.claimedSize && payload.size() == segment.size;
-    change->begin = keepsHead ? segment.payloadBegin() : segment.begin;
-    change->end = segment.isExif() ? segment.end() : segment.begin;
-    change->bytes = keepsHead ? payload : segmentHead(app1, payload.size()) + payload;
+        isExif && payload.size() == segments.claimedSize() && payload.size() == oldSize;
+    change->begin = keepsHead ? segments.payloadPosition() : segments.position();
+    change->end = isExif ? segments.payloadPosition() + oldSize : segments.position();
+    change->bytes = keepsHead ? payload : segmentHead(JpegMarker::App1, payload.size()) + payload;
     return true;
 }
 
@@ -923,27 +864,14 @@ QByteArray QExifImageHeader::extractExif(QIODevice* device) const
 {
     if (!device || !device->isReadable())
         return QByteArray();
-    char soi[2];
-    if (device->read(soi, 2) != 2 || std::memcmp(soi, startOfImage, 2) != 0)
+    JpegSegments segments(device, JpegSegments::Markers::AllHaveLengths);
+    bool isFound = segments.begin();
+    while (isFound && segments.marker() != JpegMarker::App1)
+        isFound = segments.next();
+    const int headSize = 6; // "Exif" and two bytes that are not looked at
+    if (!isFound || !segments.startsWith("Exif") || segments.read(headSize).size() < headSize)
         return QByteArray();
-
-    int length = 0;
-    for (;;) {
-        char head[4]; // marker and length
-        if (device->read(head, 4) != 4)
-            return QByteArray();
-        length = decode<quint16>(head + 2, bigEndian);
-        if (decode<quint16>(head, bigEndian) == app1)
-            break;
-        if (length < 2 || !skip(device, length - 2))
-            return QByteArray();
-    }
-
-    char name[6]; // and two bytes that are not looked at
-    const int blockSize = length - 8;
-    if (device->read(name, 6) != 6 || std::memcmp(name, "Exif", 4) != 0 || blockSize <= 0)
-        return QByteArray();
-    return readBytes(device, static_cast<quint64>(blockSize));
+    return segments.read(segments.claimedSize());
 }
 
 bool QExifImageHeader::read(QIODevice* device)
@@ -1016,7 +944,7 @@ int QExifImageHeader::write(QIODevice* device) const
 QByteArray QExifImageHeaderPrivate::payload()
 {
     QByteArray payload("Exif\0\0", 6);
-    payload.reserve(maximumSegmentPayload); // whatever is appended, it is not copied again
+    payload.reserve(JpegSegments::MaximumPayload); // whatever is appended, it is not copied again
     appendBlock(&payload);
     return payload;
 }

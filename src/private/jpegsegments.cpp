@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "jpegsegments_p.h"
+
+#include <QDataStream>
+#include <QIODevice>
+#include <QtEndian>
+
+#include <cstring>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+const int headSize = 4; // marker and length
+
+quint16 bigEndian16(const char* bytes)
+{
+    return qFromBigEndian<quint16>(reinterpret_cast<const uchar*>(bytes));
+}
+
+/// Whether a byte behind 0xFF makes a marker that a segment follows or that ends the image. The
+/// others are data of a scan, fill bytes, and markers that stand alone.
+bool isMarkerByte(char byte)
+{
+    const auto code = static_cast<quint8>(byte);
+    const bool isRestart = code >= 0xD0 && code <= 0xD7;
+    const bool isTemporary = code == 0x01;
+    return code != 0x00 && code != 0xFF && !isRestart && !isTemporary;
+}
+
+/// The first byte that makes a marker, \a end where there is none. Whether the byte before the
+/// first one was 0xFF is told by, and for the next call put into, \a isBehindFF.
+const char* findMarkerByte(const char* bytes, const char* end, bool* isBehindFF)
+{
+    while (bytes != end) {
+        if (*isBehindFF && isMarkerByte(*bytes))
+            return bytes;
+        *isBehindFF = *bytes == '\xFF';
+        ++bytes;
+        if (*isBehindFF)
+            continue;
+        const void* const found = std::memchr(bytes, 0xFF, static_cast<std::size_t>(end - bytes));
+        bytes = found ? static_cast<const char*>(found) : end;
+    }
+    return end;
+}
+
+} // namespace
+
+JpegSegments::JpegSegments(QIODevice* device, Markers markers)
+    : mDevice(device)
+    , mMarkers(markers)
+    , mStart(device->pos())
+{ }
+
+bool JpegSegments::begin()
+{
+    char bytes[2];
+    return readRaw(bytes, 2) == 2 && bigEndian16(bytes) == JpegMarker::StartOfImage && readHead();
+}
+
+bool JpegSegments::next()
+{
+    return mLength >= 2 && skipPayload() && readHead();
+}
+
+int JpegSegments::size() const
+{
+    const qint64 available = mDevice->size() - mStart - payloadPosition();
+    return static_cast<int>(qBound(Q_INT64_C(0), available, qint64(mClaimedSize)));
+}
+
+bool JpegSegments::startsWith(const char* name)
+{
+    const int size = static_cast<int>(std::strlen(name));
+    if (mName.size() < size)
+        mName = read(size);
+    return mName.startsWith(name);
+}
+
+QByteArray JpegSegments::read(int size)
+{
+    QByteArray bytes = mName;
+    mName.clear();
+    qint64 wanted =
+        qMin(qint64(size) - bytes.size(), mPosition + headSize + mClaimedSize - mReadPosition);
+    if (!mDevice->isSequential())
+        wanted = qMin(wanted, mDevice->size() - mDevice->pos());
+    if (wanted <= 0)
+        return bytes;
+    const int known = bytes.size();
+    bytes.resize(known + static_cast<int>(wanted));
+    bytes.truncate(known + static_cast<int>(readRaw(bytes.data() + known, wanted)));
+    return bytes;
+}
+
+bool JpegSegments::hasMoreThan(int limit, QIODevice* device)
+{
+    const qint64 position = device->pos();
+    JpegSegments segments(device, Markers::Standard);
+    int count = 0;
+    for (bool found = segments.begin(); found && count <= limit; found = segments.next())
+        ++count;
+    device->seek(position);
+    return count > limit;
+}
+
+/// Moves behind the payload. False where the device ends before.
+bool JpegSegments::skipPayload()
+{
+    mName.clear();
+    const qint64 end = payloadPosition() + mClaimedSize;
+    const int left = static_cast<int>(end - mReadPosition);
+    mReadPosition = end;
+    if (mDevice->isSequential())
+        return QDataStream(mDevice).skipRawData(left) == left;
+    // A position outside is not even tried: a file accepts it, a buffer grows, and Qt may warn.
+    return mStart + end <= mDevice->size() && mDevice->seek(mStart + end);
+}
+
+/// Reads the marker and the length of the segment at, or in a standard walk behind, the current
+/// position.
+bool JpegSegments::readHead()
+{
+    char head[headSize];
+    if (mMarkers == Markers::AllHaveLengths) {
+        mPosition = mReadPosition;
+        if (readRaw(head, headSize) != headSize)
+            return false;
+        mMarker = bigEndian16(head);
+    } else if (!findMarker() || readRaw(head + 2, 2) != 2) {
+        return false;
+    }
+    mLength = bigEndian16(head + 2);
+    mClaimedSize = qMax(0, mLength - 2);
+    return true;
+}
+
+/// Goes behind the next marker that a segment follows, wherever it is. False at the end.
+bool JpegSegments::findMarker()
+{
+    // Mostly it is the next two bytes. Of a sequential device not one byte too many is taken.
+    char bytes[16 * 1024];
+    const qint64 chunkSize = mDevice->isSequential() ? 1 : qint64(sizeof bytes);
+    bool isBehindFF = false;
+    for (qint64 size = readRaw(bytes, 2); size > 0; size = readRaw(bytes, chunkSize)) {
+        const char* const end = bytes + size;
+        const char* const code = findMarkerByte(bytes, end, &isBehindFF);
+        if (code == end)
+            continue;
+        mMarker = static_cast<quint16>(0xFF00 | static_cast<quint8>(*code));
+        const qint64 surplus = end - (code + 1);
+        mReadPosition -= surplus;
+        mPosition = mReadPosition - 2;
+        return (surplus == 0 || mDevice->seek(mStart + mReadPosition))
+            && mMarker != JpegMarker::EndOfImage && mMarker != JpegMarker::StartOfImage;
+    }
+    return false;
+}
+
+/// Reads up to \a size bytes, whatever they are, and returns how many there were.
+qint64 JpegSegments::readRaw(char* data, qint64 size)
+{
+    const qint64 result = mDevice->read(data, size);
+    mHasFailed = mHasFailed || result < 0;
+    const qint64 got = qMax(Q_INT64_C(0), result);
+    mReadPosition += got;
+    return got;
+}
+
+} // namespace OrvaUtilsPrivate
