@@ -12,7 +12,7 @@ namespace {
 int channelBetween(int a, int b, double t)
 {
     const double value = a * (1 - t) + b * t;
-    // Far outside, or no number: an int cannot hold it, and no colour can.
+    // NaN, or too far outside the range for an int.
     const int outside = -1;
     return value > -256 && value < 512 ? int(value) : outside;
 }
@@ -33,7 +33,7 @@ QColor opaqueColor(const QStringList& parts)
 double alphaOf(const QString& part)
 {
     const double alpha = part.toDouble();
-    return alpha > 0 ? qMin(alpha, 1.0) : 0; // "nan" is no number either
+    return alpha > 0 ? qMin(alpha, 1.0) : 0; // false for NaN, too
 }
 
 } // namespace
@@ -113,6 +113,6 @@ QColor ColorUtils::colorFromCss(const QString& text)
     const QStringList withoutAlpha = functionParts(text, QStringLiteral("rgb("));
     if (withoutAlpha.size() == 3)
         return opaqueColor(withoutAlpha);
-    // Asked first, because the parser writes a warning about a name that it does not know.
+    // QColor's parser prints a warning about a name that it does not know.
     return QColor::isValidColor(text) ? QColor(text) : QColor();
 }

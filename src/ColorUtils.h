@@ -12,8 +12,8 @@
 #include <QObject>
 #include <QString>
 
-/// Static functions on colours. It is a QObject for its meta-object alone, holds no state and logs
-/// nothing.
+/// Static functions on colours. The class is a QObject only for the sake of its meta-object; it
+/// holds no state and logs nothing.
 class ORVAUTILS_EXPORT ColorUtils : public QObject
 {
     Q_OBJECT
@@ -28,28 +28,29 @@ public:
     };
     Q_ENUM(NotificationType)
 
-    /// An object without a use of its own: all functions are static. \a parent owns it, or nobody.
+    /// All functions are static, so there is no need for an object. If \a parent is not null, it
+    /// becomes the owner.
     explicit ColorUtils(QObject* parent = nullptr);
 
-    /// The colour of the text of a notification; black for a value that is none of the four.
+    /// The text colour of a notification of \a type; black for any other value than the four.
     static QColor bootstrapColorText(NotificationType type);
 
-    /// The colour behind a notification; black for a value that is none of the four.
+    /// The background colour of a notification of \a type; black for any other value than the four.
     static QColor bootstrapColorBackground(NotificationType type);
 
     /// The grey of \a color, (11 red + 16 green + 5 blue) / 32 rounded down, with its alpha.
     static QColor grayColor(const QColor& color);
 
     /// An opaque colour from three draws of the C runtime's generator (`rand`), which the caller
-    /// seeds. Each component is a draw modulo 255, so 255 itself never comes; deliberate.
+    /// seeds. Each component is a draw modulo 255 and therefore never 255. This is deliberate.
     static QColor randomColor();
 
     /// The colour between \a a, where \a t is 0, and \a b, where \a t is 1. Red, green and blue
-    /// are a (1 - t) + b t, truncated toward zero; alpha is always 255. Where \a t lies so far
-    /// outside of 0 to 1 that a component leaves 0 to 255, the colour is invalid.
+    /// are a (1 - t) + b t, truncated toward zero; alpha is always 255. The colour is invalid where
+    /// \a t lies so far outside the range 0 to 1 that a component leaves the range 0 to 255.
     static QColor interpolate(QColor a, QColor b, double t);
 
-    /// \a color as CSS: "#rrggbb" in lower case when it is wholly opaque, otherwise
+    /// \a color as CSS: "#rrggbb" in lower case when it is fully opaque, otherwise
     /// "rgba(255,0,0,0.501961)" with red, green and blue in decimal and the alpha as it is stored,
     /// with at most six significant digits. QColor keeps sixteen bits of alpha, so that one set as
     /// 0.5 is stored, and written, as 0.500008.
@@ -57,9 +58,9 @@ public:
 
     /// The colour that a CSS text names: "rgba(r,g,b,a)" with exactly four parts, "rgb(r,g,b)" with
     /// exactly three, a hash sign with 3, 6, 8, 9 or 12 hexadecimal digits, or an SVG colour name;
-    /// upper and lower case are the same. Parts that are not numbers read as 0. A red, green or
-    /// blue outside of 0 to 255, a wrong number of parts, and every other text give an invalid
-    /// colour; an alpha outside of 0 to 1 is brought to its nearer end.
+    /// case does not matter. Parts that are not numbers read as 0. A red, green or
+    /// blue outside the range 0 to 255, a wrong number of parts and any other text give an invalid
+    /// colour; an alpha outside the range 0 to 1 is clamped to it.
     ///
     /// \code
     /// ColorUtils::colorFromCss("RGBA(1,2,3,0.5)"); // (1, 2, 3), half transparent

@@ -44,7 +44,7 @@ void changeFont(QWidget* widget, Change change)
     widget->setFont(font);
 }
 
-// Goes on along the outline to a corner and around it, clockwise; arcs start at startAngle.
+// Continues the outline to a corner and around it, clockwise, with an arc from startAngle.
 void roundCorner(QPainterPath& path, const QPointF& corner, const QPointF& boxTopLeft, int radius,
                  int startAngle)
 {

@@ -19,7 +19,7 @@ class QPainter;
 class QPixmap;
 class QWidget;
 
-/// Palettes and fonts of widgets, and things to paint.
+/// Shortcuts for the palettes and fonts of widgets, and painter routines.
 ///
 /// \code
 /// DrawUtils::setBootstrapColor(statusLabel, ColorUtils::Warning); // brown on light yellow
@@ -36,8 +36,8 @@ public:
     /// roles Window and Button of all colour groups.
     static void setWidgetColorBackground(QWidget* widget, const QColor& color);
 
-    /// Lets \a widget write in \a color: sets the roles WindowText, Text and ButtonText of all
-    /// colour groups, and for the disabled group the same colour at alpha 0.5.
+    /// Sets the text colour of \a widget to \a color: sets the roles WindowText, Text and
+    /// ButtonText of all colour groups, and for the disabled group the same colour at alpha 0.5.
     static void setWidgetColorText(QWidget* widget, const QColor& color);
 
     /// Gives \a label the text and background colours of a notification of \a type, see ColorUtils.
@@ -53,30 +53,31 @@ public:
     static void setWidgetTextBold(QWidget* widget, bool bold);
 
     /// Draws \a pixmap into \a rect with smooth transformation. One that is more than 50 pixels
-    /// wide or high and goes into a rectangle less than 50 wide or high is scaled to the size of
-    /// \a rect first, ignoring its aspect ratio, because the painter's own scaling drops pixels
-    /// where it makes something much smaller.
+    /// wide or high and goes into a rectangle less than 50 wide or high is first scaled to the size
+    /// of \a rect, ignoring its aspect ratio: the painter's own scaling drops pixels when it makes
+    /// a pixmap much smaller.
     static void drawSmoothPixmap(QPainter* painter, const QRect& rect, const QPixmap& pixmap);
 
     /// Tiles \a clip with \a pixmap. The tiles stand at x = left of \a clip, then in steps of the
     /// pixmap's width in its own pixels while x is below the width of \a clip, and at y = 0, then
     /// in steps of its height while y is below the height of \a clip; all is clipped to \a clip.
     /// The tiles of the first column are drawn only with \a firstColumn, those of the first row
-    /// only with \a firstRow. \a target is for the caller's own use and is not read. Nothing is
+    /// only with \a firstRow. \a target is not read. Nothing is
     /// drawn for a null pixmap or an empty clip.
     ///
     /// Columns start at the clip's left edge but end at its width, and rows start at 0 whatever its
-    /// top: deliberate. Callers move the painter's origin to the clip.
+    /// top. This is deliberate; callers move the painter's origin to the clip.
     static void drawTiledPixmap(QPainter* painter, const QPixmap& pixmap, const QRect& target,
                                 const QRect& clip, bool firstColumn, bool firstRow);
 
-    /// Marks content that is undefined by a diagonal line, black at alpha 0.8, from 2 pixels inside
+    /// Marks undefined content by a diagonal line, black at alpha 0.8, from 2 pixels inside
     /// the top left corner of \a rect to 2 pixels inside the bottom right one.
     static void drawUndefinedRectOblique(QPainter* painter, const QRect& rect);
 
-    /// Marks content that is undefined by two strokes at mid height of \a rect, from 5 pixels
-    /// inside the left edge to 2 pixels before the centre and from 2 pixels behind the centre to 5
-    /// pixels inside the right edge; black when \a black, else red, at alpha 0.9, not antialiased.
+    /// Marks undefined content by two strokes at mid height of \a rect, from 5 pixels
+    /// inside the left edge to 2 pixels left of the centre and from 2 pixels right of the centre to
+    /// 5 pixels inside the right edge; black if \a black is true, else red, at alpha 0.9, not
+    /// antialiased.
     static void drawUndefinedRectStraight(QPainter* painter, const QRect& rect, bool black);
 
     /// As below, with each edge of \a rect rounded to whole pixels.
@@ -91,7 +92,7 @@ public:
                                        const QRect& rect);
 
     /// As below; \a radii are those of the top left, top right, bottom right and bottom left
-    /// corner, missing ones 0, further ones not read.
+    /// corner. Missing ones count as 0, further ones are not read.
     static QPainterPath makePathRoundedShape(const QRectF& rect, const QVector<int>& radii);
 
     /// A closed path around \a rect with a quarter of a circle at each corner, of the radius that

@@ -14,22 +14,21 @@
 
 class QPainter;
 
-/// Measures and paints a count badge with the font of an active \a painter, as its \a options tell.
-/// For the GUI thread; stateless. Nothing is logged.
+/// Measures and paints a count badge with the font of an active painter. The class is stateless and
+/// belongs to the GUI thread. Nothing is logged.
 ///
 /// \code
 /// QPainter painter(this);
 /// DrawingCountZoneHelper::paintCountZone(&painter, QString::number(count), options);
 /// \endcode
 ///
-/// The badge is as high as a line of text and as wide as the text with 0.3 of that height, rounded,
-/// added on the left and on the right. Its corners have half of its height as their radius (half of
-/// its width where it is narrower than high), so that a short count reads as a pill, with the text
-/// in the middle of it.
+/// The badge is as high as a line of text and as wide as the text plus 0.3 of that height, rounded,
+/// on the left and on the right. The radius of its corners is half its height (half its width where
+/// it is narrower than high), so that a short count reads as a pill with the text in its middle.
 class ORVAUTILS_EXPORT DrawingCountZoneHelper
 {
 public:
-    /// Where the badge for \a text stands, in the painter's logical pixels: inside
+    /// The rectangle of the badge for \a text, in the logical pixels of \a painter: inside
     /// DrawingCountOptions::rect less the margin on each side, at the left (Qt::AlignLeft) or right
     /// (Qt::AlignRight) and at the top (Qt::AlignTop) or bottom (Qt::AlignBottom), centred where
     /// neither is set. A badge that is larger than that place sticks out of it.

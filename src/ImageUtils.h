@@ -29,33 +29,33 @@ class QLabel;
 ///                           ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg);
 /// \endcode
 ///
-/// Every function is static, does its work before it returns and runs on the thread that calls it.
-/// The functions that take a QPixmap or a QLabel belong to the GUI thread and need a
-/// QGuiApplication; all others may be called from any thread, several at a time. Sizes are in
-/// pixels of the picture; its device pixel ratio is not looked at.
+/// All functions are static and synchronous. Those that take a QPixmap or a QLabel belong to the
+/// GUI thread and need a QGuiApplication; all others may be called from any thread, also
+/// concurrently. Sizes are in pixels of the picture; its device pixel ratio is ignored.
 ///
-/// Where nothing is said of the log, nothing is written to it.
+/// Nothing is logged unless a function says so.
 class ORVAUTILS_EXPORT ImageUtils
 {
 public:
     ImageUtils() = delete;
 
-    /// What copyImageFile() is asked to do beside copying.
+    /// What copyImageFile() does in addition to copying.
     enum OptionImageCopy {
         /// Turn the picture as its EXIF orientation says; a rotation forces re-encoding.
         UseExifRotation = 0x01,
-        /// Save with writeProgressiveImage(). Forces re-encoding, unless
-        /// ProgressiveOnlyWhenReencoded stands beside it.
+        /// Save with writeProgressiveImage(). Forces re-encoding unless combined with
+        /// ProgressiveOnlyWhenReencoded.
         ProgressiveJpeg = 0x02,
-        /// Scale with Qt::KeepAspectRatioByExpanding: the maximum is filled, one side exceeds it.
+        /// Scale with Qt::KeepAspectRatioByExpanding: the maximum size is filled, and one side may
+        /// exceed it.
         ExpandToFill = 0x04,
         /// Save with quality 85, whatever the quality argument says.
         Quality85 = 0x08,
-        /// Never scale. The file is copied as it is, unless it has to be turned.
+        /// Never scale. The file is copied unless it has to be turned.
         NoResize = 0x10,
         /// Scale to twice the maximum size.
         Retina = 0x20,
-        /// Save as a progressive JPEG only what has to be re-encoded for another reason.
+        /// With ProgressiveJpeg: do not re-encode for the sake of progressive scans alone.
         ProgressiveOnlyWhenReencoded = 0x40
     };
     /// Any combination of OptionImageCopy.
@@ -64,43 +64,42 @@ public:
     /// \name Import
     /// @{
 
-    /// The quality of a JPEG where the caller names none: 80, of 100.
+    /// The quality that is used where the caller gives none: 80, out of 100.
     static int defaultJpegCompression();
 
     /// Writes \a image to \a path in \a format ("jpeg", "png" …), with progressive scans where the
-    /// format has them.
+    /// format supports them.
     ///
     /// An empty \a format is taken from the suffix of \a path.
     ///
     /// \a quality is handed to the writer as its compression setting, not as its quality setting.
-    /// This is deliberate: a JPEG therefore always has Qt's own quality, 75, and a PNG is
-    /// compressed the harder the higher the number is.
+    /// This is deliberate: a JPEG therefore always has Qt's default quality, 75, and a PNG is
+    /// compressed more strongly the higher the number is.
     ///
-    /// A file that stands at \a path is replaced only when the new one is complete; on failure it
-    /// is what it was, and no half-written file is left. (Where the folder may not be written to
-    /// but the file may, it is overwritten in place, without that guarantee.)
+    /// An existing file at \a path is replaced only once the new one is complete; on failure it is
+    /// unchanged, and no partial file is left behind. (Where the folder is not writable but the
+    /// file is, the file is overwritten in place, without that guarantee.)
     ///
     /// Returns false on failure, and logs with LogType 2 "can't save writeProgressiveImage ",
     /// \a path, " errorString=", the writer's words, " size=" and the image's size.
     static bool writeProgressiveImage(const QImage& image, const QString& path,
                                       const QByteArray& format, int quality);
 
-    /// Imports the image file \a src as \a dst: copies it byte for byte where that will do, else
-    /// loads, scales, turns and writes it in its own format (the one its content has, whatever the
-    /// suffixes say). Missing folders of \a dst are created; they stay, whatever comes of the
-    /// import. A leading "file://" of \a src is dropped. Returns whether \a dst now is the imported
-    /// picture.
+    /// Imports the image file \a src as \a dst: copies it byte for byte where that is enough,
+    /// otherwise loads, scales, turns and writes it in its own format (that of its content,
+    /// whatever the suffixes are). Missing folders of \a dst are created, and stay if the import
+    /// fails. A leading "file://" of \a src is dropped. Returns whether \a dst is the imported
+    /// picture now.
     ///
     /// \code
     /// // 4000 x 3000, orientation 6  ->  1200 x 1600, upright
     /// ImageUtils::copyImageFile(src, dst, true, QSize(1600, 1600), ImageUtils::UseExifRotation);
     /// \endcode
     ///
-    /// What else is asked for, \a options tell, see OptionImageCopy.
-    ///
-    /// GIF and SVG files are always copied, where Qt has a reader for them. Any other file is
+    /// GIF and SVG files are always copied, provided that Qt can read them. Any other file is
     /// copied unless
-    /// - UseExifRotation is set and its orientation asks for a rotation, or
+    /// - UseExifRotation is set and the EXIF orientation asks for a rotation
+    ///   (see ExifUtils::imageExifRotation()), or
     /// - NoResize is not set and one of these holds: ProgressiveJpeg is set without
     ///   ProgressiveOnlyWhenReencoded; \a keepAspectRatio is false; the picture is wider or taller
     ///   than \a maxSize.
@@ -111,20 +110,19 @@ public:
     /// (never with NoResize): into \a maxSize keeping its aspect ratio, to exactly \a maxSize when
     /// \a keepAspectRatio is false, or over it with ExpandToFill, which wins over the argument;
     /// with Retina the target is twice \a maxSize, which may enlarge the picture. The rotation
-    /// comes after the scaling, so \a maxSize speaks of the picture as it is stored.
+    /// comes after the scaling, so \a maxSize applies to the picture as it is stored.
     ///
     /// The quality is 85 with Quality85, else \a quality, or defaultJpegCompression() where that is
-    /// negative. With ProgressiveJpeg it goes the way of writeProgressiveImage(), that is, a JPEG
-    /// gets 75.
+    /// negative. With ProgressiveJpeg it is treated as by writeProgressiveImage(): a JPEG gets 75.
     ///
     /// A side of \a maxSize that is 0 is computed: the picture's size is scaled into a box of
     /// 999999999 x 1 (height 0) or 1 x 999999999 (width 0), keeping its aspect ratio. This yields
-    /// a side of one pixel, not an unbounded one; it is deliberate.
+    /// a side of one pixel, not an unlimited one, and is deliberate.
     ///
-    /// \a src is only read, and the picture that stands at \a dst is lost in no case: the new one,
-    /// copied or re-encoded, is completed beside it and takes its place then. So \a dst may be
-    /// \a src itself. A symbolic link at \a dst is replaced, what it points to is not touched; one
-    /// that leads to \a src stays where a copy will do.
+    /// \a src is only read, and an existing file at \a dst is never lost: the new one, copied or
+    /// re-encoded, is completed beside it and then takes its place, so that \a dst may be \a src
+    /// itself. A symbolic link at \a dst is replaced and its target is left alone; one that leads
+    /// to \a src stays where copying is enough.
     ///
     /// A JPEG that is to become much smaller may be decoded at a half, a quarter or an eighth of
     /// its size. The size of the result is computed from the whole size all the same, and its luma
@@ -132,13 +130,20 @@ public:
     /// half-way gives what Qt's reader makes of it. A picture that would take more than 2 GiB once
     /// decoded cannot be loaded.
     ///
-    /// Returns false on failure and logs it, as function "copyImageFile", with LogType 2 where
-    /// nothing else is said:
+    /// \warning What is re-encoded keeps its pixels and, from Qt 5.14 on, an RGB or grey colour
+    /// profile. It loses everything else: EXIF, XMP and IPTC, among them date and copyright,
+    /// comments, the profile of a CMYK picture (which becomes RGB), the palette of a PNG, and every
+    /// frame but the first of an animated WebP. The mirrored orientations 2, 4, 5 and 7 count as no
+    /// rotation and are lost with the EXIF block. What is copied keeps everything, also the place
+    /// where a photograph was taken.
+    ///
+    /// Returns false on failure, and logs it as function "copyImageFile", with LogType 2 unless
+    /// stated otherwise:
     /// - "importImageFile format null": \a src is missing or not an image that Qt reads;
-    /// - "copyImageFile maxSizeImage invalid !!  = " and the maximum (LogType 4): a side of it is
-    ///   below 1, after the rule for 0; (0, 0) is shown as (-1, -1);
-    /// - "FileUtils::forceCopy": copying failed (for GIF and SVG this is not logged); the reason
-    ///   is logged before, with the records of FileUtils::forceCopy();
+    /// - "copyImageFile maxSizeImage invalid !!  = " and the maximum (LogType 4): one of its sides
+    ///   is below 1 after the rule for 0; (0, 0) is shown as (-1, -1);
+    /// - "FileUtils::forceCopy": copying failed (not logged for GIF and SVG); the reason is logged
+    ///   before, with the records of FileUtils::forceCopy();
     /// - "importImageFile can't load " and \a src: it cannot be decoded, or reading it fails;
     /// - "copyImageFile #2 img.size() = ", the size, the target: the picture cannot be scaled;
     /// - "copyImageFile : can't remove" and \a dst (LogType 4): what stands at \a dst cannot be
@@ -147,16 +152,17 @@ public:
     ///   the maximum.
     ///
     /// A folder of \a dst that cannot be created is logged by
-    /// FileUtils::old::forceDirectoryCreationForAFile(), before what comes of it.
+    /// FileUtils::old::forceDirectoryCreationForAFile(), before the failure that follows from it.
     ///
-    /// An image plugin that hands out an empty picture shows in "copyImageFile img.size() = ",
-    /// "copyImageFile #3 img.size() = " and "copyImageFile #4 img.size() = " before saving fails.
+    /// An image plugin that returns an empty picture as read is logged with "copyImageFile
+    /// img.size() = ", "copyImageFile #3 img.size() = " and "copyImageFile #4 img.size() = " before
+    /// saving fails.
     static bool copyImageFile(const QString& src, const QString& dst, bool keepAspectRatio,
                               const QSize& maxSize, OptionsImageCopy options = OptionsImageCopy(),
                               int quality = -1);
 
-    /// The size that the header of the image file \a path states, without decoding the picture;
-    /// invalid, (-1, -1), where there is none. The EXIF orientation is not applied.
+    /// The size that the header of the image file \a path states; the picture is not decoded.
+    /// Invalid, (-1, -1), if there is none. The EXIF orientation is not applied.
     static QSize imageSize(const QString& path);
 
     /// The picture in the file \a path, scaled smoothly into \a maxSize, keeping its aspect ratio,
@@ -206,21 +212,23 @@ public:
     /// Half of \a pixmap's size, each side rounded, as a rectangle at (0, 0).
     static QRect retinaRect(const QPixmap& pixmap);
 
-    /// Cuts the largest centred square out of \a image and scales it to the width of \a maxSize
-    /// where it is larger. Of an image that is square already only the size may change.
+    /// Cuts the largest centred square out of \a image and scales it down to the width of
+    /// \a maxSize if it is larger. An image that is square already is only scaled.
     ///
     /// Returns whether \a image was replaced: false for a square image that is not wider than
     /// \a maxSize. A \a maxSize with a side below 1 sets no limit.
     static bool resizeImageToSquare(QImage& image, const QSize& maxSize);
 
     /// Makes \a pixmap square by centring it in a square of its larger side, whose background is
-    /// transparent with \a transparentBackground, else white. Returns false for one that is square
+    /// transparent if \a transparentBackground is true, else white. Returns false if it is square
     /// already.
     static bool resizeImageToSquare(QPixmap& pixmap, bool transparentBackground);
 
     /// Shows \a pixmap in \a label, sharp on a display of double density: the label gets the fixed
     /// size that \a pixmap has when scaled into \a size x \a size keeping its aspect ratio, the
-    /// pixmap is scaled smoothly to twice that size, and the label scales its contents.
+    /// pixmap is scaled smoothly to twice that size, and the label scales its contents. Does
+    /// nothing for a null \a label; a null \a pixmap leaves the label empty, in a square of
+    /// \a size.
     static void setLabelPixmap(QLabel* label, int size, const QPixmap& pixmap);
 
     /// @}
@@ -239,23 +247,24 @@ public:
     /// The same for a \a pixmap and its \a opacity.
     static bool applyOpacity(QPixmap& pixmap, double opacity);
 
-    /// A canvas of the size of \a image, filled with \a color, with \a image drawn over it; 20 x 20
-    /// and only filled where \a image is null. An invalid \a color is transparent.
+    /// A canvas of the size of \a image, filled with \a color, with \a image drawn over it; if
+    /// \a image is null, a canvas of 20 x 20 pixels that is only filled. An invalid \a color is
+    /// transparent.
     ///
-    /// \a opacity has to lie in 1 to 100, else a null image comes back, but has no other effect: it
-    /// reaches applyOpacity() as it is, where everything from 1 on means opaque. This is
-    /// deliberate.
+    /// A null image is returned unless \a opacity is in the range 1 to 100. It has no other
+    /// effect: it is passed to applyOpacity() as it is, where everything from 1 on means opaque.
+    /// This is deliberate.
     static QImage createTransparentPixmap(const QImage& image, const QColor& color, int opacity);
 
     /// A grey copy: each pixel becomes (11 x red + 16 x green + 5 x blue) / 32, its alpha stays.
     /// An image in another format than QImage::Format_ARGB32, Format_ARGB32_Premultiplied or
-    /// Format_RGB32 comes back as ARGB32, or as RGB32 where it has no alpha channel.
+    /// Format_RGB32 is returned as ARGB32, or as RGB32 if it has no alpha channel.
     static QPixmap toGray(const QPixmap& pixmap);
     /// The same for an \a image.
     static QImage toGray(const QImage& image);
 
-    /// Paints \a color over all that \a pixmap shows: its shape stays, its colours go. An alpha of
-    /// \a color below 1 scales that of the pixmap. A null pixmap stays null.
+    /// Paints \a color over the opaque parts of \a pixmap, whose shape is kept. An alpha of
+    /// \a color below 1 multiplies the alpha of the pixmap. A null pixmap stays null.
     static void colorize(QPixmap& pixmap, const QColor& color);
 
     /// A copy of \a pixmap after colorize() with \a color.

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Writing of pictures in the place of older ones, of which nothing is lost where that fails.
+
+#ifndef ORVAUTILS_PICTUREWRITER_P_H
+#define ORVAUTILS_PICTUREWRITER_P_H
+
+#include <QByteArray>
+
+class QFileDevice;
+class QImage;
+class QString;
+
+namespace OrvaUtilsPrivate {
+
+/// How a picture is written.
+struct Encoding
+{
+    QByteArray format;
+    int quality;
+    bool progressive;
+};
+
+/// Writes \a image to \a file, which is open for it or is opened, and hands it to the operating
+/// system. Where that fails, \a error tells why.
+bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QString* error);
+
+enum class SaveResult {
+    Saved,
+    CannotRemove, ///< what stands at the destination cannot be replaced
+    CannotSave
+};
+
+/// Puts \a image in the place of what stands at \a dst. Unless it was saved, \a error tells why.
+///
+/// What stands there may be the only copy of a photograph, and even be the file that the picture
+/// was loaded from. So it is not removed first: the picture is saved beside it, under a hidden name
+/// of its own, and takes the place of \a dst when it is complete. A link is replaced, not followed.
+SaveResult replacePicture(const QImage& image, const QString& dst, const Encoding& encoding,
+                          QString* error);
+
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_PICTUREWRITER_P_H
