@@ -3,12 +3,13 @@
 
 #include "filesystem_p.h"
 
+#include "replacement_p.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QUuid>
 
 #include <limits>
@@ -481,27 +482,6 @@ bool takeExtendedAttributes(int, int)
 }
 #endif
 
-/// Makes a new file look like the one that it is to replace, to everybody who may see it.
-bool takeAttributes(int from, int to)
-{
-#if defined(Q_OS_UNIX)
-    struct stat wanted = {};
-    struct stat given = {};
-    if (fstat(from, &wanted) != 0 || fstat(to, &given) != 0)
-        return false;
-    const bool isOwned = wanted.st_uid == given.st_uid && wanted.st_gid == given.st_gid;
-    if (!isOwned && fchown(to, wanted.st_uid, wanted.st_gid) != 0)
-        return false;
-    // Last, because giving a file away and an access list change them.
-    return takeExtendedAttributes(from, to) && fstat(to, &given) == 0
-        && (wanted.st_mode == given.st_mode || fchmod(to, wanted.st_mode & 07777) == 0);
-#else
-    Q_UNUSED(from)
-    Q_UNUSED(to)
-    return true;
-#endif
-}
-
 } // namespace
 
 FolderReader::FolderReader(const QString& path, Detail detail)
@@ -563,17 +543,87 @@ Copied copyFile(const QString& source, const QString& destination)
     return Copied::NotTried;
 }
 
-bool putOnDisk(int file)
+bool putOnDisk(int file, QString* reason)
 {
 #if defined(Q_OS_UNIX)
     while (fsync(file) != 0) {
-        if (errno != EINTR)
-            return errno == EINVAL || errno == ENOSYS || errno == EROFS;
+        if (errno == EINVAL || errno == ENOSYS || errno == EROFS)
+            break;
+        if (errno != EINTR) {
+            if (reason)
+                *reason = qt_error_string(errno);
+            return false;
+        }
     }
 #else
     Q_UNUSED(file)
+    Q_UNUSED(reason)
 #endif
     return true;
+}
+
+bool openUnnamed(QFile* file, const QString& folder)
+{
+#if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
+    if (isKnownToQtAlone(folder))
+        return false;
+    const int descriptor =
+        open(QFile::encodeName(folder).constData(), O_WRONLY | O_CLOEXEC | O_TMPFILE, 0666);
+    return descriptor >= 0
+        && file->open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
+#else
+    Q_UNUSED(file)
+    Q_UNUSED(folder)
+    return false;
+#endif
+}
+
+bool nameFile(int file, const QString& path, QString* reason)
+{
+#if defined(ORVAUTILS_LINUX_FILE_SYSTEM)
+    const QByteArray unnamed = "/proc/self/fd/" + QByteArray::number(file);
+    if (linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, QFile::encodeName(path).constData(),
+               AT_SYMLINK_FOLLOW)
+        == 0)
+        return true;
+    *reason = qt_error_string(errno);
+#else
+    Q_UNUSED(file)
+    Q_UNUSED(path)
+    Q_UNUSED(reason)
+#endif
+    return false;
+}
+
+bool takePermissions(const QString& path, QFile* file)
+{
+#if defined(Q_OS_UNIX)
+    struct stat wanted = {};
+    return stat(QFile::encodeName(path).constData(), &wanted) == 0
+        && fchmod(file->handle(), wanted.st_mode & 07777) == 0;
+#else
+    return file->setPermissions(QFile::permissions(path));
+#endif
+}
+
+bool takeAttributes(int from, int to)
+{
+#if defined(Q_OS_UNIX)
+    struct stat wanted = {};
+    struct stat given = {};
+    if (fstat(from, &wanted) != 0 || fstat(to, &given) != 0)
+        return false;
+    const bool isOwned = wanted.st_uid == given.st_uid && wanted.st_gid == given.st_gid;
+    if (!isOwned && fchown(to, wanted.st_uid, wanted.st_gid) != 0)
+        return false;
+    // Last, because giving a file away and an access list change them.
+    return takeExtendedAttributes(from, to) && fstat(to, &given) == 0
+        && (wanted.st_mode == given.st_mode || fchmod(to, wanted.st_mode & 07777) == 0);
+#else
+    Q_UNUSED(from)
+    Q_UNUSED(to)
+    return true;
+#endif
 }
 
 Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes)
@@ -581,17 +631,17 @@ Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& b
     const QString path = replaceablePath(*file);
     if (path.isEmpty())
         return Replaced::NotTried;
-    QSaveFile replacement(path);
-    if (!replacement.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-        || !takeAttributes(file->handle(), replacement.handle()))
+    Replacement replacement(path, Replacement::Old::Removed);
+    if (!replacement.begin() || !replacement.takeAttributes(*file))
         return Replaced::NotTried;
-    // commit() syncs too, but goes on where that fails.
-    if (!copyRange(file, 0, begin, &replacement) || replacement.write(bytes) != bytes.size()
-        || !copyRange(file, end, file->size(), &replacement) || !putOnDisk(replacement.handle()))
+    QFile& copy = replacement.device();
+    if (!copyRange(file, 0, begin, &copy) || copy.write(bytes) != bytes.size()
+        || !copyRange(file, end, file->size(), &copy))
         return Replaced::No;
     file->close(); // some systems replace no file that is open
-    // All is written: what is refused now is the new file's name, or its place.
-    return replacement.commit() ? Replaced::Yes : Replaced::NotTried;
+    if (replacement.commit())
+        return Replaced::Yes;
+    return replacement.failure() == Replacement::Failure::Place ? Replaced::NotTried : Replaced::No;
 }
 
 QString pathBeside(const QString& path)

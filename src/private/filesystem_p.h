@@ -97,9 +97,24 @@ enum class Copied {
 /// nothing is left behind.
 Copied copyFile(const QString& source, const QString& destination);
 
-/// Brings what was written to the file of that descriptor to the disk. False when it could not be
-/// stored; true also where a file system has nothing to sync.
-bool putOnDisk(int file);
+/// Brings what was written to the file of that descriptor to the disk. False, with the reason, when
+/// it could not be stored; true also where a file system has nothing to sync.
+bool putOnDisk(int file, QString* reason = nullptr);
+
+/// Opens a new file for writing that has no name yet, to be given one in \a folder. False where the
+/// system or the file system has no such files.
+bool openUnnamed(QFile* file, const QString& folder);
+
+/// Gives the file of that descriptor, which openUnnamed() opened, its name. False, with the reason,
+/// where that is impossible or something has that name.
+bool nameFile(int file, const QString& path, QString* reason);
+
+/// Gives an open file the permissions of the one at \a path.
+bool takePermissions(const QString& path, QFile* file);
+
+/// Gives the file of the descriptor \a to the owner, the permissions and the extended attributes of
+/// the file of \a from, and no others. False where this process may not do so.
+bool takeAttributes(int from, int to);
 
 enum class Replaced {
     Yes,
