@@ -3,6 +3,8 @@
 
 #include "CoreAppUrlUtils.h"
 
+#include "processstate_p.h"
+
 #include "folderpath_p.h"
 
 #include <QLocale>
@@ -27,8 +29,7 @@ struct RegisteredAddresses
 
 RegisteredAddresses& registered()
 {
-    static RegisteredAddresses addresses;
-    return addresses;
+    return processState<RegisteredAddresses>();
 }
 
 /// The address in the user's language, or the automatic translation of the fallback page.

@@ -5,6 +5,7 @@
 
 #include "QObjectEventFilter.h"
 #include "logrecord_p.h"
+#include "processstate_p.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -12,6 +13,8 @@
 #include <QStringList>
 #include <QWidget>
 #include <QtDebug>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -24,12 +27,9 @@ struct Identity
     CoreApplicationUtils::CodeApplication mCodeApplication = CoreApplicationUtils::Undefined;
 };
 
-// Made on first use and never destroyed, so that static objects of the host may use it in their
-// constructors and destructors, in whatever order these run.
 Identity& identity()
 {
-    static Identity& store = *new Identity;
-    return store;
+    return processState<Identity>();
 }
 
 struct FamilyMember

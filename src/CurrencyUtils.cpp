@@ -4,10 +4,13 @@
 #include "CurrencyUtils.h"
 
 #include "StringUtils.h"
+#include "processstate_p.h"
 
 #include <QMap>
 
 #include <cmath>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -51,8 +54,7 @@ struct Tables
 /// Built by the first call, while other threads that call meanwhile wait for it.
 const Tables& tables()
 {
-    static const Tables built;
-    return built;
+    return processState<Tables>();
 }
 
 /// \a price in whole cents. By the formula of Qt's qRound64(), but without its conversion to an

@@ -10,6 +10,7 @@
 #include "filesystem_p.h"
 #include "folderpath_p.h"
 #include "logrecord_p.h"
+#include "processstate_p.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -61,8 +62,8 @@ bool isPortable(QChar c)
 
 const QRegularExpression& forbiddenInNames()
 {
-    static const QRegularExpression forbidden(QStringLiteral("[/\\\\|\\?<>\\\":\\*]"));
-    return forbidden;
+    return processConstant(
+        [] { return QRegularExpression(QStringLiteral("[/\\\\|\\?<>\\\":\\*]")); });
 }
 
 /// The units of fileSizeToString().

@@ -6,6 +6,7 @@
 #include "ApplicationUtils.h"
 #include "CoreApplicationUtils.h"
 #include "logrecord_p.h"
+#include "processstate_p.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -13,14 +14,20 @@
 #include <QPointer>
 #include <QTranslator>
 
+using namespace OrvaUtilsPrivate;
+
 namespace {
 
 /// The translators that this class installed, in the order of installation. The application object
 /// owns them and may go first.
+struct Translators
+{
+    QList<QPointer<QTranslator>> mAppTranslators;
+};
+
 QList<QPointer<QTranslator>>& appTranslators()
 {
-    static QList<QPointer<QTranslator>> mAppTranslators;
-    return mAppTranslators;
+    return processState<Translators>().mAppTranslators;
 }
 
 QString qtKey()

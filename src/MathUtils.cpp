@@ -4,18 +4,30 @@
 #include "MathUtils.h"
 
 #include "logrecord_p.h"
+#include "processstate_p.h"
 
 #include <QTime>
 
 #include <cstdlib>
 
+using namespace OrvaUtilsPrivate;
+
 namespace {
 
-bool generatorIsSeeded = false;
+/// The generator itself is the runtime's.
+struct Generator
+{
+    bool isSeeded = false;
+};
+
+Generator& generator()
+{
+    return processState<Generator>();
+}
 
 int draw()
 {
-    if (!generatorIsSeeded)
+    if (!generator().isSeeded)
         MathUtils::srandom();
     return std::rand();
 }
@@ -25,7 +37,7 @@ int draw()
 void MathUtils::srandom()
 {
     std::srand(static_cast<unsigned int>(QTime::currentTime().msec()));
-    generatorIsSeeded = true;
+    generator().isSeeded = true;
 }
 
 int MathUtils::random(int min, int max)

@@ -3,8 +3,12 @@
 
 #include "NetUtils.h"
 
+#include "processstate_p.h"
+
 #include <QHostAddress>
 #include <QNetworkInterface>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -45,9 +49,8 @@ QString NetUtils::mainIpAddress()
 
 QRegularExpression NetUtils::webAddressRx(bool schemeRequired)
 {
-    static const QRegularExpression required = webAddress(QString());
-    static const QRegularExpression optional = webAddress(QStringLiteral("?"));
-    return schemeRequired ? required : optional;
+    return schemeRequired ? processConstant([] { return webAddress(QString()); })
+                          : processConstant([] { return webAddress(QStringLiteral("?")); });
 }
 
 bool NetUtils::checkInternetAdress(const QString& s)
@@ -55,26 +58,26 @@ bool NetUtils::checkInternetAdress(const QString& s)
     // The language of webAddressRx(true) in a form that never goes back. An IPv4 address is a host
     // like any other; a path is one "/" and then anything of its characters, among which is "/". No
     // part can begin with a character that the part in front of it takes.
-    static const QRegularExpression rx = unicodePattern(
-        QStringLiteral(R"rx(^https?://[.\w-]++(?::\d{1,5}+)?+(?:/[~/\w.-]*+)?+$)rx"));
+    const QRegularExpression& rx = processConstant([] {
+        return unicodePattern(
+            QStringLiteral(R"rx(^https?://[.\w-]++(?::\d{1,5}+)?+(?:/[~/\w.-]*+)?+$)rx"));
+    });
     return rx.match(s).hasMatch();
 }
 
 QRegularExpression NetUtils::emailAddressRx()
 {
-    static const QRegularExpression rx = unicodePattern(emailAddressPattern());
-    return rx;
+    return processConstant([] { return unicodePattern(emailAddressPattern()); });
 }
 
 QRegularExpression NetUtils::emailAddressMultiRx()
 {
-    static const QRegularExpression rx = [] {
+    return processConstant([] {
         const QString pattern = emailAddressPattern();
         const QString inner = pattern.mid(1, pattern.size() - 2);
         return unicodePattern(QLatin1String("^(") + inner + QLatin1String(R"rx()(\s*[,;]\s*()rx")
                               + inner + QLatin1String("))*$"));
-    }();
-    return rx;
+    });
 }
 
 bool NetUtils::checkEmailAdress(const QString& s)
@@ -85,7 +88,9 @@ bool NetUtils::checkEmailAdress(const QString& s)
     // least two characters of the class, with a word character at both ends. Behind it stand words
     // with a
     // "-" or "." between two of them; the last one is the one that no separator follows.
-    static const QRegularExpression rx = unicodePattern(
-        QStringLiteral(R"rx(^\w[\w.+-]++(?<=\w)@\w++(?:[-.]\w++(?=[-.]))*+\.\w{2,12}+$)rx"));
+    const QRegularExpression& rx = processConstant([] {
+        return unicodePattern(
+            QStringLiteral(R"rx(^\w[\w.+-]++(?<=\w)@\w++(?:[-.]\w++(?=[-.]))*+\.\w{2,12}+$)rx"));
+    });
     return rx.match(s).hasMatch();
 }

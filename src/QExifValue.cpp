@@ -3,16 +3,16 @@
 
 #include "QExifValue.h"
 
+#include "processstate_p.h"
+
 #include <QLocale>
-#include <QMutex>
 #include <QTextCodec>
 
 #include <algorithm>
-#include <atomic>
-#include <cstdlib>
 #include <iterator>
-#include <mutex>
 #include <utility>
+
+using namespace OrvaUtilsPrivate;
 
 /// What the handles of one value share. The payload is in a subclass, one per kind of payload.
 class QExifValuePrivate : public QSharedData
@@ -82,42 +82,20 @@ StringRecord* stringRecord(const QString& text)
     return new StringRecord(QExifValue::Ascii, sizeOf(text) + 1, text);
 }
 
-// The null record may be asked for before main() and in the destructors of static objects, in any
-// order. What leads to it therefore needs neither construction nor destruction at run time: a
-// record that the exit of the process has let go of is simply made anew.
-std::atomic<QExifValuePrivate*> nullRecord{nullptr};
-QBasicMutex nullRecordMutex;
-
+/// What all null values share. The process holds it, too, so that it is never deleted.
 class NullRecord : public ByteVectorRecord
 {
 public:
     NullRecord()
         : ByteVectorRecord(QExifValue::Byte, 0, QVector<quint8>())
-    { }
-    ~NullRecord() override { nullRecord.store(nullptr, std::memory_order_release); }
+    {
+        ref.ref();
+    }
 };
-
-void releaseNullRecord()
-{
-    QExifValuePrivate* const record = nullRecord.load(std::memory_order_acquire);
-    if (record && !record->ref.deref())
-        delete record;
-}
 
 QExifValuePrivate* sharedNullRecord()
 {
-    if (QExifValuePrivate* const record = nullRecord.load(std::memory_order_acquire))
-        return record;
-    std::lock_guard<QBasicMutex> lock(nullRecordMutex);
-    QExifValuePrivate* record = nullRecord.load(std::memory_order_acquire);
-    if (!record) {
-        record = new NullRecord;
-        record->ref.ref(); // held by the process until it exits
-        // Where it cannot be registered, the record is left to the system.
-        static_cast<void>(std::atexit(releaseNullRecord));
-        nullRecord.store(record, std::memory_order_release);
-    }
-    return record;
+    return &processState<NullRecord>();
 }
 
 template <typename Payload>
@@ -290,7 +268,7 @@ bool QExifValue::operator==(const QExifValue& other) const
 
 bool QExifValue::isNull() const
 {
-    return d.data() == nullRecord.load(std::memory_order_acquire);
+    return d.data() == sharedNullRecord();
 }
 
 quint16 QExifValue::type() const

@@ -5,6 +5,7 @@
 
 #include "ascii_p.h"
 #include "durationtext_p.h"
+#include "processstate_p.h"
 
 #include <QDateTime>
 #include <QRegularExpression>
@@ -127,8 +128,7 @@ struct AccentTable
 
 const AccentTable& accentTable()
 {
-    static const AccentTable table;
-    return table;
+    return processState<AccentTable>();
 }
 
 // Search keys
@@ -165,8 +165,7 @@ struct SearchKeyTable
 
 const SearchKeyTable& searchKeyTable()
 {
-    static const SearchKeyTable table;
-    return table;
+    return processState<SearchKeyTable>();
 }
 
 QString searchKey(const QChar* text, int size)

@@ -4,6 +4,7 @@
 #include "TaxeRatesUtils.h"
 
 #include "FileUtils.h"
+#include "processstate_p.h"
 
 #include <QHash>
 #include <QJsonDocument>
@@ -16,6 +17,8 @@ static void registerRates()
 {
     Q_INIT_RESOURCE(ue_tax_rates);
 }
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -33,8 +36,7 @@ struct Table
 
 Table& table()
 {
-    static Table shared;
-    return shared;
+    return processState<Table>();
 }
 
 } // namespace

@@ -5,11 +5,14 @@
 
 #include "ApplicationUtils.h"
 #include "GoogleFontFile.h"
+#include "processstate_p.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+
+using namespace OrvaUtilsPrivate;
 
 /// Registers the compiled-in list, which in a static library does not happen by itself. Outside the
 /// unnamed namespace, because Q_INIT_RESOURCE declares a function of the global one.
@@ -44,8 +47,7 @@ struct Catalogues
 
 Catalogues& catalogues()
 {
-    static Catalogues shared;
-    return shared;
+    return processState<Catalogues>();
 }
 
 const GoogleFontFile& builtInList()
