@@ -1,0 +1,1331 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ImageUtils, its ways to write picture files: copyImageFile() and writeProgressiveImage().
+
+#define QT_STATICPLUGIN // the image formats of this test are part of the program
+
+#include "ImageUtils.h"
+
+#include "LogCapture.h"
+#include "OrdinaryUser.h"
+#include "Sandbox.h"
+#include "TestPictures.h"
+
+#include <QImageIOPlugin>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QtPlugin>
+#include <QtTest>
+
+#include <limits>
+
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
+
+// Image formats of this test
+
+/// "hollow" reads every file as an empty picture, "readonly" as a red one; neither can be written.
+class OddFormat : public QImageIOHandler
+{
+public:
+    bool canRead() const override { return true; }
+    bool read(QImage* image) override
+    {
+        *image = format() == "hollow" ? QImage() : QImage(40, 30, QImage::Format_RGB32);
+        image->fill(Qt::red);
+        return true;
+    }
+};
+
+class OddFormatPlugin : public QImageIOPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QImageIOHandlerFactoryInterface_iid FILE "support/oddformats.json")
+public:
+    Capabilities capabilities(QIODevice*, const QByteArray& format) const override
+    {
+        return format == "hollow" || format == "readonly" ? CanRead : Capabilities();
+    }
+    QImageIOHandler* create(QIODevice* device, const QByteArray& format) const override
+    {
+        QImageIOHandler* handler = new OddFormat;
+        handler->setDevice(device);
+        handler->setFormat(format);
+        return handler;
+    }
+};
+
+Q_IMPORT_PLUGIN(OddFormatPlugin)
+
+namespace {
+
+const ImageUtils::OptionsImageCopy noOption;
+
+/// The checksum of a PNG chunk, as it stands in the file.
+QByteArray crc32(const QByteArray& bytes)
+{
+    quint32 crc = 0xFFFFFFFF;
+    for (const char byte : bytes) {
+        crc ^= uchar(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+    }
+    crc = qToBigEndian(~crc);
+    return QByteArray(reinterpret_cast<const char*>(&crc), 4);
+}
+
+/// The names of everything in a folder, hidden files too.
+QStringList namesIn(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                  | QDir::NoDotAndDotDot);
+}
+
+/// The captured records of the library alone: image readers print warnings of their own.
+QStringList ownLines(const LogCapture& log)
+{
+    return log.lines().filter(QStringLiteral(" orvautils "));
+}
+
+QString warning(const QString& text)
+{
+    return QStringLiteral("warning orvautils ImageUtils copyImageFile: ") + text;
+}
+
+QString critical(const QString& text)
+{
+    return QStringLiteral("critical orvautils ImageUtils copyImageFile: ") + text;
+}
+
+#ifdef Q_OS_UNIX
+/// While it lives no file can be written beyond some bytes: what a full disk looks like.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+    {
+        mHandler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &mLimit);
+        const rlimit limit = {bytes, mLimit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk()
+    {
+        setrlimit(RLIMIT_FSIZE, &mLimit);
+        std::signal(SIGXFSZ, mHandler);
+    }
+
+private:
+    Q_DISABLE_COPY(FullDisk)
+
+    void (*mHandler)(int);
+    rlimit mLimit;
+};
+#endif
+
+const QString photosDir = QStringLiteral(ORVAUTILS_PHOTOS_DIR);
+
+} // namespace
+
+Q_DECLARE_METATYPE(ImageUtils::OptionsImageCopy)
+
+class tst_ImageUtilsCopy : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void writeProgressive();
+    void writeProgressiveQualityIsCompression_data();
+    void writeProgressiveQualityIsCompression();
+    void writeProgressiveOtherFormats();
+    void writeProgressiveFailure_data();
+    void writeProgressiveFailure();
+    void writeProgressiveKeepsOldFile();
+
+    void copyOrReencode_data();
+    void copyOrReencode();
+    void pixelsOfReencoding_data();
+    void pixelsOfReencoding();
+    void quality_data();
+    void quality();
+    void formats_data();
+    void formats();
+    void invalidMaximum_data();
+    void invalidMaximum();
+    void unreadableSource_data();
+    void unreadableSource();
+    void fileScheme();
+    void createsFolders();
+    void folderCannotBeCreated();
+    void failedCopyIsLogged();
+    void emptyPicture();
+    void emptyPictureTurned();
+    void formatThatCannotBeWritten();
+    void cannotBeScaled();
+    void truncatedJpeg();
+    void hostileHeader_data();
+    void hostileHeader();
+    void cmyk();
+
+    void ontoItself_data();
+    void ontoItself();
+    void ontoLinkToSource();
+    void ontoHardLinkOfSource();
+    void sourceIsLinkToDestination();
+    void ontoDanglingLink();
+    void ontoReadOnlyFile();
+    void ontoFolder();
+    void ontoFileInReadOnlyFolder();
+    void newFileInReadOnlyFolder();
+    void newFileWhoseNameIsTooLong();
+    void fullDisk_data();
+    void fullDisk();
+    void newFileHasUsualPermissions();
+
+    void reducedDecoding_data();
+    void reducedDecoding();
+    void reducedToOnePixel();
+    void realPhotographs();
+    void realPhotographsReduced_data();
+    void realPhotographsReduced();
+    void realOrientations_data();
+    void realOrientations();
+    void otherReadersAgree();
+
+private:
+    QString path(const char* name) const { return (*mSandbox)(QString::fromUtf8(name)); }
+
+    QScopedPointer<Sandbox> mSandbox;
+};
+
+void tst_ImageUtilsCopy::init()
+{
+    mSandbox.reset(new Sandbox);
+}
+
+void tst_ImageUtilsCopy::cleanup()
+{
+    mSandbox.reset();
+}
+
+// writeProgressiveImage
+
+void tst_ImageUtilsCopy::writeProgressive()
+{
+    const QImage image = picture(60, 40);
+    LogCapture log;
+    QVERIFY(ImageUtils::writeProgressiveImage(image, path("a.jpg"), "jpeg", 50));
+    QCOMPARE(log.lines(), QStringList());
+    const QByteArray bytes = contentOf(path("a.jpg"));
+    QVERIFY(isProgressive(bytes));
+    QVERIFY(psnr(QImage::fromData(bytes), image) > 30);
+    QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("a.jpg")));
+}
+
+void tst_ImageUtilsCopy::writeProgressiveQualityIsCompression_data()
+{
+    QTest::addColumn<int>("quality");
+    QTest::newRow("negative") << -1;
+    QTest::newRow("0") << 0;
+    QTest::newRow("10") << 10;
+    QTest::newRow("85") << 85;
+    QTest::newRow("100") << 100;
+}
+
+void tst_ImageUtilsCopy::writeProgressiveQualityIsCompression()
+{
+    QFETCH(int, quality);
+    QVERIFY(ImageUtils::writeProgressiveImage(picture(16, 16), path("a.jpg"), "jpeg", quality));
+    QCOMPARE(quantisation(contentOf(path("a.jpg"))), quantisationOf(75));
+}
+
+void tst_ImageUtilsCopy::writeProgressiveOtherFormats()
+{
+    const QImage image = picture(60, 40);
+    QVERIFY(ImageUtils::writeProgressiveImage(image, path("a.dat"), "png", 80));
+    QCOMPARE(QImage(path("a.dat"), "png").convertToFormat(QImage::Format_RGB32), image);
+    // Without a format the suffix tells, as with any image writer on a file.
+    QVERIFY(ImageUtils::writeProgressiveImage(image, path("a.JPG"), QByteArray(), 80));
+    QVERIFY(isProgressive(contentOf(path("a.JPG"))));
+}
+
+void tst_ImageUtilsCopy::writeProgressiveFailure_data()
+{
+    QTest::addColumn<QImage>("image");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("format");
+    QTest::newRow("null image") << QImage() << QStringLiteral("a.jpg") << QByteArray("jpeg");
+    QTest::newRow("no such format")
+        << picture(6, 4) << QStringLiteral("a.jpg") << QByteArray("nonsense");
+    QTest::newRow("no such folder")
+        << picture(6, 4) << QStringLiteral("b/a.jpg") << QByteArray("jpeg");
+}
+
+void tst_ImageUtilsCopy::writeProgressiveFailure()
+{
+    QFETCH(QImage, image);
+    QFETCH(QString, name);
+    QFETCH(QByteArray, format);
+    const QString target = (*mSandbox)(name);
+    QImageWriter writer(target, format);
+    QVERIFY(!writer.write(image));
+    QFile::remove(target);
+
+    LogCapture log;
+    QVERIFY(!ImageUtils::writeProgressiveImage(image, target, format, 80));
+    QCOMPARE(ownLines(log),
+             QStringList(QStringLiteral("warning orvautils ImageUtils writeProgressiveImage: "
+                                        "can't save writeProgressiveImage  %1  errorString= %2  "
+                                        "size= QSize(%3, %4)")
+                             .arg(target, writer.errorString())
+                             .arg(image.width())
+                             .arg(image.height())));
+    QCOMPARE(namesIn(mSandbox->root()), QStringList());
+}
+
+void tst_ImageUtilsCopy::writeProgressiveKeepsOldFile()
+{
+    writeFile(path("a.jpg"), "the only copy");
+    LogCapture log;
+    QVERIFY(!ImageUtils::writeProgressiveImage(picture(6, 4), path("a.jpg"), "nonsense", 80));
+    QCOMPARE(contentOf(path("a.jpg")), QByteArray("the only copy"));
+#ifdef Q_OS_UNIX
+    {
+        const FullDisk full(500);
+        QVERIFY(!ImageUtils::writeProgressiveImage(picture(600, 400), path("a.jpg"), "jpeg", 80));
+        QVERIFY(!ImageUtils::writeProgressiveImage(picture(60, 40), path("a.jpg"), "jpeg", 80));
+    }
+    QCOMPARE(contentOf(path("a.jpg")), QByteArray("the only copy"));
+    QCOMPARE(ownLines(log).size(), 3);
+#endif
+    QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("a.jpg")));
+}
+
+// copyImageFile: what is done
+
+void tst_ImageUtilsCopy::copyOrReencode_data()
+{
+    using I = ImageUtils;
+    using Options = ImageUtils::OptionsImageCopy;
+    QTest::addColumn<int>("orientation");
+    QTest::addColumn<bool>("keepAspectRatio");
+    QTest::addColumn<QSize>("maximum");
+    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
+    QTest::addColumn<QSize>("size"); // invalid: copied byte for byte
+    QTest::addColumn<bool>("progressive");
+    const QSize copied;
+    const QSize large(1600, 1600);
+
+    // The source is 400 x 300.
+    QTest::newRow("smaller than the maximum") << 0 << true << large << noOption << copied << false;
+    QTest::newRow("exactly the maximum")
+        << 0 << true << QSize(400, 300) << noOption << copied << false;
+    QTest::newRow("one pixel too wide")
+        << 0 << true << QSize(399, 300) << noOption << QSize(399, 299) << false;
+    QTest::newRow("one pixel too tall")
+        << 0 << true << QSize(400, 299) << noOption << QSize(398, 299) << false;
+    QTest::newRow("too large") << 0 << true << QSize(200, 200) << noOption << QSize(200, 150)
+                               << false;
+    QTest::newRow("free aspect ratio, small")
+        << 0 << false << large << noOption << QSize(400, 300) << false;
+    QTest::newRow("free aspect ratio")
+        << 0 << false << QSize(200, 200) << noOption << QSize(200, 200) << false;
+    QTest::newRow("free aspect ratio enlarges the side that fits")
+        << 0 << false << QSize(200, 900) << noOption << QSize(200, 900) << false;
+
+    QTest::newRow("progressive, small")
+        << 0 << true << large << Options(I::ProgressiveJpeg) << QSize(400, 300) << true;
+    QTest::newRow("progressive only when re-encoded, small")
+        << 0 << true << large << (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded) << copied
+        << false;
+    QTest::newRow("progressive only when re-encoded, too large")
+        << 0 << true << QSize(200, 200) << (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded)
+        << QSize(200, 150) << true;
+    QTest::newRow("progressive only when re-encoded, turned")
+        << 6 << true << large
+        << (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded | I::UseExifRotation)
+        << QSize(300, 400) << true;
+    QTest::newRow("only when re-encoded alone, small")
+        << 0 << true << large << Options(I::ProgressiveOnlyWhenReencoded) << copied << false;
+    QTest::newRow("only when re-encoded alone, too large")
+        << 0 << true << QSize(200, 200) << Options(I::ProgressiveOnlyWhenReencoded)
+        << QSize(200, 150) << false;
+
+    QTest::newRow("no resize, too large")
+        << 0 << true << QSize(200, 200) << Options(I::NoResize) << copied << false;
+    QTest::newRow("no resize, progressive")
+        << 0 << true << QSize(200, 200) << (I::NoResize | I::ProgressiveJpeg) << copied << false;
+    QTest::newRow("no resize, free aspect ratio")
+        << 0 << false << QSize(200, 200) << Options(I::NoResize) << copied << false;
+    QTest::newRow("no resize, everything else but a rotation")
+        << 6 << false << QSize(200, 200)
+        << (I::NoResize | I::ProgressiveJpeg | I::ExpandToFill | I::Quality85 | I::Retina) << copied
+        << false;
+    QTest::newRow("no resize, turned")
+        << 6 << true << QSize(200, 200) << (I::NoResize | I::UseExifRotation) << QSize(300, 400)
+        << false;
+    QTest::newRow("no resize, turned, progressive")
+        << 8 << true << QSize(200, 200) << (I::NoResize | I::UseExifRotation | I::ProgressiveJpeg)
+        << QSize(300, 400) << true;
+    QTest::newRow("no resize, no orientation, progressive")
+        << 1 << true << QSize(200, 200) << (I::NoResize | I::UseExifRotation | I::ProgressiveJpeg)
+        << copied << false;
+
+    QTest::newRow("orientation not asked for") << 6 << true << large << noOption << copied << false;
+    const QSize upright[] = {copied, copied,          copied, QSize(400, 300), copied,
+                             copied, QSize(300, 400), copied, QSize(300, 400)};
+    for (int orientation = 0; orientation <= 8; ++orientation) {
+        QTest::newRow(qPrintable(QStringLiteral("orientation %1").arg(orientation)))
+            << orientation << true << large << Options(I::UseExifRotation) << upright[orientation]
+            << false;
+    }
+    QTest::newRow("the maximum is that of the picture as it is stored")
+        << 6 << true << QSize(200, 200) << Options(I::UseExifRotation) << QSize(150, 200) << false;
+    QTest::newRow("the maximum is turned with the picture")
+        << 6 << true << QSize(100, 300) << Options(I::UseExifRotation) << QSize(75, 100) << false;
+    QTest::newRow("too large, mirrored orientation")
+        << 5 << true << QSize(200, 200) << Options(I::UseExifRotation) << QSize(200, 150) << false;
+
+    QTest::newRow("expand") << 0 << true << QSize(200, 200) << Options(I::ExpandToFill)
+                            << QSize(266, 200) << false;
+    QTest::newRow("expand wins over the free aspect ratio")
+        << 0 << false << QSize(200, 200) << Options(I::ExpandToFill) << QSize(266, 200) << false;
+    QTest::newRow("expand, small")
+        << 0 << true << large << Options(I::ExpandToFill) << copied << false;
+    QTest::newRow("expand enlarges when one side exceeds")
+        << 0 << true << QSize(200, 900) << Options(I::ExpandToFill) << QSize(1200, 900) << false;
+
+    QTest::newRow("retina") << 0 << true << QSize(100, 100) << Options(I::Retina) << QSize(200, 150)
+                            << false;
+    QTest::newRow("retina enlarges")
+        << 0 << true << QSize(300, 300) << Options(I::Retina) << QSize(600, 450) << false;
+    QTest::newRow("retina, small")
+        << 0 << true << QSize(400, 300) << Options(I::Retina) << copied << false;
+    QTest::newRow("retina, expand") << 0 << true << QSize(100, 100) << (I::Retina | I::ExpandToFill)
+                                    << QSize(266, 200) << false;
+    QTest::newRow("retina, free aspect ratio")
+        << 0 << false << QSize(100, 50) << Options(I::Retina) << QSize(200, 100) << false;
+
+    // 400 x 300 into 999999999 x 1 is 1 x 1.
+    QTest::newRow("height 0 gives one pixel")
+        << 0 << true << QSize(100, 0) << noOption << QSize(1, 1) << false;
+    QTest::newRow("no side becomes 0")
+        << 0 << true << QSize(1, 1600) << noOption << QSize(1, 1) << false;
+}
+
+void tst_ImageUtilsCopy::copyOrReencode()
+{
+    QFETCH(int, orientation);
+    QFETCH(bool, keepAspectRatio);
+    QFETCH(QSize, maximum);
+    QFETCH(ImageUtils::OptionsImageCopy, options);
+    QFETCH(QSize, size);
+    QFETCH(bool, progressive);
+
+    const QByteArray source = jpeg(picture(400, 300), orientation);
+    writeFile(path("source.jpg"), source);
+    LogCapture log;
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), keepAspectRatio,
+                                      maximum, options, 70));
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(contentOf(path("source.jpg")), source);
+    const QByteArray copy = contentOf(path("copy.jpg"));
+    if (!size.isValid()) {
+        QCOMPARE(copy, source);
+    } else {
+        QVERIFY(copy != source);
+        QCOMPARE(QImage::fromData(copy, "jpeg").size(), size);
+        QCOMPARE(isProgressive(copy), progressive);
+        QVERIFY(!copy.contains("Exif"));
+    }
+    QCOMPARE(namesIn(mSandbox->root()),
+             QStringList({QStringLiteral("copy.jpg"), QStringLiteral("source.jpg")}));
+}
+
+void tst_ImageUtilsCopy::pixelsOfReencoding_data()
+{
+    QTest::addColumn<int>("orientation");
+    QTest::addColumn<int>("angle");
+    QTest::newRow("1") << 1 << 0;
+    QTest::newRow("3") << 3 << 180;
+    QTest::newRow("6") << 6 << 90;
+    QTest::newRow("8") << 8 << -90;
+}
+
+void tst_ImageUtilsCopy::pixelsOfReencoding()
+{
+    QFETCH(int, orientation);
+    QFETCH(int, angle);
+    writeFile(path("source.jpg"), jpeg(picture(400, 300), orientation));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(300, 300),
+                                      ImageUtils::UseExifRotation, 100));
+    QTransform turn;
+    turn.rotate(angle);
+    const QImage expected = picture(300, 225).transformed(turn);
+    QVERIFY2(psnr(QImage(path("copy.jpg")), expected) > 35,
+             qPrintable(QString::number(psnr(QImage(path("copy.jpg")), expected))));
+}
+
+void tst_ImageUtilsCopy::quality_data()
+{
+    using I = ImageUtils;
+    using Options = ImageUtils::OptionsImageCopy;
+    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
+    QTest::addColumn<int>("quality");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("argument") << noOption << 30 << 30;
+    QTest::newRow("0") << noOption << 0 << 0;
+    QTest::newRow("100") << noOption << 100 << 100;
+    QTest::newRow("beyond 100") << noOption << 400 << 100;
+    QTest::newRow("negative") << noOption << -1 << 80;
+    QTest::newRow("very negative") << noOption << -1000 << 80;
+    QTest::newRow("85") << Options(I::Quality85) << 30 << 85;
+    QTest::newRow("85 wins over negative") << Options(I::Quality85) << -1 << 85;
+    QTest::newRow("progressive") << Options(I::ProgressiveJpeg) << 30 << 75;
+    QTest::newRow("progressive 85") << (I::ProgressiveJpeg | I::Quality85) << 30 << 75;
+}
+
+void tst_ImageUtilsCopy::quality()
+{
+    QFETCH(ImageUtils::OptionsImageCopy, options);
+    QFETCH(int, quality);
+    QFETCH(int, expected);
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    LogCapture log;
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(100, 100),
+                                      options, quality));
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(quantisation(contentOf(path("copy.jpg"))), quantisationOf(expected));
+}
+
+void tst_ImageUtilsCopy::formats_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("format"); // empty: copied byte for byte
+    QTest::addColumn<QSize>("size");
+
+    const QImage image = picture(400, 300);
+    QImage transparent = image.convertToFormat(QImage::Format_ARGB32);
+    transparent.setPixel(0, 0, qRgba(0, 0, 0, 0));
+    const QByteArray gif = QByteArray::fromHex("47494638396102000100800100ff000000ff00"
+                                               "21f90400010000002c0000000002000100000202440a003b");
+    const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='400' height='300'>"
+                           "<rect width='9' height='9'/></svg>";
+    QTest::newRow("gif") << gif << QStringLiteral("a.gif") << QByteArray() << QSize();
+    QTest::newRow("gif named jpg") << gif << QStringLiteral("a.jpg") << QByteArray() << QSize();
+    QTest::newRow("svg") << svg << QStringLiteral("a.svg") << QByteArray() << QSize();
+    QTest::newRow("png") << encoded(image, "png") << QStringLiteral("a.png") << QByteArray("png")
+                         << QSize(100, 75);
+    QTest::newRow("png with alpha") << encoded(transparent, "png") << QStringLiteral("a.png")
+                                    << QByteArray("png") << QSize(100, 75);
+#if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
+    QTest::newRow("png of 16 bits")
+        << encoded(image.convertToFormat(QImage::Format_RGBX64), "png") << QStringLiteral("a.png")
+        << QByteArray("png") << QSize(100, 75);
+#endif
+    QTest::newRow("png with a palette")
+        << encoded(image.convertToFormat(QImage::Format_Indexed8), "png") << QStringLiteral("a.png")
+        << QByteArray("png") << QSize(100, 75);
+    QTest::newRow("jpeg named png")
+        << jpeg(image) << QStringLiteral("a.png") << QByteArray("jpeg") << QSize(100, 75);
+    QTest::newRow("png named jpg")
+        << encoded(image, "png") << QStringLiteral("a.jpg") << QByteArray("png") << QSize(100, 75);
+    QTest::newRow("jpeg without a suffix")
+        << jpeg(image) << QStringLiteral("a") << QByteArray("jpeg") << QSize(100, 75);
+    QTest::newRow("grey jpeg") << jpeg(image.convertToFormat(QImage::Format_Grayscale8))
+                               << QStringLiteral("a.jpg") << QByteArray("jpeg") << QSize(100, 75);
+    QTest::newRow("bmp") << encoded(image, "bmp") << QStringLiteral("a.bmp") << QByteArray("bmp")
+                         << QSize(100, 75);
+    QTest::newRow("ppm") << encoded(image, "ppm") << QStringLiteral("a.ppm") << QByteArray("ppm")
+                         << QSize(100, 75);
+}
+
+void tst_ImageUtilsCopy::formats()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, name);
+    QFETCH(QByteArray, format);
+    QFETCH(QSize, size);
+    const QString source = (*mSandbox)(name);
+    const QString copy = path("copy.jpg"); // its suffix does not count
+    writeFile(source, bytes);
+    const QImage whole(source);
+    QVERIFY2(!whole.isNull(), "the image plugin for this format is missing");
+
+    LogCapture log;
+    QVERIFY(ImageUtils::copyImageFile(source, copy, false, QSize(100, 75),
+                                      ImageUtils::ProgressiveJpeg | ImageUtils::UseExifRotation));
+    QCOMPARE(ownLines(log), QStringList());
+    if (format.isEmpty()) {
+        QCOMPARE(contentOf(copy), bytes);
+        return;
+    }
+    QImageReader reader(copy);
+    reader.setDecideFormatFromContent(true);
+    QCOMPARE(reader.format(), format);
+    const QImage image = reader.read();
+    QCOMPARE(image.size(), size);
+    QCOMPARE(image.hasAlphaChannel(), whole.hasAlphaChannel());
+    QVERIFY(psnr(image, whole.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)) > 30);
+}
+
+// copyImageFile: what fails
+
+void tst_ImageUtilsCopy::invalidMaximum_data()
+{
+    QTest::addColumn<QSize>("picture");
+    QTest::addColumn<QSize>("maximum");
+    QTest::addColumn<QString>("shown");
+    const QSize landscape(400, 300);
+    const QSize portrait(300, 400);
+    QTest::newRow("both 0") << landscape << QSize(0, 0) << QStringLiteral("QSize(-1, -1)");
+    QTest::newRow("invalid") << landscape << QSize() << QStringLiteral("QSize(-1, -1)");
+    QTest::newRow("negative width")
+        << landscape << QSize(-4, 100) << QStringLiteral("QSize(-4, 100)");
+    QTest::newRow("negative height")
+        << landscape << QSize(100, -4) << QStringLiteral("QSize(100, -4)");
+    // 300 x 400 into 999999999 x 1 and 400 x 300 into 1 x 999999999 leave no pixel.
+    QTest::newRow("height 0, portrait")
+        << portrait << QSize(100, 0) << QStringLiteral("QSize(0, 1)");
+    QTest::newRow("width 0, landscape")
+        << landscape << QSize(0, 100) << QStringLiteral("QSize(1, 0)");
+}
+
+void tst_ImageUtilsCopy::invalidMaximum()
+{
+    QFETCH(QSize, picture);
+    QFETCH(QSize, maximum);
+    QFETCH(QString, shown);
+    writeFile(path("source.jpg"), jpeg(::picture(picture.width(), picture.height())));
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, maximum,
+                                       ImageUtils::NoResize));
+    QCOMPARE(log.lines(),
+             QStringList(
+                 critical(QStringLiteral("copyImageFile maxSizeImage invalid !!  =  ") + shown)));
+    QVERIFY(!QFile::exists(path("copy.jpg")));
+}
+
+void tst_ImageUtilsCopy::unreadableSource_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("text") << QByteArray("no picture");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("missing") << QByteArray("missing");
+}
+
+void tst_ImageUtilsCopy::unreadableSource()
+{
+    QFETCH(QByteArray, bytes);
+    if (bytes != "missing")
+        writeFile(path("source.jpg"), bytes);
+    writeFile(path("copy.jpg"), "old");
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(0, 0),
+                                       noOption));
+    // The format comes before the maximum size.
+    QCOMPARE(ownLines(log), QStringList(warning(QStringLiteral("importImageFile format null"))));
+    QCOMPARE(contentOf(path("copy.jpg")), QByteArray("old"));
+}
+
+void tst_ImageUtilsCopy::fileScheme()
+{
+    const QByteArray bytes = jpeg(picture(400, 300), 6);
+    writeFile(path("source.jpg"), bytes);
+    const QString address = QStringLiteral("file://") + path("source.jpg");
+    QVERIFY(ImageUtils::copyImageFile(address, path("same.jpg"), true, QSize(400, 400), noOption));
+    QCOMPARE(contentOf(path("same.jpg")), bytes);
+    QVERIFY(ImageUtils::copyImageFile(address, path("turned.jpg"), true, QSize(400, 400),
+                                      ImageUtils::UseExifRotation));
+    QCOMPARE(QImage(path("turned.jpg")).size(), QSize(300, 400));
+}
+
+void tst_ImageUtilsCopy::createsFolders()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("a/b/copy.jpg"), true,
+                                      QSize(100, 100), noOption));
+    QCOMPARE(QImage(path("a/b/copy.jpg")).size(), QSize(100, 75));
+    // Also where nothing comes of the copy.
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("none.jpg"), path("c/copy.jpg"), true, QSize(100, 100),
+                                       noOption));
+    QVERIFY(QFileInfo(path("c")).isDir());
+}
+
+void tst_ImageUtilsCopy::folderCannotBeCreated()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    writeFile(path("file"), "in the way");
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("file/copy.jpg"), true,
+                                       QSize(100, 100), noOption));
+    QCOMPARE(
+        ownLines(log).filter(QStringLiteral(" orvautils ImageUtils ")),
+        QStringList(warning(QStringLiteral("importImageFile can't save  ") + path("file/copy.jpg")
+                            + QStringLiteral(" jpeg QSize(100, 75) maxSizeImage= QSize(100, "
+                                             "100)"))));
+    QCOMPARE(contentOf(path("file")), QByteArray("in the way"));
+}
+
+void tst_ImageUtilsCopy::failedCopyIsLogged()
+{
+    writeFile(path("file"), "in the way");
+    const QByteArray bytes = jpeg(picture(40, 30));
+    writeFile(path("source.jpg"), bytes);
+    LogCapture log;
+    for (const auto options : {noOption, ImageUtils::OptionsImageCopy(ImageUtils::NoResize)}) {
+        QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("file/copy.jpg"), true,
+                                           QSize(100, 100), options));
+        QCOMPARE(ownLines(log).filter(QStringLiteral(" orvautils ImageUtils ")).last(),
+                 warning(QStringLiteral("FileUtils::forceCopy")));
+    }
+    QCOMPARE(ownLines(log).filter(QStringLiteral(" orvautils ImageUtils ")).size(), 2);
+    QCOMPARE(contentOf(path("source.jpg")), bytes);
+
+    // A GIF says nothing more than forceCopy() does.
+    writeFile(path("a.gif"), encoded(picture(4, 3), "gif"));
+    writeFile(path("a.gif"),
+              QByteArray::fromHex("47494638396102000100800100ff000000ff00"
+                                  "21f90400010000002c0000000002000100000202440a003b"));
+    LogCapture gifLog;
+    QVERIFY(!ImageUtils::copyImageFile(path("a.gif"), path("file/copy.gif"), true, QSize(100, 100),
+                                       noOption));
+    QCOMPARE(ownLines(gifLog).filter(QStringLiteral(" orvautils ImageUtils ")), QStringList());
+}
+
+void tst_ImageUtilsCopy::emptyPicture()
+{
+    writeFile(path("source.hollow"), "x");
+    writeFile(path("copy.jpg"), "old");
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.hollow"), path("copy.jpg"), false,
+                                       QSize(100, 100), noOption));
+    QCOMPARE(ownLines(log),
+             QStringList({warning(QStringLiteral("copyImageFile img.size() =  QSize(0, 0)")),
+                          warning(QStringLiteral("copyImageFile #3 img.size() =  QSize(0, 0)")),
+                          warning(QStringLiteral("importImageFile can't save  ") + path("copy.jpg")
+                                  + QStringLiteral(" hollow QSize(0, 0) maxSizeImage= QSize(100, "
+                                                   "100)"))}));
+    QCOMPARE(contentOf(path("copy.jpg")), QByteArray("old"));
+}
+
+void tst_ImageUtilsCopy::emptyPictureTurned()
+{
+    writeFile(path("source.hollow"), jpeg(picture(40, 30), 6));
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.hollow"), path("copy.jpg"), true,
+                                       QSize(100, 100), ImageUtils::UseExifRotation));
+    QCOMPARE(ownLines(log),
+             QStringList({warning(QStringLiteral("copyImageFile img.size() =  QSize(0, 0)")),
+                          warning(QStringLiteral("copyImageFile #3 img.size() =  QSize(0, 0)")),
+                          warning(QStringLiteral("copyImageFile #4 img.size() =  QSize(0, 0)")),
+                          warning(QStringLiteral("importImageFile can't save  ") + path("copy.jpg")
+                                  + QStringLiteral(" hollow QSize(0, 0) maxSizeImage= QSize(100, "
+                                                   "100)"))}));
+}
+
+void tst_ImageUtilsCopy::formatThatCannotBeWritten()
+{
+    const QByteArray source = "any";
+    writeFile(path("source.readonly"), source);
+    writeFile(path("copy.jpg"), "old");
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.readonly"), path("copy.jpg"), false,
+                                       QSize(20, 0), ImageUtils::ProgressiveJpeg));
+    // Its size is not told before it is loaded: -1 x -1 into 999999999 x 1 is 1 x 1.
+    QCOMPARE(ownLines(log),
+             QStringList(
+                 {QStringLiteral("warning orvautils ImageUtils writeProgressiveImage: can't "
+                                 "save writeProgressiveImage  ")
+                      + path("copy.jpg")
+                      + QStringLiteral("  errorString= Unsupported image format  size= "
+                                       "QSize(1, 1)"),
+                  warning(QStringLiteral("importImageFile can't save  ") + path("copy.jpg")
+                          + QStringLiteral(" readonly QSize(1, 1) maxSizeImage= QSize(1, 1)"))}));
+    QCOMPARE(contentOf(path("source.readonly")), source);
+    QCOMPARE(contentOf(path("copy.jpg")), QByteArray("old"));
+    QCOMPARE(namesIn(mSandbox->root()),
+             QStringList({QStringLiteral("copy.jpg"), QStringLiteral("source.readonly")}));
+}
+
+void tst_ImageUtilsCopy::cannotBeScaled()
+{
+    const int most = std::numeric_limits<int>::max();
+    const QByteArray source = jpeg(picture(400, 300));
+    writeFile(path("source.jpg"), source);
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true,
+                                       QSize(10, 999999999), ImageUtils::ExpandToFill));
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), false, QSize(10, most),
+                                       ImageUtils::Retina));
+    QCOMPARE(ownLines(log),
+             QStringList({warning(QStringLiteral("copyImageFile #2 img.size() =  QSize(0, 0) "
+                                                 "QSize(10, 999999999)")),
+                          warning(QStringLiteral("copyImageFile #2 img.size() =  QSize(0, 0) "
+                                                 "QSize(20, 2147483646)"))}));
+    QVERIFY(!QFile::exists(path("copy.jpg")));
+}
+
+void tst_ImageUtilsCopy::truncatedJpeg()
+{
+    const QByteArray whole = jpeg(landscape(800, 600, 0.6));
+    for (const int part : {3, 20, 150, 400, 700, 2000, whole.size() / 2, whole.size() - 2}) {
+        const QByteArray bytes = whole.left(part);
+        writeFile(path("source.jpg"), bytes);
+        writeFile(path("copy.jpg"), "old");
+        for (const int side : {100, 350, 500}) {
+            LogCapture log;
+            // What the image reader makes of it decides.
+            const QImage readable(path("source.jpg"));
+            const bool imported =
+                ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true,
+                                          QSize(side, side), ImageUtils::ProgressiveJpeg);
+            QCOMPARE(imported, !readable.isNull());
+            if (imported)
+                QCOMPARE(QImage(path("copy.jpg")).size(), QSize(side, side * 3 / 4));
+            else
+                QVERIFY(!QImageReader(path("copy.jpg")).canRead());
+        }
+        QCOMPARE(contentOf(path("source.jpg")), bytes);
+        QCOMPARE(namesIn(mSandbox->root()),
+                 QStringList({QStringLiteral("copy.jpg"), QStringLiteral("source.jpg")}));
+    }
+}
+
+void tst_ImageUtilsCopy::hostileHeader_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
+
+    // 60,000 x 60,000 pixels, and hardly a byte of them.
+    QByteArray forgedJpeg = jpeg(picture(16, 16), 6);
+    const int frame = forgedJpeg.indexOf("\xff\xc0");
+    QVERIFY(frame > 0);
+    forgedJpeg.replace(frame + 5, 4, QByteArray::fromHex("ea60ea60"));
+    QTest::newRow("jpeg, to be turned at full size")
+        << forgedJpeg << (ImageUtils::NoResize | ImageUtils::UseExifRotation);
+
+    QByteArray png = encoded(picture(16, 16), "png");
+    png.replace(16, 8, QByteArray::fromHex("0000ea600000ea60"));
+    QTest::newRow("png, bad checksum") << png << noOption;
+    // The checksum of "IHDR", 60,000, 60,000, 8 bits, RGB.
+    png.replace(24, 9,
+                QByteArray::fromHex("0802000000")
+                    + crc32(png.mid(12, 12) + QByteArray::fromHex("0802000000")));
+    QTest::newRow("png") << png << noOption;
+    QTest::newRow("ppm") << QByteArray("P6 60000 60000 255\nabc") << noOption;
+}
+
+void tst_ImageUtilsCopy::hostileHeader()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(ImageUtils::OptionsImageCopy, options);
+    writeFile(path("source.img"), bytes);
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.img"), path("copy.jpg"), false, QSize(100, 100),
+                                       options));
+    QCOMPARE(
+        ownLines(log),
+        QStringList(warning(QStringLiteral("importImageFile can't load  ") + path("source.img"))));
+    QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("source.img")));
+}
+
+void tst_ImageUtilsCopy::cmyk()
+{
+    const QString source = photosDir + QStringLiteral("/cmyk-mm-exif-first-thumb.jpg");
+    if (!QFile::exists(source))
+        QSKIP("the real photographs are not here, and Qt writes no CMYK JPEG");
+    const QImage whole(source);
+    const QSize target = whole.size() / 2;
+    QVERIFY(ImageUtils::copyImageFile(source, path("copy.jpg"), false, target, noOption, 100));
+    const QImage expected = whole.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QVERIFY2(psnr(QImage(path("copy.jpg")), expected) > 36,
+             qPrintable(QString::number(psnr(QImage(path("copy.jpg")), expected))));
+}
+
+// copyImageFile: nothing is lost
+
+void tst_ImageUtilsCopy::ontoItself_data()
+{
+    QTest::addColumn<bool>("address");
+    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
+    QTest::addColumn<QSize>("size");
+    using Options = ImageUtils::OptionsImageCopy;
+    for (const bool address : {false, true}) {
+        const QByteArray suffix = address ? ", file://" : "";
+        QTest::newRow(("copied" + suffix).constData())
+            << address << Options(ImageUtils::NoResize) << QSize(400, 300);
+        QTest::newRow(("re-encoded" + suffix).constData())
+            << address << Options(ImageUtils::UseExifRotation) << QSize(75, 100);
+    }
+}
+
+void tst_ImageUtilsCopy::ontoItself()
+{
+    QFETCH(bool, address);
+    QFETCH(ImageUtils::OptionsImageCopy, options);
+    QFETCH(QSize, size);
+    writeFile(path("a.jpg"), jpeg(picture(400, 300), 6));
+    LogCapture log;
+    QVERIFY(
+        ImageUtils::copyImageFile((address ? QStringLiteral("file://") : QString()) + path("a.jpg"),
+                                  path("a.jpg"), true, QSize(100, 100), options));
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(QImage(path("a.jpg")).size(), size);
+    QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("a.jpg")));
+}
+
+void tst_ImageUtilsCopy::ontoLinkToSource()
+{
+    const QByteArray bytes = jpeg(picture(400, 300));
+    writeFile(path("source.jpg"), bytes);
+    QVERIFY(QFile::link(path("source.jpg"), path("link.jpg")));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("link.jpg"), true, QSize(100, 100),
+                                      noOption));
+    QCOMPARE(contentOf(path("source.jpg")), bytes);
+    QVERIFY(!QFileInfo(path("link.jpg")).isSymLink());
+    QCOMPARE(QImage(path("link.jpg")).size(), QSize(100, 75));
+}
+
+void tst_ImageUtilsCopy::ontoHardLinkOfSource()
+{
+#ifdef Q_OS_UNIX
+    const QByteArray bytes = jpeg(picture(400, 300));
+    writeFile(path("source.jpg"), bytes);
+    QCOMPARE(::link(QFile::encodeName(path("source.jpg")).constData(),
+                    QFile::encodeName(path("link.jpg")).constData()),
+             0);
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("link.jpg"), true, QSize(100, 100),
+                                      noOption));
+    QCOMPARE(contentOf(path("source.jpg")), bytes);
+    QCOMPARE(QImage(path("link.jpg")).size(), QSize(100, 75));
+#endif
+}
+
+void tst_ImageUtilsCopy::sourceIsLinkToDestination()
+{
+    writeFile(path("a.jpg"), jpeg(picture(400, 300)));
+    QVERIFY(QFile::link(path("a.jpg"), path("link.jpg")));
+    QVERIFY(ImageUtils::copyImageFile(path("link.jpg"), path("a.jpg"), true, QSize(100, 100),
+                                      noOption));
+    QCOMPARE(QImage(path("a.jpg")).size(), QSize(100, 75));
+    QVERIFY(QFileInfo(path("link.jpg")).isSymLink());
+}
+
+void tst_ImageUtilsCopy::ontoDanglingLink()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    QVERIFY(QFile::link(path("nowhere"), path("link.jpg")));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("link.jpg"), true, QSize(100, 100),
+                                      noOption));
+    QVERIFY(!QFile::exists(path("nowhere")));
+    QCOMPARE(QImage(path("link.jpg")).size(), QSize(100, 75));
+}
+
+void tst_ImageUtilsCopy::ontoReadOnlyFile()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    writeFile(path("copy.jpg"), "old");
+    QVERIFY(QFile::setPermissions(path("copy.jpg"), QFile::ReadOwner));
+    QVERIFY(QFile::setPermissions(mSandbox->root(), QFile::Permissions(0x7777)));
+    QVERIFY(QFile::setPermissions(path("source.jpg"), QFile::Permissions(0x6666)));
+    const OrdinaryUser user;
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(100, 100),
+                                      noOption));
+    QCOMPARE(QImage(path("copy.jpg")).size(), QSize(100, 75));
+}
+
+void tst_ImageUtilsCopy::ontoFolder()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    QVERIFY(QDir(mSandbox->root()).mkpath(QStringLiteral("copy.jpg/inside")));
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(100, 100),
+                                       ImageUtils::ProgressiveJpeg));
+    QCOMPARE(
+        log.lines(),
+        QStringList(critical(QStringLiteral("copyImageFile : can't remove ") + path("copy.jpg"))));
+    QCOMPARE(namesIn(path("copy.jpg")), QStringList(QStringLiteral("inside")));
+    QCOMPARE(namesIn(mSandbox->root()),
+             QStringList({QStringLiteral("copy.jpg"), QStringLiteral("source.jpg")}));
+}
+
+void tst_ImageUtilsCopy::ontoFileInReadOnlyFolder()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    QVERIFY(QFile::setPermissions(path("source.jpg"), QFile::Permissions(0x6666)));
+    QVERIFY(QDir(mSandbox->root()).mkdir(QStringLiteral("site")));
+    writeFile(path("site/copy.jpg"), "old");
+    QVERIFY(QFile::setPermissions(path("site/copy.jpg"), QFile::Permissions(0x6666)));
+    QVERIFY(QFile::setPermissions(mSandbox->root(), QFile::Permissions(0x7777)));
+    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x5555)));
+    {
+        const OrdinaryUser user;
+        LogCapture log;
+        QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("site/copy.jpg"), true,
+                                           QSize(100, 100), noOption));
+        QCOMPARE(log.lines(),
+                 QStringList(critical(QStringLiteral("copyImageFile : can't remove ")
+                                      + path("site/copy.jpg"))));
+        QCOMPARE(contentOf(path("site/copy.jpg")), QByteArray("old"));
+        QCOMPARE(namesIn(path("site")), QStringList(QStringLiteral("copy.jpg")));
+    }
+    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x7777)));
+}
+
+void tst_ImageUtilsCopy::newFileInReadOnlyFolder()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    QVERIFY(QFile::setPermissions(path("source.jpg"), QFile::Permissions(0x6666)));
+    QVERIFY(QDir(mSandbox->root()).mkdir(QStringLiteral("site")));
+    QVERIFY(QFile::setPermissions(mSandbox->root(), QFile::Permissions(0x7777)));
+    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x5555)));
+    {
+        const OrdinaryUser user;
+        LogCapture log;
+        QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("site/copy.jpg"), true,
+                                           QSize(100, 100), noOption));
+        QCOMPARE(log.lines(),
+                 QStringList(warning(QStringLiteral("importImageFile can't save  ")
+                                     + path("site/copy.jpg")
+                                     + QStringLiteral(" jpeg QSize(100, 75) maxSizeImage= "
+                                                      "QSize(100, 100)"))));
+        QCOMPARE(namesIn(path("site")), QStringList());
+    }
+    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x7777)));
+}
+
+void tst_ImageUtilsCopy::newFileWhoseNameIsTooLong()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    const QString copy = (*mSandbox)(QString(300, QLatin1Char('x')) + QLatin1String(".jpg"));
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), copy, true, QSize(100, 100), noOption));
+    QCOMPARE(log.lines(),
+             QStringList(warning(QStringLiteral("importImageFile can't save  ") + copy
+                                 + QStringLiteral(" jpeg QSize(100, 75) maxSizeImage= "
+                                                  "QSize(100, 100)"))));
+    QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("source.jpg")));
+}
+
+void tst_ImageUtilsCopy::fullDisk_data()
+{
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<bool>("progressive");
+    for (const bool progressive : {false, true}) {
+        const QByteArray suffix = progressive ? ", progressive" : "";
+        QTest::newRow(("not a byte" + suffix).constData()) << 0 << progressive;
+        // The picture is smaller than the buffer of a file: it fails when that is flushed.
+        QTest::newRow(("some" + suffix).constData()) << 500 << progressive;
+    }
+    QTest::newRow("most") << 20000 << false;
+}
+
+void tst_ImageUtilsCopy::fullDisk()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(int, bytes);
+    QFETCH(bool, progressive);
+    // Onto the source itself: this is its only copy.
+    const QByteArray source = jpeg(landscape(400, 300, 0.8), 6);
+    QVERIFY(source.size() > 40000);
+    writeFile(path("a.jpg"), source);
+    const ImageUtils::OptionsImageCopy options = progressive
+        ? ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg
+        : ImageUtils::OptionsImageCopy(ImageUtils::UseExifRotation);
+    const QSize maximum = bytes < 1000 ? QSize(100, 100) : QSize(400, 400);
+    LogCapture log;
+    {
+        const FullDisk full{rlim_t(bytes)};
+        QVERIFY(
+            !ImageUtils::copyImageFile(path("a.jpg"), path("a.jpg"), true, maximum, options, 95));
+    }
+    const QStringList lines = ownLines(log);
+    QCOMPARE(lines.size(), progressive ? 2 : 1);
+    if (progressive) {
+        QVERIFY(lines.first().startsWith(
+            QStringLiteral("warning orvautils ImageUtils writeProgressiveImage: can't save "
+                           "writeProgressiveImage  ")
+            + path("a.jpg")));
+    }
+    QVERIFY(lines.last().startsWith(
+        warning(QStringLiteral("importImageFile can't save  ") + path("a.jpg"))));
+    QCOMPARE(contentOf(path("a.jpg")), source);
+    QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("a.jpg")));
+#endif
+}
+
+void tst_ImageUtilsCopy::newFileHasUsualPermissions()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(100, 100),
+                                      noOption));
+    QCOMPARE(QFile::permissions(path("copy.jpg")), QFile::permissions(path("source.jpg")));
+}
+
+// copyImageFile: reduced decoding
+
+void tst_ImageUtilsCopy::reducedDecoding_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<double>("falloff");
+    QTest::addColumn<QSize>("maximum");
+    QTest::addColumn<bool>("keepAspectRatio");
+    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
+    QTest::addColumn<QSize>("expected");
+    using Options = ImageUtils::OptionsImageCopy;
+    const QSize multiple(1600, 1200);
+    const QSize odd(1603, 1201);
+    for (const double falloff : {0.5, 0.75, 0.95}) {
+        const QByteArray detail = " detail " + QByteArray::number(falloff);
+        const auto row = [&](const char* name, const QSize& size, const QSize& maximum,
+                             bool keepAspectRatio, Options options, const QSize& expected) {
+            QTest::newRow((name + detail).constData())
+                << size << falloff << maximum << keepAspectRatio << options << expected;
+        };
+        row("eighth", multiple, QSize(200, 200), true, noOption, QSize(200, 150));
+        row("below an eighth", multiple, QSize(64, 64), true, noOption, QSize(64, 48));
+        row("above an eighth", multiple, QSize(208, 208), true, noOption, QSize(208, 156));
+        row("quarter", multiple, QSize(400, 400), true, noOption, QSize(400, 300));
+        row("below a quarter", multiple, QSize(360, 360), true, noOption, QSize(360, 270));
+        row("half", multiple, QSize(800, 800), true, noOption, QSize(800, 600));
+        row("below half", multiple, QSize(640, 640), true, noOption, QSize(640, 480));
+        row("above half", multiple, QSize(900, 900), true, noOption, QSize(900, 675));
+        row("one side below half", multiple, QSize(700, 1100), false, noOption, QSize(700, 1100));
+        row("one side, kept", multiple, QSize(1600, 300), true, noOption, QSize(400, 300));
+        row("expand", multiple, QSize(300, 300), true, ImageUtils::ExpandToFill, QSize(400, 300));
+        row("retina", multiple, QSize(300, 300), true, ImageUtils::Retina, QSize(600, 450));
+        row("retina, larger", multiple, QSize(1000, 1000), true, ImageUtils::Retina,
+            QSize(2000, 1500));
+        // 1603 x 1201: 300 * 1201 / 1603 = 224.7, 700 * 1201 / 1603 = 524.4
+        row("odd", odd, QSize(300, 300), true, noOption, QSize(300, 224));
+        row("odd, half", odd, QSize(700, 700), true, noOption, QSize(700, 524));
+        // 1604 x 1202 is even, but no multiple of 4: 300 * 1202 / 1604 = 224.8
+        row("even", QSize(1604, 1202), QSize(300, 300), true, noOption, QSize(300, 224));
+    }
+}
+
+void tst_ImageUtilsCopy::reducedDecoding()
+{
+    QFETCH(QSize, size);
+    QFETCH(double, falloff);
+    QFETCH(QSize, maximum);
+    QFETCH(bool, keepAspectRatio);
+    QFETCH(ImageUtils::OptionsImageCopy, options);
+    QFETCH(QSize, expected);
+    static QHash<QString, QByteArray> made;
+    QByteArray& bytes = made[QStringLiteral("%1 %2").arg(size.width()).arg(falloff)];
+    if (bytes.isEmpty())
+        bytes = jpeg(landscape(size.width(), size.height(), falloff), 0, 92);
+    writeFile(path("source.jpg"), bytes);
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), keepAspectRatio,
+                                      maximum, options, 100));
+    const QImage copy(path("copy.jpg"));
+    QCOMPARE(copy.size(), expected);
+    // The plain way, through the same quality.
+    const QImage plain = QImage::fromData(
+        encoded(QImage(path("source.jpg"))
+                    .scaled(expected, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
+                "jpeg", 100));
+    QVERIFY2(psnr(copy, plain) >= 38, qPrintable(QString::number(psnr(copy, plain))));
+}
+
+void tst_ImageUtilsCopy::reducedToOnePixel()
+{
+    // Half of it is too small to hold any detail.
+    QImage whole(4, 4, QImage::Format_RGB32);
+    whole.fill(QColor(200, 100, 50));
+    writeFile(path("source.jpg"), jpeg(whole));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(1, 1),
+                                      noOption, 100));
+    const QImage copy(path("copy.jpg"));
+    QCOMPARE(copy.size(), QSize(1, 1));
+    const QColor color = copy.pixelColor(0, 0);
+    QVERIFY(qAbs(color.red() - 200) <= 4);
+    QVERIFY(qAbs(color.green() - 100) <= 4);
+    QVERIFY(qAbs(color.blue() - 50) <= 4);
+}
+
+void tst_ImageUtilsCopy::realPhotographsReduced_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("side");
+    const QStringList names =
+        QDir(photosDir).entryList({QStringLiteral("*.jpg")}, QDir::Files, QDir::Name);
+    for (const QString& name : names) {
+        if (name.startsWith(QLatin1String("broken")) || name.contains(QLatin1String("cmyk")))
+            continue;
+        // The other orientations are the same two photographs.
+        if (name.startsWith(QLatin1String("orientation"))
+            && !name.endsWith(QLatin1String("-1.jpg")))
+            continue;
+        for (const int side : {96, 160, 213, 320, 400, 640, 720, 800, 1200, 1600})
+            QTest::newRow(qPrintable(name + QStringLiteral(" %1").arg(side))) << name << side;
+    }
+    if (names.isEmpty())
+        QTest::newRow("none") << QString() << 0;
+}
+
+void tst_ImageUtilsCopy::realPhotographsReduced()
+{
+    QFETCH(QString, name);
+    QFETCH(int, side);
+    if (name.isEmpty())
+        QSKIP("the real photographs are not here");
+    const QString source = photosDir + QLatin1Char('/') + name;
+    const QImage whole(source);
+    const QSize maximum(side, side);
+    if (whole.width() <= side && whole.height() <= side)
+        return;
+    QVERIFY(ImageUtils::copyImageFile(source, path("copy.jpg"), true, maximum, noOption, 100));
+    const QImage plain = QImage::fromData(
+        encoded(whole.scaled(maximum, Qt::KeepAspectRatio, Qt::SmoothTransformation), "jpeg", 100));
+    const QImage copy(path("copy.jpg"));
+    QCOMPARE(copy.size(), plain.size());
+    QVERIFY2(psnr(copy, plain) >= 38, qPrintable(QString::number(psnr(copy, plain))));
+}
+
+// copyImageFile: real photographs
+
+void tst_ImageUtilsCopy::realPhotographs()
+{
+    const QDir folder(photosDir);
+    const QStringList names = folder.entryList({QStringLiteral("*.jpg"), QStringLiteral("*.gif"),
+                                                QStringLiteral("*.png"), QStringLiteral("*.svg")},
+                                               QDir::Files);
+    if (names.isEmpty())
+        QSKIP("the real photographs are not here");
+    for (const QString& name : names) {
+        const QString source = folder.filePath(name);
+        const QString copy = (*mSandbox)(name);
+        const QByteArray before = contentOf(source);
+        LogCapture log;
+        const QImage readable(source);
+        QVERIFY2(
+            ImageUtils::copyImageFile(source, copy, true, QSize(320, 320),
+                                      ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg)
+                == !readable.isNull(),
+            qPrintable(name));
+        QCOMPARE(contentOf(source), before);
+        if (name.endsWith(QLatin1String("gif")) || name.endsWith(QLatin1String("svg"))) {
+            QCOMPARE(contentOf(copy), before);
+        } else if (!readable.isNull()) {
+            const QImage result(copy);
+            QVERIFY2(!result.isNull() && qMax(result.width(), result.height()) <= 320,
+                     qPrintable(name));
+        } else {
+            QVERIFY2(!QFile::exists(copy), qPrintable(name));
+        }
+    }
+}
+
+void tst_ImageUtilsCopy::realOrientations_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("orientation");
+    QTest::addColumn<QSize>("expected");
+    // 1800 x 1200 into 1600 x 1600 is 1600 x 1066. The files of the orientations 5 to 8 hold the
+    // picture lying; 6 and 8 are set upright, the mirrored 5 and 7 stay as they are.
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        const bool lying = orientation == 5 || orientation == 7;
+        const QSize landscape(1600, 1066);
+        const QByteArray number = QByteArray::number(orientation);
+        QTest::newRow(("landscape " + number).constData())
+            << QStringLiteral("landscape") << orientation
+            << (lying ? landscape.transposed() : landscape);
+        QTest::newRow(("portrait " + number).constData())
+            << QStringLiteral("portrait") << orientation
+            << (lying ? landscape : landscape.transposed());
+    }
+}
+
+void tst_ImageUtilsCopy::realOrientations()
+{
+    QFETCH(QString, kind);
+    QFETCH(int, orientation);
+    QFETCH(QSize, expected);
+    const QString name = photosDir + QStringLiteral("/orientation-%1-%2.jpg").arg(kind);
+    if (!QFile::exists(name.arg(1)))
+        QSKIP("the real photographs are not here");
+    const QByteArray before = contentOf(name.arg(orientation));
+    QVERIFY(ImageUtils::copyImageFile(name.arg(orientation), path("copy.jpg"), true,
+                                      QSize(1600, 1600),
+                                      ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg));
+    QCOMPARE(contentOf(name.arg(orientation)), before);
+    QVERIFY(isProgressive(contentOf(path("copy.jpg"))));
+    const QImage copy(path("copy.jpg"));
+    QCOMPARE(copy.size(), expected);
+
+    // The photograph of orientation 1 is the same picture, upright.
+    QImage upright = QImage(name.arg(1));
+    switch (orientation) { // mirrored as the library leaves it
+    case 2:
+        upright = upright.mirrored(true, false);
+        break;
+    case 4:
+        upright = upright.mirrored(false, true);
+        break;
+    case 5: // transposed
+        upright = upright.transformed(QTransform(0, 1, 1, 0, 0, 0));
+        break;
+    case 7: // transposed over the other diagonal
+        upright = upright.transformed(QTransform(0, -1, -1, 0, 0, 0));
+        break;
+    default:
+        break;
+    }
+    const QSize small = expected / 8;
+    const double likeness =
+        psnr(copy.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
+             upright.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    QVERIFY2(likeness > 28, qPrintable(QString::number(likeness)));
+}
+
+void tst_ImageUtilsCopy::otherReadersAgree()
+{
+    writeFile(path("source.jpg"), jpeg(landscape(1600, 1200, 0.6), 6));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("progressive.jpg"), true,
+                                      QSize(400, 400),
+                                      ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg));
+    QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("baseline.jpg"), true,
+                                      QSize(400, 400),
+                                      ImageUtils::UseExifRotation | ImageUtils::Quality85));
+    const auto answer = [](const QString& program, const QStringList& arguments) {
+        QProcess process;
+        process.start(program, arguments);
+        process.waitForFinished();
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    };
+    const QString identify = QStandardPaths::findExecutable(QStringLiteral("identify"));
+    const QString exiftool = QStandardPaths::findExecutable(QStringLiteral("exiftool"));
+    if (identify.isEmpty() && exiftool.isEmpty())
+        QSKIP("neither ImageMagick nor exiftool is installed");
+    if (!identify.isEmpty()) {
+        const QString format = QStringLiteral("%m %wx%h %Q %[interlace]");
+        QCOMPARE(answer(identify, {QStringLiteral("-format"), format, path("progressive.jpg")}),
+                 QStringLiteral("JPEG 300x400 75 JPEG"));
+        QCOMPARE(answer(identify, {QStringLiteral("-format"), format, path("baseline.jpg")}),
+                 QStringLiteral("JPEG 300x400 85 None"));
+    }
+    if (!exiftool.isEmpty()) {
+        const QStringList arguments = {QStringLiteral("-s3"), QStringLiteral("-EncodingProcess"),
+                                       QStringLiteral("-ImageSize"), QStringLiteral("-Orientation"),
+                                       QStringLiteral("-Warning")};
+        QCOMPARE(answer(exiftool, arguments + QStringList(path("progressive.jpg"))),
+                 QStringLiteral("Progressive DCT, Huffman coding\n300x400"));
+        QCOMPARE(answer(exiftool, arguments + QStringList(path("baseline.jpg"))),
+                 QStringLiteral("Baseline DCT, Huffman coding\n300x400"));
+    }
+}
+
+QTEST_MAIN(tst_ImageUtilsCopy)
+#include "tst_ImageUtilsCopy.moc"
