@@ -3,122 +3,55 @@
 
 #include "PhpCodeHelpers.h"
 
-#include "LiteralRows.h"
+#include "LiteralTest.h"
 #include "ScriptRunner.h"
-#include "StreamedDocument.h"
+#include "Text.h"
 #include "TextStreamUTF8.h"
 
 #include <QBuffer>
 #include <QJsonValue>
-#include <QStandardPaths>
 #include <QtTest>
 
 namespace {
 
-QString literal(const QVariant& value)
-{
-    return written([&](QTextStream* s) { PhpCodeHelpers::formatVariantValue(s, value); });
-}
+const LiteralLanguage phpLanguage{"php",
+                                  "[",
+                                  "=>",
+                                  "]",
+                                  &PhpCodeHelpers::formatVariantValue,
+                                  &PhpCodeHelpers::formatPhpArray,
+                                  &PhpCodeHelpers::formatPhpArray,
+                                  &PhpCodeHelpers::formatPhpArray,
+                                  &PhpCodeHelpers::formatPhpMap};
 
 } // namespace
 
-class tst_PhpCodeHelpers : public QObject
+class tst_PhpCodeHelpers : public LiteralTest
 {
     Q_OBJECT
 
+public:
+    tst_PhpCodeHelpers()
+        : LiteralTest(phpLanguage)
+    { }
+
+protected:
+    QByteArray scriptFor(const QByteArray& literal) const override
+    {
+        return "<?php echo json_encode(" + literal + ", JSON_THROW_ON_ERROR);";
+    }
+
 private Q_SLOTS:
-    void initTestCase();
-    void literals_data() { addLiteralRows(); }
-    void literals();
-    void keys_data() { addKeyRows(); }
-    void keys();
-    void arrays();
-    void maps();
     void hashes();
     void constants_data();
     void constants();
     void namedArraysAndMaps();
     void classOfConstants();
-    void blocksMeetAnywhere();
-    void streamIsLeftAsItWas();
-    void indentationDoesNotApply();
-    void deepNesting();
-    void largeDocumentsAreStreamed_data();
-    void largeDocumentsAreStreamed();
-    void readByPhp();
+    void lineBreaksAreReadBack();
     void declarationsReadByPhp();
     void quirksAsPhpReadsThem_data();
-    void quirksAsPhpReadsThem();
-    void lastBackslashLeavesTheTextOpen();
-
-private:
-    /// What PHP makes of \a literal, as JSON; nothing where it is no PHP.
-    QByteArray readAsJson(const QString& literal) const;
-
-    QString mPhp;
+    void quirksAsPhpReadsThem() { compareQuirks(); }
 };
-
-void tst_PhpCodeHelpers::initTestCase()
-{
-    mPhp = QStandardPaths::findExecutable(QStringLiteral("php"));
-}
-
-QByteArray tst_PhpCodeHelpers::readAsJson(const QString& literal) const
-{
-    const ScriptResult result =
-        runScript(mPhp, "<?php echo json_encode(" + literal.toUtf8() + ", JSON_THROW_ON_ERROR);");
-    return result.exitCode == 0 ? result.output : QByteArray();
-}
-
-void tst_PhpCodeHelpers::literals()
-{
-    QFETCH(QVariant, value);
-    QFETCH(QString, literal);
-    literal.replace(QStringLiteral("«"), QStringLiteral("["));
-    literal.replace(QStringLiteral("→"), QStringLiteral("=>"));
-    literal.replace(QStringLiteral("»"), QStringLiteral("]"));
-    QCOMPARE(::literal(value), literal);
-}
-
-void tst_PhpCodeHelpers::keys()
-{
-    QFETCH(QString, key);
-    QFETCH(QString, literal);
-    QCOMPARE(::literal(QVariantMap({{key, 1}})),
-             QStringLiteral("[\n") + literal + QStringLiteral("=>1\n]"));
-}
-
-void tst_PhpCodeHelpers::arrays()
-{
-    const auto array = [](const auto& list) {
-        return written([&](QTextStream* s) { PhpCodeHelpers::formatPhpArray(s, list); });
-    };
-    QCOMPARE(array(QStringList()), text("[]"));
-    QCOMPARE(array(QStringList({text("a")})), text("['a']"));
-    QCOMPARE(array(QStringList({text("a"), text("it's \"b\""), QString()})),
-             text("['a','it\\'s \\'b\\'','']"));
-    QCOMPARE(array(QList<int>()), text("[]"));
-    QCOMPARE(array(QList<int>({3})), text("[3]"));
-    QCOMPARE(array(QList<int>({-1, 0, 2147483647})), text("[-1,0,2147483647]"));
-    QCOMPARE(array(QVariantList()), text("[]"));
-    QCOMPARE(array(QVariantList({true})), text("[1]"));
-    // No line break behind the outer list, one behind each inner one.
-    QCOMPARE(array(QVariantList({1, text("x"), QVariant(QVariantList({2, 3})), 4})),
-             text("[1,'x',[2,3]\n,4]"));
-}
-
-void tst_PhpCodeHelpers::maps()
-{
-    const auto map = [](const QVariantMap& values) {
-        return written([&](QTextStream* s) { PhpCodeHelpers::formatPhpMap(s, values); });
-    };
-    QCOMPARE(map({}), text("[\n\n]"));
-    QCOMPARE(map({{text("b"), 2}, {text("a"), text("x")}, {text("10"), true}}),
-             text("[\n10=>1,'a'=>'x','b'=>2\n]"));
-    // Keys sort as texts: "10" before "9", capitals before small letters.
-    QCOMPARE(map({{text("a"), 1}, {text("B"), 2}, {text("9"), 3}, {text("10"), 4}}),
-             text("[\n10=>4,9=>3,'B'=>2,'a'=>1\n]"));
-}
 
 void tst_PhpCodeHelpers::hashes()
 {
@@ -205,96 +138,9 @@ void tst_PhpCodeHelpers::classOfConstants()
              text("\nclass Config\n{\nconst 10=1;\nconst a b=2;\n}\n"));
 }
 
-/// Whatever stands where one block of the writer ends and the next begins.
-void tst_PhpCodeHelpers::blocksMeetAnywhere()
-{
-    for (int size = 4080; size <= 4100; ++size) {
-        const QString filler(size, QLatin1Char('x'));
-        const QString quoted = QLatin1Char('\'') + filler;
-        QCOMPARE(literal(filler + text("'\"é'\"")), quoted + text("\\'\\'é\\'\\''"));
-        QCOMPARE(literal(filler.toUtf8() + "'12'"), filler + text("'12'"));
-        QCOMPARE(literal(QVariantList({filler, 123456, 0.5, QVariantMap({{text("7"), 8}})})),
-                 text("[") + quoted + text("',123456,0.5,[\n7=>8\n]]\n"));
-    }
-    const QString quotes(10000, QLatin1Char('"'));
-    QCOMPARE(literal(quotes), text("'") + text("\\'").repeated(10000) + text("'"));
-}
-
-void tst_PhpCodeHelpers::streamIsLeftAsItWas()
-{
-    QString result;
-    QTextStream stream(&result);
-    stream.setFieldWidth(4);
-    stream.setPadChar(QLatin1Char('.'));
-    stream.setIntegerBase(16);
-    stream.setNumberFlags(QTextStream::ShowBase);
-    PhpCodeHelpers::formatVariantValue(&stream, QVariantList({10, text("a")}));
-    QCOMPARE(result, text("[10,'a']\n"));
-    QCOMPARE(stream.fieldWidth(), 4);
-    stream << QLatin1Char('x');
-    QCOMPARE(result, text("[10,'a']\n...x"));
-}
-
-void tst_PhpCodeHelpers::indentationDoesNotApply()
-{
-    QString result;
-    TextStreamUTF8 stream(&result);
-    stream.incrementIndent();
-    stream << text("a\n");
-    PhpCodeHelpers::formatPhpMap(&stream, QVariantMap({{text("k"), text("é\nb")}}));
-    stream << text("c");
-    QCOMPARE(result, text("  a\n[\n'k'=>'é\nb'\n]  c"));
-}
-
-void tst_PhpCodeHelpers::deepNesting()
-{
-    const int depth = 2000;
-    QVariant value(QVariantList{});
-    for (int i = 1; i < depth; ++i)
-        value = QVariantList({value});
-    QCOMPARE(literal(value), QString(depth, QLatin1Char('[')) + text("]\n").repeated(depth));
-}
-
-void tst_PhpCodeHelpers::largeDocumentsAreStreamed_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::newRow("list") << QVariant(listOfSize(64 << 20));
-    QTest::newRow("map") << QVariant(QVariantMap({{text("k"), listOfSize(64 << 20)}}));
-    QTest::newRow("text") << QVariant(QString(8 << 20, QLatin1Char('"')));
-    QTest::newRow("code") << QVariant(QByteArray(8 << 20, 'x'));
-}
-
-void tst_PhpCodeHelpers::largeDocumentsAreStreamed()
-{
-    QFETCH(QVariant, value);
-    const bool isList =
-        value.userType() != QMetaType::QString && value.userType() != QMetaType::QByteArray;
-    CountingDevice device;
-    TextStreamUTF8 stream(&device);
-    const qint64 before = peakMemory();
-    PhpCodeHelpers::formatVariantValue(&stream, value);
-    // All but the last bit is with the device, though nothing was flushed.
-    QVERIFY(device.total() > (isList ? 64 << 20 : 8 << 20) - 65536);
-    QVERIFY(device.largest() <= 65536);
-    if (before >= 0 && isList)
-        QVERIFY(peakMemory() - before < 4096); // KiB, for a document of 64 MiB
-}
-
-void tst_PhpCodeHelpers::readByPhp()
-{
-    if (mPhp.isEmpty())
-        QSKIP("php is not installed");
-    QVariantMap expected = faithfulValues();
-    // PHP keeps line breaks in a text.
-    expected.insert(text("lines"), text("a\nb\r\n\tc"));
-    const QByteArray json = readAsJson(literal(expected));
-    expected.insert(text("byte array"), text("code"));
-    QCOMPARE(valueOfJson(json), QJsonValue::fromVariant(expected));
-}
-
 void tst_PhpCodeHelpers::declarationsReadByPhp()
 {
-    if (mPhp.isEmpty())
+    if (interpreter().isEmpty())
         QSKIP("php is not installed");
     QBuffer script;
     QVERIFY(script.open(QIODevice::WriteOnly));
@@ -314,7 +160,7 @@ void tst_PhpCodeHelpers::declarationsReadByPhp()
         stream << text("echo json_encode([TITLE, NUMBERS, TEXTS, VALUES, MAP, Config::LEVEL, "
                        "Config::NAMES]);");
     }
-    const ScriptResult result = runScript(mPhp, script.data());
+    const ScriptResult result = runScript(interpreter(), script.data());
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.exitCode, 0);
     const QVariantList expected{text("L'été"),
@@ -327,44 +173,22 @@ void tst_PhpCodeHelpers::declarationsReadByPhp()
     QCOMPARE(valueOfJson(result.output), QJsonValue::fromVariant(expected));
 }
 
+/// PHP keeps line breaks in a text.
+void tst_PhpCodeHelpers::lineBreaksAreReadBack()
+{
+    if (interpreter().isEmpty())
+        QSKIP("php is not installed");
+    QCOMPARE(readAsJson(literal(text("a\nb\r\n\tc"))), QByteArray("\"a\\nb\\r\\n\\tc\""));
+}
+
 /// Deliberate: these values are not what went in.
 void tst_PhpCodeHelpers::quirksAsPhpReadsThem_data()
 {
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QByteArray>("json");
-    QTest::newRow("double quotes become single")
-        << QVariant(text("say \"hi\"")) << QByteArray("\"say 'hi'\"");
-    QTest::newRow("true becomes 1") << QVariant(true) << QByteArray("1");
-    QTest::newRow("false becomes 0") << QVariant(false) << QByteArray("0");
+    addQuirkRows();
     QTest::newRow("one backslash stays")
         << QVariant(text("C:\\new")) << QByteArray("\"C:\\\\new\"");
     QTest::newRow("two backslashes become one")
         << QVariant(text("a\\\\b")) << QByteArray("\"a\\\\b\"");
-    QTest::newRow("six digits") << QVariant(1234567.0) << QByteArray("1234570");
-    QTest::newRow("a whole double becomes an int") << QVariant(3.0) << QByteArray("3");
-    QTest::newRow("unsigned becomes text") << QVariant(7u) << QByteArray("\"7\"");
-    QTest::newRow("nothing becomes an empty text") << QVariant() << QByteArray("\"\"");
-    QTest::newRow("code is run") << QVariant(QByteArray("strtoupper('x') . (1 + 2)"))
-                                 << QByteArray("\"X3\"");
-    QTest::newRow("keys become numbers")
-        << QVariant(QVariantMap({{text("007"), text("x")}})) << QByteArray("{\"7\":\"x\"}");
-}
-
-void tst_PhpCodeHelpers::quirksAsPhpReadsThem()
-{
-    if (mPhp.isEmpty())
-        QSKIP("php is not installed");
-    QFETCH(QVariant, value);
-    QTEST(readAsJson(literal(value)), "json");
-}
-
-/// Deliberate: a backslash is not escaped, not even in front of the closing quote.
-void tst_PhpCodeHelpers::lastBackslashLeavesTheTextOpen()
-{
-    if (mPhp.isEmpty())
-        QSKIP("php is not installed");
-    QCOMPARE(literal(text("C:\\")), text("'C:\\'"));
-    QCOMPARE(readAsJson(literal(text("C:\\"))), QByteArray());
 }
 
 QTEST_GUILESS_MAIN(tst_PhpCodeHelpers)

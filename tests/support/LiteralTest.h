@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// LiteralTest: what the tests of the PHP and of the JavaScript literals share. Both languages get
+// the same values, and the same text for all but maps.
+
+#ifndef LITERALTEST_H
+#define LITERALTEST_H
+
+#include <QObject>
+#include <QString>
+#include <QTextStream>
+#include <QVariant>
+
+/// What \a write writes to a stream.
+template <typename Function>
+QString written(Function write)
+{
+    QString text;
+    QTextStream stream(&text);
+    write(&stream);
+    return text;
+}
+
+/// The functions of a language, and how it writes a map.
+struct LiteralLanguage
+{
+    const char* interpreter;
+    const char* mapStart;
+    const char* keyEnd;
+    const char* mapEnd;
+    void (*formatValue)(QTextStream*, const QVariant&);
+    void (*formatTexts)(QTextStream*, const QStringList&);
+    void (*formatNumbers)(QTextStream*, const QList<int>&);
+    void (*formatList)(QTextStream*, const QVariantList&);
+    void (*formatMap)(QTextStream*, const QVariantMap&);
+};
+
+/// The test of one language: its class derives from this one, whose tests run first.
+class LiteralTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    explicit LiteralTest(const LiteralLanguage& language);
+
+    /// A program that prints the value of \a literal as JSON.
+    virtual QByteArray scriptFor(const QByteArray& literal) const = 0;
+
+    /// The literal of \a value.
+    QString literal(const QVariant& value) const;
+    /// \a utf8 with what the language writes in the places of "«", which opens a map, "»", which
+    /// closes one, and "→", which follows a key.
+    QString inLanguage(const QString& utf8) const;
+    /// The full path of the interpreter; empty where there is none.
+    QString interpreter() const { return mInterpreter; }
+    /// What the interpreter makes of \a literal, as JSON; nothing where it cannot read it.
+    QByteArray readAsJson(const QString& literal) const;
+
+    /// Adds rows of a value and what a reader makes of it, for values that do not come back as they
+    /// went in, whatever the language.
+    static void addQuirkRows();
+    /// Compares the rows with what the interpreter reads.
+    void compareQuirks() const;
+
+private Q_SLOTS:
+    void initTestCase();
+    void literals_data();
+    void literals();
+    void keys_data();
+    void keys();
+    void arrays();
+    void maps();
+    void blocksMeetAnywhere();
+    void streamIsLeftAsItWas();
+    void indentationDoesNotApply();
+    void deepNesting_data();
+    void deepNesting();
+    void largeDocumentsAreStreamed_data();
+    void largeDocumentsAreStreamed();
+    void faithfulValuesAreReadBack();
+
+private:
+    const LiteralLanguage mLanguage;
+    QString mInterpreter;
+};
+
+#endif // LITERALTEST_H
