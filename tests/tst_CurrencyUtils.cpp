@@ -4,6 +4,7 @@
 #include "CurrencyUtils.h"
 
 #include "LogCapture.h"
+#include "Text.h"
 
 #include <QMap>
 #include <QProcess>
@@ -26,8 +27,7 @@ struct EarlyUser
     EarlyUser()
     {
         if (qEnvironmentVariableIsSet("TST_CURRENCY_BEFORE_MAIN")) {
-            const QByteArray price =
-                CurrencyUtils::formatPrice(12.5, QStringLiteral("EUR")).toUtf8();
+            const QByteArray price = CurrencyUtils::formatPrice(12.5, text("EUR")).toUtf8();
             std::fwrite(price.constData(), 1, size_t(price.size()), stdout);
             std::fflush(stdout);
             std::_Exit(0);
@@ -37,7 +37,7 @@ struct EarlyUser
 
 QString euro()
 {
-    return QStringLiteral("EUR");
+    return text("EUR");
 }
 
 /// The representative locale of each currency, told another way than by walking and replacing: all
@@ -123,7 +123,7 @@ void tst_CurrencyUtils::concurrentFirstCalls()
         asker->start();
     for (const auto& asker : askers) {
         QVERIFY(asker->wait());
-        QCOMPARE(asker->price, QStringLiteral("12.50 \u20ac"));
+        QCOMPARE(asker->price, text("12.50 \u20ac"));
         QCOMPARE(asker->number, 978);
         QCOMPARE(asker->codes, QStringList(expectedLocales().keys()));
     }
@@ -133,13 +133,13 @@ void tst_CurrencyUtils::beforeMain()
 {
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TST_CURRENCY_BEFORE_MAIN"), QStringLiteral("1"));
+    environment.insert(text("TST_CURRENCY_BEFORE_MAIN"), text("1"));
     child.setProcessEnvironment(environment);
     child.start(QCoreApplication::applicationFilePath(), QStringList());
     QVERIFY(child.waitForFinished());
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 0);
-    QCOMPARE(QString::fromUtf8(child.readAllStandardOutput()), QStringLiteral("12.50 \u20ac"));
+    QCOMPARE(QString::fromUtf8(child.readAllStandardOutput()), text("12.50 \u20ac"));
 }
 
 void tst_CurrencyUtils::isoCodes()
@@ -150,8 +150,7 @@ void tst_CurrencyUtils::isoCodes()
     for (int i = 1; i < codes.size(); ++i)
         QVERIFY2(codes.at(i - 1) < codes.at(i), qPrintable(codes.at(i)));
     for (const QString& code : codes) {
-        QVERIFY2(QRegularExpression(QStringLiteral("^[A-Z]{3}$")).match(code).hasMatch(),
-                 qPrintable(code));
+        QVERIFY2(QRegularExpression(text("^[A-Z]{3}$")).match(code).hasMatch(), qPrintable(code));
     }
     for (const char* code : {"EUR", "USD", "GBP", "JPY", "CHF"})
         QVERIFY2(codes.contains(QLatin1String(code)), code);
@@ -207,32 +206,31 @@ void tst_CurrencyUtils::lastEnglishLocaleWins()
 void tst_CurrencyUtils::knownSymbols_data()
 {
     QTest::addColumn<int>("format");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("EUR") << int(QLocale::CurrencySymbol) << QStringLiteral("\u20ac");
-    QTest::newRow("GBP") << int(QLocale::CurrencySymbol) << QStringLiteral("\u00a3");
-    QTest::newRow("EUR as a code") << int(QLocale::CurrencyIsoCode) << QStringLiteral("EUR");
-    QTest::newRow("EUR as a name") << int(QLocale::CurrencyDisplayName) << QStringLiteral("Euro");
-    QTest::newRow("USD as a name")
-        << int(QLocale::CurrencyDisplayName) << QStringLiteral("US Dollar");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("EUR") << int(QLocale::CurrencySymbol) << text("\u20ac");
+    QTest::newRow("GBP") << int(QLocale::CurrencySymbol) << text("\u00a3");
+    QTest::newRow("EUR as a code") << int(QLocale::CurrencyIsoCode) << text("EUR");
+    QTest::newRow("EUR as a name") << int(QLocale::CurrencyDisplayName) << text("Euro");
+    QTest::newRow("USD as a name") << int(QLocale::CurrencyDisplayName) << text("US Dollar");
 }
 
 void tst_CurrencyUtils::knownSymbols()
 {
     QFETCH(int, format);
-    QFETCH(QString, text);
+    QFETCH(QString, expected);
     const QString code = QString::fromLatin1(QTest::currentDataTag()).left(3);
-    QCOMPARE(CurrencyUtils::currencySymbol(code, QLocale::CurrencySymbolFormat(format)), text);
+    QCOMPARE(CurrencyUtils::currencySymbol(code, QLocale::CurrencySymbolFormat(format)), expected);
 }
 
 void tst_CurrencyUtils::unknownCodes_data()
 {
     QTest::addColumn<QString>("code");
-    QTest::newRow("small letters") << QStringLiteral("eur");
-    QTest::newRow("mixed case") << QStringLiteral("Eur");
-    QTest::newRow("no currency") << QStringLiteral("XYZ");
-    QTest::newRow("blank behind") << QStringLiteral("EUR ");
-    QTest::newRow("symbol") << QStringLiteral("\u20ac");
-    QTest::newRow("empty") << QStringLiteral("");
+    QTest::newRow("small letters") << text("eur");
+    QTest::newRow("mixed case") << text("Eur");
+    QTest::newRow("no currency") << text("XYZ");
+    QTest::newRow("blank behind") << text("EUR ");
+    QTest::newRow("symbol") << text("\u20ac");
+    QTest::newRow("empty") << text("");
     QTest::newRow("null") << QString();
 }
 
@@ -244,7 +242,7 @@ void tst_CurrencyUtils::unknownCodes()
         QCOMPARE(CurrencyUtils::currencySymbol(code, format), QString());
     QVERIFY(!CurrencyUtils::listIsoCodes().contains(code));
     QCOMPARE(CurrencyUtils::currencyNumericCode(code), 0);
-    QCOMPARE(CurrencyUtils::formatPrice(3, code), QStringLiteral("3.00 "));
+    QCOMPARE(CurrencyUtils::formatPrice(3, code), text("3.00 "));
 }
 
 void tst_CurrencyUtils::numericCodes_data()
@@ -346,7 +344,7 @@ void tst_CurrencyUtils::prices_data()
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("number");
     QTest::addColumn<QString>("symbol");
-    const QString euroSign = QStringLiteral("\u20ac");
+    const QString euroSign = text("\u20ac");
     QTest::newRow("two decimals") << 12.5 << "EUR"
                                   << "12.50" << euroSign;
     QTest::newRow("whole") << 3.0 << "EUR"
@@ -362,15 +360,14 @@ void tst_CurrencyUtils::prices_data()
     QTest::newRow("fixed notation") << 1e15 << "EUR"
                                     << "1000000000000000.00" << euroSign;
     QTest::newRow("pounds") << 1.0 << "GBP"
-                            << "1.00" << QStringLiteral("\u00a3");
+                            << "1.00" << text("\u00a3");
     QTest::newRow("unknown") << 3.0 << "XYZ"
                              << "3.00" << QString();
     QTest::newRow("no code") << 3.0 << ""
                              << "3.00" << QString();
     QTest::newRow("no cents in use, yet two decimals")
         << 100.0 << "JPY"
-        << "100.00"
-        << CurrencyUtils::currencySymbol(QStringLiteral("JPY"), QLocale::CurrencySymbol);
+        << "100.00" << CurrencyUtils::currencySymbol(text("JPY"), QLocale::CurrencySymbol);
 }
 
 void tst_CurrencyUtils::prices()
@@ -382,13 +379,13 @@ void tst_CurrencyUtils::prices()
     QCOMPARE(CurrencyUtils::formatPrice(price, code), number + QLatin1Char(' ') + symbol);
     QCOMPARE(CurrencyUtils::formatPriceWithoutSymbol(price, code), number);
     // The code is not used.
-    QCOMPARE(CurrencyUtils::formatPriceWithoutSymbol(price, QStringLiteral("no code")), number);
+    QCOMPARE(CurrencyUtils::formatPriceWithoutSymbol(price, text("no code")), number);
 }
 
 void tst_CurrencyUtils::inputField_data()
 {
     QTest::addColumn<double>("price");
-    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
     QTest::newRow("whole") << 10.0 << "10";
     QTest::newRow("zero") << 0.0 << "0";
     QTest::newRow("hundreds keep their zeros") << 1200.0 << "1200";
@@ -402,26 +399,24 @@ void tst_CurrencyUtils::inputField_data()
 void tst_CurrencyUtils::inputField()
 {
     QFETCH(double, price);
-    QFETCH(QString, text);
-    QCOMPARE(CurrencyUtils::formatPrecisionPriceForInputLineEdit(price), text);
+    QFETCH(QString, expected);
+    QCOMPARE(CurrencyUtils::formatPrecisionPriceForInputLineEdit(price), expected);
 }
 
 void tst_CurrencyUtils::defaultLocalePlaysNoPart()
 {
-    const QString before =
-        CurrencyUtils::currencySymbol(QStringLiteral("USD"), QLocale::CurrencyDisplayName);
-    QLocale::setDefault(QLocale(QStringLiteral("de_DE")));
-    QCOMPARE(CurrencyUtils::formatPrice(1234.5, euro()), QStringLiteral("1234.50 \u20ac"));
-    QCOMPARE(CurrencyUtils::currencySymbol(QStringLiteral("USD"), QLocale::CurrencyDisplayName),
-             before);
-    QCOMPARE(CurrencyUtils::formatPrecisionPriceForInputLineEdit(2.5), QStringLiteral("2.5"));
+    const QString before = CurrencyUtils::currencySymbol(text("USD"), QLocale::CurrencyDisplayName);
+    QLocale::setDefault(QLocale(text("de_DE")));
+    QCOMPARE(CurrencyUtils::formatPrice(1234.5, euro()), text("1234.50 \u20ac"));
+    QCOMPARE(CurrencyUtils::currencySymbol(text("USD"), QLocale::CurrencyDisplayName), before);
+    QCOMPARE(CurrencyUtils::formatPrecisionPriceForInputLineEdit(2.5), text("2.5"));
     QLocale::setDefault(QLocale::c());
 }
 
 void tst_CurrencyUtils::nothingIsLogged()
 {
     LogCapture log;
-    CurrencyUtils::currencySymbol(QStringLiteral("XYZ"), QLocale::CurrencySymbol);
+    CurrencyUtils::currencySymbol(text("XYZ"), QLocale::CurrencySymbol);
     CurrencyUtils::formatPrice(std::numeric_limits<double>::quiet_NaN(), QString());
     QCOMPARE(log.lines(), QStringList());
 }

@@ -3,6 +3,8 @@
 
 #include "DateUtils.h"
 
+#include "Text.h"
+
 #include <QDateTime>
 #include <QTranslator>
 #include <QtTest>
@@ -15,16 +17,16 @@ class FrenchTexts : public QTranslator
 public:
     bool isEmpty() const override { return false; }
 
-    QString translate(const char* context, const char* text, const char*, int) const override
+    QString translate(const char* context, const char* expected, const char*, int) const override
     {
         if (qstrcmp(context, "DateUtils") != 0)
             return QString();
-        if (qstrcmp(text, "Today at %1") == 0)
-            return QStringLiteral("Aujourd'hui à %1");
-        if (qstrcmp(text, "Yesterday at %1") == 0)
-            return QStringLiteral("Hier à %1");
-        if (qstrcmp(text, "Day before yesterday at %1") == 0)
-            return QStringLiteral("À %1 avant-hier");
+        if (qstrcmp(expected, "Today at %1") == 0)
+            return text("Aujourd'hui à %1");
+        if (qstrcmp(expected, "Yesterday at %1") == 0)
+            return text("Hier à %1");
+        if (qstrcmp(expected, "Day before yesterday at %1") == 0)
+            return text("À %1 avant-hier");
         return QString();
     }
 };
@@ -50,12 +52,12 @@ void tst_DateUtils::accordingToNow_data()
 {
     QTest::addColumn<int>("days"); // from today
     QTest::addColumn<QTime>("time");
-    QTest::addColumn<QString>("text"); // empty where the format is used
+    QTest::addColumn<QString>("expected"); // empty where the format is used
     QTest::addColumn<QString>("french");
-    const auto row = [](int days, const QTime& time, const char* text, const char* french) {
+    const auto row = [](int days, const QTime& time, const char* expected, const char* french) {
         QTest::newRow(
             qPrintable(QString::asprintf("%d days, %s", days, qPrintable(time.toString()))))
-            << days << time << QString::fromUtf8(text) << QString::fromUtf8(french);
+            << days << time << text(expected) << text(french);
     };
     const QTime first(0, 0);
     const QTime last(23, 59, 59, 999);
@@ -81,7 +83,7 @@ void tst_DateUtils::accordingToNow()
 {
     QFETCH(int, days);
     QFETCH(QTime, time);
-    QFETCH(QString, text);
+    QFETCH(QString, expected);
     QDate today;
     QDateTime dt;
     QString got;
@@ -90,7 +92,7 @@ void tst_DateUtils::accordingToNow()
         dt = QDateTime(today.addDays(days), time);
         got = DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate);
     } while (QDate::currentDate() != today);
-    QCOMPARE(got, text.isEmpty() ? dt.toString(Qt::ISODate) : text);
+    QCOMPARE(got, expected.isEmpty() ? dt.toString(Qt::ISODate) : expected);
 }
 
 void tst_DateUtils::translated()
@@ -114,30 +116,29 @@ void tst_DateUtils::translated()
 void tst_DateUtils::formats_data()
 {
     QTest::addColumn<int>("format");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("ISO") << int(Qt::ISODate) << QStringLiteral("2001-02-03T04:05:06");
-    QTest::newRow("text") << int(Qt::TextDate) << QStringLiteral("Sat Feb 3 04:05:06 2001");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("ISO") << int(Qt::ISODate) << text("2001-02-03T04:05:06");
+    QTest::newRow("text") << int(Qt::TextDate) << text("Sat Feb 3 04:05:06 2001");
 }
 
 void tst_DateUtils::formats()
 {
     QFETCH(int, format);
     const QDateTime dt(QDate(2001, 2, 3), QTime(4, 5, 6, 7));
-    QTEST(DateUtils::dateTimeToStringAccordingNow(dt, static_cast<Qt::DateFormat>(format)), "text");
+    QTEST(DateUtils::dateTimeToStringAccordingNow(dt, static_cast<Qt::DateFormat>(format)),
+          "expected");
 }
 
 void tst_DateUtils::timeOfItsOwnZone()
 {
     // Far enough ahead to be in the future in every zone.
     const QDateTime dt(QDate::currentDate().addDays(5), QTime(1, 2), Qt::OffsetFromUTC, 5 * 3600);
-    QCOMPARE(DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate),
-             QStringLiteral("Today at 01:02"));
+    QCOMPARE(DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate), text("Today at 01:02"));
 }
 
 void tst_DateUtils::invalid()
 {
-    QCOMPARE(DateUtils::dateTimeToStringAccordingNow(QDateTime(), Qt::ISODate),
-             QStringLiteral("Today at "));
+    QCOMPARE(DateUtils::dateTimeToStringAccordingNow(QDateTime(), Qt::ISODate), text("Today at "));
 }
 
 QTEST_GUILESS_MAIN(tst_DateUtils)

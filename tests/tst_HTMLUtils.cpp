@@ -4,6 +4,7 @@
 #include "HTMLUtils.h"
 
 #include "ScriptRunner.h"
+#include "Text.h"
 
 #include <QColor>
 #include <QImage>
@@ -16,10 +17,10 @@ namespace {
 /// The text of the given UTF-16 units.
 QString units(std::initializer_list<ushort> codes)
 {
-    QString text;
+    QString string;
     for (const ushort code : codes)
-        text += QChar(code);
-    return text;
+        string += QChar(code);
+    return string;
 }
 
 } // namespace
@@ -67,8 +68,7 @@ private Q_SLOTS:
 void tst_HTMLUtils::generateUUID()
 {
     const QString id = HTMLUtils::generateUUID();
-    const QRegularExpression form(
-        QStringLiteral("\\A[0-9a-f]{8}(_[0-9a-f]{4}){3}_[0-9a-f]{12}\\z"));
+    const QRegularExpression form(text("\\A[0-9a-f]{8}(_[0-9a-f]{4}){3}_[0-9a-f]{12}\\z"));
     QVERIFY2(form.match(id).hasMatch(), qPrintable(id));
     QVERIFY(HTMLUtils::generateUUID() != id);
 }
@@ -79,8 +79,7 @@ void tst_HTMLUtils::identifiers_data()
     QTest::addColumn<QString>("id");
     QTest::addColumn<QString>("className");
     const auto row = [](const char* s, const char* id, const char* className) {
-        QTest::newRow(s) << QString::fromUtf8(s) << QString::fromUtf8(id)
-                         << QString::fromUtf8(className);
+        QTest::newRow(s) << text(s) << text(id) << text(className);
     };
     row("", "", "");
     row("plain", "plain", "plain");
@@ -106,7 +105,7 @@ void tst_HTMLUtils::encodeSrcUrl_data()
     QTest::addColumn<QString>("url");
     QTest::addColumn<QString>("encoded");
     const auto row = [](const char* url, const char* encoded) {
-        QTest::newRow(url) << QString::fromUtf8(url) << QString::fromUtf8(encoded);
+        QTest::newRow(url) << text(url) << text(encoded);
     };
     row("", "");
     row("images/a.png", "images/a.png");
@@ -132,7 +131,7 @@ void tst_HTMLUtils::encodeSrcUrlWithFullyAmpersands_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("encoded");
     const auto row = [](const char* path, const char* encoded) {
-        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(encoded);
+        QTest::newRow(path) << text(path) << text(encoded);
     };
     row("", "");
     row("images/a b&c.png", "images/a%20b%26c.png");
@@ -161,25 +160,21 @@ void tst_HTMLUtils::encodeSrcUrlWithFullyAmpersands()
 
 void tst_HTMLUtils::encodeSrcUrlKeepsEachOf()
 {
-    const QString kept =
-        QStringLiteral("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx"
-                       "yz#-./=?_");
+    const QString kept = text("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx"
+                              "yz#-./=?_");
     for (int code = 0; code < 128; ++code) {
         const QChar c(code);
         const QString expected =
             kept.contains(c) ? QString(c) : QLatin1Char('%') + QString::number(code, 16);
-        QCOMPARE(HTMLUtils::encodeSrcUrlWithFullyAmpersands(c + QStringLiteral(".x")),
-                 expected + QStringLiteral(".x"));
+        QCOMPARE(HTMLUtils::encodeSrcUrlWithFullyAmpersands(c + text(".x")), expected + text(".x"));
     }
 }
 
 void tst_HTMLUtils::formatedLocalFile()
 {
-    QCOMPARE(HTMLUtils::formatedLocalFile(QStringLiteral("/tmp/a b.html")),
-             QStringLiteral("file:///tmp/a b.html"));
-    QCOMPARE(HTMLUtils::formatedLocalFile(QStringLiteral("a.html")),
-             QStringLiteral("file://a.html"));
-    QCOMPARE(HTMLUtils::formatedLocalFile(QString()), QStringLiteral("file://"));
+    QCOMPARE(HTMLUtils::formatedLocalFile(text("/tmp/a b.html")), text("file:///tmp/a b.html"));
+    QCOMPARE(HTMLUtils::formatedLocalFile(text("a.html")), text("file://a.html"));
+    QCOMPARE(HTMLUtils::formatedLocalFile(QString()), text("file://"));
 }
 
 void tst_HTMLUtils::codeCharMustBeEncoded()
@@ -197,7 +192,7 @@ void tst_HTMLUtils::encodeToJavascriptText_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("encoded");
     const auto row = [](const char* s, const char* encoded) {
-        QTest::newRow(s) << QString::fromUtf8(s) << QString::fromUtf8(encoded);
+        QTest::newRow(s) << text(s) << text(encoded);
     };
     row("", "");
     row("plain text, <b>&;", "plain text, <b>&;");
@@ -222,9 +217,9 @@ void tst_HTMLUtils::encodeToJavascriptText()
 void tst_HTMLUtils::encodeToJavascriptTextOfEachUnit()
 {
     for (int code = 0; code <= 0xffff; ++code) {
-        QString expected = QStringLiteral("\\u%1").arg(code, 4, 16, QLatin1Char('0'));
+        QString expected = text("\\u%1").arg(code, 4, 16, QLatin1Char('0'));
         if (code == 10)
-            expected = QStringLiteral("\\n");
+            expected = text("\\n");
         else if (code >= 32 && code <= 126 && code != 34 && code != 39 && code != 92)
             expected = QString(QChar(code));
         QCOMPARE(HTMLUtils::encodeToJavascriptText(QString(QChar(code))), expected);
@@ -233,13 +228,13 @@ void tst_HTMLUtils::encodeToJavascriptTextOfEachUnit()
 
 void tst_HTMLUtils::encodeToJavascriptTextReadByNode()
 {
-    const QString node = QStandardPaths::findExecutable(QStringLiteral("node"));
+    const QString node = QStandardPaths::findExecutable(text("node"));
     if (node.isEmpty())
         QSKIP("node is not installed");
-    QString text;
+    QString string;
     for (int code = 0; code <= 0xffff; ++code)
-        text += QChar(code);
-    const QString encoded = HTMLUtils::encodeToJavascriptText(text);
+        string += QChar(code);
+    const QString encoded = HTMLUtils::encodeToJavascriptText(string);
     const ScriptResult result = runScript(
         node,
         "for (const text of ['" + encoded.toLatin1() + "', \"" + encoded.toLatin1()
@@ -256,7 +251,7 @@ void tst_HTMLUtils::formatHtmlToPlainText_data()
     QTest::addColumn<QString>("html");
     QTest::addColumn<QString>("plain");
     const auto row = [](const char* html, const char* plain) {
-        QTest::newRow(html) << QString::fromUtf8(html) << QString::fromUtf8(plain);
+        QTest::newRow(html) << text(html) << text(plain);
     };
     row("", "");
     row("plain", "plain");
@@ -281,24 +276,24 @@ void tst_HTMLUtils::textWithoutHtmlTags_data()
     QTest::addColumn<QString>("escaped");
     const auto row = [](const char* name, const QString& s, bool spaces, bool newLines,
                         const char* escaped) {
-        QTest::newRow(name) << s << spaces << newLines << QString::fromUtf8(escaped);
+        QTest::newRow(name) << s << spaces << newLines << text(escaped);
     };
-    const QString blanks = QStringLiteral("a b\nc");
+    const QString blanks = text("a b\nc");
     row("empty", QString(), true, true, "");
     row("nothing encoded", blanks, false, false, "a b\nc");
     row("spaces", blanks, true, false, "a&nbsp;b\nc");
     row("line feeds", blanks, false, true, "a b&#10;c");
     row("both", blanks, true, true, "a&nbsp;b&#10;c");
-    row("the four", QStringLiteral("\"&<>"), false, false, "&#34;&#38;&#60;&#62;");
-    row("the apostrophe is none of them", QStringLiteral("it's"), false, false, "it's");
-    row("tags stay, as text", QStringLiteral("<b>x</b>"), false, false, "&#60;b&#62;x&#60;/b&#62;");
-    row("references are escaped again", QStringLiteral("&amp;"), false, false, "&#38;amp;");
-    row("accents", QStringLiteral("éÀ€日"), true, true, "éÀ€日");
-    row("control characters", QStringLiteral("\t\r\u007f"), true, true, "&#9;&#13;&#127;");
+    row("the four", text("\"&<>"), false, false, "&#34;&#38;&#60;&#62;");
+    row("the apostrophe is none of them", text("it's"), false, false, "it's");
+    row("tags stay, as text", text("<b>x</b>"), false, false, "&#60;b&#62;x&#60;/b&#62;");
+    row("references are escaped again", text("&amp;"), false, false, "&#38;amp;");
+    row("accents", text("éÀ€日"), true, true, "éÀ€日");
+    row("control characters", text("\t\r\u007f"), true, true, "&#9;&#13;&#127;");
     row("NUL", units({'a', 0, 'b'}), false, false, "a&#0;b");
-    row("no-break space", QStringLiteral("\u00a0"), true, true, "\u00a0");
-    row("soft hyphen, not printable", QStringLiteral("\u00ad"), false, false, "&#173;");
-    row("beyond the BMP", QStringLiteral("a😀b"), false, false, "a😀b");
+    row("no-break space", text("\u00a0"), true, true, "\u00a0");
+    row("soft hyphen, not printable", text("\u00ad"), false, false, "&#173;");
+    row("beyond the BMP", text("a😀b"), false, false, "a😀b");
     row("beyond it, not printable", units({0xdb40, 0xdc01}), false, false, "&#917505;");
     row("high surrogate alone", units({0xd83d, 'a'}), false, false, "&#55357;a");
     row("high surrogate at the end", units({'a', 0xd83d}), false, false, "a&#55357;");
@@ -321,7 +316,7 @@ void tst_HTMLUtils::textWithoutHtmlTagsOfEachUnit()
         const QChar c(code);
         QString expected(c);
         if (code != 10 && (code == 34 || code == 38 || code == 60 || code == 62 || !c.isPrint()))
-            expected = QStringLiteral("&#%1;").arg(code);
+            expected = text("&#%1;").arg(code);
         QCOMPARE(HTMLUtils::textWithoutHtmlTags(QString(c), false, false), expected);
     }
 }
@@ -329,11 +324,11 @@ void tst_HTMLUtils::textWithoutHtmlTagsOfEachUnit()
 void tst_HTMLUtils::textWithoutHtmlTagsReadByQt()
 {
     // What a reader of HTML makes of it is what went in.
-    const QString text = QStringLiteral("<b>\"A\" & 'B'</b> &amp; é😀 > </p>");
-    QCOMPARE(HTMLUtils::formatHtmlToPlainText(HTMLUtils::textWithoutHtmlTags(text, false, false)),
-             text);
-    const QString blanks = QStringLiteral("a   b\nc");
-    QCOMPARE(HTMLUtils::formatHtmlToPlainText(QStringLiteral("<pre>")
+    const QString string = text("<b>\"A\" & 'B'</b> &amp; é😀 > </p>");
+    QCOMPARE(HTMLUtils::formatHtmlToPlainText(HTMLUtils::textWithoutHtmlTags(string, false, false)),
+             string);
+    const QString blanks = text("a   b\nc");
+    QCOMPARE(HTMLUtils::formatHtmlToPlainText(text("<pre>")
                                               + HTMLUtils::textWithoutHtmlTags(blanks, true, true)),
              blanks);
 }
@@ -343,48 +338,48 @@ void tst_HTMLUtils::decodeFromHtmlText_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("decoded");
     const auto row = [](const char* s, const QString& decoded) {
-        QTest::newRow(s) << QString::fromUtf8(s) << decoded;
+        QTest::newRow(s) << text(s) << decoded;
     };
     row("", QString());
-    row("plain é", QStringLiteral("plain é"));
-    row("a&#233;b&nbsp;c", QStringLiteral("aéb c"));
-    row("&#34;&#38;&#60;&#62;&#10;", QStringLiteral("\"&<>\n"));
-    row("&nbsp;", QStringLiteral(" "));
-    row("&nbsp;&nbsp;x", QStringLiteral("  x"));
-    row("&#65x", QStringLiteral("Ax")); // the end of the digits is copied …
-    row("&#65;x", QStringLiteral("Ax")); // … unless it is ";"
-    row("&#65;;", QStringLiteral("A;"));
-    row("&#65", QStringLiteral("A")); // the end of the text
+    row("plain é", text("plain é"));
+    row("a&#233;b&nbsp;c", text("aéb c"));
+    row("&#34;&#38;&#60;&#62;&#10;", text("\"&<>\n"));
+    row("&nbsp;", text(" "));
+    row("&nbsp;&nbsp;x", text("  x"));
+    row("&#65x", text("Ax")); // the end of the digits is copied …
+    row("&#65;x", text("Ax")); // … unless it is ";"
+    row("&#65;;", text("A;"));
+    row("&#65", text("A")); // the end of the text
     row("&#6", units({6}));
-    row("&#65&#66;", QStringLiteral("A&#66;")); // copied, and no start of another
-    row("&#65&nbsp;", QStringLiteral("A&nbsp;"));
+    row("&#65&#66;", text("A&#66;")); // copied, and no start of another
+    row("&#65&nbsp;", text("A&nbsp;"));
     row("&#;", units({0})); // no digits: the code 0
     row("&#x41;", units({0, 'x', '4', '1', ';'}));
     row("&#a", units({0, 'a'}));
-    row("&#00065;", QStringLiteral("A"));
+    row("&#00065;", text("A"));
     // Other references.
-    row("&amp;&lt;&eacute;", QStringLiteral("&amp;&lt;&eacute;"));
-    row("&nbsp", QStringLiteral("&nbsp"));
-    row("&nbs;", QStringLiteral("&nbs;"));
-    row("&nbsx;", QStringLiteral("&nbsx;"));
-    row("&NBSP;", QStringLiteral("&NBSP;"));
-    row("&&#65;", QStringLiteral("&A"));
-    row("a & b", QStringLiteral("a & b"));
+    row("&amp;&lt;&eacute;", text("&amp;&lt;&eacute;"));
+    row("&nbsp", text("&nbsp"));
+    row("&nbs;", text("&nbs;"));
+    row("&nbsx;", text("&nbsx;"));
+    row("&NBSP;", text("&NBSP;"));
+    row("&&#65;", text("&A"));
+    row("a & b", text("a & b"));
     // Too near the end.
-    row("&", QStringLiteral("&"));
-    row("a&", QStringLiteral("a&"));
-    row("&#", QStringLiteral("&#"));
-    row("a&#", QStringLiteral("a&#"));
+    row("&", text("&"));
+    row("a&", text("a&"));
+    row("&#", text("&#"));
+    row("a&#", text("a&#"));
     // Large codes.
     row("&#65535;", units({0xffff}));
     row("&#65536;", units({0xd800, 0xdc00}));
-    row("&#128512;", QStringLiteral("😀"));
-    row("&#55357;&#56832;", QStringLiteral("😀")); // a pair in halves
+    row("&#128512;", text("😀"));
+    row("&#55357;&#56832;", text("😀")); // a pair in halves
     row("&#1114111;", units({0xdbff, 0xdfff}));
     row("&#1114112;", units({0xfffd}));
     row("&#4294967361;", units({0xfffd})); // 2^32 + 65
     row("&#99999999999999999999999999999999x", units({0xfffd, 'x'}));
-    row("&#9&#9", QStringLiteral("\t&#9"));
+    row("&#9&#9", text("\t&#9"));
     row("\xd9\xa3&#\xd9\xa3", units({0x663, 0, 0x663})); // digits of another script are none here
 }
 
@@ -409,10 +404,9 @@ void tst_HTMLUtils::htmlBRreplace_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("result");
     QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("none") << QStringLiteral("a b") << QStringLiteral("a b");
-    QTest::newRow("two") << QStringLiteral("a\nb\n") << QStringLiteral("a<br />b<br />");
-    QTest::newRow("carriage return stays")
-        << QStringLiteral("a\r\nb") << QStringLiteral("a\r<br />b");
+    QTest::newRow("none") << text("a b") << text("a b");
+    QTest::newRow("two") << text("a\nb\n") << text("a<br />b<br />");
+    QTest::newRow("carriage return stays") << text("a\r\nb") << text("a\r<br />b");
 }
 
 void tst_HTMLUtils::htmlBRreplace()
@@ -424,24 +418,23 @@ void tst_HTMLUtils::htmlBRreplace()
 
 void tst_HTMLUtils::metaTags()
 {
-    QCOMPARE(
-        HTMLUtils::formatHtmlMetaName(QStringLiteral("author"), QStringLiteral("A & \"B\"\nC")),
-        QStringLiteral("<meta name=\"author\" content=\"A &#38; &#34;B&#34;&#10;C\"/>"));
-    QCOMPARE(HTMLUtils::formatHtmlMetaHttpEqui(QStringLiteral("refresh"), QStringLiteral("5 <6>")),
-             QStringLiteral("<meta http-equiv=\"refresh\" content=\"5 &#60;6&#62;\"/>"));
+    QCOMPARE(HTMLUtils::formatHtmlMetaName(text("author"), text("A & \"B\"\nC")),
+             text("<meta name=\"author\" content=\"A &#38; &#34;B&#34;&#10;C\"/>"));
+    QCOMPARE(HTMLUtils::formatHtmlMetaHttpEqui(text("refresh"), text("5 <6>")),
+             text("<meta http-equiv=\"refresh\" content=\"5 &#60;6&#62;\"/>"));
     // Deliberate: the name is not escaped.
-    QCOMPARE(HTMLUtils::formatHtmlMetaName(QStringLiteral("a\"&<"), QString()),
-             QStringLiteral("<meta name=\"a\"&<\" content=\"\"/>"));
-    QCOMPARE(HTMLUtils::formatHtmlMetaHttpEqui(QStringLiteral("a\"&<"), QString()),
-             QStringLiteral("<meta http-equiv=\"a\"&<\" content=\"\"/>"));
+    QCOMPARE(HTMLUtils::formatHtmlMetaName(text("a\"&<"), QString()),
+             text("<meta name=\"a\"&<\" content=\"\"/>"));
+    QCOMPARE(HTMLUtils::formatHtmlMetaHttpEqui(text("a\"&<"), QString()),
+             text("<meta http-equiv=\"a\"&<\" content=\"\"/>"));
 }
 
 void tst_HTMLUtils::tiniestInlineGifImage()
 {
     const QString uri = HTMLUtils::tiniestInlineGifImage();
     QCOMPARE(uri,
-             QStringLiteral("data:image/gif;base64,R0lGODlhAQABAAAAACH5BAEKAAEALAAAAAABAAEAAAICTAEA"
-                            "Ow=="));
+             text("data:image/gif;base64,R0lGODlhAQABAAAAACH5BAEKAAEALAAAAAABAAEAAAICTAEA"
+                  "Ow=="));
     const QByteArray gif = QByteArray::fromBase64(uri.section(QLatin1Char(','), 1).toLatin1());
     const QImage image = QImage::fromData(gif, "GIF");
     QCOMPARE(image.size(), QSize(1, 1));
@@ -451,12 +444,12 @@ void tst_HTMLUtils::tiniestInlineGifImage()
 void tst_HTMLUtils::base64Images()
 {
     QCOMPARE(HTMLUtils::base64ForSvgImageTagSource("<svg/>"),
-             QStringLiteral("data:image/svg+xml;base64,PHN2Zy8+"));
+             text("data:image/svg+xml;base64,PHN2Zy8+"));
     QCOMPARE(HTMLUtils::base64ForSvgImageTagSource(QByteArray()),
-             QStringLiteral("data:image/svg+xml;base64,"));
+             text("data:image/svg+xml;base64,"));
     // Standard Base64, with "+", "/" and "=".
     QCOMPARE(HTMLUtils::base64ForImageTagSource(QByteArray::fromHex("fbefff00")),
-             QStringLiteral("data:image;base64,++//AA=="));
+             text("data:image;base64,++//AA=="));
 }
 
 void tst_HTMLUtils::cssWeightToQtWeight_data()
@@ -490,7 +483,7 @@ void tst_HTMLUtils::colorToCss_data()
     QTest::addColumn<QColor>("color");
     QTest::addColumn<QString>("css");
     const auto row = [](const char* css, const QColor& color) {
-        QTest::newRow(css) << color << QString::fromUtf8(css);
+        QTest::newRow(css) << color << text(css);
     };
     row("#ff0000", QColor(255, 0, 0));
     row("#0a0bff", QColor(10, 11, 255));
@@ -523,14 +516,13 @@ void tst_HTMLUtils::colorToCssOfEachAlpha()
     for (int thousandths = 0; thousandths < 1000; ++thousandths) {
         QColor color(1, 2, 3);
         color.setAlphaF(thousandths / 1000.0);
-        QCOMPARE(HTMLUtils::colorToCss(color),
-                 QStringLiteral("rgba(1,2,3,%1)").arg(thousandths / 1000.0));
+        QCOMPARE(HTMLUtils::colorToCss(color), text("rgba(1,2,3,%1)").arg(thousandths / 1000.0));
     }
     // What is written gives each alpha of eight bits back.
     for (int alpha = 0; alpha < 255; ++alpha) {
         const QString css = HTMLUtils::colorToCss(QColor(0, 0, 0, alpha));
-        const QString text = css.mid(11, css.size() - 12);
-        QCOMPARE(qRound(text.toDouble() * 255), alpha);
+        const QString string = css.mid(11, css.size() - 12);
+        QCOMPARE(qRound(string.toDouble() * 255), alpha);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "MetricSystemUtils.h"
 
 #include "LogCapture.h"
+#include "Text.h"
 
 #include <QtTest>
 
@@ -36,7 +37,7 @@ void tst_MetricSystemUtils::ownership()
     QVERIFY(!MetricSystemUtils().parent());
     QCOMPARE(owned->symbol(MetricSystemUtils::Weight, MetricSystemUtils::Metric,
                            MetricSystemUtils::ShortSymbol),
-             QStringLiteral("Kg"));
+             text("Kg"));
 }
 
 void tst_MetricSystemUtils::symbols_data()

@@ -3,6 +3,8 @@
 
 #include "NetUtils.h"
 
+#include "Text.h"
+
 #include <QHostAddress>
 #include <QNetworkInterface>
 #include <QtTest>
@@ -51,20 +53,20 @@ struct Agreement
 /// A text of \a minimum to \a maximum characters out of \a alphabet.
 QString randomText(const QString& alphabet, int minimum, int maximum)
 {
-    QString text;
+    QString string;
     for (int size = minimum + qrand() % (maximum - minimum + 1); size > 0; --size)
-        text += alphabet.at(qrand() % alphabet.size());
-    return text;
+        string += alphabet.at(qrand() % alphabet.size());
+    return string;
 }
 
 /// Calls \a function with every text of up to \a maximum characters out of \a alphabet.
 template <typename Function>
 void forEachText(const QString& alphabet, int maximum, Function function)
 {
-    QString text;
+    QString string;
     QVector<int> letters;
     for (;;) {
-        function(text);
+        function(string);
         int position = 0;
         while (position < letters.size() && ++letters[position] == alphabet.size())
             letters[position++] = 0;
@@ -73,9 +75,9 @@ void forEachText(const QString& alphabet, int maximum, Function function)
                 return;
             letters.append(0);
         }
-        text.resize(letters.size());
+        string.resize(letters.size());
         for (int i = 0; i < letters.size(); ++i)
-            text[i] = alphabet.at(letters.at(i));
+            string[i] = alphabet.at(letters.at(i));
     }
 }
 
@@ -124,16 +126,16 @@ private Q_SLOTS:
 void tst_NetUtils::patterns()
 {
     const QString web =
-        QStringLiteral("^(https?:\\/\\/)%1(([\\.\\d\\w-]+)|((\\d{1,3}\\.){3}\\d{1,3}))(:\\d{1,5})?"
-                       "(/[\\~\\/\\w\\.-]*)*\\/?$");
-    QCOMPARE(NetUtils::webAddressRx(true).pattern(), QString(web).remove(QStringLiteral("%1")));
+        text("^(https?:\\/\\/)%1(([\\.\\d\\w-]+)|((\\d{1,3}\\.){3}\\d{1,3}))(:\\d{1,5})?"
+             "(/[\\~\\/\\w\\.-]*)*\\/?$");
+    QCOMPARE(NetUtils::webAddressRx(true).pattern(), QString(web).remove(text("%1")));
     QCOMPARE(NetUtils::webAddressRx(false).pattern(), web.arg(QLatin1Char('?')));
 
-    const QString address = QStringLiteral("([\\d\\w]+([\\d\\w]*[-._+])*[\\d\\w]+@[\\d\\w]+([-.]["
-                                           "\\d\\w]+)*([\\d\\w]*[.])[\\w]{2,12})");
-    QCOMPARE(NetUtils::emailAddressRx().pattern(), QStringLiteral("^%1$").arg(address));
+    const QString address = text("([\\d\\w]+([\\d\\w]*[-._+])*[\\d\\w]+@[\\d\\w]+([-.]["
+                                 "\\d\\w]+)*([\\d\\w]*[.])[\\w]{2,12})");
+    QCOMPARE(NetUtils::emailAddressRx().pattern(), text("^%1$").arg(address));
     QCOMPARE(NetUtils::emailAddressMultiRx().pattern(),
-             QStringLiteral("^(%1)(\\s*[,;]\\s*(%1))*$").arg(address));
+             text("^(%1)(\\s*[,;]\\s*(%1))*$").arg(address));
 
     for (const QRegularExpression& rx :
          {NetUtils::webAddressRx(true), NetUtils::webAddressRx(false), NetUtils::emailAddressRx(),
@@ -149,7 +151,7 @@ void tst_NetUtils::webAddresses_data()
     QTest::addColumn<bool>("withScheme"); // the answer where the scheme is required
     QTest::addColumn<bool>("optional"); // the answer where it is not
     const auto row = [](const char* s, bool withScheme, bool optional) {
-        QTest::newRow(*s ? s : "empty") << QString::fromUtf8(s) << withScheme << optional;
+        QTest::newRow(*s ? s : "empty") << text(s) << withScheme << optional;
     };
     row("http://example.com", true, true);
     row("https://example.com", true, true);
@@ -240,16 +242,15 @@ void tst_NetUtils::webAddressesAsThePattern()
     Agreement check;
     check.pattern = NetUtils::webAddressRx(true);
     check.check = NetUtils::checkInternetAdress;
-    forEachText(QStringLiteral("a1.:/-~!\n"), 5,
-                [&](const QString& s) { check(QStringLiteral("http://") + s); });
-    forEachText(QStringLiteral("htps:/"), 7, [&](const QString& s) { check(s); });
+    forEachText(text("a1.:/-~!\n"), 5, [&](const QString& s) { check(text("http://") + s); });
+    forEachText(text("htps:/"), 7, [&](const QString& s) { check(s); });
     qsrand(1);
-    const QString alphabet = QStringLiteral("aaZ012éé例٣_-...:::////~?%@ \n\u0301\u20ac½")
-        + QChar(0xd835) + QChar(0xdcd0); // a mathematical letter, whole or in halves
+    const QString alphabet = text("aaZ012éé例٣_-...:::////~?%@ \n\u0301\u20ac½") + QChar(0xd835)
+        + QChar(0xdcd0); // a mathematical letter, whole or in halves
     for (int i = 0; i < 50000; ++i) {
         const QString s = randomText(alphabet, 0, 14);
-        check(QStringLiteral("http://") + s);
-        check(QStringLiteral("https://a") + s);
+        check(text("http://") + s);
+        check(text("https://a") + s);
         check(s);
     }
     QCOMPARE(check.different, QString());
@@ -261,9 +262,9 @@ void tst_NetUtils::emailAddresses_data()
 {
     QTest::addColumn<QString>("s");
     QTest::addColumn<bool>("valid");
-    const auto accepted = [](const char* s) { QTest::newRow(s) << QString::fromUtf8(s) << true; };
+    const auto accepted = [](const char* s) { QTest::newRow(s) << text(s) << true; };
     const auto rejected = [](const char* s) {
-        QTest::newRow(*s ? s : "empty") << QString::fromUtf8(s) << false;
+        QTest::newRow(*s ? s : "empty") << text(s) << false;
     };
     accepted("ab@example.com");
     accepted("john.doe@example.com");
@@ -351,20 +352,18 @@ void tst_NetUtils::emailAddressesAsThePattern()
     Agreement check;
     check.pattern = NetUtils::emailAddressRx();
     check.check = NetUtils::checkEmailAdress;
-    forEachText(QStringLiteral("a_.-@"), 8, [&](const QString& s) { check(s); });
+    forEachText(text("a_.-@"), 8, [&](const QString& s) { check(s); });
     // Each side of the "@" by itself, longer than both together can be.
-    forEachText(QStringLiteral("aé_.+ "), 6,
-                [&](const QString& s) { check(s + QStringLiteral("@x.fr")); });
-    forEachText(QStringLiteral("aé_.-+\n"), 6,
-                [&](const QString& s) { check(QStringLiteral("ab@") + s); });
+    forEachText(text("aé_.+ "), 6, [&](const QString& s) { check(s + text("@x.fr")); });
+    forEachText(text("aé_.-+\n"), 6, [&](const QString& s) { check(text("ab@") + s); });
     qsrand(1);
     const QString alphabet =
-        QStringLiteral("aaZ012éé例٣__--..++ ,@\n\u0301\u20ac½") + QChar(0xd835) + QChar(0xdcd0);
-    const QString likely = QStringLiteral("aé1_-.");
+        text("aaZ012éé例٣__--..++ ,@\n\u0301\u20ac½") + QChar(0xd835) + QChar(0xdcd0);
+    const QString likely = text("aé1_-.");
     for (int i = 0; i < 50000; ++i) {
         check(randomText(alphabet, 0, 8) + QLatin1Char('@') + randomText(alphabet, 0, 12));
         check(randomText(likely, 1, 6) + QLatin1Char('@') + randomText(likely, 1, 20));
-        check(randomText(likely, 1, 6) + QStringLiteral("@a.") + randomText(likely, 10, 14));
+        check(randomText(likely, 1, 6) + text("@a.") + randomText(likely, 10, 14));
     }
     QCOMPARE(check.different, QString());
     QVERIFY(check.accepted > 10000);
@@ -373,7 +372,7 @@ void tst_NetUtils::emailAddressesAsThePattern()
 
 void tst_NetUtils::emailAddressLength()
 {
-    const QString domain = QStringLiteral("@example.com"); // 12 characters
+    const QString domain = text("@example.com"); // 12 characters
     QVERIFY(NetUtils::checkEmailAdress(QString(242, QLatin1Char('a')) + domain));
     QVERIFY(!NetUtils::checkEmailAdress(QString(243, QLatin1Char('a')) + domain));
     QVERIFY(matches(NetUtils::emailAddressRx(), QString(243, QLatin1Char('a')) + domain));
@@ -384,7 +383,7 @@ void tst_NetUtils::emailAddressLists_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<bool>("valid");
     const auto row = [](const char* s, bool valid) {
-        QTest::newRow(*s ? s : "empty") << QString::fromUtf8(s) << valid;
+        QTest::newRow(*s ? s : "empty") << text(s) << valid;
     };
     row("ab@x.fr", true);
     row("ab@x.fr,cd@y.fr", true);
@@ -416,10 +415,10 @@ void tst_NetUtils::hostileTexts_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<bool>("web");
     QTest::addColumn<bool>("email");
-    const auto repeated = [](const char* text, int times) {
-        return QString::fromUtf8(text).repeated(times);
+    const auto repeated = [](const char* string, int times) {
+        return text(string).repeated(times);
     };
-    const QString http = QStringLiteral("http://a");
+    const QString http = text("http://a");
     QTest::newRow("slashes") << http + repeated("/", 10000) << true << false;
     QTest::newRow("slashes, then no path")
         << http + repeated("/", 10000) + QLatin1Char('!') << false << false;
@@ -428,13 +427,12 @@ void tst_NetUtils::hostileTexts_data()
     QTest::newRow("words") << repeated("a", 250) << false << false;
     QTest::newRow("words and an at") << repeated("a", 249) + QLatin1Char('@') << false << false;
     QTest::newRow("underscores") << repeated("_", 250) << false << false;
-    QTest::newRow("separators") << repeated("a.", 124) + QStringLiteral("@x") << false << false;
-    QTest::newRow("domain") << QStringLiteral("ab@") + repeated("a", 247) << false << false;
-    QTest::newRow("labels") << QStringLiteral("ab@") + repeated("a.", 123) << false << false;
+    QTest::newRow("separators") << repeated("a.", 124) + text("@x") << false << false;
+    QTest::newRow("domain") << text("ab@") + repeated("a", 247) << false << false;
+    QTest::newRow("labels") << text("ab@") + repeated("a.", 123) << false << false;
     QTest::newRow("labels, valid")
-        << QStringLiteral("ab@") + repeated("a.", 124) + QStringLiteral("fr") << false << true;
-    QTest::newRow("hyphens") << QStringLiteral("ab@") + repeated("a-", 120) + QStringLiteral("fr")
-                             << false << false;
+        << text("ab@") + repeated("a.", 124) + text("fr") << false << true;
+    QTest::newRow("hyphens") << text("ab@") + repeated("a-", 120) + text("fr") << false << false;
     QTest::newRow("a million") << repeated("a", 1000000) << false << false;
 }
 
@@ -472,8 +470,7 @@ void tst_NetUtils::mainIpAddress()
         QSKIP("the system does not allow a network namespace");
     QVERIFY(made);
     QCOMPARE(found,
-             QStringList({QString(), QString(), QString(), QStringLiteral("192.0.2.7"),
-                          QStringLiteral("192.0.2.7")}));
+             QStringList({QString(), QString(), QString(), text("192.0.2.7"), text("192.0.2.7")}));
 #else
     QSKIP("network namespaces are Linux's");
 #endif
@@ -484,10 +481,10 @@ void tst_NetUtils::mainIpAddressByRule()
     QString expected;
     const QList<QHostAddress> addresses = QNetworkInterface::allAddresses();
     for (const QHostAddress& address : addresses) {
-        const QString text = address.toString();
-        if (expected.isEmpty() && text.startsWith(QLatin1String("192."))
-            && text.count(QLatin1Char('.')) == 3)
-            expected = text;
+        const QString string = address.toString();
+        if (expected.isEmpty() && string.startsWith(QLatin1String("192."))
+            && string.count(QLatin1Char('.')) == 3)
+            expected = string;
     }
     QCOMPARE(NetUtils::mainIpAddress(), expected);
 }

@@ -4,6 +4,7 @@
 #include "PhpUtil.h"
 
 #include "ScriptRunner.h"
+#include "Text.h"
 
 #include <QStandardPaths>
 #include <QtTest>
@@ -26,8 +27,7 @@ void tst_PhpUtil::strings_data()
     QTest::addColumn<QString>("quoted");
     QTest::addColumn<QString>("simplified");
     const auto row = [](const char* s, const char* quoted, const char* simplified) {
-        QTest::newRow(s) << QString::fromUtf8(s) << QString::fromUtf8(quoted)
-                         << QString::fromUtf8(simplified);
+        QTest::newRow(s) << text(s) << text(quoted) << text(simplified);
     };
     row("", "\"\"", "\"\"");
     row("plain", "\"plain\"", "\"plain\"");
@@ -50,50 +50,50 @@ void tst_PhpUtil::strings()
 
 void tst_PhpUtil::readByPhp()
 {
-    const QString php = QStandardPaths::findExecutable(QStringLiteral("php"));
+    const QString php = QStandardPaths::findExecutable(text("php"));
     if (php.isEmpty())
         QSKIP("php is not installed");
     const QStringList texts{QString(),
-                            QStringLiteral("plain"),
-                            QStringLiteral("say \"hi\", it's '100' %"),
-                            QStringLiteral("two\nlines\tand <b>tags</b> ?>"),
-                            QStringLiteral("été € 日本 😀"),
-                            QStringLiteral("\"\"\"")};
-    for (const QString& text : texts) {
+                            text("plain"),
+                            text("say \"hi\", it's '100' %"),
+                            text("two\nlines\tand <b>tags</b> ?>"),
+                            text("été € 日本 😀"),
+                            text("\"\"\"")};
+    for (const QString& string : texts) {
         const ScriptResult result =
-            runScript(php, "<?php echo " + PhpUtil::formatPhpString(text).toUtf8() + ";");
+            runScript(php, "<?php echo " + PhpUtil::formatPhpString(string).toUtf8() + ";");
         QCOMPARE(result.exitCode, 0);
-        QCOMPARE(QString::fromUtf8(result.output), text);
+        QCOMPARE(QString::fromUtf8(result.output), string);
     }
 }
 
 /// Deliberate: a "$name" in the text is PHP's variable.
 void tst_PhpUtil::variablesAreInterpolated()
 {
-    const QString php = QStandardPaths::findExecutable(QStringLiteral("php"));
+    const QString php = QStandardPaths::findExecutable(text("php"));
     if (php.isEmpty())
         QSKIP("php is not installed");
-    const ScriptResult result = runScript(
-        php,
-        "<?php $name = 'Zoé'; echo "
-            + PhpUtil::formatPhpString(QStringLiteral("\"$name\" {$name}")).toUtf8() + ";");
+    const ScriptResult result =
+        runScript(php,
+                  "<?php $name = 'Zoé'; echo "
+                      + PhpUtil::formatPhpString(text("\"$name\" {$name}")).toUtf8() + ";");
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(QString::fromUtf8(result.output), QStringLiteral("\"Zoé\" Zoé"));
+    QCOMPARE(QString::fromUtf8(result.output), text("\"Zoé\" Zoé"));
 }
 
 /// Deliberate: backslashes are not escaped.
 void tst_PhpUtil::backslashesBeginEscapes()
 {
-    const QString php = QStandardPaths::findExecutable(QStringLiteral("php"));
+    const QString php = QStandardPaths::findExecutable(text("php"));
     if (php.isEmpty())
         QSKIP("php is not installed");
-    const ScriptResult changed = runScript(
-        php, "<?php echo " + PhpUtil::formatPhpString(QStringLiteral("a\\nb\\\\c")).toUtf8() + ";");
+    const ScriptResult changed =
+        runScript(php, "<?php echo " + PhpUtil::formatPhpString(text("a\\nb\\\\c")).toUtf8() + ";");
     QCOMPARE(changed.exitCode, 0);
     QCOMPARE(changed.output, QByteArray("a\nb\\c"));
     // A text that ends with one leaves its string open.
-    const ScriptResult open = runScript(
-        php, "<?php echo " + PhpUtil::formatPhpString(QStringLiteral("C:\\")).toUtf8() + ";");
+    const ScriptResult open =
+        runScript(php, "<?php echo " + PhpUtil::formatPhpString(text("C:\\")).toUtf8() + ";");
     QVERIFY(open.exitCode != 0);
 }
 

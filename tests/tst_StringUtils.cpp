@@ -4,6 +4,7 @@
 #include "StringUtils.h"
 
 #include "LogCapture.h"
+#include "Text.h"
 
 #include <QDateTime>
 #include <QRegExp>
@@ -40,7 +41,7 @@ void inEightThreads(Function function)
 QString searchKeyByRule(const QString& s)
 {
     QString key = s.normalized(QString::NormalizationForm_D);
-    key.remove(QRegExp(QStringLiteral("[^a-zA-Z0-9\\s\\-]")));
+    key.remove(QRegExp(text("[^a-zA-Z0-9\\s\\-]")));
     return key.simplified().toLower();
 }
 
@@ -48,8 +49,8 @@ QString searchKeyByRule(const QString& s)
 QStringList searchWordsByRule(const QString& s)
 {
     QStringList words;
-    const QStringList parts = s.simplified().toLower().split(QRegExp(QStringLiteral("[\\W\\-]+")),
-                                                             QString::SkipEmptyParts);
+    const QStringList parts =
+        s.simplified().toLower().split(QRegExp(text("[\\W\\-]+")), QString::SkipEmptyParts);
     for (const QString& part : parts)
         words.append(searchKeyByRule(part));
     return words;
@@ -58,10 +59,10 @@ QStringList searchWordsByRule(const QString& s)
 /// A text of up to \a maximum characters out of \a alphabet.
 QString randomText(const QString& alphabet, int maximum)
 {
-    QString text;
+    QString expected;
     for (int size = qrand() % (maximum + 1); size > 0; --size)
-        text += alphabet.at(qrand() % alphabet.size());
-    return text;
+        expected += alphabet.at(qrand() % alphabet.size());
+    return expected;
 }
 
 QString bytesInHex(const QByteArray& bytes)
@@ -131,8 +132,8 @@ void tst_StringUtils::concurrentFirstCalls()
 {
     std::atomic<int> right{0};
     inEightThreads([&right] {
-        right += StringUtils::removeAccents(QStringLiteral("Œÿ")) == QLatin1String("OEy");
-        right += StringUtils::normalizeTextForSearch(QStringLiteral("Éỹ")) == QLatin1String("ey");
+        right += StringUtils::removeAccents(text("Œÿ")) == QLatin1String("OEy");
+        right += StringUtils::normalizeTextForSearch(text("Éỹ")) == QLatin1String("ey");
     });
     QCOMPARE(right.load(), 16);
 }
@@ -140,10 +141,10 @@ void tst_StringUtils::concurrentFirstCalls()
 void tst_StringUtils::formatDurationFromMSec_data()
 {
     QTest::addColumn<quint64>("ms");
-    QTest::addColumn<QString>("text");
-    const auto row = [](quint64 ms, const char* text) {
+    QTest::addColumn<QString>("expected");
+    const auto row = [](quint64 ms, const char* expected) {
         QTest::newRow(qPrintable(QString::asprintf("%llu", static_cast<unsigned long long>(ms))))
-            << ms << QString::fromUtf8(text);
+            << ms << text(expected);
     };
     row(0, "");
     row(1, "1ms ");
@@ -173,22 +174,22 @@ void tst_StringUtils::formatDurationFromMSec_data()
 void tst_StringUtils::formatDurationFromMSec()
 {
     QFETCH(quint64, ms);
-    QTEST(StringUtils::formatDurationFromMSec(ms), "text");
+    QTEST(StringUtils::formatDurationFromMSec(ms), "expected");
 }
 
 void tst_StringUtils::formatDurationFromSec()
 {
     QCOMPARE(StringUtils::formatDurationFromSec(0), QString());
-    QCOMPARE(StringUtils::formatDurationFromSec(1), QStringLiteral("1s "));
-    QCOMPARE(StringUtils::formatDurationFromSec(61), QStringLiteral("1mn 1s "));
-    QCOMPARE(StringUtils::formatDurationFromSec(3723), QStringLiteral("1h 2mn 3s "));
-    QCOMPARE(StringUtils::formatDurationFromSec(86401), QStringLiteral("1s 86400000ms "));
+    QCOMPARE(StringUtils::formatDurationFromSec(1), text("1s "));
+    QCOMPARE(StringUtils::formatDurationFromSec(61), text("1mn 1s "));
+    QCOMPARE(StringUtils::formatDurationFromSec(3723), text("1h 2mn 3s "));
+    QCOMPARE(StringUtils::formatDurationFromSec(86401), text("1s 86400000ms "));
 }
 
 void tst_StringUtils::fixedTexts()
 {
-    QCOMPARE(StringUtils::systemMainFamily(), QStringLiteral("Helvetica Neue"));
-    QCOMPARE(StringUtils::endl(), QStringLiteral("\n"));
+    QCOMPARE(StringUtils::systemMainFamily(), text("Helvetica Neue"));
+    QCOMPARE(StringUtils::endl(), text("\n"));
     QCOMPARE(
         StringUtils::stringLoremIpsum(),
         QStringLiteral(
@@ -208,7 +209,7 @@ void tst_StringUtils::compareVersion_data()
     QTest::addColumn<int>("result");
     const auto row = [](const char* a, const char* b, bool comparable, int result) {
         QTest::newRow(qPrintable(QString::asprintf("'%s' '%s'", a, b)))
-            << QString::fromUtf8(a) << QString::fromUtf8(b) << comparable << result;
+            << text(a) << text(b) << comparable << result;
     };
     row("1", "1", true, 0);
     row("2", "1", true, 1);
@@ -291,14 +292,14 @@ void tst_StringUtils::capitalize_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("capitalized");
     QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("one letter") << QStringLiteral("a") << QStringLiteral("A");
-    QTest::newRow("word") << QStringLiteral("hello world") << QStringLiteral("Hello world");
-    QTest::newRow("the rest is unchanged") << QStringLiteral("hELLO") << QStringLiteral("HELLO");
-    QTest::newRow("capital already") << QStringLiteral("Hello") << QStringLiteral("Hello");
-    QTest::newRow("accent") << QStringLiteral("élan VITAL") << QStringLiteral("Élan VITAL");
-    QTest::newRow("longer in upper case") << QStringLiteral("ßa") << QStringLiteral("SSa");
-    QTest::newRow("no letter") << QStringLiteral("1a") << QStringLiteral("1a");
-    QTest::newRow("blank first") << QStringLiteral(" a") << QStringLiteral(" a");
+    QTest::newRow("one letter") << text("a") << text("A");
+    QTest::newRow("word") << text("hello world") << text("Hello world");
+    QTest::newRow("the rest is unchanged") << text("hELLO") << text("HELLO");
+    QTest::newRow("capital already") << text("Hello") << text("Hello");
+    QTest::newRow("accent") << text("élan VITAL") << text("Élan VITAL");
+    QTest::newRow("longer in upper case") << text("ßa") << text("SSa");
+    QTest::newRow("no letter") << text("1a") << text("1a");
+    QTest::newRow("blank first") << text(" a") << text(" a");
 }
 
 void tst_StringUtils::capitalize()
@@ -312,12 +313,12 @@ void tst_StringUtils::escapeQuotes_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("escaped");
     QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("none") << QStringLiteral("it's") << QStringLiteral("it's");
-    QTest::newRow("two") << QStringLiteral("say \"hi\"") << QStringLiteral("say \\\"hi\\\"");
-    QTest::newRow("quote alone") << QStringLiteral("\"") << QStringLiteral("\\\"");
+    QTest::newRow("none") << text("it's") << text("it's");
+    QTest::newRow("two") << text("say \"hi\"") << text("say \\\"hi\\\"");
+    QTest::newRow("quote alone") << text("\"") << text("\\\"");
     // Deliberate: a backslash is not doubled.
-    QTest::newRow("backslash") << QStringLiteral("a\\b") << QStringLiteral("a\\b");
-    QTest::newRow("escaped already") << QStringLiteral("\\\"") << QStringLiteral("\\\\\"");
+    QTest::newRow("backslash") << text("a\\b") << text("a\\b");
+    QTest::newRow("escaped already") << text("\\\"") << text("\\\\\"");
 }
 
 void tst_StringUtils::escapeQuotes()
@@ -333,9 +334,8 @@ void tst_StringUtils::removeAccentsOfEachCharacter_data()
     QTest::addColumn<QString>("accented");
     QTest::addColumn<QString>("plain");
     const auto rows = [](const char* characters, const char* plain) {
-        for (const QChar c : QString::fromUtf8(characters))
-            QTest::newRow(QString(c).toUtf8().constData())
-                << QString(c) << QString::fromUtf8(plain);
+        for (const QChar c : text(characters))
+            QTest::newRow(QString(c).toUtf8().constData()) << QString(c) << text(plain);
     };
     rows("Š", "S");
     rows("Œ", "OE");
@@ -388,18 +388,17 @@ void tst_StringUtils::removeAccents_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("plain");
     QTest::newRow("null") << QString() << QString();
-    QTest::newRow("empty") << QStringLiteral("") << QString();
-    QTest::newRow("plain") << QStringLiteral("plain text, 1") << QStringLiteral("plain text, 1");
-    QTest::newRow("ligatures") << QStringLiteral("Œuvre à Ærø") << QStringLiteral("OEuvre a AEro");
-    QTest::newRow("sharp s") << QStringLiteral("Straße") << QStringLiteral("Strase");
-    QTest::newRow("quirks") << QStringLiteral("ðµ¥") << QStringLiteral("ouY");
-    QTest::newRow("unknown letters") << QStringLiteral("Ąłřþ×") << QStringLiteral("Ąłřþ×");
-    QTest::newRow("mixed") << QStringLiteral("éĄè") << QStringLiteral("eĄe");
-    QTest::newRow("combining accent") << QStringLiteral("e\u0301") << QStringLiteral("e\u0301");
-    QTest::newRow("micro sign only") << QStringLiteral("\u03bc") << QStringLiteral("\u03bc");
-    QTest::newRow("beyond the BMP") << QStringLiteral("é😀") << QStringLiteral("e😀");
-    QTest::newRow("NUL") << QString(QChar(0)) + QStringLiteral("é")
-                         << QString(QChar(0)) + QStringLiteral("e");
+    QTest::newRow("empty") << text("") << QString();
+    QTest::newRow("plain") << text("plain text, 1") << text("plain text, 1");
+    QTest::newRow("ligatures") << text("Œuvre à Ærø") << text("OEuvre a AEro");
+    QTest::newRow("sharp s") << text("Straße") << text("Strase");
+    QTest::newRow("quirks") << text("ðµ¥") << text("ouY");
+    QTest::newRow("unknown letters") << text("Ąłřþ×") << text("Ąłřþ×");
+    QTest::newRow("mixed") << text("éĄè") << text("eĄe");
+    QTest::newRow("combining accent") << text("e\u0301") << text("e\u0301");
+    QTest::newRow("micro sign only") << text("\u03bc") << text("\u03bc");
+    QTest::newRow("beyond the BMP") << text("é😀") << text("e😀");
+    QTest::newRow("NUL") << QString(QChar(0)) + text("é") << QString(QChar(0)) + text("e");
 }
 
 void tst_StringUtils::removeAccents()
@@ -413,8 +412,7 @@ void tst_StringUtils::normalizeTextForSearch_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("key");
     const auto row = [](const char* s, const char* key) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s'", s)))
-            << QString::fromUtf8(s) << QString::fromUtf8(key);
+        QTest::newRow(qPrintable(QString::asprintf("'%s'", s))) << text(s) << text(key);
     };
     row("", "");
     row("Élan, Vital!", "elan vital");
@@ -470,30 +468,27 @@ void tst_StringUtils::splitTextForSearch_data()
     QTest::addColumn<QString>("s");
     QTest::addColumn<QStringList>("words");
     const auto row = [](const char* s, const QStringList& words) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s'", s))) << QString::fromUtf8(s) << words;
+        QTest::newRow(qPrintable(QString::asprintf("'%s'", s))) << text(s) << words;
     };
     row("", {});
     row("  ", {});
     row("-,;", {});
-    row("word", {QStringLiteral("word")});
-    row("Two Words", {QStringLiteral("two"), QStringLiteral("words")});
-    row("Arc-en-ciel, été",
-        {QStringLiteral("arc"), QStringLiteral("en"), QStringLiteral("ciel"),
-         QStringLiteral("ete")});
-    row("--a--b--", {QStringLiteral("a"), QStringLiteral("b")});
-    row("again Again AGAIN",
-        {QStringLiteral("again"), QStringLiteral("again"), QStringLiteral("again")});
-    row("a ß b", {QStringLiteral("a"), QString(), QStringLiteral("b")});
-    row("東京 tower", {QString(), QStringLiteral("tower")});
-    row("snake_case", {QStringLiteral("snakecase")});
+    row("word", {text("word")});
+    row("Two Words", {text("two"), text("words")});
+    row("Arc-en-ciel, été", {text("arc"), text("en"), text("ciel"), text("ete")});
+    row("--a--b--", {text("a"), text("b")});
+    row("again Again AGAIN", {text("again"), text("again"), text("again")});
+    row("a ß b", {text("a"), QString(), text("b")});
+    row("東京 tower", {QString(), text("tower")});
+    row("snake_case", {text("snakecase")});
     row("_", {QString()});
-    row("l'été", {QStringLiteral("l"), QStringLiteral("ete")});
-    row("e\xcc\x81t\xc3\xa9", {QStringLiteral("ete")});
-    row("a😀b", {QStringLiteral("a"), QStringLiteral("b")});
+    row("l'été", {text("l"), text("ete")});
+    row("e\xcc\x81t\xc3\xa9", {text("ete")});
+    row("a😀b", {text("a"), text("b")});
     row("a\xc2\xa0"
         "b",
-        {QStringLiteral("a"), QStringLiteral("b")});
-    row("İstanbul", {QStringLiteral("istanbul")}); // lower case is an i and a dot above
+        {text("a"), text("b")});
+    row("İstanbul", {text("istanbul")}); // lower case is an i and a dot above
 }
 
 void tst_StringUtils::splitTextForSearch()
@@ -518,7 +513,7 @@ void tst_StringUtils::splitTextForSearchOfEachCharacter()
 void tst_StringUtils::searchByRule()
 {
     qsrand(1);
-    const QString alphabet = QStringLiteral("aZ09éÉßœİǅ_-.,' \t\u00a0\u0301\u0327ΣσЖ한\u1fef\u212b")
+    const QString alphabet = text("aZ09éÉßœİǅ_-.,' \t\u00a0\u0301\u0327ΣσЖ한\u1fef\u212b")
         + QChar(0xd83d) + QChar(0xde00);
     for (int i = 0; i < 20000; ++i) {
         const QString s = randomText(alphabet, 12);
@@ -533,14 +528,13 @@ void tst_StringUtils::getRandomString()
     QCOMPARE(StringUtils::getRandomString(-3), QString());
     QCOMPARE(StringUtils::getRandomString(1).size(), 1);
 
-    const QString text = StringUtils::getRandomString(20000);
-    QCOMPARE(text.size(), 20000);
+    const QString expected = StringUtils::getRandomString(20000);
+    QCOMPARE(expected.size(), 20000);
     QSet<QChar> seen;
-    for (const QChar c : text)
+    for (const QChar c : expected)
         seen.insert(c);
     QSet<QChar> alphabet;
-    for (const QChar c :
-         QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"))
+    for (const QChar c : text("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"))
         alphabet.insert(c);
     QCOMPARE(alphabet.size(), 62);
     QCOMPARE(seen, alphabet);
@@ -562,8 +556,7 @@ void tst_StringUtils::getRandomStringUsesQrand()
 void tst_StringUtils::generateUUID()
 {
     const QString uuid = StringUtils::generateUUID();
-    const QRegularExpression form(
-        QStringLiteral("\\A\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}\\z"));
+    const QRegularExpression form(text("\\A\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}\\z"));
     QVERIFY2(form.match(uuid).hasMatch(), qPrintable(uuid));
     QCOMPARE(QUuid(uuid).version(), QUuid::Random);
     QVERIFY(StringUtils::generateUUID() != uuid);
@@ -574,7 +567,7 @@ void tst_StringUtils::generateUniqueId()
     const qint64 before = QDateTime::currentMSecsSinceEpoch();
     const QString id = StringUtils::generateUniqueId(reinterpret_cast<void*>(quintptr(12345)));
     const qint64 after = QDateTime::currentMSecsSinceEpoch();
-    const QString address = QStringLiteral("9ix"); // 9 * 1296 + 18 * 36 + 33
+    const QString address = text("9ix"); // 9 * 1296 + 18 * 36 + 33
     QVERIFY2(id.endsWith(address), qPrintable(id));
     bool parses = false;
     const qint64 time = id.left(id.size() - address.size()).toLongLong(&parses, 36);
@@ -591,10 +584,10 @@ void tst_StringUtils::formatRealForInput_data()
 {
     QTest::addColumn<double>("value");
     QTest::addColumn<int>("precision");
-    QTest::addColumn<QString>("text");
-    const auto row = [](double value, int precision, const char* text) {
+    QTest::addColumn<QString>("expected");
+    const auto row = [](double value, int precision, const char* expected) {
         QTest::newRow(qPrintable(QString::asprintf("%g with %d", value, precision)))
-            << value << precision << QString::fromUtf8(text);
+            << value << precision << text(expected);
     };
     row(2.5, 2, "2.5");
     row(3.0, 2, "3");
@@ -621,17 +614,17 @@ void tst_StringUtils::formatRealForInput()
 {
     QFETCH(double, value);
     QFETCH(int, precision);
-    QTEST(StringUtils::formatRealForInput(value, precision), "text");
+    QTEST(StringUtils::formatRealForInput(value, precision), "expected");
 }
 
 void tst_StringUtils::byteArrayToString_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("base");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char* bytesInHex, int base, const char* text) {
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char* bytesInHex, int base, const char* expected) {
         QTest::newRow(qPrintable(QString::asprintf("%s in base %d", bytesInHex, base)))
-            << QByteArray::fromHex(bytesInHex) << base << QString::fromUtf8(text);
+            << QByteArray::fromHex(bytesInHex) << base << text(expected);
     };
     row("", 16, "");
     row("0aff", 16, "0aff");
@@ -653,7 +646,7 @@ void tst_StringUtils::byteArrayToString()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(int, base);
-    QTEST(StringUtils::byteArrayToString(bytes, base), "text");
+    QTEST(StringUtils::byteArrayToString(bytes, base), "expected");
 }
 
 void tst_StringUtils::hexaStringToByteArray_data()
@@ -663,7 +656,7 @@ void tst_StringUtils::hexaStringToByteArray_data()
     QTest::addColumn<QString>("hex");
     const auto row = [](const char* s, int base, const char* hex) {
         QTest::newRow(qPrintable(QString::asprintf("'%s' in base %d", s, base)))
-            << QString::fromUtf8(s) << base << QString::fromUtf8(hex);
+            << text(s) << base << text(hex);
     };
     row("", 16, "");
     row("0aff", 16, "0aff");
@@ -695,9 +688,9 @@ void tst_StringUtils::bytesThereAndBack()
     for (int i = 0; i < 256; ++i)
         bytes.append(char(i));
     for (const int base : {16, 17, 36}) {
-        const QString text = StringUtils::byteArrayToString(bytes, base);
-        QCOMPARE(text.size(), 512);
-        QCOMPARE(StringUtils::hexaStringToByteArray(text, base), bytes);
+        const QString expected = StringUtils::byteArrayToString(bytes, base);
+        QCOMPARE(expected.size(), 512);
+        QCOMPARE(StringUtils::hexaStringToByteArray(expected, base), bytes);
     }
 }
 
@@ -712,9 +705,8 @@ void tst_StringUtils::findNoExistantName_data()
                         const char* extension, const char* name) {
         QTest::newRow(qPrintable(
             QString::asprintf("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)))
-            << QString::fromUtf8(existing).split(QLatin1Char('|'), QString::SkipEmptyParts)
-            << QString::fromUtf8(prefix) << QString::fromUtf8(pattern)
-            << QString::fromUtf8(extension) << QString::fromUtf8(name);
+            << text(existing).split(QLatin1Char('|'), QString::SkipEmptyParts) << text(prefix)
+            << text(pattern) << text(extension) << text(name);
     };
     row("page.html|Page 1.html", "Page", " %1", "html", "Page 2.html");
     row("", "Page", " %1", "html", "Page.html");
@@ -756,16 +748,14 @@ void tst_StringUtils::findNoExistantName()
 
 void tst_StringUtils::findNoExistantNameAmongMany()
 {
-    QStringList existing{QStringLiteral("A.txt")};
+    QStringList existing{text("A.txt")};
     for (int i = 20000; i > 0; --i)
-        existing.append(QStringLiteral("A %1.TXT").arg(i));
-    QCOMPARE(StringUtils::findNoExistantName(existing, QStringLiteral("a"), QStringLiteral(" %1"),
-                                             QStringLiteral("txt")),
-             QStringLiteral("a 20001.txt"));
-    existing.removeOne(QStringLiteral("A 777.TXT"));
-    QCOMPARE(StringUtils::findNoExistantName(existing, QStringLiteral("a"), QStringLiteral(" %1"),
-                                             QStringLiteral("txt")),
-             QStringLiteral("a 777.txt"));
+        existing.append(text("A %1.TXT").arg(i));
+    QCOMPARE(StringUtils::findNoExistantName(existing, text("a"), text(" %1"), text("txt")),
+             text("a 20001.txt"));
+    existing.removeOne(text("A 777.TXT"));
+    QCOMPARE(StringUtils::findNoExistantName(existing, text("a"), text(" %1"), text("txt")),
+             text("a 777.txt"));
 }
 
 void tst_StringUtils::replaceFirstText_data()
@@ -776,8 +766,7 @@ void tst_StringUtils::replaceFirstText_data()
     QTest::addColumn<QString>("result");
     const auto row = [](const char* s, const char* before, const char* after, const char* result) {
         QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, before, after)))
-            << QString::fromUtf8(s) << QString::fromUtf8(before) << QString::fromUtf8(after)
-            << QString::fromUtf8(result);
+            << text(s) << text(before) << text(after) << text(result);
     };
     row("one two one", "one", "1", "1 two one");
     row("one two", "two", "second", "one second");
@@ -810,8 +799,7 @@ void tst_StringUtils::replaceFirstMatch_data()
     const auto row = [](const char* s, const char* pattern, const char* group, const char* after,
                         const char* result) {
         QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, pattern, group)))
-            << QString::fromUtf8(s) << QString::fromUtf8(pattern) << QString::fromUtf8(group)
-            << QString::fromUtf8(after) << QString::fromUtf8(result);
+            << text(s) << text(pattern) << text(group) << text(after) << text(result);
     };
     row("w=10 h=20 h=30", "h=(?<n>\\d+)", "n", "99", "w=10 h=99 h=30");
     row("w=10 h=20", "(?<key>\\w)=(?<n>\\d+)", "n", "5", "w=5 h=20");
@@ -837,22 +825,19 @@ void tst_StringUtils::replaceFirstMatch()
 
 void tst_StringUtils::replacesInPlace()
 {
-    QString s = QStringLiteral("one one");
-    QCOMPARE(&StringUtils::replaceFirstOccurrence(s, QStringLiteral("one"), QStringLiteral("1")),
-             &s);
-    const QRegularExpression rx(QStringLiteral("(?<word>one)"));
-    QCOMPARE(
-        &StringUtils::replaceFirstOccurrence(s, rx, QStringLiteral("word"), QStringLiteral("2")),
-        &s);
-    QCOMPARE(s, QStringLiteral("1 2"));
+    QString s = text("one one");
+    QCOMPARE(&StringUtils::replaceFirstOccurrence(s, text("one"), text("1")), &s);
+    const QRegularExpression rx(text("(?<word>one)"));
+    QCOMPARE(&StringUtils::replaceFirstOccurrence(s, rx, text("word"), text("2")), &s);
+    QCOMPARE(s, text("1 2"));
 }
 
 void tst_StringUtils::removeLastChar_data()
 {
     QTest::addColumn<QString>("s");
     QTest::addColumn<QString>("result");
-    QTest::newRow("word") << QStringLiteral("abc") << QStringLiteral("ab");
-    QTest::newRow("one") << QStringLiteral("a") << QString();
+    QTest::newRow("word") << text("abc") << text("ab");
+    QTest::newRow("one") << text("a") << QString();
     QTest::newRow("empty") << QString() << QString();
 }
 
@@ -865,8 +850,8 @@ void tst_StringUtils::removeLastChar()
 
 void tst_StringUtils::richTextToBold()
 {
-    QCOMPARE(StringUtils::richTextToBold(QStringLiteral("a & b")), QStringLiteral("<b>a & b</b>"));
-    QCOMPARE(StringUtils::richTextToBold(QString()), QStringLiteral("<b></b>"));
+    QCOMPARE(StringUtils::richTextToBold(text("a & b")), text("<b>a & b</b>"));
+    QCOMPARE(StringUtils::richTextToBold(QString()), text("<b></b>"));
 }
 
 void tst_StringUtils::joinWithSlashes_data()
@@ -874,14 +859,10 @@ void tst_StringUtils::joinWithSlashes_data()
     QTest::addColumn<QStringList>("elements");
     QTest::addColumn<QString>("joined");
     QTest::newRow("none") << QStringList() << QString();
-    QTest::newRow("one") << QStringList{QStringLiteral("a")} << QStringLiteral("a");
-    QTest::newRow("three") << QStringList{QStringLiteral("a"), QStringLiteral("b"),
-                                          QStringLiteral("c")}
-                           << QStringLiteral("a/b/c");
-    QTest::newRow("empty elements")
-        << QStringList{QString(), QStringLiteral("a"), QString()} << QStringLiteral("/a/");
-    QTest::newRow("slashes inside stay")
-        << QStringList{QStringLiteral("a/"), QStringLiteral("/b")} << QStringLiteral("a///b");
+    QTest::newRow("one") << QStringList{text("a")} << text("a");
+    QTest::newRow("three") << QStringList{text("a"), text("b"), text("c")} << text("a/b/c");
+    QTest::newRow("empty elements") << QStringList{QString(), text("a"), QString()} << text("/a/");
+    QTest::newRow("slashes inside stay") << QStringList{text("a/"), text("/b")} << text("a///b");
 }
 
 void tst_StringUtils::joinWithSlashes()
@@ -894,8 +875,8 @@ void tst_StringUtils::nothingIsLogged()
 {
     LogCapture log;
     int result = 0;
-    StringUtils::compareVersion(QStringLiteral("x"), QStringLiteral("y"), result);
-    StringUtils::hexaStringToByteArray(QStringLiteral("zz"), 16);
+    StringUtils::compareVersion(text("x"), text("y"), result);
+    StringUtils::hexaStringToByteArray(text("zz"), 16);
     StringUtils::getRandomString(-1);
     QCOMPARE(log.lines(), QStringList());
 }

@@ -5,6 +5,7 @@
 
 #include "FileUtils.h"
 #include "LogCapture.h"
+#include "Text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -46,8 +47,8 @@ private:
 
 void tst_TaxeRatesUtils::firstUseBuilds()
 {
-    QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("fr"), 1), 5.5);
-    QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("FR"), 2), 10.0);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("fr"), 1), 5.5);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 2), 10.0);
 }
 
 void tst_TaxeRatesUtils::categories()
@@ -125,31 +126,29 @@ void tst_TaxeRatesUtils::file()
     const QString code = QString::fromLatin1(QTest::currentDataTag());
     const QJsonObject entry =
         QJsonDocument::fromJson(
-            FileUtils::readFileContent(QStringLiteral(":/orvautils/ue_tax_rates/taxes_ue.json")))
-            .object()[QStringLiteral("rates")]
+            FileUtils::readFileContent(text(":/orvautils/ue_tax_rates/taxes_ue.json")))
+            .object()[text("rates")]
             .toObject()[code]
             .toObject();
     const auto json = [](double rate) { return rate < 0 ? QJsonValue(false) : QJsonValue(rate); };
     QJsonObject expected;
-    expected[QStringLiteral("country")] = country;
-    expected[QStringLiteral("standard_rate")] = json(rates.standard);
-    expected[QStringLiteral("reduced_rate")] = json(rates.reduced);
-    expected[QStringLiteral("reduced_rate_alt")] = json(rates.alternative);
-    expected[QStringLiteral("super_reduced_rate")] = json(rates.superReduced);
-    expected[QStringLiteral("parking_rate")] = json(rates.parking);
+    expected[text("country")] = country;
+    expected[text("standard_rate")] = json(rates.standard);
+    expected[text("reduced_rate")] = json(rates.reduced);
+    expected[text("reduced_rate_alt")] = json(rates.alternative);
+    expected[text("super_reduced_rate")] = json(rates.superReduced);
+    expected[text("parking_rate")] = json(rates.parking);
     QJsonObject read = entry;
     // The four doubled entries point to each other, with a word why.
-    const QMap<QString, QString> other = {{QStringLiteral("EL"), QStringLiteral("GR")},
-                                          {QStringLiteral("GR"), QStringLiteral("EL")},
-                                          {QStringLiteral("UK"), QStringLiteral("GB")},
-                                          {QStringLiteral("GB"), QStringLiteral("UK")}};
+    const QMap<QString, QString> other = {{text("EL"), text("GR")},
+                                          {text("GR"), text("EL")},
+                                          {text("UK"), text("GB")},
+                                          {text("GB"), text("UK")}};
     if (other.contains(code)) {
-        QVERIFY(!read.take(QStringLiteral("_comment")).toString().isEmpty());
+        QVERIFY(!read.take(text("_comment")).toString().isEmpty());
         const bool first = code == QLatin1String("EL") || code == QLatin1String("UK");
-        QCOMPARE(
-            read.take(first ? QStringLiteral("iso_duplicate") : QStringLiteral("iso_duplicate_of"))
-                .toString(),
-            other.value(code));
+        QCOMPARE(read.take(first ? text("iso_duplicate") : text("iso_duplicate_of")).toString(),
+                 other.value(code));
     }
     QCOMPARE(read, expected);
 }
@@ -158,12 +157,10 @@ void tst_TaxeRatesUtils::fileAsAWhole()
 {
     const QJsonObject file =
         QJsonDocument::fromJson(
-            FileUtils::readFileContent(QStringLiteral(":/orvautils/ue_tax_rates/taxes_ue.json")))
+            FileUtils::readFileContent(text(":/orvautils/ue_tax_rates/taxes_ue.json")))
             .object();
-    QCOMPARE(file.keys(),
-             QStringList({QStringLiteral("disclaimer"), QStringLiteral("last_updated"),
-                          QStringLiteral("rates")}));
-    QCOMPARE(file[QStringLiteral("rates")].toObject().size(), 30);
+    QCOMPARE(file.keys(), QStringList({text("disclaimer"), text("last_updated"), text("rates")}));
+    QCOMPARE(file[text("rates")].toObject().size(), 30);
 }
 
 void tst_TaxeRatesUtils::noRate_data()
@@ -192,14 +189,14 @@ void tst_TaxeRatesUtils::initAgain()
 {
     TaxeRatesUtils::init();
     TaxeRatesUtils::init();
-    QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("el"), 0), 24.0);
-    QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("gr"), 0), 24.0);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("el"), 0), 24.0);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("gr"), 0), 24.0);
 }
 
 void tst_TaxeRatesUtils::nothingIsLogged()
 {
     LogCapture log;
-    TaxeRatesUtils::europeanTax(QStringLiteral("nowhere"), 99);
+    TaxeRatesUtils::europeanTax(text("nowhere"), 99);
     QCOMPARE(log.lines(), QStringList());
 }
 

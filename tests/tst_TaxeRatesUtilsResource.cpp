@@ -5,6 +5,7 @@
 
 #include "FileUtils.h"
 #include "TaxeRatesUtils.h"
+#include "Text.h"
 
 #include <QtTest>
 
@@ -49,11 +50,11 @@ void tst_TaxeRatesUtilsResource::nothingIsBuiltFromNothing()
     QFETCH(QByteArray, file);
     content = file;
     pathsRead.clear();
-    QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("FR"), 0), -1.0);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), -1.0);
     TaxeRatesUtils::init();
-    QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("FR"), 0), -1.0);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), -1.0);
     // Every call tries again.
-    const QString path = QStringLiteral(":/orvautils/ue_tax_rates/taxes_ue.json");
+    const QString path = text(":/orvautils/ue_tax_rates/taxes_ue.json");
     QCOMPARE(pathsRead, QStringList({path, path, path}));
 }
 
@@ -68,11 +69,11 @@ void tst_TaxeRatesUtilsResource::nextCallBuilds()
     pathsRead.clear();
     const QList<double> french = {20, 5.5, 10, 2.1, 0};
     for (int category = 0; category < 5; ++category) {
-        QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("fr"), category), french.at(category));
+        QCOMPARE(TaxeRatesUtils::europeanTax(text("fr"), category), french.at(category));
         // false, a text, null and what is missing are all no rate.
-        QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("xx"), category), -1.0);
-        QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("XX"), category), -1.0);
-        QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("yy"), category), -1.0);
+        QCOMPARE(TaxeRatesUtils::europeanTax(text("xx"), category), -1.0);
+        QCOMPARE(TaxeRatesUtils::europeanTax(text("XX"), category), -1.0);
+        QCOMPARE(TaxeRatesUtils::europeanTax(text("yy"), category), -1.0);
     }
     QCOMPARE(pathsRead.size(), 1);
 }
@@ -82,7 +83,7 @@ void tst_TaxeRatesUtilsResource::builtOnce()
     content = R"({"rates": {"FR": {"standard_rate": 99}}})";
     pathsRead.clear();
     TaxeRatesUtils::init();
-    QCOMPARE(TaxeRatesUtils::europeanTax(QStringLiteral("FR"), 0), 20.0);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 20.0);
     QCOMPARE(pathsRead, QStringList());
 }
 

@@ -4,6 +4,7 @@
 #include "TextStreamUTF8.h"
 
 #include "StreamedDocument.h"
+#include "Text.h"
 
 #include <QBuffer>
 #include <QTextCodec>
@@ -55,7 +56,7 @@ void tst_TextStreamUTF8::writesUtf8ToADevice()
     {
         TextStreamUTF8 stream(&buffer);
         QCOMPARE(stream.device(), static_cast<QIODevice*>(&buffer));
-        stream << QStringLiteral("é€😀");
+        stream << text("é€😀");
     }
     QTextCodec::setCodecForLocale(before);
     QCOMPARE(buffer.data(), QByteArray("\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80"));
@@ -69,7 +70,7 @@ void tst_TextStreamUTF8::writesUtf8ToACFile()
         TextStreamUTF8 stream(file, QIODevice::WriteOnly);
         QCOMPARE(stream.codec()->name(), QByteArray("UTF-8"));
         stream.incrementIndent();
-        stream << QStringLiteral("é\n");
+        stream << text("é\n");
     }
     std::rewind(file);
     char bytes[16];
@@ -80,13 +81,13 @@ void tst_TextStreamUTF8::writesUtf8ToACFile()
 
 void tst_TextStreamUTF8::writesToAString()
 {
-    QString text = QStringLiteral("before ");
+    QString string = text("before ");
     {
-        TextStreamUTF8 stream(&text, QIODevice::WriteOnly | QIODevice::Append);
+        TextStreamUTF8 stream(&string, QIODevice::WriteOnly | QIODevice::Append);
         QCOMPARE(stream.codec()->name(), QByteArray("UTF-8"));
-        stream << QStringLiteral("é");
+        stream << text("é");
     }
-    QCOMPARE(text, QStringLiteral("before é"));
+    QCOMPARE(string, text("before é"));
 }
 
 void tst_TextStreamUTF8::reads()
@@ -95,8 +96,8 @@ void tst_TextStreamUTF8::reads()
     buffer.setData("\xc3\xa9t\xc3\xa9\nx");
     QVERIFY(buffer.open(QIODevice::ReadOnly));
     TextStreamUTF8 stream(&buffer);
-    QCOMPARE(stream.readLine(), QStringLiteral("été"));
-    QCOMPARE(stream.readAll(), QStringLiteral("x"));
+    QCOMPARE(stream.readLine(), text("été"));
+    QCOMPARE(stream.readAll(), text("x"));
 }
 
 void tst_TextStreamUTF8::init()
@@ -107,25 +108,25 @@ void tst_TextStreamUTF8::init()
     QVERIFY(buffer.open(QIODevice::WriteOnly));
     TextStreamUTF8 stream;
     stream.incrementIndent();
-    stream.setIncrementString(QStringLiteral("-"));
+    stream.setIncrementString(text("-"));
     stream.setDevice(&buffer);
     const QByteArray codecOfTheDevice = stream.codec()->name();
     stream.init();
     QTextCodec::setCodecForLocale(before);
     QCOMPARE(codecOfTheDevice, QByteArray("ISO-8859-1"));
     QCOMPARE(stream.codec()->name(), QByteArray("UTF-8"));
-    stream << QStringLiteral("é\n");
+    stream << text("é\n");
     // The level is back at 0, the unit is not.
     stream.incrementIndent();
-    stream << QStringLiteral("b\n");
+    stream << text("b\n");
     stream.flush();
     QCOMPARE(buffer.data(), QByteArray("\xc3\xa9\n-b\n"));
 
     // The knowledge of the line start stays: the line "b" is not over.
-    stream << QStringLiteral("c");
+    stream << text("c");
     stream.init();
     stream.incrementIndent();
-    stream << QStringLiteral("d\n");
+    stream << text("d\n");
     stream.flush();
     QCOMPARE(buffer.data(), QByteArray("\xc3\xa9\n-b\n-cd\n"));
 }
@@ -136,11 +137,11 @@ void tst_TextStreamUTF8::indented_data()
     QTest::addColumn<QStringList>("texts");
     QTest::addColumn<QString>("result");
     const auto row = [](int level, const QStringList& texts, const char* result) {
-        QTest::newRow(qPrintable(QStringLiteral("%1: %2").arg(level).arg(
+        QTest::newRow(qPrintable(text("%1: %2").arg(level).arg(
             texts.join(QLatin1Char('|')).replace(QLatin1Char('\n'), QLatin1String("\\n")))))
-            << level << texts << QString::fromUtf8(result);
+            << level << texts << text(result);
     };
-    const auto s = [](const char* text) { return QString::fromUtf8(text); };
+    const auto s = [](const char* string) { return text(string); };
     row(0, {s("a\nb\n"), s("c")}, "a\nb\nc");
     row(1, {s("a\nb\n"), s("c")}, "  a\n  b\n  c");
     row(2, {s("a\nb\n"), s("c")}, "    a\n    b\n    c");
@@ -166,8 +167,8 @@ void tst_TextStreamUTF8::indented()
     TextStreamUTF8 stream(&result);
     for (int i = 0; i < level; ++i)
         stream.incrementIndent();
-    for (const QString& text : texts)
-        stream << text;
+    for (const QString& string : texts)
+        stream << string;
     QTEST(result, "result");
 }
 
@@ -176,16 +177,16 @@ void tst_TextStreamUTF8::levelZeroLeavesTheLineStart()
     QString result;
     TextStreamUTF8 stream(&result);
     // The flag is still set, although a text without a line break went out.
-    stream << QStringLiteral("a");
+    stream << text("a");
     stream.incrementIndent();
-    stream << QStringLiteral("b");
-    QCOMPARE(result, QStringLiteral("a  b"));
+    stream << text("b");
+    QCOMPARE(result, text("a  b"));
     // The flag is clear now, and a line break at level 0 does not set it.
     stream.decrementIndent();
-    stream << QStringLiteral("c\n");
+    stream << text("c\n");
     stream.incrementIndent();
-    stream << QStringLiteral("d");
-    QCOMPARE(result, QStringLiteral("a  bc\nd"));
+    stream << text("d");
+    QCOMPARE(result, text("a  bc\nd"));
 }
 
 void tst_TextStreamUTF8::levelBelowZero()
@@ -194,41 +195,41 @@ void tst_TextStreamUTF8::levelBelowZero()
     TextStreamUTF8 stream(&result);
     stream.decrementIndent();
     stream.decrementIndent(); // -2
-    stream << QStringLiteral("a\nb");
+    stream << text("a\nb");
     stream.writeIndent();
     stream.jump();
-    QCOMPARE(result, QStringLiteral("a\nb\n"));
+    QCOMPARE(result, text("a\nb\n"));
     stream.incrementIndent();
     stream.incrementIndent(); // 0
-    stream << QStringLiteral("c");
-    QCOMPARE(result, QStringLiteral("a\nb\nc"));
+    stream << text("c");
+    QCOMPARE(result, text("a\nb\nc"));
     stream.incrementIndent(); // 1; the flag was left set throughout
-    stream << QStringLiteral("d");
-    QCOMPARE(result, QStringLiteral("a\nb\nc  d"));
+    stream << text("d");
+    QCOMPARE(result, text("a\nb\nc  d"));
 
     // writeTextWithIndent() at a level below zero does what it does at zero.
     result.clear();
     TextStreamUTF8 another(&result);
     another.decrementIndent();
-    another.writeTextWithIndent(QStringLiteral("a\nb"));
+    another.writeTextWithIndent(text("a\nb"));
     another.incrementIndent();
     another.incrementIndent();
-    another << QStringLiteral("c");
-    QCOMPARE(result, QStringLiteral("a\nbc"));
+    another << text("c");
+    QCOMPARE(result, text("a\nbc"));
 }
 
 void tst_TextStreamUTF8::writeTextWithIndentAtLevelZero()
 {
     QString result;
     TextStreamUTF8 stream(&result);
-    stream.writeTextWithIndent(QStringLiteral("a\nb"));
+    stream.writeTextWithIndent(text("a\nb"));
     stream.incrementIndent();
-    stream.writeTextWithIndent(QStringLiteral("c")); // the flag was cleared
+    stream.writeTextWithIndent(text("c")); // the flag was cleared
     stream.decrementIndent();
-    stream.writeTextWithIndent(QStringLiteral("\n"));
+    stream.writeTextWithIndent(text("\n"));
     stream.incrementIndent();
-    stream.writeTextWithIndent(QStringLiteral("d")); // and set again
-    QCOMPARE(result, QStringLiteral("a\nbc\n  d"));
+    stream.writeTextWithIndent(text("d")); // and set again
+    QCOMPARE(result, text("a\nbc\n  d"));
 }
 
 void tst_TextStreamUTF8::writeIndent()
@@ -240,12 +241,12 @@ void tst_TextStreamUTF8::writeIndent()
     stream.incrementIndent();
     stream.incrementIndent();
     stream.writeIndent();
-    QCOMPARE(result, QStringLiteral("    "));
-    stream << QStringLiteral("a"); // the flag is still set
-    QCOMPARE(result, QStringLiteral("        a"));
+    QCOMPARE(result, text("    "));
+    stream << text("a"); // the flag is still set
+    QCOMPARE(result, text("        a"));
     stream.writeIndent();
-    stream << QStringLiteral("b"); // and now still clear
-    QCOMPARE(result, QStringLiteral("        a    b"));
+    stream << text("b"); // and now still clear
+    QCOMPARE(result, text("        a    b"));
 }
 
 void tst_TextStreamUTF8::writeRaw()
@@ -253,12 +254,12 @@ void tst_TextStreamUTF8::writeRaw()
     QString result;
     TextStreamUTF8 stream(&result);
     stream.incrementIndent();
-    stream.writeRaw(QStringLiteral("a\nb\n"));
-    QCOMPARE(result, QStringLiteral("a\nb\n"));
-    stream << QStringLiteral("c"); // the flag is still set
-    stream.writeRaw(QStringLiteral("\n"));
-    stream << QStringLiteral("d"); // and now still clear
-    QCOMPARE(result, QStringLiteral("a\nb\n  c\nd"));
+    stream.writeRaw(text("a\nb\n"));
+    QCOMPARE(result, text("a\nb\n"));
+    stream << text("c"); // the flag is still set
+    stream.writeRaw(text("\n"));
+    stream << text("d"); // and now still clear
+    QCOMPARE(result, text("a\nb\n  c\nd"));
 }
 
 void tst_TextStreamUTF8::jump()
@@ -266,29 +267,29 @@ void tst_TextStreamUTF8::jump()
     QString result;
     TextStreamUTF8 stream(&result);
     stream.jump();
-    QCOMPARE(result, QStringLiteral("\n"));
+    QCOMPARE(result, text("\n"));
     stream.incrementIndent();
     stream.jump(); // the indentation goes in front
-    QCOMPARE(result, QStringLiteral("\n  \n"));
-    stream << QStringLiteral("a");
+    QCOMPARE(result, text("\n  \n"));
+    stream << text("a");
     stream.jump();
-    stream << QStringLiteral("b");
-    QCOMPARE(result, QStringLiteral("\n  \n  a\n  b"));
+    stream << text("b");
+    QCOMPARE(result, text("\n  \n  a\n  b"));
 }
 
 void tst_TextStreamUTF8::incrementString()
 {
     QString result;
     TextStreamUTF8 stream(&result);
-    stream.setIncrementString(QStringLiteral("\t"));
+    stream.setIncrementString(text("\t"));
     stream.incrementIndent();
     stream.incrementIndent();
-    stream << QStringLiteral("a\nb\n");
+    stream << text("a\nb\n");
     stream.setIncrementString(QString());
-    stream << QStringLiteral("c\n");
-    stream.setIncrementString(QStringLiteral("é "));
-    stream << QStringLiteral("d");
-    QCOMPARE(result, QStringLiteral("\t\ta\n\t\tb\nc\né é d"));
+    stream << text("c\n");
+    stream.setIncrementString(text("é "));
+    stream << text("d");
+    QCOMPARE(result, text("\t\ta\n\t\tb\nc\né é d"));
 }
 
 void tst_TextStreamUTF8::chaining()
@@ -296,10 +297,9 @@ void tst_TextStreamUTF8::chaining()
     QString result;
     TextStreamUTF8 stream(&result);
     stream.incrementIndent();
-    TextStreamUTF8& returned = stream << QStringLiteral("a\n") << QStringLiteral("b")
-                                      << QString(QLatin1Char('c'));
+    TextStreamUTF8& returned = stream << text("a\n") << text("b") << QString(QLatin1Char('c'));
     QCOMPARE(&returned, &stream);
-    QCOMPARE(result, QStringLiteral("  a\n  bc"));
+    QCOMPARE(result, text("  a\n  bc"));
 }
 
 /// Formatters get the stream as a QTextStream: what they write is not indented.
@@ -309,10 +309,10 @@ void tst_TextStreamUTF8::throughTheBase()
     TextStreamUTF8 stream(&result);
     stream.incrementIndent();
     QTextStream& base = stream;
-    base << QStringLiteral("a\nb\n") << 7;
-    QCOMPARE(result, QStringLiteral("a\nb\n7"));
-    stream << QStringLiteral("c");
-    QCOMPARE(result, QStringLiteral("a\nb\n7  c"));
+    base << text("a\nb\n") << 7;
+    QCOMPARE(result, text("a\nb\n7"));
+    stream << text("c");
+    QCOMPARE(result, text("a\nb\n7  c"));
 }
 
 void tst_TextStreamUTF8::streamsLargeTexts()

@@ -3,6 +3,8 @@
 
 #include "TimeUtils.h"
 
+#include "Text.h"
+
 #include <QLocale>
 #include <QtTest>
 
@@ -35,11 +37,11 @@ void tst_TimeUtils::msecToString_data()
 {
     QTest::addColumn<qint64>("ms");
     QTest::addColumn<int>("precision");
-    QTest::addColumn<QString>("text");
-    const auto row = [](qint64 ms, int precision, const char* text) {
+    QTest::addColumn<QString>("expected");
+    const auto row = [](qint64 ms, int precision, const char* expected) {
         QTest::newRow(
             qPrintable(QString::asprintf("%lld at %d", static_cast<long long>(ms), precision)))
-            << ms << precision << QString::fromUtf8(text);
+            << ms << precision << text(expected);
     };
     // A day, an hour, a minute, a second and a half at every precision.
     row(90061500, 1, "");
@@ -83,7 +85,8 @@ void tst_TimeUtils::msecToString()
 {
     QFETCH(qint64, ms);
     QFETCH(int, precision);
-    QTEST(TimeUtils::msecToString(ms, static_cast<TimeUtils::TimePrecision>(precision)), "text");
+    QTEST(TimeUtils::msecToString(ms, static_cast<TimeUtils::TimePrecision>(precision)),
+          "expected");
 }
 
 void tst_TimeUtils::sameInEveryLocale()
@@ -93,7 +96,7 @@ void tst_TimeUtils::sameInEveryLocale()
          {QLocale::French, QLocale::English, QLocale::German, QLocale::Arabic}) {
         QLocale::setDefault(QLocale(language));
         QCOMPARE(TimeUtils::msecToString(Q_INT64_C(86400000000) + 3723000, TimeUtils::Second),
-                 QStringLiteral("1000j 1h 2mn 3sec"));
+                 text("1000j 1h 2mn 3sec"));
     }
     QLocale::setDefault(before);
 }
