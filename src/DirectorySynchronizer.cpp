@@ -10,23 +10,47 @@
 #include <QDir>
 #include <QFile>
 
+namespace OrvaUtilsPrivate {
+
+class DirectorySynchronizerPrivate
+{
+public:
+    QString mirrorOf(const QString& path) const;
+
+    QString source;
+    QString destination;
+    DirectoryWatcher* watcher = nullptr; // child of the synchronizer
+};
+
+QString DirectorySynchronizerPrivate::mirrorOf(const QString& path) const
+{
+    QString mirror = path;
+    return source.isEmpty() ? path : mirror.replace(source, destination);
+}
+
+} // namespace OrvaUtilsPrivate
+
 DirectorySynchronizer::DirectorySynchronizer(QObject* parent)
     : QObject(parent)
-    , mWatcher(new DirectoryWatcher(this))
+    , d(std::make_unique<OrvaUtilsPrivate::DirectorySynchronizerPrivate>())
 {
-    connect(mWatcher, &DirectoryWatcher::deletedFile, this, &DirectorySynchronizer::onFileDeleted);
-    connect(mWatcher, &DirectoryWatcher::addedFiles, this,
+    d->watcher = new DirectoryWatcher(this);
+    connect(d->watcher, &DirectoryWatcher::deletedFile, this,
+            &DirectorySynchronizer::onFileDeleted);
+    connect(d->watcher, &DirectoryWatcher::addedFiles, this,
             &DirectorySynchronizer::onFileAddedOrModified);
-    connect(mWatcher, &DirectoryWatcher::modifiedFile, this,
+    connect(d->watcher, &DirectoryWatcher::modifiedFile, this,
             &DirectorySynchronizer::onFileAddedOrModified);
 }
 
+DirectorySynchronizer::~DirectorySynchronizer() = default;
+
 bool DirectorySynchronizer::startWatcher(const QString& source, const QString& destination)
 {
-    mSource = QDir::cleanPath(source);
-    mDestination = QDir::cleanPath(destination);
+    d->source = QDir::cleanPath(source);
+    d->destination = QDir::cleanPath(destination);
     checkDirs();
-    if (mWatcher->setPath(mSource))
+    if (d->watcher->setPath(d->source))
         return true;
     Q_EMIT error(QStringLiteral("Watcher fail"));
     ORVAUTILS_LOG_CRITICAL() << "Watcher fail";
@@ -35,8 +59,8 @@ bool DirectorySynchronizer::startWatcher(const QString& source, const QString& d
 
 bool DirectorySynchronizer::checkDirs()
 {
-    if (!QDir(mSource).exists()) {
-        const QString message = mSource + QStringLiteral(" doesn't exist");
+    if (!QDir(d->source).exists()) {
+        const QString message = d->source + QStringLiteral(" doesn't exist");
         Q_EMIT error(message);
         ORVAUTILS_LOG_CRITICAL() << message;
     }
@@ -53,7 +77,7 @@ bool DirectorySynchronizer::fullSync(const QString& source, const QString& desti
 
 void DirectorySynchronizer::onFileDeleted(const QString& path)
 {
-    const QString mirror = mirrorOf(path);
+    const QString mirror = d->mirrorOf(path);
     // A path that has no mirror stands for itself: it is not ours to remove.
     if (mirror != path && QFile::remove(mirror))
         Q_EMIT log(QStringLiteral("[DEL] %1").arg(mirror));
@@ -63,7 +87,7 @@ void DirectorySynchronizer::onFileDeleted(const QString& path)
 
 void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
 {
-    const QString mirror = mirrorOf(path);
+    const QString mirror = d->mirrorOf(path);
     const bool hasMirror = mirror != path;
     if (hasMirror)
         FileUtils::fileMkPath(mirror, nullptr);
@@ -71,10 +95,4 @@ void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
         Q_EMIT log(QStringLiteral("[MOD] %1").arg(mirror));
     else
         Q_EMIT error(QStringLiteral("unable to copy ") + path);
-}
-
-QString DirectorySynchronizer::mirrorOf(const QString& path) const
-{
-    QString mirror = path;
-    return mSource.isEmpty() ? path : mirror.replace(mSource, mDestination);
 }

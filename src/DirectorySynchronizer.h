@@ -11,7 +11,11 @@
 #include <QObject>
 #include <QString>
 
-class DirectoryWatcher;
+#include <memory>
+
+namespace OrvaUtilsPrivate {
+class DirectorySynchronizerPrivate;
+}
 
 /// Mirrors the files of a source folder into a destination folder as they change.
 ///
@@ -38,6 +42,9 @@ class ORVAUTILS_EXPORT DirectorySynchronizer : public QObject
 public:
     /// Watches nothing yet.
     explicit DirectorySynchronizer(QObject* parent = nullptr);
+
+    /// Ends the mirroring.
+    ~DirectorySynchronizer() override;
 
     /// Follows the changes under the folder \a source from now on, in the folder \a destination. It
     /// copies nothing: call fullSync() first.
@@ -71,11 +78,7 @@ public Q_SLOTS:
     void onFileAddedOrModified(const QString& path);
 
 private:
-    QString mirrorOf(const QString& path) const;
-
-    QString mSource;
-    QString mDestination;
-    DirectoryWatcher* mWatcher; // child of this object
+    const std::unique_ptr<OrvaUtilsPrivate::DirectorySynchronizerPrivate> d;
 };
 
 #endif // ORVAUTILS_DIRECTORYSYNCHRONIZER_H

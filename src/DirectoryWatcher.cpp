@@ -12,10 +12,51 @@
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QPointer>
+#include <QSet>
 #include <QStringList>
 #include <QTimer>
 
 using namespace OrvaUtilsPrivate;
+
+namespace OrvaUtilsPrivate {
+
+class DirectoryWatcherPrivate
+{
+public:
+    struct Entries
+    {
+        QStringList files;
+        QStringList folders;
+    };
+
+    explicit DirectoryWatcherPrivate(DirectoryWatcher* watcher)
+        : q(watcher)
+    { }
+
+    void discardWatcher();
+    Entries treeOf(const QString& folder) const;
+    Entries newTreesOf(const QString& folder) const;
+    bool watch(const QString& folder, const Entries& entries);
+    void lookAgain();
+    void reportVanishedFiles(const QString& folder, const QSet<QString>& present);
+    void forgetVanishedFolders(const QString& folder);
+    QString asGiven(const QString& folder) const;
+
+    DirectoryWatcher* const q;
+    QFileSystemWatcher* mWatcher = nullptr; // child of the watcher
+    QString mRootPath;
+    // What is watched and, as far as files go, has been reported or was there from the beginning.
+    // QFileSystemWatcher knows as well, but finds out by comparing with each of its paths.
+    QSet<QString> mFiles;
+    QSet<QString> mFolders;
+    QSet<QString> mSecondLooks; // the folders that wait for theirs
+    int mRound = 0; // counts the calls of setPath()
+    int mNotifications = 0; // of mWatcher, being handled now
+};
+
+} // namespace OrvaUtilsPrivate
+
+using OrvaUtilsPrivate::DirectoryWatcherPrivate;
 
 namespace {
 
@@ -58,18 +99,19 @@ void logRefused(const QStringList& paths)
 
 DirectoryWatcher::DirectoryWatcher(QObject* parent)
     : QObject(parent)
+    , d(std::make_unique<DirectoryWatcherPrivate>(this))
 { }
 
 DirectoryWatcher::~DirectoryWatcher()
 {
-    discardWatcher();
+    d->discardWatcher();
 }
 
-void DirectoryWatcher::discardWatcher()
+void DirectoryWatcherPrivate::discardWatcher()
 {
     if (!mWatcher)
         return;
-    mWatcher->disconnect(this);
+    mWatcher->disconnect(q);
     // It must outlive the notification that a receiver of our signals may be called from, and so
     // may not be destroyed as a child of this object either.
     mWatcher->setParent(nullptr);
@@ -81,17 +123,17 @@ void DirectoryWatcher::discardWatcher()
 
 bool DirectoryWatcher::setPath(const QString& root)
 {
-    discardWatcher();
-    mWatcher = new QFileSystemWatcher(this);
-    connect(mWatcher, &QFileSystemWatcher::fileChanged, this, &DirectoryWatcher::onFilemod);
-    connect(mWatcher, &QFileSystemWatcher::directoryChanged, this, &DirectoryWatcher::onDirMod);
-    ++mRound;
-    mFiles.clear();
-    mFolders.clear();
-    mSecondLooks.clear();
+    d->discardWatcher();
+    d->mWatcher = new QFileSystemWatcher(this);
+    connect(d->mWatcher, &QFileSystemWatcher::fileChanged, this, &DirectoryWatcher::onFilemod);
+    connect(d->mWatcher, &QFileSystemWatcher::directoryChanged, this, &DirectoryWatcher::onDirMod);
+    ++d->mRound;
+    d->mFiles.clear();
+    d->mFolders.clear();
+    d->mSecondLooks.clear();
 
     const bool wereBlocked = blockSignals(true);
-    mRootPath = root;
+    d->mRootPath = root;
     bool complete = false;
     if (QDir(root).exists())
         complete = addDir(root);
@@ -103,10 +145,10 @@ bool DirectoryWatcher::setPath(const QString& root)
 
 bool DirectoryWatcher::addDir(const QString& folder)
 {
-    return watch(folder, treeOf(folder));
+    return d->watch(folder, d->treeOf(folder));
 }
 
-DirectoryWatcher::Entries DirectoryWatcher::treeOf(const QString& folder) const
+DirectoryWatcherPrivate::Entries DirectoryWatcherPrivate::treeOf(const QString& folder) const
 {
     Entries entries;
     FileUtils::old::listFilesInFileSystem(folder, entries.files, true, nullptr, folder);
@@ -114,7 +156,7 @@ DirectoryWatcher::Entries DirectoryWatcher::treeOf(const QString& folder) const
     return entries;
 }
 
-DirectoryWatcher::Entries DirectoryWatcher::newTreesOf(const QString& folder) const
+DirectoryWatcherPrivate::Entries DirectoryWatcherPrivate::newTreesOf(const QString& folder) const
 {
     Entries entries;
     FileUtils::old::listFilesInFileSystem(folder, entries.files, false, nullptr, folder);
@@ -130,7 +172,7 @@ DirectoryWatcher::Entries DirectoryWatcher::newTreesOf(const QString& folder) co
     return entries;
 }
 
-bool DirectoryWatcher::watch(const QString& folder, const Entries& entries)
+bool DirectoryWatcherPrivate::watch(const QString& folder, const Entries& entries)
 {
     if (!mWatcher)
         return false;
@@ -149,10 +191,10 @@ bool DirectoryWatcher::watch(const QString& folder, const Entries& entries)
             }
         }
         insertAll(mFiles, newFiles);
-        const QPointer<DirectoryWatcher> self(this);
+        const QPointer<DirectoryWatcher> self(q);
         const int round = mRound;
         for (const QString& file : newFiles) {
-            Q_EMIT addedFiles(file);
+            Q_EMIT q->addedFiles(file);
             if (!self || mRound != round)
                 return false; // a receiver wants none of this any more
         }
@@ -177,29 +219,29 @@ bool DirectoryWatcher::watch(const QString& folder, const Entries& entries)
 void DirectoryWatcher::onDirMod(const QString& folder)
 {
     const QPointer<DirectoryWatcher> self(this);
-    const int round = mRound;
-    const QString path = asGiven(folder);
-    ++mNotifications;
+    const int round = d->mRound;
+    const QString path = d->asGiven(folder);
+    ++d->mNotifications;
     // What is new in folders that are watched already, they notify of themselves.
-    watch(path, newTreesOf(path));
+    d->watch(path, d->newTreesOf(path));
     if (!self)
         return;
-    --mNotifications;
-    if (mRound != round)
+    --d->mNotifications;
+    if (d->mRound != round)
         return;
 
     // One second look serves all notifications until it is taken.
-    if (mSecondLooks.isEmpty())
-        QTimer::singleShot(0, this, &DirectoryWatcher::lookAgain);
-    mSecondLooks.insert(path);
+    if (d->mSecondLooks.isEmpty())
+        QTimer::singleShot(0, this, [this] { d->lookAgain(); });
+    d->mSecondLooks.insert(path);
     // A folder that was renamed is notified of under its former name, its contents as well.
     if (!QDir(folder).exists())
-        mSecondLooks.insert(mRootPath);
+        d->mSecondLooks.insert(d->mRootPath);
 }
 
-void DirectoryWatcher::lookAgain()
+void DirectoryWatcherPrivate::lookAgain()
 {
-    const QPointer<DirectoryWatcher> self(this);
+    const QPointer<DirectoryWatcher> self(q);
     const int round = mRound;
     const QSet<QString> folders = mSecondLooks;
     mSecondLooks.clear();
@@ -215,24 +257,25 @@ void DirectoryWatcher::lookAgain()
     }
 }
 
-void DirectoryWatcher::reportVanishedFiles(const QString& folder, const QSet<QString>& present)
+void DirectoryWatcherPrivate::reportVanishedFiles(const QString& folder,
+                                                  const QSet<QString>& present)
 {
     const QString prefix = withSlash(folder);
     const QSet<QString> known = mFiles;
-    const QPointer<DirectoryWatcher> self(this);
+    const QPointer<DirectoryWatcher> self(q);
     for (const QString& file : known) {
         if (!file.startsWith(prefix) || present.contains(file) || QFileInfo::exists(file))
             continue;
         // Not twice, should a receiver have brought the news by itself.
         if (mFiles.contains(file))
-            onFilemod(file);
+            q->onFilemod(file);
         if (!self)
             return;
     }
 }
 
 // Where a folder was renamed, the platform goes on to watch what is in it under the former paths.
-void DirectoryWatcher::forgetVanishedFolders(const QString& folder)
+void DirectoryWatcherPrivate::forgetVanishedFolders(const QString& folder)
 {
     QStringList vanished;
     const QString path = QDir(folder).absolutePath();
@@ -253,25 +296,25 @@ void DirectoryWatcher::onFilemod(const QString& file)
     const bool exists = QFileInfo::exists(file);
     // The watch belongs to the file that was, which may have been replaced or made anew under the
     // same name: take it off, and put it on what is there now.
-    if (mWatcher) {
-        mWatcher->removePath(file);
+    if (d->mWatcher) {
+        d->mWatcher->removePath(file);
         if (exists)
-            mWatcher->addPath(file);
+            d->mWatcher->addPath(file);
     }
     if (!exists)
-        mFiles.remove(file);
+        d->mFiles.remove(file);
 
     const QPointer<DirectoryWatcher> self(this);
-    ++mNotifications;
+    ++d->mNotifications;
     if (exists)
         Q_EMIT modifiedFile(file);
     else
         Q_EMIT deletedFile(file);
     if (self)
-        --mNotifications;
+        --d->mNotifications;
 }
 
-QString DirectoryWatcher::asGiven(const QString& folder) const
+QString DirectoryWatcherPrivate::asGiven(const QString& folder) const
 {
     // Sub-folders are watched by their absolute paths.
     const QString root = QDir(mRootPath).absolutePath();

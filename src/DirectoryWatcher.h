@@ -9,11 +9,13 @@
 #include "orvautils_export.h"
 
 #include <QObject>
-#include <QSet>
 #include <QString>
-#include <QStringList>
 
-class QFileSystemWatcher;
+#include <memory>
+
+namespace OrvaUtilsPrivate {
+class DirectoryWatcherPrivate;
+}
 
 /// Watches every visible file and folder of a tree through QFileSystemWatcher and turns its
 /// notifications into signals for single files.
@@ -82,30 +84,7 @@ public Q_SLOTS:
     void onFilemod(const QString& file);
 
 private:
-    struct Entries
-    {
-        QStringList files;
-        QStringList folders;
-    };
-
-    void discardWatcher();
-    Entries treeOf(const QString& folder) const;
-    Entries newTreesOf(const QString& folder) const;
-    bool watch(const QString& folder, const Entries& entries);
-    void lookAgain();
-    void reportVanishedFiles(const QString& folder, const QSet<QString>& present);
-    void forgetVanishedFolders(const QString& folder);
-    QString asGiven(const QString& folder) const;
-
-    QFileSystemWatcher* mWatcher = nullptr; // child of this object
-    QString mRootPath;
-    // What is watched and, as far as files go, has been reported or was there from the beginning.
-    // QFileSystemWatcher knows as well, but finds out by comparing with each of its paths.
-    QSet<QString> mFiles;
-    QSet<QString> mFolders;
-    QSet<QString> mSecondLooks; // the folders that wait for theirs
-    int mRound = 0; // counts the calls of setPath()
-    int mNotifications = 0; // of mWatcher, being handled now
+    const std::unique_ptr<OrvaUtilsPrivate::DirectoryWatcherPrivate> d;
 };
 
 #endif // ORVAUTILS_DIRECTORYWATCHER_H

@@ -14,6 +14,16 @@
 
 using namespace OrvaUtilsPrivate;
 
+namespace OrvaUtilsPrivate {
+
+class ProjectFileLockerPrivate
+{
+public:
+    std::unique_ptr<QLockFile> lock; // null when none is held
+};
+
+} // namespace OrvaUtilsPrivate
+
 namespace {
 
 QString tr(const char* text)
@@ -47,9 +57,9 @@ QString messageOf(QLockFile::LockError error, const QString& project, const QStr
 
 // Takes the lock, in which case it replaces the one in held, or says why it cannot.
 bool take(const QString& lockPath, const QString& project, const QString& folder,
-          QScopedPointer<QLockFile>& held, QString* error)
+          std::unique_ptr<QLockFile>& held, QString* error)
 {
-    QScopedPointer<QLockFile> lock(new QLockFile(lockPath));
+    auto lock = std::make_unique<QLockFile>(lockPath);
     if (!lock->tryLock(0)) {
         if (error)
             *error = messageOf(lock->error(), project, folder);
@@ -61,7 +71,9 @@ bool take(const QString& lockPath, const QString& project, const QString& folder
 
 } // namespace
 
-ProjectFileLocker::ProjectFileLocker() = default;
+ProjectFileLocker::ProjectFileLocker()
+    : d(std::make_unique<OrvaUtilsPrivate::ProjectFileLockerPrivate>())
+{ }
 
 ProjectFileLocker::~ProjectFileLocker() = default;
 
@@ -73,7 +85,7 @@ QString ProjectFileLocker::suffixLockedFile()
 bool ProjectFileLocker::openNewProjectFile(const QString& path, QString* error)
 {
     const QFileInfo project(path);
-    return take(path + suffixLockedFile(), project.fileName(), project.absolutePath(), mLock,
+    return take(path + suffixLockedFile(), project.fileName(), project.absolutePath(), d->lock,
                 error);
 }
 
@@ -87,11 +99,11 @@ bool ProjectFileLocker::openNewProjectFolder(const QString& folder, const QStrin
         return false;
     if (!QDir(folder).exists(folder))
         return true;
-    return take(path + QStringLiteral("lockfile"), projectName, path, mLock, error);
+    return take(path + QStringLiteral("lockfile"), projectName, path, d->lock, error);
 }
 
 bool ProjectFileLocker::unlock()
 {
-    mLock.reset();
+    d->lock.reset();
     return true;
 }

@@ -8,10 +8,13 @@
 
 #include "orvautils_export.h"
 
-#include <QScopedPointer>
 #include <QString>
 
-class QLockFile;
+#include <memory>
+
+namespace OrvaUtilsPrivate {
+class ProjectFileLockerPrivate;
+}
 
 /// Holds the lock of the project that an application has open.
 ///
@@ -75,7 +78,7 @@ public:
 private:
     Q_DISABLE_COPY(ProjectFileLocker)
 
-    QScopedPointer<QLockFile> mLock;
+    const std::unique_ptr<OrvaUtilsPrivate::ProjectFileLockerPrivate> d;
 };
 
 #endif // ORVAUTILS_PROJECTFILELOCKER_H

@@ -5,13 +5,14 @@
 
 #include "DirectoryWatcher.h"
 #include "LogCapture.h"
+#include "Sandbox.h"
+#include "SpiedSignals.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class tst_DirectorySynchronizer : public QObject
@@ -37,53 +38,26 @@ private Q_SLOTS:
     void editingSession();
 
 private:
-    QString path(const QString& name) const { return mDir->path() + QLatin1Char('/') + name; }
+    QString path(const QString& name) const { return mDir->root() + QLatin1Char('/') + name; }
 
-    QScopedPointer<QTemporaryDir> mDir;
+    QScopedPointer<Sandbox> mDir;
 };
 
 namespace {
 
-void write(const QString& path, const QByteArray& content)
+/// A synchronizer with its signals.
+class SpiedSynchronizer : public DirectorySynchronizer
 {
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
-        || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
-}
-
-// The visible files of a tree with their content.
-QMap<QString, QByteArray> contentOf(const QString& root)
-{
-    QMap<QString, QByteArray> content;
-    QDirIterator entries(root, QDir::Files, QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString file = entries.next();
-        content.insert(file.mid(root.size()), read(file));
-    }
-    return content;
-}
-
-QStringList texts(const QSignalSpy& spy)
-{
-    QStringList all;
-    for (const QList<QVariant>& arguments : spy)
-        all.append(arguments.at(0).toString());
-    return all;
-}
+public:
+    QSignalSpy errors{this, &DirectorySynchronizer::error};
+    QSignalSpy logged{this, &DirectorySynchronizer::log};
+};
 
 } // namespace
 
 void tst_DirectorySynchronizer::init()
 {
-    mDir.reset(new QTemporaryDir);
-    QVERIFY(mDir->isValid());
+    mDir.reset(new Sandbox);
     QVERIFY(QDir().mkpath(path(QStringLiteral("src"))));
     QVERIFY(QDir().mkpath(path(QStringLiteral("dst"))));
 }
@@ -98,25 +72,22 @@ void tst_DirectorySynchronizer::ownsItsWatcher()
 
 void tst_DirectorySynchronizer::startCopiesNothing()
 {
-    write(path(QStringLiteral("src/a")), "a");
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
-    QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+    writeFile(path(QStringLiteral("src/a")), "a");
+    SpiedSynchronizer synchronizer;
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
-    QTest::qWait(100);
-    QVERIFY(contentOf(path(QStringLiteral("dst"))).isEmpty());
-    QCOMPARE(error.count() + log.count(), 0);
+    handleEvents();
+    QVERIFY(filesBelow(path(QStringLiteral("dst"))).isEmpty());
+    QCOMPARE(synchronizer.errors.count() + synchronizer.logged.count(), 0);
 }
 
 void tst_DirectorySynchronizer::startWithMissingSource()
 {
     LogCapture records;
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
+    SpiedSynchronizer synchronizer;
     const QString source = path(QStringLiteral("missing"));
     QVERIFY(!synchronizer.startWatcher(source, path(QStringLiteral("dst"))));
     QCOMPARE(
-        texts(error),
+        textsOf(synchronizer.errors),
         QStringList({source + QStringLiteral(" doesn't exist"), QStringLiteral("Watcher fail")}));
     QCOMPARE(records.lines(),
              QStringList({QStringLiteral("critical orvautils DirectorySynchronizer checkDirs: ")
@@ -128,17 +99,16 @@ void tst_DirectorySynchronizer::startWithMissingSource()
 
 void tst_DirectorySynchronizer::checkDirs()
 {
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
+    SpiedSynchronizer synchronizer;
     // The destination is not looked at.
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("none"))));
     QVERIFY(synchronizer.checkDirs());
-    QCOMPARE(error.count(), 0);
+    QCOMPARE(synchronizer.errors.count(), 0);
     QVERIFY(QDir(path(QStringLiteral("src"))).removeRecursively());
     LogCapture records;
     QVERIFY(synchronizer.checkDirs());
     const QString message = path(QStringLiteral("src")) + QStringLiteral(" doesn't exist");
-    QCOMPARE(texts(error), QStringList(message));
+    QCOMPARE(textsOf(synchronizer.errors), QStringList(message));
     QCOMPARE(records.lines(),
              QStringList(QStringLiteral("critical orvautils DirectorySynchronizer checkDirs: ")
                          + message));
@@ -146,26 +116,23 @@ void tst_DirectorySynchronizer::checkDirs()
 
 void tst_DirectorySynchronizer::fullSync()
 {
-    write(path(QStringLiteral("src/a")), "a");
-    write(path(QStringLiteral("src/x/.b")), "hidden");
-    write(path(QStringLiteral("dst/old")), "old");
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
-    QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+    writeFile(path(QStringLiteral("src/a")), "a");
+    writeFile(path(QStringLiteral("src/x/.b")), "hidden");
+    writeFile(path(QStringLiteral("dst/old")), "old");
+    SpiedSynchronizer synchronizer;
     QVERIFY(synchronizer.fullSync(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
-    QCOMPARE(contentOf(path(QStringLiteral("dst"))), contentOf(path(QStringLiteral("src"))));
-    QCOMPARE(read(path(QStringLiteral("dst/x/.b"))), QByteArray("hidden"));
+    QCOMPARE(filesBelow(path(QStringLiteral("dst"))), filesBelow(path(QStringLiteral("src"))));
+    QCOMPARE(contentOf(path(QStringLiteral("dst/x/.b"))), QByteArray("hidden"));
     QVERIFY(!QFile::exists(path(QStringLiteral("dst/old"))));
-    QCOMPARE(error.count() + log.count(), 0);
+    QCOMPARE(synchronizer.errors.count() + synchronizer.logged.count(), 0);
 }
 
 void tst_DirectorySynchronizer::fullSyncFails()
 {
     LogCapture records;
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
+    SpiedSynchronizer synchronizer;
     QVERIFY(!synchronizer.fullSync(path(QStringLiteral("missing")), path(QStringLiteral("dst"))));
-    QCOMPARE(error.count(), 0);
+    QCOMPARE(synchronizer.errors.count(), 0);
     QCOMPARE(records.lines(),
              QStringList({QStringLiteral("critical orvautils FileUtils copyDir: ")
                               + path(QStringLiteral("missing")) + QStringLiteral(" Doesnt exists"),
@@ -175,70 +142,63 @@ void tst_DirectorySynchronizer::fullSyncFails()
 
 void tst_DirectorySynchronizer::added()
 {
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
-    QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+    SpiedSynchronizer synchronizer;
     QVERIFY(QDir().mkpath(path(QStringLiteral("src/x"))));
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
-    write(path(QStringLiteral("src/x/y.txt")), "content");
-    QTRY_COMPARE(read(path(QStringLiteral("dst/x/y.txt"))), QByteArray("content"));
-    QVERIFY(texts(log).contains(QStringLiteral("[MOD] ") + path(QStringLiteral("dst/x/y.txt"))));
-    QCOMPARE(error.count(), 0);
+    writeFile(path(QStringLiteral("src/x/y.txt")), "content");
+    QTRY_COMPARE(contentOf(path(QStringLiteral("dst/x/y.txt"))), QByteArray("content"));
+    QVERIFY(textsOf(synchronizer.logged)
+                .contains(QStringLiteral("[MOD] ") + path(QStringLiteral("dst/x/y.txt"))));
+    QCOMPARE(synchronizer.errors.count(), 0);
 }
 
 void tst_DirectorySynchronizer::modified()
 {
-    write(path(QStringLiteral("src/x/y.txt")), "before");
-    DirectorySynchronizer synchronizer;
-    QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+    writeFile(path(QStringLiteral("src/x/y.txt")), "before");
+    SpiedSynchronizer synchronizer;
     QVERIFY(synchronizer.fullSync(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
-    write(path(QStringLiteral("src/x/y.txt")), "after");
-    QTRY_COMPARE(read(path(QStringLiteral("dst/x/y.txt"))), QByteArray("after"));
-    QTRY_VERIFY(
-        texts(log).contains(QStringLiteral("[MOD] ") + path(QStringLiteral("dst/x/y.txt"))));
+    writeFile(path(QStringLiteral("src/x/y.txt")), "after");
+    QTRY_COMPARE(contentOf(path(QStringLiteral("dst/x/y.txt"))), QByteArray("after"));
+    QTRY_VERIFY(textsOf(synchronizer.logged)
+                    .contains(QStringLiteral("[MOD] ") + path(QStringLiteral("dst/x/y.txt"))));
 }
 
 void tst_DirectorySynchronizer::deleted()
 {
-    write(path(QStringLiteral("src/x/y.txt")), "content");
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
-    QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+    writeFile(path(QStringLiteral("src/x/y.txt")), "content");
+    SpiedSynchronizer synchronizer;
     QVERIFY(synchronizer.fullSync(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
     QVERIFY(QFile::remove(path(QStringLiteral("src/x/y.txt"))));
     QTRY_VERIFY(!QFile::exists(path(QStringLiteral("dst/x/y.txt"))));
-    QTRY_COMPARE(texts(log),
+    QTRY_COMPARE(textsOf(synchronizer.logged),
                  QStringList(QStringLiteral("[DEL] ") + path(QStringLiteral("dst/x/y.txt"))));
-    QCOMPARE(error.count(), 0);
+    QCOMPARE(synchronizer.errors.count(), 0);
 }
 
 void tst_DirectorySynchronizer::deletedWithoutMirror()
 {
-    write(path(QStringLiteral("src/a")), "a");
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
-    QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+    writeFile(path(QStringLiteral("src/a")), "a");
+    SpiedSynchronizer synchronizer;
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
     QVERIFY(QFile::remove(path(QStringLiteral("src/a"))));
-    QTRY_COMPARE(texts(error),
+    QTRY_COMPARE(textsOf(synchronizer.errors),
                  QStringList(QStringLiteral("unable to remove ") + path(QStringLiteral("dst/a"))));
-    QCOMPARE(log.count(), 0);
+    QCOMPARE(synchronizer.logged.count(), 0);
     // It goes on.
-    write(path(QStringLiteral("src/b")), "b");
-    QTRY_COMPARE(read(path(QStringLiteral("dst/b"))), QByteArray("b"));
+    writeFile(path(QStringLiteral("src/b")), "b");
+    QTRY_COMPARE(contentOf(path(QStringLiteral("dst/b"))), QByteArray("b"));
 }
 
 void tst_DirectorySynchronizer::unreadableSource()
 {
     LogCapture records;
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
+    SpiedSynchronizer synchronizer;
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
     // Gone before it could be copied; the folder of its mirror is made all the same.
     synchronizer.onFileAddedOrModified(path(QStringLiteral("src/x/gone")));
-    QCOMPARE(texts(error),
+    QCOMPARE(textsOf(synchronizer.errors),
              QStringList(QStringLiteral("unable to copy ") + path(QStringLiteral("src/x/gone"))));
     QVERIFY(QDir(path(QStringLiteral("dst/x"))).exists());
 }
@@ -247,16 +207,15 @@ void tst_DirectorySynchronizer::everyOccurrenceIsReplaced()
 {
     const QString source = path(QStringLiteral("src"));
     const QString again = source + source; // the source's path once more, further down
-    write(again + QStringLiteral("/a"), "a");
-    DirectorySynchronizer synchronizer;
-    QSignalSpy log(&synchronizer, &DirectorySynchronizer::log);
+    writeFile(again + QStringLiteral("/a"), "a");
+    SpiedSynchronizer synchronizer;
     const QString destination = path(QStringLiteral("dst"));
     QVERIFY(synchronizer.startWatcher(source, destination));
     synchronizer.onFileAddedOrModified(again + QStringLiteral("/a"));
     QCOMPARE(
-        texts(log),
+        textsOf(synchronizer.logged),
         QStringList(QStringLiteral("[MOD] ") + destination + destination + QStringLiteral("/a")));
-    QCOMPARE(read(destination + destination + QStringLiteral("/a")), QByteArray("a"));
+    QCOMPARE(contentOf(destination + destination + QStringLiteral("/a")), QByteArray("a"));
 }
 
 void tst_DirectorySynchronizer::pathsAreCleaned()
@@ -264,32 +223,32 @@ void tst_DirectorySynchronizer::pathsAreCleaned()
     DirectorySynchronizer synchronizer;
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("dst/../src//")),
                                       path(QStringLiteral("./dst/"))));
-    write(path(QStringLiteral("src/x/a")), "a");
-    QTRY_COMPARE(read(path(QStringLiteral("dst/x/a"))), QByteArray("a"));
+    writeFile(path(QStringLiteral("src/x/a")), "a");
+    QTRY_COMPARE(contentOf(path(QStringLiteral("dst/x/a"))), QByteArray("a"));
 }
 
 void tst_DirectorySynchronizer::outsideOfTheSource()
 {
-    write(path(QStringLiteral("elsewhere")), "precious");
-    DirectorySynchronizer synchronizer;
-    QSignalSpy error(&synchronizer, &DirectorySynchronizer::error);
+    writeFile(path(QStringLiteral("elsewhere")), "precious");
+    SpiedSynchronizer synchronizer;
     const QString file = path(QStringLiteral("elsewhere"));
     for (const bool started : {false, true}) {
         if (started)
             QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")),
                                               path(QStringLiteral("dst"))));
-        error.clear();
+        synchronizer.errors.clear();
         synchronizer.onFileDeleted(file);
         synchronizer.onFileAddedOrModified(file);
-        QCOMPARE(texts(error),
+        QCOMPARE(textsOf(synchronizer.errors),
                  QStringList({QStringLiteral("unable to remove ") + file,
                               QStringLiteral("unable to copy ") + file}));
-        QCOMPARE(read(file), QByteArray("precious"));
+        QCOMPARE(contentOf(file), QByteArray("precious"));
 
-        error.clear();
+        synchronizer.errors.clear();
         const QString missing = path(QStringLiteral("nowhere/file"));
         synchronizer.onFileAddedOrModified(missing);
-        QCOMPARE(texts(error), QStringList(QStringLiteral("unable to copy ") + missing));
+        QCOMPARE(textsOf(synchronizer.errors),
+                 QStringList(QStringLiteral("unable to copy ") + missing));
         QVERIFY(!QFileInfo::exists(path(QStringLiteral("nowhere"))));
     }
 }
@@ -298,7 +257,7 @@ void tst_DirectorySynchronizer::outsideOfTheSource()
 void tst_DirectorySynchronizer::editingSession()
 {
     for (int i = 0; i < 50; ++i)
-        write(path(QStringLiteral("src/d%1/f%2").arg(i % 5).arg(i)), QByteArray::number(i));
+        writeFile(path(QStringLiteral("src/d%1/f%2").arg(i % 5).arg(i)), QByteArray::number(i));
     DirectorySynchronizer synchronizer;
     const QString source = path(QStringLiteral("src"));
     const QString destination = path(QStringLiteral("dst"));
@@ -316,9 +275,9 @@ void tst_DirectorySynchronizer::editingSession()
                         "-r d2; i=$((i+1)); done"),
          source});
     QTRY_COMPARE_WITH_TIMEOUT(session.state(), QProcess::NotRunning, 60000);
-    QTRY_COMPARE_WITH_TIMEOUT(contentOf(destination).keys(), contentOf(source).keys(), 20000);
-    QTRY_COMPARE_WITH_TIMEOUT(contentOf(destination), contentOf(source), 20000);
-    QVERIFY(contentOf(source).size() > 150);
+    QTRY_COMPARE_WITH_TIMEOUT(filesBelow(destination).keys(), filesBelow(source).keys(), 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(filesBelow(destination), filesBelow(source), 20000);
+    QVERIFY(filesBelow(source).size() > 150);
 }
 
 QTEST_GUILESS_MAIN(tst_DirectorySynchronizer)

@@ -5,10 +5,10 @@
 
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
+#include "Sandbox.h"
 
 #include <QLockFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTranslator>
 #include <QtTest>
 
@@ -51,9 +51,9 @@ private Q_SLOTS:
     void raceHasOneWinner();
 
 private:
-    QString path(const QString& name) const { return mDir->path() + QLatin1Char('/') + name; }
+    QString path(const QString& name) const { return mDir->root() + QLatin1Char('/') + name; }
 
-    QScopedPointer<QTemporaryDir> mDir;
+    QScopedPointer<Sandbox> mDir;
 };
 
 namespace {
@@ -118,8 +118,7 @@ int hold(const QString& project)
 
 void tst_ProjectFileLocker::init()
 {
-    mDir.reset(new QTemporaryDir);
-    QVERIFY(mDir->isValid());
+    mDir.reset(new Sandbox);
 }
 
 void tst_ProjectFileLocker::suffix()
@@ -143,7 +142,7 @@ void tst_ProjectFileLocker::sameFileTwoLockers()
     QVERIFY(first.openNewProjectFile(path(QStringLiteral("a.proj"))));
     QString error;
     QVERIFY(!second.openNewProjectFile(path(QStringLiteral("a.proj")), &error));
-    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->path()));
+    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->root()));
 }
 
 void tst_ProjectFileLocker::sameFileSameLocker()
@@ -152,7 +151,7 @@ void tst_ProjectFileLocker::sameFileSameLocker()
     QVERIFY(locker.openNewProjectFile(path(QStringLiteral("a.proj"))));
     QString error;
     QVERIFY(!locker.openNewProjectFile(path(QStringLiteral("a.proj")), &error));
-    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->path()));
+    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->root()));
     QVERIFY(QFile::exists(path(QStringLiteral("a.proj.locked"))));
     QVERIFY(!ProjectFileLocker().openNewProjectFile(path(QStringLiteral("a.proj"))));
 }
@@ -228,9 +227,9 @@ void tst_ProjectFileLocker::errorIsNotClearedOnSuccess()
 
 void tst_ProjectFileLocker::permission()
 {
-    QVERIFY(QDir(mDir->path()).mkdir(QStringLiteral("closed")));
+    QVERIFY(QDir(mDir->root()).mkdir(QStringLiteral("closed")));
     const QString folder = path(QStringLiteral("closed"));
-    QVERIFY(QFile::setPermissions(mDir->path(), QFile::Permissions(0x7755)));
+    QVERIFY(QFile::setPermissions(mDir->root(), QFile::Permissions(0x7755)));
     QVERIFY(QFile::setPermissions(folder, QFile::Permissions(0x5555)));
     const OrdinaryUser user;
     ProjectFileLocker locker;
@@ -274,7 +273,7 @@ void tst_ProjectFileLocker::placeholdersInNames()
     ProjectFileLocker first;
     QVERIFY(first.openNewProjectFile(path(QStringLiteral("%1.proj"))));
     QVERIFY(!locker.openNewProjectFile(path(QStringLiteral("%1.proj")), &error));
-    QCOMPARE(error, alreadyOpened(QStringLiteral("%1.proj"), mDir->path()));
+    QCOMPARE(error, alreadyOpened(QStringLiteral("%1.proj"), mDir->root()));
 }
 
 void tst_ProjectFileLocker::translated()
@@ -298,7 +297,7 @@ void tst_ProjectFileLocker::translated()
     QString error;
     QVERIFY(first.openNewProjectFile(path(QStringLiteral("a.proj"))));
     QVERIFY(!second.openNewProjectFile(path(QStringLiteral("a.proj")), &error));
-    QCOMPARE(error, QStringLiteral("<Project a.proj already opened !>\nFolder : ") + mDir->path());
+    QCOMPARE(error, QStringLiteral("<Project a.proj already opened !>\nFolder : ") + mDir->root());
     QVERIFY(!second.openNewProjectFile(path(QStringLiteral("missing/a.proj")), &error));
     QVERIFY2(error.startsWith(QStringLiteral(
                  "<Lock failed on 'a.proj' : error=<Another error happened, for instance a full "
@@ -309,7 +308,7 @@ void tst_ProjectFileLocker::translated()
 
 void tst_ProjectFileLocker::folderLockLiesInside()
 {
-    QVERIFY(QDir(mDir->path()).mkdir(QStringLiteral("shop")));
+    QVERIFY(QDir(mDir->root()).mkdir(QStringLiteral("shop")));
     ProjectFileLocker locker;
     QVERIFY(locker.openNewProjectFolder(path(QStringLiteral("shop")), QStringLiteral("Shop")));
     QVERIFY(QFile::exists(path(QStringLiteral("shop/lockfile"))));
@@ -348,7 +347,7 @@ void tst_ProjectFileLocker::folderEmpty()
 void tst_ProjectFileLocker::folderRelative()
 {
     const QString former = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(mDir->path()));
+    QVERIFY(QDir::setCurrent(mDir->root()));
     ProjectFileLocker locker;
     QVERIFY(locker.openNewProjectFile(path(QStringLiteral("a.proj"))));
     // True without a lock, and the former lock stays.
@@ -390,11 +389,11 @@ void tst_ProjectFileLocker::heldByAnotherProcess()
     ProjectFileLocker locker;
     QString error;
     QVERIFY(!locker.openNewProjectFile(path(QStringLiteral("a.proj")), &error));
-    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->path()));
+    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->root()));
 
     OtherInstance third(path(QStringLiteral("a.proj")));
     QCOMPARE(third.answer(),
-             alreadyOpened(QStringLiteral("a.proj"), mDir->path())
+             alreadyOpened(QStringLiteral("a.proj"), mDir->root())
                  .replace(QLatin1Char('\n'), QLatin1Char('|')));
 }
 
@@ -432,7 +431,7 @@ void tst_ProjectFileLocker::oldLockOfARunningOwner()
     ProjectFileLocker locker;
     QString error;
     QVERIFY(!locker.openNewProjectFile(path(QStringLiteral("a.proj")), &error));
-    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->path()));
+    QCOMPARE(error, alreadyOpened(QStringLiteral("a.proj"), mDir->root()));
 }
 
 void tst_ProjectFileLocker::raceHasOneWinner()

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// SpiedSignals: the texts that signals brought, and the moment at which no more will come.
+
+#ifndef SPIEDSIGNALS_H
+#define SPIEDSIGNALS_H
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QSignalSpy>
+#include <QStringList>
+#include <QVariant>
+
+/// The first arguments of all signals so far, in the order in which they came.
+inline QStringList textsOf(const QSignalSpy& spy)
+{
+    QStringList texts;
+    for (const QList<QVariant>& arguments : spy)
+        texts.append(arguments.value(0).toString());
+    return texts;
+}
+
+/// Lets this thread handle what has happened on the disk, and what it does about it in turn.
+/// Linux queues a notification before the call that causes it returns, so there is nothing to wait
+/// for; each turn of the event loop may cause another one, but not ten in a row.
+inline void handleEvents()
+{
+    for (int turn = 0; turn < 10; ++turn) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+}
+
+/// Handles events until no signal comes any more.
+inline void settle(const QList<QSignalSpy*>& spies)
+{
+    const auto count = [&spies] {
+        int signalsSoFar = 0;
+        for (const QSignalSpy* spy : spies)
+            signalsSoFar += spy->count();
+        return signalsSoFar;
+    };
+    int before = -1;
+    while (before != count()) {
+        before = count();
+        handleEvents();
+    }
+}
+
+#endif // SPIEDSIGNALS_H
