@@ -1,19 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of colours: notifications, ramps, greys, and colours as CSS.
+// The page of colours, as messages, ramps and CSS have them, and of badges.
 
 #include "Canvas.h"
 #include "Layouts.h"
 #include "Page.h"
 #include "Pages.h"
+#include "Pictures.h"
 
 #include <ColorUtils.h>
 #include <DrawUtils.h>
+#include <DrawingCountZoneHelper.h>
 
 #include <QLabel>
 #include <QPainter>
-#include <QVector>
+#include <QSpinBox>
 
 namespace {
 
@@ -57,22 +59,6 @@ void drawRamp(QPainter* painter, const QRect& rect)
     }
 }
 
-void drawGreys(QPainter* painter, const QRect& rect)
-{
-    const int count = 12;
-    for (int i = 0; i < count; ++i) {
-        const int left = rect.width() * i / count;
-        const int width = rect.width() * (i + 1) / count - left;
-        const QRect upper(left, 0, width, rect.height() / 2);
-        const QRect lower = upper.translated(0, rect.height() / 2);
-        const QColor color = QColor::fromHsv(360 * i / count, 190, 225);
-        //! [grey]
-        painter->fillRect(upper, color);
-        painter->fillRect(lower, ColorUtils::grayColor(color));
-        //! [grey]
-    }
-}
-
 QWidget* cssColour(const QString& text)
 {
     //! [css]
@@ -97,21 +83,62 @@ QWidget* cssColours()
     });
 }
 
-QWidget* randomColours()
+DrawingCountOptions redBadge(const QRect& rect)
 {
-    QVector<QColor> colors;
-    for (int i = 0; i < 16; ++i) {
-        //! [random]
-        colors.append(ColorUtils::randomColor());
-        //! [random]
+    //! [badge]
+    DrawingCountOptions options;
+    options.rect = rect;
+    options.alignment = Qt::AlignRight | Qt::AlignTop;
+    options.firstBackgroundColor = QColor(0xe5, 0x39, 0x35); // at the top
+    options.secondBackgroundColor = QColor(0xb7, 0x1c, 0x1c);
+    options.textColor = Qt::white;
+    //! [badge]
+    return options;
+}
+
+void drawBadges(QPainter* painter, const QRect& rect)
+{
+    const QStringList texts = {QStringLiteral("1"), QStringLiteral("12"),
+                               QStringLiteral("128"), QStringLiteral("99+")};
+    QRect cell(0, 0, rect.width() / texts.size(), rect.height());
+    for (const QString& text : texts) {
+        DrawingCountOptions options = redBadge(cell);
+        options.alignment = Qt::AlignCenter;
+        DrawingCountZoneHelper::paintCountZone(painter, text, options);
+        cell.translate(cell.width(), 0);
     }
-    return new Canvas(QSize(400, 22),
-                      [colors](QPainter* painter, const QRect& rect) {
-                          const int width = rect.width() / colors.size();
-                          for (int i = 0; i < colors.size(); ++i)
-                              painter->fillRect(i * width, 0, width,
-                                                rect.height(), colors[i]);
-                      });
+}
+
+QWidget* unreadMessages()
+{
+    auto* count = new QSpinBox;
+    count->setObjectName(QStringLiteral("unread"));
+    count->setMaximum(99999);
+    count->setValue(7);
+    auto* symbol =
+        new Canvas(QSize(120, 76), [count](QPainter* painter, const QRect&) {
+            const QRect place(30, 8, 60, 60);
+            DrawUtils::drawSmoothPixmap(painter, place, Pictures::bell(240));
+            if (count->value() == 0)
+                return;
+            painter->setRenderHint(QPainter::Antialiasing);
+            const DrawingCountOptions options = redBadge(place);
+            //! [measure]
+            const QString text = QString::number(count->value());
+            const QRect badge =
+                DrawingCountZoneHelper::boundingRect(painter, text, options);
+            painter->setPen(Qt::NoPen); // a white edge around the badge
+            painter->setBrush(Qt::white);
+            painter->drawRoundedRect(badge.adjusted(-2, -2, 2, 2), 10, 10);
+            DrawingCountZoneHelper::paintCountZone(painter, text, options);
+            //! [measure]
+        });
+    symbol->setObjectName(QStringLiteral("bell"));
+    QObject::connect(
+        count, static_cast<void (QSpinBox::*)(int)>(&QSpinBox::valueChanged),
+        symbol, [symbol] { symbol->update(); });
+    return Layouts::row(
+        {symbol, Layouts::labelled(Page::tr("&Unread"), count)});
 }
 
 } // namespace
@@ -126,9 +153,10 @@ Page* makeColoursPage(const QString& title)
                     "notification");
     page->addSample(Page::tr("Between two colours"),
                     new Canvas(QSize(400, 40), drawRamp), "interpolate");
-    page->addSample(Page::tr("The grey of a colour"),
-                    new Canvas(QSize(400, 44), drawGreys), "grey");
     page->addSample(Page::tr("From CSS and back"), cssColours(), "css");
-    page->addSample(Page::tr("Random colours"), randomColours(), "random");
+    page->addSample(Page::tr("Badges"), new Canvas(QSize(400, 44), drawBadges),
+                    "badge");
+    page->addSample(Page::tr("A badge on a picture"), unreadMessages(),
+                    "measure");
     return page;
 }

@@ -73,21 +73,6 @@ QComboBox* currencies()
     return box;
 }
 
-QWidget* symbols()
-{
-    QStringList texts;
-    for (const char* name : {"EUR", "GBP", "USD", "CHF", "PLN", "INR", "DKK"}) {
-        const QString code = QString::fromLatin1(name);
-        //! [symbol]
-        texts.append(
-            CurrencyUtils::currencySymbol(code, QLocale::CurrencySymbol));
-        //! [symbol]
-    }
-    auto* label = Layouts::plainText(texts.join(QStringLiteral("   ")));
-    DrawUtils::setWidgetTextPixelSize(label, 20);
-    return label;
-}
-
 QString rateText(double rate)
 {
     return rate < 0 ? QStringLiteral("–")
@@ -153,7 +138,6 @@ Page* makeCommercePage(const QString& title)
                     Layouts::form({{Page::tr("&Currency"), currency}}),
                     "currencies");
     page->addSample(Page::tr("A price"), prices(currency), "price");
-    page->addSample(Page::tr("Symbols"), symbols(), "symbol");
     page->addSample(Page::tr("Value-added tax in the European Union"), rates(),
                     "rate");
     return page;

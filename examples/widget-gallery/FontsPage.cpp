@@ -1,22 +1,24 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of the web fonts that a user can choose from.
+// The page of the web fonts that a user can choose from, and of how long it
+// takes to read them.
 
 #include "Layouts.h"
 #include "Page.h"
 #include "Pages.h"
 
 #include <DrawUtils.h>
+#include <GoogleFontFile.h>
 #include <GoogleFontLoader.h>
+#include <SpeedTestAnalyzer.h>
 
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QTableWidget>
-
-#include <memory>
 
 namespace {
 
@@ -75,7 +77,7 @@ QListWidget* makeFontList(GoogleFontLoader* loader)
 {
     auto* list = new QListWidget;
     list->setObjectName(QStringLiteral("fonts"));
-    list->setFixedSize(400, 150);
+    list->setFixedSize(400, 130);
     list->setUniformItemSizes(true);
     //! [names]
     list->addItems(loader->fontNames());
@@ -115,6 +117,32 @@ QWidget* makeSpelling(GoogleFontLoader* loader)
         {Layouts::form({{Page::tr("&Written as"), edit}}), answer});
 }
 
+QString measured()
+{
+    //! [speed]
+    SpeedTestAnalyzer speed(Page::tr("Font catalogue"));
+    GoogleFontFile fonts;
+    fonts.loadJsonGFontFromFilePath(
+        GoogleFontLoader::builinGoogleJsonFilePath());
+    speed << Page::tr("read and parse");
+    fonts.indexOf(QStringLiteral("Roboto"));
+    speed << Page::tr("find a family");
+    const QString report = speed.toString();
+    //! [speed]
+    return report.trimmed();
+}
+
+QWidget* stopwatch()
+{
+    auto* report = Layouts::plainText(Page::tr("Not measured yet."));
+    report->setObjectName(QStringLiteral("report"));
+    auto* button = new QPushButton(Page::tr("&Measure"));
+    button->setObjectName(QStringLiteral("measure"));
+    QObject::connect(button, &QPushButton::clicked, report,
+                     [report] { report->setText(measured()); });
+    return Layouts::column({report, Layouts::row({button})});
+}
+
 } // namespace
 
 Page* makeFontsPage(const QString& title)
@@ -142,10 +170,6 @@ Page* makeFontsPage(const QString& title)
     else
         list->setCurrentItem(openSans.first());
 
-    //! [information]
-    auto* information = new QLabel(loader->stringInformations());
-    //! [information]
-    page->addSample(Page::tr("What is loaded"), information, "information");
     page->addSample(
         Page::tr("Families"),
         Layouts::column({Layouts::form({{Page::tr("&Find"), filter}}), list}),
@@ -153,5 +177,6 @@ Page* makeFontsPage(const QString& title)
     page->addSample(Page::tr("Weights of the chosen family"), table, "weights");
     page->addSample(Page::tr("The catalogue's spelling"), makeSpelling(loader),
                     "spelling");
+    page->addSample(Page::tr("A stopwatch with laps"), stopwatch(), "speed");
     return page;
 }

@@ -22,19 +22,11 @@ struct Topic
 QVector<Topic> allTopics();
 
 Page* makeColoursPage(const QString& title);
-Page* makeBadgesPage(const QString& title);
-Page* makeMessagesPage(const QString& title);
-Page* makePixmapsPage(const QString& title);
-Page* makeUndefinedPage(const QString& title);
-Page* makePathsPage(const QString& title);
 Page* makePicturesPage(const QString& title);
-Page* makeTransparencyPage(const QString& title);
-Page* makeFoldersPage(const QString& title);
-Page* makeFadePage(const QString& title);
-Page* makeKeySequencePage(const QString& title);
-Page* makeDecimalKeyPage(const QString& title);
+Page* makeShapesPage(const QString& title);
+Page* makeWindowsPage(const QString& title);
+Page* makeKeysPage(const QString& title);
 Page* makeFontsPage(const QString& title);
 Page* makeCommercePage(const QString& title);
-Page* makeMachinePage(const QString& title);
 
 #endif // PAGES_H

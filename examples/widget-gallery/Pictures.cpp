@@ -7,8 +7,6 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include <cmath>
-
 namespace {
 
 /// A painter whose unit is such that \a drawing units fill the pixmap, centred,
@@ -107,21 +105,6 @@ QPixmap Pictures::lifebelt(int side)
     painter.setPen(QPen(QColor(0x2c, 0x5d, 0x8a), 3));
     painter.drawEllipse(QPointF(50, 50), 46, 46);
     painter.drawEllipse(QPointF(50, 50), 22, 22);
-    return pixmap;
-}
-
-QPixmap Pictures::wave(int side)
-{
-    QPixmap pixmap(side, side);
-    pixmap.fill(QColor(0xd6, 0xea, 0xf5));
-    UnitPainter painter(&pixmap, {100, 100});
-    painter.setPen(QPen(QColor(0x2c, 0x7f, 0xb0), 7));
-    for (int y = 25; y <= 75; y += 50) {
-        QPainterPath path(QPointF(-10, y));
-        for (int x = -10; x <= 110; x += 5)
-            path.lineTo(x, y + 11 * std::sin(x * 2 * 3.14159265 / 100));
-        painter.drawPath(path);
-    }
     return pixmap;
 }
 

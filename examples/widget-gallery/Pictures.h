@@ -17,16 +17,13 @@ namespace Pictures {
 /// A sailing boat at sea, opaque.
 QPixmap boat(const QSize& size);
 
-/// A black bell on nothing, for a symbol that takes any colour.
+/// A black bell on a transparent ground, for a symbol that takes any colour.
 QPixmap bell(int side);
 
-/// A round sign in several colours on nothing.
+/// A round sign in several colours on a transparent ground.
 QPixmap lifebelt(int side);
 
-/// A tile that goes on in its neighbours.
-QPixmap wave(int side);
-
-/// A print of fine lines, which shows what scaling does to it.
+/// A print of fine lines, which poor scaling breaks up.
 QPixmap engraving(int side);
 
 /// The pattern that shows where a picture is transparent.

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of windows that fade in and out, and of what else dialogs need.
+// The page of windows that fade in and out, of widgets that keep their place,
+// and of paths that are too long for theirs.
 
 #include "Canvas.h"
 #include "Layouts.h"
@@ -10,15 +11,18 @@
 #include "Pictures.h"
 
 #include <DrawUtils.h>
+#include <FileUtils.h>
 #include <QObjectEventFilter.h>
 #include <WidgetUtils.h>
 
 #include <QCheckBox>
 #include <QEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QSlider>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
@@ -91,9 +95,9 @@ private:
             return;
         QLabel* const notice = mNotice;
         const int duration = mDuration->value();
-        //! [hide]
+        //! [show]
         WidgetUtils::hideAnimated(notice, duration);
-        //! [hide]
+        //! [show]
     }
 
     void watch()
@@ -115,23 +119,12 @@ private:
     QPointer<QLabel> mNotice;
 };
 
-void drawBoat(QPainter* painter, const QRect& rect)
-{
-    painter->drawPixmap(rect, Pictures::boat(rect.size() * 2));
-}
-
-QWidget* roundedPicture()
-{
-    auto* picture = new Canvas(QSize(160, 100), drawBoat);
-    //! [mask]
-    WidgetUtils::createWidgetRoundedMask(picture, 24);
-    //! [mask]
-    return picture;
-}
-
 QWidget* hiddenPicture()
 {
-    auto* picture = new Canvas(QSize(112, 70), drawBoat);
+    auto* picture =
+        new Canvas(QSize(112, 70), [](QPainter* painter, const QRect& rect) {
+            painter->drawPixmap(rect, Pictures::boat(rect.size() * 2));
+        });
     picture->setObjectName(QStringLiteral("picture"));
     //! [retain]
     WidgetUtils::RetainSizeWhenHidden(picture);
@@ -145,26 +138,65 @@ QWidget* hiddenPicture()
          Layouts::plainText(Page::tr("Its place stays free."))});
 }
 
+/// \a text in a box of \a width pixels.
+void drawBox(QPainter* painter, const QPoint& place, const QString& text,
+             int width)
+{
+    const int padding = 4;
+    const QRect box(place, QSize(width + 2 * padding, 20));
+    painter->fillRect(box, QColor(0xe8, 0xf1, 0xfb));
+    painter->drawText(box.adjusted(padding, 0, -padding, 0),
+                      Qt::AlignLeft | Qt::AlignVCenter, text);
+}
+
+QWidget* ownFolder()
+{
+    auto* path =
+        new QLineEdit(QStringLiteral("/srv/shop/images/summer/beach.jpg"));
+    path->setObjectName(QStringLiteral("path"));
+    path->setMinimumWidth(270);
+    path->setCursorPosition(0);
+    auto* width = new QSlider(Qt::Horizontal);
+    width->setObjectName(QStringLiteral("width"));
+    width->setRange(10, 380);
+    width->setValue(170);
+    width->setPageStep(20);
+    width->setMinimumWidth(270);
+    auto* canvas = new Canvas(
+        QSize(400, 36), [path, width](QPainter* painter, const QRect&) {
+            //! [elided]
+            QString folder = path->text();
+            const QString text = FileUtils::elidedFolder(
+                painter->fontMetrics(), folder, width->value());
+            //! [elided]
+            drawBox(painter, QPoint(6, 8), text, width->value());
+        });
+    canvas->setObjectName(QStringLiteral("folderCanvas"));
+    const auto redraw = [canvas] { canvas->update(); };
+    QObject::connect(path, &QLineEdit::textChanged, canvas, redraw);
+    QObject::connect(width, &QSlider::valueChanged, canvas, redraw);
+    return Layouts::column({canvas,
+                            Layouts::form({{Page::tr("&Folder"), path},
+                                           {Page::tr("&Width"), width}})});
+}
+
 } // namespace
 
-Page* makeFadePage(const QString& title)
+Page* makeWindowsPage(const QString& title)
 {
     auto* page = new Page(title,
-                          Page::tr("A notice that comes and goes softly, in "
-                                   "the middle of its parent."),
-                          QStringLiteral("FadePage.cpp"));
-    page->addSample(Page::tr("Fade in"), new FadeControls, "show");
-    page->addSample(Page::tr("Fade out"),
-                    Layouts::plainText(
-                        Page::tr("The notice is hidden at once; its opacity\n"
-                                 "goes on to 0 behind the scene.")),
-                    "hide");
+                          Page::tr("Notices that come and go softly, and "
+                                   "paths that are too long for their place."),
+                          QStringLiteral("WindowsPage.cpp"));
+    page->addSample(Page::tr("A notice that fades in and out"),
+                    new FadeControls, "show");
     page->addSample(Page::tr("Know when it happens"),
                     Layouts::plainText(Page::tr(
                         "An event filter written where it is needed.")),
                     "watch");
-    page->addSample(Page::tr("Rounded corners"), roundedPicture(), "mask");
     page->addSample(Page::tr("A hidden widget that keeps its place"),
                     hiddenPicture(), "retain");
+    page->addSample(Page::tr("A path that loses whole folders at its left"),
+                    ownFolder(), "elided");
     return page;
 }

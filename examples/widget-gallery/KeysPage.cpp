@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The pages of keys: sequences that a window recognises, and keys that a field
-// replaces.
+// The page of keys: a typed word that is recognised, and keys that a widget
+// takes in its own way.
 
 #include "Layouts.h"
 #include "Page.h"
@@ -64,20 +64,6 @@ QWidget* sequence()
                             answer});
 }
 
-QWidget* withoutDigits()
-{
-    QLineEdit* const name = lineEdit("name");
-    //! [filter]
-    QObjectEventFilter::filter(name, [](QObject*, QEvent* event) {
-        if (event->type() != QEvent::KeyPress)
-            return false;
-        const QString text = static_cast<QKeyEvent*>(event)->text();
-        return text.size() == 1 && text.at(0).isDigit(); // true: consumed
-    });
-    //! [filter]
-    return Layouts::form({{Page::tr("&Name"), name}});
-}
-
 QWidget* deletableItems()
 {
     auto* list = new QListWidget;
@@ -100,22 +86,14 @@ QWidget* deletableItems()
     return Layouts::form({{Page::tr("&Delete from"), list}});
 }
 
-QLineEdit* priceEdit(const char* name)
+QWidget* priceWithPoint()
 {
-    QLineEdit* const price = lineEdit(name);
-    //! [plain]
+    QLineEdit* const price = lineEdit("price");
     QLocale locale = QLocale::c(); // a point, and no comma anywhere
     locale.setNumberOptions(QLocale::RejectGroupSeparator);
     auto* validator = new QDoubleValidator(0, 100000, 2, price);
     validator->setLocale(locale);
     price->setValidator(validator);
-    //! [plain]
-    return price;
-}
-
-QWidget* replacedKey()
-{
-    QLineEdit* const price = priceEdit("price");
     const QString comma = QStringLiteral(",");
     const QString point = QStringLiteral(".");
     //! [replacement]
@@ -123,64 +101,29 @@ QWidget* replacedKey()
     QObjectEventFilter::filter(
         price, QObjectEventFilter::inputKeyReplacement(comma, point));
     //! [replacement]
-    return Layouts::form({{Page::tr("&Replaced"), price}});
-}
-
-QWidget* formattedPrice()
-{
-    QLineEdit* const price = priceEdit("shownPrice");
-    const QString comma = QStringLiteral(",");
-    const QString point = QStringLiteral(".");
-    QObjectEventFilter::filter(
-        price, QObjectEventFilter::inputKeyReplacement(comma, point));
     QLabel* const answer = answerLabel("formattedPrice", QString());
-    const auto show = [answer](const QString& text) {
-        //! [price]
-        const QString shown =
-            CurrencyUtils::formatPrice(text.toDouble(), QStringLiteral("EUR"));
-        //! [price]
-        answer->setText(shown);
-    };
-    QObject::connect(price, &QLineEdit::textChanged, answer, show);
+    QObject::connect(price, &QLineEdit::textChanged, answer,
+                     [answer](const QString& text) {
+                         answer->setText(CurrencyUtils::formatPrice(
+                             text.toDouble(), QStringLiteral("EUR")));
+                     });
     price->setText(QStringLiteral("12.5"));
     return Layouts::column(
-        {Layouts::form({{Page::tr("&Shop price"), price}}), answer});
-}
-
-QWidget* plainPrice()
-{
-    QLineEdit* const price = priceEdit("plainPrice");
-    price->setPlaceholderText(Page::tr("1,5 becomes 15"));
-    return Layouts::form({{Page::tr("&Left alone"), price}});
+        {Layouts::form({{Page::tr("P&rice"), price}}), answer});
 }
 
 } // namespace
 
-Page* makeKeySequencePage(const QString& title)
-{
-    auto* page = new Page(
-        title,
-        Page::tr(
-            "A window that knows a secret word, and takes no key away for it."),
-        QStringLiteral("KeysPages.cpp"));
-    page->addSample(Page::tr("A secret word"), sequence(), "sequence");
-    page->addSample(Page::tr("A field that refuses digits"), withoutDigits(),
-                    "filter");
-    page->addSample(Page::tr("Is this key meant to delete?"), deletableItems(),
-                    "delete");
-    return page;
-}
-
-Page* makeDecimalKeyPage(const QString& title)
+Page* makeKeysPage(const QString& title)
 {
     auto* page = new Page(title,
-                          Page::tr("Prices have a point; many keyboards have a "
-                                   "comma. Type 1,5 into the fields."),
-                          QStringLiteral("KeysPages.cpp"));
-    page->addSample(Page::tr("The comma becomes a point"), replacedKey(),
+                          Page::tr("Event filters written where they are "
+                                   "needed, and a word that a window knows."),
+                          QStringLiteral("KeysPage.cpp"));
+    page->addSample(Page::tr("A secret word"), sequence(), "sequence");
+    page->addSample(Page::tr("Is this key meant to delete?"), deletableItems(),
+                    "delete");
+    page->addSample(Page::tr("The comma becomes a point"), priceWithPoint(),
                     "replacement");
-    page->addSample(Page::tr("A field without it"), plainPrice(), "plain");
-    page->addSample(Page::tr("And what the shop shows"), formattedPrice(),
-                    "price");
     return page;
 }

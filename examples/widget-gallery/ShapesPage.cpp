@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of rounded paths: each corner with a radius of its own.
+// The page of what is painted around content and where there is none: rounded
+// shapes, informative messages, and marks of undefined values.
 
 #include "Canvas.h"
 #include "Layouts.h"
@@ -13,29 +14,11 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
 #include <QSpinBox>
-#include <QVector>
 
 namespace {
-
-void drawShapes(QPainter* painter, const QRect& rect)
-{
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setBrush(QColor(0xdb, 0xea, 0xfe));
-    painter->setPen(QPen(QColor(0x1d, 0x4e, 0x89), 2));
-    const int width = rect.width() / 4;
-    QRectF cell(14, 14, width - 28, rect.height() - 28);
-    //! [shapes]
-    // Top left, top right, bottom right, bottom left
-    for (const QVector<int>& radii :
-         {QVector<int>{20, 20, 20, 20}, QVector<int>{20, 20},
-          QVector<int>{32, 0, 32, 0}, QVector<int>{0, 40, 8, 8}}) {
-        painter->drawPath(DrawUtils::makePathRoundedShape(cell, radii));
-        cell.translate(width, 0);
-    }
-    //! [shapes]
-}
 
 void drawClipped(QPainter* painter, const QRect& rect)
 {
@@ -101,19 +84,60 @@ QWidget* ownRadii()
     return Layouts::row({canvas, radii});
 }
 
+QWidget* ownMessage()
+{
+    auto* text = new QLineEdit(Page::tr("Write here what it says"));
+    text->setObjectName(QStringLiteral("message"));
+    text->setMinimumWidth(230);
+    auto* canvas = new Canvas(QSize(400, 96),
+                              [text](QPainter* painter, const QRect& rect) {
+                                  //! [message]
+                                  DrawUtils::drawInformativeMessage(
+                                      painter, nullptr, text->text(), rect);
+                                  //! [message]
+                              });
+    canvas->setObjectName(QStringLiteral("messageCanvas"));
+    QObject::connect(text, &QLineEdit::textChanged, canvas,
+                     [canvas] { canvas->update(); });
+    return Layouts::column(
+        {canvas, Layouts::form({{Page::tr("&Message"), text}})});
+}
+
+void drawPrices(QPainter* painter, const QRect& rect)
+{
+    const int gap = 8;
+    const QSize size((rect.width() - 6 * gap) / 5, rect.height() - 2 * gap);
+    QRect cell(QPoint(gap, gap), size);
+    const auto next = [&] {
+        const QRect current = cell;
+        painter->fillRect(current, QColor(0xee, 0xf1, 0xf5));
+        cell.translate(cell.width() + gap, 0);
+        return current;
+    };
+    painter->drawText(next(), Qt::AlignCenter, QStringLiteral("12.50"));
+    //! [undefined]
+    // No price is not the same as a price of 0
+    DrawUtils::drawUndefinedRectOblique(painter, next());
+    const bool black = true; // otherwise red
+    DrawUtils::drawUndefinedRectStraight(painter, next(), black);
+    DrawUtils::drawUndefinedRectStraight(painter, next(), !black);
+    //! [undefined]
+    painter->drawText(next(), Qt::AlignCenter, QStringLiteral("0.00"));
+}
+
 } // namespace
 
-Page* makePathsPage(const QString& title)
+Page* makeShapesPage(const QString& title)
 {
-    auto* page = new Page(
-        title,
-        Page::tr(
-            "A quarter of a circle at each corner, each as large as you say."),
-        QStringLiteral("PathsPage.cpp"));
-    page->addSample(Page::tr("Four shapes"),
-                    new Canvas(QSize(400, 110), drawShapes), "shapes");
+    auto* page = new Page(title,
+                          Page::tr("Rounded corners, the message of an empty "
+                                   "list, and values that are not known."),
+                          QStringLiteral("ShapesPage.cpp"));
     page->addSample(Page::tr("A picture in a shape"),
                     new Canvas(QSize(400, 146), drawClipped), "clip");
-    page->addSample(Page::tr("Your own"), ownRadii(), "own");
+    page->addSample(Page::tr("Your own corners"), ownRadii(), "own");
+    page->addSample(Page::tr("Your own message"), ownMessage(), "message");
+    page->addSample(Page::tr("Prices that are not known"),
+                    new Canvas(QSize(400, 60), drawPrices), "undefined");
     return page;
 }
