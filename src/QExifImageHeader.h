@@ -12,13 +12,15 @@
 #include <QDataStream>
 #include <QImage>
 #include <QList>
-#include <QScopedPointer>
 #include <QString>
 
 #include <array>
+#include <memory>
 
-class QExifImageHeaderPrivate;
 class QIODevice;
+namespace OrvaUtilsPrivate {
+class QExifImageHeaderPrivate;
+}
 
 /// One entry of an image file directory (IFD): 12 bytes on file.
 ///
@@ -420,7 +422,7 @@ protected:
 private:
     Q_DISABLE_COPY(QExifImageHeader)
 
-    QScopedPointer<QExifImageHeaderPrivate> d;
+    const std::unique_ptr<OrvaUtilsPrivate::QExifImageHeaderPrivate> d;
 };
 
 #endif // ORVAUTILS_QEXIFIMAGEHEADER_H

@@ -15,7 +15,7 @@
 using namespace OrvaUtilsPrivate;
 
 /// What the handles of one value share. The payload is in a subclass, one per kind of payload.
-class QExifValuePrivate : public QSharedData
+class OrvaUtilsPrivate::QExifValuePrivate : public QSharedData
 {
 public:
     QExifValuePrivate(quint16 valueType, quint32 valueCount)

@@ -18,7 +18,9 @@
 #include <QString>
 #include <QVector>
 
+namespace OrvaUtilsPrivate {
 class QExifValuePrivate;
+}
 
 /// The immutable value of one EXIF tag: a run of bytes, of 16-bit or 32-bit integers or of
 /// rationals, a text, or opaque bytes.
@@ -190,7 +192,7 @@ public:
     QDateTime toDateTime() const;
 
 private:
-    QExplicitlySharedDataPointer<QExifValuePrivate> d;
+    QExplicitlySharedDataPointer<OrvaUtilsPrivate::QExifValuePrivate> d;
 };
 
 Q_DECLARE_TYPEINFO(QExifValue, Q_MOVABLE_TYPE);

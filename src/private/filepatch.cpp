@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "filepatch_p.h"
+
+#include "filesystem_p.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <iterator>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+bool writeAt(QIODevice* device, qint64 position, const char* data, qint64 size)
+{
+    if (!device->seek(position) || device->write(data, size) != size)
+        return false;
+    auto* const file = qobject_cast<QFileDevice*>(device);
+    return !file || file->flush();
+}
+
+bool writeAt(QIODevice* device, qint64 position, const QByteArray& bytes)
+{
+    return writeAt(device, position, bytes.constData(), bytes.size());
+}
+
+bool readAt(QIODevice* device, qint64 position, QByteArray* bytes)
+{
+    return device->seek(position) && device->read(bytes->data(), bytes->size()) == bytes->size();
+}
+
+/// Replaces the content of a device by a longer one. What lies beyond the old end is written first,
+/// so that a lack of space is found out while the old content is still whole.
+bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArray& after)
+{
+    const int oldSize = before.size();
+    const bool grown =
+        writeAt(device, oldSize, after.constData() + oldSize, after.size() - oldSize);
+    if (grown && writeAt(device, 0, after.constData(), oldSize))
+        return true;
+    if (grown)
+        writeAt(device, 0, before);
+    if (auto* const file = qobject_cast<QFileDevice*>(device))
+        file->resize(oldSize);
+    return false;
+}
+
+/// Takes what a patch would not change off both ends of it. False where the file cannot be read.
+bool narrow(QIODevice* device, FilePatch* patch)
+{
+    QByteArray before(patch->bytes.size(), Qt::Uninitialized);
+    if (!readAt(device, patch->begin, &before))
+        return false;
+    const QByteArray& after = patch->bytes;
+    const auto first = std::mismatch(after.begin(), after.end(), before.begin()).first;
+    const auto last =
+        std::mismatch(after.rbegin(), std::make_reverse_iterator(first), before.rbegin()).first;
+    patch->end = patch->begin + (last.base() - after.begin());
+    patch->begin += first - after.begin();
+    patch->bytes = QByteArray(first, static_cast<int>(last.base() - first));
+    return true;
+}
+
+/// Whether a process that is killed while it writes these bytes has written all of them or none: a
+/// system takes them page by page, and ends a killed process between two pages. No page is smaller.
+bool isWrittenAtOnce(const FilePatch& patch)
+{
+    const qint64 pageSize = 4096;
+    return patch.begin / pageSize == (patch.end - 1) / pageSize;
+}
+
+/// Patches a file in place, and closes it: some file systems report a failure only then.
+Patched patchAndClose(QFile* file, const FilePatch& patch)
+{
+    const bool isPatched = patchInPlace(file, patch);
+    file->close();
+    return isPatched && file->error() == QFileDevice::NoError ? Patched::Yes : Patched::Failed;
+}
+
+} // namespace
+
+bool openToPatch(QFile* file)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 11, 0)
+    return !file->fileName().isEmpty()
+        && file->open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered);
+#else
+    return file->exists() && file->open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+#endif
+}
+
+Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable)
+{
+    if (!patch.movesWhatFollows()) {
+        if (!narrow(file, &patch))
+            return Patched::Failed;
+        if (patch.bytes.isEmpty())
+            return Patched::Yes;
+        if (isWrittenAtOnce(patch))
+            return patchAndClose(file, patch);
+    }
+    switch (FileSystem::replaceBytes(file, patch.begin, patch.end, patch.bytes)) {
+    case FileSystem::Replaced::Yes:
+        return Patched::Yes;
+    case FileSystem::Replaced::No:
+        return Patched::Failed;
+    case FileSystem::Replaced::NotTried:
+        break;
+    }
+    if (irreplaceable == Irreplaceable::Refuse)
+        return Patched::Refused;
+    return file->isOpen() || openToPatch(file) ? patchAndClose(file, patch) : Patched::Failed;
+}
+
+bool patchInPlace(QIODevice* device, const FilePatch& patch)
+{
+    if (!patch.movesWhatFollows()) {
+        QByteArray before(patch.bytes.size(), Qt::Uninitialized);
+        if (!readAt(device, patch.begin, &before))
+            return false;
+        const bool isWritten = writeAt(device, patch.begin, patch.bytes);
+        if (!isWritten)
+            writeAt(device, patch.begin, before);
+        return isWritten;
+    }
+    if (!device->seek(0))
+        return false;
+    const QByteArray before = device->readAll();
+    if (before.size() != device->size())
+        return false;
+    QByteArray after = before.left(static_cast<int>(patch.begin)) + patch.bytes;
+    after.append(before.constData() + patch.end, before.size() - static_cast<int>(patch.end));
+    return replaceContent(device, before, after);
+}
+
+} // namespace OrvaUtilsPrivate
