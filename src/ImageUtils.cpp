@@ -9,6 +9,7 @@
 #include "filesystem_p.h"
 #include "intactfile_p.h"
 #include "logrecord_p.h"
+#include "orientation_p.h"
 #include "picturereader_p.h"
 #include "picturesize_p.h"
 #include "picturewriter_p.h"
@@ -18,7 +19,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QSaveFile>
-#include <QTransform>
 
 #include <cerrno>
 #include <limits>
@@ -126,18 +126,15 @@ bool ImageFileCopy::run()
 /// Reads format and size from the header, and computes the maximum size from them.
 bool ImageFileCopy::inspect()
 {
-    IntactFile file(mSource);
-    if (file.isIntact()) {
-        QImageReader reader(&file);
-        mFormat = reader.format().toLower();
-        mWholeSize = reader.size();
-    }
-    if (mFormat.isEmpty()) {
+    const PictureHeader header = readPictureHeader(mSource);
+    if (header.format.isEmpty()) {
         ORVAUTILS_LOG_WARNING_IN("copyImageFile") << "importImageFile format null";
         return false;
     }
-    if (!file.isIntact())
+    if (!header.isIntact)
         return cannotLoad();
+    mFormat = header.format;
+    mWholeSize = header.size;
 
     mMaximum = effectiveMaximum(mWishes.maxSize, mWholeSize);
     if (mMaximum.width() < 1 || mMaximum.height() < 1) {
@@ -222,7 +219,7 @@ void ImageFileCopy::turn()
 {
     if (mRotation == 0)
         return;
-    mImage = mImage.transformed(QTransform().rotate(mRotation), Qt::SmoothTransformation);
+    mImage = upright(mImage, mRotation == 180 ? 3 : mRotation == 90 ? 6 : 8);
     if (mImage.isNull()) {
         ORVAUTILS_LOG_WARNING_IN("copyImageFile")
             << "copyImageFile #4 img.size() = " << mImage.size();
@@ -318,7 +315,9 @@ bool ImageUtils::copyImageFile(const QString& src, const QString& dst, bool keep
 
 QSize ImageUtils::imageSize(const QString& path)
 {
-    return QImageReader(path).size();
+    const PictureHeader header = readPictureHeader(path);
+    // What cannot be opened may still be a name to which the image reader adds a suffix.
+    return header.format.isEmpty() ? QImageReader(path).size() : header.size;
 }
 
 QPixmap ImageUtils::scaledPixmapFromFilepath(const QString& path, const QSize& maxSize)

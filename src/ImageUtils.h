@@ -128,12 +128,14 @@ public:
     /// its size. The size of the result is computed from the whole size all the same, and its luma
     /// stays within 38 dB (PSNR) of what scaling the whole photograph gives. A file that breaks off
     /// half-way gives what Qt's reader makes of it. A picture that would take more than 2 GiB once
-    /// decoded cannot be loaded.
+    /// decoded cannot be loaded, nor can a JPEG of more than a thousand segments or scans, which no
+    /// camera writes and which would keep the reader busy for hours.
     ///
-    /// \warning What is re-encoded keeps its pixels and, from Qt 5.14 on, an RGB or grey colour
-    /// profile. It loses everything else: EXIF, XMP and IPTC, among them date and copyright,
-    /// comments, the profile of a CMYK picture (which becomes RGB), the palette of a PNG, and every
-    /// frame but the first of an animated WebP. The mirrored orientations 2, 4, 5 and 7 count as no
+    /// \warning Re-encoding keeps the pixels, comments and, from Qt 5.14 on, a colour profile that
+    /// consists of a matrix and curves, as those of cameras and displays do. It loses everything
+    /// else: EXIF, XMP and IPTC, among them date and copyright, any other profile, also that of a
+    /// CMYK picture (which becomes RGB), the palette of a PNG that is scaled, and every frame but
+    /// the first of an animated WebP. The mirrored orientations 2, 4, 5 and 7 count as no
     /// rotation and are lost with the EXIF block. What is copied keeps everything, also the place
     /// where a photograph was taken.
     ///
@@ -162,7 +164,8 @@ public:
                               int quality = -1);
 
     /// The size that the header of the image file \a path states; the picture is not decoded.
-    /// Invalid, (-1, -1), if there is none. The EXIF orientation is not applied.
+    /// Invalid, (-1, -1), if there is none, and if more than a thousand segments stand before the
+    /// pixels of a JPEG. The EXIF orientation is not applied.
     static QSize imageSize(const QString& path);
 
     /// The picture in the file \a path, scaled smoothly into \a maxSize, keeping its aspect ratio,

@@ -18,6 +18,10 @@
 #include <QtPlugin>
 #include <QtTest>
 
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+#include <QColorSpace>
+#endif
+
 #include <limits>
 
 #ifdef Q_OS_UNIX
@@ -28,18 +32,36 @@
 
 // Image formats of this test
 
-/// "hollow" reads every file as an empty picture, "readonly" as a red one; neither can be written.
+/// "hollow" reads every file as an empty picture, "readonly" as a red one; "deep" claims a picture
+/// of 20,000 x 20,000 pixels with 16 bits a channel. None of them can be written.
 class OddFormat : public QImageIOHandler
 {
 public:
+    static int reads; // of pictures, by all handlers
+
     bool canRead() const override { return true; }
     bool read(QImage* image) override
     {
+        ++reads;
         *image = format() == "hollow" ? QImage() : QImage(40, 30, QImage::Format_RGB32);
         image->fill(Qt::red);
         return true;
     }
+    bool supportsOption(ImageOption option) const override
+    {
+        return format() == "deep" && (option == Size || option == ImageFormat);
+    }
+    QVariant option(ImageOption option) const override
+    {
+#if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
+        if (option == ImageFormat)
+            return int(QImage::Format_RGBA64);
+#endif
+        return option == Size ? QVariant(QSize(20000, 20000)) : QVariant();
+    }
 };
+
+int OddFormat::reads = 0;
 
 class OddFormatPlugin : public QImageIOPlugin
 {
@@ -48,7 +70,8 @@ class OddFormatPlugin : public QImageIOPlugin
 public:
     Capabilities capabilities(QIODevice*, const QByteArray& format) const override
     {
-        return format == "hollow" || format == "readonly" ? CanRead : Capabilities();
+        return format == "hollow" || format == "readonly" || format == "deep" ? CanRead
+                                                                              : Capabilities();
     }
     QImageIOHandler* create(QIODevice* device, const QByteArray& format) const override
     {
@@ -172,7 +195,12 @@ private Q_SLOTS:
     void truncatedJpeg();
     void hostileHeader_data();
     void hostileHeader();
+    void endlessJpeg_data();
+    void endlessJpeg();
+    void deepPixelsCount();
     void cmyk();
+    void turningKeepsProfile_data();
+    void turningKeepsProfile();
 
     void ontoItself_data();
     void ontoItself();
@@ -837,6 +865,90 @@ void tst_ImageUtilsCopy::hostileHeader()
         ownLines(log),
         QStringList(warning(QStringLiteral("importImageFile can't load  ") + path("source.img"))));
     QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("source.img")));
+}
+
+void tst_ImageUtilsCopy::endlessJpeg_data()
+{
+    QTest::addColumn<QByteArray>("piece");
+    QTest::addColumn<bool>("behindPixels");
+    QTest::addColumn<int>("count"); // of segments in the whole file
+    QTest::addColumn<bool>("loads");
+    const QByteArray comment = QByteArray::fromHex("fffe0002");
+    const QByteArray app1 = QByteArray::fromHex("ffe100074162636465");
+    const QByteArray emptyScan = QByteArray::fromHex("ffda000801010000003f00");
+    QTest::newRow("1,000 comments") << comment << false << 1000 << true;
+    QTest::newRow("1,001 comments") << comment << false << 1001 << false;
+    QTest::newRow("2 million comments") << comment << false << 2000000 << false;
+    QTest::newRow("1,001 APP1") << app1 << false << 1001 << false;
+    QTest::newRow("a million APP1") << app1 << false << 1000000 << false;
+    QTest::newRow("1,001 scans") << emptyScan << true << 1001 << false;
+    QTest::newRow("20,000 scans") << emptyScan << true << 20000 << false;
+}
+
+void tst_ImageUtilsCopy::endlessJpeg()
+{
+    QFETCH(QByteArray, piece);
+    QFETCH(bool, behindPixels);
+    QFETCH(int, count);
+    QFETCH(bool, loads);
+    // A JPEG of Qt has nine segments: APP0, two quantisation tables, a frame, four Huffman tables
+    // and a scan.
+    QByteArray bytes = jpeg(picture(160, 120));
+    const int place = behindPixels ? bytes.size() - 2 : 2;
+    bytes.insert(place, piece.repeated(count - 9));
+    writeFile(path("source.jpg"), bytes);
+    // The scan is not part of the header.
+    QCOMPARE(ImageUtils::imageSize(path("source.jpg")).isValid(), behindPixels || count <= 1001);
+    QCOMPARE(ImageUtils::scaledPixmapFromFilepath(path("source.jpg"), QSize(40, 40)).isNull(),
+             !loads);
+    LogCapture log;
+    QCOMPARE(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(40, 40)),
+             loads);
+    QCOMPARE(ownLines(log),
+             loads ? QStringList()
+                   : QStringList(warning(QStringLiteral("importImageFile can't load  ")
+                                         + path("source.jpg"))));
+    QCOMPARE(QFile::exists(path("copy.jpg")), loads);
+}
+
+void tst_ImageUtilsCopy::deepPixelsCount()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
+    // 1.6 GB with four bytes a pixel, but 3.2 GB with the eight that the reader announces.
+    writeFile(path("source.deep"), "any");
+    LogCapture log;
+    const int reads = OddFormat::reads;
+    QVERIFY(
+        !ImageUtils::copyImageFile(path("source.deep"), path("copy.jpg"), false, QSize(100, 100)));
+    QCOMPARE(OddFormat::reads, reads);
+    QCOMPARE(
+        ownLines(log),
+        QStringList(warning(QStringLiteral("importImageFile can't load  ") + path("source.deep"))));
+#endif
+}
+
+void tst_ImageUtilsCopy::turningKeepsProfile_data()
+{
+    QTest::addColumn<int>("orientation");
+    for (const int orientation : {1, 3, 6, 8})
+        QTest::newRow(qPrintable(QString::number(orientation))) << orientation;
+}
+
+void tst_ImageUtilsCopy::turningKeepsProfile()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    QFETCH(int, orientation);
+    for (const auto name : {QColorSpace::AdobeRgb, QColorSpace::DisplayP3}) {
+        QImage image = picture(400, 300);
+        image.setColorSpace(name);
+        writeFile(path("source.jpg"), jpeg(image, orientation));
+        QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true,
+                                          QSize(100, 100), ImageUtils::UseExifRotation));
+        QCOMPARE(QImage(path("copy.jpg")).colorSpace(), QColorSpace(name));
+    }
+#else
+    QSKIP("this version of Qt knows no colour profiles");
+#endif
 }
 
 void tst_ImageUtilsCopy::cmyk()

@@ -4,6 +4,8 @@
 #include "picturereader_p.h"
 
 #include "intactfile_p.h"
+#include "jpegsegments_p.h"
+#include "orientation_p.h"
 #include "picturesize_p.h"
 
 #include <QBuffer>
@@ -17,6 +19,49 @@
 namespace OrvaUtilsPrivate {
 
 namespace {
+
+/// No camera writes more segments or scans than this. A decoder goes through all scans again and
+/// again, and keeps what is in the segments in lists that it walks from their beginning.
+const int mostSegments = 1000;
+
+/// Whether more segments than that stand before the picture itself.
+bool hasEndlessHeader(QIODevice* device)
+{
+    const qint64 start = device->pos();
+    JpegSegments segments(device, JpegSegments::Markers::Standard);
+    int count = 0;
+    for (bool found = segments.begin();
+         found && segments.marker() != JpegMarker::StartOfScan && count <= mostSegments;
+         found = segments.next())
+        ++count;
+    device->seek(start);
+    return count > mostSegments;
+}
+
+bool hasTooManySegments(const QByteArray& bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    return buffer.open(QIODevice::ReadOnly) && JpegSegments::hasMoreThan(mostSegments, &buffer);
+}
+
+/// The memory that an image reader takes for a pixel of the picture it has before it.
+int bytesPerPixel(const QImageReader& reader)
+{
+    const int usual = 4; // most readers do not tell; and what they tell is converted to this
+    // What a reader tells without having understood the header is any number.
+    if (!reader.size().isValid())
+        return usual;
+    const int format = reader.imageFormat();
+    if (format <= QImage::Format_Invalid || format >= QImage::NImageFormats)
+        return usual;
+    return qMax(usual, QImage::toPixelFormat(QImage::Format(format)).bitsPerPixel() / 8);
+}
+
+bool fitsInMemory(const QImageReader& reader)
+{
+    return OrvaUtilsPrivate::fitsInMemory(reader.size(), bytesPerPixel(reader));
+}
 
 /// How much fine detail a picture has: the mean square of the second difference between
 /// neighbouring pixels, along rows and columns, in grey levels, from a sample of its rows.
@@ -70,7 +115,7 @@ QImage imageInLargePages(const QSize& size)
 /// 4 KiB at a time, and with less than 3 KiB before it the decoder goes a slow and careful way.
 bool decodeJpeg(const QByteArray& bytes, const QSize& size, const QSize& target, QImage* image)
 {
-    if (!fitsInMemory(size))
+    if (!OrvaUtilsPrivate::fitsInMemory(size))
         return false;
     QBuffer buffer;
     buffer.setData(bytes);
@@ -86,13 +131,31 @@ bool decodeJpeg(const QByteArray& bytes, const QSize& size, const QSize& target,
 
 } // namespace
 
+PictureHeader readPictureHeader(const QString& path)
+{
+    PictureHeader header;
+    IntactFile file(path);
+    if (!file.isIntact())
+        return header;
+    QImageReader reader(&file);
+    header.format = reader.format().toLower();
+    const bool isEndless = hasEndlessHeader(&file);
+    if (!isEndless) {
+        header.size = reader.size();
+        header.bytesPerPixel = bytesPerPixel(reader);
+        header.orientation = orientationOf(reader.transformation());
+    }
+    header.isIntact = file.isIntact() && !isEndless;
+    return header;
+}
+
 bool loadWhole(const QString& path, QImage* image)
 {
     IntactFile file(path);
-    if (!file.isIntact())
+    if (!file.isIntact() || JpegSegments::hasMoreThan(mostSegments, &file))
         return false;
     QImageReader reader(&file);
-    return fitsInMemory(reader.size()) && reader.read(image) && file.isIntact();
+    return fitsInMemory(reader) && reader.read(image) && file.isIntact();
 }
 
 // JPEG stores blocks of 8 x 8 pixels, from which the decoder makes blocks of 1, 2 or 4 pixels a
@@ -111,7 +174,7 @@ bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QIma
 {
     IntactFile file(path);
     const QByteArray bytes = file.isIntact() ? file.readAll() : QByteArray();
-    if (!file.isIntact())
+    if (!file.isIntact() || hasTooManySegments(bytes))
         return false;
     for (const int divisor : {8, 4, 2}) {
         if (!target.isValid() || whole.width() % divisor != 0 || whole.height() % divisor != 0)

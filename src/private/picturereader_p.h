@@ -6,6 +6,7 @@
 #ifndef ORVAUTILS_PICTUREREADER_P_H
 #define ORVAUTILS_PICTUREREADER_P_H
 
+#include <QByteArray>
 #include <QSize>
 
 class QImage;
@@ -13,9 +14,29 @@ class QString;
 
 namespace OrvaUtilsPrivate {
 
+/// What a picture file states about itself before its pixels.
+struct PictureHeader
+{
+    /// Lower-case; empty where no image reader knows the file.
+    QByteArray format;
+    /// Invalid where the reader does not tell it.
+    QSize size;
+    /// How much memory the reader takes for a pixel.
+    int bytesPerPixel = 4;
+    /// The EXIF orientation, 1 to 8, that the image reader tells; 1 where it tells none.
+    int orientation = 1;
+    /// False where reading failed, so that the rest may not be what the file holds, and where the
+    /// header has more segments than any camera writes: readers take hours for millions of them.
+    bool isIntact = false;
+};
+
+/// Reads the header of the picture file \a path, nothing more.
+PictureHeader readPictureHeader(const QString& path);
+
 /// Loads the whole picture in the file \a path. False, with \a image untouched or null, where the
-/// image reader cannot, where the file cannot be read to where the reader wanted it, and where the
-/// picture would not fit into memory.
+/// image reader cannot, where the file cannot be read to where the reader wanted it, where the
+/// picture would not fit into memory, and where it is a JPEG of more than a thousand segments or
+/// scans.
 bool loadWhole(const QString& path, QImage* image);
 
 /// As loadWhole(), for the JPEG file \a path whose size is \a whole and which is to be scaled to

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The eight orientations of EXIF: what has to be done to a picture to set it upright.
+
+#ifndef ORVAUTILS_ORIENTATION_P_H
+#define ORVAUTILS_ORIENTATION_P_H
+
+#include <QImageIOHandler>
+
+namespace OrvaUtilsPrivate {
+
+/// Whether a picture of that EXIF orientation lies on its side: upright, width and height change
+/// places.
+bool isSideways(int orientation);
+
+/// \a image as it looks upright, with its colour profile. \a orientation is that of EXIF, from 1
+/// (upright already) to 8; any other value leaves the picture as it is.
+QImage upright(const QImage& image, int orientation);
+
+/// The EXIF orientation, 1 to 8, that \a transformation undoes.
+int orientationOf(QImageIOHandler::Transformations transformation);
+
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_ORIENTATION_P_H
