@@ -5,8 +5,19 @@
 
 #include <QKeyEvent>
 
+using namespace OrvaUtilsPrivate;
+
+class OrvaUtilsPrivate::KeyPressCheatCodeDetectionPrivate
+{
+public:
+    QString key;
+    int position =
+        0; // how many characters of the key were typed so far, always less than its length
+};
+
 KeyPressCheatCodeDetection::KeyPressCheatCodeDetection(QObject* target)
     : QObject(target)
+    , d(new KeyPressCheatCodeDetectionPrivate)
 {
     target->installEventFilter(this);
 }
@@ -15,8 +26,8 @@ KeyPressCheatCodeDetection::~KeyPressCheatCodeDetection() = default;
 
 void KeyPressCheatCodeDetection::setKey(const QString& key)
 {
-    mKey = key;
-    mPosition = 0;
+    d->key = key;
+    d->position = 0;
 }
 
 bool KeyPressCheatCodeDetection::eventFilter(QObject* watched, QEvent* event)
@@ -31,15 +42,16 @@ void KeyPressCheatCodeDetection::keyPressEvent(QKeyEvent* event)
     const QString typed = event->text();
     if (typed.size() != 1)
         return;
-    const QString expected = mKey.mid(mPosition, 1); // empty for an empty sequence: nothing matches
+    const QString expected =
+        d->key.mid(d->position, 1); // empty for an empty sequence: nothing matches
     if (typed.compare(expected, Qt::CaseInsensitive) != 0) {
-        mPosition = 0;
+        d->position = 0;
         return;
     }
-    ++mPosition;
-    if (mPosition < mKey.size())
+    ++d->position;
+    if (d->position < d->key.size())
         return;
     // Reset first: a slot may type on, set another sequence or delete this object.
-    mPosition = 0;
+    d->position = 0;
     Q_EMIT keyDetected();
 }

@@ -12,7 +12,13 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 class QKeyEvent;
+
+namespace OrvaUtilsPrivate {
+class KeyPressCheatCodeDetectionPrivate;
+}
 
 /// Watches the key presses of one object and emits keyDetected() when a sequence of characters was
 /// typed.
@@ -56,11 +62,12 @@ public:
 
 Q_SIGNALS:
     /// The whole sequence was typed. A slot may delete the detection or give it another sequence.
+    /// It must not delete the watched object, to which Qt is still delivering the key: use
+    /// QObject::deleteLater() for that.
     void keyDetected();
 
 private:
-    QString mKey;
-    int mPosition = 0; // how many characters of mKey were typed so far, always less than its length
+    const std::unique_ptr<OrvaUtilsPrivate::KeyPressCheatCodeDetectionPrivate> d;
 };
 
 #endif // ORVAUTILS_KEYPRESSCHEATCODEDETECTION_H

@@ -6,8 +6,18 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 
+using namespace OrvaUtilsPrivate;
+
+class OrvaUtilsPrivate::QObjectEventFilterPrivate
+{
+public:
+    // Shared, so that a function that deletes its filter stays alive until it returns.
+    std::shared_ptr<const std::function<bool(QObject*, QEvent*)>> function;
+};
+
 QObjectEventFilter::QObjectEventFilter(QObject* target)
     : QObject(target)
+    , d(new QObjectEventFilterPrivate)
 {
     target->installEventFilter(this);
 }
@@ -16,7 +26,7 @@ QObjectEventFilter::~QObjectEventFilter() = default;
 
 bool QObjectEventFilter::eventFilter(QObject* watched, QEvent* event)
 {
-    const auto function = mFilter;
+    const auto function = d->function;
     if (!function)
         return QObject::eventFilter(watched, event);
     return (*function)(watched, event);
@@ -27,7 +37,7 @@ QObjectEventFilter* QObjectEventFilter::filter(QObject* target,
 {
     auto* created = new QObjectEventFilter(target);
     if (f)
-        created->mFilter = std::make_shared<const std::function<bool(QObject*, QEvent*)>>(f);
+        created->d->function = std::make_shared<const std::function<bool(QObject*, QEvent*)>>(f);
     return created;
 }
 

@@ -14,6 +14,10 @@
 #include <functional>
 #include <memory>
 
+namespace OrvaUtilsPrivate {
+class QObjectEventFilterPrivate;
+}
+
 /// An event filter that runs a function.
 ///
 /// \code
@@ -74,8 +78,7 @@ public:
                                                                       const QString& to);
 
 private:
-    // Shared, so that a function that deletes its filter stays alive until it returns.
-    std::shared_ptr<const std::function<bool(QObject*, QEvent*)>> mFilter;
+    const std::unique_ptr<OrvaUtilsPrivate::QObjectEventFilterPrivate> d;
 };
 
 #endif // ORVAUTILS_QOBJECTEVENTFILTER_H

@@ -5,28 +5,45 @@
 
 #include "StringUtils.h"
 #include "UnitTestInfo.h"
+#include "asconst_p.h"
+
+#include <QElapsedTimer>
+#include <QList>
+
+using namespace OrvaUtilsPrivate;
+
+class OrvaUtilsPrivate::SpeedTestAnalyzerPrivate
+{
+public:
+    explicit SpeedTestAnalyzerPrivate(const QString& analyzerName)
+        : name(analyzerName)
+    {
+        totalTimer.start();
+        stepTimer.start();
+    }
+
+    QElapsedTimer totalTimer;
+    QElapsedTimer stepTimer;
+    QList<UnitTestInfo> steps;
+    QString name;
+    bool enabled = true;
+};
 
 SpeedTestAnalyzer::SpeedTestAnalyzer(const QString& name)
-    : mName(name)
-{
-    mTotalTimer.start();
-    mStepTimer.start();
-}
+    : d(new SpeedTestAnalyzerPrivate(name))
+{ }
 
-SpeedTestAnalyzer::~SpeedTestAnalyzer()
-{
-    qDeleteAll(mSteps);
-}
+SpeedTestAnalyzer::~SpeedTestAnalyzer() = default;
 
 void SpeedTestAnalyzer::setEnabled(bool enabled)
 {
-    mEnabled = enabled;
+    d->enabled = enabled;
 }
 
 void SpeedTestAnalyzer::append(const QString& label)
 {
-    if (mEnabled)
-        mSteps.append(new UnitTestInfo(label, mStepTimer));
+    if (d->enabled)
+        d->steps.append(UnitTestInfo(label, d->stepTimer));
 }
 
 SpeedTestAnalyzer& SpeedTestAnalyzer::operator<<(const QString& label)
@@ -37,21 +54,21 @@ SpeedTestAnalyzer& SpeedTestAnalyzer::operator<<(const QString& label)
 
 qint64 SpeedTestAnalyzer::elapsed() const
 {
-    return mEnabled ? mTotalTimer.elapsed() : -1;
+    return d->enabled ? d->totalTimer.elapsed() : -1;
 }
 
 QString SpeedTestAnalyzer::speedTotalToString() const
 {
-    return mEnabled ? StringUtils::formatDurationFromMSec(quint64(elapsed())) : QString();
+    return d->enabled ? StringUtils::formatDurationFromMSec(quint64(elapsed())) : QString();
 }
 
 QString SpeedTestAnalyzer::toString() const
 {
-    if (!mEnabled)
+    if (!d->enabled)
         return QString();
     QString report =
-        mName + QStringLiteral(" Speed total =") + speedTotalToString() + QLatin1Char('\n');
-    for (const UnitTestInfo* step : mSteps)
-        report += step->toString() + QLatin1Char('\n');
+        d->name + QStringLiteral(" Speed total =") + speedTotalToString() + QLatin1Char('\n');
+    for (const UnitTestInfo& step : asConst(d->steps))
+        report += step.toString() + QLatin1Char('\n');
     return report;
 }

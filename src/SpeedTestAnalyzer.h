@@ -8,11 +8,13 @@
 
 #include "orvautils_export.h"
 
-#include <QElapsedTimer>
-#include <QList>
 #include <QString>
 
-class UnitTestInfo;
+#include <memory>
+
+namespace OrvaUtilsPrivate {
+class SpeedTestAnalyzerPrivate;
+}
 
 /// A stopwatch with laps. Both of its clocks start when it is made; each step takes the time since
 /// the step before.
@@ -61,11 +63,7 @@ public:
 private:
     Q_DISABLE_COPY(SpeedTestAnalyzer)
 
-    QElapsedTimer mTotalTimer;
-    QElapsedTimer mStepTimer;
-    QList<UnitTestInfo*> mSteps;
-    QString mName;
-    bool mEnabled = true;
+    const std::unique_ptr<OrvaUtilsPrivate::SpeedTestAnalyzerPrivate> d;
 };
 
 #endif // ORVAUTILS_SPEEDTESTANALYZER_H

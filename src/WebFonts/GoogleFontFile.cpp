@@ -9,10 +9,23 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QVector>
 
 #include <algorithm>
 
 using namespace OrvaUtilsPrivate;
+
+class OrvaUtilsPrivate::GoogleFontFilePrivate : public QSharedData
+{
+public:
+    QJsonDocument document;
+    QList<GoogleFontItem> items;
+    /// For each family the hash of its name in the upper half, its position in the lower half;
+    /// ascending.
+    QVector<quint64> index;
+    QDate lastModification;
+    bool valid = false;
+};
 
 namespace {
 
@@ -40,6 +53,16 @@ quint32 hashOfName(const QString& name)
 
 } // namespace
 
+GoogleFontFile::GoogleFontFile()
+    : d(new GoogleFontFilePrivate)
+{ }
+
+GoogleFontFile::GoogleFontFile(const GoogleFontFile& other) = default;
+
+GoogleFontFile& GoogleFontFile::operator=(const GoogleFontFile& other) = default;
+
+GoogleFontFile::~GoogleFontFile() = default;
+
 void GoogleFontFile::clear()
 {
     *this = GoogleFontFile();
@@ -62,51 +85,53 @@ bool GoogleFontFile::loadJsonGFontFromBynaryDatas(const QByteArray& data)
 {
     clear();
     QJsonParseError error = {};
-    mDocument = QJsonDocument::fromJson(data, &error);
+    GoogleFontFilePrivate& catalogue = *d;
+    catalogue.document = QJsonDocument::fromJson(data, &error);
     if (error.error != QJsonParseError::NoError) {
         ORVAUTILS_LOG_WARNING() << "GFonts file parsing error:" << error.errorString();
         return false;
     }
-    const QJsonArray families = mDocument.object().value(QLatin1String("items")).toArray();
-    mItems.reserve(families.size());
-    mIndex.reserve(families.size());
+    const QJsonArray families = catalogue.document.object().value(QLatin1String("items")).toArray();
+    catalogue.items.reserve(families.size());
+    catalogue.index.reserve(families.size());
     for (const QJsonValue& family : families) {
         const GoogleFontItem item(family.toObject());
         // Invalid dates are earlier than any other.
-        mLastModification = qMax(mLastModification, item.lastModified());
-        mIndex += quint64(hashOfName(item.family())) << 32 | quint32(mItems.size());
-        mItems += item;
+        catalogue.lastModification = qMax(catalogue.lastModification, item.lastModified());
+        catalogue.index +=
+            quint64(hashOfName(item.family())) << 32 | quint32(catalogue.items.size());
+        catalogue.items += item;
     }
-    std::sort(mIndex.begin(), mIndex.end());
-    mValid = true;
+    std::sort(catalogue.index.begin(), catalogue.index.end());
+    catalogue.valid = true;
     return true;
 }
 
 bool GoogleFontFile::isValid() const
 {
-    return mValid;
+    return d->valid;
 }
 
 int GoogleFontFile::count() const
 {
-    return mItems.size();
+    return d->items.size();
 }
 
 QList<GoogleFontItem> GoogleFontFile::items() const
 {
-    return mItems;
+    return d->items;
 }
 
 int GoogleFontFile::indexOf(const QString& name) const
 {
     const quint32 hash = hashOfName(name);
     // Families of the same hash stand side by side, in the order of the document.
-    auto entry = std::lower_bound(mIndex.cbegin(), mIndex.cend(), quint64(hash) << 32);
-    for (; entry != mIndex.cend() && *entry >> 32 == hash; ++entry) {
+    auto entry = std::lower_bound(d->index.cbegin(), d->index.cend(), quint64(hash) << 32);
+    for (; entry != d->index.cend() && *entry >> 32 == hash; ++entry) {
         const int position = int(*entry & 0xffffffffu);
-        const QString family = mItems.at(position).family();
+        const QString family = d->items.at(position).family();
         if (family.compare(name, Qt::CaseInsensitive) == 0
-            || mItems.at(position).compressedFamily().compare(name, Qt::CaseInsensitive) == 0)
+            || d->items.at(position).compressedFamily().compare(name, Qt::CaseInsensitive) == 0)
             return position;
     }
     return -1;
@@ -114,10 +139,10 @@ int GoogleFontFile::indexOf(const QString& name) const
 
 QDate GoogleFontFile::lastModification() const
 {
-    return mLastModification;
+    return d->lastModification;
 }
 
 QJsonDocument GoogleFontFile::doc() const
 {
-    return mDocument;
+    return d->document;
 }

@@ -13,8 +13,12 @@
 #include <QDate>
 #include <QJsonDocument>
 #include <QList>
+#include <QSharedDataPointer>
 #include <QString>
-#include <QVector>
+
+namespace OrvaUtilsPrivate {
+class GoogleFontFilePrivate;
+}
 
 /// A parsed catalogue: a value that is cheap to copy, empty and invalid until something is loaded.
 ///
@@ -31,6 +35,15 @@
 class ORVAUTILS_EXPORT GoogleFontFile
 {
 public:
+    /// An empty and invalid catalogue.
+    GoogleFontFile();
+    /// The same catalogue as \a other, whose data it shares.
+    GoogleFontFile(const GoogleFontFile& other);
+    /// Becomes the same catalogue as \a other, whose data it shares.
+    GoogleFontFile& operator=(const GoogleFontFile& other);
+    /// Lets go of the data, which other copies may still share.
+    ~GoogleFontFile();
+
     /// Forgets everything: the catalogue is empty and invalid again.
     void clear();
 
@@ -73,13 +86,7 @@ public:
     QJsonDocument doc() const;
 
 private:
-    QJsonDocument mDocument;
-    QList<GoogleFontItem> mItems;
-    /// For each family the hash of its name in the upper half, its position in the lower half;
-    /// ascending.
-    QVector<quint64> mIndex;
-    QDate mLastModification;
-    bool mValid = false;
+    QSharedDataPointer<OrvaUtilsPrivate::GoogleFontFilePrivate> d;
 };
 
 #endif // ORVAUTILS_GOOGLEFONTFILE_H

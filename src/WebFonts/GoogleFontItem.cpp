@@ -6,6 +6,18 @@
 #include <QCoreApplication>
 #include <QJsonArray>
 
+using namespace OrvaUtilsPrivate;
+
+class OrvaUtilsPrivate::GoogleFontItemPrivate : public QSharedData
+{
+public:
+    explicit GoogleFontItemPrivate(const QJsonObject& familyObject = QJsonObject())
+        : object(familyObject)
+    { }
+
+    const QJsonObject object;
+};
+
 namespace {
 
 const int normalWeight = 400;
@@ -38,15 +50,23 @@ QDate dateOf(const QString& text)
 
 } // namespace
 
-GoogleFontItem::GoogleFontItem() = default;
+GoogleFontItem::GoogleFontItem()
+    : d(new GoogleFontItemPrivate)
+{ }
 
 GoogleFontItem::GoogleFontItem(const QJsonObject& object)
-    : mObject(object)
+    : d(new GoogleFontItemPrivate(object))
 { }
+
+GoogleFontItem::GoogleFontItem(const GoogleFontItem& other) = default;
+
+GoogleFontItem& GoogleFontItem::operator=(const GoogleFontItem& other) = default;
+
+GoogleFontItem::~GoogleFontItem() = default;
 
 QString GoogleFontItem::family() const
 {
-    return mObject.value(QLatin1String("family")).toString();
+    return d->object.value(QLatin1String("family")).toString();
 }
 
 QString GoogleFontItem::compressedFamily() const
@@ -56,12 +76,12 @@ QString GoogleFontItem::compressedFamily() const
 
 QDate GoogleFontItem::lastModified() const
 {
-    return dateOf(mObject.value(QLatin1String("lastModified")).toString());
+    return dateOf(d->object.value(QLatin1String("lastModified")).toString());
 }
 
 QStringList GoogleFontItem::allVariants() const
 {
-    const QJsonArray array = mObject.value(QLatin1String("variants")).toArray();
+    const QJsonArray array = d->object.value(QLatin1String("variants")).toArray();
     QStringList variants;
     variants.reserve(array.size());
     for (const QJsonValue& variant : array)
@@ -109,7 +129,7 @@ QMap<int, GoogleFontWeightDetail> GoogleFontItem::availableWeights() const
 
 QJsonObject GoogleFontItem::object() const
 {
-    return mObject;
+    return d->object;
 }
 
 QString GoogleFontItem::labelWeight(int weight, bool italic)

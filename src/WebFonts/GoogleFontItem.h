@@ -12,8 +12,13 @@
 #include <QDate>
 #include <QJsonObject>
 #include <QMap>
+#include <QSharedDataPointer>
 #include <QString>
 #include <QStringList>
+
+namespace OrvaUtilsPrivate {
+class GoogleFontItemPrivate;
+}
 
 /// One family of the catalogue: a value that is cheap to copy.
 ///
@@ -35,6 +40,12 @@ public:
     GoogleFontItem();
     /// The family that \a object describes.
     explicit GoogleFontItem(const QJsonObject& object);
+    /// The same family as \a other, whose data it shares.
+    GoogleFontItem(const GoogleFontItem& other);
+    /// Becomes the same family as \a other, whose data it shares.
+    GoogleFontItem& operator=(const GoogleFontItem& other);
+    /// Lets go of the data, which other copies may still share.
+    ~GoogleFontItem();
 
     /// The family's name as the catalogue spells it, for example "Open Sans".
     QString family() const;
@@ -83,7 +94,7 @@ public:
     static QString labelFromVariant(const QString& variant);
 
 private:
-    QJsonObject mObject;
+    QSharedDataPointer<OrvaUtilsPrivate::GoogleFontItemPrivate> d;
 };
 
 Q_DECLARE_TYPEINFO(GoogleFontItem, Q_MOVABLE_TYPE);

@@ -14,6 +14,12 @@
 
 using namespace OrvaUtilsPrivate;
 
+class OrvaUtilsPrivate::GoogleFontLoaderPrivate
+{
+public:
+    bool loaded = false;
+};
+
 /// Registers the compiled-in list, which in a static library does not happen by itself. Outside the
 /// unnamed namespace, because Q_INIT_RESOURCE declares a function of the global one.
 static void registerBuiltInList()
@@ -83,13 +89,14 @@ const QString GoogleFontLoader::GOOGLE_DEFINITION_FILENAME = definitionFileName(
 
 GoogleFontLoader::GoogleFontLoader(QObject* parent)
     : QObject(parent)
+    , d(new GoogleFontLoaderPrivate)
 { }
 
 GoogleFontLoader::~GoogleFontLoader() = default;
 
 bool GoogleFontLoader::load()
 {
-    if (mLoaded)
+    if (d->loaded)
         return true;
     const GoogleFontFile& builtIn = builtInList();
     const GoogleFontFile& custom = customList();
@@ -97,14 +104,14 @@ bool GoogleFontLoader::load()
     const GoogleFontFile& chosen = newer ? custom : builtIn;
     if (chosen.isValid()) {
         catalogues().chosen = chosen;
-        mLoaded = true;
+        d->loaded = true;
     }
-    return mLoaded;
+    return d->loaded;
 }
 
 bool GoogleFontLoader::isLoaded() const
 {
-    return mLoaded;
+    return d->loaded;
 }
 
 QString GoogleFontLoader::builinGoogleJsonFilePath()

@@ -13,6 +13,12 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
+namespace OrvaUtilsPrivate {
+class GoogleFontLoaderPrivate;
+}
+
 /// The shared catalogue of web fonts and its queries.
 ///
 /// The library carries a snapshot of the font service's list. A newer copy of the list, put into
@@ -81,7 +87,7 @@ public:
     QString stringInformations();
 
 private:
-    bool mLoaded = false;
+    const std::unique_ptr<OrvaUtilsPrivate::GoogleFontLoaderPrivate> d;
 };
 
 #endif // ORVAUTILS_GOOGLEFONTLOADER_H
