@@ -7,14 +7,58 @@
 #include "asconst_p.h"
 #include "logrecord_p.h"
 
+#include <QObject>
+#include <QPointer>
+
+#include <new>
+
 using namespace OrvaUtilsPrivate;
 
 namespace {
 
-// Only objects that are both are ever linked into a tree.
-Errorable* asErrorable(QObject* object)
+/// A way to another object of the tree, which ends when either part of that object is destroyed. A
+/// QPointer alone is not enough: that of a widget still leads to it while it deletes its children,
+/// when its Errorable part is gone.
+class Link
 {
-    return dynamic_cast<Errorable*>(object);
+public:
+    Link() = default;
+    Link(QObject* object, const std::shared_ptr<ErrorablePrivate>& errorable)
+        : mObject(object)
+        , mErrorable(errorable)
+    { }
+
+    /// Null when there is no such object any more.
+    Errorable* target() const;
+
+private:
+    QPointer<QObject> mObject;
+    std::weak_ptr<ErrorablePrivate> mErrorable;
+};
+
+} // namespace
+
+class OrvaUtilsPrivate::ErrorablePrivate
+{
+public:
+    explicit ErrorablePrivate(Errorable* errorable)
+        : q(errorable)
+    { }
+
+    Errorable* const q;
+    Link parent;
+    QString location; // where this object was registered
+    QList<Link> children;
+    ErrorableCode error;
+    QVector<ErrorableCode> stack; // newest first
+};
+
+namespace {
+
+Errorable* Link::target() const
+{
+    const std::shared_ptr<ErrorablePrivate> errorable = mErrorable.lock();
+    return mObject && errorable ? errorable->q : nullptr;
 }
 
 QString locationText(const char* file, int line)
@@ -22,12 +66,40 @@ QString locationText(const char* file, int line)
     return QStringLiteral("%1:%2").arg(QString::fromUtf8(file), QString::number(line));
 }
 
+/// Room for a message table that is there before any initialiser runs, and is never destroyed.
+union MessageTable {
+    constexpr MessageTable()
+        : nothing()
+    { }
+    ~MessageTable() { }
+
+    char nothing;
+    QMap<ErrorableCode, QString> map;
+};
+
+MessageTable errorMessages;
+MessageTable overriddenErrorMessages;
+
 } // namespace
 
-QMap<ErrorableCode, QString> Errorable::sErrorMessages;
-QMap<ErrorableCode, QString> Errorable::sOverriddenErrorMessage;
+// The message tables
 
-Errorable::Errorable() = default;
+QMap<ErrorableCode, QString>& Errorable::sErrorMessages = errorMessages.map;
+QMap<ErrorableCode, QString>& Errorable::sOverriddenErrorMessage = overriddenErrorMessages.map;
+
+Errorable::MessageTables::MessageTables()
+{
+    static const bool made = [] {
+        new (&errorMessages.map) QMap<ErrorableCode, QString>;
+        new (&overriddenErrorMessages.map) QMap<ErrorableCode, QString>;
+        return true;
+    }();
+    Q_UNUSED(made);
+}
+
+Errorable::Errorable()
+    : d(std::make_shared<ErrorablePrivate>(this))
+{ }
 
 Errorable::~Errorable() = default;
 
@@ -40,9 +112,9 @@ void Errorable::_addErrorableChild(Errorable& child, const char* file, int line)
         ORVAUTILS_LOG_CRITICAL() << "###Try to had Errorable that is not QObject!!###";
         return;
     }
-    mChildren.append(childObject);
-    child.mParent = dynamic_cast<QObject*>(this);
-    child.mLocation = locationText(file, line);
+    d->children.append(Link(childObject, child.d));
+    child.d->parent = Link(dynamic_cast<QObject*>(this), d);
+    child.d->location = locationText(file, line);
 }
 
 // Raising
@@ -56,43 +128,43 @@ ErrorableCode Errorable::raisedAt(const ErrorableCode& code, const char* file, i
 
 void Errorable::_setError(const ErrorableCode& code)
 {
-    if (mError.isValid()) {
+    if (d->error.isValid()) {
         ORVAUTILS_LOG_CRITICAL() << "###Deja une erreur de declenchee, merci de mieux gerez "
                                     "l'interruption du parent";
         return;
     }
-    mError = code;
-    propagateError(mError); // the own error itself, so that it collects the steps, too
+    d->error = code;
+    propagateError(d->error); // the own error itself, so that it collects the steps, too
 }
 
 void Errorable::propagateError(ErrorableCode& code)
 {
-    if (mParent) {
-        code.addCallStep(mLocation);
-        asErrorable(mParent)->propagateError(code);
+    if (Errorable* const parent = d->parent.target()) {
+        code.addCallStep(d->location);
+        parent->propagateError(code);
     } else if (auto* const self = dynamic_cast<QObject*>(this)) {
         code.addCallStepsNE(WidgetUtils::parentsList(self));
     }
-    mErrorStack.prepend(code); // on the way back: the steps are complete
+    d->stack.prepend(code); // on the way back: the steps are complete
 }
 
 // Looking at errors
 
 bool Errorable::hasErrorSelfError() const
 {
-    return mError.isValid();
+    return d->error.isValid();
 }
 
 ErrorableCode Errorable::error() const
 {
-    if (mError.isValid())
-        return mError;
-    return mErrorStack.isEmpty() ? ErrorableCode() : mErrorStack.first();
+    if (d->error.isValid())
+        return d->error;
+    return d->stack.isEmpty() ? ErrorableCode() : d->stack.first();
 }
 
 QVector<ErrorableCode> Errorable::errorStack() const
 {
-    return mErrorStack;
+    return d->stack;
 }
 
 QString Errorable::errorMessage() const
@@ -125,26 +197,22 @@ void Errorable::clearError()
 
 void Errorable::clearSelfErrorPrivate()
 {
-    mError = ErrorableCode();
-    mErrorStack.clear();
+    d->error = ErrorableCode();
+    d->stack.clear();
 }
 
 void Errorable::clearParentsErrorPrivate()
 {
-    const Errorable* node = this;
-    while (node->mParent) {
-        Errorable* const parent = asErrorable(node->mParent);
+    for (Errorable* parent = d->parent.target(); parent; parent = parent->d->parent.target())
         parent->clearSelfErrorPrivate();
-        node = parent;
-    }
 }
 
 void Errorable::clearChildrenErrorPrivate()
 {
-    for (const QPointer<QObject>& childObject : asConst(mChildren)) {
-        if (!childObject)
+    for (const Link& link : asConst(d->children)) {
+        Errorable* const child = link.target();
+        if (!child)
             continue;
-        Errorable* const child = asErrorable(childObject);
         child->clearSelfErrorPrivate();
         child->clearChildrenErrorPrivate();
     }

@@ -9,10 +9,15 @@
 #include "ErrorableCode.h"
 #include "orvautils_export.h"
 
-#include <QList>
 #include <QMap>
-#include <QPointer>
+#include <QStringList>
 #include <QVector>
+
+#include <memory>
+
+namespace OrvaUtilsPrivate {
+class ErrorablePrivate;
+}
 
 /// Registers \a child (an Errorable&) as a child of this object, together with the place in the
 /// source where that is written:
@@ -60,13 +65,16 @@
 /// a whole tree and the text that comes out of it.
 ///
 /// \par Lifetime
-/// The links of the tree do not own, and watch: an object that has been destroyed counts as absent.
-/// An object whose parent is gone is a root from then on. An object must not be registered below
-/// itself, at whatever level, which is not checked.
+/// The links of the tree do not own: an object counts as absent as soon as its Errorable or its
+/// QObject part has been destroyed. This holds during destruction, too, when a QWidget deletes its
+/// children after its own Errorable part is gone: a child that raises or clears an error then does
+/// so as a root. An object whose parent is gone is a root from then on. An object must not be
+/// registered below itself, at whatever level, which is not checked.
 ///
 /// \par Threads
 /// Everything here belongs to the one thread that owns the objects of the tree; nothing is locked.
-/// The message tables are filled before errors are looked up.
+/// The message tables are filled before errors are looked up; static initialisers of the host may
+/// do so.
 class ORVAUTILS_EXPORT Errorable
 {
 public:
@@ -79,10 +87,13 @@ public:
 
     /// The message of each error, filled by the host. The keys are compared by
     /// ErrorableCode::operator<, see there which ones are one key.
-    static QMap<ErrorableCode, QString> sErrorMessages;
+    ///
+    /// Both tables last as long as the process: they may be filled from static initialisers of any
+    /// source that includes this header, and read in destructors of static objects.
+    static QMap<ErrorableCode, QString>& sErrorMessages;
 
     /// Messages that take precedence over those of sErrorMessages, filled by the host likewise.
-    static QMap<ErrorableCode, QString> sOverriddenErrorMessage;
+    static QMap<ErrorableCode, QString>& sOverriddenErrorMessage;
 
     /// Registers \a child as a child of this object, at the place in the source that \a file and
     /// \a line name; \a file may be null and counts as empty then. Use
@@ -143,6 +154,14 @@ public:
     /// \a file may be null and counts as empty then. What ORVAUTILS_SET_ERROR raises.
     static ErrorableCode raisedAt(const ErrorableCode& code, const char* file, int line);
 
+    /// \internal
+    /// Its first object makes the two tables. Each source that includes this header has one, so
+    /// that the tables are there before the static initialisers of that source.
+    struct ORVAUTILS_EXPORT MessageTables
+    {
+        MessageTables();
+    };
+
 private:
     Q_DISABLE_COPY(Errorable)
 
@@ -150,11 +169,12 @@ private:
     void clearParentsErrorPrivate();
     void clearChildrenErrorPrivate();
 
-    QPointer<QObject> mParent;
-    QString mLocation; // where this object was registered
-    QList<QPointer<QObject>> mChildren;
-    ErrorableCode mError;
-    QVector<ErrorableCode> mErrorStack; // newest first
+    // Shared only in so far as the links of other objects watch it.
+    const std::shared_ptr<OrvaUtilsPrivate::ErrorablePrivate> d;
 };
+
+namespace OrvaUtilsPrivate {
+static const Errorable::MessageTables errorMessageTables;
+}
 
 #endif // ORVAUTILS_ERRORABLE_H

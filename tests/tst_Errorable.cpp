@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -53,6 +54,41 @@ public:
 
 /// A member of a tree whose Errorable part comes first.
 class ErrorableFirst : public Errorable, public QObject
+{
+};
+
+/// Runs a function when it is destroyed.
+class LastWords
+{
+public:
+    ~LastWords()
+    {
+        if (mSpeak)
+            mSpeak();
+    }
+
+    std::function<void()> mSpeak;
+};
+
+/// Views of a document: members of a tree that are widgets. A widget deletes its children when its
+/// Errorable part is gone.
+class View : public QWidget, public Errorable
+{
+public:
+    explicit View(QWidget* parent = nullptr)
+        : QWidget(parent)
+    { }
+    ~View() override
+    {
+        if (mSpeak)
+            mSpeak();
+    }
+
+    std::function<void()> mSpeak;
+};
+
+/// A view with a part that is destroyed between its Errorable and its QWidget.
+class ViewInBetween : public QWidget, public LastWords, public Errorable
 {
 };
 
@@ -129,6 +165,9 @@ private Q_SLOTS:
 
     void parentIsDestroyed();
     void childIsDestroyed();
+    void widgetsAreDestroyed_data();
+    void widgetsAreDestroyed();
+    void widgetIsBeingDestroyed();
 
     void macros();
     void documentedTree();
@@ -580,6 +619,73 @@ void tst_Errorable::childIsDestroyed()
     QVERIFY(!first.hasErrorSelfError());
     QVERIFY(!third.hasErrorSelfError());
     root.clearError();
+}
+
+void tst_Errorable::widgetsAreDestroyed_data()
+{
+    // What the leaf, a child of the middle, does in its destructor.
+    QTest::addColumn<bool>("inErrorBefore");
+    QTest::addColumn<bool>("raises");
+    QTest::addColumn<bool>("clears");
+    QTest::newRow("raises an error") << false << true << false;
+    QTest::newRow("clears its error") << true << false << true;
+    QTest::newRow("clears, then raises") << true << true << true;
+}
+
+void tst_Errorable::widgetsAreDestroyed()
+{
+    QFETCH(bool, inErrorBefore);
+    QFETCH(bool, raises);
+    QFETCH(bool, clears);
+    View root;
+    auto* const middle = new View(&root);
+    auto* const leaf = new View(middle);
+    root._addErrorableChild(*middle, "root.cpp", 10);
+    middle->_addErrorableChild(*leaf, "middle.cpp", 20);
+    if (inErrorBefore)
+        leaf->_setError(makeCode(QStringLiteral("Before"), 1));
+    const QStringList before = texts(root);
+
+    QStringList last;
+    leaf->mSpeak = [&] {
+        if (clears)
+            leaf->clearError();
+        if (raises)
+            leaf->_setError(makeCode(QStringLiteral("Last"), 2));
+        last = texts(*leaf);
+    };
+    delete middle;
+    QCOMPARE(last,
+             raises ? QStringList(QStringLiteral("Last: (#2) ()\n#Call Stack\n=>QWidget (NE)\n"
+                                                 "=>QWidget (NE)"))
+                    : QStringList());
+    QCOMPARE(texts(root), before); // the leaf was a root of its own by then
+    root.clearError();
+    QCOMPARE(texts(root), QStringList());
+}
+
+void tst_Errorable::widgetIsBeingDestroyed()
+{
+    // Others meet a widget that is half gone: from a slot on its destroyed() signal, and from the
+    // destructor of a part of it.
+    View root;
+    auto* const child = new View(&root);
+    root._addErrorableChild(*child, "root.cpp", 1);
+    child->_setError(makeCode(QStringLiteral("Child"), 1));
+    connect(child, &QObject::destroyed, this, [&] { root.clearError(); });
+    delete child;
+    QCOMPARE(texts(root), QStringList());
+
+    auto* const parent = new ViewInBetween;
+    Node leaf;
+    parent->_addErrorableChild(leaf, "parent.cpp", 1);
+    root._addErrorableChild(*parent, "root.cpp", 2);
+    parent->mSpeak = [&] {
+        leaf._setError(makeCode(QStringLiteral("Leaf"), 1));
+        root.clearError();
+    };
+    delete parent;
+    QCOMPARE(texts(leaf), QStringList(QStringLiteral("Leaf: (#1) ()\n#Call Stack empty")));
 }
 
 // The macros and the document
