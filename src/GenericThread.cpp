@@ -3,19 +3,47 @@
 
 #include "GenericThread.h"
 
+#include "thread_p.h"
+
+using namespace OrvaUtilsPrivate;
+
+class OrvaUtilsPrivate::GenericThreadPrivate
+{
+public:
+    /// Where the worker thread is. A subclass that overrides run() leaves it outside.
+    enum Place { Outside, InFunction, Returned };
+
+    std::function<void(QVariant&)> function;
+    QVariant result;
+    std::atomic<Place> place{Outside};
+};
+
 GenericThread::GenericThread(QObject* parent)
     : Thread(parent)
+    , d(new GenericThreadPrivate)
 {
     // The order of these two is the order of what happens on finished(): the deletion is scheduled
     // first, then the result is handed over.
     enableThreadDeleteOnFinished(true);
     connect(
-        this, &QThread::finished, this, [this] { Q_EMIT genericFinished(mResult); },
-        Qt::DirectConnection);
+        this, &QThread::finished, this, [this] { handOver(); }, Qt::DirectConnection);
 }
 
 GenericThread::~GenericThread()
 {
+    const auto stillRuns = [this] {
+        return isRunning() && d->place != GenericThreadPrivate::Returned;
+    };
+    if (stillRuns()) {
+        ThreadPrivate::logStillRunning();
+        if (!stopAndWait(lastChanceMs) && stillRuns()) {
+            terminate();
+            ThreadPrivate::logTerminated();
+            Thread::d->endedByDestructor = true;
+            wait(lastChanceMs); // it ends only where it may be ended; Qt aborts if it has not
+            return;
+        }
+    }
     // The deletion was scheduled before the emission, so the owner's event loop may get here while
     // the worker thread still reads the result.
     wait();
@@ -25,7 +53,7 @@ GenericThread* GenericThread::runInGenericThread(const std::function<void(QVaria
                                                  const QObject* receiver, const char* member)
 {
     auto* const thread = new GenericThread;
-    thread->mFunction = function;
+    thread->d->function = function;
     connect(thread, SIGNAL(genericFinished(QVariant)), receiver, member);
     thread->start(QThread::InheritPriority);
     return thread;
@@ -33,5 +61,17 @@ GenericThread* GenericThread::runInGenericThread(const std::function<void(QVaria
 
 void GenericThread::run()
 {
-    mFunction(mResult);
+    d->place = GenericThreadPrivate::InFunction;
+    d->function(d->result);
+    d->place = GenericThreadPrivate::Returned;
+}
+
+void GenericThread::handOver()
+{
+    const GenericThreadPrivate::Place place = d->place;
+    if (place == GenericThreadPrivate::InFunction)
+        return; // ended by force
+    if (place == GenericThreadPrivate::Outside && Thread::d->terminated)
+        return;
+    Q_EMIT genericFinished(d->result);
 }

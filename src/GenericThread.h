@@ -11,6 +11,11 @@
 #include <QVariant>
 
 #include <functional>
+#include <memory>
+
+namespace OrvaUtilsPrivate {
+class GenericThreadPrivate;
+}
 
 /// A Thread that runs one function, hands the result over by a signal, and deletes itself.
 ///
@@ -25,7 +30,7 @@
 /// schedules the object's deletion and then makes it emit genericFinished(). The event loop of the
 /// thread that owns the object carries the deletion out; without an event loop the object stays
 /// until its parent goes. As the deletion may come while the signal is still being emitted, the
-/// destructor waits for the thread.
+/// destructor waits for that.
 class ORVAUTILS_EXPORT GenericThread : public Thread
 {
     Q_OBJECT
@@ -35,31 +40,39 @@ public:
     /// \a parent and the guard. Started as it is, it fails as run() tells.
     explicit GenericThread(QObject* parent = nullptr);
 
-    /// Waits, without time limit, until the thread is done: the function and the result are in use
-    /// until genericFinished() has been emitted. A function that is still running therefore holds
-    /// the destructor until it returns, and is never ended by force; let it ask
-    /// QThread::currentThread()->isInterruptionRequested().
+    /// Destroys the thread. One that is not running goes silently. Where the function has returned,
+    /// the destructor waits until genericFinished() has been emitted.
+    ///
+    /// A function that is still running is a misuse. It is logged at once with LogType 4, as
+    /// ~Thread() does: "Thread Thread is still running on Destructor call! \n => terminate()". Then
+    /// the function is asked to return by requestInterruption(), and is waited for for at most
+    /// three seconds; let it look at QThread::currentThread()->isInterruptionRequested(). Only when
+    /// it has not returned by then does terminate() end it by force, and "Thread Terminated!
+    /// #BRUTAL" is logged with LogType 4. genericFinished() is not emitted in that case.
+    ///
+    /// A function that cannot even be ended by force, because it never reaches a point where that
+    /// may happen, gets three more seconds; then Qt aborts the program.
     ~GenericThread() override;
 
     /// Runs a copy of \a function on a new thread and hands its result to \a receiver.
     ///
     /// The function gets a reference to an invalid QVariant, to store its result in. After it has
-    /// returned, \a member of \a receiver (a slot that takes a QVariant or nothing, written with
-    /// SLOT()) is called with the result by the rules of Qt's automatic connections: in the thread
-    /// of the receiver, once its event loop comes to it, and not at all if the receiver has been
-    /// destroyed. A null receiver or a slot that does not exist gets Qt's warning; the function
-    /// runs all the same. An empty function ends the program; see run().
+    /// returned, \a member of \a receiver (a slot that takes a QVariant or nothing, or a signal,
+    /// written with SLOT() or SIGNAL()) is called with the result by the rules of Qt's automatic
+    /// connections: in the thread of the receiver, once its event loop comes to it, and not at all
+    /// if the receiver has been destroyed. A null receiver or a slot that does not exist gets Qt's
+    /// warning; the function runs all the same. An empty function ends the program; see run().
     ///
     /// Returns the thread, started with the priority of the calling one. The caller does not own
-    /// it: it is a child of the application object, is asked to stop when the application quits,
-    /// and deletes itself. So the pointer is valid until control returns to the event loop; keep it
-    /// longer in a QPointer only. To be called on the application object's thread.
+    /// it: it is a child of the application object, is asked to stop when the application's event
+    /// loop quits, and deletes itself. So the pointer is valid until control returns to the event
+    /// loop; keep it longer in a QPointer only. To be called on the application object's thread.
     static GenericThread* runInGenericThread(const std::function<void(QVariant&)>& function,
                                              const QObject* receiver, const char* member);
 
 Q_SIGNALS:
     /// The function has returned; \a result is what it stored, invalid if nothing. Emitted on the
-    /// worker thread as it finishes.
+    /// worker thread as it finishes, and not at all after the function was ended by force.
     void genericFinished(QVariant result);
 
 protected:
@@ -69,8 +82,9 @@ protected:
     void run() override;
 
 private:
-    std::function<void(QVariant&)> mFunction;
-    QVariant mResult;
+    void handOver();
+
+    const std::unique_ptr<OrvaUtilsPrivate::GenericThreadPrivate> d;
 };
 
 #endif // ORVAUTILS_GENERICTHREAD_H

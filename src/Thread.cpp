@@ -5,18 +5,17 @@
 
 #include "Threadable.h"
 #include "logrecord_p.h"
+#include "thread_p.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QMutexLocker>
 
-namespace {
-
-const unsigned long lastChanceMs = 3000;
-
-} // namespace
+using namespace OrvaUtilsPrivate;
 
 Thread::Thread(QObject* parent)
     : QThread(parent ? parent : QCoreApplication::instance())
+    , d(new ThreadPrivate)
 {
     if (parent)
         connect(parent, &QObject::destroyed, this, &Thread::lastChanceBeforeDestroyed);
@@ -28,42 +27,69 @@ Thread::Thread(QObject* parent)
 
 Thread::~Thread()
 {
-    if (!isRunning())
+    if (!isRunning() || d->endedByDestructor)
         return;
-    ORVAUTILS_LOG_CRITICAL() << Thread::metaObject()->className()
-                             << "Thread is still running on Destructor call!"
-                             << "\n"
-                             << "=> terminate()";
+    ThreadPrivate::logStillRunning();
     Thread::terminate();
-    ORVAUTILS_LOG_CRITICAL() << "Thread Terminated! #BRUTAL";
+    ThreadPrivate::logTerminated();
+}
+
+void ThreadPrivate::logStillRunning()
+{
+    ORVAUTILS_LOG_CRITICAL_IN("~Thread")
+        << Thread::staticMetaObject.className() << "Thread is still running on Destructor call!"
+        << "\n"
+        << "=> terminate()";
+}
+
+void ThreadPrivate::logTerminated()
+{
+    ORVAUTILS_LOG_CRITICAL_IN("~Thread") << "Thread Terminated! #BRUTAL";
 }
 
 // The cancel flag
 
 bool Thread::isCancelRequested() const
 {
-    QMutexLocker locker(&mLock);
-    return mCancelFlag;
+    QMutexLocker locker(&d->lock);
+    return d->cancelFlag;
 }
 
 void Thread::setCancelFlag(bool b)
 {
-    QMutexLocker locker(&mLock);
-    mCancelFlag = b;
+    QMutexLocker locker(&d->lock);
+    d->cancelFlag = b;
 }
 
 // Stopping
 
 void Thread::requestInterruption()
 {
-    mCondition.wakeAll();
+    d->condition.wakeAll();
     QThread::requestInterruption();
+    // Once more for whoever was woken, looked for the request before it was made, and waits again.
+    d->condition.wakeAll();
 }
 
 bool Thread::stopAndWait(unsigned long ms)
 {
     requestInterruption();
-    return wait(ms);
+    if (QThread::currentThread() == this)
+        return wait(ms); // Qt warns, and does not wait
+    // A worker that looked for the request just before it was made may begin to wait after the last
+    // wake: it is woken again until it has finished.
+    const unsigned long stepMs = 20;
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        const auto elapsed = static_cast<unsigned long>(timer.elapsed());
+        const unsigned long left = elapsed < ms ? ms - elapsed : 0;
+        if (wait(qMin(left, stepMs)))
+            return true;
+        if (left <= stepMs)
+            return false;
+        d->condition.wakeAll();
+    }
 }
 
 bool Thread::lastChanceBeforeDestroyed()
@@ -80,6 +106,7 @@ bool Thread::lastChanceBeforeDestroyed()
 void Thread::terminate()
 {
     enableThreadDeleteOnFinished(false);
+    d->terminated = true;
     QThread::terminate();
 }
 
@@ -102,6 +129,11 @@ void Thread::addThreadableChild(Threadable& child)
     child.setThreadForInterrupt(this);
 }
 
+const QList<QPointer<Threadable>>& Thread::threadables() const
+{
+    return d->workers;
+}
+
 void Thread::emitThreadProgress(const QString& progress_level1, const QString& progress_level2)
 {
     Q_EMIT progressThread(progress_level1, progress_level2);
@@ -111,11 +143,11 @@ void Thread::emitThreadProgress(const QString& progress_level1, const QString& p
 
 void Thread::mainWake()
 {
-    mCondition.wakeAll();
+    d->condition.wakeAll();
 }
 
 void Thread::mainWaitForCondition()
 {
-    QMutexLocker locker(&mLock);
-    mCondition.wait(&mLock);
+    QMutexLocker locker(&d->lock);
+    d->condition.wait(&d->lock);
 }

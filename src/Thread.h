@@ -10,12 +10,16 @@
 #include "orvautils_export.h"
 
 #include <QList>
-#include <QMutex>
 #include <QPointer>
 #include <QThread>
-#include <QWaitCondition>
+
+#include <memory>
 
 class Threadable;
+
+namespace OrvaUtilsPrivate {
+class ThreadPrivate;
+}
 
 /// A QThread with cooperative cancellation, progress and a guard against being left behind.
 ///
@@ -85,8 +89,13 @@ public:
     bool isCancelRequested() const;
 
     /// Asks the thread to stop: wakes everyone who waits in mainWaitForCondition(), then requests
-    /// the interruption that QThread::isInterruptionRequested() answers. Qt ignores the request
-    /// unless the thread is running. May be called from any thread.
+    /// the interruption that QThread::isInterruptionRequested() answers, then wakes once more, for
+    /// those who looked for the request before it was made. Qt ignores the request unless the
+    /// thread is running. May be called from any thread.
+    ///
+    /// \warning A worker in `while (!isInterruptionRequested()) mainWaitForCondition();` can still
+    /// miss it, by beginning to wait between the request and the last wake. stopAndWait() wakes it
+    /// again; who asks without waiting calls mainWake() until the worker has gone on.
     ///
     /// The cancel flag is not touched, and the bound workers are not visited: they ask this thread
     /// by themselves.
@@ -123,9 +132,12 @@ public:
     void mainWaitForCondition();
 
     /// Calls requestInterruption() (the most derived one) and waits for the thread to finish for
-    /// at most \a ms milliseconds. Returns whether it has finished; a thread that was never started
-    /// or is done already counts as finished. With 0 it asks and returns at once. Not to be called
-    /// on the thread that is to stop.
+    /// at most \a ms milliseconds. Meanwhile it wakes those who wait in mainWaitForCondition()
+    /// again and again, so that a worker that missed the first wake sees the request, too.
+    ///
+    /// Returns whether the thread has finished; one that was never started or is done already
+    /// counts as finished. With 0 it asks and does not wait: true only for a thread that has
+    /// finished. On the thread that is to stop it returns false at once, with a warning of Qt.
     bool stopAndWait(unsigned long ms);
 
 public Q_SLOTS:
@@ -161,18 +173,16 @@ Q_SIGNALS:
     void progressThread(const QString& progress_level1, const QString& progress_level2);
 
 protected:
-    /// The workers that were ever bound to this thread, in the order of binding, each once. Those
-    /// that have been destroyed stand as null. For subclasses that visit their workers, on the
-    /// thread that owns the object.
-    const QList<QPointer<Threadable>>& threadables() const { return mThreadables; }
+    /// The workers that were bound to this thread, in the order of binding, each once. One that has
+    /// been destroyed stands as null until the next worker is bound. For subclasses that visit
+    /// their workers, on the thread that owns the object.
+    const QList<QPointer<Threadable>>& threadables() const;
 
 private:
+    friend class GenericThread;
     friend class Threadable;
 
-    mutable QMutex mLock; // of mCancelFlag; the wait condition needs one, too
-    QWaitCondition mCondition;
-    QList<QPointer<Threadable>> mThreadables;
-    bool mCancelFlag = false;
+    const std::unique_ptr<OrvaUtilsPrivate::ThreadPrivate> d;
 };
 
 #endif // ORVAUTILS_THREAD_H

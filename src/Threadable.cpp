@@ -4,6 +4,16 @@
 #include "Threadable.h"
 
 #include "Thread.h"
+#include "thread_p.h"
+
+using namespace OrvaUtilsPrivate;
+
+class OrvaUtilsPrivate::ThreadablePrivate
+{
+public:
+    QPointer<Thread> thread;
+    QList<QPointer<Threadable>> children;
+};
 
 namespace {
 
@@ -18,6 +28,7 @@ void appendOnce(QList<QPointer<Threadable>>& workers, Threadable* worker)
 
 Threadable::Threadable(QObject* parent)
     : QObject(parent)
+    , d(new ThreadablePrivate)
 { }
 
 Threadable::~Threadable() = default;
@@ -26,46 +37,49 @@ Threadable::~Threadable() = default;
 
 void Threadable::setThreadForInterrupt(Thread* thread)
 {
-    mThread = thread;
-    if (mThread)
-        appendOnce(mThread->mThreadables, this);
+    d->thread = thread;
+    if (d->thread) {
+        QList<QPointer<Threadable>>& workers = d->thread->d->workers;
+        workers.removeAll(QPointer<Threadable>()); // else every worker that ever was would stay
+        appendOnce(workers, this);
+    }
 
     // By index: a subclass may add further sub-workers while it is bound.
-    for (int i = 0; i < mChildren.size();) {
-        if (Threadable* const child = mChildren.at(i)) {
+    for (int i = 0; i < d->children.size();) {
+        if (Threadable* const child = d->children.at(i)) {
             child->setThreadForInterrupt(thread);
             ++i;
         } else {
-            mChildren.removeAt(i);
+            d->children.removeAt(i);
         }
     }
 }
 
 void Threadable::addThreadableChild(Threadable& child)
 {
-    appendOnce(mChildren, &child);
-    if (mThread)
-        child.setThreadForInterrupt(mThread);
+    appendOnce(d->children, &child);
+    if (d->thread)
+        child.setThreadForInterrupt(d->thread);
 }
 
 // What the bound thread does for its worker
 
 void Threadable::requestInterruption()
 {
-    if (mThread)
-        mThread->requestInterruption();
+    if (d->thread)
+        d->thread->requestInterruption();
 }
 
 bool Threadable::isInterruptionRequested() const
 {
-    return mThread && mThread->isInterruptionRequested();
+    return d->thread && d->thread->isInterruptionRequested();
 }
 
 void Threadable::emitThreadProgressMessages(const QString& progress_level1,
                                             const QString& progress_level2)
 {
-    if (mThread)
-        mThread->emitThreadProgress(progress_level1, progress_level2);
+    if (d->thread)
+        d->thread->emitThreadProgress(progress_level1, progress_level2);
 }
 
 // Sleeping

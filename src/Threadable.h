@@ -8,11 +8,15 @@
 
 #include "orvautils_export.h"
 
-#include <QList>
 #include <QObject>
-#include <QPointer>
+
+#include <memory>
 
 class Thread;
+
+namespace OrvaUtilsPrivate {
+class ThreadablePrivate;
+}
 
 /// A worker that is bound to a Thread: it passes interruption requests, the question whether one
 /// was made, and its progress on to that thread, and hands its binding to its sub-workers.
@@ -85,8 +89,7 @@ public:
     void msleep(unsigned long ms) const;
 
 private:
-    QPointer<Thread> mThread;
-    QList<QPointer<Threadable>> mChildren;
+    const std::unique_ptr<OrvaUtilsPrivate::ThreadablePrivate> d;
 };
 
 #endif // ORVAUTILS_THREADABLE_H

@@ -16,6 +16,7 @@
 #include <memory>
 #include <vector>
 
+#include <poll.h>
 #include <unistd.h>
 
 namespace {
@@ -103,7 +104,10 @@ private Q_SLOTS:
     void sixtyRoundsOfFortyThreads();
     void twoHundredInARow();
 
-    void destructorWaitsForTheFunction();
+    void destructorStopsTheFunction_data();
+    void destructorStopsTheFunction();
+    void destructorEndsTheFunctionByForce();
+    void programThatNeverRunsItsEventLoop();
     void parentDiesWhileRunning();
     void applicationQuits();
     void cancellationUnderLoad();
@@ -396,23 +400,108 @@ void tst_GenericThread::twoHundredInARow()
 
 // The guard
 
-void tst_GenericThread::destructorWaitsForTheFunction()
+static QString stillRunning()
 {
+    return QStringLiteral("critical orvautils Thread ~Thread: Thread Thread is still running on "
+                          "Destructor call! \n => terminate()");
+}
+
+void tst_GenericThread::destructorStopsTheFunction_data()
+{
+    QTest::addColumn<bool>("polite");
+    QTest::newRow("that looks for the request") << true;
+    QTest::newRow("that returns in time by itself") << false;
+}
+
+void tst_GenericThread::destructorStopsTheFunction()
+{
+    QFETCH(bool, polite);
     Receiver receiver;
     QSemaphore running;
-    std::atomic<bool> done{false};
     LogCapture log;
     GenericThread* const thread = GenericThread::runInGenericThread(
-        [&](QVariant&) {
+        [&running, polite](QVariant& result) {
             running.release();
-            QThread::msleep(100);
-            done = true;
+            QElapsedTimer timer;
+            timer.start();
+            while (polite ? !QThread::currentThread()->isInterruptionRequested()
+                          : timer.elapsed() < 100)
+                QThread::msleep(1);
+            result = textOf(1);
+        },
+        &receiver, SLOT(receive(QVariant)));
+    running.acquire();
+    delete thread;
+    QCOMPARE(log.lines(), QStringList(stillRunning()));
+    QCoreApplication::processEvents();
+    QCOMPARE(receiver.mResults, QVariantList({textOf(1)})); // handed over before the end
+}
+
+void tst_GenericThread::destructorEndsTheFunctionByForce()
+{
+    const ChildResult child = runChildRole("destroys a thread that does not listen");
+    QCOMPARE(child.errors,
+             stillRunning().split(QLatin1Char('\n'))
+                 << QStringLiteral("critical orvautils Thread ~Thread: Thread Terminated! #BRUTAL")
+                 << QStringLiteral("after more than 2990 ms, 0 results"));
+    QVERIFY(child.exitedNormally);
+    QCOMPARE(child.exitCode, 0);
+}
+
+/// Sleeps until it is ended by force. Sanitizers cannot bear a thread to be ended inside Qt, or in
+/// a function with local variables whose addresses are taken.
+static void sleepForEver()
+{
+    for (;;)
+        poll(nullptr, 0, 1);
+}
+
+static int destroysAThreadThatDoesNotListen(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    Receiver receiver;
+    QSemaphore running;
+    GenericThread* const thread = GenericThread::runInGenericThread(
+        [&running](QVariant&) {
+            running.release();
+            sleepForEver();
         },
         &receiver, SLOT(called()));
     running.acquire();
+    QElapsedTimer timer;
+    timer.start();
     delete thread;
-    QVERIFY(done);
-    QCOMPARE(log.lines(), QStringList()); // no misuse: nothing was ended by force
+    const qint64 elapsed = timer.elapsed();
+    QCoreApplication::processEvents();
+    fprintf(stderr, "after %s 2990 ms, %d results\n", elapsed > 2990 ? "more than" : "at most",
+            receiver.mCalls);
+    return 0;
+}
+
+void tst_GenericThread::programThatNeverRunsItsEventLoop()
+{
+    // The thread goes with the application object.
+    const ChildResult child = runChildRole("ends without an event loop");
+    QCOMPARE(child.errors,
+             stillRunning().split(QLatin1Char('\n')) << QStringLiteral("asked to stop"));
+    QVERIFY(child.exitedNormally);
+    QCOMPARE(child.exitCode, 0);
+}
+
+static int endsWithoutAnEventLoop(int argc, char** argv)
+{
+    QSemaphore running;
+    QCoreApplication app(argc, argv);
+    GenericThread::runInGenericThread(
+        [&running](QVariant&) {
+            running.release();
+            while (!QThread::currentThread()->isInterruptionRequested())
+                QThread::msleep(1);
+            fprintf(stderr, "asked to stop\n");
+        },
+        &app, SLOT(quit()));
+    running.acquire();
+    return 0;
 }
 
 /// Runs until its interruption is requested.
@@ -547,7 +636,11 @@ void tst_GenericThread::emptyFunction()
 int main(int argc, char** argv)
 {
     const ChildRole role = childRole(
-        argc, argv, {{"runs an empty function", [&] { return runsAnEmptyFunction(argc, argv); }}});
+        argc, argv,
+        {{"runs an empty function", [&] { return runsAnEmptyFunction(argc, argv); }},
+         {"destroys a thread that does not listen",
+          [&] { return destroysAThreadThatDoesNotListen(argc, argv); }},
+         {"ends without an event loop", [&] { return endsWithoutAnEventLoop(argc, argv); }}});
     if (role)
         return role();
 

@@ -165,6 +165,8 @@ private Q_SLOTS:
 
     void stopAndWaitZero();
     void stopAndWait();
+    void stopAndWaitOnTheThreadItself();
+    void stopAndWaitWakesAgain();
     void terminate();
     void terminateLeavesTheObject();
 
@@ -173,6 +175,7 @@ private Q_SLOTS:
     void deleteOnFinished_data();
     void deleteOnFinished();
     void threadables();
+    void deadWorkersAreForgotten();
 
     void lastChanceOfAnIdleThread();
     void lastChanceStops();
@@ -455,6 +458,54 @@ void tst_Thread::stopAndWait()
     QVERIFY(base.stopAndWait(0)); // done already
 }
 
+void tst_Thread::stopAndWaitOnTheThreadItself()
+{
+    class StopsItself : public Thread
+    {
+    public:
+        bool mStopped = true;
+
+    protected:
+        void run() override { mStopped = stopAndWait(longEnoughMs); }
+    };
+
+    StopsItself thread;
+    LogCapture log;
+    thread.start();
+    QVERIFY(thread.wait(longEnoughMs));
+    QVERIFY(!thread.mStopped);
+    QCOMPARE(log.records().size(), 1);
+    QVERIFY2(log.records().at(0).text.contains(QLatin1String("tried to wait on itself")),
+             qPrintable(log.records().at(0).text));
+}
+
+void tst_Thread::stopAndWaitWakesAgain()
+{
+    // Between a worker's look for the request and its wait there is a moment in which every wake is
+    // lost. This worker looks, and does not wait until the request has been made.
+    class LooksFirst : public Thread
+    {
+    protected:
+        void run() override
+        {
+            while (!isInterruptionRequested()) {
+                while (!isInterruptionRequested())
+                    yieldCurrentThread();
+                mainWaitForCondition();
+            }
+        }
+    };
+
+    for (int i = 0; i < 100; ++i) {
+        LooksFirst thread;
+        thread.start();
+        const bool stopped = thread.stopAndWait(longEnoughMs / 6);
+        for (int j = 0; !stopped && j < 100 && !thread.wait(10); ++j)
+            thread.mainWake();
+        QVERIFY2(stopped, qPrintable(QStringLiteral("in round %1").arg(i)));
+    }
+}
+
 void tst_Thread::terminate()
 {
     StubbornThread thread;
@@ -567,6 +618,21 @@ void tst_Thread::threadables()
              QList<QPointer<Threadable>>({QPointer<Threadable>(&first), second.get()}));
     second.reset();
     QCOMPARE(thread.threadables(), QList<QPointer<Threadable>>({QPointer<Threadable>(&first), {}}));
+}
+
+void tst_Thread::deadWorkersAreForgotten()
+{
+    PoliteThread thread;
+    BoundWorker first;
+    thread.addThreadableChild(first);
+    for (int i = 0; i < 1000; ++i) {
+        BoundWorker worker;
+        thread.addThreadableChild(worker);
+        QCOMPARE(thread.threadables(),
+                 QList<QPointer<Threadable>>({QPointer<Threadable>(&first), &worker}));
+    }
+    QVERIFY2(thread.threadables().size() <= 2,
+             qPrintable(QString::number(thread.threadables().size())));
 }
 
 // The guard
