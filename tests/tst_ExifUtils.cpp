@@ -5,14 +5,13 @@
 
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
+#include "Photographs.h"
 #include "QExifImageHeader.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QImage>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -23,18 +22,6 @@ Q_DECLARE_METATYPE(QExifValue)
 
 namespace {
 
-QByteArray contentOf(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool makeFile(const QString& fileName, const QByteArray& content)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
 /// A JPEG whose EXIF block, 38 bytes, is IFD0 with one entry: Orientation, of the type, count and
 /// value given in hexadecimal digits.
 QByteArray jpegWithOrientation(const char* typeCountValue)
@@ -44,17 +31,6 @@ QByteArray jpegWithOrientation(const char* typeCountValue)
         + QByteArray("a bit more..");
     return QByteArray::fromHex("FFD8 FFE1 002E") + QByteArray("Exif\0\0", 6) + block
         + QByteArray::fromHex("FFDB 0004 0102 FFD9");
-}
-
-QString photosFolder()
-{
-    return QStringLiteral(ORVAUTILS_PHOTOS_DIR);
-}
-
-QJsonObject expectedPhotos()
-{
-    const QByteArray json = contentOf(photosFolder() + QStringLiteral("/expected.json"));
-    return QJsonDocument::fromJson(json).object()[QStringLiteral("files")].toObject();
 }
 
 } // namespace
@@ -118,7 +94,7 @@ void tst_ExifUtils::rotation()
     LogCapture log;
     QTemporaryDir folder;
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
-    QVERIFY(makeFile(fileName, file));
+    writeFile(fileName, file);
     QCOMPARE(ExifUtils::imageExifRotation(fileName), angle);
     QCOMPARE(contentOf(fileName), file);
     QBuffer buffer(&file);
@@ -192,7 +168,7 @@ void tst_ExifUtils::clearRotation()
 {
     QTemporaryDir folder;
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
-    QVERIFY(makeFile(fileName, jpegWithOrientation("0003 00000001 00060000")));
+    writeFile(fileName, jpegWithOrientation("0003 00000001 00060000"));
     LogCapture log;
     QVERIFY(ExifUtils::clearRotation(fileName));
     QVERIFY(log.records().isEmpty());
@@ -221,7 +197,7 @@ void tst_ExifUtils::clearRotationAddsTheTag()
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
     QByteArray content = jpegWithOrientation("0003 00000001 00060000");
     content[2 + 4 + 6 + 11] = 0x03; // another tag
-    QVERIFY(makeFile(fileName, content));
+    writeFile(fileName, content);
     QVERIFY(ExifUtils::clearRotation(fileName));
     QVERIFY(Header(fileName).contains(Header::Orientation));
 }
@@ -245,7 +221,7 @@ void tst_ExifUtils::clearRotationFails()
     LogCapture log;
     QTemporaryDir folder;
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
-    QVERIFY(makeFile(fileName, file));
+    writeFile(fileName, file);
     QVERIFY(!ExifUtils::clearRotation(fileName));
     QCOMPARE(contentOf(fileName), file);
     const QString missing = folder.filePath(QStringLiteral("missing.jpg"));
@@ -262,7 +238,7 @@ void tst_ExifUtils::clearRotationOfReadOnlyFile()
     QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7777)));
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
     const QByteArray content = jpegWithOrientation("0003 00000001 00060000");
-    QVERIFY(makeFile(fileName, content));
+    writeFile(fileName, content);
     QVERIFY(QFile::setPermissions(fileName, QFile::Permissions(0x4444)));
     {
         const OrdinaryUser user;
@@ -282,7 +258,7 @@ void tst_ExifUtils::clearRotationWithoutRoom()
     Header header;
     header.setValue(Header::MakerNote, QExifValue(QByteArray(65487, 'x')));
     const QByteArray jpeg = QByteArray::fromHex("FFD8 FFDB 0004 0102 FFD9");
-    QVERIFY(makeFile(fileName, jpeg));
+    writeFile(fileName, jpeg);
     QVERIFY(header.saveToJpeg(fileName));
     const QByteArray content = contentOf(fileName);
     QCOMPARE(content.size(), jpeg.size() + 65537);
@@ -330,7 +306,7 @@ void tst_ExifUtils::photos()
 
     QTemporaryDir folder;
     const QString copy = folder.filePath(fileName);
-    QVERIFY(makeFile(copy, before));
+    writeFile(copy, before);
     QCOMPARE(ExifUtils::clearRotation(copy), hasBlock);
     if (!hasBlock) {
         QVERIFY(contentOf(copy) == before);
@@ -344,12 +320,10 @@ void tst_ExifUtils::photos()
     const QString exiftool = QStandardPaths::findExecutable(QStringLiteral("exiftool"));
     if (angle == 0 || exiftool.isEmpty())
         return;
-    QProcess process;
-    process.start(
+    const QByteArray read = outputOf(
         exiftool,
         {QStringLiteral("-n"), QStringLiteral("-s3"), QStringLiteral("-IFD0:Orientation"), copy});
-    QVERIFY(process.waitForFinished(60000));
-    QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("0"));
+    QCOMPARE(read.trimmed(), QByteArray("0"));
 }
 
 QTEST_GUILESS_MAIN(tst_ExifUtils)
