@@ -9,7 +9,7 @@
 // ten times in each; ORVAUTILS_KILLS_SEED=N repeats the moments of a run.
 
 #include "KillMoments.h"
-#include "ShopPublisherRun.h"
+#include "PublisherTest.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -24,15 +24,6 @@ const int ways = 3;
 
 /// Far longer than anything takes, also under a sanitizer on a busy machine.
 const int patience = 120000;
-
-Files contentOf(const QString& folder)
-{
-    Files files;
-    const QStringList names = filesIn(folder);
-    for (const QString& name : names)
-        files.insert(name, readFile(folder + QLatin1Char('/') + name));
-    return files;
-}
 
 /// A project in one of its two versions, which differ in every file that the site shows.
 Files projectFiles(bool second)
@@ -91,7 +82,7 @@ QStringList defects(const Files& left, const Files& oldFiles, const Files& newFi
 
 } // namespace
 
-class tst_KillsPublisher : public QObject
+class tst_KillsPublisher : public PublisherTest
 {
     Q_OBJECT
 
@@ -104,16 +95,11 @@ private Q_SLOTS:
     void cleanupTestCase();
 
 private:
-    void start(const QStringList& options);
     void killSoon(int longest);
     bool isAsBefore(const Files& oldSite, const Files& newSite, const Files& project);
     bool becomesWhole(const Files& site);
 
     KillMoments mMoments;
-    std::unique_ptr<QTemporaryDir> mRoot;
-    QString mHome;
-    QString mProject;
-    QString mSite;
     Files mProjects[2];
     Files mSites[2]; ///< what publishing the two versions of the project gives
     int mDuration = 0; ///< that publishing takes, in milliseconds
@@ -126,13 +112,7 @@ private:
 
 void tst_KillsPublisher::init()
 {
-    mRoot.reset(new QTemporaryDir);
-    QVERIFY(mRoot->isValid());
-    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
-    mHome = root + text("/home");
-    mProject = root + text("/project");
-    mSite = root + text("/site");
-    QVERIFY(QDir().mkpath(mHome));
+    PublisherTest::init();
     for (const bool second : {false, true}) {
         mProjects[second] = projectFiles(second);
         write(mProjects[second], mProject);
@@ -141,7 +121,7 @@ void tst_KillsPublisher::init()
         const Outcome outcome = run({mProject, mSite}, mHome);
         mDuration = int(timer.elapsed());
         QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
-        mSites[second] = contentOf(mSite);
+        mSites[second] = filesBelow(mSite);
     }
     // Five pictures in two sizes, the page and the static files, all of them different.
     QCOMPARE(mSites[0].size(), 13);
@@ -155,13 +135,7 @@ void tst_KillsPublisher::cleanup()
 {
     mProcess.kill();
     mProcess.waitForFinished();
-    mRoot.reset();
-}
-
-void tst_KillsPublisher::start(const QStringList& options)
-{
-    mProcess.setProcessEnvironment(environmentFor(mHome));
-    mProcess.start(text(SHOP_PUBLISHER), options + QStringList{mProject, mSite});
+    PublisherTest::cleanup();
 }
 
 /// Kills the program at some moment of the next \a longest milliseconds, if it still runs.
@@ -180,9 +154,9 @@ void tst_KillsPublisher::killSoon(int longest)
 bool tst_KillsPublisher::isAsBefore(const Files& oldSite, const Files& newSite,
                                     const Files& project)
 {
-    Files left = contentOf(mProject);
+    Files left = filesBelow(mProject);
     left.remove(text("lockfile"));
-    QStringList found = defects(contentOf(mSite), oldSite, newSite);
+    QStringList found = defects(filesBelow(mSite), oldSite, newSite);
     if (left != project)
         found.append(text("the project was touched"));
     if (found.isEmpty())
@@ -207,7 +181,7 @@ bool tst_KillsPublisher::becomesWhole(const Files& site)
         qWarning("in the site: %s", qPrintable(entries.join(QLatin1Char(' '))));
         return false;
     }
-    return contentOf(mSite) == site && !QFileInfo::exists(mProject + text("/lockfile"));
+    return filesBelow(mSite) == site && !QFileInfo::exists(mProject + text("/lockfile"));
 }
 
 // Into a site that is not there yet.
@@ -215,7 +189,7 @@ void tst_KillsPublisher::firstPublication()
 {
     for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
         QVERIFY(QDir(mSite).removeRecursively());
-        start({});
+        start(&mProcess);
         killSoon(mDuration);
         QVERIFY2(isAsBefore(Files(), mSites[1], mProjects[1]), qPrintable(QString::number(kill)));
         QVERIFY2(becomesWhole(mSites[1]), qPrintable(QString::number(kill)));
@@ -228,7 +202,7 @@ void tst_KillsPublisher::laterPublication()
     for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
         const int next = kill % 2;
         write(mProjects[next], mProject);
-        start({});
+        start(&mProcess);
         killSoon(mDuration);
         QVERIFY2(isAsBefore(mSites[1 - next], mSites[next], mProjects[next]),
                  qPrintable(QString::number(kill)));
@@ -250,7 +224,7 @@ void tst_KillsPublisher::watchedProject()
     };
     for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
         const int next = kill % 2;
-        start({text("--watch")});
+        start(&mProcess, {text("--watch")});
         QByteArray printed;
         while (!printed.contains("Watching ") && mProcess.waitForReadyRead(patience))
             printed += mProcess.readAllStandardOutput();
@@ -259,9 +233,9 @@ void tst_KillsPublisher::watchedProject()
         killSoon(mDuration + 200); // it waits for a tenth of a second of quiet
         QCOMPARE(mProcess.exitStatus(), QProcess::CrashExit);
 
-        Files left = contentOf(mSite);
+        Files left = filesBelow(mSite);
         QVERIFY(readFile(mSite + text("/index.html")).endsWith("</html>\n"));
-        Files project = contentOf(mProject);
+        Files project = filesBelow(mProject);
         project.remove(text("lockfile"));
         QCOMPARE(project.keys(), mProjects[next].keys());
         QVERIFY(project == mProjects[next]);

@@ -4,7 +4,7 @@
 // The example program shop-publisher, run as a process as its users run it: what it answers, what
 // it prints, what it writes, and above all what it never touches.
 
-#include "ShopPublisherRun.h"
+#include "PublisherTest.h"
 
 #include <QImage>
 #include <QImageReader>
@@ -188,14 +188,11 @@ QStringList picturesInBrowser(const QString& site)
 
 } // namespace
 
-class tst_ShopPublisher : public QObject
+class tst_ShopPublisher : public PublisherTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
     void helpAndVersion();
     void badUsage_data();
     void badUsage();
@@ -236,40 +233,13 @@ private Q_SLOTS:
     void realPhotographs();
 
 private:
-    QString photo(const char* name) const
-    {
-        return mProject + QStringLiteral("/photos/") + text(name);
-    }
     QString image(const QString& name) const { return mSite + QStringLiteral("/images/") + name; }
     QString thumb(const QString& name) const { return mSite + QStringLiteral("/thumbs/") + name; }
     QString index() const
     {
         return QString::fromUtf8(readFile(mSite + QStringLiteral("/index.html")));
     }
-    Outcome publish() const { return run({mProject, mSite}, mHome); }
-
-    std::unique_ptr<QTemporaryDir> mRoot;
-    QString mHome;
-    QString mProject;
-    QString mSite;
 };
-
-void tst_ShopPublisher::init()
-{
-    mRoot.reset(new QTemporaryDir);
-    QVERIFY(mRoot->isValid());
-    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
-    mHome = root + QStringLiteral("/home");
-    mProject = root + QStringLiteral("/project");
-    mSite = root + QStringLiteral("/site");
-    QVERIFY(QDir().mkpath(mHome));
-    QVERIFY(QDir().mkpath(mProject + QStringLiteral("/photos")));
-}
-
-void tst_ShopPublisher::cleanup()
-{
-    mRoot.reset();
-}
 
 void tst_ShopPublisher::helpAndVersion()
 {
@@ -700,7 +670,7 @@ void tst_ShopPublisher::failures()
     writeFile(photo("a good one.jpg"), good);
     writeFile(photo("z good one.jpg"), good);
     writeFile(mProject + QStringLiteral("/photos/") + name, content);
-    const QStringList before = snapshot(mRoot->path(), mSite);
+    const QStringList before = snapshot(root(), mSite);
     Outcome outcome = publish();
     QCOMPARE(outcome.exitCode, someFailed);
 
@@ -721,7 +691,7 @@ void tst_ShopPublisher::failures()
                           text("index.html"), text("thumbs/a good one.jpg"),
                           text("thumbs/z good one.jpg")}));
     QVERIFY(!index().contains(QLatin1String("\"images/") + name));
-    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+    QCOMPARE(snapshot(root(), mSite), before);
 }
 
 void tst_ShopPublisher::unreadableSources()
@@ -737,7 +707,7 @@ void tst_ShopPublisher::unreadableSources()
     QVERIFY(QFile::setPermissions(photo("secret.jpg"), QFileDevice::Permissions()));
     QVERIFY(QFile::setPermissions(photo("closed"), QFileDevice::Permissions()));
     // The program, which acts as an ordinary user, needs its way in and a place to write.
-    const QString root = mRoot->path();
+    const QString root = PublisherTest::root();
     QCOMPARE(::chmod(QFile::encodeName(root).constData(), 0755), 0);
     QVERIFY(QDir().mkpath(mSite));
     QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0777), 0);
@@ -797,7 +767,7 @@ void tst_ShopPublisher::placesThatCannotBeWritten()
     // A site that cannot be written to at all is bad usage.
     QVERIFY(QDir(mSite).removeRecursively());
     QVERIFY(QDir().mkpath(mSite));
-    QCOMPARE(::chmod(QFile::encodeName(mRoot->path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(root()).constData(), 0755), 0);
     QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0555), 0);
     OrdinaryProcess process;
     outcome = run(process, {mProject, mSite}, QString());
@@ -917,7 +887,7 @@ void tst_ShopPublisher::secondRun()
     writeFile(photo("a.jpg"), jpegWithOrientation(corners(2000, 1000), 6));
     writeFile(photo("sub/b.png"), encoded(corners(40, 30), "png"));
     writeFile(photo("broken.jpg"), "broken");
-    const QStringList before = snapshot(mRoot->path(), mSite);
+    const QStringList before = snapshot(root(), mSite);
     QCOMPARE(publish().exitCode, someFailed);
     QMap<QString, QByteArray> first;
     for (const QString& name : filesIn(mSite))
@@ -932,7 +902,7 @@ void tst_ShopPublisher::secondRun()
         second.insert(name, readFile(mSite + QLatin1Char('/') + name));
     QCOMPARE(second.take(text("images/other.txt")), QByteArray("other"));
     QCOMPARE(second, first);
-    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+    QCOMPARE(snapshot(root(), mSite), before);
 }
 
 void tst_ShopPublisher::failedPictureLeavesThePage()

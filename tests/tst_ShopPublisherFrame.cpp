@@ -4,7 +4,7 @@
 // The example program shop-publisher: how it stops, the languages that it speaks, and the way of
 // its failures.
 
-#include "ShopPublisherRun.h"
+#include "PublisherTest.h"
 
 #include <QRegularExpression>
 #include <QXmlStreamReader>
@@ -22,14 +22,6 @@ int stepsIn(const QString& output)
 {
     return output.count(
         QRegularExpression(QStringLiteral("^\\[ *\\d+/"), QRegularExpression::MultilineOption));
-}
-
-QMap<QString, QByteArray> contentOf(const QString& folder)
-{
-    QMap<QString, QByteArray> content;
-    for (const QString& name : filesIn(folder))
-        content.insert(name, readFile(folder + QLatin1Char('/') + name));
-    return content;
 }
 
 QStringList foldersIn(const QString& folder)
@@ -51,14 +43,11 @@ QStringList placesIn(const QString& text)
 
 } // namespace
 
-class tst_ShopPublisherFrame : public QObject
+class tst_ShopPublisherFrame : public PublisherTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
     void stops_data();
     void stops();
     void stoppedRunKeepsThePage();
@@ -78,41 +67,8 @@ private Q_SLOTS:
     void translationsAreComplete();
 
 private:
-    QString photo(const QString& name) const { return mProject + text("/photos/") + name; }
     void makeManyPictures();
-    Outcome publish(const QStringList& options = QStringList()) const
-    {
-        return run(options + QStringList{mProject, mSite}, mHome);
-    }
-    void start(QProcess* process, const QStringList& options = QStringList()) const
-    {
-        process->setProcessEnvironment(environmentFor(mHome));
-        process->start(text(SHOP_PUBLISHER), options + QStringList{mProject, mSite});
-        QVERIFY(process->waitForStarted());
-    }
-
-    std::unique_ptr<QTemporaryDir> mRoot;
-    QString mHome;
-    QString mProject;
-    QString mSite;
 };
-
-void tst_ShopPublisherFrame::init()
-{
-    mRoot.reset(new QTemporaryDir);
-    QVERIFY(mRoot->isValid());
-    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
-    mHome = root + text("/home");
-    mProject = root + text("/project");
-    mSite = root + text("/site");
-    QVERIFY(QDir().mkpath(mHome));
-    QVERIFY(QDir().mkpath(mProject + text("/photos")));
-}
-
-void tst_ShopPublisherFrame::cleanup()
-{
-    mRoot.reset();
-}
 
 void tst_ShopPublisherFrame::makeManyPictures()
 {
@@ -142,7 +98,7 @@ void tst_ShopPublisherFrame::stops()
     QFETCH(int, afterSteps);
     QFETCH(int, times);
     makeManyPictures();
-    const QStringList before = snapshot(mRoot->path(), mSite);
+    const QStringList before = snapshot(root(), mSite);
 
     QProcess process;
     start(&process);
@@ -178,7 +134,7 @@ void tst_ShopPublisherFrame::stops()
     QCOMPARE(filesIn(mSite).size(), 2 * images.size());
     QCOMPARE(foldersIn(mSite),
              images.isEmpty() ? QStringList() : QStringList({text("images"), text("thumbs")}));
-    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+    QCOMPARE(snapshot(root(), mSite), before);
 
     // The summary says so.
     QCOMPARE(stepsIn(out), images.size());
@@ -197,12 +153,7 @@ void tst_ShopPublisherFrame::stoppedRunKeepsThePage()
     QVERIFY(page.contains("images/a.jpg"));
 
     makeManyPictures();
-    QProcess process;
-    start(&process);
-    QVERIFY(process.waitForReadyRead(60000));
-    process.terminate();
-    QVERIFY(process.waitForFinished(60000));
-    QCOMPARE(process.exitCode(), stopped);
+    QCOMPARE(startAndStop().exitCode, stopped);
     QCOMPARE(readFile(mSite + text("/index.html")), page);
 }
 
@@ -212,17 +163,12 @@ void tst_ShopPublisherFrame::runAfterAStop()
     for (int i = 0; i < 8; ++i)
         writeFile(photo(text("%1.jpg").arg(i)), jpeg);
     QCOMPARE(publish().exitCode, allImported);
-    const QMap<QString, QByteArray> expected = contentOf(mSite);
+    const QMap<QString, QByteArray> expected = filesBelow(mSite);
     QVERIFY(QDir(mSite).removeRecursively());
 
-    QProcess process;
-    start(&process);
-    QVERIFY(process.waitForReadyRead(60000));
-    process.terminate();
-    QVERIFY(process.waitForFinished(60000));
-    QCOMPARE(process.exitCode(), stopped);
+    QCOMPARE(startAndStop().exitCode, stopped);
     QCOMPARE(publish().exitCode, allImported);
-    QCOMPARE(contentOf(mSite), expected);
+    QCOMPARE(filesBelow(mSite), expected);
 }
 
 void tst_ShopPublisherFrame::quietStop()
@@ -263,15 +209,10 @@ void tst_ShopPublisherFrame::stopWithFailures()
 {
     makeManyPictures();
     writeFile(photo(text("a broken one.jpg")), "broken");
-    QProcess process;
-    start(&process);
-    QVERIFY(process.waitForReadyRead(60000));
-    process.terminate();
-    QVERIFY(process.waitForFinished(60000));
-    QCOMPARE(process.exitCode(), stopped);
-    const QString err = QString::fromUtf8(process.readAllStandardError());
-    QVERIFY2(err.startsWith(text("1 failure:\n  a broken one.jpg: cannot be decoded (")),
-             qPrintable(err));
+    const Outcome outcome = startAndStop();
+    QCOMPARE(outcome.exitCode, stopped);
+    QVERIFY2(outcome.err.startsWith(text("1 failure:\n  a broken one.jpg: cannot be decoded (")),
+             qPrintable(outcome.err));
 }
 
 void tst_ShopPublisherFrame::verbose()
@@ -444,7 +385,7 @@ void tst_ShopPublisherFrame::unknownLanguage()
 void tst_ShopPublisherFrame::withoutTranslations()
 {
     // The program alone, without the files that lie beside it.
-    const QString folder = mRoot->path() + text("/alone/bin");
+    const QString folder = root() + text("/alone/bin");
     QVERIFY(QDir().mkpath(folder));
     const QString program = folder + text("/shop-publisher");
     QVERIFY(QFile::copy(QFileInfo(text(SHOP_PUBLISHER)).canonicalFilePath(), program));

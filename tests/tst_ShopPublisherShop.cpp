@@ -4,8 +4,8 @@
 // The example program shop-publisher with a shop.json: the pages in a browser, the data in node,
 // the settings in php, and what is said of a file that is wrong.
 
+#include "PublisherTest.h"
 #include "ScriptRunner.h"
-#include "ShopPublisherRun.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -123,13 +123,12 @@ QStringList strings(const QJsonArray& array, const char* key)
 
 } // namespace
 
-class tst_ShopPublisherShop : public QObject
+class tst_ShopPublisherShop : public PublisherTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init();
-    void cleanup();
 
     void goodShopIsWritten();
     void projectWithoutShop();
@@ -164,18 +163,11 @@ private:
     {
         writeFile(mProject + text("/shop.json"), content);
     }
-    Outcome publish(const QStringList& options = QStringList()) const
-    {
-        return run(options + QStringList{mProject, mSite}, mHome);
-    }
+    using PublisherTest::publish;
     Outcome publish(const QJsonObject& shop) const
     {
         writeShop(json(shop));
         return publish();
-    }
-    QByteArray siteFile(const QString& place) const
-    {
-        return readFile(mSite + QLatin1Char('/') + place);
     }
     /// The value of a JavaScript expression after products.js has run.
     QJsonValue inNode(const QByteArray& expression) const
@@ -193,30 +185,14 @@ private:
                                          + expression + ");")
                                .output);
     }
-
-    std::unique_ptr<QTemporaryDir> mRoot;
-    QString mHome;
-    QString mProject;
-    QString mSite;
 };
 
 void tst_ShopPublisherShop::init()
 {
-    mRoot.reset(new QTemporaryDir);
-    QVERIFY(mRoot->isValid());
-    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
-    mHome = root + text("/home");
-    mProject = root + text("/project");
-    mSite = root + text("/site");
-    QVERIFY(QDir().mkpath(mHome));
+    PublisherTest::init();
     const QByteArray picture = encoded(corners(40, 30), "jpg");
     for (const char* name : {"bowl.jpg", "fruit/pear.jpg"})
         writeFile(mProject + text("/photos/") + text(name), picture);
-}
-
-void tst_ShopPublisherShop::cleanup()
-{
-    mRoot.reset();
 }
 
 void tst_ShopPublisherShop::goodShopIsWritten()
@@ -245,7 +221,7 @@ void tst_ShopPublisherShop::goodShopIsWritten()
     QVERIFY(french.contains(text("<li class=\"product-card\" id=\"product_pear\">")));
     QVERIFY(french.contains(text("href=\"images/fruit/pear.jpg\"")));
     QVERIFY(!french.contains(text("Blue bowl")));
-    QVERIFY(!french.contains(mRoot->path()));
+    QVERIFY(!french.contains(root()));
 }
 
 void tst_ShopPublisherShop::projectWithoutShop()

@@ -4,7 +4,7 @@
 // The example program shop-publisher: the lock of the project, the check of the site, the static
 // files, and how it follows a project that is being edited.
 
-#include "ShopPublisherRun.h"
+#include "PublisherTest.h"
 
 #include <QRegularExpression>
 #include <QtTest>
@@ -48,7 +48,7 @@ QStringList visibleFilesIn(const QString& folder)
 
 } // namespace
 
-class tst_ShopPublisherWatch : public QObject
+class tst_ShopPublisherWatch : public PublisherTest
 {
     Q_OBJECT
 
@@ -83,14 +83,11 @@ private Q_SLOTS:
     void editingSession();
 
 private:
-    QString photo(const char* name) const { return mProject + text("/photos/") + text(name); }
     QString image(const char* name) const { return mSite + text("/images/") + text(name); }
     QString staticFile(const char* name) const { return mProject + text("/static/") + text(name); }
     QString mirror(const char* name) const { return mSite + text("/static/") + text(name); }
     QByteArray page() const { return readFile(mSite + text("/index.html")); }
     QString lockFile() const { return mProject + text("/lockfile"); }
-
-    Outcome publish() const { return run({mProject, mSite}, mHome); }
 
     /// Begins to watch, and returns when the program follows what happens.
     bool watch(const QStringList& options = QStringList());
@@ -99,10 +96,6 @@ private:
     void read();
     int stop(int signal = SIGINT);
 
-    std::unique_ptr<QTemporaryDir> mRoot;
-    QString mHome;
-    QString mProject;
-    QString mSite;
     std::unique_ptr<QProcess> mProcess;
     QString mOut;
     QString mErr;
@@ -110,14 +103,7 @@ private:
 
 void tst_ShopPublisherWatch::init()
 {
-    mRoot.reset(new QTemporaryDir);
-    QVERIFY(mRoot->isValid());
-    const QString root = QFileInfo(mRoot->path()).canonicalFilePath();
-    mHome = root + text("/home");
-    mProject = root + text("/project");
-    mSite = root + text("/site");
-    QVERIFY(QDir().mkpath(mHome));
-    QVERIFY(QDir().mkpath(mProject + text("/photos")));
+    PublisherTest::init();
     mOut.clear();
     mErr.clear();
 }
@@ -133,14 +119,13 @@ void tst_ShopPublisherWatch::cleanup()
         mProcess->waitForFinished();
     }
     mProcess.reset();
-    mRoot.reset();
+    PublisherTest::cleanup();
 }
 
 bool tst_ShopPublisherWatch::watch(const QStringList& options)
 {
     mProcess.reset(new QProcess);
-    mProcess->setProcessEnvironment(environmentFor(mHome));
-    mProcess->start(text(SHOP_PUBLISHER), options + QStringList{text("--watch"), mProject, mSite});
+    start(mProcess.get(), options + QStringList(text("--watch")));
     if (options.contains(text("--quiet")))
         return becomes([this] { return !page().isEmpty(); });
     return prints(text("Watching %1, Ctrl-C ends").arg(mProject));
@@ -187,16 +172,16 @@ int tst_ShopPublisherWatch::stop(int signal)
 void tst_ShopPublisherWatch::lockIsThereOnlyMeanwhile()
 {
     writeFile(photo("a.jpg"), jpeg(40, 30));
-    const QStringList before = snapshot(mRoot->path(), mSite);
+    const QStringList before = snapshot(root(), mSite);
     QVERIFY(watch());
     QVERIFY(QFileInfo::exists(lockFile()));
     QCOMPARE(stop(), stopped);
-    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+    QCOMPARE(snapshot(root(), mSite), before);
     QCOMPARE(publish().exitCode, allImported);
-    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+    QCOMPARE(snapshot(root(), mSite), before);
     // Bad usage, found while it is held.
-    writeFile(mRoot->path() + text("/file"), "text");
-    QCOMPARE(run({mProject, mRoot->path() + text("/file/site")}, mHome).exitCode, ::badUsage);
+    writeFile(root() + text("/file"), "text");
+    QCOMPARE(run({mProject, root() + text("/file/site")}, mHome).exitCode, ::badUsage);
     QVERIFY(!QFileInfo::exists(lockFile()));
 }
 
@@ -224,7 +209,7 @@ void tst_ShopPublisherWatch::secondInstance()
     QFETCH(QString, message);
     writeFile(photo("a.jpg"), jpeg(40, 30));
     QVERIFY(watch());
-    const QString other = mRoot->path() + text("/other");
+    const QString other = root() + text("/other");
     const Outcome outcome = run({text("--language"), language, mProject, other}, mHome);
     QCOMPARE(outcome.exitCode, projectIsOpen);
     QCOMPARE(outcome.out, QString());
@@ -303,13 +288,13 @@ void tst_ShopPublisherWatch::workingFoldersLeftBehind()
     writeFile(mSite + text("/.shop-publisher-CCCCCC/lock"),
               QByteArray::number(pid) + "\nshop-publisher\n" + QSysInfo::machineHostName().toUtf8()
                   + '\n');
-    const QString outside = mRoot->path() + text("/outside");
+    const QString outside = root() + text("/outside");
     writeFile(outside + text("/keep.txt"), "keep me");
     QVERIFY(QFile::link(outside, mSite + text("/.shop-publisher-DDDDDD")));
     writeFile(mSite + text("/.shop-publisher-EEEEEE"), "file");
     writeFile(mSite + text("/.shop-publisher-of-mine/keep.txt"), "keep me");
 
-    const QString second = mRoot->path() + text("/second");
+    const QString second = root() + text("/second");
     writeFile(second + text("/photos/b.jpg"), jpeg(40, 30));
     const Outcome outcome = run({second, mSite}, mHome);
     QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
@@ -332,7 +317,7 @@ void tst_ShopPublisherWatch::projectThatCannotBeWritten()
 {
     writeFile(photo("a.jpg"), jpeg(40, 30));
     QVERIFY(QDir().mkpath(mSite));
-    QCOMPARE(::chmod(QFile::encodeName(mRoot->path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(root()).constData(), 0755), 0);
     QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0777), 0);
     QCOMPARE(::chmod(QFile::encodeName(mProject).constData(), 0555), 0);
     const QString line =
@@ -373,7 +358,7 @@ void tst_ShopPublisherWatch::siteThatCannotBeWritten()
 {
     writeFile(photo("a.jpg"), jpeg(40, 30));
     QVERIFY(QDir().mkpath(mSite));
-    QCOMPARE(::chmod(QFile::encodeName(mRoot->path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(root()).constData(), 0755), 0);
     QCOMPARE(::chmod(QFile::encodeName(mProject).constData(), 0777), 0);
     QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0555), 0);
     OrdinaryProcess process;
@@ -397,14 +382,14 @@ void tst_ShopPublisherWatch::probeSparesWhatIsThere()
     QCOMPARE(readFile(mSite + text("/check_write")), QByteArray("mine"));
 
     // A link is not written through, whether it leads to a photograph or nowhere.
-    for (const QString& target : {photo("a.jpg"), mRoot->path() + text("/nowhere")}) {
+    for (const QString& target : {photo("a.jpg"), root() + text("/nowhere")}) {
         QVERIFY(QFile::remove(mSite + text("/check_write")));
         QVERIFY(QFile::link(target, mSite + text("/check_write")));
         QCOMPARE(publish().exitCode, allImported);
         QVERIFY(QFileInfo(mSite + text("/check_write")).isSymLink());
     }
     QCOMPARE(readFile(photo("a.jpg")), picture);
-    QVERIFY(!QFileInfo::exists(mRoot->path() + text("/nowhere")));
+    QVERIFY(!QFileInfo::exists(root() + text("/nowhere")));
 }
 
 void tst_ShopPublisherWatch::staticFilesAreCopiedOnce()
@@ -414,7 +399,7 @@ void tst_ShopPublisherWatch::staticFilesAreCopiedOnce()
     writeFile(staticFile("deep/er/script.js"), "1");
     writeFile(staticFile(".htaccess"), "hidden");
     writeFile(staticFile("picture.jpg"), "no picture, and nobody asks");
-    const QStringList before = snapshot(mRoot->path(), mSite);
+    const QStringList before = snapshot(root(), mSite);
     const Outcome outcome = publish();
     QCOMPARE(outcome.err, QString());
     QCOMPARE(outcome.exitCode, allImported);
@@ -422,7 +407,7 @@ void tst_ShopPublisherWatch::staticFilesAreCopiedOnce()
     QCOMPARE(visibleContentOf(mSite + text("/static")),
              visibleContentOf(mProject + text("/static")));
     QCOMPARE(filesIn(mSite + text("/images")), QStringList(text("a.jpg")));
-    QCOMPARE(snapshot(mRoot->path(), mSite), before);
+    QCOMPARE(snapshot(root(), mSite), before);
     // Nothing of the working folder is left.
     QCOMPARE(
         QDir(mSite).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name),
@@ -448,7 +433,7 @@ void tst_ShopPublisherWatch::staticPlacesThatAreRefused()
 {
     writeFile(photo("a.jpg"), jpeg(40, 30));
     writeFile(staticFile("a.txt"), "a");
-    const QString outside = mRoot->path() + text("/outside");
+    const QString outside = root() + text("/outside");
     writeFile(outside + text("/keep.txt"), "keep me");
     QVERIFY(QDir().mkpath(mSite));
     QVERIFY(QFile::link(outside, mSite + text("/static")));
@@ -782,7 +767,7 @@ void tst_ShopPublisherWatch::editingSession()
     QVERIFY(picturesFollow());
 
     // As if it had been published afresh.
-    const QString fresh = mRoot->path() + text("/fresh");
+    const QString fresh = root() + text("/fresh");
     QCOMPARE(run({mProject, fresh}, mHome).exitCode, allImported);
     QCOMPARE(visibleContentOf(mSite), visibleContentOf(fresh));
 }

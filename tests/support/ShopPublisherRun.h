@@ -7,6 +7,8 @@
 #ifndef SHOPPUBLISHERRUN_H
 #define SHOPPUBLISHERRUN_H
 
+#include "Sandbox.h"
+
 #include <QBuffer>
 #include <QCryptographicHash>
 #include <QDateTime>
@@ -63,16 +65,9 @@ inline QByteArray encoded(const QImage& image, const char* format)
     return buffer.data();
 }
 
-// Files.
+// Files
 
-inline void writeFile(const QString& path, const QByteArray& content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
+/// The content of \a path, nothing while it is not there.
 inline QByteArray readFile(const QString& path)
 {
     QFile file(path);
@@ -119,7 +114,7 @@ inline QStringList filesIn(const QString& folder)
     return names;
 }
 
-// The program.
+// The program
 
 struct Outcome
 {
@@ -179,10 +174,9 @@ protected:
     }
 };
 
-inline Outcome run(QProcess& process, const QStringList& arguments, const QString& home)
+/// What came of a program that was started, when it has ended.
+inline Outcome outcomeOf(QProcess& process)
 {
-    process.setProcessEnvironment(environmentFor(home));
-    process.start(QStringLiteral(SHOP_PUBLISHER), arguments);
     Outcome outcome;
     if (!process.waitForFinished(240000) || process.exitStatus() != QProcess::NormalExit) {
         outcome.err = process.errorString() + QString::fromUtf8(process.readAllStandardError());
@@ -192,6 +186,13 @@ inline Outcome run(QProcess& process, const QStringList& arguments, const QStrin
     outcome.out = QString::fromUtf8(process.readAllStandardOutput());
     outcome.err = QString::fromUtf8(process.readAllStandardError());
     return outcome;
+}
+
+inline Outcome run(QProcess& process, const QStringList& arguments, const QString& home)
+{
+    process.setProcessEnvironment(environmentFor(home));
+    process.start(QStringLiteral(SHOP_PUBLISHER), arguments);
+    return outcomeOf(process);
 }
 
 inline Outcome run(const QStringList& arguments, const QString& home = QString())
