@@ -11,6 +11,10 @@
 #include "folderpath_p.h"
 #include "logrecord_p.h"
 #include "processstate_p.h"
+#include "treecopy_p.h"
+#include "treeremoval_p.h"
+#include "treetask_p.h"
+#include "treewalk_p.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -31,13 +35,6 @@
 #include <algorithm>
 #include <limits>
 #include <vector>
-
-#if defined(Q_OS_WIN)
-#ifndef NOMINMAX
-#define NOMINMAX // or min() and max() are macros
-#endif
-#include <windows.h>
-#endif
 
 using namespace OrvaUtilsPrivate;
 
@@ -88,53 +85,6 @@ SizeUnits sizeUnits()
 /// How every record about a folder that cannot be emptied begins.
 const char* const cannotRemove = "enable to removeRecursively";
 
-std::vector<FileSystem::Entry> entriesOf(const QString& path)
-{
-    std::vector<FileSystem::Entry> entries;
-    FileSystem::readFolder(path, entries);
-    return entries;
-}
-
-/// While deleting, a link is a file, whatever it leads to.
-bool isRemovedAsFile(const FileSystem::Entry& entry)
-{
-    return entry.isLink || entry.kind == FileSystem::Kind::File;
-}
-
-/// As QDir sorts by name ignoring case.
-void sortByNameIgnoringCase(std::vector<FileSystem::Entry>& entries)
-{
-    std::sort(entries.begin(), entries.end(),
-              [](const FileSystem::Entry& one, const FileSystem::Entry& other) {
-                  return one.name.compare(other.name, Qt::CaseInsensitive) < 0;
-              });
-}
-
-/// A folder that is being walked and, through \a parent, the folders on the way to it.
-struct Walk
-{
-    QString path;
-    const Walk* parent;
-
-    const Walk& start() const { return parent ? parent->start() : *this; }
-};
-
-/// Whether \a entry is a folder to go on with: not one on the way to it, which a link leads back to
-/// and which would be walked forever.
-bool leadsOn(const FileSystem::Entry& entry, const Walk& walk)
-{
-    if (entry.kind != FileSystem::Kind::Folder || !entry.isReachable)
-        return false;
-    if (!entry.isLink)
-        return true;
-    const QString path = joined(walk.path, entry.name);
-    for (const Walk* folder = &walk; folder; folder = folder->parent) {
-        if (FileSystem::isSameFile(path, folder->path))
-            return false;
-    }
-    return true;
-}
-
 // folderSize
 
 /// What folderSize() adds up. Times stay numbers: a QDateTime for every file would take longer than
@@ -148,15 +98,14 @@ struct FolderContent
     static const qint64 noTime = std::numeric_limits<qint64>::min();
 };
 
-void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
-             FolderContent& content)
+void measure(const QString& path, EntryDetail detail, const Walk* parent, FolderContent& content)
 {
     const Walk walk = {path, parent};
     std::vector<QString> folders;
-    FileSystem::FolderReader reader(path, detail);
+    FolderReader reader(path, detail);
     while (reader.next()) {
-        const FileSystem::Entry& entry = reader.entry();
-        if (entry.kind != FileSystem::Kind::File) {
+        const FolderEntry& entry = reader.entry();
+        if (entry.kind != EntryKind::File) {
             if (leadsOn(entry, walk))
                 folders.push_back(joined(path, entry.name));
         } else if (entry.name.compare(QLatin1String(".DS_Store"), Qt::CaseInsensitive) != 0) {
@@ -170,143 +119,6 @@ void measure(const QString& path, FileSystem::Detail detail, const Walk* parent,
         measure(folder, detail, &walk, content);
 }
 
-// forceCopy
-
-/// What becomes of the file that stands at the destination of a copy.
-enum class Old {
-    RemovedFirst, ///< and it stays removed if the copy fails
-    Replaced ///< by the complete copy, in one step where the system has one
-};
-
-/// A folder that takes no new file does not let go of one either.
-bool canMakeFile(const QString& path)
-{
-    const bool isMade = QFile(path).open(QIODevice::WriteOnly);
-    QFile::remove(path);
-    return isMade;
-}
-
-bool copyFile(const QString& source, const QString& destination, Old old)
-{
-    const auto cannotCopy = [&](QFileDevice::FileError error) {
-        ORVAUTILS_LOG_WARNING_IN("forceCopy") << "FileUtils::forceCopy can't copy" << source
-                                              << destination << " error=" << int(error);
-        return false;
-    };
-    const auto cannotReplace = [&] {
-        ORVAUTILS_LOG_WARNING_IN("forceCopy")
-            << "FileUtils::forceCopy can't remove " << destination;
-        return false;
-    };
-    if (!QFileInfo::exists(source)) {
-        ORVAUTILS_LOG_WARNING_IN("forceCopy") << source << " est introuvable !! (forceCopy)";
-        return false;
-    }
-    if (FileSystem::isSameFile(source, destination))
-        return true;
-    // What cannot be read (or, like a pipe, not to an end) does not cost the destination its life.
-    QFile file(source);
-    if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
-        return cannotCopy(QFileDevice::CopyError);
-    file.close();
-
-    const bool isBeside = old == Old::Replaced && QFileInfo(destination).isFile();
-    const QString path = isBeside ? FileSystem::pathBeside(destination) : destination;
-    if (!isBeside) {
-        if (QFileInfo::exists(destination) && !QFile::remove(destination))
-            return cannotReplace();
-        FileUtils::fileMkPath(destination, nullptr);
-    }
-    const FileSystem::Copied copied = FileSystem::copyFile(source, path);
-    if (copied == FileSystem::Copied::No
-        || (copied == FileSystem::Copied::NotTried && !file.copy(path))) {
-        if (isBeside && !canMakeFile(path))
-            return cannotReplace();
-        return cannotCopy(copied == FileSystem::Copied::No ? QFileDevice::CopyError : file.error());
-    }
-    if (isBeside && !FileSystem::moveOver(path, destination)) {
-        QFile::remove(path);
-        return cannotReplace();
-    }
-    return true;
-}
-
-// copyDir
-
-/// Whether the absolute \a path or a folder on the way to it is \a folder.
-bool passesThrough(QString path, const QString& folder)
-{
-    while (QDir::isAbsolutePath(path)) {
-        if (FileSystem::isSameFile(path, folder))
-            return true;
-        const QString parent = QFileInfo(path).path();
-        if (parent == path)
-            break;
-        path = parent;
-    }
-    return false;
-}
-
-/// Whether \a path, which need not exist yet, is \a folder or lies inside it: by its name, or by
-/// where its links lead.
-bool liesInside(QString path, const QString& folder)
-{
-    QString parent = QFileInfo(path).path();
-    while (!QFileInfo::exists(path) && parent != path) {
-        path = parent;
-        parent = QFileInfo(path).path();
-    }
-    return passesThrough(path, folder)
-        || passesThrough(QFileInfo(path).canonicalFilePath(), folder);
-}
-
-/// Whether copying \a source to \a destination would change or never finish what is copied.
-bool overlap(const QString& source, const QString& destination)
-{
-    return liesInside(destination, source) || liesInside(source, destination);
-}
-
-bool refuseCopy(const QString& source, const QString& destination)
-{
-    ORVAUTILS_LOG_WARNING_IN("copyDir") << "unable to copy" << source << "to" << destination;
-    return false;
-}
-
-bool copyTree(const QString& source, const QString& destination, const Walk* parent)
-{
-    const Walk walk = {source, parent};
-    std::vector<FileSystem::Entry> entries;
-    if (!FileSystem::readFolder(source, entries))
-        return refuseCopy(source, destination);
-    const bool isNew = !QDir(destination).exists();
-    if (isNew && !QDir().mkpath(destination)) {
-        ORVAUTILS_LOG_WARNING_IN("copyDir") << "unable to mkdir" << destination;
-        return false;
-    }
-    for (const FileSystem::Entry& entry : entries) {
-        const QString path = joined(source, entry.name);
-        const QString target = joined(destination, entry.name);
-        if (!entry.isReachable)
-            return refuseCopy(path, target);
-        if (entry.kind == FileSystem::Kind::File) {
-            // In a new folder nothing can be in the way, which is most of what forceCopy() does.
-            // Where the quick way fails, it tries again and tells the reason.
-            const bool copied =
-                isNew && FileSystem::copyFile(path, target) == FileSystem::Copied::Yes;
-            if (!copied && !FileUtils::forceCopy(path, target))
-                return refuseCopy(path, target);
-        } else if (leadsOn(entry, walk)) {
-            // Links on either side can lead out of two separate trees into a common one.
-            if ((entry.isLink || (!isNew && QFileInfo(target).isSymLink()))
-                && (overlap(path, target) || liesInside(target, walk.start().path)))
-                return refuseCopy(path, target);
-            if (!copyTree(path, target, &walk))
-                return false;
-        }
-    }
-    return true;
-}
-
 // Listings
 
 /// \a prefix of every entry is complete, with its "/".
@@ -316,12 +128,12 @@ int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* f
     const Walk walk = {path, parent};
     int count = 0;
     std::vector<QString> folders;
-    FileSystem::FolderReader reader(path, FileSystem::Detail::Kinds);
+    FolderReader reader(path, EntryDetail::Kinds);
     while (reader.next()) {
-        const FileSystem::Entry& entry = reader.entry();
+        const FolderEntry& entry = reader.entry();
         if (entry.isHidden || !entry.isReachable)
             continue;
-        if (entry.kind == FileSystem::Kind::File) {
+        if (entry.kind == EntryKind::File) {
             list.append(prefix % entry.name);
             ++count;
         } else if (recursive && leadsOn(entry, walk)
@@ -335,15 +147,10 @@ int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* f
     return count;
 }
 
-bool isVisibleFolder(const FileSystem::Entry& entry)
-{
-    return entry.kind == FileSystem::Kind::Folder && !entry.isHidden && entry.isReachable;
-}
-
 void listFolders(const QString& path, QStringList& list, bool recursive, const Walk* parent)
 {
     const Walk walk = {path, parent};
-    for (const FileSystem::Entry& entry : entriesOf(path)) {
+    for (const FolderEntry& entry : entriesOf(path)) {
         if (!isVisibleFolder(entry))
             continue;
         list.append(joined(path, entry.name));
@@ -351,6 +158,89 @@ void listFolders(const QString& path, QStringList& list, bool recursive, const W
             listFolders(joined(path, entry.name), list, true, &walk);
     }
 }
+
+// Older variants
+
+/// old::removeDirectory(), which stops at what it cannot do and tells about it.
+class DirectoryRemoval
+{
+public:
+    DirectoryRemoval(bool isRecursive, QString* error)
+        : mIsRecursive(isRecursive)
+        , mError(error)
+    { }
+
+    bool remove(const QString& path, int depth)
+    {
+        if (path.isEmpty())
+            return false;
+        if (depth <= 0)
+            return fail(QStringLiteral("FileUtils::removeDirectory ") + path
+                        + QStringLiteral(" profondeur max atteinte !"));
+        // Without a "/" at the end, which would make the system look through a link.
+        const QString folder = QDir(path).absolutePath();
+        if (!QDir(folder).exists())
+            return fail(QStringLiteral("FileUtils::removeDirectory: ") + path
+                        + QStringLiteral(" doesn't exist"));
+        const bool isLink = QFileInfo(folder).isSymLink();
+        if (!isLink && !removeContent(folder, depth))
+            return false;
+        // Removing as a file is for links; of a real folder it can only tell why it stays.
+        QFile link(folder);
+        if ((!isLink && QDir().rmdir(folder)) || link.remove())
+            return true;
+        return fail(
+            QStringLiteral("Failed to remove directory: %1 (%2)").arg(path, link.errorString()));
+    }
+
+private:
+    /// False as soon as something fails. What is neither a file nor a folder stays, and makes
+    /// removing the folder fail.
+    bool removeContent(const QString& folder, int depth)
+    {
+        std::vector<FolderEntry> entries = entriesOf(folder);
+        sortByNameIgnoringCase(entries);
+        for (const FolderEntry& entry : entries) {
+            const QString path = joined(folder, entry.name);
+            if (!entry.isReachable)
+                continue;
+            if (isRemovedAsFile(entry)
+                    ? !removeAsFile(path)
+                    : entry.kind == EntryKind::Folder && !removeFolder(path, entry.name, depth))
+                return false;
+        }
+        return true;
+    }
+
+    bool removeAsFile(const QString& path) const
+    {
+        if (removeFile(path))
+            return true;
+        // Once more with the class that can say why not.
+        QFile file(path);
+        return file.remove()
+            || fail(QStringLiteral("Failed to remove file: %1 (%2)")
+                        .arg(file.fileName(), file.errorString()));
+    }
+
+    bool removeFolder(const QString& path, const QString& name, int depth)
+    {
+        if (!mIsRecursive)
+            return fail(QStringLiteral("Failed to remove file: %1 (%2)")
+                            .arg(name, QStringLiteral("non recursive operation")));
+        return remove(path, depth - 1);
+    }
+
+    bool fail(const QString& message) const
+    {
+        if (mError)
+            *mError = message;
+        return false;
+    }
+
+    const bool mIsRecursive;
+    QString* const mError;
+};
 
 // File content
 
@@ -475,15 +365,7 @@ QString FileUtils::fixNameFileValidity(const QString& name)
 
 void FileUtils::setFileHiddenOnWindows(const QString& path)
 {
-#if defined(Q_OS_WIN)
-    const QString native = QDir::toNativeSeparators(path);
-    const auto* name = reinterpret_cast<const wchar_t*>(native.utf16());
-    const DWORD attributes = GetFileAttributesW(name);
-    if (attributes != INVALID_FILE_ATTRIBUTES)
-        SetFileAttributesW(name, attributes | FILE_ATTRIBUTE_HIDDEN);
-#else
-    Q_UNUSED(path)
-#endif
+    hideFile(path);
 }
 
 // Folder trees
@@ -494,8 +376,8 @@ qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* las
     if (folder.isEmpty() || !QDir(folder).exists())
         return 0;
     FolderContent content;
-    measure(folder, lastModified ? FileSystem::Detail::SizesAndTimes : FileSystem::Detail::Sizes,
-            nullptr, content);
+    measure(folder, lastModified ? EntryDetail::SizesAndTimes : EntryDetail::Sizes, nullptr,
+            content);
     if (fileCount)
         *fileCount += content.fileCount;
     if (lastModified && content.lastModified != FolderContent::noTime) {
@@ -508,12 +390,7 @@ qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* las
 
 bool FileUtils::forceCopy(const QString& source, const QString& destination)
 {
-    return copyFile(source, destination, Old::RemovedFirst);
-}
-
-bool OrvaUtilsPrivate::copyOver(const QString& source, const QString& destination)
-{
-    return copyFile(source, destination, Old::Replaced);
+    return copyFile(source, destination, OldFile::RemovedFirst);
 }
 
 bool FileUtils::fileMkPath(const QString& filePath, QString* error)
@@ -535,18 +412,18 @@ bool FileUtils::removeContentDirectory(const QString& path, bool recursive)
     const QString folder = QDir(path).absolutePath();
     if (!QDir(folder).exists())
         return false;
-    std::vector<FileSystem::Entry> entries;
-    if (!FileSystem::readFolder(folder, entries)) {
+    std::vector<FolderEntry> entries;
+    if (!readFolder(folder, entries)) {
         ORVAUTILS_LOG_CRITICAL() << cannotRemove << folder;
         return false;
     }
-    for (const FileSystem::Entry& entry : entries) {
+    for (const FolderEntry& entry : entries) {
         const QString entryPath = joined(folder, entry.name);
         bool removed = entry.isReachable;
         if (isRemovedAsFile(entry))
-            removed = removed && FileSystem::removeFile(entryPath);
-        else if (entry.kind == FileSystem::Kind::Folder && recursive)
-            removed = removed && FileSystem::removeTree(entryPath);
+            removed = removed && removeFile(entryPath);
+        else if (entry.kind == EntryKind::Folder && recursive)
+            removed = removed && removeTree(entryPath);
         if (!removed) {
             ORVAUTILS_LOG_CRITICAL() << cannotRemove << entryPath;
             return false;
@@ -557,28 +434,8 @@ bool FileUtils::removeContentDirectory(const QString& path, bool recursive)
 
 bool FileUtils::copyDir(const QString& source, const QString& destination, bool merge)
 {
-    // An empty path would mean the current folder, which nobody asked to copy or to delete.
-    const QString from = source.isEmpty() ? source : QDir(source).absolutePath();
-    const QString to = destination.isEmpty() ? destination : QDir(destination).absolutePath();
-    if (from.isEmpty() || !QDir(from).exists()) {
-        ORVAUTILS_LOG_CRITICAL() << from << "Doesnt exists";
-        return false;
-    }
-    if (to.isEmpty()) {
-        ORVAUTILS_LOG_WARNING() << "unable to mkdir" << to;
-        return false;
-    }
-    if (overlap(from, to))
-        return refuseCopy(from, to);
-    if (!merge && QDir(to).exists()) {
-        // The folder behind a link is not the destination's to empty.
-        const bool isLink = QFileInfo(to).isSymLink();
-        if (!(isLink ? FileSystem::removeFile(to) : FileSystem::removeTree(to))) {
-            ORVAUTILS_LOG_WARNING() << "unable to removeRecursively" << to;
-            return false;
-        }
-    }
-    return copyTree(from, to, nullptr);
+    TreeTask task;
+    return OrvaUtilsPrivate::copyDir(source, destination, merge, task);
 }
 
 int FileUtils::removeEmptyDirs(const QString& path, bool recursive)
@@ -588,7 +445,7 @@ int FileUtils::removeEmptyDirs(const QString& path, bool recursive)
     int count = 0;
     if (recursive) {
         const QString folder = QDir::cleanPath(path);
-        for (const FileSystem::Entry& entry : entriesOf(folder)) {
+        for (const FolderEntry& entry : entriesOf(folder)) {
             if (isVisibleFolder(entry) && !entry.isLink)
                 count += removeEmptyDirs(joined(folder, entry.name), true);
         }
@@ -635,7 +492,7 @@ bool FileUtils::listFolderName(const QString& path, QStringList& list)
     const QString folder = QDir(path).absolutePath();
     if (!QDir(folder).exists())
         return false;
-    for (const FileSystem::Entry& entry : entriesOf(folder)) {
+    for (const FolderEntry& entry : entriesOf(folder)) {
         if (isVisibleFolder(entry))
             list.append(entry.name);
     }
@@ -803,58 +660,8 @@ bool FileUtils::old::forceDirectoryCreationForAFile(const QString& filePath, QSt
 
 bool FileUtils::old::removeDirectory(const QString& path, bool recursive, QString* error, int depth)
 {
-    const auto fail = [error](const QString& message) {
-        if (error)
-            *error = message;
-        return false;
-    };
-    if (path.isEmpty())
-        return false;
-    if (depth <= 0)
-        return fail(QStringLiteral("FileUtils::removeDirectory ") + path
-                    + QStringLiteral(" profondeur max atteinte !"));
-    // Without a "/" at the end, which would make the system look through a link.
-    const QString folder = QDir(path).absolutePath();
-    if (!QDir(folder).exists())
-        return fail(QStringLiteral("FileUtils::removeDirectory: ") + path
-                    + QStringLiteral(" doesn't exist"));
-
-    const bool isLink = QFileInfo(folder).isSymLink();
-    bool allHandled = true;
-    if (!isLink) {
-        std::vector<FileSystem::Entry> entries = entriesOf(folder);
-        sortByNameIgnoringCase(entries);
-        for (const FileSystem::Entry& entry : entries) {
-            const QString entryPath = joined(folder, entry.name);
-            if (!entry.isReachable) {
-                allHandled = false;
-            } else if (isRemovedAsFile(entry)) {
-                if (FileSystem::removeFile(entryPath))
-                    continue;
-                // Once more with the class that can say why not.
-                QFile file(entryPath);
-                if (!file.remove())
-                    return fail(QStringLiteral("Failed to remove file: %1 (%2)")
-                                    .arg(file.fileName(), file.errorString()));
-            } else if (entry.kind == FileSystem::Kind::Folder) {
-                if (!recursive)
-                    return fail(QStringLiteral("Failed to remove file: %1 (%2)")
-                                    .arg(entry.name, QStringLiteral("non recursive operation")));
-                if (!removeDirectory(entryPath, true, error, depth - 1))
-                    return false;
-            } else {
-                allHandled = false;
-            }
-        }
-    }
-    // Removing as a file is for links; of a real folder it can only tell why it stays.
-    if (!isLink && QDir().rmdir(folder))
-        return allHandled;
-    QFile link(folder);
-    if (!link.remove())
-        return fail(
-            QStringLiteral("Failed to remove directory: %1 (%2)").arg(path, link.errorString()));
-    return allHandled;
+    DirectoryRemoval removal(recursive, error);
+    return removal.remove(path, depth);
 }
 
 int FileUtils::old::listFilesInFileSystem(const QString& path, QStringList& list, bool recursive,

@@ -13,6 +13,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 QT_BEGIN_NAMESPACE
 class QDateTime;
 class QFontMetrics;
@@ -53,6 +55,21 @@ QT_END_NAMESPACE
 class ORVAUTILS_EXPORT FileUtils
 {
 public:
+    /// How far an operation on a folder tree has come.
+    struct TreeProgress
+    {
+        int files = 0; ///< that are done
+        int totalFiles = -1; ///< -1 until the number is known
+        qint64 bytes = 0; ///< of the files that are done
+        qint64 totalBytes = -1; ///< -1 until the number is known
+        QString path; ///< the file that was done last
+    };
+
+    /// Sees the progress of an operation on a folder tree, in the thread that started it: with the
+    /// first file, after that at most every 50 milliseconds, and at the end. False cancels the
+    /// operation.
+    using TreeObserver = std::function<bool(const TreeProgress& progress)>;
+
     FileUtils() = delete;
 
     // ---- Paths and names as text ---------------------------------------------------------------

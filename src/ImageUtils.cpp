@@ -20,7 +20,6 @@
 #include <QPainter>
 #include <QSaveFile>
 
-#include <cerrno>
 #include <limits>
 
 using namespace OrvaUtilsPrivate;
@@ -112,7 +111,7 @@ bool ImageFileCopy::run()
     if (!inspect())
         return false;
     if (mFormat == "gif" || mFormat == "svg")
-        return copyOver(mSource, mDestination);
+        return copyFile(mSource, mDestination, OldFile::Kept);
     if (has(ImageUtils::UseExifRotation) && !readRotation())
         return false;
     if (!mustReencode())
@@ -165,7 +164,7 @@ bool ImageFileCopy::mustReencode() const
 
 bool ImageFileCopy::copy() const
 {
-    const bool copied = copyOver(mSource, mDestination);
+    const bool copied = copyFile(mSource, mDestination, OldFile::Kept);
     if (!copied)
         ORVAUTILS_LOG_WARNING_IN("copyImageFile") << "FileUtils::forceCopy";
     return copied;
@@ -294,12 +293,11 @@ bool ImageUtils::writeProgressiveImage(const QImage& image, const QString& path,
     QString error;
     if (encode(image, file, {written, quality, true}, &error)) {
         // commit() syncs too, but puts the new picture in the old one's place where that fails.
-        if (!FileSystem::putOnDisk(file.handle()))
-            error = qt_error_string(errno);
-        else if (file.commit())
-            return true;
-        else
+        if (putOnDisk(file.handle(), &error)) {
+            if (file.commit())
+                return true;
             error = file.errorString();
+        }
     }
     logProgressiveFailure(image, path, error);
     return false;

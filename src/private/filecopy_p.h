@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// copyOver(): FileUtils::forceCopy() for what may be the only copy of a photograph.
+// copyFile(): FileUtils::forceCopy(), for all who copy files.
 
 #ifndef ORVAUTILS_FILECOPY_P_H
 #define ORVAUTILS_FILECOPY_P_H
@@ -10,9 +10,17 @@
 
 namespace OrvaUtilsPrivate {
 
-/// As FileUtils::forceCopy(), with the same records, but the file that stands at \a destination is
-/// not lost whatever fails: the copy is made beside it and takes its place when it is complete.
-bool copyOver(const QString& source, const QString& destination);
+/// What becomes of the file that stands at the destination of a copy.
+enum class OldFile {
+    RemovedFirst, ///< and it stays removed if the copy fails
+    RemovedFirstInTree, ///< the same; the whole tree is brought to the disk at the end
+    Kept ///< until the complete copy takes its place: it may be the only copy of a photograph
+};
+
+/// Copies a file as FileUtils::forceCopy() does, with the same records. On failure \a reason, which
+/// may be null, tells why, in the system's words.
+bool copyFile(const QString& source, const QString& destination, OldFile oldFile,
+              QString* reason = nullptr);
 
 } // namespace OrvaUtilsPrivate
 

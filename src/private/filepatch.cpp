@@ -3,7 +3,7 @@
 
 #include "filepatch_p.h"
 
-#include "filesystem_p.h"
+#include "replacement_p.h"
 
 #include <QFile>
 
@@ -102,12 +102,12 @@ Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable)
         if (isWrittenAtOnce(patch))
             return patchAndClose(file, patch);
     }
-    switch (FileSystem::replaceBytes(file, patch.begin, patch.end, patch.bytes)) {
-    case FileSystem::Replaced::Yes:
+    switch (replaceBytes(file, patch.begin, patch.end, patch.bytes)) {
+    case Replaced::Yes:
         return Patched::Yes;
-    case FileSystem::Replaced::No:
+    case Replaced::No:
         return Patched::Failed;
-    case FileSystem::Replaced::NotTried:
+    case Replaced::NotTried:
         break;
     }
     if (irreplaceable == Irreplaceable::Refuse)

@@ -58,4 +58,10 @@ private:
 #define ORVAUTILS_LOG_WARNING() ORVAUTILS_LOG_WARNING_IN(__func__)
 #define ORVAUTILS_LOG_CRITICAL() ORVAUTILS_LOG_CRITICAL_IN(__func__)
 
+/// For a private source that does the work of the class \a source.
+#define ORVAUTILS_LOG_WARNING_OF(source, function)                                                 \
+    OrvaUtilsPrivate::LogRecord(2, source, function, __LINE__)
+#define ORVAUTILS_LOG_CRITICAL_OF(source, function)                                                \
+    OrvaUtilsPrivate::LogRecord(4, source, function, __LINE__)
+
 #endif // ORVAUTILS_LOGRECORD_P_H

@@ -10,8 +10,6 @@
 #include <QImage>
 #include <QImageWriter>
 
-#include <cerrno>
-
 namespace OrvaUtilsPrivate {
 
 bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QString* error)
@@ -39,7 +37,7 @@ SaveResult replacePicture(const QImage& image, const QString& dst, const Encodin
                           QString* error)
 {
     const bool replaces = QFileInfo::exists(dst);
-    QFile file(FileSystem::pathBeside(dst));
+    QFile file(pathBeside(dst));
     // A folder in which no file can be made does not let go of one either.
     if (!file.open(QIODevice::WriteOnly) && replaces) {
         *error = file.errorString();
@@ -48,17 +46,15 @@ SaveResult replacePicture(const QImage& image, const QString& dst, const Encodin
 
     bool encoded = encode(image, file, encoding, error);
     // Not even a power failure may find the old picture gone and the new one not there yet.
-    if (encoded && replaces && !FileSystem::putOnDisk(file.handle())) {
-        *error = qt_error_string(errno);
+    if (encoded && replaces && !putOnDisk(file.handle(), error))
         encoded = false;
-    }
     file.close();
     // Some file systems tell only now that they are full.
     if (encoded && file.error() != QFileDevice::NoError) {
         *error = file.errorString();
         encoded = false;
     }
-    if (encoded && FileSystem::moveOver(file.fileName(), dst, error))
+    if (encoded && moveOver(file.fileName(), dst, error))
         return SaveResult::Saved;
     file.remove();
     return encoded && replaces ? SaveResult::CannotRemove : SaveResult::CannotSave;

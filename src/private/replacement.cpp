@@ -12,6 +12,7 @@ namespace OrvaUtilsPrivate {
 Replacement::Replacement(const QString& path, Old old)
     : mOld(old)
     , mPath(path)
+    , mFile(std::make_unique<QFile>())
 { }
 
 Replacement::~Replacement()
@@ -26,15 +27,13 @@ bool Replacement::begin()
     const bool isWrittenTo = mOld == Old::WrittenTo && mReplaces;
     if (isWrittenTo && !findWritten(old))
         return false;
-    if (!FileSystem::openUnnamed(&mFile, QFileInfo(mPath).path())) {
-        mFile.setFileName(FileSystem::pathBeside(mPath));
-        if (!mFile.open(QIODevice::WriteOnly))
-            return fail(Failure::NotBegun, mFile.errorString());
-        mName = mFile.fileName();
-    }
+    mIsStoredFirst = mReplaces;
+    if (!openUnnamed(mFile.get(), QFileInfo(mPath).path()) && !openNamed())
+        return fail(Failure::NotBegun, mFile->errorString());
     // Some file systems have no permissions; that is no reason to write nothing.
     if (isWrittenTo && old.exists())
-        FileSystem::takePermissions(mPath, &mFile);
+        setPermissions(mFile.get(),
+                       old.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser));
     return true;
 }
 
@@ -51,48 +50,68 @@ bool Replacement::findWritten(const QFileInfo& old)
     return true;
 }
 
+bool Replacement::openNamed()
+{
+    const QString name = pathBeside(mPath);
+    mFile->setFileName(name);
+    if (!mFile->open(QIODevice::WriteOnly))
+        return false;
+    mName = name;
+    return true;
+}
+
 bool Replacement::takeAttributes(const QFile& file)
 {
-    return FileSystem::takeAttributes(file.handle(), mFile.handle());
+    return OrvaUtilsPrivate::takeAttributes(file.handle(), mFile->handle());
 }
 
 bool Replacement::commit()
 {
-    if (!mFile.isOpen())
+    if (!mFile->isOpen())
         return false;
     QString reason;
-    // Not even a power failure may find the old file gone and the new one not there yet.
-    if (!mFile.flush() || mFile.error() != QFileDevice::NoError)
-        return fail(Failure::Content, mFile.errorString());
-    if (mReplaces && !FileSystem::putOnDisk(mFile.handle(), &reason))
+    if (!mFile->flush() || mFile->error() != QFileDevice::NoError)
+        return fail(Failure::Content, mFile->errorString());
+    if (mIsStoredFirst && !putOnDisk(mFile->handle(), &reason))
         return fail(Failure::Content, reason);
-    const bool isNamedLast = mName.isEmpty() && !mReplaces && giveName(mPath, &reason);
-    if (mName.isEmpty() && !giveName(FileSystem::pathBeside(mPath), &reason))
+    const bool isInPlace = mName.isEmpty() && !mReplaces && giveName(mPath, &reason);
+    if (mName.isEmpty() && !giveName(pathBeside(mPath), &reason) && !continueNamed())
         return fail(Failure::Place, reason);
-    mFile.close();
+    mFile->close();
     // Some file systems tell only now that they could not store the file.
-    if (mFile.error() != QFileDevice::NoError)
-        return fail(Failure::Content, mFile.errorString());
-    if (!isNamedLast && !FileSystem::moveOver(mName, mPath, &reason))
+    if (mFile->error() != QFileDevice::NoError)
+        return fail(Failure::Content, mFile->errorString());
+    if (!isInPlace && !moveOver(mName, mPath, &reason))
         return fail(Failure::Place, reason);
     mName.clear();
     return true;
 }
 
-/// False where that name is taken, too.
+/// Names a file that has no name yet. False where that name is taken, too.
 bool Replacement::giveName(const QString& path, QString* reason)
 {
-    if (!FileSystem::nameFile(mFile.handle(), path, reason))
+    if (!nameFile(mFile->handle(), path, reason))
         return false;
     mName = path;
     return true;
 }
 
+/// Goes on with a copy that has a name, where a file without one cannot be given one.
+bool Replacement::continueNamed()
+{
+    const std::unique_ptr<QFile> unnamed = std::move(mFile);
+    mFile = std::make_unique<QFile>();
+    QString reason;
+    return openNamed() && unnamed->seek(0) && copyPieces(*unnamed, *mFile) && mFile->flush()
+        && OrvaUtilsPrivate::takeAttributes(unnamed->handle(), mFile->handle())
+        && (!mIsStoredFirst || putOnDisk(mFile->handle(), &reason));
+}
+
 void Replacement::abandon()
 {
-    mFile.close();
+    mFile->close();
     if (!mName.isEmpty())
-        FileSystem::removeFile(mName);
+        removeFile(mName);
     mName.clear();
 }
 
@@ -102,6 +121,24 @@ bool Replacement::fail(Failure failure, const QString& reason)
     mFailure = failure;
     mReason = reason;
     return false;
+}
+
+Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes)
+{
+    const QString path = replaceablePath(*file);
+    if (path.isEmpty())
+        return Replaced::NotTried;
+    Replacement replacement(path, Replacement::Old::Removed);
+    if (!replacement.begin() || !replacement.takeAttributes(*file))
+        return Replaced::NotTried;
+    QFile& copy = replacement.device();
+    if (!file->seek(0) || !copyPieces(*file, copy, begin) || copy.write(bytes) != bytes.size()
+        || !file->seek(end) || !copyPieces(*file, copy))
+        return Replaced::No;
+    file->close(); // some systems replace no file that is open
+    if (replacement.commit())
+        return Replaced::Yes;
+    return replacement.failure() == Replacement::Failure::Place ? Replaced::NotTried : Replaced::No;
 }
 
 } // namespace OrvaUtilsPrivate

@@ -15,6 +15,8 @@
 #include <QFile>
 #include <QString>
 
+#include <memory>
+
 class QFileInfo;
 
 namespace OrvaUtilsPrivate {
@@ -47,17 +49,22 @@ public:
 
     /// The new file, open for writing. It may have no fileName(), and is not to be
     /// closed.
-    QFile& device() { return mFile; }
+    QFile& device() { return *mFile; }
 
     /// Whether something stood at the path when the replacement began.
     bool replaces() const { return mReplaces; }
+
+    /// Whether the new file is brought to the disk before it takes its place. By default it is
+    /// where it replaces one, so that not even a power failure finds the old file gone and the new
+    /// one not there yet. To be called after begin().
+    void setStoredFirst(bool isStoredFirst) { mIsStoredFirst = isStoredFirst; }
 
     /// Gives the new file the owner, the permissions and the extended attributes of an open one.
     /// False where this process may not do so, or where that is no regular file.
     bool takeAttributes(const QFile& file);
 
-    /// Puts the new file in the place of the old one; where it replaces one, it is brought to the
-    /// disk first. Otherwise the old one stays, and nothing is left beside it.
+    /// Puts the new file in the place of the old one. Where that fails, the old one stays, and
+    /// nothing is left beside it.
     bool commit();
 
     /// Removes the new file. The old one stays.
@@ -72,17 +79,37 @@ private:
     Q_DISABLE_COPY(Replacement)
 
     bool findWritten(const QFileInfo& old);
+    bool openNamed();
     bool giveName(const QString& path, QString* reason);
+    bool continueNamed();
     bool fail(Failure failure, const QString& reason);
 
     const Old mOld;
     QString mPath;
     QString mName; ///< of the new file while it is beside the old one; empty as long as it has none
-    QFile mFile;
+    std::unique_ptr<QFile> mFile;
     bool mReplaces = false;
+    bool mIsStoredFirst = false;
     Failure mFailure = Failure::None;
     QString mReason;
 };
+
+enum class Replaced {
+    Yes,
+    No, ///< reading or writing failed
+    NotTried ///< no new file can take the place of this one without anybody noticing
+};
+
+/// Replaces the bytes from \a begin to \a end of a file, which is open for reading, by \a bytes,
+/// in one step. Unless Yes is returned, nothing has changed and nothing is left behind.
+///
+/// The new file has the owner, the permissions and the extended attributes of the old one, and a
+/// link to the file still leads to it. Not tried where that cannot be: in a folder that takes no
+/// new file, for a file that has several names (hard links) or an owner or an attribute that this
+/// process may not give, and where the path leads to another file by now.
+///
+/// \a file may be closed afterwards.
+Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes);
 
 } // namespace OrvaUtilsPrivate
 

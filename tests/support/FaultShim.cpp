@@ -267,6 +267,14 @@ int fdatasync(int file)
     return state.isArmed ? 0 : next(file);
 }
 
+int syncfs(int file) noexcept
+{
+    NEXT(syncfs, int, int);
+    if (isInterrupted() || isRefused(FaultWrite, "syncfs"))
+        return -1;
+    return state.isArmed ? 0 : next(file);
+}
+
 // Renaming
 
 INTERPOSE(int, -1, rename, (const char* path, const char* newPath) noexcept, (path, newPath),

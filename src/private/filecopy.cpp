@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "filecopy_p.h"
+
+#include "FileUtils.h"
+#include "filesystem_p.h"
+#include "logrecord_p.h"
+#include "replacement_p.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+enum class CopyResult { Copied, CannotCopy, CannotRemove };
+
+CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile, QString* reason)
+{
+    const bool isKept = oldFile == OldFile::Kept && QFileInfo(destination).isFile();
+    const bool isReplaced = QFileInfo::exists(destination);
+    if (!isReplaced && QFileInfo(destination).isSymLink()) {
+        *reason = QStringLiteral("a link to nowhere is in the way");
+        return CopyResult::CannotCopy;
+    }
+    if (!isKept) {
+        QFile old(destination);
+        if (isReplaced && !old.remove()) {
+            *reason = old.errorString();
+            return CopyResult::CannotRemove;
+        }
+        FileUtils::fileMkPath(destination, nullptr);
+    }
+    Replacement copy(destination, Replacement::Old::Removed);
+    if (!copy.begin()) {
+        *reason = copy.reason();
+        // A folder that takes no new file does not let go of one either.
+        return isKept ? CopyResult::CannotRemove : CopyResult::CannotCopy;
+    }
+    copy.setStoredFirst(isReplaced && oldFile != OldFile::RemovedFirstInTree);
+    if (!copyContent(source, copy.device())) {
+        const QFile& failed = source.error() != QFileDevice::NoError ? source : copy.device();
+        *reason = failed.errorString();
+        return CopyResult::CannotCopy;
+    }
+    // Some file systems have no permissions; that is no reason to have no copy.
+    setPermissions(&copy.device(), source.permissions());
+    if (copy.commit())
+        return CopyResult::Copied;
+    *reason = copy.reason();
+    return isKept && copy.failure() == Replacement::Failure::Place ? CopyResult::CannotRemove
+                                                                   : CopyResult::CannotCopy;
+}
+
+} // namespace
+
+bool copyFile(const QString& source, const QString& destination, OldFile oldFile, QString* reason)
+{
+    QString ignored;
+    if (!reason)
+        reason = &ignored;
+    if (!QFileInfo::exists(source)) {
+        ORVAUTILS_LOG_WARNING_OF("FileUtils", "forceCopy")
+            << source << " est introuvable !! (forceCopy)";
+        *reason = QFile(source).errorString();
+        return false;
+    }
+    if (isSameFile(source, destination))
+        return true;
+    // What cannot be read (or, like a pipe, not to an end) does not cost the destination its life.
+    QFile file(source);
+    CopyResult result = CopyResult::CannotCopy;
+    if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        *reason = file.errorString();
+    else
+        result = writeCopy(file, destination, oldFile, reason);
+    if (result == CopyResult::CannotRemove)
+        ORVAUTILS_LOG_WARNING_OF("FileUtils", "forceCopy")
+            << "FileUtils::forceCopy can't remove " << destination;
+    else if (result == CopyResult::CannotCopy)
+        ORVAUTILS_LOG_WARNING_OF("FileUtils", "forceCopy")
+            << "FileUtils::forceCopy can't copy" << source << destination
+            << " error=" << int(QFileDevice::CopyError);
+    return result == CopyResult::Copied;
+}
+
+} // namespace OrvaUtilsPrivate

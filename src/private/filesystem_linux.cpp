@@ -1,0 +1,353 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "filesystem_p.h"
+
+#include "folderreader_p.h"
+
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <limits>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+/// Resources (":/icons") and search paths ("icons:small"), which the system knows nothing of.
+bool isKnownToQtAlone(const QString& path)
+{
+    const int colon = path.indexOf(QLatin1Char(':'));
+    if (colon < 0)
+        return false;
+    const int slash = path.indexOf(QLatin1Char('/'));
+    return slash < 0 || colon < slash;
+}
+
+// Reading folders
+
+class LinuxFolder : public FolderSource
+{
+public:
+    LinuxFolder(const QString& path, EntryDetail detail)
+        : mFolder(open(QFile::encodeName(path)))
+        , mDetail(detail)
+    {
+        mIsIntact = mFolder;
+    }
+
+    ~LinuxFolder() override { close(); }
+
+    bool next(FolderEntry& entry) override
+    {
+        if (!mFolder)
+            return false;
+        const struct dirent* found = nullptr;
+        do {
+            errno = 0;
+            found = readdir(mFolder);
+        } while (found && isDotOrDotDot(found->d_name));
+        if (!found) {
+            mIsIntact = errno == 0;
+            close();
+            return false;
+        }
+        setName(entry, found->d_name);
+        setStatus(entry, *found);
+        return true;
+    }
+
+private:
+    static DIR* open(const QByteArray& path)
+    {
+        for (;;) {
+            // Opening waits where the folder is on the network, and a signal ends the wait.
+            DIR* const folder = opendir(path.constData());
+            if (folder || errno != EINTR)
+                return folder;
+        }
+    }
+
+    static bool isDotOrDotDot(const char* name)
+    {
+        return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+    }
+
+    static void setName(FolderEntry& entry, const char* name)
+    {
+        // Almost all names are plain ASCII, which needs no codec and no new text.
+        const int size = int(std::strlen(name));
+        entry.name.resize(size);
+        QChar* const text = entry.name.data();
+        bool isAscii = true;
+        for (int i = 0; i < size; ++i) {
+            text[i] = QLatin1Char(name[i]);
+            isAscii = isAscii && static_cast<signed char>(name[i]) >= 0;
+        }
+        entry.isHidden = name[0] == '.';
+        entry.isReachable = true;
+        if (!isAscii) {
+            const QByteArray bytes = QByteArray::fromRawData(name, size);
+            entry.name = QFile::decodeName(bytes);
+            entry.isReachable = QFile::encodeName(entry.name) == bytes;
+        }
+    }
+
+    static EntryKind kindOf(const struct stat& status)
+    {
+        return S_ISREG(status.st_mode) ? EntryKind::File
+            : S_ISDIR(status.st_mode)  ? EntryKind::Folder
+                                       : EntryKind::Other;
+    }
+
+    /// Asks the system no more than it must.
+    void setStatus(FolderEntry& entry, const struct dirent& found) const
+    {
+        const int folder = dirfd(mFolder);
+        struct stat status = {};
+        entry.size = 0;
+        entry.modified = std::numeric_limits<qint64>::min();
+        entry.isLink = found.d_type == DT_LNK;
+        entry.kind = found.d_type == DT_REG ? EntryKind::File
+            : found.d_type == DT_DIR        ? EntryKind::Folder
+                                            : EntryKind::Other;
+        if (found.d_type == DT_UNKNOWN
+            && fstatat(folder, found.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+            entry.isLink = S_ISLNK(status.st_mode);
+            entry.kind = kindOf(status);
+        }
+        const bool wantsStatus = entry.kind == EntryKind::File && mDetail != EntryDetail::Kinds;
+        if (!entry.isLink && !wantsStatus)
+            return;
+        if (fstatat(folder, found.d_name, &status, 0) != 0)
+            return;
+        entry.kind = kindOf(status);
+        entry.size = status.st_size;
+        entry.modified = qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1000000;
+    }
+
+    void close()
+    {
+        if (mFolder)
+            closedir(mFolder);
+        mFolder = nullptr;
+    }
+
+    DIR* mFolder;
+    const EntryDetail mDetail;
+};
+
+// Copying
+
+/// A file descriptor that is closed when it goes out of scope.
+class Descriptor
+{
+public:
+    explicit Descriptor(int descriptor)
+        : mDescriptor(descriptor)
+    { }
+    ~Descriptor() { close(); }
+
+    bool isOpen() const { return mDescriptor >= 0; }
+    // NOLINTNEXTLINE(google-explicit-constructor): passed to system calls
+    operator int() const { return mDescriptor; }
+
+    /// False when the system could not store what was written.
+    bool close()
+    {
+        const int descriptor = mDescriptor;
+        mDescriptor = -1;
+        return descriptor < 0 || ::close(descriptor) == 0;
+    }
+
+private:
+    Q_DISABLE_COPY(Descriptor)
+
+    int mDescriptor;
+};
+
+/// The permissions that QFile::copy() gives a copy: those of the source, the owner's completed by
+/// what the acting user may do with it.
+mode_t permissionsOfCopy(int source, mode_t mode)
+{
+    mode_t permissions = mode & 0777;
+    const QByteArray path = "/proc/self/fd/" + QByteArray::number(source);
+    const auto complete = [&](mode_t bit, int right) {
+        // A right that nobody has is not worth asking for.
+        const bool anyone = permissions & (bit | bit >> 3 | bit >> 6);
+        if (!(permissions & bit) && (anyone || right != X_OK)
+            && access(path.constData(), right) == 0)
+            permissions |= bit;
+    };
+    complete(S_IRUSR, R_OK);
+    complete(S_IWUSR, W_OK);
+    complete(S_IXUSR, X_OK);
+    return permissions;
+}
+
+bool writeAll(int destination, const char* data, size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = write(destination, data, size);
+        if (written < 0 && errno != EINTR)
+            return false;
+        if (written > 0) {
+            data += written;
+            size -= size_t(written);
+        }
+    }
+    return true;
+}
+
+/// Lets the system copy, which need not bring the bytes to this process. Returns how many it copied
+/// before it came to the end, which is expected after \a size bytes, or could not go on.
+qint64 copyWithinSystem(int source, int destination, qint64 size)
+{
+    const ssize_t step = ssize_t(1) << 30;
+    for (qint64 copied = 0;;) {
+        const ssize_t got = copy_file_range(source, nullptr, destination, nullptr, step, 0);
+        if (got > 0)
+            copied += got;
+        else if (got == 0 || errno != EINTR)
+            return copied;
+        if (got > 0 && got < step && copied == size)
+            return copied;
+    }
+}
+
+/// Copies from where both files stand. \a size is what is expected, and may be wrong.
+bool copyContent(int source, int destination, qint64 size)
+{
+    char buffer[65536];
+    qint64 copied = 0;
+    if (size > qint64(sizeof buffer)) {
+        // File systems that can share the blocks of a file between it and its copy do so.
+        if (ioctl(destination, FICLONE, source) == 0)
+            return true;
+        copied = copyWithinSystem(source, destination, size);
+        if (copied == size)
+            return true;
+    }
+    for (;;) {
+        const ssize_t got = read(source, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0 || !writeAll(destination, buffer, size_t(got)))
+            return false;
+        copied += got;
+        // Less than asked for, and as much as there was to be: a second read would give nothing.
+        if (got == 0 || (copied == size && size_t(got) < sizeof buffer))
+            return copied >= size;
+    }
+}
+
+/// A new file without a name, in that folder.
+int openUnnamed(const QByteArray& folder, mode_t mode)
+{
+    return open(folder.constData(), O_RDWR | O_CLOEXEC | O_TMPFILE, mode);
+}
+
+/// Gives it its name.
+bool link(int file, const QByteArray& path)
+{
+    const QByteArray unnamed = "/proc/self/fd/" + QByteArray::number(file);
+    return linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, path.constData(), AT_SYMLINK_FOLLOW)
+        == 0;
+}
+
+} // namespace
+
+std::unique_ptr<FolderSource> systemFolder(const QString& path, EntryDetail detail)
+{
+    if (isKnownToQtAlone(path))
+        return nullptr;
+    return std::make_unique<LinuxFolder>(path, detail);
+}
+
+bool copyNewFile(const QString& source, const QString& destination)
+{
+    if (isKnownToQtAlone(source) || isKnownToQtAlone(destination))
+        return false;
+    // Not blocking: a pipe in the place of the file would otherwise wait for its writer.
+    const Descriptor from(
+        open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status = {};
+    if (!from.isOpen() || fstat(from, &status) != 0 || !S_ISREG(status.st_mode))
+        return false;
+
+    const QByteArray path = QFile::encodeName(destination);
+    const int slash = path.lastIndexOf('/');
+    Descriptor to(openUnnamed(slash < 0 ? QByteArray("./") : path.left(slash + 1), 0600));
+    if (!to.isOpen() || !copyContent(from, to, status.st_size))
+        return false;
+    // Some file systems have no permissions; that is no reason to have no copy.
+    static_cast<void>(fchmod(to, permissionsOfCopy(from, status.st_mode)));
+    if (!link(to, path))
+        return false;
+    if (to.close())
+        return true;
+    unlink(path.constData());
+    return false;
+}
+
+bool copyContent(QFile& source, QFile& destination)
+{
+    // A resource has no descriptor.
+    if (source.handle() < 0 || source.pos() != 0 || destination.pos() != 0)
+        return copyPieces(source, destination);
+    return copyContent(source.handle(), destination.handle(), source.size());
+}
+
+bool openUnnamed(QFile* file, const QString& folder)
+{
+    if (isKnownToQtAlone(folder))
+        return false;
+    const int descriptor = openUnnamed(QFile::encodeName(folder), 0666);
+    return descriptor >= 0
+        && file->open(descriptor, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle);
+}
+
+bool nameFile(int file, const QString& path, QString* reason)
+{
+    if (link(file, QFile::encodeName(path)))
+        return true;
+    *reason = qt_error_string(errno);
+    return false;
+}
+
+bool removeFile(const QString& path)
+{
+    return isKnownToQtAlone(path) ? QFile::remove(path)
+                                  : unlink(QFile::encodeName(path).constData()) == 0;
+}
+
+bool putFileSystemOnDisk(const QString& folder, QString* reason)
+{
+    const QByteArray path = QFile::encodeName(folder);
+    int descriptor = -1;
+    do
+        descriptor = open(path.constData(), O_RDONLY | O_CLOEXEC);
+    while (descriptor < 0 && errno == EINTR);
+    // What may be written to need not be readable.
+    if (descriptor < 0)
+        descriptor = openUnnamed(path, 0600);
+    const Descriptor file(descriptor);
+    while (!file.isOpen() || syncfs(file) != 0) {
+        if (errno == ENOSYS || errno == EROFS)
+            break;
+        if (!file.isOpen() || errno != EINTR) {
+            *reason = qt_error_string(errno);
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace OrvaUtilsPrivate

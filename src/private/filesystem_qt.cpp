@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "filesystem_p.h"
+
+#include "folderreader_p.h"
+
+#include <QFileInfo>
+
+namespace OrvaUtilsPrivate {
+
+std::unique_ptr<FolderSource> systemFolder(const QString&, EntryDetail)
+{
+    return nullptr;
+}
+
+bool copyNewFile(const QString&, const QString&)
+{
+    return false;
+}
+
+bool copyContent(QFile& source, QFile& destination)
+{
+    return copyPieces(source, destination);
+}
+
+bool openUnnamed(QFile*, const QString&)
+{
+    return false;
+}
+
+bool nameFile(int, const QString&, QString*)
+{
+    return false;
+}
+
+bool removeFile(const QString& path)
+{
+    if (QFile::remove(path))
+        return true;
+    // On some systems a file that must not be written to must not be removed either.
+    const QFile::Permissions permissions = QFile::permissions(path);
+    return !permissions.testFlag(QFile::WriteUser) && !QFileInfo(path).isSymLink()
+        && QFile::setPermissions(path, permissions | QFile::WriteUser) && QFile::remove(path);
+}
+
+bool putFileSystemOnDisk(const QString&, QString*)
+{
+    return true;
+}
+
+} // namespace OrvaUtilsPrivate

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "folderreader_p.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+class QtFolder : public FolderSource
+{
+public:
+    QtFolder(const QString& path, EntryDetail detail)
+        : mIterator(
+            QDir(path, QString(), QDir::Unsorted,
+                 QDir::Dirs | QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+        , mDetail(detail)
+    {
+        mIsIntact = QDir(path).isReadable();
+    }
+
+    bool next(FolderEntry& entry) override
+    {
+        if (!mIterator.hasNext())
+            return false;
+        mIterator.next();
+        const QFileInfo info = mIterator.fileInfo();
+        entry.name = info.fileName();
+        entry.kind = info.isFile() ? EntryKind::File
+            : info.isDir()         ? EntryKind::Folder
+                                   : EntryKind::Other;
+        entry.isLink = info.isSymLink();
+        entry.isHidden = info.isHidden();
+        entry.isReachable = true;
+        if (entry.kind == EntryKind::File && mDetail != EntryDetail::Kinds) {
+            entry.size = info.size();
+            if (mDetail == EntryDetail::SizesAndTimes)
+                entry.modified = info.lastModified().toMSecsSinceEpoch();
+        }
+        return true;
+    }
+
+private:
+    QDirIterator mIterator;
+    const EntryDetail mDetail;
+};
+
+} // namespace
+
+FolderReader::FolderReader(const QString& path, EntryDetail detail)
+    : mSource(systemFolder(path, detail))
+{
+    if (!mSource)
+        mSource = std::make_unique<QtFolder>(path, detail);
+}
+
+bool readFolder(const QString& path, std::vector<FolderEntry>& entries)
+{
+    FolderReader reader(path, EntryDetail::Kinds);
+    while (reader.next())
+        entries.push_back(reader.entry());
+    return reader.isIntact();
+}
+
+} // namespace OrvaUtilsPrivate

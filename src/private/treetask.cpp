@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "treetask_p.h"
+
+#include <QCoreApplication>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+/// The shortest time between two reports, in milliseconds.
+const qint64 reportInterval = 50;
+
+} // namespace
+
+TreeTask::TreeTask(FileUtils::TreeObserver observer, QString* error)
+    : mObserver(std::move(observer))
+    , mError(error)
+{ }
+
+void TreeTask::setTotals(int files, qint64 bytes)
+{
+    mProgress.totalFiles = files;
+    mProgress.totalBytes = bytes;
+}
+
+bool TreeTask::advance(const QString& path, qint64 bytes)
+{
+    if (!mObserver)
+        return true;
+    ++mProgress.files;
+    mProgress.bytes += bytes;
+    mProgress.path = path;
+    if (mSinceReport.isValid() && mSinceReport.elapsed() < reportInterval)
+        return !mIsCancelled;
+    return report();
+}
+
+bool TreeTask::finish()
+{
+    if (!mObserver || mIsCancelled)
+        return !mIsCancelled;
+    mProgress.totalFiles = mProgress.files;
+    mProgress.totalBytes = mProgress.bytes;
+    return report();
+}
+
+bool TreeTask::report()
+{
+    if (mIsCancelled)
+        return false;
+    mIsCancelled = !mObserver(mProgress);
+    mSinceReport.start();
+    return !mIsCancelled
+        || fail(QT_TRANSLATE_NOOP("FileUtils", "The operation was cancelled"), QString());
+}
+
+bool TreeTask::fail(const char* text, const QString& path, const QString& reason)
+{
+    if (mError && !mHasFailed) {
+        *mError = QCoreApplication::translate("FileUtils", text);
+        if (!path.isEmpty())
+            *mError = mError->arg(path);
+        if (!reason.isEmpty())
+            *mError += QStringLiteral(" (%1)").arg(reason);
+    }
+    mHasFailed = true;
+    return false;
+}
+
+} // namespace OrvaUtilsPrivate

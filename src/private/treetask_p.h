@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// TreeTask: what an operation on a folder tree owes to the one who started it: progress, an end
+// when that is asked for, and the first reason for a failure.
+
+#ifndef ORVAUTILS_TREETASK_P_H
+#define ORVAUTILS_TREETASK_P_H
+
+#include "FileUtils.h"
+
+#include <QElapsedTimer>
+
+namespace OrvaUtilsPrivate {
+
+class TreeTask
+{
+public:
+    /// A task that nobody watches.
+    TreeTask() = default;
+
+    /// A task whose progress \a observer sees and whose first failure \a error tells; both may be
+    /// null.
+    TreeTask(FileUtils::TreeObserver observer, QString* error);
+
+    bool isObserved() const { return bool(mObserver); }
+
+    void setTotals(int files, qint64 bytes);
+
+    /// Counts a file. False when the operation is to end.
+    bool advance(const QString& path, qint64 bytes);
+
+    /// Reports the end. False when even then somebody wants nothing of it.
+    bool finish();
+
+    bool isCancelled() const { return mIsCancelled; }
+
+    /// Keeps the first reason for a failure, translated from \a text with its arguments. Returns
+    /// false.
+    bool fail(const char* text, const QString& path, const QString& reason = QString());
+
+private:
+    bool report();
+
+    FileUtils::TreeObserver mObserver;
+    QString* mError = nullptr;
+    bool mHasFailed = false;
+    bool mIsCancelled = false;
+    FileUtils::TreeProgress mProgress;
+    QElapsedTimer mSinceReport;
+};
+
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_TREETASK_P_H
