@@ -49,12 +49,12 @@ int lastInnerSlash(const QString& path)
     return path.size() < 2 ? -1 : path.lastIndexOf(QLatin1Char('/'), path.size() - 2);
 }
 
-/// Whether normalizeFilename() keeps \a c.
+/// Whether normalizeFilename() keeps \a c, which is not white space.
 bool isPortable(QChar c)
 {
     const ushort code = c.unicode();
     return isAsciiLetter(c) || isAsciiDigit(c) || code == '(' || code == ')' || code == '-'
-        || code == '_' || code == '.' || c.isSpace();
+        || code == '_' || code == '.';
 }
 
 const QRegularExpression& forbiddenInNames()
@@ -305,12 +305,23 @@ QString FileUtils::elidedFolder(const QFontMetrics& metrics, QString& path, int 
 
 QString FileUtils::normalizeFilename(const QString& name)
 {
-    const QString simplified = name.normalized(QString::NormalizationForm_D).simplified();
+    // Decomposes and simplifies as it goes: QString::normalized() takes quadratic time.
     QString portable;
-    portable.reserve(simplified.size());
-    for (const QChar c : simplified) {
-        if (isPortable(c))
-            portable += c;
+    portable.reserve(name.size());
+    bool isFirst = true;
+    bool spaceIsDue = false;
+    for (const QChar c : name) {
+        if (c.isSpace()) {
+            spaceIsDue = !isFirst;
+            continue;
+        }
+        isFirst = false;
+        if (spaceIsDue)
+            portable += QLatin1Char(' ');
+        spaceIsDue = false;
+        const QChar base = decomposedBase(c);
+        if (isPortable(base))
+            portable += base;
     }
     return portable;
 }

@@ -5,22 +5,25 @@
 
 #include "StringUtils.h"
 #include "ascii_p.h"
+#include "asconst_p.h"
+#include "replaceeach_p.h"
 
 #include <QColor>
 #include <QTextDocument>
 #include <QUrl>
+#include <QVector>
 
 using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// \a s trimmed, without braces.
+/// \a s trimmed and without braces.
 QString withoutBraces(const QString& s)
 {
     return s.trimmed().remove(QLatin1Char('{')).remove(QLatin1Char('}'));
 }
 
-/// Whether \a c may stand in a path without being encoded.
+/// Whether \a c is left unencoded in a path.
 bool isKeptInPath(QChar c)
 {
     switch (c.unicode()) {
@@ -38,7 +41,7 @@ bool isKeptInPath(QChar c)
     }
 }
 
-/// The meta tag of the given attribute.
+/// A meta tag with \a name as the value of \a attribute.
 QString metaTag(const char* attribute, const QString& name, const QString& content)
 {
     return QLatin1String("<meta ") + QLatin1String(attribute) + QLatin1String("=\"") + name
@@ -46,13 +49,13 @@ QString metaTag(const char* attribute, const QString& name, const QString& conte
         + QLatin1String("\"/>");
 }
 
-/// Whether \a text stands at \a position of \a s.
+/// Whether \a s contains \a text at \a position.
 bool standsAt(const QString& s, int position, QLatin1String text)
 {
     return s.midRef(position, text.size()) == text;
 }
 
-/// Appends the character \a code; U+FFFD where there can be none.
+/// Appends the character with the number \a code, or U+FFFD beyond the last one.
 void appendCodePoint(QString& text, uint code)
 {
     if (code > QChar::LastValidCodePoint)
@@ -63,6 +66,14 @@ void appendCodePoint(QString& text, uint code)
     } else {
         text += QChar(code);
     }
+}
+
+/// Whether the surrogate at \a position of \a s is not half of a pair.
+bool isLoneSurrogate(const QString& s, int position)
+{
+    if (s.at(position).isHighSurrogate())
+        return position + 1 == s.size() || !s.at(position + 1).isLowSurrogate();
+    return position == 0 || !s.at(position - 1).isHighSurrogate();
 }
 
 } // namespace
@@ -93,7 +104,7 @@ QString HTMLUtils::formatCompliantFolder(const QString& s)
 
 QString HTMLUtils::encodeSrcUrl(const QString& url)
 {
-    // The bytes are ASCII; read as far as a C string reaches.
+    // The bytes are ASCII. Deliberately read as a C string, up to the first NUL.
     return QString::fromLatin1(QUrl(url, QUrl::TolerantMode).toEncoded().constData());
 }
 
@@ -192,6 +203,7 @@ QString HTMLUtils::textWithoutHtmlTags(const QString& s, bool encodeSpaces, bool
 QString HTMLUtils::decodeFromHtmlText(const QString& s)
 {
     const QLatin1String noBreakSpace("&nbsp;");
+    QVector<int> surrogates; // where references to them were
     QString text;
     text.reserve(s.size());
     for (int i = 0; i < s.size();) {
@@ -205,10 +217,12 @@ QString HTMLUtils::decodeFromHtmlText(const QString& s)
         } else if (s.at(i + 1) == QLatin1Char('#')) {
             uint code = 0;
             for (i += 2; i < s.size() && isAsciiDigit(s.at(i)); ++i) {
-                // However many digits there are, the number stays one that no character has.
+                // Further digits are skipped once the number is beyond the last code point.
                 if (code <= QChar::LastValidCodePoint)
                     code = code * 10 + (s.at(i).unicode() - u'0');
             }
+            if (QChar::isSurrogate(code))
+                surrogates.append(text.size());
             appendCodePoint(text, code);
             if (i < s.size() && s.at(i) != QLatin1Char(';'))
                 text += s.at(i);
@@ -218,12 +232,16 @@ QString HTMLUtils::decodeFromHtmlText(const QString& s)
             ++i;
         }
     }
+    for (const int position : asConst(surrogates)) {
+        if (isLoneSurrogate(text, position))
+            text[position] = QChar(QChar::ReplacementCharacter);
+    }
     return text;
 }
 
 void HTMLUtils::htmlBRreplace(QString& s)
 {
-    s.replace(QLatin1Char('\n'), QLatin1String("<br />"));
+    s = replacedEach(s, QLatin1Char('\n'), QStringLiteral("<br />"));
 }
 
 // Tags
@@ -288,7 +306,7 @@ QString HTMLUtils::colorToCss(const QColor& c)
     if (alpha == 1.0)
         return c.name();
 
-    // A colour keeps its alpha as a fraction of 65535, so that 0.5 comes back as 0.5000076.
+    // QColor stores the alpha as a fraction of 65535, so that 0.5 comes back as 0.5000076.
     const auto stored = [](double value) { return qRound(value * 65535); };
     QString alphaText = QString::number(alpha, 'g', 6);
     for (int decimals = 1; decimals <= 3; ++decimals) {

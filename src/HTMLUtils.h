@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// HTMLUtils: what goes into a generated page beside the text itself: identifiers, addresses,
-// escaped text, meta tags, inline images, colours and font weights.
+// HTMLUtils: identifiers, addresses, escaped text, meta tags, inline images, colours and font
+// weights for generated pages.
 
 #ifndef ORVAUTILS_HTMLUTILS_H
 #define ORVAUTILS_HTMLUTILS_H
@@ -16,8 +16,7 @@ class QColor;
 
 /// Identifiers, addresses, escaped text, meta tags, inline images and style for generated pages.
 ///
-/// All functions are static, keep no state and may be called from any thread. Nothing here writes
-/// to the log.
+/// All functions are static, keep no state and may be called from any thread. Nothing is logged.
 class ORVAUTILS_EXPORT HTMLUtils
 {
 public:
@@ -35,7 +34,7 @@ public:
     /// HTMLUtils::formatCompliantcssId(" {a-b_c} "); // "a_b_c"
     /// \endcode
     ///
-    /// Other characters that CSS does not take are left to the caller.
+    /// Other characters that CSS does not allow in an identifier are not replaced.
     static QString formatCompliantcssId(const QString& s);
 
     /// \a s as a class name: trimmed, without braces, every "_" a "-".
@@ -50,17 +49,17 @@ public:
 
     // Addresses of resources
 
-    /// \a url, read tolerantly, in its fully encoded form.
+    /// \a url, parsed in tolerant mode, in its fully encoded form.
     ///
     /// \code
     /// HTMLUtils::encodeSrcUrl("images/été 1.png"); // "images/%C3%A9t%C3%A9%201.png"
     /// \endcode
     ///
-    /// Empty where even tolerant reading makes no URL of it.
+    /// Empty if \a url cannot be parsed even in tolerant mode.
     static QString encodeSrcUrl(const QString& url);
 
-    /// \a path with everything up to its last point encoded for a link, "&" included; the point and
-    /// what follows stay as they are.
+    /// \a path with everything up to its last point encoded for a link, including "&". The point
+    /// and what follows it are unchanged.
     ///
     /// \code
     /// HTMLUtils::encodeSrcUrlWithFullyAmpersands("images/a b&c.png"); // "images/a%20b%26c.png"
@@ -68,9 +67,9 @@ public:
     /// \endcode
     ///
     /// ASCII letters and digits, "#-./=?_" and letters and digits of other scripts are kept. Every
-    /// other character, as a UTF-16 unit, becomes "%" and its code in lower-case hexadecimal.
+    /// other UTF-16 unit becomes "%" and its code in lower-case hexadecimal.
     ///
-    /// Deliberate: a path without a point comes back unchanged, and the code is written without
+    /// Deliberate: a path without a point is returned unchanged, and the code is written without
     /// leading zeros and not in UTF-8: a tab gives "%9", "€" gives "%20ac".
     static QString encodeSrcUrlWithFullyAmpersands(const QString& path);
 
@@ -79,22 +78,22 @@ public:
 
     // Escaped text
 
-    /// Whether the character of this \a code is one of those that pages show as a reference: the
-    /// double quote, "&", "<", ">" and all above 125. Control characters are not among them.
+    /// Whether the character with this \a code is written as a reference: the double quote, "&",
+    /// "<", ">" and all above 125. Control characters are not.
     static bool codeCharMustBeEncoded(int code);
 
-    /// \a s for a JavaScript string literal, in either kind of quotes.
+    /// \a s escaped for a JavaScript string literal in single or double quotes.
     ///
     /// \code
     /// HTMLUtils::encodeToJavascriptText("l'été\n"); // R"(l\u0027\u00e9t\u00e9\n)"
     /// \endcode
     ///
-    /// A line feed becomes "\n" (two characters). ASCII is kept except control characters, both
-    /// quotes and the backslash; these and all else become "\u" and four lower-case hexadecimal
-    /// digits for each UTF-16 unit, so that a character beyond the BMP gives two of them.
+    /// A line feed becomes "\n" (two characters). Printable ASCII except both quotes and the
+    /// backslash is kept. Every other UTF-16 unit becomes "\u" and four lower-case hexadecimal
+    /// digits, so that a character outside the BMP gives two escapes.
     static QString encodeToJavascriptText(const QString& s);
 
-    /// The plain text of \a html, as a rich-text document renders it. Needs a QGuiApplication.
+    /// The plain text of \a html as QTextDocument renders it. Requires a QGuiApplication.
     ///
     /// \code
     /// HTMLUtils::formatHtmlToPlainText("<p>a <b>b</b></p><p>c</p>"); // "a b\nc"
@@ -108,26 +107,27 @@ public:
     /// \endcode
     ///
     /// The double quote, "&", "<", ">" and characters that are not printable become "&#", their
-    /// decimal code and ";". Blanks become "&nbsp;" where \a encodeSpaces asks for it, line feeds
-    /// "&#10;" where \a encodeNewLines does; else both are kept. All other characters are copied,
-    /// those beyond the BMP whole. Half a surrogate pair becomes a reference of its own.
+    /// decimal code and ";". Blanks become "&nbsp;" if \a encodeSpaces is true, and line feeds
+    /// become "&#10;" if \a encodeNewLines is true. All other characters are copied, including
+    /// those outside the BMP. An unpaired surrogate becomes a reference.
     ///
-    /// Deliberate: in spite of the name no tag is taken out.
+    /// Deliberate: despite the name, no tag is removed.
     static QString textWithoutHtmlTags(const QString& s, bool encodeSpaces, bool encodeNewLines);
 
-    /// \a s with its numeric references and "&nbsp;" turned back into characters.
+    /// \a s with its numeric references and "&nbsp;" replaced by the characters they stand for.
     ///
     /// \code
     /// HTMLUtils::decodeFromHtmlText("a&#233;b&nbsp;c &amp;"); // "aéb c &amp;"
     /// \endcode
     ///
-    /// "&nbsp;" gives a blank. "&#" and decimal digits (0 to 9) give the character of that code, a
-    /// surrogate pair above 65535, U+FFFD above the last code point. The character behind the
-    /// digits is taken in: ";" is dropped, any other is copied as it is, even another "&" ("&#65x"
-    /// gives "Ax"). Without digits the code is 0. A reference may end with the text.
+    /// "&nbsp;" gives a blank. "&#" and decimal digits (0 to 9) give the character with that code,
+    /// or U+FFFD where there is none: above the last code point and for half of a surrogate pair.
+    /// Two references to both halves give the character. The character after the digits belongs to
+    /// the reference: ";" is dropped, and any other is copied without being looked at, even "&"
+    /// ("&#65x" gives "Ax"). Without digits the code is 0. The end of the text ends a reference.
     ///
-    /// Deliberate: other named references are left alone, and so is an "&" that is the last
-    /// character or the last but one.
+    /// Deliberate: other named references are left alone, and so is an "&" that is the last or the
+    /// last but one character.
     static QString decodeFromHtmlText(const QString& s);
 
     /// Replaces every line feed of \a s, in place, by "<br />".
@@ -135,8 +135,8 @@ public:
 
     // Tags
 
-    /// The tag `<meta name="NAME" content="CONTENT"/>` for \a name and \a content, the latter
-    /// escaped by textWithoutHtmlTags() with its line feeds.
+    /// The tag `<meta name="NAME" content="CONTENT"/>`, with \a content escaped by
+    /// textWithoutHtmlTags(), line feeds included.
     ///
     /// \code
     /// HTMLUtils::formatHtmlMetaName("author", "A & B");
@@ -146,41 +146,42 @@ public:
     /// Deliberate: \a name is not escaped.
     static QString formatHtmlMetaName(const QString& name, const QString& content);
 
-    /// The tag `<meta http-equiv="NAME" content="CONTENT"/>`, made of \a name and \a content as by
-    /// formatHtmlMetaName().
+    /// The tag `<meta http-equiv="NAME" content="CONTENT"/>`, otherwise like formatHtmlMetaName().
     static QString formatHtmlMetaHttpEqui(const QString& name, const QString& content);
 
     // Images
 
-    /// A transparent GIF of one pixel as a data URI.
+    /// A transparent GIF image of one pixel as a data URI.
     static QString tiniestInlineGifImage();
 
-    /// \a svg, a whole SVG file, as a data URI.
+    /// A data URI with \a svg, the contents of an SVG file.
     static QString base64ForSvgImageTagSource(const QByteArray& svg);
 
-    /// \a image, a whole image file, as a data URI that leaves the kind of image to the browser.
+    /// A data URI with \a image, the contents of an image file. It does not name the format, which
+    /// browsers detect.
     static QString base64ForImageTagSource(const QByteArray& image);
 
     // Style
 
-    /// The Qt font weight (0 to 99) for a CSS weight of 100, 200, … 900; 50, the normal one, for
-    /// any other number.
+    /// The Qt font weight (0 to 99) for a CSS weight of 100, 200, … 900, and 50 (normal) for any
+    /// other number.
     ///
     /// \code
     /// HTMLUtils::cssWeightToQtWeight(700); // 75
     /// \endcode
     static int cssWeightToQtWeight(int cssWeight);
 
-    /// \a c as CSS writes it.
+    /// \a c in CSS notation.
     ///
     /// \code
     /// HTMLUtils::colorToCss(QColor(255, 0, 0)); // "#ff0000"
     /// HTMLUtils::colorToCss(QColor::fromRgbF(1, 0, 0, 0.5)); // "rgba(255,0,0,0.5)"
     /// \endcode
     ///
-    /// An opaque colour is "#rrggbb". Any other is "rgba(r,g,b,a)" with 0 to 255 for red, green and
-    /// blue, and the alpha with as few decimals, up to three, as give the stored alpha back, else
-    /// with six significant digits: an alpha of 128 is 0.501961. An invalid colour is opaque black.
+    /// An opaque colour is "#rrggbb", any other "rgba(r,g,b,a)" with 0 to 255 for red, green and
+    /// blue. The alpha is written with the fewest decimals, at most three, that restore the stored
+    /// alpha, otherwise with six significant digits: an alpha of 128 is 0.501961. An invalid colour
+    /// is opaque black.
     static QString colorToCss(const QColor& c);
 };
 

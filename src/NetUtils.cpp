@@ -55,9 +55,9 @@ QRegularExpression NetUtils::webAddressRx(bool schemeRequired)
 
 bool NetUtils::checkInternetAdress(const QString& s)
 {
-    // The language of webAddressRx(true) in a form that never goes back. An IPv4 address is a host
-    // like any other; a path is one "/" and then anything of its characters, among which is "/". No
-    // part can begin with a character that the part in front of it takes.
+    // Matches the same texts as webAddressRx(true) without backtracking. An IPv4 address matches
+    // the pattern of a host, and a path is "/" followed by any characters of a path, among them
+    // "/". No part can begin with a character that the part before it accepts.
     const QRegularExpression& rx = processConstant([] {
         return unicodePattern(
             QStringLiteral(R"rx(^https?://[.\w-]++(?::\d{1,5}+)?+(?:/[~/\w.-]*+)?+$)rx"));
@@ -84,10 +84,9 @@ bool NetUtils::checkEmailAdress(const QString& s)
 {
     if (s.size() > 254)
         return false;
-    // The language of emailAddressRx() in a form that never goes back. Before the "@" stand at
-    // least two characters of the class, with a word character at both ends. Behind it stand words
-    // with a
-    // "-" or "." between two of them; the last one is the one that no separator follows.
+    // Matches the same texts as emailAddressRx() without backtracking. Before the "@" there are at
+    // least two characters of the class, with a word character at both ends. After it there are
+    // words separated by "-" or "."; the last one is the one that no separator follows.
     const QRegularExpression& rx = processConstant([] {
         return unicodePattern(
             QStringLiteral(R"rx(^\w[\w.+-]++(?<=\w)@\w++(?:[-.]\w++(?=[-.]))*+\.\w{2,12}+$)rx"));

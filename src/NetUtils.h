@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// NetUtils: the address of this machine, and the form of the web and e-mail addresses that users
-// type.
+// NetUtils: the IP address of this machine, and validation of the web and e-mail addresses that
+// users type.
 
 #ifndef ORVAUTILS_NETUTILS_H
 #define ORVAUTILS_NETUTILS_H
@@ -12,29 +12,29 @@
 #include <QRegularExpression>
 #include <QString>
 
-/// The machine's address in its network, and checks of the addresses that users type.
+/// The local IP address, and validation of the addresses that users type.
 ///
-/// All functions are static and may be called from any thread. Nothing here writes to the log.
+/// All functions are static and may be called from any thread. Nothing is logged.
 class ORVAUTILS_EXPORT NetUtils
 {
 public:
     NetUtils() = delete;
 
     /// The IPv4 address of this machine in its local network, for example "192.168.1.20": the first
-    /// one beginning with "192", in the order in which the system tells them; empty where there is
-    /// none. Other private ranges are not looked for.
+    /// one that begins with "192", in the order in which the system lists them. Empty if there is
+    /// none: other private ranges are not considered.
     static QString mainIpAddress();
 
-    /// The pattern of a web address: scheme, host or IPv4 address, port, path; no query, no
-    /// fragment, letters and digits of every script. The scheme, "http://" or "https://" in lower
-    /// case, may be left out where \a schemeRequired is false.
+    /// The pattern of a web address: scheme, host or IPv4 address, port and path, with letters and
+    /// digits of every script, but no query and no fragment. The scheme, "http://" or "https://" in
+    /// lower case, is optional if \a schemeRequired is false.
     ///
-    /// The pattern is for validators of input fields and for short texts: it backtracks, and a long
-    /// hostile text keeps it busy. checkInternetAdress() does not have this fault. A line feed at
-    /// the very end is let through, as "$" has it.
+    /// The pattern is meant for validators of input fields and other short texts: it backtracks, so
+    /// that a long hostile text takes a long time. checkInternetAdress() does not. A line feed at
+    /// the very end is accepted, as "$" matches in front of it.
     static QRegularExpression webAddressRx(bool schemeRequired);
 
-    /// Whether webAddressRx(true) matches \a s, in a time that grows with the length of \a s only.
+    /// Whether webAddressRx(true) matches \a s. Takes time proportional to the length of \a s.
     ///
     /// \code
     /// NetUtils::checkInternetAdress("https://exämple.de:8080/straße/"); // true
@@ -42,18 +42,18 @@ public:
     /// \endcode
     static bool checkInternetAdress(const QString& s);
 
-    /// The pattern of an e-mail address with letters and digits of every script. Before the "@"
-    /// stand two characters at least; the last label of the domain has 2 to 12.
+    /// The pattern of an e-mail address with letters and digits of every script. It requires at
+    /// least two characters before the "@", and 2 to 12 in the last label of the domain.
     ///
-    /// What is said of webAddressRx() about hostile texts and line feeds holds here as well.
+    /// Like webAddressRx(), it backtracks and accepts a line feed at the end.
     static QRegularExpression emailAddressRx();
 
-    /// The pattern of one e-mail address or more with "," or ";" and optional white space between
-    /// them.
+    /// The pattern of one or more e-mail addresses, separated by "," or ";" and optional white
+    /// space.
     static QRegularExpression emailAddressMultiRx();
 
-    /// Whether \a s has 254 characters at most and emailAddressRx() matches it, in a time that
-    /// grows with the length of \a s only.
+    /// Whether \a s has at most 254 characters and emailAddressRx() matches it. Takes time
+    /// proportional to the length of \a s.
     ///
     /// \code
     /// NetUtils::checkEmailAdress("jean-rené.dupont@exemple.fr"); // true

@@ -5,6 +5,7 @@
 
 #include "ascii_p.h"
 #include "durationtext_p.h"
+#include "replaceeach_p.h"
 #include "processstate_p.h"
 
 #include <QDateTime>
@@ -20,7 +21,7 @@ namespace {
 
 // Versions
 
-/// A dotted version, read component by component.
+/// Reads a dotted version component by component.
 class VersionReader
 {
 public:
@@ -29,10 +30,11 @@ public:
         , mEnd(mNext + version.size())
     { }
 
-    /// A version has at least one component, though it may be empty.
+    /// Whether the last component was read. There is at least one, which may be empty.
     bool atEnd() const { return mAtEnd; }
 
-    /// Reads the next component. False when it is not, white space aside, a number an int holds.
+    /// Reads the next component. Returns false unless it is, apart from white space, a number that
+    /// fits an int.
     bool read()
     {
         const QChar* const begin = mNext;
@@ -44,7 +46,7 @@ public:
         return wellFormed;
     }
 
-    /// Whether the component just read begins with a digit, without which it is not compared.
+    /// Whether the component just read begins with a digit; only those that do are compared.
     bool comparable() const { return mComparable; }
 
     /// The number at the start of the component just read.
@@ -62,7 +64,7 @@ private:
         if (digits == size)
             return mComparable;
 
-        // Signs, white space, leading zeros without end: seldom, so left to Qt.
+        // Signs, white space and long runs of leading zeros are rare and left to Qt.
         bool wellFormed = false;
         QString(text, size).simplified().toInt(&wellFormed);
         if (wellFormed && mComparable) {
@@ -82,14 +84,14 @@ private:
 
 // Accents
 
-/// What removeAccents() writes in the place of a character: one letter or two.
+/// The one or two letters that removeAccents() writes for a character.
 struct Replacement
 {
     ushort first = 0; ///< 0 where the character stays as it is
     ushort second = 0;
 };
 
-/// The replacements by code. All accented characters that are known lie below U+0180.
+/// The replacements by code. All characters that have one lie below U+0180.
 struct AccentTable
 {
     static constexpr int Size = 0x180;
@@ -133,22 +135,21 @@ const AccentTable& accentTable()
 
 // Search keys
 
-/// What a character leaves in a search key: a lower-case letter, a digit, "-", a blank for white
-/// space, or 0 for nothing. One character leaves one at most, because a canonical decomposition is
-/// one base and the marks upon it, and no mark belongs to a key.
+/// What \a c contributes to a search key: a lower-case letter, a digit, "-", a blank for white
+/// space, or 0 for nothing. It is never more than one character, because a canonical decomposition
+/// consists of a base character and its marks, and a key has no marks.
 char searchKeyOf(QChar c)
 {
     if (c.isSpace())
         return ' ';
-    if (c.decompositionTag() == QChar::Canonical)
-        c = QString(c).normalized(QString::NormalizationForm_D).at(0);
+    c = decomposedBase(c);
     if (isAsciiLetter(c) || isAsciiDigit(c) || c == QLatin1Char('-'))
         return toAsciiLower(c).toLatin1();
     return 0;
 }
 
-/// The answers of searchKeyOf() for the scripts that are written with a to z, the Vietnamese
-/// letters and the letter-like symbols included; others are asked for as they come.
+/// The results of searchKeyOf() for the Latin script, including Vietnamese letters and letter-like
+/// symbols. The results for other characters are computed when they are needed.
 struct SearchKeyTable
 {
     static constexpr int Size = 0x2200;
@@ -176,7 +177,7 @@ QString searchKey(const QChar* text, int size)
     QChar* out = begin;
     for (const QChar* c = text; c != text + size; ++c) {
         const char wanted = table.find(*c);
-        // A blank is written only behind something else, and once.
+        // White space becomes a blank only after another character, and only once.
         if (wanted == ' ' ? out != begin && out[-1] != QLatin1Char(' ') : wanted != 0)
             *out++ = QLatin1Char(wanted);
     }
@@ -209,13 +210,13 @@ QString StringUtils::formatDurationFromSec(quint64 seconds)
 
 QString StringUtils::formatDurationFromMSec(quint64 ms)
 {
-    // The time of day of that moment after the epoch, so that whole days are not in it …
+    // The time of day, so that whole days are not part of it …
     const quint64 seconds = ms / 1000;
     const quint64 h = seconds / 3600 % 24;
     const quint64 m = seconds / 60 % 60;
     const quint64 s = seconds % 60;
 
-    // … but in the rest.
+    // … but of the rest.
     const quint64 rest = ms - (h * 3600000 + m * 60000 + s * 1000);
 
     DurationText text;
@@ -263,8 +264,8 @@ bool StringUtils::compareVersion(const QString& a, const QString& b, int& result
     int order = 0;
     bool comparable = true;
 
-    // All components are looked at, also behind the one that decides, because one that is
-    // malformed makes the whole version malformed.
+    // The components after the deciding one are read as well, because a malformed component makes
+    // the whole version malformed.
     while (!left.atEnd()) {
         if (!left.read())
             return false;
@@ -291,13 +292,13 @@ bool StringUtils::compareVersion(const QString& a, const QString& b, int& result
 
 QString StringUtils::capitalize(const QString& s)
 {
-    // As a text: the capital of one character can be two.
+    // QString::toUpper() rather than QChar's, because the capital of "ß" is "SS".
     return s.left(1).toUpper() + s.mid(1); // clazy:exclude=qstring-left
 }
 
 QString StringUtils::escapeQuotes(const QString& s)
 {
-    return QString(s).replace(QLatin1Char('"'), QLatin1String("\\\""));
+    return replacedEach(s, QLatin1Char('"'), QStringLiteral("\\\""));
 }
 
 QString StringUtils::removeAccents(const QString& s)
@@ -433,7 +434,7 @@ QString StringUtils::findNoExistantName(const QStringList& existing, const QStri
     if (!existing.contains(candidate, Qt::CaseInsensitive))
         return candidate;
 
-    // As many candidates may follow as there are names.
+    // There may be as many candidates as names: look them up in a sorted list.
     QStringList taken = existing;
     std::sort(taken.begin(), taken.end(), lessWithoutCase);
     int counter = 0;

@@ -15,11 +15,11 @@
 
 class QRegularExpression;
 
-/// The text operations that everything else uses.
+/// Text operations that the rest of the library and its hosts share.
 ///
-/// All functions are static, keep no state and may be called from any thread at any time; the
-/// tables of removeAccents() and of the search keys are built once, by whichever thread asks first.
-/// A "character" is a UTF-16 unit (QChar) throughout. Nothing here writes to the log.
+/// All functions are static, keep no state and may be called from any thread at any time. The
+/// tables of removeAccents() and of the search keys are built on first use, which is thread-safe.
+/// A "character" is a UTF-16 unit (QChar) throughout. Nothing is logged.
 class ORVAUTILS_EXPORT StringUtils
 {
 public:
@@ -33,7 +33,7 @@ public:
     /// StringUtils::formatDurationFromSec(61); // "1mn 1s "
     /// \endcode
     ///
-    /// Beyond 2^64 milliseconds (half a milliard years) the count wraps.
+    /// The count of milliseconds wraps at 2^64, which is after 585 million years.
     static QString formatDurationFromSec(quint64 seconds);
 
     /// The duration \a ms, in milliseconds, as hours, minutes, seconds and milliseconds, each piece
@@ -46,8 +46,8 @@ public:
     /// StringUtils::formatDurationFromMSec(90061001); // "1h 1mn 1s 86400001ms "
     /// \endcode
     ///
-    /// Deliberate: a text that is not empty ends with a blank, and whole days are not shown as days
-    /// but counted into the milliseconds (last example: a day, an hour, a minute, a second and a
+    /// Deliberate: a non-empty text ends with a blank, and whole days are not shown as days but
+    /// added to the milliseconds (the last example is a day, an hour, a minute, a second and a
     /// millisecond).
     static QString formatDurationFromMSec(quint64 ms);
 
@@ -56,8 +56,8 @@ public:
     /// A paragraph of filler text, always the same one.
     static QString stringLoremIpsum();
 
-    /// "Helvetica Neue", the family that the applications are designed with. The fonts of the
-    /// system are not looked at.
+    /// "Helvetica Neue", the family that the applications are designed with. It may not be
+    /// installed: the fonts of the system are not consulted.
     static QString systemMainFamily();
 
     /// A line break: the single character "\n".
@@ -74,21 +74,22 @@ public:
     /// StringUtils::compareVersion("1.a", "1.0", result); // false, result 0
     /// \endcode
     ///
-    /// \a result receives 1 where \a a is the later version, -1 where it is the earlier one, 0
-    /// where they are equal and whenever the answer is false.
+    /// \a result is set to 1 if \a a is the later version, to -1 if it is the earlier one, and to 0
+    /// if they are equal or the function returns false.
     ///
-    /// Returns true when both are well-formed: every component, white space around it aside, is a
-    /// decimal number that an int holds. "1.2b", "1..2" and the empty text are not. A component
-    /// that has to be compared must also begin with a digit: " 1", "-1" and "+1" give false there.
+    /// Returns true if both are well-formed: every component, apart from white space around it, is
+    /// a decimal number that fits an int. "1.2b", "1..2" and the empty text are not well-formed. A
+    /// component that has to be compared must also begin with a digit: " 1", "-1" and "+1" give
+    /// false.
     ///
-    /// Deliberate: the components of \a a alone are walked. Further components of \a b are checked
-    /// but not compared (second example); where \a b has fewer and those it has are equal, the
-    /// answer is false.
+    /// Deliberate: only as many components are compared as \a a has. Further components of \a b
+    /// are checked but not compared (second example). If \a b has fewer and those are equal, the
+    /// function returns false.
     static bool compareVersion(const QString& a, const QString& b, int& result);
 
     // Case, quotes and accents
 
-    /// \a s with its first character in upper case, the others as they are.
+    /// \a s with its first character in upper case and the others unchanged.
     ///
     /// \code
     /// StringUtils::capitalize("élan VITAL"); // "Élan VITAL"
@@ -103,7 +104,7 @@ public:
     /// StringUtils::escapeQuotes(R"(say "hi")"); // R"(say \"hi\")"
     /// \endcode
     ///
-    /// Deliberate: backslashes that are there already are not doubled.
+    /// Deliberate: existing backslashes are not doubled.
     static QString escapeQuotes(const QString& s);
 
     /// \a s with the accented letters and ligatures of western Europe replaced by plain letters.
@@ -113,34 +114,35 @@ public:
     /// StringUtils::removeAccents("Straße"); // "Strase"
     /// \endcode
     ///
-    /// 69 characters are known, among them "ð", "µ" and "¥", which give "o", "u" and "Y"; all
-    /// others stay as they are ("Ą", "ł", "ř"), combining accents included. Œ, œ, Æ and æ become
-    /// two letters. Deliberate, because names of existing files were made this way: "ß" becomes one
-    /// "s", "ð" an "o".
+    /// Replaces 69 characters; all others, including combining accents, stay as they are ("Ą",
+    /// "ł", "ř"). Œ, œ, Æ and æ become two letters, "µ" becomes "u" and "¥" becomes "Y".
+    ///
+    /// Deliberate, because the names of existing files were made this way: "ß" becomes a single
+    /// "s", and "ð" an "o".
     static QString removeAccents(const QString& s);
 
     // Search
 
-    /// The search key of \a s: lower case, accents and punctuation except "-" gone, white space
-    /// trimmed and each run of it one blank.
+    /// The search key of \a s: in lower case, without accents and punctuation except "-", and with
+    /// its white space simplified.
     ///
     /// \code
     /// StringUtils::normalizeTextForSearch("Élan,  Vital!"); // "elan vital"
     /// \endcode
     ///
-    /// What remains after canonical decomposition is the letters a to z, the digits 0 to 9, "-" and
-    /// blanks; letters that do not decompose to one of these ("ß", "œ", "ø", Greek, Cyrillic) are
-    /// dropped. White space is what QChar::isSpace() takes for it, the no-break space included.
+    /// After canonical decomposition only the letters a to z, the digits 0 to 9, "-" and blanks
+    /// remain. Letters that do not decompose to one of these ("ß", "œ", "ø", Greek, Cyrillic) are
+    /// dropped. White space is what QChar::isSpace() reports, including the no-break space.
     static QString normalizeTextForSearch(const QString& s);
 
-    /// The words of \a s as search keys, in their order.
+    /// The search keys of the words of \a s, in the order of the words.
     ///
     /// \code
     /// StringUtils::splitTextForSearch("Arc-en-ciel, été"); // {"arc", "en", "ciel", "ete"}
     /// \endcode
     ///
-    /// A word is a run of letters, digits, marks and "_", whatever the script. Deliberate: a word
-    /// whose key is empty ("ß") stays as an empty text, and repeated words stay repeated.
+    /// A word is a run of letters, digits, marks and "_" of any script. Deliberate: a word whose
+    /// key is empty ("ß") gives an empty text, and repeated words are kept.
     static QStringList splitTextForSearch(const QString& s);
 
     // Random and unique texts
@@ -148,16 +150,16 @@ public:
     /// \a length letters and digits (A-Z, a-z, 0-9) drawn with qrand(); empty when \a length is
     /// less than 1.
     ///
-    /// The generator is not seeded here: that is the application's business, and per thread. This
-    /// is no source of secrets.
+    /// The generator is not seeded here. The application does that with qsrand(), once per thread.
+    /// The result is predictable: do not use it for passwords or tokens.
     static QString getRandomString(int length);
 
     /// A new random UUID with its braces, for example "{67c8770b-44f1-410a-ab9a-f9b5446f13ee}".
     static QString generateUUID();
 
-    /// The current time in milliseconds since the epoch, then the address \a p, both in base 36
-    /// with nothing between them. Unique among the living objects of one process. \a p is not
-    /// followed and may be null.
+    /// The current time in milliseconds since the epoch followed by the address \a p, both in base
+    /// 36 and without a separator. Unique among the objects that exist in one process at that time.
+    /// \a p is not dereferenced and may be null.
     static QString generateUniqueId(const void* p);
 
     // Numbers and bytes
@@ -170,54 +172,55 @@ public:
     /// StringUtils::formatRealForInput(120.0, 0); // "12"
     /// \endcode
     ///
-    /// Deliberate: the zeros go whatever the precision, so that with the precision 0 those in front
-    /// of the point go as well: 100 gives "1" and 0 the empty text.
+    /// Deliberate: trailing zeros are removed whatever the precision. With a precision of 0 they
+    /// are digits of the whole number: 100 gives "1" and 0 gives the empty text.
     static QString formatRealForInput(const double& value, int precision);
 
-    /// The \a bytes as unsigned numbers in \a base (2 to 36, lower case), each filled with "0" to
-    /// two characters at least, with nothing between them.
+    /// The \a bytes as unsigned numbers in \a base (2 to 36, lower case), each padded with "0" to
+    /// at least two characters, without separators.
     ///
     /// \code
     /// StringUtils::byteArrayToString(QByteArray::fromHex("05a0"), 16); // "05a0"
     /// StringUtils::byteArrayToString("\x05", 2); // "101"
     /// \endcode
     ///
-    /// Below 2 and above 36 the base is 10.
+    /// A base below 2 or above 36 is taken as 10.
     static QString byteArrayToString(const QByteArray& bytes, int base);
 
-    /// The bytes that the pairs of characters of \a s stand for in \a base.
+    /// The bytes whose numbers in \a base are the pairs of characters of \a s.
     ///
     /// \code
     /// StringUtils::hexaStringToByteArray("0aZZff", 16); // the bytes 0x0a 0xff
     /// \endcode
     ///
-    /// Each pair (the last character alone where the length is odd) is read as QString::toUShort()
-    /// reads it, in \a base but at most 36, and its low byte is taken. A pair that is no number is
-    /// skipped.
+    /// Each pair is parsed by QString::toUShort() in \a base, but at most 36, and its low byte is
+    /// appended. Where the length is odd, the last character is parsed alone. A pair that is not a
+    /// number is skipped.
     static QByteArray hexaStringToByteArray(const QString& s, int base);
 
     // Names and replacements
 
-    /// The first free name among \a prefix + \a extension, then \a prefix + \a numberPattern + \a
-    /// extension with 1, 2, 3, … in the place of "%1".
+    /// The first free name among \a prefix + \a extension and then \a prefix + \a numberPattern +
+    /// \a extension, in which 1, 2, 3 … replaces "%1".
     ///
     /// \code
     /// StringUtils::findNoExistantName({"page.html", "Page 1.html"}, "Page", " %1", "html");
     /// // "Page 2.html"
     /// \endcode
     ///
-    /// Names are taken when \a existing has them, upper and lower case being the same. The prefix
-    /// is simplified ("Prefix" where nothing is left of it), a pattern without "%1" gets it at its
-    /// end, and an extension without its point gets one; no extension, no point.
+    /// A name is free when \a existing does not contain it, regardless of case. The prefix is
+    /// simplified, and "Prefix" is used if nothing is left of it. "%1" is appended to a pattern
+    /// that does not contain it, and a non-empty extension that does not start with a point gets
+    /// one.
     static QString findNoExistantName(const QStringList& existing, const QString& prefix,
                                       const QString& numberPattern, const QString& extension);
 
-    /// Replaces, in \a s itself, the first occurrence of \a before (case-sensitive) by \a after.
-    /// Returns \a s, untouched where there is none. An empty \a before occurs at the start.
+    /// Replaces the first occurrence of \a before (case-sensitive) by \a after, in place.
+    /// Returns \a s, which is unchanged if there is none. An empty \a before is found at the start.
     static QString& replaceFirstOccurrence(QString& s, const QString& before, const QString& after);
 
-    /// Replaces, in \a s itself, what the group \a groupName captured in the first match of \a rx
-    /// by \a after, taken literally.
+    /// Replaces what the group \a groupName captured in the first match of \a rx by \a after, in
+    /// place. \a after is taken literally.
     ///
     /// \code
     /// QString s = "width=10 height=20";
@@ -225,17 +228,17 @@ public:
     /// // "width=10 height=30"
     /// \endcode
     ///
-    /// Returns \a s, untouched where \a rx does not match or the group took no part in the match.
+    /// Returns \a s, which is unchanged if \a rx does not match or the group captured nothing.
     static QString& replaceFirstOccurrence(QString& s, const QRegularExpression& rx,
                                            const QString& groupName, const QString& after);
 
-    /// Removes the last character of \a s in place; an empty text stays empty.
+    /// Removes the last character of \a s, in place. An empty text stays empty.
     static void removeLastChar(QString& s);
 
     /// \a s between "<b>" and "</b>". Nothing is escaped.
     static QString richTextToBold(const QString& s);
 
-    /// The elements of \a l with "/" between them and none in front or behind.
+    /// The elements of \a l joined with "/", without a leading or trailing one.
     static QString joinWithSlashes(const QStringList& l);
 };
 

@@ -3,6 +3,10 @@
 
 #include "TextStreamUTF8.h"
 
+#include "replaceeach_p.h"
+
+using namespace OrvaUtilsPrivate;
+
 namespace {
 
 const char* const codecName = "UTF-8";
@@ -12,7 +16,22 @@ QString defaultIncrementString()
     return QStringLiteral("  ");
 }
 
+/// Whether \a manipulator is one of the two that Qt 5 has by the name of endl.
+bool isEndl(TextStreamUTF8::Manipulator manipulator)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    if (manipulator == &Qt::endl)
+        return true;
+#endif
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return manipulator == static_cast<TextStreamUTF8::Manipulator>(&::endl);
+    QT_WARNING_POP
+}
+
 } // namespace
+
+// Construction
 
 TextStreamUTF8::TextStreamUTF8()
     : mIncrementString(defaultIncrementString())
@@ -47,6 +66,8 @@ void TextStreamUTF8::init()
     mIndentLevel = 0;
 }
 
+// Indentation
+
 void TextStreamUTF8::incrementIndent()
 {
     ++mIndentLevel;
@@ -62,6 +83,30 @@ void TextStreamUTF8::setIncrementString(const QString& unit)
     mIncrementString = unit;
 }
 
+QString TextStreamUTF8::indentation() const
+{
+    return mIncrementString.repeated(mIndentLevel);
+}
+
+void TextStreamUTF8::writeIndent()
+{
+    // Indentation is not a field: it is not padded.
+    const int width = fieldWidth();
+    setFieldWidth(0);
+    writeRaw(indentation());
+    setFieldWidth(width);
+}
+
+void TextStreamUTF8::beginLine()
+{
+    if (mIndentLevel <= 0 || !mAtLineStart)
+        return;
+    writeIndent();
+    mAtLineStart = false;
+}
+
+// Writing
+
 TextStreamUTF8& TextStreamUTF8::operator<<(QString text)
 {
     if (mIndentLevel > 0)
@@ -71,23 +116,45 @@ TextStreamUTF8& TextStreamUTF8::operator<<(QString text)
     return *this;
 }
 
+TextStreamUTF8& TextStreamUTF8::operator<<(QChar character)
+{
+    return *this << QString(character);
+}
+
+TextStreamUTF8& TextStreamUTF8::operator<<(char character)
+{
+    return *this << QString(QLatin1Char(character));
+}
+
+TextStreamUTF8& TextStreamUTF8::operator<<(Manipulator manipulator)
+{
+    if (isEndl(manipulator)) {
+        jump();
+        flush();
+    } else if (manipulator) {
+        manipulator(*this);
+    }
+    return *this;
+}
+
+TextStreamUTF8& TextStreamUTF8::operator<<(QTextStreamManipulator manipulator)
+{
+    manipulator.exec(*this);
+    return *this;
+}
+
 void TextStreamUTF8::writeTextWithIndent(const QString& text)
 {
     if (mAtLineStart)
         writeIndent();
     mAtLineStart = text.endsWith(QLatin1Char('\n'));
 
-    // Behind the last line break nothing is written yet: that line is indented when it has text.
+    // The line after the last line break is indented when something is written to it.
     QString lines = mAtLineStart ? text.left(text.size() - 1) : text;
-    lines.replace(QLatin1Char('\n'), QLatin1Char('\n') + indentation());
+    lines = replacedEach(lines, QLatin1Char('\n'), QLatin1Char('\n') + indentation());
     if (mAtLineStart)
         lines += QLatin1Char('\n');
     writeRaw(lines);
-}
-
-void TextStreamUTF8::writeIndent()
-{
-    writeRaw(indentation());
 }
 
 void TextStreamUTF8::writeRaw(const QString& text)
@@ -98,9 +165,4 @@ void TextStreamUTF8::writeRaw(const QString& text)
 void TextStreamUTF8::jump()
 {
     *this << QStringLiteral("\n");
-}
-
-QString TextStreamUTF8::indentation() const
-{
-    return mIncrementString.repeated(mIndentLevel);
 }

@@ -28,6 +28,6 @@ QString TimeUtils::msecToString(qint64 ms, TimePrecision precision)
         text.add(quint64(tenths), "ms ");
 
     QString pieces = text.toString();
-    pieces.chop(1); // the blank behind the last one
+    pieces.chop(1); // the blank after the last piece
     return pieces;
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// TimeUtils: a duration in words, as the applications show it to their users.
+// TimeUtils: durations in words.
 
 #ifndef ORVAUTILS_TIMEUTILS_H
 #define ORVAUTILS_TIMEUTILS_H
@@ -10,17 +10,19 @@
 
 #include <QString>
 
-/// A duration in words. Nothing is kept and nothing is logged. Thread: any.
+/// Durations in words.
+///
+/// All functions are static, keep no state and may be called from any thread. Nothing is logged.
 class ORVAUTILS_EXPORT TimeUtils
 {
 public:
     TimeUtils() = delete;
 
-    /// The smallest unit that is shown.
+    /// The smallest unit that msecToString() shows.
     enum TimePrecision {
-        Year = 1, ///< nothing is shown: there is no unit of a year
-        Month = 2, ///< nothing is shown, likewise
-        Week = 3, ///< nothing is shown, likewise
+        Year = 1, ///< nothing is shown: no unit is as long as a year
+        Month = 2, ///< nothing is shown
+        Week = 3, ///< nothing is shown
         Day = 4, ///< "1j"
         Hour = 5, ///< "1j 1h"
         Minute = 6, ///< "1j 1h 1mn"
@@ -29,7 +31,7 @@ public:
     };
 
     /// The duration \a ms, in milliseconds, as days, hours, minutes and seconds down to \a
-    /// precision, with one blank between the pieces and pieces of zero left out.
+    /// precision, separated by blanks. Units whose number is zero are left out.
     ///
     /// \code
     /// TimeUtils::msecToString(90061500, TimeUtils::Second); // "1j 1h 1mn 1sec"
@@ -37,11 +39,11 @@ public:
     /// TimeUtils::msecToString(1500, TimeUtils::Second); // "1sec 5ms"
     /// \endcode
     ///
-    /// A duration of less than a minute also shows its fraction of a second. Deliberate: the figure
-    /// in front of "ms" is the tenths of a second (last example).
+    /// A duration of less than a minute also shows its fraction of a second. Deliberate: the number
+    /// before "ms" is tenths of a second (last example).
     ///
-    /// A precision coarser than Day and a negative duration give the empty text. The units are the
-    /// same in all languages.
+    /// A precision coarser than Day and a negative duration give the empty text. The units do not
+    /// depend on the language.
     static QString msecToString(qint64 ms, TimePrecision precision);
 };
 

@@ -280,6 +280,8 @@ private Q_SLOTS:
     void normalizeFilename_data();
     void normalizeFilename();
     void normalizeFilenameKeepsOnlyThePortableSet();
+    void normalizeFilenameOfEachCharacter();
+    void normalizeFilenameOfManyAccents();
     void regExpFilename();
     void fileSizeToString_data();
     void fileSizeToString();
@@ -618,6 +620,28 @@ void tst_FileUtils::normalizeFilenameKeepsOnlyThePortableSet()
     for (ushort code = 0x21; code < 0x7f; ++code)
         kept += FileUtils::normalizeFilename(QString(QChar(code)));
     QCOMPARE(kept, "()-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz"_s);
+}
+
+/// The rule told in full: decompose, simplify, drop what is not portable.
+void tst_FileUtils::normalizeFilenameOfEachCharacter()
+{
+    const QRegExp dropped("[^a-zA-Z0-9()\\s\\-\\_\\.]"_s);
+    for (uint code = 0; code <= 0x10ffff; ++code) {
+        const QString name = " A"_s + QString::fromUcs4(&code, 1) + "B  C "_s;
+        const QString expected =
+            name.normalized(QString::NormalizationForm_D).simplified().remove(dropped);
+        const QString portable = FileUtils::normalizeFilename(name);
+        if (portable != expected)
+            QCOMPARE(QString::number(code, 16) + portable, QString::number(code, 16) + expected);
+    }
+}
+
+/// Takes a time that is proportional to the length.
+void tst_FileUtils::normalizeFilenameOfManyAccents()
+{
+    const int count = 2 << 20;
+    QVERIFY(FileUtils::normalizeFilename(QString(count, QChar(0xe9)))
+            == QString(count, QLatin1Char('e')));
 }
 
 void tst_FileUtils::regExpFilename()

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void escapedAndDecoded();
     void htmlBRreplace_data();
     void htmlBRreplace();
+    void htmlBRreplaceOfManyLines();
     void metaTags();
     void tiniestInlineGifImage();
     void base64Images();
@@ -375,6 +376,13 @@ void tst_HTMLUtils::decodeFromHtmlText_data()
     row("&#65536;", units({0xd800, 0xdc00}));
     row("&#128512;", text("😀"));
     row("&#55357;&#56832;", text("😀")); // a pair in halves
+    // Half a pair is no character.
+    row("&#55357;", units({0xfffd}));
+    row("&#56832;", units({0xfffd}));
+    row("a&#55357;b", units({'a', 0xfffd, 'b'}));
+    row("&#55296x&#57343", units({0xfffd, 'x', 0xfffd}));
+    row("&#56832;&#55357;", units({0xfffd, 0xfffd}));
+    row("&#55357;&#55357;&#56832;&#56832;", units({0xfffd, 0xd83d, 0xde00, 0xfffd}));
     row("&#1114111;", units({0xdbff, 0xdfff}));
     row("&#1114112;", units({0xfffd}));
     row("&#4294967361;", units({0xfffd})); // 2^32 + 65
@@ -392,8 +400,10 @@ void tst_HTMLUtils::decodeFromHtmlText()
 void tst_HTMLUtils::escapedAndDecoded()
 {
     QString all;
-    for (uint code = 1; code <= 0x10ffff; code += code < 0x3000 ? 1 : 97)
-        all += QString::fromUcs4(&code, 1);
+    for (uint code = 1; code <= 0x10ffff; code += code < 0x3000 ? 1 : 97) {
+        if (!QChar::isSurrogate(code)) // halves of a pair do not come back
+            all += QString::fromUcs4(&code, 1);
+    }
     const QString escaped = HTMLUtils::textWithoutHtmlTags(all, true, true);
     QVERIFY(escaped != all);
     QCOMPARE(HTMLUtils::decodeFromHtmlText(escaped), all);
@@ -414,6 +424,16 @@ void tst_HTMLUtils::htmlBRreplace()
     QFETCH(QString, s);
     HTMLUtils::htmlBRreplace(s);
     QTEST(s, "result");
+}
+
+void tst_HTMLUtils::htmlBRreplaceOfManyLines()
+{
+    const int count = 4 << 20;
+    QString s(count, QLatin1Char('\n'));
+    const QString shared = s;
+    HTMLUtils::htmlBRreplace(s);
+    QVERIFY(s == text("<br />").repeated(count));
+    QVERIFY(shared == QString(count, QLatin1Char('\n')));
 }
 
 void tst_HTMLUtils::metaTags()

@@ -88,6 +88,7 @@ private Q_SLOTS:
     void capitalize();
     void escapeQuotes_data();
     void escapeQuotes();
+    void escapeQuotesOfManyQuotes();
     void removeAccentsOfEachCharacter_data();
     void removeAccentsOfEachCharacter();
     void removeAccentsLeavesAllOthers();
@@ -327,6 +328,13 @@ void tst_StringUtils::escapeQuotes()
     const QString before = s;
     QTEST(StringUtils::escapeQuotes(s), "escaped");
     QCOMPARE(s, before);
+}
+
+void tst_StringUtils::escapeQuotesOfManyQuotes()
+{
+    const int count = 4 << 20;
+    QVERIFY(StringUtils::escapeQuotes(QString(count, QLatin1Char('"')))
+            == text("\\\"").repeated(count));
 }
 
 void tst_StringUtils::removeAccentsOfEachCharacter_data()

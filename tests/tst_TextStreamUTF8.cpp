@@ -11,6 +11,7 @@
 #include <QtTest>
 
 #include <cstdio>
+#include <limits>
 #include <type_traits>
 
 class tst_TextStreamUTF8 : public QObject
@@ -34,6 +35,13 @@ private Q_SLOTS:
     void jump();
     void incrementString();
     void chaining();
+    void numbers();
+    void numbersInTheirLine();
+    void characters();
+    void formatOfNumbers();
+    void manipulators();
+    void indentationIsNoField();
+    void manyLineBreaks();
     void throughTheBase();
     void streamsLargeTexts();
 };
@@ -300,6 +308,127 @@ void tst_TextStreamUTF8::chaining()
     TextStreamUTF8& returned = stream << text("a\n") << text("b") << QString(QLatin1Char('c'));
     QCOMPARE(&returned, &stream);
     QCOMPARE(result, text("  a\n  bc"));
+}
+
+/// Numbers are written as QTextStream writes them, and indented at the start of a line.
+template <typename Number>
+void compareNumber(Number number)
+{
+    QString plain;
+    QTextStream(&plain) << number;
+    QVERIFY(!plain.isEmpty());
+    for (const int level : {-1, 0, 2}) {
+        QString result;
+        TextStreamUTF8 stream(&result);
+        for (int i = level; i < 0; ++i)
+            stream.decrementIndent();
+        for (int i = 0; i < level; ++i)
+            stream.incrementIndent();
+        stream << number << number;
+        QCOMPARE(result, QString(qMax(0, 2 * level), QLatin1Char(' ')) + plain + plain);
+    }
+}
+
+void tst_TextStreamUTF8::numbers()
+{
+    enum Enumeration { Enumerator = 7 };
+    compareNumber(0);
+    compareNumber(5);
+    compareNumber(-42);
+    compareNumber(7u);
+    compareNumber(short(-3));
+    compareNumber(ushort(65535));
+    compareNumber(uchar(200));
+    compareNumber(2147483648L);
+    compareNumber(4000000000UL);
+    compareNumber(std::numeric_limits<qlonglong>::min());
+    compareNumber(std::numeric_limits<qulonglong>::max());
+    compareNumber(1.5);
+    compareNumber(1234567.0);
+    compareNumber(0.1f);
+    compareNumber(true);
+    compareNumber(false);
+    compareNumber(Enumerator);
+}
+
+void tst_TextStreamUTF8::numbersInTheirLine()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.incrementIndent();
+    stream << text("a: ") << 1 << text("\n") << 2 << text(",") << 3.5 << text("\nb");
+    QCOMPARE(result, text("  a: 1\n  2,3.5\n  b"));
+}
+
+void tst_TextStreamUTF8::characters()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.incrementIndent();
+    stream << 'a' << '\n' << QChar(0x20ac) << '\xe9' << QLatin1Char('\n') << 'b';
+    QCOMPARE(result, text("  a\n  €é\n  b"));
+}
+
+void tst_TextStreamUTF8::formatOfNumbers()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.incrementIndent();
+    stream.setIntegerBase(16);
+    stream.setNumberFlags(QTextStream::ShowBase);
+    stream.setRealNumberNotation(QTextStream::FixedNotation);
+    stream.setRealNumberPrecision(1);
+    stream << 255 << ' ' << 0.75;
+    QCOMPARE(result, text("  0xff 0.8"));
+}
+
+void tst_TextStreamUTF8::manipulators()
+{
+    QBuffer buffer;
+    QVERIFY(buffer.open(QIODevice::WriteOnly));
+    TextStreamUTF8 stream(&buffer);
+    stream.incrementIndent();
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    TextStreamUTF8& returned = stream << text("a") << endl << text("b");
+    // The line break flushes the stream.
+    QCOMPARE(buffer.data(), QByteArray("  a\n"));
+    QCOMPARE(&returned, &stream);
+    stream << endl << hex << 255 << dec << 10;
+    QT_WARNING_POP
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    stream << Qt::endl << Qt::hex << 255;
+#else
+    stream << endl << hex << 255;
+#endif
+    stream << qSetFieldWidth(4) << 1 << TextStreamUTF8::Manipulator();
+    stream.flush();
+    QCOMPARE(buffer.data(), QByteArray("  a\n  b\n  ff10\n  ff   1"));
+}
+
+void tst_TextStreamUTF8::indentationIsNoField()
+{
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.setFieldWidth(4);
+    stream.writeIndent();
+    QCOMPARE(result, QString());
+    stream.incrementIndent();
+    stream << 1 << text("x\n") << text("ab");
+    QCOMPARE(result, text("     1  x\n    ab"));
+    QCOMPARE(stream.fieldWidth(), 4);
+}
+
+/// Every line break of a long text, in a time that is proportional to its length.
+void tst_TextStreamUTF8::manyLineBreaks()
+{
+    const int count = 4 << 20;
+    QString result;
+    TextStreamUTF8 stream(&result);
+    stream.incrementIndent();
+    stream << QString(count, QLatin1Char('\n'));
+    QCOMPARE(result.size(), 3 * count);
+    QCOMPARE(result, text("  \n").repeated(count));
 }
 
 /// Formatters get the stream as a QTextStream: what they write is not indented.

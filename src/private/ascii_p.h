@@ -7,6 +7,7 @@
 #define ORVAUTILS_ASCII_P_H
 
 #include <QChar>
+#include <QString>
 
 namespace OrvaUtilsPrivate {
 
@@ -33,6 +34,16 @@ inline bool isAsciiLetter(QChar c)
 inline QChar toAsciiLower(QChar c)
 {
     return isAsciiCapital(c) ? QChar(c.unicode() + (u'a' - u'A')) : c;
+}
+
+/// What the canonical decomposition of \a c begins with: the letter itself for an accented one, \a
+/// c for a character that does not decompose.
+inline QChar decomposedBase(QChar c)
+{
+    // Qt decomposes one step at a time: "ế" to "ê" and its acute accent.
+    while (c.decompositionTag() == QChar::Canonical)
+        c = c.decomposition().at(0);
+    return c;
 }
 
 } // namespace OrvaUtilsPrivate

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// DurationText: a short text of numbers and units, "1h 2mn 3s ", put together in place.
+// DurationText: builds a short text of numbers and units, such as "1h 2mn 3s ".
 //
-// A QString for each number and one that grows for the whole would take three quarters of the time
-// of such a text.
+// It is put together in a fixed buffer: a QString for each number and one that grows would take
+// three quarters of the time.
 
 #ifndef ORVAUTILS_DURATIONTEXT_P_H
 #define ORVAUTILS_DURATIONTEXT_P_H
@@ -16,14 +16,14 @@
 
 namespace OrvaUtilsPrivate {
 
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only what was added is ever read
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only what was added is read
 class DurationText
 {
 public:
     DurationText() = default; // NOLINT(cppcoreguidelines-pro-type-member-init): likewise
 
-    /// Appends \a number, in decimal, and \a unit behind it. Six pieces at most have room, with
-    /// units of four characters at most.
+    /// Appends \a number, in decimal, and \a unit. There is room for six pieces with units of at
+    /// most four characters.
     void add(quint64 number, const char* unit)
     {
         ushort* const start = mEnd;

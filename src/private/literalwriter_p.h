@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// LiteralWriter: writes Qt values as literals of PHP or JavaScript, which differ in their maps
-// only.
+// LiteralWriter: writes Qt values as literals of PHP or JavaScript, which differ only in their
+// maps.
 //
-// Text is gathered in a block of fixed size and handed to the stream block by block: the stream is
-// called once in thousands of characters, and a document of any size is written with the memory of
-// one block.
+// Text is collected in a block of fixed size and passed on to the stream block by block. The stream
+// is called once for thousands of characters, and a document of any size needs the memory of one
+// block. Lists and maps inside values are written without recursion, so that no nesting is too deep
+// for the stack of the thread.
 
 #ifndef ORVAUTILS_LITERALWRITER_P_H
 #define ORVAUTILS_LITERALWRITER_P_H
@@ -15,6 +16,7 @@
 
 #include <QStringList>
 #include <QTextStream>
+#include <QVarLengthArray>
 #include <QVariant>
 
 #include <algorithm>
@@ -32,11 +34,11 @@ struct LiteralSyntax
 constexpr LiteralSyntax phpSyntax{'[', "=>", ']'};
 constexpr LiteralSyntax javascriptSyntax{'{', ":", '}'};
 
-/// Writes to a stream until it goes out of scope; only then has the stream got everything.
+/// Writes to a stream. The stream has received everything when the writer has been destroyed.
 class LiteralWriter
 {
 public:
-    // Of the block only what was put into it is read.
+    // Only what has been put into the block is read.
     // cppcheck-suppress uninitMemberVar
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     LiteralWriter(QTextStream* stream, const LiteralSyntax& syntax)
@@ -44,7 +46,7 @@ public:
         , mSyntax(syntax)
         , mFieldWidth(stream->fieldWidth())
     {
-        // Blocks are no fields, and literals are not padded.
+        // Neither blocks nor literals are padded.
         mStream.setFieldWidth(0);
     }
 
@@ -58,34 +60,20 @@ public:
 
     void write(const QVariant& value)
     {
-        switch (value.userType()) {
-        case QMetaType::QByteArray:
-            return writeRaw(value.toString());
-        case QMetaType::QString:
-            return write(stored<QString>(value));
-        case QMetaType::Bool:
-            return write(stored<bool>(value) ? 1 : 0);
-        case QMetaType::Double:
-            return writeRaw(QString::number(stored<double>(value), 'g', 6));
-        case QMetaType::Int:
-            return write(stored<int>(value));
-        case QMetaType::LongLong:
-            return write(stored<qlonglong>(value));
-        case QMetaType::QStringList:
-            return writeList(stored<QStringList>(value));
-        case QMetaType::QVariantMap:
-            return writeMap(stored<QVariantMap>(value));
-        case QMetaType::QVariantList:
-            writeList(stored<QVariantList>(value));
-            return put('\n');
-        default:
-            return write(value.toString());
+        const int outside = mOpen.size();
+        open(value);
+        while (mOpen.size() > outside) {
+            Container& container = mOpen.last();
+            if (container.isMap)
+                writeNextEntry(container);
+            else
+                writeNextElement(container);
         }
     }
 
     // Values of one kind
 
-    /// A quoted text: both kinds of quotes become an escaped single one, backslashes stay.
+    /// A quoted text. Both kinds of quotes become an escaped single one, and backslashes are kept.
     void write(const QString& text)
     {
         put('\'');
@@ -93,7 +81,7 @@ public:
         const QChar* const end = c + text.size();
         while (c != end) {
             reserve(2);
-            // A character may need two.
+            // A character may become two.
             const QChar* const stop = c + std::min<qptrdiff>(end - c, (BlockSize - mSize) / 2);
             for (; c != stop; ++c) {
                 if (*c == QLatin1Char('\'') || *c == QLatin1Char('"')) {
@@ -110,7 +98,7 @@ public:
     void write(qlonglong number) { writeRaw(QString::number(number)); }
     void write(int number) { write(qlonglong(number)); }
 
-    /// The elements in brackets, without the line break that a list inside a value has.
+    /// The elements in brackets, without the line break that follows a list inside a value.
     template <typename List>
     void writeList(const List& list)
     {
@@ -129,17 +117,14 @@ public:
     template <typename Map>
     void writeMap(const Map& map)
     {
-        put(mSyntax.mapStart);
-        put('\n');
+        openMap();
         for (auto entry = map.constBegin(); entry != map.constEnd(); ++entry) {
             if (entry != map.constBegin())
                 put(',');
             writeKey(entry.key());
-            writeRaw(mSyntax.keyEnd);
             write(entry.value());
         }
-        put('\n');
-        put(mSyntax.mapEnd);
+        closeMap();
     }
 
     // Code
@@ -168,6 +153,15 @@ private:
 
     static constexpr int BlockSize = 4096;
 
+    /// A list or a map that has been begun, and what is left of it.
+    struct Container
+    {
+        bool isMap;
+        bool isFirst; ///< nothing of it has been written yet
+        QVariantList::const_iterator element, lastElement;
+        QVariantMap::const_iterator entry, lastEntry;
+    };
+
     /// The value inside \a variant, which is a T, without a copy.
     template <typename T>
     static const T& stored(const QVariant& variant)
@@ -175,18 +169,94 @@ private:
         return *static_cast<const T*>(variant.constData());
     }
 
-    /// A key that is a whole number in decimal is written as that number.
+    /// Writes \a value, or only the start of it if it is a container of any values.
+    void open(const QVariant& value)
+    {
+        switch (value.userType()) {
+        case QMetaType::QByteArray:
+            return writeRaw(value.toString());
+        case QMetaType::QString:
+            return write(stored<QString>(value));
+        case QMetaType::Bool:
+            return write(stored<bool>(value) ? 1 : 0);
+        case QMetaType::Double:
+            return writeRaw(QString::number(stored<double>(value), 'g', 6));
+        case QMetaType::Int:
+            return write(stored<int>(value));
+        case QMetaType::LongLong:
+            return write(stored<qlonglong>(value));
+        case QMetaType::QStringList:
+            return writeList(stored<QStringList>(value));
+        case QMetaType::QVariantMap: {
+            const QVariantMap& map = stored<QVariantMap>(value);
+            openMap();
+            return mOpen.append({true, true, {}, {}, map.constBegin(), map.constEnd()});
+        }
+        case QMetaType::QVariantList: {
+            const QVariantList& list = stored<QVariantList>(value);
+            put('[');
+            return mOpen.append({false, true, list.constBegin(), list.constEnd(), {}, {}});
+        }
+        default:
+            return write(value.toString());
+        }
+    }
+
+    void writeNextElement(Container& list)
+    {
+        if (list.element == list.lastElement) {
+            put(']');
+            put('\n');
+            return mOpen.removeLast();
+        }
+        separate(list);
+        open(*list.element++);
+    }
+
+    void writeNextEntry(Container& map)
+    {
+        if (map.entry == map.lastEntry) {
+            closeMap();
+            return mOpen.removeLast();
+        }
+        separate(map);
+        const QVariantMap::const_iterator entry = map.entry++;
+        writeKey(entry.key());
+        open(entry.value());
+    }
+
+    void separate(Container& container)
+    {
+        if (!container.isFirst)
+            put(',');
+        container.isFirst = false;
+    }
+
+    void openMap()
+    {
+        put(mSyntax.mapStart);
+        put('\n');
+    }
+
+    void closeMap()
+    {
+        put('\n');
+        put(mSyntax.mapEnd);
+    }
+
+    /// A key and what follows it. One that is a whole number in decimal is written as that number.
     void writeKey(const QString& key)
     {
         bool isNumber = false;
         qlonglong number = 0;
-        // Most keys are names, which need not be parsed to know.
+        // Most keys are names and need not be parsed.
         if (!key.isEmpty() && !isAsciiLetter(key.at(0)))
             number = key.toLongLong(&isNumber);
         if (isNumber)
             write(number);
         else
             write(key);
+        writeRaw(mSyntax.keyEnd);
     }
 
     void put(char ascii)
@@ -195,7 +265,7 @@ private:
         mBlock[mSize++] = uchar(ascii);
     }
 
-    /// Sees to it that \a units more have room.
+    /// Makes room for \a units more.
     void reserve(int units)
     {
         if (mSize + units > BlockSize)
@@ -211,8 +281,9 @@ private:
     QTextStream& mStream;
     const LiteralSyntax mSyntax;
     const int mFieldWidth;
+    QVarLengthArray<Container, 8> mOpen; ///< the innermost one is the last
     int mSize = 0;
-    ushort mBlock[BlockSize]; // not QChar, which would be cleared each time
+    ushort mBlock[BlockSize]; // not QChar, whose constructor would clear it each time
 };
 
 } // namespace OrvaUtilsPrivate

@@ -11,9 +11,11 @@
 #include <QDateTime>
 #include <QJsonValue>
 #include <QStandardPaths>
+#include <QThread>
 #include <QUrl>
 #include <QtTest>
 
+#include <functional>
 #include <limits>
 
 namespace {
@@ -43,6 +45,30 @@ QVariantMap faithfulValues()
         {text("byte array"), QByteArray("'code'")},
     });
 }
+
+/// A list in a list, \a depth of them, or a map in a map.
+QVariant nestedValue(bool isMap, int depth)
+{
+    QVariant value = isMap ? QVariant(QVariantMap()) : QVariant(QVariantList());
+    for (int i = 1; i < depth; ++i)
+        value =
+            isMap ? QVariant(QVariantMap({{text("k"), value}})) : QVariant(QVariantList({value}));
+    return value;
+}
+
+/// The literal of nestedValue().
+QString nestedLiteral(bool isMap, int depth)
+{
+    if (isMap)
+        return text("«\n'k'→").repeated(depth - 1) + text("«\n") + text("\n»").repeated(depth);
+    return text("[").repeated(depth) + text("]\n").repeated(depth);
+}
+
+struct FunctionThread : QThread
+{
+    std::function<void()> function;
+    void run() override { function(); }
+};
 
 } // namespace
 
@@ -320,15 +346,30 @@ void LiteralTest::deepNesting_data()
 void LiteralTest::deepNesting()
 {
     QFETCH(bool, isMap);
-    const int depth = 2000;
-    QVariant value = isMap ? QVariant(QVariantMap()) : QVariant(QVariantList());
-    for (int i = 1; i < depth; ++i)
-        value =
-            isMap ? QVariant(QVariantMap({{text("k"), value}})) : QVariant(QVariantList({value}));
-    const QString lists = text("[").repeated(depth) + text("]\n").repeated(depth);
-    const QString maps =
-        text("«\n'k'→").repeated(depth - 1) + text("«\n") + text("\n»").repeated(depth);
-    QCOMPARE(literal(value), inLanguage(isMap ? maps : lists));
+    QCOMPARE(literal(nestedValue(isMap, 2000)), inLanguage(nestedLiteral(isMap, 2000)));
+}
+
+/// However deep the nesting, it needs no more of the stack.
+void LiteralTest::deepNestingOnASmallStack()
+{
+    QFETCH(bool, isMap);
+    const QVariant value = nestedValue(isMap, 5000);
+    FunctionThread thread;
+    thread.setStackSize(256 * 1024);
+    QString result;
+    thread.function = [&] { result = literal(value); };
+    thread.start();
+    QVERIFY(thread.wait());
+    QCOMPARE(result, inLanguage(nestedLiteral(isMap, 5000)));
+}
+
+/// Deliberate: bytes are read as a C string.
+void LiteralTest::codeEndsAtANul()
+{
+    QCOMPARE(literal(QByteArray("a\0b", 3)), text("a"));
+    QCOMPARE(literal(QVariantList({QByteArray("\0", 1), 1})), text("[,1]\n"));
+    // A text does not end there.
+    QCOMPARE(literal(QString(QLatin1String("a\0b", 3))), QString(QLatin1String("'a\0b'", 5)));
 }
 
 void LiteralTest::largeDocumentsAreStreamed_data()

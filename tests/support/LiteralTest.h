@@ -76,6 +76,9 @@ private Q_SLOTS:
     void indentationDoesNotApply();
     void deepNesting_data();
     void deepNesting();
+    void deepNestingOnASmallStack_data() { deepNesting_data(); }
+    void deepNestingOnASmallStack();
+    void codeEndsAtANul();
     void largeDocumentsAreStreamed_data();
     void largeDocumentsAreStreamed();
     void faithfulValuesAreReadBack();
