@@ -71,14 +71,14 @@ union MessageTable {
     constexpr MessageTable()
         : nothing()
     { }
-    ~MessageTable() { }
+    ~MessageTable() { } // NOLINT(modernize-use-equals-default): that would be deleted
 
     char nothing;
     QMap<ErrorableCode, QString> map;
 };
 
-MessageTable errorMessages;
-MessageTable overriddenErrorMessages;
+MessageTable errorMessages; // clazy:exclude=non-pod-global-static
+MessageTable overriddenErrorMessages; // clazy:exclude=non-pod-global-static
 
 } // namespace
 

@@ -17,7 +17,7 @@
 
 namespace OrvaUtilsPrivate {
 class ErrorablePrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// Registers \a child (an Errorable&) as a child of this object, together with the place in the
 /// source where that is written:
@@ -173,8 +173,9 @@ private:
     const std::shared_ptr<OrvaUtilsPrivate::ErrorablePrivate> d;
 };
 
+// clazy:excludeall=non-pod-global-static
 namespace OrvaUtilsPrivate {
 static const Errorable::MessageTables errorMessageTables;
-}
+} // namespace OrvaUtilsPrivate
 
 #endif // ORVAUTILS_ERRORABLE_H

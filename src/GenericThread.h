@@ -15,7 +15,7 @@
 
 namespace OrvaUtilsPrivate {
 class GenericThreadPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// A Thread that runs one function, hands the result over by a signal, and deletes itself.
 ///

@@ -18,7 +18,7 @@ class QKeyEvent;
 
 namespace OrvaUtilsPrivate {
 class KeyPressCheatCodeDetectionPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// Watches the key presses of one object and emits keyDetected() when a sequence of characters was
 /// typed.

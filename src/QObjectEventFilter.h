@@ -16,7 +16,7 @@
 
 namespace OrvaUtilsPrivate {
 class QObjectEventFilterPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// An event filter that runs a function.
 ///

@@ -14,7 +14,7 @@
 
 namespace OrvaUtilsPrivate {
 class SpeedTestAnalyzerPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// A stopwatch with laps. Both of its clocks start when it is made; each step takes the time since
 /// the step before.

@@ -19,7 +19,7 @@ class Threadable;
 
 namespace OrvaUtilsPrivate {
 class ThreadPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// A QThread with cooperative cancellation, progress and a guard against being left behind.
 ///

@@ -16,7 +16,7 @@ class Thread;
 
 namespace OrvaUtilsPrivate {
 class ThreadablePrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// A worker that is bound to a Thread: it passes interruption requests, the question whether one
 /// was made, and its progress on to that thread, and hands its binding to its sub-workers.

@@ -18,7 +18,7 @@
 
 namespace OrvaUtilsPrivate {
 class GoogleFontFilePrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// A parsed catalogue: a value that is cheap to copy, empty and invalid until something is loaded.
 ///

@@ -18,7 +18,7 @@
 
 namespace OrvaUtilsPrivate {
 class GoogleFontItemPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// One family of the catalogue: a value that is cheap to copy.
 ///

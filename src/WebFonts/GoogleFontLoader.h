@@ -17,7 +17,7 @@
 
 namespace OrvaUtilsPrivate {
 class GoogleFontLoaderPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// The shared catalogue of web fonts and its queries.
 ///

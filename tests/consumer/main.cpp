@@ -181,14 +181,25 @@ class Part : public QObject, public Errorable
     // Errors travel along such objects.
 };
 
+ErrorableCode firstError()
+{
+    ErrorableCode code;
+    code.code = 1;
+    return code;
+}
+
+// Before main(), and with a static library before the library's own static objects are made.
+const bool messagesAreFilled = [] {
+    Errorable::sErrorMessages[firstError()] = QStringLiteral("The first error");
+    return true;
+}();
+
 bool usesErrorsThreadsAndDiagnostics()
 {
     Part parent;
     Part child;
     parent._addErrorableChild(child, __FILE__, __LINE__);
-    ErrorableCode code;
-    code.code = 1;
-    child._setError(code);
+    child._setError(firstError());
 
     Thread thread;
     Threadable worker;
@@ -196,9 +207,11 @@ bool usesErrorsThreadsAndDiagnostics()
     SpeedTestAnalyzer speed(QStringLiteral("consumer"));
     speed << QStringLiteral("step");
     ComputerIdentifier::primaryMACAddress();
-    return parent.error() == code && !worker.isInterruptionRequested()
-        && !thread.isCancelRequested() && MathUtils::random(5, 5) == 5
-        && TypeUtils::demangle("i") == QStringLiteral("int") && speed.elapsed() >= 0;
+    return parent.error() == firstError() && messagesAreFilled
+        && parent.errorMessage() == QStringLiteral("The first error")
+        && !worker.isInterruptionRequested() && !thread.isCancelRequested()
+        && MathUtils::random(5, 5) == 5 && TypeUtils::demangle("i") == QStringLiteral("int")
+        && speed.elapsed() >= 0;
 }
 
 } // namespace
