@@ -27,20 +27,22 @@ class QTextStream;
 /// // };
 /// \endcode
 ///
-/// All functions write to the \a stream they are given, block by block: a document of any size
-/// needs no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply
-/// here, and must not be null. Its field width does not apply either. Whether writing worked, the
-/// stream's status() tells. Texts go out in the codec of the stream.
+/// All functions write to \a stream, which must not be null, in blocks of fixed size: a document of
+/// any size needs no additional memory. Texts are encoded with the codec of the stream. Neither its
+/// field width nor, if it is a TextStreamUTF8, its indentation applies. The stream's status() tells
+/// whether writing succeeded.
 ///
-/// All functions are static and keep no state; each may be called from any thread that may use the
-/// stream. Nothing here writes to the log.
+/// Lists and maps may be nested to any depth: writing needs no more of the thread's stack for it.
+///
+/// All functions are static and keep no state. Each may be called from any thread that may use the
+/// stream. Nothing is logged.
 class ORVAUTILS_EXPORT JsCodeHelpers
 {
 public:
     JsCodeHelpers() = delete;
 
-    /// Writes the literal of \a v, which is that of PhpCodeHelpers::formatVariantValue() for every
-    /// type but maps: these are written by formatJavascriptObject().
+    /// Writes the literal of \a v. It is that of PhpCodeHelpers::formatVariantValue() for every
+    /// type except maps, which are written by formatJavascriptObject().
     ///
     /// \code
     /// JsCodeHelpers::formatVariantValue(&stream, QStringLiteral("it's")); // 'it\'s'
@@ -49,9 +51,10 @@ public:
     /// \endcode
     ///
     /// Deliberate, as there: a double quote becomes an escaped single one, true and false become 1
-    /// and 0, backslashes are not escaped. JavaScript reads a backslash and the character behind it
-    /// as an escape sequence, and takes no line break in a text; encode such texts with
-    /// HTMLUtils::encodeToJavascriptText() first.
+    /// and 0, and backslashes are not escaped. JavaScript reads a backslash and the character after
+    /// it as an escape sequence and does not allow a line break in a text: encode such texts with
+    /// HTMLUtils::encodeToJavascriptText() first. Raw code given as a QByteArray ends at the first
+    /// NUL.
     static void formatVariantValue(QTextStream* stream, const QVariant& v);
 
     /// Writes \a list as an array of texts.
@@ -61,7 +64,7 @@ public:
     /// \endcode
     static void formatJavascriptArray(QTextStream* stream, const QStringList& list);
     /// Writes \a list as an array of the literals of formatVariantValue(), without a line break
-    /// behind it.
+    /// after it.
     static void formatJavascriptArray(QTextStream* stream, const QList<QVariant>& list);
     /// Writes \a list as an array of numbers.
     static void formatJavascriptArray(QTextStream* stream, const QList<int>& list);
@@ -76,8 +79,8 @@ public:
     /// \endcode
     ///
     /// Keys sort as texts. One that is a whole number in decimal, as QString::toLongLong() reads
-    /// it, is written as that number, any other as a quoted text. A negative number is no key in
-    /// JavaScript: that there is none is the caller's business.
+    /// it, is written as that number, any other as a quoted text. The keys are not checked:
+    /// JavaScript does not allow a negative number as a key.
     static void formatJavascriptObject(QTextStream* stream, const QMap<QString, QVariant>& map);
 };
 

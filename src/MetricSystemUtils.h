@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// MetricSystemUtils: the unit symbols beside product dimensions and weights.
+// MetricSystemUtils: the unit symbols of product dimensions and weights.
 
 #ifndef ORVAUTILS_METRICSYSTEMUTILS_H
 #define ORVAUTILS_METRICSYSTEMUTILS_H
@@ -11,13 +11,15 @@
 #include <QObject>
 #include <QString>
 
-/// Symbols of units. Thread: as for any QObject; symbol() may be called from any thread. Nothing is
-/// logged.
+/// Symbols of units.
 ///
 /// \code
 /// MetricSystemUtils::symbol(MetricSystemUtils::Weight, MetricSystemUtils::Metric,
 ///                           MetricSystemUtils::ShortSymbol); // "Kg"
 /// \endcode
+///
+/// symbol() may be called from any thread, and the object itself is used like any QObject. Nothing
+/// is logged.
 class ORVAUTILS_EXPORT MetricSystemUtils : public QObject
 {
     Q_OBJECT
@@ -25,9 +27,9 @@ class ORVAUTILS_EXPORT MetricSystemUtils : public QObject
 public:
     /// What is measured.
     enum TypeGrandeur : int {
-        Length = 0, ///< of a product
-        Weight = 1, ///< of a product
-        Distance = 2 ///< of a way
+        Length = 0, ///< a dimension of a product
+        Weight = 1, ///< the weight of a product
+        Distance = 2 ///< a distance between two places
     };
     Q_ENUM(TypeGrandeur)
 
@@ -43,15 +45,15 @@ public:
     };
     Q_ENUM(Display)
 
-    /// \a parent owns the object, or nobody does.
+    /// \a parent takes ownership of the object unless it is null.
     explicit MetricSystemUtils(QObject* parent = nullptr);
-    /// Nothing goes with it.
+    /// Destroys the object.
     ~MetricSystemUtils() override;
 
-    /// The symbol of the unit of \a quantity in \a system, written as \a display tells: "m" for a
-    /// length, "Kg" for a weight and "Km" for a distance, in the metric system and as a short
-    /// symbol. Empty for any other combination, numbers that have no name included. Deliberate:
-    /// "Kg" and "Km" are written with a capital.
+    /// The symbol of the unit of \a quantity in \a system, in the form of \a display: "m" for a
+    /// length, "Kg" for a weight and "Km" for a distance in the metric system. Empty for any other
+    /// combination, including values that have no enumerator. Deliberate: "Kg" and "Km" are written
+    /// with a capital.
     static QString symbol(TypeGrandeur quantity, SystemMetric system, Display display);
 };
 

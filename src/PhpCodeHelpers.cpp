@@ -9,7 +9,7 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// Writes a declaration whose literal is what \a writeLiteral writes.
+/// Writes a declaration, with the literal that \a writeLiteral writes.
 template <typename Function>
 void declareConstant(LiteralWriter& php, const QString& name, const QString& comment,
                      Function writeLiteral)

@@ -25,13 +25,15 @@ class QTextStream;
 /// // const TITLE='L\'été'; // the page's title
 /// \endcode
 ///
-/// All functions write to the \a stream they are given, block by block: a document of any size
-/// needs no memory of its own. The stream may be a TextStreamUTF8, whose indentation does not apply
-/// here, and must not be null. Its field width does not apply either. Whether writing worked, the
-/// stream's status() tells. Texts go out in the codec of the stream.
+/// All functions write to \a stream, which must not be null, in blocks of fixed size: a document of
+/// any size needs no additional memory. Texts are encoded with the codec of the stream. Neither its
+/// field width nor, if it is a TextStreamUTF8, its indentation applies. The stream's status() tells
+/// whether writing succeeded.
 ///
-/// All functions are static and keep no state; each may be called from any thread that may use the
-/// stream. Nothing here writes to the log.
+/// Lists and maps may be nested to any depth: writing needs no more of the thread's stack for it.
+///
+/// All functions are static and keep no state. Each may be called from any thread that may use the
+/// stream. Nothing is logged.
 class ORVAUTILS_EXPORT PhpCodeHelpers
 {
 public:
@@ -47,20 +49,21 @@ public:
     /// PhpCodeHelpers::formatVariantValue(&stream, QVariantList {1, 2.5}); // [1,2.5] and "\n"
     /// \endcode
     ///
-    /// - QByteArray: its text (UTF-8) as it is, without quotes, so that code can be passed through
+    /// - QByteArray: its text (UTF-8) as it is, without quotes, so that raw code can be passed
+    ///   through. It ends at the first NUL, as in QVariant::toString(); a QString does not
     /// - QString: in single quotes
     /// - bool: 1 or 0
-    /// - double: with six significant digits at most (0.1, 3, 1.23457e+06)
+    /// - double: with at most six significant digits (0.1, 3, 1.23457e+06)
     /// - int and long long: in decimal
     /// - QStringList: formatPhpArray()
     /// - `QMap<QString, QVariant>`: formatPhpMap()
     /// - `QList<QVariant>`: the literals in brackets, then a line break
-    /// - anything else (unsigned numbers, characters, dates …): what QVariant::toString() makes of
-    ///   it, as a QString; '' where that is nothing, as for an invalid value or a hash
+    /// - anything else (unsigned numbers, characters, dates …): the result of QVariant::toString()
+    ///   like a QString, which is '' for an invalid value or a hash
     ///
     /// Deliberate, because readers of existing files rely on it: a double quote in a text becomes
-    /// an escaped single one; backslashes are not escaped, so that PHP reads two of them as one and
-    /// a text that ends with one does not end its literal; and each list of variants inside a value
+    /// an escaped single one. Backslashes are not escaped, so that PHP reads two of them as one,
+    /// and one at the end of a text escapes the closing quote. Each list of variants inside a value
     /// is followed by a line break.
     static void formatVariantValue(QTextStream* stream, const QVariant& v);
 
@@ -73,7 +76,7 @@ public:
     /// Writes \a list as an array of numbers.
     static void formatPhpArray(QTextStream* stream, const QList<int>& list);
     /// Writes \a list as an array of the literals of formatVariantValue(), without a line break
-    /// behind it.
+    /// after it.
     static void formatPhpArray(QTextStream* stream, const QList<QVariant>& list);
 
     /// Writes \a map as an array with keys, in the order of the keys.
@@ -88,14 +91,14 @@ public:
     /// Keys sort as texts. One that is a whole number in decimal, as QString::toLongLong() reads
     /// it, is written as that number, any other as a quoted text.
     static void formatPhpMap(QTextStream* stream, const QMap<QString, QVariant>& map);
-    /// The same in the order in which \a hash iterates, which is not stable from run to run.
+    /// The same in the iteration order of \a hash, which may differ from run to run.
     static void formatPhpMap(QTextStream* stream, const QHash<QString, QVariant>& hash);
 
     // Declarations
 
-    /// Writes the line "const NAME=LITERAL;" with the literal of \a value, and " // COMMENT" at its
-    /// end where there is a comment. Neither \a name nor \a comment is checked: a line break in it
-    /// ends the line.
+    /// Writes the line "const NAME=LITERAL;" with the literal of \a value, followed by " //
+    /// COMMENT" if \a comment is not empty. Neither \a name nor \a comment is checked: a line break
+    /// in one of them ends the line.
     ///
     /// \code
     /// PhpCodeHelpers::writeConstant(&stream, "MAX", 3, "per order"); // const MAX=3; // per order
@@ -128,7 +131,8 @@ public:
     /// // }
     /// \endcode
     ///
-    /// An empty line stands in front. That the keys are identifiers is the caller's business.
+    /// An empty line precedes it. The keys are not checked: the caller makes sure that they are
+    /// valid names of constants.
     static void writePhpMapAsClassOfConstants(QTextStream* stream, const QString& className,
                                               const QMap<QString, QVariant>& map);
 };

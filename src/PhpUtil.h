@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// PhpUtil: double-quoted PHP strings, in which PHP puts the values of variables.
+// PhpUtil: double-quoted PHP strings, in which PHP interpolates variables.
 
 #ifndef ORVAUTILS_PHPUTIL_H
 #define ORVAUTILS_PHPUTIL_H
@@ -12,8 +12,7 @@
 
 /// Double-quoted PHP strings; PhpCodeHelpers writes single-quoted ones.
 ///
-/// All functions are static, keep no state and may be called from any thread. Nothing here writes
-/// to the log.
+/// All functions are static, keep no state and may be called from any thread. Nothing is logged.
 class ORVAUTILS_EXPORT PhpUtil
 {
 public:
@@ -25,8 +24,9 @@ public:
     /// PhpUtil::formatPhpString(R"(say "hi", $name)"); // R"("say \"hi\", $name")"
     /// \endcode
     ///
-    /// Deliberate: double quotes alone are escaped. A "$name" is replaced by the variable's value
-    /// when PHP runs, and a backslash begins an escape sequence, so \a s is code to be trusted.
+    /// Deliberate: only double quotes are escaped. PHP replaces "$name" by the value of the
+    /// variable and reads a backslash as the start of an escape sequence, so \a s must come from a
+    /// trusted source.
     static QString formatPhpString(const QString& s);
 
     /// The same as formatPhpString() of \a s.
