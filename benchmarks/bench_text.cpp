@@ -3,10 +3,13 @@
 
 // Text operations and code emitters beside what else does their work: ICU, QRegularExpression,
 // QVersionNumber, KFormat and QJsonDocument. Before anything is measured, all contenders are
-// checked to agree.
+// checked to agree. Some operations have themselves as a peer, with half as much to do, which shows
+// how their time grows.
 //
 // compare_text.py runs this program and prints the ratios.
 
+#include "FileUtils.h"
+#include "HTMLUtils.h"
 #include "JsCodeHelpers.h"
 #include "NetUtils.h"
 #include "PhpCodeHelpers.h"
@@ -395,6 +398,56 @@ void hostileWebAddress(benchmark::State& state)
     }
 }
 
+// Growth
+
+const int growthSize = 1 << 20;
+
+/// Runs \a operation on a text of \a c, of as many million characters as the argument of \a state.
+template <typename Operation>
+void runOnText(benchmark::State& state, QChar c, Operation operation)
+{
+    const QString text(int(state.range(0)) * growthSize, c);
+    for (auto _ : state)
+        operation(text);
+}
+
+void escapeManyQuotes(benchmark::State& state)
+{
+    runOnText(state, QLatin1Char('"'), [](const QString& text) {
+        benchmark::DoNotOptimize(StringUtils::escapeQuotes(text));
+    });
+}
+
+void replaceManyLineBreaks(benchmark::State& state)
+{
+    runOnText(state, QLatin1Char('\n'), [](QString text) {
+        HTMLUtils::htmlBRreplace(text);
+        benchmark::DoNotOptimize(text);
+    });
+}
+
+void indentManyLines(benchmark::State& state)
+{
+    runOnText(state, QLatin1Char('\n'), [](const QString& text) {
+        QString result;
+        TextStreamUTF8 stream(&result);
+        stream.incrementIndent();
+        stream << text;
+        benchmark::DoNotOptimize(result);
+    });
+}
+
+void normalizeManyAccents(benchmark::State& state)
+{
+    runOnText(state, QChar(0xe9), [](const QString& text) {
+        benchmark::DoNotOptimize(FileUtils::normalizeFilename(text));
+    });
+}
+
+BENCHMARK(escapeManyQuotes)->Name("escapeQuotes")->Arg(4)->Arg(8);
+BENCHMARK(replaceManyLineBreaks)->Name("htmlBRreplace")->Arg(4)->Arg(8);
+BENCHMARK(indentManyLines)->Name("TextStreamUTF8")->Arg(4)->Arg(8);
+BENCHMARK(normalizeManyAccents)->Name("normalizeFilename")->Arg(1)->Arg(2);
 BENCHMARK(removeAccentsOurs)->Name("removeAccents");
 BENCHMARK_CAPTURE(removeAccentsIcu, latinToAscii, latinToAscii)->Name("ICU Latin-ASCII");
 BENCHMARK_CAPTURE(removeAccentsIcu, marksAway, marksAway)->Name("ICU NFD, marks, NFC");

@@ -35,6 +35,16 @@ JOBS = [
     ("JavaScript object, 100,000 entries", "JavaScript", "fromVariant, toJson", 0.35),
 ]
 
+# Operations on a text of MILLIONS characters, each of which is replaced, and on one of half the
+# length: twice the work takes twice the time.
+GROWTH = [
+    ("escapeQuotes", 8),
+    ("htmlBRreplace", 8),
+    ("TextStreamUTF8", 8),
+    ("normalizeFilename", 2),
+]
+GROWTH_RATIO = 2.6
+
 # What two hostile addresses of each kind may take together.
 HOSTILE = ["hostile e-mail addresses", "hostile web addresses"]
 HOSTILE_SECONDS = 0.1
@@ -51,6 +61,9 @@ def main():
     table = Table("Text and generated code")
     for what, ours, peer, promised in JOBS:
         table.add(what, seconds[ours], peer, seconds[peer], promised)
+    for name, millions in GROWTH:
+        table.add(f"{name}, {millions} million characters", seconds[f"{name}/{millions}"],
+                  "half as many", seconds[f"{name}/{millions // 2}"], GROWTH_RATIO)
     for name in HOSTILE:
         table.add(name, seconds[name], "the limit", HOSTILE_SECONDS, 1.0)
     print(table)
