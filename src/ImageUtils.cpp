@@ -10,6 +10,7 @@
 #include "intactfile_p.h"
 #include "logrecord_p.h"
 #include "orientation_p.h"
+#include "pictureimport_p.h"
 #include "picturereader_p.h"
 #include "picturesize_p.h"
 #include "picturewriter_p.h"
@@ -177,7 +178,8 @@ bool ImageFileCopy::load()
         const QSize wanted = needsScaling(mWholeSize)
             ? scaledSize(mWholeSize, target(), aspectRatioMode())
             : QSize();
-        loaded = loadJpeg(mSource, mWholeSize, wanted, &mImage);
+        QByteArray bytes;
+        loaded = readWholeFile(mSource, &bytes) && decodeJpeg(bytes, mWholeSize, wanted, &mImage);
     } else {
         loaded = loadWhole(mSource, &mImage);
     }
@@ -309,6 +311,12 @@ bool ImageUtils::copyImageFile(const QString& src, const QString& dst, bool keep
     FileUtils::old::forceDirectoryCreationForAFile(dst);
     const QString source = src.startsWith(QLatin1String("file://")) ? src.mid(7) : src;
     return ImageFileCopy(source, dst, {keepAspectRatio, maxSize, options, quality}).run();
+}
+
+ImageImportResult ImageUtils::importImage(const QString& src, const QString& dst,
+                                          const ImageImport& how)
+{
+    return importPicture(src, dst, how);
 }
 
 QSize ImageUtils::imageSize(const QString& path)

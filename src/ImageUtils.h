@@ -6,6 +6,8 @@
 #ifndef ORVAUTILS_IMAGEUTILS_H
 #define ORVAUTILS_IMAGEUTILS_H
 
+#include "ImageImport.h"
+#include "ImageImportResult.h"
 #include "orvautils_export.h"
 
 #include <QByteArray>
@@ -162,6 +164,41 @@ public:
     static bool copyImageFile(const QString& src, const QString& dst, bool keepAspectRatio,
                               const QSize& maxSize, OptionsImageCopy options = OptionsImageCopy(),
                               int quality = -1);
+
+    /// Imports the picture \a src as \a dst as \a how says: upright, no larger than wanted, with
+    /// its colour profile and as much else as it may tell. Missing folders of \a dst are created. A
+    /// leading "file://" of \a src is dropped.
+    ///
+    /// \code
+    /// ImageImport how;
+    /// how.maxSize = QSize(1600, 1600);
+    /// const ImageImportResult result = ImageUtils::importImage(photo, site + "/boat.jpg", how);
+    /// if (!result)
+    ///     QMessageBox::warning(this, tr("Import"), result.error);
+    /// \endcode
+    ///
+    /// Pixels are copied as they are stored, whatever the format, where the picture need be neither
+    /// scaled, turned, converted to sRGB nor written in another format; what it tells beside them
+    /// is brought to ImageImport::Metadata all the same, and where nothing of it has to go the
+    /// result is the source byte for byte. Otherwise the picture is decoded and encoded anew:
+    /// - its orientation, all eight, is that of EXIF in a JPEG, PNG or WebP, and what Qt's reader
+    ///   tells of other formats;
+    /// - a JPEG that is to become smaller is decoded at a reduced size, as copyImageFile() does it;
+    /// - metadata is carried into a JPEG, PNG or WebP. It then says that the picture is upright,
+    ///   states its new size, and has no thumbnail of the old one;
+    /// - a picture with transparent pixels is laid on white where the format has none.
+    ///
+    /// GIF and SVG files are not encoded: without another ImageImport::format they are copied
+    /// whatever their size is, metadata of a GIF apart.
+    ///
+    /// \a src is only read, and nothing is lost at \a dst, as with copyImageFile(): unless the
+    /// import succeeds, what stood there is unchanged. What is too large is refused after its
+    /// header was read, as is a JPEG of more than a thousand segments or scans.
+    ///
+    /// May be called from any thread; for many pictures see ImageImporter. What fails is logged
+    /// with LogType 2.
+    static ImageImportResult importImage(const QString& src, const QString& dst,
+                                         const ImageImport& how = ImageImport());
 
     /// The size that the header of the image file \a path states; the picture is not decoded.
     /// Invalid, (-1, -1), if there is none, and if more than a thousand segments stand before the

@@ -12,6 +12,8 @@
 #include <QImage>
 #include <QImageReader>
 
+#include <limits>
+
 #ifdef Q_OS_LINUX
 #include <sys/mman.h>
 #endif
@@ -113,7 +115,7 @@ QImage imageInLargePages(const QSize& size)
 ///
 /// The file comes as bytes, because of them Qt shows the decoder all at once; of a file it shows
 /// 4 KiB at a time, and with less than 3 KiB before it the decoder goes a slow and careful way.
-bool decodeJpeg(const QByteArray& bytes, const QSize& size, const QSize& target, QImage* image)
+bool decodeJpegAt(const QSize& size, const QByteArray& bytes, const QSize& target, QImage* image)
 {
     if (!OrvaUtilsPrivate::fitsInMemory(size))
         return false;
@@ -158,6 +160,24 @@ bool loadWhole(const QString& path, QImage* image)
     return fitsInMemory(reader) && reader.read(image) && file.isIntact();
 }
 
+bool readWholeFile(const QString& path, QByteArray* bytes)
+{
+    IntactFile file(path);
+    if (!file.isIntact() || file.size() > std::numeric_limits<int>::max() / 2)
+        return false;
+    *bytes = file.readAll();
+    return file.isIntact();
+}
+
+bool decodeAsStored(const QByteArray& bytes, const QByteArray& format, QImage* image)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer, format);
+    reader.setAutoTransform(false);
+    return fitsInMemory(reader) && reader.read(image);
+}
+
 // JPEG stores blocks of 8 x 8 pixels, from which the decoder makes blocks of 1, 2 or 4 pixels a
 // side much faster and in a fraction of the memory. It rounds the size of the picture up where it
 // is not a multiple, which would shift the pixels; such a picture is not reduced that far.
@@ -170,11 +190,9 @@ bool loadWhole(const QString& path, QImage* image)
 // - from 2.5 on the luma always stayed within 39 dB (PSNR);
 // - below, a half whose detail the condition accepts stayed within 39 dB; an eighth and a quarter
 //   would have to be refused too often to be worth a try.
-bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QImage* image)
+bool decodeJpeg(const QByteArray& bytes, const QSize& whole, const QSize& target, QImage* image)
 {
-    IntactFile file(path);
-    const QByteArray bytes = file.isIntact() ? file.readAll() : QByteArray();
-    if (!file.isIntact() || hasTooManySegments(bytes))
+    if (hasTooManySegments(bytes))
         return false;
     for (const int divisor : {8, 4, 2}) {
         if (!target.isValid() || whole.width() % divisor != 0 || whole.height() % divisor != 0)
@@ -185,12 +203,12 @@ bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QIma
         const bool ample = density >= 2.5;
         if (density < 1 || (!ample && divisor != 2))
             continue;
-        if (decodeJpeg(bytes, reduced, target, image)
+        if (decodeJpegAt(reduced, bytes, target, image)
             && (ample || reduced == target || fineDetail(*image) <= 200 * density * density))
             return true;
         *image = QImage();
     }
-    return decodeJpeg(bytes, whole, target, image);
+    return decodeJpegAt(whole, bytes, target, image);
 }
 
 } // namespace OrvaUtilsPrivate

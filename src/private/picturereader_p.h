@@ -39,10 +39,17 @@ PictureHeader readPictureHeader(const QString& path);
 /// scans.
 bool loadWhole(const QString& path, QImage* image);
 
-/// As loadWhole(), for the JPEG file \a path whose size is \a whole and which is to be scaled to
-/// \a target, or not at all where \a target is invalid. It may be decoded at a reduced size where
-/// the scaled picture will not show it.
-bool loadJpeg(const QString& path, const QSize& whole, const QSize& target, QImage* image);
+/// Reads the whole file \a path, which is no larger than an array of bytes can be.
+bool readWholeFile(const QString& path, QByteArray* bytes);
+
+/// Decodes the JPEG \a bytes, whose size is \a whole and which is to be scaled to \a target, or not
+/// at all where \a target is invalid. It may be decoded at a reduced size where the scaled picture
+/// will not show it. False as with loadWhole().
+bool decodeJpeg(const QByteArray& bytes, const QSize& whole, const QSize& target, QImage* image);
+
+/// Decodes the picture \a bytes, of \a format, as it is stored: not turned, whatever its reader
+/// does otherwise. False as with loadWhole().
+bool decodeAsStored(const QByteArray& bytes, const QByteArray& format, QImage* image);
 
 } // namespace OrvaUtilsPrivate
 

@@ -3,14 +3,35 @@
 
 #include "picturewriter_p.h"
 
-#include "filesystem_p.h"
+#include "replacement_p.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include <QBuffer>
+#include <QFileDevice>
 #include <QImage>
 #include <QImageWriter>
 
 namespace OrvaUtilsPrivate {
+
+namespace {
+
+/// Replaces what stands at \a dst by what \a write puts into the device that it is given.
+template <typename Write>
+SaveResult replaceWith(const QString& dst, QString* error, Write write)
+{
+    Replacement replacement(dst, Replacement::Old::Removed);
+    // A folder in which no file can be made does not let go of one either.
+    const bool begun = replacement.begin();
+    if (begun && !write(replacement.device()))
+        return SaveResult::CannotSave;
+    if (begun && replacement.commit())
+        return SaveResult::Saved;
+    *error = replacement.reason();
+    return replacement.replaces() && replacement.failure() != Replacement::Failure::Content
+        ? SaveResult::CannotRemove
+        : SaveResult::CannotSave;
+}
+
+} // namespace
 
 bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QString* error)
 {
@@ -33,31 +54,36 @@ bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QS
     return true;
 }
 
+bool encodeInMemory(const QImage& image, const Encoding& encoding, QByteArray* bytes,
+                    QString* error)
+{
+    QBuffer buffer(bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, encoding.format);
+    if (encoding.format == "jpeg" || encoding.format == "webp")
+        writer.setQuality(encoding.quality);
+    writer.setProgressiveScanWrite(encoding.progressive);
+    if (writer.write(image))
+        return true;
+    *error = writer.errorString();
+    return false;
+}
+
 SaveResult replacePicture(const QImage& image, const QString& dst, const Encoding& encoding,
                           QString* error)
 {
-    const bool replaces = QFileInfo::exists(dst);
-    QFile file(pathBeside(dst));
-    // A folder in which no file can be made does not let go of one either.
-    if (!file.open(QIODevice::WriteOnly) && replaces) {
-        *error = file.errorString();
-        return SaveResult::CannotRemove;
-    }
+    return replaceWith(dst, error,
+                       [&](QFileDevice& file) { return encode(image, file, encoding, error); });
+}
 
-    bool encoded = encode(image, file, encoding, error);
-    // Not even a power failure may find the old picture gone and the new one not there yet.
-    if (encoded && replaces && !putOnDisk(file.handle(), error))
-        encoded = false;
-    file.close();
-    // Some file systems tell only now that they are full.
-    if (encoded && file.error() != QFileDevice::NoError) {
+SaveResult replaceBytes(const QByteArray& bytes, const QString& dst, QString* error)
+{
+    return replaceWith(dst, error, [&](QFileDevice& file) {
+        if (file.write(bytes) == bytes.size() && file.flush())
+            return true;
         *error = file.errorString();
-        encoded = false;
-    }
-    if (encoded && moveOver(file.fileName(), dst, error))
-        return SaveResult::Saved;
-    file.remove();
-    return encoded && replaces ? SaveResult::CannotRemove : SaveResult::CannotSave;
+        return false;
+    });
 }
 
 } // namespace OrvaUtilsPrivate

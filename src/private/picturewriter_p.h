@@ -40,6 +40,14 @@ enum class SaveResult {
 SaveResult replacePicture(const QImage& image, const QString& dst, const Encoding& encoding,
                           QString* error);
 
+/// Puts \a bytes in the place of what stands at \a dst, as replacePicture() does a picture.
+SaveResult replaceBytes(const QByteArray& bytes, const QString& dst, QString* error);
+
+/// Encodes \a image into \a bytes, with its quality where the format has one. Where that fails,
+/// \a error tells why.
+bool encodeInMemory(const QImage& image, const Encoding& encoding, QByteArray* bytes,
+                    QString* error);
+
 } // namespace OrvaUtilsPrivate
 
 #endif // ORVAUTILS_PICTUREWRITER_P_H

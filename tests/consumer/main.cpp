@@ -28,6 +28,8 @@
 #include <GoogleFontLoader.h>
 #include <GoogleFontWeightDetail.h>
 #include <HTMLUtils.h>
+#include <ImageImport.h>
+#include <ImageImportResult.h>
 #include <ImageUtils.h>
 #include <JsCodeHelpers.h>
 #include <KeyPressCheatCodeDetection.h>
@@ -82,6 +84,7 @@ bool hasAllOfTheLibrary()
         && names.contains(QStringLiteral("Zilla Slab Highlight"))
         && CurrencyUtils::currencyNumericCode(QStringLiteral("EUR")) == 978
         && ImageUtils::createTransparentPixmap(QImage(), Qt::red, 50).size() == QSize(20, 20)
+        && !ImageUtils::importImage(QString(), QString(), ImageImport())
         && qstrcmp(meta->className(), "Thread") == 0
         && meta->indexOfSignal("progressThread(QString,QString)") >= 0;
 }

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ImageImportResult: what came of importing a picture.
+
+#ifndef ORVAUTILS_IMAGEIMPORTRESULT_H
+#define ORVAUTILS_IMAGEIMPORTRESULT_H
+
+#include <QByteArray>
+#include <QMetaType>
+#include <QSize>
+#include <QString>
+
+/// The answer of ImageUtils::importImage() and ImageImporter.
+struct ImageImportResult
+{
+    enum Status {
+        Imported, ///< the destination is the picture, encoded anew
+        Copied, ///< the destination is the picture; its pixels were copied as they are stored
+        NotFound, ///< there is no such source
+        NotAnImage, ///< Qt has no reader for the source
+        TooLarge, ///< the source has more pixels than wanted, or than fit into memory
+        Truncated, ///< the source breaks off, and that is not wanted or leaves nothing to decode
+        NotReadable, ///< the source cannot be read or decoded
+        NotWritable, ///< the destination cannot be written, or not in that format
+        Cancelled ///< the import was cancelled before it was complete
+    };
+
+    /// Whether the destination is the imported picture now. If not, what stood there before is
+    /// unchanged.
+    explicit operator bool() const { return status == Imported || status == Copied; }
+
+    Status status = NotFound;
+    /// Why the import failed: one translated sentence for a user, without any folder. Empty where
+    /// it succeeded.
+    QString error;
+    /// The format of the imported file, such as "jpeg"; that of the source where the import failed.
+    QByteArray format;
+    /// The size of the source as its header states it, not turned; invalid where it is unknown.
+    QSize sourceSize;
+    /// The size of the imported picture; invalid where the import failed.
+    QSize size;
+    /// The orientation of the source: 1 to 8 as in EXIF, 0 where it states none.
+    int orientation = 0;
+    /// Whether the source breaks off before its end. The part that is missing is grey, or whatever
+    /// else the image reader makes of it.
+    bool truncated = false;
+};
+
+Q_DECLARE_METATYPE(ImageImportResult)
+
+#endif // ORVAUTILS_IMAGEIMPORTRESULT_H

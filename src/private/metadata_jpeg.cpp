@@ -1,0 +1,210 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Metadata in a JPEG: in APP segments and comments between its other segments.
+
+#include "asconst_p.h"
+#include "jpegsegments_p.h"
+#include "picturemetadata_p.h"
+
+#include <QBuffer>
+#include <QMap>
+#include <QtEndian>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+const QByteArray exifName = QByteArrayLiteral("Exif\0\0");
+const QByteArray xmpName = QByteArrayLiteral("http://ns.adobe.com/xap/1.0/\0");
+const QByteArray profileName = QByteArrayLiteral("ICC_PROFILE\0");
+const QByteArray multiPictureName = QByteArrayLiteral("MPF\0");
+const QByteArray iptcName = QByteArrayLiteral("Photoshop 3.0\0");
+
+/// The segments of one file, each with what follows it up to the next marker: the data of a scan.
+struct Segment
+{
+    quint16 marker;
+    QByteArray payload;
+    QByteArray whole;
+};
+
+struct Segments
+{
+    QList<Segment> list;
+    bool endsProperly = false;
+    qint64 end = 0; // of the picture in the file
+};
+
+/// None of the arrays is a copy: they are valid as long as \a file is.
+QByteArray part(const QByteArray& file, qint64 begin, qint64 end)
+{
+    end = qMin(end, qint64(file.size()));
+    return begin < end ? QByteArray::fromRawData(file.constData() + begin, int(end - begin))
+                       : QByteArray();
+}
+
+Segments segmentsOf(const QByteArray& file)
+{
+    Segments result;
+    QBuffer buffer;
+    buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    JpegSegments walker(&buffer, JpegSegments::Markers::Standard);
+    qint64 begin = -1; // of the segment that is not complete yet
+    const auto closeAt = [&](qint64 end) {
+        if (begin >= 0)
+            result.list.last().whole = part(file, begin, end);
+    };
+    for (bool found = walker.begin(); found; found = walker.next()) {
+        closeAt(walker.position());
+        begin = walker.position();
+        const qint64 payload = walker.payloadPosition();
+        result.list.append(
+            {walker.marker(), part(file, payload, payload + walker.claimedSize()), QByteArray()});
+    }
+    result.endsProperly = walker.marker() == JpegMarker::EndOfImage;
+    result.end = result.endsProperly ? walker.position() + 2 : file.size();
+    closeAt(result.endsProperly ? walker.position() : result.end);
+    return result;
+}
+
+bool isProfile(const Segment& segment)
+{
+    return segment.marker == JpegMarker::App2 && segment.payload.startsWith(profileName);
+}
+
+/// Whether a decoder, or a program that shows the colours right, needs the segment.
+bool belongsToPicture(const Segment& segment)
+{
+    const quint16 app14 = 0xFFEE; // of Adobe: how the colours are stored
+    if (segment.marker == JpegMarker::App0)
+        return segment.payload.startsWith(QByteArrayLiteral("JFIF\0"));
+    if (segment.marker == app14 || isProfile(segment))
+        return true;
+    const quint16 app15 = 0xFFEF;
+    const bool isApp = segment.marker >= JpegMarker::App0 && segment.marker <= app15;
+    return !isApp && segment.marker != JpegMarker::Comment;
+}
+
+/// The segment that holds \a name and \a payload; nothing where they are too long for one.
+QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& payload)
+{
+    const int size = name.size() + payload.size();
+    if (size > JpegSegments::MaximumPayload)
+        return QByteArray();
+    QByteArray bytes(4, '\0');
+    qToBigEndian(marker, reinterpret_cast<uchar*>(bytes.data()));
+    qToBigEndian(quint16(size + 2), reinterpret_cast<uchar*>(bytes.data() + 2));
+    return bytes + name + payload;
+}
+
+/// A profile, in as many segments as it takes; nothing where it is too long for them.
+QByteArray profileSegments(const QByteArray& profile)
+{
+    const int most = JpegSegments::MaximumPayload - profileName.size() - 2;
+    const int count = (profile.size() + most - 1) / most;
+    if (count > 255)
+        return QByteArray();
+    QByteArray bytes;
+    for (int i = 0; i < count; ++i) {
+        const char place[] = {char(i + 1), char(count)};
+        bytes += segment(JpegMarker::App2, profileName + QByteArray(place, 2),
+                         profile.mid(i * most, most));
+    }
+    return bytes;
+}
+
+QByteArray metadataSegments(const PictureMetadata& metadata)
+{
+    QByteArray bytes;
+    if (!metadata.exif.isEmpty())
+        bytes += segment(JpegMarker::App1, exifName, metadata.exif);
+    if (!metadata.xmp.isEmpty())
+        bytes += segment(JpegMarker::App1, xmpName, metadata.xmp);
+    if (!metadata.iptc.isEmpty())
+        bytes += segment(JpegMarker::App13, QByteArray(), metadata.iptc);
+    for (const QByteArray& other : metadata.others)
+        bytes += other;
+    for (const QByteArray& comment : metadata.comments)
+        bytes += segment(JpegMarker::Comment, QByteArray(), comment);
+    return bytes;
+}
+
+/// The profile, whose parts are numbered.
+QByteArray profileOf(const Segments& segments)
+{
+    QMap<int, QByteArray> parts;
+    for (const Segment& segment : segments.list) {
+        if (isProfile(segment) && segment.payload.size() > profileName.size() + 2)
+            parts.insert(uchar(segment.payload.at(profileName.size())), segment.payload);
+    }
+    QByteArray profile;
+    for (const QByteArray& payload : asConst(parts))
+        profile += payload.mid(profileName.size() + 2);
+    return profile;
+}
+
+void takeMetadata(const Segment& segment, MetadataFindings* findings)
+{
+    PictureMetadata& metadata = findings->metadata;
+    const QByteArray& payload = segment.payload;
+    const auto detached = [](const QByteArray& bytes) {
+        return QByteArray(bytes.constData(), bytes.size());
+    };
+    if (segment.marker == JpegMarker::App1 && payload.startsWith(exifName)) {
+        if (metadata.exif.isEmpty()) // of several, readers take the first one
+            metadata.exif = payload.mid(exifName.size());
+    } else if (segment.marker == JpegMarker::App1 && payload.startsWith(xmpName)) {
+        if (metadata.xmp.isEmpty())
+            metadata.xmp = payload.mid(xmpName.size());
+    } else if (segment.marker == JpegMarker::App13 && payload.startsWith(iptcName)
+               && metadata.iptc.isEmpty()) {
+        metadata.iptc = detached(payload);
+    } else if (segment.marker == JpegMarker::Comment) {
+        metadata.comments.append(detached(payload));
+    } else if (!belongsToPicture(segment)
+               // Its offsets would be wrong, and what it leads to is dropped.
+               && !payload.startsWith(multiPictureName)) {
+        metadata.others.append(detached(segment.whole));
+    }
+}
+
+} // namespace
+
+MetadataFindings readJpegMetadata(const QByteArray& file)
+{
+    const Segments segments = segmentsOf(file);
+    MetadataFindings findings;
+    for (const Segment& segment : segments.list)
+        takeMetadata(segment, &findings);
+    findings.profile = profileOf(segments);
+    findings.hasProfile = !findings.profile.isEmpty();
+    findings.isTruncated = !segments.endsProperly;
+    findings.hasTrailer = segments.end < file.size();
+    return findings;
+}
+
+QByteArray jpegWithMetadata(const QByteArray& file, const PictureMetadata& metadata,
+                            const QByteArray& profile)
+{
+    const Segments segments = segmentsOf(file);
+    QByteArray result;
+    result.reserve(file.size() + metadata.exif.size() + metadata.xmp.size());
+    result += file.left(2);
+    const QByteArray added = metadataSegments(metadata) + profileSegments(profile);
+    bool isAdded = false;
+    for (const Segment& segment : segments.list) {
+        if (!isAdded && segment.marker != JpegMarker::App0) {
+            result += added;
+            isAdded = true;
+        }
+        if (belongsToPicture(segment) && (profile.isEmpty() || !isProfile(segment)))
+            result += segment.whole;
+    }
+    if (segments.endsProperly)
+        result += file.mid(int(segments.end) - 2, 2);
+    return isAdded ? result : QByteArray();
+}
+
+} // namespace OrvaUtilsPrivate

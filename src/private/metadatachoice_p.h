@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// What of a picture's metadata an import keeps.
+
+#ifndef ORVAUTILS_METADATACHOICE_P_H
+#define ORVAUTILS_METADATACHOICE_P_H
+
+#include "ImageImport.h"
+#include "picturemetadata_p.h"
+
+#include <QSize>
+
+namespace OrvaUtilsPrivate {
+
+/// What of \a found the imported file may tell.
+PictureMetadata chosenMetadata(const PictureMetadata& found, ImageImport::Metadata choice);
+
+/// \a metadata with the orientation of a picture that is not turned, which has to stay whatever
+/// else goes.
+PictureMetadata withOrientation(const PictureMetadata& metadata, int orientation);
+
+/// \a metadata for a picture that was encoded anew in \a size: it is upright if \a isUpright, and
+/// a thumbnail would show the old one.
+PictureMetadata adaptedMetadata(const PictureMetadata& metadata, const QSize& size, bool isUpright);
+
+/// The orientation that \a metadata states: 1 to 8, 0 for none.
+int orientationIn(const PictureMetadata& metadata);
+
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_METADATACHOICE_P_H

@@ -1,0 +1,370 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "pictureimport_p.h"
+
+#include "FileUtils.h"
+#include "filecopy_p.h"
+#include "logrecord_p.h"
+#include "metadatachoice_p.h"
+#include "orientation_p.h"
+#include "picturemetadata_p.h"
+#include "picturereader_p.h"
+#include "picturesize_p.h"
+#include "picturewriter_p.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageWriter>
+#include <QPainter>
+
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+#include <QColorSpace>
+#endif
+
+#include <limits>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("ImageImport", text);
+}
+
+/// The one name of a format that has two.
+QByteArray formatNamed(const QByteArray& name)
+{
+    const QByteArray lower = name.toLower();
+    if (lower == "jpg")
+        return QByteArrayLiteral("jpeg");
+    return lower == "tif" ? QByteArrayLiteral("tiff") : lower;
+}
+
+/// Lays a picture with transparent pixels on white.
+QImage onWhite(const QImage& image)
+{
+    QImage opaque(image.size(), QImage::Format_RGB32);
+    if (opaque.isNull())
+        return opaque;
+    opaque.fill(Qt::white);
+    QPainter painter(&opaque);
+    painter.drawImage(0, 0, image);
+    painter.end();
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    opaque.setColorSpace(image.colorSpace());
+#endif
+    return opaque;
+}
+
+/// One import, step by step. Each step that fails says so in the result.
+class PictureImport
+{
+public:
+    PictureImport(const QString& src, const QString& dst, const ImageImport& how,
+                  ImportControl* control)
+        : mSource(src.startsWith(QLatin1String("file://")) ? src.mid(7) : src)
+        , mDestination(dst)
+        , mHow(how)
+        , mControl(control)
+    { }
+
+    ImageImportResult run();
+
+private:
+    bool inspect();
+    bool read();
+    bool examine();
+    bool mustReencode() const;
+    bool copy();
+    bool load();
+    bool fit();
+    bool finishPixels();
+    bool store();
+
+    bool fail(ImageImportResult::Status status, const QString& error);
+    bool failsWithName(ImageImportResult::Status status, const char* error);
+    bool isCancelled();
+    bool isCopiedAlways() const;
+    bool mustTurn() const { return mHow.upright && mResult.orientation > 1; }
+    bool mustConvert() const;
+    QSize limit() const;
+    QSize targetSize(const QSize& picture) const;
+    qint64 memoryFor() const;
+    PictureMetadata metadata() const;
+    QByteArray splicedProfile() const;
+
+    const QString mSource;
+    const QString mDestination;
+    const ImageImport mHow;
+    ImportControl* const mControl;
+
+    ImageImportResult mResult;
+    PictureHeader mHeader;
+    QByteArray mFormat; // of the destination
+    QByteArray mBytes; // the source
+    MetadataFindings mFound;
+    QImage mImage;
+    bool mWasGrey = false;
+};
+
+ImageImportResult PictureImport::run()
+{
+    const bool done = inspect() && read() && examine()
+        && (mustReencode() ? load() && fit() && finishPixels() && store() : copy());
+    if (done)
+        mResult.format = mFormat;
+    return mResult;
+}
+
+/// Reads the header, and refuses by it what is not wanted.
+bool PictureImport::inspect()
+{
+    const QFileInfo info(mSource);
+    if (!info.exists())
+        return failsWithName(ImageImportResult::NotFound, "There is no file \"%1\".");
+    if (info.isDir())
+        return failsWithName(ImageImportResult::NotAnImage, "\"%1\" is no picture.");
+    mHeader = readPictureHeader(mSource);
+    mResult.format = formatNamed(mHeader.format);
+    mResult.sourceSize = mHeader.size;
+    if (!mHeader.isIntact) {
+        return failsWithName(ImageImportResult::NotReadable, "\"%1\" cannot be read.");
+    }
+    if (mHeader.format.isEmpty())
+        return failsWithName(ImageImportResult::NotAnImage, "\"%1\" is no picture.");
+
+    const qint64 pixels = qint64(mHeader.size.width()) * mHeader.size.height();
+    const bool isTooLong = info.size() > std::numeric_limits<int>::max() / 2;
+    if ((mHow.maxPixels > 0 && pixels > mHow.maxPixels) || isTooLong
+        || !fitsInMemory(mHeader.size, mHeader.bytesPerPixel))
+        return failsWithName(ImageImportResult::TooLarge, "\"%1\" is too large.");
+    mFormat = mHow.format.isEmpty() ? mResult.format : formatNamed(mHow.format);
+    return !isCancelled();
+}
+
+bool PictureImport::read()
+{
+    if (mControl && !mControl->mayTake(memoryFor()))
+        return fail(ImageImportResult::Cancelled, translated("The import was cancelled."));
+    if (!readWholeFile(mSource, &mBytes))
+        return failsWithName(ImageImportResult::NotReadable, "\"%1\" cannot be read.");
+    return true;
+}
+
+/// Looks for what stands beside the pixels.
+bool PictureImport::examine()
+{
+    mFound = readMetadata(mBytes, mResult.format);
+    mResult.orientation = orientationIn(mFound.metadata);
+    if (mResult.orientation == 0 && mHeader.orientation > 1)
+        mResult.orientation = mHeader.orientation;
+    mResult.truncated = mFound.isTruncated;
+    if (mResult.truncated && mHow.refuseTruncated)
+        return failsWithName(ImageImportResult::Truncated, "\"%1\" is incomplete.");
+    return !isCancelled();
+}
+
+bool PictureImport::mustReencode() const
+{
+    if (isCopiedAlways())
+        return false;
+    const bool holdsUnknown =
+        !canCarryMetadata(mFormat) && mHow.metadata != ImageImport::AllMetadata;
+    return mFormat != mResult.format || holdsUnknown || mustTurn() || mustConvert()
+        || exceeds(mHeader.size, limit());
+}
+
+/// Copies the file, or all of it but some metadata.
+bool PictureImport::copy()
+{
+    FileUtils::old::forceDirectoryCreationForAFile(mDestination);
+    const bool keepsAll = mHow.metadata == ImageImport::AllMetadata || mFormat == "svg"
+        || (metadata() == mFound.metadata && !mFound.hasTrailer);
+    bool copied = false;
+    if (keepsAll) {
+        copied = copyFile(mSource, mDestination, OldFile::Kept);
+    } else {
+        const QByteArray bytes = withMetadata(mBytes, mFormat, metadata());
+        if (bytes.isEmpty())
+            return failsWithName(ImageImportResult::NotReadable, "\"%1\" is damaged.");
+        QString error;
+        copied = replaceBytes(bytes, mDestination, &error) == SaveResult::Saved;
+    }
+    if (!copied)
+        return failsWithName(ImageImportResult::NotWritable, "\"%1\" cannot be saved.");
+    mResult.status = ImageImportResult::Copied;
+    mResult.size = mHeader.size;
+    return true;
+}
+
+bool PictureImport::load()
+{
+    if (!QImageWriter::supportedImageFormats().contains(mFormat)) {
+        return fail(ImageImportResult::NotWritable,
+                    translated("Pictures cannot be saved in the format \"%1\".")
+                        .arg(QString::fromLatin1(mFormat)));
+    }
+    const bool loaded = mResult.format == "jpeg"
+        ? decodeJpeg(mBytes, mHeader.size, targetSize(mHeader.size), &mImage)
+        : decodeAsStored(mBytes, mResult.format, &mImage);
+    if (loaded && !mImage.isNull()) {
+        mWasGrey = mImage.format() == QImage::Format_Grayscale8;
+        mBytes = QByteArray();
+        return !isCancelled();
+    }
+    return mResult.truncated ? failsWithName(ImageImportResult::Truncated, "\"%1\" is incomplete.")
+                             : failsWithName(ImageImportResult::NotReadable, "\"%1\" is damaged.");
+}
+
+/// Scales the picture if it is too large.
+bool PictureImport::fit()
+{
+    // A JPEG may have been decoded at a reduced size. Other formats may not tell theirs before.
+    const QSize whole = mResult.format == "jpeg" ? mHeader.size : mImage.size();
+    const QSize target = targetSize(whole);
+    if (target.isValid() && target != mImage.size()) {
+        mImage = mImage.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        if (mImage.isNull())
+            return failsWithName(ImageImportResult::TooLarge, "\"%1\" is too large.");
+    }
+    return !isCancelled();
+}
+
+/// Turns the picture and brings its colours to what is wanted and what the format has.
+bool PictureImport::finishPixels()
+{
+    if (mustTurn())
+        mImage = upright(mImage, mResult.orientation);
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    if (mustConvert() && mImage.colorSpace().isValid())
+        mImage.convertToColorSpace(QColorSpace::SRgb);
+#endif
+    const bool hasNoAlpha = mFormat == "jpeg" || mFormat == "ppm" || mFormat == "pgm";
+    if (hasNoAlpha && mImage.hasAlphaChannel())
+        mImage = onWhite(mImage);
+    if (mWasGrey && mImage.format() == QImage::Format_RGB32) // scaling made it one
+        mImage = mImage.convertToFormat(QImage::Format_Grayscale8);
+    if (mImage.isNull())
+        return failsWithName(ImageImportResult::TooLarge, "\"%1\" is too large.");
+    return !isCancelled();
+}
+
+bool PictureImport::store()
+{
+    QByteArray bytes;
+    QString error;
+    const Encoding encoding = {mFormat, qBound(0, mHow.quality, 100), mHow.progressive};
+    if (!encodeInMemory(mImage, encoding, &bytes, &error))
+        return failsWithName(ImageImportResult::NotWritable, "\"%1\" cannot be saved.");
+    mResult.size = mImage.size();
+    mImage = QImage();
+    if (canCarryMetadata(mFormat)) {
+        const QByteArray carrying = withMetadata(bytes, mFormat, metadata(), splicedProfile());
+        if (!carrying.isEmpty())
+            bytes = carrying;
+    }
+    if (isCancelled())
+        return false;
+    FileUtils::old::forceDirectoryCreationForAFile(mDestination);
+    if (replaceBytes(bytes, mDestination, &error) != SaveResult::Saved)
+        return failsWithName(ImageImportResult::NotWritable, "\"%1\" cannot be saved.");
+    mResult.status = ImageImportResult::Imported;
+    return true;
+}
+
+bool PictureImport::fail(ImageImportResult::Status status, const QString& error)
+{
+    mResult.status = status;
+    mResult.error = error;
+    mResult.size = QSize();
+    if (status != ImageImportResult::Cancelled) {
+        LogRecord(2, "ImageUtils", "importImage", __LINE__)
+            << "status" << int(status) << mSource << mDestination;
+    }
+    return false;
+}
+
+bool PictureImport::failsWithName(ImageImportResult::Status status, const char* error)
+{
+    const QString path = status == ImageImportResult::NotWritable ? mDestination : mSource;
+    return fail(status, translated(error).arg(QFileInfo(path).fileName()));
+}
+
+bool PictureImport::isCancelled()
+{
+    return mControl && mControl->isCancelled()
+        && !fail(ImageImportResult::Cancelled, translated("The import was cancelled."));
+}
+
+/// Whether the format is one that Qt does not write, and that no other one is asked for.
+bool PictureImport::isCopiedAlways() const
+{
+    return mFormat == mResult.format && (mFormat == "gif" || mFormat == "svg");
+}
+
+/// Whether the colours have to be converted to sRGB.
+bool PictureImport::mustConvert() const
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    if (mHow.colorProfile != ImageImport::ConvertToSrgb || !mFound.hasProfile)
+        return false;
+    return mFound.profile.isEmpty()
+        || QColorSpace::fromIccProfile(mFound.profile) != QColorSpace(QColorSpace::SRgb);
+#else
+    return false;
+#endif
+}
+
+/// The most that the picture may measure as it is stored.
+QSize PictureImport::limit() const
+{
+    const int none = std::numeric_limits<int>::max();
+    const QSize most(mHow.maxSize.width() < 1 ? none : mHow.maxSize.width(),
+                     mHow.maxSize.height() < 1 ? none : mHow.maxSize.height());
+    return isSideways(mResult.orientation) ? most.transposed() : most;
+}
+
+/// The size to which a picture has to be scaled; invalid where it fits.
+QSize PictureImport::targetSize(const QSize& picture) const
+{
+    return exceeds(picture, limit()) ? scaledSize(picture, limit(), Qt::KeepAspectRatio) : QSize();
+}
+
+/// What the import needs of memory at most, in bytes, as far as it can be told from the header.
+qint64 PictureImport::memoryFor() const
+{
+    const qint64 pixels = qMax(Q_INT64_C(1), qint64(mHeader.size.width()) * mHeader.size.height());
+    return QFileInfo(mSource).size() + pixels * mHeader.bytesPerPixel;
+}
+
+/// What the imported file is to tell beside its pixels.
+PictureMetadata PictureImport::metadata() const
+{
+    const PictureMetadata chosen = chosenMetadata(mFound.metadata, mHow.metadata);
+    const bool isEncoded = mResult.size.isValid();
+    const PictureMetadata adapted =
+        isEncoded ? adaptedMetadata(chosen, mResult.size, mustTurn()) : chosen;
+    return mustTurn() ? adapted : withOrientation(adapted, mResult.orientation);
+}
+
+/// The profile that a JPEG gets from a JPEG as it is stored; empty where it gets what Qt writes.
+QByteArray PictureImport::splicedProfile() const
+{
+    if (mResult.format != "jpeg" || mFormat != "jpeg" || mustConvert())
+        return QByteArray();
+    const QByteArray kind = mFound.profile.mid(16, 4);
+    return kind == (mWasGrey ? "GRAY" : "RGB ") ? mFound.profile : QByteArray();
+}
+
+} // namespace
+
+ImageImportResult importPicture(const QString& src, const QString& dst, const ImageImport& how,
+                                ImportControl* control)
+{
+    return PictureImport(src, dst, how, control).run();
+}
+
+} // namespace OrvaUtilsPrivate
