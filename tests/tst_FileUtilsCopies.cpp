@@ -1,0 +1,915 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Copies of files and folder trees, and the folders that they need.
+
+#include "FileUtils.h"
+
+#include "FileLimit.h"
+#include "LogCapture.h"
+#include "OrdinaryUser.h"
+#include "PortableFiles.h"
+#include "Sandbox.h"
+#include "Text.h"
+
+#include <QBuffer>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#if defined(__clang__)
+// QSKIP() is a macro with optional arguments.
+#pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
+#endif
+
+namespace {
+
+QStringList sorted(QStringList list)
+{
+    list.sort();
+    return list;
+}
+
+/// A device whose reads and writes are counted, and whose reads may dry up.
+class CountingDevice : public QIODevice
+{
+public:
+    explicit CountingDevice(const QByteArray& content, qint64 claimed = -1)
+        : mContent(content)
+        , mClaimed(claimed)
+    {
+        open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+    qint64 bytesAvailable() const override { return mClaimed >= 0 ? mClaimed : mContent.size(); }
+
+    QVector<qint64> reads;
+    QVector<QByteArray> writes;
+
+protected:
+    qint64 readData(char* data, qint64 maxSize) override
+    {
+        reads += maxSize;
+        const int size = int(qMin(maxSize, qint64(mContent.size())));
+        memcpy(data, mContent.constData(), size_t(size));
+        mContent.remove(0, size);
+        return size;
+    }
+
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        writes += QByteArray(data, int(size));
+        return size;
+    }
+
+private:
+    QByteArray mContent;
+    qint64 mClaimed;
+};
+
+} // namespace
+
+class tst_FileUtilsCopies : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup();
+
+    void forceCopy_data();
+    void forceCopy();
+    void forceCopyPermissions_data();
+    void forceCopyPermissions();
+    void forceCopyPermissionsAreThoseOfQFile();
+    void forceCopyMissingSource();
+    void forceCopyCannotRemove();
+    void forceCopyCannotCopy();
+    void forceCopyLeavesNothingBehindAFailure();
+    void forceCopyOntoItself_data();
+    void forceCopyOntoItself();
+    void forceCopyReplacesALink();
+    void forceCopyLargeFile();
+    void forceCopySparesTheDestination_data();
+    void forceCopySparesTheDestination();
+    void forceCopyResource();
+    void fileMkPath();
+    void fileMkPathFailure();
+
+    void copyDir();
+    void copyDirMergeDecides_data();
+    void copyDirMergeDecides();
+    void copyDirNestedFoldersAreMerged();
+    void copyDirMissingSource_data();
+    void copyDirMissingSource();
+    void copyDirCannotRemove();
+    void copyDirCannotMkdir_data();
+    void copyDirCannotMkdir();
+    void copyDirStopsAtAFile();
+    void copyDirStopsInAFolder();
+    void copyDirUnreadableFolder();
+    void copyDirOntoItself_data();
+    void copyDirOntoItself();
+    void copyDirBesideItself();
+    void copyDirFollowsLinks();
+    void copyDirDeletesLinksAsLinks();
+    void copyDirReplacesALink();
+    void copyDirLinkIntoTheSource();
+    void copyDirLinkAroundBoth();
+    void copyDirRelativePaths();
+    void copyDirEmptyDestination();
+    void copyDirResources();
+
+    void segmentedCopy_data();
+    void segmentedCopy();
+    void segmentedCopyStopsOnAnEmptyRead_data();
+    void segmentedCopyStopsOnAnEmptyRead();
+    void segmentedCopyCountsWhatWasRequested();
+    void segmentedCopyLeavesDevicesOpen();
+};
+
+void tst_FileUtilsCopies::cleanup()
+{
+    QLocale::setDefault(QLocale::c());
+}
+
+// forceCopy and fileMkPath
+
+void tst_FileUtilsCopies::forceCopy_data()
+{
+    QTest::addColumn<QString>("destination");
+    QTest::newRow("beside") << text("copy");
+    QTest::newRow("over a file") << text("present");
+    QTest::newRow("into a folder") << text("folder/copy");
+    QTest::newRow("into folders to be made") << text("x/y/z/copy");
+    QTest::newRow("odd name") << text("x/a \"é%1\n$b");
+}
+
+void tst_FileUtilsCopies::forceCopy()
+{
+    QFETCH(QString, destination);
+    Sandbox box;
+    const QString source = box.file(text("source"), QByteArray("a\0b\r\n", 5));
+    box.file(text("present"), "something longer that has to go");
+    box.folder(text("folder"));
+    LogCapture log;
+    QVERIFY(FileUtils::forceCopy(source, box(destination)));
+    QCOMPARE(contentOf(box(destination)), QByteArray("a\0b\r\n", 5));
+    QCOMPARE(contentOf(source), QByteArray("a\0b\r\n", 5));
+    // Nothing temporary stays beside the copy.
+    const QFileInfo info(box(destination));
+    QVERIFY(info.dir().entryList({text("*temp*")}, QDir::AllEntries | QDir::Hidden).isEmpty());
+    QCOMPARE(log.lines(), QStringList());
+    // And once more, now over itself.
+    QVERIFY(FileUtils::forceCopy(box.file(text("source"), "new"), box(destination)));
+    QCOMPARE(contentOf(box(destination)), QByteArray("new"));
+}
+
+void tst_FileUtilsCopies::forceCopyPermissions_data()
+{
+    QTest::addColumn<int>("mode");
+    for (const int mode : {0644, 0600, 0755, 0666, 0777, 0744, 0640})
+        QTest::newRow(qPrintable(QString::number(mode, 8))) << mode;
+}
+
+void tst_FileUtilsCopies::forceCopyPermissions()
+{
+    QFETCH(int, mode);
+    Sandbox box;
+    const QString source = box.file(text("source"));
+    changeMode(source, mode_t(mode));
+    const mode_t before = umask(077);
+    const bool copied = FileUtils::forceCopy(source, box(text("copy")));
+    umask(before);
+    QVERIFY(copied);
+    QCOMPARE(QFile::permissions(box(text("copy"))), QFile::permissions(source));
+    struct stat status;
+    QCOMPARE(stat(QFile::encodeName(box(text("copy"))).constData(), &status), 0);
+    QCOMPARE(int(status.st_mode & 07777), mode);
+}
+
+void tst_FileUtilsCopies::forceCopyPermissionsAreThoseOfQFile()
+{
+    Sandbox box;
+    const QString source = box.file(text("source"));
+    // Every right of the owner beside some, which decide nothing, of the others.
+    for (mode_t index = 0; index < 32; ++index) {
+        const mode_t others[] = {0, 044, 066, 011};
+        changeMode(source, (index % 8) << 6 | others[index / 8]);
+        // Who may not read it sees it refused by both.
+        const bool expected = QFile::copy(source, box(text("expected")));
+        LogCapture log;
+        QCOMPARE(FileUtils::forceCopy(source, box(text("copy"))), expected);
+        if (expected) {
+            struct stat expectedStatus;
+            struct stat status;
+            QCOMPARE(stat(QFile::encodeName(box(text("expected"))).constData(), &expectedStatus),
+                     0);
+            QCOMPARE(stat(QFile::encodeName(box(text("copy"))).constData(), &status), 0);
+            QCOMPARE(status.st_mode, expectedStatus.st_mode);
+            QVERIFY(QFile::remove(box(text("expected"))));
+            QVERIFY(QFile::remove(box(text("copy"))));
+        }
+    }
+}
+
+void tst_FileUtilsCopies::forceCopyMissingSource()
+{
+    Sandbox box;
+    box.file(text("destination"), "kept");
+    box.link(text("broken"), text("nowhere"));
+    for (const QString& name : {text("missing"), text("broken")}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::forceCopy(box(name), box(text("destination"))));
+        QCOMPARE(log.lines(),
+                 QStringList(text("warning orvautils FileUtils forceCopy: ") + box(name)
+                             + text("  est introuvable !! (forceCopy)")));
+        QCOMPARE(contentOf(box(text("destination"))), QByteArray("kept"));
+    }
+}
+
+void tst_FileUtilsCopies::forceCopyCannotRemove()
+{
+    Sandbox box;
+    const QString source = box.file(text("source"));
+    const QString folder = box.folder(text("folder"));
+    box.file(text("locked/file"), "kept");
+    box.lock(box(text("locked")), 0555);
+    const OrdinaryUser user;
+    for (const QString& destination : {folder, box(text("locked/file"))}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::forceCopy(source, destination));
+        QCOMPARE(
+            log.lines(),
+            QStringList(
+                text("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't remove  ")
+                + destination));
+    }
+    QCOMPARE(contentOf(box(text("locked/file"))), QByteArray("kept"));
+}
+
+void tst_FileUtilsCopies::forceCopyCannotCopy()
+{
+    Sandbox box;
+    const QString source = box.file(text("source"));
+    const QString unreadable = box.file(text("unreadable"));
+    changeMode(unreadable, 0);
+    const QString folder = box.folder(text("folder"));
+    box.folder(text("locked"));
+    box.lock(box(text("locked")), 0555);
+    box.file(text("notAFolder"));
+    const QString broken = box.link(text("broken"), text("nowhere/at/all"));
+    const QVector<QPair<QString, QString>> pairs{
+        {source, box(text("locked/copy"))},
+        {source, box(text("notAFolder/copy"))},
+        {source, broken},
+        {unreadable, box(text("copy"))},
+        {folder, box(text("copy"))},
+    };
+    const OrdinaryUser user;
+    for (const auto& pair : pairs) {
+        LogCapture log;
+        QVERIFY(!FileUtils::forceCopy(pair.first, pair.second));
+        // 14 is QFileDevice::CopyError.
+        QCOMPARE(log.lines(),
+                 QStringList(
+                     text("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't copy ")
+                     + pair.first + text(" ") + pair.second + text("  error= 14")));
+    }
+    QVERIFY(!isThere(box(text("copy"))));
+    QVERIFY(isThere(broken));
+}
+
+void tst_FileUtilsCopies::forceCopyLeavesNothingBehindAFailure()
+{
+    // The disk takes the first piece of the file and refuses the rest.
+    Sandbox box;
+    const QString source = box.file(text("source"), QByteArray(100000, 'a'));
+    for (const QString& destination : {text("copy"), text("folder/copy")}) {
+        LogCapture log;
+        {
+            const FileLimit limit(RLIMIT_FSIZE, 50000);
+            QVERIFY(!FileUtils::forceCopy(source, box(destination)));
+        }
+        QCOMPARE(log.lines(),
+                 QStringList(
+                     text("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't copy ")
+                     + source + text(" ") + box(destination) + text("  error= 14")));
+    }
+    QCOMPARE(
+        sorted(QDir(box.root()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)),
+        QStringList({text("folder"), text("source")}));
+    QVERIFY(treeOf(box(text("folder"))).isEmpty());
+}
+
+void tst_FileUtilsCopies::forceCopyOntoItself_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("destination");
+    QTest::newRow("same path") << text("file") << text("file");
+    QTest::newRow("other spelling") << text("file") << text("folder/..//file");
+    QTest::newRow("destination is a link to it") << text("file") << text("link");
+    QTest::newRow("source is a link to it") << text("link") << text("file");
+    QTest::newRow("link onto itself") << text("link") << text("link");
+    QTest::newRow("through a folder link") << text("file") << text("here/file");
+    QTest::newRow("link to a link") << text("linkToLink") << text("file");
+    QTest::newRow("hard link") << text("file") << text("hard");
+}
+
+void tst_FileUtilsCopies::forceCopyOntoItself()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, destination);
+    Sandbox box;
+    box.file(text("file"), "only copy");
+    box.folder(text("folder"));
+    box.link(text("link"), text("file"));
+    box.link(text("linkToLink"), box(text("link")));
+    box.link(text("here"), text("."));
+    QCOMPARE(::link(QFile::encodeName(box(text("file"))).constData(),
+                    QFile::encodeName(box(text("hard"))).constData()),
+             0);
+    const QStringList before = treeOf(box.root());
+    LogCapture log;
+    QVERIFY(FileUtils::forceCopy(box(source), box(destination)));
+    QCOMPARE(treeOf(box.root()), before);
+    QCOMPARE(contentOf(box(text("file"))), QByteArray("only copy"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtilsCopies::forceCopyReplacesALink()
+{
+    Sandbox box;
+    const QString source = box.file(text("source"), "new");
+    const QString sentinel = box.file(text("sentinel"), "kept");
+    box.folder(text("folder"));
+    for (const QString& target : {text("sentinel"), text("folder")}) {
+        const QString link = box.link(text("link"), target);
+        QVERIFY(FileUtils::forceCopy(source, link));
+        QVERIFY(!QFileInfo(link).isSymLink());
+        QCOMPARE(contentOf(link), QByteArray("new"));
+        QVERIFY(QFile::remove(link));
+    }
+    QCOMPARE(contentOf(sentinel), QByteArray("kept"));
+}
+
+void tst_FileUtilsCopies::forceCopyLargeFile()
+{
+    Sandbox box;
+    QByteArray content;
+    for (int i = 0; content.size() < 5000011; ++i)
+        content += QByteArray::number(i);
+    QVERIFY(FileUtils::forceCopy(box.file(text("source"), content), box(text("copy"))));
+    QVERIFY(contentOf(box(text("copy"))) == content);
+    QVERIFY(FileUtils::forceCopy(box.file(text("source"), QByteArray()), box(text("copy"))));
+    QCOMPARE(QFileInfo(box(text("copy"))).size(), qint64(0));
+}
+
+void tst_FileUtilsCopies::forceCopySparesTheDestination_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::newRow("folder") << text("folder");
+    QTest::newRow("unreadable") << text("unreadable");
+    QTest::newRow("pipe, which would never end") << text("pipe");
+}
+
+void tst_FileUtilsCopies::forceCopySparesTheDestination()
+{
+    QFETCH(QString, source);
+    Sandbox box;
+    box.folder(text("folder"));
+    changeMode(box.file(text("unreadable")), 0);
+    box.pipe(text("pipe"));
+    box.file(text("destination"), "kept");
+    const OrdinaryUser user;
+    for (const QString& destination : {text("destination"), text("new")}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::forceCopy(box(source), box(destination)));
+        QCOMPARE(log.lines(),
+                 QStringList(
+                     text("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't copy ")
+                     + box(source) + text(" ") + box(destination) + text("  error= 14")));
+    }
+    QCOMPARE(contentOf(box(text("destination"))), QByteArray("kept"));
+    QVERIFY(!isThere(box(text("new"))));
+}
+
+void tst_FileUtilsCopies::forceCopyResource()
+{
+    Sandbox box;
+    QVERIFY(FileUtils::forceCopy(text(":/tree/a.txt"), box(text("x/a.txt"))));
+    QCOMPARE(contentOf(box(text("x/a.txt"))), QByteArray("a resource\n"));
+    QVERIFY(FileUtils::forceCopy(text(":/tree/sub/b.txt"), box(text("x/a.txt"))));
+    QCOMPARE(contentOf(box(text("x/a.txt"))), QByteArray("another\n"));
+    // A file of the disk may have a colon in its name as well.
+    const CurrentFolder current(box.root());
+    box.file(text("a:b"), "colon");
+    QVERIFY(FileUtils::forceCopy(text("a:b"), text("c:d")));
+    QCOMPARE(contentOf(box(text("c:d"))), QByteArray("colon"));
+}
+
+void tst_FileUtilsCopies::fileMkPath()
+{
+    Sandbox box;
+    QString error = text("untouched");
+    QVERIFY(FileUtils::fileMkPath(box(text("a/b/c/file.txt")), &error));
+    QVERIFY(QFileInfo(box(text("a/b/c"))).isDir());
+    QVERIFY(!isThere(box(text("a/b/c/file.txt"))));
+    QVERIFY(FileUtils::fileMkPath(box(text("a/b/c/file.txt")), &error));
+    QVERIFY(FileUtils::fileMkPath(box(text("a/b/d/"))));
+    QVERIFY(QFileInfo(box(text("a/b/d"))).isDir());
+    const CurrentFolder current(box.root());
+    QVERIFY(FileUtils::fileMkPath(text("e/f"), &error));
+    QVERIFY(QFileInfo(box(text("e"))).isDir());
+    QVERIFY(FileUtils::fileMkPath(text("file"), &error));
+    QCOMPARE(error, text("untouched"));
+}
+
+void tst_FileUtilsCopies::fileMkPathFailure()
+{
+    Sandbox box;
+    box.file(text("file"));
+    LogCapture log;
+    QString error;
+    QVERIFY(!FileUtils::fileMkPath(box(text("file/sub/a")), &error));
+    QCOMPARE(error,
+             text("(fileMkPath) Cant create folder '") + box(text("file/sub")) + text("' !"));
+    QVERIFY(!FileUtils::fileMkPath(box(text("file/sub/a"))));
+    QVERIFY(!FileUtils::fileMkPath(box(text("file/sub/a")), nullptr));
+    const CurrentFolder current(box.root());
+    QVERIFY(!FileUtils::fileMkPath(text("file/%1/a"), &error));
+    QCOMPARE(error, text("(fileMkPath) Cant create folder '") + box(text("file/%1")) + text("' !"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+// copyDir
+
+void tst_FileUtilsCopies::copyDir()
+{
+    Sandbox box;
+    box.file(text("s/a"), "1");
+    box.file(text("s/.hidden"), "2");
+    box.file(text("s/.DS_Store"), "3");
+    box.file(text("s/sub/deep/b"), "4");
+    box.file(text("s/.git/c"), QByteArray());
+    box.folder(text("s/empty"));
+    box.file(text("s/naïve \"%1\""), "5");
+    changeMode(box(text("s/a")), 0640);
+    const QStringList source = treeOf(box(text("s")));
+    QCOMPARE(source.size(), 10);
+    LogCapture log;
+    for (const bool merge : {false, true}) {
+        const QString destination = box(text("new/%1/d").arg(merge));
+        QVERIFY(FileUtils::copyDir(box(text("s")), destination, merge));
+        QCOMPARE(treeOf(destination), source);
+        QCOMPARE(QFile::permissions(destination + text("/a")),
+                 QFile::permissions(box(text("s/a"))));
+    }
+    QVERIFY(FileUtils::copyDir(box(text("s/")), box(text("slashes/")), false));
+    QCOMPARE(treeOf(box(text("slashes"))), source);
+    QCOMPARE(treeOf(box(text("s"))), source);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtilsCopies::copyDirMergeDecides_data()
+{
+    QTest::addColumn<bool>("merge");
+    QTest::addColumn<QStringList>("result");
+    QTest::newRow("exact copy") << false
+                                << QStringList({text("a=new"), text("sub/"), text("sub/b=new")});
+    QTest::newRow("merged") << true
+                            << QStringList({text(".mine=old"), text("a=new"), text("mine/"),
+                                            text("mine/c=old"), text("sub/"), text("sub/b=new"),
+                                            text("sub/mine=old")});
+}
+
+void tst_FileUtilsCopies::copyDirMergeDecides()
+{
+    QFETCH(bool, merge);
+    Sandbox box;
+    box.file(text("s/a"), "new");
+    box.file(text("s/sub/b"), "new");
+    box.file(text("d/a"), "old");
+    box.file(text("d/.mine"), "old");
+    box.file(text("d/sub/b"), "old");
+    box.file(text("d/sub/mine"), "old");
+    box.file(text("d/mine/c"), "old");
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), merge));
+    QTEST(treeOf(box(text("d"))), "result");
+    QCOMPARE(treeOf(box(text("s"))), QStringList({text("a=new"), text("sub/"), text("sub/b=new")}));
+}
+
+void tst_FileUtilsCopies::copyDirNestedFoldersAreMerged()
+{
+    // A link in the destination to a folder is a folder that is present: it is merged into.
+    Sandbox box;
+    box.file(text("s/sub/a"), "new");
+    box.folder(text("d"));
+    box.file(text("shared/kept"), "old");
+    box.link(text("d/sub"), text("../shared"));
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), true));
+    QCOMPARE(treeOf(box(text("shared"))), QStringList({text("a=new"), text("kept=old")}));
+}
+
+void tst_FileUtilsCopies::copyDirMissingSource_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing") << text("missing");
+    QTest::newRow("file") << text("file");
+    QTest::newRow("broken link") << text("broken");
+}
+
+void tst_FileUtilsCopies::copyDirMissingSource()
+{
+    QFETCH(QString, name);
+    Sandbox box;
+    box.file(text("file"));
+    box.link(text("broken"), text("nowhere"));
+    box.file(text("d/kept"), "old");
+    const QStringList before = treeOf(box.root());
+    for (const bool merge : {false, true}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::copyDir(box(name), box(text("d")), merge));
+        QCOMPARE(log.lines(),
+                 QStringList(text("critical orvautils FileUtils copyDir: ") + box(name)
+                             + text(" Doesnt exists")));
+        QCOMPARE(treeOf(box.root()), before);
+    }
+    // The current folder is not meant by an empty path.
+    const CurrentFolder current(box(text("d")));
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(QString(), box(text("copy")), false));
+    QCOMPARE(log.lines(),
+             QStringList(text("critical orvautils FileUtils copyDir:  Doesnt exists")));
+    QCOMPARE(treeOf(box.root()), before);
+}
+
+void tst_FileUtilsCopies::copyDirCannotRemove()
+{
+    Sandbox box;
+    box.file(text("s/a"));
+    box.file(text("d/sub/kept"), "old");
+    changeMode(box(text("d")), 0777);
+    box.lock(box(text("d/sub")), 0555);
+    const OrdinaryUser user;
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false));
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to removeRecursively ")
+                         + box(text("d"))));
+    QCOMPARE(treeOf(box(text("d"))), QStringList({text("sub/"), text("sub/kept=old")}));
+}
+
+void tst_FileUtilsCopies::copyDirCannotMkdir_data()
+{
+    QTest::addColumn<QString>("destination");
+    QTest::newRow("a file is in the way") << text("file");
+    QTest::newRow("a parent is a file") << text("file/d");
+    QTest::newRow("not permitted") << text("locked/x/d");
+    QTest::newRow("broken link") << text("broken");
+}
+
+void tst_FileUtilsCopies::copyDirCannotMkdir()
+{
+    QFETCH(QString, destination);
+    Sandbox box;
+    box.file(text("s/a"), "new");
+    box.file(text("file"), "kept");
+    box.link(text("broken"), text("nowhere/at/all"));
+    box.folder(text("locked"));
+    box.lock(box(text("locked")), 0555);
+    const QStringList before = treeOf(box.root());
+    const OrdinaryUser user;
+    for (const bool merge : {false, true}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::copyDir(box(text("s")), box(destination), merge));
+        QCOMPARE(log.lines(),
+                 QStringList(text("warning orvautils FileUtils copyDir: unable to mkdir ")
+                             + box(destination)));
+        QCOMPARE(treeOf(box.root()), before);
+    }
+}
+
+void tst_FileUtilsCopies::copyDirStopsAtAFile()
+{
+    Sandbox box;
+    box.file(text("s/a"), "new");
+    // A folder cannot be overwritten by a file.
+    box.file(text("d/a/kept"), "old");
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), true));
+    QCOMPARE(log.lines(),
+             QStringList(
+                 {text("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't remove "
+                       " ")
+                      + box(text("d/a")),
+                  text("warning orvautils FileUtils copyDir: unable to copy ") + box(text("s/a"))
+                      + text(" to ") + box(text("d/a"))}));
+    QCOMPARE(treeOf(box(text("d"))), QStringList({text("a/"), text("a/kept=old")}));
+}
+
+void tst_FileUtilsCopies::copyDirStopsInAFolder()
+{
+    Sandbox box;
+    box.file(text("s/sub/deep/a"), "new");
+    box.file(text("d/sub/deep"), "old");
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), true));
+    // The level that failed has logged, the ones above it add nothing.
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to mkdir ")
+                         + box(text("d/sub/deep"))));
+    QCOMPARE(treeOf(box(text("d"))), QStringList({text("sub/"), text("sub/deep=old")}));
+
+    // What was copied before stays.
+    changeMode(box.file(text("t/x/unreadable")), 0);
+    const OrdinaryUser user;
+    LogCapture second;
+    QVERIFY(!FileUtils::copyDir(box(text("t")), box(text("e")), false));
+    QCOMPARE(second.lines(),
+             QStringList(
+                 {text("warning orvautils FileUtils forceCopy: FileUtils::forceCopy can't copy ")
+                      + box(text("t/x/unreadable")) + text(" ") + box(text("e/x/unreadable"))
+                      + text("  error= 14"),
+                  text("warning orvautils FileUtils copyDir: unable to copy ")
+                      + box(text("t/x/unreadable")) + text(" to ") + box(text("e/x/unreadable"))}));
+    QCOMPARE(treeOf(box(text("e"))), QStringList(text("x/")));
+}
+
+void tst_FileUtilsCopies::copyDirUnreadableFolder()
+{
+    // A folder that cannot be listed is no empty folder.
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
+    Sandbox box;
+    box.file(text("s/sub/a"));
+    box.lock(box(text("s/sub")), 0);
+    LogCapture log;
+    {
+        const OrdinaryUser user;
+        QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false));
+    }
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
+                         + box(text("s/sub")) + text(" to ") + box(text("d/sub"))));
+}
+
+void tst_FileUtilsCopies::copyDirOntoItself_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("destination");
+    QTest::newRow("itself") << text("p/s") << text("p/s");
+    QTest::newRow("itself, other spelling") << text("p/s") << text("p/x/..//s/");
+    QTest::newRow("itself through a link") << text("p/s") << text("link");
+    QTest::newRow("itself from a link") << text("link") << text("p/s");
+    QTest::newRow("link onto itself") << text("link") << text("link");
+    QTest::newRow("inside it, present") << text("p/s") << text("p/s/sub");
+    QTest::newRow("inside it, to be made") << text("p/s") << text("p/s/sub/new/deeper");
+    QTest::newRow("inside it through a link") << text("p/s") << text("link/new");
+    QTest::newRow("its parent") << text("p/s") << text("p");
+    QTest::newRow("further up") << text("p/s/sub") << text("p");
+    QTest::newRow("its parent through a link") << text("p/s") << text("parent");
+    QTest::newRow("the place of the link that is copied") << text("holder/link") << text("holder");
+}
+
+void tst_FileUtilsCopies::copyDirOntoItself()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, destination);
+    Sandbox box;
+    box.file(text("p/s/a"), "only copy");
+    box.file(text("p/s/sub/b"), "only copy");
+    box.file(text("p/c"), "only copy");
+    box.file(text("holder/d"), "only copy");
+    box.link(text("link"), text("p/s"));
+    box.link(text("parent"), text("p"));
+    box.link(text("holder/link"), text("../p/s"));
+    const QStringList before = treeOf(box.root());
+    for (const bool merge : {false, true}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::copyDir(box(source), box(destination), merge));
+        QCOMPARE(treeOf(box.root()), before);
+        QCOMPARE(log.lines(),
+                 QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
+                             + box(source) + text(" to ") + QDir::cleanPath(box(destination))));
+    }
+}
+
+void tst_FileUtilsCopies::copyDirBesideItself()
+{
+    // A name that merely begins like the source's is another folder.
+    Sandbox box;
+    box.file(text("s/a"), "1");
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("s2")), false));
+    QVERIFY(FileUtils::copyDir(box(text("s2")), box(text("s")), false));
+    QCOMPARE(treeOf(box.root()),
+             QStringList({text("s/"), text("s/a=1"), text("s2/"), text("s2/a=1")}));
+}
+
+void tst_FileUtilsCopies::copyDirFollowsLinks()
+{
+    Sandbox box;
+    box.file(text("outside/a"), "1");
+    box.file(text("file"), "2");
+    box.folder(text("s"));
+    box.link(text("s/folder"), text("../outside"));
+    box.link(text("s/file"), text("../file"));
+    box.link(text("s/broken"), text("nowhere"));
+    box.pipe(text("s/pipe"));
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false));
+    QCOMPARE(treeOf(box(text("d"))),
+             QStringList({text("file=2"), text("folder/"), text("folder/a=1")}));
+}
+
+void tst_FileUtilsCopies::copyDirDeletesLinksAsLinks()
+{
+    Sandbox box;
+    box.file(text("outside/sentinel"), "kept");
+    box.file(text("s/a"), "new");
+    box.folder(text("d/sub"));
+    box.link(text("d/toFolder"), text("../outside"));
+    box.link(text("d/sub/toFile"), text("../../outside/sentinel"));
+    box.link(text("d/sub/loop"), text(".."));
+    box.link(text("d/broken"), text("nowhere"));
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false));
+    QCOMPARE(treeOf(box(text("d"))), QStringList(text("a=new")));
+    QCOMPARE(treeOf(box(text("outside"))), QStringList(text("sentinel=kept")));
+}
+
+void tst_FileUtilsCopies::copyDirReplacesALink()
+{
+    Sandbox box;
+    box.file(text("outside/sentinel"), "kept");
+    box.file(text("s/a"), "new");
+    box.link(text("d"), text("outside"));
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d/")), false));
+    QVERIFY(!QFileInfo(box(text("d"))).isSymLink());
+    QCOMPARE(treeOf(box(text("d"))), QStringList(text("a=new")));
+    QCOMPARE(treeOf(box(text("outside"))), QStringList(text("sentinel=kept")));
+    // With merge the link is an existing folder.
+    box.link(text("m"), text("outside"));
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("m")), true));
+    QCOMPARE(treeOf(box(text("outside"))), QStringList({text("a=new"), text("sentinel=kept")}));
+}
+
+void tst_FileUtilsCopies::copyDirLinkIntoTheSource()
+{
+    // A folder of the destination is a link into the source: copying through it would overwrite
+    // what is still to be copied.
+    Sandbox box;
+    box.file(text("s/x/f"), "x");
+    box.file(text("s/y/f"), "y");
+    box.folder(text("d"));
+    box.link(text("d/x"), text("../s/y"));
+    const QStringList source = treeOf(box(text("s")));
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), true));
+    QCOMPARE(treeOf(box(text("s"))), source);
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
+                         + box(text("s/x")) + text(" to ") + box(text("d/x"))));
+}
+
+void tst_FileUtilsCopies::copyDirLinkAroundBoth()
+{
+    // A link in the source leads to a folder that holds the destination: a copy without an end.
+    Sandbox box;
+    box.file(text("p/s/a"), "1");
+    box.link(text("p/s/up"), text(".."));
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("p/s")), box(text("p/d")), false));
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
+                         + box(text("p/s/up")) + text(" to ") + box(text("p/d/up"))));
+    QVERIFY(!isThere(box(text("p/d/up"))));
+}
+
+void tst_FileUtilsCopies::copyDirRelativePaths()
+{
+    Sandbox box;
+    box.file(text("s/sub/a"), "1");
+    const CurrentFolder current(box(text("s")));
+    QVERIFY(FileUtils::copyDir(text("sub"), text("../d/./e"), false));
+    QCOMPARE(treeOf(box(text("d"))), QStringList({text("e/"), text("e/a=1")}));
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(text("missing"), text("d"), false));
+    QVERIFY(!FileUtils::copyDir(text("."), text("new"), false));
+    QCOMPARE(log.lines(),
+             QStringList({text("critical orvautils FileUtils copyDir: ") + box(text("s/missing"))
+                              + text(" Doesnt exists"),
+                          text("warning orvautils FileUtils copyDir: unable to copy ")
+                              + box(text("s")) + text(" to ") + box(text("s/new"))}));
+}
+
+void tst_FileUtilsCopies::copyDirEmptyDestination()
+{
+    Sandbox box;
+    box.file(text("s/a"), "new");
+    box.file(text("here/kept"), "old");
+    const QStringList before = treeOf(box.root());
+    const CurrentFolder current(box(text("here")));
+    for (const bool merge : {false, true}) {
+        LogCapture log;
+        QVERIFY(!FileUtils::copyDir(box(text("s")), QString(), merge));
+        QCOMPARE(log.lines(),
+                 QStringList(text("warning orvautils FileUtils copyDir: unable to mkdir ")));
+    }
+    QCOMPARE(treeOf(box.root()), before);
+}
+
+void tst_FileUtilsCopies::copyDirResources()
+{
+    Sandbox box;
+    const CurrentFolder current(box.folder(text("d")));
+    for (const bool merge : {true, false}) {
+        QVERIFY(FileUtils::copyDir(text(":/tree"), box(text("d")), merge));
+        QCOMPARE(
+            treeOf(box(text("d"))),
+            QStringList({text("a.txt=a resource\n"), text("sub/"), text("sub/b.txt=another\n")}));
+    }
+}
+
+// segmentedCopy
+
+void tst_FileUtilsCopies::segmentedCopy_data()
+{
+    QTest::addColumn<int>("segmentSize");
+    QTest::addColumn<QVector<qint64>>("reads");
+    QTest::newRow("in pieces") << 4 << QVector<qint64>({4, 4, 2});
+    QTest::newRow("in whole pieces") << 5 << QVector<qint64>({5, 5});
+    QTest::newRow("at once") << 10 << QVector<qint64>({10});
+    QTest::newRow("larger than the source") << 4096 << QVector<qint64>({10});
+    QTest::newRow("byte by byte") << 1 << QVector<qint64>(10, 1);
+}
+
+void tst_FileUtilsCopies::segmentedCopy()
+{
+    QFETCH(int, segmentSize);
+    CountingDevice source("0123456789");
+    CountingDevice destination{QByteArray()};
+    QCOMPARE(FileUtils::segmentedCopy(source, destination, segmentSize), 10);
+    QTEST(source.reads, "reads");
+    QCOMPARE(destination.writes.size(), source.reads.size());
+    QByteArray written;
+    for (const QByteArray& piece : qAsConst(destination.writes))
+        written += piece;
+    QCOMPARE(written, QByteArray("0123456789"));
+    // Nothing is left to copy.
+    QCOMPARE(FileUtils::segmentedCopy(source, destination, segmentSize), 0);
+}
+
+void tst_FileUtilsCopies::segmentedCopyStopsOnAnEmptyRead_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<qint64>("claimed");
+    QTest::addColumn<int>("segmentSize");
+    QTest::addColumn<int>("total");
+    QTest::newRow("dry from the start") << QByteArray() << qint64(10) << 4 << 0;
+    QTest::newRow("dries up") << QByteArray("01234567") << qint64(10) << 4 << 8;
+    QTest::newRow("segment size 0") << QByteArray("0123") << qint64(4) << 0 << 0;
+    QTest::newRow("negative segment size") << QByteArray("0123") << qint64(4) << -1 << 0;
+}
+
+void tst_FileUtilsCopies::segmentedCopyStopsOnAnEmptyRead()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(qint64, claimed);
+    QFETCH(int, segmentSize);
+    CountingDevice source(content, claimed);
+    CountingDevice destination{QByteArray()};
+    QTEST(FileUtils::segmentedCopy(source, destination, segmentSize), "total");
+}
+
+void tst_FileUtilsCopies::segmentedCopyCountsWhatWasRequested()
+{
+    // The source says 6 and gives 2 at the second read, then nothing more: 4 + 4 were requested.
+    CountingDevice source("012345", 6);
+    CountingDevice destination{QByteArray()};
+    QCOMPARE(FileUtils::segmentedCopy(source, destination, 4), 8);
+    QCOMPARE(destination.writes, QVector<QByteArray>({"0123", "45"}));
+}
+
+void tst_FileUtilsCopies::segmentedCopyLeavesDevicesOpen()
+{
+    QBuffer source;
+    source.setData("0123456789");
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    source.seek(3);
+    QBuffer destination;
+    QVERIFY(destination.open(QIODevice::WriteOnly));
+    QCOMPARE(FileUtils::segmentedCopy(source, destination, 3), 7);
+    QCOMPARE(destination.data(), QByteArray("3456789"));
+    QVERIFY(source.isOpen());
+    QVERIFY(destination.isOpen());
+    // A destination that takes nothing is not noticed.
+    QBuffer closed;
+    source.seek(0);
+    LogCapture log;
+    QCOMPARE(FileUtils::segmentedCopy(source, closed, 5), 10);
+}
+
+QTEST_MAIN(tst_FileUtilsCopies)
+#include "tst_FileUtilsCopies.moc"

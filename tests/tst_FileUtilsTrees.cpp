@@ -1,0 +1,1033 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Folder trees that are measured, listed and removed.
+
+#include "FileUtils.h"
+
+#include "FileLimit.h"
+#include "LogCapture.h"
+#include "OrdinaryUser.h"
+#include "PortableFiles.h"
+#include "Sandbox.h"
+#include "Text.h"
+
+#include <QDateTime>
+#include <QRegExp>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#if defined(__clang__)
+// QSKIP() is a macro with optional arguments.
+#pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
+#endif
+
+namespace {
+
+QStringList sorted(QStringList list)
+{
+    list.sort();
+    return list;
+}
+
+} // namespace
+
+class tst_FileUtilsTrees : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup();
+
+    void folderSize();
+    void folderSizeOfNothing();
+    void folderSizeLeavesOutDsStore();
+    void folderSizeFollowsLinks();
+    void folderSizeLatestModification();
+
+    void listFilesInFileSystem_data();
+    void listFilesInFileSystem();
+    void listFilesOfNothing();
+    void listFilesAppends();
+    void listFilesIgnoresWhatIsNeither();
+    void listDirectoriesInFileSystem();
+    void listDirectoriesOfNothing();
+    void listFolderName();
+    void listResources();
+    void linkLoopsAreWalkedOnce();
+    void namesThatAreNoText();
+    void folderNamesThatAreNoText();
+    void manyLevels();
+
+    void removeContentDirectoryGuards_data();
+    void removeContentDirectoryGuards();
+    void removeContentDirectory_data();
+    void removeContentDirectory();
+    void removeContentDirectoryLinks();
+    void removeContentDirectoryStopsAtAFile();
+    void removeContentDirectoryStopsAtAFolder();
+    void removeContentDirectoryUnreadable();
+
+    void removeEmptyDirs_data();
+    void removeEmptyDirs();
+    void removeEmptyDirsLeavesLinks();
+
+    void forceDirectoryCreation_data();
+    void forceDirectoryCreation();
+    void forceDirectoryCreationFailure();
+    void removeDirectory();
+    void removeDirectoryRefusals_data();
+    void removeDirectoryRefusals();
+    void removeDirectoryDepth();
+    void removeDirectoryDefaultDepth();
+    void removeDirectoryOrder();
+    void removeDirectoryNotRecursive();
+    void removeDirectoryCannotRemoveFile();
+    void removeDirectoryCannotRemoveFolder();
+    void removeDirectoryLeavesSpecialFiles();
+    void removeDirectoryLinks();
+    void removeDirectoryOfALink_data();
+    void removeDirectoryOfALink();
+};
+
+void tst_FileUtilsTrees::cleanup()
+{
+    QLocale::setDefault(QLocale::c());
+}
+
+// folderSize
+
+void tst_FileUtilsTrees::folderSize()
+{
+    Sandbox box;
+    box.file(text("t/a"), QByteArray(1000, 'a'));
+    box.file(text("t/.hidden"), QByteArray(200, 'b'));
+    box.file(text("t/sub/c"), QByteArray(30, 'c'));
+    box.file(text("t/.hiddenSub/deep/d"), QByteArray(4, 'd'));
+    box.file(text("t/empty"), QByteArray());
+    box.folder(text("t/emptyFolder"));
+    box.pipe(text("t/pipe"));
+    box.link(text("t/broken"), text("nowhere"));
+    QCOMPARE(FileUtils::folderSize(box(text("t"))), qint64(1234));
+    int count = 7;
+    QCOMPARE(FileUtils::folderSize(box(text("t")), &count), qint64(1234));
+    QCOMPARE(count, 7 + 5);
+    QCOMPARE(FileUtils::folderSize(box(text("x/..//t/")), &count, nullptr), qint64(1234));
+    QCOMPARE(count, 7 + 5 + 5);
+    const CurrentFolder current(box.root());
+    QCOMPARE(FileUtils::folderSize(text("t")), qint64(1234));
+}
+
+void tst_FileUtilsTrees::folderSizeOfNothing()
+{
+    Sandbox box;
+    const QString file = box.file(text("file"));
+    int count = 3;
+    QDateTime latest;
+    for (const QString& path : {QString(), box(text("missing")), file}) {
+        QCOMPARE(FileUtils::folderSize(path, &count, &latest), qint64(0));
+        QCOMPARE(count, 3);
+        QVERIFY(latest.isNull());
+    }
+    QCOMPARE(FileUtils::folderSize(box.folder(text("empty")), &count, &latest), qint64(0));
+    QCOMPARE(count, 3);
+    QVERIFY(latest.isNull());
+}
+
+void tst_FileUtilsTrees::folderSizeLeavesOutDsStore()
+{
+    Sandbox box;
+    box.file(text("only/.DS_Store"));
+    box.file(text("only/sub/.ds_store"));
+    int count = 3;
+    QDateTime latest;
+    QCOMPARE(FileUtils::folderSize(box(text("only")), &count, &latest), qint64(0));
+    QCOMPARE(count, 3);
+    QVERIFY(latest.isNull());
+    // A folder of that name is walked, and other hidden files count.
+    box.file(text("other/.DS_Store/a"), "12");
+    box.file(text("other/.DS_Store2"), "345");
+    QCOMPARE(FileUtils::folderSize(box(text("other")), &count), qint64(5));
+    QCOMPARE(count, 5);
+}
+
+void tst_FileUtilsTrees::folderSizeFollowsLinks()
+{
+    Sandbox box;
+    box.file(text("elsewhere/a"), "12345");
+    box.file(text("file"), "123");
+    box.folder(text("t"));
+    box.link(text("t/folder"), text("../elsewhere"));
+    box.link(text("t/file"), text("../file"));
+    int count = 0;
+    QCOMPARE(FileUtils::folderSize(box(text("t")), &count), qint64(8));
+    QCOMPARE(count, 2);
+}
+
+void tst_FileUtilsTrees::folderSizeLatestModification()
+{
+    Sandbox box;
+    const auto touch = [](const QString& path, qint64 msecs) {
+        struct timespec times[2];
+        times[0].tv_sec = times[1].tv_sec = time_t(msecs / 1000);
+        times[0].tv_nsec = times[1].tv_nsec = long(msecs % 1000) * 1000000;
+        QCOMPARE(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+    };
+    touch(box.file(text("t/a")), 1000000000123);
+    touch(box.file(text("t/sub/b")), 1000000000456);
+    touch(box.file(text("t/sub/c")), 1000000000455);
+    touch(box.file(text("t/.DS_Store")), 1900000000000);
+    const auto at = [](qint64 msecs) { return QDateTime::fromMSecsSinceEpoch(msecs); };
+
+    QDateTime latest;
+    FileUtils::folderSize(box(text("t")), nullptr, &latest);
+    QCOMPARE(latest, at(1000000000456));
+    QCOMPARE(latest, QFileInfo(box(text("t/sub/b"))).lastModified());
+    QCOMPARE(latest.timeSpec(), Qt::LocalTime);
+
+    latest = at(1000000000455);
+    FileUtils::folderSize(box(text("t")), nullptr, &latest);
+    QCOMPARE(latest, at(1000000000456));
+
+    // A later date stays, whatever it is written in.
+    latest = at(1000000000457).toUTC();
+    FileUtils::folderSize(box(text("t")), nullptr, &latest);
+    QCOMPARE(latest, at(1000000000457));
+    QCOMPARE(latest.timeSpec(), Qt::UTC);
+
+    // As does the very same one.
+    latest = at(1000000000456).toUTC();
+    FileUtils::folderSize(box(text("t")), nullptr, &latest);
+    QCOMPARE(latest.timeSpec(), Qt::UTC);
+
+    // Files older than 1970.
+    touch(box.file(text("old/a")), -86400000);
+    latest = QDateTime();
+    FileUtils::folderSize(box(text("old")), nullptr, &latest);
+    QCOMPARE(latest, at(-86400000));
+    latest = at(-86400001);
+    FileUtils::folderSize(box(text("old")), nullptr, &latest);
+    QCOMPARE(latest, at(-86400000));
+}
+
+// Listings
+
+void tst_FileUtilsTrees::listFilesInFileSystem_data()
+{
+    QTest::addColumn<bool>("recursive");
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QStringList>("oldFiles");
+    const QString none;
+    QTest::newRow("flat") << false << none << none << QStringList({text("1"), text("2.txt")})
+                          << QStringList({text("/1"), text("/2.txt")});
+    QTest::newRow("recursive")
+        << true << none << none
+        << QStringList({text("1"), text("2.txt"), text("a/3"), text("a/b/4"), text("ab/5")})
+        << QStringList({text("/1"), text("/2.txt"), text("/a/3"), text("/a/b/4"), text("/ab/5")});
+    QTest::newRow("prefix") << true << none << text("p")
+                            << QStringList({text("p/1"), text("p/2.txt"), text("p/a/3"),
+                                            text("p/a/b/4"), text("p/ab/5")})
+                            << QStringList({text("p/1"), text("p/2.txt"), text("p/a/3"),
+                                            text("p/a/b/4"), text("p/ab/5")});
+    QTest::newRow("prefix with slash")
+        << false << none << text("p/q/") << QStringList({text("p/q/1"), text("p/q/2.txt")})
+        << QStringList({text("p/q/1"), text("p/q/2.txt")});
+    QTest::newRow("slash as prefix")
+        << false << none << text("/") << QStringList({text("/1"), text("/2.txt")})
+        << QStringList({text("/1"), text("/2.txt")});
+    QTest::newRow("filter matches no folder")
+        << true << text("zzz") << none << QStringList({text("1"), text("2.txt")})
+        << QStringList({text("/1"), text("/2.txt")});
+    QTest::newRow("filter matches whole names")
+        << true << text("a") << none << QStringList({text("1"), text("2.txt"), text("a/3")})
+        << QStringList({text("/1"), text("/2.txt"), text("/a/3")});
+    QTest::newRow("filter at every level")
+        << true << text("a|b") << none
+        << QStringList({text("1"), text("2.txt"), text("a/3"), text("a/b/4")})
+        << QStringList({text("/1"), text("/2.txt"), text("/a/3"), text("/a/b/4")});
+    QTest::newRow("filter without recursion")
+        << false << text("a") << none << QStringList({text("1"), text("2.txt")})
+        << QStringList({text("/1"), text("/2.txt")});
+}
+
+void tst_FileUtilsTrees::listFilesInFileSystem()
+{
+    QFETCH(bool, recursive);
+    QFETCH(QString, filter);
+    QFETCH(QString, prefix);
+    QFETCH(QStringList, files);
+    QFETCH(QStringList, oldFiles);
+    Sandbox box;
+    box.file(text("t/1"));
+    box.file(text("t/2.txt"));
+    box.file(text("t/.hidden"));
+    box.file(text("t/a/3"));
+    box.file(text("t/a/b/4"));
+    box.file(text("t/ab/5"));
+    box.file(text("t/.hiddenFolder/6"));
+    box.folder(text("t/empty"));
+    QRegExp expression(filter);
+    QRegExp* const folderFilter = filter.isEmpty() ? nullptr : &expression;
+    for (const QString& path : {box(text("t")), box(text("t/"))}) {
+        QStringList list;
+        QCOMPARE(FileUtils::listFilesInFileSystem(path, list, recursive, folderFilter, prefix),
+                 files.size());
+        QCOMPARE(sorted(list), files);
+        QStringList oldList;
+        QCOMPARE(
+            FileUtils::old::listFilesInFileSystem(path, oldList, recursive, folderFilter, prefix),
+            oldFiles.size());
+        QCOMPARE(sorted(oldList), oldFiles);
+    }
+}
+
+void tst_FileUtilsTrees::listFilesOfNothing()
+{
+    Sandbox box;
+    box.file(text("file"));
+    const CurrentFolder current(box.root());
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(QString(), list, true), 0);
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("missing")), list, true), 0);
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("file")), list, true), 0);
+    QCOMPARE(FileUtils::old::listFilesInFileSystem(box(text("missing")), list, true), 0);
+    QCOMPARE(list, QStringList());
+    // The older one takes an empty path for the current folder.
+    QCOMPARE(FileUtils::old::listFilesInFileSystem(QString(), list, true), 1);
+    QCOMPARE(list, QStringList(text("/file")));
+    QCOMPARE(FileUtils::listFilesInFileSystem(text("."), list, true), 1);
+    QCOMPARE(list, QStringList({text("/file"), text("file")}));
+}
+
+void tst_FileUtilsTrees::listFilesAppends()
+{
+    Sandbox box;
+    box.file(text("t/a"));
+    QStringList list{text("before")};
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("t")), list, false), 1);
+    QCOMPARE(FileUtils::old::listFilesInFileSystem(box(text("t")), list, false), 1);
+    QCOMPARE(list, QStringList({text("before"), text("a"), text("/a")}));
+}
+
+void tst_FileUtilsTrees::listFilesIgnoresWhatIsNeither()
+{
+    Sandbox box;
+    box.file(text("outside/b"));
+    box.folder(text("t"));
+    box.link(text("t/broken"), text("nowhere"));
+    box.pipe(text("t/pipe"));
+    box.link(text("t/file"), text("../outside/b"));
+    box.link(text("t/folder"), text("../outside"));
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("t")), list, true), 2);
+    QCOMPARE(sorted(list), QStringList({text("file"), text("folder/b")}));
+}
+
+void tst_FileUtilsTrees::listDirectoriesInFileSystem()
+{
+    Sandbox box;
+    box.folder(text("t/a/b/c"));
+    box.folder(text("t/d"));
+    box.folder(text("t/.hidden/e"));
+    box.file(text("t/file"));
+    box.folder(text("outside/f"));
+    box.link(text("t/link"), text("../outside"));
+    box.link(text("t/broken"), text("nowhere"));
+    QStringList list{text("before")};
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(box(text("t")), list, false));
+    QCOMPARE(list.takeFirst(), text("before"));
+    const QStringList flat{box(text("t/a")), box(text("t/d")), box(text("t/link"))};
+    QCOMPARE(sorted(list), flat);
+
+    const QStringList all{box(text("t/a")), box(text("t/a/b")),  box(text("t/a/b/c")),
+                          box(text("t/d")), box(text("t/link")), box(text("t/link/f"))};
+    QStringList deep;
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(box(text("t/")), deep, true));
+    QCOMPARE(sorted(deep), all);
+    // A folder is followed by its own sub-folders.
+    const int a = deep.indexOf(box(text("t/a")));
+    QCOMPARE(deep.mid(a, 3),
+             QStringList({box(text("t/a")), box(text("t/a/b")), box(text("t/a/b/c"))}));
+    QCOMPARE(deep.at(deep.indexOf(box(text("t/link"))) + 1), box(text("t/link/f")));
+
+    const CurrentFolder current(box(text("t")));
+    for (const QString& path : {QString(), text("."), text("../t")}) {
+        QStringList relative;
+        QVERIFY(FileUtils::listDirectoriesInFileSystem(path, relative, true));
+        QCOMPARE(sorted(relative), all);
+    }
+}
+
+void tst_FileUtilsTrees::listDirectoriesOfNothing()
+{
+    Sandbox box;
+    const QString file = box.file(text("file"));
+    QStringList list;
+    for (const QString& path : {box(text("missing")), file}) {
+        QVERIFY(!FileUtils::listDirectoriesInFileSystem(path, list, true));
+        QVERIFY(!FileUtils::listFolderName(path, list));
+    }
+    const QString empty = box.folder(text("empty"));
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(empty, list, true));
+    QVERIFY(FileUtils::listFolderName(empty, list));
+    QCOMPARE(list, QStringList());
+}
+
+void tst_FileUtilsTrees::listFolderName()
+{
+    Sandbox box;
+    box.folder(text("t/a/b"));
+    box.folder(text("t/c d"));
+    box.folder(text("t/.hidden"));
+    box.file(text("t/file"));
+    box.link(text("t/link"), text("a"));
+    QStringList list{text("before")};
+    QVERIFY(FileUtils::listFolderName(box(text("t")), list));
+    QCOMPARE(list.takeFirst(), text("before"));
+    QCOMPARE(sorted(list), QStringList({text("a"), text("c d"), text("link")}));
+    const CurrentFolder current(box(text("t/a")));
+    QStringList here;
+    QVERIFY(FileUtils::listFolderName(QString(), here));
+    QCOMPARE(here, QStringList(text("b")));
+}
+
+void tst_FileUtilsTrees::listResources()
+{
+    QStringList files;
+    QCOMPARE(FileUtils::listFilesInFileSystem(text(":/tree"), files, true), 2);
+    QCOMPARE(sorted(files), QStringList({text("a.txt"), text("sub/b.txt")}));
+    QStringList folders;
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(text(":/tree"), folders, true));
+    QCOMPARE(folders, QStringList(text(":/tree/sub")));
+    int count = 0;
+    QCOMPARE(FileUtils::folderSize(text(":/tree"), &count), qint64(11 + 8));
+    QCOMPARE(count, 2);
+}
+
+void tst_FileUtilsTrees::linkLoopsAreWalkedOnce()
+{
+    // Followed to the end, these three loops would make more folders than there are atoms.
+    Sandbox box;
+    box.file(text("t/a/file"), "123");
+    box.folder(text("t/b"));
+    box.link(text("t/a/self"), text("."));
+    box.link(text("t/a/up"), text(".."));
+    box.link(text("t/a/toB"), text("../b"));
+    box.link(text("t/b/toA"), text("../a"));
+    box.link(text("t/b/up"), box(text("t")));
+    // t/a/file, t/a/toB holds only what leads back, t/b/toA/file.
+    int count = 0;
+    QCOMPARE(FileUtils::folderSize(box(text("t")), &count), qint64(6));
+    QCOMPARE(count, 2);
+    QStringList files;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("t")), files, true), 2);
+    QCOMPARE(sorted(files), QStringList({text("a/file"), text("b/toA/file")}));
+    QStringList folders;
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(box(text("t")), folders, true));
+    QCOMPARE(sorted(folders),
+             QStringList({box(text("t/a")), box(text("t/a/self")), box(text("t/a/toB")),
+                          box(text("t/a/toB/toA")), box(text("t/a/toB/up")), box(text("t/a/up")),
+                          box(text("t/b")), box(text("t/b/toA")), box(text("t/b/toA/self")),
+                          box(text("t/b/toA/toB")), box(text("t/b/toA/up")), box(text("t/b/up"))}));
+    QVERIFY(FileUtils::copyDir(box(text("t")), box(text("d")), false));
+    QCOMPARE(treeOf(box(text("d"))),
+             QStringList({text("a/"), text("a/file=123"), text("a/toB/"), text("b/"),
+                          text("b/toA/"), text("b/toA/file=123")}));
+}
+
+void tst_FileUtilsTrees::namesThatAreNoText()
+{
+    if (portable)
+        QSKIP("Qt's classes do not show such names, and Linux alone has them");
+    // A name in Latin 1 on a system that writes UTF-8, as old archives bring it.
+    Sandbox box;
+    box.folder(text("s"));
+    const QByteArray path = QFile::encodeName(box(text("s/caf"))) + '\xe9';
+    const int file = ::open(path.constData(), O_CREAT | O_WRONLY, 0644);
+    if (file < 0)
+        QSKIP("this file system does not take such names");
+    ::close(file);
+    // It is neither listed nor lost without a word.
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("s")), list, true), 0);
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false));
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
+                         + box(text("s/caf\ufffd")) + text(" to ") + box(text("d/caf\ufffd"))));
+    log.take();
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("s")), true));
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            text(
+                "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively ")
+            + box(text("s/caf\ufffd"))));
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("s")), true));
+    struct stat status;
+    QCOMPARE(lstat(path.constData(), &status), 0);
+    ::unlink(path.constData());
+}
+
+void tst_FileUtilsTrees::folderNamesThatAreNoText()
+{
+    if (portable)
+        QSKIP("Qt's classes do not show such names, and Linux alone has them");
+    Sandbox box;
+    box.folder(text("s"));
+    const QByteArray path = QFile::encodeName(box(text("s/caf"))) + '\xe9';
+    if (::mkdir(path.constData(), 0755) != 0)
+        QSKIP("this file system does not take such names");
+    const QByteArray inside = path + "/file";
+    const int file = ::open(inside.constData(), O_CREAT | O_WRONLY, 0644);
+    QVERIFY(file >= 0);
+    QCOMPARE(::write(file, "12345", 5), ssize_t(5));
+    ::close(file);
+
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("s")), list, true), 0);
+    QVERIFY(FileUtils::listDirectoriesInFileSystem(box(text("s")), list, true));
+    QVERIFY(FileUtils::listFolderName(box(text("s")), list));
+    QCOMPARE(list, QStringList());
+    QCOMPARE(FileUtils::folderSize(box(text("s"))), qint64(0));
+    QCOMPARE(FileUtils::removeEmptyDirs(box(text("s")), true), 0);
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false));
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
+                         + box(text("s/caf\ufffd")) + text(" to ") + box(text("d/caf\ufffd"))));
+    log.take();
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("s")), true));
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            text(
+                "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively ")
+            + box(text("s/caf\ufffd"))));
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("s")), true));
+    struct stat status;
+    QCOMPARE(lstat(inside.constData(), &status), 0);
+    ::unlink(inside.constData());
+    ::rmdir(path.constData());
+}
+
+void tst_FileUtilsTrees::manyLevels()
+{
+    // More levels than a process may have open folders.
+    const FileLimit limit(RLIMIT_NOFILE, 64);
+    Sandbox box;
+    QString deep = text("s");
+    for (int level = 0; level < 150; ++level)
+        deep += text("/d");
+    box.file(deep + text("/file"), "12345");
+    QCOMPARE(FileUtils::folderSize(box(text("s"))), qint64(5));
+    QStringList list;
+    QCOMPARE(FileUtils::listFilesInFileSystem(box(text("s")), list, true), 1);
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("c")), false));
+    QCOMPARE(contentOf(box(text("c") + deep.mid(1) + text("/file"))), QByteArray("12345"));
+    QVERIFY(FileUtils::old::removeDirectory(box(text("c")), true, nullptr, 151));
+    QVERIFY(!isThere(box(text("c"))));
+    QVERIFY(FileUtils::removeContentDirectory(box(text("s")), true));
+    QCOMPARE(treeOf(box.root()), QStringList(text("s/")));
+}
+
+// removeContentDirectory
+
+void tst_FileUtilsTrees::removeContentDirectoryGuards_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("current folder") << text(".");
+    QTest::newRow("parent folder") << text("..");
+    QTest::newRow("bare name") << text("folder");
+    QTest::newRow("missing") << text("./missing");
+    QTest::newRow("file") << text("./file");
+}
+
+void tst_FileUtilsTrees::removeContentDirectoryGuards()
+{
+    QFETCH(QString, path);
+    Sandbox box;
+    box.file(text("t/file"));
+    box.file(text("t/folder/file"));
+    const QStringList before = treeOf(box.root());
+    const CurrentFolder current(box(text("t")));
+    LogCapture log;
+    QVERIFY(!FileUtils::removeContentDirectory(path, true));
+    QVERIFY(!FileUtils::removeContentDirectory(path, false));
+    QCOMPARE(treeOf(box.root()), before);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtilsTrees::removeContentDirectory_data()
+{
+    QTest::addColumn<bool>("recursive");
+    QTest::addColumn<QStringList>("left");
+    QTest::newRow("recursive") << true << QStringList();
+    QTest::newRow("not recursive")
+        << false
+        << QStringList({text(".hiddenSub/"), text(".hiddenSub/d=4"), text("sub/"), text("sub/c=3"),
+                        text("sub/deep/")});
+}
+
+void tst_FileUtilsTrees::removeContentDirectory()
+{
+    QFETCH(bool, recursive);
+    QFETCH(QStringList, left);
+    for (const QString& spelling : {text("t"), text("t/"), text("./t")}) {
+        Sandbox box;
+        box.file(text("t/a"), "1");
+        box.file(text("t/.hidden"), "2");
+        box.file(text("t/sub/c"), "3");
+        box.folder(text("t/sub/deep"));
+        box.file(text("t/.hiddenSub/d"), "4");
+        const CurrentFolder current(box.root());
+        LogCapture log;
+        const QString path = spelling.startsWith(QLatin1Char('.')) ? spelling : box(spelling);
+        QVERIFY(FileUtils::removeContentDirectory(path, recursive));
+        QCOMPARE(treeOf(box(text("t"))), left);
+        QVERIFY(QFileInfo(box(text("t"))).isDir());
+        QCOMPARE(log.lines(), QStringList());
+    }
+}
+
+void tst_FileUtilsTrees::removeContentDirectoryLinks()
+{
+    for (const bool recursive : {true, false}) {
+        Sandbox box;
+        box.file(text("outside/sentinel"), "kept");
+        box.file(text("sentinel"), "kept");
+        const QStringList outside = treeOf(box(text("outside")));
+        box.folder(text("t"));
+        box.link(text("t/toFolder"), text("../outside"));
+        box.link(text("t/toFile"), text("../sentinel"));
+        box.link(text("t/broken"), text("nowhere"));
+        box.link(text("t/loop"), text("."));
+        box.link(text("t/self"), text("self"));
+        if (recursive) {
+            box.folder(text("t/sub"));
+            box.link(text("t/sub/toFolder"), text("../../outside"));
+            box.link(text("t/sub/toTop"), text(".."));
+        }
+        QVERIFY(FileUtils::removeContentDirectory(box(text("t")), recursive));
+        QCOMPARE(treeOf(box(text("t"))), QStringList());
+        QCOMPARE(treeOf(box(text("outside"))), outside);
+        QCOMPARE(contentOf(box(text("sentinel"))), QByteArray("kept"));
+    }
+}
+
+void tst_FileUtilsTrees::removeContentDirectoryStopsAtAFile()
+{
+    Sandbox box;
+    box.file(text("t/a"));
+    box.file(text("t/b"));
+    box.lock(box(text("t")), 0555);
+    const OrdinaryUser user;
+    LogCapture log;
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("t")), true));
+    // One record: the first file, whichever it is, ends it.
+    QCOMPARE(log.lines().size(), 1);
+    const QString start =
+        text("critical orvautils FileUtils removeContentDirectory: enable to removeRecursively ");
+    QVERIFY2(log.lines().at(0) == start + box(text("t/a"))
+                 || log.lines().at(0) == start + box(text("t/b")),
+             qPrintable(log.lines().at(0)));
+    QCOMPARE(treeOf(box(text("t"))).size(), 2);
+}
+
+void tst_FileUtilsTrees::removeContentDirectoryStopsAtAFolder()
+{
+    Sandbox box;
+    box.file(text("t/sub/a"));
+    changeMode(box(text("t")), 0777);
+    box.lock(box(text("t/sub")), 0555);
+    const OrdinaryUser user;
+    LogCapture log;
+    QVERIFY(FileUtils::removeContentDirectory(box(text("t")), false));
+    QCOMPARE(log.lines(), QStringList());
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("t")), true));
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            text(
+                "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively ")
+            + box(text("t/sub"))));
+}
+
+void tst_FileUtilsTrees::removeContentDirectoryUnreadable()
+{
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
+    Sandbox box;
+    box.file(text("t/a"));
+    box.lock(box(text("t")), 0333);
+    LogCapture log;
+    {
+        const OrdinaryUser user;
+        QVERIFY(!FileUtils::removeContentDirectory(box(text("t")), true));
+    }
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            text(
+                "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively ")
+            + box(text("t"))));
+    QVERIFY(isThere(box(text("t/a"))));
+}
+
+// removeEmptyDirs
+
+void tst_FileUtilsTrees::removeEmptyDirs_data()
+{
+    QTest::addColumn<QStringList>("entries");
+    QTest::addColumn<bool>("recursive");
+    QTest::addColumn<int>("removed");
+    QTest::addColumn<QStringList>("left");
+    const QStringList empties{text("t/a/b/"), text("t/a/c/"), text("t/d/")};
+    QTest::newRow("empty folders") << empties << true << 5 << QStringList();
+    QTest::newRow("empty folders, not recursive")
+        << empties << false << 0
+        << QStringList({text("t/"), text("t/a/"), text("t/a/b/"), text("t/a/c/"), text("t/d/")});
+    QTest::newRow("one empty folder") << QStringList(text("t/")) << true << 1 << QStringList();
+    QTest::newRow("one empty folder, not recursive")
+        << QStringList(text("t/")) << false << 1 << QStringList();
+    QTest::newRow("only an empty sub-folder, not recursive")
+        << QStringList(text("t/a/")) << false << 0 << QStringList({text("t/"), text("t/a/")});
+    QTest::newRow("a file keeps its folders")
+        << QStringList({text("t/a/b/"), text("t/c/file")}) << true << 2
+        << QStringList({text("t/"), text("t/c/"), text("t/c/file=content")});
+    QTest::newRow("a hidden file cannot be removed")
+        << QStringList({text("t/a/.DS_Store"), text("t/b/")}) << true << 1
+        << QStringList({text("t/"), text("t/a/"), text("t/a/.DS_Store=content")});
+    QTest::newRow("only a hidden file") << QStringList(text("t/.DS_Store")) << true << 0
+                                        << QStringList({text("t/"), text("t/.DS_Store=content")});
+    QTest::newRow("hidden folders are not visited")
+        << QStringList(text("t/.hidden/a/")) << true << 0
+        << QStringList({text("t/"), text("t/.hidden/"), text("t/.hidden/a/")});
+    QTest::newRow("missing") << QStringList() << true << 0 << QStringList();
+}
+
+void tst_FileUtilsTrees::removeEmptyDirs()
+{
+    QFETCH(QStringList, entries);
+    QFETCH(bool, recursive);
+    QFETCH(int, removed);
+    QFETCH(QStringList, left);
+    for (const QString& spelling : {text("t"), text("t/"), text("./x/..//t")}) {
+        Sandbox box;
+        for (const QString& entry : qAsConst(entries)) {
+            if (entry.endsWith(QLatin1Char('/')))
+                box.folder(entry);
+            else
+                box.file(entry);
+        }
+        box.folder(text("x"));
+        LogCapture log;
+        QCOMPARE(FileUtils::removeEmptyDirs(box(spelling), recursive), removed);
+        QVERIFY(QDir(box.root()).rmdir(text("x")));
+        QCOMPARE(treeOf(box.root()), left);
+        QCOMPARE(log.lines(), QStringList());
+    }
+    Sandbox box;
+    box.folder(text("empty"));
+    const CurrentFolder current(box.root());
+    QCOMPARE(FileUtils::removeEmptyDirs(QString(), true), 0);
+    QCOMPARE(treeOf(box.root()), QStringList(text("empty/")));
+}
+
+void tst_FileUtilsTrees::removeEmptyDirsLeavesLinks()
+{
+    Sandbox box;
+    box.folder(text("outside/empty"));
+    box.folder(text("t/a"));
+    box.link(text("t/link"), text("../outside"));
+    box.link(text("t/loop"), text("."));
+    QCOMPARE(FileUtils::removeEmptyDirs(box(text("t")), true), 1);
+    QCOMPARE(treeOf(box.root()),
+             QStringList({text("outside/"), text("outside/empty/"), text("t/"),
+                          text("t/link -> ../outside"), text("t/loop -> .")}));
+    QCOMPARE(FileUtils::removeEmptyDirs(box(text("t/link")), false), 0);
+}
+
+// Older variants
+
+void tst_FileUtilsTrees::forceDirectoryCreation_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("made");
+    QTest::newRow("several levels") << text("a/b/c/file") << text("a/b/c");
+    QTest::newRow("present") << text("present/file") << text("present");
+    QTest::newRow("one more level") << text("present/b/file") << text("present/b");
+    QTest::newRow("folder path") << text("a/b/") << text("a/b");
+    QTest::newRow("two slashes") << text("a//b//file") << text("a/b");
+    QTest::newRow("through a link") << text("link/b/file") << text("present/b");
+}
+
+void tst_FileUtilsTrees::forceDirectoryCreation()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, made);
+    for (const bool relative : {false, true}) {
+        Sandbox box;
+        box.folder(text("present"));
+        box.link(text("link"), text("present"));
+        const CurrentFolder current(box.root());
+        LogCapture log;
+        QString error = text("untouched");
+        QVERIFY(
+            FileUtils::old::forceDirectoryCreationForAFile(relative ? path : box(path), &error));
+        QVERIFY(QFileInfo(box(made)).isDir());
+        QVERIFY(!isThere(box(text("a/b/c/file"))));
+        QVERIFY(FileUtils::old::forceDirectoryCreationForAFile(box(path)));
+        QVERIFY(FileUtils::old::forceDirectoryCreationForAFile(text("file"), &error));
+        QVERIFY(FileUtils::old::forceDirectoryCreationForAFile(QString(), &error));
+        QVERIFY(!isThere(box(text("file"))));
+        QCOMPARE(error, text("untouched"));
+        QCOMPARE(log.lines(), QStringList());
+    }
+}
+
+void tst_FileUtilsTrees::forceDirectoryCreationFailure()
+{
+    Sandbox box;
+    box.file(text("file"));
+    const QString start = text("warning orvautils FileUtils forceDirectoryCreationForAFile: ");
+    QString error;
+    LogCapture log;
+    QVERIFY(!FileUtils::old::forceDirectoryCreationForAFile(box(text("file/b/c/x")), &error));
+    QCOMPARE(error, text("The folder '") + box(text("file/b/c/")) + text("' cannot be created!"));
+    // Every level is tried, and each that fails is logged.
+    const QStringList lines{
+        start + text("Mkdir fail on \"") + box(text("file")) + text("\""),
+        start + text("Mkdir fail on \"") + box(text("file/b")) + text("\""),
+        start + text("Mkdir fail on \"") + box(text("file/b/c")) + text("\""),
+        start + text("The folder '") + box(text("file/b/c/")) + text("' cannot be created!"),
+    };
+    QCOMPARE(log.lines(), lines);
+    QVERIFY(!FileUtils::old::forceDirectoryCreationForAFile(box(text("file/b/c/x"))));
+    QCOMPARE(log.lines(), lines + lines);
+    // Names that look like the places of a message.
+    log.take();
+    QVERIFY(!FileUtils::old::forceDirectoryCreationForAFile(box(text("file/%1/x")), &error));
+    QCOMPARE(error, text("The folder '") + box(text("file/%1/")) + text("' cannot be created!"));
+}
+
+void tst_FileUtilsTrees::removeDirectory()
+{
+    Sandbox box;
+    box.file(text("outside"), "kept");
+    for (const QString& spelling : {text("t"), text("t/"), text("x/..//t")}) {
+        box.folder(text("x"));
+        box.file(text("t/a"));
+        box.file(text("t/.hidden"));
+        box.file(text("t/sub/deep/b"));
+        box.folder(text("t/.git/empty"));
+        LogCapture log;
+        QString error = text("untouched");
+        QVERIFY(FileUtils::old::removeDirectory(box(spelling), true, &error));
+        QCOMPARE(treeOf(box.root()), QStringList({text("outside=kept"), text("x/")}));
+        QCOMPARE(error, text("untouched"));
+        QCOMPARE(log.lines(), QStringList());
+    }
+    // Files alone need no recursion, and a relative path will do.
+    box.file(text("t/a"));
+    const CurrentFolder current(box.root());
+    QVERIFY(FileUtils::old::removeDirectory(text("t"), false));
+    QCOMPARE(treeOf(box.root()), QStringList({text("outside=kept"), text("x/")}));
+}
+
+void tst_FileUtilsTrees::removeDirectoryRefusals_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("depth");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("empty") << QString() << 64 << text("untouched");
+    QTest::newRow("empty, without a budget") << QString() << 0 << text("untouched");
+    QTest::newRow("no budget") << text("t") << 0
+                               << text("FileUtils::removeDirectory t profondeur max atteinte !");
+    QTest::newRow("less than no budget")
+        << text("t") << -1 << text("FileUtils::removeDirectory t profondeur max atteinte !");
+    QTest::newRow("missing") << text("missing") << 64
+                             << text("FileUtils::removeDirectory: missing doesn't exist");
+    QTest::newRow("missing, without a budget")
+        << text("missing") << 0
+        << text("FileUtils::removeDirectory missing profondeur max atteinte !");
+    QTest::newRow("file") << text("t/a") << 64
+                          << text("FileUtils::removeDirectory: t/a doesn't exist");
+    QTest::newRow("broken link") << text("broken") << 64
+                                 << text("FileUtils::removeDirectory: broken doesn't exist");
+}
+
+void tst_FileUtilsTrees::removeDirectoryRefusals()
+{
+    QFETCH(QString, path);
+    QFETCH(int, depth);
+    Sandbox box;
+    box.file(text("t/a"));
+    box.link(text("broken"), text("nowhere"));
+    const QStringList before = treeOf(box.root());
+    const CurrentFolder current(box.root());
+    LogCapture log;
+    QString error = text("untouched");
+    QVERIFY(!FileUtils::old::removeDirectory(path, true, &error, depth));
+    QTEST(error, "message");
+    QVERIFY(!FileUtils::old::removeDirectory(path, true, nullptr, depth));
+    QCOMPARE(treeOf(box.root()), before);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtilsTrees::removeDirectoryDepth()
+{
+    Sandbox box;
+    box.file(text("t/a"), "1");
+    box.file(text("t/sub/b"), "2");
+    box.file(text("t/z"), "3");
+    QString error;
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("t")), true, &error, 1));
+    QCOMPARE(error,
+             text("FileUtils::removeDirectory ") + box(text("t/sub"))
+                 + text(" profondeur max atteinte !"));
+    QCOMPARE(treeOf(box(text("t"))), QStringList({text("sub/"), text("sub/b=2"), text("z=3")}));
+    QVERIFY(FileUtils::old::removeDirectory(box(text("t")), true, &error, 2));
+    QVERIFY(!isThere(box(text("t"))));
+}
+
+void tst_FileUtilsTrees::removeDirectoryDefaultDepth()
+{
+    // Level 1 is the folder itself, so 64 levels have 63 below it.
+    const auto nested = [](int levels) { return text("t") + text("/d").repeated(levels - 1); };
+    Sandbox box;
+    box.folder(nested(64));
+    QVERIFY(FileUtils::old::removeDirectory(box(text("t")), true));
+    QVERIFY(!isThere(box(text("t"))));
+    box.folder(nested(65));
+    QString error;
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("t")), true, &error));
+    QCOMPARE(error,
+             text("FileUtils::removeDirectory ") + box(nested(65))
+                 + text(" profondeur max atteinte !"));
+    QVERIFY(isThere(box(nested(65))));
+}
+
+void tst_FileUtilsTrees::removeDirectoryOrder()
+{
+    // The folder in the middle of the names, ignoring case, stops the deletion.
+    Sandbox box;
+    for (const QString& name : {text("B"), text("a"), text("D"), text("e")})
+        box.file(text("t/") + name, QByteArray());
+    box.folder(text("t/c"));
+    QString error;
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("t")), false, &error));
+    QCOMPARE(treeOf(box(text("t"))), QStringList({text("D="), text("c/"), text("e=")}));
+}
+
+void tst_FileUtilsTrees::removeDirectoryNotRecursive()
+{
+    Sandbox box;
+    box.file(text("t/%2 sub/a"));
+    QString error;
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("t")), false, &error));
+    QCOMPARE(error, text("Failed to remove file: %2 sub (non recursive operation)"));
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("t")), false));
+    QVERIFY(isThere(box(text("t/%2 sub/a"))));
+}
+
+void tst_FileUtilsTrees::removeDirectoryCannotRemoveFile()
+{
+    Sandbox box;
+    box.file(text("t/sub/%2 a"));
+    box.file(text("t/sub/b"));
+    box.file(text("t/z"));
+    changeMode(box(text("t")), 0777);
+    box.lock(box(text("t/sub")), 0555);
+    const OrdinaryUser user;
+    QString error;
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("t")), true, &error));
+    QCOMPARE(error,
+             text("Failed to remove file: ") + box(text("t/sub/%2 a"))
+                 + text(" (Permission denied)"));
+    QCOMPARE(treeOf(box(text("t"))).size(), 4);
+}
+
+void tst_FileUtilsTrees::removeDirectoryCannotRemoveFolder()
+{
+    Sandbox box;
+    box.folder(text("locked/t"));
+    box.lock(box(text("locked")), 0555);
+    const CurrentFolder current(box(text("locked")));
+    const OrdinaryUser user;
+    QString error;
+    QVERIFY(!FileUtils::old::removeDirectory(text("t"), true, &error));
+    // What the system says when a folder is removed as a file.
+    QFile asFile(text("t"));
+    QVERIFY(!asFile.remove());
+    QCOMPARE(error, text("Failed to remove directory: t (") + asFile.errorString() + text(")"));
+    QVERIFY(!FileUtils::old::removeDirectory(text("t"), true));
+}
+
+void tst_FileUtilsTrees::removeDirectoryLeavesSpecialFiles()
+{
+    Sandbox box;
+    box.file(text("t/a"));
+    box.pipe(text("t/m"));
+    box.file(text("t/z"));
+    QString error;
+    QVERIFY(!FileUtils::old::removeDirectory(box(text("t")), true, &error));
+    QCOMPARE(treeOf(box(text("t"))), QStringList(text("m|")));
+    QFile asFile(box(text("t")));
+    QVERIFY(!asFile.remove());
+    QCOMPARE(error,
+             text("Failed to remove directory: ") + box(text("t")) + text(" (")
+                 + asFile.errorString() + text(")"));
+}
+
+void tst_FileUtilsTrees::removeDirectoryLinks()
+{
+    for (const bool recursive : {true, false}) {
+        Sandbox box;
+        box.file(text("outside/sub/sentinel"), "kept");
+        const QStringList outside = treeOf(box(text("outside")));
+        box.folder(text("t"));
+        box.link(text("t/toFolder"), text("../outside"));
+        box.link(text("t/toFile"), text("../outside/sub/sentinel"));
+        box.link(text("t/broken"), text("nowhere"));
+        box.link(text("t/loop"), text("."));
+        box.link(text("t/self"), text("self"));
+        if (recursive) {
+            box.folder(text("t/sub"));
+            box.link(text("t/sub/toOutside"), box(text("outside")));
+            box.link(text("t/sub/toTop"), text(".."));
+        }
+        QString error = text("untouched");
+        QVERIFY2(FileUtils::old::removeDirectory(box(text("t")), recursive, &error),
+                 qPrintable(error));
+        QVERIFY(!isThere(box(text("t"))));
+        QCOMPARE(treeOf(box(text("outside"))), outside);
+    }
+}
+
+void tst_FileUtilsTrees::removeDirectoryOfALink_data()
+{
+    QTest::addColumn<QString>("spelling");
+    QTest::newRow("link") << text("link");
+    QTest::newRow("link with slash") << text("link/");
+}
+
+void tst_FileUtilsTrees::removeDirectoryOfALink()
+{
+    QFETCH(QString, spelling);
+    Sandbox box;
+    box.file(text("outside/sentinel"), "kept");
+    box.link(text("link"), text("outside"));
+    QVERIFY(FileUtils::old::removeDirectory(box(spelling), true));
+    QCOMPARE(treeOf(box.root()), QStringList({text("outside/"), text("outside/sentinel=kept")}));
+}
+
+QTEST_MAIN(tst_FileUtilsTrees)
+#include "tst_FileUtilsTrees.moc"
