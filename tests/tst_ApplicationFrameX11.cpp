@@ -74,7 +74,12 @@ void tst_ApplicationFrameX11::modalDialogStaysInFront()
     window.raise();
     QTRY_COMPARE(inFront(), QColor(Qt::blue));
     QCoreApplication::sendEvent(&window, &focus);
-    QTest::qWait(50);
+    // The display does one thing after the other: what the event asked of it is done before a later
+    // window is shown.
+    QWidget later;
+    later.setGeometry(600, 500, 50, 50);
+    later.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&later));
     QCOMPARE(inFront(), QColor(Qt::blue)); // the fault, as it is without the filter
 
     CoreApplicationUtils::fixOSXDialogFocusBug();

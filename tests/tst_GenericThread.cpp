@@ -5,6 +5,7 @@
 
 #include "ChildRole.h"
 #include "LogCapture.h"
+#include "ThreadRecords.h"
 
 #include <QMetaMethod>
 #include <QSemaphore>
@@ -400,12 +401,6 @@ void tst_GenericThread::twoHundredInARow()
 
 // The guard
 
-static QString stillRunning()
-{
-    return QStringLiteral("critical orvautils Thread ~Thread: Thread Thread is still running on "
-                          "Destructor call! \n => terminate()");
-}
-
 void tst_GenericThread::destructorStopsTheFunction_data()
 {
     QTest::addColumn<bool>("polite");
@@ -432,7 +427,7 @@ void tst_GenericThread::destructorStopsTheFunction()
         &receiver, SLOT(receive(QVariant)));
     running.acquire();
     delete thread;
-    QCOMPARE(log.lines(), QStringList(stillRunning()));
+    QCOMPARE(log.lines(), QStringList(stillRunningRecord()));
     QCoreApplication::processEvents();
     QCOMPARE(receiver.mResults, QVariantList({textOf(1)})); // handed over before the end
 }
@@ -441,9 +436,8 @@ void tst_GenericThread::destructorEndsTheFunctionByForce()
 {
     const ChildResult child = runChildRole("destroys a thread that does not listen");
     QCOMPARE(child.errors,
-             stillRunning().split(QLatin1Char('\n'))
-                 << QStringLiteral("critical orvautils Thread ~Thread: Thread Terminated! #BRUTAL")
-                 << QStringLiteral("after more than 2990 ms, 0 results"));
+             stillRunningRecord().split(QLatin1Char('\n'))
+                 << terminatedRecord() << QStringLiteral("after more than 2990 ms, 0 results"));
     QVERIFY(child.exitedNormally);
     QCOMPARE(child.exitCode, 0);
 }
@@ -483,7 +477,7 @@ void tst_GenericThread::programThatNeverRunsItsEventLoop()
     // The thread goes with the application object.
     const ChildResult child = runChildRole("ends without an event loop");
     QCOMPARE(child.errors,
-             stillRunning().split(QLatin1Char('\n')) << QStringLiteral("asked to stop"));
+             stillRunningRecord().split(QLatin1Char('\n')) << QStringLiteral("asked to stop"));
     QVERIFY(child.exitedNormally);
     QCOMPARE(child.exitCode, 0);
 }
@@ -534,11 +528,7 @@ void tst_GenericThread::parentDiesWhileRunning()
     LogCapture log;
     parent.reset();
     QVERIFY(!thread);
-    QCOMPARE(
-        log.lines(),
-        QStringList(QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: "
-                                   "PoliteGenericThread Thread is still running on "
-                                   "lastChanceBeforeDestroyed call! \n => stopAndWait(3000)")));
+    QCOMPARE(log.lines(), QStringList(guardRecord("PoliteGenericThread")));
     QCoreApplication::processEvents();
     QCOMPARE(receiver.mResults, QVariantList({QVariant()})); // handed over before the end
 }
@@ -559,11 +549,7 @@ void tst_GenericThread::applicationQuits()
     QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
     QCoreApplication::exec();
     QVERIFY(!thread || thread->isFinished());
-    QCOMPARE(
-        log.lines(),
-        QStringList(QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: "
-                                   "GenericThread Thread is still running on "
-                                   "lastChanceBeforeDestroyed call! \n => stopAndWait(3000)")));
+    QCOMPARE(log.lines(), QStringList(guardRecord("GenericThread")));
     QVERIFY(deletedItself(thread));
 }
 

@@ -3,11 +3,11 @@
 
 #include "GoogleFontItem.h"
 
+#include "Bracketing.h"
 #include "LogCapture.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QTranslator>
 #include <QtTest>
 
 namespace {
@@ -36,18 +36,6 @@ QString told(const QMap<int, GoogleFontWeightDetail>& weights)
     }
     return texts.join(QLatin1Char(' '));
 }
-
-/// Translates a few texts, so that context and source text of the labels show.
-class Bracketing : public QTranslator
-{
-public:
-    QString translate(const char* context, const char* source, const char*, int) const override
-    {
-        return QStringLiteral("[%1: ").arg(QLatin1String(context)) + QLatin1String(source)
-            + QLatin1Char(']');
-    }
-    bool isEmpty() const override { return false; }
-};
 
 } // namespace
 

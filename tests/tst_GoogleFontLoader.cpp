@@ -4,6 +4,7 @@
 #include "GoogleFontLoader.h"
 
 #include "ApplicationUtils.h"
+#include "Bracketing.h"
 #include "CoreApplicationUtils.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -14,7 +15,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTemporaryDir>
-#include <QTranslator>
 #include <QtTest>
 
 #include <utime.h>
@@ -28,17 +28,13 @@ QByteArray listOf(const char* family, const char* date)
         + R"("}]})";
 }
 
-/// A translator that puts everything into brackets, with its context.
-class Bracketing : public QTranslator
+/// A new loader takes the list of the library.
+void loadTheBuiltInList()
 {
-public:
-    QString translate(const char* context, const char* source, const char*, int) const override
-    {
-        return QStringLiteral("[%1: ").arg(QLatin1String(context)) + QLatin1String(source)
-            + QLatin1Char(']');
-    }
-    bool isEmpty() const override { return false; }
-};
+    GoogleFontLoader loader;
+    QVERIFY(loader.load());
+    QCOMPARE(loader.fontNames().size(), 1365);
+}
 
 } // namespace
 
@@ -274,9 +270,7 @@ void tst_GoogleFontLoader::customListThatIsNotLater()
     QFETCH(QByteArray, content);
     writeCustom(content);
     LogCapture log;
-    GoogleFontLoader loader;
-    QVERIFY(loader.load());
-    QCOMPARE(loader.fontNames().size(), 1365);
+    loadTheBuiltInList();
     QCOMPARE(log.lines(), QStringList());
 }
 
@@ -293,9 +287,7 @@ void tst_GoogleFontLoader::unusableCustomList()
     QFETCH(QByteArray, content);
     writeCustom(content);
     LogCapture log;
-    GoogleFontLoader loader;
-    QVERIFY(loader.load());
-    QCOMPARE(loader.fontNames().size(), 1365);
+    loadTheBuiltInList();
     QCOMPARE(log.lines().size(), 1);
     QVERIFY(log.lines().at(0).startsWith(
         QStringLiteral("warning orvautils GoogleFontFile loadJsonGFontFromBynaryDatas: "
@@ -313,9 +305,7 @@ void tst_GoogleFontLoader::customListThatCannotBeOpened()
     {
         OrdinaryUser ordinary;
         for (int i = 0; i < 2; ++i) {
-            GoogleFontLoader loader;
-            QVERIFY(loader.load());
-            QCOMPARE(loader.fontNames().size(), 1365);
+            loadTheBuiltInList();
         }
     }
     // A file that was not read is looked at again, although it has not changed.

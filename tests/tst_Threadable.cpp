@@ -102,8 +102,8 @@ private Q_SLOTS:
     void threadIsDestroyed();
     void boundAgain();
 
-    void childAddedBeforeBinding();
-    void childAddedAfterBinding();
+    void childIsBoundWithItsParent_data();
+    void childIsBoundWithItsParent();
     void childAddedToAWorkerWhoseThreadIsGone();
     void addedTwice();
     void boundTwice();
@@ -195,26 +195,25 @@ void tst_Threadable::boundAgain()
 
 // Sub-workers
 
-void tst_Threadable::childAddedBeforeBinding()
+void tst_Threadable::childIsBoundWithItsParent_data()
 {
-    CountingThread thread;
-    Worker parent;
-    Worker child;
-    parent.addThreadableChild(child);
-    QVERIFY(child.mBoundTo.isEmpty());
-    parent.setThreadForInterrupt(&thread);
-    QCOMPARE(child.mBoundTo, QList<Thread*>({&thread}));
-    child.requestInterruption();
-    QCOMPARE(thread.mInterruptionRequests, 1);
+    QTest::addColumn<bool>("parentIsBound");
+    QTest::newRow("added before the parent is bound") << false;
+    QTest::newRow("added after that") << true;
 }
 
-void tst_Threadable::childAddedAfterBinding()
+void tst_Threadable::childIsBoundWithItsParent()
 {
+    QFETCH(bool, parentIsBound);
     CountingThread thread;
     Worker parent;
     Worker child;
-    parent.setThreadForInterrupt(&thread);
+    if (parentIsBound)
+        parent.setThreadForInterrupt(&thread);
     parent.addThreadableChild(child);
+    QCOMPARE(child.mBoundTo.size(), parentIsBound ? 1 : 0);
+    if (!parentIsBound)
+        parent.setThreadForInterrupt(&thread);
     QCOMPARE(child.mBoundTo, QList<Thread*>({&thread}));
     QCOMPARE(parent.mBoundTo, QList<Thread*>({&thread})); // the parent is not bound again
     child.requestInterruption();
