@@ -3,97 +3,31 @@
 
 #include "DirectoryWatcher.h"
 
-#include "FileUtils.h"
-#include "asconst_p.h"
-#include "folderpath_p.h"
+#include "directorywatcher_p.h"
 #include "logrecord_p.h"
+#include "watchlimit_p.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QFileSystemWatcher>
-#include <QPointer>
-#include <QSet>
-#include <QStringList>
 #include <QTimer>
 
-using namespace OrvaUtilsPrivate;
-
-namespace OrvaUtilsPrivate {
-
-class DirectoryWatcherPrivate
-{
-public:
-    struct Entries
-    {
-        QStringList files;
-        QStringList folders;
-    };
-
-    explicit DirectoryWatcherPrivate(DirectoryWatcher* watcher)
-        : q(watcher)
-    { }
-
-    void discardWatcher();
-    Entries treeOf(const QString& folder) const;
-    Entries newTreesOf(const QString& folder) const;
-    bool watch(const QString& folder, const Entries& entries);
-    void lookAgain();
-    void reportVanishedFiles(const QString& folder, const QSet<QString>& present);
-    void forgetVanishedFolders(const QString& folder);
-    QString asGiven(const QString& folder) const;
-
-    DirectoryWatcher* const q;
-    QFileSystemWatcher* mWatcher = nullptr; // child of the watcher
-    QString mRootPath;
-    // What is watched and, as far as files go, has been reported or was there from the beginning.
-    // QFileSystemWatcher knows as well, but finds out by comparing with each of its paths.
-    QSet<QString> mFiles;
-    QSet<QString> mFolders;
-    QSet<QString> mSecondLooks; // the folders that wait for theirs
-    int mRound = 0; // counts the calls of setPath()
-    int mNotifications = 0; // of mWatcher, being handled now
-};
-
-} // namespace OrvaUtilsPrivate
-
 using OrvaUtilsPrivate::DirectoryWatcherPrivate;
+using OrvaUtilsPrivate::FileState;
+using OrvaUtilsPrivate::folderOf;
+using OrvaUtilsPrivate::stateOf;
+using OrvaUtilsPrivate::WatcherTurn;
 
 namespace {
 
-QStringList without(const QStringList& paths, const QSet<QString>& known)
-{
-    if (known.isEmpty())
-        return paths;
-    QStringList unknown;
-    for (const QString& path : paths) {
-        if (!known.contains(path))
-            unknown.append(path);
-    }
-    return unknown;
-}
+// In milliseconds: when nothing has happened for that long it is quiet, and after that long it
+// counts as quiet although things go on to happen.
+const int quietTime = 100;
+const int longestUnrest = 1000;
 
-QSet<QString> setOf(const QStringList& paths)
-{
-    QSet<QString> set;
-    set.reserve(paths.size());
-    for (const QString& path : paths)
-        set.insert(path);
-    return set;
-}
-
-void insertAll(QSet<QString>& set, const QStringList& paths)
-{
-    set.reserve(set.size() + paths.size());
-    for (const QString& path : paths)
-        set.insert(path);
-}
-
-void logRefused(const QStringList& paths)
-{
-    ORVAUTILS_LOG_CRITICAL_IN("addDir")
-        << "Impossible to add to Watcher :"
-        << QLatin1Char('(') + paths.join(QStringLiteral(", ")) + QLatin1Char(')');
-}
+// The system keeps a limited number of notifications, and drops the others in silence. Some may
+// have been dropped when there were as many as this, or when they had to wait as long as this.
+const int manyHappenings = 4000;
+const int longWait = 1000;
 
 } // namespace
 
@@ -104,221 +38,275 @@ DirectoryWatcher::DirectoryWatcher(QObject* parent)
 
 DirectoryWatcher::~DirectoryWatcher()
 {
-    d->discardWatcher();
-}
-
-void DirectoryWatcherPrivate::discardWatcher()
-{
-    if (!mWatcher)
-        return;
-    mWatcher->disconnect(q);
-    // It must outlive the notification that a receiver of our signals may be called from, and so
-    // may not be destroyed as a child of this object either.
-    mWatcher->setParent(nullptr);
-    if (mNotifications > 0)
-        mWatcher->deleteLater();
-    else
-        delete mWatcher;
+    d->end();
 }
 
 bool DirectoryWatcher::setPath(const QString& root)
 {
-    d->discardWatcher();
-    d->mWatcher = new QFileSystemWatcher(this);
-    connect(d->mWatcher, &QFileSystemWatcher::fileChanged, this, &DirectoryWatcher::onFilemod);
-    connect(d->mWatcher, &QFileSystemWatcher::directoryChanged, this, &DirectoryWatcher::onDirMod);
-    ++d->mRound;
-    d->mFiles.clear();
-    d->mFolders.clear();
-    d->mSecondLooks.clear();
-
+    d->begin(root);
+    const WatcherTurn turn(d.get());
     const bool wereBlocked = blockSignals(true);
-    d->mRootPath = root;
+    d->isScanning = true;
     bool complete = false;
     if (QDir(root).exists())
         complete = addDir(root);
     else
         ORVAUTILS_LOG_CRITICAL() << "Wrong path";
+    d->isScanning = false;
     blockSignals(wereBlocked);
-    return complete;
+    d->announceRefusals();
+    return complete && !turn.isOver();
 }
 
 bool DirectoryWatcher::addDir(const QString& folder)
 {
-    return d->watch(folder, d->treeOf(folder));
+    const WatcherTurn turn(d.get());
+    const bool complete = d->look(folder, DirectoryWatcherPrivate::Scope::Tree,
+                                  DirectoryWatcherPrivate::Refusal::EndsLook);
+    if (!turn.isOver() && !complete)
+        d->lookAgainSoon(folder);
+    return complete;
 }
 
-DirectoryWatcherPrivate::Entries DirectoryWatcherPrivate::treeOf(const QString& folder) const
+void DirectoryWatcher::stop()
 {
-    Entries entries;
-    FileUtils::old::listFilesInFileSystem(folder, entries.files, true, nullptr, folder);
-    FileUtils::listDirectoriesInFileSystem(folder, entries.folders, true);
-    return entries;
+    d->end();
 }
 
-DirectoryWatcherPrivate::Entries DirectoryWatcherPrivate::newTreesOf(const QString& folder) const
+int DirectoryWatcher::watchedFiles() const
 {
-    Entries entries;
-    FileUtils::old::listFilesInFileSystem(folder, entries.files, false, nullptr, folder);
-    QStringList folders;
-    FileUtils::listDirectoriesInFileSystem(folder, folders, false);
-    const QStringList unknown = without(folders, mFolders);
-    for (const QString& path : unknown) {
-        const Entries tree = treeOf(asGiven(path));
-        entries.files += tree.files;
-        entries.folders += path;
-        entries.folders += tree.folders;
-    }
-    return entries;
+    int count = d->files.size();
+    for (auto refused = d->unwatched.cbegin(); refused != d->unwatched.cend(); ++refused)
+        count -= d->files.contains(refused.key());
+    return count;
 }
 
-bool DirectoryWatcherPrivate::watch(const QString& folder, const Entries& entries)
+int DirectoryWatcher::watchedFolders() const
 {
-    if (!mWatcher)
-        return false;
-    if (QDir(folder).exists())
-        mWatcher->addPath(folder);
+    return d->folders.size();
+}
 
-    const QStringList newFiles = without(entries.files, mFiles);
-    if (!newFiles.isEmpty()) {
-        const QStringList refused = mWatcher->addPaths(newFiles);
-        if (!refused.isEmpty()) {
-            // Those that are watched already were accepted by a pass that failed over others.
-            const QStringList lost = without(refused, setOf(mWatcher->files()));
-            if (!lost.isEmpty()) {
-                logRefused(lost);
-                return false;
-            }
-        }
-        insertAll(mFiles, newFiles);
-        const QPointer<DirectoryWatcher> self(q);
-        const int round = mRound;
-        for (const QString& file : newFiles) {
-            Q_EMIT q->addedFiles(file);
-            if (!self || mRound != round)
-                return false; // a receiver wants none of this any more
-        }
-    }
+void DirectoryWatcher::setSettleTime(int milliseconds)
+{
+    d->settleTime = qMax(0, milliseconds);
+}
 
-    const QStringList newFolders = without(entries.folders, mFolders);
-    if (!newFolders.isEmpty()) {
-        const QStringList refused = mWatcher->addPaths(newFolders);
-        const QStringList lost =
-            refused.isEmpty() ? refused : without(refused, setOf(mWatcher->directories()));
-        insertAll(mFolders, newFolders);
-        if (!lost.isEmpty()) {
-            for (const QString& path : lost)
-                mFolders.remove(path);
-            logRefused(lost);
-            return false;
-        }
-    }
-    return true;
+int DirectoryWatcher::settleTime() const
+{
+    return d->settleTime;
 }
 
 void DirectoryWatcher::onDirMod(const QString& folder)
 {
-    const QPointer<DirectoryWatcher> self(this);
-    const int round = d->mRound;
-    const QString path = d->asGiven(folder);
-    ++d->mNotifications;
-    // What is new in folders that are watched already, they notify of themselves.
-    d->watch(path, d->newTreesOf(path));
-    if (!self)
-        return;
-    --d->mNotifications;
-    if (d->mRound != round)
-        return;
-
-    // One second look serves all notifications until it is taken.
-    if (d->mSecondLooks.isEmpty())
-        QTimer::singleShot(0, this, [this] { d->lookAgain(); });
-    d->mSecondLooks.insert(path);
-    // A folder that was renamed is notified of under its former name, its contents as well.
-    if (!QDir(folder).exists())
-        d->mSecondLooks.insert(d->mRootPath);
-}
-
-void DirectoryWatcherPrivate::lookAgain()
-{
-    const QPointer<DirectoryWatcher> self(q);
-    const int round = mRound;
-    const QSet<QString> folders = mSecondLooks;
-    mSecondLooks.clear();
-    for (const QString& folder : folders) {
-        const Entries entries = treeOf(folder);
-        watch(folder, entries);
-        if (!self || mRound != round)
-            return;
-        forgetVanishedFolders(folder);
-        reportVanishedFiles(folder, setOf(entries.files));
-        if (!self || mRound != round)
-            return;
-    }
-}
-
-void DirectoryWatcherPrivate::reportVanishedFiles(const QString& folder,
-                                                  const QSet<QString>& present)
-{
-    const QString prefix = withSlash(folder);
-    const QSet<QString> known = mFiles;
-    const QPointer<DirectoryWatcher> self(q);
-    for (const QString& file : known) {
-        if (!file.startsWith(prefix) || present.contains(file) || QFileInfo::exists(file))
-            continue;
-        // Not twice, should a receiver have brought the news by itself.
-        if (mFiles.contains(file))
-            q->onFilemod(file);
-        if (!self)
-            return;
-    }
-}
-
-// Where a folder was renamed, the platform goes on to watch what is in it under the former paths.
-void DirectoryWatcherPrivate::forgetVanishedFolders(const QString& folder)
-{
-    QStringList vanished;
-    const QString path = QDir(folder).absolutePath();
-    const QString prefix = withSlash(path);
-    for (const QString& candidate : asConst(mFolders)) {
-        if ((candidate == path || candidate.startsWith(prefix)) && !QFileInfo(candidate).isDir())
-            vanished.append(candidate);
-    }
-    if (vanished.isEmpty())
-        return;
-    mWatcher->removePaths(vanished);
-    for (const QString& gone : asConst(vanished))
-        mFolders.remove(gone);
+    d->handleFolder(folder);
 }
 
 void DirectoryWatcher::onFilemod(const QString& file)
 {
-    const bool exists = QFileInfo::exists(file);
-    // The watch belongs to the file that was, which may have been replaced or made anew under the
-    // same name: take it off, and put it on what is there now.
-    if (d->mWatcher) {
-        d->mWatcher->removePath(file);
-        if (exists)
-            d->mWatcher->addPath(file);
-    }
-    if (!exists)
-        d->mFiles.remove(file);
-
-    const QPointer<DirectoryWatcher> self(this);
-    ++d->mNotifications;
-    if (exists)
-        Q_EMIT modifiedFile(file);
-    else
-        Q_EMIT deletedFile(file);
-    if (self)
-        --d->mNotifications;
+    d->handleFile(file);
 }
 
-QString DirectoryWatcherPrivate::asGiven(const QString& folder) const
+// Begin and end
+
+DirectoryWatcherPrivate::DirectoryWatcherPrivate(DirectoryWatcher* watcher)
+    : q(watcher)
+    , mQuiet(new QTimer(watcher))
+    , mSettling(new QTimer(watcher))
 {
-    // Sub-folders are watched by their absolute paths.
-    const QString root = QDir(mRootPath).absolutePath();
-    return folder.startsWith(root + QLatin1Char('/'))
-        ? withSlash(mRootPath) + folder.mid(root.size() + 1)
-        : folder;
+    for (QTimer* timer : {mQuiet, mSettling})
+        timer->setSingleShot(true);
+    QObject::connect(mQuiet, &QTimer::timeout, q, [this] { lookOnceQuiet(); });
+    QObject::connect(mSettling, &QTimer::timeout, q, [this] { announceSettled(); });
+}
+
+void DirectoryWatcherPrivate::begin(const QString& root)
+{
+    end();
+    rootPath = root;
+    mRootAbsolute = QDir(root).absolutePath();
+    platform = new QFileSystemWatcher(q);
+    QObject::connect(platform, &QFileSystemWatcher::fileChanged, q, &DirectoryWatcher::onFilemod);
+    QObject::connect(platform, &QFileSystemWatcher::directoryChanged, q,
+                     &DirectoryWatcher::onDirMod);
+    if (!QDir(root).exists())
+        return;
+    mGuard.watch(root, q, [this] { checkRoot(); });
+    // What changes while the tree is scanned is found when all is quiet.
+    noteActivity(rootPath, longWait);
+}
+
+void DirectoryWatcherPrivate::end()
+{
+    ++round;
+    mGuard.stop();
+    mQuiet->stop();
+    mSettling->stop();
+    mIsSettled = true;
+    mHappenings = 0;
+    rootPath.clear();
+    files.clear();
+    folders.clear();
+    unwatched.clear();
+    mRefused.clear();
+    mSecondLooks.clear();
+    mTouched.clear();
+    if (!platform)
+        return;
+    platform->disconnect(q);
+    // It must outlive the notification that a receiver of our signals may be called from, and so
+    // may not be destroyed as a child of the watcher either.
+    platform->setParent(nullptr);
+    if (mNotifications > 0)
+        platform->deleteLater();
+    else
+        delete platform;
+    platform = nullptr;
+}
+
+// Notifications
+
+void DirectoryWatcherPrivate::handleFolder(const QString& folder)
+{
+    const WatcherTurn turn(this);
+    const QString path = asGiven(folder);
+    ++mNotifications;
+    look(path, Scope::Entries, Refusal::EndsLook);
+    if (turn.isWatcherGone())
+        return;
+    --mNotifications;
+    if (turn.isOver())
+        return;
+
+    lookAgainSoon(path);
+    // A folder that was renamed is notified of under its former name, its contents as well.
+    if (stateOf(folder).isMissing())
+        lookAgainSoon(rootPath);
+    noteActivity(path, turn.elapsed());
+}
+
+void DirectoryWatcherPrivate::handleFile(const QString& file)
+{
+    const WatcherTurn turn(this);
+    const FileState state = stateOf(file);
+    const bool isKnown = files.contains(file);
+    const bool isGone = state.isMissing() || (isKnown && state.isFolder());
+    if (isGone) {
+        if (platform)
+            platform->removePath(file);
+        files.remove(file);
+        unwatched.remove(file);
+    } else if (isKnown) {
+        // The watch belongs to the file that was, which may have been replaced or made anew under
+        // the same name.
+        if (!state.isSameFile(files.value(file)) || !platform->files().contains(file)) {
+            platform->removePath(file);
+            if (!platform->addPath(file))
+                rememberRefused({file});
+        }
+        files.insert(file, state);
+    }
+
+    mIsSettled = false;
+    ++mNotifications;
+    if (isGone)
+        Q_EMIT q->deletedFile(file);
+    else
+        Q_EMIT q->modifiedFile(file);
+    if (turn.isWatcherGone())
+        return;
+    --mNotifications;
+    if (turn.isOver())
+        return;
+    noteActivity(folderOf(file), turn.elapsed());
+    announceRefusals();
+}
+
+/// Another folder may stand at the root's path, or none.
+void DirectoryWatcherPrivate::checkRoot()
+{
+    const FileState state = stateOf(rootPath);
+    if (platform && state.kind != FileState::Kind::Unknown
+        && !state.isSameFile(folders.value(rootPath))) {
+        lookAgainSoon(rootPath);
+        noteActivity(rootPath, 0);
+    }
+}
+
+// When all is quiet
+
+/// \a handledFor is how long the happening was handled, in milliseconds; others had to wait.
+void DirectoryWatcherPrivate::noteActivity(const QString& folder, qint64 handledFor)
+{
+    mTouched.insert(folder.endsWith(QLatin1Char('/')) ? folderOf(folder) : folder);
+    mHappenings += handledFor >= longWait ? manyHappenings : 1;
+    if (!mQuiet->isActive())
+        mSinceQuiet.start();
+    if (!mQuiet->isActive() || mSinceQuiet.elapsed() < longestUnrest)
+        mQuiet->start(quietTime);
+    if (!mIsSettled)
+        mSettling->start(settleTime);
+}
+
+/// Notifications leave gaps: the watch of a file that is renamed over another one ends up at either
+/// of them, or at none, and what waits for too long is dropped. So the files of each folder in
+/// which something happened are compared with what is known of them.
+void DirectoryWatcherPrivate::lookOnceQuiet()
+{
+    QSet<QString> touched;
+    touched.swap(mTouched);
+    const bool isAllTouched = mHappenings >= manyHappenings;
+    mHappenings = 0;
+    QStringList candidates;
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        if (isAllTouched || touched.contains(folderOf(file.key())))
+            candidates.append(file.key());
+    }
+    for (auto path = unwatched.begin(); path != unwatched.end();) {
+        const FileState state = stateOf(path.key());
+        if (state != path.value())
+            lookAgainSoon(folderOf(path.key()));
+        path = state.isMissing() ? unwatched.erase(path) : ++path;
+    }
+    if (reportChangedFiles(candidates) && isAllTouched)
+        lookAgainSoon(rootPath);
+}
+
+void DirectoryWatcherPrivate::announceSettled()
+{
+    if (mQuiet->isActive() || !mSecondLooks.isEmpty()) {
+        mSettling->start(settleTime);
+        return;
+    }
+    mIsSettled = true;
+    Q_EMIT q->settled();
+}
+
+// What is not watched
+
+void DirectoryWatcherPrivate::logRefused(const QStringList& paths)
+{
+    ORVAUTILS_LOG_CRITICAL_IN("addDir")
+        << "Impossible to add to Watcher :"
+        << QLatin1Char('(') + paths.join(QStringLiteral(", ")) + QLatin1Char(')');
+}
+
+void DirectoryWatcherPrivate::rememberRefused(const QStringList& paths)
+{
+    for (const QString& path : paths) {
+        const FileState state = stateOf(path);
+        if (state.isMissing())
+            continue;
+        if (!unwatched.contains(path))
+            mRefused.append(path);
+        unwatched.insert(path, state);
+    }
+}
+
+void DirectoryWatcherPrivate::announceRefusals()
+{
+    if (mRefused.isEmpty() || isScanning)
+        return;
+    QStringList paths;
+    paths.swap(mRefused);
+    Q_EMIT q->unwatched(paths, OrvaUtilsPrivate::refusalReason(paths));
 }

@@ -1,0 +1,364 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// How a DirectoryWatcher looks at a tree.
+
+#include "FileUtils.h"
+#include "asconst_p.h"
+#include "directorywatcher_p.h"
+#include "folderpath_p.h"
+
+#include <QDir>
+#include <QFileSystemWatcher>
+#include <QTimer>
+#include <QVector>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+template <typename Known>
+QStringList without(const QStringList& paths, const Known& known)
+{
+    if (known.isEmpty())
+        return paths;
+    QStringList unknown;
+    for (const QString& path : paths) {
+        if (!known.contains(path))
+            unknown.append(path);
+    }
+    return unknown;
+}
+
+QSet<QString> setOf(const QStringList& paths)
+{
+    QSet<QString> set;
+    set.reserve(paths.size());
+    for (const QString& path : paths)
+        set.insert(path);
+    return set;
+}
+
+} // namespace
+
+// Looking
+
+bool DirectoryWatcherPrivate::look(const QString& folder, Scope scope, Refusal refusal,
+                                   QStringList* listed)
+{
+    if (!platform)
+        return false;
+    const WatcherTurn turn(this);
+    watchTop(folder);
+    const QStringList found = filesIn(folder, scope);
+    if (listed)
+        *listed = found;
+    bool complete = watchFiles(found, refusal);
+    // Only now, because receivers take their time, and folders are made meanwhile.
+    if (!turn.isOver() && (complete || refusal == Refusal::IsSkipped))
+        complete = watchFolders(folder, foldersIn(folder, scope), refusal) && complete;
+    if (!turn.isOver())
+        announceRefusals();
+    return complete && !turn.isOver();
+}
+
+QStringList DirectoryWatcherPrivate::filesIn(const QString& folder, Scope scope) const
+{
+    QStringList found;
+    FileUtils::old::listFilesInFileSystem(folder, found, scope == Scope::Tree, nullptr, folder);
+    if (scope == Scope::Tree)
+        return found;
+    // What is new in folders that are watched already, these notify of.
+    QStringList subfolders;
+    FileUtils::listDirectoriesInFileSystem(folder, subfolders, false);
+    for (const QString& path : without(subfolders, folders)) {
+        const QString given = asGiven(path);
+        FileUtils::old::listFilesInFileSystem(given, found, true, nullptr, given);
+    }
+    return found;
+}
+
+QStringList DirectoryWatcherPrivate::foldersIn(const QString& folder, Scope scope) const
+{
+    QStringList found;
+    FileUtils::listDirectoriesInFileSystem(folder, found, scope == Scope::Tree);
+    if (scope == Scope::Tree)
+        return found;
+    const QStringList unknown = without(found, folders);
+    for (const QString& path : unknown)
+        FileUtils::listDirectoriesInFileSystem(path, found, true);
+    return found;
+}
+
+void DirectoryWatcherPrivate::watchTop(const QString& folder)
+{
+    const FileState state = stateOf(folder);
+    if (!state.isFolder() || folders.contains(absolute(folder)))
+        return;
+    if (folders.contains(folder)) {
+        if (state.isSameFile(folders.value(folder)))
+            return;
+        platform->removePath(folder);
+    }
+    if (platform->addPath(folder) || platform->directories().contains(folder))
+        folders.insert(folder, state);
+    else
+        rememberRefused({folder});
+}
+
+bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refusal)
+{
+    if (!makeWayForFiles(found))
+        return false;
+    QStringList wanted = without(found, files);
+    for (auto path = unwatched.cbegin(); path != unwatched.cend(); ++path) {
+        if (files.contains(path.key()) && found.contains(path.key()))
+            wanted.append(path.key());
+    }
+    wanted = withoutHopeless(wanted, refusal);
+    if (wanted.isEmpty())
+        return true;
+
+    // The state comes first: a file that changes from now on is not the one that is known.
+    QVector<FileState> states;
+    states.reserve(wanted.size());
+    for (const QString& file : asConst(wanted))
+        states.append(stateOf(file));
+    QStringList lost = platform->addPaths(wanted);
+    if (!lost.isEmpty()) {
+        // Those that are watched already were accepted by a look that ended over others.
+        lost = without(lost, setOf(platform->files()));
+        if (!lost.isEmpty())
+            logRefused(lost);
+        rememberRefused(lost);
+        if (!lost.isEmpty() && refusal == Refusal::EndsLook && !isScanning)
+            return false;
+    }
+    const QSet<QString> notWatched = setOf(lost);
+    QStringList added;
+    for (int i = 0; i < wanted.size(); ++i) {
+        const QString& file = wanted.at(i);
+        if (notWatched.contains(file))
+            continue;
+        unwatched.remove(file);
+        if (files.contains(file))
+            continue;
+        files.insert(file, states.at(i));
+        added.append(file);
+    }
+
+    const WatcherTurn turn(this);
+    for (const QString& file : asConst(added)) {
+        mIsSettled = mIsSettled && isScanning;
+        Q_EMIT q->addedFiles(file);
+        if (turn.isOver())
+            return false; // a receiver wants none of this any more
+    }
+    return lost.isEmpty();
+}
+
+bool DirectoryWatcherPrivate::watchFolders(const QString& folder, const QStringList& found,
+                                           Refusal refusal)
+{
+    if (!makeWayForFolders(found))
+        return false;
+    const QStringList wanted = withoutHopeless(without(found, folders), refusal);
+    if (wanted.isEmpty())
+        return true;
+    QHash<QString, FileState> states;
+    for (const QString& path : wanted)
+        states.insert(path, stateOf(path));
+    QStringList lost = platform->addPaths(wanted);
+    if (!lost.isEmpty())
+        lost = without(lost, setOf(platform->directories()));
+    for (const QString& path : asConst(lost))
+        states.remove(path);
+    for (auto state = states.cbegin(); state != states.cend(); ++state) {
+        folders.insert(state.key(), state.value());
+        unwatched.remove(state.key());
+    }
+    // For files that were made in them before they were watched.
+    if (!states.isEmpty())
+        lookAgainSoon(folder);
+    if (lost.isEmpty())
+        return true;
+    logRefused(lost);
+    rememberRefused(lost);
+    return false;
+}
+
+/// A second look does not try again in vain what was refused before.
+QStringList DirectoryWatcherPrivate::withoutHopeless(const QStringList& paths,
+                                                     Refusal refusal) const
+{
+    if (refusal == Refusal::EndsLook || unwatched.isEmpty())
+        return paths;
+    QStringList hopeful;
+    for (const QString& path : paths) {
+        const auto former = unwatched.constFind(path);
+        if (former == unwatched.cend() || former.value() != stateOf(path))
+            hopeful.append(path);
+    }
+    return hopeful;
+}
+
+// Looking again
+
+void DirectoryWatcherPrivate::lookAgainSoon(const QString& folder)
+{
+    // One second look serves all notifications until it is taken.
+    if (mSecondLooks.isEmpty())
+        QTimer::singleShot(0, q, [this] { lookAgain(); });
+    mSecondLooks.insert(folder);
+}
+
+void DirectoryWatcherPrivate::lookAgain()
+{
+    const WatcherTurn turn(this);
+    QSet<QString> waiting;
+    waiting.swap(mSecondLooks);
+    for (const QString& folder : asConst(waiting)) {
+        const QStringList changed = forgetFolders(folder, true);
+        for (const QString& path : changed) {
+            // Before a file is reported that took the place of a folder.
+            if (!reportVanishedFiles(asGiven(path), QSet<QString>()))
+                return;
+        }
+        QStringList listed;
+        look(folder, Scope::Tree, Refusal::IsSkipped, &listed);
+        if (turn.isOver() || !reportVanishedFiles(folder, setOf(listed)))
+            return;
+        // Folders that took the place of others bring files that took the place of others.
+        for (const QString& path : changed) {
+            if (!reportChangedFiles(filesBelow(asGiven(path))))
+                return;
+        }
+    }
+    if (!waiting.isEmpty())
+        noteActivity(*waiting.cbegin(), turn.elapsed());
+}
+
+/// Takes the watches off the folders at and below \a folder, or of those that are not the same any
+/// more: where a folder was renamed, the platform goes on to watch what is in it under the former
+/// paths. Returns them.
+QStringList DirectoryWatcherPrivate::forgetFolders(const QString& folder, bool onlyChanged)
+{
+    QStringList forgotten;
+    const QString path = absolute(folder);
+    const QString prefix = withSlash(path);
+    for (auto known = folders.cbegin(); known != folders.cend(); ++known) {
+        if (known.key() != folder && known.key() != path && !known.key().startsWith(prefix))
+            continue;
+        const FileState state = stateOf(known.key());
+        if (!onlyChanged
+            || (state.kind != FileState::Kind::Unknown && !state.isSameFile(known.value())))
+            forgotten.append(known.key());
+    }
+    if (!forgotten.isEmpty())
+        platform->removePaths(forgotten);
+    for (const QString& gone : asConst(forgotten))
+        folders.remove(gone);
+    return forgotten;
+}
+
+/// Before new files are reported: forgets the folders that are files by now, and reports the files
+/// that were in them; and reports the files that are folders by now, with new files in them. False
+/// when that ended the turn.
+bool DirectoryWatcherPrivate::makeWayForFiles(const QStringList& found)
+{
+    QSet<QString> above;
+    for (const QString& file : without(found, files)) {
+        const QString path = absolute(file);
+        if (folders.contains(path)) {
+            forgetFolders(path, false);
+            if (!reportVanishedFiles(file, QSet<QString>()))
+                return false;
+        }
+        for (QString folder = folderOf(file); !folder.isEmpty() && !above.contains(folder);
+             folder = folderOf(folder))
+            above.insert(folder);
+    }
+    const WatcherTurn turn(this);
+    for (const QString& folder : asConst(above)) {
+        if (files.contains(folder))
+            handleFile(folder);
+        if (turn.isOver())
+            return false;
+    }
+    return true;
+}
+
+/// Reports the files that are folders by now. False when that ended the turn.
+bool DirectoryWatcherPrivate::makeWayForFolders(const QStringList& found)
+{
+    QStringList former;
+    for (const QString& folder : found) {
+        const QString file = asGiven(folder);
+        if (files.contains(file))
+            former.append(file);
+    }
+    return reportChangedFiles(former);
+}
+
+/// False when a receiver ended the turn.
+bool DirectoryWatcherPrivate::reportVanishedFiles(const QString& folder,
+                                                  const QSet<QString>& present)
+{
+    const WatcherTurn turn(this);
+    QSet<QString> closed; // folders that may not be entered: nothing is known of their files
+    for (const QString& file : filesBelow(folder)) {
+        // Not twice, should a receiver have brought the news by itself.
+        if (present.contains(file) || closed.contains(folderOf(file)) || !files.contains(file))
+            continue;
+        const FileState state = stateOf(file);
+        if (state.kind == FileState::Kind::Unknown)
+            closed.insert(folderOf(file));
+        if (state.isMissing() || state.isFolder())
+            handleFile(file);
+        if (turn.isOver())
+            return false;
+    }
+    return true;
+}
+
+/// False when a receiver ended the turn.
+bool DirectoryWatcherPrivate::reportChangedFiles(const QStringList& candidates)
+{
+    const WatcherTurn turn(this);
+    for (const QString& file : candidates) {
+        if (files.contains(file) && files.value(file) != stateOf(file))
+            handleFile(file);
+        if (turn.isOver())
+            return false;
+    }
+    return true;
+}
+
+QStringList DirectoryWatcherPrivate::filesBelow(const QString& folder) const
+{
+    QStringList below;
+    const QString prefix = withSlash(folder);
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        if (file.key().startsWith(prefix))
+            below.append(file.key());
+    }
+    return below;
+}
+
+// Paths
+
+QString DirectoryWatcherPrivate::asGiven(const QString& path) const
+{
+    return path.startsWith(withSlash(mRootAbsolute))
+        ? withSlash(rootPath) + path.mid(withSlash(mRootAbsolute).size())
+        : path;
+}
+
+QString DirectoryWatcherPrivate::absolute(const QString& path) const
+{
+    const QString prefix = withSlash(rootPath);
+    return path.startsWith(prefix) ? withSlash(mRootAbsolute) + path.mid(prefix.size())
+                                   : QDir(path).absolutePath();
+}
+
+} // namespace OrvaUtilsPrivate

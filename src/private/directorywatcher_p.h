@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// DirectoryWatcherPrivate: the state of a DirectoryWatcher, and how it looks at a tree.
+
+#ifndef ORVAUTILS_DIRECTORYWATCHER_P_H
+#define ORVAUTILS_DIRECTORYWATCHER_P_H
+
+#include "DirectoryWatcher.h"
+#include "filestate_p.h"
+#include "rootguard_p.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QPointer>
+#include <QSet>
+#include <QStringList>
+
+class QFileSystemWatcher;
+class QTimer;
+
+namespace OrvaUtilsPrivate {
+
+class DirectoryWatcherPrivate
+{
+public:
+    /// How much of a folder a look takes in.
+    enum class Scope {
+        Entries, ///< its files and sub-folders, and the trees that are new in it
+        Tree ///< everything in it
+    };
+
+    /// What becomes of a look when the platform refuses files.
+    enum class Refusal {
+        EndsLook, ///< nothing is reported
+        IsSkipped ///< the other files are reported
+    };
+
+    explicit DirectoryWatcherPrivate(DirectoryWatcher* watcher);
+
+    void begin(const QString& root);
+    void end();
+    bool look(const QString& folder, Scope scope, Refusal refusal, QStringList* listed = nullptr);
+    void lookAgainSoon(const QString& folder);
+    void lookOnceQuiet();
+    void handleFolder(const QString& folder);
+    void handleFile(const QString& file);
+    void announceRefusals();
+
+    DirectoryWatcher* const q;
+    QFileSystemWatcher* platform = nullptr; // child of the watcher
+    QString rootPath;
+    int round = 0; // counts the calls of setPath() and stop()
+    bool isScanning = false; // for what is there from the beginning
+
+    // What is watched and, as far as files go, has been reported or was there from the beginning;
+    // with its state at that time. Sub-folders are known by their absolute paths.
+    QHash<QString, FileState> files;
+    QHash<QString, FileState> folders;
+    // What the platform refused to watch, with its state at that time.
+    QHash<QString, FileState> unwatched;
+
+    int settleTime = 500;
+
+private:
+    QStringList filesIn(const QString& folder, Scope scope) const;
+    QStringList foldersIn(const QString& folder, Scope scope) const;
+    QStringList withoutHopeless(const QStringList& paths, Refusal refusal) const;
+    void watchTop(const QString& folder);
+    bool watchFiles(const QStringList& found, Refusal refusal);
+    bool watchFolders(const QString& folder, const QStringList& found, Refusal refusal);
+    bool watchAsFile(const QString& file);
+    static void logRefused(const QStringList& paths);
+    void rememberRefused(const QStringList& paths);
+
+    void lookAgain();
+    bool makeWayForFiles(const QStringList& found);
+    bool makeWayForFolders(const QStringList& found);
+    QStringList forgetFolders(const QString& folder, bool onlyChanged);
+    bool reportVanishedFiles(const QString& folder, const QSet<QString>& present);
+    bool reportChangedFiles(const QStringList& candidates);
+    QStringList filesBelow(const QString& folder) const;
+
+    void checkRoot();
+    void noteActivity(const QString& folder, qint64 handledFor);
+    void announceSettled();
+    QString asGiven(const QString& path) const;
+    QString absolute(const QString& path) const;
+
+    QString mRootAbsolute;
+    RootGuard mGuard;
+    QStringList mRefused; // what is still to be announced
+    QSet<QString> mSecondLooks; // the folders that wait for theirs
+    QSet<QString> mTouched; // the folders in which something happened since all was quiet
+    int mHappenings = 0; // since then
+    QElapsedTimer mSinceQuiet;
+    QTimer* const mQuiet; // child of the watcher, as the other one
+    QTimer* const mSettling;
+    bool mIsSettled = true;
+    int mNotifications = 0; // of the platform, being handled now
+};
+
+/// What is done for one reason. Receivers of the signals that it sends may delete the watcher, or
+/// give it another path.
+class WatcherTurn
+{
+public:
+    explicit WatcherTurn(const DirectoryWatcherPrivate* d)
+        : mWatcher(d->q)
+        , mPrivate(d)
+        , mRound(d->round)
+    {
+        mClock.start();
+    }
+
+    bool isWatcherGone() const { return !mWatcher; }
+    bool isOver() const { return !mWatcher || mPrivate->round != mRound; }
+    qint64 elapsed() const { return mClock.elapsed(); }
+
+private:
+    const QPointer<DirectoryWatcher> mWatcher;
+    const DirectoryWatcherPrivate* const mPrivate;
+    const int mRound;
+    QElapsedTimer mClock;
+};
+
+/// The folder of a file, or the folder itself if \a path ends with "/".
+inline QString folderOf(const QString& path)
+{
+    return path.left(qMax(0, path.lastIndexOf(QLatin1Char('/'))));
+}
+
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_DIRECTORYWATCHER_P_H

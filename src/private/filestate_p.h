@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// FileState: which file a path leads to at a moment, and whether it has changed since another
+// moment.
+
+#ifndef ORVAUTILS_FILESTATE_P_H
+#define ORVAUTILS_FILESTATE_P_H
+
+#include <QString>
+
+namespace OrvaUtilsPrivate {
+
+struct FileState
+{
+    enum class Kind {
+        Missing, ///< nothing is there; also a link that leads nowhere
+        File,
+        Folder,
+        Other, ///< a pipe, a socket, a device
+        Unknown ///< the system does not say, as in a folder that may not be entered
+    };
+
+    Kind kind = Kind::Missing;
+    // What tells a file from others, where the system has that. Both are 0 elsewhere.
+    quint64 device = 0;
+    quint64 number = 0;
+    qint64 changed = 0; ///< when content or attributes changed last, as precisely as is known
+    qint64 size = 0;
+
+    bool isMissing() const { return kind == Kind::Missing; }
+    bool isFolder() const { return kind == Kind::Folder; }
+
+    /// Whether this is the same file or folder as \a other, whatever happened to it meanwhile.
+    bool isSameFile(const FileState& other) const
+    {
+        return kind == other.kind && device == other.device && number == other.number;
+    }
+
+    /// Whether this is the same file as \a other and has not changed either.
+    bool operator==(const FileState& other) const
+    {
+        return isSameFile(other) && changed == other.changed && size == other.size;
+    }
+    bool operator!=(const FileState& other) const { return !(*this == other); }
+};
+
+/// What \a path leads to now; links are followed.
+///
+/// Missing is only what the nearest folder above that can be read does not list: a folder whose
+/// permissions are taken away for a moment does not make its files disappear.
+FileState stateOf(const QString& path);
+
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_FILESTATE_P_H

@@ -1,0 +1,581 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// DirectoryWatcher where what it watches moves: slow receivers, files and folders that take each
+// other's places, permissions that come and go, a root that goes away.
+
+#include "DirectoryWatcher.h"
+
+#include "LogCapture.h"
+#include "OrdinaryUser.h"
+#include "Sandbox.h"
+#include "SpiedSignals.h"
+
+#include <QFileSystemWatcher>
+#include <QPointer>
+#include <QSet>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <cstdio>
+
+namespace {
+
+void renameTo(const QString& path, const QString& newPath)
+{
+    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData())
+        != 0)
+        qFatal("cannot rename %s to %s", qPrintable(path), qPrintable(newPath));
+}
+
+void removeFile(const QString& path)
+{
+    if (!QFile::remove(path))
+        qFatal("cannot remove %s", qPrintable(path));
+}
+
+void removeTree(const QString& path)
+{
+    if (!QDir(path).removeRecursively())
+        qFatal("cannot remove %s", qPrintable(path));
+}
+
+} // namespace
+
+class tst_DirectoryWatcherChanges : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void growsWhileReceiversRun();
+    void madeWhileTheTreeIsScanned();
+    void unreadableForAMoment_data();
+    void unreadableForAMoment();
+    void replacedByUnreadable();
+    void unreadableDoesNotHideOthers();
+    void renamedOverEachOther_data();
+    void renamedOverEachOther();
+    void swappedFolder_data();
+    void swappedFolder();
+    void anotherKind_data();
+    void anotherKind();
+    void rootGoesAndComes_data();
+    void rootGoesAndComes();
+    void rootBehindALink();
+    void unwatchedFolder();
+    void unwatchedByReceiverWhoDeletes();
+    void counts();
+    void settles();
+    void settlesNotBeforeAnything();
+    void stops();
+    void stopsFromReceiver();
+
+private:
+    QString path(const QString& name) const { return mRoot + QLatin1Char('/') + name; }
+    QString names(const QSignalSpy& spy) const;
+
+    QScopedPointer<Sandbox> mSandbox;
+    QString mRoot;
+};
+
+namespace {
+
+/// A watcher with all its signals.
+class SpiedWatcher : public DirectoryWatcher
+{
+public:
+    void clear()
+    {
+        for (QSignalSpy* spy : {&added, &modified, &deleted, &refused})
+            spy->clear();
+    }
+
+    QSignalSpy added{this, &DirectoryWatcher::addedFiles};
+    QSignalSpy modified{this, &DirectoryWatcher::modifiedFile};
+    QSignalSpy deleted{this, &DirectoryWatcher::deletedFile};
+    QSignalSpy refused{this, &DirectoryWatcher::unwatched};
+    QSignalSpy quiet{this, &DirectoryWatcher::settled};
+};
+
+} // namespace
+
+void tst_DirectoryWatcherChanges::init()
+{
+    mSandbox.reset(new Sandbox);
+    mRoot = mSandbox->folder(QStringLiteral("root"));
+}
+
+/// The files of the signals, relative to the root and sorted, each once: "a x/b".
+QString tst_DirectoryWatcherChanges::names(const QSignalSpy& spy) const
+{
+    QStringList relative;
+    for (const QString& file : textsOf(spy))
+        relative.append(file.mid(mRoot.size() + 1));
+    relative.removeDuplicates();
+    relative.sort();
+    return relative.join(QLatin1Char(' '));
+}
+
+// While a receiver takes its time, files and folders are made in folders that are not watched yet.
+void tst_DirectoryWatcherChanges::growsWhileReceiversRun()
+{
+    SpiedWatcher watcher;
+    connect(&watcher, &DirectoryWatcher::addedFiles, this, [this](const QString& file) {
+        if (file == path(QStringLiteral("x/a"))) { // in the first look
+            writeFile(path(QStringLiteral("x/b")));
+            writeFile(path(QStringLiteral("x/sub/c")));
+        } else if (file == path(QStringLiteral("x/sub/c"))) { // in the second one
+            writeFile(path(QStringLiteral("x/sub/d")));
+            writeFile(path(QStringLiteral("x/sub/deep/e")));
+        } else if (file == path(QStringLiteral("x/sub/deep/e"))) {
+            writeFile(path(QStringLiteral("x/sub/deep/f")));
+            writeFile(path(QStringLiteral("x/sub/deep/deeper/g")));
+        }
+    });
+    QVERIFY(watcher.setPath(mRoot));
+    writeFile(path(QStringLiteral("x/a")));
+    const QString all =
+        QStringLiteral("x/a x/b x/sub/c x/sub/d x/sub/deep/deeper/g x/sub/deep/e x/sub/deep/f");
+    QTRY_COMPARE(names(watcher.added), all);
+    handleEvents();
+    QCOMPARE(watcher.added.count(), 7);
+    // All of it is watched.
+    watcher.clear();
+    writeFile(path(QStringLiteral("x/sub/deep/deeper/h")));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("x/sub/deep/deeper/h"));
+}
+
+// Before its folder is watched, nobody tells of a file.
+void tst_DirectoryWatcherChanges::madeWhileTheTreeIsScanned()
+{
+    makeFolder(path(QStringLiteral("x")));
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    watcher.findChild<QFileSystemWatcher*>()->blockSignals(true);
+    writeFile(path(QStringLiteral("x/a")));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("x/a"));
+}
+
+void tst_DirectoryWatcherChanges::unreadableForAMoment_data()
+{
+    QTest::addColumn<QString>("closed");
+    QTest::newRow("file") << QStringLiteral("x/y/a");
+    QTest::newRow("folder") << QStringLiteral("x/y");
+    QTest::newRow("folder above") << QStringLiteral("x");
+}
+
+void tst_DirectoryWatcherChanges::unreadableForAMoment()
+{
+    QFETCH(QString, closed);
+    const QString file = path(QStringLiteral("x/y/a"));
+    writeFile(file);
+    writeFile(path(QStringLiteral("x/b")));
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    {
+        const OrdinaryUser user;
+        handleEvents();
+    }
+    mSandbox->lock(path(closed), 0);
+    {
+        const OrdinaryUser user;
+        handleEvents();
+        watcher.onDirMod(path(QStringLiteral("x")));
+        watcher.onDirMod(mRoot);
+        handleEvents();
+        QTRY_VERIFY(watcher.quiet.count() > 0 || closed != QStringLiteral("x/y/a"));
+    }
+    QCOMPARE(names(watcher.deleted), QString());
+    changeMode(path(closed), 0755);
+    {
+        const OrdinaryUser user;
+        handleEvents();
+    }
+    watcher.clear();
+    // Everything is still watched.
+    writeFile(file, "changed");
+    QTRY_COMPARE(names(watcher.modified), QStringLiteral("x/y/a"));
+    writeFile(path(QStringLiteral("x/y/new")));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("x/y/new"));
+    removeFile(file);
+    QTRY_COMPARE(names(watcher.deleted), QStringLiteral("x/y/a"));
+}
+
+void tst_DirectoryWatcherChanges::replacedByUnreadable()
+{
+    LogCapture log;
+    const QString file = path(QStringLiteral("a"));
+    writeFile(file);
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    QCOMPARE(watcher.watchedFiles(), 1);
+    const QString other = mSandbox->file(QStringLiteral("other"));
+    changeMode(other, 0);
+    renameTo(other, file);
+    {
+        const OrdinaryUser user;
+        handleEvents();
+        QTRY_COMPARE(watcher.refused.count(), 1);
+        QCOMPARE(watcher.refused.at(0).at(0).toStringList(), QStringList(file));
+        QCOMPARE(watcher.refused.at(0).at(1).toString(),
+                 QStringLiteral("Permission to read is missing."));
+        QCOMPARE(watcher.watchedFiles(), 0);
+        QVERIFY(!watcher.addDir(mRoot));
+        QCOMPARE(watcher.refused.count(), 1); // once is enough
+    }
+    QCOMPARE(names(watcher.deleted), QString());
+    watcher.modified.clear();
+    changeMode(file, 0644);
+    {
+        const OrdinaryUser user;
+        QTRY_COMPARE(names(watcher.modified), QStringLiteral("a"));
+        QTRY_COMPARE(watcher.watchedFiles(), 1);
+        QVERIFY(watcher.addDir(mRoot));
+    }
+    watcher.modified.clear();
+    writeFile(file, "changed");
+    QTRY_COMPARE(names(watcher.modified), QStringLiteral("a"));
+    QCOMPARE(names(watcher.added), QString());
+}
+
+// A file that may not be watched does not keep others from being reported.
+void tst_DirectoryWatcherChanges::unreadableDoesNotHideOthers()
+{
+    LogCapture log;
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    {
+        const OrdinaryUser user;
+        handleEvents();
+    }
+    writeFile(path(QStringLiteral("closed")));
+    changeMode(path(QStringLiteral("closed")), 0);
+    writeFile(path(QStringLiteral("open")));
+    writeFile(path(QStringLiteral("x/a")));
+    const OrdinaryUser user;
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("open x/a"));
+    QCOMPARE(watcher.watchedFolders(), 2);
+    QCOMPARE(watcher.refused.count(), 1);
+}
+
+void tst_DirectoryWatcherChanges::renamedOverEachOther_data()
+{
+    QTest::addColumn<int>("handledEvery"); // steps
+    QTest::newRow("handled at once") << 1;
+    QTest::newRow("handled every other time") << 2;
+    QTest::newRow("handled seldom") << 7;
+    QTest::newRow("handled at the end") << 1000;
+}
+
+void tst_DirectoryWatcherChanges::renamedOverEachOther()
+{
+    QFETCH(int, handledEvery);
+    const QString a = path(QStringLiteral("a"));
+    const QString b = path(QStringLiteral("b"));
+    writeFile(a, "0");
+    writeFile(b, "0");
+    SpiedWatcher watcher;
+    // What a reader of the notifications knows.
+    QMap<QString, QByteArray> known = filesBelow(mRoot);
+    const auto read = [&](const QString& file) {
+        known.insert(file.mid(mRoot.size() + 1), contentOf(file));
+    };
+    connect(&watcher, &DirectoryWatcher::addedFiles, this, read);
+    connect(&watcher, &DirectoryWatcher::modifiedFile, this, read);
+    connect(&watcher, &DirectoryWatcher::deletedFile, this,
+            [&](const QString& file) { known.remove(file.mid(mRoot.size() + 1)); });
+    QVERIFY(watcher.setPath(mRoot));
+    for (int step = 1; step <= 60; ++step) {
+        renameTo(a, b);
+        if (step % handledEvery == 0)
+            QCoreApplication::processEvents();
+        writeFile(a, QByteArray::number(step));
+        if (step % handledEvery == handledEvery / 2)
+            QCoreApplication::processEvents();
+    }
+    QTRY_COMPARE(known, filesBelow(mRoot));
+    QTRY_VERIFY(watcher.quiet.count() > 0);
+    QCOMPARE(known, filesBelow(mRoot));
+    // And each is watched under its own name.
+    for (const QString& file : {a, b}) {
+        watcher.clear();
+        writeFile(file, "in place");
+        QTRY_COMPARE(textsOf(watcher.modified).toSet(), QSet<QString>({file}));
+    }
+}
+
+void tst_DirectoryWatcherChanges::swappedFolder_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("in the root") << QStringLiteral("s");
+    QTest::newRow("further down") << QStringLiteral("s/a");
+    QTest::newRow("at the bottom") << QStringLiteral("s/a/b");
+}
+
+// One folder for another, in one step: nothing of the folder itself tells.
+void tst_DirectoryWatcherChanges::swappedFolder()
+{
+    QFETCH(QString, folder);
+    const auto fill = [](const QString& root, const QByteArray& content) {
+        for (const char* name : {"/s/a/b/same", "/s/a/b/changed", "/s/a/b/gone", "/s/a/other"})
+            writeFile(root + QString::fromLatin1(name), content);
+    };
+    fill(mRoot, "old");
+    const QString fresh = mSandbox->folder(QStringLiteral("fresh"));
+    fill(fresh, "new");
+    removeFile(fresh + QStringLiteral("/s/a/b/gone"));
+    writeFile(fresh + QStringLiteral("/s/a/b/c/added"));
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    handleEvents();
+
+    renameTo(path(folder), (*mSandbox)(QStringLiteral("former")));
+    renameTo(fresh + QLatin1Char('/') + folder, path(folder));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("s/a/b/c/added"));
+    QTRY_COMPARE(names(watcher.deleted), QStringLiteral("s/a/b/gone"));
+    QTRY_VERIFY(names(watcher.modified).contains(QStringLiteral("s/a/b/changed s/a/b/same")));
+    // What moved away is not watched any more, what came is.
+    watcher.clear();
+    const QString former = (*mSandbox)(QStringLiteral("former/"))
+        + QStringLiteral("s/a/b/same").mid(folder.size() + 1);
+    writeFile(former, "not ours");
+    writeFile(path(QStringLiteral("s/a/b/c/second")));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("s/a/b/c/second"));
+    handleEvents();
+    QCOMPARE(names(watcher.modified), QString());
+    writeFile(path(QStringLiteral("s/a/b/same")), "ours");
+    QTRY_COMPARE(names(watcher.modified), QStringLiteral("s/a/b/same"));
+}
+
+void tst_DirectoryWatcherChanges::anotherKind_data()
+{
+    QTest::addColumn<bool>("isSeenGone");
+    QTest::newRow("after a while") << true;
+    QTest::newRow("at once") << false;
+}
+
+void tst_DirectoryWatcherChanges::anotherKind()
+{
+    QFETCH(bool, isSeenGone);
+    writeFile(path(QStringLiteral("x/a")));
+    writeFile(path(QStringLiteral("x/y/b")));
+    SpiedWatcher watcher;
+    QStringList order;
+    connect(&watcher, &DirectoryWatcher::addedFiles, this,
+            [&](const QString& file) { order.append(QLatin1Char('+') + file.mid(mRoot.size())); });
+    connect(&watcher, &DirectoryWatcher::deletedFile, this,
+            [&](const QString& file) { order.append(QLatin1Char('-') + file.mid(mRoot.size())); });
+    QVERIFY(watcher.setPath(mRoot));
+    for (int round = 0; round < 3; ++round) {
+        // The folder becomes a file ...
+        order.clear();
+        removeTree(path(QStringLiteral("x")));
+        if (isSeenGone)
+            handleEvents();
+        writeFile(path(QStringLiteral("x")));
+        QTRY_COMPARE(order.size(), 3);
+        QCOMPARE(order.last(), QStringLiteral("+/x"));
+        handleEvents();
+        watcher.clear();
+        writeFile(path(QStringLiteral("x")), "changed");
+        QTRY_COMPARE(names(watcher.modified), QStringLiteral("x"));
+        handleEvents();
+
+        // ... and a folder again.
+        order.clear();
+        removeFile(path(QStringLiteral("x")));
+        if (isSeenGone)
+            handleEvents();
+        writeFile(path(QStringLiteral("x/a")));
+        writeFile(path(QStringLiteral("x/y/b")));
+        QTRY_COMPARE(order.size(), 3);
+        QCOMPARE(order.first(), QStringLiteral("-/x"));
+        handleEvents();
+        watcher.clear();
+        writeFile(path(QStringLiteral("x/y/b")), "changed");
+        QTRY_COMPARE(names(watcher.modified), QStringLiteral("x/y/b"));
+        handleEvents();
+        QCOMPARE(order.size(), 3);
+    }
+}
+
+void tst_DirectoryWatcherChanges::rootGoesAndComes_data()
+{
+    QTest::addColumn<QString>("moved"); // with the root in it
+    QTest::addColumn<bool>("isMadeAnew");
+    QTest::addColumn<bool>("isSeenGone");
+    for (const bool isSeenGone : {true, false}) {
+        const char* when = isSeenGone ? ", after a while" : ", at once";
+        const auto row = [&](const char* name) -> QTestData& {
+            return QTest::newRow((QByteArray(name) + when).constData());
+        };
+        row("the root comes back") << QStringLiteral("p/q/root") << false << isSeenGone;
+        row("the root is made anew") << QStringLiteral("p/q/root") << true << isSeenGone;
+        row("the folder above comes back") << QStringLiteral("p/q") << false << isSeenGone;
+        row("the folder above is made anew") << QStringLiteral("p/q") << true << isSeenGone;
+        row("folders further up are made anew") << QStringLiteral("p") << true << isSeenGone;
+    }
+}
+
+void tst_DirectoryWatcherChanges::rootGoesAndComes()
+{
+    QFETCH(QString, moved);
+    QFETCH(bool, isMadeAnew);
+    QFETCH(bool, isSeenGone);
+    mRoot = mSandbox->folder(QStringLiteral("p/q/root"));
+    const QString file = path(QStringLiteral("x/a"));
+    writeFile(file, "old");
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    handleEvents();
+
+    for (int round = 0; round < 2; ++round) {
+        watcher.clear();
+        const QString away = (*mSandbox)(QStringLiteral("away%1").arg(round));
+        renameTo((*mSandbox)(moved), away);
+        if (isSeenGone) {
+            QTRY_COMPARE(names(watcher.deleted), QStringLiteral("x/a"));
+            handleEvents();
+        }
+        if (isMadeAnew)
+            writeFile(file, "new");
+        else
+            renameTo(away, (*mSandbox)(moved));
+        if (isSeenGone)
+            QTRY_COMPARE(names(watcher.added), QStringLiteral("x/a"));
+        else if (isMadeAnew)
+            QTRY_COMPARE(names(watcher.modified), QStringLiteral("x/a"));
+        handleEvents();
+        watcher.clear();
+        writeFile(path(QStringLiteral("x/b")));
+        QTRY_COMPARE(names(watcher.added), QStringLiteral("x/b"));
+        writeFile(file, "changed");
+        QTRY_VERIFY(names(watcher.modified).contains(QStringLiteral("x/a")));
+        removeFile(path(QStringLiteral("x/b")));
+        QTRY_COMPARE(names(watcher.deleted), QStringLiteral("x/b"));
+    }
+}
+
+// A site that is put live by leading a link elsewhere.
+void tst_DirectoryWatcherChanges::rootBehindALink()
+{
+    for (const char* version : {"1", "2"})
+        mSandbox->file(QStringLiteral("v%1/a").arg(QString::fromLatin1(version)), version);
+    mRoot = mSandbox->link(QStringLiteral("live"), (*mSandbox)(QStringLiteral("v1")));
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(mRoot));
+    handleEvents();
+    renameTo(mSandbox->link(QStringLiteral("next"), (*mSandbox)(QStringLiteral("v2"))), mRoot);
+    QTRY_COMPARE(names(watcher.modified), QStringLiteral("a"));
+    handleEvents();
+    mSandbox->file(QStringLiteral("v2/b"));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("b"));
+}
+
+void tst_DirectoryWatcherChanges::unwatchedFolder()
+{
+    LogCapture log;
+    makeFolder(path(QStringLiteral("closed")));
+    changeMode(path(QStringLiteral("closed")), 0);
+    SpiedWatcher watcher;
+    const OrdinaryUser user;
+    QVERIFY(!watcher.setPath(mRoot));
+    // It is announced although signals are blocked while the tree is scanned.
+    QCOMPARE(watcher.refused.count(), 1);
+    QCOMPARE(watcher.refused.at(0).at(0).toStringList(),
+             QStringList(path(QStringLiteral("closed"))));
+}
+
+void tst_DirectoryWatcherChanges::unwatchedByReceiverWhoDeletes()
+{
+    LogCapture log;
+    writeFile(path(QStringLiteral("closed")));
+    changeMode(path(QStringLiteral("closed")), 0);
+    auto* watcher = new DirectoryWatcher;
+    connect(watcher, &DirectoryWatcher::unwatched, this, [&] { delete watcher; });
+    const QPointer<DirectoryWatcher> guard(watcher);
+    const OrdinaryUser user;
+    QVERIFY(!watcher->setPath(mRoot));
+    QVERIFY(guard.isNull());
+}
+
+void tst_DirectoryWatcherChanges::counts()
+{
+    SpiedWatcher watcher;
+    QCOMPARE(watcher.watchedFiles(), 0);
+    QCOMPARE(watcher.watchedFolders(), 0);
+    writeFile(path(QStringLiteral("x/a")));
+    writeFile(path(QStringLiteral("x/y/b")));
+    writeFile(path(QStringLiteral(".hidden")));
+    QVERIFY(watcher.setPath(mRoot));
+    QCOMPARE(watcher.watchedFiles(), 2);
+    QCOMPARE(watcher.watchedFolders(), 3); // with the root
+    removeTree(path(QStringLiteral("x/y")));
+    QTRY_COMPARE(watcher.watchedFolders(), 2);
+    QTRY_COMPARE(watcher.watchedFiles(), 1);
+}
+
+void tst_DirectoryWatcherChanges::settles()
+{
+    SpiedWatcher watcher;
+    QCOMPARE(watcher.settleTime(), 500);
+    watcher.setSettleTime(50);
+    QCOMPARE(watcher.settleTime(), 50);
+    QVERIFY(watcher.setPath(mRoot));
+    for (int round = 1; round <= 3; ++round) {
+        for (int i = 0; i < 5; ++i) {
+            writeFile(path(QString::number(i)), QByteArray::number(round));
+            handleEvents();
+        }
+        QCOMPARE(watcher.quiet.count(), round - 1);
+        QTRY_COMPARE(watcher.quiet.count(), round);
+        QCOMPARE(watcher.added.count(), 5);
+    }
+}
+
+void tst_DirectoryWatcherChanges::settlesNotBeforeAnything()
+{
+    SpiedWatcher watcher;
+    watcher.setSettleTime(0);
+    QVERIFY(watcher.setPath(mRoot));
+    writeFile(path(QStringLiteral(".hidden"))); // nothing that is reported
+    handleEvents();
+    QCOMPARE(watcher.quiet.count(), 0);
+    writeFile(path(QStringLiteral("a")));
+    QTRY_COMPARE(watcher.quiet.count(), 1);
+    QCOMPARE(watcher.added.count(), 1);
+}
+
+void tst_DirectoryWatcherChanges::stops()
+{
+    SpiedWatcher watcher;
+    watcher.stop(); // of no avail, and no harm
+    writeFile(path(QStringLiteral("a")));
+    QVERIFY(watcher.setPath(mRoot));
+    watcher.stop();
+    QCOMPARE(watcher.watchedFiles() + watcher.watchedFolders(), 0);
+    QVERIFY(!watcher.addDir(mRoot));
+    writeFile(path(QStringLiteral("a")), "changed");
+    writeFile(path(QStringLiteral("b")));
+    handleEvents();
+    QCOMPARE(watcher.added.count() + watcher.modified.count(), 0);
+    QVERIFY(watcher.setPath(mRoot));
+    writeFile(path(QStringLiteral("c")));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("c"));
+}
+
+void tst_DirectoryWatcherChanges::stopsFromReceiver()
+{
+    SpiedWatcher watcher;
+    connect(&watcher, &DirectoryWatcher::addedFiles, &watcher, &DirectoryWatcher::stop);
+    QVERIFY(watcher.setPath(mRoot));
+    writeFile(path(QStringLiteral("a")));
+    writeFile(path(QStringLiteral("b")));
+    QTRY_COMPARE(watcher.added.count(), 1);
+    handleEvents();
+    QCOMPARE(watcher.added.count(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_DirectoryWatcherChanges)
+#include "tst_DirectoryWatcherChanges.moc"
