@@ -122,6 +122,8 @@ ImageImportResult PictureImport::run()
 /// Reads the header, and refuses by it what is not wanted.
 bool PictureImport::inspect()
 {
+    if (isCancelled())
+        return false;
     const QFileInfo info(mSource);
     if (!info.exists())
         return failsWithName(ImageImportResult::NotFound, "There is no file \"%1\".");

@@ -30,6 +30,7 @@
 #include <HTMLUtils.h>
 #include <ImageImport.h>
 #include <ImageImportResult.h>
+#include <ImageImporter.h>
 #include <ImageUtils.h>
 #include <JsCodeHelpers.h>
 #include <KeyPressCheatCodeDetection.h>
@@ -85,6 +86,7 @@ bool hasAllOfTheLibrary()
         && CurrencyUtils::currencyNumericCode(QStringLiteral("EUR")) == 978
         && ImageUtils::createTransparentPixmap(QImage(), Qt::red, 50).size() == QSize(20, 20)
         && !ImageUtils::importImage(QString(), QString(), ImageImport())
+        && !ImageImporter().isRunning()
         && qstrcmp(meta->className(), "Thread") == 0
         && meta->indexOfSignal("progressThread(QString,QString)") >= 0;
 }
