@@ -5,6 +5,7 @@
 
 #include "ApplicationUtils.h"
 #include "CoreApplicationUtils.h"
+#include "asconst_p.h"
 #include "logrecord_p.h"
 #include "processstate_p.h"
 
@@ -18,17 +19,46 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// The translators that this class installed, in the order of installation. The application object
-/// owns them and may go first.
 struct Translators
 {
+    /// Those that this class installed, in the order of installation. The application object owns
+    /// them and may go first.
     QList<QPointer<QTranslator>> mAppTranslators;
+    quint64 changes = 0; ///< how often all of them were taken out
 };
 
-QList<QPointer<QTranslator>>& appTranslators()
+Translators& translators()
 {
-    return processState<Translators>().mAppTranslators;
+    return processState<Translators>();
 }
+
+/// Installs a translator of this class, which is in the list before the host hears of it: its
+/// handler of QEvent::LanguageChange may change the language again.
+bool addTranslator(QTranslator* translator)
+{
+    translators().mAppTranslators += translator;
+    return QCoreApplication::installTranslator(translator);
+}
+
+/// A change of language, which takes out every translator of the language before. It is over when
+/// the host begins another one while it hears of this one.
+class Change
+{
+public:
+    Change()
+        : mNumber(++translators().changes)
+    {
+        QList<QPointer<QTranslator>> before;
+        before.swap(translators().mAppTranslators);
+        for (const QPointer<QTranslator>& translator : asConst(before))
+            delete translator.data();
+    }
+
+    bool isOver() const { return mNumber != translators().changes; }
+
+private:
+    const quint64 mNumber;
+};
 
 QString qtKey()
 {
@@ -70,6 +100,30 @@ QTranslator* loadTranslator(const QString& key, const QLocale& locale)
         return nullptr;
     }
     return translator;
+}
+
+enum ChangeResult { Loaded, NothingLoaded, ChangedAgain };
+
+/// Puts the application into the language of the locale, above English. A translator that the
+/// application does not take is kept, and its key handed to \a refused.
+template <typename Refused>
+ChangeResult putInto(const QLocale& locale, Refused refused)
+{
+    const Change change;
+    ChangeResult result = NothingLoaded;
+    const QStringList keys = LocalisationTools::applicationTranslationKeys();
+    for (const QString& key : keys) {
+        if (!change.isOver())
+            LocalisationTools::loadDefaultLanguage(key);
+        if (change.isOver())
+            return ChangedAgain;
+        if (QTranslator* translator = loadTranslator(key, locale)) {
+            result = Loaded;
+            if (!addTranslator(translator))
+                refused(key);
+        }
+    }
+    return change.isOver() ? ChangedAgain : result;
 }
 
 /// The key in a file's name; empty when it has none.
@@ -196,11 +250,7 @@ void LocalisationTools::installTranslator(QTranslator* translator)
 
 void LocalisationTools::clearAppTranslators()
 {
-    // The list is emptied first: every deletion tells the host that the language has changed.
-    QList<QPointer<QTranslator>> translators;
-    translators.swap(appTranslators());
-    for (const QPointer<QTranslator>& translator : translators)
-        delete translator.data();
+    static_cast<void>(Change());
 }
 
 void LocalisationTools::loadDefaultLanguage(const QString& key)
@@ -212,8 +262,7 @@ void LocalisationTools::loadDefaultLanguage(const QString& key)
         if (!QFile::exists(path) && !path.endsWith(QLatin1String("qtbase_en.qm")))
             ORVAUTILS_LOG_INFO() << "ERROR reading : " << path;
     }
-    installTranslator(translator);
-    appTranslators() += translator;
+    addTranslator(translator);
 }
 
 // The language
@@ -224,40 +273,27 @@ bool LocalisationTools::changeApplicationLanguage(const QString& languageCode)
         changeApplicationLanguageByLocale(QLocale::system());
         return true;
     }
-    clearAppTranslators();
     const QLocale locale(languageCode);
-    bool loaded = false;
-    const QStringList keys = applicationTranslationKeys();
-    for (const QString& key : keys) {
-        loadDefaultLanguage(key);
-        if (QTranslator* translator = loadTranslator(key, locale)) {
-            if (!QCoreApplication::installTranslator(translator)) {
-                ORVAUTILS_LOG_WARNING()
-                    << "installTranslator error " << filePath(key, languageCode);
-            }
-            appTranslators() += translator;
-            loaded = true;
-        }
-    }
-    if (!loaded) {
+    const auto logRefused = [&](const QString& key) {
+        ORVAUTILS_LOG_WARNING_IN("changeApplicationLanguage")
+            << "installTranslator error " << filePath(key, languageCode);
+    };
+    switch (putInto(locale, logRefused)) {
+    case Loaded:
+        QLocale::setDefault(locale);
+        return true;
+    case NothingLoaded:
         changeApplicationLanguageByLocale(QLocale::system());
         return false;
+    case ChangedAgain:
+        break;
     }
-    QLocale::setDefault(locale);
-    return true;
+    return false;
 }
 
 void LocalisationTools::changeApplicationLanguageByLocale(const QLocale& locale)
 {
-    clearAppTranslators();
-    const QStringList keys = applicationTranslationKeys();
-    for (const QString& key : keys) {
-        loadDefaultLanguage(key);
-        if (QTranslator* translator = loadTranslator(key, locale)) {
-            installTranslator(translator);
-            appTranslators() += translator;
-        }
-    }
+    putInto(locale, [](const QString&) {});
 }
 
 bool LocalisationTools::currentLanguageMatch(const QString& languageCode)

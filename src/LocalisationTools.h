@@ -30,6 +30,13 @@ class QTranslator;
 /// For every key the English file is installed underneath that of the chosen language, so that a
 /// text which is not translated yet appears in English.
 ///
+/// \par What the host hears
+/// The application gets a QEvent::LanguageChange, at once, for every translator with texts that
+/// comes and for every one that goes, so several in each change of language. While they arrive the
+/// default locale is still the previous one; what is formatted by QLocale() is formatted anew after
+/// the change has returned. A handler of the event may itself change the language: the last change
+/// wins, and the one that it came from leaves everything as it is.
+///
 /// Thread: the main thread; translators belong to the application object. Create that object first:
 /// before, no translator can be installed.
 class ORVAUTILS_EXPORT LocalisationTools
@@ -121,17 +128,18 @@ public:
     /// The translators that this class installed go. Then, for each of
     /// applicationTranslationKeys(), the English file (by loadDefaultLanguage(), which logs one
     /// that is missing) and on top of it the file of the language are installed. When at least one
-    /// file of the language was loaded, the language becomes the default locale and true comes
-    /// back.
+    /// file of the language was loaded, the language becomes the default locale and true is
+    /// returned.
     ///
     /// Otherwise the application gets the system's language by changeApplicationLanguageByLocale(),
-    /// the default locale stays what it was, and false comes back. An empty code asks for the
-    /// system's language in the first place: it gets it in the same way, with true.
+    /// the default locale stays what it was, and false is returned. An empty code asks for the
+    /// system's language in the first place: it gets it in the same way, with true. False is also
+    /// returned when a handler of QEvent::LanguageChange changed the language meanwhile.
     ///
     /// A file of the language that cannot be loaded is passed over in silence. A translator that
     /// was loaded and that the application refuses, which happens when there is no application
-    /// object, is logged with LogType 2 as "installTranslator error " and the path of its file, and
-    /// counts as loaded all the same.
+    /// object and when its file holds no texts, is logged with LogType 2 as "installTranslator
+    /// error " and the path of its file, and counts as loaded all the same.
     static bool changeApplicationLanguage(const QString& languageCode);
 
     /// Puts the application into the language of \a locale, as changeApplicationLanguage() does,

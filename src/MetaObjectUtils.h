@@ -36,9 +36,11 @@ public:
     /// Invokes the method \a method of \a object without arguments, at once when called in the
     /// object's thread, else through the event queue of that thread.
     ///
-    /// Returns true when the method was invoked. Where the object has no such method, or is null,
-    /// it logs "Impossible dinvoquer ", the bare name, " sur " and the object's address (LogType
-    /// 4), and returns false; Qt adds a warning of its own that names the candidates.
+    /// Returns true when the method was invoked, or will be: a call that goes through the event
+    /// queue is dropped when the object is destroyed before its turn. Where the object has no such
+    /// method, or is null, it logs "Impossible dinvoquer ", the bare name, " sur " and the object's
+    /// address (LogType 4), and returns false. Where there is an object, Qt adds a warning of its
+    /// own, which names the methods of the same name that take other arguments.
     static bool invokeSignalOrSlot(QObject* object, const QString& method);
 
     /// Whether \a object has a method with exactly the signature \a method, its own or inherited.

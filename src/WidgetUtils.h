@@ -109,9 +109,12 @@ public:
     static void showAnimated(QWidget* widget, int durationMs);
 
     /// Starts the same animation of \a durationMs milliseconds from 1.0 to 0 and hides \a widget at
-    /// once. That the hiding does
-    /// not wait for the animation is deliberate. The opacity ends at 0: the next showAnimated()
-    /// brings the window back, a plain show() would show it transparent.
+    /// once. That the hiding does not wait for the animation is deliberate.
+    ///
+    /// The animation runs on behind the hidden window, and the opacity ends at 0: a plain show()
+    /// meanwhile shows a window that fades away, and after it a transparent one. The next
+    /// showAnimated() stops the animation and brings the window back; QWidget::setWindowOpacity()
+    /// does so without fading, once the animation has ended.
     static void hideAnimated(QWidget* widget, int durationMs);
 
     /// Lets \a widget delete itself when it is closed (Qt::WA_DeleteOnClose).

@@ -8,6 +8,9 @@
 #include <QLocale>
 #include <QtTest>
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace {
 
 /// What the translation service is asked for: \a encodedPage is percent-encoded by hand.
@@ -23,6 +26,28 @@ QStringList codes(const char* blankSeparated)
 }
 
 const QStringList frEn = codes("fr en");
+
+const char lastPage[] = "https://example.org/last";
+
+/// Asks for an address when static objects are destroyed; the test's report is written already.
+struct LastVisitor
+{
+    LastVisitor() { QLocale::setDefault(QLocale::c()); } // Qt keeps its locale for longer
+
+    ~LastVisitor()
+    {
+        // Takes the memory that the class has let go of, if it has.
+        const QString decoy(int(sizeof lastPage) - 1, QLatin1Char('x'));
+        if (!expects
+            || (CoreAppUrlUtils::urlContactUs() == QLatin1String(lastPage)
+                && decoy.startsWith(QLatin1Char('x'))))
+            return;
+        std::fputs("the addresses are gone at exit\n", stderr);
+        std::_Exit(1);
+    }
+
+    bool expects = false;
+} lastVisitor;
 
 } // namespace
 
@@ -50,6 +75,7 @@ private Q_SLOTS:
     void documentation_data();
     void documentation();
     void nothingIsLogged();
+    void cleanupTestCase();
 
 private:
     void clearAddresses();
@@ -307,6 +333,13 @@ void tst_CoreAppUrlUtils::nothingIsLogged()
     CoreAppUrlUtils::urlDocumentation(QStringLiteral("x"));
     CoreAppUrlUtils::urlContactUs();
     QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_CoreAppUrlUtils::cleanupTestCase()
+{
+    QLocale::setDefault(QLocale(QLocale::French));
+    CoreAppUrlUtils::initContactUs(QString::fromLatin1(lastPage), frEn);
+    lastVisitor.expects = true;
 }
 
 QTEST_GUILESS_MAIN(tst_CoreAppUrlUtils)

@@ -21,6 +21,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <functional>
 
 namespace {
 
@@ -45,16 +46,20 @@ void touch(const QString& path)
     QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
 }
 
-/// Counts how often the application is told that its translators have changed.
+/// Counts how often the application is told that its translators have changed, and may answer one
+/// of these times.
 class LanguageChanges : public QObject
 {
 public:
     LanguageChanges() { QCoreApplication::instance()->installEventFilter(this); }
     int count = 0;
+    int answered = 0; ///< which time is answered; 0 for none
+    std::function<void()> answer;
 
     bool eventFilter(QObject*, QEvent* event) override
     {
-        count += event->type() == QEvent::LanguageChange;
+        if (event->type() == QEvent::LanguageChange && ++count == answered)
+            answer();
         return false;
     }
 };
@@ -92,8 +97,12 @@ private Q_SLOTS:
     void regionAndItsFallback();
     void severalKeys();
     void everyChangeStartsAfresh();
+    void changedAgainMeanwhile_data();
+    void changedAgainMeanwhile();
     void languageWithoutFiles();
     void brokenFileOfTheLanguage();
+    void fileWithoutTexts();
+    void defaultLocaleComesLast();
     void noFilesAtAll();
     void emptyCodeIsTheSystem();
     void byLocale();
@@ -503,6 +512,40 @@ void tst_LocalisationTools::everyChangeStartsAfresh()
     }
 }
 
+void tst_LocalisationTools::changedAgainMeanwhile_data()
+{
+    QTest::addColumn<int>("event");
+    QTest::addColumn<bool>("byCode");
+    // The three translators of the language before go, then English and French come.
+    for (const bool byCode : {true, false}) {
+        for (int event = 1; event <= 5; ++event)
+            QTest::newRow(QByteArray(byCode ? "by code, event " : "by locale, event ")
+                          + QByteArray::number(event))
+                << event << byCode;
+    }
+}
+
+void tst_LocalisationTools::changedAgainMeanwhile()
+{
+    QFETCH(int, event);
+    QFETCH(bool, byCode);
+    provide("app_en app_fr app_it");
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("en")));
+    LanguageChanges changes;
+    changes.answered = event;
+    changes.answer = [] {
+        QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("it")));
+    };
+    if (byCode)
+        QVERIFY(!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    else
+        LocalisationTools::changeApplicationLanguageByLocale(QLocale(QLocale::French));
+    QVERIFY2(changes.count >= event, qPrintable(QString::number(changes.count)));
+    QCOMPARE(translators(), words("empty app_en app_it")); // one set alone
+    QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
+    QCOMPARE(QLocale().language(), QLocale::Italian);
+}
+
 void tst_LocalisationTools::languageWithoutFiles()
 {
     provide("app_en app_fr app_it");
@@ -529,6 +572,36 @@ void tst_LocalisationTools::brokenFileOfTheLanguage()
     QVERIFY(!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
     QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
     QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_LocalisationTools::fileWithoutTexts()
+{
+    // Nothing but what every compiled translation file begins with.
+    QFile empty(mLanguages + QStringLiteral("app_fr.qm"));
+    QVERIFY(empty.open(QIODevice::WriteOnly));
+    empty.write("\x3c\xb8\x64\x18\xca\xef\x9c\x95\xcd\x21\x1c\xbf\x60\xa1\xbd\xdd");
+    empty.close();
+    provide("app_en");
+    LogCapture log;
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QCOMPARE(QLocale().language(), QLocale::French);
+    QCOMPARE(log.lines(),
+             QStringList(QStringLiteral("warning orvautils LocalisationTools "
+                                        "changeApplicationLanguage: installTranslator error  ")
+                         + mLanguages + QStringLiteral("app_fr.qm")));
+}
+
+void tst_LocalisationTools::defaultLocaleComesLast()
+{
+    provide("app_en app_fr");
+    LanguageChanges changes;
+    QLocale seen;
+    changes.answered = 2; // English, French
+    changes.answer = [&seen] { seen = QLocale(); };
+    QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
+    QCOMPARE(changes.count, 2);
+    QCOMPARE(seen, QLocale::c());
+    QCOMPARE(QLocale().language(), QLocale::French);
 }
 
 void tst_LocalisationTools::noFilesAtAll()

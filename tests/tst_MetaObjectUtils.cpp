@@ -57,6 +57,7 @@ private Q_SLOTS:
     void failsToInvoke();
     void nullNameAndNullObject();
     void hasMethod_data();
+    void warningsOfQt();
     void hasMethod();
     void returnsBoolean_data();
     void returnsBoolean();
@@ -232,6 +233,20 @@ void tst_MetaObjectUtils::hasMethod_data()
     QTest::newRow("unknown") << QByteArray("nothing()") << false;
     QTest::newRow("empty") << QByteArray("") << false;
     QTest::newRow("null") << QByteArray() << false;
+}
+
+void tst_MetaObjectUtils::warningsOfQt()
+{
+    Target target;
+    LogCapture log;
+    QVERIFY(!MetaObjectUtils::invokeSignalOrSlot(nullptr, QStringLiteral("doSomething")));
+    QCOMPARE(log.lines(), libraryLines(log));
+    QVERIFY(!MetaObjectUtils::invokeSignalOrSlot(&target, QStringLiteral("withArgument")));
+    QCOMPARE(log.lines().size(), libraryLines(log).size() + 1);
+    const QString warning = log.lines().at(1);
+    QVERIFY2(warning.contains(QLatin1String("No such method Target::withArgument()")),
+             qPrintable(warning));
+    QVERIFY2(warning.contains(QLatin1String("withArgument(int)")), qPrintable(warning));
 }
 
 void tst_MetaObjectUtils::hasMethod()
