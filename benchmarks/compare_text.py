@@ -38,9 +38,9 @@ JOBS = [
 # Operations on a text of MILLIONS characters, each of which is replaced, and on one of half the
 # length: twice the work takes twice the time.
 GROWTH = [
-    ("escapeQuotes", 8),
-    ("htmlBRreplace", 8),
-    ("TextStreamUTF8", 8),
+    ("escapeQuotes", 16),
+    ("htmlBRreplace", 16),
+    ("TextStreamUTF8", 16),
     ("normalizeFilename", 2),
 ]
 GROWTH_RATIO = 2.6

@@ -200,6 +200,40 @@ QString HTMLUtils::textWithoutHtmlTags(const QString& s, bool encodeSpaces, bool
     return text;
 }
 
+QString HTMLUtils::escaped(const QString& text)
+{
+    QString html;
+    html.reserve(text.size());
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+        case '&':
+            html += QLatin1String("&amp;");
+            break;
+        case '<':
+            html += QLatin1String("&lt;");
+            break;
+        case '>':
+            html += QLatin1String("&gt;");
+            break;
+        case '"':
+            html += QLatin1String("&quot;");
+            break;
+        case '\'':
+            html += QLatin1String("&#39;");
+            break;
+        case '\t':
+        case '\n':
+        case '\f':
+        case '\r':
+            html += c;
+            break;
+        default:
+            html += c.category() == QChar::Other_Control ? QChar(QChar::ReplacementCharacter) : c;
+        }
+    }
+    return html;
+}
+
 QString HTMLUtils::decodeFromHtmlText(const QString& s)
 {
     const QLatin1String noBreakSpace("&nbsp;");

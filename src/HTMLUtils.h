@@ -114,6 +114,22 @@ public:
     /// Deliberate: despite the name, no tag is removed.
     static QString textWithoutHtmlTags(const QString& s, bool encodeSpaces, bool encodeNewLines);
 
+    /// \a text for HTML: as the contents of an element and as an attribute's value in quotes of
+    /// either kind.
+    ///
+    /// \code
+    /// HTMLUtils::escaped("Tom & \"Zoé\" <3"); // "Tom &amp; &quot;Zoé&quot; &lt;3"
+    /// \endcode
+    ///
+    /// "&", "<", ">", the double quote and the apostrophe become references. Control characters
+    /// that HTML does not allow become U+FFFD: all except tab, line feed, form feed and carriage
+    /// return. All other characters are copied. Browsers and QTextDocument read the text back as it
+    /// was.
+    ///
+    /// Use it for new pages. textWithoutHtmlTags() also replaces white space but not the
+    /// apostrophe.
+    static QString escaped(const QString& text);
+
     /// \a s with its numeric references and "&nbsp;" replaced by the characters they stand for.
     ///
     /// \code

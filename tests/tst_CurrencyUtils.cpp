@@ -6,8 +6,13 @@
 #include "LogCapture.h"
 #include "Text.h"
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMap>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QThread>
 #include <QtTest>
 
@@ -96,6 +101,22 @@ private Q_SLOTS:
     void prices();
     void inputField_data();
     void inputField();
+    void minorUnits_data();
+    void minorUnits();
+    void minorUnitsOfTheStandard();
+    void money_data();
+    void money();
+    void moneyOfUnknownCurrencies();
+    void moneyOfEachCurrency();
+    void moneyFromDoubles_data();
+    void moneyFromDoubles();
+    void moneyFollowsNumberOptions();
+    void vat_data();
+    void vat();
+    void vatOfNothing_data();
+    void vatOfNothing();
+    void vatOfEachAmount();
+    void vatFromDoubles();
     void defaultLocalePlaysNoPart();
     void nothingIsLogged();
 };
@@ -401,6 +422,301 @@ void tst_CurrencyUtils::inputField()
     QFETCH(double, price);
     QFETCH(QString, expected);
     QCOMPARE(CurrencyUtils::formatPrecisionPriceForInputLineEdit(price), expected);
+}
+
+// Amounts
+
+void tst_CurrencyUtils::minorUnits_data()
+{
+    QTest::addColumn<int>("decimals");
+    const auto row = [](const char* code, int decimals) { QTest::newRow(code) << decimals; };
+    row("EUR", 2);
+    row("USD", 2);
+    row("JPY", 0);
+    row("XOF", 0);
+    row("TND", 3);
+    row("KWD", 3);
+    row("IQD", 3); // though none are in use
+    row("MRU", 2); // though a unit is five khoums
+    row("CLF", 4);
+    row("UYW", 4);
+    row("HRK", 2); // withdrawn in 2023
+    row("XAU", -1);
+    row("XDR", -1);
+    row("XXX", -1);
+    row("XTS", -1);
+    row("DEM", -1);
+    row("eur", -1);
+    row("EUR ", -1);
+    row("", -1);
+}
+
+void tst_CurrencyUtils::minorUnits()
+{
+    QFETCH(int, decimals);
+    QCOMPARE(CurrencyUtils::minorUnits(text(QTest::currentDataTag())), decimals);
+}
+
+/// Every currency of the standard and of QLocale is known, and only units of account and the like
+/// have no minor unit.
+void tst_CurrencyUtils::minorUnitsOfTheStandard()
+{
+    for (const QString& code : CurrencyUtils::listIsoCodes())
+        QVERIFY2(CurrencyUtils::minorUnits(code) >= 0, qPrintable(code));
+
+    QFile file(QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                                      text("iso-codes/json/iso_4217.json")));
+    if (!file.open(QIODevice::ReadOnly))
+        QSKIP("iso-codes is not installed");
+    const QJsonArray currencies =
+        QJsonDocument::fromJson(file.readAll()).object()[text("4217")].toArray();
+    QVERIFY(currencies.size() > 170);
+    const QString none = text("XAG XAU XBA XBB XBC XBD XDR XPD XPT XSU XTS XUA XXX");
+    for (const QJsonValue& currency : currencies) {
+        const QString code = currency.toObject()[text("alpha_3")].toString();
+        QVERIFY2((CurrencyUtils::minorUnits(code) < 0) == none.contains(code), qPrintable(code));
+    }
+}
+
+void tst_CurrencyUtils::money_data()
+{
+    QTest::addColumn<qint64>("amount");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char* name, qint64 amount, const char* code, const char* locale,
+                        const char* expected) {
+        QTest::newRow(name) << amount << text(code) << text(locale) << text(expected);
+    };
+    const qint64 most = std::numeric_limits<qint64>::max();
+    const qint64 least = std::numeric_limits<qint64>::min();
+    row("French", 2940, "EUR", "fr_FR", "29,40\u00a0€");
+    row("English", 1250, "JPY", "en_US", "¥1,250");
+    row("German", 125050, "EUR", "de_DE", "1.250,50\u00a0€");
+    row("Dutch, symbol in front", 2940, "EUR", "nl_NL", "€\u00a029,40");
+    row("Swiss", 125050, "CHF", "de_CH", "1’250.50\u00a0CHF");
+    row("Hindi groups", 123456789, "INR", "hi_IN", "₹12,34,567.89");
+    row("Arabic digits", 2940, "EUR", "ar_EG", "٢٩٫٤٠\u00a0€");
+    row("Arabic fraction", 1005, "KWD", "ar_EG", "١٫٠٠٥\u00a0KWD");
+    row("no locale", 2940, "EUR", "C", "29.40€");
+    row("below zero", -2940, "EUR", "de_DE", "-29,40\u00a0€");
+    row("zero", 0, "EUR", "de_DE", "0,00\u00a0€");
+    row("one cent", 1, "EUR", "en_GB", "€0.01");
+    row("one cent below zero", -1, "EUR", "da_DK", "-0,01\u00a0€");
+    row("three decimals", 3500, "TND", "en_US", "TND\u00a03.500");
+    row("four decimals", 12345678, "CLF", "en_US", "CLF\u00a01,234.5678");
+    row("no decimals", 1250, "XPF", "fr_FR", "1\u00a0250\u00a0CFPF");
+    row("no decimals where the locale has two", 1250, "JPY", "de_DE", "1.250\u00a0¥");
+    row("two decimals where the locale has none", 2940, "EUR", "ja_JP", "€29.40");
+    // Symbols.
+    row("own symbol", 2940, "CAD", "en_CA", "$29.40");
+    row("own symbol in Japanese", 1250, "JPY", "ja_JP", "￥1,250");
+    row("symbol of another dollar", 2940, "CAD", "en_US", "CA$29.40");
+    row("dollar in a country of another", 2940, "USD", "en_AU", "USD\u00a029.40");
+    row("symbol that ends with a letter", 1250, "XAF", "en_US", "FCFA\u00a01,250");
+    row("no symbol", 2940, "CHF", "en_US", "CHF\u00a029.40");
+    row("no symbol in the language", 2940, "PLN", "fr_FR", "29,40\u00a0PLN");
+    // The ends of the range.
+    row("most", most, "EUR", "de_DE", "92.233.720.368.547.758,07\u00a0€");
+    row("least", least, "EUR", "de_DE", "-92.233.720.368.547.758,08\u00a0€");
+    row("most without decimals", most, "JPY", "en_US", "¥9,223,372,036,854,775,807");
+}
+
+void tst_CurrencyUtils::money()
+{
+    QFETCH(qint64, amount);
+    QFETCH(QString, code);
+    QFETCH(QString, locale);
+    // French groups are separated by a no-break space, which was a narrow one for a time.
+    QString written = CurrencyUtils::formatMoney(amount, code, QLocale(locale));
+    QTEST(written.replace(QChar(0x202f), QChar(0xa0)), "expected");
+}
+
+void tst_CurrencyUtils::moneyOfUnknownCurrencies()
+{
+    for (const char* code : {"", "eur", "XYZ", "XAU", "EUR "}) {
+        QCOMPARE(CurrencyUtils::formatMoney(Q_INT64_C(2940), text(code), QLocale()), QString());
+        QCOMPARE(CurrencyUtils::formatMoney(29.4, text(code), QLocale()), QString());
+    }
+}
+
+/// In every locale each currency can be told from the others, and the digits come back.
+void tst_CurrencyUtils::moneyOfEachCurrency()
+{
+    const QStringList codes = CurrencyUtils::listIsoCodes();
+    for (const char* name : {"en_US", "en_AU", "fr_FR", "ja_JP", "zh_CN", "sv_SE", "ar_SA", "C"}) {
+        const QLocale locale{text(name)};
+        QSet<QString> seen;
+        for (const QString& code : codes) {
+            const QString written = CurrencyUtils::formatMoney(Q_INT64_C(70000), code, locale);
+            QVERIFY2(written.contains(locale.toString(7)), qPrintable(written));
+            QVERIFY2(!seen.contains(written), qPrintable(text(name) + code + written));
+            seen.insert(written);
+        }
+    }
+}
+
+void tst_CurrencyUtils::moneyFromDoubles_data()
+{
+    QTest::addColumn<double>("amount");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("expected");
+    const double infinite = std::numeric_limits<double>::infinity();
+    QTest::newRow("two decimals") << 29.4 << "EUR" << text("29,40\u00a0€");
+    QTest::newRow("rounded") << 2.345 << "EUR" << text("2,35\u00a0€");
+    QTest::newRow("half below zero") << -0.125 << "EUR" << text("-0,12\u00a0€");
+    QTest::newRow("no negative zero") << -0.004 << "EUR" << text("0,00\u00a0€");
+    QTest::newRow("no decimals") << 1250.5 << "JPY" << text("1.251\u00a0¥");
+    QTest::newRow("three decimals") << 3.5 << "TND" << text("3,500\u00a0TND");
+    QTest::newRow("beyond integers") << 1e17 << "EUR" << text("100.000.000.000.000.000,00\u00a0€");
+    QTest::newRow("far below zero") << -1e17 << "EUR" << text("-100.000.000.000.000.000,00\u00a0€");
+    QTest::newRow("infinite") << infinite << "EUR" << QString();
+    QTest::newRow("infinite below zero") << -infinite << "EUR" << QString();
+    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN() << "EUR" << QString();
+}
+
+void tst_CurrencyUtils::moneyFromDoubles()
+{
+    QFETCH(double, amount);
+    QFETCH(QString, code);
+    QTEST(CurrencyUtils::formatMoney(amount, code, QLocale(text("de_DE"))), "expected");
+}
+
+void tst_CurrencyUtils::moneyFollowsNumberOptions()
+{
+    QLocale german(text("de_DE"));
+    german.setNumberOptions(QLocale::OmitGroupSeparator);
+    QCOMPARE(CurrencyUtils::formatMoney(Q_INT64_C(125050), euro(), german), text("1250,50\u00a0€"));
+}
+
+// Value-added tax
+
+void tst_CurrencyUtils::vat_data()
+{
+    QTest::addColumn<qint64>("amount");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<double>("rate");
+    QTest::addColumn<qint64>("net");
+    QTest::addColumn<qint64>("vat");
+    const auto row = [](const char* name, qint64 amount, CurrencyUtils::AmountKind kind,
+                        double rate, qint64 net, qint64 vat) {
+        QTest::newRow(name) << amount << int(kind) << rate << net << vat;
+    };
+    const auto net = CurrencyUtils::Net;
+    const auto gross = CurrencyUtils::Gross;
+    const qint64 most = std::numeric_limits<qint64>::max();
+    row("19 % on net", 10000, net, 19, 10000, 1900);
+    row("19 % in gross", 11900, gross, 19, 10000, 1900);
+    row("5.5 % in gross", 999, gross, 5.5, 947, 52); // 52.08
+    row("2.1 % on net", 333, net, 2.1, 333, 7); // 6.993
+    row("2.1 % in gross", 1021, gross, 2.1, 1000, 21);
+    row("13.5 % in gross", 1, gross, 13.5, 1, 0);
+    row("no tax", 999, gross, 0, 999, 0);
+    row("nothing", 0, net, 20, 0, 0);
+    row("half a cent", 1, net, 50, 1, 1);
+    row("half a cent of a refund", -1, net, 50, -1, -1);
+    row("half a cent in gross", 3, gross, 100, 1, 2);
+    row("half a cent in the gross of a refund", -3, gross, 100, -1, -2);
+    row("a refund", -11900, gross, 19, -10000, -1900);
+    row("a tenth of a promille", 1000000, net, 0.0001, 1000000, 1);
+    row("less than that is rounded", 1000000, net, 0.00004, 1000000, 0);
+    row("the highest rate", 100, net, 1000, 100, 1000);
+    row("far beyond doubles", Q_INT64_C(1000000000000000001), net, 20,
+        Q_INT64_C(1000000000000000001), Q_INT64_C(200000000000000000));
+    row("the most in gross", most, gross, 20, most - Q_INT64_C(1537228672809129301),
+        Q_INT64_C(1537228672809129301)); // 2^63 - 1 is 6 times that, and 1
+    row("the least in gross", -most, gross, 20, -most + Q_INT64_C(1537228672809129301),
+        -Q_INT64_C(1537228672809129301));
+    row("the most on net", most, net, 0, most, 0);
+}
+
+void tst_CurrencyUtils::vat()
+{
+    QFETCH(qint64, amount);
+    QFETCH(int, kind);
+    QFETCH(double, rate);
+    const auto split =
+        CurrencyUtils::vatOf(amount, CurrencyUtils::AmountKind(kind), rate, text("EUR"));
+    QVERIFY(split.isValid);
+    QTEST(split.net, "net");
+    QTEST(split.vat, "vat");
+    QCOMPARE(split.gross, split.net + split.vat);
+    QCOMPARE(kind == CurrencyUtils::Net ? split.net : split.gross, amount);
+}
+
+void tst_CurrencyUtils::vatOfNothing_data()
+{
+    QTest::addColumn<qint64>("amount");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<double>("rate");
+    QTest::addColumn<QString>("code");
+    const qint64 most = std::numeric_limits<qint64>::max();
+    const qint64 least = std::numeric_limits<qint64>::min();
+    const double noNumber = std::numeric_limits<double>::quiet_NaN();
+    const int net = CurrencyUtils::Net;
+    const int gross = CurrencyUtils::Gross;
+    QTest::newRow("no such rate") << Q_INT64_C(100) << net << -1.0 << euro();
+    QTest::newRow("rate too high") << Q_INT64_C(100) << net << 1000.1 << euro();
+    QTest::newRow("rate is no number") << Q_INT64_C(100) << gross << noNumber << euro();
+    QTest::newRow("unknown currency") << Q_INT64_C(100) << gross << 20.0 << text("XYZ");
+    QTest::newRow("gold") << Q_INT64_C(100) << gross << 20.0 << text("XAU");
+    QTest::newRow("gross beyond the range") << most << net << 20.0 << euro();
+    QTest::newRow("gross one beyond") << most - 1 << net << 0.0001 << euro();
+    QTest::newRow("tax beyond the range") << most << net << 1000.0 << euro();
+    QTest::newRow("least on net") << least << net << 0.0 << euro();
+    QTest::newRow("least in gross") << least << gross << 20.0 << euro();
+}
+
+void tst_CurrencyUtils::vatOfNothing()
+{
+    QFETCH(qint64, amount);
+    QFETCH(int, kind);
+    QFETCH(double, rate);
+    QFETCH(QString, code);
+    const auto split = CurrencyUtils::vatOf(amount, CurrencyUtils::AmountKind(kind), rate, code);
+    QVERIFY(!split.isValid);
+    QCOMPARE(split.net, Q_INT64_C(0));
+    QCOMPARE(split.vat, Q_INT64_C(0));
+    QCOMPARE(split.gross, Q_INT64_C(0));
+}
+
+/// For every rate in use: no whole number of cents is nearer to the tax, and the parts add up.
+void tst_CurrencyUtils::vatOfEachAmount()
+{
+    for (const int tenths : {0, 21, 30, 48, 55, 70, 95, 100, 135, 190, 200, 210, 270}) {
+        for (qint64 amount = -3000; amount <= 3000; ++amount) {
+            const auto onNet =
+                CurrencyUtils::vatOf(amount, CurrencyUtils::Net, tenths / 10.0, euro());
+            const auto inGross =
+                CurrencyUtils::vatOf(amount, CurrencyUtils::Gross, tenths / 10.0, euro());
+            // In thousandths of a cent; in gross the whole is 100 % and the rate.
+            const qint64 netError = onNet.vat * 1000 - amount * tenths;
+            const qint64 grossError = inGross.vat * (1000 + tenths) - amount * tenths;
+            QVERIFY(2 * qAbs(netError) <= 1000 && 2 * qAbs(grossError) <= 1000 + tenths);
+            // A half goes away from zero.
+            QVERIFY(2 * qAbs(netError) < 1000 || (netError > 0) == (amount > 0));
+            QVERIFY(onNet.isValid && onNet.net == amount && onNet.gross == amount + onNet.vat);
+            QVERIFY(inGross.isValid && inGross.gross == amount
+                    && inGross.net == amount - inGross.vat);
+        }
+    }
+}
+
+void tst_CurrencyUtils::vatFromDoubles()
+{
+    const auto split = CurrencyUtils::vatOf(9.99, CurrencyUtils::Gross, 5.5, euro());
+    QVERIFY(split.isValid);
+    QCOMPARE(split.net, Q_INT64_C(947));
+    QCOMPARE(split.vat, Q_INT64_C(52));
+    QCOMPARE(split.gross, Q_INT64_C(999));
+    // The amount is rounded to the currency's own unit first.
+    QCOMPARE(CurrencyUtils::vatOf(1250.5, CurrencyUtils::Net, 10, text("JPY")).gross,
+             Q_INT64_C(1376)); // 1251 and 125
+    QCOMPARE(CurrencyUtils::vatOf(1.2345, CurrencyUtils::Net, 0, text("TND")).net, Q_INT64_C(1235));
+    QVERIFY(!CurrencyUtils::vatOf(1e17, CurrencyUtils::Gross, 20, euro()).isValid);
+    QVERIFY(!CurrencyUtils::vatOf(1.0, CurrencyUtils::Gross, 20, text("XYZ")).isValid);
+    const double noNumber = std::numeric_limits<double>::quiet_NaN();
+    QVERIFY(!CurrencyUtils::vatOf(noNumber, CurrencyUtils::Gross, 20, euro()).isValid);
 }
 
 void tst_CurrencyUtils::defaultLocalePlaysNoPart()

@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 namespace {
@@ -53,6 +54,9 @@ private Q_SLOTS:
     void decodeFromHtmlText_data();
     void decodeFromHtmlText();
     void escapedAndDecoded();
+    void escaped_data();
+    void escaped();
+    void escapedReadByQt();
     void htmlBRreplace_data();
     void htmlBRreplace();
     void htmlBRreplaceOfManyLines();
@@ -407,6 +411,43 @@ void tst_HTMLUtils::escapedAndDecoded()
     const QString escaped = HTMLUtils::textWithoutHtmlTags(all, true, true);
     QVERIFY(escaped != all);
     QCOMPARE(HTMLUtils::decodeFromHtmlText(escaped), all);
+}
+
+void tst_HTMLUtils::escaped_data()
+{
+    QTest::addColumn<QString>("s");
+    QTest::addColumn<QString>("html");
+    const auto row = [](const char* name, const QString& s, const QString& html) {
+        QTest::newRow(name) << s << html;
+    };
+    row("empty", QString(), QString());
+    row("plain", text("Été à 5 €, 日本 😀 -_.{}`$\\"), text("Été à 5 €, 日本 😀 -_.{}`$\\"));
+    row("markup", text("Tom & \"Zoé\" <3>"), text("Tom &amp; &quot;Zoé&quot; &lt;3&gt;"));
+    row("apostrophe", text("l'été"), text("l&#39;été"));
+    row("escaped already", text("&amp;&#39;"), text("&amp;amp;&amp;#39;"));
+    row("white space", text(" a\tb\nc\rd\fe\u00a0"), text(" a\tb\nc\rd\fe\u00a0"));
+    row("control characters", units({'a', 0, 1, 0x0b, 0x1b, 0x7f, 0x80, 0x9f, 'b'}),
+        units({'a', 0xfffd, 0xfffd, 0xfffd, 0xfffd, 0xfffd, 0xfffd, 0xfffd, 'b'}));
+}
+
+void tst_HTMLUtils::escaped()
+{
+    QFETCH(QString, s);
+    QTEST(HTMLUtils::escaped(s), "html");
+}
+
+/// As a reader of XML and HTML reads it, in both places where a text can be.
+void tst_HTMLUtils::escapedReadByQt()
+{
+    const QString s = text("<b title=\"A\" lang='x'>&amp; &#65; é😀</b> ]]> --> </script>");
+    QCOMPARE(HTMLUtils::formatHtmlToPlainText(HTMLUtils::escaped(s)), s);
+    for (const char quote : {'"', '\''}) {
+        const QString element = text("<a t=") + QLatin1Char(quote) + HTMLUtils::escaped(s)
+            + QLatin1Char(quote) + text("/>");
+        QXmlStreamReader reader(element);
+        QVERIFY(reader.readNextStartElement());
+        QCOMPARE(reader.attributes().value(QLatin1String("t")).toString(), s);
+    }
 }
 
 void tst_HTMLUtils::htmlBRreplace_data()
