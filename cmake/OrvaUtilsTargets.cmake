@@ -32,5 +32,14 @@ function(orvautils_configure_target target)
       --coverage -fprofile-update=atomic "-fprofile-filter-files=^${sources}.*" -fno-exceptions)
     target_link_options(${target} PRIVATE --coverage)
   endif()
-  set_target_properties(${target} PROPERTIES AUTOMOC ON)
+endfunction()
+
+# orvautils_precompile(<target> <header>...): compiles what the target's sources all include but once.
+# Another target may share it by target_precompile_headers(... REUSE_FROM).
+function(orvautils_precompile target)
+  target_precompile_headers(${target} PRIVATE ${ARGN})
+  # For ccache, which else takes no program that is compiled so.
+  target_compile_options(${target} PRIVATE
+    $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+    "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 endfunction()

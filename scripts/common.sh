@@ -8,6 +8,9 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
+# For who compiles by way of ccache: headers that are compiled in advance may be kept, too.
+export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
+
 say() { printf '\n== %s\n' "$*"; }
 
 # The names in the given sections of scripts/packages, one a line.
