@@ -4,35 +4,116 @@
 #include "DirectorySynchronizer.h"
 
 #include "DirectoryWatcher.h"
-#include "FileUtils.h"
+#include "asconst_p.h"
+#include "filecopy_p.h"
+#include "filesystem_p.h"
+#include "folderpath_p.h"
 #include "logrecord_p.h"
+#include "treecopy_p.h"
+#include "treeremoval_p.h"
+#include "treetask_p.h"
+#include "treewalk_p.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QPointer>
+#include <QSet>
 
 namespace OrvaUtilsPrivate {
 
 class DirectorySynchronizerPrivate
 {
 public:
-    QString mirrorOf(const QString& path) const;
+    explicit DirectorySynchronizerPrivate(DirectorySynchronizer* synchronizer)
+        : q(synchronizer)
+    { }
 
+    QString mirrorOf(const QString& path) const;
+    bool isInMirror(const QString& path, const QString& root) const;
+    bool canBeMirrored() const;
+    void clearTheWay(const QString& mirror) const;
+    void reportFailure(const QString& message, const QString& path, const QString& reason);
+
+    DirectorySynchronizer* const q;
     QString source;
     QString destination;
     DirectoryWatcher* watcher = nullptr; // child of the synchronizer
+    std::function<bool(const QString&)> filter;
 };
-
-QString DirectorySynchronizerPrivate::mirrorOf(const QString& path) const
-{
-    QString mirror = path;
-    return source.isEmpty() ? path : mirror.replace(source, destination);
-}
 
 } // namespace OrvaUtilsPrivate
 
+using OrvaUtilsPrivate::asConst;
+using OrvaUtilsPrivate::DirectorySynchronizerPrivate;
+using OrvaUtilsPrivate::FolderEntry;
+using OrvaUtilsPrivate::FolderReader;
+using OrvaUtilsPrivate::joined;
+using OrvaUtilsPrivate::TreeTask;
+using OrvaUtilsPrivate::Walk;
+using OrvaUtilsPrivate::withSlash;
+
+namespace {
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("DirectorySynchronizer", text);
+}
+
+QString missingFolder()
+{
+    return tr(QT_TRANSLATE_NOOP("DirectorySynchronizer", "The folder does not exist."));
+}
+
+QString outsideOfTheSource()
+{
+    return tr(QT_TRANSLATE_NOOP("DirectorySynchronizer", "The file is not in the source folder."));
+}
+
+/// The visible files below a folder. Folders that cannot be read are in unreadable.
+struct VisibleFiles
+{
+    QStringList files;
+    QStringList unreadable;
+
+    void collect(const QString& folder, const Walk* parent)
+    {
+        const Walk walk = {folder, parent};
+        std::vector<FolderEntry> entries;
+        if (!OrvaUtilsPrivate::readFolder(folder, entries))
+            unreadable.append(folder);
+        for (const FolderEntry& entry : entries) {
+            const QString path = joined(folder, entry.name);
+            if (isVisibleFolder(entry) && leadsOn(entry, walk))
+                collect(path, &walk);
+            else if (entry.kind == OrvaUtilsPrivate::EntryKind::File && !entry.isHidden)
+                files.append(path);
+        }
+    }
+};
+
+bool haveSameContent(const QString& path, const QString& other)
+{
+    QFile one(path);
+    QFile two(other);
+    if (!one.open(QIODevice::ReadOnly) || !two.open(QIODevice::ReadOnly)
+        || one.size() != two.size())
+        return false;
+    const qint64 pieceSize = 1 << 16;
+    while (!one.atEnd()) {
+        const QByteArray piece = one.read(pieceSize);
+        if (piece.isEmpty() || piece != two.read(pieceSize))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 DirectorySynchronizer::DirectorySynchronizer(QObject* parent)
     : QObject(parent)
-    , d(std::make_unique<OrvaUtilsPrivate::DirectorySynchronizerPrivate>())
+    , d(std::make_unique<DirectorySynchronizerPrivate>(this))
 {
     d->watcher = new DirectoryWatcher(this);
     connect(d->watcher, &DirectoryWatcher::deletedFile, this,
@@ -41,58 +122,214 @@ DirectorySynchronizer::DirectorySynchronizer(QObject* parent)
             &DirectorySynchronizer::onFileAddedOrModified);
     connect(d->watcher, &DirectoryWatcher::modifiedFile, this,
             &DirectorySynchronizer::onFileAddedOrModified);
+    connect(d->watcher, &DirectoryWatcher::unwatched, this,
+            [this](const QStringList& paths, const QString& reason) {
+                const QPointer<DirectorySynchronizer> self(this);
+                for (const QString& path : paths) {
+                    if (self)
+                        Q_EMIT failed(path, reason);
+                }
+            });
 }
 
 DirectorySynchronizer::~DirectorySynchronizer() = default;
 
 bool DirectorySynchronizer::startWatcher(const QString& source, const QString& destination)
 {
+    const QPointer<DirectorySynchronizer> self(this);
     d->source = QDir::cleanPath(source);
     d->destination = QDir::cleanPath(destination);
+    d->watcher->stop();
     checkDirs();
-    if (d->watcher->setPath(d->source))
-        return true;
+    if (!self)
+        return false;
+    const bool canBeMirrored = d->canBeMirrored();
+    const bool isWatched = canBeMirrored && d->watcher->setPath(d->source);
+    if (!self || isWatched)
+        return isWatched;
+    const QString path = d->source;
     Q_EMIT error(QStringLiteral("Watcher fail"));
     ORVAUTILS_LOG_CRITICAL() << "Watcher fail";
+    if (self && !canBeMirrored)
+        Q_EMIT failed(path,
+                      tr(QT_TRANSLATE_NOOP("DirectorySynchronizer",
+                                           "A folder cannot be mirrored into itself, into a folder "
+                                           "that contains it, or nowhere.")));
     return false;
 }
 
 bool DirectorySynchronizer::checkDirs()
 {
     if (!QDir(d->source).exists()) {
-        const QString message = d->source + QStringLiteral(" doesn't exist");
+        const QPointer<DirectorySynchronizer> self(this);
+        const QString path = d->source;
+        const QString message = path + QStringLiteral(" doesn't exist");
         Q_EMIT error(message);
         ORVAUTILS_LOG_CRITICAL() << message;
+        if (self)
+            Q_EMIT failed(path, missingFolder());
     }
     return true;
 }
 
 bool DirectorySynchronizer::fullSync(const QString& source, const QString& destination)
 {
-    if (FileUtils::copyDir(source, destination, false))
+    return fullSync(source, destination, FileUtils::TreeObserver());
+}
+
+bool DirectorySynchronizer::fullSync(const QString& source, const QString& destination,
+                                     const FileUtils::TreeObserver& observer, QString* error)
+{
+    TreeTask task(observer, error);
+    if (d->filter) {
+        const QString root = QDir(source).absolutePath();
+        task.setFilter([this, root](const QString& path) { return d->isInMirror(path, root); });
+    }
+    if (OrvaUtilsPrivate::copyDir(source, destination, false, task))
         return true;
     ORVAUTILS_LOG_CRITICAL() << "FullSync fail";
     return false;
 }
 
+void DirectorySynchronizer::setFilter(const std::function<bool(const QString&)>& filter)
+{
+    d->filter = filter;
+}
+
+bool DirectorySynchronizer::isEqual(QStringList* differences) const
+{
+    if (d->source.isEmpty())
+        return false;
+    VisibleFiles source;
+    VisibleFiles destination;
+    source.collect(d->source, nullptr);
+    destination.collect(d->destination, nullptr);
+
+    QSet<QString> different; // relative paths
+    QSet<QString> mirrors;
+    for (const QString& path : asConst(source.files)) {
+        const QString mirror = d->mirrorOf(path);
+        mirrors.insert(mirror);
+        if (d->isInMirror(path, d->source) && !haveSameContent(path, mirror))
+            different.insert(path.mid(d->source.size() + 1));
+    }
+    for (const QString& path : asConst(destination.files)) {
+        if (!mirrors.contains(path) && d->isInMirror(path, d->destination))
+            different.insert(path.mid(d->destination.size() + 1));
+    }
+    for (const QString& path : asConst(source.unreadable))
+        different.insert(path.mid(d->source.size() + 1));
+    for (const QString& path : asConst(destination.unreadable))
+        different.insert(path.mid(d->destination.size() + 1));
+
+    QStringList sorted(different.values());
+    sorted.sort();
+    if (differences)
+        differences->append(sorted);
+    return sorted.isEmpty();
+}
+
 void DirectorySynchronizer::onFileDeleted(const QString& path)
 {
+    if (!d->isInMirror(path, d->source))
+        return;
     const QString mirror = d->mirrorOf(path);
     // A path that has no mirror stands for itself: it is not ours to remove.
-    if (mirror != path && QFile::remove(mirror))
+    const bool hasMirror = mirror != path;
+    QFile file(mirror);
+    if (hasMirror && file.remove()) {
+        const QPointer<DirectorySynchronizer> self(this);
         Q_EMIT log(QStringLiteral("[DEL] %1").arg(mirror));
-    else
-        Q_EMIT error(QStringLiteral("unable to remove ") + mirror);
+        if (self)
+            Q_EMIT removed(mirror);
+    } else {
+        d->reportFailure(QStringLiteral("unable to remove ") + mirror, mirror,
+                         hasMirror ? file.errorString() : outsideOfTheSource());
+    }
 }
 
 void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
 {
+    if (!d->isInMirror(path, d->source))
+        return;
     const QString mirror = d->mirrorOf(path);
     const bool hasMirror = mirror != path;
+    if (hasMirror && QFileInfo(path).isFile())
+        d->clearTheWay(mirror);
     if (hasMirror)
         FileUtils::fileMkPath(mirror, nullptr);
-    if (hasMirror && FileUtils::forceCopy(path, mirror))
+    QString reason = hasMirror ? QString() : outsideOfTheSource();
+    if (hasMirror
+        && OrvaUtilsPrivate::copyFile(path, mirror, OrvaUtilsPrivate::OldFile::KeptInTree,
+                                      &reason)) {
+        const QPointer<DirectorySynchronizer> self(this);
         Q_EMIT log(QStringLiteral("[MOD] %1").arg(mirror));
-    else
-        Q_EMIT error(QStringLiteral("unable to copy ") + path);
+        if (self)
+            Q_EMIT mirrored(path, mirror);
+    } else {
+        d->reportFailure(QStringLiteral("unable to copy ") + path, path, reason);
+    }
+}
+
+void DirectorySynchronizer::stop()
+{
+    d->watcher->stop();
+}
+
+// Mirrors
+
+QString DirectorySynchronizerPrivate::mirrorOf(const QString& path) const
+{
+    QString mirror = path;
+    return source.isEmpty() ? path : mirror.replace(source, destination);
+}
+
+/// Whether the filter lets a path through, which lies in \a root, and all folders on the way to it.
+bool DirectorySynchronizerPrivate::isInMirror(const QString& path, const QString& root) const
+{
+    const QString prefix = withSlash(root);
+    if (!filter || !path.startsWith(prefix))
+        return true;
+    const QString relative = path.mid(prefix.size());
+    for (int slash = relative.indexOf(QLatin1Char('/')); slash >= 0;
+         slash = relative.indexOf(QLatin1Char('/'), slash + 1)) {
+        if (!filter(relative.left(slash)))
+            return false;
+    }
+    return filter(relative);
+}
+
+bool DirectorySynchronizerPrivate::canBeMirrored() const
+{
+    return !destination.isEmpty()
+        && !overlap(QDir(source).absolutePath(), QDir(destination).absolutePath());
+}
+
+/// Removes what stands in the place of a mirror, or of a folder on the way to it, and cannot be
+/// replaced by it. What it mirrored has given way in the source, too.
+void DirectorySynchronizerPrivate::clearTheWay(const QString& mirror) const
+{
+    const QString root = withSlash(destination);
+    if (!mirror.startsWith(root))
+        return;
+    for (int slash = mirror.indexOf(QLatin1Char('/'), root.size()); slash >= 0;
+         slash = mirror.indexOf(QLatin1Char('/'), slash + 1)) {
+        const QFileInfo folder(mirror.left(slash));
+        if (folder.isFile() || (folder.isSymLink() && !folder.exists()))
+            removeFile(folder.filePath());
+    }
+    const QFileInfo info(mirror);
+    if (info.isSymLink() && !info.isFile())
+        removeFile(mirror);
+    else if (info.isDir() && !info.isSymLink())
+        removeTree(mirror);
+}
+
+void DirectorySynchronizerPrivate::reportFailure(const QString& message, const QString& path,
+                                                 const QString& reason)
+{
+    const QPointer<DirectorySynchronizer> self(q);
+    Q_EMIT q->error(message);
+    if (self)
+        Q_EMIT self->failed(path, reason);
 }

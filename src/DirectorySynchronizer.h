@@ -6,11 +6,14 @@
 #ifndef ORVAUTILS_DIRECTORYSYNCHRONIZER_H
 #define ORVAUTILS_DIRECTORYSYNCHRONIZER_H
 
+#include "FileUtils.h"
 #include "orvautils_export.h"
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace OrvaUtilsPrivate {
@@ -21,15 +24,24 @@ class DirectorySynchronizerPrivate;
 ///
 /// \code
 /// DirectorySynchronizer synchronizer;
-/// connect(&synchronizer, &DirectorySynchronizer::error, this, &Publisher::warn);
+/// connect(&synchronizer, &DirectorySynchronizer::mirrored, this, &Publisher::upload);
+/// connect(&synchronizer, &DirectorySynchronizer::failed, this, &Publisher::warn);
 /// if (synchronizer.fullSync(source, destination))
 ///     synchronizer.startWatcher(source, destination);
 /// \endcode
 ///
 /// It works in the event loop of the thread that owns it, and copies there, so that a large file
-/// delays what comes after it. A copy or removal that fails is reported and does not stop it. Only
-/// destroying it stops it. Folders that vanish from the source stay, empty, in the destination;
-/// hidden files are copied by fullSync() only.
+/// delays what comes after it. A copy or removal that fails is reported and does not stop it;
+/// stop() does, and destroying it, which a receiver of its signals may do too.
+///
+/// Who reads a file in the destination while it changes finds the former content or the new one,
+/// complete, also after this process was killed: each copy is made beside the mirror, under a
+/// hidden name where the file system demands one, and takes its place. The copies are not brought
+/// to the disk one by one.
+///
+/// Folders that vanish from the source stay, empty, in the destination, unless a file takes their
+/// place: then they are removed with everything in them. Hidden files are copied by fullSync()
+/// only.
 ///
 /// The mirror of a file is its path with every occurrence of the source path in it replaced by the
 /// destination path, as plain text: where the source's path occurs once more further down, that
@@ -51,7 +63,9 @@ public:
     ///
     /// True when the whole tree is watched. Otherwise false, with the text "Watcher fail" in
     /// error() and in the log (LogType 4); what could be watched is followed all the same. A
-    /// source that does not exist is reported as checkDirs() does, in addition.
+    /// source that does not exist is reported as checkDirs() does, in addition. A destination that
+    /// is empty, lies inside the source (also through links) or contains it is refused in the same
+    /// way, and nothing is followed.
     bool startWatcher(const QString& source, const QString& destination);
 
     /// Reports a source folder that does not exist by its path and " doesn't exist", in error() and
@@ -59,9 +73,55 @@ public:
     bool checkDirs();
 
     /// Makes \a destination an exact copy of \a source, see FileUtils::copyDir(): the destination
-    /// is deleted and copied afresh. On failure false, with "FullSync fail" in the log (LogType 4)
-    /// beside the records of FileUtils, and no signal. Independent of startWatcher().
+    /// is deleted and copied afresh, but for what the filter leaves out. On failure false, with
+    /// "FullSync fail" in the log (LogType 4) beside the records of FileUtils, and no signal.
+    /// Independent of startWatcher().
     bool fullSync(const QString& source, const QString& destination);
+
+    /// The same for an application that shows how far it has come. \a observer, which may be null,
+    /// sees the progress and may cancel, which is a failure; what was copied stays. \a error, which
+    /// may be null, is set on failure only, to the first reason in a sentence for the user.
+    ///
+    /// \code
+    /// QString error;
+    /// const auto show = [&](const FileUtils::TreeProgress& progress) {
+    ///     dialog.setValue(progress.files);
+    ///     return !dialog.wasCanceled();
+    /// };
+    /// if (!synchronizer.fullSync(source, destination, show, &error))
+    ///     QMessageBox::warning(this, tr("Mirror"), error);
+    /// \endcode
+    bool fullSync(const QString& source, const QString& destination,
+                  const FileUtils::TreeObserver& observer, QString* error = nullptr);
+
+    /// Says what belongs in the mirror, by its path relative to the source. It is asked for each
+    /// file and each folder above it; a folder for which it says false is left out with everything
+    /// in it. What it leaves out is neither copied, also by fullSync(), nor removed from the
+    /// destination when it vanishes from the source, nor compared by isEqual(). A null filter,
+    /// as in the beginning, leaves nothing out.
+    ///
+    /// \code
+    /// synchronizer.setFilter([](const QString& path) {
+    ///     return path != QLatin1String("lockfile") && !path.startsWith(QLatin1String("drafts"));
+    /// });
+    /// \endcode
+    void setFilter(const std::function<bool(const QString& relativePath)>& filter);
+
+    /// Whether the destination holds, byte for byte, what it should: a mirror of each visible file
+    /// of the source, and no other visible files. Folders and folders' own attributes do not count.
+    /// Compares the folders given to startWatcher() last, and is false before that. Each file is
+    /// read, in the calling thread.
+    ///
+    /// Paths relative to the source of files that differ, are missing or have no counterpart, and
+    /// of folders that cannot be read, are appended to \a differences, which may be null, in the
+    /// order of their characters.
+    ///
+    /// \code
+    /// QStringList differences;
+    /// if (!synchronizer.isEqual(&differences))
+    ///     qWarning() << "not in step:" << differences;
+    /// \endcode
+    bool isEqual(QStringList* differences = nullptr) const;
 
 Q_SIGNALS:
     /// Something could not be watched, copied ("unable to copy " and the source path) or removed
@@ -70,12 +130,33 @@ Q_SIGNALS:
     /// A file was copied ("[MOD] " and the mirror path) or removed ("[DEL] " and the mirror path).
     void log(const QString& message);
 
+    /// The file \a source was copied to \a mirror. Follows log().
+    void mirrored(const QString& source, const QString& mirror);
+    /// The file \a mirror was removed. Follows log().
+    void removed(const QString& mirror);
+    /// Something failed at \a path, for \a reason: a source file that could not be copied, a mirror
+    /// that could not be removed, a file or folder that cannot be watched. Follows error() where
+    /// that is sent. The reason is the system's, or translated in the context
+    /// "DirectorySynchronizer" or "DirectoryWatcher".
+    ///
+    /// \code
+    /// connect(&synchronizer, &DirectorySynchronizer::failed, this,
+    ///         [this](const QString& path, const QString& reason) {
+    ///             list->addItem(QDir::toNativeSeparators(path) + ": " + reason);
+    ///         });
+    /// \endcode
+    void failed(const QString& path, const QString& reason);
+
 public Q_SLOTS:
     /// Removes the mirror of \a path. A mirror that is gone already is an error().
     void onFileDeleted(const QString& path);
 
-    /// Copies \a path over its mirror, whose folder is made where it is missing.
+    /// Copies \a path over its mirror, whose folder is made where it is missing. A file in the
+    /// place of that folder, or a folder in that of the mirror, is removed first.
     void onFileAddedOrModified(const QString& path);
+
+    /// Follows the source no more. startWatcher() begins anew.
+    void stop();
 
 private:
     const std::unique_ptr<OrvaUtilsPrivate::DirectorySynchronizerPrivate> d;

@@ -19,7 +19,9 @@ enum class CopyResult { Copied, CannotCopy, CannotRemove };
 
 CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile, QString* reason)
 {
-    const bool isKept = oldFile == OldFile::Kept && QFileInfo(destination).isFile();
+    const bool isInTree = oldFile == OldFile::RemovedFirstInTree || oldFile == OldFile::KeptInTree;
+    const bool isKept = (oldFile == OldFile::Kept || oldFile == OldFile::KeptInTree)
+        && QFileInfo(destination).isFile();
     const bool isReplaced = QFileInfo::exists(destination);
     if (!isReplaced && QFileInfo(destination).isSymLink()) {
         *reason = QStringLiteral("a link to nowhere is in the way");
@@ -39,7 +41,7 @@ CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile,
         // A folder that takes no new file does not let go of one either.
         return isKept ? CopyResult::CannotRemove : CopyResult::CannotCopy;
     }
-    copy.setStoredFirst(isReplaced && oldFile != OldFile::RemovedFirstInTree);
+    copy.setStoredFirst(isReplaced && !isInTree);
     if (!copyContent(source, copy.device())) {
         const QFile& failed = source.error() != QFileDevice::NoError ? source : copy.device();
         *reason = failed.errorString();

@@ -14,7 +14,8 @@ namespace OrvaUtilsPrivate {
 enum class OldFile {
     RemovedFirst, ///< and it stays removed if the copy fails
     RemovedFirstInTree, ///< the same; the whole tree is brought to the disk at the end
-    Kept ///< until the complete copy takes its place: it may be the only copy of a photograph
+    Kept, ///< until the complete copy takes its place: it may be the only copy of a photograph
+    KeptInTree ///< the same, for one of many copies, which are not brought to the disk one by one
 };
 
 /// Copies a file as FileUtils::forceCopy() does, with the same records. On failure \a reason, which

@@ -83,6 +83,8 @@ bool copyTree(const QString& source, const QString& destination, const Walk* par
     for (const FolderEntry& entry : entries) {
         const QString path = joined(source, entry.name);
         const QString target = joined(destination, entry.name);
+        if (!task.isWanted(path))
+            continue;
         if (!entry.isReachable)
             return cannotCopy(task, path, target);
         if (entry.kind == EntryKind::File) {

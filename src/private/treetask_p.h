@@ -25,6 +25,11 @@ public:
 
     bool isObserved() const { return bool(mObserver); }
 
+    /// Only the entries of the source for whose absolute paths \a filter says true are of interest.
+    void setFilter(std::function<bool(const QString& path)> filter) { mFilter = std::move(filter); }
+
+    bool isWanted(const QString& path) const { return !mFilter || mFilter(path); }
+
     void setTotals(int files, qint64 bytes);
 
     /// Counts a file. False when the operation is to end.
@@ -43,6 +48,7 @@ private:
     bool report();
 
     FileUtils::TreeObserver mObserver;
+    std::function<bool(const QString& path)> mFilter;
     QString* mError = nullptr;
     bool mHasFailed = false;
     bool mIsCancelled = false;
