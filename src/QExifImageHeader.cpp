@@ -86,16 +86,6 @@ QExifValue valueOr(const QExifValue& value, const QExifValue& fallback)
 
 // The JPEG around the block
 
-/// A marker and the length of a segment.
-QByteArray segmentHead(quint16 marker, int payloadSize)
-{
-    QByteArray head;
-    TiffWriter writer(&head, QDataStream::BigEndian);
-    writer.write(marker);
-    writer.write(static_cast<quint16>(payloadSize + 2));
-    return head;
-}
-
 /// Finds what has to change in the JPEG of a device for a payload to be its EXIF segment's. False
 /// where that is impossible.
 bool findPatch(QIODevice* device, QByteArray payload, FilePatch* patch)
@@ -119,7 +109,8 @@ bool findPatch(QIODevice* device, QByteArray payload, FilePatch* patch)
         isExif && payload.size() == segments.claimedSize() && payload.size() == oldSize;
     patch->begin = keepsHead ? segments.payloadPosition() : segments.position();
     patch->end = isExif ? segments.payloadPosition() + oldSize : segments.position();
-    patch->bytes = keepsHead ? payload : segmentHead(JpegMarker::App1, payload.size()) + payload;
+    patch->bytes =
+        keepsHead ? payload : JpegSegments::head(JpegMarker::App1, payload.size()) + payload;
     return true;
 }
 

@@ -138,6 +138,9 @@ public:
         ExifVersion = 0x9000, ///< Undefined, 4: "0230" is 2.3
         DateTimeOriginal = 0x9003, ///< Ascii, 20: when the photograph was taken
         DateTimeDigitized = 0x9004, ///< Ascii, 20: when it became data
+        OffsetTime = 0x9010, ///< Ascii, 7: the offset from UTC of DateTime, "+02:00"
+        OffsetTimeOriginal = 0x9011, ///< Ascii, 7: that of DateTimeOriginal
+        OffsetTimeDigitized = 0x9012, ///< Ascii, 7: that of DateTimeDigitized
         ComponentsConfiguration = 0x9101, ///< Undefined, 4: 1, 2, 3, 0 is Y, Cb, Cr
         CompressedBitsPerPixel = 0x9102, ///< Rational: bits per pixel after compression
         ShutterSpeedValue = 0x9201, ///< SignedRational: APEX
@@ -188,7 +191,8 @@ public:
         ImageUniqueID = 0xA420, ///< Ascii, 33: 128 bits in hexadecimal
         CameraOwnerName = 0xA430, ///< Ascii: whose camera it is
         BodySerialNumber = 0xA431, ///< Ascii: of the camera
-        LensInfo = 0xA432, ///< focal lengths, shortest and longest, and the f-number of each
+        LensSpecification = 0xA432, ///< 4 Rational: focal lengths and f-numbers, two of each
+        LensInfo = LensSpecification, ///< the name that LensSpecification had before
         LensMake = 0xA433, ///< Ascii: the lens's maker
         LensModel = 0xA434, ///< Ascii: the lens's name
         LensSerialNumber = 0xA435, ///< Ascii: of the lens

@@ -96,6 +96,15 @@ QByteArray JpegSegments::read(int size)
     return bytes;
 }
 
+QByteArray JpegSegments::head(quint16 marker, int payloadSize)
+{
+    QByteArray head(headSize, Qt::Uninitialized);
+    auto* const bytes = reinterpret_cast<uchar*>(head.data());
+    qToBigEndian(marker, bytes);
+    qToBigEndian(static_cast<quint16>(payloadSize + 2), bytes + 2);
+    return head;
+}
+
 bool JpegSegments::hasMoreThan(int limit, QIODevice* device)
 {
     const qint64 position = device->pos();

@@ -83,6 +83,9 @@ public:
     /// Whether the device reported an error, so that what was found may not be what there is.
     bool hasFailed() const { return mHasFailed; }
 
+    /// The marker and the length that a segment begins with.
+    static QByteArray head(quint16 marker, int payloadSize);
+
     /// Whether the JPEG at the current position of \a device, which must not be sequential, has
     /// more than \a limit segments (a scan is one). A decoder spends time and memory on each, so
     /// that a small file can keep it busy for hours. The position is the same afterwards.

@@ -18,6 +18,7 @@
 #include <Errorable.h>
 #include <ErrorableCode.h>
 #include <EventUtils.h>
+#include <ExifEditor.h>
 #include <ExifUtils.h>
 #include <FileSystemGuiService.h>
 #include <FileUtils.h>
@@ -149,6 +150,8 @@ bool usesFilesAndPictures()
     ProjectFileLocker locker;
     DirectoryWatcher watcher;
     DirectorySynchronizer synchronizer;
+    ExifEditor editor;
+    editor.setOrientation(6);
     QExifImageHeader header;
     header.setValue(QExifImageHeader::Orientation, QExifValue(quint16(6)));
     return locker.openNewProjectFile(folder.path() + QStringLiteral("/shop"))

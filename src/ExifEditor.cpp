@@ -1,0 +1,453 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "ExifEditor.h"
+
+#include "exifblock_p.h"
+#include "filepatch_p.h"
+#include "intactfile_p.h"
+#include "jpegsegments_p.h"
+
+#include <QCoreApplication>
+
+using namespace OrvaUtilsPrivate;
+
+using Header = QExifImageHeader;
+
+class OrvaUtilsPrivate::ExifEditorPrivate
+{
+public:
+    QExifValue value(ExifBlock::Directory directory, quint16 tag) const
+    {
+        return block.value(directory, tag, codec);
+    }
+    QString text(Header::ExifExtendedTag tag) const
+    {
+        return value(ExifBlock::Exif, tag).toString();
+    }
+
+    ExifBlock block;
+    ExifBlock::TextCodec codec = ExifBlock::TextCodec::Latin1;
+};
+
+namespace {
+
+// "Exif" and two bytes in front of the block
+const int nameSize = 6;
+
+bool fail(QString* error, const QString& reason)
+{
+    if (error)
+        *error = reason;
+    return false;
+}
+
+QString notOpened(const QFile& file)
+{
+    return QCoreApplication::translate("ExifEditor", "The file cannot be opened: %1")
+        .arg(file.errorString());
+}
+
+QString noJpeg()
+{
+    return QCoreApplication::translate("ExifEditor", "The file is not a JPEG picture.");
+}
+
+QString notRead()
+{
+    return QCoreApplication::translate("ExifEditor", "The file cannot be read.");
+}
+
+template <typename Tag>
+QList<Tag> tagsOf(const ExifBlock& block, ExifBlock::Directory directory)
+{
+    QList<Tag> tags;
+    for (const quint16 tag : block.tags(directory))
+        tags.append(static_cast<Tag>(tag));
+    return tags;
+}
+
+// Where the block of a JPEG is
+
+struct ExifPlace
+{
+    bool isJpeg = false;
+    bool isFound = false;
+    qint64 begin = 0; // of the segment, from the beginning of the JPEG; else where one belongs
+    qint64 end = 0;
+    QByteArray block;
+};
+
+/// Finds the first EXIF segment of the JPEG at the current position of a device.
+ExifPlace findExif(QIODevice* device)
+{
+    ExifPlace place;
+    JpegSegments segments(device, JpegSegments::Markers::Standard);
+    bool isThere = segments.begin();
+    place.isJpeg = isThere;
+    place.begin = 2; // behind SOI
+    bool isAtFront = true;
+    for (; isThere && segments.marker() != JpegMarker::StartOfScan; isThere = segments.next()) {
+        isAtFront = isAtFront && segments.marker() == JpegMarker::App0;
+        if (isAtFront)
+            place.begin = segments.payloadPosition() + segments.claimedSize();
+        if (segments.marker() != JpegMarker::App1 || !segments.startsWith("Exif"))
+            continue;
+        const QByteArray payload = segments.read(segments.claimedSize());
+        if (payload.size() < nameSize || payload.at(4) != '\0')
+            continue;
+        place.isFound = true;
+        place.block = payload.mid(nameSize);
+        place.begin = segments.position();
+        place.end = segments.payloadPosition() + payload.size();
+        break;
+    }
+    place.isJpeg = place.isJpeg && !segments.hasFailed();
+    if (!place.isFound)
+        place.end = place.begin;
+    return place;
+}
+
+enum class Shrinking { Allowed, FilledUp };
+
+/// What has to change in a JPEG for it to hold a block. False, with the reason, where that is
+/// impossible.
+bool findPatch(QIODevice* device, QByteArray block, Shrinking shrinking, FilePatch* patch,
+               QString* error)
+{
+    if (!device->seek(0))
+        return fail(error, notRead());
+    const ExifPlace place = findExif(device);
+    if (!place.isJpeg)
+        return fail(error, noJpeg());
+    const int missing = place.block.size() - block.size();
+    if (shrinking == Shrinking::FilledUp && missing > 0)
+        block.append(QByteArray(missing, '\0'));
+    if (nameSize + block.size() > JpegSegments::MaximumPayload)
+        return fail(error,
+                    QCoreApplication::translate(
+                        "ExifEditor", "The EXIF data is larger than a JPEG picture can hold."));
+    patch->begin = place.begin;
+    patch->end = place.end;
+    patch->bytes = JpegSegments::head(JpegMarker::App1, nameSize + block.size())
+        + QByteArray("Exif\0\0", nameSize) + block;
+    return true;
+}
+
+// Dates and positions
+
+/// The offset from UTC in seconds that a text like "+02:00" states.
+bool parseOffset(const QString& text, int* seconds)
+{
+    const QString offset = text.trimmed();
+    const QTime time = QTime::fromString(offset.mid(1), QStringLiteral("HH:mm"));
+    const bool isEast = offset.startsWith(QLatin1Char('+'));
+    if (!time.isValid() || (!isEast && !offset.startsWith(QLatin1Char('-'))))
+        return false;
+    const int size = time.hour() * 3600 + time.minute() * 60;
+    *seconds = isEast ? size : -size;
+    return true;
+}
+
+/// Milliseconds of a fraction like "05", which is 50 of them.
+int parseFraction(const QString& text)
+{
+    const QString digits = text.trimmed().leftJustified(3, QLatin1Char('0')).left(3);
+    bool isNumber = false;
+    const int milliseconds = digits.toInt(&isNumber);
+    return isNumber ? qMax(0, milliseconds) : 0;
+}
+
+/// False for a rational that is no number.
+bool toDouble(const QPair<quint32, quint32>& rational, double* number)
+{
+    if (rational.second == 0)
+        return false;
+    *number = double(rational.first) / double(rational.second);
+    return true;
+}
+
+/// Degrees from degrees, minutes and seconds, the last two of which may be missing.
+bool toDegrees(const QExifValue& value, double* degrees)
+{
+    const QVector<QPair<quint32, quint32>> parts = value.toRationalVector();
+    if (parts.isEmpty() || parts.size() > 3 || !toDouble(parts[0], degrees))
+        return false;
+    double unit = 1;
+    for (int i = 1; i < parts.size(); ++i) {
+        unit /= 60;
+        double part = 0;
+        const bool isMissing = parts[i].first == 0 && parts[i].second == 0;
+        if (!isMissing && !toDouble(parts[i], &part))
+            return false;
+        *degrees += part * unit;
+    }
+    return true;
+}
+
+/// A coordinate whose reference names one of two directions.
+bool toCoordinate(const QExifValue& value, const QExifValue& reference, char positive,
+                  char negative, double maximum, double* coordinate)
+{
+    const QString direction = reference.toString().left(1).toUpper();
+    const bool isNegative = direction == QLatin1String(&negative, 1);
+    if (!isNegative && direction != QLatin1String(&positive, 1))
+        return false;
+    double degrees = 0;
+    if (!toDegrees(value, &degrees) || degrees > maximum)
+        return false;
+    *coordinate = isNegative ? -degrees : degrees;
+    return true;
+}
+
+} // namespace
+
+ExifEditor::ExifEditor()
+    : d(new ExifEditorPrivate)
+{ }
+
+ExifEditor::~ExifEditor() = default;
+
+// Files
+
+bool ExifEditor::load(const QString& fileName, QString* error)
+{
+    clear();
+    IntactFile file(fileName);
+    if (!file.isIntact())
+        return fail(error, notOpened(file));
+    const bool isLoaded = load(&file, error);
+    if (file.isIntact())
+        return isLoaded;
+    clear();
+    return fail(error, notRead());
+}
+
+bool ExifEditor::load(QIODevice* device, QString* error)
+{
+    clear();
+    if (!device || !device->isReadable())
+        return fail(error, notRead());
+    const ExifPlace place = findExif(device);
+    if (!place.isJpeg)
+        return fail(error, noJpeg());
+    if (place.isFound && !d->block.parse(place.block))
+        return fail(
+            error,
+            QCoreApplication::translate("ExifEditor", "The EXIF data of the picture is damaged."));
+    return true;
+}
+
+bool ExifEditor::save(const QString& fileName, QString* error)
+{
+    QFile file(fileName);
+    if (!openToPatch(&file))
+        return fail(error, notOpened(file));
+    if (isEmpty())
+        return true;
+    const QByteArray block = d->block.composed();
+    FilePatch patch;
+    if (!findPatch(&file, block, Shrinking::Allowed, &patch, error))
+        return false;
+    switch (patchFile(&file, patch, Irreplaceable::Refuse)) {
+    case Patched::Yes:
+        break;
+    case Patched::Failed:
+        return fail(error,
+                    QCoreApplication::translate("ExifEditor", "The file cannot be written."));
+    case Patched::Refused:
+        return fail(error,
+                    QCoreApplication::translate(
+                        "ExifEditor",
+                        "The file cannot be replaced: it has several names, belongs to somebody "
+                        "else, or its folder takes no new file."));
+    }
+    d->block.parse(block);
+    return true;
+}
+
+bool ExifEditor::save(QIODevice* device, QString* error)
+{
+    if (!device || device->isSequential() || !device->isReadable() || !device->isWritable()
+        || device->openMode().testFlag(QIODevice::Append))
+        return fail(error,
+                    QCoreApplication::translate("ExifEditor", "The file cannot be written."));
+    if (isEmpty())
+        return true;
+    const QByteArray block = d->block.composed();
+    FilePatch patch;
+    if (!findPatch(device, block, Shrinking::FilledUp, &patch, error))
+        return false;
+    if (!patchInPlace(device, patch))
+        return fail(error,
+                    QCoreApplication::translate("ExifEditor", "The file cannot be written."));
+    d->block.parse(block);
+    return true;
+}
+
+void ExifEditor::clear()
+{
+    d->block = ExifBlock();
+}
+
+bool ExifEditor::isEmpty() const
+{
+    return d->block.isEmpty();
+}
+
+QDataStream::ByteOrder ExifEditor::byteOrder() const
+{
+    return d->block.byteOrder();
+}
+
+void ExifEditor::setUtf8(bool isUtf8)
+{
+    d->codec = isUtf8 ? ExifBlock::TextCodec::Utf8 : ExifBlock::TextCodec::Latin1;
+}
+
+bool ExifEditor::isUtf8() const
+{
+    return d->codec == ExifBlock::TextCodec::Utf8;
+}
+
+// Tags
+
+QList<Header::ImageTag> ExifEditor::imageTags() const
+{
+    return tagsOf<Header::ImageTag>(d->block, ExifBlock::Image);
+}
+
+QList<Header::ExifExtendedTag> ExifEditor::extendedTags() const
+{
+    return tagsOf<Header::ExifExtendedTag>(d->block, ExifBlock::Exif);
+}
+
+QList<Header::GpsTag> ExifEditor::gpsTags() const
+{
+    return tagsOf<Header::GpsTag>(d->block, ExifBlock::Gps);
+}
+
+bool ExifEditor::contains(Header::ImageTag tag) const
+{
+    return d->block.contains(ExifBlock::Image, tag);
+}
+
+bool ExifEditor::contains(Header::ExifExtendedTag tag) const
+{
+    return d->block.contains(ExifBlock::Exif, tag);
+}
+
+bool ExifEditor::contains(Header::GpsTag tag) const
+{
+    return d->block.contains(ExifBlock::Gps, tag);
+}
+
+QExifValue ExifEditor::value(Header::ImageTag tag) const
+{
+    return d->value(ExifBlock::Image, tag);
+}
+
+QExifValue ExifEditor::value(Header::ExifExtendedTag tag) const
+{
+    return d->value(ExifBlock::Exif, tag);
+}
+
+QExifValue ExifEditor::value(Header::GpsTag tag) const
+{
+    return d->value(ExifBlock::Gps, tag);
+}
+
+void ExifEditor::setValue(Header::ImageTag tag, const QExifValue& value)
+{
+    d->block.setValue(ExifBlock::Image, tag, value, d->codec);
+}
+
+void ExifEditor::setValue(Header::ExifExtendedTag tag, const QExifValue& value)
+{
+    d->block.setValue(ExifBlock::Exif, tag, value, d->codec);
+}
+
+void ExifEditor::setValue(Header::GpsTag tag, const QExifValue& value)
+{
+    d->block.setValue(ExifBlock::Gps, tag, value, d->codec);
+}
+
+void ExifEditor::remove(Header::ImageTag tag)
+{
+    d->block.remove(ExifBlock::Image, tag);
+}
+
+void ExifEditor::remove(Header::ExifExtendedTag tag)
+{
+    d->block.remove(ExifBlock::Exif, tag);
+}
+
+void ExifEditor::remove(Header::GpsTag tag)
+{
+    d->block.remove(ExifBlock::Gps, tag);
+}
+
+// What most callers want
+
+int ExifEditor::orientation() const
+{
+    const quint32 number = value(Header::Orientation).toLong();
+    return number <= 8 ? static_cast<int>(number) : 0;
+}
+
+void ExifEditor::setOrientation(int orientation)
+{
+    if (orientation == 0)
+        remove(Header::Orientation);
+    else if (orientation > 0 && orientation <= 8)
+        setValue(Header::Orientation, QExifValue(static_cast<quint16>(orientation)));
+}
+
+void ExifEditor::removeGps()
+{
+    d->block.removeGps();
+}
+
+void ExifEditor::removeThumbnail()
+{
+    d->block.removeThumbnail();
+}
+
+QDateTime ExifEditor::dateTimeOriginal() const
+{
+    const QString text = d->text(Header::DateTimeOriginal);
+    const QDate date = QDate::fromString(text.left(11), QStringLiteral("yyyy:MM:dd "));
+    const QTime second = QTime::fromString(text.mid(11), QStringLiteral("HH:mm:ss"));
+    if (!date.isValid() || !second.isValid())
+        return QDateTime();
+    const QTime time = second.addMSecs(parseFraction(d->text(Header::SubSecTimeOriginal)));
+    for (const Header::ExifExtendedTag tag :
+         {Header::OffsetTimeOriginal, Header::OffsetTimeDigitized, Header::OffsetTime}) {
+        int seconds = 0;
+        if (parseOffset(d->text(tag), &seconds))
+            return QDateTime(date, time, Qt::OffsetFromUTC, seconds);
+    }
+    return QDateTime(date, time);
+}
+
+bool ExifEditor::gpsPosition(double* latitude, double* longitude, double* altitude) const
+{
+    double north = 0;
+    double east = 0;
+    if (!toCoordinate(value(Header::GPSLatitude), value(Header::GPSLatitudeRef), 'N', 'S', 90,
+                      &north)
+        || !toCoordinate(value(Header::GPSLongitude), value(Header::GPSLongitudeRef), 'E', 'W', 180,
+                         &east))
+        return false;
+    double height = qQNaN();
+    if (toDouble(value(Header::GPSAltitude).toRational(), &height)
+        && value(Header::GPSAltitudeRef).toByte() % 2 == 1) // 1 below sea level, 3 below ellipsoid
+        height = -height;
+    if (latitude)
+        *latitude = north;
+    if (longitude)
+        *longitude = east;
+    if (altitude)
+        *altitude = height;
+    return true;
+}

@@ -1,0 +1,704 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "exifblock_p.h"
+
+#include "tiffblock_p.h"
+
+#include <QTextCodec>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+const quint16 exifPointer = QExifImageHeader::ExifIfdPointer;
+const quint16 gpsPointer = QExifImageHeader::GpsInfoIfdPointer;
+const quint16 interoperabilityPointer = QExifImageHeader::InteroperabilityIfdPointer;
+
+bool isPointer(quint16 tag)
+{
+    return tag == exifPointer || tag == gpsPointer || tag == interoperabilityPointer;
+}
+
+/// The bytes that count elements of a type take; 0 for a type that TIFF does not have.
+quint64 sizeOf(quint16 type, quint32 count)
+{
+    const TiffType* const known = TiffType::find(type);
+    return known ? quint64(count) * quint64(known->elementSize) : 0;
+}
+
+QByteArray encoded(quint32 number, ByteOrder order)
+{
+    QByteArray bytes;
+    TiffWriter(&bytes, order).write(number);
+    return bytes;
+}
+
+/// A value as it stands in a file.
+QByteArray encoded(const QExifValue& value, ByteOrder order, ExifBlock::TextCodec codec)
+{
+    QByteArray bytes;
+    if (value.type() == QExifValue::Ascii && codec == ExifBlock::TextCodec::Utf8) {
+        bytes = value.toString().toUtf8();
+        bytes.append('\0');
+    } else {
+        TiffWriter writer(&bytes, order);
+        TiffType::find(value.type())->write(writer, value);
+    }
+    return bytes;
+}
+
+QString decodedText(const QByteArray& bytes, ExifBlock::TextCodec codec)
+{
+    if (codec == ExifBlock::TextCodec::Utf8) {
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+        const QString text =
+            QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+        if (state.invalidChars == 0 && state.remainingChars == 0)
+            return text;
+    }
+    return QString::fromLatin1(bytes.constData(), bytes.size());
+}
+
+} // namespace
+
+/// How often each byte of a block is used.
+class ExifBlock::Coverage
+{
+public:
+    explicit Coverage(int size)
+        : mChanges(static_cast<std::size_t>(size) + 1)
+    { }
+
+    void add(const Range& range, int times = 1)
+    {
+        mChanges[static_cast<std::size_t>(range.begin)] += times;
+        mChanges[static_cast<std::size_t>(range.end)] -= times;
+    }
+    /// How often each byte is used.
+    std::vector<int> counts() const
+    {
+        std::vector<int> counts(mChanges.size() - 1);
+        int count = 0;
+        for (std::size_t at = 0; at < counts.size(); ++at) {
+            count += mChanges[at];
+            counts[at] = count;
+        }
+        return counts;
+    }
+
+private:
+    std::vector<int> mChanges; // of the count, from one byte to the next
+};
+
+// Reading
+
+bool ExifBlock::parse(const QByteArray& block)
+{
+    *this = ExifBlock();
+    if (block.size() < tiffHeaderSize)
+        return false;
+    const char* const head = block.constData();
+    const bool isLittle = std::memcmp(head, "II", 2) == 0;
+    const ByteOrder order = isLittle ? QDataStream::LittleEndian : QDataStream::BigEndian;
+    const quint32 offset = decode<quint32>(head + 4, order);
+    if ((!isLittle && std::memcmp(head, "MM", 2) != 0)
+        || decode<quint16>(head + 2, order) != tiffMagic || offset < tiffHeaderSize
+        || qint64(offset) + countSize > block.size())
+        return false;
+    mBlock = block;
+    mOrder = order;
+
+    const int image = parseIfd(Image, offset, -1, 0);
+    parsePointers(image, exifPointer, Exif);
+    parsePointers(image, gpsPointer, Gps);
+    const int exif = indexOf(Exif);
+    parsePointers(exif, interoperabilityPointer, Other);
+    parsePointers(exif, gpsPointer, Other);
+    const int thumbnail =
+        parseIfd(Thumbnail, mIfds[static_cast<std::size_t>(image)].link, image, 0);
+    parsePointers(thumbnail, gpsPointer, Other);
+    claimLinks();
+    return true;
+}
+
+/// Counts the link that ends most sub-directories among their bytes, where one is there: some
+/// writers put data right behind the entries.
+void ExifBlock::claimLinks()
+{
+    const std::vector<int> useCounts = uses();
+    for (Ifd& ifd : mIfds) {
+        const int end = ifd.range.end + linkSize;
+        if (ifd.pointerTag == 0 || end > mBlock.size())
+            continue;
+        const auto first = useCounts.begin() + ifd.range.end;
+        const bool isUsed = std::any_of(first, first + linkSize, [](int uses) { return uses > 0; });
+        if (!isUsed && mBlock.mid(ifd.range.end, linkSize) == QByteArray(linkSize, '\0'))
+            ifd.range.end = end;
+    }
+}
+
+/// Takes the directory at an offset, and returns its index; -1 where there is none, and where it
+/// has been taken before.
+int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 pointerTag)
+{
+    const auto isHere = [offset](const Ifd& ifd) { return ifd.offset == offset; };
+    if (offset < tiffHeaderSize || qint64(offset) + countSize > mBlock.size()
+        || std::any_of(mIfds.begin(), mIfds.end(), isHere))
+        return -1;
+    Ifd ifd;
+    ifd.kind = kind;
+    ifd.parent = parent;
+    ifd.pointerTag = pointerTag;
+    ifd.offset = offset;
+    const int begin = static_cast<int>(offset) + countSize;
+    const int claimed = decode<quint16>(mBlock.constData() + offset, mOrder);
+    ifd.oldCount = qMin(claimed, (mBlock.size() - begin) / entrySize);
+    ifd.range = {static_cast<int>(offset), begin + ifd.oldCount * entrySize};
+    ifd.entries.reserve(static_cast<std::size_t>(ifd.oldCount));
+    for (int i = 0; i < ifd.oldCount; ++i) {
+        Entry entry;
+        entry.bytes = mBlock.mid(begin + i * entrySize, entrySize);
+        entry.tag = decode<quint16>(entry.bytes.constData(), mOrder);
+        entry.type = decode<quint16>(entry.bytes.constData() + 2, mOrder);
+        entry.count = decode<quint32>(entry.bytes.constData() + 4, mOrder);
+        const quint64 size = sizeOf(entry.type, entry.count);
+        const quint32 data = decode<quint32>(entry.bytes.constData() + 8, mOrder);
+        if (size > inlineSize && data < static_cast<quint32>(mBlock.size())) {
+            const int dataBegin = static_cast<int>(data);
+            const quint64 available = static_cast<quint64>(mBlock.size() - dataBegin);
+            entry.data = {dataBegin, dataBegin + static_cast<int>(qMin(size, available))};
+        }
+        ifd.entries.push_back(entry);
+    }
+    const bool hasLink = (kind == Image || kind == Thumbnail) && ifd.oldCount == claimed
+        && ifd.range.end + linkSize <= mBlock.size();
+    if (hasLink) {
+        ifd.link = decode<quint32>(mBlock.constData() + ifd.range.end, mOrder);
+        ifd.range.end += linkSize;
+    }
+    mIfds.push_back(std::move(ifd));
+    return static_cast<int>(mIfds.size()) - 1;
+}
+
+/// Takes the directories that entries of a tag lead to. The last one is the one that counts.
+void ExifBlock::parsePointers(int parent, quint16 pointerTag, Directory kind)
+{
+    if (parent < 0)
+        return;
+    QVector<quint32> offsets;
+    for (const Entry& entry : mIfds[static_cast<std::size_t>(parent)].entries) {
+        const bool isOffset = entry.count == 1 && sizeOf(entry.type, 1) == 4;
+        if (entry.tag == pointerTag && isOffset)
+            offsets.append(decode<quint32>(entry.bytes.constData() + 8, mOrder));
+    }
+    for (int i = 0; i < offsets.size(); ++i)
+        parseIfd(i == offsets.size() - 1 ? kind : Other, offsets[i], parent, pointerTag);
+}
+
+/// Where the bytes of a thumbnail stand, a JPEG or the strips of a picture.
+QVector<ExifBlock::Range> ExifBlock::pictureData(const Ifd& ifd) const
+{
+    const auto numbersOf = [this, &ifd](quint16 tag) {
+        QVector<quint32> numbers;
+        for (const Entry& entry : ifd.entries) {
+            if (entry.tag != tag || entry.isNew)
+                continue;
+            const QByteArray bytes = payloadOf(entry);
+            const int size = static_cast<int>(qMin<quint64>(8, sizeOf(entry.type, 1)));
+            numbers.clear();
+            for (int at = 0; (size == 2 || size == 4) && at + size <= bytes.size(); at += size)
+                numbers.append(size == 2 ? decode<quint16>(bytes.constData() + at, mOrder)
+                                         : decode<quint32>(bytes.constData() + at, mOrder));
+        }
+        return numbers;
+    };
+    QVector<Range> ranges;
+    const std::pair<quint16, quint16> places[] = {
+        {QExifImageHeader::JPEGInterchangeFormat, QExifImageHeader::JPEGInterchangeFormatLength},
+        {QExifImageHeader::StripOffsets, QExifImageHeader::StripByteCounts}};
+    for (const auto& place : places) {
+        const QVector<quint32> offsets = numbersOf(place.first);
+        const QVector<quint32> sizes = numbersOf(place.second);
+        for (int i = 0; i < qMin(offsets.size(), sizes.size()); ++i) {
+            const qint64 end = qMin(qint64(offsets[i]) + sizes[i], qint64(mBlock.size()));
+            if (offsets[i] >= tiffHeaderSize && end > offsets[i])
+                ranges.append({static_cast<int>(offsets[i]), static_cast<int>(end)});
+        }
+    }
+    return ranges;
+}
+
+// Values
+
+bool ExifBlock::isEmpty() const
+{
+    return mIfds.empty();
+}
+
+int ExifBlock::indexOf(Directory directory) const
+{
+    const auto isWanted = [directory](const Ifd& ifd) {
+        return ifd.kind == directory && !ifd.isRemoved;
+    };
+    const auto found = std::find_if(mIfds.begin(), mIfds.end(), isWanted);
+    return found == mIfds.end() ? -1 : static_cast<int>(found - mIfds.begin());
+}
+
+const ExifBlock::Entry* ExifBlock::find(Directory directory, quint16 tag) const
+{
+    const int index = indexOf(directory);
+    if (index < 0)
+        return nullptr;
+    const Entries& entries = mIfds[static_cast<std::size_t>(index)].entries;
+    const auto last = std::find_if(entries.rbegin(), entries.rend(),
+                                   [tag](const Entry& entry) { return entry.tag == tag; });
+    return last == entries.rend() ? nullptr : &*last;
+}
+
+QList<quint16> ExifBlock::tags(Directory directory) const
+{
+    QList<quint16> tags;
+    const int index = indexOf(directory);
+    if (index < 0)
+        return tags;
+    for (const Entry& entry : mIfds[static_cast<std::size_t>(index)].entries) {
+        if (!isPointer(entry.tag))
+            tags.append(entry.tag);
+    }
+    std::sort(tags.begin(), tags.end());
+    tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
+    return tags;
+}
+
+bool ExifBlock::contains(Directory directory, quint16 tag) const
+{
+    return !isPointer(tag) && find(directory, tag);
+}
+
+QByteArray ExifBlock::payloadOf(const Entry& entry) const
+{
+    if (entry.isNew)
+        return entry.payload;
+    const quint64 size = sizeOf(entry.type, entry.count);
+    return size <= inlineSize ? entry.bytes.mid(8, static_cast<int>(size))
+                              : mBlock.mid(entry.data.begin, entry.data.end - entry.data.begin);
+}
+
+QExifValue ExifBlock::value(Directory directory, quint16 tag, TextCodec codec) const
+{
+    const Entry* const entry = isPointer(tag) ? nullptr : find(directory, tag);
+    const TiffType* const type = entry ? TiffType::find(entry->type) : nullptr;
+    if (!type || !type->read)
+        return QExifValue();
+    QByteArray bytes = payloadOf(*entry);
+    if (entry->type != QExifValue::Ascii)
+        return type->read({bytes.constData(), bytes.size()}, entry->count, mOrder);
+    if (bytes.endsWith('\0'))
+        bytes.chop(1);
+    return QExifValue(decodedText(bytes, codec));
+}
+
+// Changing
+
+ExifBlock::Ifd& ExifBlock::ensured(Directory directory)
+{
+    int index = indexOf(directory);
+    if (index < 0) {
+        const bool isImage = directory == Image;
+        if (!isImage)
+            ensured(Image);
+        Ifd ifd;
+        ifd.kind = directory;
+        ifd.parent = isImage ? -1 : indexOf(Image);
+        ifd.pointerTag = directory == Exif ? exifPointer : directory == Gps ? gpsPointer : 0;
+        mIfds.push_back(ifd);
+        index = static_cast<int>(mIfds.size()) - 1;
+    }
+    return mIfds[static_cast<std::size_t>(index)];
+}
+
+void ExifBlock::setValue(Directory directory, quint16 tag, const QExifValue& value, TextCodec codec)
+{
+    if (isPointer(tag))
+        return;
+    if (value.isNull()) {
+        remove(directory, tag);
+        return;
+    }
+    Entry entry;
+    entry.tag = tag;
+    entry.type = value.type();
+    entry.isNew = true;
+    entry.payload = encoded(value, mOrder, codec);
+    entry.count = entry.type == QExifValue::Ascii ? static_cast<quint32>(entry.payload.size())
+                                                  : value.count();
+
+    Ifd& ifd = ensured(directory);
+    Entries& entries = ifd.entries;
+    const auto hasTag = [tag](const Entry& other) { return other.tag == tag; };
+    if (std::count_if(entries.begin(), entries.end(), hasTag) == 1) {
+        Entry& old = *std::find_if(entries.begin(), entries.end(), hasTag);
+        if (old.type == entry.type && old.count == entry.count && payloadOf(old) == entry.payload)
+            return;
+        entry.data = old.data;
+        old = entry;
+        return;
+    }
+    removeEntries(ifd, tag);
+    entries.push_back(entry);
+    ifd.isRestructured = true;
+}
+
+void ExifBlock::remove(Directory directory, quint16 tag)
+{
+    const int index = indexOf(directory);
+    if (index < 0 || isPointer(tag))
+        return;
+    Ifd& ifd = mIfds[static_cast<std::size_t>(index)];
+    removeEntries(ifd, tag);
+    if (ifd.entries.empty() && ifd.isRestructured && directory != Image)
+        removeIfd(index);
+}
+
+void ExifBlock::removeEntries(Ifd& ifd, quint16 tag)
+{
+    const auto keeps = [tag](const Entry& entry) { return entry.tag != tag; };
+    const auto removed = std::stable_partition(ifd.entries.begin(), ifd.entries.end(), keeps);
+    if (removed == ifd.entries.end())
+        return;
+    for (auto entry = removed; entry != ifd.entries.end(); ++entry)
+        mFreed.append(entry->data);
+    ifd.entries.erase(removed, ifd.entries.end());
+    ifd.isRestructured = true;
+}
+
+void ExifBlock::removeIfd(int index)
+{
+    Ifd& ifd = mIfds[static_cast<std::size_t>(index)];
+    ifd.isRemoved = true;
+    mFreed.append(ifd.range);
+    for (const Entry& entry : ifd.entries)
+        mFreed.append(entry.data);
+    mFreed += pictureData(ifd);
+    ifd.entries.clear();
+    Ifd& parent = mIfds[static_cast<std::size_t>(ifd.parent)];
+    if (ifd.pointerTag != 0)
+        removeEntries(parent, ifd.pointerTag);
+    else
+        setLink(parent, 0);
+}
+
+void ExifBlock::setLink(Ifd& ifd, quint32 link)
+{
+    ifd.isLinkChanged = ifd.isLinkChanged || ifd.link != link;
+    ifd.link = link;
+}
+
+void ExifBlock::removeGps()
+{
+    for (std::size_t i = mIfds.size(); i-- > 0;) {
+        if (mIfds[i].pointerTag == gpsPointer && !mIfds[i].isRemoved)
+            removeIfd(static_cast<int>(i));
+    }
+    // A pointer may lead nowhere.
+    for (Ifd& ifd : mIfds)
+        removeEntries(ifd, gpsPointer);
+}
+
+void ExifBlock::removeThumbnail()
+{
+    for (std::size_t i = mIfds.size(); i-- > 0;) {
+        const int parent = mIfds[i].parent;
+        const bool isBelow =
+            parent >= 0 && mIfds[static_cast<std::size_t>(parent)].kind == Thumbnail;
+        if ((isBelow || mIfds[i].kind == Thumbnail) && !mIfds[i].isRemoved)
+            removeIfd(static_cast<int>(i));
+    }
+    const int image = indexOf(Image);
+    if (image >= 0)
+        setLink(mIfds[static_cast<std::size_t>(image)], 0); // it may lead nowhere
+}
+
+// Writing
+
+/// Writes the changed directories and values of a block: in their old places where they fit there
+/// and share them with nothing, else behind everything.
+class ExifBlock::Composer
+{
+public:
+    /// Changed directories stay where they fit, or all of them move.
+    Composer(const ExifBlock& block, bool movesAll)
+        : mMovesAll(movesAll)
+        , mOrder(block.mOrder)
+        , mOut(block.mBlock)
+        , mIfds(block.mIfds)
+        , mFreed(block.mFreed)
+        , mUses(block.uses())
+    { }
+
+    QByteArray run()
+    {
+        // Children come behind their parents, which have to lead to where they will be.
+        for (std::size_t i = mIfds.size(); i-- > 0;)
+            choosePlace(mIfds[i]);
+        for (Ifd& ifd : mIfds)
+            chooseValuePlaces(ifd);
+        eraseFreed();
+        if (mOut.isEmpty()) {
+            TiffWriter writer(&mOut, mOrder);
+            writer.write(QByteArray(mOrder == QDataStream::LittleEndian ? "II" : "MM"));
+            writer.write(tiffMagic);
+            writer.write(quint32(0));
+        }
+        // Values behind directories: what is added and removed again leaves no gap.
+        for (Ifd& ifd : mIfds) {
+            if (ifd.isMoved)
+                ifd.offset = reserve(sizeOf(ifd));
+        }
+        for (Ifd& ifd : mIfds)
+            writeValues(ifd);
+        for (const Ifd& ifd : mIfds)
+            pointTo(ifd);
+        for (const Ifd& ifd : mIfds)
+            writeIfd(ifd);
+        return mOut;
+    }
+
+private:
+    static int sizeOf(const Ifd& ifd)
+    {
+        return countSize + static_cast<int>(ifd.entries.size()) * entrySize + linkSize;
+    }
+
+    static bool isChanged(const Ifd& ifd)
+    {
+        return ifd.isRestructured || ifd.isLinkChanged
+            || std::any_of(ifd.entries.begin(), ifd.entries.end(),
+                           [](const Entry& entry) { return entry.isNew; });
+    }
+
+    /// Whether a range is used by one thing alone.
+    bool isExclusive(const Range& range) const
+    {
+        const auto begin = mUses.begin();
+        return std::all_of(begin + range.begin, begin + range.end,
+                           [](int uses) { return uses == 1; });
+    }
+
+    Ifd* parentOf(const Ifd& ifd)
+    {
+        return ifd.parent < 0 ? nullptr : &mIfds[static_cast<std::size_t>(ifd.parent)];
+    }
+
+    void choosePlace(Ifd& ifd)
+    {
+        if (ifd.isRemoved || (ifd.offset != 0 && !isChanged(ifd)))
+            return;
+        const bool fits = ifd.offset != 0 && static_cast<int>(ifd.entries.size()) <= ifd.oldCount;
+        if (fits && !mMovesAll && isExclusive(ifd.range)) {
+            const int end = ifd.range.begin + sizeOf(ifd);
+            if (end < ifd.range.end)
+                mFreed.append({end, ifd.range.end});
+            return;
+        }
+        ifd.isMoved = true;
+        mFreed.append(ifd.range);
+        if (Ifd* const parent = parentOf(ifd))
+            announceMove(ifd, parent);
+    }
+
+    /// Gives a parent an entry, or the link, that will lead to a child.
+    void announceMove(const Ifd& child, Ifd* parent) const
+    {
+        if (child.pointerTag == 0) {
+            parent->isLinkChanged = true;
+            return;
+        }
+        Entry pointer;
+        pointer.tag = child.pointerTag;
+        pointer.type = QExifValue::Long;
+        pointer.count = 1;
+        pointer.isNew = true;
+        pointer.payload = encoded(child.offset, mOrder);
+        Entries& entries = parent->entries;
+        // The entry that leads to where the child was, else one that leads nowhere.
+        const auto leadsThere = [&pointer](const Entry& entry) {
+            return entry.tag == pointer.tag && entry.bytes.mid(8) == pointer.payload;
+        };
+        const auto hasTag = [&pointer](const Entry& entry) { return entry.tag == pointer.tag; };
+        auto place = std::find_if(entries.rbegin(), entries.rend(), leadsThere);
+        if (place == entries.rend())
+            place = std::find_if(entries.rbegin(), entries.rend(), hasTag);
+        if (place != entries.rend()) {
+            *place = pointer;
+            return;
+        }
+        entries.push_back(pointer);
+        parent->isRestructured = true;
+    }
+
+    void chooseValuePlaces(Ifd& ifd)
+    {
+        if (ifd.isRestructured) {
+            std::stable_sort(ifd.entries.begin(), ifd.entries.end(),
+                             [](const Entry& a, const Entry& b) { return a.tag < b.tag; });
+        }
+        for (Entry& entry : ifd.entries) {
+            if (!entry.isNew)
+                continue;
+            const int size = entry.payload.size();
+            const Range old = entry.data;
+            const bool fits = size > inlineSize && size <= old.end - old.begin && isExclusive(old);
+            entry.place = fits ? static_cast<quint32>(old.begin) : 0;
+            mFreed.append({fits ? old.begin + size : old.begin, old.end});
+        }
+    }
+
+    /// Overwrites with NULs what nothing uses any more, and takes it away at the end of the block.
+    void eraseFreed()
+    {
+        Coverage freed(mOut.size());
+        for (const Range& range : qAsConst(mFreed))
+            freed.add(range);
+        const std::vector<int> counts = freed.counts();
+        const auto isFree = [&counts, this](int at) {
+            const auto i = static_cast<std::size_t>(at);
+            return counts[i] > 0 && counts[i] >= mUses[i];
+        };
+        for (int at = 0; at < mOut.size(); ++at) {
+            if (isFree(at))
+                mOut[at] = '\0';
+        }
+        // Between two values there may be a byte that makes the second one begin at an even offset.
+        const auto isBetweenFree = [&isFree, this](int at) {
+            return at % 2 == 1 && at + 1 < mOut.size() && mUses[static_cast<std::size_t>(at)] == 0
+                && mOut.at(at) == '\0' && isFree(at - 1);
+        };
+        int size = mOut.size();
+        while (size > tiffHeaderSize && (isFree(size - 1) || isBetweenFree(size - 1)))
+            --size;
+        mOut.truncate(size);
+    }
+
+    /// Makes room at the end, and returns its offset, an even one.
+    quint32 reserve(int size)
+    {
+        const int begin = mOut.size() + mOut.size() % 2;
+        mOut.append(QByteArray(begin + size - mOut.size(), '\0'));
+        return static_cast<quint32>(begin);
+    }
+
+    void overwrite(quint32 offset, const QByteArray& bytes)
+    {
+        std::copy(bytes.begin(), bytes.end(), mOut.data() + offset);
+    }
+
+    void writeValues(Ifd& ifd)
+    {
+        for (Entry& entry : ifd.entries) {
+            if (!entry.isNew || entry.payload.size() <= inlineSize)
+                continue;
+            if (entry.place == 0)
+                entry.place = reserve(entry.payload.size());
+            overwrite(entry.place, entry.payload);
+        }
+    }
+
+    /// Leads to a directory that has moved.
+    void pointTo(const Ifd& ifd)
+    {
+        if (!ifd.isMoved)
+            return;
+        const QByteArray offset = encoded(ifd.offset, mOrder);
+        Ifd* const parent = parentOf(ifd);
+        if (!parent) {
+            overwrite(4, offset);
+        } else if (ifd.pointerTag == 0) {
+            parent->link = ifd.offset;
+        } else {
+            for (Entry& entry : parent->entries) {
+                if (entry.tag == ifd.pointerTag && entry.isNew)
+                    entry.payload = offset;
+            }
+        }
+    }
+
+    void writeIfd(const Ifd& ifd)
+    {
+        if (ifd.isRemoved || (!ifd.isMoved && !isChanged(ifd)))
+            return;
+        QByteArray bytes;
+        TiffWriter writer(&bytes, mOrder);
+        writer.write(static_cast<quint16>(ifd.entries.size()));
+        for (const Entry& entry : ifd.entries) {
+            if (entry.isNew)
+                writeEntry(writer, entry);
+            else
+                writer.write(entry.bytes);
+        }
+        writer.write(ifd.link);
+        // In its old place a directory may have no room for a link, which means that it had none.
+        if (!ifd.isMoved)
+            bytes.truncate(ifd.range.end - ifd.range.begin);
+        overwrite(ifd.offset, bytes);
+    }
+
+    static void writeEntry(TiffWriter& writer, const Entry& entry)
+    {
+        writer.write(entry.tag);
+        writer.write(entry.type);
+        writer.write(entry.count);
+        if (entry.payload.size() > inlineSize) {
+            writer.write(entry.place);
+            return;
+        }
+        writer.write(entry.payload);
+        writer.write("\0\0\0\0", inlineSize - entry.payload.size());
+    }
+
+    const bool mMovesAll;
+    const ByteOrder mOrder;
+    QByteArray mOut;
+    std::vector<Ifd> mIfds;
+    QVector<Range> mFreed;
+    const std::vector<int> mUses; // of each byte of the old block
+};
+
+std::vector<int> ExifBlock::uses() const
+{
+    Coverage coverage(mBlock.size());
+    for (const Range& range : mFreed)
+        coverage.add(range);
+    for (const Ifd& ifd : mIfds) {
+        if (ifd.isRemoved)
+            continue;
+        coverage.add(ifd.range);
+        for (const Entry& entry : ifd.entries)
+            coverage.add(entry.data);
+        for (const Range& range : pictureData(ifd))
+            coverage.add(range);
+    }
+    return coverage.counts();
+}
+
+QByteArray ExifBlock::composed() const
+{
+    if (isEmpty())
+        return QByteArray();
+    const QByteArray inPlace = Composer(*this, false).run();
+    const bool isRestructured =
+        std::any_of(mIfds.begin(), mIfds.end(), [](const Ifd& ifd) { return ifd.isRestructured; });
+    if (!isRestructured)
+        return inPlace;
+    // Directories that stand at the end together, from an earlier change, give back all of their
+    // room only when all of them move.
+    const QByteArray moved = Composer(*this, true).run();
+    return moved.size() < inPlace.size() ? moved : inPlace;
+}
+
+} // namespace OrvaUtilsPrivate

@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// ExifBlock: an EXIF block whose tags are changed where they stand. Every byte that a change does
+// not concern keeps its offset, so that what nobody but the maker of a camera can read stays
+// readable.
+
+#ifndef ORVAUTILS_EXIFBLOCK_P_H
+#define ORVAUTILS_EXIFBLOCK_P_H
+
+#include "QExifValue.h"
+
+#include <QByteArray>
+#include <QDataStream>
+#include <QList>
+#include <QVector>
+
+#include <vector>
+
+namespace OrvaUtilsPrivate {
+
+class ExifBlock
+{
+public:
+    enum Directory {
+        Image, ///< IFD0
+        Exif,
+        Gps,
+        Thumbnail, ///< IFD1
+        Other ///< the interoperability IFD, and GPS IFDs that other directories lead to
+    };
+    enum class TextCodec { Latin1, Utf8 };
+
+    /// Takes a block. False, and empty then, when it is none, or when its first directory lies
+    /// outside of it.
+    bool parse(const QByteArray& block);
+
+    /// Whether there is no block and nothing has been set.
+    bool isEmpty() const;
+
+    QDataStream::ByteOrder byteOrder() const { return mOrder; }
+
+    /// The tags of a directory in ascending order, without those that lead to other directories.
+    QList<quint16> tags(Directory directory) const;
+
+    bool contains(Directory directory, quint16 tag) const;
+
+    /// The value of a tag; the last one where a tag occurs several times. Null where it is absent,
+    /// or of a type that QExifValue does not have.
+    QExifValue value(Directory directory, quint16 tag, TextCodec codec) const;
+
+    /// Sets a tag; a null value removes it.
+    void setValue(Directory directory, quint16 tag, const QExifValue& value, TextCodec codec);
+
+    void remove(Directory directory, quint16 tag);
+
+    /// Removes every GPS directory with what is in it.
+    void removeGps();
+
+    /// Removes IFD1 with the thumbnail.
+    void removeThumbnail();
+
+    /// The block with all changes. What was removed or moved is overwritten with NULs, except where
+    /// something else uses the same bytes.
+    QByteArray composed() const;
+
+private:
+    struct Range
+    {
+        int begin = 0;
+        int end = 0;
+    };
+    struct Entry
+    {
+        quint16 tag = 0;
+        quint16 type = 0;
+        quint32 count = 0;
+        QByteArray bytes; // all twelve as they stand; of a new entry, none
+        Range data; // outside of the entry, empty where there is none
+        bool isNew = false;
+        QByteArray payload; // of a new entry
+        quint32 place = 0; // of the payload in the new block, where it does not fit into the entry
+    };
+    using Entries = std::vector<Entry>;
+    struct Ifd
+    {
+        Directory kind = Other;
+        int parent = -1; // the index of the directory that leads here, by an entry of pointerTag
+        quint16 pointerTag = 0; // 0 for IFD0 and for IFD1, which a link leads to
+        quint32 offset = 0; // 0 where it does not stand in the block
+        Range range; // count, entries and, where there is one, the link
+        quint32 link = 0;
+        int oldCount = 0;
+        Entries entries;
+        bool isRestructured = false; // has other entries than before
+        bool isLinkChanged = false;
+        bool isRemoved = false;
+        bool isMoved = false; // to the end of the new block
+    };
+    class Coverage;
+    class Composer;
+
+    int parseIfd(Directory kind, quint32 offset, int parent, quint16 pointerTag);
+    void parsePointers(int parent, quint16 pointerTag, Directory kind);
+    void claimLinks();
+    std::vector<int> uses() const;
+    QVector<Range> pictureData(const Ifd& ifd) const;
+    QByteArray payloadOf(const Entry& entry) const;
+    const Entry* find(Directory directory, quint16 tag) const;
+    int indexOf(Directory directory) const;
+    Ifd& ensured(Directory directory);
+    void removeEntries(Ifd& ifd, quint16 tag);
+    void removeIfd(int index);
+    static void setLink(Ifd& ifd, quint32 link);
+
+    QByteArray mBlock;
+    QDataStream::ByteOrder mOrder = QDataStream::LittleEndian;
+    std::vector<Ifd> mIfds; // every parent before its children
+    QVector<Range> mFreed; // what nothing refers to any more
+};
+
+} // namespace OrvaUtilsPrivate
+
+#endif // ORVAUTILS_EXIFBLOCK_P_H
