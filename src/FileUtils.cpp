@@ -98,7 +98,9 @@ struct FolderContent
     static const qint64 noTime = std::numeric_limits<qint64>::min();
 };
 
-void measure(const QString& path, EntryDetail detail, const Walk* parent, FolderContent& content)
+/// False when the task is cancelled.
+bool measure(const QString& path, EntryDetail detail, const Walk* parent, FolderContent& content,
+             TreeTask& task)
 {
     const Walk walk = {path, parent};
     std::vector<QString> folders;
@@ -113,10 +115,17 @@ void measure(const QString& path, EntryDetail detail, const Walk* parent, Folder
             ++content.fileCount;
             if (entry.modified > content.lastModified)
                 content.lastModified = entry.modified;
+            if (task.isObserved() && !task.advance(joined(path, entry.name), entry.size))
+                return false;
         }
     }
-    for (const QString& folder : folders)
-        measure(folder, detail, &walk, content);
+    if (!reader.isIntact())
+        task.fail(QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be read"), path);
+    for (const QString& folder : folders) {
+        if (!measure(folder, detail, &walk, content, task))
+            return false;
+    }
+    return true;
 }
 
 // Listings
@@ -158,89 +167,6 @@ void listFolders(const QString& path, QStringList& list, bool recursive, const W
             listFolders(joined(path, entry.name), list, true, &walk);
     }
 }
-
-// Older variants
-
-/// old::removeDirectory(), which stops at what it cannot do and tells about it.
-class DirectoryRemoval
-{
-public:
-    DirectoryRemoval(bool isRecursive, QString* error)
-        : mIsRecursive(isRecursive)
-        , mError(error)
-    { }
-
-    bool remove(const QString& path, int depth)
-    {
-        if (path.isEmpty())
-            return false;
-        if (depth <= 0)
-            return fail(QStringLiteral("FileUtils::removeDirectory ") + path
-                        + QStringLiteral(" profondeur max atteinte !"));
-        // Without a "/" at the end, which would make the system look through a link.
-        const QString folder = QDir(path).absolutePath();
-        if (!QDir(folder).exists())
-            return fail(QStringLiteral("FileUtils::removeDirectory: ") + path
-                        + QStringLiteral(" doesn't exist"));
-        const bool isLink = QFileInfo(folder).isSymLink();
-        if (!isLink && !removeContent(folder, depth))
-            return false;
-        // Removing as a file is for links; of a real folder it can only tell why it stays.
-        QFile link(folder);
-        if ((!isLink && QDir().rmdir(folder)) || link.remove())
-            return true;
-        return fail(
-            QStringLiteral("Failed to remove directory: %1 (%2)").arg(path, link.errorString()));
-    }
-
-private:
-    /// False as soon as something fails. What is neither a file nor a folder stays, and makes
-    /// removing the folder fail.
-    bool removeContent(const QString& folder, int depth)
-    {
-        std::vector<FolderEntry> entries = entriesOf(folder);
-        sortByNameIgnoringCase(entries);
-        for (const FolderEntry& entry : entries) {
-            const QString path = joined(folder, entry.name);
-            if (!entry.isReachable)
-                continue;
-            if (isRemovedAsFile(entry)
-                    ? !removeAsFile(path)
-                    : entry.kind == EntryKind::Folder && !removeFolder(path, entry.name, depth))
-                return false;
-        }
-        return true;
-    }
-
-    bool removeAsFile(const QString& path) const
-    {
-        if (removeFile(path))
-            return true;
-        // Once more with the class that can say why not.
-        QFile file(path);
-        return file.remove()
-            || fail(QStringLiteral("Failed to remove file: %1 (%2)")
-                        .arg(file.fileName(), file.errorString()));
-    }
-
-    bool removeFolder(const QString& path, const QString& name, int depth)
-    {
-        if (!mIsRecursive)
-            return fail(QStringLiteral("Failed to remove file: %1 (%2)")
-                            .arg(name, QStringLiteral("non recursive operation")));
-        return remove(path, depth - 1);
-    }
-
-    bool fail(const QString& message) const
-    {
-        if (mError)
-            *mError = message;
-        return false;
-    }
-
-    const bool mIsRecursive;
-    QString* const mError;
-};
 
 // File content
 
@@ -383,12 +309,22 @@ void FileUtils::setFileHiddenOnWindows(const QString& path)
 
 qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* lastModified)
 {
+    return folderSize(path, fileCount, lastModified, TreeObserver());
+}
+
+qint64 FileUtils::folderSize(const QString& path, int* fileCount, QDateTime* lastModified,
+                             const TreeObserver& observer, QString* error)
+{
+    TreeTask task(observer, error);
     const QString folder = QDir::cleanPath(path);
-    if (folder.isEmpty() || !QDir(folder).exists())
+    if (folder.isEmpty() || !QDir(folder).exists()) {
+        task.fail(QT_TRANSLATE_NOOP("FileUtils", "The folder %1 does not exist"), folder);
         return 0;
+    }
     FolderContent content;
-    measure(folder, lastModified ? EntryDetail::SizesAndTimes : EntryDetail::Sizes, nullptr,
-            content);
+    if (measure(folder, lastModified ? EntryDetail::SizesAndTimes : EntryDetail::Sizes, nullptr,
+                content, task))
+        task.finish();
     if (fileCount)
         *fileCount += content.fileCount;
     if (lastModified && content.lastModified != FolderContent::noTime) {
@@ -418,34 +354,36 @@ bool FileUtils::fileMkPath(const QString& filePath, QString* error)
 
 bool FileUtils::removeContentDirectory(const QString& path, bool recursive)
 {
+    return removeContentDirectory(path, recursive, TreeObserver());
+}
+
+bool FileUtils::removeContentDirectory(const QString& path, bool recursive,
+                                       const TreeObserver& observer, QString* error)
+{
+    TreeTask task(observer, error);
     if (path.isEmpty() || !path.contains(QLatin1Char('/')) || path == QLatin1String("."))
-        return false;
+        return task.fail(QT_TRANSLATE_NOOP("FileUtils", "\"%1\" is no path of a folder to empty"),
+                         path);
     const QString folder = QDir(path).absolutePath();
     if (!QDir(folder).exists())
-        return false;
-    std::vector<FolderEntry> entries;
-    if (!readFolder(folder, entries)) {
-        ORVAUTILS_LOG_CRITICAL() << cannotRemove << folder;
-        return false;
-    }
-    for (const FolderEntry& entry : entries) {
-        const QString entryPath = joined(folder, entry.name);
-        bool removed = entry.isReachable;
-        if (isRemovedAsFile(entry))
-            removed = removed && removeFile(entryPath);
-        else if (entry.kind == EntryKind::Folder && recursive)
-            removed = removed && removeTree(entryPath);
-        if (!removed) {
-            ORVAUTILS_LOG_CRITICAL() << cannotRemove << entryPath;
-            return false;
-        }
-    }
-    return true;
+        return task.fail(QT_TRANSLATE_NOOP("FileUtils", "The folder %1 does not exist"), folder);
+    const QString failed = removeContent(folder, recursive, task);
+    if (failed.isEmpty())
+        return task.finish();
+    if (!task.isCancelled())
+        ORVAUTILS_LOG_CRITICAL_IN("removeContentDirectory") << cannotRemove << failed;
+    return false;
 }
 
 bool FileUtils::copyDir(const QString& source, const QString& destination, bool merge)
 {
-    TreeTask task;
+    return copyDir(source, destination, merge, TreeObserver());
+}
+
+bool FileUtils::copyDir(const QString& source, const QString& destination, bool merge,
+                        const TreeObserver& observer, QString* error)
+{
+    TreeTask task(observer, error);
     return OrvaUtilsPrivate::copyDir(source, destination, merge, task);
 }
 
@@ -517,7 +455,9 @@ QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
     if (path.isEmpty())
         return QByteArray();
     QFile file(path);
-    if (file.open(QIODevice::ReadOnly)) {
+    // A file of more bytes than an array holds would be taken for an empty one.
+    const qint64 mostBytes = std::numeric_limits<int>::max() - 64;
+    if (file.open(QIODevice::ReadOnly) && file.size() <= mostBytes) {
         QByteArray content = file.readAll();
         // The beginning of a file that breaks off is not its content: who writes it back would lose
         // the rest.
@@ -589,8 +529,12 @@ bool FileUtils::checkWritingRightInFolder(const QString& folder, const QString& 
         return false;
     }
     const QString probe = joined(path, QStringLiteral("check_write"));
+    const bool isNew = !QFileInfo::exists(probe);
     QString reason;
     if (!writeFileContent(probe, "data_test", &reason)) {
+        // A full disk takes the file, but not what is in it.
+        if (isNew)
+            QFile::remove(probe);
         if (error) {
             // Both at once: a label may hold a "%2" of its own.
             *error = label.isEmpty()
@@ -671,8 +615,7 @@ bool FileUtils::old::forceDirectoryCreationForAFile(const QString& filePath, QSt
 
 bool FileUtils::old::removeDirectory(const QString& path, bool recursive, QString* error, int depth)
 {
-    DirectoryRemoval removal(recursive, error);
-    return removal.remove(path, depth);
+    return OrvaUtilsPrivate::removeDirectory(path, recursive, error, depth);
 }
 
 int FileUtils::old::listFilesInFileSystem(const QString& path, QStringList& list, bool recursive,

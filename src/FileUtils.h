@@ -72,7 +72,7 @@ public:
 
     FileUtils() = delete;
 
-    // ---- Paths and names as text ---------------------------------------------------------------
+    // Paths and names as text
 
     /// The last component of \a path, with its trailing "/" if the path has one.
     ///
@@ -122,7 +122,7 @@ public:
     /// Whether the folder \a path holds no visible entry.
     ///
     /// A folder that holds only hidden files (".DS_Store") deliberately counts as empty, and so
-    /// does one that does not exist.
+    /// does one that does not exist or cannot be read. An empty path means the current folder.
     static bool directoryIsEmpty(const QString& path);
 
     /// Whether \a name holds none of the characters / \ | ? < > " : * that some systems forbid in
@@ -135,7 +135,7 @@ public:
     /// Sets the hidden attribute of the file \a path on Windows; does nothing elsewhere.
     static void setFileHiddenOnWindows(const QString& path);
 
-    // ---- Folder trees --------------------------------------------------------------------------
+    // Folder trees
 
     /// The size in bytes of all files in the folder \a path and its sub-folders, hidden ones
     /// included.
@@ -147,15 +147,28 @@ public:
     static qint64 folderSize(const QString& path, int* fileCount = nullptr,
                              QDateTime* lastModified = nullptr);
 
+    /// The same, watched by \a observer, which may be empty. It does not know the totals before the
+    /// end.
+    ///
+    /// When it cancels, the result is what was added up so far. \a error, when given, tells why the
+    /// result is not the whole size: a folder that does not exist or cannot be read, or that it was
+    /// cancelled.
+    static qint64 folderSize(const QString& path, int* fileCount, QDateTime* lastModified,
+                             const TreeObserver& observer, QString* error = nullptr);
+
     /// Copies the file \a source to \a destination, whose folder is created if need be and which is
-    /// replaced if it exists. The copy has the permissions of the source.
+    /// replaced if it exists. The copy has the permissions that QFile::copy() gives it: those of
+    /// the source, with the owner's completed by what the acting user may do with the source (a
+    /// file of mode 0444 becomes 0644 when root copies it), and without set-user-ID and the like.
     ///
     /// When both are the same file, also through links, nothing is done and true is returned.
     /// Otherwise an existing destination is removed first, unless the source is no file or cannot
     /// be opened, and stays removed if the copy fails then. A destination that is a link is
     /// replaced, and what it leads to not touched. The copy appears under its name only when it is
-    /// complete. On failure returns false and logs with LogType 2: a missing source, a destination
-    /// that cannot be removed, or the copy with its numeric QFileDevice::FileError.
+    /// complete; where it replaces one, it is brought to the disk first. A destination that is a
+    /// broken link makes the copy fail. On failure returns false and logs with LogType 2: a missing
+    /// source, a destination that cannot be removed, or the copy with its numeric
+    /// QFileDevice::FileError.
     static bool forceCopy(const QString& source, const QString& destination);
 
     /// Creates the folder that is to contain the file \a filePath, with all missing parents.
@@ -176,6 +189,12 @@ public:
     /// a folder that cannot be read.
     static bool removeContentDirectory(const QString& path, bool recursive);
 
+    /// The same, watched by \a observer, which may be empty; what is removed has no bytes. When it
+    /// cancels, the rest stays and nothing is logged. On failure \a error, when given, gets the
+    /// reason, translated.
+    static bool removeContentDirectory(const QString& path, bool recursive,
+                                       const TreeObserver& observer, QString* error = nullptr);
+
     /// Copies the folder \a source with everything in it (all entries) to \a destination, which is
     /// created if need be.
     ///
@@ -185,12 +204,32 @@ public:
     /// as what they point to.
     ///
     /// A destination that is the source, lies inside it or contains it (also through links) is
-    /// refused before anything is touched. Stops at the first failure and returns false; what was
-    /// copied stays. A folder that cannot be read, or a name on the disk that is no text in the
-    /// system's encoding, is a failure too: no entry is left out in silence. Logs with LogType 4 a
-    /// missing source, with LogType 2 every other failure. An empty source counts as missing, an
-    /// empty destination as one that cannot be created.
+    /// refused before anything is touched, and so is a source whose top folder cannot be read.
+    /// Stops at the first failure and returns false; what was copied stays. A folder that cannot be
+    /// read, or a name on the disk that is no text in the system's encoding, is a failure too;
+    /// broken links, pipes, sockets, devices and links that lead back to a folder on the way are
+    /// silently left out. The copy is brought to the disk once, at its end, and a failure of that
+    /// is one of the copy. Logs with LogType 4 a missing source, with LogType 2 every other
+    /// failure. An empty source counts as missing, an empty destination as one that cannot be
+    /// created.
     static bool copyDir(const QString& source, const QString& destination, bool merge);
+
+    /// The same, watched by \a observer, which may be empty. It knows the total number of files
+    /// from the beginning, and the bytes at the end. When it cancels, what was copied stays and
+    /// nothing is logged. On failure \a error, when given, gets the reason, translated.
+    ///
+    /// \code
+    /// QString error;
+    /// const auto show = [&bar](const FileUtils::TreeProgress& progress) {
+    ///     bar.setMaximum(progress.totalFiles);
+    ///     bar.setValue(progress.files);
+    ///     return !bar.wasCanceled();
+    /// };
+    /// if (!FileUtils::copyDir(project, backup, false, show, &error))
+    ///     QMessageBox::warning(window, title, error);
+    /// \endcode
+    static bool copyDir(const QString& source, const QString& destination, bool merge,
+                        const TreeObserver& observer, QString* error = nullptr);
 
     /// Removes folders that hold no visible entry and returns how many were removed.
     ///
@@ -231,14 +270,14 @@ public:
     /// An empty path means the current folder. Returns false if the folder does not exist.
     static bool listFolderName(const QString& path, QStringList& list);
 
-    // ---- File content --------------------------------------------------------------------------
+    // File content
 
     /// The whole content of the file \a path.
     ///
-    /// Empty for a file that cannot be opened or not be read to its end, which with \a logOnFailure
-    /// is logged with LogType 1 as "FileUtils::readFileContent error : ", the path and " ne peut
-    /// etre ouvert !". Empty without a record for an empty path. An empty file cannot be told from
-    /// a missing one.
+    /// Empty for a file that cannot be opened, not be read to its end, or is larger than a
+    /// QByteArray can be (just below 2 GiB), which with \a logOnFailure is logged with LogType 1 as
+    /// "FileUtils::readFileContent error : ", the path and " ne peut etre ouvert !". Empty without
+    /// a record for an empty path. An empty file cannot be told from a missing one.
     static QByteArray readFileContent(const QString& path, bool logOnFailure = true);
 
     /// Makes \a data the whole content of the file \a path, which is created, with its folder,
@@ -274,7 +313,8 @@ public:
     static QString sha1(const QString& path);
 
     /// Whether \a folder can be written to, found out by writing a file "check_write" into it and
-    /// removing it again. The folder is created, with its parents, where it is missing.
+    /// removing it again; a file of that name that is there already is lost. The folder is created,
+    /// with its parents, where it is missing.
     ///
     /// Otherwise false, with \a error: translated "Folder is not valid ! (empty)" for an empty
     /// path, else the message of writeFileContent(), which with a \a label, the folder's name for
@@ -288,7 +328,7 @@ public:
     static QString labelWorkingFolderBlocked(const QString& folder,
                                              const QString& documentationAddress);
 
-    // ---- Files on the desktop ------------------------------------------------------------------
+    // Files on the desktop
 
     /// The icon for a file of the name \a name, which need not exist: the one of the file
     /// "suffix_icons/file." and the suffix in lower case in ApplicationUtils::pathDatas() where the
@@ -303,7 +343,7 @@ public:
     /// holds a double quote or a backslash and comes from somebody else.
     static void showFileInFolder(const QString& path);
 
-    // ---- Older variants that callers still depend on -------------------------------------------
+    // Older variants that callers still depend on
 
     /// Functions that differ from those of the same purpose above, for callers that rely on it.
     struct ORVAUTILS_EXPORT old
@@ -324,10 +364,10 @@ public:
         ///
         /// Stops at the first sub-folder when \a recursive is false, at the first entry that cannot
         /// be removed and at folders deeper than \a depth levels, \a path being the first one.
-        /// Links are removed as links, broken ones and \a path itself included; what they point to
-        /// is not touched.
-        /// Special files are left, and with them the folder. Returns false with a message in
-        /// \a error (none for an empty path). Nothing is logged.
+        /// Links to files and folders are removed as links, \a path itself included; what they
+        /// point to is not touched. What is neither a file nor a folder, as a broken link or a
+        /// pipe, is left, and with it the folder. Returns false with a message in \a error (none
+        /// for an empty path). Nothing is logged.
         static bool removeDirectory(const QString& path, bool recursive, QString* error = nullptr,
                                     int depth = 64);
 

@@ -330,7 +330,8 @@ QString wrongInCopyDir(const Run& run, bool merge, const QStringList& records)
     if (records.isEmpty())
         return "no record"_s;
 
-    const bool isStillOld = records.last() == copiedDir + "unable to removeRecursively dst"_s;
+    const bool cannotMakeWay = records.last() == copiedDir + "unable to removeRecursively dst"_s;
+    const bool isStillOld = cannotMakeWay || now == old;
     for (auto it = now.begin(); it != now.end(); ++it) {
         const bool isOld = (merge || isStillOld) && old.value(it.key()) == it.value();
         const bool isNew = !isStillOld && whole.value(it.key()) == it.value();
@@ -344,7 +345,7 @@ QString wrongInCopyDir(const Run& run, bool merge, const QStringList& records)
     }
 
     QString rest;
-    if (isStillOld)
+    if (cannotMakeWay)
         return records.size() == 1 && !merge ? QString() : "unexpected records"_s;
     if (takeAfter(records.last(), copiedDir + "unable to mkdir "_s, &rest)) {
         const bool isFolder = rest == "dst"_s || whole.value(rest.mid(4)) == folderMark;
@@ -480,7 +481,10 @@ Scenario removeDirectory()
 {
     Scenario scenario;
     scenario.function = "old::removeDirectory"_s;
-    scenario.prepare = prepareRemoval;
+    scenario.prepare = [](const Run& run) {
+        prepareRemoval(run);
+        QFile::remove(run.path("box/broken"_s)); // would stay, and the folder with it
+    };
     scenario.act = [](const Run& run, QString* message) {
         return FileUtils::old::removeDirectory(run.path("box"_s), true, message);
     };

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void readFileContent();
     void readFileContentThatCannotBeOpened_data();
     void readFileContentThatCannotBeOpened();
+    void readFileContentTooLarge();
     void writeFileContent_data();
     void writeFileContent();
     void writeFileContentReplaces();
@@ -79,6 +80,7 @@ private Q_SLOTS:
     void writingRight_data();
     void writingRight();
     void writingRightRefused();
+    void writingRightOnAFullDisk();
     void writingRightOfNoFolder_data();
     void writingRightOfNoFolder();
     void workingFolderBlocked_data();
@@ -513,6 +515,19 @@ void tst_FileUtils::readFileContentThatCannotBeOpened()
     QCOMPARE(log.lines(), QStringList({record, record}));
 }
 
+void tst_FileUtils::readFileContentTooLarge()
+{
+    Sandbox box;
+    const QString path = box.file(text("file"));
+    QVERIFY(QFile::resize(path, qint64(3) << 30)); // takes no space
+    LogCapture log;
+    QCOMPARE(FileUtils::readFileContent(path), QByteArray());
+    QCOMPARE(log.lines(),
+             QStringList(text("info orvautils FileUtils readFileContent: "
+                              "FileUtils::readFileContent error :  ")
+                         + path + text("  ne peut etre ouvert !")));
+}
+
 void tst_FileUtils::writeFileContent_data()
 {
     readFileContent_data();
@@ -752,6 +767,18 @@ void tst_FileUtils::writingRightRefused()
     QCOMPARE(error, text("Cant write in %2 %1 error=") + reason);
     QVERIFY(!FileUtils::checkWritingRightInFolder(folder, text("Photos")));
     QCOMPARE(treeOf(folder), QStringList());
+}
+
+void tst_FileUtils::writingRightOnAFullDisk()
+{
+    Sandbox box;
+    QString error;
+    {
+        const FileLimit limit(RLIMIT_FSIZE, 4);
+        QVERIFY(!FileUtils::checkWritingRightInFolder(box.root(), QString(), &error));
+    }
+    QCOMPARE(error, text("Cannot write datas (WriteOnly) in ") + box(text("check_write")));
+    QCOMPARE(treeOf(box.root()), QStringList());
 }
 
 void tst_FileUtils::writingRightOfNoFolder_data()

@@ -111,6 +111,7 @@ private Q_SLOTS:
     void copyDirStopsAtAFile();
     void copyDirStopsInAFolder();
     void copyDirUnreadableFolder();
+    void copyDirSparesTheDestination();
     void copyDirOntoItself_data();
     void copyDirOntoItself();
     void copyDirBesideItself();
@@ -655,6 +656,27 @@ void tst_FileUtilsCopies::copyDirUnreadableFolder()
     QCOMPARE(log.lines(),
              QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
                          + box(text("s/sub")) + text(" to ") + box(text("d/sub"))));
+}
+
+void tst_FileUtilsCopies::copyDirSparesTheDestination()
+{
+    // A source that cannot be read does not cost the destination its life.
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
+    Sandbox box;
+    box.file(text("s/a"));
+    box.file(text("d/b"));
+    changeMode(box(text("d")), 0777);
+    box.lock(box(text("s")), 0);
+    LogCapture log;
+    {
+        const OrdinaryUser user;
+        QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false));
+    }
+    QCOMPARE(treeOf(box(text("d"))), QStringList(text("b=content")));
+    QCOMPARE(log.lines(),
+             QStringList(text("warning orvautils FileUtils copyDir: unable to copy ")
+                         + box(text("s")) + text(" to ") + box(text("d"))));
 }
 
 void tst_FileUtilsCopies::copyDirOntoItself_data()

@@ -271,7 +271,7 @@ std::unique_ptr<FolderSource> systemFolder(const QString& path, EntryDetail deta
     return std::make_unique<LinuxFolder>(path, detail);
 }
 
-bool copyNewFile(const QString& source, const QString& destination)
+bool copyNewFile(const QString& source, const QString& destination, qint64* size)
 {
     if (isKnownToQtAlone(source) || isKnownToQtAlone(destination))
         return false;
@@ -291,6 +291,7 @@ bool copyNewFile(const QString& source, const QString& destination)
     static_cast<void>(fchmod(to, permissionsOfCopy(from, status.st_mode)));
     if (!link(to, path))
         return false;
+    *size = status.st_size;
     if (to.close())
         return true;
     unlink(path.constData());

@@ -32,7 +32,8 @@ QString pathBeside(const QString& path);
 /// Copies a file, with the permissions that QFile::copy() gives a copy, to a path where nothing is
 /// yet. The copy appears under its name when it is complete, but need not be on the disk. False
 /// where there is no quick way to do that, or where it failed; nothing is left behind then.
-bool copyNewFile(const QString& source, const QString& destination);
+/// Otherwise \a size becomes the size of the file, in bytes.
+bool copyNewFile(const QString& source, const QString& destination, qint64* size);
 
 /// Appends what is left to read in \a source to \a destination. False when reading or writing
 /// failed.

@@ -14,7 +14,7 @@ std::unique_ptr<FolderSource> systemFolder(const QString&, EntryDetail)
     return nullptr;
 }
 
-bool copyNewFile(const QString&, const QString&)
+bool copyNewFile(const QString&, const QString&, qint64*)
 {
     return false;
 }

@@ -14,6 +14,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 
 namespace OrvaUtilsPrivate {
 
@@ -60,46 +61,123 @@ bool cannotMake(TreeTask& task, const QString& folder)
     return task.fail(QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be made"), folder);
 }
 
-bool copyTreeFile(const QString& source, const QString& destination, bool isNew, TreeTask& task)
+/// The entries of a folder, and whether that is all of them.
+struct Listing
 {
-    // In a new folder nothing can be in the way, which is most of what forceCopy() looks after.
-    // Where the quick way fails, it tries again and tells the reason.
-    QString reason;
-    if (!(isNew && copyNewFile(source, destination))
-        && !copyFile(source, destination, OldFile::RemovedFirstInTree, &reason))
-        return cannotCopy(task, source, destination, reason);
-    return !task.isObserved() || task.advance(destination, QFileInfo(destination).size());
+    std::vector<FolderEntry> entries;
+    bool isIntact;
+};
+
+Listing listingOf(const QString& path)
+{
+    Listing listing;
+    listing.isIntact = readFolder(path, listing.entries);
+    return listing;
 }
 
-bool copyTree(const QString& source, const QString& destination, const Walk* parent, TreeTask& task)
+class TreeCopy
+{
+public:
+    explicit TreeCopy(TreeTask& task)
+        : mTask(task)
+    { }
+
+    /// Reads the whole tree, so that its number of files is known.
+    void foresee(const QString& source);
+
+    bool copy(const QString& source, const QString& destination, const Walk* parent);
+
+private:
+    int countFiles(const QString& path, const Walk* parent);
+    bool copyFile(const QString& source, const QString& destination, bool isNew);
+
+    TreeTask& mTask;
+    QHash<QString, Listing> mForeseen;
+};
+
+void TreeCopy::foresee(const QString& source)
+{
+    mTask.setTotals(countFiles(source, nullptr), -1);
+}
+
+int TreeCopy::countFiles(const QString& path, const Walk* parent)
+{
+    const Walk walk = {path, parent};
+    // Kept for the copy, which then need not read the folder again.
+    const auto listing = mForeseen.insert(path, listingOf(path));
+    int count = 0;
+    std::vector<QString> folders;
+    for (const FolderEntry& entry : listing->entries) {
+        const QString entryPath = joined(path, entry.name);
+        if (!mTask.isWanted(entryPath))
+            continue;
+        if (entry.kind == EntryKind::File)
+            ++count;
+        else if (leadsOn(entry, walk))
+            folders.push_back(entryPath);
+    }
+    for (const QString& folder : folders)
+        count += countFiles(folder, &walk);
+    return count;
+}
+
+bool TreeCopy::copy(const QString& source, const QString& destination, const Walk* parent)
 {
     const Walk walk = {source, parent};
-    std::vector<FolderEntry> entries;
-    if (!readFolder(source, entries))
-        return cannotCopy(task, source, destination);
+    const Listing listing = mForeseen.contains(source) ? mForeseen.take(source) : listingOf(source);
+    if (!listing.isIntact)
+        return cannotCopy(mTask, source, destination);
     const bool isNew = !QDir(destination).exists();
     if (isNew && !QDir().mkpath(destination))
-        return cannotMake(task, destination);
-    for (const FolderEntry& entry : entries) {
+        return cannotMake(mTask, destination);
+    for (const FolderEntry& entry : listing.entries) {
         const QString path = joined(source, entry.name);
         const QString target = joined(destination, entry.name);
-        if (!task.isWanted(path))
+        if (!mTask.isWanted(path))
             continue;
         if (!entry.isReachable)
-            return cannotCopy(task, path, target);
+            return cannotCopy(mTask, path, target);
         if (entry.kind == EntryKind::File) {
-            if (!copyTreeFile(path, target, isNew, task))
+            if (!copyFile(path, target, isNew))
                 return false;
         } else if (leadsOn(entry, walk)) {
             // Links on either side can lead out of two separate trees into a common one.
             if ((entry.isLink || (!isNew && QFileInfo(target).isSymLink()))
                 && (overlap(path, target) || liesInside(target, walk.start().path)))
-                return cannotCopy(task, path, target);
-            if (!copyTree(path, target, &walk, task))
+                return cannotCopy(mTask, path, target);
+            if (!copy(path, target, &walk))
                 return false;
         }
     }
     return true;
+}
+
+bool TreeCopy::copyFile(const QString& source, const QString& destination, bool isNew)
+{
+    // In a new folder nothing can be in the way, which is most of what forceCopy() looks after.
+    // Where the quick way fails, it tries again and tells the reason.
+    qint64 size = 0;
+    if (!isNew || !copyNewFile(source, destination, &size)) {
+        QString reason;
+        if (!OrvaUtilsPrivate::copyFile(source, destination, OldFile::RemovedFirstInTree, &reason))
+            return cannotCopy(mTask, source, destination, reason);
+        if (mTask.isObserved())
+            size = QFileInfo(destination).size();
+    }
+    return mTask.advance(destination, size);
+}
+
+/// Removes what stands at the destination of a copy that merges nothing.
+bool makeWay(const QString& destination, TreeTask& task)
+{
+    // The folder behind a link is not the destination's to empty.
+    const bool isLink = QFileInfo(destination).isSymLink();
+    if (isLink ? removeFile(destination) : removeTree(destination))
+        return true;
+    ORVAUTILS_LOG_WARNING_OF("FileUtils", "copyDir")
+        << "unable to removeRecursively" << destination;
+    return task.fail(QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be removed"),
+                     destination);
 }
 
 } // namespace
@@ -122,15 +200,17 @@ bool copyDir(const QString& source, const QString& destination, bool merge, Tree
         return cannotMake(task, to);
     if (overlap(from, to))
         return cannotCopy(task, from, to);
+    TreeCopy tree(task);
+    if (task.isObserved())
+        tree.foresee(from);
     if (!merge && QDir(to).exists()) {
-        // The folder behind a link is not the destination's to empty.
-        const bool isLink = QFileInfo(to).isSymLink();
-        if (!(isLink ? removeFile(to) : removeTree(to))) {
-            ORVAUTILS_LOG_WARNING_OF("FileUtils", "copyDir") << "unable to removeRecursively" << to;
-            return task.fail(QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be removed"), to);
-        }
+        // A source that cannot be read does not cost the destination its life.
+        if (!listingOf(from).isIntact)
+            return cannotCopy(task, from, to);
+        if (!makeWay(to, task))
+            return false;
     }
-    if (!copyTree(from, to, nullptr, task))
+    if (!tree.copy(from, to, nullptr))
         return false;
     QString reason;
     return putFileSystemOnDisk(to, &reason) ? task.finish() : cannotCopy(task, from, to, reason);

@@ -19,6 +19,13 @@ bool removeTree(const QString& path, TreeTask& task);
 /// The same, watched by nobody.
 bool removeTree(const QString& path);
 
+/// Empties a folder. Returns the path of the first entry that could not be removed, or of the
+/// folder where it cannot be read; empty when all is gone.
+QString removeContent(const QString& folder, bool recursive, TreeTask& task);
+
+/// FileUtils::old::removeDirectory().
+bool removeDirectory(const QString& path, bool recursive, QString* error, int depth);
+
 } // namespace OrvaUtilsPrivate
 
 #endif // ORVAUTILS_TREEREMOVAL_P_H

@@ -27,29 +27,28 @@ void TreeTask::setTotals(int files, qint64 bytes)
 
 bool TreeTask::advance(const QString& path, qint64 bytes)
 {
-    if (!mObserver)
-        return true;
+    if (!mObserver || mIsCancelled)
+        return !mIsCancelled;
     ++mProgress.files;
     mProgress.bytes += bytes;
     mProgress.path = path;
     if (mSinceReport.isValid() && mSinceReport.elapsed() < reportInterval)
-        return !mIsCancelled;
+        return true;
     return report();
 }
 
 bool TreeTask::finish()
 {
-    if (!mObserver || mIsCancelled)
-        return !mIsCancelled;
-    mProgress.totalFiles = mProgress.files;
-    mProgress.totalBytes = mProgress.bytes;
-    return report();
+    if (mObserver) {
+        mProgress.totalFiles = mProgress.files;
+        mProgress.totalBytes = mProgress.bytes;
+        mObserver(mProgress);
+    }
+    return true;
 }
 
 bool TreeTask::report()
 {
-    if (mIsCancelled)
-        return false;
     mIsCancelled = !mObserver(mProgress);
     mSinceReport.start();
     return !mIsCancelled

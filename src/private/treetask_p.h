@@ -30,12 +30,13 @@ public:
 
     bool isWanted(const QString& path) const { return !mFilter || mFilter(path); }
 
+    /// A number that is not known is -1.
     void setTotals(int files, qint64 bytes);
 
     /// Counts a file. False when the operation is to end.
     bool advance(const QString& path, qint64 bytes);
 
-    /// Reports the end. False when even then somebody wants nothing of it.
+    /// Reports the end, which is too late to cancel anything. Returns true.
     bool finish();
 
     bool isCancelled() const { return mIsCancelled; }

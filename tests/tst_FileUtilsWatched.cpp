@@ -1,0 +1,268 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Operations on folder trees that are watched: their progress, their end before the end, and the
+// reason for a failure.
+
+#include "FileUtils.h"
+
+#include "LogCapture.h"
+#include "OrdinaryUser.h"
+#include "PortableFiles.h"
+#include "Sandbox.h"
+#include "Text.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QThread>
+#include <QtTest>
+
+#if defined(__clang__)
+// QSKIP() is a macro with optional arguments.
+#pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
+#endif
+
+namespace {
+
+/// 25 files of 100 bytes in five folders, below "s".
+void makeTree(const Sandbox& box)
+{
+    for (int i = 0; i < 25; ++i)
+        box.file(QStringLiteral("s/%1/%2").arg(i / 5).arg(i % 5), QByteArray(100, 'x'));
+}
+
+int countFiles(const QString& folder)
+{
+    return filesBelow(folder).size();
+}
+
+/// Notes what it sees, takes its time over it, and cancels when it has been called often enough.
+struct Watcher
+{
+    QVector<FileUtils::TreeProgress> seen;
+    QVector<qint64> times;
+    QElapsedTimer clock;
+    int calls = -1;
+    int pause = 0;
+
+    FileUtils::TreeObserver observer()
+    {
+        clock.start();
+        return [this](const FileUtils::TreeProgress& progress) {
+            seen.append(progress);
+            times.append(clock.elapsed());
+            QThread::msleep(static_cast<unsigned long>(pause));
+            return seen.size() != calls;
+        };
+    }
+};
+
+} // namespace
+
+class tst_FileUtilsWatched : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void copyDir();
+    void copyDirCancelled();
+    void copyDirReasons_data();
+    void copyDirReasons();
+    void reportsAreRare();
+    void removeContentDirectory();
+    void removeContentDirectoryCancelled();
+    void removeContentDirectoryReasons();
+    void folderSize();
+    void folderSizeCancelled();
+    void folderSizeReasons();
+    void errorIsNeverCleared();
+};
+
+void tst_FileUtilsWatched::copyDir()
+{
+    Sandbox box;
+    makeTree(box);
+    Watcher watcher;
+    QString error;
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false, watcher.observer(), &error));
+    QCOMPARE(error, QString());
+    QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
+    QVERIFY(watcher.seen.size() >= 2);
+    const FileUtils::TreeProgress first = watcher.seen.first();
+    QCOMPARE(first.files, 1);
+    QCOMPARE(first.totalFiles, 25);
+    QCOMPARE(first.bytes, qint64(100));
+    QCOMPARE(first.totalBytes, qint64(-1));
+    QVERIFY(first.path.startsWith(box(text("d/"))));
+    const FileUtils::TreeProgress last = watcher.seen.last();
+    QCOMPARE(last.files, 25);
+    QCOMPARE(last.totalFiles, 25);
+    QCOMPARE(last.bytes, qint64(2500));
+    QCOMPARE(last.totalBytes, qint64(2500));
+}
+
+void tst_FileUtilsWatched::copyDirCancelled()
+{
+    Sandbox box;
+    makeTree(box);
+    Watcher watcher;
+    watcher.calls = 1;
+    QString error;
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false, watcher.observer(), &error));
+    QCOMPARE(error, text("The operation was cancelled"));
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(watcher.seen.size(), 1);
+    QCOMPARE(countFiles(box(text("d"))), 1);
+}
+
+void tst_FileUtilsWatched::copyDirReasons_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("destination");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("missing") << text("nowhere") << text("d")
+                             << text("The folder %1/nowhere does not exist");
+    QTest::newRow("into itself") << text("s") << text("s/d") << text("%1/s cannot be copied");
+    QTest::newRow("folder cannot be made")
+        << text("s") << text("file/d") << text("The folder %1/file/d cannot be made");
+    QTest::newRow("unreadable file")
+        << text("s") << text("d") << text("%1/s/secret cannot be copied (Permission denied)");
+}
+
+void tst_FileUtilsWatched::copyDirReasons()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, destination);
+    QFETCH(QString, error);
+    Sandbox box;
+    box.file(text("file"));
+    box.lock(box.file(text("s/secret")), 0);
+    const OrdinaryUser user;
+    QString reason;
+    LogCapture log;
+    QVERIFY(!FileUtils::copyDir(box(source), box(destination), true, nullptr, &reason));
+    QCOMPARE(reason, error.arg(box.root()));
+    QVERIFY(!log.lines().isEmpty());
+}
+
+void tst_FileUtilsWatched::reportsAreRare()
+{
+    // An observer that takes 20 ms sees a fast copy with its first file and at its end, and between
+    // the two no sooner than 50 ms after the last time.
+    Sandbox box;
+    makeTree(box);
+    Watcher watcher;
+    watcher.pause = 20;
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false, watcher.observer()));
+    for (int i = 1; i + 1 < watcher.times.size(); ++i)
+        QVERIFY(watcher.times.at(i) - watcher.times.at(i - 1) >= 50);
+}
+
+void tst_FileUtilsWatched::removeContentDirectory()
+{
+    Sandbox box;
+    makeTree(box);
+    box.link(text("s/link"), text("0"));
+    Watcher watcher;
+    QString error;
+    QVERIFY(FileUtils::removeContentDirectory(box(text("s")), true, watcher.observer(), &error));
+    QCOMPARE(error, QString());
+    QCOMPARE(treeOf(box.root()), QStringList(text("s/")));
+    QCOMPARE(watcher.seen.first().totalFiles, 26);
+    QCOMPARE(watcher.seen.last().files, 26);
+    QCOMPARE(watcher.seen.last().bytes, qint64(0));
+}
+
+void tst_FileUtilsWatched::removeContentDirectoryCancelled()
+{
+    Sandbox box;
+    makeTree(box);
+    Watcher watcher;
+    watcher.calls = 1;
+    QString error;
+    LogCapture log;
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("s")), true, watcher.observer(), &error));
+    QCOMPARE(error, text("The operation was cancelled"));
+    QCOMPARE(log.lines(), QStringList());
+    QCOMPARE(countFiles(box(text("s"))), 24);
+}
+
+void tst_FileUtilsWatched::removeContentDirectoryReasons()
+{
+    Sandbox box;
+    const QString file = box.file(text("s/locked/file"));
+    box.lock(box(text("s/locked")), 0555);
+    const OrdinaryUser user;
+    LogCapture log;
+    QString error;
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("s")), true, nullptr, &error));
+    QCOMPARE(error, file + text(" cannot be removed"));
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("none")), true, nullptr, &error));
+    QCOMPARE(error, text("The folder %1 does not exist").arg(box(text("none"))));
+    QVERIFY(!FileUtils::removeContentDirectory(text("s"), true, nullptr, &error));
+    QCOMPARE(error, text("\"s\" is no path of a folder to empty"));
+}
+
+void tst_FileUtilsWatched::folderSize()
+{
+    Sandbox box;
+    makeTree(box);
+    Watcher watcher;
+    QString error;
+    int count = 0;
+    QDateTime latest;
+    QCOMPARE(FileUtils::folderSize(box(text("s")), &count, &latest, watcher.observer(), &error),
+             qint64(2500));
+    QCOMPARE(error, QString());
+    QCOMPARE(count, 25);
+    QVERIFY(latest.isValid());
+    QCOMPARE(watcher.seen.first().totalFiles, -1);
+    QCOMPARE(watcher.seen.last().files, 25);
+    QCOMPARE(watcher.seen.last().totalFiles, 25);
+    QCOMPARE(watcher.seen.last().totalBytes, qint64(2500));
+}
+
+void tst_FileUtilsWatched::folderSizeCancelled()
+{
+    Sandbox box;
+    makeTree(box);
+    Watcher watcher;
+    watcher.calls = 1;
+    QString error;
+    int count = 0;
+    QCOMPARE(FileUtils::folderSize(box(text("s")), &count, nullptr, watcher.observer(), &error),
+             qint64(100));
+    QCOMPARE(count, 1);
+    QCOMPARE(error, text("The operation was cancelled"));
+}
+
+void tst_FileUtilsWatched::folderSizeReasons()
+{
+    if (portable && getuid() == 0)
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
+    Sandbox box;
+    box.file(text("s/a"), "123");
+    box.lock(box.folder(text("s/locked")), 0);
+    const OrdinaryUser user;
+    QString error;
+    QCOMPARE(FileUtils::folderSize(box(text("s")), nullptr, nullptr, nullptr, &error), qint64(3));
+    QCOMPARE(error, text("The folder %1 cannot be read").arg(box(text("s/locked"))));
+    error.clear();
+    QCOMPARE(FileUtils::folderSize(box(text("x")), nullptr, nullptr, nullptr, &error), qint64(0));
+    QCOMPARE(error, text("The folder %1 does not exist").arg(box(text("x"))));
+}
+
+void tst_FileUtilsWatched::errorIsNeverCleared()
+{
+    Sandbox box;
+    makeTree(box);
+    QString error = text("before");
+    QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false, nullptr, &error));
+    FileUtils::folderSize(box(text("s")), nullptr, nullptr, nullptr, &error);
+    QVERIFY(FileUtils::removeContentDirectory(box(text("d")), true, nullptr, &error));
+    QCOMPARE(error, text("before"));
+}
+
+QTEST_MAIN(tst_FileUtilsWatched)
+#include "tst_FileUtilsWatched.moc"
