@@ -4,6 +4,7 @@
 #include "PictureImporter.h"
 
 #include "LogKeeper.h"
+#include "PictureCheck.h"
 
 #include <FileUtils.h>
 #include <ImageUtils.h>
@@ -13,89 +14,11 @@
 #include <QImage>
 #include <QImageReader>
 #include <QStorageInfo>
-#include <QXmlStreamReader>
 
 namespace {
 
 const QSize imageLimit(1600, 1600);
 const QSize thumbLimit(320, 320);
-
-/// What keeps a picture out of the site. No reason: nothing does.
-struct Defect
-{
-    WorkItem::Failure failure = WorkItem::Unsuitable;
-    QString reason;
-
-    explicit operator bool() const { return !reason.isEmpty(); }
-};
-
-/// A browser shows an SVG as a picture only when it is well-formed and names its namespace; the
-/// library, which copies it as it is, need not look inside.
-Defect svgDefect(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {WorkItem::Unreadable,
-                PictureImporter::tr("cannot be opened (%1)").arg(file.errorString())};
-    QXmlStreamReader xml(&file);
-    if (xml.readNextStartElement()
-        && (xml.name() != QLatin1String("svg")
-            || xml.namespaceUri() != QLatin1String("http://www.w3.org/2000/svg")))
-        return {WorkItem::Unsuitable,
-                PictureImporter::tr("is not an SVG picture: its first element is not svg in the "
-                                    "SVG namespace")};
-    while (!xml.atEnd())
-        xml.readNext();
-    if (xml.hasError())
-        return {WorkItem::Undecodable,
-                PictureImporter::tr("is not a well-formed SVG picture (line %1: %2)")
-                    .arg(QString::number(xml.lineNumber()), xml.errorString())};
-    return {};
-}
-
-/// Why the picture cannot be published whatever the library does. Cheap: only a file that is copied
-/// without being decoded is looked at as a whole.
-Defect sourceDefect(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {WorkItem::Unreadable,
-                PictureImporter::tr("cannot be opened (%1)").arg(file.errorString())};
-    if (file.size() == 0)
-        return {WorkItem::Undecodable, PictureImporter::tr("is empty")};
-    const bool namedSvg = ImageUtils::imageNameIsVectoriel(path);
-    if (namedSvg) {
-        Defect defect = svgDefect(path);
-        if (defect)
-            return defect;
-        if (!QImageReader::supportedImageFormats().contains("svg"))
-            return {WorkItem::Unreadable,
-                    PictureImporter::tr("cannot be read: the SVG plugin of Qt is not installed")};
-    }
-
-    QImageReader reader(path);
-    const QByteArray format = reader.format().toLower();
-    if (format.isEmpty())
-        return {
-            WorkItem::Undecodable,
-            PictureImporter::tr("cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)")};
-    const QString kind = QString::fromLatin1(format);
-    if (!QList<QByteArray>{"jpeg", "jpg", "png", "gif", "svg"}.contains(format))
-        return {WorkItem::Unsuitable,
-                PictureImporter::tr(
-                    "holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG")
-                    .arg(kind)};
-    // A browser goes by the content among the other kinds, but not here.
-    if (namedSvg != (format == "svg"))
-        return {
-            WorkItem::Unsuitable,
-            PictureImporter::tr("holds a picture of the kind %1, which does not go with its name")
-                .arg(kind)};
-    if (format == "gif" && reader.read().isNull())
-        return {WorkItem::Undecodable,
-                PictureImporter::tr("cannot be decoded (%1)").arg(reader.errorString())};
-    return {};
-}
 
 /// Why the library could not import a picture that looked well, found by trying its steps and, for
 /// the step that is left, from what it logged.
@@ -177,7 +100,7 @@ bool PictureImporter::import(const Photograph& photograph, LogKeeper* log,
         item->ORVAUTILS_SET_ERROR(item->failure(WorkItem::Unsuitable, *reason));
         return false;
     }
-    if (const Defect defect = sourceDefect(photograph.source)) {
+    if (const Defect defect = PictureCheck::defectOf(photograph)) {
         *reason = defect.reason;
         item->ORVAUTILS_SET_ERROR(item->failure(defect.failure, *reason));
         return false;

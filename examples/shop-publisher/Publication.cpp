@@ -4,11 +4,9 @@
 #include "Publication.h"
 
 #include "ContactSheet.h"
-#include "LogKeeper.h"
 #include "ShopData.h"
 #include "ShopPage.h"
-
-#include <DirectorySynchronizer.h>
+#include "StaticFiles.h"
 
 #include <QFileInfo>
 
@@ -149,16 +147,22 @@ void Publication::copyStaticFiles()
     const QString source = mProject.staticFolder();
     if (source.isEmpty() || !QFileInfo(source).isDir())
         return;
-    LogKeeper log;
+    const StaticFiles files(source);
+    const auto fail = [this](const QString& name, WorkItem::Failure failure,
+                             const QString& reason) {
+        auto* const item = new WorkItem(WorkItem::StaticFiles, name, this);
+        ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
+        item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
+    };
+    const QVector<StaticFiles::Refusal> refusals = files.refusals();
+    for (const StaticFiles::Refusal& refusal : refusals)
+        fail(Project::staticName() + QLatin1Char('/') + refusal.name, WorkItem::Unsuitable,
+             refusal.reason);
     QString reason;
     const QString draft = mSite->draft(Project::staticName());
-    if (!DirectorySynchronizer().fullSync(source, draft))
-        reason = tr("cannot be copied (%1)").arg(log.take().join(QLatin1String("; ")));
-    else if (mSite->publishFolder(draft, Project::staticName(), &reason))
-        return;
-    auto* const files = new WorkItem(WorkItem::StaticFiles, Project::staticName(), this);
-    ORVAUTILS_ADD_ERRORABLE_CHILD(*files);
-    files->ORVAUTILS_SET_ERROR(files->failure(WorkItem::Unwritable, reason));
+    if (!files.copyTo(draft, &reason)
+        || !mSite->publishFolder(draft, Project::staticName(), &reason))
+        fail(Project::staticName(), WorkItem::Unwritable, reason);
 }
 
 bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures)

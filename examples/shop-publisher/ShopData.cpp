@@ -41,10 +41,12 @@ QVariantMap jsTexts(const LocalText& texts)
 }
 
 /// A literal in single quotes, in which PHP knows no other escapes than these two. A byte array
-/// passes through the formatters as code.
+/// passes through the formatters as code, up to its first NUL: whatever has come here, the literal
+/// ends with its quote.
 QByteArray phpCode(const QString& text)
 {
     QByteArray code = text.toUtf8();
+    code.replace('\0', QString(QChar(QChar::ReplacementCharacter)).toUtf8());
     code.replace('\\', "\\\\").replace('\'', "\\'");
     return '\'' + code + '\'';
 }

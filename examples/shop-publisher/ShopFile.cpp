@@ -108,6 +108,22 @@ private:
         return !value->isUndefined();
     }
 
+    /// Tells of a control character in \a text. A NUL would end a text of the written files before
+    /// its quote; the others have no place in a shop, but for the ends of lines and tabulators.
+    bool isPrintable(WorkItem* owner, const QString& key, const QString& text)
+    {
+        for (const QChar character : text) {
+            if (character.category() != QChar::Other_Control || character == QLatin1Char('\n')
+                || character == QLatin1Char('\t'))
+                continue;
+            fail(owner, key, Unsuitable,
+                 ShopFile::tr("holds a control character (U+%1)")
+                     .arg(int(character.unicode()), 4, 16, QLatin1Char('0')));
+            return false;
+        }
+        return true;
+    }
+
     /// A text without blanks around it; empty, and told, where there is none.
     QString plainText(WorkItem* owner, const QJsonObject& object, const QString& key)
     {
@@ -119,6 +135,8 @@ private:
             fail(owner, key, Unsuitable, ShopFile::tr("is no text"));
         else if (text.isEmpty())
             fail(owner, key, Unsuitable, ShopFile::tr("is empty"));
+        else if (!isPrintable(owner, key, text))
+            text.clear();
         return text;
     }
 
@@ -137,6 +155,8 @@ private:
         for (const QString& language : languages) {
             const QJsonValue text = value.isString() ? value : value.toObject().value(language);
             texts.insert(language, text.toString().trimmed());
+            if (!isPrintable(owner, key, texts.value(language)))
+                return texts;
             if (text.isUndefined())
                 fail(owner, key, Missing, ShopFile::tr("has no text in \"%1\"").arg(language));
             else if (!text.isString())

@@ -3,49 +3,21 @@
 
 #include "StaticMirror.h"
 
-#include <FileUtils.h>
+#include "StaticFiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
-
-#include <algorithm>
-#include <functional>
 
 namespace {
 
-/// The paths of the visible files below \a folder.
-QStringList visibleFiles(const QString& folder)
+/// The path in the site of what stands at \a name in the static folder.
+QString placeOf(const QString& name)
 {
-    QStringList names;
-    FileUtils::listFilesInFileSystem(folder, names, true);
-    return names;
+    return Project::staticName() + QLatin1Char('/') + name;
 }
 
-QSet<QString> setOf(const QStringList& names)
-{
-    QSet<QString> set;
-    for (const QString& name : names)
-        set.insert(name);
-    return set;
-}
-
-/// Removes the folders below \a mirror that have nothing in them, and no folder below \a source.
-void removeFoldersWithoutSource(const QString& source, const QString& mirror)
-{
-    QStringList folders;
-    FileUtils::listDirectoriesInFileSystem(mirror, folders, true);
-    // Those in others first.
-    std::sort(folders.begin(), folders.end(), std::greater<>());
-    const QStringList& sorted = folders;
-    for (const QString& folder : sorted) {
-        if (!QFileInfo(source + folder.mid(mirror.size())).isDir())
-            QDir().rmdir(folder);
-    }
-}
-
-/// Written to since the copy was made, or never copied whole.
+/// Written to since the copy was made, or never copied.
 bool isStale(const QString& source, const QString& copy)
 {
     const FileStamp original = FileStamp::of(source);
@@ -54,15 +26,28 @@ bool isStale(const QString& source, const QString& copy)
         && (!copied.exists() || original.size != copied.size || original.changed > copied.changed);
 }
 
+/// Removes the folders below \a mirror that are not among \a wanted and have nothing in them.
+void removeFoldersExcept(const QStringList& wanted, const QString& mirror)
+{
+    QStringList folders = StaticFiles(mirror).folders();
+    while (!folders.isEmpty()) {
+        const QString folder = folders.takeLast(); // those in others first
+        if (!wanted.contains(folder))
+            QDir(mirror).rmdir(folder);
+    }
+}
+
 } // namespace
 
-StaticMirror::StaticMirror(const Project& project, const Site& site)
+StaticMirror::StaticMirror(const Project& project, Site* site)
     : mSite(site)
     , mSource(project.staticFolder())
-    , mMirror(site.folder() + QLatin1Char('/') + Project::staticName())
+    , mMirror(site->folder() + QLatin1Char('/') + Project::staticName())
 {
-    connect(&mSynchronizer, &DirectorySynchronizer::log, this, &StaticMirror::onLog);
-    connect(&mSynchronizer, &DirectorySynchronizer::error, this, &StaticMirror::onError);
+    connect(&mWatcher, &DirectoryWatcher::addedFiles, this, &StaticMirror::changed);
+    connect(&mWatcher, &DirectoryWatcher::modifiedFile, this, &StaticMirror::changed);
+    connect(&mWatcher, &DirectoryWatcher::deletedFile, this, &StaticMirror::changed);
+    newRefusals(); // told by the first publication
 }
 
 bool StaticMirror::follow()
@@ -75,7 +60,7 @@ bool StaticMirror::follow()
     if (!folder.exists() || !refusal().isEmpty())
         return false;
     mFollows = true;
-    mWatchFailed = !mSynchronizer.startWatcher(mSource, mMirror);
+    mWatchFailed = !mWatcher.setPath(mSource);
     return true;
 }
 
@@ -86,9 +71,8 @@ QStringList StaticMirror::settle()
     if (!reason.isEmpty()) {
         failures.append(reason);
     } else if (mFollows) {
-        mSettling = true;
+        failures = newRefusals();
         setRight(&failures);
-        mSettling = false;
     }
     if (mWatchFailed)
         failures.append(
@@ -104,58 +88,61 @@ QString StaticMirror::refusal() const
         return QString();
     if (QFileInfo(mMirror).isSymLink())
         return tr("%1 is a link that leads out of the site").arg(Project::staticName());
-    if (mSite.overlaps(QFileInfo(mSource).canonicalFilePath()))
+    if (mSite->overlaps(QFileInfo(mSource).canonicalFilePath()))
         return tr("%1 leads into the site itself").arg(mSource);
     return QString();
 }
 
+/// The files that are refused and were not before.
+QStringList StaticMirror::newRefusals()
+{
+    QStringList all;
+    const QVector<StaticFiles::Refusal> refusals = StaticFiles(mSource).refusals();
+    for (const StaticFiles::Refusal& refusal : refusals)
+        all.append(placeOf(refusal.name) + QLatin1String(": ") + refusal.reason);
+    QStringList news;
+    for (const QString& line : qAsConst(all)) {
+        if (!mTold.contains(line))
+            news.append(line);
+    }
+    mTold = all;
+    return news;
+}
+
 void StaticMirror::setRight(QStringList* failures)
 {
-    const QString source = mSource + QLatin1Char('/');
-    const QString mirror = mMirror + QLatin1Char('/');
-    const QStringList wanted = visibleFiles(mSource);
-    const QSet<QString> wantedNames = setOf(wanted);
+    const StaticFiles wanted(mSource);
+    const QStringList files = wanted.files();
+    QString reason;
     // First what goes: a folder may get the name of a file.
-    const QStringList present = visibleFiles(mMirror);
+    const QStringList present = StaticFiles(mMirror).files();
     for (const QString& name : present) {
-        if (wantedNames.contains(name) || QFileInfo(source + name).isFile())
+        if (files.contains(name))
             continue;
-        mFailed = false;
-        mSynchronizer.onFileDeleted(source + name);
-        if (mFailed && QFileInfo::exists(mirror + name))
-            failures->append(
-                tr("%1 cannot be removed").arg(Project::staticName() + QLatin1Char('/') + name));
+        if (mSite->remove(placeOf(name), &reason))
+            Q_EMIT removed(placeOf(name));
+        else
+            failures->append(placeOf(name) + QLatin1String(": ") + reason);
     }
-    removeFoldersWithoutSource(mSource, mMirror);
-    for (const QString& name : wanted) {
-        if (!isStale(source + name, mirror + name))
+    removeFoldersExcept(wanted.folders(), mMirror);
+
+    const QString draft = mSite->draft(QStringLiteral("static-file"));
+    for (const QString& name : files) {
+        const QString source = mSource + QLatin1Char('/') + name;
+        if (!isStale(source, mMirror + QLatin1Char('/') + name))
             continue;
-        mFailed = false;
-        mSynchronizer.onFileAddedOrModified(source + name);
-        // One that went meanwhile is the next thing that is told.
-        if (mFailed && QFileInfo::exists(source + name))
-            failures->append(
-                tr("%1 cannot be copied").arg(Project::staticName() + QLatin1Char('/') + name));
+        QFile::remove(draft);
+        QFile file(source);
+        if (!file.copy(draft)) {
+            // One that went meanwhile is the next thing that is told.
+            if (file.exists())
+                failures->append(
+                    tr("%1 cannot be copied (%2)").arg(placeOf(name), file.errorString()));
+        } else if (mSite->publish(draft, placeOf(name), &reason)) {
+            Q_EMIT copied(placeOf(name));
+        } else {
+            failures->append(placeOf(name) + QLatin1String(": ") + reason);
+        }
     }
-}
-
-void StaticMirror::onLog(const QString& message)
-{
-    // "[MOD] " or "[DEL] ", and the path in the site.
-    const QString path = message.mid(6);
-    const QString root = mSite.folder() + QLatin1Char('/');
-    const QString place = path.startsWith(root) ? path.mid(root.size()) : path;
-    if (message.startsWith(QLatin1String("[DEL] ")))
-        Q_EMIT removed(place);
-    else
-        Q_EMIT copied(place);
-    if (!mSettling)
-        Q_EMIT changed();
-}
-
-void StaticMirror::onError(const QString&)
-{
-    mFailed = true;
-    if (!mSettling)
-        Q_EMIT changed();
+    QFile::remove(draft);
 }

@@ -10,26 +10,23 @@
 #include "Project.h"
 #include "Site.h"
 
-#include <DirectorySynchronizer.h>
+#include <DirectoryWatcher.h>
 
 #include <QCoreApplication>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
-/// A DirectorySynchronizer follows the changes, in place. What it could not do at once, because the
-/// file had gone again or a folder was renamed, is often settled a moment later: its complaints are
-/// kept until settle(), which sets right what is still out of step and tells what cannot be.
-///
-/// Hidden files are copied by the first publication alone, and a folder is made in the site when it
-/// has a file: that is how the synchroniser works.
+/// A DirectoryWatcher tells when something has happened; settle() then compares the folder with its
+/// copy. Every file is copied beside its place first and takes it in one step, as all files of the
+/// site do.
 class StaticMirror : public QObject
 {
     Q_OBJECT
 
 public:
     /// Both outlive this object. \a site is open.
-    StaticMirror(const Project& project, const Site& site);
+    StaticMirror(const Project& project, Site* site);
 
     /// Begins to follow the project's static folder, or goes over to another one that stands in its
     /// place. There need not be one. Call it again when the project's folder has changed. Returns
@@ -37,7 +34,7 @@ public:
     bool follow();
 
     /// Sets right what differs between the folder and its copy, and returns what cannot be, one
-    /// line for each.
+    /// line for each. What is refused for long is told once.
     QStringList settle();
 
 Q_SIGNALS:
@@ -45,25 +42,22 @@ Q_SIGNALS:
     void copied(const QString& place);
     void removed(const QString& place);
 
-    /// Something happened there and perhaps went wrong, for the moment: settle() is to be called
-    /// when it is quiet.
+    /// Something happened there: settle() is to be called when it is quiet.
     void changed();
 
 private:
     QString refusal() const;
+    QStringList newRefusals();
     void setRight(QStringList* failures);
-    void onLog(const QString& message);
-    void onError(const QString& message);
 
-    const Site& mSite;
+    Site* const mSite;
     const QString mSource;
     const QString mMirror;
     FileStamp mFollowed;
-    DirectorySynchronizer mSynchronizer;
+    DirectoryWatcher mWatcher;
     bool mFollows = false;
     bool mWatchFailed = false;
-    bool mSettling = false;
-    bool mFailed = false; // while it settles
+    QStringList mTold;
 };
 
 #endif // STATICMIRROR_H

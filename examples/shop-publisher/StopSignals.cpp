@@ -15,12 +15,21 @@ namespace {
 
 const int caughtSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
+const int exitCodeOfSecond = 130;
+
 /// A handler may do next to nothing but write to a file: it writes a byte into this pipe, at whose
 /// other end Qt listens.
 int pipeEnds[2] = {-1, -1};
 
+/// How many signals have come.
+volatile std::sig_atomic_t caught = 0;
+
 extern "C" void passOn(int)
 {
+    // Whoever asks again does not want to wait. The next run tidies up.
+    if (caught != 0)
+        ::_exit(exitCodeOfSecond);
+    caught = 1;
     const int savedErrno = errno;
     const char byte = 0;
     // A pipe that is full holds the request already.
@@ -39,6 +48,7 @@ StopSignals::StopSignals()
         ::fcntl(end, F_SETFL, O_NONBLOCK);
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
     }
+    caught = 0;
     mNotifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(mNotifier, &QSocketNotifier::activated, this, &StopSignals::onCaught);
 

@@ -11,7 +11,8 @@
 class QSocketNotifier;
 
 /// Catches SIGINT (Ctrl-C), SIGTERM and SIGHUP (the terminal was closed) for as long as it lives.
-/// One that the program was started to ignore, as by nohup, stays ignored. One at a time.
+/// One that the program was started to ignore, as by nohup, stays ignored. The first asks the
+/// program to stop, the second ends it at once with the exit code 130. One object at a time.
 class StopSignals : public QObject
 {
     Q_OBJECT
@@ -23,7 +24,7 @@ public:
 
 Q_SIGNALS:
     /// The user, or the system, asks the program to stop. Comes from the event loop, also for a
-    /// signal that was caught before it ran, and again with every further signal.
+    /// signal that was caught before it ran.
     void stopRequested();
 
 private:

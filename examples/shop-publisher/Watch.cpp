@@ -33,7 +33,7 @@ Watch::Watch(const Project& project, Site* site, Published* published, bool quie
     , mPublished(published)
     , mQuiet(quiet)
     , mVerbose(verbose)
-    , mStaticMirror(project, *site)
+    , mStaticMirror(project, site)
 {
     mQuietMoment.setSingleShot(true);
     connect(&mQuietMoment, &QTimer::timeout, this, &Watch::publish);

@@ -178,7 +178,8 @@ protected:
 inline Outcome outcomeOf(QProcess& process)
 {
     Outcome outcome;
-    if (!process.waitForFinished(240000) || process.exitStatus() != QProcess::NormalExit) {
+    const bool ended = process.state() == QProcess::NotRunning || process.waitForFinished(240000);
+    if (!ended || process.exitStatus() != QProcess::NormalExit) {
         outcome.err = process.errorString() + QString::fromUtf8(process.readAllStandardError());
         return outcome;
     }

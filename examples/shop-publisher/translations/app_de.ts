@@ -87,17 +87,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     </message>
 </context>
 <context>
-    <name>FileUtils</name>
-    <message>
-        <source>Cannot open (WriteOnly) %1</source>
-        <translation>Zum Schreiben nicht zu öffnen: %1</translation>
-    </message>
-    <message>
-        <source>Cannot write datas (WriteOnly) in %1</source>
-        <translation>Daten nicht zu schreiben in %1</translation>
-    </message>
-</context>
-<context>
     <name>Languages</name>
     <message>
         <source>en</source>
@@ -129,39 +118,46 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     </message>
 </context>
 <context>
-    <name>PictureImporter</name>
+    <name>PictureCheck</name>
     <message>
         <source>cannot be opened (%1)</source>
         <translation>lässt sich nicht öffnen (%1)</translation>
-    </message>
-    <message>
-        <source>is not an SVG picture: its first element is not svg in the SVG namespace</source>
-        <translation>ist kein SVG-Bild: sein erstes Element ist nicht svg im SVG-Namensraum</translation>
-    </message>
-    <message>
-        <source>is not a well-formed SVG picture (line %1: %2)</source>
-        <translation>ist kein wohlgeformtes SVG-Bild (Zeile %1: %2)</translation>
     </message>
     <message>
         <source>is empty</source>
         <translation>ist leer</translation>
     </message>
     <message>
-        <source>cannot be read: the SVG plugin of Qt is not installed</source>
-        <translation>lässt sich nicht lesen: das SVG-Plugin von Qt ist nicht installiert</translation>
-    </message>
-    <message>
         <source>cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)</source>
         <translation>lässt sich nicht dekodieren (es ist kein JPEG-, PNG-, GIF- oder SVG-Bild)</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which does not go with its name</source>
+        <translation>enthält ein Bild der Art %1, das nicht zu seinem Namen passt</translation>
     </message>
     <message>
         <source>holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG</source>
         <translation>enthält ein Bild der Art %1, das weder JPEG noch PNG, GIF oder SVG ist</translation>
     </message>
     <message>
-        <source>holds a picture of the kind %1, which does not go with its name</source>
-        <translation>enthält ein Bild der Art %1, das nicht zu seinem Namen passt</translation>
+        <source>cannot be decoded (%1)</source>
+        <translation>lässt sich nicht dekodieren (%1)</translation>
     </message>
+    <message>
+        <source>cannot be read: the SVG plugin of Qt is not installed</source>
+        <translation>lässt sich nicht lesen: das SVG-Plugin von Qt ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels: larger than %3 million pixels</source>
+        <translation>%1 × %2 Pixel: größer als %3 Millionen Pixel</translation>
+    </message>
+    <message>
+        <source>is an SVG picture of more than %1 MiB</source>
+        <translation>ist ein SVG-Bild von mehr als %1 MiB</translation>
+    </message>
+</context>
+<context>
+    <name>PictureImporter</name>
     <message>
         <source>cannot be decoded (%1)</source>
         <translation>lässt sich nicht dekodieren (%1)</translation>
@@ -252,25 +248,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     </message>
 </context>
 <context>
-    <name>ProjectFileLocker</name>
-    <message>
-        <source>Project %1 already opened !</source>
-        <translation>Das Projekt %1 ist schon geöffnet!</translation>
-    </message>
-    <message>
-        <source>Lock failed on &apos;%1&apos; : error=%2  folder=%3 machinehost=%4</source>
-        <translation>Sperren von „%1“ gescheitert: Fehler=%2  Ordner=%3 Rechner=%4</translation>
-    </message>
-    <message>
-        <source>The lock file could not be created, for lack of permissions in the parent directory.</source>
-        <translation>Die Sperrdatei ließ sich nicht anlegen, weil im Ordner die Rechte fehlen.</translation>
-    </message>
-    <message>
-        <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
-        <translation>Ein anderer Fehler trat auf; vielleicht ließ eine volle Partition die Sperrdatei nicht schreiben</translation>
-    </message>
-</context>
-<context>
     <name>ProjectLock</name>
     <message>
         <source>Held by process %1 (%2) on %3</source>
@@ -282,10 +259,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
         <translation>der Laden wird nicht geschrieben, weil sich das Foto „%1“ eines seiner Produkte nicht importieren ließ</translation>
-    </message>
-    <message>
-        <source>cannot be copied (%1)</source>
-        <translation>lässt sich nicht kopieren (%1)</translation>
     </message>
 </context>
 <context>
@@ -386,6 +359,10 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>holds no object</source>
         <translation>enthält kein Objekt</translation>
     </message>
+    <message>
+        <source>holds a control character (U+%1)</source>
+        <translation>enthält ein Steuerzeichen (U+%1)</translation>
+    </message>
 </context>
 <context>
     <name>Site</name>
@@ -463,6 +440,33 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     </message>
 </context>
 <context>
+    <name>StaticFiles</name>
+    <message>
+        <source>is a link that leads nowhere</source>
+        <translation>ist ein Verweis, der ins Leere führt</translation>
+    </message>
+    <message>
+        <source>is a link to a folder, which is not followed</source>
+        <translation>ist ein Verweis auf einen Ordner, dem nicht gefolgt wird</translation>
+    </message>
+    <message>
+        <source>is a link that leads out of the static files</source>
+        <translation>ist eine Verknüpfung, die aus den statischen Dateien hinausführt</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>ist keine Datei</translation>
+    </message>
+    <message>
+        <source>cannot be copied: a folder cannot be made in the site</source>
+        <translation>kann nicht kopiert werden: Ein Ordner lässt sich in der Website nicht anlegen</translation>
+    </message>
+    <message>
+        <source>%1 cannot be copied (%2)</source>
+        <translation>%1 kann nicht kopiert werden (%2)</translation>
+    </message>
+</context>
+<context>
     <name>StaticMirror</name>
     <message>
         <source>not everything in %1 can be watched, so changes may be missed</source>
@@ -477,12 +481,63 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <translation>%1 führt in die Website selbst</translation>
     </message>
     <message>
-        <source>%1 cannot be removed</source>
-        <translation>%1 lässt sich nicht entfernen</translation>
+        <source>%1 cannot be copied (%2)</source>
+        <translation>%1 kann nicht kopiert werden (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>SvgGuard</name>
+    <message>
+        <source>has the encoding %1</source>
+        <translation>sie in %1 kodiert ist</translation>
     </message>
     <message>
-        <source>%1 cannot be copied</source>
-        <translation>%1 lässt sich nicht kopieren</translation>
+        <source>has a document type (DTD)</source>
+        <translation>es einen Dokumenttyp (DTD) hat</translation>
+    </message>
+    <message>
+        <source>refers to a style sheet elsewhere</source>
+        <translation>es auf ein fremdes Stylesheet verweist</translation>
+    </message>
+    <message>
+        <source>is not an SVG picture: its first element is not svg in the SVG namespace</source>
+        <translation>ist kein SVG-Bild: sein erstes Element ist nicht svg im SVG-Namensraum</translation>
+    </message>
+    <message>
+        <source>is not published, because it %1 (line %2)</source>
+        <translation>wird nicht veröffentlicht, weil %1 (Zeile %2)</translation>
+    </message>
+    <message>
+        <source>is not a well-formed SVG picture (line %1: %2)</source>
+        <translation>ist kein wohlgeformtes SVG-Bild (Zeile %1: %2)</translation>
+    </message>
+    <message>
+        <source>holds an element &quot;%1&quot;</source>
+        <translation>es ein Element „%1“ enthält</translation>
+    </message>
+    <message>
+        <source>holds an attribute &quot;%1&quot;</source>
+        <translation>es ein Attribut „%1“ enthält</translation>
+    </message>
+    <message>
+        <source>animates the attribute &quot;%1&quot;</source>
+        <translation>es das Attribut „%1“ animiert</translation>
+    </message>
+    <message>
+        <source>holds a script in an attribute &quot;%1&quot;</source>
+        <translation>es ein Skript in einem Attribut „%1“ enthält</translation>
+    </message>
+    <message>
+        <source>refers to &quot;%1&quot;</source>
+        <translation>es auf „%1“ verweist</translation>
+    </message>
+    <message>
+        <source>has a style with &quot;%1&quot;</source>
+        <translation>es einen Stil mit „%1“ hat</translation>
+    </message>
+    <message>
+        <source>has a style that refers to &quot;%1&quot;</source>
+        <translation>es einen Stil hat, der auf „%1“ verweist</translation>
     </message>
 </context>
 <context>
@@ -510,6 +565,36 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>Not everything in %1 can be watched, so changes may be missed.</source>
         <translation>Nicht alles in %1 lässt sich beobachten, Änderungen können entgehen.</translation>
+    </message>
+</context>
+<context>
+    <name>FileUtils</name>
+    <message>
+        <source>Cannot open (WriteOnly) %1</source>
+        <translation>Zum Schreiben nicht zu öffnen: %1</translation>
+    </message>
+    <message>
+        <source>Cannot write datas (WriteOnly) in %1</source>
+        <translation>Daten nicht zu schreiben in %1</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectFileLocker</name>
+    <message>
+        <source>Project %1 already opened !</source>
+        <translation>Das Projekt %1 ist schon geöffnet!</translation>
+    </message>
+    <message>
+        <source>Lock failed on &apos;%1&apos; : error=%2  folder=%3 machinehost=%4</source>
+        <translation>Sperren von „%1“ gescheitert: Fehler=%2  Ordner=%3 Rechner=%4</translation>
+    </message>
+    <message>
+        <source>The lock file could not be created, for lack of permissions in the parent directory.</source>
+        <translation>Die Sperrdatei ließ sich nicht anlegen, weil im Ordner die Rechte fehlen.</translation>
+    </message>
+    <message>
+        <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
+        <translation>Ein anderer Fehler trat auf; vielleicht ließ eine volle Partition die Sperrdatei nicht schreiben</translation>
     </message>
 </context>
 </TS>

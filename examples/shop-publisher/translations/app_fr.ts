@@ -87,17 +87,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     </message>
 </context>
 <context>
-    <name>FileUtils</name>
-    <message>
-        <source>Cannot open (WriteOnly) %1</source>
-        <translation>Impossible d’ouvrir en écriture %1</translation>
-    </message>
-    <message>
-        <source>Cannot write datas (WriteOnly) in %1</source>
-        <translation>Impossible d’écrire les données dans %1</translation>
-    </message>
-</context>
-<context>
     <name>Languages</name>
     <message>
         <source>en</source>
@@ -129,39 +118,46 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     </message>
 </context>
 <context>
-    <name>PictureImporter</name>
+    <name>PictureCheck</name>
     <message>
         <source>cannot be opened (%1)</source>
         <translation>ne peut pas être ouvert (%1)</translation>
-    </message>
-    <message>
-        <source>is not an SVG picture: its first element is not svg in the SVG namespace</source>
-        <translation>n’est pas une image SVG : son premier élément n’est pas svg dans l’espace de noms SVG</translation>
-    </message>
-    <message>
-        <source>is not a well-formed SVG picture (line %1: %2)</source>
-        <translation>n’est pas une image SVG bien formée (ligne %1 : %2)</translation>
     </message>
     <message>
         <source>is empty</source>
         <translation>est vide</translation>
     </message>
     <message>
-        <source>cannot be read: the SVG plugin of Qt is not installed</source>
-        <translation>ne peut pas être lu : le greffon SVG de Qt n’est pas installé</translation>
-    </message>
-    <message>
         <source>cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)</source>
         <translation>ne peut pas être décodé (ce n’est pas une image JPEG, PNG, GIF ou SVG)</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which does not go with its name</source>
+        <translation>contient une image du type %1, qui ne va pas avec son nom</translation>
     </message>
     <message>
         <source>holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG</source>
         <translation>contient une image du type %1, qui n’est ni JPEG, ni PNG, ni GIF, ni SVG</translation>
     </message>
     <message>
-        <source>holds a picture of the kind %1, which does not go with its name</source>
-        <translation>contient une image du type %1, qui ne va pas avec son nom</translation>
+        <source>cannot be decoded (%1)</source>
+        <translation>ne peut pas être décodé (%1)</translation>
     </message>
+    <message>
+        <source>cannot be read: the SVG plugin of Qt is not installed</source>
+        <translation>ne peut pas être lu : le greffon SVG de Qt n’est pas installé</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels: larger than %3 million pixels</source>
+        <translation>%1 × %2 pixels : plus de %3 millions de pixels</translation>
+    </message>
+    <message>
+        <source>is an SVG picture of more than %1 MiB</source>
+        <translation>est une image SVG de plus de %1 Mio</translation>
+    </message>
+</context>
+<context>
+    <name>PictureImporter</name>
     <message>
         <source>cannot be decoded (%1)</source>
         <translation>ne peut pas être décodé (%1)</translation>
@@ -252,25 +248,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     </message>
 </context>
 <context>
-    <name>ProjectFileLocker</name>
-    <message>
-        <source>Project %1 already opened !</source>
-        <translation>Le projet %1 est déjà ouvert !</translation>
-    </message>
-    <message>
-        <source>Lock failed on &apos;%1&apos; : error=%2  folder=%3 machinehost=%4</source>
-        <translation>Échec du verrouillage de « %1 » : erreur=%2  dossier=%3 machine=%4</translation>
-    </message>
-    <message>
-        <source>The lock file could not be created, for lack of permissions in the parent directory.</source>
-        <translation>Le fichier de verrou n’a pas pu être créé, faute de droits dans le dossier parent.</translation>
-    </message>
-    <message>
-        <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
-        <translation>Une autre erreur est survenue ; par exemple, une partition pleine a empêché d’écrire le fichier de verrou</translation>
-    </message>
-</context>
-<context>
     <name>ProjectLock</name>
     <message>
         <source>Held by process %1 (%2) on %3</source>
@@ -282,10 +259,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
         <translation>la boutique n’est pas écrite, parce que la photographie « %1 » d’un de ses produits n’a pas pu être importée</translation>
-    </message>
-    <message>
-        <source>cannot be copied (%1)</source>
-        <translation>ne peut pas être copié (%1)</translation>
     </message>
 </context>
 <context>
@@ -386,6 +359,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>holds no object</source>
         <translation>ne contient pas d’objet</translation>
     </message>
+    <message>
+        <source>holds a control character (U+%1)</source>
+        <translation>contient un caractère de commande (U+%1)</translation>
+    </message>
 </context>
 <context>
     <name>Site</name>
@@ -463,6 +440,33 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     </message>
 </context>
 <context>
+    <name>StaticFiles</name>
+    <message>
+        <source>is a link that leads nowhere</source>
+        <translation>est un lien qui ne mène nulle part</translation>
+    </message>
+    <message>
+        <source>is a link to a folder, which is not followed</source>
+        <translation>est un lien vers un dossier, qui n’est pas suivi</translation>
+    </message>
+    <message>
+        <source>is a link that leads out of the static files</source>
+        <translation>est un lien qui sort des fichiers statiques</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>n’est pas un fichier</translation>
+    </message>
+    <message>
+        <source>cannot be copied: a folder cannot be made in the site</source>
+        <translation>ne peut pas être copié : un dossier ne peut pas être créé dans le site</translation>
+    </message>
+    <message>
+        <source>%1 cannot be copied (%2)</source>
+        <translation>%1 ne peut pas être copié (%2)</translation>
+    </message>
+</context>
+<context>
     <name>StaticMirror</name>
     <message>
         <source>not everything in %1 can be watched, so changes may be missed</source>
@@ -477,12 +481,63 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <translation>%1 mène dans le site lui-même</translation>
     </message>
     <message>
-        <source>%1 cannot be removed</source>
-        <translation>%1 ne peut pas être retiré</translation>
+        <source>%1 cannot be copied (%2)</source>
+        <translation>%1 ne peut pas être copié (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>SvgGuard</name>
+    <message>
+        <source>has the encoding %1</source>
+        <translation>son codage est %1</translation>
     </message>
     <message>
-        <source>%1 cannot be copied</source>
-        <translation>%1 ne peut pas être copié</translation>
+        <source>has a document type (DTD)</source>
+        <translation>elle a un type de document (DTD)</translation>
+    </message>
+    <message>
+        <source>refers to a style sheet elsewhere</source>
+        <translation>elle renvoie à une feuille de style extérieure</translation>
+    </message>
+    <message>
+        <source>is not an SVG picture: its first element is not svg in the SVG namespace</source>
+        <translation>n’est pas une image SVG : son premier élément n’est pas svg dans l’espace de noms SVG</translation>
+    </message>
+    <message>
+        <source>is not published, because it %1 (line %2)</source>
+        <translation>n’est pas publiée : %1 (ligne %2)</translation>
+    </message>
+    <message>
+        <source>is not a well-formed SVG picture (line %1: %2)</source>
+        <translation>n’est pas une image SVG bien formée (ligne %1 : %2)</translation>
+    </message>
+    <message>
+        <source>holds an element &quot;%1&quot;</source>
+        <translation>elle contient un élément « %1 »</translation>
+    </message>
+    <message>
+        <source>holds an attribute &quot;%1&quot;</source>
+        <translation>elle contient un attribut « %1 »</translation>
+    </message>
+    <message>
+        <source>animates the attribute &quot;%1&quot;</source>
+        <translation>elle anime l’attribut « %1 »</translation>
+    </message>
+    <message>
+        <source>holds a script in an attribute &quot;%1&quot;</source>
+        <translation>elle contient un script dans un attribut « %1 »</translation>
+    </message>
+    <message>
+        <source>refers to &quot;%1&quot;</source>
+        <translation>elle renvoie à « %1 »</translation>
+    </message>
+    <message>
+        <source>has a style with &quot;%1&quot;</source>
+        <translation>elle a un style avec « %1 »</translation>
+    </message>
+    <message>
+        <source>has a style that refers to &quot;%1&quot;</source>
+        <translation>elle a un style qui renvoie à « %1 »</translation>
     </message>
 </context>
 <context>
@@ -510,6 +565,36 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Not everything in %1 can be watched, so changes may be missed.</source>
         <translation>On ne peut pas tout surveiller dans %1, des changements peuvent échapper.</translation>
+    </message>
+</context>
+<context>
+    <name>FileUtils</name>
+    <message>
+        <source>Cannot open (WriteOnly) %1</source>
+        <translation>Impossible d’ouvrir en écriture %1</translation>
+    </message>
+    <message>
+        <source>Cannot write datas (WriteOnly) in %1</source>
+        <translation>Impossible d’écrire les données dans %1</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectFileLocker</name>
+    <message>
+        <source>Project %1 already opened !</source>
+        <translation>Le projet %1 est déjà ouvert !</translation>
+    </message>
+    <message>
+        <source>Lock failed on &apos;%1&apos; : error=%2  folder=%3 machinehost=%4</source>
+        <translation>Échec du verrouillage de « %1 » : erreur=%2  dossier=%3 machine=%4</translation>
+    </message>
+    <message>
+        <source>The lock file could not be created, for lack of permissions in the parent directory.</source>
+        <translation>Le fichier de verrou n’a pas pu être créé, faute de droits dans le dossier parent.</translation>
+    </message>
+    <message>
+        <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
+        <translation>Une autre erreur est survenue ; par exemple, une partition pleine a empêché d’écrire le fichier de verrou</translation>
     </message>
 </context>
 </TS>

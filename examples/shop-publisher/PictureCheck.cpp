@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "PictureCheck.h"
+
+#include "SvgGuard.h"
+
+#include <ImageUtils.h>
+
+#include <QFile>
+#include <QImageReader>
+
+namespace {
+
+/// An SVG of more bytes is no drawing for a page.
+const qint64 maxSvgBytes = 20 * 1024 * 1024;
+
+} // namespace
+
+const qint64 PictureCheck::maxPixels;
+
+Defect PictureCheck::defectOf(const Photograph& photograph)
+{
+    QFile file(photograph.source);
+    if (!file.open(QIODevice::ReadOnly))
+        return {WorkItem::Unreadable, tr("cannot be opened (%1)").arg(file.errorString())};
+    if (file.size() == 0)
+        return {WorkItem::Undecodable, tr("is empty")};
+    if (ImageUtils::imageNameIsVectoriel(photograph.name))
+        return svgDefect(photograph.source);
+
+    QImageReader reader(&file);
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format().toLower();
+    const QString kind = QString::fromLatin1(format);
+    if (format.isEmpty())
+        return {WorkItem::Undecodable,
+                tr("cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)")};
+    // A server would hand it out as what its name says, and a visitor's browser would not show it.
+    if (format.startsWith("svg"))
+        return {WorkItem::Unsuitable,
+                tr("holds a picture of the kind %1, which does not go with its name").arg(kind)};
+    if (!QList<QByteArray>{"jpeg", "jpg", "png", "gif"}.contains(format))
+        return {
+            WorkItem::Unsuitable,
+            tr("holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG").arg(kind)};
+    if (const Defect defect = sizeDefect(photograph.source))
+        return defect;
+    if (format == "gif" && reader.read().isNull())
+        return {WorkItem::Undecodable, tr("cannot be decoded (%1)").arg(reader.errorString())};
+    return {};
+}
+
+Defect PictureCheck::svgDefect(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {WorkItem::Unreadable, tr("cannot be opened (%1)").arg(file.errorString())};
+    if (file.size() > maxSvgBytes)
+        return {WorkItem::Unsuitable,
+                tr("is an SVG picture of more than %1 MiB").arg(maxSvgBytes / (1024 * 1024))};
+    const SvgGuard::Verdict verdict = SvgGuard::judge(&file);
+    if (!verdict.reason.isEmpty())
+        return {verdict.isBroken ? WorkItem::Undecodable : WorkItem::Unsuitable, verdict.reason};
+    if (!QImageReader::supportedImageFormats().contains("svg"))
+        return {WorkItem::Unreadable, tr("cannot be read: the SVG plugin of Qt is not installed")};
+    return {};
+}
+
+/// Judged by the header, before any pixel is decoded.
+Defect PictureCheck::sizeDefect(const QString& path)
+{
+    const QSize size = ImageUtils::imageSize(path);
+    if (qint64(size.width()) * size.height() <= maxPixels)
+        return {};
+    return {WorkItem::Unsuitable,
+            tr("%1 × %2 pixels: larger than %3 million pixels")
+                .arg(QString::number(size.width()), QString::number(size.height()),
+                     QString::number(maxPixels / 1000000))};
+}

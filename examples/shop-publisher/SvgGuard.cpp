@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "SvgGuard.h"
+
+#include <QSet>
+#include <QXmlStreamReader>
+
+namespace {
+
+const QLatin1String svgNamespace("http://www.w3.org/2000/svg");
+
+/// \a text in small letters without blanks and control characters, which browsers pass over in the
+/// scheme of an address.
+QString squeezed(const QString& text)
+{
+    QString result;
+    for (const QChar character : text) {
+        if (!character.isSpace() && character.category() != QChar::Other_Control)
+            result += character.toLower();
+    }
+    return result;
+}
+
+/// Whether the address \a squeezed stays in the picture: a part of it, or a picture or font that
+/// stands in the address itself.
+bool staysInside(const QString& squeezed)
+{
+    if (squeezed.isEmpty() || squeezed.startsWith(QLatin1Char('#')))
+        return true;
+    for (const char* data :
+         {"data:image/png", "data:image/jpeg", "data:image/jpg", "data:image/gif",
+          "data:image/webp", "data:font/", "data:application/font", "data:application/x-font"}) {
+        if (squeezed.startsWith(QLatin1String(data)))
+            return true;
+    }
+    return false;
+}
+
+/// Elements that run, embed or follow something, in any namespace.
+bool isActive(const QString& element)
+{
+    static const QSet<QString> active{
+        QStringLiteral("script"), QStringLiteral("foreignobject"), QStringLiteral("iframe"),
+        QStringLiteral("embed"),  QStringLiteral("object"),        QStringLiteral("audio"),
+        QStringLiteral("video"),  QStringLiteral("handler"),       QStringLiteral("listener")};
+    return active.contains(element);
+}
+
+/// Encodings that Qt and every browser read alike. Another one could hide a script from one of
+/// them.
+bool isCommonEncoding(const QString& name)
+{
+    const QString encoding = name.toLower();
+    return encoding.isEmpty() || encoding == QLatin1String("utf-8")
+        || encoding == QLatin1String("us-ascii") || encoding == QLatin1String("iso-8859-1");
+}
+
+} // namespace
+
+SvgGuard::Verdict SvgGuard::judge(QIODevice* device)
+{
+    QXmlStreamReader xml(device);
+    bool isFirst = true;
+    bool inStyle = false;
+    QString css;
+    while (!xml.atEnd()) {
+        QString reason;
+        switch (xml.readNext()) {
+        case QXmlStreamReader::StartDocument:
+            if (!isCommonEncoding(xml.documentEncoding().toString()))
+                reason = tr("has the encoding %1").arg(xml.documentEncoding().toString());
+            break;
+        case QXmlStreamReader::DTD:
+            reason = tr("has a document type (DTD)");
+            break;
+        case QXmlStreamReader::ProcessingInstruction:
+            if (xml.processingInstructionTarget() == QLatin1String("xml-stylesheet"))
+                reason = tr("refers to a style sheet elsewhere");
+            break;
+        case QXmlStreamReader::StartElement:
+            if (isFirst
+                && (xml.name() != QLatin1String("svg") || xml.namespaceUri() != svgNamespace))
+                return {tr("is not an SVG picture: its first element is not svg in the SVG "
+                           "namespace"),
+                        false};
+            isFirst = false;
+            inStyle = xml.name().compare(QLatin1String("style"), Qt::CaseInsensitive) == 0;
+            css.clear();
+            reason = elementReason(xml);
+            break;
+        case QXmlStreamReader::Characters:
+            if (inStyle)
+                css += xml.text();
+            break;
+        case QXmlStreamReader::EndElement:
+            if (inStyle)
+                reason = styleReason(css);
+            inStyle = false;
+            break;
+        default:
+            break;
+        }
+        if (!reason.isEmpty())
+            return {tr("is not published, because it %1 (line %2)")
+                        .arg(reason, QString::number(xml.lineNumber())),
+                    false};
+    }
+    if (xml.hasError())
+        return {tr("is not a well-formed SVG picture (line %1: %2)")
+                    .arg(QString::number(xml.lineNumber()), xml.errorString()),
+                true};
+    return {};
+}
+
+/// What is refused of an element and its attributes, as the end of a sentence; empty where it is
+/// fine.
+QString SvgGuard::elementReason(const QXmlStreamReader& xml)
+{
+    const QString name = xml.name().toString().toLower();
+    if (isActive(name) || xml.namespaceUri() == QLatin1String("http://www.w3.org/1999/xhtml"))
+        return tr("holds an element \"%1\"").arg(xml.name().toString());
+    const QXmlStreamAttributes attributes = xml.attributes();
+    for (const QXmlStreamAttribute& attribute : attributes) {
+        const QString reason = attributeReason(attribute);
+        if (!reason.isEmpty())
+            return reason;
+    }
+    return QString();
+}
+
+QString SvgGuard::attributeReason(const QXmlStreamAttribute& attribute)
+{
+    const QString name = attribute.name().toString().toLower();
+    const QString value = squeezed(attribute.value().toString());
+    if (name.startsWith(QLatin1String("on")))
+        return tr("holds an attribute \"%1\"").arg(attribute.qualifiedName().toString());
+    // An animation may change another attribute to what is refused here.
+    if (name == QLatin1String("attributename")
+        && (value.startsWith(QLatin1String("on")) || value.endsWith(QLatin1String("href"))))
+        return tr("animates the attribute \"%1\"").arg(attribute.value().toString());
+    if (value.contains(QLatin1String("javascript:")) || value.contains(QLatin1String("vbscript:")))
+        return tr("holds a script in an attribute \"%1\"")
+            .arg(attribute.qualifiedName().toString());
+    const bool isAddress = name == QLatin1String("href") || name == QLatin1String("src")
+        || attribute.qualifiedName() == QLatin1String("xml:base");
+    if (isAddress && !staysInside(value))
+        return tr("refers to \"%1\"").arg(attribute.value().toString().left(80));
+    const bool isCss = name == QLatin1String("style") || value.contains(QLatin1String("url("));
+    return isCss ? styleReason(attribute.value().toString()) : QString();
+}
+
+QString SvgGuard::styleReason(const QString& css)
+{
+    const QString text = squeezed(css);
+    // An escape sequence could spell anything of what is looked for.
+    for (const char* refused : {"@import", "\\", "image-set(", "expression("}) {
+        if (text.contains(QLatin1String(refused)))
+            return tr("has a style with \"%1\"").arg(QLatin1String(refused));
+    }
+    const QString url = QStringLiteral("url(");
+    for (int at = text.indexOf(url); at >= 0; at = text.indexOf(url, at + 1)) {
+        QString address = text.mid(at + url.size());
+        if (address.startsWith(QLatin1Char('"')) || address.startsWith(QLatin1Char('\'')))
+            address.remove(0, 1);
+        if (!staysInside(address))
+            return tr("has a style that refers to \"%1\"")
+                .arg(address.section(QLatin1Char(')'), 0, 0).left(80));
+    }
+    return QString();
+}

@@ -1,0 +1,362 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The example program shop-publisher under attack: projects that were made to run something on the
+// server or in a visitor's browser, to publish what was never meant to be shown, or to keep the
+// program busy for ever.
+
+#include "PublisherTest.h"
+#include "ScriptRunner.h"
+
+#include <QtEndian>
+#include <QtTest>
+
+#include <signal.h>
+
+class tst_ShopPublisherAttacks : public PublisherTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void controlCharactersInTheShop_data();
+    void controlCharactersInTheShop();
+    void hostileTextsStayTexts();
+    void svgThatDoesSomething_data();
+    void svgThatDoesSomething();
+    void drawingsArePublished_data();
+    void drawingsArePublished();
+    void contentDecidesNotTheLink();
+    void linksOutOfTheStaticFiles();
+    void linksOutOfTheStaticFilesWhileWatched();
+    void hugePictures_data();
+    void hugePictures();
+    void secondSignalEndsAtOnce();
+
+private:
+    Outcome publishShop(const QByteArray& shop) const
+    {
+        writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+        writeFile(mProject + text("/shop.json"), shop);
+        return publish();
+    }
+};
+
+namespace {
+
+/// A shop of one product, with some JSON in the place of each of its texts.
+QByteArray shopWith(const QByteArray& name, const QByteArray& productName = "\"Bowl\"",
+                    const QByteArray& description = "\"\"")
+{
+    return "{\"name\": " + name
+        + ", \"languages\": [\"en\", \"or\"], \"currency\": \"EUR\", \"country\": \"FR\","
+          " \"font\": \"Open Sans\", \"products\": [{\"name\": "
+        + productName + ", \"description\": " + description
+        + ", \"netPrice\": 1, \"taxCategory\": 0, \"photo\": \"a.jpg\"}]}";
+}
+
+QByteArray svg(const QByteArray& content, const QByteArray& attributes = QByteArray())
+{
+    return "<svg xmlns=\"http://www.w3.org/2000/svg\" "
+           "xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\"8\" height=\"8\" "
+        + attributes + ">" + content + "</svg>";
+}
+
+/// A chunk of a PNG.
+QByteArray chunk(const QByteArray& typeAndData)
+{
+    quint32 crc = 0xffffffff;
+    for (const char byte : typeAndData) {
+        crc ^= uchar(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc & 1) ? (crc >> 1) ^ 0xedb88320 : crc >> 1;
+    }
+    QByteArray size(4, '\0');
+    QByteArray sum(4, '\0');
+    qToBigEndian(quint32(typeAndData.size() - 4), size.data());
+    qToBigEndian(~crc, sum.data());
+    return size + typeAndData + sum;
+}
+
+/// A PNG whose header states a size, and next to nothing behind it.
+QByteArray hugePng(quint32 width, quint32 height)
+{
+    QByteArray header("IHDR\0\0\0\0\0\0\0\0\x08\x02\0\0\0", 17);
+    qToBigEndian(width, header.data() + 4);
+    qToBigEndian(height, header.data() + 8);
+    return QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk(header) + chunk("IDAT1234");
+}
+
+/// A JPEG whose header states another size than it has.
+QByteArray hugeJpeg(quint16 width, quint16 height)
+{
+    QByteArray jpeg = encoded(corners(40, 30), "jpg");
+    const int frame = jpeg.indexOf("\xff\xc0");
+    qToBigEndian(height, jpeg.data() + frame + 5);
+    qToBigEndian(width, jpeg.data() + frame + 7);
+    return jpeg;
+}
+
+} // namespace
+
+void tst_ShopPublisherAttacks::controlCharactersInTheShop_data()
+{
+    QTest::addColumn<QByteArray>("shop");
+    QTest::addColumn<QString>("failure");
+    const QByteArray attack = "{\"en\": \"My shop\\u0000\", "
+                              "\"or\": \"];file_put_contents('owned', 'x');//\"}";
+    QTest::newRow("name of the shop") << shopWith(attack)
+                                      << text("shop.json, name: holds a control character "
+                                              "(U+0000)");
+    QTest::newRow("name of a product")
+        << shopWith("\"Shop\"", "{\"en\": \"a\", \"or\": \"b\\u001bc\"}")
+        << text("shop.json, product 1 (a), name: holds a control character (U+001b)");
+    QTest::newRow("carriage return in a name")
+        << shopWith("\"Shop\"", "\"a\\rb\"") << text("name: holds a control character (U+000d)");
+    QTest::newRow("description of a product")
+        << shopWith("\"Shop\"", "\"Bowl\"", "\"x\\u0000y\"")
+        << text("shop.json, product 1 (Bowl), description: holds a control character (U+0000)");
+    QTest::newRow("next line") << shopWith("\"Shop\\u0085two\"")
+                               << text("shop.json, name: holds a control character (U+0085)");
+}
+
+void tst_ShopPublisherAttacks::controlCharactersInTheShop()
+{
+    QFETCH(QByteArray, shop);
+    QFETCH(QString, failure);
+    const Outcome outcome = publishShop(shop);
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(failure), qPrintable(outcome.err));
+    for (const char* place : {"config/config.php", "data/products.js", "shop-en.html"})
+        QVERIFY2(!QFileInfo::exists(mSite + QLatin1Char('/') + text(place)), place);
+}
+
+void tst_ShopPublisherAttacks::hostileTextsStayTexts()
+{
+    const QByteArray hostile = "\\\\']; echo 'owned'; // <?php ?> ${x} \\\" </script>";
+    const Outcome outcome = publishShop(
+        shopWith('"' + hostile + '"', '"' + hostile + '"', "\"one\\ntwo " + hostile + '"'));
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    const QString expected = text("\\']; echo 'owned'; // <?php ?> ${x} \" </script>");
+    const QByteArray php = siteFile(text("config/config.php"));
+    QVERIFY(!php.isEmpty());
+    QCOMPARE(
+        valueOfJson(runScript(text("php"), php + "\necho json_encode(SHOP_NAME['or']);").output)
+            .toString(),
+        expected);
+    const QByteArray js = siteFile(text("data/products.js"));
+    QCOMPARE(valueOfJson(
+                 runScript(text("node"), js + "\nconsole.log(JSON.stringify(products[0].name.en));")
+                     .output)
+                 .toString(),
+             expected);
+}
+
+void tst_ShopPublisherAttacks::svgThatDoesSomething_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("script") << svg("<script>alert(1)</script>")
+                            << text("it holds an element \"script\" (line 1)");
+    QTest::newRow("script of another namespace")
+        << svg("<h:script xmlns:h=\"http://www.w3.org/1999/xhtml\">alert(1)</h:script>")
+        << text("it holds an element \"script\"");
+    QTest::newRow("capital letters") << svg("<SCRIPT/>") << text("it holds an element \"SCRIPT\"");
+    QTest::newRow("HTML") << svg("<h:img xmlns:h=\"http://www.w3.org/1999/xhtml\" src=\"x\"/>")
+                          << text("it holds an element \"img\"");
+    QTest::newRow("foreignObject")
+        << svg("<foreignObject/>") << text("it holds an element \"foreignObject\"");
+    QTest::newRow("event") << svg("<rect/>", "onload=\"alert(1)\"")
+                           << text("it holds an attribute \"onload\"");
+    QTest::newRow("javascript") << svg("<a xlink:href=\"javascript:alert(1)\"><rect/></a>")
+                                << text("it holds a script in");
+    QTest::newRow("javascript with blanks")
+        << svg("<a href=\" java&#10;Script&#9;:alert(1)\"><rect/></a>")
+        << text("it holds a script in an attribute \"href\"");
+    QTest::newRow("animated address") << svg("<a><set attributeName=\"xlink:href\" to=\"#x\"/></a>")
+                                      << text("it animates the attribute \"xlink:href\"");
+    QTest::newRow("animated event") << svg("<set attributeName=\"onclick\" to=\"x\"/>")
+                                    << text("it animates the attribute \"onclick\"");
+    QTest::newRow("picture elsewhere") << svg("<image href=\"https://example.org/a.png\"/>")
+                                       << text("it refers to \"https://example.org/a.png\"");
+    QTest::newRow("picture beside it")
+        << svg("<image href=\"../secret.png\"/>") << text("it refers to \"../secret.png\"");
+    QTest::newRow("SVG in an address")
+        << svg("<use href=\"data:image/svg+xml;base64,AAAA#x\"/>") << text("it refers to \"data:");
+    QTest::newRow("address in a presentation attribute")
+        << svg("<rect fill=\"url( 'https://example.org/#a' )\"/>")
+        << text("it has a style that refers to \"https://example.org/#a");
+    QTest::newRow("address in a style element")
+        << svg("<style>rect{background:url(//example.org/a)}</style>")
+        << text("it has a style that refers to \"//example.org/a\"");
+    QTest::newRow("import") << svg("<style>@import 'https://example.org/';</style>")
+                            << text("it has a style with \"@import\"");
+    QTest::newRow("escaped import")
+        << svg("<style>@\\69mport 'x';</style>") << text("it has a style with \"\\\"");
+    QTest::newRow("style in parts") << svg("<style>@im<![CDATA[port 'x';]]></style>")
+                                    << text("it has a style with \"@import\"");
+    QTest::newRow("DTD") << "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + svg("&a;")
+                         << text("it has a document type (DTD)");
+    QTest::newRow("style sheet") << "<?xml-stylesheet href=\"a.css\"?>" + svg("")
+                                 << text("it refers to a style sheet elsewhere");
+    QTest::newRow("strange encoding")
+        << "<?xml version=\"1.0\" encoding=\"UTF-7\"?>" + svg("") << text("encoding");
+    QTest::newRow("base") << svg("<rect/>", "xml:base=\"https://example.org/\"")
+                          << text("it refers to \"https://example.org/\"");
+}
+
+void tst_ShopPublisherAttacks::svgThatDoesSomething()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(photo("b.svg"), content);
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.startsWith(text("1 failure:\n  b.svg: is not ")), qPrintable(outcome.err));
+    QVERIFY2(outcome.err.contains(reason), qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite + text("/images")), QStringList(text("a.jpg")));
+    QCOMPARE(filesIn(mSite + text("/thumbs")), QStringList(text("a.jpg")));
+}
+
+void tst_ShopPublisherAttacks::drawingsArePublished_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("plain") << svg("<rect width=\"8\" height=\"8\"/>");
+    QTest::newRow("gradient by a local address")
+        << svg("<defs><linearGradient id=\"a\"/></defs><rect fill=\"url(#a)\" "
+               "style=\"stroke: url('#a')\"/><use xlink:href=\"#a\"/>");
+    QTest::newRow("picture inside") << svg("<image href=\"data:image/png;base64,AAAA\"/>");
+    QTest::newRow("style") << svg("<style>rect { fill: url(#a) }</style>");
+    QTest::newRow("declaration") << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + svg("");
+    QTest::newRow("text that only speaks of scripts")
+        << svg("<title>javascript: onload &lt;script&gt;</title>");
+    QTest::newRow("animation") << svg("<rect><animate attributeName=\"x\" to=\"4\"/></rect>");
+}
+
+void tst_ShopPublisherAttacks::drawingsArePublished()
+{
+    QFETCH(QByteArray, content);
+    writeFile(photo("b.svg"), content);
+    const Outcome outcome = publish();
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QCOMPARE(siteFile(text("images/b.svg")), content);
+}
+
+void tst_ShopPublisherAttacks::contentDecidesNotTheLink()
+{
+    writeFile(root() + text("/real.svg"), svg("<script>alert(1)</script>"));
+    writeFile(root() + text("/fine.svg"), svg("<rect/>"));
+    writeFile(root() + text("/real.jpg"), encoded(corners(40, 30), "jpg"));
+    QVERIFY(QFile::link(root() + text("/real.svg"), photo("a.jpg")));
+    QVERIFY(QFile::link(root() + text("/fine.svg"), photo("b.jpg")));
+    QVERIFY(QFile::link(root() + text("/real.jpg"), photo("c.svg")));
+    QVERIFY(QFile::link(root() + text("/real.jpg"), photo("d.jpg")));
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(
+        outcome.err.startsWith(text("3 failures:\n  a.jpg: holds a picture of the kind svg, ")),
+        qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite + text("/images")), QStringList(text("d.jpg")));
+    QCOMPARE(filesIn(mSite + text("/thumbs")), QStringList(text("d.jpg")));
+}
+
+void tst_ShopPublisherAttacks::linksOutOfTheStaticFiles()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(root() + text("/secret/key.txt"), "secret");
+    writeFile(mProject + text("/static/css/style.css"), "body {}");
+    const QString folder = mProject + text("/static/");
+    QVERIFY(QFile::link(root() + text("/secret"), folder + text("sec")));
+    QVERIFY(QFile::link(root() + text("/secret/key.txt"), folder + text("key.txt")));
+    QVERIFY(QFile::link(text("../../shop.json"), folder + text("css/shop.json")));
+    QVERIFY(QFile::link(root() + text("/nowhere"), folder + text("lost")));
+    QVERIFY(QFile::link(text("css/style.css"), folder + text("same.css")));
+    writeFile(mProject + text("/shop.json"), "not yet");
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    for (const char* line :
+         {"  static/sec: is a link to a folder, which is not followed\n",
+          "  static/key.txt: is a link that leads out of the static files\n",
+          "  static/css/shop.json: is a link that leads out of the static files\n",
+          "  static/lost: is a link that leads nowhere\n"})
+        QVERIFY2(outcome.err.contains(text(line)), qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite + text("/static")),
+             QStringList({text("css/style.css"), text("same.css")}));
+    QVERIFY(!QFileInfo(mSite + text("/static/same.css")).isSymLink());
+    QCOMPARE(siteFile(text("static/same.css")), QByteArray("body {}"));
+}
+
+void tst_ShopPublisherAttacks::linksOutOfTheStaticFilesWhileWatched()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(mProject + text("/static/a.txt"), "a");
+    writeFile(root() + text("/secret.txt"), "secret");
+    QProcess process;
+    start(&process, {text("--watch")});
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(mSite + text("/static/a.txt")), 60000);
+    QVERIFY(QFile::link(root() + text("/secret.txt"), mProject + text("/static/b.txt")));
+    writeFile(mProject + text("/static/c.txt"), "c");
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(mSite + text("/static/c.txt")), 60000);
+    // What was an honest file becomes a link.
+    QVERIFY(QFile::remove(mProject + text("/static/a.txt")));
+    QVERIFY(QFile::link(root() + text("/secret.txt"), mProject + text("/static/a.txt")));
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(mSite + text("/static/a.txt")), 60000);
+    process.terminate();
+    const Outcome outcome = outcomeOf(process);
+    QCOMPARE(outcome.exitCode, stopped);
+    QVERIFY2(outcome.err.contains(text("static/b.txt: is a link that leads out of the static")),
+             qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite + text("/static")), QStringList(text("c.txt")));
+}
+
+void tst_ShopPublisherAttacks::hugePictures_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("size");
+    QTest::newRow("PNG") << text("huge.png") << hugePng(30000, 25000) << text("30000 × 25000");
+    QTest::newRow("wide PNG") << text("huge.png") << hugePng(1000000, 201) << text("1000000 × 201");
+    QTest::newRow("JPEG") << text("huge.jpg") << hugeJpeg(65000, 65000) << text("65000 × 65000");
+}
+
+void tst_ShopPublisherAttacks::hugePictures()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, size);
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(photo(name), content);
+    const Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(
+                 text("  %1: %2 pixels: larger than 200 million pixels\n").arg(name, size)),
+             qPrintable(outcome.err));
+}
+
+void tst_ShopPublisherAttacks::secondSignalEndsAtOnce()
+{
+    const QByteArray large = encoded(corners(2400, 1800), "jpg");
+    for (int i = 0; i < 12; ++i)
+        writeFile(photo(text("%1.jpg").arg(i)), large);
+    QProcess process;
+    start(&process);
+    QVERIFY(process.waitForReadyRead(60000));
+    const auto program = pid_t(process.processId());
+    // Two that come at the same moment count as one.
+    while (process.state() == QProcess::Running) {
+        ::kill(program, SIGINT);
+        process.waitForFinished(1);
+    }
+    const Outcome outcome = outcomeOf(process);
+    QCOMPARE(outcome.exitCode, stopped);
+
+    // The next run does the rest and tidies up.
+    QCOMPARE(publish().exitCode, allImported);
+    QCOMPARE(filesIn(mSite).size(), 2 * 12 + 1);
+    QCOMPARE(QDir(mSite).entryList({text(".shop-publisher-??????")}, QDir::Dirs | QDir::Hidden),
+             QStringList());
+    QVERIFY(!QFileInfo::exists(mProject + text("/lockfile")));
+}
+
+QTEST_MAIN(tst_ShopPublisherAttacks)
+#include "tst_ShopPublisherAttacks.moc"
