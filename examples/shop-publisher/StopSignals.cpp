@@ -67,7 +67,9 @@ StopSignals::~StopSignals()
 {
     for (const int signal : caughtSignals) {
         struct sigaction action = {};
-        if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == passOn) {
+        // After the first one, a second still ends the program in an orderly way.
+        if (caught == 0 && ::sigaction(signal, nullptr, &action) == 0
+            && action.sa_handler == passOn) {
             action.sa_handler = SIG_DFL;
             ::sigaction(signal, &action, nullptr);
         }
