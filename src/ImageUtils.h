@@ -126,12 +126,12 @@ public:
     /// itself. A symbolic link at \a dst is replaced and its target is left alone; one that leads
     /// to \a src stays where copying is enough.
     ///
-    /// A JPEG that is to become much smaller may be decoded at a half, a quarter or an eighth of
-    /// its size. The size of the result is computed from the whole size all the same, and its luma
-    /// stays within 38 dB (PSNR) of what scaling the whole photograph gives. A file that breaks off
-    /// half-way gives what Qt's reader makes of it. A picture that would take more than 2 GiB once
-    /// decoded cannot be loaded, nor can a JPEG of more than a thousand segments or scans, which no
-    /// camera writes and which would keep the reader busy for hours.
+    /// A JPEG that is to become smaller may be decoded at some eighths of its size, at the fewest
+    /// with which the luma of the result stays within 38 dB (PSNR) of what scaling the whole
+    /// photograph gives. The size of the result is computed from the whole size all the same. A
+    /// file that breaks off half-way gives what Qt's reader makes of it. A picture that would take
+    /// more than 2 GiB once decoded cannot be loaded, nor can a JPEG of more than a thousand
+    /// segments or scans, which no camera writes and which would keep the reader busy for hours.
     ///
     /// \warning Re-encoding keeps the pixels, comments and, from Qt 5.14 on, a colour profile that
     /// consists of a matrix and curves, as those of cameras and displays do. It loses everything

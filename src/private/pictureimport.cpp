@@ -92,7 +92,7 @@ private:
     bool mustConvert() const;
     QSize limit() const;
     QSize targetSize(const QSize& picture) const;
-    qint64 memoryFor() const;
+    qint64 memoryNeeded() const;
     PictureMetadata metadata() const;
     QByteArray splicedProfile() const;
 
@@ -149,8 +149,6 @@ bool PictureImport::inspect()
 
 bool PictureImport::read()
 {
-    if (mControl && !mControl->mayTake(memoryFor()))
-        return fail(ImageImportResult::Cancelled, translated("The import was cancelled."));
     if (!readWholeFile(mSource, &mBytes))
         return failsWithName(ImageImportResult::NotReadable, "\"%1\" cannot be read.");
     return true;
@@ -209,6 +207,8 @@ bool PictureImport::load()
                     translated("Pictures cannot be saved in the format \"%1\".")
                         .arg(QString::fromLatin1(mFormat)));
     }
+    if (mControl && !mControl->mayTake(memoryNeeded()))
+        return fail(ImageImportResult::Cancelled, translated("The import was cancelled."));
     const bool loaded = mResult.format == "jpeg"
         ? decodeJpeg(mBytes, mHeader.size, targetSize(mHeader.size), &mImage)
         : decodeAsStored(mBytes, mResult.format, &mImage);
@@ -335,11 +335,18 @@ QSize PictureImport::targetSize(const QSize& picture) const
     return exceeds(picture, limit()) ? scaledSize(picture, limit(), Qt::KeepAspectRatio) : QSize();
 }
 
-/// What the import needs of memory at most, in bytes, as far as it can be told from the header.
-qint64 PictureImport::memoryFor() const
+/// About how much memory the import takes from here on, in bytes: the file, the picture as it is
+/// decoded and as it is scaled, and both when the latter is turned.
+qint64 PictureImport::memoryNeeded() const
 {
-    const qint64 pixels = qMax(Q_INT64_C(1), qint64(mHeader.size.width()) * mHeader.size.height());
-    return QFileInfo(mSource).size() + pixels * mHeader.bytesPerPixel;
+    const QSize target = targetSize(mHeader.size);
+    const QSize decoded = mResult.format == "jpeg" && target.isValid()
+        ? decodedJpegSize(mBytes, mHeader.size, target)
+        : mHeader.size;
+    const auto pixels = [](const QSize& size) {
+        return size.isValid() ? qint64(size.width()) * size.height() : 0;
+    };
+    return mBytes.size() + (pixels(decoded) + pixels(target)) * mHeader.bytesPerPixel;
 }
 
 /// What the imported file is to tell beside its pixels.

@@ -47,6 +47,10 @@ bool readWholeFile(const QString& path, QByteArray* bytes);
 /// will not show it. False as with loadWhole().
 bool decodeJpeg(const QByteArray& bytes, const QSize& whole, const QSize& target, QImage* image);
 
+/// The size at which decodeJpeg() begins to decode. It ends with the whole where the picture turns
+/// out to have more detail than its file told.
+QSize decodedJpegSize(const QByteArray& bytes, const QSize& whole, const QSize& target);
+
 /// Decodes the picture \a bytes, of \a format, as it is stored: not turned, whatever its reader
 /// does otherwise. False as with loadWhole().
 bool decodeAsStored(const QByteArray& bytes, const QByteArray& format, QImage* image);
