@@ -132,9 +132,9 @@ void ImportQueue::report(const Done& done)
 {
     const QMutexLocker locker(&mLock);
     mDone.push_back(done);
-    // One event is enough for all that is there when it arrives.
-    if (mDone.size() == 1)
-        QCoreApplication::postEvent(mReceiver, new QEvent(QEvent::User));
+    // Each has its event: one that is being handled may belong to a receiver that runs an event
+    // loop of its own, and only further ones reach that.
+    QCoreApplication::postEvent(mReceiver, new QEvent(QEvent::User));
 }
 
 bool ImportQueue::takeReport(Done* done)
