@@ -5,24 +5,33 @@
 
 #include "FileUtils.h"
 #include "folderpath_p.h"
+#include "processes_p.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSysInfo>
-
-using namespace OrvaUtilsPrivate;
 
 namespace OrvaUtilsPrivate {
 
 class ProjectFileLockerPrivate
 {
 public:
+    bool take(const QString& lockPath, const QString& project, const QString& folder,
+              QString* error);
+
     std::unique_ptr<QLockFile> lock; // null when none is held
+    QString path; // of the project that it locks
+    ProjectFileLocker::LockState state = ProjectFileLocker::LockState::NotLocked;
 };
 
 } // namespace OrvaUtilsPrivate
+
+using OrvaUtilsPrivate::ProjectFileLockerPrivate;
+using OrvaUtilsPrivate::withSlash;
 
 namespace {
 
@@ -55,24 +64,44 @@ QString messageOf(QLockFile::LockError error, const QString& project, const QStr
         .arg(project, reasonOf(error), folder, QSysInfo::machineHostName());
 }
 
-// Takes the lock, in which case it replaces the one in held, or says why it cannot.
-bool take(const QString& lockPath, const QString& project, const QString& folder,
-          std::unique_ptr<QLockFile>& held, QString* error)
+QString lockFileIn(const QString& folder)
 {
-    auto lock = std::make_unique<QLockFile>(lockPath);
-    if (!lock->tryLock(0)) {
-        if (error)
-            *error = messageOf(lock->error(), project, folder);
-        return false;
-    }
-    held.swap(lock); // what was held goes with the scope, and with it its file
-    return true;
+    return withSlash(folder) + QStringLiteral("lockfile");
+}
+
+/// Whether \a lockPath is a lock file that was never completed, nor ever will be.
+bool isAbandoned(const QString& lockPath)
+{
+    qint64 process = 0;
+    QString host;
+    QString application;
+    return QFile::exists(lockPath)
+        && !QLockFile(lockPath).getLockInfo(&process, &host, &application)
+        && OrvaUtilsPrivate::isOpenedByNobody(lockPath);
+}
+
+/// Removes what a process that was killed in the midst of making a lock left: QLockFile recognises
+/// the complete locks of such processes, but not those that hold nothing yet. Returns whether
+/// something was removed.
+///
+/// The helper file is the one with which QLockFile makes sure that only one process at a time
+/// removes a lock. It is a lock file itself, with a helper file of its own, and so on; \a depth is
+/// how many of them are looked after.
+bool removeAbandoned(const QString& lockPath, int depth = 3)
+{
+    const QString helperPath = lockPath + QStringLiteral(".rmlock");
+    const bool hadHelper = depth > 0 && removeAbandoned(helperPath, depth - 1);
+    if (!isAbandoned(lockPath))
+        return hadHelper;
+    QLockFile helper(helperPath);
+    // Once more, because another process may have been quicker.
+    return helper.tryLock(0) && isAbandoned(lockPath) && QFile::remove(lockPath);
 }
 
 } // namespace
 
 ProjectFileLocker::ProjectFileLocker()
-    : d(std::make_unique<OrvaUtilsPrivate::ProjectFileLockerPrivate>())
+    : d(std::make_unique<ProjectFileLockerPrivate>())
 { }
 
 ProjectFileLocker::~ProjectFileLocker() = default;
@@ -85,8 +114,10 @@ QString ProjectFileLocker::suffixLockedFile()
 bool ProjectFileLocker::openNewProjectFile(const QString& path, QString* error)
 {
     const QFileInfo project(path);
-    return take(path + suffixLockedFile(), project.fileName(), project.absolutePath(), d->lock,
-                error);
+    if (!d->take(path + suffixLockedFile(), project.fileName(), project.absolutePath(), error))
+        return false;
+    d->path = project.absoluteFilePath();
+    return true;
 }
 
 bool ProjectFileLocker::openNewProjectFolder(const QString& folder, const QString& projectName,
@@ -97,13 +128,80 @@ bool ProjectFileLocker::openNewProjectFolder(const QString& folder, const QStrin
     const QString path = withSlash(folder);
     if (!FileUtils::fileMkPath(path, error))
         return false;
-    if (!QDir(folder).exists(folder))
+    if (!QDir(folder).exists(folder)) {
+        d->state = LockState::Lenient;
         return true;
-    return take(path + QStringLiteral("lockfile"), projectName, path, d->lock, error);
+    }
+    if (!d->take(lockFileIn(folder), projectName, path, error))
+        return false;
+    d->path = QDir(folder).absolutePath();
+    return true;
 }
 
 bool ProjectFileLocker::unlock()
 {
     d->lock.reset();
+    d->path.clear();
+    d->state = LockState::NotLocked;
+    return true;
+}
+
+bool ProjectFileLocker::isLocked() const
+{
+    return d->lock != nullptr;
+}
+
+QString ProjectFileLocker::lockedPath() const
+{
+    return d->path;
+}
+
+ProjectFileLocker::LockState ProjectFileLocker::lockState() const
+{
+    return d->state;
+}
+
+ProjectFileLocker::LockHolder ProjectFileLocker::holder(const QString& path)
+{
+    const QString lockPath = QFileInfo(path).isDir() ? lockFileIn(path) : path + suffixLockedFile();
+    LockHolder holder;
+    if (path.isEmpty()
+        || !QLockFile(lockPath).getLockInfo(&holder.processId, &holder.host, &holder.application))
+        return LockHolder();
+    holder.since = QFileInfo(lockPath).lastModified();
+    const bool isHere = holder.host.isEmpty() || holder.host == QSysInfo::machineHostName();
+    holder.isRunning =
+        !isHere || OrvaUtilsPrivate::isProcessRunning(holder.processId, holder.application);
+    return holder;
+}
+
+QDebug operator<<(QDebug debug, const ProjectFileLocker::LockHolder& holder)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace();
+    if (holder.processId == 0)
+        return debug << "LockHolder(nobody)";
+    return debug << "LockHolder(process " << holder.processId << ", " << holder.application
+                 << " on " << holder.host << ", since "
+                 << qPrintable(holder.since.toString(Qt::ISODate))
+                 << (holder.isRunning ? ", running)" : ", not running)");
+}
+
+// Taking a lock
+
+/// Takes the lock, in which case it replaces the one that is held, or says why it cannot.
+bool ProjectFileLockerPrivate::take(const QString& lockPath, const QString& project,
+                                    const QString& folder, QString* error)
+{
+    // The current folder may be another one when the lock is released.
+    const QString absolutePath = QFileInfo(lockPath).absoluteFilePath();
+    auto taken = std::make_unique<QLockFile>(absolutePath);
+    if (!taken->tryLock(0) && !(removeAbandoned(absolutePath) && taken->tryLock(0))) {
+        if (error)
+            *error = messageOf(taken->error(), project, folder);
+        return false;
+    }
+    lock = std::move(taken); // what was held goes, and with it its file
+    state = ProjectFileLocker::LockState::Locked;
     return true;
 }

@@ -8,9 +8,14 @@
 
 #include "orvautils_export.h"
 
+#include <QDateTime>
 #include <QString>
 
 #include <memory>
+
+QT_BEGIN_NAMESPACE
+class QDebug;
+QT_END_NAMESPACE
 
 namespace OrvaUtilsPrivate {
 class ProjectFileLockerPrivate;
@@ -31,15 +36,39 @@ class ProjectFileLockerPrivate;
 /// once the new one is held. No call waits for a lock. Nothing is logged: failures come back as a
 /// text for the user. For the main thread.
 ///
+/// A relative path is resolved once, when the lock is taken: what becomes of the current folder
+/// later does not matter. Absolute paths are safer for project folders all the same, see
+/// openNewProjectFolder().
+///
 /// The stale-lock time is QLockFile's default of 30 seconds, deliberately. A lock whose process no
-/// longer runs on this machine is taken over at once. A lock file that is older than 30 seconds
-/// may be taken over as well, which matters for a project that stays open long: on this machine,
-/// and on file systems that carry the operating system's own file locks across machines, the
-/// owner's file lock still protects it; on a shared folder that does not carry them, another
-/// machine takes it for abandoned.
+/// longer runs on this machine is taken over at once, and so is a file that such a process left
+/// while it was making a lock, or replacing an old one (".rmlock" beside the lock), where the
+/// system can tell that nobody has it open. A lock file that is older than 30 seconds may be taken
+/// over as well, which matters for a project that stays open long: on this machine, and on file
+/// systems that carry the operating system's own file locks across machines, the owner's file lock
+/// still protects it; on a shared folder that does not carry them, another machine takes it for
+/// abandoned.
 class ORVAUTILS_EXPORT ProjectFileLocker
 {
 public:
+    /// Who holds the lock of a project.
+    struct LockHolder
+    {
+        qint64 processId = 0; ///< 0 when nobody holds it
+        QString host; ///< the name of the machine
+        QString application; ///< the name of the program
+        QDateTime since; ///< when the lock was taken
+        /// Whether the process still runs. True for one on another machine, which cannot be asked.
+        bool isRunning = false;
+    };
+
+    /// What is known of the project that was opened last.
+    enum class LockState {
+        NotLocked, ///< none is open
+        Lenient, ///< it is open without a lock
+        Locked ///< its lock is held
+    };
+
     /// Holds no lock.
     ProjectFileLocker();
 
@@ -67,18 +96,66 @@ public:
     /// message; a folder that cannot be made gives false with the message of
     /// FileUtils::fileMkPath() in \a error; and where QDir(folder).exists(folder) is false the
     /// answer is true and no lock is taken, a lock held before staying held. That is deliberate
-    /// leniency towards places where locking is impossible, and true for every relative path: true
-    /// is no proof that a lock is held.
+    /// leniency towards places where locking is impossible. It also meets most relative paths,
+    /// because the folder is looked for inside itself: "shop" is locked only where there is a
+    /// shop/shop, "." and ".." are locked. True is no proof that a lock is held; lockState() is.
+    /// Give absolute paths.
     bool openNewProjectFolder(const QString& folder, const QString& projectName,
                               QString* error = nullptr);
 
     /// Releases the lock that is held, if there is one. Always true.
     bool unlock();
 
+    /// Whether a lock is held, be it of a project that was opened before the last one; see
+    /// lockedPath().
+    ///
+    /// \code
+    /// saveAction->setEnabled(locker.isLocked());
+    /// \endcode
+    bool isLocked() const;
+
+    /// The absolute path of the project file or folder whose lock is held; empty when none is.
+    ///
+    /// \code
+    /// setWindowFilePath(locker.lockedPath());
+    /// \endcode
+    QString lockedPath() const;
+
+    /// Whether the project that was opened last is locked. A project that could not be opened
+    /// changes nothing.
+    ///
+    /// \code
+    /// if (locker.openNewProjectFolder(folder, name, &error)
+    ///     && locker.lockState() == ProjectFileLocker::LockState::Lenient)
+    ///     statusBar()->showMessage(tr("Nothing keeps others from opening this project."));
+    /// \endcode
+    LockState lockState() const;
+
+    /// Who holds the lock of the project file or folder \a path, in this process or another one. An
+    /// existing folder is taken for a project folder, everything else for a project file. Neither
+    /// takes nor touches the lock.
+    ///
+    /// \code
+    /// if (!locker.openNewProjectFile(path, &error)) {
+    ///     const ProjectFileLocker::LockHolder holder = ProjectFileLocker::holder(path);
+    ///     if (holder.isRunning)
+    ///         error += tr("\nby %1 on %2").arg(holder.application, holder.host);
+    /// }
+    /// \endcode
+    static LockHolder holder(const QString& path);
+
 private:
     Q_DISABLE_COPY(ProjectFileLocker)
 
     const std::unique_ptr<OrvaUtilsPrivate::ProjectFileLockerPrivate> d;
 };
+
+/// Writes all that is known of \a holder, as in
+/// LockHolder(process 4711, "shop-editor" on "counter", since 2026-03-01T09:30:00, running).
+///
+/// \code
+/// qDebug() << ProjectFileLocker::holder(path);
+/// \endcode
+ORVAUTILS_EXPORT QDebug operator<<(QDebug debug, const ProjectFileLocker::LockHolder& holder);
 
 #endif // ORVAUTILS_PROJECTFILELOCKER_H

@@ -22,8 +22,10 @@ endforeach()
 # A pair of values, complete in its header.
 set(inline_classes GoogleFontWeightDetail)
 
-# The one exported function that is no member: Qt streams are read with operators beside the class.
-set(functions "operator>>(QDataStream&, ExifIfdHeader&)")
+# The exported functions that are no members: operators of streams stand beside their classes.
+set(functions
+  "operator>>(QDataStream&, ExifIfdHeader&)"
+  "operator<<(QDebug, ProjectFileLocker::LockHolder const&)")
 
 capture(listing "${NM}" -D --defined-only -C "${LIBRARY}")
 string(REPLACE ";" "," listing "${listing}")

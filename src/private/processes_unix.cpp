@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "processes_p.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+// In seconds. A process that makes a lock file has locked it a moment later.
+const qint64 longestMoment = 2;
+
+bool canBeLocked(int file)
+{
+    return flock(file, LOCK_EX | LOCK_NB) == 0 && flock(file, LOCK_UN) == 0;
+}
+
+} // namespace
+
+bool isProcessRunning(qint64 id, const QString& program)
+{
+    if (id <= 0 || (kill(pid_t(id), 0) != 0 && errno == ESRCH))
+        return false;
+    // Numbers are given again. Other users' programs cannot always be seen.
+    const QString path =
+        QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(QString::number(id)));
+    const QString name = QFileInfo(path).fileName();
+    return name.isEmpty() || program.isEmpty() || name == program
+        || name == program + QStringLiteral(" (deleted)");
+}
+
+bool isOpenedByNobody(const QString& path)
+{
+    const int file = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    bool isKnown = false;
+    bool isFree = false;
+#if defined(F_SETLEASE) && defined(F_SETSIG)
+    // A lease is granted only for a file that nobody has open for writing. Whoever opens it while
+    // the lease lasts would have a signal sent, which ends a process unless it is this one.
+    if (fcntl(file, F_SETSIG, SIGURG) == 0) {
+        isFree = fcntl(file, F_SETLEASE, F_RDLCK) == 0;
+        isKnown = isFree || errno == EAGAIN;
+        if (isFree)
+            fcntl(file, F_SETLEASE, F_UNLCK);
+    }
+#endif
+    if (!isKnown) {
+        const qint64 age = QFileInfo(path).lastModified().secsTo(QDateTime::currentDateTimeUtc());
+        isFree = age >= longestMoment && canBeLocked(file);
+    }
+    close(file);
+    return isFree;
+}
+
+} // namespace OrvaUtilsPrivate

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "processes_p.h"
+
+#ifndef NOMINMAX
+#define NOMINMAX // or min() and max() are macros
+#endif
+#include <windows.h>
+
+namespace OrvaUtilsPrivate {
+
+bool isProcessRunning(qint64 id, const QString&)
+{
+    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, DWORD(id));
+    if (!process)
+        return GetLastError() == ERROR_ACCESS_DENIED;
+    DWORD code = 0;
+    const bool isRunning = GetExitCodeProcess(process, &code) && code == STILL_ACTIVE;
+    CloseHandle(process);
+    return isRunning;
+}
+
+bool isOpenedByNobody(const QString& path)
+{
+    // Refused while anybody else has the file open.
+    const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t*>(path.utf16()), GENERIC_READ, 0,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    CloseHandle(file);
+    return true;
+}
+
+} // namespace OrvaUtilsPrivate
