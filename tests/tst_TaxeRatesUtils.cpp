@@ -5,11 +5,17 @@
 
 #include "FileUtils.h"
 #include "LogCapture.h"
+#include "Sandbox.h"
 #include "Text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTranslator>
 #include <QtTest>
+
+#include <atomic>
 
 namespace {
 
@@ -19,6 +25,17 @@ struct Rates
 {
     double standard, reduced, alternative, superReduced, parking;
 };
+
+/// An entry with rates that the compiled-in table does not have.
+const char* const fullEntry =
+    R"({"standard_rate": 21, "reduced_rate": 11, "reduced_rate_alt": 6, "super_reduced_rate": 2.5,
+        "parking_rate": false, "_comment": "made up"})";
+
+/// A file of rates.
+QByteArray fileOf(const QByteArray& date, const QByteArray& countries)
+{
+    return R"({"last_updated": ")" + date + R"(", "rates": {)" + countries + "}}";
+}
 
 } // namespace
 
@@ -40,6 +57,14 @@ private Q_SLOTS:
     void noRate();
     void initAgain();
     void nothingIsLogged();
+    void lastUpdated();
+    void countryCodes();
+    void categoryNames();
+    void hostsFile();
+    void refusedFiles_data();
+    void refusedFiles();
+    void filesThatCannotBeRead();
+    void replacedWhileRead();
 
 private:
     void countries();
@@ -198,6 +223,208 @@ void tst_TaxeRatesUtils::nothingIsLogged()
     LogCapture log;
     TaxeRatesUtils::europeanTax(text("nowhere"), 99);
     QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_TaxeRatesUtils::lastUpdated()
+{
+    QCOMPARE(TaxeRatesUtils::lastUpdated(), QDate(2016, 6, 1));
+}
+
+void tst_TaxeRatesUtils::countryCodes()
+{
+    QCOMPARE(
+        TaxeRatesUtils::countries().join(QLatin1Char(' ')),
+        text("AT BE BG CY CZ DE DK EE EL ES FI FR GB GR HR HU IE IT LT LU LV MT NL PL PT RO SE "
+             "SI SK UK"));
+}
+
+void tst_TaxeRatesUtils::categoryNames()
+{
+    const QStringList names{text("Standard rate"), text("Alternative reduced rate"),
+                            text("Reduced rate"), text("Super-reduced rate"), text("Parking rate")};
+    for (int category = 0; category < 5; ++category)
+        QCOMPARE(TaxeRatesUtils::categoryName(category), names.at(category));
+    QCOMPARE(TaxeRatesUtils::categoryName(5), QString());
+    QCOMPARE(TaxeRatesUtils::categoryName(-1), QString());
+
+    class French : public QTranslator
+    {
+    public:
+        bool isEmpty() const override { return false; }
+        QString translate(const char* context, const char* source, const char*, int) const override
+        {
+            const bool known = qstrcmp(context, "TaxeRatesUtils") == 0;
+            return known && qstrcmp(source, "Parking rate") == 0 ? text("Taux parking") : QString();
+        }
+    } french;
+    QCoreApplication::installTranslator(&french);
+    const QString name = TaxeRatesUtils::categoryName(4);
+    QCoreApplication::removeTranslator(&french);
+    QCOMPARE(name, text("Taux parking"));
+}
+
+// A host's own file
+
+void tst_TaxeRatesUtils::hostsFile()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(text("rates.json"));
+    writeFile(path, fileOf("2026-01-01", R"("Fr": )" + QByteArray(fullEntry)));
+    LogCapture log;
+    QString error = text("untouched");
+    QVERIFY(TaxeRatesUtils::setRatesFile(path, &error));
+    QCOMPARE(error, text("untouched"));
+    QCOMPARE(TaxeRatesUtils::lastUpdated(), QDate(2026, 1, 1));
+    QCOMPARE(TaxeRatesUtils::countries(), QStringList(text("FR")));
+    const QList<double> rates{21, 6, 11, 2.5, -1};
+    for (int category = 0; category < 5; ++category)
+        QCOMPARE(TaxeRatesUtils::europeanTax(text("fR"), category), rates.at(category));
+    // The table is replaced as a whole.
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("DE"), 0), -1.0);
+    TaxeRatesUtils::init();
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 21.0);
+    // The file is not read again.
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 21.0);
+
+    QVERIFY(TaxeRatesUtils::setRatesFile(QString()));
+    QCOMPARE(TaxeRatesUtils::lastUpdated(), QDate(2016, 6, 1));
+    QCOMPARE(TaxeRatesUtils::countries().size(), 30);
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 20.0);
+    QCOMPARE(log.lines(), QStringList());
+
+    // The library's own file has the form that it asks of others.
+    QVERIFY(TaxeRatesUtils::setRatesFile(text(":/orvautils/ue_tax_rates/taxes_ue.json")));
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 20.0);
+    QVERIFY(TaxeRatesUtils::setRatesFile(QString()));
+}
+
+void tst_TaxeRatesUtils::refusedFiles_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char* name, const QByteArray& content, const char* reason) {
+        QTest::newRow(name) << content << text(reason);
+    };
+    const QByteArray good = fullEntry;
+    const auto fr = [&](const char* before, const char* after) {
+        return fileOf("2026-01-01", "\"FR\": " + QByteArray(good).replace(before, after));
+    };
+    const char* const noTable = "The file is not a table of rates";
+    row("empty", QByteArray(), noTable);
+    row("no JSON", "rates", noTable);
+    row("cut short", fileOf("2026-01-01", "\"FR\": " + good).chopped(3), noTable);
+    row("array", "[]", noTable);
+    row("no date", R"({"rates": {"FR": )" + good + "}}", "The file has no valid date");
+    row("no valid date", fileOf("2026-02-30", "\"FR\": " + good), "The file has no valid date");
+    row("no rates", R"({"last_updated": "2026-01-01"})", "The file has no rates");
+    row("no countries", fileOf("2026-01-01", ""), "The file has no rates");
+    row("older", fileOf("2016-05-31", "\"FR\": " + good),
+        "The file is older than the rates of this program");
+    row("three letters", fileOf("2026-01-01", "\"FRA\": " + good),
+        "\"FRA\" is not the code of a country");
+    row("no letters", fileOf("2026-01-01", "\"F1\": " + good),
+        "\"F1\" is not the code of a country");
+    row("accented",
+        fileOf("2026-01-01",
+               "\"\xc3\x89"
+               "E\": "
+                   + good),
+        "\"ÉE\" is not the code of a country");
+    row("twice", fileOf("2026-01-01", "\"FR\": " + good + ", \"fr\": " + good),
+        "A country is in the file twice");
+    row("no entry", fileOf("2026-01-01", "\"FR\": 20"),
+        "\"standard_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("misspelled", fr("parking_rate", "parkingrate"),
+        "\"parking_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("text", fr("11", "\"11\""),
+        "\"reduced_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("true", fr("false", "true"),
+        "\"parking_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("null", fr("false", "null"),
+        "\"parking_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("negative", fr("2.5", "-1"),
+        "\"super_reduced_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("above 100", fr("21", "100.5"),
+        "\"standard_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("second country", fileOf("2026-01-01", "\"FR\": " + good + ", \"DE\": {}"),
+        "\"standard_rate\" of DE is neither a rate from 0 to 100 nor false");
+    row("too large", fileOf("2026-01-01", "\"FR\": " + good) + QByteArray(1 << 20, ' '),
+        "The file is too large");
+}
+
+void tst_TaxeRatesUtils::refusedFiles()
+{
+    QFETCH(QByteArray, content);
+    QTemporaryDir folder;
+    const QString path = folder.filePath(text("rates.json"));
+    writeFile(path, content);
+    for (const bool custom : {false, true}) {
+        const QString before = folder.filePath(text("before.json"));
+        writeFile(before, fileOf("2020-01-01", R"("DE": )" + QByteArray(fullEntry)));
+        QVERIFY(TaxeRatesUtils::setRatesFile(custom ? before : QString()));
+        LogCapture log;
+        QString error;
+        const bool taken = TaxeRatesUtils::setRatesFile(path, &error);
+        const bool takenSilently = TaxeRatesUtils::setRatesFile(path);
+        const QDate date = TaxeRatesUtils::lastUpdated();
+        const double rate = TaxeRatesUtils::europeanTax(text("de"), 0);
+        QVERIFY(TaxeRatesUtils::setRatesFile(QString()));
+        QVERIFY(!taken && !takenSilently);
+        QTEST(error, "reason");
+        QCOMPARE(log.lines().size(), 2);
+        QVERIFY2(log.lines().first().contains(error), qPrintable(log.lines().first()));
+        // Nothing has changed.
+        QCOMPARE(date, custom ? QDate(2020, 1, 1) : QDate(2016, 6, 1));
+        QCOMPARE(rate, custom ? 21.0 : 19.0);
+    }
+}
+
+void tst_TaxeRatesUtils::filesThatCannotBeRead()
+{
+    QTemporaryDir folder;
+    for (const QString& path :
+         {folder.path(), folder.filePath(text("missing")), QString(QLatin1String("a\0b", 3))}) {
+        LogCapture log;
+        QString error;
+        QVERIFY(!TaxeRatesUtils::setRatesFile(path, &error));
+        QCOMPARE(error, text("The file cannot be read"));
+        QVERIFY(log.lines().last().contains(error));
+    }
+    QCOMPARE(TaxeRatesUtils::europeanTax(text("de"), 0), 19.0);
+}
+
+/// Whoever asks while the table is replaced gets the rate of one of the two tables.
+void tst_TaxeRatesUtils::replacedWhileRead()
+{
+    class Asker : public QThread
+    {
+    public:
+        std::atomic<bool> done{false};
+        int others = 0;
+
+        void run() override
+        {
+            while (!done) {
+                const double rate = TaxeRatesUtils::europeanTax(text("FR"), 0);
+                others += rate != 20.0 && rate != 21.0;
+            }
+        }
+    };
+    QTemporaryDir folder;
+    const QString path = folder.filePath(text("rates.json"));
+    writeFile(path, fileOf("2026-01-01", R"("FR": )" + QByteArray(fullEntry)));
+    Asker first;
+    Asker second;
+    first.start();
+    second.start();
+    bool taken = true;
+    for (int i = 0; i < 50; ++i)
+        taken = TaxeRatesUtils::setRatesFile(i % 2 == 0 ? path : QString()) && taken;
+    first.done = second.done = true;
+    QVERIFY(first.wait() && second.wait());
+    QVERIFY(taken);
+    QCOMPARE(first.others + second.others, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_TaxeRatesUtils)
