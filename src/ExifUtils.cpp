@@ -3,7 +3,164 @@
 
 #include "ExifUtils.h"
 
+#include "ExifEditor.h"
 #include "QExifImageHeader.h"
+#include "filepatch_p.h"
+#include "intactfile_p.h"
+#include "jpegmetadata_p.h"
+#include "jpegsegments_p.h"
+#include "tiffblock_p.h"
+
+#include <QCoreApplication>
+
+using namespace OrvaUtilsPrivate;
+
+namespace {
+
+bool fail(QString* error, const QString& reason)
+{
+    if (error)
+        *error = reason;
+    return false;
+}
+
+QString notOpened(const QFile& file)
+{
+    return QCoreApplication::translate("ExifUtils", "The file cannot be opened: %1")
+        .arg(file.errorString());
+}
+
+/// The entries of the first directory of a picture's EXIF block.
+struct ImageIfd
+{
+    ByteOrder order = QDataStream::BigEndian;
+    qint64 position = 0; // of the entries, from the beginning of the JPEG
+    QByteArray entries;
+};
+
+/// Reads no further than that directory. False where there is none.
+bool readImageIfd(QIODevice* device, ImageIfd* ifd)
+{
+    const int nameSize = 6; // "Exif" and two bytes
+    JpegSegments segments(device, JpegSegments::Markers::Standard);
+    bool isThere = segments.begin();
+    while (isThere && segments.marker() != JpegMarker::StartOfScan
+           && !(segments.marker() == JpegMarker::App1 && segments.startsWith("Exif")))
+        isThere = segments.next();
+    if (!isThere || segments.marker() != JpegMarker::App1)
+        return false;
+    const QByteArray head = segments.read(nameSize + tiffHeaderSize).mid(nameSize);
+    const bool isLittle = head.startsWith("II");
+    ifd->order = isLittle ? QDataStream::LittleEndian : QDataStream::BigEndian;
+    if (head.size() < tiffHeaderSize || (!isLittle && !head.startsWith("MM"))
+        || decode<quint16>(head.constData() + 2, ifd->order) != tiffMagic)
+        return false;
+    const quint32 offset = decode<quint32>(head.constData() + 4, ifd->order);
+    if (offset < tiffHeaderSize || offset > static_cast<quint32>(segments.claimedSize()))
+        return false;
+    segments.read(static_cast<int>(offset) - tiffHeaderSize);
+    const QByteArray count = segments.read(countSize);
+    if (count.size() < countSize)
+        return false;
+    ifd->position = segments.payloadPosition() + nameSize + static_cast<int>(offset) + countSize;
+    ifd->entries = segments.read(decode<quint16>(count.constData(), ifd->order) * entrySize);
+    return true;
+}
+
+/// The orientation that an entry states, 0 for one that EXIF does not know.
+int orientationOf(const ExifIfdHeader& entry, const ImageIfd& ifd, int at)
+{
+    if (entry.count != 1)
+        return 0;
+    const char* const field = ifd.entries.constData() + at + 8;
+    quint32 number = 0;
+    if (entry.type == QExifValue::Byte)
+        number = static_cast<quint8>(*field);
+    else if (entry.type == QExifValue::Short)
+        number = decode<quint16>(field, ifd.order);
+    else if (entry.type == QExifValue::Long || entry.type == QExifValue::SignedLong)
+        number = decode<quint32>(field, ifd.order);
+    return number <= 8 ? static_cast<int>(number) : 0;
+}
+
+/// Calls \a visit with the entries of the orientation and where they stand.
+template <typename Visit>
+void visitOrientations(const ImageIfd& ifd, const Visit& visit)
+{
+    for (int at = 0; at + entrySize <= ifd.entries.size(); at += entrySize) {
+        const ExifIfdHeader entry = decodeEntry(ifd.entries.constData() + at, ifd.order);
+        if (entry.tag == QExifImageHeader::Orientation)
+            visit(entry, at);
+    }
+}
+
+/// The bytes of a directory that states an orientation, as a single Short; empty where it has none.
+QByteArray entriesWith(const ImageIfd& ifd, quint16 orientation)
+{
+    QByteArray entries;
+    visitOrientations(ifd, [&](const ExifIfdHeader& entry, int at) {
+        if (entries.isEmpty())
+            entries = ifd.entries;
+        char* const bytes = entries.data() + at;
+        const bool isShort = entry.type == QExifValue::Short && entry.count == 1;
+        encode(quint16(QExifValue::Short), bytes + 2, ifd.order);
+        encode(quint32(1), bytes + 4, ifd.order);
+        if (!isShort)
+            encode(quint32(0), bytes + 8, ifd.order);
+        encode(orientation, bytes + 8, ifd.order);
+    });
+    return entries;
+}
+
+/// An EXIF segment with nothing but an orientation.
+QByteArray segmentWith(quint16 orientation)
+{
+    QByteArray payload("Exif\0\0", 6);
+    TiffWriter writer(&payload, QDataStream::BigEndian);
+    writer.write(QByteArray("MM"));
+    writer.write(tiffMagic);
+    writer.write(quint32(tiffHeaderSize));
+    writer.write(quint16(1));
+    writer.writeEntry(QExifImageHeader::Orientation, QExifValue(orientation), 0);
+    writer.write(quint32(0));
+    return JpegSegments::head(JpegMarker::App1, payload.size()) + payload;
+}
+
+/// Changes a file, with the reason where that fails.
+bool apply(const FilePatch& patch, QFile* file, QString* error)
+{
+    switch (patchFile(file, patch, Irreplaceable::Refuse)) {
+    case Patched::Yes:
+        return true;
+    case Patched::Failed:
+        break;
+    case Patched::Refused:
+        return fail(error,
+                    QCoreApplication::translate(
+                        "ExifUtils",
+                        "The file cannot be replaced: it has several names, belongs to somebody "
+                        "else, or its folder takes no new file."));
+    }
+    return fail(error, QCoreApplication::translate("ExifUtils", "The file cannot be written."));
+}
+
+/// Reads a whole JPEG file that is going to be changed.
+bool readToChange(QFile* file, QByteArray* content, QString* error)
+{
+    if (!openToPatch(file))
+        return fail(error, notOpened(*file));
+    *content = file->readAll();
+    if (content->size() != file->size())
+        return fail(error, QCoreApplication::translate("ExifUtils", "The file cannot be read."));
+    if (!content->startsWith("\xFF\xD8\xFF"))
+        return fail(error,
+                    QCoreApplication::translate("ExifUtils", "The file is not a JPEG picture."));
+    return true;
+}
+
+} // namespace
+
+// Rotation
 
 int ExifUtils::imageExifRotation(const QString& fileName)
 {
@@ -36,4 +193,87 @@ bool ExifUtils::clearRotation(const QString& fileName)
         return false;
     header.setValue(QExifImageHeader::Orientation, QExifValue(qint32(0)));
     return header.saveToJpeg(fileName);
+}
+
+// Orientation
+
+int ExifUtils::imageExifOrientation(const QString& fileName)
+{
+    IntactFile file(fileName);
+    const int orientation = file.isIntact() ? imageExifOrientation(&file) : 0;
+    return file.isIntact() ? orientation : 0;
+}
+
+int ExifUtils::imageExifOrientation(QIODevice* device)
+{
+    ImageIfd ifd;
+    int orientation = 0;
+    if (device && device->isReadable() && readImageIfd(device, &ifd)) {
+        visitOrientations(ifd, [&](const ExifIfdHeader& entry, int at) {
+            orientation = orientationOf(entry, ifd, at);
+        });
+    }
+    return orientation;
+}
+
+bool ExifUtils::setOrientation(const QString& fileName, int orientation, QString* error)
+{
+    if (orientation < 1 || orientation > 8)
+        return fail(
+            error,
+            QCoreApplication::translate("ExifUtils", "There is no such orientation of a picture."));
+    QFile file(fileName);
+    if (!openToPatch(&file))
+        return fail(error, notOpened(file));
+    ImageIfd ifd;
+    const bool hasIfd = readImageIfd(&file, &ifd);
+    FilePatch patch;
+    patch.bytes = entriesWith(ifd, static_cast<quint16>(orientation));
+    if (hasIfd && !patch.bytes.isEmpty()) {
+        patch.begin = ifd.position;
+        patch.end = ifd.position + patch.bytes.size();
+        return apply(patch, &file, error);
+    }
+    file.close();
+    ExifEditor editor;
+    if (!editor.load(fileName, error))
+        return false;
+    editor.setOrientation(orientation);
+    return editor.save(fileName, error);
+}
+
+// Privacy
+
+bool ExifUtils::removeLocation(const QString& fileName, QString* error)
+{
+    QFile file(fileName);
+    QByteArray content;
+    if (!readToChange(&file, &content, error))
+        return false;
+    QByteArray without = content;
+    if (!eraseLocation(&without))
+        return fail(
+            error,
+            QCoreApplication::translate("ExifUtils", "The EXIF data of the picture is damaged."));
+    return apply({0, content.size(), without}, &file, error);
+}
+
+bool ExifUtils::removeMetadata(const QString& fileName, QString* error, Rotated rotated)
+{
+    QFile file(fileName);
+    QByteArray content;
+    if (!readToChange(&file, &content, error))
+        return false;
+    file.seek(0);
+    const int orientation = imageExifOrientation(&file);
+    QByteArray exif;
+    if (orientation > 1) {
+        if (rotated == Rotated::Refuse)
+            return fail(error,
+                        QCoreApplication::translate(
+                            "ExifUtils",
+                            "Without its EXIF data the picture would no longer stand upright."));
+        exif = segmentWith(static_cast<quint16>(orientation));
+    }
+    return apply({0, content.size(), withoutMetadata(content, exif)}, &file, error);
 }

@@ -3,12 +3,18 @@
 
 #include "ExifUtils.h"
 
+#include "JpegParts.h"
 #include "LogCapture.h"
+#include "OddDevices.h"
 #include "OrdinaryUser.h"
 #include "Photographs.h"
 #include "QExifImageHeader.h"
+#include "Text.h"
+#include "TiffBuilder.h"
+#include "TiffWalk.h"
 
 #include <QBuffer>
+#include <QCryptographicHash>
 #include <QFile>
 #include <QImage>
 #include <QJsonObject>
@@ -55,6 +61,31 @@ private Q_SLOTS:
     void clearRotationWithoutRoom();
     void photos_data();
     void photos();
+
+    void orientation_data();
+    void orientation();
+    void orientationBehindXmp();
+    void orientationReadsNoFurther();
+    void setOrientationChangesTwoBytes_data();
+    void setOrientationChangesTwoBytes();
+    void setOrientationOfOtherKind_data();
+    void setOrientationOfOtherKind();
+    void setOrientationAddsTheTag();
+    void setOrientationFails();
+    void setOrientationAcrossPages();
+    void removeLocation_data();
+    void removeLocation();
+    void removeLocationFromXmp_data();
+    void removeLocationFromXmp();
+    void removeLocationFromExtendedXmp();
+    void removeLocationFromJoinedBlock();
+    void removeLocationFails();
+    void removeLocationFromPhotos();
+    void removeMetadata_data();
+    void removeMetadata();
+    void removeMetadataOfRotated();
+    void removeMetadataFails();
+    void removeMetadataFromPhotos();
 };
 
 void tst_ExifUtils::rotation_data()
@@ -324,6 +355,548 @@ void tst_ExifUtils::photos()
         exiftool,
         {QStringLiteral("-n"), QStringLiteral("-s3"), QStringLiteral("-IFD0:Orientation"), copy});
     QCOMPARE(read.trimmed(), QByteArray("0"));
+}
+
+// Orientation
+
+void tst_ExifUtils::orientation_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<int>("orientation");
+    const auto row = [](const char* name, const char* typeCountValue, int orientation) {
+        QTest::newRow(name) << jpegWithOrientation(typeCountValue) << orientation;
+    };
+    row("0", "0003 00000001 00000000", 0);
+    row("1", "0003 00000001 00010000", 1);
+    row("2", "0003 00000001 00020000", 2);
+    row("3", "0003 00000001 00030000", 3);
+    row("4", "0003 00000001 00040000", 4);
+    row("5", "0003 00000001 00050000", 5);
+    row("6", "0003 00000001 00060000", 6);
+    row("7", "0003 00000001 00070000", 7);
+    row("8", "0003 00000001 00080000", 8);
+    row("9", "0003 00000001 00090000", 0);
+    row("Byte 6", "0001 00000001 06000000", 6);
+    row("Long 6", "0004 00000001 00000006", 6);
+    row("SignedLong 6", "0009 00000001 00000006", 6);
+    row("negative", "0009 00000001 FFFFFFFF", 0);
+    row("two Shorts", "0003 00000002 00060006", 0);
+    row("no Short", "0003 00000000 00060000", 0);
+    row("Ascii 6", "0002 00000002 36000000", 0);
+    QTest::newRow("no EXIF") << soi() + dqt() + scan() << 0;
+    QTest::newRow("not a JPEG") << QByteArray("GIF89a") << 0;
+    QTest::newRow("empty") << QByteArray() << 0;
+    QTest::newRow("no TIFF") << soi() + exifSegment("??????????????????") + scan() << 0;
+    QTest::newRow("directory outside")
+        << soi() + exifSegment(TiffBuilder(big).tiff(500).u16(0)) + scan() << 0;
+    QTest::newRow("directory in the head")
+        << soi() + exifSegment(TiffBuilder(big).tiff(2).u16(0)) + scan() << 0;
+    QTest::newRow("directory further back")
+        << soi()
+            + exifSegment(
+                TiffBuilder(little).tiff(20).raw("maker's note").u16(1).shorts(0x0112, 1, 5).u32(0))
+            + scan()
+        << 5;
+    QTest::newRow("the last of two")
+        << soi()
+            + exifSegment(
+                TiffBuilder(little).tiff().u16(2).shorts(0x0112, 1, 5).shorts(0x0112, 1, 6).u32(0))
+            + scan()
+        << 6;
+}
+
+void tst_ExifUtils::orientation()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(int, orientation);
+    LogCapture log;
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QCOMPARE(ExifUtils::imageExifOrientation(path), orientation);
+    QBuffer buffer(&file);
+    QCOMPARE(ExifUtils::imageExifOrientation(&buffer), 0); // not open
+    buffer.open(QIODevice::ReadOnly);
+    QCOMPARE(ExifUtils::imageExifOrientation(&buffer), orientation);
+    SequentialDevice sequential;
+    sequential.content = file;
+    sequential.open(QIODevice::ReadOnly);
+    QCOMPARE(ExifUtils::imageExifOrientation(&sequential), orientation);
+    QCOMPARE(ExifUtils::imageExifOrientation(static_cast<QIODevice*>(nullptr)), 0);
+    QCOMPARE(ExifUtils::imageExifOrientation(sandbox(text("missing.jpg"))), 0);
+    QVERIFY(log.records().isEmpty());
+}
+
+void tst_ExifUtils::orientationBehindXmp()
+{
+    const QByteArray segment = jpegWithOrientation("0003 00000001 00060000").mid(2);
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), soi() + jfif() + xmp() + segment);
+    QCOMPARE(ExifUtils::imageExifOrientation(path), 6);
+    QCOMPARE(ExifUtils::imageExifRotation(path), 0);
+}
+
+// A file that ends behind the first directory, and a device that is read up to there.
+void tst_ExifUtils::orientationReadsNoFurther()
+{
+    const QByteArray file = jpegWithOrientation("0003 00000001 00080000");
+    SequentialDevice device;
+    device.content = file;
+    device.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    QCOMPARE(ExifUtils::imageExifOrientation(&device), 8);
+    QCOMPARE(int(device.bytesAvailable()), file.size() - (2 + 4 + 6 + 22));
+}
+
+void tst_ExifUtils::setOrientationChangesTwoBytes_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<int>("place"); // of the two bytes
+    QTest::newRow("big endian") << jpegWithOrientation("0003 00000001 00060000") << 30;
+    QTest::newRow("little endian")
+        << soi() + exifSegment(fullBlock(little)) + scan() << 12 + 8 + 2 + 12 + 8;
+    QTest::newRow("behind XMP") << soi() + xmp()
+            + jpegWithOrientation("0003 00000001 00060000").mid(2)
+                                << 30 + 37;
+}
+
+void tst_ExifUtils::setOrientationChangesTwoBytes()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(int, place);
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    const auto inode = [&path] {
+        struct stat status;
+        return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
+    };
+    const auto before = inode();
+    const int low = file.contains("II*") ? place : place + 1;
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        QString error = text("as it was");
+        QVERIFY(ExifUtils::setOrientation(path, orientation, &error));
+        QCOMPARE(error, text("as it was"));
+        QByteArray expected = file;
+        expected[low] = char(orientation);
+        QCOMPARE(contentOf(path).toHex(), expected.toHex());
+        QCOMPARE(ExifUtils::imageExifOrientation(path), orientation);
+        QVERIFY(inode() == before);
+    }
+    const QDateTime time = QFileInfo(path).lastModified();
+    QVERIFY(ExifUtils::setOrientation(path, 8));
+    QCOMPARE(QFileInfo(path).lastModified(), time);
+    QCOMPARE(treeOf(sandbox.root()).size(), 1);
+}
+
+void tst_ExifUtils::setOrientationOfOtherKind_data()
+{
+    QTest::addColumn<QByteArray>("typeCountValue");
+    QTest::newRow("Byte") << QByteArray("0001 00000001 06000000");
+    QTest::newRow("SignedLong 0") << QByteArray("0009 00000001 00000000");
+    QTest::newRow("two Shorts") << QByteArray("0003 00000002 00060006");
+    QTest::newRow("a text further back") << QByteArray("0002 0000000C 0000001A");
+}
+
+void tst_ExifUtils::setOrientationOfOtherKind()
+{
+    QFETCH(QByteArray, typeCountValue);
+    const Sandbox sandbox;
+    const QString path =
+        sandbox.file(text("file.jpg"), jpegWithOrientation(typeCountValue.constData()));
+    QVERIFY(ExifUtils::setOrientation(path, 8));
+    QCOMPARE(contentOf(path).toHex(), jpegWithOrientation("0003 00000001 00080000").toHex());
+}
+
+void tst_ExifUtils::setOrientationAddsTheTag()
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), soi() + jfif() + dqt() + scan());
+    QVERIFY(ExifUtils::setOrientation(path, 6));
+    const QByteArray block = TiffBuilder(little).tiff().u16(1).shorts(0x0112, 1, 6).u32(0);
+    QCOMPARE(contentOf(path).toHex(),
+             (soi() + jfif() + exifSegment(block) + dqt() + scan()).toHex());
+    const QByteArray other =
+        TiffBuilder(big).tiff().u16(1).bytes(0x010F, 2, 4, QByteArray("abc\0", 4)).u32(0);
+    writeFile(path, soi() + exifSegment(other) + scan());
+    QVERIFY(ExifUtils::setOrientation(path, 6));
+    QCOMPARE(ExifUtils::imageExifOrientation(path), 6);
+    QCOMPARE(Header(path).value(Header::Make).toString(), text("abc"));
+}
+
+void tst_ExifUtils::setOrientationFails()
+{
+    const Sandbox sandbox;
+    const QByteArray content = jpegWithOrientation("0003 00000001 00060000");
+    const QString path = sandbox.file(text("file.jpg"), content);
+    QString error;
+    for (const int orientation : {-1, 0, 9, 65537}) {
+        error.clear();
+        QVERIFY(!ExifUtils::setOrientation(path, orientation, &error));
+        QCOMPARE(error, text("There is no such orientation of a picture."));
+    }
+    QVERIFY(!ExifUtils::setOrientation(path, 0));
+    QVERIFY(!ExifUtils::setOrientation(sandbox(text("missing.jpg")), 1, &error));
+    QVERIFY2(error.startsWith(text("The file cannot be opened: ")), qPrintable(error));
+    QVERIFY(!isThere(sandbox(text("missing.jpg"))));
+    QVERIFY(!ExifUtils::setOrientation(sandbox.file(text("text"), "text"), 1, &error));
+    QCOMPARE(error, text("The file is not a JPEG picture."));
+    QCOMPARE(contentOf(sandbox(text("text"))), QByteArray("text"));
+    const QByteArray damaged = soi() + exifSegment("????????????") + scan();
+    QVERIFY(!ExifUtils::setOrientation(sandbox.file(text("bad.jpg"), damaged), 1, &error));
+    QCOMPARE(error, text("The EXIF data of the picture is damaged."));
+    QCOMPARE(contentOf(sandbox(text("bad.jpg"))), damaged);
+    changeMode(path, 0444);
+    const OrdinaryUser user;
+    QVERIFY(!ExifUtils::setOrientation(path, 1, &error));
+    QCOMPARE(contentOf(path), content);
+}
+
+// The entry of another type lies in two pages: the file is replaced in one step.
+void tst_ExifUtils::setOrientationAcrossPages()
+{
+    const QByteArray file = jpegWithOrientation("0009 00000001 00000006").mid(2);
+    const Sandbox sandbox;
+    // Type, count and value are at 22 to 32.
+    const int commentSize = 4096 - 26 - 4;
+    const QString path = sandbox.file(text("file.jpg"),
+                                      soi() + segment(0xFFFE, QByteArray(commentSize, ' ')) + file);
+    struct stat before;
+    struct stat after;
+    QCOMPARE(::stat(QFile::encodeName(path).constData(), &before), 0);
+    QFile held(path); // so that no other file gets its number
+    QVERIFY(held.open(QIODevice::ReadOnly));
+    QVERIFY(ExifUtils::setOrientation(path, 3));
+    QCOMPARE(::stat(QFile::encodeName(path).constData(), &after), 0);
+    QVERIFY(before.st_ino != after.st_ino);
+    QCOMPARE(ExifUtils::imageExifOrientation(path), 3);
+    QCOMPARE(contentOf(path).size(), commentSize + 4 + 2 + file.size());
+}
+
+// Privacy
+
+namespace {
+
+/// The latitude that the blocks of TiffBuilder.h state, as it stands in a file.
+QByteArray latitude(QDataStream::ByteOrder order)
+{
+    return TiffBuilder(order).u32(47).u32(1).u32(30).u32(1).u32(5).u32(2);
+}
+
+QByteArray xmpSegment(const QByteArray& xml)
+{
+    return segment(0xFFE1, QByteArray("http://ns.adobe.com/xap/1.0/\0", 29) + xml);
+}
+
+} // namespace
+
+void tst_ExifUtils::removeLocation_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    const QByteArray rest = dqt() + scan();
+    for (const auto order : {little, big}) {
+        const QByteArray exif = exifSegment(fullBlock(order));
+        const QByteArray name = order == little ? "little endian, " : "big endian, ";
+        QTest::newRow(name + "alone") << soi() + exif + rest;
+        QTest::newRow(name + "behind XMP") << soi() + jfif() + xmp() + exif + rest;
+        QTest::newRow(name + "twice") << soi() + exif + xmp() + exif + rest;
+        QTest::newRow(name + "of a second picture") << soi() + rest + soi() + exif + rest;
+        QTest::newRow(name + "in no segment") << soi() + rest + exif.mid(4);
+    }
+}
+
+void tst_ExifUtils::removeLocation()
+{
+    QFETCH(QByteArray, file);
+    LogCapture log;
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QString error;
+    QVERIFY2(ExifUtils::removeLocation(path, &error), qPrintable(error));
+    const QByteArray after = contentOf(path);
+    QCOMPARE(after.size(), file.size());
+    QVERIFY(!after.contains(latitude(little)) && !after.contains(latitude(big)));
+    // The blocks read as before but for their GPS directories.
+    int blocks = 0;
+    for (int at = 0; (at = file.indexOf(QByteArray("Exif\0\0", 6), at)) >= 0; at += 6) {
+        const int size = fullBlock(big).size();
+        QCOMPARE(TiffWalk(after.mid(at + 6, size)).entries(),
+                 TiffWalk(file.mid(at + 6, size)).entriesBut({"GPS", "IFD0 8825"}));
+        ++blocks;
+    }
+    QVERIFY(blocks > 0);
+    const QDateTime time = QFileInfo(path).lastModified();
+    QVERIFY(ExifUtils::removeLocation(path));
+    QCOMPARE(contentOf(path), after);
+    QCOMPARE(QFileInfo(path).lastModified(), time);
+    QVERIFY(log.records().isEmpty());
+}
+
+void tst_ExifUtils::removeLocationFromXmp_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    const auto row = [](const char* name, const QByteArray& before,
+                        const QList<QByteArray>& erased) {
+        QByteArray after = before;
+        for (const QByteArray& part : erased) {
+            QVERIFY(after.contains(part));
+            after.replace(part, QByteArray(part.size(), ' '));
+        }
+        QTest::newRow(name) << before << after;
+    };
+    row("attribute", "<a exif:GPSLatitude=\"48,7.5N\" b=\"c\"/>", {"exif:GPSLatitude=\"48,7.5N\""});
+    row("apostrophes", "<a exif:GPSLatitude='4\">8' b='>'/>", {"exif:GPSLatitude='4\">8'"});
+    row("element", "<a><exif:GPSLongitude>11E</exif:GPSLongitude><b>c</b></a>",
+        {"<exif:GPSLongitude>11E</exif:GPSLongitude>"});
+    row("element with others", "<a><GPSx f='/'><rdf:li>1</rdf:li><c/></GPSx></a>",
+        {"<GPSx f='/'><rdf:li>1</rdf:li><c/></GPSx>"});
+    row("element in itself", "<x:GPSa><x:GPSa>1</x:GPSa><x:GPSa/></x:GPSa><b/>",
+        {"<x:GPSa><x:GPSa>1</x:GPSa><x:GPSa/></x:GPSa>"});
+    row("element around a comment", "<GPSa><!-- </GPSa> --></GPSa><b/>",
+        {"<GPSa><!-- </GPSa> --></GPSa>"});
+    row("empty element", "<exif:GPSAltitude/><b/>", {"<exif:GPSAltitude/>"});
+    row("other names", "<a drone:GpsLongtitude=\"1\" m:Latitude=\"2\" gps=\"3\"/>",
+        {"drone:GpsLongtitude=\"1\"", "m:Latitude=\"2\"", "gps=\"3\""});
+    row("names alone", "<a xmlns:gps=\"u\" t=\"GPSLatitude\">GPSLatitude</a>", {});
+    row("no markup", "<!-- <GPS>1</GPS> --><?x <GPS?><![CDATA[<GPS>]]><a/>", {});
+    row("spaces", "<a GPSx = \"1\"\n\tb=\"2\"/>", {"GPSx = \"1\""});
+    row("element without end", "<a><GPSx>48", {"<GPSx>48"});
+    row("attribute without end", "<a GPSx=\"48", {});
+    row("comment without end", "<a/><!-- ", {});
+    row("nothing behind", "<", {});
+}
+
+void tst_ExifUtils::removeLocationFromXmp()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    const Sandbox sandbox;
+    const QString path =
+        sandbox.file(text("file.jpg"), soi() + xmpSegment(before) + dqt() + scan());
+    QVERIFY(ExifUtils::removeLocation(path));
+    QCOMPARE(contentOf(path), soi() + xmpSegment(after) + dqt() + scan());
+    // The same in a packet that is in no segment.
+    const auto inNoSegment = [](const QByteArray& xml) {
+        return soi() + dqt() + scan() + "<x:xmpmeta>" + xml + "</x:xmpmeta>tail";
+    };
+    writeFile(path, inNoSegment(before));
+    QVERIFY(ExifUtils::removeLocation(path));
+    const bool isWhole = before.endsWith("/>") || before.endsWith("a>");
+    if (isWhole)
+        QCOMPARE(contentOf(path), inNoSegment(after));
+    QCOMPARE(contentOf(path).size(), inNoSegment(before).size());
+}
+
+// A packet of several segments, the cut in the middle of a property.
+void tst_ExifUtils::removeLocationFromExtendedXmp()
+{
+    const QByteArray xml = "<x:xmpmeta><a>" + QByteArray(100, 'x')
+        + "</a><exif:GPSLatitude>48,7.5N</exif:GPSLatitude></x:xmpmeta>";
+    const auto digestOf = [](const QByteArray& bytes) {
+        return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex().toUpper();
+    };
+    const auto part = [&](const QByteArray& whole, int begin, int size) {
+        return segment(0xFFE1,
+                       QByteArray("http://ns.adobe.com/xmp/extension/\0", 35) + digestOf(whole)
+                           + TiffBuilder(big).u32(quint32(whole.size())).u32(quint32(begin)).all()
+                           + whole.mid(begin, size));
+    };
+    const auto file = [&](const QByteArray& whole) {
+        const QByteArray main =
+            xmpSegment("<a xmpNote:HasExtendedXMP=\"" + digestOf(whole) + "\"/>");
+        const int cut = 130;
+        return soi() + main + part(whole, cut, whole.size()) + part(whole, 0, cut) + scan();
+    };
+    QByteArray expected = xml;
+    const int begin = expected.indexOf("<exif:GPS");
+    const int end = expected.indexOf("</x:xmpmeta>");
+    expected.replace(begin, end - begin, QByteArray(end - begin, ' '));
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file(xml));
+    QVERIFY(ExifUtils::removeLocation(path));
+    QCOMPARE(contentOf(path), file(expected));
+}
+
+// A block of more than one segment: the others have no head of their own.
+void tst_ExifUtils::removeLocationFromJoinedBlock()
+{
+    const QByteArray block = fullBlock(big);
+    const int cut = 150; // in the middle of the GPS directory
+    const Sandbox sandbox;
+    const QString path =
+        sandbox.file(text("file.jpg"),
+                     soi() + exifSegment(block.left(cut)) + exifSegment(block.mid(cut)) + scan());
+    QVERIFY(ExifUtils::removeLocation(path));
+    const QByteArray after = contentOf(path);
+    const QByteArray joined = after.mid(12, cut) + after.mid(12 + cut + 10, block.size() - cut);
+    QCOMPARE(TiffWalk(joined).entries(), TiffWalk(block).entriesBut({"GPS", "IFD0 8825"}));
+    QVERIFY(after.endsWith(scan()));
+}
+
+void tst_ExifUtils::removeLocationFails()
+{
+    const Sandbox sandbox;
+    QString error;
+    QVERIFY(!ExifUtils::removeLocation(sandbox(text("missing.jpg")), &error));
+    QVERIFY2(error.startsWith(text("The file cannot be opened: ")), qPrintable(error));
+    QVERIFY(!isThere(sandbox(text("missing.jpg"))));
+    QVERIFY(!ExifUtils::removeLocation(sandbox.file(text("text"), "text"), &error));
+    QCOMPARE(error, text("The file is not a JPEG picture."));
+    const QByteArray file = soi() + exifSegment(fullBlock(big)) + scan();
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QCOMPARE(::link(QFile::encodeName(path).constData(),
+                    QFile::encodeName(sandbox(text("name.jpg"))).constData()),
+             0);
+    // Within one page it is written where it stands.
+    QVERIFY(ExifUtils::removeLocation(path, &error));
+    writeFile(path, soi() + segment(0xFFFE, QByteArray(3900, ' ')) + file.mid(2));
+    const QByteArray content = contentOf(path);
+    QVERIFY(!ExifUtils::removeLocation(path, &error));
+    QVERIFY2(error.startsWith(text("The file cannot be replaced: ")), qPrintable(error));
+    QCOMPARE(contentOf(path), content);
+}
+
+void tst_ExifUtils::removeLocationFromPhotos()
+{
+    const QStringList names = expectedPhotos().keys().filter(QRegularExpression(text("jpg$")));
+    const QString exiftool = QStandardPaths::findExecutable(text("exiftool"));
+    if (names.isEmpty() || exiftool.isEmpty())
+        QSKIP("the photographs or exiftool are not there; hand-made files cover the logic");
+    const Sandbox sandbox;
+    int located = 0;
+    for (const QString& name : names) {
+        const QString path =
+            sandbox.file(name, contentOf(photosFolder() + QLatin1Char('/') + name));
+        QString error;
+        QVERIFY2(ExifUtils::removeLocation(path, &error), qPrintable(name + error));
+        located += contentOf(path) == contentOf(photosFolder() + QLatin1Char('/') + name) ? 0 : 1;
+    }
+    QVERIFY(located >= 5);
+    const QStringList options{text("-a"), text("-G1"), text("-s"), text("-ee"), text("-u")};
+    const QByteArray gps = outputOf(
+        exiftool, options + QStringList{text("-GPS*"), text("-*Latitude*"), sandbox.root()});
+    QVERIFY2(!gps.contains("GPS") && !gps.contains("atitude"), gps.constData());
+    // All other tags read as before; directories are counted from other places of the disk.
+    const auto others = [&](const QString& folder) {
+        QList<QByteArray> lines =
+            outputOf(exiftool,
+                     options
+                         + QStringList{text("-EXIF:all"), text("-XMP:all"), text("-IPTC:all"),
+                                       text("-ICC:all"), text("-ext"), text("jpg"), folder})
+                .split('\n');
+        for (QByteArray& line : lines) {
+            if (line.contains("GPS") || line.startsWith("========"))
+                line = QByteArray();
+        }
+        lines.removeAll(QByteArray());
+        std::sort(lines.begin(), lines.end());
+        return lines;
+    };
+    QCOMPARE(others(sandbox.root()), others(photosFolder()));
+}
+
+void tst_ExifUtils::removeMetadata_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("expected");
+    const QByteArray icc = segment(0xFFE2, QByteArray("ICC_PROFILE\0\1\1....", 18));
+    const QByteArray adobe = segment(0xFFEE, "Adobe.......");
+    const QByteArray exif = exifSegment(TiffBuilder(big).tiff().u16(1).shorts(0x0112, 1, 1).u32(0));
+    const QByteArray iptc = segment(0xFFED, QByteArray("Photoshop 3.0\08BIM", 18));
+    const QByteArray comment = segment(0xFFFE, "a comment");
+    const QByteArray extension = segment(0xFFE0, QByteArray("JFXX\0\x10", 6));
+    const QByteArray rest = dqt() + scan();
+    QTest::newRow("nothing to remove")
+        << soi() + jfif() + icc + adobe + rest << soi() + jfif() + icc + adobe + rest;
+    QTest::newRow("everything") << soi() + jfif() + extension + exif + xmp() + icc + iptc + comment
+            + segment(0xFFE2, "MPF") + segment(0xFFEB, "JP") + segment(0xFFEF, "?") + adobe
+            + rest << soi() + jfif() + icc + adobe + rest;
+    QTest::newRow("between scans") << soi() + dqt() + scan().chopped(2) + comment + rest
+                                   << soi() + dqt() + scan().chopped(2) + rest;
+    QTest::newRow("behind the picture")
+        << soi() + rest + soi() + exif + rest + "a film" << soi() + rest;
+    QTest::newRow("cut short") << soi() + exif + dqt() + scan().chopped(2)
+                               << soi() + dqt() + scan().chopped(2);
+    QTest::newRow("cut short in it") << soi() + dqt() + exif.chopped(3) << soi() + dqt();
+    QTest::newRow("fill bytes") << soi() + hex("FFFF") + exif + hex("FF") + rest
+                                << soi() + hex("FFFFFF") + rest;
+}
+
+void tst_ExifUtils::removeMetadata()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, expected);
+    LogCapture log;
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QString error = text("as it was");
+    QVERIFY(ExifUtils::removeMetadata(path, &error));
+    QCOMPARE(contentOf(path).toHex(), expected.toHex());
+    QCOMPARE(error, text("as it was"));
+    QVERIFY(ExifUtils::removeMetadata(path));
+    QCOMPARE(contentOf(path), expected);
+    QVERIFY(log.records().isEmpty());
+}
+
+void tst_ExifUtils::removeMetadataOfRotated()
+{
+    const Sandbox sandbox;
+    const QByteArray file =
+        soi() + jfif() + xmp() + exifSegment(fullBlock(little)) + dqt() + scan();
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QString error;
+    QVERIFY(!ExifUtils::removeMetadata(path, &error));
+    QCOMPARE(error, text("Without its EXIF data the picture would no longer stand upright."));
+    QCOMPARE(contentOf(path), file);
+    QVERIFY(ExifUtils::removeMetadata(path, &error, ExifUtils::Rotated::KeepOrientation));
+    const QByteArray block = TiffBuilder(big).tiff().u16(1).shorts(0x0112, 1, 6).u32(0);
+    QCOMPARE(contentOf(path).toHex(),
+             (soi() + jfif() + exifSegment(block) + dqt() + scan()).toHex());
+    QVERIFY(ExifUtils::setOrientation(path, 1));
+    QVERIFY(ExifUtils::removeMetadata(path));
+    QCOMPARE(contentOf(path), soi() + jfif() + dqt() + scan());
+}
+
+void tst_ExifUtils::removeMetadataFails()
+{
+    const Sandbox sandbox;
+    QString error;
+    QVERIFY(!ExifUtils::removeMetadata(sandbox(text("missing.jpg")), &error));
+    QVERIFY(!ExifUtils::removeMetadata(QString()));
+    QVERIFY(!ExifUtils::removeMetadata(sandbox.file(text("text"), "text"), &error));
+    QCOMPARE(error, text("The file is not a JPEG picture."));
+    const QByteArray file = soi() + xmp() + dqt() + scan();
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QCOMPARE(::link(QFile::encodeName(path).constData(),
+                    QFile::encodeName(sandbox(text("name.jpg"))).constData()),
+             0);
+    QVERIFY(!ExifUtils::removeMetadata(path, &error));
+    QVERIFY2(error.startsWith(text("The file cannot be replaced: ")), qPrintable(error));
+    QCOMPARE(contentOf(path), file);
+}
+
+void tst_ExifUtils::removeMetadataFromPhotos()
+{
+    const QStringList names = expectedPhotos().keys().filter(QRegularExpression(text("jpg$")));
+    const QString exiftool = QStandardPaths::findExecutable(text("exiftool"));
+    if (names.isEmpty() || exiftool.isEmpty())
+        QSKIP("the photographs or exiftool are not there; hand-made files cover the logic");
+    const Sandbox sandbox;
+    for (const QString& name : names) {
+        const QByteArray before = contentOf(photosFolder() + QLatin1Char('/') + name);
+        const QString path = sandbox.file(name, before);
+        QString error;
+        QVERIFY2(ExifUtils::removeMetadata(path, &error, ExifUtils::Rotated::KeepOrientation),
+                 qPrintable(name + error));
+        const QByteArray after = contentOf(path);
+        QCOMPARE(QImage::fromData(after, "JPG"), QImage::fromData(before, "JPG"));
+        QCOMPARE(after.contains("ICC_PROFILE"), before.contains("ICC_PROFILE"));
+    }
+    const QByteArray left =
+        outputOf(exiftool,
+                 {text("-a"), text("-G1"), text("-s"), text("-EXIF:all"), text("-XMP:all"),
+                  text("-IPTC:all"), text("-MakerNotes:all"), text("-Photoshop:all"),
+                  text("-Comment"), text("-ext"), text("jpg"), sandbox.root()});
+    for (const QByteArray& line : left.split('\n'))
+        QVERIFY2(!line.startsWith('[') || line.contains("Orientation"), line.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_ExifUtils)

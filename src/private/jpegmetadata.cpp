@@ -1,0 +1,388 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "jpegmetadata_p.h"
+
+#include "exifblock_p.h"
+#include "jpegsegments_p.h"
+
+#include <QBuffer>
+#include <QCryptographicHash>
+#include <QMap>
+#include <QVector>
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+template <typename Integer>
+Integer bigEndian(const QByteArray& bytes, int at)
+{
+    const bool isThere = at >= 0 && at + int(sizeof(Integer)) <= bytes.size();
+    return isThere ? qFromBigEndian<Integer>(reinterpret_cast<const uchar*>(bytes.constData() + at))
+                   : Integer(0);
+}
+
+// Pieces of a file
+
+struct Piece
+{
+    int begin;
+    int size;
+};
+using Pieces = QVector<Piece>;
+
+QByteArray joined(const QByteArray& file, const Pieces& pieces)
+{
+    QByteArray bytes;
+    for (const Piece& piece : pieces)
+        bytes += file.mid(piece.begin, piece.size);
+    return bytes;
+}
+
+void overwrite(QByteArray* file, const Pieces& pieces, const QByteArray& bytes)
+{
+    int at = 0;
+    for (const Piece& piece : pieces) {
+        std::copy_n(bytes.constData() + at, piece.size, file->data() + piece.begin);
+        at += piece.size;
+    }
+}
+
+/// The end of the APP1 segment whose payload begins at a position; -1 where there is none.
+int endOfApp1(const QByteArray& file, int payload)
+{
+    const int length = bigEndian<quint16>(file, payload - 2);
+    const bool isApp1 = bigEndian<quint16>(file, payload - 4) == JpegMarker::App1;
+    return isApp1 && length >= 2 ? qMin(payload - 2 + length, file.size()) : -1;
+}
+
+// EXIF
+
+const QByteArray& exifName()
+{
+    static const QByteArray name("Exif\0\0", 6);
+    return name;
+}
+
+bool beginsBlock(const QByteArray& file, int at)
+{
+    const quint32 head = bigEndian<quint32>(file, at);
+    return head == 0x49492A00 || head == 0x4D4D002A;
+}
+
+/// The pieces of the block behind a name: mostly one; a large block goes on in the next segments.
+Pieces blockAt(const QByteArray& file, int name)
+{
+    const int maximumSize = 1024 * 1024; // of a block that is in no segment
+    const int nameSize = exifName().size();
+    int end = endOfApp1(file, name);
+    if (end < 0)
+        return {{name + nameSize, qMin(maximumSize, file.size() - name - nameSize)}};
+    Pieces pieces = {{name + nameSize, end - name - nameSize}};
+    for (;;) {
+        const int next = end + 4;
+        end = endOfApp1(file, next);
+        if (end < next + nameSize || file.mid(next, nameSize) != exifName()
+            || beginsBlock(file, next + nameSize))
+            return pieces;
+        pieces.append({next + nameSize, end - next - nameSize});
+    }
+}
+
+bool eraseExifLocations(QByteArray* file)
+{
+    const int nameSize = exifName().size();
+    for (int at = 0; (at = file->indexOf(exifName(), at)) >= 0; at += nameSize) {
+        if (!beginsBlock(*file, at + nameSize))
+            continue;
+        const Pieces pieces = blockAt(*file, at);
+        const QByteArray before = joined(*file, pieces);
+        ExifBlock block;
+        if (!block.parse(before))
+            continue;
+        block.removeGps();
+        QByteArray after = block.composed();
+        if (after.size() > before.size())
+            return false;
+        after.append(QByteArray(before.size() - after.size(), '\0'));
+        overwrite(file, pieces, after);
+    }
+    return true;
+}
+
+// XMP
+
+bool namesLocation(const QByteArray& qualifiedName)
+{
+    if (qualifiedName.startsWith("xmlns"))
+        return false;
+    const QByteArray name = qualifiedName.mid(qualifiedName.lastIndexOf(':') + 1).toLower();
+    return name.startsWith("gps") || name.contains("latitude") || name.contains("longitude")
+        || name.contains("longtitude");
+}
+
+/// Overwrites in XML what a location is told by, elements with all that is in them and attributes,
+/// with blanks.
+class LocationEraser
+{
+public:
+    explicit LocationEraser(QByteArray* xml)
+        : mXml(*xml)
+    { }
+
+    void run()
+    {
+        int at = 0;
+        while ((at = mXml.indexOf('<', at)) >= 0)
+            at = passMarkup(at);
+    }
+
+private:
+    struct Tag
+    {
+        QByteArray name;
+        int nameEnd;
+        int end; // behind ">"
+        bool isClosing;
+        bool isEmpty;
+    };
+
+    /// Goes behind a piece of markup, and erases it where it tells a location.
+    int passMarkup(int at)
+    {
+        const int other = passOther(at);
+        if (other >= 0)
+            return other;
+        const Tag tag = tagAt(at);
+        if (tag.isClosing)
+            return tag.end;
+        if (namesLocation(tag.name)) {
+            const int end = tag.isEmpty ? tag.end : endOfElement(tag);
+            erase(at, end);
+            return end;
+        }
+        eraseAttributes(tag);
+        return tag.end;
+    }
+
+    /// Goes behind a comment, an instruction or a section of plain text; -1 where there is none.
+    int passOther(int at) const
+    {
+        const char* const kinds[][2] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+        for (const auto& kind : kinds) {
+            const QByteArray beginning = kind[0];
+            if (mXml.mid(at, beginning.size()) != beginning)
+                continue;
+            const int end = mXml.indexOf(kind[1], at + beginning.size());
+            return end < 0 ? mXml.size() : end + int(qstrlen(kind[1]));
+        }
+        return -1;
+    }
+
+    Tag tagAt(int at) const
+    {
+        Tag tag;
+        tag.isClosing = mXml.mid(at + 1, 1) == "/";
+        const int nameBegin = at + (tag.isClosing ? 2 : 1);
+        tag.nameEnd = nameBegin;
+        while (tag.nameEnd < mXml.size() && !isSpace(tag.nameEnd) && mXml.at(tag.nameEnd) != '>'
+               && mXml.at(tag.nameEnd) != '/')
+            ++tag.nameEnd;
+        tag.name = mXml.mid(nameBegin, tag.nameEnd - nameBegin);
+        char quote = '\0';
+        int end = tag.nameEnd;
+        for (; end < mXml.size() && (quote != '\0' || mXml.at(end) != '>'); ++end) {
+            const char character = mXml.at(end);
+            if (quote == '\0' && (character == '"' || character == '\''))
+                quote = character;
+            else if (character == quote)
+                quote = '\0';
+        }
+        tag.isEmpty = mXml.mid(end - 1, 1) == "/";
+        tag.end = qMin(end + 1, mXml.size());
+        return tag;
+    }
+
+    int endOfElement(const Tag& start) const
+    {
+        int depth = 1;
+        int at = start.end;
+        while ((at = mXml.indexOf('<', at)) >= 0) {
+            const int other = passOther(at);
+            if (other >= 0) {
+                at = other;
+                continue;
+            }
+            const Tag tag = tagAt(at);
+            at = tag.end;
+            if (tag.name != start.name || tag.isEmpty)
+                continue;
+            depth += tag.isClosing ? -1 : 1;
+            if (depth == 0)
+                return at;
+        }
+        return mXml.size();
+    }
+
+    void eraseAttributes(const Tag& tag)
+    {
+        int at = tag.nameEnd;
+        while (at < tag.end) {
+            while (at < tag.end && isSpace(at))
+                ++at;
+            const int begin = at;
+            const int equals = mXml.indexOf('=', at);
+            if (equals < 0 || equals >= tag.end)
+                return;
+            int quote = equals + 1;
+            while (quote < tag.end && isSpace(quote))
+                ++quote;
+            const int valueEnd = quote < tag.end ? mXml.indexOf(mXml.at(quote), quote + 1) : -1;
+            if (valueEnd < 0 || valueEnd >= tag.end)
+                return;
+            at = valueEnd + 1;
+            if (namesLocation(mXml.mid(begin, equals - begin).trimmed()))
+                erase(begin, at);
+        }
+    }
+
+    bool isSpace(int at) const
+    {
+        const char character = mXml.at(at);
+        return character == ' ' || (character >= '\t' && character <= '\r');
+    }
+
+    void erase(int begin, int end) { std::fill(mXml.data() + begin, mXml.data() + end, ' '); }
+
+    QByteArray& mXml;
+};
+
+void eraseXmpLocation(QByteArray* file, const Pieces& pieces)
+{
+    QByteArray xml = joined(*file, pieces);
+    LocationEraser(&xml).run();
+    overwrite(file, pieces, xml);
+}
+
+/// Packets that fit into one piece, in segments of their own or anywhere else.
+void eraseXmpLocations(QByteArray* file)
+{
+    const QByteArray end("</x:xmpmeta>");
+    for (int at = 0; (at = file->indexOf("<x:xmpmeta", at)) >= 0; ++at) {
+        const int found = file->indexOf(end, at);
+        if (found >= 0)
+            eraseXmpLocation(file, {{at, found + end.size() - at}});
+    }
+    const QByteArray name("http://ns.adobe.com/xap/1.0/\0", 29);
+    for (int at = 0; (at = file->indexOf(name, at)) >= 0; at += name.size()) {
+        const int segmentEnd = endOfApp1(*file, at);
+        if (segmentEnd > at + name.size())
+            eraseXmpLocation(file, {{at + name.size(), segmentEnd - at - name.size()}});
+    }
+}
+
+/// Packets that are spread over several segments, each with the packet's digest.
+void eraseExtendedXmpLocations(QByteArray* file)
+{
+    const QByteArray name("http://ns.adobe.com/xmp/extension/\0", 35);
+    const int digestSize = 32;
+    QMap<QByteArray, QMap<quint32, Piece>> packets; // by digest; the pieces by their offsets
+    for (int at = 0; (at = file->indexOf(name, at)) >= 0; at += name.size()) {
+        const int begin = at + name.size() + digestSize + 8; // behind digest, size and offset
+        const int end = endOfApp1(*file, at);
+        if (end > begin)
+            packets[file->mid(at + name.size(), digestSize)].insert(
+                bigEndian<quint32>(*file, begin - 4), {begin, end - begin});
+    }
+    for (auto packet = packets.cbegin(); packet != packets.cend(); ++packet) {
+        const Pieces pieces = packet.value().values().toVector();
+        const QByteArray before = joined(*file, pieces);
+        eraseXmpLocation(file, pieces);
+        const QByteArray after = joined(*file, pieces);
+        if (after == before)
+            continue;
+        const QByteArray digest =
+            QCryptographicHash::hash(after, QCryptographicHash::Md5).toHex().toUpper();
+        file->replace(packet.key(), digest);
+    }
+}
+
+// Films
+
+/// Makes the boxes that name a film's location free space. They stand behind the picture.
+void eraseFilmLocations(QByteArray* file)
+{
+    for (const char* const type : {"\xA9xyz", "loci"}) {
+        for (int at = 4; (at = file->indexOf(type, at)) >= 0; at += 4) {
+            const qint64 size = bigEndian<quint32>(*file, at - 4);
+            const int maximumSize = 512;
+            if (size < 12 || size > maximumSize || at - 4 + size > file->size())
+                continue;
+            std::fill(file->data() + at, file->data() + at - 4 + size, '\0');
+            std::copy_n("free", 4, file->data() + at);
+        }
+    }
+}
+
+// Segments
+
+/// Whether a picture looks the same without a segment.
+bool isMetadata(JpegSegments* segments)
+{
+    const quint16 lastApplication = 0xFFEF;
+    const quint16 app14 = 0xFFEE;
+    const quint16 marker = segments->marker();
+    if (marker < JpegMarker::App0 || marker > lastApplication)
+        return marker == JpegMarker::Comment;
+    return !(marker == JpegMarker::App0 && segments->startsWith("JFIF"))
+        && !(marker == JpegMarker::App2 && segments->startsWith("ICC_PROFILE"))
+        && !(marker == app14 && segments->startsWith("Adobe")); // how the colours are coded
+}
+
+} // namespace
+
+bool eraseLocation(QByteArray* file)
+{
+    if (!eraseExifLocations(file))
+        return false;
+    eraseXmpLocations(file);
+    eraseExtendedXmpLocations(file);
+    eraseFilmLocations(file);
+    return true;
+}
+
+QByteArray withoutMetadata(const QByteArray& file, const QByteArray& exif)
+{
+    QBuffer buffer;
+    buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    JpegSegments segments(&buffer, JpegSegments::Markers::Standard);
+    QByteArray kept;
+    int exifPlace = 2; // behind SOI
+    int taken = 0; // of the file
+    const auto keepTo = [&file, &kept, &taken](qint64 end) {
+        kept += file.mid(taken, static_cast<int>(end) - taken);
+        taken = static_cast<int>(end);
+    };
+    bool isFirst = true;
+    for (bool isThere = segments.begin(); isThere; isThere = segments.next()) {
+        const qint64 end = segments.payloadPosition() + segments.claimedSize();
+        if (isMetadata(&segments)) {
+            keepTo(segments.position());
+            taken = static_cast<int>(qMin<qint64>(end, file.size()));
+        } else if (isFirst && segments.marker() == JpegMarker::App0) {
+            keepTo(end);
+            exifPlace = kept.size();
+        }
+        isFirst = false;
+    }
+    const bool isEnded = segments.marker() == JpegMarker::EndOfImage;
+    keepTo(isEnded ? segments.position() + 2 : file.size());
+    return kept.insert(exifPlace, exif);
+}
+
+} // namespace OrvaUtilsPrivate
