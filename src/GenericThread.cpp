@@ -59,6 +59,18 @@ GenericThread* GenericThread::runInGenericThread(const std::function<void(QVaria
     return thread;
 }
 
+GenericThread*
+GenericThread::runInGenericThread(const std::function<QVariant()>& function, const QObject* context,
+                                  const std::function<void(const QVariant&)>& receiver)
+{
+    auto* const thread = new GenericThread;
+    thread->d->function = [function](QVariant& result) { result = function(); };
+    if (receiver)
+        connect(thread, &GenericThread::genericFinished, context, receiver);
+    thread->start(QThread::InheritPriority);
+    return thread;
+}
+
 void GenericThread::run()
 {
     d->place = GenericThreadPrivate::InFunction;

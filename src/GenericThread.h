@@ -70,6 +70,25 @@ public:
     static GenericThread* runInGenericThread(const std::function<void(QVariant&)>& function,
                                              const QObject* receiver, const char* member);
 
+    /// Runs a copy of \a function on a new thread, and hands what it returns to \a receiver, a
+    /// function that is called in the thread of \a context:
+    ///
+    /// \code
+    /// GenericThread::runInGenericThread([path] { return hashOfFolder(path); }, this,
+    ///                                   [this](const QVariant& hash) { showHash(hash); });
+    /// \endcode
+    ///
+    /// Any callable without arguments will do whose result converts to QVariant. The receiver is
+    /// called once the event loop of the thread of \a context comes to it, and not at all if
+    /// \a context has been destroyed before: it may use what the context owns. Without a context,
+    /// which Qt warns of, and without a receiver the function runs all the same. An empty function
+    /// ends the program; see run().
+    ///
+    /// Returns the thread, for which the other form tells the rest.
+    static GenericThread* runInGenericThread(const std::function<QVariant()>& function,
+                                             const QObject* context,
+                                             const std::function<void(const QVariant&)>& receiver);
+
 Q_SIGNALS:
     /// The function has returned; \a result is what it stored, invalid if nothing. Emitted on the
     /// worker thread as it finishes, and not at all after the function was ended by force.

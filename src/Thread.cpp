@@ -11,7 +11,49 @@
 #include <QElapsedTimer>
 #include <QMutexLocker>
 
+#include <climits>
+
 using namespace OrvaUtilsPrivate;
+
+namespace {
+
+/// Milliseconds as QThread::wait() counts them, for which ULONG_MAX is no limit.
+unsigned long waitingTime(std::chrono::milliseconds timeout)
+{
+    const auto ms = timeout.count();
+    if (ms > INT_MAX)
+        return ULONG_MAX;
+    return ms > 0 ? static_cast<unsigned long>(ms) : 0;
+}
+
+unsigned long remainingTime(const QElapsedTimer& timer, unsigned long ms)
+{
+    const auto elapsed = static_cast<unsigned long>(timer.elapsed());
+    return elapsed < ms ? ms - elapsed : 0;
+}
+
+/// Waits for the thread to finish for at most \a ms milliseconds. A worker that looked for the
+/// request just before it was made may begin to wait after the last wake: a thread that was asked
+/// to stop is woken again until it has finished.
+bool waitAndWake(Thread& thread, unsigned long ms)
+{
+    if (QThread::currentThread() == &thread)
+        return thread.wait(ms); // Qt warns, and does not wait
+    const unsigned long stepMs = 20;
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        const unsigned long left = remainingTime(timer, ms);
+        if (thread.wait(qMin(left, stepMs)))
+            return true;
+        if (left <= stepMs)
+            return false;
+        if (thread.isInterruptionRequested())
+            thread.mainWake();
+    }
+}
+
+} // namespace
 
 Thread::Thread(QObject* parent)
     : QThread(parent ? parent : QCoreApplication::instance())
@@ -74,22 +116,24 @@ void Thread::requestInterruption()
 bool Thread::stopAndWait(unsigned long ms)
 {
     requestInterruption();
-    if (QThread::currentThread() == this)
-        return wait(ms); // Qt warns, and does not wait
-    // A worker that looked for the request just before it was made may begin to wait after the last
-    // wake: it is woken again until it has finished.
-    const unsigned long stepMs = 20;
+    return waitAndWake(*this, ms);
+}
+
+bool Thread::stopAndWait(std::chrono::milliseconds timeout)
+{
+    return stopAndWait(waitingTime(timeout));
+}
+
+bool Thread::waitForAll(const QList<QPointer<Thread>>& threads, std::chrono::milliseconds timeout)
+{
+    const unsigned long ms = waitingTime(timeout);
     QElapsedTimer timer;
     timer.start();
-    for (;;) {
-        const auto elapsed = static_cast<unsigned long>(timer.elapsed());
-        const unsigned long left = elapsed < ms ? ms - elapsed : 0;
-        if (wait(qMin(left, stepMs)))
-            return true;
-        if (left <= stepMs)
+    for (const QPointer<Thread>& thread : threads) {
+        if (thread && !waitAndWake(*thread, remainingTime(timer, ms)))
             return false;
-        d->condition.wakeAll();
     }
+    return true;
 }
 
 bool Thread::lastChanceBeforeDestroyed()

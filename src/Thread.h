@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QThread>
 
+#include <chrono>
 #include <memory>
 
 class Threadable;
@@ -140,6 +141,34 @@ public:
     /// finished. On the thread that is to stop it returns false at once, with a warning of Qt.
     bool stopAndWait(unsigned long ms);
 
+    /// The same with a duration, of which a negative one counts as 0, and more than 24 days as no
+    /// limit:
+    ///
+    /// \code
+    /// using namespace std::chrono_literals;
+    /// if (!importThread.stopAndWait(3s))
+    ///     showBusyCursor();
+    /// \endcode
+    bool stopAndWait(std::chrono::milliseconds timeout);
+
+    /// Waits for all of \a threads to finish, for at most \a timeout in all, counted as by
+    /// stopAndWait(). Returns whether all have finished; threads that were never started, that are
+    /// done and that have been destroyed count as finished.
+    ///
+    /// No thread is asked to stop. Who wants that asks all of them first, so that they stop side by
+    /// side; one that was asked is woken again and again, as by stopAndWait():
+    ///
+    /// \code
+    /// for (Thread* thread : {importThread, hashThread})
+    ///     thread->requestInterruption();
+    /// const bool allStopped = Thread::waitForAll({importThread, hashThread}, 3s);
+    /// \endcode
+    ///
+    /// To be called on the thread that owns the objects, and not on one of \a threads. Objects that
+    /// delete themselves do so in the event loop, and thus not during the call.
+    static bool waitForAll(const QList<QPointer<Thread>>& threads,
+                           std::chrono::milliseconds timeout = std::chrono::milliseconds::max());
+
 public Q_SLOTS:
     /// Sets or clears the cancel flag, which is clear at first. May be called from any thread.
     void setCancelFlag(bool b);
@@ -171,6 +200,25 @@ Q_SIGNALS:
     /// \a progress_level2 for the step at hand. Emitted by emitThreadProgress() and
     /// Threadable::emitThreadProgressMessages() on the thread that calls them.
     void progressThread(const QString& progress_level1, const QString& progress_level2);
+
+    /// How far the work has come, in numbers: \a done of \a total steps, with \a what, a file for
+    /// example, at hand. A total of 0 or less is not known yet. Emitted by
+    /// Threadable::emitThreadProgress() on the thread that calls it, and by run() itself:
+    ///
+    /// \code
+    /// Q_EMIT progressed(3, 40, path); // in run()
+    ///
+    /// connect(&thread, &Thread::progressed, &dialog, [&](int done, int total, const QString& what)
+    /// {
+    ///     dialog.setMaximum(total); // a QProgressDialog: 0 shows that it is busy
+    ///     dialog.setValue(done);
+    ///     dialog.setLabelText(what);
+    /// });
+    /// \endcode
+    ///
+    /// The library never emits it besides progressThread(): a worker that serves older hosts, too,
+    /// emits both.
+    void progressed(int done, int total, const QString& what);
 
 protected:
     /// The workers that were bound to this thread, in the order of binding, each once. One that has

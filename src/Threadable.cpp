@@ -82,6 +82,12 @@ void Threadable::emitThreadProgressMessages(const QString& progress_level1,
         d->thread->emitThreadProgress(progress_level1, progress_level2);
 }
 
+void Threadable::emitThreadProgress(int done, int total, const QString& what)
+{
+    if (d->thread)
+        Q_EMIT d->thread->progressed(done, total, what);
+}
+
 // Sleeping
 
 void Threadable::sleep(unsigned long seconds) const

@@ -41,9 +41,9 @@ class ThreadablePrivate;
 ///
 /// \par Threads
 /// Binding and adding sub-workers belong to the thread that owns the objects, and are done before
-/// the work starts. requestInterruption(), isInterruptionRequested() and
-/// emitThreadProgressMessages() may be called from any thread, in general the bound one, as long as
-/// the binding does not change and the bound thread's object is not destroyed meanwhile.
+/// the work starts. requestInterruption(), isInterruptionRequested(), emitThreadProgressMessages()
+/// and emitThreadProgress() may be called from any thread, in general the bound one, as long as the
+/// binding does not change and the bound thread's object is not destroyed meanwhile.
 class ORVAUTILS_EXPORT Threadable : public QObject
 {
     Q_OBJECT
@@ -80,6 +80,17 @@ public:
     /// \a progress_level2, on the calling thread.
     /// Without a thread nothing happens.
     void emitThreadProgressMessages(const QString& progress_level1, const QString& progress_level2);
+
+    /// Emits the bound thread's Thread::progressed() with \a done, \a total and \a what, on the
+    /// calling thread. Without a thread nothing happens.
+    ///
+    /// \code
+    /// for (int i = 0; i < mFiles.size() && !isInterruptionRequested(); ++i) {
+    ///     emitThreadProgress(i, mFiles.size(), mFiles.at(i)); // "3 of 40" for the host's bar
+    ///     importOne(mFiles.at(i));
+    /// }
+    /// \endcode
+    void emitThreadProgress(int done, int total, const QString& what);
 
     /// Puts the *calling* thread to sleep, whatever thread this worker is bound to.
     void sleep(unsigned long seconds) const;

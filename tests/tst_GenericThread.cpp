@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -99,6 +100,14 @@ private Q_SLOTS:
     void receiverIsDestroyed();
     void withoutReceiver_data();
     void withoutReceiver();
+
+    void anyCallable_data();
+    void anyCallable();
+    void receiverFunctionRunsInTheThreadOfItsContext();
+    void receiverFunctionDiesWithItsContext_data();
+    void receiverFunctionDiesWithItsContext();
+    void withoutContextOrReceiverFunction_data();
+    void withoutContextOrReceiverFunction();
 
     void deletionIsScheduledBeforeTheResultIsHandedOver();
     void ownersEventLoopWaitsForTheEmission();
@@ -279,6 +288,139 @@ void tst_GenericThread::withoutReceiver()
     QVERIFY(ran);
     QCOMPARE(log.records().size(), 1);
     QVERIFY2(log.records().at(0).text.startsWith(warning), qPrintable(log.records().at(0).text));
+}
+
+// Any callable and a function that receives
+
+using Callable = std::function<QVariant()>;
+Q_DECLARE_METATYPE(Callable)
+
+static QVariant answer()
+{
+    return 42;
+}
+
+void tst_GenericThread::anyCallable_data()
+{
+    struct Multiplies
+    {
+        int operator()() const { return mLeft * mRight; }
+
+        int mLeft;
+        int mRight;
+    };
+
+    QTest::addColumn<Callable>("function");
+    QTest::addColumn<QVariant>("result");
+    QTest::newRow("a function") << Callable(answer) << QVariant(42);
+    QTest::newRow("a function object") << Callable(Multiplies{6, 7}) << QVariant(42);
+    QTest::newRow("a lambda expression that returns a text")
+        << Callable([] { return textOf(1); }) << QVariant(textOf(1));
+    QTest::newRow("a bound function") << Callable(std::bind(textOf, 2)) << QVariant(textOf(2));
+    QTest::newRow("no value") << Callable([] { return QVariant(); }) << QVariant();
+}
+
+void tst_GenericThread::anyCallable()
+{
+    QFETCH(Callable, function);
+    QFETCH(QVariant, result);
+    QVariantList received;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        function, this, [&received](const QVariant& value) { received += value; });
+    QVERIFY(deletedItself(thread));
+    QCOMPARE(received, QVariantList({result}));
+}
+
+void tst_GenericThread::receiverFunctionRunsInTheThreadOfItsContext()
+{
+    QObject context;
+    EventLoop loop;
+    context.moveToThread(&loop.mThread);
+    loop.mThread.start();
+    QSemaphore received;
+    std::atomic<QThread*> ranIn{nullptr};
+    std::atomic<QThread*> receivedIn{nullptr};
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&ranIn] {
+            ranIn = QThread::currentThread();
+            return QVariant();
+        },
+        &context,
+        [&](const QVariant&) {
+            receivedIn = QThread::currentThread();
+            received.release();
+        });
+    QThread* const worker = thread;
+    received.acquire();
+    QCOMPARE(ranIn.load(), worker);
+    QCOMPARE(receivedIn.load(), &loop.mThread);
+    QVERIFY(deletedItself(thread));
+}
+
+void tst_GenericThread::receiverFunctionDiesWithItsContext_data()
+{
+    QTest::addColumn<bool>("isUnderWay");
+    QTest::newRow("while the function runs") << false;
+    QTest::newRow("when the result is under way") << true;
+}
+
+void tst_GenericThread::receiverFunctionDiesWithItsContext()
+{
+    QFETCH(bool, isUnderWay);
+    auto context = std::make_unique<QObject>();
+    auto owned = std::make_shared<QString>(textOf(1));
+    const std::weak_ptr<QString> watch = owned;
+    QSemaphore go;
+    bool received = false;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&go] {
+            go.acquire();
+            return QVariant();
+        },
+        context.get(), [&received, owned](const QVariant&) { received = true; });
+    owned.reset();
+    if (isUnderWay) {
+        go.release();
+        QVERIFY(thread->wait(ulong(longEnoughMs)));
+        context.reset();
+    } else {
+        context.reset();
+        go.release();
+    }
+    QVERIFY(deletedItself(thread));
+    QVERIFY(!received);
+    QVERIFY(watch.expired());
+}
+
+void tst_GenericThread::withoutContextOrReceiverFunction_data()
+{
+    QTest::addColumn<bool>("hasContext");
+    QTest::addColumn<bool>("hasReceiver");
+    QTest::addColumn<int>("warnings");
+    QTest::newRow("no context") << false << true << 1;
+    QTest::newRow("no receiver") << true << false << 0;
+    QTest::newRow("neither") << false << false << 0;
+}
+
+void tst_GenericThread::withoutContextOrReceiverFunction()
+{
+    QFETCH(bool, hasContext);
+    QFETCH(bool, hasReceiver);
+    QFETCH(int, warnings);
+    std::function<void(const QVariant&)> receiver;
+    if (hasReceiver)
+        receiver = [](const QVariant&) { QFAIL("called without a context"); };
+    std::atomic<bool> ran{false};
+    LogCapture log;
+    const QPointer<GenericThread> thread = GenericThread::runInGenericThread(
+        [&ran] {
+            ran = true;
+            return QVariant();
+        },
+        hasContext ? this : nullptr, receiver);
+    QVERIFY(deletedItself(thread));
+    QVERIFY(ran);
+    QCOMPARE(log.records().size(), warnings);
 }
 
 // The end of a thread

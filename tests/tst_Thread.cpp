@@ -172,10 +172,15 @@ private Q_SLOTS:
     void stopAndWait();
     void stopAndWaitOnTheThreadItself();
     void stopAndWaitWakesAgain();
+    void durations_data();
+    void durations();
+    void waitForAll();
+    void waitForAllWakesWhoWasAsked();
     void terminate();
     void terminateLeavesTheObject();
 
     void progress();
+    void progressInNumbers();
     void onFinished();
     void deleteOnFinished_data();
     void deleteOnFinished();
@@ -210,10 +215,13 @@ void tst_Thread::metaObject()
             + meta.method(i).typeName() + ' ' + meta.method(i).methodSignature();
     QCOMPARE(methods,
              QList<QByteArray>({"signal void progressThread(QString,QString)",
+                                "signal void progressed(int,int,QString)",
                                 "slot void setCancelFlag(bool)", "slot void onFinished()",
                                 "slot bool lastChanceBeforeDestroyed()", "slot void terminate()"}));
     QCOMPARE(meta.method(meta.methodOffset()).parameterNames(),
              QList<QByteArray>({"progress_level1", "progress_level2"}));
+    QCOMPARE(meta.method(meta.methodOffset() + 1).parameterNames(),
+             QList<QByteArray>({"done", "total", "what"}));
 }
 
 void tst_Thread::parents()
@@ -484,23 +492,25 @@ void tst_Thread::stopAndWaitOnTheThreadItself()
              qPrintable(log.records().at(0).text));
 }
 
+/// Between a worker's look for the request and its wait there is a moment in which every wake is
+/// lost. This worker looks, and does not wait until the request has been made.
+class LooksFirst : public Thread
+{
+    Q_OBJECT
+
+protected:
+    void run() override
+    {
+        while (!isInterruptionRequested()) {
+            while (!isInterruptionRequested())
+                yieldCurrentThread();
+            mainWaitForCondition();
+        }
+    }
+};
+
 void tst_Thread::stopAndWaitWakesAgain()
 {
-    // Between a worker's look for the request and its wait there is a moment in which every wake is
-    // lost. This worker looks, and does not wait until the request has been made.
-    class LooksFirst : public Thread
-    {
-    protected:
-        void run() override
-        {
-            while (!isInterruptionRequested()) {
-                while (!isInterruptionRequested())
-                    yieldCurrentThread();
-                mainWaitForCondition();
-            }
-        }
-    };
-
     for (int i = 0; i < 100; ++i) {
         LooksFirst thread;
         thread.start();
@@ -509,6 +519,82 @@ void tst_Thread::stopAndWaitWakesAgain()
             thread.mainWake();
         QVERIFY2(stopped, qPrintable(QStringLiteral("in round %1").arg(i)));
     }
+}
+
+void tst_Thread::durations_data()
+{
+    QTest::addColumn<qint64>("milliseconds");
+    QTest::addColumn<bool>("isLimit"); // else none that could be waited for
+    QTest::newRow("the least") << qint64(std::chrono::milliseconds::min().count()) << true;
+    QTest::newRow("negative") << qint64(-1) << true;
+    QTest::newRow("none") << qint64(0) << true;
+    QTest::newRow("short") << qint64(30) << true;
+    QTest::newRow("a day") << qint64(86400000) << false;
+    QTest::newRow("25 days") << 25 * qint64(86400000) << false;
+    QTest::newRow("the most") << qint64(std::chrono::milliseconds::max().count()) << false;
+}
+
+void tst_Thread::durations()
+{
+    QFETCH(qint64, milliseconds);
+    QFETCH(bool, isLimit);
+    const std::chrono::milliseconds duration(milliseconds);
+    StubbornThread stubborn;
+    stubborn.startAndAwaitRun();
+    if (isLimit) {
+        QVERIFY(!stubborn.stopAndWait(duration));
+        QVERIFY(stubborn.isInterruptionRequested());
+        QVERIFY(!Thread::waitForAll({&stubborn}, duration));
+    }
+    stubborn.letGo();
+    QVERIFY(stubborn.wait(longEnoughMs));
+    QVERIFY(Thread::waitForAll({&stubborn}, duration));
+
+    PoliteThread polite;
+    polite.startAndAwaitRun();
+    if (!isLimit)
+        QVERIFY(polite.stopAndWait(duration));
+    QVERIFY(polite.stopAndWait(longEnoughMs));
+    QVERIFY(polite.stopAndWait(duration)); // done already
+}
+
+void tst_Thread::waitForAll()
+{
+    QVERIFY(Thread::waitForAll({}, std::chrono::milliseconds(0)));
+
+    Thread neverStarted;
+    PoliteThread first;
+    PoliteThread second;
+    const QPointer<Thread> destroyed(new Thread);
+    delete destroyed.data();
+    const QList<QPointer<Thread>> threads = {&neverStarted, destroyed, &first, &second};
+    first.startAndAwaitRun();
+    second.startAndAwaitRun();
+    second.requestInterruption();
+    QVERIFY(!Thread::waitForAll(threads, std::chrono::milliseconds(20)));
+    QVERIFY(first.isRunning()); // none is asked
+    QVERIFY(!first.isInterruptionRequested());
+    first.requestInterruption();
+    QVERIFY(Thread::waitForAll(threads));
+    QVERIFY(first.isFinished());
+    QVERIFY(second.isFinished());
+}
+
+void tst_Thread::waitForAllWakesWhoWasAsked()
+{
+    LooksFirst first;
+    LooksFirst second;
+    first.start();
+    second.start();
+    first.requestInterruption();
+    second.requestInterruption();
+    const bool stopped = Thread::waitForAll({&first, &second}, std::chrono::seconds(10));
+    for (int i = 0; !stopped && i < 100; ++i) {
+        first.mainWake();
+        second.mainWake();
+        QThread::msleep(10);
+    }
+    QVERIFY(stopped);
 }
 
 void tst_Thread::terminate()
@@ -566,6 +652,30 @@ void tst_Thread::progress()
     texts.clear();
     thread.emitThreadProgress(QStringLiteral("here"), QString());
     QCOMPARE(texts, QStringList({QStringLiteral("here"), QString()})); // on the calling thread
+}
+
+void tst_Thread::progressInNumbers()
+{
+    class Counting : public Thread
+    {
+    protected:
+        void run() override
+        {
+            Q_EMIT progressed(0, 0, QString());
+            Q_EMIT progressed(3, 40, QStringLiteral("a.jpg"));
+        }
+    };
+
+    Counting thread;
+    const QSignalSpy numbers(&thread, &Thread::progressed);
+    const QSignalSpy texts(&thread, &Thread::progressThread);
+    thread.start();
+    QVERIFY(thread.wait(longEnoughMs));
+    QCoreApplication::processEvents();
+    QCOMPARE(numbers.count(), 2);
+    QCOMPARE(numbers.at(0), QVariantList({0, 0, QString()}));
+    QCOMPARE(numbers.at(1), QVariantList({3, 40, QStringLiteral("a.jpg")}));
+    QCOMPARE(texts.count(), 0);
 }
 
 void tst_Thread::onFinished()

@@ -140,18 +140,22 @@ void tst_Threadable::unbound()
 {
     CountingThread stranger;
     const QSignalSpy progress(&stranger, &Thread::progressThread);
+    const QSignalSpy numbers(&stranger, &Thread::progressed);
     Threadable worker;
     worker.requestInterruption();
     worker.emitThreadProgressMessages(QStringLiteral("a"), QStringLiteral("b"));
+    worker.emitThreadProgress(3, 40, QStringLiteral("a"));
     QVERIFY(!worker.isInterruptionRequested());
     QCOMPARE(stranger.mInterruptionRequests, 0);
     QCOMPARE(progress.count(), 0);
+    QCOMPARE(numbers.count(), 0);
 }
 
 void tst_Threadable::bound()
 {
     CountingThread thread;
     const QSignalSpy progress(&thread, &Thread::progressThread);
+    const QSignalSpy numbers(&thread, &Thread::progressed);
     Threadable worker;
     worker.setThreadForInterrupt(&thread);
     QCOMPARE(thread.threadables(), QList<QPointer<Threadable>>({&worker}));
@@ -162,6 +166,11 @@ void tst_Threadable::bound()
     worker.emitThreadProgressMessages(QStringLiteral("a"), QStringLiteral("b"));
     QCOMPARE(progress.count(), 1);
     QCOMPARE(progress.at(0), QVariantList({QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(numbers.count(), 0);
+    worker.emitThreadProgress(3, 40, QStringLiteral("a"));
+    QCOMPARE(numbers.count(), 1);
+    QCOMPARE(numbers.at(0), QVariantList({3, 40, QStringLiteral("a")}));
+    QCOMPARE(progress.count(), 1);
 }
 
 void tst_Threadable::threadIsDestroyed()
@@ -174,6 +183,7 @@ void tst_Threadable::threadIsDestroyed()
 
     parent.requestInterruption();
     parent.emitThreadProgressMessages(QStringLiteral("a"), QStringLiteral("b"));
+    parent.emitThreadProgress(3, 40, QStringLiteral("a"));
     QVERIFY(!parent.isInterruptionRequested());
     parent.addThreadableChild(child);
     QVERIFY(child.mBoundTo.isEmpty());
