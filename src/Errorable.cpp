@@ -167,6 +167,20 @@ QVector<ErrorableCode> Errorable::errorStack() const
     return d->stack;
 }
 
+QStringList Errorable::errorLines() const
+{
+    QStringList lines;
+    for (const ErrorableCode& code : asConst(d->stack)) {
+        QString message = code.overriddenErrorMessage();
+        if (!message.contains(code.details))
+            message += QStringLiteral(" (") + code.details + QLatin1Char(')');
+        lines += message.split(QLatin1Char('\n'));
+        for (const QString& step : code.callSteps)
+            lines += QStringLiteral("  ") + step;
+    }
+    return lines;
+}
+
 QString Errorable::errorMessage() const
 {
     return errorMessage(error());

@@ -134,6 +134,22 @@ public:
     /// first.
     QVector<ErrorableCode> errorStack() const;
 
+    /// What errorStack() holds, in lines for a log or a window with details: for each error, the
+    /// newest first, its message, and on lines of their own the steps, with two blanks in front of
+    /// them.
+    ///
+    /// \code
+    /// qWarning().noquote() << document.errorLines().join(QLatin1Char('\n'));
+    /// // The photograph could not be copied. (beach.jpg)
+    /// //   copier.cpp:12
+    /// //   document.cpp:40
+    /// //   QMainWindow (NE)
+    /// \endcode
+    ///
+    /// The message is overriddenErrorMessage(), with the details in brackets behind it unless they
+    /// stand in it already. A text of several lines gives as many. Empty without an error.
+    QStringList errorLines() const;
+
     /// The message of error().
     QString errorMessage() const;
 

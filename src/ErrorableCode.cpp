@@ -5,6 +5,8 @@
 
 #include "Errorable.h"
 
+#include <QDebug>
+
 namespace {
 
 QString sortKey(const ErrorableCode& code)
@@ -70,4 +72,17 @@ QString ErrorableCode::errorMessage() const
 QString ErrorableCode::overriddenErrorMessage() const
 {
     return Errorable::overriddenErrorMessage(*this);
+}
+
+QDebug operator<<(QDebug debug, const ErrorableCode& code)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace() << "ErrorableCode(";
+    if (code.isValid()) {
+        debug << code.toString(false);
+        if (!code.callSteps.isEmpty())
+            debug << ", " << code.callSteps;
+    }
+    debug << ')';
+    return debug;
 }

@@ -11,6 +11,8 @@
 #include <QString>
 #include <QStringList>
 
+class QDebug;
+
 /// A value that identifies one error by its context and number, and carries the steps along which
 /// it travelled through a tree of objects (see Errorable).
 ///
@@ -87,5 +89,15 @@ public:
     /// The message that replaces it where there is one: Errorable::overriddenErrorMessage(*this).
     QString overriddenErrorMessage() const;
 };
+
+/// Writes \a code with its steps, or "ErrorableCode()" for the no-error value:
+///
+/// \code
+/// qDebug() << document.error();
+/// // ErrorableCode("Files:CopyFailed (#3) (disk full)", ("copier.cpp:12", "document.cpp:40"))
+/// \endcode
+///
+/// \relates ErrorableCode
+ORVAUTILS_EXPORT QDebug operator<<(QDebug debug, const ErrorableCode& code);
 
 #endif // ORVAUTILS_ERRORABLECODE_H

@@ -5,7 +5,9 @@
 
 #include "processstate_p.h"
 
+#include <QDebug>
 #include <QLocale>
+#include <QStringList>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -406,4 +408,82 @@ QDateTime QExifValue::toDateTime() const
     if (d->type != Ascii || d->count != dateTimeCount)
         return QDateTime();
     return QLocale::c().toDateTime(payloadOf<QString>(*d), dateTimeFormat());
+}
+
+// Writing to a log
+
+namespace {
+
+QString shown(quint32 number)
+{
+    return QString::number(number);
+}
+
+QString shown(qint32 number)
+{
+    return QString::number(number);
+}
+
+template <typename Number>
+QString shown(const QPair<Number, Number>& rational)
+{
+    return shown(rational.first) + QLatin1Char('/') + shown(rational.second);
+}
+
+QString shown(char byte)
+{
+    return QStringLiteral("%1").arg(quint8(byte), 2, 16, QLatin1Char('0'));
+}
+
+template <typename Container>
+QString shownElements(const Container& elements)
+{
+    const int most = 16;
+    QStringList texts;
+    for (int i = 0; i < qMin(most, elements.size()); ++i)
+        texts += shown(elements.at(i));
+    if (elements.size() > most)
+        texts += QStringLiteral("and %1 more").arg(elements.size() - most);
+    return texts.join(QLatin1Char(' '));
+}
+
+/// The name of the type, and the content unless that is a text.
+QPair<const char*, QString> typeAndElements(const QExifValue& value)
+{
+    switch (value.type()) {
+    case QExifValue::Byte:
+        return {"Byte", shownElements(value.toByteVector())};
+    case QExifValue::Short:
+        return {"Short", shownElements(value.toShortVector())};
+    case QExifValue::Long:
+        return {"Long", shownElements(value.toLongVector())};
+    case QExifValue::Rational:
+        return {"Rational", shownElements(value.toRationalVector())};
+    case QExifValue::Undefined:
+        return {"Undefined", shownElements(value.toByteArray())};
+    case QExifValue::SignedLong:
+        return {"SignedLong", shownElements(value.toSignedLongVector())};
+    case QExifValue::SignedRational:
+        return {"SignedRational", shownElements(value.toSignedRationalVector())};
+    default:
+        return {"Ascii", QString()};
+    }
+}
+
+} // namespace
+
+QDebug operator<<(QDebug debug, const QExifValue& value)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace() << "QExifValue(";
+    if (!value.isNull()) {
+        const QPair<const char*, QString> content = typeAndElements(value);
+        debug << content.first << ", ";
+        if (value.type() == QExifValue::Ascii)
+            debug << value.toString();
+        else
+            debug.noquote() << content.second;
+    }
+    debug << ')';
+    return debug;
 }

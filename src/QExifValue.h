@@ -18,6 +18,8 @@
 #include <QString>
 #include <QVector>
 
+class QDebug;
+
 namespace OrvaUtilsPrivate {
 class QExifValuePrivate;
 }
@@ -196,5 +198,16 @@ private:
 };
 
 Q_DECLARE_TYPEINFO(QExifValue, Q_MOVABLE_TYPE);
+
+/// Writes the type and the content of \a value, as "QExifValue()" for the null value: a text in
+/// quotes, raw bytes in hexadecimal, rationals as fractions. Of elements the first 16 are written,
+/// and how many follow.
+///
+/// \code
+/// qDebug() << header.value(QExifImageHeader::ExposureTime); // QExifValue(Rational, 1/250)
+/// \endcode
+///
+/// \relates QExifValue
+ORVAUTILS_EXPORT QDebug operator<<(QDebug debug, const QExifValue& value);
 
 #endif // ORVAUTILS_QEXIFVALUE_H

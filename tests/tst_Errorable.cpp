@@ -157,6 +157,9 @@ private Q_SLOTS:
     void messages();
     void equivalentKeys();
     void messageOfAnObject();
+    void errorLines_data();
+    void errorLines();
+    void errorLinesOfSeveral();
 
     void clearsTheBranch();
     void clearingIsOneSided();
@@ -511,6 +514,63 @@ void tst_Errorable::messageOfAnObject()
     QCOMPARE(tree.mRoot.errorMessage(), QStringLiteral("Broken"));
     Errorable::sErrorMessages[code] = QStringLiteral("The leaf broke.");
     QCOMPARE(tree.mRoot.errorMessage(), QStringLiteral("The leaf broke."));
+}
+
+void tst_Errorable::errorLines_data()
+{
+    QTest::addColumn<QString>("details");
+    QTest::addColumn<QString>("message"); // in the table; null for none
+    QTest::addColumn<QStringList>("lines");
+    const QString none;
+    const auto row = [](const char* name, const QString& details, const QString& message,
+                        const QStringList& lines) {
+        QTest::newRow(name) << details << message
+                            << lines
+                + QStringList({QStringLiteral("  middle.cpp:20"), QStringLiteral("  root.cpp:10"),
+                               QStringLiteral("  W (NE)")});
+    };
+    row("enum text", none, none, {QStringLiteral("CopyFailed")});
+    row("enum text and details", QStringLiteral("beach.jpg"), none,
+        {QStringLiteral("CopyFailed (beach.jpg)")});
+    row("message and details", QStringLiteral("beach.jpg"), QStringLiteral("Not copied."),
+        {QStringLiteral("Not copied. (beach.jpg)")});
+    row("details in the message", QStringLiteral("beach.jpg"),
+        QStringLiteral("beach.jpg: not copied"), {QStringLiteral("beach.jpg: not copied")});
+    row("several lines", QStringLiteral("a\nb"), QStringLiteral("Not\ncopied."),
+        {QStringLiteral("Not"), QStringLiteral("copied. (a"), QStringLiteral("b)")});
+}
+
+void tst_Errorable::errorLines()
+{
+    QFETCH(QString, details);
+    QFETCH(QString, message);
+    QFETCH(QStringList, lines);
+    ErrorableCode code = makeCode(QStringLiteral("Files"), 3, QStringLiteral("CopyFailed"));
+    code.details = details;
+    if (!message.isNull())
+        Errorable::sOverriddenErrorMessage[code] = message;
+    ThreeLevels tree;
+    QCOMPARE(tree.mRoot.errorLines(), QStringList());
+    tree.mLeaf._setError(code);
+    QCOMPARE(tree.mRoot.errorLines(), lines);
+    QCOMPARE(tree.mLeaf.errorLines(), lines);
+    tree.mMiddle.clearError();
+    QCOMPARE(tree.mRoot.errorLines(), QStringList());
+}
+
+void tst_Errorable::errorLinesOfSeveral()
+{
+    Node root;
+    Node first;
+    auto second = std::make_unique<Node>();
+    root._addErrorableChild(first, "root.cpp", 1);
+    root._addErrorableChild(*second, "root.cpp", 2);
+    first._setError(makeCode(QStringLiteral("First"), 1));
+    second->_setError(makeCode(QStringLiteral("Second"), 2));
+    second.reset(); // what came up stays
+    QCOMPARE(root.errorLines(),
+             QStringList({QStringLiteral("Second: (#2) ()"), QStringLiteral("  root.cpp:2"),
+                          QStringLiteral("First: (#1) ()"), QStringLiteral("  root.cpp:1")}));
 }
 
 // Clearing

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <type_traits>
 
+Q_DECLARE_METATYPE(ErrorableCode)
+
 namespace {
 
 ErrorableCode makeCode(const QString& context, qint32 number)
@@ -42,6 +44,8 @@ private Q_SLOTS:
     void toString();
     void copies();
     void messages();
+    void debugOutput_data();
+    void debugOutput();
 };
 
 void tst_ErrorableCode::cleanup()
@@ -263,6 +267,35 @@ void tst_ErrorableCode::messages()
     Errorable::sOverriddenErrorMessage[code] = QStringLiteral("Please look at the disk.");
     QCOMPARE(code.errorMessage(), QStringLiteral("A file could not be copied."));
     QCOMPARE(code.overriddenErrorMessage(), QStringLiteral("Please look at the disk."));
+}
+
+void tst_ErrorableCode::debugOutput_data()
+{
+    QTest::addColumn<ErrorableCode>("code");
+    QTest::addColumn<QString>("text");
+    ErrorableCode code;
+    QTest::newRow("no error") << code << "ErrorableCode()";
+    code.details = QStringLiteral("details");
+    code.addCallStep(QStringLiteral("a.cpp:1"));
+    QTest::newRow("no error with other fields") << code << "ErrorableCode()";
+    code = makeCode(QStringLiteral("Files"), 3);
+    code.mEnumText = QStringLiteral("CopyFailed");
+    QTest::newRow("without steps") << code << R"x(ErrorableCode("Files:CopyFailed (#3) ()"))x";
+    code.details = QStringLiteral("disk full");
+    code.addCallStep(QStringLiteral("copier.cpp:12"));
+    code.addCallStep(QStringLiteral("W (NE)"));
+    QTest::newRow("with steps")
+        << code
+        << R"x(ErrorableCode("Files:CopyFailed (#3) (disk full)", ("copier.cpp:12", "W (NE)")))x";
+}
+
+void tst_ErrorableCode::debugOutput()
+{
+    QFETCH(ErrorableCode, code);
+    QFETCH(QString, text);
+    QString output;
+    QDebug(&output) << code << 1; // what follows is written as before
+    QCOMPARE(output, text + QStringLiteral(" 1 "));
 }
 
 QTEST_GUILESS_MAIN(tst_ErrorableCode)

@@ -126,6 +126,8 @@ class tst_QExifValue : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void debugOutput_data();
+    void debugOutput();
     void numbers();
     void constructors_data();
     void constructors();
@@ -794,6 +796,42 @@ void tst_QExifValue::logsNothing()
     value.toRational();
     QExifValue(QStringLiteral("\u20ac"), QExifValue::JisEncoding).toString();
     QVERIFY(log.records().isEmpty());
+}
+
+void tst_QExifValue::debugOutput_data()
+{
+    QTest::addColumn<QExifValue>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("null") << QExifValue() << "QExifValue()";
+    QTest::newRow("byte") << QExifValue(quint8(255)) << "QExifValue(Byte, 255)";
+    QTest::newRow("empty") << QExifValue(QVector<quint8>()) << "QExifValue(Byte, )";
+    QTest::newRow("shorts") << QExifValue(QVector<quint16>({8, 8, 65535}))
+                            << "QExifValue(Short, 8 8 65535)";
+    QTest::newRow("long") << QExifValue(quint32(4294967295)) << "QExifValue(Long, 4294967295)";
+    QTest::newRow("signed long") << QExifValue(-2) << "QExifValue(SignedLong, -2)";
+    QTest::newRow("rationals") << QExifValue(Rationals({{1, 250}, {0, 0}}))
+                               << "QExifValue(Rational, 1/250 0/0)";
+    QTest::newRow("signed rational")
+        << QExifValue(SignedPair(-1, 3)) << "QExifValue(SignedRational, -1/3)";
+    QTest::newRow("text") << QExifValue(QStringLiteral("a \"b\""))
+                          << R"(QExifValue(Ascii, "a \"b\""))";
+    QTest::newRow("bytes") << QExifValue(QByteArray("\x00\x0f\xff", 3))
+                           << "QExifValue(Undefined, 00 0f ff)";
+    QTest::newRow("sixteen bytes") << QExifValue(QByteArray(16, '0'))
+                                   << "QExifValue(Undefined, 30 30 30 30 30 30 30 30 "
+                                      "30 30 30 30 30 30 30 30)";
+    QTest::newRow("many bytes") << QExifValue(QByteArray(70000, '0'))
+                                << "QExifValue(Undefined, 30 30 30 30 30 30 30 30 "
+                                   "30 30 30 30 30 30 30 30 and 69984 more)";
+}
+
+void tst_QExifValue::debugOutput()
+{
+    QFETCH(QExifValue, value);
+    QFETCH(QString, text);
+    QString output;
+    QDebug(&output) << value << QStringLiteral("quoted"); // what follows is written as before
+    QCOMPARE(output, text + QStringLiteral(" \"quoted\" "));
 }
 
 // Stands last: a codec stays for the rest of the program.

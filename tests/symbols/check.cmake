@@ -25,7 +25,9 @@ set(inline_classes GoogleFontWeightDetail)
 # The exported functions that are no members: operators of streams stand beside their classes.
 set(functions
   "operator>>(QDataStream&, ExifIfdHeader&)"
-  "operator<<(QDebug, ProjectFileLocker::LockHolder const&)")
+  "operator<<(QDebug, ErrorableCode const&)"
+  "operator<<(QDebug, ProjectFileLocker::LockHolder const&)"
+  "operator<<(QDebug, QExifValue const&)")
 
 capture(listing "${NM}" -D --defined-only -C "${LIBRARY}")
 string(REPLACE ";" "," listing "${listing}")
