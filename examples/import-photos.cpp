@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// import-photos: imports photographs for a web site, with a bar, a button that cancels, and the
+// reason for each one that could not be imported.
+//
+//     import-photos DESTINATION PHOTO...
+
+#include <ImageImporter.h>
+#include <StringUtils.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QFileInfo>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <cstdio>
+
+namespace {
+
+class ImportDialog : public QDialog
+{
+public:
+    ImportDialog(const QString& destination, const QStringList& photos)
+        : mPhotos(photos)
+    {
+        setWindowTitle(QStringLiteral("Import photographs"));
+        auto* const layout = new QVBoxLayout(this);
+        for (QWidget* widget : {static_cast<QWidget*>(mBar), static_cast<QWidget*>(mReasons),
+                                static_cast<QWidget*>(mButton)})
+            layout->addWidget(widget);
+        mReasons->hide();
+
+        connect(mImporter, &ImageImporter::progress, this, [this](int done, int total) {
+            mBar->setMaximum(total);
+            mBar->setValue(done);
+        });
+        connect(mImporter, &ImageImporter::imported, this,
+                [this](int index, const ImageImportResult& result) { report(index, result); });
+        connect(mImporter, &ImageImporter::finished, this,
+                [this](bool complete) { finish(complete); });
+        connect(mButton, &QPushButton::clicked, this, [this] { reject(); });
+
+        addPhotos(QDir(destination));
+        mImporter->start();
+    }
+
+    /// Cancels the import. The dialog closes when nothing is under way any more.
+    void reject() override
+    {
+        if (mImporter->isRunning())
+            mImporter->cancel();
+        else
+            QDialog::reject();
+    }
+
+private:
+    /// Adds all photographs, no two of them under the same name.
+    void addPhotos(const QDir& destination)
+    {
+        ImageImport how;
+        how.maxSize = QSize(1600, 1600);
+        how.metadata = ImageImport::AllButLocation;
+        QStringList names;
+        for (const QString& photo : mPhotos) {
+            const QFileInfo file(photo);
+            names += StringUtils::findNoExistantName(names, file.completeBaseName(),
+                                                     QStringLiteral(" (%1)"), file.suffix());
+            mImporter->add(photo, destination.filePath(names.last()), how);
+        }
+    }
+
+    void report(int index, const ImageImportResult& result)
+    {
+        if (result || result.status == ImageImportResult::Cancelled)
+            return;
+        mReasons->addItem(mPhotos.at(index) + QStringLiteral(": ") + result.error);
+        mReasons->show();
+    }
+
+    /// Closes the dialog, unless there are reasons to read.
+    void finish(bool complete)
+    {
+        mButton->setText(QStringLiteral("Close"));
+        if (mReasons->count() == 0)
+            done(complete ? Accepted : Rejected);
+    }
+
+    const QStringList mPhotos;
+    QProgressBar* const mBar = new QProgressBar(this);
+    QListWidget* const mReasons = new QListWidget(this);
+    QPushButton* const mButton = new QPushButton(QStringLiteral("Cancel"), this);
+    ImageImporter* const mImporter = new ImageImporter(this);
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QStringList arguments = application.arguments().mid(1);
+    if (arguments.size() < 2) {
+        std::fprintf(stderr, "Usage: import-photos DESTINATION PHOTO...\n");
+        return 2;
+    }
+    const QString destination = arguments.takeFirst();
+    ImportDialog dialog(destination, arguments);
+    return dialog.exec() == QDialog::Accepted ? 0 : 1;
+}
