@@ -33,7 +33,9 @@ public:
         for (QWidget* widget : {static_cast<QWidget*>(mBar), static_cast<QWidget*>(mReasons),
                                 static_cast<QWidget*>(mButton)})
             layout->addWidget(widget);
+        mReasons->setWordWrap(true);
         mReasons->hide();
+        setMinimumWidth(480);
 
         connect(mImporter, &ImageImporter::progress, this, [this](int done, int total) {
             mBar->setMaximum(total);
@@ -78,7 +80,9 @@ private:
     {
         if (result || result.status == ImageImportResult::Cancelled)
             return;
-        mReasons->addItem(mPhotos.at(index) + QStringLiteral(": ") + result.error);
+        // The reason names the file without its folder.
+        mReasons->addItem(result.error);
+        mReasons->item(mReasons->count() - 1)->setToolTip(mPhotos.at(index));
         mReasons->show();
     }
 
