@@ -218,6 +218,7 @@ void DirectoryWatcherPrivate::handleFile(const QString& file)
     if (turn.isOver())
         return;
     noteActivity(folderOf(file), turn.elapsed());
+    checkReported(file);
     announceRefusals();
 }
 
@@ -279,6 +280,18 @@ void DirectoryWatcherPrivate::announceSettled()
     }
     mIsSettled = true;
     Q_EMIT q->settled();
+}
+
+/// Receivers met another file, or none, if the one that was just reported was moved away in the
+/// meantime, with its folder perhaps. It may be back before anybody looks, and is reported anew
+/// then.
+void DirectoryWatcherPrivate::checkReported(const QString& file)
+{
+    const auto known = files.find(file);
+    if (known == files.end() || stateOf(file).isSameFile(known.value()))
+        return;
+    known.value() = FileState();
+    noteActivity(folderOf(file), 0);
 }
 
 // What is not watched

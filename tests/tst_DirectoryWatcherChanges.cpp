@@ -15,6 +15,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QSignalSpy>
+#include <QTimer>
 #include <QtTest>
 
 #include <cstdio>
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void renamedOverEachOther();
     void swappedFolder_data();
     void swappedFolder();
+    void awayWhileReported();
     void anotherKind_data();
     void anotherKind();
     void rootGoesAndComes_data();
@@ -346,6 +348,37 @@ void tst_DirectoryWatcherChanges::swappedFolder()
     QCOMPARE(names(watcher.modified), QString());
     writeFile(path(QStringLiteral("s/a/b/same")), "ours");
     QTRY_COMPARE(names(watcher.modified), QStringLiteral("s/a/b/same"));
+}
+
+// A receiver that finds nothing, because a folder is away for a moment, is told once more.
+void tst_DirectoryWatcherChanges::awayWhileReported()
+{
+    const QString file = path(QStringLiteral("x/a"));
+    const QString away = (*mSandbox)(QStringLiteral("away"));
+    makeFolder(path(QStringLiteral("x")));
+    SpiedWatcher watcher;
+    QByteArray known;
+    int missed = 0;
+    const auto read = [&](const QString& reported) {
+        // The first time the folder is away, the second time another one is in its place.
+        if (missed < 2) {
+            renameTo(path(QStringLiteral("x")), away);
+            if (missed == 1)
+                writeFile(file, "another");
+            QTimer::singleShot(0, this, [&] {
+                QDir(path(QStringLiteral("x"))).removeRecursively();
+                renameTo(away, path(QStringLiteral("x")));
+            });
+            ++missed;
+        }
+        known = contentOf(reported);
+    };
+    connect(&watcher, &DirectoryWatcher::addedFiles, this, read);
+    connect(&watcher, &DirectoryWatcher::modifiedFile, this, read);
+    QVERIFY(watcher.setPath(mRoot));
+    writeFile(file, "ours");
+    QTRY_COMPARE(missed, 2);
+    QTRY_COMPARE(known, QByteArray("ours"));
 }
 
 void tst_DirectoryWatcherChanges::anotherKind_data()

@@ -13,6 +13,7 @@
 #include "ExifUtils.h"
 #include "FileUtils.h"
 #include "ImageUtils.h"
+#include "ProjectFileLocker.h"
 #include "QExifImageHeader.h"
 
 #include "FaultShim.h"
@@ -417,6 +418,89 @@ Scenario fullSync()
             return "not the described answer"_s;
         return wrongInCopyDir(run, false, run.records.mid(0, run.records.size() - 1));
     };
+    return scenario;
+}
+
+// The mirror of a file
+
+/// A file of "src" is copied to "dst", or removed there, as when the watcher tells of it.
+Scenario mirrorFile(const QString& mirror, bool isRemoval)
+{
+    // Started before anything fails.
+    const auto synchronizer = std::make_shared<DirectorySynchronizer>();
+    const QString file = mirror.mid(int(std::strlen("dst/")));
+    Scenario scenario;
+    scenario.function = "mirrored files"_s;
+    scenario.prepare = [=](const Run& run) {
+        makeFile(run.path("src/"_s + file), bytes(150000), 0640);
+        makeFile(run.path("dst/photo"_s), "an older one", 0600);
+        if (!synchronizer->startWatcher(run.path("src"_s), run.path("dst"_s)))
+            qFatal("cannot watch");
+        synchronizer->stop();
+    };
+    scenario.act = [=](const Run& run, QString* message) {
+        const QSignalSpy mirrored(synchronizer.get(), &DirectorySynchronizer::mirrored);
+        const QSignalSpy removed(synchronizer.get(), &DirectorySynchronizer::removed);
+        const QSignalSpy failed(synchronizer.get(), &DirectorySynchronizer::failed);
+        const QString path = run.path("src/"_s + file);
+        if (isRemoval)
+            synchronizer->onFileDeleted(path);
+        else
+            synchronizer->onFileAddedOrModified(path);
+        if (!failed.isEmpty())
+            *message = failed.first().at(1).toString();
+        return mirrored.count() + removed.count() == 1 && failed.isEmpty();
+    };
+    scenario.complete = [=](const Run& run) {
+        Tree complete = run.before;
+        complete[mirror] = run.before.value("src/"_s + file);
+        if (isRemoval)
+            complete.remove(mirror);
+        else if (mirror.count('/'_L1) > 1)
+            complete["dst/new"_s] = folderMark;
+        return complete;
+    };
+    scenario.wrongInFailure = [=](const Run& run) -> QString {
+        if (run.succeeded || run.message.isEmpty() || run.records.size() != int(!isRemoval))
+            return "no reason, or not the described answer"_s;
+        if (run.after.value(mirror) != run.before.value(mirror))
+            return "the mirror is neither as it was nor as it is to be"_s;
+        return QString();
+    };
+    return scenario;
+}
+
+// Locks
+
+Scenario lockProject()
+{
+    Scenario scenario;
+    scenario.function = "openNewProjectFile"_s;
+    scenario.prepare = [](const Run& run) {
+        makeFile(run.path("src/project"_s), "project");
+        // Left half made by a process that was killed.
+        makeFile(run.path("dst/project.locked"_s), "");
+    };
+    scenario.act = [](const Run& run, QString* message) {
+        ProjectFileLocker locker;
+        return locker.openNewProjectFile(run.path("dst/project"_s), message)
+            && locker.lockState() == ProjectFileLocker::LockState::Locked
+            && ProjectFileLocker::holder(run.path("dst/project"_s)).processId == getpid();
+    };
+    scenario.complete = [](const Run& run) {
+        Tree complete = run.before;
+        complete.remove("dst/project.locked"_s);
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) -> QString {
+        Tree after = run.after;
+        for (const char* lock : {"dst/project.locked", "dst/project.locked.rmlock"})
+            after.remove(QString::fromLatin1(lock));
+        Tree before = run.before;
+        before.remove("dst/project.locked"_s);
+        return difference(after, before);
+    };
+    scenario.isOnDiskEarly = true;
     return scenario;
 }
 
@@ -929,6 +1013,10 @@ const QMap<QString, Scenario>& scenarios()
         {"copyDir afresh"_s, copyDir(false)},
         {"copyDir merging"_s, copyDir(true)},
         {"fullSync"_s, fullSync()},
+        {"mirroring over a file"_s, mirrorFile("dst/photo"_s, false)},
+        {"mirroring into a new folder"_s, mirrorFile("dst/new/photo"_s, false)},
+        {"removing a mirror"_s, mirrorFile("dst/photo"_s, true)},
+        {"openNewProjectFile"_s, lockProject()},
         {"removeContentDirectory"_s, removeContentDirectory(false)},
         {"removeContentDirectory recursively"_s, removeContentDirectory(true)},
         {"old::removeDirectory"_s, removeDirectory()},

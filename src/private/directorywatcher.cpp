@@ -153,6 +153,8 @@ bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refus
         Q_EMIT q->addedFiles(file);
         if (turn.isOver())
             return false; // a receiver wants none of this any more
+        if (!isScanning)
+            checkReported(file);
     }
     return lost.isEmpty();
 }
@@ -326,7 +328,8 @@ bool DirectoryWatcherPrivate::reportChangedFiles(const QStringList& candidates)
 {
     const WatcherTurn turn(this);
     for (const QString& file : candidates) {
-        if (files.contains(file) && files.value(file) != stateOf(file))
+        const FileState state = stateOf(file);
+        if (files.contains(file) && (state.isMissing() || state != files.value(file)))
             handleFile(file);
         if (turn.isOver())
             return false;

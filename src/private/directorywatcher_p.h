@@ -82,6 +82,7 @@ private:
     QStringList filesBelow(const QString& folder) const;
 
     void checkRoot();
+    void checkReported(const QString& file);
     void noteActivity(const QString& folder, qint64 handledFor);
     void announceSettled();
     QString asGiven(const QString& path) const;

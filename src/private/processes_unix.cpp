@@ -20,6 +20,16 @@ namespace {
 // In seconds. A process that makes a lock file has locked it a moment later.
 const qint64 longestMoment = 2;
 
+int openToRead(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    for (;;) {
+        const int file = open(name.constData(), O_RDONLY | O_CLOEXEC);
+        if (file >= 0 || errno != EINTR)
+            return file;
+    }
+}
+
 bool canBeLocked(int file)
 {
     return flock(file, LOCK_EX | LOCK_NB) == 0 && flock(file, LOCK_UN) == 0;
@@ -41,7 +51,7 @@ bool isProcessRunning(qint64 id, const QString& program)
 
 bool isOpenedByNobody(const QString& path)
 {
-    const int file = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    const int file = openToRead(path);
     if (file < 0)
         return false;
     bool isKnown = false;
