@@ -40,7 +40,8 @@ struct ImageImportResult
     QSize sourceSize;
     /// The size of the imported picture; invalid where the import failed.
     QSize size;
-    /// The orientation of the source: 1 to 8 as in EXIF, 0 where it states none.
+    /// The orientation of the source: 1 to 8 as in EXIF, 0 where it states none. Of other formats
+    /// than JPEG it is what Qt's reader tells, which is 0 for an upright picture.
     int orientation = 0;
     /// Whether the source breaks off before its end. The part that is missing is grey, or whatever
     /// else the image reader makes of it.

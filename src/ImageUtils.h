@@ -181,8 +181,8 @@ public:
     /// scaled, turned, converted to sRGB nor written in another format; what it tells beside them
     /// is brought to ImageImport::Metadata all the same, and where nothing of it has to go the
     /// result is the source byte for byte. Otherwise the picture is decoded and encoded anew:
-    /// - its orientation, all eight, is that of EXIF in a JPEG, PNG or WebP, and what Qt's reader
-    ///   tells of other formats;
+    /// - its orientation, all eight, is that of EXIF in a JPEG, and what Qt's reader tells of other
+    ///   formats. Where that tells none though a PNG or WebP has one in EXIF, it stays there;
     /// - a JPEG that is to become smaller is decoded at a reduced size, as copyImageFile() does it;
     /// - metadata is carried into a JPEG, PNG or WebP. It then says that the picture is upright,
     ///   states its new size, and has no thumbnail of the old one;

@@ -5,12 +5,15 @@
 
 #include "ImageImport.h"
 
+#include "ExifEditor.h"
 #include "ImageUtils.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "Sandbox.h"
 #include "TestPictures.h"
 
+#include <QBuffer>
+#include <QByteArrayList>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QtTest>
@@ -62,6 +65,32 @@ QImage stored(const QImage& upright, int orientation)
     }
 }
 
+/// A segment of a JPEG.
+QByteArray segment(int marker, const QByteArray& payload)
+{
+    const int length = payload.size() + 2;
+    const char head[] = {char(0xFF), char(marker), char(length >> 8), char(length & 0xFF)};
+    return QByteArray(head, 4) + payload;
+}
+
+QByteArray xmpSegment(const QByteArray& packet)
+{
+    return segment(0xE1, QByteArrayLiteral("http://ns.adobe.com/xap/1.0/\0") + packet);
+}
+
+const QByteArray plainXmp = "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+                            "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+                            "<rdf:Description rdf:about='' "
+                            "xmlns:xmp='http://ns.adobe.com/xap/1.0/' "
+                            "xmlns:tiff='http://ns.adobe.com/tiff/1.0/' "
+                            "xmp:Label='told-in-xmp' tiff:Orientation='6'/>"
+                            "</rdf:RDF></x:xmpmeta>";
+const QByteArray xmpWithLocation = "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+                                   "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+                                   "<rdf:Description rdf:about='' "
+                                   "xmlns:exif='http://ns.adobe.com/exif/1.0/' "
+                                   "exif:GPSLatitude='48,12.345N'/></rdf:RDF></x:xmpmeta>";
+
 ImageImport limitedTo(int side)
 {
     ImageImport how;
@@ -85,11 +114,38 @@ private Q_SLOTS:
     void copyOrEncode();
     void orientations_data();
     void orientations();
+    void orientationsBesidePixels_data();
+    void orientationsBesidePixels();
+    void orientationStaysIfNotTurned_data();
+    void orientationStaysIfNotTurned();
+    void metadata_data();
+    void metadata();
+    void locationInXmp();
+    void metadataOfEncodedPicture();
+    void behindThePicture();
+    void gif();
+    void profile_data();
+    void profile();
+    void toSrgb_data();
+    void toSrgb();
+    void greyStaysGrey();
+    void transparencyOnWhite();
+    void truncated_data();
+    void truncated();
     void quality_data();
     void quality();
+    void failures_data();
+    void failures();
+    void cannotBeWritten();
+    void tooLarge_data();
+    void tooLarge();
+    void ontoItself();
 
 private:
     QString path(const char* name) const { return (*mSandbox)(QString::fromUtf8(name)); }
+
+    /// A photograph that tells everything there is to tell.
+    QByteArray tellingPhotograph(int orientation, const QByteArray& xmp) const;
 
     QScopedPointer<Sandbox> mSandbox;
 };
@@ -102,6 +158,29 @@ void tst_ImageImport::init()
 void tst_ImageImport::cleanup()
 {
     mSandbox.reset();
+}
+
+QByteArray tst_ImageImport::tellingPhotograph(int orientation, const QByteArray& xmp) const
+{
+    using Header = QExifImageHeader;
+    QByteArray bytes = jpeg(picture(400, 300));
+    bytes.insert(2,
+                 xmpSegment(xmp) + segment(0xFE, "told-in-comment")
+                     + segment(0xED, QByteArrayLiteral("Photoshop 3.0\0told-in-iptc"))
+                     + segment(0xEC, "told-in-ducky"));
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadWrite);
+    ExifEditor editor;
+    editor.setOrientation(orientation);
+    editor.setValue(Header::Artist, QExifValue(QStringLiteral("told-artist")));
+    editor.setValue(Header::Make, QExifValue(QStringLiteral("told-make")));
+    editor.setValue(Header::Copyright, QExifValue(QStringLiteral("told-copyright")));
+    editor.setValue(Header::DateTimeOriginal, QExifValue(QStringLiteral("2024:05:06 07:08:09")));
+    editor.setValue(Header::OffsetTimeOriginal, QExifValue(QStringLiteral("+02:00")));
+    editor.setValue(Header::PixelXDimension, QExifValue(quint32(400)));
+    editor.setValue(Header::GPSMapDatum, QExifValue(QStringLiteral("told-location")));
+    editor.save(&buffer);
+    return bytes;
 }
 
 void tst_ImageImport::defaults()
@@ -245,6 +324,397 @@ void tst_ImageImport::orientations()
     QCOMPARE(QImage(path("theirs.png")).convertToFormat(QImage::Format_RGB32), copy);
 }
 
+void tst_ImageImport::orientationsBesidePixels_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<int>("orientation");
+    for (const char* format : {"png", "webp"}) {
+        if (!canWrite(format))
+            continue;
+        for (int orientation = 1; orientation <= 8; ++orientation) {
+            QTest::newRow(
+                qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(format)).arg(orientation)))
+                << QByteArray(format) << orientation;
+        }
+    }
+}
+
+void tst_ImageImport::orientationsBesidePixels()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(int, orientation);
+    // A PNG or WebP that has its orientation in EXIF, where Qt's readers do not look.
+    const QImage pixels = stored(picture(400, 300), orientation);
+    writeFile(path("photo.jpg"), jpeg(pixels, orientation));
+    ImageImport how;
+    how.format = format;
+    how.upright = false;
+    how.metadata = ImageImport::NoMetadata; // the orientation has to stay all the same
+    ImageImportResult result = ImageUtils::importImage(path("photo.jpg"), path("source"), how);
+    QVERIFY2(result, qPrintable(result.error));
+    QCOMPARE(result.size, pixels.size());
+
+    how.format = "png";
+    how.upright = true;
+    result = ImageUtils::importImage(path("source"), path("copy.png"), how);
+    QVERIFY2(result, qPrintable(result.error));
+    QCOMPARE(result.orientation, 0);
+    QCOMPARE(result.size, pixels.size());
+    const QByteArray answer = answerOf(QStringLiteral("exiftool"),
+                                       {QStringLiteral("-s3"), QStringLiteral("-n"),
+                                        QStringLiteral("-Orientation"), path("copy.png")});
+    if (!answer.isNull() && orientation > 1)
+        QCOMPARE(answer.trimmed().toInt(), orientation);
+    if (answerOf(QStringLiteral("convert"),
+                 {QString::fromLatin1(format) + QLatin1Char(':') + path("source"),
+                  QStringLiteral("-auto-orient"), path("theirs.png")})
+            .isNull())
+        QSKIP("ImageMagick is not installed");
+    QCOMPARE(QImage(path("theirs.png")).convertToFormat(QImage::Format_RGB32),
+             QImage(path("copy.png")).convertToFormat(QImage::Format_RGB32));
+}
+
+void tst_ImageImport::orientationStaysIfNotTurned_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::newRow("copied") << 1000;
+    QTest::newRow("encoded") << 100;
+}
+
+void tst_ImageImport::orientationStaysIfNotTurned()
+{
+    QFETCH(int, side);
+    writeFile(path("source.jpg"), tellingPhotograph(6, plainXmp));
+    for (const auto metadata : {ImageImport::NoMetadata, ImageImport::CopyrightAndDate,
+                                ImageImport::AllButLocation, ImageImport::AllMetadata}) {
+        ImageImport how = limitedTo(side);
+        how.upright = false;
+        how.metadata = metadata;
+        QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how));
+        ExifEditor editor;
+        QVERIFY(editor.load(path("copy.jpg")));
+        QCOMPARE(editor.orientation(), 6);
+    }
+}
+
+void tst_ImageImport::metadata_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<int>("metadata");
+    QTest::addColumn<bool>("isEncoded");
+    QTest::addColumn<QByteArrayList>("told");
+    const QByteArrayList nothing;
+    const QByteArrayList who = {"told-artist", "told-copyright", "2024:05:06 07:08:09", "+02:00"};
+    const QByteArrayList inExifAndXmp = who + QByteArrayList({"told-make", "told-in-xmp"});
+    const QByteArrayList where = {"told-location"};
+    for (const char* format : {"jpeg", "png", "webp"}) {
+        if (!canWrite(format))
+            continue;
+        const bool isJpeg = qstrcmp(format, "jpeg") == 0;
+        const QByteArrayList inJpeg =
+            isJpeg ? QByteArrayList({"told-in-comment", "told-in-iptc"}) : nothing;
+        const QByteArrayList elsewhere = isJpeg ? QByteArrayList({"told-in-ducky"}) : nothing;
+        for (const bool isEncoded : {false, true}) {
+            const QByteArray name = QByteArray(format) + (isEncoded ? ", encoded" : ", copied");
+            const auto row = [&](const char* kind, ImageImport::Metadata metadata,
+                                 const QByteArrayList& told) {
+                QTest::newRow((name + ", " + kind).constData())
+                    << QByteArray(format) << int(metadata) << isEncoded << told;
+            };
+            row("nothing", ImageImport::NoMetadata, nothing);
+            row("copyright and date", ImageImport::CopyrightAndDate, who);
+            row("all but location", ImageImport::AllButLocation, inExifAndXmp + inJpeg);
+            row("all", ImageImport::AllMetadata, inExifAndXmp + inJpeg + elsewhere + where);
+        }
+    }
+}
+
+void tst_ImageImport::metadata()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(int, metadata);
+    QFETCH(bool, isEncoded);
+    QFETCH(QByteArrayList, told);
+    writeFile(path("photo.jpg"), tellingPhotograph(1, plainXmp));
+    ImageImport all;
+    all.format = format;
+    all.metadata = ImageImport::AllMetadata;
+    QVERIFY(ImageUtils::importImage(path("photo.jpg"), path("source"), all));
+
+    ImageImport how = isEncoded ? limitedTo(100) : ImageImport();
+    how.metadata = ImageImport::Metadata(metadata);
+    const ImageImportResult result = ImageUtils::importImage(path("source"), path("copy"), how);
+    QVERIFY2(result, qPrintable(result.error));
+    QCOMPARE(int(result.status),
+             int(isEncoded ? ImageImportResult::Imported : ImageImportResult::Copied));
+    const QByteArray copy = contentOf(path("copy"));
+    for (const char* text :
+         {"told-artist", "told-copyright", "2024:05:06 07:08:09", "+02:00", "told-make",
+          "told-in-xmp", "told-location", "told-in-comment", "told-in-iptc", "told-in-ducky"})
+        QVERIFY2(copy.contains(text) == told.contains(text), text);
+    // What is copied keeps its pixels.
+    QImageReader reader(path("copy"));
+    reader.setDecideFormatFromContent(true);
+    QCOMPARE(reader.format(), format);
+    const QImage image = reader.read();
+    QVERIFY(!image.isNull());
+    if (!isEncoded) {
+        QImageReader whole(path("source"));
+        whole.setDecideFormatFromContent(true);
+        QCOMPARE(image, whole.read());
+    }
+
+    const QByteArray answer =
+        answerOf(QStringLiteral("exiftool"),
+                 {QStringLiteral("-s3"), QStringLiteral("-Warning"), QStringLiteral("-Error"),
+                  QStringLiteral("-Artist"), QStringLiteral("-GPSMapDatum"),
+                  QStringLiteral("-XMP:Label"), path("copy")});
+    if (answer.isNull())
+        QSKIP("exiftool is not installed");
+    QByteArrayList expected;
+    for (const char* text : {"told-artist", "told-location", "told-in-xmp"}) {
+        if (told.contains(text))
+            expected.append(text);
+    }
+    QByteArrayList lines = answer.split('\n');
+    lines.removeAll(QByteArray());
+    // The IPTC of this test is a text, which is no IPTC.
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const QByteArray& line) { return line.contains("IRB"); }),
+                lines.end());
+    QCOMPARE(lines, expected);
+}
+
+void tst_ImageImport::locationInXmp()
+{
+    writeFile(path("source.jpg"), tellingPhotograph(1, xmpWithLocation));
+    for (const auto metadata : {ImageImport::NoMetadata, ImageImport::CopyrightAndDate,
+                                ImageImport::AllButLocation, ImageImport::AllMetadata}) {
+        ImageImport how;
+        how.metadata = metadata;
+        QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how));
+        const bool isAll = metadata == ImageImport::AllMetadata;
+        QCOMPARE(contentOf(path("copy.jpg")).contains("48,12.345N"), isAll);
+        QCOMPARE(contentOf(path("copy.jpg")).contains("told-location"), isAll);
+    }
+}
+
+void tst_ImageImport::metadataOfEncodedPicture()
+{
+    // It is upright now, smaller, and a thumbnail of the old one is gone.
+    QByteArray source = tellingPhotograph(6, plainXmp);
+    writeFile(path("source.jpg"), source);
+    ImageImport how = limitedTo(100);
+    how.metadata = ImageImport::AllMetadata;
+    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how));
+    ExifEditor editor;
+    QVERIFY(editor.load(path("copy.jpg")));
+    QCOMPARE(editor.orientation(), 1);
+    QCOMPARE(editor.value(QExifImageHeader::PixelXDimension).toLong(), quint32(75));
+    QVERIFY(contentOf(path("copy.jpg")).contains("tiff:Orientation='1'"));
+    // Nobody turns it once more.
+    QCOMPARE(ImageUtils::importImage(path("copy.jpg"), path("again.jpg"), how).size,
+             QSize(75, 100));
+}
+
+void tst_ImageImport::behindThePicture()
+{
+    // Phones put a film, or a second photograph with a location of its own, behind the picture.
+    const QByteArray photo = jpeg(picture(400, 300));
+    writeFile(path("source.jpg"), photo + tellingPhotograph(1, xmpWithLocation));
+    ImageImport how;
+    how.metadata = ImageImport::AllButLocation;
+    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how));
+    QCOMPARE(contentOf(path("copy.jpg")), photo);
+    how.metadata = ImageImport::AllMetadata;
+    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how));
+    QCOMPARE(contentOf(path("copy.jpg")), contentOf(path("source.jpg")));
+}
+
+void tst_ImageImport::gif()
+{
+    const QByteArray head = QByteArray::fromHex("47494638396102000100800100ff000000ff00");
+    const QByteArray loop = QByteArray::fromHex("21ff0b4e45545343415045322e300301000000");
+    const QByteArray comment = QByteArray::fromHex("21fe04746f6c6400"); // "told"
+    QByteArray xmp = QByteArray::fromHex("21ff0b584d502044617461584d50") + xmpWithLocation + '\x01';
+    for (int i = 0xFF; i >= 0; --i)
+        xmp += char(i);
+    xmp += '\0';
+    const QByteArray frame = QByteArray::fromHex("21f90400010000002c0000000002000100000202440a00");
+    const QByteArray source = head + loop + comment + xmp + frame + frame + ';';
+    writeFile(path("source.gif"), source);
+    ImageImport how = limitedTo(1); // it is copied all the same
+    const auto copyWith = [&](ImageImport::Metadata metadata) {
+        how.metadata = metadata;
+        const ImageImportResult result =
+            ImageUtils::importImage(path("source.gif"), path("copy.gif"), how);
+        return result.status == ImageImportResult::Copied ? contentOf(path("copy.gif"))
+                                                          : QByteArray();
+    };
+    QCOMPARE(copyWith(ImageImport::NoMetadata), head + loop + frame + frame + ';');
+    QCOMPARE(copyWith(ImageImport::CopyrightAndDate), head + loop + frame + frame + ';');
+    QCOMPARE(copyWith(ImageImport::AllButLocation), head + loop + frame + frame + comment + ';');
+    QCOMPARE(copyWith(ImageImport::AllMetadata), source);
+    const QByteArray answer = answerOf(QStringLiteral("exiftool"),
+                                       {QStringLiteral("-s3"), QStringLiteral("-GPSLatitude"),
+                                        QStringLiteral("-Comment"), path("copy.gif")});
+    if (!answer.isNull())
+        QVERIFY(answer.contains("told") && answer.contains("48 deg"));
+}
+
+void tst_ImageImport::profile_data()
+{
+    QTest::addColumn<int>("space");
+    QTest::addColumn<int>("orientation");
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        QTest::newRow(qPrintable(QStringLiteral("Display P3 %1").arg(orientation)))
+            << int(QColorSpace::DisplayP3) << orientation;
+        QTest::newRow(qPrintable(QStringLiteral("Adobe RGB %1").arg(orientation)))
+            << int(QColorSpace::AdobeRgb) << orientation;
+    }
+#else
+    QTest::newRow("none") << 0 << 0;
+#endif
+}
+
+void tst_ImageImport::profile()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    QFETCH(int, space);
+    QFETCH(int, orientation);
+    QImage image = stored(picture(400, 300), orientation);
+    image.setColorSpace(QColorSpace::NamedColorSpace(space));
+    const QByteArray source = jpeg(image, orientation);
+    writeFile(path("source.jpg"), source);
+    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), limitedTo(200)));
+    // Byte for byte.
+    const int begin = source.indexOf("ICC_PROFILE");
+    const int length = uchar(source.at(begin - 2)) << 8 | uchar(source.at(begin - 1));
+    QVERIFY(contentOf(path("copy.jpg")).contains(source.mid(begin - 4, length + 2)));
+    QCOMPARE(contentOf(path("copy.jpg")).count("ICC_PROFILE"), 1);
+    QCOMPARE(QImage(path("copy.jpg")).colorSpace(),
+             QColorSpace(QColorSpace::NamedColorSpace(space)));
+    ImageImport how = limitedTo(200);
+    how.format = "png";
+    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.png"), how));
+    QCOMPARE(QImage(path("copy.png")).colorSpace(),
+             QColorSpace(QColorSpace::NamedColorSpace(space)));
+#else
+    QSKIP("this version of Qt knows no colour profiles");
+#endif
+}
+
+void tst_ImageImport::toSrgb_data()
+{
+    profile_data();
+}
+
+void tst_ImageImport::toSrgb()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    QFETCH(int, space);
+    QFETCH(int, orientation);
+    QImage image = stored(picture(400, 300), orientation);
+    image.setColorSpace(QColorSpace::NamedColorSpace(space));
+    writeFile(path("source.jpg"), jpeg(image, orientation));
+    ImageImport how;
+    how.format = "png";
+    how.colorProfile = ImageImport::ConvertToSrgb;
+    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.png"), how));
+    const QImage copy = QImage(path("copy.png")).convertToFormat(QImage::Format_RGB32);
+    QVERIFY(QImage(path("copy.png")).colorSpace() == QColorSpace(QColorSpace::SRgb));
+
+    if (answerOf(QStringLiteral("vips"),
+                 {QStringLiteral("autorot"), path("source.jpg"), path("upright.v")})
+            .isNull())
+        QSKIP("vips is not installed");
+    QVERIFY(!answerOf(QStringLiteral("vips"),
+                      {QStringLiteral("icc_transform"), path("upright.v"), path("theirs.png"),
+                       QStringLiteral("srgb"), QStringLiteral("--embedded"),
+                       QStringLiteral("--intent"), QStringLiteral("relative")})
+                 .isNull());
+    const QImage theirs = QImage(path("theirs.png")).convertToFormat(QImage::Format_RGB32);
+    QCOMPARE(theirs.size(), copy.size());
+    qint64 sum = 0;
+    for (int y = 0; y < copy.height(); ++y) {
+        for (int x = 0; x < copy.width(); ++x) {
+            const QRgb a = copy.pixel(x, y);
+            const QRgb b = theirs.pixel(x, y);
+            sum +=
+                qAbs(qRed(a) - qRed(b)) + qAbs(qGreen(a) - qGreen(b)) + qAbs(qBlue(a) - qBlue(b));
+        }
+    }
+    const double mean = double(sum) / (3.0 * copy.width() * copy.height());
+    QVERIFY2(mean <= 1.0, qPrintable(QString::number(mean)));
+#else
+    QSKIP("this version of Qt knows no colour profiles");
+#endif
+}
+
+void tst_ImageImport::greyStaysGrey()
+{
+    writeFile(path("source.jpg"),
+              jpeg(picture(400, 300).convertToFormat(QImage::Format_Grayscale8)));
+    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), limitedTo(100)));
+    QCOMPARE(int(QImage(path("copy.jpg")).format()), int(QImage::Format_Grayscale8));
+}
+
+void tst_ImageImport::transparencyOnWhite()
+{
+    QImage image(40, 30, QImage::Format_ARGB32);
+    image.fill(qRgba(0, 0, 0, 0));
+    writeFile(path("source.png"), encoded(image, "png"));
+    ImageImport how;
+    how.format = "jpeg";
+    QVERIFY(ImageUtils::importImage(path("source.png"), path("copy.jpg"), how));
+    QCOMPARE(QImage(path("copy.jpg")).pixel(20, 15), qRgb(255, 255, 255));
+    how.format = "png";
+    how.maxSize = QSize(20, 20);
+    QVERIFY(ImageUtils::importImage(path("source.png"), path("copy.png"), how));
+    QCOMPARE(qAlpha(QImage(path("copy.png")).pixel(10, 7)), 0);
+}
+
+void tst_ImageImport::truncated_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<bool>("decodes"); // what is there
+    QTest::newRow("jpeg") << QByteArray("jpeg") << true;
+    QTest::newRow("png") << QByteArray("png") << false;
+    if (canWrite("webp"))
+        QTest::newRow("webp") << QByteArray("webp") << false;
+}
+
+void tst_ImageImport::truncated()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(bool, decodes);
+    const QByteArray whole = encoded(landscape(400, 300, 0.7), format.constData(), 90);
+    writeFile(path("source"), whole.left(whole.size() * 3 / 4));
+    writeFile(path("copy"), "old");
+    LogCapture log;
+    ImageImport how = limitedTo(100);
+    how.refuseTruncated = true;
+    ImageImportResult result = ImageUtils::importImage(path("source"), path("copy"), how);
+    QCOMPARE(int(result.status), int(ImageImportResult::Truncated));
+    QVERIFY(result.truncated);
+    QCOMPARE(result.error, QStringLiteral("\"source\" is incomplete."));
+    QCOMPARE(contentOf(path("copy")), QByteArray("old"));
+
+    how.refuseTruncated = false;
+    result = ImageUtils::importImage(path("source"), path("copy"), how);
+    QVERIFY(result.truncated);
+    QCOMPARE(bool(result), decodes);
+    if (decodes)
+        QCOMPARE(QImage::fromData(contentOf(path("copy"))).size(), QSize(100, 75));
+    else
+        QCOMPARE(int(result.status), int(ImageImportResult::Truncated));
+
+    writeFile(path("source"), whole);
+    result = ImageUtils::importImage(path("source"), path("copy"), how);
+    QVERIFY(result && !result.truncated);
+}
+
 void tst_ImageImport::quality_data()
 {
     QTest::addColumn<int>("quality");
@@ -273,6 +743,124 @@ void tst_ImageImport::quality()
     QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how));
     QCOMPARE(isProgressive(contentOf(path("copy.jpg"))), progressive);
     QCOMPARE(quantisation(contentOf(path("copy.jpg"))), quantisationOf(expected));
+}
+
+void tst_ImageImport::failures_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("missing") << QStringLiteral("none.jpg") << int(ImageImportResult::NotFound)
+                             << QStringLiteral("There is no file \"none.jpg\".");
+    QTest::newRow("empty") << QStringLiteral("empty.jpg") << int(ImageImportResult::NotAnImage)
+                           << QStringLiteral("\"empty.jpg\" is no picture.");
+    QTest::newRow("text") << QStringLiteral("text.jpg") << int(ImageImportResult::NotAnImage)
+                          << QStringLiteral("\"text.jpg\" is no picture.");
+    QTest::newRow("folder") << QStringLiteral("folder") << int(ImageImportResult::NotAnImage)
+                            << QStringLiteral("\"folder\" is no picture.");
+    QTest::newRow("damaged") << QStringLiteral("damaged.png") << int(ImageImportResult::NotReadable)
+                             << QStringLiteral("\"damaged.png\" is damaged.");
+    QTest::newRow("endless") << QStringLiteral("endless.jpg") << int(ImageImportResult::NotReadable)
+                             << QStringLiteral("\"endless.jpg\" cannot be read.");
+}
+
+void tst_ImageImport::failures()
+{
+    QFETCH(QString, source);
+    QFETCH(int, status);
+    QFETCH(QString, error);
+    writeFile(path("empty.jpg"), QByteArray());
+    writeFile(path("text.jpg"), "no picture");
+    makeFolder(path("folder"));
+    QByteArray damaged = encoded(landscape(400, 300, 0.7), "png");
+    damaged[damaged.size() / 2] = char(damaged.at(damaged.size() / 2) ^ 0x55);
+    writeFile(path("damaged.png"), damaged);
+    QByteArray endless = jpeg(picture(40, 30));
+    endless.insert(2, QByteArray::fromHex("fffe0002").repeated(5000));
+    writeFile(path("endless.jpg"), endless);
+    writeFile(path("copy"), "old");
+    LogCapture log;
+    const ImageImportResult result =
+        ImageUtils::importImage((*mSandbox)(source), path("copy"), limitedTo(20));
+    QVERIFY(!result);
+    QCOMPARE(int(result.status), status);
+    QCOMPARE(result.error, error);
+    QVERIFY(!result.size.isValid());
+    QCOMPARE(contentOf(path("copy")), QByteArray("old"));
+    QCOMPARE(log.lines().filter(QStringLiteral("warning orvautils ImageUtils importImage")).size(),
+             1);
+}
+
+void tst_ImageImport::cannotBeWritten()
+{
+    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
+    writeFile(path("file"), "in the way");
+    makeFolder(path("folder.jpg/inside"));
+    LogCapture log;
+    for (const int side : {1000, 100}) {
+        for (const char* destination : {"file/copy.jpg", "folder.jpg"}) {
+            const ImageImportResult result =
+                ImageUtils::importImage(path("source.jpg"), path(destination), limitedTo(side));
+            QCOMPARE(int(result.status), int(ImageImportResult::NotWritable));
+            QVERIFY2(!result.error.isEmpty() && !result.error.contains(mSandbox->root()),
+                     qPrintable(result.error));
+        }
+    }
+    QCOMPARE(contentOf(path("file")), QByteArray("in the way"));
+    ImageImport how;
+    how.format = "nonsense";
+    const ImageImportResult result =
+        ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how);
+    QCOMPARE(int(result.status), int(ImageImportResult::NotWritable));
+    QCOMPARE(result.error, QStringLiteral("Pictures cannot be saved in the format \"nonsense\"."));
+    QVERIFY(!QFile::exists(path("copy.jpg")));
+}
+
+void tst_ImageImport::tooLarge_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<qint64>("maxPixels");
+    QTest::addColumn<bool>("imported");
+    const QByteArray photo = jpeg(picture(400, 300));
+    QTest::newRow("no limit") << photo << qint64(0) << true;
+    QTest::newRow("within") << photo << qint64(120000) << true;
+    QTest::newRow("a pixel too many") << photo << qint64(119999) << false;
+    QByteArray forged = photo;
+    forged.replace(forged.indexOf("\xff\xc0") + 5, 4, QByteArray::fromHex("ea60ea60"));
+    QTest::newRow("60,000 x 60,000") << forged << qint64(0) << false;
+}
+
+void tst_ImageImport::tooLarge()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(qint64, maxPixels);
+    QFETCH(bool, imported);
+    writeFile(path("source.jpg"), bytes);
+    ImageImport how = limitedTo(100);
+    how.maxPixels = maxPixels;
+    LogCapture log;
+    const ImageImportResult result =
+        ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how);
+    QCOMPARE(bool(result), imported);
+    QVERIFY(result.sourceSize.isValid());
+    if (!imported) {
+        QCOMPARE(int(result.status), int(ImageImportResult::TooLarge));
+        QCOMPARE(result.error, QStringLiteral("\"source.jpg\" is too large."));
+        QVERIFY(!QFile::exists(path("copy.jpg")));
+    }
+}
+
+void tst_ImageImport::ontoItself()
+{
+    for (const int side : {1000, 100}) {
+        writeFile(path("a.jpg"), tellingPhotograph(6, plainXmp));
+        ImageImport how = limitedTo(side);
+        const ImageImportResult result =
+            ImageUtils::importImage(QStringLiteral("file://") + path("a.jpg"), path("a.jpg"), how);
+        QVERIFY2(result, qPrintable(result.error));
+        QCOMPARE(QImage(path("a.jpg")).size(), side == 100 ? QSize(75, 100) : QSize(300, 400));
+        QCOMPARE(treeOf(mSandbox->root()).size(), 1);
+    }
 }
 
 QTEST_MAIN(tst_ImageImport)

@@ -158,9 +158,9 @@ bool PictureImport::read()
 bool PictureImport::examine()
 {
     mFound = readMetadata(mBytes, mResult.format);
-    mResult.orientation = orientationIn(mFound.metadata);
-    if (mResult.orientation == 0 && mHeader.orientation > 1)
-        mResult.orientation = mHeader.orientation;
+    // A reader that finds nothing to do does not say whether the file says so.
+    const int readersWord = mHeader.orientation > 1 ? mHeader.orientation : 0;
+    mResult.orientation = mResult.format == "jpeg" ? orientationIn(mFound.metadata) : readersWord;
     mResult.truncated = mFound.isTruncated;
     if (mResult.truncated && mHow.refuseTruncated)
         return failsWithName(ImageImportResult::Truncated, "\"%1\" is incomplete.");
@@ -352,11 +352,19 @@ qint64 PictureImport::memoryNeeded() const
 /// What the imported file is to tell beside its pixels.
 PictureMetadata PictureImport::metadata() const
 {
-    const PictureMetadata chosen = chosenMetadata(mFound.metadata, mHow.metadata);
+    PictureMetadata chosen = chosenMetadata(mFound.metadata, mHow.metadata);
+    if (mFormat != mResult.format) { // each format has its own
+        chosen.iptc.clear();
+        chosen.comments.clear();
+        chosen.others.clear();
+    }
     const bool isEncoded = mResult.size.isValid();
     const PictureMetadata adapted =
         isEncoded ? adaptedMetadata(chosen, mResult.size, mustTurn()) : chosen;
-    return mustTurn() ? adapted : withOrientation(adapted, mResult.orientation);
+    if (mustTurn())
+        return adapted;
+    // What the picture is shown by stays, whatever else goes.
+    return withOrientation(adapted, qMax(mResult.orientation, orientationIn(mFound.metadata)));
 }
 
 /// The profile that a JPEG gets from a JPEG as it is stored; empty where it gets what Qt writes.
