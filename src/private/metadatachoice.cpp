@@ -5,6 +5,7 @@
 
 #include "QExifImageHeader.h"
 #include "exifblock_p.h"
+#include "jpegmetadata_p.h"
 
 #include <algorithm>
 
@@ -67,8 +68,7 @@ PictureMetadata withoutLocation(const PictureMetadata& found)
     PictureMetadata kept = found;
     if (!found.exif.isEmpty())
         kept.exif = withoutGps(found.exif);
-    const QByteArray lower = found.xmp.toLower();
-    if (lower.contains("gps") || lower.contains("latitude"))
+    if (!eraseLocation(&kept.xmp))
         kept.xmp.clear();
     kept.others.clear();
     // A PNG may hold EXIF and XMP as texts of hexadecimal digits.
