@@ -76,7 +76,18 @@ struct ExifPlace
     qint64 begin = 0; // of the segment, from the beginning of the JPEG; else where one belongs
     qint64 end = 0;
     QByteArray block;
+    bool goesOn = false; // in the next segment, as some programs write a block that is too large
 };
+
+/// Whether the next segment has the rest of a block: the name of one, but no block's head.
+bool isContinued(JpegSegments* segments)
+{
+    if (!segments->next() || segments->marker() != JpegMarker::App1
+        || !segments->startsWith("Exif"))
+        return false;
+    const QByteArray head = segments->read(nameSize + 2).mid(nameSize);
+    return head != "II" && head != "MM";
+}
 
 /// Finds the first EXIF segment of the JPEG at the current position of a device.
 ExifPlace findExif(QIODevice* device)
@@ -100,6 +111,7 @@ ExifPlace findExif(QIODevice* device)
         place.block = payload.mid(nameSize);
         place.begin = segments.position();
         place.end = segments.payloadPosition() + payload.size();
+        place.goesOn = isContinued(&segments);
         break;
     }
     place.isJpeg = place.isJpeg && !segments.hasFailed();
@@ -121,8 +133,13 @@ bool findPatch(QIODevice* device, QByteArray block, Shrinking shrinking, FilePat
     if (!place.isJpeg)
         return fail(error, noJpeg());
     const int missing = place.block.size() - block.size();
-    if (shrinking == Shrinking::FilledUp && missing > 0)
+    if ((shrinking == Shrinking::FilledUp || place.goesOn) && missing > 0)
         block.append(QByteArray(missing, '\0'));
+    if (place.goesOn && missing < 0)
+        return fail(error,
+                    QCoreApplication::translate(
+                        "ExifEditor",
+                        "The EXIF data of the picture fills several segments and cannot grow."));
     if (nameSize + block.size() > JpegSegments::MaximumPayload)
         return fail(error,
                     QCoreApplication::translate(

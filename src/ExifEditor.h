@@ -85,10 +85,11 @@ public:
     /// not touched, so that saving twice is saving once.
     ///
     /// False, with the file untouched, when it cannot be opened for reading and writing, is no
-    /// JPEG, when the block exceeds what a segment holds (65,527 bytes), when writing fails, and
-    /// when a new file would be needed but cannot take the place of this one unnoticed: it has
-    /// several names (hard links), it belongs to somebody else, or its folder takes no new file.
-    /// What was set stays set; the editor can try again elsewhere.
+    /// JPEG, when the block exceeds what a segment holds (65,527 bytes), when it grows though the
+    /// segment behind it has the rest of a larger block, when writing fails, and when a new file
+    /// would be needed but cannot take the place of this one unnoticed: it has several names (hard
+    /// links), it belongs to somebody else, or its folder takes no new file. What was set stays
+    /// set; the editor can try again elsewhere.
     bool save(const QString& fileName, QString* error = nullptr);
 
     /// As above, into the JPEG that \a device, open for reading and writing and random access,

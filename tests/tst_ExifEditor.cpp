@@ -136,6 +136,7 @@ private Q_SLOTS:
     void newBlock_data();
     void newBlock();
     void largestBlock();
+    void continuedBlock();
 
     void saveTwice();
     void saveIntoAnotherFile();
@@ -702,6 +703,28 @@ void tst_ExifEditor::largestBlock()
     editor.setOrientation(8);
     QVERIFY(editor.save(path));
     QVERIFY(contentOf(path).size() < file.size() + 100);
+}
+
+// The rest of a block that is larger than a segment stands in the next one.
+void tst_ExifEditor::continuedBlock()
+{
+    const QByteArray file = soi() + exifSegment(smallBlock(big))
+        + segment(0xFFE1, QByteArray("Exif\0\0and so on", 15)) + dqt() + scan();
+    ExifEditor editor;
+    QVERIFY(loadFrom(&editor, file));
+    editor.setOrientation(3);
+    QByteArray expected = file;
+    expected.replace(TiffBuilder(big).shorts(0x0112, 1, 6).all(),
+                     TiffBuilder(big).shorts(0x0112, 1, 3).all());
+    QCOMPARE(savedInto(&editor, file).toHex(), expected.toHex());
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QVERIFY(editor.load(path));
+    editor.setValue(Header::Artist, QExifValue(text("Somebody")));
+    QString error;
+    QVERIFY(!editor.save(path, &error));
+    QCOMPARE(error, text("The EXIF data of the picture fills several segments and cannot grow."));
+    QCOMPARE(contentOf(path), file);
 }
 
 // Files
