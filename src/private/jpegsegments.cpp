@@ -126,7 +126,7 @@ bool JpegSegments::skipPayload()
     if (mDevice->isSequential())
         return QDataStream(mDevice).skipRawData(left) == left;
     // A position outside is not even tried: a file accepts it, a buffer grows, and Qt may warn.
-    return mStart + end <= mDevice->size() && mDevice->seek(mStart + end);
+    return mStart + end <= mDevice->size() && moveTo(end);
 }
 
 /// Reads the marker and the length of the segment at, or in a standard walk behind, the current
@@ -163,10 +163,18 @@ bool JpegSegments::findMarker()
         const qint64 surplus = end - (code + 1);
         mReadPosition -= surplus;
         mPosition = mReadPosition - 2;
-        return (surplus == 0 || mDevice->seek(mStart + mReadPosition))
-            && mMarker != JpegMarker::EndOfImage && mMarker != JpegMarker::StartOfImage;
+        return (surplus == 0 || moveTo(mReadPosition)) && mMarker != JpegMarker::EndOfImage
+            && mMarker != JpegMarker::StartOfImage;
     }
     return false;
+}
+
+/// Moves the device to a position in the JPEG.
+bool JpegSegments::moveTo(qint64 position)
+{
+    const bool isMoved = mDevice->seek(mStart + position);
+    mHasFailed = mHasFailed || !isMoved;
+    return isMoved;
 }
 
 /// Reads up to \a size bytes, whatever they are, and returns how many there were.

@@ -95,6 +95,7 @@ private:
     bool skipPayload();
     bool readHead();
     bool findMarker();
+    bool moveTo(qint64 position);
     qint64 readRaw(char* data, qint64 size);
 
     QIODevice* const mDevice;
