@@ -44,8 +44,8 @@ class ORVAUTILS_EXPORT ApplicationUtils
 public:
     // Folders
 
-    /// The first of Qt's standard locations of the kind \a location that is not blank, with "/"
-    /// behind it. Empty when there is none; a folder built on it is then a relative text such as
+    /// The first of Qt's standard locations of the kind \a location that is not blank, followed
+    /// by "/". Empty when there is none; a folder built on it is then a relative text such as
     /// "Orvanel/". Nothing is logged.
     static QString noEmptyStandardLocations(QStandardPaths::StandardLocation location);
 
@@ -69,19 +69,19 @@ public:
 
     /// The folder of the data shipped with the application.
     ///
-    /// In an installed bundle every "MacOS" is taken out of the program's folder and
-    /// "Resources/data/" put behind it: "/Applications/X.app/Contents/MacOS" gives
+    /// In an installed bundle every "MacOS" is removed from the program's folder and
+    /// "Resources/data/" appended: "/Applications/X.app/Contents/MacOS" gives
     /// "/Applications/X.app/Contents/Resources/data/". A folder without "MacOS" gets it without a
     /// "/" between: "/opt/shop" gives "/opt/shopResources/data/". Deliberate: nothing is tidied.
     ///
     /// In a build tree everything from "bin/debug" or "bin/release" to the last
-    /// ".app/Contents/MacOS" is taken out and "data/" put behind: the program in
+    /// ".app/Contents/MacOS" is removed and "data/" appended: the program in
     /// "/work/proj/bin/debug/X.app/Contents/MacOS" has its data in "/work/proj/data/", and one
     /// elsewhere in "data/" within its own folder.
     static QString pathDatas();
 
-    /// The folder of the helper programs: as pathDatas(), with "Frameworks/" in the place of
-    /// "Resources/" and "extraBinaries/" in the place of "data/".
+    /// The folder of the helper programs: as pathDatas(), with "Frameworks/" in place of
+    /// "Resources/" and "extraBinaries/" in place of "data/".
     static QString pathExtraBinaries();
 
     /// "version/" in pathDatas().

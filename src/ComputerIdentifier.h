@@ -42,7 +42,7 @@ public:
 
     /// Writes the four values as Qt warnings in the category "default", each in the local 8-bit
     /// encoding: "Product Id: ", "First MAC: ", "Unique Identifier: " and
-    /// "Hashed Unique Identifier: " with the value behind it.
+    /// "Hashed Unique Identifier: " followed by the value.
     static void debug();
 };
 

@@ -58,7 +58,7 @@ public:
 
     /// The documentation in the user's language, opened at \a page.
     ///
-    /// A \a page that is not empty is put behind the address, with a "/" between them unless the
+    /// A \a page that is not empty is appended to the address, with a "/" between them unless the
     /// address ends with one; an empty \a page adds nothing. Where the documentation does not exist
     /// in the user's language, the whole address, page included, goes through autoTranslatedUrl().
     static QString urlDocumentation(const QString& page);
@@ -67,11 +67,11 @@ public:
     ///
     /// The code is the first whose language is the user's, exactly as it is written in the list,
     /// and `*found` is set to true. Where there is none it is the first code of the list (with an
-    /// empty list \a url comes back as it is), and `*found` is set to false.
+    /// empty list \a url is returned as it is), and `*found` is set to false.
     ///
     /// \a found may be null, and a call without it never matches: it always answers with the first
-    /// code. That is intended: who does not ask whether the page is in the user's language gets the
-    /// page in the language in which it was written.
+    /// code. That is intended: a caller that does not ask whether the page is in the user's
+    /// language gets the page in the language in which it was written.
     static QString mapUrlApplication(const QString& url, bool* found, const QStringList& langs);
 
     /// \a url as it is when the user's language is French, the language in which the pages are

@@ -39,7 +39,7 @@ struct FamilyMember
     const char* key;
 };
 
-// Null for Undefined and for codes that nobody has.
+// Null for Undefined and for unknown codes.
 const FamilyMember* familyMember(CoreApplicationUtils::CodeApplication code)
 {
     static const FamilyMember members[] = {

@@ -55,13 +55,13 @@ public:
     };
     Q_ENUM(CodeApplication)
 
-    /// An object without a use of its own: all functions are static. \a parent owns it, or nobody.
+    /// Constructs an object, owned by \a parent. It is never needed: all functions are static.
     explicit CoreApplicationUtils(QObject* parent = nullptr);
-    /// Nothing goes with it: the identity stays.
+    /// The identity stays.
     ~CoreApplicationUtils() override;
 
     /// Hands the stored identity to Qt: organisation name (the company name), organisation domain
-    /// (the company name in lower case with ".com" behind it, blanks kept), application name and
+    /// (the company name in lower case followed by ".com", blanks kept), application name and
     /// version, and iconApplication() as the icon of all windows. Revision and code stay here.
     ///
     /// Returns false without doing anything when the application code was not set; a debug message
@@ -114,15 +114,15 @@ public:
     /// If a modal widget is active at the moment of the call, an event filter is installed on the
     /// application object that raises the then active modal widget at every QEvent::FocusIn; it
     /// consumes no event. Each such call installs one more filter, deliberately, and none is
-    /// removed before the application object goes. Without an active modal widget, or without a
-    /// QApplication, nothing happens.
+    /// removed before the application object is destroyed. Without an active modal widget, or
+    /// without a QApplication, nothing happens.
     ///
     /// Thread: the GUI thread.
     static void fixOSXDialogFocusBug();
 
     // The store: setters overwrite and check nothing, getters return copies.
 
-    /// Stores the name of the company that makes the application, in the place of what was stored.
+    /// Stores the name of the company that makes the application, in place of what was stored.
     static void setApplicationCompanyName(const QString& companyName);
     /// The company's name as it was stored; empty before.
     static QString applicationCompanyName();
@@ -137,7 +137,7 @@ public:
     /// The version as it was stored; empty before.
     static QString applicationVersion();
 
-    /// Stores the \a revision, a text of the application's own making, which nothing here reads.
+    /// Stores the \a revision, a text of any form, which the library does not use.
     static void setApplicationRevision(const QString& revision);
     /// The revision as it was stored; empty before.
     static QString applicationRevision();

@@ -56,7 +56,7 @@ class ErrorablePrivate;
 ///     }
 ///
 /// private:
-///     Copier mCopier; // a QObject and an Errorable likewise
+///     Copier mCopier; // also a QObject and an Errorable
 /// };
 /// \endcode
 ///
@@ -92,7 +92,7 @@ public:
     /// source that includes this header, and read in destructors of static objects.
     static QMap<ErrorableCode, QString>& sErrorMessages;
 
-    /// Messages that take precedence over those of sErrorMessages, filled by the host likewise.
+    /// Messages that take precedence over those of sErrorMessages, also filled by the host.
     static QMap<ErrorableCode, QString>& sOverriddenErrorMessage;
 
     /// Registers \a child as a child of this object, at the place in the source that \a file and
@@ -117,7 +117,7 @@ public:
 
     /// Carries \a code upward and keeps a copy of it in the stack of this object and of each
     /// ancestor. On the way it collects the steps: the place where this object was registered, then
-    /// that of each ancestor below the root; then, with " (NE)" behind them, the class names of the
+    /// that of each ancestor below the root; then, followed by " (NE)", the class names of the
     /// QObjects that own the root, the nearest first. Every object keeps the same, complete value.
     ///
     /// The own error of this object is not changed by this call.
@@ -146,8 +146,8 @@ public:
     /// //   QMainWindow (NE)
     /// \endcode
     ///
-    /// The message is overriddenErrorMessage(), with the details in brackets behind it unless they
-    /// stand in it already. A text of several lines gives as many. Empty without an error.
+    /// The message is overriddenErrorMessage(), followed by the details in brackets unless it
+    /// contains them already. A text of several lines gives as many. Empty without an error.
     QStringList errorLines() const;
 
     /// The message of error().

@@ -70,7 +70,7 @@ public:
     QString enumText() const;
 
     /// "context:enum text (#code) (details)". With \a withCallStack there follow, on lines of their
-    /// own, "#Call Stack" and every step behind "=>":
+    /// own, "#Call Stack" and every step after "=>":
     ///
     /// \code
     /// Files:CopyFailed (#3) (disk full)

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// GenericThread: one function on a thread of its own, and its result back in the caller's thread.
+// GenericThread: runs one function on its own thread, and delivers the result to the caller's
+// thread.
 
 #ifndef ORVAUTILS_GENERICTHREAD_H
 #define ORVAUTILS_GENERICTHREAD_H
@@ -40,8 +41,8 @@ public:
     /// \a parent and the guard. Started as it is, it fails as run() tells.
     explicit GenericThread(QObject* parent = nullptr);
 
-    /// Destroys the thread. One that is not running goes silently. Where the function has returned,
-    /// the destructor waits until genericFinished() has been emitted.
+    /// Destroys the thread. When the function has returned, the destructor waits until
+    /// genericFinished() has been emitted, and nothing is logged.
     ///
     /// A function that is still running is a misuse. It is logged at once with LogType 4, as
     /// ~Thread() does: "Thread Thread is still running on Destructor call! \n => terminate()". Then

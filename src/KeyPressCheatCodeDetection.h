@@ -54,7 +54,7 @@ public:
     /// every other (Shift alone, a dead key, text of an input method) changes nothing.
     ///
     /// The character is compared without regard to case with the next one of the sequence. If it is
-    /// the same, the detection moves on, and behind the last character emits keyDetected() and
+    /// the same, the detection moves on, and after the last character emits keyDetected() and
     /// starts again. If it differs, the detection starts again with the next key: the differing
     /// character itself is deliberately not tried as the first of a new match, so that "aab" typed
     /// for the sequence "ab" detects nothing.

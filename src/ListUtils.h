@@ -18,7 +18,7 @@ class ORVAUTILS_EXPORT ListUtils
 {
 public:
     /// Whether \a list is not empty and each of its objects inherits the class \a className, or is
-    /// of it. The objects behind the first that does not are not looked at.
+    /// of it. Objects after the first that does not are not examined.
     ///
     /// \code
     /// ListUtils::allObjectInherits(selection, "QAbstractButton"); // buttons of all kinds

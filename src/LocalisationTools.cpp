@@ -24,7 +24,7 @@ struct Translators
     /// Those that this class installed, in the order of installation. The application object owns
     /// them and may go first.
     QList<QPointer<QTranslator>> mAppTranslators;
-    quint64 changes = 0; ///< how often all of them were taken out
+    quint64 changes = 0; ///< how often all of them were removed
 };
 
 Translators& translators()
@@ -32,7 +32,7 @@ Translators& translators()
     return processState<Translators>();
 }
 
-/// Installs a translator of this class, which is in the list before the host hears of it: its
+/// Installs a translator of this class, which is in the list before the host is notified: its
 /// handler of QEvent::LanguageChange may change the language again.
 bool addTranslator(QTranslator* translator)
 {
@@ -40,8 +40,8 @@ bool addTranslator(QTranslator* translator)
     return QCoreApplication::installTranslator(translator);
 }
 
-/// A change of language, which takes out every translator of the language before. It is over when
-/// the host begins another one while it hears of this one.
+/// A change of language, which begins by removing every translator of the previous language. It is
+/// over when the host, notified of it, begins another one.
 class Change
 {
 public:

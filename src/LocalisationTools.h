@@ -30,12 +30,12 @@ class QTranslator;
 /// For every key the English file is installed underneath that of the chosen language, so that a
 /// text which is not translated yet appears in English.
 ///
-/// \par What the host hears
-/// The application gets a QEvent::LanguageChange, at once, for every translator with texts that
-/// comes and for every one that goes, so several in each change of language. While they arrive the
-/// default locale is still the previous one; what is formatted by QLocale() is formatted anew after
-/// the change has returned. A handler of the event may itself change the language: the last change
-/// wins, and the one that it came from leaves everything as it is.
+/// \par Notifications
+/// The application receives a QEvent::LanguageChange, synchronously, for every translator that is
+/// removed and for every one with texts that is installed: several for each change of language.
+/// At that time the default locale is still the previous one; update what is formatted by QLocale()
+/// after the change has returned. A handler of the event may itself change the language. The last
+/// change wins, and the interrupted one leaves its result untouched.
 ///
 /// Thread: the main thread; translators belong to the application object. Create that object first:
 /// before, no translator can be installed.
@@ -78,7 +78,7 @@ public:
 
     /// The language codes of the files in \a folder whose names match \a prefix followed by "*.qm",
     /// in the order in which the folder lists them: what stands between the prefix and the first
-    /// "." behind it. With the prefix "app_", app_fr.qm and app_pt_BR.qm give "fr" and "pt_BR".
+    /// following ".". With the prefix "app_", app_fr.qm and app_pt_BR.qm give "fr" and "pt_BR".
     ///
     /// The match is QDir's: letter case does not count, and wildcards in \a prefix are wildcards.
     /// Empty for a folder that does not exist.
@@ -90,7 +90,7 @@ public:
     static QList<QLocale> applicationLanguages();
 
     /// The keys of all files in the languages folder: "qtbase_" first, which is there in any case,
-    /// and behind it every other key once, in no certain order.
+    /// followed by every other key once, in no particular order.
     ///
     /// A key reaches from the beginning of a name to the "_" in front of the language. For a
     /// language with a region ("pt_BR", "fil_PH") that is the last "_" but one; it is recognised by

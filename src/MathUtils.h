@@ -19,8 +19,8 @@ public:
     static void srandom();
 
     /// A number from \a min to \a max, both included; srandom() runs first where nothing has seeded
-    /// the generator yet. With \a max below \a min there is nothing to draw from: \a min comes
-    /// back.
+    /// the generator yet. With \a max below \a min there is nothing to draw from, and \a min is
+    /// returned.
     ///
     /// \code
     /// int dots = MathUtils::random(1, 6);

@@ -54,8 +54,8 @@ public:
 
     /// Invokes the method \a method of \a object, which must return "bool", without arguments and
     /// writes what it returns to \a result. The invocation is direct, so \a result may be read at
-    /// once; it has to be called in the object's thread, because no answer comes back through an
-    /// event queue.
+    /// once; it has to be called in the object's thread, because an event queue returns no
+    /// answer.
     ///
     /// Returns true when the method was invoked. Where the object has no such method, the method
     /// returns another type, the object lives in another thread or is null, it logs as

@@ -57,7 +57,7 @@ public:
     QString speedTotalToString() const;
 
     /// The report: the name, " Speed total =", the total and a line break, then the text of each
-    /// step (see UnitTestInfo::toString()) with a line break behind it. Empty when disabled.
+    /// step (see UnitTestInfo::toString()) followed by a line break. Empty when disabled.
     QString toString() const;
 
 private:

@@ -22,7 +22,7 @@ namespace OrvaUtilsPrivate {
 class ThreadPrivate;
 } // namespace OrvaUtilsPrivate
 
-/// A QThread with cooperative cancellation, progress and a guard against being left behind.
+/// A QThread with cooperative cancellation, progress and a guard that stops it in time.
 ///
 /// Derive from it and implement run(), or bind Threadable workers to it and call them from run():
 ///
@@ -73,7 +73,7 @@ public:
     /// signal is connected to onFinished().
     explicit Thread(QObject* parent = nullptr);
 
-    /// Destroys the thread. One that is not running goes silently.
+    /// Destroys the thread. Nothing is logged unless the thread is running.
     ///
     /// One that is still running is a misuse. It is logged with LogType 4, as "Thread Thread is
     /// still running on Destructor call! \n => terminate()" (the class name is always "Thread": the
@@ -82,8 +82,8 @@ public:
     ///
     /// Deliberately the destructor does *not* wait after that. A forced end takes effect only when
     /// the thread next reaches a point where it may be ended, and Qt aborts the program when a
-    /// QThread is destroyed before; who wants to go on calls stopAndWait(), or terminate() and
-    /// wait(), before the object goes away.
+    /// QThread is destroyed before that. To keep the program running, call stopAndWait(), or
+    /// terminate() and wait(), before the object is destroyed.
     ~Thread() override;
 
     /// Whether the cancel flag is set. May be called from any thread.
@@ -96,7 +96,7 @@ public:
     ///
     /// \warning A worker in `while (!isInterruptionRequested()) mainWaitForCondition();` can still
     /// miss it, by beginning to wait between the request and the last wake. stopAndWait() wakes it
-    /// again; who asks without waiting calls mainWake() until the worker has gone on.
+    /// again; a caller that does not wait calls mainWake() until the worker has reacted.
     ///
     /// The cancel flag is not touched, and the bound workers are not visited: they ask this thread
     /// by themselves.
@@ -155,8 +155,8 @@ public:
     /// stopAndWait(). Returns whether all have finished; threads that were never started, that are
     /// done and that have been destroyed count as finished.
     ///
-    /// No thread is asked to stop. Who wants that asks all of them first, so that they stop side by
-    /// side; one that was asked is woken again and again, as by stopAndWait():
+    /// No thread is asked to stop. To stop them, ask all of them first, so that they stop in
+    /// parallel; threads that were asked are woken repeatedly, as by stopAndWait():
     ///
     /// \code
     /// for (Thread* thread : {importThread, hashThread})

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Threadable: work that runs on a Thread without being one, and hears when it is to stop.
+// Threadable: work that runs on a Thread without being one, and is told when to stop.
 
 #ifndef ORVAUTILS_THREADABLE_H
 #define ORVAUTILS_THREADABLE_H

@@ -105,14 +105,14 @@ public:
     static void customizeHeaderViewOnWindows(QHeaderView* headerView);
 
     /// Shows \a widget, a window, while its opacity grows evenly from 0 to 1.0 in \a durationMs
-    /// milliseconds. The animation deletes itself; it belongs to the widget and goes with it.
+    /// milliseconds. The animation deletes itself; it is a child of the widget.
     static void showAnimated(QWidget* widget, int durationMs);
 
     /// Starts the same animation of \a durationMs milliseconds from 1.0 to 0 and hides \a widget at
     /// once. That the hiding does not wait for the animation is deliberate.
     ///
-    /// The animation runs on behind the hidden window, and the opacity ends at 0: a plain show()
-    /// meanwhile shows a window that fades away, and after it a transparent one. The next
+    /// The animation continues while the window is hidden, and the opacity ends at 0: a plain
+    /// show() meanwhile shows a window that fades away, and after it a transparent one. The next
     /// showAnimated() stops the animation and brings the window back; QWidget::setWindowOpacity()
     /// does so without fading, once the animation has ended.
     static void hideAnimated(QWidget* widget, int durationMs);

@@ -795,9 +795,19 @@ void tst_Errorable::documentedTree()
     QCOMPARE(document->mExporter.error().toString(true), text);
     QCOMPARE(document->mExporter.mCopier.error().toString(true), text);
 
-    // The document shows this text, and the code that gives it.
+    Errorable::sErrorMessages[document->error()] =
+        QStringLiteral("A photograph could not be copied.");
+    const QStringList lines({QStringLiteral("A photograph could not be copied. (beach.jpg)"),
+                             QStringLiteral("  copier.h:12"), QStringLiteral("  exporter.h:4"),
+                             QStringLiteral("  document.h:7"),
+                             QStringLiteral("  QMainWindow (NE)")});
+    QCOMPARE(document->errorLines(), lines);
+
+    // The document shows these texts, and the code that gives them.
     const QString page = readAll(ORVAUTILS_ERRORS_DOCUMENT);
-    QVERIFY(page.contains(QStringLiteral("```text\n") + text + QStringLiteral("\n```\n")));
+    for (const QString& shown : {text, lines.join(QLatin1Char('\n'))})
+        QVERIFY2(page.contains(QStringLiteral("```text\n") + shown + QStringLiteral("\n```\n")),
+                 qPrintable(shown));
 
     const QString example = readAll(ORVAUTILS_ERRORS_EXAMPLE);
     QStringList parts = example.left(example.indexOf(QLatin1String("\n#endif")))

@@ -57,7 +57,7 @@ public:
 
     /// Loads \a data, JSON text in UTF-8, in place of what was loaded before.
     ///
-    /// Only text that is no JSON fails: false comes back, the catalogue is empty and invalid, and
+    /// Only text that is not JSON fails: false is returned, the catalogue is empty and invalid, and
     /// "GFonts file parsing error:" with the parser's words is logged with LogType 2. A document
     /// without "items" is a valid catalogue without families.
     bool loadJsonGFontFromBynaryDatas(const QByteArray& data);

@@ -66,7 +66,7 @@ public:
     /// The weights that the family has, ascending, each with its styles.
     ///
     /// A variant gives the weight that its name shows, in any case: the integer that is left when
-    /// "italic" and "regular" are taken out, and 400 for a name that contains "regular". Exactly
+    /// "italic" and "regular" are removed, and 400 for a name that contains "regular". Exactly
     /// "italic", in small letters, is 400, too. The styles of a weight are then told by exact
     /// names: 400 is upright with "regular" and italic with "italic"; another weight is upright
     /// with its decimal text and italic with that text followed by "italic". So the variant "400"
@@ -89,8 +89,8 @@ public:
     ///
     /// Blanks around \a variant do not count. "regular" and "italic", in any case, are the weight
     /// 400. Otherwise the variant is italic when it contains "italic" in any case; but only
-    /// "italic" in small letters is taken out before the rest is read as the weight. A rest that is
-    /// no number is the weight 0, so that "700Italic" gives "Lighter weight (0) (Italic)".
+    /// "italic" in lower case is removed before the rest is read as the weight. A rest that is
+    /// not a number gives the weight 0, so that "700Italic" gives "Lighter weight (0) (Italic)".
     static QString labelFromVariant(const QString& variant);
 
 private:

@@ -43,7 +43,7 @@ public:
     /// The name of a catalogue file, "google.json".
     static const QString GOOGLE_DEFINITION_FILENAME;
 
-    /// Loads nothing yet. \a parent owns the loader, or nobody does.
+    /// Constructs a loader, owned by \a parent. Nothing is loaded yet.
     explicit GoogleFontLoader(QObject* parent = nullptr);
     /// The shared catalogue stays, for other instances and later ones.
     ~GoogleFontLoader() override;
