@@ -13,6 +13,25 @@ export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
 
 say() { printf '\n== %s\n' "$*"; }
 
+# needs STEPS MEGABYTES TIME: says what a script will take, before it begins, and warns where the disk
+# has less. What a run before has built is not counted twice.
+needs() {
+    steps=$1
+    current=0
+    local free built
+    free=$(($(df -Pk "$root" | awk 'NR == 2 { print $4 }') / 1024))
+    built=$(du -sm "$root/build/dev" 2>/dev/null | cut -f1 || true)
+    printf 'This takes up to %s MB of disk (free: %s MB, in use already: %s MB) and about %s.\n' \
+        "$2" "$free" "${built:-0}" "$3"
+    [ $((free + ${built:-0})) -ge "$2" ] || printf 'The disk may be too small.\n' >&2
+}
+
+# step WHAT: says which step of how many begins.
+step() {
+    current=$((current + 1))
+    say "Step $current of $steps: $*"
+}
+
 # The names in the given sections of scripts/packages, one a line.
 packages_of() {
     awk -v wanted=" $* " '
@@ -88,5 +107,5 @@ build_to_package() {
 # figure WHAT VALUE: says a measured figure, and keeps it for scripts/trust where that asks for it.
 figure() {
     printf '%s: %s\n' "$1" "$2"
-    [ -z "${TRUST_FIGURES:-}" ] || printf '| %s | %s |\n' "$1" "$2" >>"$TRUST_FIGURES"
+    [ -z "${TRUST_FIGURES:-}" ] || printf '%s: %s\n' "$1" "$2" >>"$TRUST_FIGURES"
 }
