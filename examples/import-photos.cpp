@@ -18,8 +18,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <cstdio>
-
 namespace {
 
 class ImportDialog : public QDialog
@@ -30,9 +28,9 @@ public:
     {
         setWindowTitle(QStringLiteral("Import photographs"));
         auto* const layout = new QVBoxLayout(this);
-        for (QWidget* widget : {static_cast<QWidget*>(mBar), static_cast<QWidget*>(mReasons),
-                                static_cast<QWidget*>(mButton)})
-            layout->addWidget(widget);
+        layout->addWidget(mBar);
+        layout->addWidget(mReasons);
+        layout->addWidget(mButton);
         mReasons->setWordWrap(true);
         mReasons->hide();
         setMinimumWidth(480);
@@ -106,9 +104,9 @@ private:
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    QStringList arguments = application.arguments().mid(1);
+    QStringList arguments = QApplication::arguments().mid(1);
     if (arguments.size() < 2) {
-        std::fprintf(stderr, "Usage: import-photos DESTINATION PHOTO...\n");
+        qWarning("Usage: import-photos DESTINATION PHOTO...");
         return 2;
     }
     const QString destination = arguments.takeFirst();

@@ -61,7 +61,7 @@ void report(DirectorySynchronizer& synchronizer)
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
+    const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 3) {
         say(QStringLiteral("Usage: mirror-folder PROJECT MIRROR"));
         return 2;
@@ -96,5 +96,5 @@ int main(int argc, char** argv)
         return 1;
     }
     say(QStringLiteral("Watching %1").arg(project));
-    return application.exec();
+    return QCoreApplication::exec();
 }

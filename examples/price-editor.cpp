@@ -17,8 +17,6 @@
 #include <QLabel>
 #include <QLineEdit>
 
-#include <cstdio>
-
 namespace {
 
 class PriceEditor : public QWidget
@@ -103,13 +101,13 @@ private:
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
+    const QStringList arguments = QApplication::arguments();
     QString error;
     if (arguments.size() > 1 && !TaxeRatesUtils::setRatesFile(arguments.at(1), &error)) {
-        std::fprintf(stderr, "%s: %s\n", qPrintable(arguments.at(1)), qPrintable(error));
+        qWarning("%s: %s", qPrintable(arguments.at(1)), qPrintable(error));
         return 1;
     }
     PriceEditor editor;
     editor.show();
-    return application.exec();
+    return QApplication::exec();
 }

@@ -124,7 +124,7 @@ quint64 magnitude(qint64 number)
 /// The symbol of the currency \a isoCode as readers of \a locale understand it.
 QString symbolFor(const QString& isoCode, const QLocale& locale)
 {
-    const QString own = locale.currencySymbol(QLocale::CurrencySymbol);
+    QString own = locale.currencySymbol(QLocale::CurrencySymbol);
     if (locale.currencySymbol(QLocale::CurrencyIsoCode) == isoCode && !own.isEmpty())
         return own;
     const QString symbol = tables().internationalSymbols.value(isoCode, isoCode);
@@ -135,7 +135,7 @@ QString symbolFor(const QString& isoCode, const QLocale& locale)
 /// \a units minor units in the digits of \a locale, with \a decimals behind the decimal point.
 QString numberText(quint64 units, int decimals, const QLocale& locale)
 {
-    const quint64 one = quint64(unitsOfOne(decimals));
+    const auto one = quint64(unitsOfOne(decimals));
     QString text = locale.toString(units / one);
     if (decimals == 0)
         return text;
@@ -271,18 +271,18 @@ CurrencyUtils::VatSplit CurrencyUtils::vatOf(qint64 amount, AmountKind kind, dou
                                              const QString& isoCode)
 {
     // Rates are exact in ten-thousandths of a percent; as binary fractions most of them are not.
-    const quint64 hundredPercent = 100 * 10000;
+    const quint64 hundredPercent = 1000000;
     VatSplit split;
     if (minorUnits(isoCode) < 0 || !(rate >= 0 && rate <= 1000))
         return split;
-    const quint64 rateUnits = quint64(qRound64(rate * 10000));
+    const auto rateUnits = quint64(qRound64(rate * 10000));
 
     const quint64 units = magnitude(amount);
     quint64 vat = 0;
     if (!scaled(units, rateUnits, kind == Net ? hundredPercent : hundredPercent + rateUnits, vat))
         return split;
     const quint64 net = kind == Net ? units : units - vat;
-    const quint64 most = quint64(std::numeric_limits<qint64>::max());
+    const auto most = quint64(std::numeric_limits<qint64>::max());
     if (net > most || vat > most - net)
         return split;
 
