@@ -62,10 +62,9 @@ int endOfApp1(const QByteArray& file, int payload)
 
 // EXIF
 
-const QByteArray& exifName()
+QByteArray exifName()
 {
-    static const QByteArray name("Exif\0\0", 6);
-    return name;
+    return QByteArrayLiteral("Exif\0\0");
 }
 
 bool beginsBlock(const QByteArray& file, int at)

@@ -13,7 +13,10 @@ const char extensionMark = 0x21;
 const char imageMark = 0x2C;
 const char endMark = 0x3B;
 
-const QByteArray xmpName = QByteArrayLiteral("XMP DataXMP");
+QByteArray xmpName()
+{
+    return QByteArrayLiteral("XMP DataXMP");
+}
 
 struct Block
 {
@@ -92,7 +95,7 @@ bool isComment(const Block& block)
 
 bool isXmp(const Block& block)
 {
-    return block.label == char(0xFF) && block.whole.mid(3, xmpName.size()) == xmpName;
+    return block.label == char(0xFF) && block.whole.mid(3, xmpName().size()) == xmpName();
 }
 
 /// XMP stands there as it is, without sizes: whoever takes its bytes for sizes ends in a tail of
@@ -107,7 +110,7 @@ QByteArray xmpTail()
 
 QByteArray xmpPacket(const Block& block)
 {
-    const int begin = 3 + xmpName.size();
+    const int begin = 3 + xmpName().size();
     const int end = block.whole.size() - xmpTail().size();
     return QByteArray(block.whole.constData() + begin, qMax(0, end - begin));
 }
@@ -159,7 +162,7 @@ QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metada
     for (const QByteArray& comment : metadata.comments)
         result += commentBlock(comment);
     if (!metadata.xmp.isEmpty())
-        result += QByteArray("\x21\xFF\x0B", 3) + xmpName + metadata.xmp + xmpTail();
+        result += QByteArray("\x21\xFF\x0B", 3) + xmpName() + metadata.xmp + xmpTail();
     if (blocks.endsProperly)
         result += endMark;
     return result;

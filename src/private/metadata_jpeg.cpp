@@ -15,11 +15,30 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-const QByteArray exifName = QByteArrayLiteral("Exif\0\0");
-const QByteArray xmpName = QByteArrayLiteral("http://ns.adobe.com/xap/1.0/\0");
-const QByteArray profileName = QByteArrayLiteral("ICC_PROFILE\0");
-const QByteArray multiPictureName = QByteArrayLiteral("MPF\0");
-const QByteArray iptcName = QByteArrayLiteral("Photoshop 3.0\0");
+QByteArray exifName()
+{
+    return QByteArrayLiteral("Exif\0\0");
+}
+
+QByteArray xmpName()
+{
+    return QByteArrayLiteral("http://ns.adobe.com/xap/1.0/\0");
+}
+
+QByteArray profileName()
+{
+    return QByteArrayLiteral("ICC_PROFILE\0");
+}
+
+QByteArray multiPictureName()
+{
+    return QByteArrayLiteral("MPF\0");
+}
+
+QByteArray iptcName()
+{
+    return QByteArrayLiteral("Photoshop 3.0\0");
+}
 
 /// The segments of one file, each with what follows it up to the next marker: the data of a scan.
 struct Segment
@@ -71,7 +90,7 @@ Segments segmentsOf(const QByteArray& file)
 
 bool isProfile(const Segment& segment)
 {
-    return segment.marker == JpegMarker::App2 && segment.payload.startsWith(profileName);
+    return segment.marker == JpegMarker::App2 && segment.payload.startsWith(profileName());
 }
 
 /// Whether a decoder, or a program that shows the colours right, needs the segment.
@@ -102,14 +121,14 @@ QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& pay
 /// A profile, in as many segments as it takes; nothing where it is too long for them.
 QByteArray profileSegments(const QByteArray& profile)
 {
-    const int most = JpegSegments::MaximumPayload - profileName.size() - 2;
+    const int most = JpegSegments::MaximumPayload - profileName().size() - 2;
     const int count = (profile.size() + most - 1) / most;
     if (count > 255)
         return QByteArray();
     QByteArray bytes;
     for (int i = 0; i < count; ++i) {
         const char place[] = {char(i + 1), char(count)};
-        bytes += segment(JpegMarker::App2, profileName + QByteArray(place, 2),
+        bytes += segment(JpegMarker::App2, profileName() + QByteArray(place, 2),
                          profile.mid(i * most, most));
     }
     return bytes;
@@ -119,9 +138,9 @@ QByteArray metadataSegments(const PictureMetadata& metadata)
 {
     QByteArray bytes;
     if (!metadata.exif.isEmpty())
-        bytes += segment(JpegMarker::App1, exifName, metadata.exif);
+        bytes += segment(JpegMarker::App1, exifName(), metadata.exif);
     if (!metadata.xmp.isEmpty())
-        bytes += segment(JpegMarker::App1, xmpName, metadata.xmp);
+        bytes += segment(JpegMarker::App1, xmpName(), metadata.xmp);
     if (!metadata.iptc.isEmpty())
         bytes += segment(JpegMarker::App13, QByteArray(), metadata.iptc);
     for (const QByteArray& other : metadata.others)
@@ -136,12 +155,12 @@ QByteArray profileOf(const Segments& segments)
 {
     QMap<int, QByteArray> parts;
     for (const Segment& segment : segments.list) {
-        if (isProfile(segment) && segment.payload.size() > profileName.size() + 2)
-            parts.insert(uchar(segment.payload.at(profileName.size())), segment.payload);
+        if (isProfile(segment) && segment.payload.size() > profileName().size() + 2)
+            parts.insert(uchar(segment.payload.at(profileName().size())), segment.payload);
     }
     QByteArray profile;
     for (const QByteArray& payload : asConst(parts))
-        profile += payload.mid(profileName.size() + 2);
+        profile += payload.mid(profileName().size() + 2);
     return profile;
 }
 
@@ -152,20 +171,20 @@ void takeMetadata(const Segment& segment, MetadataFindings* findings)
     const auto detached = [](const QByteArray& bytes) {
         return QByteArray(bytes.constData(), bytes.size());
     };
-    if (segment.marker == JpegMarker::App1 && payload.startsWith(exifName)) {
+    if (segment.marker == JpegMarker::App1 && payload.startsWith(exifName())) {
         if (metadata.exif.isEmpty()) // of several, readers take the first one
-            metadata.exif = payload.mid(exifName.size());
-    } else if (segment.marker == JpegMarker::App1 && payload.startsWith(xmpName)) {
+            metadata.exif = payload.mid(exifName().size());
+    } else if (segment.marker == JpegMarker::App1 && payload.startsWith(xmpName())) {
         if (metadata.xmp.isEmpty())
-            metadata.xmp = payload.mid(xmpName.size());
-    } else if (segment.marker == JpegMarker::App13 && payload.startsWith(iptcName)
+            metadata.xmp = payload.mid(xmpName().size());
+    } else if (segment.marker == JpegMarker::App13 && payload.startsWith(iptcName())
                && metadata.iptc.isEmpty()) {
         metadata.iptc = detached(payload);
     } else if (segment.marker == JpegMarker::Comment) {
         metadata.comments.append(detached(payload));
     } else if (!belongsToPicture(segment)
                // Its offsets would be wrong, and what it leads to is dropped.
-               && !payload.startsWith(multiPictureName)) {
+               && !payload.startsWith(multiPictureName())) {
         metadata.others.append(detached(segment.whole));
     }
 }

@@ -14,8 +14,15 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-const QByteArray signature = QByteArrayLiteral("\x89PNG\r\n\x1a\n");
-const QByteArray xmpKeyword = QByteArrayLiteral("XML:com.adobe.xmp\0");
+QByteArray signature()
+{
+    return QByteArrayLiteral("\x89PNG\r\n\x1a\n");
+}
+
+QByteArray xmpKeyword()
+{
+    return QByteArrayLiteral("XML:com.adobe.xmp\0");
+}
 
 struct Chunk
 {
@@ -33,10 +40,10 @@ struct Chunks
 Chunks chunksOf(const QByteArray& file)
 {
     Chunks chunks;
-    if (!file.startsWith(signature))
+    if (!file.startsWith(signature()))
         return chunks;
     const int frame = 12; // length, type and checksum
-    chunks.end = signature.size();
+    chunks.end = signature().size();
     while (file.size() - chunks.end >= frame) {
         const char* const begin = file.constData() + chunks.end;
         const auto length = qFromBigEndian<quint32>(reinterpret_cast<const uchar*>(begin));
@@ -105,7 +112,7 @@ QByteArray chunk(const QByteArray& type, const QByteArray& data)
 /// compression, a language and a translated keyword.
 QByteArray xmpPacket(const Chunk& chunk)
 {
-    const int flags = xmpKeyword.size();
+    const int flags = xmpKeyword().size();
     const int language = flags + 2;
     const int translated = chunk.data.indexOf('\0', language) + 1;
     const int text = translated == 0 ? 0 : chunk.data.indexOf('\0', translated) + 1;
@@ -118,7 +125,7 @@ QByteArray xmpPacket(const Chunk& chunk)
 
 QByteArray xmpChunk(const QByteArray& packet)
 {
-    return chunk("iTXt", xmpKeyword + QByteArray(4, '\0') + packet);
+    return chunk("iTXt", xmpKeyword() + QByteArray(4, '\0') + packet);
 }
 
 } // namespace
@@ -129,7 +136,7 @@ MetadataFindings readPngMetadata(const QByteArray& file)
     MetadataFindings findings;
     PictureMetadata& metadata = findings.metadata;
     for (const Chunk& chunk : chunks.list) {
-        const QByteArray packet = chunk.type == "iTXt" && chunk.data.startsWith(xmpKeyword)
+        const QByteArray packet = chunk.type == "iTXt" && chunk.data.startsWith(xmpKeyword())
             ? xmpPacket(chunk)
             : QByteArray();
         if (chunk.type == "eXIf" && metadata.exif.isEmpty())
@@ -160,7 +167,7 @@ QByteArray pngWithMetadata(const QByteArray& file, const PictureMetadata& metada
     for (const QByteArray& other : metadata.comments + metadata.others)
         added += other;
 
-    QByteArray result = signature;
+    QByteArray result = signature();
     result.reserve(file.size() + added.size());
     for (const Chunk& chunk : chunks.list) {
         if (belongsToPicture(chunk))
