@@ -9,8 +9,10 @@
 // anything is measured all contenders are asked for the same, and the program ends when they
 // differ.
 //
-// compare_exif.py runs it with the contenders in turn and prints the ratios.
+// compare_exif.py runs it with the contenders in turn and prints the ratios. With "--files FOLDER"
+// it makes the files there and nothing else, for programs that are contenders.
 
+#include "ExifEditor.h"
 #include "ExifUtils.h"
 #include "QExifImageHeader.h"
 
@@ -289,6 +291,14 @@ int rotationOf(int orientation)
     }
 }
 
+const char artist[] = "Somebody with a camera";
+
+/// What setOrientation() is asked for: another orientation than the file has.
+int nextOrientation(const File& file)
+{
+    return 1 + (int(&file - files.data()) + 1) % 8;
+}
+
 /// What is asked of all tags: how many there are, and how many elements they hold.
 struct Tags
 {
@@ -321,11 +331,29 @@ struct OrvaUtils
     }
 
     static bool clearRotation(const File& file) { return ExifUtils::clearRotation(file.name); }
+
+    static int orientation(const File& file) { return ExifUtils::imageExifOrientation(file.name); }
+
+    static bool setOrientation(const File& file)
+    {
+        return ExifUtils::setOrientation(file.name, nextOrientation(file));
+    }
+
+    static bool setArtist(const File& file)
+    {
+        ExifEditor editor;
+        if (!editor.load(file.name))
+            return false;
+        editor.setValue(QExifImageHeader::Artist, QExifValue(QString::fromLatin1(artist)));
+        return editor.save(file.name);
+    }
 };
 
 struct LibExif
 {
-    static int rotation(const File& file)
+    static int rotation(const File& file) { return rotationOf(orientation(file)); }
+
+    static int orientation(const File& file)
     {
         ExifData* const data = exif_data_new_from_file(file.encodedName.constData());
         const ExifEntry* const entry =
@@ -333,7 +361,7 @@ struct LibExif
         const int orientation =
             entry ? exif_get_short(entry->data, exif_data_get_byte_order(data)) : 0;
         exif_data_unref(data);
-        return rotationOf(orientation);
+        return orientation;
     }
 
     static Tags allTags(const File& file)
@@ -351,13 +379,44 @@ struct LibExif
         return sum;
     }
 
-    /// The library makes the new block; putting it into the file is left to its user.
-    static bool clearRotation(const File& file)
+    static bool clearRotation(const File& file) { return saveOrientation(file, 0); }
+
+    static bool setOrientation(const File& file)
+    {
+        return saveOrientation(file, nextOrientation(file));
+    }
+
+    static bool setArtist(const File& file)
+    {
+        ExifData* const data = exif_data_new_from_file(file.encodedName.constData());
+        ExifContent* const content = data->ifd[EXIF_IFD_0];
+        if (ExifEntry* const old = exif_content_get_entry(content, EXIF_TAG_ARTIST))
+            exif_content_remove_entry(content, old);
+        ExifEntry* const entry = exif_entry_new();
+        exif_content_add_entry(content, entry);
+        entry->tag = EXIF_TAG_ARTIST;
+        entry->format = EXIF_FORMAT_ASCII;
+        entry->components = sizeof artist;
+        entry->size = sizeof artist;
+        entry->data = static_cast<unsigned char*>(std::malloc(sizeof artist));
+        std::memcpy(entry->data, artist, sizeof artist);
+        exif_entry_unref(entry);
+        return save(file, data);
+    }
+
+private:
+    static bool saveOrientation(const File& file, int orientation)
     {
         ExifData* const data = exif_data_new_from_file(file.encodedName.constData());
         ExifEntry* const entry =
             exif_content_get_entry(data->ifd[EXIF_IFD_0], EXIF_TAG_ORIENTATION);
-        exif_set_short(entry->data, exif_data_get_byte_order(data), 0);
+        exif_set_short(entry->data, exif_data_get_byte_order(data), ExifShort(orientation));
+        return save(file, data);
+    }
+
+    /// The library makes the new block; putting it into the file is left to its user.
+    static bool save(const File& file, ExifData* data)
+    {
         unsigned char* payload = nullptr;
         unsigned payloadSize = 0;
         exif_data_save_data(data, &payload, &payloadSize);
@@ -367,7 +426,6 @@ struct LibExif
         return spliced;
     }
 
-private:
     static bool splice(const char* name, const unsigned char* payload, unsigned payloadSize)
     {
         std::FILE* const input = std::fopen(name, "rb");
@@ -400,13 +458,15 @@ private:
 
 struct Exiv2Library
 {
-    static int rotation(const File& file)
+    static int rotation(const File& file) { return rotationOf(orientation(file)); }
+
+    static int orientation(const File& file)
     {
         const auto image = Exiv2::ImageFactory::open(file.encodedName.constData());
         image->readMetadata();
         const Exiv2::ExifData& data = image->exifData();
         const auto found = data.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
-        return rotationOf(found == data.end() ? 0 : int(found->toLong()));
+        return found == data.end() ? 0 : int(found->toLong());
     }
 
     static Tags allTags(const File& file)
@@ -428,9 +488,26 @@ struct Exiv2Library
 
     static bool clearRotation(const File& file)
     {
+        return save(file, "Exif.Image.Orientation", uint16_t(0));
+    }
+
+    static bool setOrientation(const File& file)
+    {
+        return save(file, "Exif.Image.Orientation", uint16_t(nextOrientation(file)));
+    }
+
+    static bool setArtist(const File& file)
+    {
+        return save(file, "Exif.Image.Artist", std::string(artist));
+    }
+
+private:
+    template <typename Value>
+    static bool save(const File& file, const char* key, const Value& value)
+    {
         const auto image = Exiv2::ImageFactory::open(file.encodedName.constData());
         image->readMetadata();
-        image->exifData()["Exif.Image.Orientation"] = uint16_t(0);
+        image->exifData()[key] = value;
         image->writeMetadata();
         return true;
     }
@@ -448,6 +525,15 @@ void rotation(benchmark::State& state)
 }
 
 template <typename Contender>
+void orientation(benchmark::State& state)
+{
+    for (auto _ : state) {
+        for (const File& file : files)
+            benchmark::DoNotOptimize(Contender::orientation(file));
+    }
+}
+
+template <typename Contender>
 void allTags(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -456,19 +542,38 @@ void allTags(benchmark::State& state)
     }
 }
 
-template <typename Contender>
-void clearRotation(benchmark::State& state)
+/// One pass of a job that changes all files, which are made anew before.
+template <typename Job>
+void change(benchmark::State& state, const Job& job)
 {
     for (auto _ : state) {
         restoreFiles(); // not measured
         const std::clock_t start = std::clock();
         for (const File& file : files) {
-            if (!Contender::clearRotation(file))
+            if (!job(file))
                 state.SkipWithError("refused");
         }
         state.SetIterationTime(double(std::clock() - start) / CLOCKS_PER_SEC);
     }
     restoreFiles();
+}
+
+template <typename Contender>
+void clearRotation(benchmark::State& state)
+{
+    change(state, Contender::clearRotation);
+}
+
+template <typename Contender>
+void setOrientation(benchmark::State& state)
+{
+    change(state, Contender::setOrientation);
+}
+
+template <typename Contender>
+void setArtist(benchmark::State& state)
+{
+    change(state, Contender::setArtist);
 }
 
 /// Whether a file's orientation reads 0 everywhere, and what follows the EXIF segment is as before.
@@ -499,6 +604,23 @@ bool clearsAsTold()
     return true;
 }
 
+template <typename Contender>
+bool setsAsTold()
+{
+    restoreFiles();
+    for (const File& file : files) {
+        if (!Contender::setOrientation(file) || !Contender::setArtist(file)
+            || Exiv2Library::orientation(file) != nextOrientation(file)
+            || OrvaUtils::orientation(file) != nextOrientation(file))
+            return false;
+        ExifEditor editor;
+        if (!editor.load(file.name)
+            || editor.value(QExifImageHeader::Artist).toString() != QLatin1String(artist))
+            return false;
+    }
+    return true;
+}
+
 bool contendersAgree()
 {
     for (std::size_t i = 0; i < files.size(); ++i) {
@@ -522,8 +644,11 @@ bool contendersAgree()
         clearsAsTold<OrvaUtils>() && clearsAsTold<LibExif>() && clearsAsTold<Exiv2Library>();
     if (!cleared)
         std::fputs("the cleared files differ\n", stderr);
+    const bool set = setsAsTold<OrvaUtils>() && setsAsTold<LibExif>() && setsAsTold<Exiv2Library>();
+    if (!set)
+        std::fputs("the changed files differ\n", stderr);
     restoreFiles();
-    return cleared;
+    return cleared && set;
 }
 
 } // namespace
@@ -537,9 +662,23 @@ BENCHMARK_TEMPLATE(allTags, Exiv2Library)->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(clearRotation, OrvaUtils)->Unit(benchmark::kMillisecond)->UseManualTime();
 BENCHMARK_TEMPLATE(clearRotation, LibExif)->Unit(benchmark::kMillisecond)->UseManualTime();
 BENCHMARK_TEMPLATE(clearRotation, Exiv2Library)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_TEMPLATE(orientation, OrvaUtils)->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(orientation, LibExif)->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(orientation, Exiv2Library)->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(setOrientation, OrvaUtils)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_TEMPLATE(setOrientation, LibExif)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_TEMPLATE(setOrientation, Exiv2Library)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_TEMPLATE(setArtist, OrvaUtils)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_TEMPLATE(setArtist, LibExif)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_TEMPLATE(setArtist, Exiv2Library)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 int main(int argc, char** argv)
 {
+    if (argc == 3 && std::strcmp(argv[1], "--files") == 0) {
+        makeFiles(QFile::decodeName(argv[2]));
+        restoreFiles();
+        return 0;
+    }
     const QDir memory(QStringLiteral("/dev/shm"));
     const QString parent = memory.exists() ? memory.path() : QDir::tempPath();
     const QTemporaryDir folder(parent + QStringLiteral("/orvautils-exif-XXXXXX"));

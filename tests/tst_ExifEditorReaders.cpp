@@ -188,16 +188,11 @@ QMap<QString, Lines> readByAll(const QString& folder)
         read[text("exiftool")] = lines;
     }
     if (!exiv2.isEmpty()) {
-        Lines lines;
-        for (const QString& name : names) {
-            const QByteArray output = outputOf(
-                exiv2,
-                {text("-q"), text("-u"), text("-PEkxycv"), folder + QLatin1Char('/') + name});
-            for (const QByteArray& line : output.split('\n'))
-                lines.append(name.toUtf8() + ": " + line);
-        }
-        std::sort(lines.begin(), lines.end());
-        read[text("exiv2")] = lines;
+        QStringList arguments{text("-q"), text("-u"), text("-PEkxycv")};
+        for (const QString& name : names)
+            arguments.append(folder + QLatin1Char('/') + name);
+        read[text("exiv2")] =
+            sortedLines(outputOf(exiv2, arguments).replace(folder.toUtf8() + '/', QByteArray()));
     }
 #ifdef ORVAUTILS_HAS_LIBEXIF
     QByteArray output;
