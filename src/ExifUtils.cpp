@@ -11,7 +11,9 @@
 #include "jpegsegments_p.h"
 #include "tiffblock_p.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
+#include <QFile>
 
 using namespace OrvaUtilsPrivate;
 
@@ -38,7 +40,7 @@ struct ImageIfd
     QByteArray entries;
 };
 
-/// Reads no further than that directory. False where there is none.
+/// Reads no further than that directory. False where there is none, or not the whole of it.
 bool readImageIfd(QIODevice* device, ImageIfd* ifd)
 {
     const int nameSize = 6; // "Exif" and two bytes
@@ -62,9 +64,25 @@ bool readImageIfd(QIODevice* device, ImageIfd* ifd)
     const QByteArray count = segments.read(countSize);
     if (count.size() < countSize)
         return false;
+    const int size = decode<quint16>(count.constData(), ifd->order) * entrySize;
     ifd->position = segments.payloadPosition() + nameSize + static_cast<int>(offset) + countSize;
-    ifd->entries = segments.read(decode<quint16>(count.constData(), ifd->order) * entrySize);
-    return true;
+    ifd->entries = segments.read(size);
+    return ifd->entries.size() == size;
+}
+
+/// The same of an unbuffered file; mostly it takes a single read.
+ImageIfd readImageIfd(QFile* file)
+{
+    QBuffer head;
+    head.setData(file->read(2048));
+    head.open(QIODevice::ReadOnly);
+    ImageIfd ifd;
+    if (readImageIfd(&head, &ifd))
+        return ifd;
+    ifd = ImageIfd();
+    file->seek(0);
+    readImageIfd(file, &ifd);
+    return ifd;
 }
 
 /// The orientation that an entry states, 0 for one that EXIF does not know.
@@ -208,7 +226,8 @@ int ExifUtils::imageExifOrientation(QIODevice* device)
 {
     ImageIfd ifd;
     int orientation = 0;
-    if (device && device->isReadable() && readImageIfd(device, &ifd)) {
+    if (device && device->isReadable()) {
+        readImageIfd(device, &ifd);
         visitOrientations(ifd, [&](const ExifIfdHeader& entry, int at) {
             orientation = orientationOf(entry, ifd, at);
         });
@@ -225,11 +244,10 @@ bool ExifUtils::setOrientation(const QString& fileName, int orientation, QString
     QFile file(fileName);
     if (!openToPatch(&file))
         return fail(error, notOpened(file));
-    ImageIfd ifd;
-    const bool hasIfd = readImageIfd(&file, &ifd);
+    const ImageIfd ifd = readImageIfd(&file);
     FilePatch patch;
     patch.bytes = entriesWith(ifd, static_cast<quint16>(orientation));
-    if (hasIfd && !patch.bytes.isEmpty()) {
+    if (!patch.bytes.isEmpty()) {
         patch.begin = ifd.position;
         patch.end = ifd.position + patch.bytes.size();
         return apply(patch, &file, error);

@@ -59,15 +59,20 @@ ORVAUTILS_EXPORT QDataStream& operator>>(QDataStream& stream, ExifIfdHeader& hea
 /// thumbnail of IFD1.
 ///
 /// \code
-/// QExifImageHeader header;
-/// if (header.loadFromJpeg(path)) {
-///     header.setValue(QExifImageHeader::Artist, QExifValue(QStringLiteral("A. Person")));
-///     header.saveToJpeg(path);
-/// }
+/// const QExifImageHeader header(path);
+/// const QString model = header.value(QExifImageHeader::Model).toString();
+/// const QDateTime taken = header.value(QExifImageHeader::DateTimeOriginal).toDateTime();
 /// \endcode
 ///
+/// To change tags of a photograph that others have written, use ExifEditor: saving one with this
+/// class loses tags. What it does not keep is gone (the interoperability IFD, types that it does
+/// not know, tags of IFD1), maker notes with offsets break because they move, and in the fixed
+/// layout of write() the values of the Exif and GPS sub-IFDs that do not fit into their entries are
+/// read 2 bytes early, by this class too. Loaded and saved again, each such text loses two more
+/// characters, and the date becomes no date.
+///
 /// The block is the TIFF structure in the JPEG's APP1 segment that begins with "Exif" and two NUL
-/// bytes. ExifUtils has the two shortcuts that most callers want.
+/// bytes. ExifUtils has shortcuts for what most callers want.
 ///
 /// All I/O is synchronous, on a file or device of the caller, which stays the caller's and stays
 /// open. Failure is a false or empty result. Nothing is logged except a Qt warning, category
@@ -256,26 +261,29 @@ public:
     /// Writes this header into the JPEG file \a fileName, which must exist and be writable. What it
     /// changes in the file, and what it refuses, is told at the overload.
     ///
+    /// In a photograph that others have written this loses tags; see the class, and ExifEditor,
+    /// which keeps them. Each further load and save loses more.
+    ///
     /// A process that is killed leaves the old file or the new one, never a mixture: a new file is
     /// completed beside the old one, with its permissions, owner, access list and extended
-    /// attributes, and takes its place in one step; where \a fileName is a link, that of the file
-    /// that it leads to. This takes as much room on the disk as the file for a moment; false, with
-    /// the file untouched, where it is not there. The killed process may leave a second file beside
-    /// the photograph, named like it with a dot and six letters at the end: the new one, just
-    /// before it takes its place; an unfinished one only where the file system knows no files
-    /// without a name.
+    /// attributes, and takes its place in one step; where \a fileName is a link, the file that it
+    /// leads to is replaced. For a moment this takes as much room on the disk as the file; false,
+    /// with the file untouched, where that room is missing. A killed process may leave a second
+    /// file beside the photograph, whose name begins with ".orvautils-": the new one, just before
+    /// it takes its place; an unfinished one only where the file system has no files without a
+    /// name.
     ///
     /// The file itself is written
     /// - when its length stays and all bytes that change lie within one block of 4096 bytes (they
     ///   are then written all or not at all; a write of several blocks can end between two when
     ///   the process is killed);
     /// - when nothing can take its place unnoticed: it has several names (hard links), it belongs
-    ///   to somebody else, or its folder takes no new file. A save that is killed then may leave a
+    ///   to somebody else, or its folder takes no new file. If such a save is killed it may leave a
     ///   mixture.
     ///
-    /// When all bytes are there already the file is not written. False also when a file that was
-    /// written itself cannot be closed, as some full or broken disks tell it; whether it is the old
-    /// or the new one is not known then.
+    /// A file that holds all these bytes already is not written. False also when a file that was
+    /// written itself cannot be closed, which is how some full or broken disks report a failure;
+    /// whether it is the old or the new one is not known then.
     bool saveToJpeg(const QString& fileName) const;
 
     /// Writes this header into the JPEG that \a device holds from its beginning (the current
@@ -283,8 +291,9 @@ public:
     ///
     /// An EXIF segment is replaced when it is the file's first one, or the second one behind a JFIF
     /// segment. Otherwise a new APP1 segment is inserted: behind a JFIF segment that comes first,
-    /// else directly behind the SOI marker. Every other byte of the file is kept, also an APP1
-    /// segment that is not EXIF (XMP) and an EXIF segment further back.
+    /// else directly behind the SOI marker. Every byte outside of that segment is kept, also an
+    /// APP1 segment that is not EXIF (XMP) and an EXIF segment further back. Within it, tags are
+    /// lost that this header did not keep; see the class.
     ///
     /// A block that is smaller than the one it replaces is filled up with NUL bytes, so that only
     /// these bytes are rewritten and the file keeps its length; a larger one makes the file grow. A
@@ -355,7 +364,7 @@ public:
     /// The GPS tags that are present, in ascending order.
     QList<GpsTag> gpsTags() const;
 
-    /// Whether the image \a tag is present, be its value null.
+    /// Whether the image \a tag is present, even with a null value.
     bool contains(ImageTag tag) const;
     /// Whether the extended \a tag is present.
     bool contains(ExifExtendedTag tag) const;

@@ -130,16 +130,26 @@ bool ExifBlock::parse(const QByteArray& block)
 /// writers put data right behind the entries.
 void ExifBlock::claimLinks()
 {
-    const std::vector<int> useCounts = uses();
     for (Ifd& ifd : mIfds) {
-        const int end = ifd.range.end + linkSize;
-        if (ifd.pointerTag == 0 || end > mBlock.size())
-            continue;
-        const auto first = useCounts.begin() + ifd.range.end;
-        const bool isUsed = std::any_of(first, first + linkSize, [](int uses) { return uses > 0; });
-        if (!isUsed && mBlock.mid(ifd.range.end, linkSize) == QByteArray(linkSize, '\0'))
-            ifd.range.end = end;
+        const Range link = {ifd.range.end, ifd.range.end + linkSize};
+        const bool mayBeLink = ifd.pointerTag != 0 && link.end <= mBlock.size()
+            && mBlock.mid(link.begin, linkSize) == QByteArray(linkSize, '\0');
+        if (mayBeLink && !isUsed(link))
+            ifd.range.end = link.end;
     }
+}
+
+bool ExifBlock::isUsed(const Range& range) const
+{
+    const auto meets = [&range](const Range& other) {
+        return other.begin < range.end && range.begin < other.end;
+    };
+    return std::any_of(mIfds.begin(), mIfds.end(), [this, &meets](const Ifd& ifd) {
+        const QVector<Range> pictures = pictureData(ifd);
+        return meets(ifd.range) || std::any_of(pictures.begin(), pictures.end(), meets)
+            || std::any_of(ifd.entries.begin(), ifd.entries.end(),
+                           [&meets](const Entry& entry) { return meets(entry.data); });
+    });
 }
 
 /// Takes the directory at an offset, and returns its index; -1 where there is none, and where it
@@ -570,9 +580,12 @@ private:
             const auto i = static_cast<std::size_t>(at);
             return counts[i] > 0 && counts[i] >= mUses[i];
         };
-        for (int at = 0; at < mOut.size(); ++at) {
-            if (isFree(at))
-                mOut[at] = '\0';
+        char* const bytes = mOut.data();
+        for (const Range& range : qAsConst(mFreed)) {
+            for (int at = range.begin; at < range.end; ++at) {
+                if (isFree(at))
+                    bytes[at] = '\0';
+            }
         }
         // Between two values there may be a byte that makes the second one begin at an even offset.
         const auto isBetweenFree = [&isFree, this](int at) {

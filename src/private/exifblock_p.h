@@ -103,6 +103,7 @@ private:
     int parseIfd(Directory kind, quint32 offset, int parent, quint16 pointerTag);
     void parsePointers(int parent, quint16 pointerTag, Directory kind);
     void claimLinks();
+    bool isUsed(const Range& range) const;
     std::vector<int> uses() const;
     QVector<Range> pictureData(const Ifd& ifd) const;
     QByteArray payloadOf(const Entry& entry) const;

@@ -53,6 +53,7 @@ JpegSegments::JpegSegments(QIODevice* device, Markers markers)
     : mDevice(device)
     , mMarkers(markers)
     , mStart(device->pos())
+    , mSize(device->isSequential() ? 0 : device->size())
 { }
 
 bool JpegSegments::begin()
@@ -68,7 +69,7 @@ bool JpegSegments::next()
 
 int JpegSegments::size() const
 {
-    const qint64 available = mDevice->size() - mStart - payloadPosition();
+    const qint64 available = mSize - mStart - payloadPosition();
     return static_cast<int>(qBound(Q_INT64_C(0), available, qint64(mClaimedSize)));
 }
 
@@ -87,7 +88,7 @@ QByteArray JpegSegments::read(int size)
     qint64 wanted =
         qMin(qint64(size) - bytes.size(), mPosition + headSize + mClaimedSize - mReadPosition);
     if (!mDevice->isSequential())
-        wanted = qMin(wanted, mDevice->size() - mDevice->pos());
+        wanted = qMin(wanted, mSize - mStart - mReadPosition);
     if (wanted <= 0)
         return bytes;
     const int known = bytes.size();
@@ -126,7 +127,7 @@ bool JpegSegments::skipPayload()
     if (mDevice->isSequential())
         return QDataStream(mDevice).skipRawData(left) == left;
     // A position outside is not even tried: a file accepts it, a buffer grows, and Qt may warn.
-    return mStart + end <= mDevice->size() && moveTo(end);
+    return mStart + end <= mSize && moveTo(end);
 }
 
 /// Reads the marker and the length of the segment at, or in a standard walk behind, the current

@@ -101,6 +101,7 @@ private:
     QIODevice* const mDevice;
     const Markers mMarkers;
     const qint64 mStart; // of the JPEG in the device
+    const qint64 mSize; // of the device, asked for once
     quint16 mMarker = 0;
     int mLength = 0; // as it stands in the file
     int mClaimedSize = 0;
