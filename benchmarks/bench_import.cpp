@@ -4,14 +4,20 @@
 // Import of photographs: into 1600 x 1600, upright, as a progressive JPEG of quality 75.
 //
 //     bench_import                          both ways within one process, with Google Benchmark
-//     bench_import --once ours|qt SRC DST   one import, for measuring process against process
-//     bench_import --make WIDTH HEIGHT DST  a photograph of orientation 6 to import
+//     bench_import --once ours|import|qt SRC DST      one import, for measuring process against
+//                                                     process; ours is copyImageFile()
+//     bench_import --many serial|importer FROM TO     all files of a folder, with importImage() one
+//                                                     after another, or with ImageImporter
+//     bench_import --make WIDTH HEIGHT DST [GRAIN]    a photograph of orientation 6 to import, with
+//                                                     noise of that standard deviation
 //     bench_import --psnr A B               size of both, and how alike they are (luma, decibels)
 
+#include <ImageImporter.h>
 #include <ImageUtils.h>
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QImageReader>
@@ -24,6 +30,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <random>
 
 namespace {
 
@@ -33,6 +40,45 @@ bool importOurs(const QString& src, const QString& dst)
 {
     return ImageUtils::copyImageFile(src, dst, true, maximum,
                                      ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg);
+}
+
+/// The same wishes; the quality is that which a progressive JPEG of copyImageFile() has.
+ImageImport wishes()
+{
+    ImageImport how;
+    how.maxSize = maximum;
+    how.quality = 75;
+    how.metadata = ImageImport::NoMetadata;
+    return how;
+}
+
+bool importNew(const QString& src, const QString& dst)
+{
+    return bool(ImageUtils::importImage(src, dst, wishes()));
+}
+
+/// Imports all files of a folder, on as many threads as the processor runs at a time or one after
+/// another.
+bool importMany(bool atOnce, const QString& from, const QString& to)
+{
+    const QStringList names = QDir(from).entryList(QDir::Files);
+    bool succeeded = true;
+    if (!atOnce) {
+        for (const QString& name : names)
+            succeeded = importNew(from + QLatin1Char('/') + name, to + QLatin1Char('/') + name)
+                && succeeded;
+        return succeeded;
+    }
+    ImageImporter importer;
+    for (const QString& name : names)
+        importer.add(from + QLatin1Char('/') + name, to + QLatin1Char('/') + name, wishes());
+    QObject::connect(
+        &importer, &ImageImporter::imported,
+        [&](int, const ImageImportResult& result) { succeeded = succeeded && result; });
+    QObject::connect(&importer, &ImageImporter::finished, qApp, &QCoreApplication::quit);
+    importer.start();
+    QCoreApplication::exec();
+    return succeeded;
 }
 
 /// What one writes with Qt alone, without thinking of more.
@@ -100,12 +146,23 @@ QImage photograph(int width, int height)
 }
 
 /// Saves it as a camera does: baseline, quality 92, orientation 6.
-bool makePhotograph(int width, int height, const QString& dst)
+bool makePhotograph(int width, int height, const QString& dst, double grain = 0)
 {
+    QImage image = photograph(width, height);
+    std::mt19937 random(7);
+    std::normal_distribution<float> noise(0, float(grain));
+    for (int y = 0; grain > 0 && y < height; ++y) {
+        QRgb* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < width; ++x) {
+            const int d = qRound(noise(random));
+            row[x] = qRgb(qBound(0, qRed(row[x]) + d, 255), qBound(0, qGreen(row[x]) + d, 255),
+                          qBound(0, qBlue(row[x]) + d, 255));
+        }
+    }
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    if (!photograph(width, height).save(&buffer, "jpeg", 92))
+    if (!image.save(&buffer, "jpeg", 92))
         return false;
     bytes.insert(2,
                  QByteArray::fromHex("ffe10022457869660000"
@@ -185,11 +242,22 @@ int main(int argc, char** argv)
     const QStringList arguments = application.arguments();
     const QString mode = arguments.value(1);
     if (mode == QLatin1String("--once") && arguments.size() == 5) {
-        const bool ours = arguments[2] == QLatin1String("ours");
-        return (ours ? importOurs : importQt)(arguments[3], arguments[4]) ? 0 : 1;
+        const QString& way = arguments[2];
+        const auto import = way == QLatin1String("ours") ? importOurs
+            : way == QLatin1String("import")             ? importNew
+                                                         : importQt;
+        return import(arguments[3], arguments[4]) ? 0 : 1;
     }
-    if (mode == QLatin1String("--make") && arguments.size() == 5)
-        return makePhotograph(arguments[2].toInt(), arguments[3].toInt(), arguments[4]) ? 0 : 1;
+    if (mode == QLatin1String("--many") && arguments.size() == 5) {
+        const bool atOnce = arguments[2] == QLatin1String("importer");
+        return importMany(atOnce, arguments[3], arguments[4]) ? 0 : 1;
+    }
+    if (mode == QLatin1String("--make") && arguments.size() >= 5) {
+        return makePhotograph(arguments[2].toInt(), arguments[3].toInt(), arguments[4],
+                              arguments.value(5).toDouble())
+            ? 0
+            : 1;
+    }
     if (mode == QLatin1String("--psnr") && arguments.size() == 4) {
         printPsnr(arguments[2], arguments[3]);
         return 0;

@@ -36,6 +36,27 @@ double alphaOf(const QString& part)
     return alpha > 0 ? qMin(alpha, 1.0) : 0; // false for NaN, too
 }
 
+struct NotificationColors
+{
+    QColor text;
+    QColor background;
+};
+
+NotificationColors notificationColors(ColorUtils::NotificationType type)
+{
+    switch (type) {
+    case ColorUtils::Info:
+        return {QColor(0x00, 0x52, 0x9B), QColor(0xBD, 0xE5, 0xF8)};
+    case ColorUtils::Success:
+        return {QColor(0x4F, 0x8A, 0x10), QColor(0xDF, 0xF2, 0xBF)};
+    case ColorUtils::Warning:
+        return {QColor(0x9F, 0x60, 0x00), QColor(0xFE, 0xEF, 0xB3)};
+    case ColorUtils::Error:
+        return {QColor(0xD8, 0x00, 0x0C), QColor(0xFF, 0xBA, 0xBA)};
+    }
+    return {QColor(Qt::black), QColor(Qt::black)};
+}
+
 } // namespace
 
 ColorUtils::ColorUtils(QObject* parent)
@@ -44,32 +65,12 @@ ColorUtils::ColorUtils(QObject* parent)
 
 QColor ColorUtils::bootstrapColorText(NotificationType type)
 {
-    switch (type) {
-    case Info:
-        return QColor(0x00, 0x52, 0x9B);
-    case Success:
-        return QColor(0x4F, 0x8A, 0x10);
-    case Warning:
-        return QColor(0x9F, 0x60, 0x00);
-    case Error:
-        return QColor(0xD8, 0x00, 0x0C);
-    }
-    return QColor(Qt::black);
+    return notificationColors(type).text;
 }
 
 QColor ColorUtils::bootstrapColorBackground(NotificationType type)
 {
-    switch (type) {
-    case Info:
-        return QColor(0xBD, 0xE5, 0xF8);
-    case Success:
-        return QColor(0xDF, 0xF2, 0xBF);
-    case Warning:
-        return QColor(0xFE, 0xEF, 0xB3);
-    case Error:
-        return QColor(0xFF, 0xBA, 0xBA);
-    }
-    return QColor(Qt::black);
+    return notificationColors(type).background;
 }
 
 QColor ColorUtils::grayColor(const QColor& color)

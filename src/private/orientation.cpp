@@ -6,6 +6,9 @@
 #include <QImage>
 #include <QTransform>
 
+#include <algorithm>
+#include <iterator>
+
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
 #include <QColorSpace>
 #endif
@@ -14,32 +17,26 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-QImage rotated(const QImage& image, int degrees)
+/// What sets a picture upright: it is rotated clockwise first, and mirrored then.
+struct Turn
 {
-    return image.transformed(QTransform().rotate(degrees), Qt::SmoothTransformation);
-}
+    int degrees;
+    bool swapsLeftAndRight;
+    bool swapsTopAndBottom;
+    QImageIOHandler::Transformation transformation; ///< how Qt names the same
+};
 
-QImage transposed(const QImage& image, int orientation)
-{
-    switch (orientation) {
-    case 2:
-        return image.mirrored(true, false);
-    case 3:
-        return rotated(image, 180);
-    case 4:
-        return image.mirrored(false, true);
-    case 5:
-        return rotated(image, 90).mirrored(true, false);
-    case 6:
-        return rotated(image, 90);
-    case 7:
-        return rotated(image, 90).mirrored(false, true);
-    case 8:
-        return rotated(image, 270);
-    default:
-        return image;
-    }
-}
+using Handler = QImageIOHandler;
+const Turn turns[] = {
+    {0, false, false, Handler::TransformationNone}, // 1
+    {0, true, false, Handler::TransformationMirror},
+    {180, false, false, Handler::TransformationRotate180},
+    {0, false, true, Handler::TransformationFlip},
+    {90, true, false, Handler::TransformationFlipAndRotate90}, // transposed
+    {90, false, false, Handler::TransformationRotate90},
+    {90, false, true, Handler::TransformationMirrorAndRotate90}, // the same, the other diagonal
+    {270, false, false, Handler::TransformationRotate270} // 8
+};
 
 } // namespace
 
@@ -50,7 +47,14 @@ bool isSideways(int orientation)
 
 QImage upright(const QImage& image, int orientation)
 {
-    QImage result = transposed(image, orientation);
+    if (orientation <= 1 || orientation > 8)
+        return image;
+    const Turn& turn = turns[orientation - 1];
+    QImage result = turn.degrees == 0
+        ? image
+        : image.transformed(QTransform().rotate(turn.degrees), Qt::SmoothTransformation);
+    if (turn.swapsLeftAndRight || turn.swapsTopAndBottom)
+        result = result.mirrored(turn.swapsLeftAndRight, turn.swapsTopAndBottom);
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
     // QImage::transformed() drops it.
     if (result.colorSpace() != image.colorSpace())
@@ -61,24 +65,10 @@ QImage upright(const QImage& image, int orientation)
 
 int orientationOf(QImageIOHandler::Transformations transformation)
 {
-    switch (int(transformation)) {
-    case QImageIOHandler::TransformationMirror:
-        return 2;
-    case QImageIOHandler::TransformationRotate180:
-        return 3;
-    case QImageIOHandler::TransformationFlip:
-        return 4;
-    case QImageIOHandler::TransformationFlipAndRotate90:
-        return 5;
-    case QImageIOHandler::TransformationRotate90:
-        return 6;
-    case QImageIOHandler::TransformationMirrorAndRotate90:
-        return 7;
-    case QImageIOHandler::TransformationRotate270:
-        return 8;
-    default:
-        return 1;
-    }
+    const auto found = std::find_if(std::begin(turns), std::end(turns), [&](const Turn& turn) {
+        return int(turn.transformation) == int(transformation);
+    });
+    return found == std::end(turns) ? 1 : int(found - std::begin(turns)) + 1;
 }
 
 } // namespace OrvaUtilsPrivate
