@@ -13,6 +13,7 @@
 #include "processstate_p.h"
 #include "treecopy_p.h"
 #include "treeremoval_p.h"
+#include "treereplacement_p.h"
 #include "treetask_p.h"
 #include "treewalk_p.h"
 
@@ -385,6 +386,13 @@ bool FileUtils::copyDir(const QString& source, const QString& destination, bool 
 {
     TreeTask task(observer, error);
     return OrvaUtilsPrivate::copyDir(source, destination, merge, task);
+}
+
+bool FileUtils::replaceDir(const QString& source, const QString& destination,
+                           const TreeObserver& observer, QString* error)
+{
+    TreeTask task(observer, error);
+    return OrvaUtilsPrivate::replaceDir(source, destination, task);
 }
 
 int FileUtils::removeEmptyDirs(const QString& path, bool recursive)

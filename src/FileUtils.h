@@ -231,6 +231,31 @@ public:
     static bool copyDir(const QString& source, const QString& destination, bool merge,
                         const TreeObserver& observer, QString* error = nullptr);
 
+    /// Makes \a destination an exact copy of the folder \a source, all or nothing: the copy is
+    /// completed beside the destination, in its parent folder, brought to the disk, and takes its
+    /// place in one step. Until then, and whatever fails, also when it is cancelled, the process is
+    /// killed or the disk is full, the old tree is whole.
+    ///
+    /// The copy keeps times of change, permissions of files and folders, extended attributes and
+    /// access lists, the holes of sparse files, and links as links, broken ones too; owners as well
+    /// where root copies. Files with several names (hard links) become several files. Nothing is
+    /// left out: where a tree holds something that cannot be copied (a pipe, a socket, a device, a
+    /// folder that cannot be read, a name that is no text in the system's encoding), nothing is
+    /// replaced and \a error names them all.
+    ///
+    /// A \a destination that does not exist is made, with its parents; one that is a link to a
+    /// folder stays a link, and that folder is replaced. A destination that is the source, lies
+    /// inside it or contains it is refused. \a observer, which may be empty, sees the progress; it
+    /// knows the total number of files from the beginning. On failure returns false with the
+    /// reason, translated, in \a error, and logs with LogType 2 "unable to replace", the path and
+    /// the system's reason; a cancelled copy is not logged. A process that was killed leaves the
+    /// copy as far as it got, in a hidden folder ".orvautils-" and 32 digits. Where the system
+    /// cannot let two folders change places (outside of Linux, and on some network file systems)
+    /// the old tree is renamed first, and a process that is killed at that very moment leaves it
+    /// under such a name.
+    static bool replaceDir(const QString& source, const QString& destination,
+                           const TreeObserver& observer = TreeObserver(), QString* error = nullptr);
+
     /// Removes folders that hold no visible entry and returns how many were removed.
     ///
     /// With \a recursive true first the visible sub-folders, from the inside out; then, whatever

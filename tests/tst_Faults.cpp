@@ -229,6 +229,8 @@ struct Scenario
     std::function<QString(const Run&)> wrongInFailure;
     /// Whether all is brought to the disk with fsync(), so that failures after that do not count.
     bool isOnDiskEarly = false;
+    /// Whether whole trees are to be removed after a failure.
+    bool leavesTrees = false;
 };
 
 const QString copied = "warning orvautils FileUtils forceCopy: "_s;
@@ -394,6 +396,47 @@ Scenario copyDir(bool merge)
     scenario.wrongInFailure = [merge](const Run& run) {
         return run.succeeded ? "it succeeded and logged"_s
                              : wrongInCopyDir(run, merge, run.records);
+    };
+    return scenario;
+}
+
+/// The whole of either tree, whatever happens.
+Scenario replaceDir()
+{
+    Scenario scenario;
+    scenario.function = "replaceDir"_s;
+    scenario.leavesTrees = true;
+    scenario.prepare = prepareFolders;
+    scenario.act = [](const Run& run, QString* message) {
+        return FileUtils::replaceDir(run.path("src"_s), run.path("dst"_s), nullptr, message);
+    };
+    scenario.complete = [](const Run& run) {
+        Tree complete;
+        for (auto it = run.before.begin(); it != run.before.end(); ++it) {
+            if (!it.key().startsWith("dst/"_s))
+                complete.insert(it.key(), it.value());
+            // Links are told by where they lead.
+            if (it.key().startsWith("src/"_s))
+                complete.insert("dst"_s + it.key().mid(3),
+                                QByteArray(it.value()).replace("/run/src/", "/run/dst/"));
+        }
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) {
+        if (run.succeeded || run.message.isEmpty() || run.records.size() != 1
+            || !run.records.first().startsWith(
+                "warning orvautils FileUtils replaceDir: unable to replace "_s))
+            return "not the described answer"_s;
+        for (auto it = run.after.begin(); it != run.after.end(); ++it) {
+            const bool isCopy = it.key().startsWith(".orvautils-"_s);
+            if (!isCopy && run.before.value(it.key()) != it.value())
+                return it.key() + " changed"_s;
+        }
+        for (auto it = run.before.begin(); it != run.before.end(); ++it) {
+            if (!run.after.contains(it.key()))
+                return it.key() + " is gone"_s;
+        }
+        return QString();
     };
     return scenario;
 }
@@ -1017,6 +1060,7 @@ const QMap<QString, Scenario>& scenarios()
         {"mirroring into a new folder"_s, mirrorFile("dst/new/photo"_s, false)},
         {"removing a mirror"_s, mirrorFile("dst/photo"_s, true)},
         {"openNewProjectFile"_s, lockProject()},
+        {"replaceDir"_s, replaceDir()},
         {"removeContentDirectory"_s, removeContentDirectory(false)},
         {"removeContentDirectory recursively"_s, removeContentDirectory(true)},
         {"old::removeDirectory"_s, removeDirectory()},
@@ -1116,9 +1160,13 @@ QString wrongIn(const Scenario& scenario, const Run& run)
     for (const QString& path : run.after.keys()) {
         if (!isTemporary(path))
             continue;
-        // What is not to be removed stays, of course.
-        if (run.plan.kind != FaultUnlink || run.report.refused == 0)
+        // What is not to be removed stays, of course, and so does what no folder lists any more.
+        const bool cannotList = scenario.leavesTrees && run.plan.isLasting
+            && (run.plan.kind == FaultOpen || run.plan.kind == FaultRead);
+        if (!cannotList && (run.plan.kind != FaultUnlink || run.report.refused == 0))
             return path + " stayed behind"_s;
+        for (const QString& part : below(after, path).keys())
+            after.remove(path + '/'_L1 + part);
         after.remove(path);
     }
     if (!run.succeeded || !run.records.isEmpty())

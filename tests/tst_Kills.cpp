@@ -16,6 +16,7 @@
 #include "ChildRole.h"
 #include "Sandbox.h"
 
+#include <FileUtils.h>
 #include <QExifImageHeader.h>
 
 #include <QDir>
@@ -173,6 +174,26 @@ int saveUntilKilled()
     }
 }
 
+/// Replaces one folder tree by another without end: one of letters in turn, each in all its files.
+int replaceUntilKilled()
+{
+#ifdef Q_OS_LINUX
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test end first
+#endif
+    const QString root = QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_PATH"));
+    QFile file(QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_COUNTER")));
+    Counter* const counter = counterIn(&file);
+    if (!counter)
+        return 3;
+    for (int turn = 0;; ++turn) {
+        const QString source = root + QStringLiteral("/source%1").arg(turn % 2);
+        counter->fetch_add(1);
+        if (!FileUtils::replaceDir(source, root + QStringLiteral("/tree")))
+            return 4;
+        counter->fetch_add(1);
+    }
+}
+
 } // namespace
 
 class tst_Kills : public QObject
@@ -184,10 +205,11 @@ private Q_SLOTS:
     void states();
     void savedPhotograph_data();
     void savedPhotograph();
+    void replacedTree();
     void cleanupTestCase();
 
 private:
-    quint64 killWhileSaving(int index, const QString& path);
+    quint64 killWhile(const QString& role, int index, const QString& path);
 
     KillMoments mMoments;
     int mKills = 0;
@@ -239,7 +261,7 @@ void tst_Kills::savedPhotograph()
             (kill % 2 == 0 ? onDisk : inMemory).folder(QStringLiteral("photo"));
         const QString path = photoFolder + QStringLiteral("/file.jpg");
         writeFile(path, states.first());
-        const quint64 counted = killWhileSaving(index, path);
+        const quint64 counted = killWhile(QStringLiteral("saves until it is killed"), index, path);
         QVERIFY(counted > 0);
         ++mKills;
         mDuringSaves += int(counted % 2);
@@ -268,8 +290,34 @@ void tst_Kills::savedPhotograph()
     QVERIFY2(mixtures.isEmpty(), qPrintable(mixtures.join(QLatin1Char('\n'))));
 }
 
+// A tree that is replaced is one of the two, whole, at every moment.
+void tst_Kills::replacedTree()
+{
+    int duringReplacements = 0;
+    for (int kill = 0; kill < KillMoments::countInEach(photographs().size()); ++kill) {
+        const Sandbox sandbox(kill % 2 == 0 ? QDir::tempPath() : folderInMemory());
+        QMap<QString, QByteArray> trees[2];
+        for (int tree = 0; tree < 2; ++tree) {
+            for (int i = 0; i < 40; ++i)
+                sandbox.file(QStringLiteral("source%1/%2/%3").arg(tree).arg(i % 4).arg(i),
+                             QByteArray(1000 * i, char('a' + tree)));
+            trees[tree] = filesBelow(sandbox(QStringLiteral("source%1").arg(tree)));
+        }
+        QVERIFY(FileUtils::replaceDir(sandbox(QStringLiteral("source0")),
+                                      sandbox(QStringLiteral("tree"))));
+        const quint64 counted =
+            killWhile(QStringLiteral("replaces until it is killed"), 0, sandbox.root());
+        QVERIFY(counted > 0);
+        duringReplacements += int(counted % 2);
+        const QMap<QString, QByteArray> left = filesBelow(sandbox(QStringLiteral("tree")));
+        QVERIFY2(left == trees[0] || left == trees[1],
+                 qPrintable(QStringLiteral("kill %1 left %2 files").arg(kill).arg(left.size())));
+    }
+    qInfo("kills in replaceDir: %d during a replacement", duringReplacements);
+}
+
 /// What the process had counted when it was killed; 0 when that went wrong.
-quint64 tst_Kills::killWhileSaving(int index, const QString& path)
+quint64 tst_Kills::killWhile(const QString& role, int index, const QString& path)
 {
     const Sandbox folder;
     QFile counterFile(folder.file(QStringLiteral("counter"), QByteArray(sizeof(Counter), '\0')));
@@ -281,8 +329,7 @@ quint64 tst_Kills::killWhileSaving(int index, const QString& path)
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationFilePath(),
-                  {QStringLiteral("--child-role"), QStringLiteral("saves until it is killed")});
+    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--child-role"), role});
     if (!counter || !process.waitForStarted())
         return 0;
     while (counter->load() == 0 && process.state() == QProcess::Running)
@@ -302,8 +349,9 @@ void tst_Kills::cleanupTestCase()
 
 int main(int argc, char** argv)
 {
-    if (const ChildRole role =
-            childRole(argc, argv, {{"saves until it is killed", saveUntilKilled}}))
+    if (const ChildRole role = childRole(argc, argv,
+                                         {{"saves until it is killed", saveUntilKilled},
+                                          {"replaces until it is killed", replaceUntilKilled}}))
         return role();
     KillMoments::allowTime();
     QCoreApplication application(argc, argv);

@@ -3,11 +3,13 @@
 
 #include "filesystem_p.h"
 
+#include "descriptor_p.h"
 #include "folderreader_p.h"
 
 #include <QFileInfo>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -146,33 +148,6 @@ private:
 
 // Copying
 
-/// A file descriptor that is closed when it goes out of scope.
-class Descriptor
-{
-public:
-    explicit Descriptor(int descriptor)
-        : mDescriptor(descriptor)
-    { }
-    ~Descriptor() { close(); }
-
-    bool isOpen() const { return mDescriptor >= 0; }
-    // NOLINTNEXTLINE(google-explicit-constructor): passed to system calls
-    operator int() const { return mDescriptor; }
-
-    /// False when the system could not store what was written.
-    bool close()
-    {
-        const int descriptor = mDescriptor;
-        mDescriptor = -1;
-        return descriptor < 0 || ::close(descriptor) == 0;
-    }
-
-private:
-    Q_DISABLE_COPY(Descriptor)
-
-    int mDescriptor;
-};
-
 /// The permissions that QFile::copy() gives a copy: those of the source, the owner's completed by
 /// what the acting user may do with it.
 mode_t permissionsOfCopy(int source, mode_t mode)
@@ -219,32 +194,6 @@ qint64 copyWithinSystem(int source, int destination, qint64 size)
             return copied;
         if (got > 0 && got < step && copied == size)
             return copied;
-    }
-}
-
-/// Copies from where both files stand. \a size is what is expected, and may be wrong.
-bool copyContent(int source, int destination, qint64 size)
-{
-    char buffer[65536];
-    qint64 copied = 0;
-    if (size > qint64(sizeof buffer)) {
-        // File systems that can share the blocks of a file between it and its copy do so.
-        if (ioctl(destination, FICLONE, source) == 0)
-            return true;
-        copied = copyWithinSystem(source, destination, size);
-        if (copied == size)
-            return true;
-    }
-    for (;;) {
-        const ssize_t got = read(source, buffer, sizeof buffer);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0 || !writeAll(destination, buffer, size_t(got)))
-            return false;
-        copied += got;
-        // Less than asked for, and as much as there was to be: a second read would give nothing.
-        if (got == 0 || (copied == size && size_t(got) < sizeof buffer))
-            return copied >= size;
     }
 }
 
@@ -298,6 +247,31 @@ bool copyNewFile(const QString& source, const QString& destination, qint64* size
     return false;
 }
 
+bool copyContent(int source, int destination, qint64 size)
+{
+    char buffer[65536];
+    qint64 copied = 0;
+    if (size > qint64(sizeof buffer)) {
+        // File systems that can share the blocks of a file between it and its copy do so.
+        if (ioctl(destination, FICLONE, source) == 0)
+            return true;
+        copied = copyWithinSystem(source, destination, size);
+        if (copied == size)
+            return true;
+    }
+    for (;;) {
+        const ssize_t got = read(source, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0 || !writeAll(destination, buffer, size_t(got)))
+            return false;
+        copied += got;
+        // Less than asked for, and as much as there was to be: a second read would give nothing.
+        if (got == 0 || (copied == size && size_t(got) < sizeof buffer))
+            return copied >= size;
+    }
+}
+
 bool copyContent(QFile& source, QFile& destination)
 {
     // A resource has no descriptor.
@@ -327,6 +301,19 @@ bool removeFile(const QString& path)
 {
     return isKnownToQtAlone(path) ? QFile::remove(path)
                                   : unlink(QFile::encodeName(path).constData()) == 0;
+}
+
+bool exchangeFolders(const QString& one, const QString& other)
+{
+#if defined(RENAME_EXCHANGE)
+    return renameat2(AT_FDCWD, QFile::encodeName(one).constData(), AT_FDCWD,
+                     QFile::encodeName(other).constData(), RENAME_EXCHANGE)
+        == 0;
+#else
+    Q_UNUSED(one)
+    Q_UNUSED(other)
+    return false;
+#endif
 }
 
 bool putFileSystemOnDisk(const QString& folder, QString* reason)

@@ -39,6 +39,12 @@ bool copyNewFile(const QString& source, const QString& destination, qint64* size
 /// failed.
 bool copyContent(QFile& source, QFile& destination);
 
+/// The same for descriptors of the system. \a size is how much is expected, and may be wrong.
+bool copyContent(int source, int destination, qint64 size);
+
+/// Lets two folders change places in one step. False where the system cannot.
+bool exchangeFolders(const QString& one, const QString& other);
+
 /// Opens a new file for reading and writing that has no name yet, to be given one in \a folder.
 /// False where the system or the file system has no such files.
 bool openUnnamed(QFile* file, const QString& folder);

@@ -24,6 +24,20 @@ bool copyContent(QFile& source, QFile& destination)
     return copyPieces(source, destination);
 }
 
+bool copyContent(int source, int destination, qint64)
+{
+    QFile from;
+    QFile to;
+    return from.open(source, QIODevice::ReadOnly | QIODevice::Unbuffered)
+        && to.open(destination, QIODevice::WriteOnly | QIODevice::Unbuffered)
+        && copyPieces(from, to);
+}
+
+bool exchangeFolders(const QString&, const QString&)
+{
+    return false;
+}
+
 bool openUnnamed(QFile*, const QString&)
 {
     return false;

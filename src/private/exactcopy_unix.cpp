@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "exactcopy_p.h"
+
+#include "descriptor_p.h"
+#include "filesystem_p.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace OrvaUtilsPrivate {
+
+namespace {
+
+/// The system's last reason. Returns false.
+bool failed(QString* reason)
+{
+    *reason = qt_error_string(errno);
+    return false;
+}
+
+enum class Link { Refuse, Follow };
+
+/// Opens without waiting for anything but a disk.
+int openFile(const QString& path, int flags, mode_t mode = 0, Link link = Link::Refuse)
+{
+    const QByteArray name = QFile::encodeName(path);
+    flags |= O_CLOEXEC | O_NONBLOCK | (link == Link::Refuse ? O_NOFOLLOW : 0);
+    for (;;) {
+        const int file = open(name.constData(), flags, mode);
+        if (file >= 0 || errno != EINTR)
+            return file;
+    }
+}
+
+struct Times
+{
+    explicit Times(const struct stat& status)
+#if defined(Q_OS_MAC)
+        : times{status.st_atimespec, status.st_mtimespec}
+#else
+        : times{status.st_atim, status.st_mtim}
+#endif
+    { }
+
+    struct timespec times[2];
+};
+
+/// Gives a copy all but the owner, where this process may not give files away.
+bool takeStatus(int from, int to, const struct stat& status, QString* reason)
+{
+    struct stat own = {};
+    if (fstat(to, &own) != 0)
+        return failed(reason);
+    bool isOwned = own.st_uid == status.st_uid && own.st_gid == status.st_gid;
+    if (!isOwned) {
+        isOwned = fchown(to, status.st_uid, status.st_gid) == 0;
+        if (!isOwned && errno != EPERM)
+            return failed(reason);
+    }
+    // A program that acts for its owner must not act for another one.
+    const mode_t mode = status.st_mode & (isOwned ? 07777 : 01777);
+    if (!takeExtendedAttributes(from, to) || fchmod(to, mode) != 0
+        || futimens(to, Times(status).times) != 0)
+        return failed(reason);
+    return true;
+}
+
+bool isSparse(const struct stat& status)
+{
+    return qint64(status.st_blocks) * 512 < qint64(status.st_size);
+}
+
+/// Copies what lies between the holes of a file. False where that fails.
+bool copyBetweenHoles(int source, int destination, off_t size)
+{
+#if defined(SEEK_DATA) && defined(SEEK_HOLE)
+    char buffer[65536];
+    for (off_t at = 0; at < size;) {
+        const off_t data = lseek(source, at, SEEK_DATA);
+        if (data < 0 && errno == ENXIO)
+            break; // all that follows is a hole
+        const off_t hole = data < 0 ? -1 : lseek(source, data, SEEK_HOLE);
+        if (hole < 0)
+            return false;
+        for (at = data; at < hole;) {
+            const size_t wanted = size_t(qMin(off_t(sizeof buffer), hole - at));
+            const ssize_t got = pread(source, buffer, wanted, at);
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got == 0)
+                return ftruncate(destination, at) == 0; // became shorter
+            for (ssize_t written = 0; written < got;) {
+                const ssize_t taken =
+                    pwrite(destination, buffer + written, size_t(got - written), at + written);
+                if (taken < 0 && errno != EINTR)
+                    return false;
+                written += qMax(taken, ssize_t(0));
+            }
+            if (got < 0)
+                return false;
+            at += got;
+        }
+    }
+    return ftruncate(destination, size) == 0;
+#else
+    return copyContent(source, destination, size);
+#endif
+}
+
+} // namespace
+
+bool copyFileExactly(const QString& source, const QString& destination, qint64* size,
+                     QString* reason)
+{
+    const Descriptor from(openFile(source, O_RDONLY));
+    struct stat status = {};
+    if (!from.isOpen() || fstat(from, &status) != 0)
+        return failed(reason);
+    if (!S_ISREG(status.st_mode)) {
+        *reason = qt_error_string(EINVAL);
+        return false;
+    }
+    Descriptor to(openFile(destination, O_WRONLY | O_CREAT | O_EXCL, 0600));
+    if (!to.isOpen())
+        return failed(reason);
+    const bool isCopied = isSparse(status) ? copyBetweenHoles(from, to, status.st_size)
+                                           : copyContent(from, to, status.st_size);
+    if (!isCopied)
+        return failed(reason);
+    *size = status.st_size;
+    return takeStatus(from, to, status, reason) && (to.close() || failed(reason));
+}
+
+bool copyLinkExactly(const QString& source, const QString& destination, QString* reason)
+{
+    const QByteArray from = QFile::encodeName(source);
+    const QByteArray to = QFile::encodeName(destination);
+    struct stat status = {};
+    QByteArray target(4096, Qt::Uninitialized);
+    const ssize_t size = readlink(from.constData(), target.data(), size_t(target.size()));
+    if (size < 0 || lstat(from.constData(), &status) != 0)
+        return failed(reason);
+    if (size == target.size()) {
+        *reason = qt_error_string(ENAMETOOLONG);
+        return false;
+    }
+    target.truncate(int(size));
+    if (symlink(target.constData(), to.constData()) != 0
+        || (lchown(to.constData(), status.st_uid, status.st_gid) != 0 && errno != EPERM)
+        || utimensat(AT_FDCWD, to.constData(), Times(status).times, AT_SYMLINK_NOFOLLOW) != 0)
+        return failed(reason);
+    return true;
+}
+
+bool makePrivateFolder(const QString& path, QString* reason)
+{
+    return mkdir(QFile::encodeName(path).constData(), 0700) == 0 || failed(reason);
+}
+
+bool finishFolderExactly(const QString& source, const QString& destination, QString* reason)
+{
+    // The top folder may be reached through a link.
+    const Descriptor from(openFile(source, O_RDONLY, 0, Link::Follow));
+    const Descriptor to(openFile(destination, O_RDONLY));
+    struct stat status = {};
+    if (!from.isOpen() || !to.isOpen() || fstat(from, &status) != 0)
+        return failed(reason);
+    return takeStatus(from, to, status, reason);
+}
+
+} // namespace OrvaUtilsPrivate

@@ -1,0 +1,332 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Folder trees that take the place of others as a whole.
+
+#include "FileUtils.h"
+
+#include "FileLimit.h"
+#include "LogCapture.h"
+#include "OrdinaryUser.h"
+#include "PortableFiles.h"
+#include "Sandbox.h"
+#include "Text.h"
+
+#include <QtTest>
+
+#include <cerrno>
+#include <fcntl.h>
+#if defined(Q_OS_LINUX)
+#include <sys/xattr.h>
+#endif
+
+#if defined(__clang__)
+// QSKIP() is a macro with optional arguments.
+#pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
+#endif
+
+namespace {
+
+/// A tree with a bit of everything that can be copied, below "s", and another one below "d".
+void makeTrees(Sandbox& box)
+{
+    box.file(text("s/a"), "new");
+    box.file(text("s/sub/deep/b"), QByteArray(100000, 'b'));
+    box.file(text("s/.hidden/c"), "hidden");
+    box.file(text("s/sub/program"), "#!");
+    box.folder(text("s/empty"));
+    box.link(text("s/link"), text("sub/deep"));
+    box.link(text("s/broken"), text("nowhere"));
+    box.file(text("d/a"), "old");
+    box.file(text("d/old/gone"), "old");
+}
+
+struct stat statusOf(const QString& path)
+{
+    struct stat status = {};
+    if (lstat(QFile::encodeName(path).constData(), &status) != 0)
+        qFatal("cannot look at %s", qPrintable(path));
+    return status;
+}
+
+void setTime(const QString& path, time_t seconds, long nanoseconds)
+{
+    const struct timespec times[2] = {{seconds, nanoseconds}, {seconds, nanoseconds}};
+    if (utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, AT_SYMLINK_NOFOLLOW) != 0)
+        qFatal("cannot set the time of %s", qPrintable(path));
+}
+
+bool haveSameTime(const struct stat& one, const struct stat& other)
+{
+    return one.st_mtim.tv_sec == other.st_mtim.tv_sec
+        && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
+}
+
+} // namespace
+
+class tst_FileUtilsReplaceDir : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void replaces_data();
+    void replaces();
+    void keepsTimesAndPermissions();
+    void keepsReadOnlyFolders();
+    void keepsHoles();
+    void keepsExtendedAttributes();
+    void destinationLinkStays();
+    void specialEntries();
+    void refusals_data();
+    void refusals();
+    void unreadableFile();
+    void fullDisk();
+    void cancelled_data();
+    void cancelled();
+    void progress();
+};
+
+void tst_FileUtilsReplaceDir::replaces_data()
+{
+    QTest::addColumn<QString>("destination");
+    QTest::newRow("over a tree") << text("d");
+    QTest::newRow("where nothing is") << text("new/folder");
+    QTest::newRow("with a slash") << text("d/");
+}
+
+void tst_FileUtilsReplaceDir::replaces()
+{
+    QFETCH(QString, destination);
+    Sandbox box;
+    makeTrees(box);
+    const QStringList source = treeOf(box(text("s")));
+    QString error;
+    LogCapture log;
+    QVERIFY2(FileUtils::replaceDir(box(text("s")), box(destination), nullptr, &error),
+             qPrintable(error));
+    QCOMPARE(treeOf(QDir(box(destination)).absolutePath()), source);
+    QCOMPARE(treeOf(box(text("s"))), source);
+    QCOMPARE(error, QString());
+    QCOMPARE(log.lines(), QStringList());
+    // Nothing is left beside it.
+    QVERIFY(treeOf(box.root()).filter(text(".orvautils-")).isEmpty());
+}
+
+void tst_FileUtilsReplaceDir::keepsTimesAndPermissions()
+{
+    Sandbox box;
+    makeTrees(box);
+    changeMode(box(text("s/sub/program")), 04750);
+    changeMode(box(text("s/a")), 0444);
+    changeMode(box(text("s/.hidden")), 0700);
+    changeMode(box(text("s/sub")), 02775);
+    changeMode(box(text("s")), 0711);
+    const QStringList names = {
+        text("a"),        text("broken"), text("link"),    text("sub/program"), text("sub/deep/b"),
+        text("sub/deep"), text("sub"),    text(".hidden"), text("empty"),       text(".")};
+    for (int i = 0; i < names.size(); ++i)
+        setTime(box(text("s/")) + names.at(i), 1000000000 + i, 123456789);
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
+    for (const QString& name : names) {
+        const struct stat from = statusOf(box(text("s/")) + name);
+        const struct stat to = statusOf(box(text("d/")) + name);
+        QVERIFY2(haveSameTime(from, to), qPrintable(name));
+        QVERIFY2(from.st_mode == to.st_mode, qPrintable(name));
+        QVERIFY2(from.st_uid == to.st_uid && from.st_gid == to.st_gid, qPrintable(name));
+    }
+}
+
+void tst_FileUtilsReplaceDir::keepsReadOnlyFolders()
+{
+    // A folder that must not be written to is copied, and goes when it is replaced.
+    Sandbox box;
+    const OrdinaryUser user;
+    box.file(text("s/sub/a"), "new");
+    box.file(text("d/sub/b"), "old");
+    box.lock(box(text("s/sub")), 0555);
+    changeMode(box(text("d/sub")), 0555);
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
+    QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
+    QCOMPARE(statusOf(box(text("d/sub"))).st_mode & 0777, mode_t(0555));
+    QVERIFY(treeOf(box.root()).filter(text(".orvautils-")).isEmpty());
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
+    QVERIFY(treeOf(box.root()).filter(text(".orvautils-")).isEmpty());
+    changeMode(box(text("d/sub")), 0777);
+}
+
+void tst_FileUtilsReplaceDir::keepsHoles()
+{
+    Sandbox box;
+    const QString path = box.file(text("s/sparse"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.resize(64 << 20));
+    QVERIFY(file.seek(32 << 20));
+    QCOMPARE(file.write("in the middle"), qint64(13));
+    file.close();
+    if (qint64(statusOf(path).st_blocks) * 512 >= qint64(64 << 20))
+        QSKIP("the file system has no sparse files");
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
+    const struct stat copy = statusOf(box(text("d/sparse")));
+    QCOMPARE(qint64(copy.st_size), qint64(64 << 20));
+    QVERIFY(qint64(copy.st_blocks) * 512 < qint64(1 << 20));
+    QVERIFY(contentOf(box(text("d/sparse"))) == contentOf(path));
+}
+
+void tst_FileUtilsReplaceDir::keepsExtendedAttributes()
+{
+#if defined(Q_OS_LINUX)
+    if (portable)
+        QSKIP("built without them");
+    Sandbox box;
+    const QByteArray file = QFile::encodeName(box.file(text("s/a")));
+    const QByteArray folder = QFile::encodeName(box.folder(text("s/sub")));
+    for (const QByteArray& path : {file, folder}) {
+        if (setxattr(path.constData(), "user.comment", "a note", 6, 0) != 0)
+            QSKIP("the file system has no extended attributes");
+    }
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
+    for (const QString& name : {text("d/a"), text("d/sub")}) {
+        char value[16] = {};
+        QCOMPARE(
+            getxattr(QFile::encodeName(box(name)).constData(), "user.comment", value, sizeof value),
+            ssize_t(6));
+        QCOMPARE(QByteArray(value), QByteArray("a note"));
+    }
+#else
+    QSKIP("Linux alone is asked for them");
+#endif
+}
+
+void tst_FileUtilsReplaceDir::destinationLinkStays()
+{
+    Sandbox box;
+    makeTrees(box);
+    box.link(text("toD"), text("d"));
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("toD"))));
+    QVERIFY(QFileInfo(box(text("toD"))).isSymLink());
+    QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
+}
+
+void tst_FileUtilsReplaceDir::specialEntries()
+{
+    Sandbox box;
+    makeTrees(box);
+    const QString one = box.pipe(text("s/pipe"));
+    const QString other = box.pipe(text("s/sub/deep/pipe"));
+    const QStringList before = treeOf(box.root());
+    QString error;
+    LogCapture log;
+    QVERIFY(!FileUtils::replaceDir(box(text("s")), box(text("d")), nullptr, &error));
+    QVERIFY2(error.startsWith(text("These cannot be copied: ")), qPrintable(error));
+    QVERIFY(error.contains(one) && error.contains(other));
+    QCOMPARE(treeOf(box.root()), before);
+    QCOMPARE(log.lines().size(), 1);
+    QVERIFY(log.lines().first().startsWith(
+        text("warning orvautils FileUtils replaceDir: unable to replace ")));
+}
+
+void tst_FileUtilsReplaceDir::refusals_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("destination");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("missing source")
+        << text("none") << text("d") << text("The folder %1/none does not exist");
+    QTest::newRow("file as destination")
+        << text("s") << text("s2") << text("%1/s2 is not a folder");
+    QTest::newRow("broken link as destination")
+        << text("s") << text("s/broken") << text("%1/s/broken is not a folder");
+    QTest::newRow("onto itself") << text("s") << text("s") << text("%1/s cannot be copied");
+    QTest::newRow("into itself") << text("s") << text("s/x/y") << text("%1/s cannot be copied");
+    QTest::newRow("around itself")
+        << text("s/sub") << text("s") << text("%1/s/sub cannot be copied");
+}
+
+void tst_FileUtilsReplaceDir::refusals()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, destination);
+    QFETCH(QString, error);
+    Sandbox box;
+    makeTrees(box);
+    box.file(text("s2"));
+    const QStringList before = treeOf(box.root());
+    QString reason;
+    LogCapture log;
+    QVERIFY(!FileUtils::replaceDir(box(source), box(destination), nullptr, &reason));
+    QCOMPARE(reason, error.arg(box.root()));
+    QCOMPARE(treeOf(box.root()), before);
+    QCOMPARE(log.lines().size(), 1);
+}
+
+void tst_FileUtilsReplaceDir::unreadableFile()
+{
+    Sandbox box;
+    makeTrees(box);
+    const QStringList before = treeOf(box(text("d")));
+    box.lock(box(text("s/sub/deep/b")), 0);
+    const OrdinaryUser user;
+    QString error;
+    LogCapture log;
+    QVERIFY(!FileUtils::replaceDir(box(text("s")), box(text("d")), nullptr, &error));
+    QCOMPARE(error, box(text("s/sub/deep/b")) + text(" cannot be copied (Permission denied)"));
+    QCOMPARE(treeOf(box(text("d"))), before);
+    QVERIFY(treeOf(box.root()).filter(text(".orvautils-")).isEmpty());
+}
+
+void tst_FileUtilsReplaceDir::fullDisk()
+{
+    Sandbox box;
+    makeTrees(box);
+    const QStringList before = treeOf(box.root());
+    QString error;
+    LogCapture log;
+    {
+        const FileLimit limit(RLIMIT_FSIZE, 50000);
+        QVERIFY(!FileUtils::replaceDir(box(text("s")), box(text("d")), nullptr, &error));
+    }
+    QVERIFY(error.startsWith(box(text("s/sub/deep/b")) + text(" cannot be copied")));
+    QCOMPARE(treeOf(box.root()), before);
+}
+
+void tst_FileUtilsReplaceDir::cancelled_data()
+{
+    QTest::addColumn<QString>("destination");
+    QTest::newRow("over a tree") << text("d");
+    QTest::newRow("where nothing is") << text("new");
+}
+
+void tst_FileUtilsReplaceDir::cancelled()
+{
+    QFETCH(QString, destination);
+    Sandbox box;
+    makeTrees(box);
+    const QStringList before = treeOf(box.root());
+    QString error;
+    LogCapture log;
+    const auto cancel = [](const FileUtils::TreeProgress&) { return false; };
+    QVERIFY(!FileUtils::replaceDir(box(text("s")), box(destination), cancel, &error));
+    QCOMPARE(error, text("The operation was cancelled"));
+    QCOMPARE(treeOf(box.root()), before);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtilsReplaceDir::progress()
+{
+    Sandbox box;
+    makeTrees(box);
+    QVector<FileUtils::TreeProgress> seen;
+    const auto observer = [&](const FileUtils::TreeProgress& progress) {
+        seen.append(progress);
+        return true;
+    };
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d")), observer));
+    QCOMPARE(seen.first().files, 1);
+    QCOMPARE(seen.first().totalFiles, 6); // four files and two links
+    QCOMPARE(seen.last().files, 6);
+    QCOMPARE(seen.last().bytes, qint64(3 + 100000 + 6 + 2));
+}
+
+QTEST_MAIN(tst_FileUtilsReplaceDir)
+#include "tst_FileUtilsReplaceDir.moc"
