@@ -32,8 +32,7 @@ void renameTo(const QString& path, const QString& newPath)
         qFatal("cannot rename %s to %s", qPrintable(path), qPrintable(newPath));
 }
 
-/// What is wrong with the content of a file that is written whole, as version after version; empty
-/// if nothing.
+/// The content of a file that is written whole, version after version.
 QByteArray versionOf(int number)
 {
     return QByteArray(200000 + 1000 * (number % 7), char('a' + number % 26));
@@ -535,6 +534,8 @@ void tst_DirectorySynchronizerMirror::storms()
     for (int storm = 0; storm < storms; ++storm) {
         init();
         DirectorySynchronizer synchronizer;
+        auto* watcher = synchronizer.findChild<DirectoryWatcher*>();
+        watcher->setSettleTime(150);
         fillAndStart(&synchronizer);
         QProcess process;
         process.start(QStringLiteral("sh"),
@@ -544,7 +545,6 @@ void tst_DirectorySynchronizerMirror::storms()
                            .arg(step),
                        mSource});
         QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, 60000);
-        // As long as it settles, and no longer.
         QSignalSpy settled(synchronizer.findChild<DirectoryWatcher*>(), &DirectoryWatcher::settled);
         QTRY_VERIFY_WITH_TIMEOUT(settled.count() > 0, 20000);
         equal += synchronizer.isEqual(&differences);
@@ -565,6 +565,8 @@ void tst_DirectorySynchronizerMirror::slowReceiver()
     for (int run = 0; run < runs; ++run) {
         init();
         SpiedSynchronizer synchronizer;
+        auto* watcher = synchronizer.findChild<DirectoryWatcher*>();
+        watcher->setSettleTime(150);
         fillAndStart(&synchronizer);
         connect(&synchronizer, &DirectorySynchronizer::mirrored, [] { QThread::msleep(40); });
         QProcess process;
