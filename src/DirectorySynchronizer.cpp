@@ -34,7 +34,7 @@ public:
     bool isInMirror(const QString& path, const QString& root) const;
     bool canBeMirrored() const;
     void clearTheWay(const QString& mirror) const;
-    void reportFailure(const QString& message, const QString& path, const QString& reason);
+    void reportFailure(const QString& message, const QString& path, const QString& reason) const;
 
     DirectorySynchronizer* const q;
     QString source;
@@ -48,11 +48,9 @@ public:
 using OrvaUtilsPrivate::asConst;
 using OrvaUtilsPrivate::DirectorySynchronizerPrivate;
 using OrvaUtilsPrivate::FolderEntry;
-using OrvaUtilsPrivate::FolderReader;
 using OrvaUtilsPrivate::joined;
 using OrvaUtilsPrivate::TreeTask;
 using OrvaUtilsPrivate::Walk;
-using OrvaUtilsPrivate::withSlash;
 
 namespace {
 
@@ -326,7 +324,7 @@ void DirectorySynchronizerPrivate::clearTheWay(const QString& mirror) const
 }
 
 void DirectorySynchronizerPrivate::reportFailure(const QString& message, const QString& path,
-                                                 const QString& reason)
+                                                 const QString& reason) const
 {
     const QPointer<DirectorySynchronizer> self(q);
     Q_EMIT q->error(message);

@@ -18,7 +18,7 @@
 
 namespace OrvaUtilsPrivate {
 class DirectorySynchronizerPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// Mirrors the files of a source folder into a destination folder as they change.
 ///

@@ -12,9 +12,6 @@
 #include <QTimer>
 
 using OrvaUtilsPrivate::DirectoryWatcherPrivate;
-using OrvaUtilsPrivate::FileState;
-using OrvaUtilsPrivate::folderOf;
-using OrvaUtilsPrivate::stateOf;
 using OrvaUtilsPrivate::WatcherTurn;
 
 namespace {

@@ -16,7 +16,7 @@
 
 namespace OrvaUtilsPrivate {
 class DirectoryWatcherPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// Watches every visible file and folder of a tree through QFileSystemWatcher and turns its
 /// notifications into signals for single files.

@@ -19,7 +19,7 @@ QT_END_NAMESPACE
 
 namespace OrvaUtilsPrivate {
 class ProjectFileLockerPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// Holds the lock of the project that an application has open.
 ///

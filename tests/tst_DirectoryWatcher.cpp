@@ -32,11 +32,19 @@ QStringList ownLines(const LogCapture& log)
     return log.lines().filter(QStringLiteral(" orvautils "));
 }
 
+using Counts = QPair<int, int>; // of files added and deleted
+
 /// A watcher with all its signals.
 class SpiedWatcher : public DirectoryWatcher
 {
 public:
     void settle() { ::settle({&added, &modified, &deleted}); }
+
+    Counts settledCounts()
+    {
+        settle();
+        return Counts(added.count(), deleted.count());
+    }
 
     QSignalSpy added{this, &DirectoryWatcher::addedFiles};
     QSignalSpy modified{this, &DirectoryWatcher::modifiedFile};
@@ -91,6 +99,7 @@ private Q_SLOTS:
     void limitOfThePlatform();
 
 private:
+    void makeNestedFiles() const;
     QString path(const QString& name) const { return mRoot + QLatin1Char('/') + name; }
 
     QScopedPointer<Sandbox> mDir;
@@ -101,6 +110,14 @@ void tst_DirectoryWatcher::init()
 {
     mDir.reset(new Sandbox);
     mRoot = mDir->folder(QStringLiteral("root"));
+}
+
+/// "x/a" and "x/y/b".
+void tst_DirectoryWatcher::makeNestedFiles() const
+{
+    makeFolder(path(QStringLiteral("x/y")));
+    writeFile(path(QStringLiteral("x/a")), "a");
+    writeFile(path(QStringLiteral("x/y/b")), "b");
 }
 
 void tst_DirectoryWatcher::idleUntilSetPath()
@@ -169,8 +186,7 @@ void tst_DirectoryWatcher::addModifyDelete()
 
     writeFile(file.at(0), "");
     QTRY_COMPARE(pathsOf(watcher.added), file);
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 1);
+    QCOMPARE(watcher.settledCounts(), Counts(1, 0));
     watcher.modified.clear();
 
     writeFile(file.at(0), "content");
@@ -180,9 +196,7 @@ void tst_DirectoryWatcher::addModifyDelete()
 
     QVERIFY(QFile::remove(file.at(0)));
     QTRY_COMPARE(pathsOf(watcher.deleted), file);
-    watcher.settle();
-    QCOMPARE(watcher.deleted.count(), 1);
-    QCOMPARE(watcher.added.count(), 1);
+    QCOMPARE(watcher.settledCounts(), Counts(1, 1));
 }
 
 void tst_DirectoryWatcher::newFileInSubfolder()
@@ -198,8 +212,7 @@ void tst_DirectoryWatcher::newFileInSubfolder()
     QTRY_VERIFY(pathsOf(watcher.modified).contains(path(QStringLiteral("x/y/old"))));
     QVERIFY(QFile::remove(path(QStringLiteral("x/y/old"))));
     QTRY_COMPARE(pathsOf(watcher.deleted), QStringList(path(QStringLiteral("x/y/old"))));
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 1);
+    QCOMPARE(watcher.settledCounts(), Counts(1, 0));
 }
 
 void tst_DirectoryWatcher::hiddenFiles()
@@ -214,9 +227,7 @@ void tst_DirectoryWatcher::hiddenFiles()
     QVERIFY(QFile::remove(path(QStringLiteral(".old"))));
     writeFile(path(QStringLiteral("visible")), "x");
     QTRY_COMPARE(pathsOf(watcher.added), QStringList(path(QStringLiteral("visible"))));
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 1);
-    QCOMPARE(watcher.deleted.count(), 0);
+    QCOMPARE(watcher.settledCounts(), Counts(1, 0));
     QVERIFY(!pathsOf(watcher.modified).contains(path(QStringLiteral(".old"))));
 }
 
@@ -232,9 +243,7 @@ void tst_DirectoryWatcher::renamedFile()
     watcher.modified.clear();
     writeFile(path(QStringLiteral("b")), "changed");
     QTRY_VERIFY(pathsOf(watcher.modified).contains(path(QStringLiteral("b"))));
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 1);
-    QCOMPARE(watcher.deleted.count(), 1);
+    QCOMPARE(watcher.settledCounts(), Counts(1, 1));
 }
 
 // The way in which editors save.
@@ -269,9 +278,7 @@ void tst_DirectoryWatcher::deletedAndMadeAgain()
         QTRY_COMPARE(watcher.deleted.count(), i);
         writeFile(path(QStringLiteral("a")), "again");
         QTRY_COMPARE(watcher.added.count(), i);
-        watcher.settle();
-        QCOMPARE(watcher.added.count(), i);
-        QCOMPARE(watcher.deleted.count(), i);
+        QCOMPARE(watcher.settledCounts(), Counts(i, i));
     }
     watcher.settle();
     watcher.modified.clear();
@@ -286,18 +293,14 @@ void tst_DirectoryWatcher::deletedAndMadeAgain()
     writeFile(path(QStringLiteral("a")), "again");
     QTRY_COMPARE(watcher.added.count(), 4);
     open.close();
-    watcher.settle();
-    QCOMPARE(watcher.deleted.count(), 4);
-    QCOMPARE(watcher.added.count(), 4);
+    QCOMPARE(watcher.settledCounts(), Counts(4, 4));
 }
 
 void tst_DirectoryWatcher::newFolderWithFiles()
 {
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
-    makeFolder(path(QStringLiteral("x/y")));
-    writeFile(path(QStringLiteral("x/a")), "a");
-    writeFile(path(QStringLiteral("x/y/b")), "b");
+    makeNestedFiles();
     const QStringList both({path(QStringLiteral("x/a")), path(QStringLiteral("x/y/b"))});
     QTRY_COMPARE(pathsOf(watcher.added), both);
     // The new folders are watched as well.
@@ -309,9 +312,7 @@ void tst_DirectoryWatcher::newFolderWithFiles()
 
 void tst_DirectoryWatcher::renamedFolder()
 {
-    makeFolder(path(QStringLiteral("x/y")));
-    writeFile(path(QStringLiteral("x/a")), "a");
-    writeFile(path(QStringLiteral("x/y/b")), "b");
+    makeNestedFiles();
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
     QVERIFY(QDir().rename(path(QStringLiteral("x")), path(QStringLiteral("z"))));
@@ -319,33 +320,25 @@ void tst_DirectoryWatcher::renamedFolder()
                  QStringList({path(QStringLiteral("z/a")), path(QStringLiteral("z/y/b"))}));
     QTRY_COMPARE(pathsOf(watcher.deleted),
                  QStringList({path(QStringLiteral("x/a")), path(QStringLiteral("x/y/b"))}));
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 2);
-    QCOMPARE(watcher.deleted.count(), 2);
+    QCOMPARE(watcher.settledCounts(), Counts(2, 2));
 
     watcher.modified.clear();
     writeFile(path(QStringLiteral("z/y/b")), "changed");
     QTRY_VERIFY(pathsOf(watcher.modified).contains(path(QStringLiteral("z/y/b"))));
     writeFile(path(QStringLiteral("z/y/c")), "new");
     QTRY_VERIFY(pathsOf(watcher.added).contains(path(QStringLiteral("z/y/c"))));
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 3);
-    QCOMPARE(watcher.deleted.count(), 2);
+    QCOMPARE(watcher.settledCounts(), Counts(3, 2));
 }
 
 void tst_DirectoryWatcher::removedTree()
 {
-    makeFolder(path(QStringLiteral("x/y")));
-    writeFile(path(QStringLiteral("x/a")), "a");
-    writeFile(path(QStringLiteral("x/y/b")), "b");
+    makeNestedFiles();
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
     QVERIFY(QDir(path(QStringLiteral("x"))).removeRecursively());
     QTRY_COMPARE(pathsOf(watcher.deleted),
                  QStringList({path(QStringLiteral("x/a")), path(QStringLiteral("x/y/b"))}));
-    watcher.settle();
-    QCOMPARE(watcher.deleted.count(), 2);
-    QCOMPARE(watcher.added.count(), 0);
+    QCOMPARE(watcher.settledCounts(), Counts(0, 2));
 }
 
 void tst_DirectoryWatcher::folderMadeAgain()
@@ -362,9 +355,7 @@ void tst_DirectoryWatcher::folderMadeAgain()
         watcher.settle();
         writeFile(path(QStringLiteral("x/a")), "again");
         QTRY_COMPARE(watcher.added.count(), i);
-        watcher.settle();
-        QCOMPARE(watcher.added.count(), i);
-        QCOMPARE(watcher.deleted.count(), i);
+        QCOMPARE(watcher.settledCounts(), Counts(i, i));
     }
 }
 
@@ -376,9 +367,7 @@ void tst_DirectoryWatcher::rootVanishes()
     QVERIFY(watcher.setPath(mRoot));
     QVERIFY(QDir(mRoot).removeRecursively());
     QTRY_COMPARE(pathsOf(watcher.deleted), QStringList(path(QStringLiteral("a"))));
-    watcher.settle();
-    QCOMPARE(watcher.deleted.count(), 1);
-    QCOMPARE(watcher.added.count(), 0);
+    QCOMPARE(watcher.settledCounts(), Counts(0, 1));
     QCOMPARE(log.lines(), QStringList());
 }
 
@@ -447,8 +436,7 @@ void tst_DirectoryWatcher::addDirReportsWhatIsNew()
     writeFile(path(QStringLiteral("new")), "new");
     QVERIFY(watcher.addDir(mRoot));
     QCOMPARE(pathsOf(watcher.added), QStringList(path(QStringLiteral("new"))));
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 1);
+    QCOMPARE(watcher.settledCounts(), Counts(1, 0));
 }
 
 void tst_DirectoryWatcher::anotherPath()
@@ -462,8 +450,7 @@ void tst_DirectoryWatcher::anotherPath()
     writeFile(path(QStringLiteral("a")), "a");
     writeFile(other + QStringLiteral("/b"), "b");
     QTRY_COMPARE(pathsOf(watcher.added), QStringList(other + QStringLiteral("/b")));
-    watcher.settle();
-    QCOMPARE(watcher.added.count(), 1);
+    QCOMPARE(watcher.settledCounts(), Counts(1, 0));
 }
 
 void tst_DirectoryWatcher::anotherPathFromReceiver()
