@@ -147,6 +147,7 @@ void DirectoryWatcherPrivate::end()
     mRefused.clear();
     mSecondLooks.clear();
     mTouched.clear();
+    mSwaps.clear();
     if (!platform)
         return;
     platform->disconnect(q);
@@ -259,6 +260,16 @@ void DirectoryWatcherPrivate::lookOnceQuiet()
         if (isAllTouched || touched.contains(folderOf(file.key())))
             candidates.append(file.key());
     }
+    // While folders change places again and again, what a receiver reads may be another file than
+    // the one that stands there before and after.
+    for (auto swap = mSwaps.cbegin(); swap != mSwaps.cend(); ++swap) {
+        const QStringList below =
+            swap.value() > 1 ? filesBelow(asGiven(swap.key())) : QStringList();
+        for (const QString& file : below)
+            files.insert(file, FileState());
+        candidates += below;
+    }
+    mSwaps.clear();
     for (auto path = unwatched.begin(); path != unwatched.end();) {
         const FileState state = stateOf(path.key());
         if (state != path.value())

@@ -222,6 +222,7 @@ void DirectoryWatcherPrivate::lookAgain()
     for (const QString& folder : asConst(waiting)) {
         const QStringList changed = forgetFolders(folder, true);
         for (const QString& path : changed) {
+            ++mSwaps[path];
             // Before a file is reported that took the place of a folder.
             if (!reportVanishedFiles(asGiven(path), QSet<QString>()))
                 return;

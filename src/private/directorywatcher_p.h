@@ -93,6 +93,7 @@ private:
     QStringList mRefused; // what is still to be announced
     QSet<QString> mSecondLooks; // the folders that wait for theirs
     QSet<QString> mTouched; // the folders in which something happened since all was quiet
+    QHash<QString, int> mSwaps; // how often each folder was found to be another one, since then
     int mHappenings = 0; // since then
     QElapsedTimer mSinceQuiet;
     QTimer* const mQuiet; // child of the watcher, as the other one
