@@ -23,10 +23,14 @@ bool isEndl(TextStreamUTF8::Manipulator manipulator)
     if (manipulator == &Qt::endl)
         return true;
 #endif
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
     return manipulator == static_cast<TextStreamUTF8::Manipulator>(&::endl);
     QT_WARNING_POP
+#else
+    return false;
+#endif
 }
 
 } // namespace
