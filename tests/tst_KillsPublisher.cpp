@@ -65,8 +65,8 @@ QStringList defects(const Files& left, const Files& oldFiles, const Files& newFi
     QStringList defects;
     for (auto file = left.begin(); file != left.end(); ++file) {
         const QString name = file.key();
-        // The working folder and what is not finished in it.
-        if (name.startsWith(text(".shop-publisher-")))
+        // The working folder, what is not finished in it, and the lock.
+        if (name.startsWith(text(".shop-publisher")))
             continue;
         const bool isOld = oldFiles.contains(name) && file.value() == oldFiles.value(name);
         const bool isNew = newFiles.contains(name) && file.value() == newFiles.value(name);
@@ -121,7 +121,7 @@ void tst_KillsPublisher::init()
         const Outcome outcome = run({mProject, mSite}, mHome);
         mDuration = int(timer.elapsed());
         QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
-        mSites[second] = filesBelow(mSite);
+        mSites[second] = filesOfSite(mSite);
     }
     // Five pictures in two sizes, the page and the static files, all of them different.
     QCOMPARE(mSites[0].size(), 13);
@@ -156,7 +156,7 @@ bool tst_KillsPublisher::isAsBefore(const Files& oldSite, const Files& newSite,
 {
     Files left = filesBelow(mProject);
     left.remove(text("lockfile"));
-    QStringList found = defects(filesBelow(mSite), oldSite, newSite);
+    QStringList found = defects(filesOfSite(mSite), oldSite, newSite);
     if (left != project)
         found.append(text("the project was touched"));
     if (found.isEmpty())
@@ -177,11 +177,12 @@ bool tst_KillsPublisher::becomesWhole(const Files& site)
     const QStringList entries =
         QDir(mSite).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     if (entries
-        != QStringList({text("images"), text("index.html"), text("static"), text("thumbs")})) {
+        != QStringList(
+            {recordName, text("images"), text("index.html"), text("static"), text("thumbs")})) {
         qWarning("in the site: %s", qPrintable(entries.join(QLatin1Char(' '))));
         return false;
     }
-    return filesBelow(mSite) == site && !QFileInfo::exists(mProject + text("/lockfile"));
+    return filesOfSite(mSite) == site && !QFileInfo::exists(mProject + text("/lockfile"));
 }
 
 // Into a site that is not there yet.
@@ -211,7 +212,7 @@ void tst_KillsPublisher::laterPublication()
 }
 
 // While the photographs change that the program follows. Its page may for a while show some of the
-// old and some of the new ones, and a static file is missing before its copy comes.
+// old and some of the new ones.
 void tst_KillsPublisher::watchedProject()
 {
     const auto picturesOf = [](const Files& site) {
@@ -233,7 +234,7 @@ void tst_KillsPublisher::watchedProject()
         killSoon(mDuration + 200); // it waits for a tenth of a second of quiet
         QCOMPARE(mProcess.exitStatus(), QProcess::CrashExit);
 
-        Files left = filesBelow(mSite);
+        Files left = filesOfSite(mSite);
         QVERIFY(readFile(mSite + text("/index.html")).endsWith("</html>\n"));
         Files project = filesBelow(mProject);
         project.remove(text("lockfile"));

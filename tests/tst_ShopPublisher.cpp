@@ -362,18 +362,17 @@ void tst_ShopPublisher::refusedSites()
 
 void tst_ShopPublisher::orientations_data()
 {
-    // The corners clockwise from the upper left one, stored as red, green, yellow, blue. Only 3, 6
-    // and 8 are turned; the mirrored orientations stay as they are stored.
+    // The corners clockwise from the upper left one, stored as red, green, yellow, blue.
     QTest::addColumn<int>("orientation");
     QTest::addColumn<QString>("expected");
     QTest::addColumn<bool>("sidesSwapped");
     QTest::newRow("1") << 1 << text("RGYB") << false;
-    QTest::newRow("2") << 2 << text("RGYB") << false;
+    QTest::newRow("2") << 2 << text("GRBY") << false;
     QTest::newRow("3") << 3 << text("YBRG") << false;
-    QTest::newRow("4") << 4 << text("RGYB") << false;
-    QTest::newRow("5") << 5 << text("RGYB") << false;
+    QTest::newRow("4") << 4 << text("BYGR") << false;
+    QTest::newRow("5") << 5 << text("RBYG") << true;
     QTest::newRow("6") << 6 << text("BRGY") << true;
-    QTest::newRow("7") << 7 << text("RGYB") << false;
+    QTest::newRow("7") << 7 << text("YGRB") << true;
     QTest::newRow("8") << 8 << text("GYBR") << true;
     QTest::newRow("no such orientation") << 9 << text("RGYB") << false;
 }
@@ -469,13 +468,21 @@ void tst_ShopPublisher::otherKinds()
     writeFile(photo("sign.SVG"), svg);
     writeFile(photo("photo.JPEG"), encoded(corners(40, 30), "jpg"));
     writeFile(photo("notes.txt"), "not a picture");
-    writeFile(photo("raw.tiff"), "not for the web");
+    writeFile(photo("film.NEF"), "not for the web");
+    writeFile(photo("phone.heic"), "not for the web");
+    writeFile(photo("scan.tif"), encoded(corners(40, 30), "tif"));
+    writeFile(photo("new.webp"), encoded(corners(40, 30), "webp"));
 
     const Outcome outcome = publish();
     QCOMPARE(outcome.err, QString());
     QCOMPARE(outcome.exitCode, allImported);
-    const QStringList names{text("cut.PNG"), text("moving.Gif"), text("photo.JPEG"),
-                            text("sign.SVG")};
+    QVERIFY2(
+        outcome.out.contains(text("Not published, because of their kind: film.NEF, phone.heic\n")),
+        qPrintable(outcome.out));
+    const QStringList names{text("cut.PNG"),    text("moving.Gif"), text("new.webp"),
+                            text("photo.JPEG"), text("scan.jpg"),   text("sign.SVG")};
+    QCOMPARE(QImageReader(image(text("scan.jpg"))).format(), QByteArray("jpeg"));
+    QCOMPARE(cornersOf(QImage(thumb(text("scan.jpg")))), text("RGYB"));
     QCOMPARE(filesIn(mSite + QStringLiteral("/images")), names);
     QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), names);
 
@@ -488,8 +495,8 @@ void tst_ShopPublisher::otherKinds()
     QCOMPARE(QImageReader(thumb(names.at(0))).size(), QSize(640, 320));
     QCOMPARE(readFile(image(names.at(1))), gif);
     QCOMPARE(readFile(thumb(names.at(1))), gif);
-    QCOMPARE(readFile(image(names.at(3))), svg);
-    QCOMPARE(readFile(thumb(names.at(3))), svg);
+    QCOMPARE(readFile(image(names.last())), svg);
+    QCOMPARE(readFile(thumb(names.last())), svg);
     // A drawing fills the frame.
     QVERIFY(index().contains(QLatin1String("alt=\"sign\" width=\"320\" height=\"160\"")));
 }
@@ -508,11 +515,20 @@ void tst_ShopPublisher::plainFolder()
 
 void tst_ShopPublisher::emptyProject()
 {
-    const Outcome outcome = publish();
-    QCOMPARE(outcome.exitCode, allImported);
-    QVERIFY(outcome.out.startsWith(QLatin1String("No photograph found in ")));
-    QCOMPARE(filesIn(mSite), QStringList(text("index.html")));
-    QVERIFY(index().contains(QLatin1String("There is nothing to show yet.")));
+    Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text("there is no photograph, so nothing was published\n")),
+             qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite), QStringList());
+
+    // A good site stays when the photographs are not there.
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    const QStringList before = snapshot(mSite, QStringLiteral("-"));
+    QVERIFY(QDir().rename(mProject + text("/photos"), root() + text("/away")));
+    outcome = publish();
+    QCOMPARE(outcome.exitCode, someFailed);
+    QCOMPARE(snapshot(mSite, QStringLiteral("-")), before);
 }
 
 void tst_ShopPublisher::subfoldersAndHiddenFiles()
@@ -638,9 +654,11 @@ void tst_ShopPublisher::failures_data()
     QTest::newRow("empty") << text("nothing.jpg") << QByteArray() << text("is empty");
     QTest::newRow("text") << text("t.jpg") << QByteArray("hello") << text("cannot be decoded (");
     QTest::newRow("JPEG cut in its header")
-        << text("h.jpg") << jpeg.left(100) << text("cannot be decoded (");
+        << text("h.jpg") << jpeg.left(100) << text("breaks off before its end");
     QTest::newRow("PNG cut in its header")
-        << text("h.png") << png.left(20) << text("cannot be decoded (");
+        << text("h.png") << png.left(20) << text("breaks off before its end");
+    QTest::newRow("JPEG cut in its picture")
+        << text("c.jpg") << jpeg.left(jpeg.size() - 600) << text("breaks off before its end");
     QTest::newRow("GIF without a picture")
         << text("h.gif") << QByteArray("GIF89a\2\0\2\0", 10) << text("cannot be decoded (");
     QTest::newRow("SVG that is not well-formed")
@@ -675,9 +693,9 @@ void tst_ShopPublisher::failures()
     QCOMPARE(outcome.exitCode, someFailed);
 
     // Named with its reason at the end, and in its own line. (libpng writes to the standard error
-    // by itself, past every message handler.)
-    outcome.err.remove(
-        QRegularExpression(QStringLiteral("^libpng .*\n"), QRegularExpression::MultilineOption));
+    // by itself, past every message handler, from several threads at a time.)
+    if (outcome.err.contains(QLatin1String("libpng ")))
+        outcome.err.remove(0, outcome.err.indexOf(QLatin1String("1 failure:\n")));
     QVERIFY2(outcome.err.startsWith(QLatin1String("1 failure:\n  ") + name + QLatin1String(": ")),
              qPrintable(outcome.err));
     QVERIFY2(outcome.err.contains(reason), qPrintable(outcome.err));
@@ -754,7 +772,7 @@ void tst_ShopPublisher::placesThatCannotBeWritten()
     QVERIFY(QDir().mkpath(image(text("a.jpg"))));
     writeFile(thumb(text("sub")), "file");
     QVERIFY(QDir().mkpath(mSite + QStringLiteral("/index.html")));
-    Outcome outcome = publish();
+    Outcome outcome = publish({text("--force")});
     QCOMPARE(outcome.exitCode, someFailed);
     QVERIFY2(outcome.err.startsWith(QLatin1String("3 failures:\n")), qPrintable(outcome.err));
     for (const char* line :
@@ -788,20 +806,25 @@ void tst_ShopPublisher::fullDisk()
             noise.setPixel(x, y, state >> 8);
         }
     }
-    writeFile(photo("noise.jpg"), encoded(noise, "jpg"));
-    writeFile(photo("noise.png"), encoded(noise, "png"));
-    writeFile(photo("noise.gif"), animatedGif() + QByteArray(100000, '\0'));
     writeFile(photo("plain.jpg"), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    const QStringList before = snapshot(mSite, mSite + QLatin1Char('/') + recordName);
+    for (const char* format : {"jpg", "png"})
+        writeFile(photo(text("noise.") + QLatin1String(format)), encoded(noise, format));
+    writeFile(photo("other.jpg"), encoded(corners(40, 30), "jpg"));
     LimitedProcess process;
     const Outcome outcome = run(process, {mProject, mSite}, mHome);
     QVERIFY2(outcome.exitCode == someFailed, qPrintable(outcome.err));
-    QVERIFY2(outcome.err.contains(QLatin1String("3 failures:\n")), qPrintable(outcome.err));
-    for (const char* name : {"noise.jpg", "noise.png", "noise.gif"})
-        QVERIFY2(outcome.err.contains(QLatin1String("  ") + text(name)
-                                      + QLatin1String(": cannot be saved in the site, where ")),
-                 qPrintable(outcome.err));
-    QCOMPARE(filesIn(mSite),
-             QStringList({text("images/plain.jpg"), text("index.html"), text("thumbs/plain.jpg")}));
+    // It ends with the first that finds no room, and the old site is as it was.
+    QVERIFY2(outcome.err.startsWith(
+                 QLatin1String("1 failure:\n  noise.jpg: cannot be saved in the site, where ")),
+             qPrintable(outcome.err));
+    QCOMPARE(outcome.err.count(QLatin1Char('\n')), 2);
+    QCOMPARE(snapshot(mSite, mSite + QLatin1Char('/') + recordName), before);
+
+    // With more room the next run does the rest.
+    QCOMPARE(publish().exitCode, allImported);
+    QCOMPARE(filesIn(mSite).size(), 2 * 4 + 1);
 }
 
 void tst_ShopPublisher::linksInTheSite()
@@ -828,7 +851,7 @@ void tst_ShopPublisher::linksInTheSite()
     QVERIFY(QFile::link(root + text("/outside.txt"), mSite + text("/index.html")));
     const QStringList before = snapshot(root, mSite);
 
-    const Outcome outcome = publish();
+    const Outcome outcome = publish({text("--force")});
     QCOMPARE(outcome.err, QString());
     QCOMPARE(outcome.exitCode, allImported);
     QCOMPARE(snapshot(root, mSite), before);
@@ -851,7 +874,7 @@ void tst_ShopPublisher::linkedFolderInTheSite()
     QVERIFY(QDir().mkpath(root + QStringLiteral("/outside")));
     QVERIFY(QFile::link(root + QStringLiteral("/outside"), image(text("bowls"))));
     const QStringList before = snapshot(root, mSite);
-    Outcome outcome = publish();
+    Outcome outcome = publish({text("--force")});
     QCOMPARE(outcome.exitCode, someFailed);
     QVERIFY2(outcome.err.contains(text("  bowls/b.jpg: cannot be written: images/bowls is a link")),
              qPrintable(outcome.err));
@@ -863,7 +886,7 @@ void tst_ShopPublisher::linkedFolderInTheSite()
     QVERIFY(QDir(mSite).removeRecursively());
     QVERIFY(QDir().mkpath(mSite));
     QVERIFY(QFile::link(mProject + QStringLiteral("/photos"), mSite + QStringLiteral("/images")));
-    outcome = publish();
+    outcome = publish({text("--force")});
     QCOMPARE(outcome.exitCode, someFailed);
     QVERIFY2(outcome.err.startsWith(QLatin1String("2 failures:\n")), qPrintable(outcome.err));
     QCOMPARE(snapshot(root, mSite), before);
@@ -875,7 +898,7 @@ void tst_ShopPublisher::sourceInsideTheSite()
     writeFile(image(text("a.jpg")), jpegWithOrientation(corners(2000, 1000), 6));
     QVERIFY(QFile::link(image(text("a.jpg")), photo("a.jpg")));
     const QByteArray before = readFile(image(text("a.jpg")));
-    const Outcome outcome = publish();
+    const Outcome outcome = publish({text("--force")});
     QCOMPARE(outcome.exitCode, someFailed);
     QVERIFY2(outcome.err.contains(text("  a.jpg: is a link into the site itself")),
              qPrintable(outcome.err));
@@ -1078,44 +1101,31 @@ void tst_ShopPublisher::browserShowsPicturesTurnedOnce()
                  QUrl::fromLocalFile(wrapper).toString()});
     const QImage seen(shot);
     QVERIFY(!seen.isNull());
-    const char* const expected[] = {"RGYB", "RGYB", "YBRG", "RGYB", "RGYB", "BRGY", "RGYB", "GYBR"};
+    const char* const expected[] = {"RGYB", "GRBY", "YBRG", "BYGR", "RBYG", "BRGY", "YGRB", "GYBR"};
     for (int i = 0; i < 16; ++i)
         QCOMPARE(cornersOf(seen, QRect(40 * i, 0, 40, 40)), text(expected[i / 2]));
 }
 
 void tst_ShopPublisher::sampleShop_data()
 {
-    // Where the middle of the red tag of the upper left corner is found: that corner when the
-    // picture is upright, another one when it is mirrored and stays as it is stored.
     QTest::addColumn<QString>("name");
     QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("right");
-    QTest::addColumn<bool>("bottom");
-    QTest::newRow("1") << text("ceramics/Bol bleu d'été.jpg") << QSize(960, 720) << false << false;
-    QTest::newRow("2") << text("ceramics/Plates, mirrored - orientation 2.jpg") << QSize(960, 720)
-                       << true << false;
-    QTest::newRow("3") << text("ceramics/Teapot - orientation 3.jpg") << QSize(960, 720) << false
-                       << false;
+    QTest::newRow("1") << text("ceramics/Bol bleu d'été.jpg") << QSize(960, 720);
+    QTest::newRow("2") << text("ceramics/Plates, mirrored - orientation 2.jpg") << QSize(960, 720);
+    QTest::newRow("3") << text("ceramics/Teapot - orientation 3.jpg") << QSize(960, 720);
     QTest::newRow("4") << text("ceramics/Yellow bowl, mirrored - orientation 4.jpg")
-                       << QSize(960, 720) << false << true;
-    QTest::newRow("5") << text("light/Candles, mirrored - orientation 5.JPG") << QSize(960, 720)
-                       << false << false;
-    QTest::newRow("6") << text("light/Lampe d’atelier - orientation 6.jpg") << QSize(720, 960)
-                       << false << false;
-    QTest::newRow("7") << text("Oranges & more, mirrored - orientation 7.jpeg") << QSize(720, 960)
-                       << true << true;
-    QTest::newRow("8") << text("ceramics/Vase céladon - orientation 8.jpg") << QSize(720, 960)
-                       << false << false;
-    QTest::newRow("larger than the limit")
-        << text("Pears 100% ripe #1.jpg") << QSize(1600, 1200) << false << false;
+                       << QSize(960, 720);
+    QTest::newRow("5") << text("light/Candles, mirrored - orientation 5.JPG") << QSize(720, 960);
+    QTest::newRow("6") << text("light/Lampe d’atelier - orientation 6.jpg") << QSize(720, 960);
+    QTest::newRow("7") << text("Oranges & more, mirrored - orientation 7.jpeg") << QSize(960, 720);
+    QTest::newRow("8") << text("ceramics/Vase céladon - orientation 8.jpg") << QSize(720, 960);
+    QTest::newRow("larger than the limit") << text("Pears 100% ripe #1.jpg") << QSize(1600, 1200);
 }
 
 void tst_ShopPublisher::sampleShop()
 {
     QFETCH(QString, name);
     QFETCH(QSize, size);
-    QFETCH(bool, right);
-    QFETCH(bool, bottom);
     const QString project = QStringLiteral(SAMPLE_SHOP_DIR);
     for (const QString& file : filesIn(project + QStringLiteral("/photos")))
         QVERIFY2(QFileInfo(project + QStringLiteral("/photos/") + file).size() < 60000,
@@ -1126,20 +1136,17 @@ void tst_ShopPublisher::sampleShop()
     QCOMPARE(publish().exitCode, allImported);
     const QImage result(image(name));
     QCOMPARE(result.size(), size);
-    // The tag begins 24 of 1000 from both edges and is 110 wide, of the width of the upright
-    // picture; this point of it is plain red, seen from either side.
-    const bool onItsSide = name.contains(QRegularExpression(QStringLiteral("orientation [57]")));
-    const int x = (24 + 25) * (onItsSide ? result.height() : result.width()) / 1000;
-    const int y = x;
-    const QPoint found[] = {{x, y},
-                            {size.width() - 1 - x, y},
-                            {x, size.height() - 1 - y},
-                            {size.width() - 1 - x, size.height() - 1 - y}};
-    const int expected = (right ? 1 : 0) + (bottom ? 2 : 0);
+    // Each has a red tag in its upper left corner, which stands there once it is upright. The tag
+    // begins 24 of 1000 of the width from both edges and is 110 wide.
+    const int x = (24 + 25) * size.width() / 1000;
+    const QPoint found[] = {{x, x},
+                            {size.width() - 1 - x, x},
+                            {x, size.height() - 1 - x},
+                            {size.width() - 1 - x, size.height() - 1 - x}};
     for (int i = 0; i < 4; ++i) {
         const QColor color(result.pixel(found[i]));
         const bool isTag = color.red() > 180 && color.green() < 90 && color.blue() < 90;
-        QCOMPARE(isTag, i == expected);
+        QCOMPARE(isTag, i == 0);
     }
 }
 
@@ -1157,7 +1164,7 @@ void tst_ShopPublisher::realPhotographs()
             .value(QStringLiteral("files"))
             .toObject();
     const QStringList before = snapshot(folder, QStringLiteral("-"));
-    const Outcome outcome = run({folder, mSite}, mHome);
+    const Outcome outcome = run({text("--accept-truncated"), folder, mSite}, mHome);
     QCOMPARE(snapshot(folder, QStringLiteral("-")), before);
 
     const QStringList published = filesIn(mSite + QStringLiteral("/images"));
@@ -1193,7 +1200,7 @@ void tst_ShopPublisher::realPhotographs()
         const QSize made = QImageReader(image(name)).size();
         // Which files tell their orientation where the library looks is its own tests' matter.
         const QRegularExpressionMatch turned =
-            QRegularExpression(QStringLiteral("^orientation-.*-([68])\\.jpg$")).match(name);
+            QRegularExpression(QStringLiteral("^orientation-.*-([5-8])\\.jpg$")).match(name);
         if (name.startsWith(QLatin1String("orientation-")))
             QCOMPARE(made, turned.hasMatch() ? size.transposed() : size);
         else

@@ -31,6 +31,14 @@ private Q_SLOTS:
     void hugePictures_data();
     void hugePictures();
     void secondSignalEndsAtOnce();
+    void siteOfSomebodyElse();
+    void photographsOfAnotherProject();
+    void photographThatLeftLeavesTheSite();
+    void deadLocks();
+    void nothingTellsThePlace_data();
+    void nothingTellsThePlace();
+    void unchangedPhotographsAreNotTouched();
+    void manyProductsOfOneName();
 
 private:
     Outcome publishShop(const QByteArray& shop) const
@@ -356,6 +364,168 @@ void tst_ShopPublisherAttacks::secondSignalEndsAtOnce()
     QCOMPARE(QDir(mSite).entryList({text(".shop-publisher-??????")}, QDir::Dirs | QDir::Hidden),
              QStringList());
     QVERIFY(!QFileInfo::exists(mProject + text("/lockfile")));
+}
+
+// What an owner would lose
+
+void tst_ShopPublisherAttacks::siteOfSomebodyElse()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(mProject + text("/static/a.txt"), "a");
+    writeFile(mSite + text("/static/theirs.txt"), "theirs");
+    writeFile(mSite + text("/index.html"), "<h1>theirs</h1>");
+    writeFile(mSite + text("/notes.txt"), "theirs");
+    const QStringList before = snapshot(root(), text("-"));
+    Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, badUsage);
+    QVERIFY2(outcome.err.contains(text("SITE was not made by this program")),
+             qPrintable(outcome.err));
+    QVERIFY2(outcome.err.contains(text("This would be replaced: index.html, static. --force ")),
+             qPrintable(outcome.err));
+    QCOMPARE(snapshot(root(), text("-")), before);
+
+    outcome = publish({text("--force")});
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite + text("/static")), QStringList(text("a.txt")));
+    QCOMPARE(siteFile(text("notes.txt")), QByteArray("theirs"));
+    // It is the program's own from then on.
+    QCOMPARE(publish().exitCode, allImported);
+}
+
+void tst_ShopPublisherAttacks::photographsOfAnotherProject()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    const QString other = root() + text("/other");
+    writeFile(other + text("/photos/b.jpg"), encoded(corners(40, 30), "jpg"));
+    const QStringList before = snapshot(mSite, text("-"));
+    const Outcome outcome = run({other, mSite}, mHome);
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text("SITE shows the photographs of another project")),
+             qPrintable(outcome.err));
+    QCOMPARE(snapshot(mSite, text("-")), before);
+    QCOMPARE(run({text("--force"), other, mSite}, mHome).exitCode, allImported);
+    QCOMPARE(filesIn(mSite + text("/images")), QStringList(text("b.jpg")));
+
+    // A project that was moved is still the same.
+    QVERIFY(QDir().rename(other, root() + text("/moved")));
+    QCOMPARE(run({root() + text("/moved"), mSite}, mHome).exitCode, allImported);
+}
+
+void tst_ShopPublisherAttacks::photographThatLeftLeavesTheSite()
+{
+    for (const char* name : {"a.jpg", "private/b.jpg", "c.jpg"})
+        writeFile(photo(name), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    writeFile(mSite + text("/images/theirs.jpg"), "theirs");
+    QVERIFY(QDir(photo("private")).removeRecursively());
+    // A photograph that is broken now is not shown any more, either.
+    writeFile(photo("c.jpg"), "broken");
+    QCOMPARE(publish().exitCode, someFailed);
+    QCOMPARE(filesIn(mSite + text("/images")),
+             QStringList({text("a.jpg"), text("c.jpg"), text("theirs.jpg")}));
+    QVERIFY(!QFileInfo::exists(mSite + text("/thumbs/private")));
+    QVERIFY(!siteFile(text("index.html")).contains("b.jpg"));
+}
+
+void tst_ShopPublisherAttacks::deadLocks()
+{
+    writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
+    QCOMPARE(publish().exitCode, allImported);
+    // Killed while it made its locks: empty ones.
+    for (const QString& lock :
+         {mProject + text("/lockfile"), mSite + text("/.shop-publisher.lock")})
+        writeFile(lock, QByteArray());
+    const Outcome outcome = publish();
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QVERIFY(!QFileInfo::exists(mProject + text("/lockfile")));
+    QVERIFY(!QFileInfo::exists(mSite + text("/.shop-publisher.lock")));
+}
+
+void tst_ShopPublisherAttacks::nothingTellsThePlace_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    const QByteArray secret = "<x:xmpmeta>exif:GPSLatitude=48,51.5N</x:xmpmeta>";
+    QByteArray jpeg = encoded(corners(40, 30), "jpg");
+    const QByteArray xmp = QByteArray("http://ns.adobe.com/xap/1.0/\0", 29) + secret;
+    QByteArray size(2, '\0');
+    qToBigEndian(quint16(xmp.size() + 2), size.data());
+    jpeg.insert(2, "\xff\xe1" + size + xmp);
+    QTest::newRow("JPEG") << text("a.jpg") << jpeg;
+    QByteArray png = encoded(corners(40, 30), "png");
+    png.insert(png.indexOf("IDAT") - 4,
+               chunk("iTXt" + QByteArray("XML:com.adobe.xmp\0\0\0\0\0", 22) + secret));
+    QTest::newRow("PNG") << text("a.png") << png;
+    QByteArray gif = QByteArray::fromHex("474946383961 01000100 800000 ff0000 ffffff");
+    gif += QByteArray("\x21\xfe", 2) + char(secret.size()) + secret + '\0';
+    gif += QByteArray::fromHex("2c000000000100010000 02024401 00") + ';';
+    QTest::newRow("GIF") << text("a.gif") << gif;
+}
+
+void tst_ShopPublisherAttacks::nothingTellsThePlace()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QVERIFY(content.contains("GPSLatitude"));
+    writeFile(photo(name), content);
+    const Outcome outcome = publish();
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    for (const char* folder : {"images/", "thumbs/"}) {
+        const QByteArray published = siteFile(text(folder) + name);
+        QVERIFY(!published.isEmpty());
+        QVERIFY2(!published.contains("GPS"), folder);
+    }
+}
+
+// What an owner would wait for
+
+void tst_ShopPublisherAttacks::unchangedPhotographsAreNotTouched()
+{
+    writeFile(photo("a.jpg"), encoded(corners(2000, 1000), "jpg"));
+    writeFile(photo("b.png"), encoded(corners(40, 30), "png"));
+    writeFile(mProject + text("/static/style.css"), "body {}");
+    QCOMPARE(publish().exitCode, allImported);
+    const QStringList before = snapshot(mSite, text("-"));
+    Outcome outcome = publish();
+    QCOMPARE(outcome.exitCode, allImported);
+    QCOMPARE(outcome.out, text("2 of 2 photographs imported: %1/index.html\n").arg(mSite));
+    QCOMPARE(snapshot(mSite, text("-")), before);
+
+    // Another time of change, the same content.
+    const QByteArray content = readFile(photo("a.jpg"));
+    QVERIFY(QFile::remove(photo("a.jpg")));
+    writeFile(photo("a.jpg"), content);
+    outcome = publish();
+    QCOMPARE(outcome.out, text("2 of 2 photographs imported: %1/index.html\n").arg(mSite));
+    QCOMPARE(snapshot(mSite, mSite + QLatin1Char('/') + recordName),
+             before.filter(QRegularExpression(text("^(?!.*\\.shop-publisher\\.json)"))));
+
+    // Another content of the same size; and a picture of the site that somebody changed.
+    QImage other = corners(40, 30);
+    writeFile(photo("b.png"), encoded(other.mirrored(), "png"));
+    writeFile(mSite + text("/images/a.jpg"), "changed");
+    outcome = publish();
+    QVERIFY2(outcome.out.startsWith(text("[1/2] a.jpg\n[2/2] b.png\n")), qPrintable(outcome.out));
+    QCOMPARE(QImage(mSite + text("/images/a.jpg")).size(), QSize(1600, 800));
+}
+
+void tst_ShopPublisherAttacks::manyProductsOfOneName()
+{
+    QByteArray products;
+    for (int i = 0; i < 5000; ++i)
+        products += QByteArray(i == 0 ? "" : ",")
+            + "{\"name\": \"Bowl\", \"description\": \"\", \"netPrice\": 1, \"taxCategory\": 0, "
+              "\"photo\": \"a.jpg\"}";
+    const Outcome outcome = publishShop("{\"name\": \"Shop\", \"languages\": [\"en\"], "
+                                        "\"currency\": \"EUR\", \"country\": \"FR\", "
+                                        "\"font\": \"Open Sans\", \"products\": ["
+                                        + products + "]}");
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    const QByteArray page = siteFile(text("shop-en.html"));
+    QCOMPARE(page.count("id=\"product_bowl"), 5000);
+    QVERIFY(page.contains("id=\"product_bowl\""));
+    QVERIFY(page.contains("id=\"product_bowl_4999\""));
 }
 
 QTEST_MAIN(tst_ShopPublisherAttacks)

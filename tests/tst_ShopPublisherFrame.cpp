@@ -159,12 +159,12 @@ void tst_ShopPublisherFrame::runAfterAStop()
     for (int i = 0; i < 8; ++i)
         writeFile(photo(text("%1.jpg").arg(i)), jpeg);
     QCOMPARE(publish().exitCode, allImported);
-    const QMap<QString, QByteArray> expected = filesBelow(mSite);
+    const QMap<QString, QByteArray> expected = filesOfSite(mSite);
     QVERIFY(QDir(mSite).removeRecursively());
 
     QCOMPARE(startAndStop().exitCode, stopped);
     QCOMPARE(publish().exitCode, allImported);
-    QCOMPARE(filesBelow(mSite), expected);
+    QCOMPARE(filesOfSite(mSite), expected);
 }
 
 void tst_ShopPublisherFrame::quietStop()
@@ -217,7 +217,7 @@ void tst_ShopPublisherFrame::verbose()
     writeFile(photo(text("b.jpg")), QByteArray());
     QVERIFY(QFile::link(photo(text("nowhere")), photo(text("lost.jpg"))));
     QVERIFY(QDir().mkpath(mSite + text("/index.html")));
-    const Outcome plain = publish();
+    const Outcome plain = publish({text("--force")});
     QCOMPARE(plain.exitCode, someFailed);
     QCOMPARE(plain.err.count(QLatin1Char('\n')), 5);
     QVERIFY(!plain.err.contains(text("=>")));
@@ -238,9 +238,9 @@ void tst_ShopPublisherFrame::verbose()
              "      =>Project.cpp:LINE\n"
              "      =>Project.cpp:LINE\n"
              "      =>Publication.cpp:LINE\n"
-             "  a.jpg: cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)\n"
+             "  a.jpg: cannot be decoded (it is not a JPEG, PNG, GIF, SVG, WebP or TIFF picture)\n"
              "      Picture:Undecodable (#4) (a.jpg: cannot be decoded (it is not a JPEG, PNG, "
-             "GIF or SVG picture))\n"
+             "GIF, SVG, WebP or TIFF picture))\n"
              "      #Call Stack\n"
              "      =>PictureImporter.cpp:LINE\n"
              "      =>PictureImporter.cpp:LINE\n"

@@ -24,6 +24,17 @@ struct Options
     QCommandLineOption watch{
         {QStringLiteral("w"), QStringLiteral("watch")},
         CommandLine::tr("Go on and publish what changes in PROJECT, until Ctrl-C.")};
+    QCommandLineOption force{
+        QStringLiteral("force"),
+        CommandLine::tr("Publish into a SITE that this program has not made, or that shows another "
+                        "project. What it replaces there is lost.")};
+    QCommandLineOption acceptTruncated{
+        QStringLiteral("accept-truncated"),
+        CommandLine::tr("Publish photographs that break off; what is missing is grey.")};
+    QCommandLineOption jobs{{QStringLiteral("j"), QStringLiteral("jobs")},
+                            CommandLine::tr("Import so many photographs at a time; else as many as "
+                                            "the processor works on."),
+                            CommandLine::tr("number")};
     QCommandLineOption language{{QStringLiteral("l"), QStringLiteral("language")},
                                 CommandLine::tr("Speak this language (%1); else the system's.")
                                     .arg(Languages::available().join(QLatin1String(", "))),
@@ -31,7 +42,8 @@ struct Options
 
     void addTo(QCommandLineParser* parser) const
     {
-        parser->addOptions({help, version, quiet, verbose, watch, language});
+        parser->addOptions(
+            {help, version, quiet, verbose, watch, force, acceptTruncated, jobs, language});
     }
 };
 
@@ -58,11 +70,13 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     options.addTo(&parser);
     parser.addPositionalArgument(
         QStringLiteral("PROJECT"),
-        tr("Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG)."));
+        tr("Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG, "
+           "WebP, TIFF)."));
     parser.addPositionalArgument(
         QStringLiteral("SITE"),
         tr("Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ "
-           "as in PROJECT."));
+           "as in PROJECT. What this program has published there before is replaced, and removed "
+           "where PROJECT has it no more."));
 
     CommandLine result;
     if (!parser.parse(arguments)) {
@@ -86,11 +100,21 @@ CommandLine CommandLine::parse(const QStringList& arguments)
         result.text = tr("The name of a folder is empty.");
         return result;
     }
+    if (parser.isSet(options.jobs)) {
+        result.jobs = parser.value(options.jobs).toInt();
+        if (result.jobs < 1 || result.jobs > 256) {
+            result.text = tr("The number of jobs \"%1\" is not a whole number from 1 to 256.")
+                              .arg(parser.value(options.jobs));
+            return result;
+        }
+    }
     result.request = Publish;
     result.project = folders.at(0);
     result.site = folders.at(1);
     result.quiet = parser.isSet(options.quiet);
     result.verbose = parser.isSet(options.verbose);
     result.watch = parser.isSet(options.watch);
+    result.force = parser.isSet(options.force);
+    result.acceptTruncated = parser.isSet(options.acceptTruncated);
     return result;
 }

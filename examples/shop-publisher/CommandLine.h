@@ -27,6 +27,9 @@ public:
     bool quiet = false;
     bool verbose = false;
     bool watch = false;
+    bool force = false;
+    bool acceptTruncated = false;
+    int jobs = 0; ///< 0: as many as the processor works on at a time
     QString text;
 
     /// \a arguments begin with the program's name. The folders are not looked at here.

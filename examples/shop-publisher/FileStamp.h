@@ -20,6 +20,10 @@ struct FileStamp
     /// Links are followed.
     static FileStamp of(const QString& path);
 
+    /// As a text, for a file that is read back.
+    QString toText() const;
+    static FileStamp fromText(const QString& text);
+
     bool exists() const { return size >= 0; }
 
     /// Both are the same file, or the same folder, whatever has changed in it.

@@ -35,15 +35,14 @@ Defect PictureCheck::defectOf(const Photograph& photograph)
     const QString kind = QString::fromLatin1(format);
     if (format.isEmpty())
         return {WorkItem::Undecodable,
-                tr("cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)")};
+                tr("cannot be decoded (it is not a JPEG, PNG, GIF, SVG, WebP or TIFF picture)")};
     // A server would hand it out as what its name says, and a visitor's browser would not show it.
     if (format.startsWith("svg"))
         return {WorkItem::Unsuitable,
                 tr("holds a picture of the kind %1, which does not go with its name").arg(kind)};
-    if (!QList<QByteArray>{"jpeg", "jpg", "png", "gif"}.contains(format))
-        return {
-            WorkItem::Unsuitable,
-            tr("holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG").arg(kind)};
+    if (!QList<QByteArray>{"jpeg", "jpg", "png", "gif", "webp", "tiff"}.contains(format))
+        return {WorkItem::Unsuitable,
+                tr("holds a picture of the kind %1, which is not published").arg(kind)};
     if (const Defect defect = sizeDefect(photograph.source))
         return defect;
     if (format == "gif" && reader.read().isNull())

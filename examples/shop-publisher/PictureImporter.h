@@ -1,30 +1,28 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// PictureImporter: brings one photograph into the site, upright, in its two sizes.
+// PictureImporter: brings photographs into the site, upright, in two sizes.
 
 #ifndef PICTUREIMPORTER_H
 #define PICTUREIMPORTER_H
 
+#include "PictureCheck.h"
 #include "Project.h"
+#include "Published.h"
 #include "Site.h"
 #include "WorkItem.h"
 
 #include <Errorable.h>
+#include <ImageImportResult.h>
 #include <Threadable.h>
 
-#include <QSize>
 #include <QVector>
 
-class LogKeeper;
-
-/// What the pages need to know of a picture of the site.
-struct PublishedPicture
+/// How photographs are imported.
+struct ImportOptions
 {
-    QString photograph; ///< path of the photograph below the photographs' folder
-    QString name; ///< path below SITE/images and SITE/thumbs
-    QSize imageSize; ///< pixels of the large picture; for an SVG its nominal size
-    QSize thumbSize; ///< size in CSS pixels at which the small picture is meant to be shown
+    bool acceptTruncated = false; ///< pictures that break off, too
+    int jobs = 0; ///< so many at a time; 0: as many as the processor works on
 };
 
 /// A worker of the thread that imports. Each picture that fails is an item below it in the tree of
@@ -35,24 +33,34 @@ class PictureImporter : public Threadable, public Errorable
 
 public:
     /// \a site is open and outlives this object.
-    PictureImporter(Site* site, QObject* parent)
+    PictureImporter(Site* site, const ImportOptions& options, QObject* parent)
         : Threadable(parent)
         , mSite(site)
+        , mOptions(options)
     { }
 
-    /// Imports \a photographs one after the other and returns those that are in the site then.
-    /// Stops between two pictures when the interruption of the thread is requested: each picture
-    /// is either there in both sizes or not touched.
+    /// Imports \a photographs, several at a time, and returns those that are in the site then. They
+    /// go to their places in their order. Ends early when the interruption of the thread is
+    /// requested, or when the site takes no more, as on a full disk: each picture is either there
+    /// in both sizes or not touched.
     ///
     /// Progress goes to the thread before and after each picture: how many are done, as "3/12",
     /// and the name of the picture, after a failure with the reason.
     QVector<PublishedPicture> importAll(const QVector<Photograph>& photographs);
 
+    /// It ended early because the site took no more.
+    bool siteIsFull() const { return mSiteIsFull; }
+
 private:
-    bool import(const Photograph& photograph, LogKeeper* log, PublishedPicture* published,
-                QString* reason);
+    struct Work;
+
+    void conclude(Work* work);
+    Defect importDefect(const ImageImportResult& result);
 
     Site* mSite;
+    const ImportOptions mOptions;
+    QVector<PublishedPicture> mPublished;
+    bool mSiteIsFull = false;
 };
 
 #endif // PICTUREIMPORTER_H

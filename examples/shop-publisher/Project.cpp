@@ -6,9 +6,11 @@
 #include <FileUtils.h>
 #include <ImageUtils.h>
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -26,6 +28,26 @@ QString fileSystemKey(const QString& name)
     return name.normalized(QString::NormalizationForm_C).toCaseFolded();
 }
 
+bool hasSuffixOf(const QString& name, std::initializer_list<const char*> suffixes)
+{
+    const QString suffix = QFileInfo(name).suffix().toLower();
+    return std::any_of(suffixes.begin(), suffixes.end(),
+                       [&suffix](const char* one) { return suffix == QLatin1String(one); });
+}
+
+bool isTiffName(const QString& name)
+{
+    return hasSuffixOf(name, {"tif", "tiff"});
+}
+
+/// Whether an owner would take a file of that name for a picture that ought to be in the site.
+bool isUnpublishedName(const QString& name)
+{
+    return hasSuffixOf(name, {"heic", "heif", "avif", "jxl", "jp2", "bmp",  "psd", "raw", "dng",
+                              "cr2",  "cr3",  "nef",  "arw", "orf", "rw2",  "raf", "pef", "srw",
+                              "xcf",  "eps",  "ico",  "tga", "pcx", "svgz", "jpe"});
+}
+
 bool nameLess(const QFileInfo& a, const QFileInfo& b)
 {
     const int order = QString::compare(a.fileName(), b.fileName(), Qt::CaseInsensitive);
@@ -36,8 +58,10 @@ bool nameLess(const QFileInfo& a, const QFileInfo& b)
 class Scan
 {
 public:
-    Scan(QVector<Photograph>* photographs, WorkItem* errors, const std::function<bool()>& stopped)
+    Scan(QVector<Photograph>* photographs, QStringList* unpublished, WorkItem* errors,
+         const std::function<bool()>& stopped)
         : mPhotographs(photographs)
+        , mUnpublished(unpublished)
         , mErrors(errors)
         , mStopped(stopped)
     { }
@@ -53,8 +77,12 @@ public:
         std::sort(entries.begin(), entries.end(), nameLess);
         const QFileInfoList& sorted = entries;
         for (const QFileInfo& entry : sorted) {
-            if (!entry.isDir() && ImageUtils::filenameHasWebImageExtension(entry.fileName()))
+            if (entry.isDir())
+                continue;
+            if (Project::isPhotographName(entry.fileName()))
                 add(entry, prefix + entry.fileName());
+            else if (mUnpublished && isUnpublishedName(entry.fileName()))
+                mUnpublished->append(prefix + entry.fileName());
         }
         for (const QFileInfo& entry : sorted) {
             if (!entry.isDir())
@@ -109,7 +137,7 @@ private:
                 name.contains(QChar(QChar::ReplacementCharacter)) && QFile::encodeName(name) != raw;
             const bool isFolder = entry->d_type == DT_DIR;
             if (!undecodable || raw.startsWith('.')
-                || (!isFolder && !ImageUtils::filenameHasWebImageExtension(name)))
+                || (!isFolder && !Project::isPhotographName(name)))
                 continue;
             WorkItem* const strange =
                 item(isFolder ? WorkItem::Folder : WorkItem::Picture, prefix + name);
@@ -130,6 +158,7 @@ private:
     }
 
     QVector<Photograph>* mPhotographs;
+    QStringList* mUnpublished;
     WorkItem* mErrors;
     const std::function<bool()>& mStopped;
 };
@@ -142,14 +171,21 @@ void giveSiteNames(QVector<Photograph>* photographs)
         wanted.insert(fileSystemKey(photograph.name));
 
     QSet<QString> taken;
+    QHash<QString, int> numbers;
     for (Photograph& photograph : *photographs) {
-        QString name = photograph.name;
-        if (taken.contains(fileSystemKey(name))) {
+        QString wish = photograph.name;
+        if (isTiffName(wish)) // no browser shows one
+            wish = wish.left(wish.lastIndexOf(QLatin1Char('.'))) + QLatin1String(".jpg");
+        QString name = wish;
+        const bool isOther = wish != photograph.name && wanted.contains(fileSystemKey(wish));
+        if (isOther || taken.contains(fileSystemKey(name))) {
             const int dot = name.lastIndexOf(QLatin1Char('.'));
-            int number = 2;
+            // Photographs of the same name go on where the one before has ended.
+            int& number = numbers[fileSystemKey(wish)];
+            number = qMax(number, 2);
             do {
-                name = photograph.name.left(dot) + QLatin1Char('-') + QString::number(number++)
-                    + photograph.name.mid(dot);
+                name =
+                    wish.left(dot) + QLatin1Char('-') + QString::number(number++) + wish.mid(dot);
             } while (taken.contains(fileSystemKey(name)) || wanted.contains(fileSystemKey(name)));
         }
         taken.insert(fileSystemKey(name));
@@ -171,17 +207,29 @@ Project::Project(const QString& path)
         mStaticFolder = QDir(folder).filePath(staticName());
 }
 
+QString Project::identity() const
+{
+    return QString::fromLatin1(
+        QCryptographicHash::hash(mFolder.toUtf8(), QCryptographicHash::Sha1).toHex());
+}
+
+bool Project::isPhotographName(const QString& name)
+{
+    return ImageUtils::filenameHasWebImageExtension(name) || isTiffName(name)
+        || hasSuffixOf(name, {"webp"});
+}
+
 QString Project::title() const
 {
     const QString name = FileUtils::nameOfLastPartFolder(mFolder);
     return name.isEmpty() ? tr("Photographs") : name;
 }
 
-QVector<Photograph> Project::photographs(WorkItem* errors,
-                                         const std::function<bool()>& stopped) const
+QVector<Photograph> Project::photographs(WorkItem* errors, const std::function<bool()>& stopped,
+                                         QStringList* unpublished) const
 {
     QVector<Photograph> photographs;
-    Scan(&photographs, errors, stopped).walk(mPhotosFolder, QString());
+    Scan(&photographs, unpublished, errors, stopped).walk(mPhotosFolder, QString());
     giveSiteNames(&photographs);
     return photographs;
 }

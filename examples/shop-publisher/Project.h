@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <functional>
@@ -50,20 +51,29 @@ public:
     /// The file that describes the shop; there need not be one.
     QString shopFile() const { return mFolder + QStringLiteral("/shop.json"); }
 
+    /// Tells this project from others, without saying where it lies.
+    QString identity() const;
+
     /// The project's name: that of its folder.
     QString title() const;
 
     /// All pictures in the photographs' folder and its sub-folders, in the order of the page: by
     /// name, case ignored, each folder's own pictures before those of its sub-folders.
     ///
-    /// JPEG, PNG, GIF and SVG files are recognised by the suffix of their name. Hidden files and
-    /// folders are left out. What looks like a picture and cannot be one (a folder that cannot be
-    /// read, a link that leads nowhere …) becomes an item below \a errors with its error, so that
-    /// nothing is lost in silence. Every picture's \a siteName is distinct even on a system that
-    /// does not tell "a.jpg" from "A.JPG": the first keeps its name, the next becomes "A-2.JPG".
+    /// JPEG, PNG, GIF, SVG, WebP and TIFF files are recognised by the suffix of their name; a TIFF
+    /// becomes a JPEG in the site. Pictures of other kinds are named in \a unpublished. Hidden
+    /// files and folders are left out. What looks like a picture and cannot be one (a folder that
+    /// cannot be read, a link that leads nowhere …) becomes an item below \a errors with its error,
+    /// so that nothing is lost in silence. Every picture's \a siteName is distinct even on a system
+    /// that does not tell "a.jpg" from "A.JPG": the first keeps its name, the next becomes
+    /// "A-2.JPG".
     ///
     /// The search ends early when \a stopped answers true; what was found until then comes back.
-    QVector<Photograph> photographs(WorkItem* errors, const std::function<bool()>& stopped) const;
+    QVector<Photograph> photographs(WorkItem* errors, const std::function<bool()>& stopped,
+                                    QStringList* unpublished = nullptr) const;
+
+    /// Whether a file of that name is taken for a photograph.
+    static bool isPhotographName(const QString& name);
 
 private:
     QString mFolder;

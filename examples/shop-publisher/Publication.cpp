@@ -8,19 +8,32 @@
 #include "ShopPage.h"
 #include "StaticFiles.h"
 
+#include <FileUtils.h>
+
 #include <QFileInfo>
 
 #include <algorithm>
 
+namespace {
+
+/// Tells whether two photographs are the same, byte by byte.
+QByteArray contentOf(const QString& path)
+{
+    return FileUtils::sha1(path).toLatin1();
+}
+
+} // namespace
+
 Publication::Publication(const Project& project, Site* site, Published* published,
-                         const QSet<QString>& changed)
+                         const PublicationOptions& options, const QSet<QString>& changed)
     : mProject(project)
     , mSite(site)
     , mFolder(WorkItem::Folder, project.photosFolder(), this)
     , mShopFile(project, this)
-    , mImporter(site, this)
+    , mImporter(site, options.import, this)
     , mPublished(published)
     , mChanged(changed)
+    , mOptions(options)
 {
     ORVAUTILS_ADD_ERRORABLE_CHILD(mFolder);
     ORVAUTILS_ADD_ERRORABLE_CHILD(mShopFile);
@@ -30,8 +43,8 @@ Publication::Publication(const Project& project, Site* site, Published* publishe
 
 void Publication::run()
 {
-    const QVector<Photograph> photographs =
-        mProject.photographs(&mFolder, [this] { return isInterruptionRequested(); });
+    const QVector<Photograph> photographs = mProject.photographs(
+        &mFolder, [this] { return isInterruptionRequested(); }, &mUnpublished);
     mPhotographs = photographs.size();
     // A folder that cannot be read, such as one of a disk that was taken off, has not lost its
     // photographs.
@@ -39,8 +52,14 @@ void Publication::run()
     mAllFoldersRead = std::none_of(errors.begin(), errors.end(), [](const ErrorableCode& error) {
         return error.code == WorkItem::Unreadable;
     });
-    const FileStamp shopFile = FileStamp::of(mProject.shopFile());
     const bool first = !mPublished->anything;
+    const QString reason = first && !isInterruptionRequested() ? refusal(photographs) : QString();
+    if (!reason.isEmpty()) {
+        mRefused = true;
+        mFolder.ORVAUTILS_SET_ERROR(mFolder.failure(WorkItem::Missing, reason));
+        return;
+    }
+    const FileStamp shopFile = FileStamp::of(mProject.shopFile());
     Shop shop;
     const bool hasShop =
         mShopFile.exists() && !isInterruptionRequested() && mShopFile.read(photographs, &shop);
@@ -51,7 +70,7 @@ void Publication::run()
     mImported = pictures.size();
     // A page of the pictures so far would take the others from the page that may stand there.
     mStopped = isInterruptionRequested();
-    if (mStopped)
+    if (mStopped || mImporter.siteIsFull())
         return;
     if (first)
         copyStaticFiles();
@@ -71,6 +90,50 @@ QVector<ErrorableCode> Publication::failures() const
     return failures;
 }
 
+/// Why nothing at all is published; empty where nothing is in the way.
+QString Publication::refusal(const QVector<Photograph>& photographs) const
+{
+    // Rather a wrong folder, or a disk that is not there, than a shop without pictures.
+    if (photographs.isEmpty())
+        return tr("there is no photograph, so nothing was published");
+    const QMap<QString, Published::Picture>& before = mPublished->pictures;
+    const bool isSame = mPublished->project.isEmpty() || mPublished->project == mProject.identity()
+        || before.isEmpty()
+        || std::any_of(photographs.begin(), photographs.end(),
+                       [&before](const Photograph& one) { return before.contains(one.name); });
+    if (isSame || mOptions.force)
+        return QString();
+    return tr("SITE shows the photographs of another project, and none of these; --force replaces "
+              "them");
+}
+
+/// Whether the site has the pictures of \a photograph as it is now, \a stamp, so that they need not
+/// be made again.
+bool Publication::isPublished(const Published::Picture& known, const Photograph& photograph,
+                              const FileStamp& stamp) const
+{
+    if (known.siteName != photograph.siteName || mChanged.contains(photograph.name))
+        return false;
+    if (!known.imported)
+        return known.stamp == stamp; // it would fail again
+    if (known.image != FileStamp::of(mSite->folder() + QLatin1String("/images/") + known.siteName)
+        || known.thumb
+            != FileStamp::of(mSite->folder() + QLatin1String("/thumbs/") + known.siteName))
+        return false;
+    // A copy of the project, or a clock that was set, gives other stamps to the same photograph.
+    return known.stamp == stamp || known.content == contentOf(photograph.source);
+}
+
+/// Brings the record in the site up to date. It may name more pictures than there are, so that none
+/// is forgotten where the program is killed.
+void Publication::writeRecord(const QMap<QString, Published::Picture>& pictures)
+{
+    Published record;
+    record.project = mProject.identity();
+    record.pictures = pictures;
+    write({{Published::fileName(), record.toJson()}});
+}
+
 /// The pictures of all \a photographs that are in the site then, in their order.
 QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photographs)
 {
@@ -81,30 +144,43 @@ QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photogr
     for (const Photograph& photograph : photographs) {
         Published::Picture picture = mPublished->pictures.value(photograph.name);
         const FileStamp stamp = FileStamp::of(photograph.source);
-        if (stamp != picture.stamp || photograph.siteName != picture.siteName
-            || mChanged.contains(photograph.name)) {
+        if (!isPublished(picture, photograph, stamp)) {
             picture = Published::Picture();
-            picture.stamp = stamp;
             picture.siteName = photograph.siteName;
             news.append(photograph);
         }
+        picture.stamp = stamp;
         known.insert(photograph.name, picture);
     }
     mPicturesChanged = !news.isEmpty() || !mRemovedNames.isEmpty();
+    writeRecord(known);
 
     const QVector<PublishedPicture> imported = mImporter.importAll(news);
     for (const PublishedPicture& picture : imported) {
-        known[picture.photograph].imported = true;
-        known[picture.photograph].picture = picture;
+        Published::Picture& entry = known[picture.photograph];
+        entry.imported = true;
+        entry.picture = picture;
         mImportedNames.append(picture.photograph);
     }
     const QVector<Photograph>& looked = news;
     for (const Photograph& photograph : looked) {
-        if (FileStamp::of(photograph.source) != known.value(photograph.name).stamp)
+        Published::Picture& entry = known[photograph.name];
+        if (entry.imported) {
+            entry.content = contentOf(photograph.source);
+            entry.image =
+                FileStamp::of(mSite->folder() + QLatin1String("/images/") + entry.siteName);
+            entry.thumb =
+                FileStamp::of(mSite->folder() + QLatin1String("/thumbs/") + entry.siteName);
+        }
+        if (FileStamp::of(photograph.source) != entry.stamp)
             mOvertakenNames.append(photograph.name);
+        // What was not reached is looked at by the next run.
+        if (!entry.imported && (isInterruptionRequested() || mImporter.siteIsFull()))
+            entry.stamp = FileStamp();
     }
-    if (!isInterruptionRequested())
-        mPublished->pictures = known;
+    mPublished->pictures = known;
+    mPublished->project = mProject.identity();
+    writeRecord(known);
 
     QVector<PublishedPicture> pictures;
     for (const Photograph& photograph : photographs) {
@@ -148,6 +224,9 @@ void Publication::copyStaticFiles()
     if (source.isEmpty() || !QFileInfo(source).isDir())
         return;
     const StaticFiles files(source);
+    if (files.refusals().isEmpty()
+        && files.areCopiedIn(mSite->folder() + QLatin1Char('/') + Project::staticName()))
+        return;
     const auto fail = [this](const QString& name, WorkItem::Failure failure,
                              const QString& reason) {
         auto* const item = new WorkItem(WorkItem::StaticFiles, name, this);

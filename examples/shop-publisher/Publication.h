@@ -7,9 +7,9 @@
 #ifndef PUBLICATION_H
 #define PUBLICATION_H
 
-#include "FileStamp.h"
 #include "PictureImporter.h"
 #include "Project.h"
+#include "Published.h"
 #include "Shop.h"
 #include "ShopFile.h"
 #include "Site.h"
@@ -24,20 +24,10 @@
 #include <QStringList>
 #include <QVector>
 
-/// What the runs so far have published.
-struct Published
+struct PublicationOptions
 {
-    struct Picture
-    {
-        FileStamp stamp; ///< of the photograph, before it was read
-        QString siteName;
-        bool imported = false; ///< false: it failed, and would again
-        PublishedPicture picture; ///< where it was imported
-    };
-
-    bool anything = false; ///< a run was completed
-    QMap<QString, Picture> pictures; ///< by the name of the photograph
-    FileStamp shopFile;
+    ImportOptions import;
+    bool force = false; ///< take the place of what another project has published
 };
 
 /// The worker of a PublicationThread, and the root of the tree of errors: below it the folder of
@@ -51,10 +41,10 @@ public:
     /// \a site is open. All outlive this object, which is made on the main thread.
     ///
     /// \a published is what the runs before have published, nothing for the first of them; it is
-    /// brought up to date. A photograph that is as it was is not imported again, unless \a changed
-    /// names it.
+    /// brought up to date, in the site too. A photograph that is as it was is not imported again,
+    /// unless \a changed names it.
     Publication(const Project& project, Site* site, Published* published,
-                const QSet<QString>& changed = QSet<QString>());
+                const PublicationOptions& options, const QSet<QString>& changed = QSet<QString>());
 
     /// Does everything. Ends early when the interruption of the thread is requested: the picture
     /// at hand is finished, and the pages stay as they were.
@@ -87,7 +77,17 @@ public:
     /// It ended early, and something was left undone.
     bool stopped() const { return mStopped; }
 
+    /// Pictures of kinds that are not published.
+    QStringList unpublished() const { return mUnpublished; }
+
+    /// The first run had nothing to publish, or was refused, and the site stays as it was.
+    bool refused() const { return mRefused; }
+
 private:
+    QString refusal(const QVector<Photograph>& photographs) const;
+    bool isPublished(const Published::Picture& known, const Photograph& photograph,
+                     const FileStamp& stamp) const;
+    void writeRecord(const QMap<QString, Published::Picture>& pictures);
     QVector<PublishedPicture> import(const QVector<Photograph>& photographs);
     void removeVanished(const QVector<Photograph>& photographs);
     void copyStaticFiles();
@@ -105,10 +105,13 @@ private:
     QStringList mImportedNames;
     QStringList mRemovedNames;
     QStringList mOvertakenNames;
+    QStringList mUnpublished;
     int mPhotographs = 0;
     int mImported = 0;
     bool mPicturesChanged = false;
     bool mAllFoldersRead = true;
+    bool mRefused = false;
+    const PublicationOptions mOptions;
     bool mPageWritten = false;
     QStringList mShopLanguages;
     bool mStopped = false;

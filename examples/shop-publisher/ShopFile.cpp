@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -352,16 +353,21 @@ private:
 
     QString distinctId(const QString& name)
     {
-        QString id = StringUtils::findNoExistantName(
-            mIds, HTMLUtils::formatCompliantcssId(QLatin1String("product-") + slug(name)),
-            QStringLiteral("_%1"), QString());
-        mIds.append(id);
+        const QString wish =
+            HTMLUtils::formatCompliantcssId(QLatin1String("product-") + slug(name));
+        QString id = wish;
+        // Products of one name go on where the one before has ended.
+        int& number = mNumbers[wish];
+        while (mIds.contains(id))
+            id = wish + QStringLiteral("_%1").arg(++number);
+        mIds.insert(id);
         return id;
     }
 
     ShopFile* mFile;
     QMap<QString, QString> mPhotos; ///< names by their composed form
-    QStringList mIds;
+    QSet<QString> mIds;
+    QHash<QString, int> mNumbers; ///< the last one given behind each id
     bool mCountryIsKnown = false;
     bool mFailed = false;
 };

@@ -4,7 +4,6 @@
 #include "Site.h"
 
 #include "LockFile.h"
-#include "LogKeeper.h"
 
 #include <FileUtils.h>
 
@@ -54,9 +53,28 @@ bool liesIn(const QString& path, const QString& folder)
     return path.startsWith(folder + QLatin1Char('/'), pathCase);
 }
 
+/// The names in the site of what visitors need not know begin with this.
+const QLatin1String ownPrefix(".shop-publisher");
+
 QString draftsPattern(QLatin1String six)
 {
-    return QLatin1String(".shop-publisher-") + six;
+    return ownPrefix + QLatin1Char('-') + six;
+}
+
+/// Whether an earlier version of the program, which kept no record, has made the site.
+bool isFormerSite(const QString& folder)
+{
+    QFile page(folder + QLatin1String("/index.html"));
+    return page.open(QIODevice::ReadOnly)
+        && page.read(2048).contains("<meta name=\"generator\" content=\"shop-publisher\"");
+}
+
+/// Whether the file \a path has that content.
+bool holds(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return !QFileInfo(path).isSymLink() && file.open(QIODevice::ReadOnly)
+        && file.size() == content.size() && file.readAll() == content;
 }
 
 QString lockPath(const QString& draftsFolder)
@@ -128,29 +146,70 @@ QString Site::refusal(const Project& project) const
     return QString();
 }
 
-bool Site::open(QString* reason)
+QString Site::ownersRefusal() const
+{
+    const QStringList entries = QDir(mFolder).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    QStringList foreign;
+    QStringList replaced;
+    for (const QString& entry : entries) {
+        if (entry.startsWith(ownPrefix))
+            continue;
+        foreign.append(entry);
+        if (QDir::match(QStringLiteral("images;thumbs;static;data;config;index.html;shop-*.html"),
+                        entry))
+            replaced.append(entry);
+    }
+    if (foreign.isEmpty() || QFileInfo(recordPath()).isFile() || isFormerSite(mFolder))
+        return QString();
+    const QString reason =
+        tr("SITE was not made by this program, and there is something in it (%1).").arg(mFolder);
+    const QString lost = replaced.isEmpty() ? QString()
+                                            : QLatin1Char(' ')
+            + tr("This would be replaced: %1.").arg(replaced.join(QLatin1String(", ")));
+    return reason + lost + QLatin1Char(' ') + tr("--force publishes there all the same.");
+}
+
+Site::Opened Site::open(QString* reason)
 {
     if (!FileUtils::fileMkPath(mFolder + QLatin1String("/index.html"), nullptr)) {
         *reason = tr("The folder %1 cannot be made.").arg(mFolder);
-        return false;
+        return NotWritable;
     }
-    removeLeftBehind();
-    mDrafts = std::make_unique<QTemporaryDir>(mFolder + QLatin1Char('/')
-                                              + draftsPattern(QLatin1String("XXXXXX")));
-    QString why = QString::fromLocal8Bit(std::strerror(errno));
-    if (mDrafts->isValid()) {
+    const QString lock = mFolder + QLatin1Char('/') + ownPrefix + QLatin1String(".lock");
+    mLock = std::make_unique<QLockFile>(lock);
+    mLock->setStaleLockTime(0);
+    if (!mLock->tryLock(0) && !(LockFile::removeNobodys(lock) && mLock->tryLock(0))
+        && mLock->error() == QLockFile::LockFailedError) {
+        *reason = tr("Another instance publishes into SITE (%1).").arg(mFolder);
+        return InUse;
+    }
+    errno = 0;
+    if (mLock->isLocked()) {
+        removeLeftBehind();
+        mDrafts = std::make_unique<QTemporaryDir>(mFolder + QLatin1Char('/')
+                                                  + draftsPattern(QLatin1String("XXXXXX")));
+    }
+    if (mDrafts && mDrafts->isValid()) {
         mDraftsLock = lockOf(mDrafts->path());
         if (mDraftsLock->tryLock(0))
-            return true;
-        why = QString::fromLocal8Bit(std::strerror(errno));
+            return Ready;
     }
-    const LogKeeper log; // the reason is told here
-    // The probe must not take the place of a file of that name, or write to where a link leads.
-    const QFileInfo probe(mFolder + QLatin1String("/check_write"));
-    if (!probe.exists() && !probe.isSymLink())
-        FileUtils::checkWritingRightInFolder(mFolder, QString(), &why);
-    *reason = tr("The folder %1 cannot be written to (%2).").arg(mFolder, why);
-    return false;
+    const bool isDenied = !QFileInfo(mFolder).isWritable();
+    *reason = tr("The folder %1 cannot be written to (%2).")
+                  .arg(mFolder, QString::fromLocal8Bit(std::strerror(isDenied ? EACCES : errno)));
+    return NotWritable;
+}
+
+Published Site::record() const
+{
+    QFile file(recordPath());
+    return file.open(QIODevice::ReadOnly) ? Published::fromJson(file.readAll()) : Published();
+}
+
+QString Site::recordPath() const
+{
+    return mFolder + QLatin1Char('/') + Published::fileName();
 }
 
 /// Removes the working folders of programs that were killed. One of a program that runs, for
@@ -259,8 +318,13 @@ bool Site::remove(const QString& place, QString* reason) const
     return true;
 }
 
-bool Site::write(const QVector<SiteFile>& files, SiteFile* failed, QString* reason)
+bool Site::write(const QVector<SiteFile>& wanted, SiteFile* failed, QString* reason)
 {
+    QVector<SiteFile> files;
+    for (const SiteFile& file : wanted) {
+        if (!holds(mFolder + QLatin1Char('/') + file.place, file.content))
+            files.append(file);
+    }
     for (int i = 0; i < files.size(); ++i) {
         *failed = files.at(i);
         if (!makeFolderFor(failed->place, reason))

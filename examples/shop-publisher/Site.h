@@ -11,6 +11,7 @@
 #define SITE_H
 
 #include "Project.h"
+#include "Published.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -43,9 +44,23 @@ public:
     /// in the project or its photographs nor contain them.
     QString refusal(const Project& project) const;
 
-    /// Makes the folder and its working folder, and takes away those that killed programs left. On
-    /// failure \a reason says why.
-    bool open(QString* reason);
+    /// What forbids writing here, empty when nothing does: the folder has something in it and was
+    /// not made by this program. Names what would be replaced.
+    QString ownersRefusal() const;
+
+    /// What opening it came to.
+    enum Opened {
+        Ready,
+        InUse, ///< another instance publishes into the site
+        NotWritable
+    };
+
+    /// Makes the folder and its working folder, and takes away those that killed programs left. The
+    /// site belongs to this object then, until it goes. If it is not ready \a reason says why.
+    Opened open(QString* reason);
+
+    /// What has been published here before.
+    Published record() const;
 
     /// True when the folder, whose path holds no link, lies in the site or contains it.
     bool overlaps(const QString& folder) const;
@@ -72,16 +87,19 @@ public:
     /// empty then. A file that is not there is fine. On failure \a reason says why.
     bool remove(const QString& place, QString* reason) const;
 
-    /// Writes files that belong together, for example the pages of the shop. All are made complete
-    /// before the first of them goes to its place, so that a disk which is full leaves the old ones
-    /// as they were. On failure \a failed is the file and \a reason says why.
-    bool write(const QVector<SiteFile>& files, SiteFile* failed, QString* reason);
+    /// Writes files that belong together and are not there already, byte for byte, for example the
+    /// pages of the shop. All are made complete before the first of them goes to its place, so that
+    /// a disk which is full leaves the old ones as they were. On failure \a failed is the file and
+    /// \a reason says why.
+    bool write(const QVector<SiteFile>& wanted, SiteFile* failed, QString* reason);
 
 private:
+    QString recordPath() const;
     void removeLeftBehind() const;
     bool makeFolderFor(const QString& place, QString* reason) const;
 
     QString mFolder;
+    std::unique_ptr<QLockFile> mLock;
     std::unique_ptr<QTemporaryDir> mDrafts;
     std::unique_ptr<QLockFile> mDraftsLock;
 };

@@ -3,9 +3,34 @@
 
 #include "StaticFiles.h"
 
+#include "FileStamp.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+/// Whether two files have the same content. Times say nothing: an old site may have been put back.
+bool isSame(const QString& one, const QString& other)
+{
+    QFile first(one);
+    QFile second(other);
+    if (!first.open(QIODevice::ReadOnly) || !second.open(QIODevice::ReadOnly)
+        || first.size() != second.size())
+        return false;
+    while (!first.atEnd()) {
+        const qint64 piece = 256 * 1024;
+        const QByteArray content = first.read(piece);
+        if (content.isEmpty() || content != second.read(piece))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
 
 StaticFiles::StaticFiles(const QString& folder)
     : mFolder(QFileInfo(folder).canonicalFilePath())
@@ -39,6 +64,25 @@ void StaticFiles::look(const QString& prefix)
             mRefusals.append({name, tr("is not a file")});
         }
     }
+}
+
+bool StaticFiles::areCopiedIn(const QString& mirror) const
+{
+    const StaticFiles copies(mirror);
+    if (QFileInfo(mirror).isSymLink() || copies.mFiles != mFiles || copies.mFolders != mFolders
+        || !copies.mRefusals.isEmpty())
+        return false;
+    return std::all_of(mFiles.begin(), mFiles.end(), [this, &mirror](const QString& name) {
+        return isSame(mFolder + QLatin1Char('/') + name, mirror + QLatin1Char('/') + name);
+    });
+}
+
+bool StaticFiles::isStale(const QString& source, const QString& copy)
+{
+    const FileStamp original = FileStamp::of(source);
+    const FileStamp copied = FileStamp::of(copy);
+    return original.exists()
+        && (!copied.exists() || original.size != copied.size || original.changed > copied.changed);
 }
 
 bool StaticFiles::copyTo(const QString& draft, QString* reason) const

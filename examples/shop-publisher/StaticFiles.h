@@ -34,6 +34,13 @@ public:
     };
     QVector<Refusal> refusals() const { return mRefusals; }
 
+    /// Whether \a mirror, a copy of earlier, has all of them as they are now, and nothing else.
+    bool areCopiedIn(const QString& mirror) const;
+
+    /// Whether the file \a copy is not what \a source is now: that was written to since, or the
+    /// copy was never completed.
+    static bool isStale(const QString& source, const QString& copy);
+
     /// Copies all of them into \a draft, a folder that is not there yet. On failure \a reason says
     /// why.
     bool copyTo(const QString& draft, QString* reason) const;

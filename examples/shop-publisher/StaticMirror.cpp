@@ -17,15 +17,6 @@ QString placeOf(const QString& name)
     return Project::staticName() + QLatin1Char('/') + name;
 }
 
-/// Written to since the copy was made, or never copied.
-bool isStale(const QString& source, const QString& copy)
-{
-    const FileStamp original = FileStamp::of(source);
-    const FileStamp copied = FileStamp::of(copy);
-    return original.exists()
-        && (!copied.exists() || original.size != copied.size || original.changed > copied.changed);
-}
-
 /// Removes the folders below \a mirror that are not among \a wanted and have nothing in them.
 void removeFoldersExcept(const QStringList& wanted, const QString& mirror)
 {
@@ -129,7 +120,7 @@ void StaticMirror::setRight(QStringList* failures)
     const QString draft = mSite->draft(QStringLiteral("static-file"));
     for (const QString& name : files) {
         const QString source = mSource + QLatin1Char('/') + name;
-        if (!isStale(source, mMirror + QLatin1Char('/') + name))
+        if (!StaticFiles::isStale(source, mMirror + QLatin1Char('/') + name))
             continue;
         QFile::remove(draft);
         QFile file(source);

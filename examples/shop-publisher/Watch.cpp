@@ -5,8 +5,6 @@
 
 #include "Console.h"
 
-#include <ImageUtils.h>
-
 #include <QFileInfo>
 
 #include <algorithm>
@@ -27,10 +25,12 @@ bool isOfAny(const ErrorableCode& failure, const QSet<QString>& names)
 
 } // namespace
 
-Watch::Watch(const Project& project, Site* site, Published* published, bool quiet, bool verbose)
+Watch::Watch(const Project& project, Site* site, Published* published,
+             const PublicationOptions& options, bool quiet, bool verbose)
     : mProject(project)
     , mSite(site)
     , mPublished(published)
+    , mOptions(options)
     , mQuiet(quiet)
     , mVerbose(verbose)
     , mStaticMirror(project, site)
@@ -60,7 +60,6 @@ void Watch::run(const QVector<ErrorableCode>& told)
 {
     if (mStopped)
         return;
-    mLog = std::make_unique<LogKeeper>();
     for (const ErrorableCode& failure : told)
         mToldFailures.append(failure.details);
     mProjectFolder.addPath(mProject.folder());
@@ -70,7 +69,6 @@ void Watch::run(const QVector<ErrorableCode>& told)
     onProjectFolder();
     say(tr("Watching %1, Ctrl-C ends").arg(mProject.folder()));
     mLoop.exec();
-    mLog.reset();
 }
 
 void Watch::stop()
@@ -86,7 +84,7 @@ void Watch::stop()
 
 void Watch::onPhotograph(const QString& path)
 {
-    if (!ImageUtils::filenameHasWebImageExtension(QFileInfo(path).fileName()))
+    if (!Project::isPhotographName(QFileInfo(path).fileName()))
         return;
     mChanged.insert(path.mid(mProject.photosFolder().size() + 1));
     mNewsOfPhotographs = true;
@@ -127,7 +125,6 @@ void Watch::soon()
 {
     if (mStopped || mThread)
         return; // onPublished() comes back to it
-    mLog->take();
     if (!mQuietMoment.isActive())
         mFirstNews.start();
     if (!mQuietMoment.isActive() || mFirstNews.elapsed() < patienceMilliseconds)
@@ -143,7 +140,7 @@ void Watch::publish()
     if (!mNewsOfPhotographs)
         return;
     mNewsOfPhotographs = false;
-    mPublication = std::make_unique<Publication>(mProject, mSite, mPublished, mChanged);
+    mPublication = std::make_unique<Publication>(mProject, mSite, mPublished, mOptions, mChanged);
     mChanged.clear();
     mThread = std::make_unique<PublicationThread>(mPublication.get());
     connect(mThread.get(), &QThread::finished, this, &Watch::onPublished);

@@ -7,7 +7,6 @@
 #define WATCH_H
 
 #include "FileStamp.h"
-#include "LogKeeper.h"
 #include "Project.h"
 #include "Publication.h"
 #include "Site.h"
@@ -34,7 +33,8 @@ class Watch : public QObject
 
 public:
     /// All outlive this object; \a site is open, and \a published is what was published into it.
-    Watch(const Project& project, Site* site, Published* published, bool quiet, bool verbose);
+    Watch(const Project& project, Site* site, Published* published,
+          const PublicationOptions& options, bool quiet, bool verbose);
     ~Watch() override;
 
     /// Returns when stop() was called, before or meanwhile, and a publication that runs has
@@ -56,10 +56,10 @@ private:
     const Project& mProject;
     Site* const mSite;
     Published* const mPublished;
+    const PublicationOptions mOptions;
     const bool mQuiet;
     const bool mVerbose;
 
-    std::unique_ptr<LogKeeper> mLog; // the library's complaints are told in the program's words
     QEventLoop mLoop;
     QFileSystemWatcher mProjectFolder;
     DirectoryWatcher mPhotographs;

@@ -11,7 +11,6 @@
 #include "CommandLine.h"
 #include "Console.h"
 #include "Languages.h"
-#include "LogKeeper.h"
 #include "Project.h"
 #include "ProjectLock.h"
 #include "Publication.h"
@@ -39,6 +38,13 @@ class Program
     Q_DECLARE_TR_FUNCTIONS(Program)
 };
 
+/// What Qt and the library log is for developers. The program tells failures in its own words.
+void dropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type == QtFatalMsg)
+        Console::printError(text + QLatin1Char('\n'));
+}
+
 void setIdentity()
 {
     CoreApplicationUtils::setApplicationName(QStringLiteral("shop-publisher"));
@@ -55,11 +61,10 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char* argv[])
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Outside a desktop session Qt makes itself a runtime folder in the temporary folder and says
     // so. This program needs none and writes nowhere but in the site: while Qt starts, the
-    // temporary folder is a place where nothing can be made, and the complaint is kept back.
+    // temporary folder is a place where nothing can be made.
     const bool hasTemporaryFolder = qEnvironmentVariableIsSet("TMPDIR");
     const QByteArray temporaryFolder = qgetenv("TMPDIR");
     qputenv("TMPDIR", "/dev/null");
-    const LogKeeper log;
     auto application = std::make_unique<QGuiApplication>(argc, argv);
     if (hasTemporaryFolder)
         qputenv("TMPDIR", temporaryFolder);
@@ -105,8 +110,7 @@ void runToItsEnd(PublicationThread* thread, StopSignals* stopSignals, Console* c
     console->end();
 }
 
-void summarise(const Publication& publication, const Project& project, const Site& site,
-               Console* console)
+void summarise(const Publication& publication, const Site& site, Console* console)
 {
     const QString page = site.folder() + QLatin1String("/index.html");
     if (publication.stopped())
@@ -115,12 +119,14 @@ void summarise(const Publication& publication, const Project& project, const Sit
                          .arg(publication.imported()));
     else if (!publication.pageWritten())
         return;
-    else if (publication.photographs() == 0)
-        console->say(Program::tr("No photograph found in %1").arg(project.photosFolder()));
     else
         console->say(
             Program::tr("%1 of %n photograph(s) imported: %2", nullptr, publication.photographs())
                 .arg(QString::number(publication.imported()), page));
+    const QStringList unpublished = publication.unpublished();
+    if (!unpublished.isEmpty())
+        console->say(Program::tr("Not published, because of their kind: %1")
+                         .arg(unpublished.join(QLatin1String(", "))));
     const QStringList languages = publication.shopLanguages();
     for (const QString& language : languages)
         console->say(Program::tr("Shop: %1")
@@ -131,20 +137,24 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
                  const CommandLine& commandLine)
 {
     Console console(commandLine.quiet);
-    Published published;
-    Publication publication(project, site, &published);
+    Published published = site->record();
+    PublicationOptions options;
+    options.import.acceptTruncated = commandLine.acceptTruncated;
+    options.import.jobs = commandLine.jobs;
+    options.force = commandLine.force;
+    Publication publication(project, site, &published, options);
     PublicationThread thread(&publication);
     // A signal that comes when all is done still ends the watch.
     std::unique_ptr<Watch> watch;
     if (commandLine.watch) {
-        watch = std::make_unique<Watch>(project, site, &published, commandLine.quiet,
+        watch = std::make_unique<Watch>(project, site, &published, options, commandLine.quiet,
                                         commandLine.verbose);
         QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
     }
     runToItsEnd(&thread, stopSignals, &console);
 
     const QVector<ErrorableCode> failures = publication.failures();
-    summarise(publication, project, *site, &console);
+    summarise(publication, *site, &console);
     console.report(failures, commandLine.verbose);
     if (publication.stopped())
         return Stopped;
@@ -159,6 +169,7 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
 
 int main(int argc, char* argv[])
 {
+    qInstallMessageHandler(dropMessage);
     setIdentity();
     // Whoever reads our output may go; the site is finished all the same.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
@@ -187,6 +198,9 @@ int main(int argc, char* argv[])
     QString reason = site.refusal(project);
     if (!reason.isEmpty())
         return refuse(reason);
+    reason = commandLine.force ? QString() : site.ownersRefusal();
+    if (!reason.isEmpty())
+        return refuse(reason);
     ProjectLock lock;
     if (!lock.take(project, &reason))
         return refuseOpenProject(reason);
@@ -194,7 +208,10 @@ int main(int argc, char* argv[])
         Console(commandLine.quiet)
             .say(Program::tr("No lock: the project's folder %1 cannot be written to")
                      .arg(project.folder()));
-    if (!site.open(&reason))
+    const Site::Opened opened = site.open(&reason);
+    if (opened == Site::InUse)
+        return refuseOpenProject(reason);
+    if (opened == Site::NotWritable)
         return refuse(reason);
     return publish(project, &site, &stopSignals, commandLine);
 }

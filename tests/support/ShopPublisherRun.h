@@ -102,7 +102,11 @@ inline QStringList snapshot(const QString& root, const QString& except)
     return lines;
 }
 
-/// Paths of all files below \a folder, relative and sorted; everything that is there, hidden too.
+/// The name under which the program keeps a record in each site.
+const QString recordName = QStringLiteral(".shop-publisher.json");
+
+/// Paths of all files below \a folder, relative and sorted; everything that is there, hidden too,
+/// but for the program's record.
 inline QStringList filesIn(const QString& folder)
 {
     QStringList names;
@@ -110,8 +114,17 @@ inline QStringList filesIn(const QString& folder)
                     QDirIterator::Subdirectories);
     while (it.hasNext())
         names.append(QDir(folder).relativeFilePath(it.next()));
+    names.removeAll(recordName);
     names.sort();
     return names;
+}
+
+/// The files of a site with their content; the record, which tells of the moment too, apart.
+inline QMap<QString, QByteArray> filesOfSite(const QString& folder)
+{
+    QMap<QString, QByteArray> files = filesBelow(folder);
+    files.remove(recordName);
+    return files;
 }
 
 // The program

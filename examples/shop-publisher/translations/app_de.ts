@@ -38,14 +38,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
 3 das Projekt ist in einer anderen Instanz offen.</translation>
     </message>
     <message>
-        <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG).</source>
-        <translation>Ordner, der photos/ enthält, oder ein einfacher Ordner mit Fotos (JPEG, PNG, GIF, SVG).</translation>
-    </message>
-    <message>
-        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT.</source>
-        <translation>Ordner der Website, wird bei Bedarf angelegt: images/, thumbs/ und index.html; static/ wie in PROJECT.</translation>
-    </message>
-    <message>
         <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
         <translation>Es braucht zwei Ordner, PROJECT und SITE; angegeben: %1.</translation>
     </message>
@@ -56,6 +48,34 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>Go on and publish what changes in PROJECT, until Ctrl-C.</source>
         <translation>Läuft weiter und veröffentlicht, was sich in PROJECT ändert, bis Strg-C.</translation>
+    </message>
+    <message>
+        <source>Publish into a SITE that this program has not made, or that shows another project. What it replaces there is lost.</source>
+        <translation>In eine SITE veröffentlichen, die nicht von diesem Programm stammt oder ein anderes Projekt zeigt. Was dort ersetzt wird, ist verloren.</translation>
+    </message>
+    <message>
+        <source>Publish photographs that break off; what is missing is grey.</source>
+        <translation>Auch Fotos veröffentlichen, die abbrechen; was fehlt, ist grau.</translation>
+    </message>
+    <message>
+        <source>Import so many photographs at a time; else as many as the processor works on.</source>
+        <translation>So viele Fotos auf einmal importieren; sonst so viele, wie der Prozessor bearbeitet.</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG, WebP, TIFF).</source>
+        <translation>Ordner, der photos/ enthält, oder ein einfacher Ordner mit Fotos (JPEG, PNG, GIF, SVG, WebP, TIFF).</translation>
+    </message>
+    <message>
+        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT. What this program has published there before is replaced, and removed where PROJECT has it no more.</source>
+        <translation>Ordner der Website, wird bei Bedarf angelegt: images/, thumbs/ und index.html; static/ wie in PROJECT. Was dieses Programm dort schon veröffentlicht hat, wird ersetzt, und entfernt, wo PROJECT es nicht mehr hat.</translation>
+    </message>
+    <message>
+        <source>The number of jobs &quot;%1&quot; is not a whole number from 1 to 256.</source>
+        <translation>Die Anzahl „%1“ ist keine ganze Zahl von 1 bis 256.</translation>
     </message>
 </context>
 <context>
@@ -128,16 +148,8 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <translation>ist leer</translation>
     </message>
     <message>
-        <source>cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)</source>
-        <translation>lässt sich nicht dekodieren (es ist kein JPEG-, PNG-, GIF- oder SVG-Bild)</translation>
-    </message>
-    <message>
         <source>holds a picture of the kind %1, which does not go with its name</source>
         <translation>enthält ein Bild der Art %1, das nicht zu seinem Namen passt</translation>
-    </message>
-    <message>
-        <source>holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG</source>
-        <translation>enthält ein Bild der Art %1, das weder JPEG noch PNG, GIF oder SVG ist</translation>
     </message>
     <message>
         <source>cannot be decoded (%1)</source>
@@ -155,21 +167,17 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>is an SVG picture of more than %1 MiB</source>
         <translation>ist ein SVG-Bild von mehr als %1 MiB</translation>
     </message>
+    <message>
+        <source>cannot be decoded (it is not a JPEG, PNG, GIF, SVG, WebP or TIFF picture)</source>
+        <translation>kann nicht dekodiert werden (es ist kein JPEG-, PNG-, GIF-, SVG-, WebP- oder TIFF-Bild)</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which is not published</source>
+        <translation>enthält ein Bild der Art %1, die nicht veröffentlicht wird</translation>
+    </message>
 </context>
 <context>
     <name>PictureImporter</name>
-    <message>
-        <source>cannot be decoded (%1)</source>
-        <translation>lässt sich nicht dekodieren (%1)</translation>
-    </message>
-    <message>
-        <source>cannot be saved in the site, where %1 are free</source>
-        <translation>lässt sich nicht in der Website speichern, wo %1 frei sind</translation>
-    </message>
-    <message>
-        <source>cannot be imported (%1)</source>
-        <translation>lässt sich nicht importieren (%1)</translation>
-    </message>
     <message>
         <source>%1: FAILED, %2</source>
         <translation>%1: FEHLER, %2</translation>
@@ -177,6 +185,26 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>is a link into the site itself</source>
         <translation>ist ein Verweis in die Website selbst</translation>
+    </message>
+    <message>
+        <source>cannot be decoded (its content is damaged)</source>
+        <translation>kann nicht dekodiert werden (der Inhalt ist beschädigt)</translation>
+    </message>
+    <message>
+        <source>cannot be saved in the site, where %1 are free; nothing more was published</source>
+        <translation>kann in der Website, wo %1 frei sind, nicht gespeichert werden; mehr wurde nicht veröffentlicht</translation>
+    </message>
+    <message>
+        <source>breaks off before its end (--accept-truncated publishes it all the same)</source>
+        <translation>bricht vor dem Ende ab (--accept-truncated veröffentlicht es trotzdem)</translation>
+    </message>
+    <message>
+        <source>has more pixels than fit into memory</source>
+        <translation>hat mehr Pixel, als in den Speicher passen</translation>
+    </message>
+    <message>
+        <source>has gone</source>
+        <translation>ist verschwunden</translation>
     </message>
 </context>
 <context>
@@ -191,10 +219,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
             <numerusform>Angehalten: %1 von %n Foto importiert, keine Seite geschrieben</numerusform>
             <numerusform>Angehalten: %1 von %n Fotos importiert, keine Seite geschrieben</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>No photograph found in %1</source>
-        <translation>Kein Foto gefunden in %1</translation>
     </message>
     <message numerus="yes">
         <source>%1 of %n photograph(s) imported: %2</source>
@@ -218,6 +242,10 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>No lock: the project&apos;s folder %1 cannot be written to</source>
         <translation>Keine Sperre: in den Projektordner %1 lässt sich nicht schreiben</translation>
+    </message>
+    <message>
+        <source>Not published, because of their kind: %1</source>
+        <translation>Wegen ihrer Art nicht veröffentlicht: %1</translation>
     </message>
 </context>
 <context>
@@ -259,6 +287,14 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
         <translation>der Laden wird nicht geschrieben, weil sich das Foto „%1“ eines seiner Produkte nicht importieren ließ</translation>
+    </message>
+    <message>
+        <source>there is no photograph, so nothing was published</source>
+        <translation>es gibt kein Foto; nichts wurde veröffentlicht</translation>
+    </message>
+    <message>
+        <source>SITE shows the photographs of another project, and none of these; --force replaces them</source>
+        <translation>SITE zeigt die Fotos eines anderen Projekts und keines von diesen; --force ersetzt sie</translation>
     </message>
 </context>
 <context>
@@ -438,6 +474,22 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>cannot be removed from %1 (%2)</source>
         <translation>lässt sich nicht aus %1 entfernen (%2)</translation>
     </message>
+    <message>
+        <source>SITE was not made by this program, and there is something in it (%1).</source>
+        <translation>SITE stammt nicht von diesem Programm und ist nicht leer (%1).</translation>
+    </message>
+    <message>
+        <source>This would be replaced: %1.</source>
+        <translation>Ersetzt würde: %1.</translation>
+    </message>
+    <message>
+        <source>--force publishes there all the same.</source>
+        <translation>--force veröffentlicht trotzdem.</translation>
+    </message>
+    <message>
+        <source>Another instance publishes into SITE (%1).</source>
+        <translation>Eine andere Instanz veröffentlicht gerade in SITE (%1).</translation>
+    </message>
 </context>
 <context>
     <name>StaticFiles</name>
@@ -565,17 +617,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>Not everything in %1 can be watched, so changes may be missed.</source>
         <translation>Nicht alles in %1 lässt sich beobachten, Änderungen können entgehen.</translation>
-    </message>
-</context>
-<context>
-    <name>FileUtils</name>
-    <message>
-        <source>Cannot open (WriteOnly) %1</source>
-        <translation>Zum Schreiben nicht zu öffnen: %1</translation>
-    </message>
-    <message>
-        <source>Cannot write datas (WriteOnly) in %1</source>
-        <translation>Daten nicht zu schreiben in %1</translation>
     </message>
 </context>
 <context>

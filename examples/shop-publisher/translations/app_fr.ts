@@ -38,14 +38,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
 3 le projet est ouvert dans une autre instance.</translation>
     </message>
     <message>
-        <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG).</source>
-        <translation>Dossier qui contient photos/, ou simple dossier de photographies (JPEG, PNG, GIF, SVG).</translation>
-    </message>
-    <message>
-        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT.</source>
-        <translation>Dossier du site web, créé au besoin : images/, thumbs/ et index.html ; static/ comme dans PROJECT.</translation>
-    </message>
-    <message>
         <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
         <translation>Il faut deux dossiers, PROJECT et SITE ; reçu : %1.</translation>
     </message>
@@ -56,6 +48,34 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Go on and publish what changes in PROJECT, until Ctrl-C.</source>
         <translation>Continue et publie ce qui change dans PROJECT, jusqu’à Ctrl-C.</translation>
+    </message>
+    <message>
+        <source>Publish into a SITE that this program has not made, or that shows another project. What it replaces there is lost.</source>
+        <translation>Publie dans un SITE que ce programme n’a pas créé, ou qui montre un autre projet. Ce qui y est remplacé est perdu.</translation>
+    </message>
+    <message>
+        <source>Publish photographs that break off; what is missing is grey.</source>
+        <translation>Publie aussi les photographies incomplètes ; ce qui manque est gris.</translation>
+    </message>
+    <message>
+        <source>Import so many photographs at a time; else as many as the processor works on.</source>
+        <translation>Importe ce nombre de photographies à la fois ; sinon autant que le processeur en traite.</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>nombre</translation>
+    </message>
+    <message>
+        <source>Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG, WebP, TIFF).</source>
+        <translation>Dossier qui contient photos/, ou simple dossier de photographies (JPEG, PNG, GIF, SVG, WebP, TIFF).</translation>
+    </message>
+    <message>
+        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT. What this program has published there before is replaced, and removed where PROJECT has it no more.</source>
+        <translation>Dossier du site web, créé s’il manque : images/, thumbs/ et index.html ; static/ comme dans PROJECT. Ce que ce programme y a publié auparavant est remplacé, et supprimé si PROJECT ne l’a plus.</translation>
+    </message>
+    <message>
+        <source>The number of jobs &quot;%1&quot; is not a whole number from 1 to 256.</source>
+        <translation>Le nombre de tâches « %1 » n’est pas un nombre entier de 1 à 256.</translation>
     </message>
 </context>
 <context>
@@ -128,16 +148,8 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <translation>est vide</translation>
     </message>
     <message>
-        <source>cannot be decoded (it is not a JPEG, PNG, GIF or SVG picture)</source>
-        <translation>ne peut pas être décodé (ce n’est pas une image JPEG, PNG, GIF ou SVG)</translation>
-    </message>
-    <message>
         <source>holds a picture of the kind %1, which does not go with its name</source>
         <translation>contient une image du type %1, qui ne va pas avec son nom</translation>
-    </message>
-    <message>
-        <source>holds a picture of the kind %1, which is not a JPEG, PNG, GIF or SVG</source>
-        <translation>contient une image du type %1, qui n’est ni JPEG, ni PNG, ni GIF, ni SVG</translation>
     </message>
     <message>
         <source>cannot be decoded (%1)</source>
@@ -155,21 +167,17 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>is an SVG picture of more than %1 MiB</source>
         <translation>est une image SVG de plus de %1 Mio</translation>
     </message>
+    <message>
+        <source>cannot be decoded (it is not a JPEG, PNG, GIF, SVG, WebP or TIFF picture)</source>
+        <translation>ne peut pas être décodé (ce n’est pas une image JPEG, PNG, GIF, SVG, WebP ou TIFF)</translation>
+    </message>
+    <message>
+        <source>holds a picture of the kind %1, which is not published</source>
+        <translation>contient une image de type %1, qui n’est pas publiée</translation>
+    </message>
 </context>
 <context>
     <name>PictureImporter</name>
-    <message>
-        <source>cannot be decoded (%1)</source>
-        <translation>ne peut pas être décodé (%1)</translation>
-    </message>
-    <message>
-        <source>cannot be saved in the site, where %1 are free</source>
-        <translation>ne peut pas être enregistré dans le site, où %1 sont libres</translation>
-    </message>
-    <message>
-        <source>cannot be imported (%1)</source>
-        <translation>ne peut pas être importé (%1)</translation>
-    </message>
     <message>
         <source>%1: FAILED, %2</source>
         <translation>%1 : ÉCHEC, %2</translation>
@@ -177,6 +185,26 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>is a link into the site itself</source>
         <translation>est un lien vers le site lui-même</translation>
+    </message>
+    <message>
+        <source>cannot be decoded (its content is damaged)</source>
+        <translation>ne peut pas être décodé (son contenu est endommagé)</translation>
+    </message>
+    <message>
+        <source>cannot be saved in the site, where %1 are free; nothing more was published</source>
+        <translation>ne peut pas être enregistré dans le site, où il reste %1 ; rien de plus n’a été publié</translation>
+    </message>
+    <message>
+        <source>breaks off before its end (--accept-truncated publishes it all the same)</source>
+        <translation>s’interrompt avant la fin (--accept-truncated publie quand même)</translation>
+    </message>
+    <message>
+        <source>has more pixels than fit into memory</source>
+        <translation>a plus de pixels que la mémoire n’en contient</translation>
+    </message>
+    <message>
+        <source>has gone</source>
+        <translation>a disparu</translation>
     </message>
 </context>
 <context>
@@ -191,10 +219,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
             <numerusform>Arrêté. Photographies importées : %1 sur %n ; aucune page écrite</numerusform>
             <numerusform>Arrêté. Photographies importées : %1 sur %n ; aucune page écrite</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>No photograph found in %1</source>
-        <translation>Aucune photographie trouvée dans %1</translation>
     </message>
     <message numerus="yes">
         <source>%1 of %n photograph(s) imported: %2</source>
@@ -218,6 +242,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>No lock: the project&apos;s folder %1 cannot be written to</source>
         <translation>Pas de verrou : on ne peut pas écrire dans le dossier du projet %1</translation>
+    </message>
+    <message>
+        <source>Not published, because of their kind: %1</source>
+        <translation>Non publiés en raison de leur type : %1</translation>
     </message>
 </context>
 <context>
@@ -259,6 +287,14 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>the shop is not written, because the photograph &quot;%1&quot; of one of its products could not be imported</source>
         <translation>la boutique n’est pas écrite, parce que la photographie « %1 » d’un de ses produits n’a pas pu être importée</translation>
+    </message>
+    <message>
+        <source>there is no photograph, so nothing was published</source>
+        <translation>il n’y a aucune photographie ; rien n’a été publié</translation>
+    </message>
+    <message>
+        <source>SITE shows the photographs of another project, and none of these; --force replaces them</source>
+        <translation>SITE montre les photographies d’un autre projet et aucune de celles-ci ; --force les remplace</translation>
     </message>
 </context>
 <context>
@@ -438,6 +474,22 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>cannot be removed from %1 (%2)</source>
         <translation>ne peut pas être retiré de %1 (%2)</translation>
     </message>
+    <message>
+        <source>SITE was not made by this program, and there is something in it (%1).</source>
+        <translation>SITE n’a pas été créé par ce programme, et il n’est pas vide (%1).</translation>
+    </message>
+    <message>
+        <source>This would be replaced: %1.</source>
+        <translation>Serait remplacé : %1.</translation>
+    </message>
+    <message>
+        <source>--force publishes there all the same.</source>
+        <translation>--force publie quand même.</translation>
+    </message>
+    <message>
+        <source>Another instance publishes into SITE (%1).</source>
+        <translation>Une autre instance publie dans SITE (%1).</translation>
+    </message>
 </context>
 <context>
     <name>StaticFiles</name>
@@ -565,17 +617,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Not everything in %1 can be watched, so changes may be missed.</source>
         <translation>On ne peut pas tout surveiller dans %1, des changements peuvent échapper.</translation>
-    </message>
-</context>
-<context>
-    <name>FileUtils</name>
-    <message>
-        <source>Cannot open (WriteOnly) %1</source>
-        <translation>Impossible d’ouvrir en écriture %1</translation>
-    </message>
-    <message>
-        <source>Cannot write datas (WriteOnly) in %1</source>
-        <translation>Impossible d’écrire les données dans %1</translation>
     </message>
 </context>
 <context>
