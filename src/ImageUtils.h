@@ -189,7 +189,9 @@ public:
     /// - a picture with transparent pixels is laid on white where the format has none.
     ///
     /// GIF and SVG files are not encoded: without another ImageImport::format they are copied
-    /// whatever their size is, metadata of a GIF apart.
+    /// whatever their size is, metadata of a GIF apart. The metadata of a TIFF and of other formats
+    /// that are not named here is not taken apart: unless all of it is wanted, the picture is
+    /// encoded anew without it.
     ///
     /// \a src is only read, and nothing is lost at \a dst, as with copyImageFile(): unless the
     /// import succeeds, what stood there is unchanged. What is too large is refused after its

@@ -228,6 +228,8 @@ void tst_ImageImport::copyOrEncode_data()
                               << QSize(300, 400) << false;
     QTest::newRow("sideways, limited upright")
         << sideways << QSize(300, 200) << none << QByteArray("jpeg") << QSize(150, 200) << false;
+    QTest::newRow("bmp") << encoded(picture(400, 300), "bmp") << QSize() << none
+                         << QByteArray("bmp") << whole << true;
     QTest::newRow("png") << png << QSize() << none << QByteArray("png") << whole << true;
     QTest::newRow("png, too large")
         << png << QSize(200, 200) << none << QByteArray("png") << QSize(200, 150) << false;

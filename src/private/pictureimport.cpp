@@ -23,6 +23,8 @@
 #include <QColorSpace>
 #endif
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace OrvaUtilsPrivate {
@@ -41,6 +43,15 @@ QByteArray formatNamed(const QByteArray& name)
     if (lower == "jpg")
         return QByteArrayLiteral("jpeg");
     return lower == "tif" ? QByteArrayLiteral("tiff") : lower;
+}
+
+/// Whether a file of the format tells nothing beside its pixels.
+bool holdsPixelsAlone(const QByteArray& format)
+{
+    const char* const formats[] = {"bmp", "cur", "ico",  "pbm", "pgm",
+                                   "ppm", "tga", "wbmp", "xbm", "xpm"};
+    return std::any_of(std::begin(formats), std::end(formats),
+                       [&](const char* known) { return format == known; });
 }
 
 /// Lays a picture with transparent pixels on white.
@@ -171,8 +182,8 @@ bool PictureImport::mustReencode() const
 {
     if (isCopiedAlways())
         return false;
-    const bool holdsUnknown =
-        !canCarryMetadata(mFormat) && mHow.metadata != ImageImport::AllMetadata;
+    const bool holdsUnknown = !canCarryMetadata(mFormat) && !holdsPixelsAlone(mFormat)
+        && mHow.metadata != ImageImport::AllMetadata;
     return mFormat != mResult.format || holdsUnknown || mustTurn() || mustConvert()
         || exceeds(mHeader.size, limit());
 }
@@ -182,7 +193,7 @@ bool PictureImport::copy()
 {
     FileUtils::old::forceDirectoryCreationForAFile(mDestination);
     const bool keepsAll = mHow.metadata == ImageImport::AllMetadata || mFormat == "svg"
-        || (metadata() == mFound.metadata && !mFound.hasTrailer);
+        || holdsPixelsAlone(mFormat) || (metadata() == mFound.metadata && !mFound.hasTrailer);
     bool copied = false;
     if (keepsAll) {
         copied = copyFile(mSource, mDestination, OldFile::Kept);
