@@ -19,7 +19,7 @@
 class QIODevice;
 namespace OrvaUtilsPrivate {
 class ExifEditorPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// Edits the EXIF block of a JPEG file in place: what is not asked to change keeps its bytes and
 /// its offset. Maker notes, the interoperability IFD, the thumbnail and its IFD, tags of unknown

@@ -16,7 +16,7 @@
 
 namespace OrvaUtilsPrivate {
 class ImageImporterPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// Imports any number of pictures as ImageUtils::importImage() does, on threads of its own.
 ///

@@ -20,7 +20,7 @@
 class QIODevice;
 namespace OrvaUtilsPrivate {
 class QExifImageHeaderPrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// One entry of an image file directory (IFD): 12 bytes on file.
 ///

@@ -22,7 +22,7 @@ class QDebug;
 
 namespace OrvaUtilsPrivate {
 class QExifValuePrivate;
-}
+} // namespace OrvaUtilsPrivate
 
 /// The immutable value of one EXIF tag: a run of bytes, of 16-bit or 32-bit integers or of
 /// rationals, a text, or opaque bytes.
