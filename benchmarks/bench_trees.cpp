@@ -5,7 +5,7 @@
 // does a single operation and ends, so that compare_trees.py can measure a process against a
 // process:
 //
-//     bench_trees --once copyDir SOURCE DESTINATION
+//     bench_trees --once copyDir|copyDirWatched|replaceDir SOURCE DESTINATION
 //     bench_trees --once folderSize|folderSizeWithDate|listFiles|removeDirectory|removeContent PATH
 //     bench_trees --once nothing
 
@@ -154,6 +154,11 @@ int once(const QStringList& arguments)
         done = true;
     } else if (operation == QLatin1String("copyDir")) {
         done = FileUtils::copyDir(path, arguments.value(2), false);
+    } else if (operation == QLatin1String("copyDirWatched")) {
+        const auto observer = [](const FileUtils::TreeProgress&) { return true; };
+        done = FileUtils::copyDir(path, arguments.value(2), false, observer);
+    } else if (operation == QLatin1String("replaceDir")) {
+        done = FileUtils::replaceDir(path, arguments.value(2));
     } else if (operation == QLatin1String("folderSize")) {
         std::printf("%lld\n", FileUtils::folderSize(path));
     } else if (operation == QLatin1String("folderSizeWithDate")) {
