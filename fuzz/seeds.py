@@ -145,6 +145,7 @@ def main():
     versions = ["1.0", "1.0.7", "2.10", "2.9", "1.a", "1..2", "01", " 1", "99999999999", "1.2b", "-1"]
     inputs = {
         "exif_read": blocks,
+        "exif_edit": [bytes([5 + 20 * i, i]) + block for block in blocks for i in range(2)],
         "exif_file": files,
         "exif_value": [
             bytes(range(1, 60)) + bytes([kind]) for kind in range(6)

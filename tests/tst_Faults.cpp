@@ -10,6 +10,7 @@
 // The program starts itself a second time with FaultShim loaded before all other libraries.
 
 #include "DirectorySynchronizer.h"
+#include "ExifEditor.h"
 #include "ExifUtils.h"
 #include "FileUtils.h"
 #include "ImageUtils.h"
@@ -984,6 +985,27 @@ Change saving(const QString& artist)
     return [header](const QString& path) { return header->saveToJpeg(path); };
 }
 
+Change editing(const QString& artist)
+{
+    return [artist](const QString& path) {
+        ExifEditor editor;
+        if (!editor.load(path))
+            return false;
+        editor.setValue(QExifImageHeader::Artist, QExifValue(artist));
+        return editor.save(path);
+    };
+}
+
+/// A photograph with an orientation, a position and a note that reaches over several pages.
+QByteArray locatedPhotograph()
+{
+    QExifImageHeader header;
+    header.setValue(QExifImageHeader::Orientation, QExifValue(quint16(6)));
+    header.setValue(QExifImageHeader::MakerNote, QExifValue(bytes(9000)));
+    header.setValue(QExifImageHeader::GPSMapDatum, QExifValue("WGS-84"_s));
+    return photograph(header);
+}
+
 /// What an undisturbed change makes of a photograph.
 QByteArray changed(const QByteArray& photo, const Change& change)
 {
@@ -1101,6 +1123,23 @@ const QMap<QString, Scenario>& scenarios()
         {"saveToJpeg growing"_s, changePhoto("saveToJpeg"_s, picture("jpeg"), saving("Diane"_s))},
         {"saveToJpeg of a file with two names"_s,
          changePhoto("saveToJpeg"_s, picture("jpeg"), saving("Diane"_s), Way::InPlaceForTwoNames)},
+        {"ExifEditor within a block"_s,
+         changePhoto("ExifEditor"_s, photograph(*headerOf("Ansel"_s)), editing("Diane"_s),
+                     Way::InPlace)},
+        {"ExifEditor growing"_s,
+         changePhoto("ExifEditor"_s, locatedPhotograph(), editing(QString(9000, 'a'_L1)))},
+        {"ExifEditor without a block"_s,
+         changePhoto("ExifEditor"_s, picture("jpeg"), editing("Diane"_s))},
+        {"setOrientation"_s,
+         changePhoto(
+             "setOrientation"_s, locatedPhotograph(),
+             [](const QString& path) { return ExifUtils::setOrientation(path, 3); }, Way::InPlace)},
+        {"removeLocation"_s,
+         changePhoto("removeLocation"_s, locatedPhotograph(),
+                     [](const QString& path) { return ExifUtils::removeLocation(path); })},
+        {"removeMetadata"_s,
+         changePhoto("removeMetadata"_s, photograph(*headerOf("Ansel"_s)),
+                     [](const QString& path) { return ExifUtils::removeMetadata(path); })},
         {"clearRotation"_s,
          changePhoto("clearRotation"_s, photographWithLargeHeader(), ExifUtils::clearRotation)},
     };
