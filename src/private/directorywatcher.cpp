@@ -7,6 +7,7 @@
 #include "asconst_p.h"
 #include "directorywatcher_p.h"
 #include "folderpath_p.h"
+#include "folderreader_p.h"
 
 #include <QDir>
 #include <QFileSystemWatcher>
@@ -50,29 +51,45 @@ bool DirectoryWatcherPrivate::look(const QString& folder, Scope scope, Refusal r
         return false;
     const WatcherTurn turn(this);
     watchTop(folder);
-    const QStringList found = filesIn(folder, scope);
+    QStringList newFolders;
+    const QStringList found = filesIn(folder, scope, &newFolders);
     if (listed)
         *listed = found;
+    const int reportsBefore = mReports;
     bool complete = watchFiles(found, refusal);
     // Only now, because receivers take their time, and folders are made meanwhile.
-    if (!turn.isOver() && (complete || refusal == Refusal::IsSkipped))
+    if (!turn.isOver() && (complete || refusal == Refusal::IsSkipped)
+        && (scope == Scope::Tree || !newFolders.isEmpty() || mReports != reportsBefore))
         complete = watchFolders(folder, foldersIn(folder, scope), refusal) && complete;
     if (!turn.isOver())
         announceRefusals();
     return complete && !turn.isOver();
 }
 
-QStringList DirectoryWatcherPrivate::filesIn(const QString& folder, Scope scope) const
+/// The visible files of \a folder, or of its tree. In the first case those of the sub-folders that
+/// are new too, which are appended to \a newFolders: what is new in folders that are watched
+/// already, these notify of.
+QStringList DirectoryWatcherPrivate::filesIn(const QString& folder, Scope scope,
+                                             QStringList* newFolders) const
 {
     QStringList found;
-    FileUtils::old::listFilesInFileSystem(folder, found, scope == Scope::Tree, nullptr, folder);
-    if (scope == Scope::Tree)
+    if (scope == Scope::Tree) {
+        FileUtils::old::listFilesInFileSystem(folder, found, true, nullptr, folder);
         return found;
-    // What is new in folders that are watched already, these notify of.
-    QStringList subfolders;
-    FileUtils::listDirectoriesInFileSystem(folder, subfolders, false);
-    for (const QString& path : without(subfolders, folders)) {
-        const QString given = asGiven(path);
+    }
+    const QString path = absolute(folder);
+    std::vector<FolderEntry> entries;
+    readFolder(path, entries);
+    for (const FolderEntry& entry : entries) {
+        if (entry.isHidden || !entry.isReachable)
+            continue;
+        if (entry.kind == EntryKind::File)
+            found.append(joined(folder, entry.name));
+        else if (entry.kind == EntryKind::Folder && !folders.contains(joined(path, entry.name)))
+            newFolders->append(joined(path, entry.name));
+    }
+    for (const QString& newFolder : asConst(*newFolders)) {
+        const QString given = asGiven(newFolder);
         FileUtils::old::listFilesInFileSystem(given, found, true, nullptr, given);
     }
     return found;
@@ -108,9 +125,9 @@ void DirectoryWatcherPrivate::watchTop(const QString& folder)
 
 bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refusal)
 {
-    if (!makeWayForFiles(found))
-        return false;
     QStringList wanted = without(found, files);
+    if (!makeWayForFiles(wanted))
+        return false;
     for (auto path = unwatched.cbegin(); path != unwatched.cend(); ++path) {
         if (files.contains(path.key()) && found.contains(path.key()))
             wanted.append(path.key());
@@ -150,6 +167,7 @@ bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refus
     const WatcherTurn turn(this);
     for (const QString& file : asConst(added)) {
         mIsSettled = mIsSettled && isScanning;
+        ++mReports;
         Q_EMIT q->addedFiles(file);
         if (turn.isOver())
             return false; // a receiver wants none of this any more
@@ -267,10 +285,10 @@ QStringList DirectoryWatcherPrivate::forgetFolders(const QString& folder, bool o
 /// Before new files are reported: forgets the folders that are files by now, and reports the files
 /// that were in them; and reports the files that are folders by now, with new files in them. False
 /// when that ended the turn.
-bool DirectoryWatcherPrivate::makeWayForFiles(const QStringList& found)
+bool DirectoryWatcherPrivate::makeWayForFiles(const QStringList& newFiles)
 {
     QSet<QString> above;
-    for (const QString& file : without(found, files)) {
+    for (const QString& file : newFiles) {
         const QString path = absolute(file);
         if (folders.contains(path)) {
             forgetFolders(path, false);

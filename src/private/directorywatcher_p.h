@@ -63,18 +63,17 @@ public:
     int settleTime = 500;
 
 private:
-    QStringList filesIn(const QString& folder, Scope scope) const;
+    QStringList filesIn(const QString& folder, Scope scope, QStringList* newFolders) const;
     QStringList foldersIn(const QString& folder, Scope scope) const;
     QStringList withoutHopeless(const QStringList& paths, Refusal refusal) const;
     void watchTop(const QString& folder);
     bool watchFiles(const QStringList& found, Refusal refusal);
     bool watchFolders(const QString& folder, const QStringList& found, Refusal refusal);
-    bool watchAsFile(const QString& file);
     static void logRefused(const QStringList& paths);
     void rememberRefused(const QStringList& paths);
 
     void lookAgain();
-    bool makeWayForFiles(const QStringList& found);
+    bool makeWayForFiles(const QStringList& newFiles);
     bool makeWayForFolders(const QStringList& found);
     QStringList forgetFolders(const QString& folder, bool onlyChanged);
     bool reportVanishedFiles(const QString& folder, const QSet<QString>& present);
@@ -99,6 +98,7 @@ private:
     QTimer* const mQuiet; // child of the watcher, as the other one
     QTimer* const mSettling;
     bool mIsSettled = true;
+    int mReports = 0; // of files that were added
     int mNotifications = 0; // of the platform, being handled now
 };
 
