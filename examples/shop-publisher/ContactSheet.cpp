@@ -6,6 +6,7 @@
 #include "Html.h"
 #include "Languages.h"
 
+#include <HTMLUtils.h>
 #include <ImageUtils.h>
 
 #include <QFileInfo>
@@ -89,11 +90,11 @@ void writePicture(QTextStream& html, const PublishedPicture& picture)
          << '"' << (photograph ? "" : " class=\"table\"") << "><img src=\""
          << Html::address(QLatin1String("thumbs/") + picture.name) << '"'
          << (drawing ? " class=\"drawing\"" : "") << " alt=\""
-         << Html::escaped(alternativeText(picture.name)) << "\" width=\""
+         << HTMLUtils::escaped(alternativeText(picture.name)) << "\" width=\""
          << picture.thumbSize.width() << "\" height=\"" << picture.thumbSize.height()
          << "\" loading=\"lazy\"></a>\n"
-         << "<figcaption><bdi title=\"" << Html::escaped(fileName) << "\">"
-         << Html::escaped(fileName) << "</bdi>";
+         << "<figcaption><bdi title=\"" << HTMLUtils::escaped(fileName) << "\">"
+         << HTMLUtils::escaped(fileName) << "</bdi>";
     if (drawing)
         html << "<span>SVG</span>";
     else
@@ -114,28 +115,28 @@ QByteArray ContactSheet::html() const
          << "\">\n<head>\n<meta charset=\"utf-8\">\n"
          << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
          << "<meta name=\"generator\" content=\""
-         << Html::escaped(QCoreApplication::applicationName()) << "\">\n<title>"
-         << Html::escaped(mTitle) << "</title>\n<style>" << style
-         << "</style>\n</head>\n<body>\n<header>\n<h1><bdi>" << Html::escaped(mTitle)
-         << "</bdi></h1>\n<p>" << Html::escaped(tr("%n photograph(s)", nullptr, mPictures.size()))
-         << "</p>\n";
+         << HTMLUtils::escaped(QCoreApplication::applicationName()) << "\">\n<title>"
+         << HTMLUtils::escaped(mTitle) << "</title>\n<style>" << style
+         << "</style>\n</head>\n<body>\n<header>\n<h1><bdi>" << HTMLUtils::escaped(mTitle)
+         << "</bdi></h1>\n<p>"
+         << HTMLUtils::escaped(tr("%n photograph(s)", nullptr, mPictures.size())) << "</p>\n";
     if (!mLinks.isEmpty()) {
-        html << "<p>" << Html::escaped(tr("Shop:"));
+        html << "<p>" << HTMLUtils::escaped(tr("Shop:"));
         for (const auto& link : mLinks)
             html << " <a href=\"" << Html::address(link.first) << "\">"
-                 << Html::escaped(link.second) << "</a>";
+                 << HTMLUtils::escaped(link.second) << "</a>";
         html << "</p>\n";
     }
     html << "</header>\n<main>\n";
 
     if (mPictures.isEmpty())
-        html << "<p class=\"empty\">" << Html::escaped(tr("There is nothing to show yet."))
+        html << "<p class=\"empty\">" << HTMLUtils::escaped(tr("There is nothing to show yet."))
              << "</p>\n";
     for (int i = 0; i < mPictures.size();) {
         const QString folder = folderOf(mPictures.at(i).name);
         html << "<section>\n";
         if (!folder.isEmpty())
-            html << "<h2><bdi>" << Html::escaped(folder) << "</bdi></h2>\n";
+            html << "<h2><bdi>" << HTMLUtils::escaped(folder) << "</bdi></h2>\n";
         html << "<ul class=\"sheet\">\n";
         for (; i < mPictures.size() && folderOf(mPictures.at(i).name) == folder; ++i)
             writePicture(html, mPictures.at(i));

@@ -225,7 +225,7 @@ QByteArray ShopPage::html() const
          << '\n';
     if (!description.isEmpty())
         html << HTMLUtils::formatHtmlMetaName(QStringLiteral("description"), description) << '\n';
-    html << "<title>" << Html::escaped(name) << "</title>\n<style>" << styleFor(mShop.font)
+    html << "<title>" << HTMLUtils::escaped(name) << "</title>\n<style>" << styleFor(mShop.font)
          << "</style>\n<script>\n"
          << scriptFor(mShop.font) << "</script>\n</head>\n<body>\n"
          << "<header class=\"" << className("shop_head") << "\">\n";
@@ -234,19 +234,19 @@ QByteArray ShopPage::html() const
         for (const QString& language : mShop.languages)
             html << "<li><a href=\"" << fileName(language) << '"'
                  << (language == mLanguage ? " aria-current=\"page\"" : "") << '>'
-                 << Html::escaped(languageName(language)) << "</a></li>\n";
+                 << HTMLUtils::escaped(languageName(language)) << "</a></li>\n";
         html << "</ul></nav>\n";
     }
-    html << "<div class=\"" << className("shop_title") << "\">\n<h1>" << Html::escaped(name)
+    html << "<div class=\"" << className("shop_title") << "\">\n<h1>" << HTMLUtils::escaped(name)
          << "</h1>\n";
     if (!description.isEmpty())
-        html << "<p>" << Html::escaped(description) << "</p>\n";
+        html << "<p>" << HTMLUtils::escaped(description) << "</p>\n";
     html << "</div>\n</header>\n<main>\n<ul class=\"" << className("shop_products") << "\">\n";
 
     for (const ShopProduct& product : mShop.products) {
         const PublishedPicture picture = mPictures.value(product.photo);
         const bool drawing = picture.name.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive);
-        const QString productName = Html::escaped(product.name.value(mLanguage));
+        const QString productName = HTMLUtils::escaped(product.name.value(mLanguage));
         const QString productText = product.description.value(mLanguage);
         const QString vat = texts.text(QT_TRANSLATE_NOOP("PageTexts", "VAT"));
         html << "<li class=\"" << className("product_card") << "\" id=\"" << product.id << "\">\n"
@@ -261,31 +261,31 @@ QByteArray ShopPage::html() const
         if (!productText.isEmpty()) {
             QStringList lines = productText.split(QLatin1Char('\n'));
             for (QString& line : lines)
-                line = Html::escaped(line);
+                line = HTMLUtils::escaped(line);
             html << "<p>" << lines.join(QLatin1Char('\n')) << "</p>\n";
         }
         html << "</div>\n<div class=\"" << className("product_price") << "\">\n<p class=\""
              << className("product_gross") << "\">"
-             << Html::escaped(price(product.gross, mShop.currency)) << " <small>"
-             << Html::escaped(texts.text(QT_TRANSLATE_NOOP("PageTexts", "incl. VAT")))
+             << HTMLUtils::escaped(price(product.gross, mShop.currency)) << " <small>"
+             << HTMLUtils::escaped(texts.text(QT_TRANSLATE_NOOP("PageTexts", "incl. VAT")))
              << "</small></p>\n<p class=\"" << className("price_parts") << "\"><span class=\""
              << className("price_part") << "\">"
-             << Html::escaped(price(product.net, mShop.currency) + QLatin1Char(' ')
-                              + texts.text(QT_TRANSLATE_NOOP("PageTexts", "net")))
+             << HTMLUtils::escaped(price(product.net, mShop.currency) + QLatin1Char(' ')
+                                   + texts.text(QT_TRANSLATE_NOOP("PageTexts", "net")))
              << "</span> + <span class=\"" << className("price_part") << "\">"
-             << Html::escaped(price(product.vat, mShop.currency) + QLatin1Char(' ') + vat
-                              + QStringLiteral(" (%1)").arg(percent(product.vatRate)))
+             << HTMLUtils::escaped(price(product.vat, mShop.currency) + QLatin1Char(' ') + vat
+                                   + QStringLiteral(" (%1)").arg(percent(product.vatRate)))
              << "</span></p>\n</div>\n</li>\n";
     }
 
     const QString currencyName =
         CurrencyUtils::currencySymbol(mShop.currency, QLocale::CurrencyDisplayName);
     html << "</ul>\n</main>\n<footer class=\"" << className("shop_foot") << "\">\n<p>"
-         << Html::escaped(
+         << HTMLUtils::escaped(
                 texts.text(QT_TRANSLATE_NOOP("PageTexts", "Prices in %1, with the VAT of %2."))
                     .arg(currencyName, countryName(mShop.country, mLanguage)))
          << "</p>\n<p><a href=\"index.html\">"
-         << Html::escaped(texts.text(QT_TRANSLATE_NOOP("PageTexts", "All photographs")))
+         << HTMLUtils::escaped(texts.text(QT_TRANSLATE_NOOP("PageTexts", "All photographs")))
          << "</a></p>\n</footer>\n</body>\n</html>\n";
     html.flush();
     return page;
