@@ -7,11 +7,11 @@
 include("${SOURCE_DIR}/tests/support/run.cmake")
 
 # configure(<result> <output> <source> <build> <option>...): what CMake says of a project, which may
-# fail.
+# fail. What it knows of the compiler it keeps from one time to the next, and nothing of packages.
 function(configure result output source build)
-  file(REMOVE_RECURSE "${build}")
   execute_process(
     COMMAND ${CMAKE_COMMAND} -S "${source}" -B "${build}" -G "${GENERATOR}"
+      -UOrvaUtils* -UQt5* -UCMAKE_DISABLE_FIND_PACKAGE_* -UASKED_VERSION
       -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_PREFIX_PATH=${prefix}
       ${ARGN}
     RESULT_VARIABLE code OUTPUT_VARIABLE said ERROR_VARIABLE said)
@@ -28,6 +28,11 @@ function(expect output text)
     message(FATAL_ERROR "\"${text}\" is not in this:\n${output}")
   endif()
 endfunction()
+
+# Nothing that a run before found.
+foreach(build IN ITEMS optional program without_qt)
+  file(REMOVE_RECURSE "${WORK_DIR}/${build}")
+endforeach()
 
 # The version. Majors do not mix, and what is newer than the library is not there yet.
 file(STRINGS "${SOURCE_DIR}/CMakeLists.txt" version REGEX "^  VERSION [0-9.]+$")

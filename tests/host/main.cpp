@@ -3,7 +3,10 @@
 
 // Lets the library log one failure; the test reads it from the host's own log.
 
+#include <DirectorySynchronizer.h>
+#include <DirectoryWatcher.h>
 #include <FileUtils.h>
+#include <KeyPressCheatCodeDetection.h>
 
 int main()
 {

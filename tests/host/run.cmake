@@ -9,7 +9,7 @@ include("${SOURCE_DIR}/tests/support/run.cmake")
 set(log "${WORK_DIR}/host.log")
 file(REMOVE "${log}" "${WORK_DIR}/CMakeCache.txt")
 run(${CMAKE_COMMAND} -S "${SOURCE_DIR}/tests/host" -B "${WORK_DIR}" -G "${GENERATOR}"
-  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug
+  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0
   -DFETCHCONTENT_FULLY_DISCONNECTED=ON
   -DHOST_ADDS=${ADDS} -DORVAUTILS_SOURCE_DIR=${SOURCE_DIR})
 run(${CMAKE_COMMAND} --build "${WORK_DIR}" --target host)
