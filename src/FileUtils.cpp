@@ -11,6 +11,7 @@
 #include "folderpath_p.h"
 #include "logrecord_p.h"
 #include "processstate_p.h"
+#include "replacement_p.h"
 #include "treecopy_p.h"
 #include "treeremoval_p.h"
 #include "treereplacement_p.h"
@@ -395,6 +396,20 @@ bool FileUtils::replaceDir(const QString& source, const QString& destination,
     return OrvaUtilsPrivate::replaceDir(source, destination, task);
 }
 
+bool FileUtils::moveOver(const QString& path, const QString& newPath, QString* error)
+{
+    const QFileInfo moved(path);
+    const QFileInfo old(newPath);
+    const bool areFolders = moved.isDir() && !moved.isSymLink() && old.isDir() && !old.isSymLink();
+    QString reason;
+    if (areFolders ? moveFolderOver(moved.absoluteFilePath(), old.absoluteFilePath(), &reason)
+                   : OrvaUtilsPrivate::moveOver(path, newPath, &reason))
+        return true;
+    if (error)
+        *error = reason;
+    return false;
+}
+
 int FileUtils::removeEmptyDirs(const QString& path, bool recursive)
 {
     if (path.isEmpty())
@@ -497,6 +512,22 @@ bool FileUtils::writeFileContent(const QString& path, const QByteArray& data, QS
     if (!isTaken || file.error() != QFileDevice::NoError)
         return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot write datas (WriteOnly) in %1"));
     return true;
+}
+
+bool FileUtils::replaceFileContent(const QString& path, const QByteArray& data, QString* error)
+{
+    if (path.isEmpty() || !fileMkPath(path, error))
+        return false;
+    Replacement replacement(path, Replacement::Old::WrittenTo);
+    if (replacement.begin() && replacement.device().write(data) == data.size()
+        && replacement.commit())
+        return true;
+    if (error) {
+        *error = replacement.failure() == Replacement::Failure::None
+            ? replacement.device().errorString()
+            : replacement.reason();
+    }
+    return false;
 }
 
 bool FileUtils::replaceInFile(const QString& path, const QString& before, const QString& after)

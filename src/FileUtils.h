@@ -256,6 +256,15 @@ public:
     static bool replaceDir(const QString& source, const QString& destination,
                            const TreeObserver& observer = TreeObserver(), QString* error = nullptr);
 
+    /// Makes the complete file or folder \a path the one at \a newPath, on the same file system, in
+    /// one step: whoever looks finds what was there before, or what is there now. A folder takes
+    /// the place of a whole tree, which goes; outside of Linux there is a moment between the two.
+    ///
+    /// A file never takes the place of a folder, nor a folder that of a file; a link is replaced by
+    /// a file, and never by a folder. On failure returns false with the system's reason in \a
+    /// error, and nothing has changed. Nothing is logged.
+    static bool moveOver(const QString& path, const QString& newPath, QString* error = nullptr);
+
     /// Removes folders that hold no visible entry and returns how many were removed.
     ///
     /// With \a recursive true first the visible sub-folders, from the inside out; then, whatever
@@ -315,6 +324,13 @@ public:
     /// two are logged with LogType 2, both as "cannot open file " and the path.
     static bool writeFileContent(const QString& path, const QByteArray& data,
                                  QString* error = nullptr);
+
+    /// As writeFileContent(), but what stands at \a path is not lost whatever fails: \a data is
+    /// completed in a file beside it and brought to the disk, and takes its place in one step, with
+    /// its permissions. A link is followed. Needs a folder that takes a new file. Nothing is
+    /// logged; on failure \a error gets the message of fileMkPath() or the system's reason.
+    static bool replaceFileContent(const QString& path, const QByteArray& data,
+                                   QString* error = nullptr);
 
     /// Replaces every occurrence of \a before in the UTF-8 file \a path by \a after; upper and
     /// lower case are different. An empty \a before replaces nothing.

@@ -84,6 +84,11 @@ private Q_SLOTS:
     void cancelled_data();
     void cancelled();
     void progress();
+    void moveOver();
+    void moveOverRefusals_data();
+    void moveOverRefusals();
+    void replaceFileContent();
+    void replaceFileContentFailures();
 };
 
 void tst_FileUtilsReplaceDir::replaces_data()
@@ -326,6 +331,85 @@ void tst_FileUtilsReplaceDir::progress()
     QCOMPARE(seen.first().totalFiles, 6); // four files and two links
     QCOMPARE(seen.last().files, 6);
     QCOMPARE(seen.last().bytes, qint64(3 + 100000 + 6 + 2));
+}
+
+// Single files, and trees that are complete already
+
+void tst_FileUtilsReplaceDir::moveOver()
+{
+    Sandbox box;
+    makeTrees(box);
+    const QStringList tree = treeOf(box(text("s")));
+    QVERIFY(FileUtils::moveOver(box(text("s")), box(text("d"))));
+    QCOMPARE(treeOf(box(text("d"))), tree);
+    QVERIFY(!isThere(box(text("s"))));
+    box.file(text("draft"), "draft");
+    box.link(text("link"), text("d/a"));
+    QVERIFY(FileUtils::moveOver(box(text("draft")), box(text("link"))));
+    QVERIFY(!QFileInfo(box(text("link"))).isSymLink());
+    QCOMPARE(contentOf(box(text("link"))), QByteArray("draft"));
+    QVERIFY(FileUtils::moveOver(box(text("link")), box(text("d/a"))));
+    QVERIFY(FileUtils::moveOver(box(text("d")), box(text("new"))));
+    QCOMPARE(contentOf(box(text("new/a"))), QByteArray("draft"));
+    QCOMPARE(QDir(box.root()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList(text("new")));
+}
+
+void tst_FileUtilsReplaceDir::moveOverRefusals_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("newPath");
+    QTest::newRow("file over folder") << text("file") << text("d");
+    QTest::newRow("folder over file") << text("d") << text("file");
+    QTest::newRow("nothing") << text("none") << text("file");
+    QTest::newRow("folder over link") << text("s") << text("toD");
+}
+
+void tst_FileUtilsReplaceDir::moveOverRefusals()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, newPath);
+    Sandbox box;
+    makeTrees(box);
+    box.file(text("file"));
+    box.link(text("toD"), text("d"));
+    const QStringList before = treeOf(box.root());
+    QString error;
+    QVERIFY(!FileUtils::moveOver(box(path), box(newPath), &error));
+    QVERIFY(!error.isEmpty());
+    QCOMPARE(treeOf(box.root()), before);
+}
+
+void tst_FileUtilsReplaceDir::replaceFileContent()
+{
+    Sandbox box;
+    const QString path = box.file(text("file"), "old");
+    const QString link = box.link(text("link"), text("file"));
+    changeMode(path, 0640);
+    QVERIFY(FileUtils::replaceFileContent(link, "new"));
+    QCOMPARE(treeOf(box.root()), QStringList({text("file=new"), text("link -> file")}));
+    QCOMPARE(statusOf(path).st_mode & 0777, mode_t(0640));
+    QVERIFY(FileUtils::replaceFileContent(box(text("a/b/new")), QByteArray()));
+    QCOMPARE(contentOf(box(text("a/b/new"))), QByteArray());
+}
+
+void tst_FileUtilsReplaceDir::replaceFileContentFailures()
+{
+    Sandbox box;
+    box.file(text("file"), "old");
+    const QStringList before = treeOf(box.root());
+    QString error;
+    {
+        const FileLimit limit(RLIMIT_FSIZE, 1000);
+        QVERIFY(!FileUtils::replaceFileContent(box(text("file")), QByteArray(100000, 'x'), &error));
+    }
+    QVERIFY(!error.isEmpty());
+    error.clear();
+    QVERIFY(!FileUtils::replaceFileContent(box(text("file/in/file")), "x", &error));
+    QVERIFY(error.startsWith(text("(fileMkPath) ")));
+    QVERIFY(!FileUtils::replaceFileContent(QString(), "x"));
+    QVERIFY(!FileUtils::replaceFileContent(box.root(), "x"));
+    QCOMPARE(treeOf(box.root()), before);
 }
 
 QTEST_MAIN(tst_FileUtilsReplaceDir)

@@ -180,4 +180,13 @@ bool replaceDir(const QString& source, const QString& destination, TreeTask& tas
     return isReplaced && task.finish();
 }
 
+bool moveFolderOver(const QString& path, const QString& newPath, QString* reason)
+{
+    if (!takePlace(path, newPath, reason))
+        return false;
+    if (QFileInfo::exists(path))
+        removeWholly(path);
+    return true;
+}
+
 } // namespace OrvaUtilsPrivate
