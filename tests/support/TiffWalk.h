@@ -70,6 +70,8 @@ private:
     /// Returns the link behind the entries.
     quint32 directory(const QByteArray& name, qint64 offset)
     {
+        // What leads behind the block leads into it when it has become longer.
+        mIsSound = mIsSound && offset + 2 <= mBlock.size();
         if (offset < 8 || offset + 2 > mBlock.size() || mSeen.contains(offset))
             return 0;
         mSeen.insert(offset);
@@ -77,6 +79,7 @@ private:
         mIsSound = mIsSound && offset + 2 + 12 * count <= mBlock.size();
         QByteArray thumbnail;
         qint64 thumbnailAt = 0;
+        qint64 thumbnailSize = 0;
         for (qint64 at = offset + 2;
              at + 12 <= qMin<qint64>(mBlock.size(), offset + 2 + 12 * count); at += 12) {
             const quint32 tag = u16(at);
@@ -92,8 +95,11 @@ private:
                 type == 4 && u32(at + 4) == 1 && (tag == 0x8769 || tag == 0x8825 || tag == 0xA005);
             if (tag == 0x0201)
                 thumbnailAt = u32(at + 8);
-            if (tag == 0x0202)
-                thumbnail = mBlock.mid(int(thumbnailAt), int(u32(at + 8)));
+            if (tag == 0x0202) {
+                thumbnailSize = u32(at + 8);
+                thumbnail = mBlock.mid(int(qMin<qint64>(thumbnailAt, mBlock.size())),
+                                       int(qMin<qint64>(thumbnailSize, mBlock.size())));
+            }
             mEntries.append(name + ' ' + QByteArray::number(tag, 16).rightJustified(4, '0') + ' '
                             + QByteArray::number(type) + ' ' + QByteArray::number(u32(at + 4)) + ' '
                             + (isPointer ? QByteArray("...") : value.toHex()));
@@ -103,6 +109,7 @@ private:
                                               : QByteArray("Interoperability"),
                           u32(at + 8));
         }
+        mIsSound = mIsSound && thumbnail.size() == thumbnailSize;
         if (!thumbnail.isEmpty())
             mEntries.append(name + " thumbnail " + thumbnail.toHex());
         std::sort(mEntries.begin(), mEntries.end());
