@@ -109,7 +109,8 @@ private:
                                               : QByteArray("Interoperability"),
                           u32(at + 8));
         }
-        mIsSound = mIsSound && thumbnail.size() == thumbnailSize;
+        mIsSound = mIsSound && thumbnail.size() == thumbnailSize
+            && (thumbnail.isEmpty() || thumbnailAt >= 8);
         if (!thumbnail.isEmpty())
             mEntries.append(name + " thumbnail " + thumbnail.toHex());
         std::sort(mEntries.begin(), mEntries.end());
