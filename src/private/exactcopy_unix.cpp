@@ -76,6 +76,19 @@ bool isSparse(const struct stat& status)
     return qint64(status.st_blocks) * 512 < qint64(status.st_size);
 }
 
+/// Writes all the \a bytes at an offset of the file.
+bool writeAll(int file, const char* bytes, ssize_t size, off_t offset)
+{
+    for (ssize_t written = 0; written < size;) {
+        const ssize_t taken =
+            pwrite(file, bytes + written, size_t(size - written), offset + written);
+        if (taken < 0 && errno != EINTR)
+            return false;
+        written += qMax(taken, ssize_t(0));
+    }
+    return true;
+}
+
 /// Copies what lies between the holes of a file. False where that fails.
 bool copyBetweenHoles(int source, int destination, off_t size)
 {
@@ -95,14 +108,7 @@ bool copyBetweenHoles(int source, int destination, off_t size)
                 continue;
             if (got == 0)
                 return ftruncate(destination, at) == 0; // became shorter
-            for (ssize_t written = 0; written < got;) {
-                const ssize_t taken =
-                    pwrite(destination, buffer + written, size_t(got - written), at + written);
-                if (taken < 0 && errno != EINTR)
-                    return false;
-                written += qMax(taken, ssize_t(0));
-            }
-            if (got < 0)
+            if (got < 0 || !writeAll(destination, buffer, got, at))
                 return false;
             at += got;
         }
