@@ -92,8 +92,8 @@ public:
     /// The text ends with the blank if the currency is unknown: 3 in "XYZ" gives "3.00 ".
     static QString formatPrice(double price, const QString& isoCode);
 
-    /// The text of formatPrice() without the blank and the symbol: 12.5 gives "12.50". \a isoCode
-    /// is not used: all prices have two decimals.
+    /// The text of formatPrice() for \a price, without the blank and the symbol: 12.5 gives
+    /// "12.50". \a isoCode is not used: all prices have two decimals.
     static QString formatPriceWithoutSymbol(double price, const QString& isoCode);
 
     /// \a price for an input field: with at most six decimals, without trailing zeros, and not
@@ -144,9 +144,9 @@ public:
     /// An amount and its tax, in minor units. net + vat is always exactly gross.
     struct VatSplit
     {
-        qint64 net = 0;
-        qint64 vat = 0;
-        qint64 gross = 0;
+        qint64 net = 0; ///< the amount without the tax
+        qint64 vat = 0; ///< the tax
+        qint64 gross = 0; ///< the amount with the tax
         bool isValid = false; ///< false if there is no result; the amounts are 0 then
     };
 

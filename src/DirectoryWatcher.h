@@ -97,6 +97,8 @@ public:
     /// connect(&watcher, &DirectoryWatcher::settled, this, &Site::upload);
     /// \endcode
     void setSettleTime(int milliseconds);
+
+    /// After how many milliseconds without a change settled() is sent.
     int settleTime() const;
 
 Q_SIGNALS:

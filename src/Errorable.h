@@ -170,13 +170,14 @@ public:
     /// \a file may be null and counts as empty then. What ORVAUTILS_SET_ERROR raises.
     static ErrorableCode raisedAt(const ErrorableCode& code, const char* file, int line);
 
-    /// \internal
+    /// \cond INTERNAL
     /// Its first object makes the two tables. Each source that includes this header has one, so
     /// that the tables are there before the static initialisers of that source.
     struct ORVAUTILS_EXPORT MessageTables
     {
         MessageTables();
     };
+    /// \endcond
 
 private:
     Q_DISABLE_COPY(Errorable)

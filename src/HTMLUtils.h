@@ -162,7 +162,8 @@ public:
     /// Deliberate: \a name is not escaped.
     static QString formatHtmlMetaName(const QString& name, const QString& content);
 
-    /// The tag `<meta http-equiv="NAME" content="CONTENT"/>`, otherwise like formatHtmlMetaName().
+    /// The tag `<meta http-equiv="NAME" content="CONTENT"/>` of \a name and \a content,
+    /// otherwise like formatHtmlMetaName().
     static QString formatHtmlMetaHttpEqui(const QString& name, const QString& content);
 
     // Images

@@ -14,6 +14,7 @@
 /// The answer of ImageUtils::importImage() and ImageImporter.
 struct ImageImportResult
 {
+    /// How an import can end.
     enum Status {
         Imported, ///< the destination is the picture, encoded anew
         Copied, ///< the destination is the picture; its pixels were copied as they are stored
@@ -30,6 +31,7 @@ struct ImageImportResult
     /// unchanged.
     explicit operator bool() const { return status == Imported || status == Copied; }
 
+    /// How the import ended.
     Status status = NotFound;
     /// Why the import failed: one translated sentence for a user, without any folder. Empty where
     /// it succeeded.

@@ -106,7 +106,8 @@ public:
     ///   ProgressiveOnlyWhenReencoded; \a keepAspectRatio is false; the picture is wider or taller
     ///   than \a maxSize.
     ///
-    /// So NoResize with ProgressiveJpeg copies a picture that needs no rotation, baseline or not.
+    /// All of these are flags of \a options. So NoResize with ProgressiveJpeg copies a picture that
+    /// needs no rotation, baseline or not.
     ///
     /// A picture that is re-encoded and is wider or taller than \a maxSize is scaled smoothly
     /// (never with NoResize): into \a maxSize keeping its aspect ratio, to exactly \a maxSize when

@@ -3,15 +3,17 @@
 
 #include "QExifValue.h"
 
-#include "processstate_p.h"
-
 #include <QDebug>
 #include <QLocale>
+#include <QMutex>
 #include <QStringList>
 #include <QTextCodec>
 
 #include <algorithm>
+#include <atomic>
+#include <cstdlib>
 #include <iterator>
+#include <mutex>
 #include <utility>
 
 using namespace OrvaUtilsPrivate;
@@ -84,20 +86,43 @@ StringRecord* stringRecord(const QString& text)
     return new StringRecord(QExifValue::Ascii, sizeOf(text) + 1, text);
 }
 
-/// What all null values share. The process holds it, too, so that it is never deleted.
+// Unlike other state that lasts as long as the process, the null record is promised to be destroyed
+// when the process exits. It may be asked for before main() and in the destructors of static objects,
+// in any order. What leads to it therefore needs neither construction nor destruction at run time: a
+// record that the exit of the process has let go of is made anew.
+std::atomic<QExifValuePrivate*> nullRecord{nullptr};
+QBasicMutex nullRecordMutex;
+
 class NullRecord : public ByteVectorRecord
 {
 public:
     NullRecord()
         : ByteVectorRecord(QExifValue::Byte, 0, QVector<quint8>())
-    {
-        ref.ref();
-    }
+    { }
+    ~NullRecord() override { nullRecord.store(nullptr, std::memory_order_release); }
 };
+
+void releaseNullRecord()
+{
+    QExifValuePrivate* const record = nullRecord.load(std::memory_order_acquire);
+    if (record && !record->ref.deref())
+        delete record;
+}
 
 QExifValuePrivate* sharedNullRecord()
 {
-    return &processState<NullRecord>();
+    if (QExifValuePrivate* const record = nullRecord.load(std::memory_order_acquire))
+        return record;
+    std::lock_guard<QBasicMutex> lock(nullRecordMutex);
+    QExifValuePrivate* record = nullRecord.load(std::memory_order_acquire);
+    if (!record) {
+        record = new NullRecord;
+        record->ref.ref(); // held by the process until it exits
+        // Where it cannot be registered, the record is left to the system.
+        static_cast<void>(std::atexit(releaseNullRecord));
+        nullRecord.store(record, std::memory_order_release);
+    }
+    return record;
 }
 
 template <typename Payload>
@@ -270,7 +295,7 @@ bool QExifValue::operator==(const QExifValue& other) const
 
 bool QExifValue::isNull() const
 {
-    return d.data() == sharedNullRecord();
+    return d.data() == nullRecord.load(std::memory_order_acquire);
 }
 
 quint16 QExifValue::type() const

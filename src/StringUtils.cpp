@@ -5,8 +5,8 @@
 
 #include "ascii_p.h"
 #include "durationtext_p.h"
-#include "replaceeach_p.h"
 #include "processstate_p.h"
+#include "replaceeach_p.h"
 
 #include <QDateTime>
 #include <QRegularExpression>

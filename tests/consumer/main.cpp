@@ -87,8 +87,7 @@ bool hasAllOfTheLibrary()
         && CurrencyUtils::currencyNumericCode(QStringLiteral("EUR")) == 978
         && ImageUtils::createTransparentPixmap(QImage(), Qt::red, 50).size() == QSize(20, 20)
         && !ImageUtils::importImage(QString(), QString(), ImageImport())
-        && !ImageImporter().isRunning()
-        && qstrcmp(meta->className(), "Thread") == 0
+        && !ImageImporter().isRunning() && qstrcmp(meta->className(), "Thread") == 0
         && meta->indexOfSignal("progressThread(QString,QString)") >= 0;
 }
 
