@@ -133,6 +133,8 @@ private Q_SLOTS:
     void transparencyOnWhite();
     void truncated_data();
     void truncated();
+    void truncatedCopy_data();
+    void truncatedCopy();
     void quality_data();
     void quality();
     void failures_data();
@@ -721,6 +723,33 @@ void tst_ImageImport::truncated()
     writeFile(path("source"), whole);
     result = ImageUtils::importImage(path("source"), path("copy"), how);
     QVERIFY(result && !result.truncated);
+}
+
+void tst_ImageImport::truncatedCopy_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("status");
+    const QByteArray jpeg = encoded(landscape(400, 300, 0.7), "jpeg", 90);
+    const QByteArray png = encoded(landscape(400, 300, 0.7), "png");
+    const int scan = jpeg.indexOf("\xFF\xDA");
+    QTest::newRow("jpeg") << jpeg.left(jpeg.size() * 3 / 4) << int(ImageImportResult::Copied);
+    QTest::newRow("jpeg, in its first segment")
+        << jpeg.left(12) << int(ImageImportResult::Truncated);
+    QTest::newRow("jpeg, before its scan") << jpeg.left(scan) << int(ImageImportResult::Truncated);
+    QTest::newRow("png") << png.left(png.size() * 3 / 4) << int(ImageImportResult::Truncated);
+}
+
+void tst_ImageImport::truncatedCopy()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, status);
+    writeFile(path("source"), bytes);
+    writeFile(path("copy"), "old");
+    LogCapture log;
+    const ImageImportResult result = ImageUtils::importImage(path("source"), path("copy"), {});
+    QVERIFY(result.truncated);
+    QCOMPARE(int(result.status), status);
+    QCOMPARE(contentOf(path("copy")) == "old", !result);
 }
 
 void tst_ImageImport::quality_data()

@@ -89,8 +89,10 @@ private:
     bool read();
     bool examine();
     bool mustReencode() const;
+    bool holdsPicture();
     bool copy();
     bool load();
+    bool decode(const QSize& wanted, QImage* image) const;
     bool fit();
     bool finishPixels();
     bool store();
@@ -124,7 +126,8 @@ private:
 ImageImportResult PictureImport::run()
 {
     const bool done = inspect() && read() && examine()
-        && (mustReencode() ? load() && fit() && finishPixels() && store() : copy());
+        && (mustReencode() ? load() && fit() && finishPixels() && store()
+                           : holdsPicture() && copy());
     if (done)
         mResult.format = mFormat;
     return mResult;
@@ -188,6 +191,20 @@ bool PictureImport::mustReencode() const
         || exceeds(mHeader.size, limit());
 }
 
+/// Whether there is something to decode in a file that breaks off. A copy of it would be no picture
+/// otherwise.
+bool PictureImport::holdsPicture()
+{
+    if (!mResult.truncated)
+        return true;
+    if (mControl && !mControl->mayTake(memoryNeeded()))
+        return fail(ImageImportResult::Cancelled, translated("The import was cancelled."));
+    QImage image;
+    if (decode(QSize(), &image))
+        return true;
+    return failsWithName(ImageImportResult::Truncated, "\"%1\" is incomplete.");
+}
+
 /// Copies the file, or all of it but some metadata.
 bool PictureImport::copy()
 {
@@ -220,16 +237,21 @@ bool PictureImport::load()
     }
     if (mControl && !mControl->mayTake(memoryNeeded()))
         return fail(ImageImportResult::Cancelled, translated("The import was cancelled."));
-    const bool loaded = mResult.format == "jpeg"
-        ? decodeJpeg(mBytes, mHeader.size, targetSize(mHeader.size), &mImage)
-        : decodeAsStored(mBytes, mResult.format, &mImage);
-    if (loaded && !mImage.isNull()) {
+    if (decode(targetSize(mHeader.size), &mImage)) {
         mWasGrey = mImage.format() == QImage::Format_Grayscale8;
         mBytes = QByteArray();
         return !isCancelled();
     }
     return mResult.truncated ? failsWithName(ImageImportResult::Truncated, "\"%1\" is incomplete.")
                              : failsWithName(ImageImportResult::NotReadable, "\"%1\" is damaged.");
+}
+
+/// Decodes the source, a JPEG not much larger than \a wanted where that is valid.
+bool PictureImport::decode(const QSize& wanted, QImage* image) const
+{
+    const bool decoded = mResult.format == "jpeg" ? decodeJpeg(mBytes, mHeader.size, wanted, image)
+                                                  : decodeAsStored(mBytes, mResult.format, image);
+    return decoded && !image->isNull();
 }
 
 /// Scales the picture if it is too large.
