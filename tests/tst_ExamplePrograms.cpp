@@ -80,7 +80,7 @@ void tst_ExamplePrograms::shortPrograms_data()
 {
     QTest::addColumn<QString>("file");
     for (const char* name : {"import-photos.cpp", "mirror-folder.cpp", "price-editor.cpp"})
-        QTest::newRow(name) << QFINDTESTDATA(text("../examples/") + text(name));
+        QTest::newRow(name) << text(EXAMPLES_DIR "/") + text(name);
 }
 
 /// What can be read at one go.
