@@ -133,7 +133,8 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
         importer.start(mOptions.jobs);
         loop.exec();
     }
-    for (const Work& work : qAsConst(works)) {
+    const QVector<Work>& imported = works; // a constant one is not copied by the loop
+    for (const Work& work : imported) {
         QFile::remove(work.image);
         QFile::remove(work.thumb);
     }

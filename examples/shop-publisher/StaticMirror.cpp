@@ -9,6 +9,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 /// The path in the site of what stands at \a name in the static folder.
@@ -91,12 +94,11 @@ QStringList StaticMirror::newRefusals()
     const QVector<StaticFiles::Refusal> refusals = StaticFiles(mSource).refusals();
     for (const StaticFiles::Refusal& refusal : refusals)
         all.append(placeOf(refusal.name) + QLatin1String(": ") + refusal.reason);
-    QStringList news;
-    for (const QString& line : qAsConst(all)) {
-        if (!mTold.contains(line))
-            news.append(line);
-    }
+    const QStringList told = mTold;
     mTold = all;
+    QStringList news;
+    std::copy_if(all.cbegin(), all.cend(), std::back_inserter(news),
+                 [&told](const QString& line) { return !told.contains(line); });
     return news;
 }
 

@@ -156,7 +156,7 @@ QString SvgGuard::styleReason(const QString& css)
     // An escape sequence could spell anything of what is looked for.
     for (const char* refused : {"@import", "\\", "image-set(", "expression("}) {
         if (text.contains(QLatin1String(refused)))
-            return tr("has a style with \"%1\"").arg(QLatin1String(refused));
+            return tr("has a style with \"%1\"").arg(QString::fromLatin1(refused));
     }
     const QString url = QStringLiteral("url(");
     for (int at = text.indexOf(url); at >= 0; at = text.indexOf(url, at + 1)) {

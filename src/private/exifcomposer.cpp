@@ -5,6 +5,7 @@
 
 #include "exifblock_p.h"
 
+#include "asconst_p.h"
 #include "tiffblock_p.h"
 
 #include <algorithm>
@@ -189,7 +190,7 @@ private:
     void eraseFreed()
     {
         Coverage freed(mOut.size());
-        for (const Range& range : qAsConst(mFreed))
+        for (const Range& range : asConst(mFreed))
             freed.add(range);
         const std::vector<int> counts = freed.counts();
         const auto isFree = [&counts, this](int at) {
@@ -197,7 +198,7 @@ private:
             return counts[i] > 0 && counts[i] >= mUses[i];
         };
         char* const bytes = mOut.data();
-        for (const Range& range : qAsConst(mFreed)) {
+        for (const Range& range : asConst(mFreed)) {
             for (int at = range.begin; at < range.end; ++at) {
                 if (isFree(at))
                     bytes[at] = '\0';
