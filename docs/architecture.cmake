@@ -11,6 +11,7 @@
 
 cmake_minimum_required(VERSION 3.16)
 
+get_filename_component(ROOT "${ROOT}" ABSOLUTE)
 set(dot_file "${ROOT}/docs/architecture.dot")
 set(picture_file "${ROOT}/docs/images/architecture.svg")
 
