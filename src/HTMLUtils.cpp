@@ -71,6 +71,8 @@ void appendCodePoint(QString& text, uint code)
 /// Whether the surrogate at \a position of \a s is not half of a pair.
 bool isLoneSurrogate(const QString& s, int position)
 {
+    // There is one at the position, so the text is not empty.
+    // cppcheck-suppress containerOutOfBounds
     if (s.at(position).isHighSurrogate())
         return position + 1 == s.size() || !s.at(position + 1).isLowSurrogate();
     return position == 0 || !s.at(position - 1).isHighSurrogate();

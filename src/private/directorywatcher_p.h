@@ -63,6 +63,8 @@ public:
     int settleTime = 500;
 
 private:
+    Q_DISABLE_COPY(DirectoryWatcherPrivate)
+
     QStringList filesIn(const QString& folder, Scope scope, QStringList* newFolders) const;
     QStringList foldersIn(const QString& folder, Scope scope) const;
     QStringList withoutHopeless(const QStringList& paths, Refusal refusal) const;

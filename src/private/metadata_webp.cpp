@@ -12,7 +12,6 @@ namespace OrvaUtilsPrivate {
 namespace {
 
 // Bits of the extended header.
-const int profileFlag = 0x20;
 const int alphaFlag = 0x10;
 const int exifFlag = 0x08;
 const int xmpFlag = 0x04;
