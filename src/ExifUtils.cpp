@@ -57,7 +57,7 @@ bool readImageIfd(QIODevice* device, ImageIfd* ifd)
     if (head.size() < tiffHeaderSize || (!isLittle && !head.startsWith("MM"))
         || decode<quint16>(head.constData() + 2, ifd->order) != tiffMagic)
         return false;
-    const quint32 offset = decode<quint32>(head.constData() + 4, ifd->order);
+    const auto offset = decode<quint32>(head.constData() + 4, ifd->order);
     if (offset < tiffHeaderSize || offset > static_cast<quint32>(segments.claimedSize()))
         return false;
     segments.read(static_cast<int>(offset) - tiffHeaderSize);
