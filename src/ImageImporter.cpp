@@ -32,7 +32,7 @@ struct Job
 
 struct Done
 {
-    int index;
+    int index = 0;
     ImageImportResult result;
 };
 
@@ -215,7 +215,8 @@ protected:
         Job job;
         int index = 0;
         while (mQueue->next(&job, &index)) {
-            Done done = {index, ImageImportResult()};
+            Done done;
+            done.index = index;
             {
                 JobControl control(mQueue);
                 done.result = importPicture(job.src, job.dst, job.how, &control);
