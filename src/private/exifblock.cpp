@@ -49,7 +49,7 @@ QString decodedText(const QByteArray& bytes, ExifBlock::TextCodec codec)
 {
     if (codec == ExifBlock::TextCodec::Utf8) {
         QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        const QString text =
+        QString text =
             QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
         if (state.invalidChars == 0 && state.remainingChars == 0)
             return text;
@@ -69,7 +69,7 @@ bool ExifBlock::parse(const QByteArray& block)
     const char* const head = block.constData();
     const bool isLittle = std::memcmp(head, "II", 2) == 0;
     const ByteOrder order = isLittle ? QDataStream::LittleEndian : QDataStream::BigEndian;
-    const quint32 offset = decode<quint32>(head + 4, order);
+    const auto offset = decode<quint32>(head + 4, order);
     if ((!isLittle && std::memcmp(head, "MM", 2) != 0)
         || decode<quint16>(head + 2, order) != tiffMagic || offset < tiffHeaderSize
         || qint64(offset) + countSize > block.size())
@@ -141,10 +141,10 @@ int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 poin
         entry.type = decode<quint16>(entry.bytes.constData() + 2, mOrder);
         entry.count = decode<quint32>(entry.bytes.constData() + 4, mOrder);
         const quint64 size = sizeOf(entry.type, entry.count);
-        const quint32 data = decode<quint32>(entry.bytes.constData() + 8, mOrder);
+        const auto data = decode<quint32>(entry.bytes.constData() + 8, mOrder);
         if (size > inlineSize && data < static_cast<quint32>(mBlock.size())) {
             const int dataBegin = static_cast<int>(data);
-            const quint64 available = static_cast<quint64>(mBlock.size() - dataBegin);
+            const auto available = static_cast<quint64>(mBlock.size() - dataBegin);
             entry.data = {dataBegin, dataBegin + static_cast<int>(qMin(size, available))};
         }
         ifd.entries.push_back(entry);

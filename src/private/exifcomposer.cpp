@@ -320,7 +320,7 @@ QByteArray ExifBlock::composed() const
 {
     if (isEmpty())
         return QByteArray();
-    const QByteArray inPlace = Composer(*this, false).run();
+    QByteArray inPlace = Composer(*this, false).run();
     const bool isRestructured =
         std::any_of(mIfds.begin(), mIfds.end(), [](const Ifd& ifd) { return ifd.isRestructured; });
     if (!isRestructured)

@@ -69,7 +69,7 @@ QByteArray exifName()
 
 bool beginsBlock(const QByteArray& file, int at)
 {
-    const quint32 head = bigEndian<quint32>(file, at);
+    const auto head = bigEndian<quint32>(file, at);
     return head == 0x49492A00 || head == 0x4D4D002A;
 }
 
@@ -144,10 +144,10 @@ private:
     struct Tag
     {
         QByteArray name;
-        int nameEnd;
-        int end; // behind ">"
-        bool isClosing;
-        bool isEmpty;
+        int nameEnd = 0;
+        int end = 0; // behind ">"
+        bool isClosing = false;
+        bool isEmpty = false;
     };
 
     /// Goes behind a piece of markup, and erases it where it tells a location.

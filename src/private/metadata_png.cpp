@@ -82,7 +82,7 @@ quint32 checksum(const QByteArray& bytes)
     static const QVector<quint32> table = [] {
         QVector<quint32> made(256);
         for (int i = 0; i < 256; ++i) {
-            quint32 value = quint32(i);
+            auto value = quint32(i);
             for (int bit = 0; bit < 8; ++bit)
                 value = value >> 1 ^ (value & 1 ? 0xEDB88320u : 0);
             made[i] = value;
