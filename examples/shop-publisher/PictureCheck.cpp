@@ -13,7 +13,7 @@
 namespace {
 
 /// An SVG of more bytes is no drawing for a page.
-const qint64 maxSvgBytes = 20 * 1024 * 1024;
+const qint64 maxSvgBytes = Q_INT64_C(20) * 1024 * 1024;
 
 } // namespace
 

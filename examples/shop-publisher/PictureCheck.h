@@ -32,7 +32,7 @@ public:
     static Defect defectOf(const Photograph& photograph);
 
     /// The most pixels that a photograph may have.
-    static const qint64 maxPixels = 200 * 1000 * 1000;
+    static const qint64 maxPixels = 200000000;
 
 private:
     static Defect svgDefect(const QString& path);

@@ -122,7 +122,7 @@ QString SvgGuard::elementReason(const QXmlStreamReader& xml)
         return tr("holds an element \"%1\"").arg(xml.name().toString());
     const QXmlStreamAttributes attributes = xml.attributes();
     for (const QXmlStreamAttribute& attribute : attributes) {
-        const QString reason = attributeReason(attribute);
+        QString reason = attributeReason(attribute);
         if (!reason.isEmpty())
             return reason;
     }

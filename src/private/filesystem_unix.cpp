@@ -24,7 +24,7 @@ bool isSameFile(const QString& one, const QString& other)
 
 QString replaceablePath(const QFile& file)
 {
-    const QString path = QFileInfo(file.fileName()).canonicalFilePath();
+    QString path = QFileInfo(file.fileName()).canonicalFilePath();
     struct stat opened = {};
     struct stat named = {};
     if (fstat(file.handle(), &opened) != 0 || !S_ISREG(opened.st_mode) || opened.st_nlink != 1
@@ -51,7 +51,7 @@ bool setPermissions(QFile* file, QFile::Permissions permissions)
 {
     const unsigned bits = permissions;
     const unsigned owner = (bits >> 12 | bits >> 8) & 7;
-    const mode_t mode = mode_t(owner << 6 | (bits >> 4 & 7) << 3 | (bits & 7));
+    const auto mode = mode_t(owner << 6 | (bits >> 4 & 7) << 3 | (bits & 7));
     return fchmod(file->handle(), mode) == 0;
 }
 

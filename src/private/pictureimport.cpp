@@ -392,7 +392,7 @@ PictureMetadata PictureImport::metadata() const
         chosen.others.clear();
     }
     const bool isEncoded = mResult.size.isValid();
-    const PictureMetadata adapted =
+    PictureMetadata adapted =
         isEncoded ? adaptedMetadata(chosen, mResult.size, mustTurn()) : chosen;
     if (mustTurn())
         return adapted;

@@ -183,7 +183,7 @@ struct Reduction
 /// they are for pictures that are a burden on memory.
 bool canReduce(const QSize& whole, int eighths)
 {
-    const qint64 manyPixels = 8 * 1000 * 1000;
+    const qint64 manyPixels = 8000000;
     const bool isLarge = qint64(whole.width()) * whole.height() > manyPixels;
     return whole.width() * qint64(eighths) % 8 == 0 && whole.height() * qint64(eighths) % 8 == 0
         && (eighths < 5 || isLarge);

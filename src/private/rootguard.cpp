@@ -21,11 +21,11 @@ void RootGuard::watch(const QString& root, QObject* context, const std::function
 {
     stop();
     mPlatform = std::make_unique<QFileSystemWatcher>();
-    const QPointer<QObject> owner(context);
     QObject::connect(mPlatform.get(), &QFileSystemWatcher::directoryChanged, context,
-                     [this, owner, changed] {
+                     [this, context, changed] {
                          renew();
                          ++mNotifications;
+                         const QPointer<QObject> owner(context);
                          changed();
                          if (owner)
                              --mNotifications;

@@ -65,7 +65,7 @@ bool cannotMake(TreeTask& task, const QString& folder)
 struct Listing
 {
     std::vector<FolderEntry> entries;
-    bool isIntact;
+    bool isIntact = false;
 };
 
 Listing listingOf(const QString& path)

@@ -159,7 +159,7 @@ QString removeContent(const QString& folder, bool recursive, TreeTask& task)
     if (task.isObserved())
         task.setTotals(countOfRemoval(folder, recursive), -1);
     for (const FolderEntry& entry : entries) {
-        const QString path = joined(folder, entry.name);
+        QString path = joined(folder, entry.name);
         bool isRemoved = entry.isReachable;
         if (isRemoved && isRemovedAsFile(entry))
             isRemoved = removeTreeFile(path, task);
