@@ -247,7 +247,7 @@ void tst_ExamplePrograms::mirrorFolder()
 
     writeFile(project + text("/a/two.txt"), "2");
     QTRY_VERIFY2_WITH_TIMEOUT(said(text("copied ") + mirror + text("/a/two.txt")), output, 30000);
-    QCOMPARE(contentOf(mirror + text("/a/two.txt")), QByteArray("2"));
+    QTRY_COMPARE(contentOf(mirror + text("/a/two.txt")), QByteArray("2"));
     QVERIFY(QFile::remove(project + text("/a/one.txt")));
     QTRY_VERIFY2_WITH_TIMEOUT(said(text("removed ") + mirror + text("/a/one.txt")), output, 30000);
 
