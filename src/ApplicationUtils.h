@@ -19,9 +19,9 @@ class QWidget;
 
 /// Folders, modes and desktop helpers of the host application.
 ///
-/// Every folder is a text that ends with "/", made by putting texts together and never tidied; no
-/// folder is created or looked for. The application's name in it is that of
-/// CoreApplicationUtils::applicationName().
+/// Every folder is a text that ends with "/". It is put together from other texts and not
+/// normalised, and no folder is created or checked for existence. The application's name in it is
+/// that of CoreApplicationUtils::applicationName().
 ///
 /// \code
 /// const QString draft = ApplicationUtils::tempPath() + QStringLiteral("draft.jpg");
@@ -33,9 +33,8 @@ class QWidget;
 /// of such a program on a developer's machine. The name of the developer's account is chosen when
 /// the library is built, with the CMake option ORVAUTILS_DEVELOPER_ACCOUNT (default "orvadev").
 ///
-/// Folders and modes may be asked for at any moment. Without an application object there is no
-/// folder of the program: Qt warns, no mode holds, and pathDatas() is the relative
-/// "Resources/data/".
+/// Folders and modes can be queried at any time. Without an application object there is no folder
+/// of the program: Qt warns, no mode holds, and pathDatas() is the relative "Resources/data/".
 ///
 /// Thread: folders and modes any thread, once the identity is set; everything about screens,
 /// windows and the clipboard the GUI thread.
@@ -104,8 +103,8 @@ public:
     /// Whether developer mode or qualification mode holds.
     static bool detectDeveloperModeOrQualifMode();
 
-    /// Whether the developer of the account is at work: developer mode holds and the home folder's
-    /// path contains the account name.
+    /// Whether the owner of the developer's account runs the program: developer mode holds and the
+    /// home folder's path contains the account name.
     static bool detectIsQuillo();
 
     /// The modes as a text for window titles: "#dev mode# #qualif mode#" in developer mode,

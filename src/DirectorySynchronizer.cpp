@@ -232,7 +232,7 @@ void DirectorySynchronizer::onFileDeleted(const QString& path)
     if (!d->isInMirror(path, d->source))
         return;
     const QString mirror = d->mirrorOf(path);
-    // A path that has no mirror stands for itself: it is not ours to remove.
+    // A path without a mirror is its own mirror, and must not be removed.
     const bool hasMirror = mirror != path;
     QFile file(mirror);
     if (hasMirror && file.remove()) {
@@ -303,8 +303,8 @@ bool DirectorySynchronizerPrivate::canBeMirrored() const
         && !overlap(QDir(source).absolutePath(), QDir(destination).absolutePath());
 }
 
-/// Removes what stands in the place of a mirror, or of a folder on the way to it, and cannot be
-/// replaced by it. What it mirrored has given way in the source, too.
+/// Removes what stands in the place of a mirror, or of a folder above it, and cannot be replaced in
+/// one step. It mirrored something that has been replaced in the source, too.
 void DirectorySynchronizerPrivate::clearTheWay(const QString& mirror) const
 {
     const QString root = withSlash(destination);

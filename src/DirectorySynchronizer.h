@@ -31,17 +31,18 @@ class DirectorySynchronizerPrivate;
 /// \endcode
 ///
 /// It works in the event loop of the thread that owns it, and copies there, so that a large file
-/// delays what comes after it. A copy or removal that fails is reported and does not stop it;
-/// stop() does, and destroying it, which a receiver of its signals may do too.
+/// delays what comes after it. A copy or removal that fails is reported, and the mirroring
+/// continues. It ends with stop() or with the object, which a slot connected to its signals may
+/// delete.
 ///
-/// Who reads a file in the destination while it changes finds the former content or the new one,
-/// complete, also after this process was killed: each copy is made beside the mirror, under a
-/// hidden name where the file system demands one, and takes its place. The copies are not brought
-/// to the disk one by one.
+/// A program that reads a file of the destination while it changes finds either the old or the new
+/// content, complete, even if this process is killed: each copy is made beside the mirror, under a
+/// hidden name where the file system demands one, and takes its place. The copies are not synced to
+/// the disk one by one.
 ///
-/// Folders that vanish from the source stay, empty, in the destination, unless a file takes their
-/// place: then they are removed with everything in them. Hidden files are copied by fullSync()
-/// only.
+/// Folders that are removed from the source stay in the destination, without their files. If a file
+/// takes the place of such a folder, the folder is removed with everything in it. Hidden files are
+/// copied by fullSync() only.
 ///
 /// The mirror of a file is its path with every occurrence of the source path in it replaced by the
 /// destination path, as plain text: where the source's path occurs once more further down, that
@@ -52,19 +53,19 @@ class ORVAUTILS_EXPORT DirectorySynchronizer : public QObject
     Q_OBJECT
 
 public:
-    /// Watches nothing yet.
+    /// A synchronizer that does not follow any folder yet.
     explicit DirectorySynchronizer(QObject* parent = nullptr);
 
     /// Ends the mirroring.
     ~DirectorySynchronizer() override;
 
-    /// Follows the changes under the folder \a source from now on, in the folder \a destination. It
-    /// copies nothing: call fullSync() first.
+    /// Starts to follow the changes under the folder \a source and to repeat them in the folder \a
+    /// destination. Existing files are not copied: call fullSync() first.
     ///
     /// True when the whole tree is watched. Otherwise false, with the text "Watcher fail" in
-    /// error() and in the log (LogType 4); what could be watched is followed all the same. A
-    /// source that does not exist is reported as checkDirs() does, in addition. A destination that
-    /// is empty, lies inside the source (also through links) or contains it is refused in the same
+    /// error() and in the log (LogType 4); what can be watched is followed nevertheless. A source
+    /// that does not exist is reported as checkDirs() does, in addition. A destination that is
+    /// empty, lies inside the source (also through links) or contains it is refused in the same
     /// way, and nothing is followed.
     bool startWatcher(const QString& source, const QString& destination);
 
@@ -148,14 +149,14 @@ Q_SIGNALS:
     void failed(const QString& path, const QString& reason);
 
 public Q_SLOTS:
-    /// Removes the mirror of \a path. A mirror that is gone already is an error().
+    /// Removes the mirror of \a path. If it does not exist, that is reported as error().
     void onFileDeleted(const QString& path);
 
     /// Copies \a path over its mirror, whose folder is made where it is missing. A file in the
     /// place of that folder, or a folder in that of the mirror, is removed first.
     void onFileAddedOrModified(const QString& path);
 
-    /// Follows the source no more. startWatcher() begins anew.
+    /// Stops following the source. Call startWatcher() to start again.
     void stop();
 
 private:

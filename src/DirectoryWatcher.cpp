@@ -16,13 +16,13 @@ using OrvaUtilsPrivate::WatcherTurn;
 
 namespace {
 
-// In milliseconds: when nothing has happened for that long it is quiet, and after that long it
-// counts as quiet although things go on to happen.
+// In milliseconds: how long nothing may happen before files are compared, and after how long they
+// are compared although changes continue.
 const int quietTime = 100;
 const int longestUnrest = 1000;
 
-// The system keeps a limited number of notifications, and drops the others in silence. Some may
-// have been dropped when there were as many as this, or when they had to wait as long as this.
+// The system queues a limited number of notifications and silently drops the others. Some may be
+// lost if there were as many as this, or if they had to wait for as long as this.
 const int manyHappenings = 4000;
 const int longWait = 1000;
 
@@ -128,7 +128,7 @@ void DirectoryWatcherPrivate::begin(const QString& root)
     if (!QDir(root).exists())
         return;
     mGuard.watch(root, q, [this] { checkRoot(); });
-    // What changes while the tree is scanned is found when all is quiet.
+    // Changes during the scan are found by the comparison that follows.
     noteActivity(rootPath, longWait);
 }
 
@@ -176,7 +176,7 @@ void DirectoryWatcherPrivate::handleFolder(const QString& folder)
         return;
 
     lookAgainSoon(path);
-    // A folder that was renamed is notified of under its former name, its contents as well.
+    // For a renamed folder and its content, notifications carry the old path.
     if (stateOf(folder).isMissing())
         lookAgainSoon(rootPath);
     noteActivity(path, turn.elapsed());
@@ -194,7 +194,7 @@ void DirectoryWatcherPrivate::handleFile(const QString& file)
         files.remove(file);
         unwatched.remove(file);
     } else if (isKnown) {
-        // The watch belongs to the file that was, which may have been replaced or made anew under
+        // The watch belongs to the old file, which may have been replaced or created again under
         // the same name.
         if (!state.isSameFile(files.value(file)) || !platform->files().contains(file)) {
             platform->removePath(file);
@@ -220,7 +220,7 @@ void DirectoryWatcherPrivate::handleFile(const QString& file)
     announceRefusals();
 }
 
-/// Another folder may stand at the root's path, or none.
+/// The root's path may now lead to another folder, or to none.
 void DirectoryWatcherPrivate::checkRoot()
 {
     const FileState state = stateOf(rootPath);
@@ -233,7 +233,8 @@ void DirectoryWatcherPrivate::checkRoot()
 
 // When all is quiet
 
-/// \a handledFor is how long the happening was handled, in milliseconds; others had to wait.
+/// \a handledFor is how long handling the notification took, in milliseconds, while others had to
+/// wait.
 void DirectoryWatcherPrivate::noteActivity(const QString& folder, qint64 handledFor)
 {
     mTouched.insert(folder.endsWith(QLatin1Char('/')) ? folderOf(folder) : folder);
@@ -246,9 +247,9 @@ void DirectoryWatcherPrivate::noteActivity(const QString& folder, qint64 handled
         mSettling->start(settleTime);
 }
 
-/// Notifications leave gaps: the watch of a file that is renamed over another one ends up at either
-/// of them, or at none, and what waits for too long is dropped. So the files of each folder in
-/// which something happened are compared with what is known of them.
+/// Notifications are incomplete: when a file is renamed over another one, the watch may remain with
+/// either of them or with none, and notifications that wait for too long are dropped. Therefore the
+/// files of each folder in which something happened are compared with their last known state.
 void DirectoryWatcherPrivate::lookOnceQuiet()
 {
     QSet<QString> touched;
@@ -260,8 +261,8 @@ void DirectoryWatcherPrivate::lookOnceQuiet()
         if (isAllTouched || touched.contains(folderOf(file.key())))
             candidates.append(file.key());
     }
-    // While folders change places again and again, what a receiver reads may be another file than
-    // the one that stands there before and after.
+    // While folders are exchanged repeatedly, a slot may read another file than the one that exists
+    // before and after it.
     for (auto swap = mSwaps.cbegin(); swap != mSwaps.cend(); ++swap) {
         const QStringList below =
             swap.value() > 1 ? filesBelow(asGiven(swap.key())) : QStringList();
@@ -290,9 +291,9 @@ void DirectoryWatcherPrivate::announceSettled()
     Q_EMIT q->settled();
 }
 
-/// Receivers met another file, or none, if the one that was just reported was moved away in the
-/// meantime, with its folder perhaps. It may be back before anybody looks, and is reported anew
-/// then.
+/// If the file that was just reported has been moved away meanwhile, perhaps with its folder, slots
+/// found another file or none. It may be back before the next comparison, and is then reported
+/// again.
 void DirectoryWatcherPrivate::checkReported(const QString& file)
 {
     const auto known = files.find(file);

@@ -30,52 +30,52 @@ class DirectoryWatcherPrivate;
 /// \endcode
 ///
 /// It works in the event loop of the thread that owns it; move it there before setPath(). Every
-/// signal is sent from that loop, unwatched() from setPath() and addDir() too. A receiver may take
-/// its time, delete the watcher, stop it or give it another path.
+/// signal is sent from that loop, unwatched() from setPath() and addDir() too. A slot may take
+/// long, delete the watcher, stop it or give it another path.
 ///
 /// Paths in signals are the root as given to setPath(), "/", and the path relative to it. A renamed
 /// file is reported as deleted and as added. Hidden files and folders are neither watched nor
-/// reported. A file counts as deleted when the nearest folder above it that can be read does not
-/// list the way to it any more: one that cannot be read for a moment is still there.
+/// reported. A file counts as deleted when the nearest readable folder above it no longer lists the
+/// way to it. A folder that cannot be read for a moment does not make its files count as deleted.
 ///
-/// Files and folders may take each other's places in one step, and the root may be moved away, come
-/// back or be made anew: what stands at a path is what is watched. For that, the folders above the
-/// root are watched as well. What notifications leave out is found by comparing files with what is
-/// known of them (inode and time of change, where the system has these) once nothing has happened
-/// for 100 milliseconds, or after a second in which things went on to happen.
+/// Files and folders may replace each other in one step, and the root may be moved away, come back
+/// or be created again: the watcher follows paths, and whatever exists at them. For this it also
+/// watches the folders above the root. Changes without a notification are found by comparing files
+/// with their last known state (inode and time of change, where the system has these), once nothing
+/// has happened for 100 milliseconds, or after one second of continuous activity.
 ///
-/// Each file and each folder takes one of the platform's watches. A tree with more than it grants
-/// is watched in part: that shows as the record "Impossible to add to Watcher :", a false result,
-/// and unwatched() with the reason.
+/// Each file and each folder takes one of the platform's watches. A tree that needs more than the
+/// platform grants is watched in part, which is reported by the record "Impossible to add to
+/// Watcher :", by the result false, and by unwatched() with the reason.
 class ORVAUTILS_EXPORT DirectoryWatcher : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Watches nothing yet.
+    /// A watcher without a folder; see setPath().
     explicit DirectoryWatcher(QObject* parent = nullptr);
 
-    /// Ends the watching. A receiver of a signal may do it.
+    /// Ends the watching. A slot connected to one of its signals may delete the watcher.
     ~DirectoryWatcher() override;
 
-    /// Watches the tree under the folder \a root in the place of whatever was watched before. What
-    /// stands there already is not reported.
+    /// Watches the tree under the folder \a root instead of what was watched before. Files that
+    /// exist already are not reported.
     ///
     /// True when the whole tree is watched. False when \a root does not exist, which is logged as
-    /// "Wrong path" (LogType 4), or when addDir() says false; what could be watched is watched all
-    /// the same. Whether signals are blocked (QObject::blockSignals) is the same afterwards as
-    /// before; while the tree is scanned they are.
+    /// "Wrong path" (LogType 4), or when addDir() says false; what can be watched is watched
+    /// nevertheless. Signals are blocked (QObject::blockSignals) while the tree is scanned;
+    /// afterwards they are blocked only if they were before.
     bool setPath(const QString& root);
 
-    /// Watches the tree under \a folder in addition, and reports each visible file in it that was
-    /// not watched before through addedFiles(), in no particular order.
+    /// Watches the tree under \a folder as well, and reports each visible file in it that was not
+    /// watched before by addedFiles(), in no particular order.
     ///
     /// When the platform refuses files, the record "Impossible to add to Watcher :" with their
-    /// paths is logged (LogType 4) and the answer is false; nothing is reported then, and folders
-    /// are not watched in this pass. Another pass from the event loop does both for all that was
-    /// not refused. When the platform refuses folders, the same record names them, and the answer
-    /// is false, too. That \a folder itself is refused shows in unwatched() alone. A folder that
-    /// does not exist is true and silent. Before setPath() the answer is false.
+    /// paths is logged (LogType 4) and the result is false. In that case nothing is reported at
+    /// once and no folder is watched; both follow from the event loop for what was not refused.
+    /// When the platform refuses folders, the same record names them, and the result is false as
+    /// well. If \a folder itself is refused, only unwatched() says so. For a folder that does not
+    /// exist the result is true, and nothing is logged. Before setPath() the result is false.
     bool addDir(const QString& folder);
 
     /// How many files are watched now; each takes a watch of the platform.
@@ -111,9 +111,8 @@ Q_SIGNALS:
 
     /// The platform refuses to watch \a paths: changes in them will be missed. \a reason is a
     /// sentence for the user, translated in the context "DirectoryWatcher": permission to read is
-    /// missing, or the system's limit is reached, with what it is and how to raise it. Sent once
-    /// for each path until it is watched; what setPath() could not watch is named before it
-    /// returns.
+    /// missing, or the system's limit is reached, with what it is and how to raise it. Emitted once
+    /// for each path until it is watched; for what setPath() could not watch, before it returns.
     ///
     /// \code
     /// connect(&watcher, &DirectoryWatcher::unwatched, this,
@@ -123,23 +122,23 @@ Q_SIGNALS:
     /// \endcode
     void unwatched(const QStringList& paths, const QString& reason);
 
-    /// Something was reported, and nothing has happened since for the time of setSettleTime().
+    /// Files were reported, and nothing has happened since then for the time of setSettleTime().
     void settled();
 
 public Q_SLOTS:
     /// The entries of \a folder changed: looks for new files in it and in its new sub-folders at
     /// once, and in its whole tree when control returns to the event loop, because files may appear
-    /// while the first look is taken, or while receivers are busy with what it found. That second
-    /// look also finds files that vanished unnoticed, as with a renamed folder.
+    /// during the first pass or while slots handle its results. The second pass also finds files
+    /// that disappeared without a notification, as when a folder is renamed.
     void onDirMod(const QString& folder);
 
-    /// The file \a file changed: reports it as deleted when it is not there any more or is a
-    /// folder by now, else as modified, also if it cannot be read. Does so for a file that is not
-    /// watched, too, which is not watched afterwards either.
+    /// The file \a file changed: reports it as deleted if it does not exist any more or is a folder
+    /// now, otherwise as modified, even if it cannot be read. A file that is not watched is
+    /// reported in the same way, and is not watched afterwards.
     void onFilemod(const QString& file);
 
-    /// Ends the watching: nothing is reported any more, and the platform's watches are given back.
-    /// setPath() begins anew. Does nothing while nothing is watched.
+    /// Ends the watching: nothing is reported any more, and the platform's watches are released.
+    /// Call setPath() to start again. Does nothing if nothing is watched.
     void stop();
 
 private:

@@ -160,7 +160,7 @@ public:
     /// The text that sOverriddenErrorMessage holds for \a code, else errorMessage(code).
     static QString overriddenErrorMessage(const ErrorableCode& code);
 
-    /// Takes away every error of this object, of all its ancestors and of everything below it.
+    /// Clears every error of this object, of all its ancestors and of all its descendants.
     ///
     /// Deliberately one-sided: the ancestors also lose the errors that came to them from other
     /// branches, while those branches keep their own.

@@ -59,14 +59,15 @@ class ORVAUTILS_EXPORT ExifEditor
 public:
     /// An editor without a block. Tags that are set make a new one, in little-endian byte order.
     ExifEditor();
-    /// Forgets what was not saved.
+    /// Discards changes that were not saved.
     ~ExifEditor();
 
-    /// Replaces everything here by the EXIF block of the JPEG file \a fileName. True also for a
-    /// JPEG without one; the editor is empty then. False, with the editor empty, when the file
-    /// cannot be read, is no JPEG, or when its EXIF block has no readable directory.
+    /// Replaces the content of this editor by the EXIF block of the JPEG file \a fileName. True
+    /// also for a JPEG without one; the editor is empty then. False, with the editor empty, when
+    /// the file cannot be read, is no JPEG, or when its EXIF block has no readable directory.
     ///
-    /// A block that is damaged further in is taken as it is: values are read as far as they go.
+    /// A block that is damaged behind its first directory is accepted: values are read as far as
+    /// they exist.
     bool load(const QString& fileName, QString* error = nullptr);
 
     /// As above, from the current position of \a device, which must be open for reading and may be
@@ -82,14 +83,14 @@ public:
     /// stays and all bytes that change lie within one block of 4096 bytes these are written; else a
     /// new file is completed beside the old one, with its permissions, owner, access list and
     /// extended attributes, and takes its place in one step. A file that holds the block already is
-    /// not touched, so that saving twice is saving once.
+    /// not written.
     ///
     /// False, with the file untouched, when it cannot be opened for reading and writing, is no
-    /// JPEG, when the block exceeds what a segment holds (65,527 bytes), when it grows though the
-    /// segment behind it has the rest of a larger block, when writing fails, and when a new file
-    /// would be needed but cannot take the place of this one unnoticed: it has several names (hard
-    /// links), it belongs to somebody else, or its folder takes no new file. What was set stays
-    /// set; the editor can try again elsewhere.
+    /// JPEG, when the block exceeds what a segment holds (65,527 bytes), when it would grow
+    /// although it continues in the next segment, when writing fails, and when a new file would be
+    /// needed but cannot take the place of this one unnoticed: it has several names (hard links),
+    /// it belongs to somebody else, or its folder takes no new file. The editor keeps its changes,
+    /// so that they can be saved elsewhere.
     bool save(const QString& fileName, QString* error = nullptr);
 
     /// As above, into the JPEG that \a device, open for reading and writing and random access,
@@ -97,7 +98,7 @@ public:
     /// device is never made shorter: a smaller block is filled up with NULs.
     bool save(QIODevice* device, QString* error = nullptr);
 
-    /// Forgets the block and everything that was set.
+    /// Discards the block and all values that were set.
     void clear();
 
     /// Whether there is no block and no tag has been set.
@@ -123,11 +124,11 @@ public:
     /// The tags of the GPS sub-IFD in ascending order.
     QList<QExifImageHeader::GpsTag> gpsTags() const;
 
-    /// Whether the image \a tag is there, also with a value that QExifValue cannot hold.
+    /// Whether the image \a tag is present, even with a value that QExifValue cannot hold.
     bool contains(QExifImageHeader::ImageTag tag) const;
-    /// Whether the extended \a tag is there.
+    /// Whether the extended \a tag is present.
     bool contains(QExifImageHeader::ExifExtendedTag tag) const;
-    /// Whether the GPS \a tag is there.
+    /// Whether the GPS \a tag is present.
     bool contains(QExifImageHeader::GpsTag tag) const;
 
     /// The value of the image \a tag. Null where it is absent, and for types that QExifValue does
@@ -142,7 +143,8 @@ public:
     QExifValue value(QExifImageHeader::GpsTag tag) const;
 
     /// Adds the image \a tag or replaces its \a value; a null value removes it. Type and count are
-    /// those of the value, whatever EXIF asks for. The value that is there already changes nothing.
+    /// those of the value, whatever EXIF asks for. Setting the value that the tag has already
+    /// changes nothing.
     void setValue(QExifImageHeader::ImageTag tag, const QExifValue& value);
     /// Adds the extended \a tag or replaces its \a value, likewise.
     void setValue(QExifImageHeader::ExifExtendedTag tag, const QExifValue& value);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ExifUtils: what most callers want of a photograph's EXIF block: which way up it is, and that it
-// does not tell too much.
+// ExifUtils: what most callers need of a photograph's EXIF block: its orientation, and a way to
+// remove private data.
 
 #ifndef ORVAUTILS_EXIFUTILS_H
 #define ORVAUTILS_EXIFUTILS_H
@@ -13,8 +13,8 @@ class QExifImageHeader;
 class QIODevice;
 class QString;
 
-/// Shortcuts on QExifImageHeader and ExifEditor. Stateless: several files may be worked on at a
-/// time, each by one thread. Nothing is logged but what QExifImageHeader warns of.
+/// Shortcuts for QExifImageHeader and ExifEditor. They keep no state: several threads may use them
+/// at the same time, each on another file. Nothing is logged but what QExifImageHeader warns of.
 ///
 /// \code
 /// QString error;
@@ -26,7 +26,7 @@ class ORVAUTILS_EXPORT ExifUtils
 public:
     ExifUtils() = delete;
 
-    /// What removeMetadata() does with a picture that is turned or mirrored when it is shown.
+    /// What removeMetadata() does with a picture that its orientation turns or mirrors.
     enum class Rotated {
         Refuse, ///< leave the file as it is
         KeepOrientation ///< leave an EXIF block with nothing but the orientation
@@ -53,8 +53,8 @@ public:
     /// As above, for a \a header that is loaded already.
     static int imageExifRotation(const QExifImageHeader& header);
 
-    /// Makes the JPEG file \a fileName say that it is not rotated: its Orientation tag becomes 0,
-    /// as a SignedLong (not the Short that EXIF asks for; deliberate).
+    /// Marks the JPEG file \a fileName as not rotated: its Orientation tag becomes 0, as a
+    /// SignedLong (not the Short that EXIF asks for; deliberate).
     ///
     /// The whole EXIF block is written anew, in the layout of QExifImageHeader::write(), and that
     /// loses tags: maker notes with offsets, the interoperability IFD, tags of unknown types, and
@@ -91,9 +91,9 @@ public:
     /// Removes from the JPEG file \a fileName where the photograph was taken: the GPS directories
     /// of every EXIF block, also of pictures inside or behind the picture; the properties of every
     /// XMP packet whose names begin with "GPS" or contain "latitude" or "longitude"; and the
-    /// location of a film behind the picture. Their bytes are overwritten. Everything else, and the
-    /// length of the file, stays; names of places in captions and keywords, and what a maker note
-    /// may hide, among it.
+    /// location of a film behind the picture. Their bytes are overwritten. Everything else stays,
+    /// including the length of the file, names of places in captions and keywords, and whatever a
+    /// maker note may contain.
     ///
     /// A process that is killed leaves the old file or the new one. A file without a location is
     /// not written. False, with the file untouched and the reason in \a error, when it is no JPEG,
@@ -101,10 +101,10 @@ public:
     /// its EXIF data is too damaged to take the location out of it.
     static bool removeLocation(const QString& fileName, QString* error = nullptr);
 
-    /// Removes from the JPEG file \a fileName everything that it tells besides its picture: EXIF,
-    /// XMP, IPTC, comments, all other application data and whatever stands behind the picture (a
-    /// second picture, a film). The JFIF header, the colour profile and the coded picture stay,
-    /// byte for byte; a colour space that only EXIF names goes.
+    /// Removes all metadata from the JPEG file \a fileName: EXIF, XMP, IPTC, comments, all other
+    /// application data and everything behind the picture (a second picture, a film). The JFIF
+    /// header, the colour profile and the coded picture stay, byte for byte; a colour space that
+    /// only EXIF names goes.
     ///
     /// A picture that its EXIF orientation turns or mirrors would no longer stand upright. \a
     /// rotated says what happens then: false and a reason, or an EXIF block stays that has nothing

@@ -36,12 +36,12 @@ QT_END_NAMESPACE
 /// makes a difference the function says so. Everything runs on the calling thread and keeps no
 /// state, so different threads may work on different trees at the same time.
 ///
-/// Failures come back as the result and, where a function takes a `QString*`, as a message
-/// in \a error. The pointer may be null, and the text is written on failure only, never cleared.
-/// What is logged goes to LogStream with the file "FileUtils" and the function's own name. No
-/// function rolls back: what was done before a failure stays done. Output lists and counters are
-/// added to, never cleared, and keep what they got before a failure. Listings come in the order in
-/// which the system gives them.
+/// Failures come back as the result and, where a function takes a `QString*`, as a message in \a
+/// error. The pointer may be null, and the text is written on failure only, never cleared. Records
+/// are logged with LogStream, with the file "FileUtils" and the name of the function. No function
+/// undoes what it did before a failure. Output lists and counters are added to, never cleared, and
+/// keep what was added before a failure. Listings are in the order in which the system returns
+/// them.
 ///
 /// Three sets of entries are meant below. Broken links and special files (pipes, sockets, devices)
 /// are in none of them; a link to a file counts as a file and a link to a folder as a folder,
@@ -65,9 +65,9 @@ public:
         QString path; ///< the file that was done last
     };
 
-    /// Sees the progress of an operation on a folder tree, in the thread that started it: with the
-    /// first file, after that at most every 50 milliseconds, and at the end. False cancels the
-    /// operation.
+    /// Is called with the progress of an operation on a folder tree, in the thread that started it:
+    /// for the first file, after that at most every 50 milliseconds, and at the end. Returning
+    /// false cancels the operation.
     using TreeObserver = std::function<bool(const TreeProgress& progress)>;
 
     FileUtils() = delete;
@@ -165,7 +165,7 @@ public:
     /// Otherwise an existing destination is removed first, unless the source is no file or cannot
     /// be opened, and stays removed if the copy fails then. A destination that is a link is
     /// replaced, and what it leads to not touched. The copy appears under its name only when it is
-    /// complete; where it replaces one, it is brought to the disk first. A destination that is a
+    /// complete; where it replaces a file, it is synced to the disk first. A destination that is a
     /// broken link makes the copy fail. On failure returns false and logs with LogType 2: a missing
     /// source, a destination that cannot be removed, or the copy with its numeric
     /// QFileDevice::FileError.
@@ -208,10 +208,9 @@ public:
     /// Stops at the first failure and returns false; what was copied stays. A folder that cannot be
     /// read, or a name on the disk that is no text in the system's encoding, is a failure too;
     /// broken links, pipes, sockets, devices and links that lead back to a folder on the way are
-    /// silently left out. The copy is brought to the disk once, at its end, and a failure of that
-    /// is one of the copy. Logs with LogType 4 a missing source, with LogType 2 every other
-    /// failure. An empty source counts as missing, an empty destination as one that cannot be
-    /// created.
+    /// silently left out. The copy is synced to the disk once, at its end; if that fails, the copy
+    /// has failed. Logs with LogType 4 a missing source, with LogType 2 every other failure. An
+    /// empty source counts as missing, an empty destination as one that cannot be created.
     static bool copyDir(const QString& source, const QString& destination, bool merge);
 
     /// The same, watched by \a observer, which may be empty. It knows the total number of files
@@ -232,9 +231,9 @@ public:
                         const TreeObserver& observer, QString* error = nullptr);
 
     /// Makes \a destination an exact copy of the folder \a source, all or nothing: the copy is
-    /// completed beside the destination, in its parent folder, brought to the disk, and takes its
-    /// place in one step. Until then, and whatever fails, also when it is cancelled, the process is
-    /// killed or the disk is full, the old tree is whole.
+    /// completed beside the destination, in its parent folder, synced to the disk, and takes its
+    /// place in one step. Until then the old tree is untouched, whatever fails, and also if the
+    /// copy is cancelled, the process is killed or the disk is full.
     ///
     /// The copy keeps times of change, permissions of files and folders, extended attributes and
     /// access lists, the holes of sparse files, and links as links, broken ones too; owners as well
@@ -250,15 +249,15 @@ public:
     /// reason, translated, in \a error, and logs with LogType 2 "unable to replace", the path and
     /// the system's reason; a cancelled copy is not logged. A process that was killed leaves the
     /// copy as far as it got, in a hidden folder ".orvautils-" and 32 digits. Where the system
-    /// cannot let two folders change places (outside of Linux, and on some network file systems)
+    /// cannot exchange two folders in one step (outside of Linux, and on some network file systems)
     /// the old tree is renamed first, and a process that is killed at that very moment leaves it
     /// under such a name.
     static bool replaceDir(const QString& source, const QString& destination,
                            const TreeObserver& observer = TreeObserver(), QString* error = nullptr);
 
-    /// Makes the complete file or folder \a path the one at \a newPath, on the same file system, in
-    /// one step: whoever looks finds what was there before, or what is there now. A folder takes
-    /// the place of a whole tree, which goes; outside of Linux there is a moment between the two.
+    /// Moves the file or folder \a path to \a newPath, on the same file system, in one step: other
+    /// programs find either what was there before or what is there now. A folder replaces a whole
+    /// tree, which is removed; outside of Linux there is a moment at which neither is there.
     ///
     /// A file never takes the place of a folder, nor a folder that of a file; a link is replaced by
     /// a file, and never by a folder. On failure returns false with the system's reason in \a
@@ -325,10 +324,11 @@ public:
     static bool writeFileContent(const QString& path, const QByteArray& data,
                                  QString* error = nullptr);
 
-    /// As writeFileContent(), but what stands at \a path is not lost whatever fails: \a data is
-    /// completed in a file beside it and brought to the disk, and takes its place in one step, with
-    /// its permissions. A link is followed. Needs a folder that takes a new file. Nothing is
-    /// logged; on failure \a error gets the message of fileMkPath() or the system's reason.
+    /// As writeFileContent(), but the file at \a path is not lost whatever fails: \a data is
+    /// written to a new file beside it, which is synced to the disk and then takes its place in one
+    /// step, with its permissions. A link is followed. Needs a folder that takes a new file.
+    /// Nothing is logged; on failure \a error gets the message of fileMkPath() or the system's
+    /// reason.
     static bool replaceFileContent(const QString& path, const QByteArray& data,
                                    QString* error = nullptr);
 
@@ -336,10 +336,9 @@ public:
     /// lower case are different. An empty \a before replaces nothing.
     ///
     /// False, with nothing written, when the file cannot be read, is empty or begins with a zero
-    /// byte. Otherwise true, whatever writing gave (a failure is logged by writeFileContent()).
-    /// What stands behind the first zero byte is dropped, bytes that are not UTF-8 become U+FFFD
-    /// and a byte-order mark goes, all of that also where nothing is replaced: this is for text
-    /// files.
+    /// byte. Otherwise true, even if writing failed (which writeFileContent() logs). What stands
+    /// behind the first zero byte is dropped, bytes that are not UTF-8 become U+FFFD and a
+    /// byte-order mark goes, all of that also where nothing is replaced: this is for text files.
     static bool replaceInFile(const QString& path, const QString& before, const QString& after);
 
     /// The MD5 digest of \a data, 32 lower-case hexadecimal digits.
@@ -380,13 +379,14 @@ public:
     /// /usr/bin/osascript that are waited for. Nothing happens where that is missing; failures are
     /// not detected.
     ///
-    /// The path stands between double quotes in a script and is not escaped: never pass one that
-    /// holds a double quote or a backslash and comes from somebody else.
+    /// The path stands between double quotes in a script and is not escaped: never pass a path with
+    /// a double quote or a backslash from an untrusted source.
     static void showFileInFolder(const QString& path);
 
     // Older variants that callers still depend on
 
-    /// Functions that differ from those of the same purpose above, for callers that rely on it.
+    /// Functions that differ from those of the same purpose above, for callers that rely on the
+    /// difference.
     struct ORVAUTILS_EXPORT old
     {
         old() = delete;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ImageImport: what is wanted of a picture that is imported.
+// ImageImport: the options for importing a picture.
 
 #ifndef ORVAUTILS_IMAGEIMPORT_H
 #define ORVAUTILS_IMAGEIMPORT_H
@@ -9,8 +9,8 @@
 #include <QByteArray>
 #include <QSize>
 
-/// The wishes of ImageUtils::importImage() and ImageImporter. A plain value: change the fields that
-/// matter.
+/// The options of ImageUtils::importImage() and ImageImporter. A plain value: change the fields
+/// that matter.
 ///
 /// \code
 /// ImageImport how;
@@ -22,25 +22,24 @@ struct ImageImport
 {
     /// What becomes of a colour profile.
     enum ColorProfile {
-        /// It stays: in a JPEG that is made of a JPEG byte by byte, in other formats as Qt writes
-        /// it. The profile of a CMYK picture goes, because the picture becomes RGB.
+        /// It is kept: byte for byte in a JPEG made from a JPEG, otherwise as Qt writes it. The
+        /// profile of a CMYK picture is dropped, because the picture becomes RGB.
         KeepProfile,
         /// The colours are converted to sRGB. A profile that Qt cannot apply stays as with
         /// KeepProfile, and so does any profile before Qt 5.14.
         ConvertToSrgb
     };
 
-    /// What the imported file tells beside its pixels. Wherever less than everything is wanted,
-    /// this also applies to files that need no change otherwise; their pixels are kept as they
-    /// are.
+    /// Which metadata the imported file keeps. Metadata that is not wanted is also removed from
+    /// files that need no other change; their pixels stay as they are.
     enum Metadata {
         /// Nothing but the colour profile, and the orientation of a picture that is not turned.
         NoMetadata,
         /// Copyright, artist and the date the photograph was taken, from its EXIF block.
         CopyrightAndDate,
-        /// Everything that is known to tell nothing about the place where the photograph was taken.
+        /// All metadata that is known not to tell where the photograph was taken.
         AllButLocation,
-        /// EXIF, XMP, IPTC, comments and what else stands in the file.
+        /// All metadata: EXIF, XMP, IPTC, comments and the rest.
         AllMetadata
     };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ImageImportResult: what came of importing a picture.
+// ImageImportResult: the result of importing a picture.
 
 #ifndef ORVAUTILS_IMAGEIMPORTRESULT_H
 #define ORVAUTILS_IMAGEIMPORTRESULT_H
@@ -11,7 +11,7 @@
 #include <QSize>
 #include <QString>
 
-/// The answer of ImageUtils::importImage() and ImageImporter.
+/// The result of ImageUtils::importImage() and ImageImporter.
 struct ImageImportResult
 {
     /// How an import can end.
@@ -42,8 +42,8 @@ struct ImageImportResult
     QSize sourceSize;
     /// The size of the imported picture; invalid where the import failed.
     QSize size;
-    /// The orientation of the source: 1 to 8 as in EXIF, 0 where it states none. Of other formats
-    /// than JPEG it is what Qt's reader tells, which is 0 for an upright picture.
+    /// The orientation of the source: 1 to 8 as in EXIF, 0 where it states none. For formats other
+    /// than JPEG it is what Qt's reader reports, which is 0 for an upright picture.
     int orientation = 0;
     /// Whether the source breaks off before its end. The part that is missing is grey, or whatever
     /// else the image reader makes of it.

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ImageImporter: imports many pictures on several threads, without more memory than a few take.
+// ImageImporter: imports many pictures on several threads, within a limit for memory.
 
 #ifndef ORVAUTILS_IMAGEIMPORTER_H
 #define ORVAUTILS_IMAGEIMPORTER_H
@@ -38,10 +38,9 @@ class ImageImporterPrivate;
 /// importer->start();
 /// \endcode
 ///
-/// Pictures are begun in the order in which they were added, and reported as they are done, each
-/// once. So that a few large ones do not fill the memory, a picture has to wait until its pixels
-/// and those under way together take no more than 96 MiB; one that takes more by itself is imported
-/// while no other is.
+/// Pictures are started in the order in which they were added, and each is reported once, when it
+/// is done. To limit the memory, a picture waits until its pixels and those of the pictures being
+/// imported take no more than 96 MiB together; one that takes more by itself is imported alone.
 ///
 /// All functions are called, and all signals emitted, on the thread that owns the object, which
 /// needs an event loop. When the application is about to quit, imports are cancelled.
@@ -53,13 +52,13 @@ public:
     /// An importer without pictures, owned by \a parent.
     explicit ImageImporter(QObject* parent = nullptr);
 
-    /// Cancels what is under way and waits until it has ended, which takes no longer than reading
-    /// or writing one picture. Nothing is emitted.
+    /// Cancels the imports that are running and waits until they have ended, which takes no longer
+    /// than reading or writing one picture. Nothing is emitted.
     ~ImageImporter() override;
 
-    /// Adds the import of \a src as \a dst, as \a how says, and returns its index, from 0 on. What
-    /// is added while the importer runs is imported by the same run; what is added before waits for
-    /// start().
+    /// Adds the import of \a src as \a dst, as \a how says, and returns its index, from 0 on. A
+    /// picture that is added while the importer runs is imported by the same run; one that is added
+    /// before waits for start().
     int add(const QString& src, const QString& dst, const ImageImport& how = ImageImport());
 
     /// How many pictures were added.
@@ -74,17 +73,18 @@ public Q_SLOTS:
     /// import, finished() comes all the same.
     void start(int threads = 0);
 
-    /// Ends the run early. What is under way ends at its next step and leaves its destination as it
-    /// was; it and what was not begun are reported with ImageImportResult::Cancelled. finished()
-    /// follows. Does nothing while the importer does not run.
+    /// Ends the run early. Running imports end at their next step and leave their destinations as
+    /// they were; these and the pictures that were not started are reported with
+    /// ImageImportResult::Cancelled. finished() follows. Does nothing while the importer does not
+    /// run.
     void cancel();
 
 Q_SIGNALS:
     /// The picture that add() returned \a index for is done, with \a result.
     void imported(int index, const ImageImportResult& result);
 
-    /// So many pictures of this run are \a done, out of a \a total that grows when more are added.
-    /// Emitted after each imported().
+    /// \a done pictures of this run have been imported, out of \a total, which grows when more are
+    /// added. Emitted after each imported().
     void progress(int done, int total);
 
     /// The run has ended, and all its threads with it. \a complete is false if it was cancelled;

@@ -41,7 +41,7 @@ bool addTranslator(QTranslator* translator)
 }
 
 /// A change of language, which begins by removing every translator of the previous language. It is
-/// over when the host, notified of it, begins another one.
+/// abandoned if the host, when notified, begins another one.
 class Change
 {
 public:
@@ -194,7 +194,7 @@ static_assert(messageCount == LocalisationTools::UnselectAll + 1, "one row for e
 
 } // namespace
 
-// What there is
+// Available languages
 
 QStringList LocalisationTools::findLanguagesFromTranslationMask(const QString& folder,
                                                                 const QString& prefix)

@@ -74,7 +74,7 @@ public:
         UnselectAll = 27 ///< "Unselect All", a text of this class
     };
 
-    // What there is
+    // Available languages
 
     /// The language codes of the files in \a folder whose names match \a prefix followed by "*.qm",
     /// in the order in which the folder lists them: what stands between the prefix and the first
@@ -125,7 +125,7 @@ public:
 
     /// Puts the application into the language \a languageCode ("fr", "pt_BR").
     ///
-    /// The translators that this class installed go. Then, for each of
+    /// The translators that this class installed are removed. Then, for each of
     /// applicationTranslationKeys(), the English file (by loadDefaultLanguage(), which logs one
     /// that is missing) and on top of it the file of the language are installed. When at least one
     /// file of the language was loaded, the language becomes the default locale and true is

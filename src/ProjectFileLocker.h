@@ -33,11 +33,11 @@ class ProjectFileLockerPrivate;
 /// The lock is a file, made and judged by QLockFile: "shop.proj.locked" beside the project file
 /// shop.proj, or "lockfile" inside a project folder. It names the process and the machine of its
 /// owner. A locker holds at most one lock; opening another project releases the former lock only
-/// once the new one is held. No call waits for a lock. Nothing is logged: failures come back as a
-/// text for the user. For the main thread.
+/// once the new one is held. No call waits for a lock. Nothing is logged: failures are reported as
+/// a text for the user. For the main thread.
 ///
-/// A relative path is resolved once, when the lock is taken: what becomes of the current folder
-/// later does not matter. Absolute paths are safer for project folders all the same, see
+/// A relative path is resolved once, when the lock is taken: later changes of the current folder do
+/// not matter. Absolute paths are safer for project folders all the same, see
 /// openNewProjectFolder().
 ///
 /// The stale-lock time is QLockFile's default of 30 seconds, deliberately. A lock whose process no

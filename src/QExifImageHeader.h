@@ -246,20 +246,20 @@ public:
     explicit QExifImageHeader(const QString& fileName);
     /// A header filled by loadFromJpeg(); left empty where that fails.
     explicit QExifImageHeader(QIODevice* device);
-    /// Forgets what was not saved.
+    /// Discards changes that were not saved.
     virtual ~QExifImageHeader();
 
-    /// Replaces everything here by the EXIF block of the JPEG file \a fileName. False, with nothing
-    /// loaded, when the file cannot be opened, reading fails or its first APP1 segment is not an
-    /// EXIF block; see read() for a block that is broken.
+    /// Replaces the content of this header by the EXIF block of the JPEG file \a fileName. False,
+    /// with nothing loaded, when the file cannot be opened, reading fails or its first APP1 segment
+    /// is not an EXIF block; see read() for a block that is broken.
     bool loadFromJpeg(const QString& fileName);
 
     /// As above, from the current position of \a device, which must be open for reading and may be
     /// sequential. Null gives false.
     bool loadFromJpeg(QIODevice* device);
 
-    /// Writes this header into the JPEG file \a fileName, which must exist and be writable. What it
-    /// changes in the file, and what it refuses, is told at the overload.
+    /// Writes this header into the JPEG file \a fileName, which must exist and be writable. The
+    /// overload below describes what it changes in the file, and what it refuses.
     ///
     /// In a photograph that others have written this loses tags; see the class, and ExifEditor,
     /// which keeps them. Each further load and save loses more.
@@ -317,8 +317,9 @@ public:
     /// short gives the bytes that are there.
     QByteArray extractExif(QIODevice* device) const;
 
-    /// Replaces everything here by the TIFF block at the current position of \a device, which must
-    /// be open for reading and random access. The device is left at an unspecified position.
+    /// Replaces the content of this header by the TIFF block at the current position of \a device,
+    /// which must be open for reading and random access. The device is left at an unspecified
+    /// position.
     ///
     /// False when the block does not begin with "II" or "MM", the number 42 and an offset that lies
     /// in the device. From there on damage does not make it fail: a directory or a value is read as
@@ -332,7 +333,7 @@ public:
     ///   see readIfdValue().
     /// - ExifIfdPointer, GpsInfoIfdPointer and InteroperabilityIfdPointer do not stay in the maps.
     ///   A pointer that is not a single integer counts as absent.
-    /// - IFD0, its two sub-IFDs and IFD1 are each read once, wherever their links lead.
+    /// - IFD0, its two sub-IFDs and IFD1 are read only once each, wherever their links lead.
     bool read(QIODevice* device);
 
     /// Writes the TIFF block to \a device, from its current position on, and returns the number of
@@ -371,11 +372,11 @@ public:
     /// Whether the GPS \a tag is present.
     bool contains(GpsTag tag) const;
 
-    /// Takes the image \a tag away; nothing happens where it is absent.
+    /// Removes the image \a tag; does nothing if it is absent.
     void remove(ImageTag tag);
-    /// Takes the extended \a tag away, likewise.
+    /// Removes the extended \a tag, likewise.
     void remove(ExifExtendedTag tag);
-    /// Takes the GPS \a tag away, likewise.
+    /// Removes the GPS \a tag, likewise.
     void remove(GpsTag tag);
 
     /// The value of the image \a tag, the null value where it is absent.
@@ -394,13 +395,12 @@ public:
     void setValue(GpsTag tag, const QExifValue& value);
 
     /// The thumbnail, turned upright by the orientation that IFD1 gives it (a single Short or Byte
-    /// from 1 to 8). A null image where there is none, where it is no JPEG, or where it claims more
-    /// pixels than so few bytes can hold.
+    /// from 1 to 8). A null image if there is none, if it is no JPEG, or if it claims more pixels
+    /// than its bytes can hold.
     QImage thumbnail() const;
 
     /// Makes \a thumbnail, saved as JPEG with the default quality, the thumbnail of this header,
-    /// with no orientation; keep it small, 160 x 120 is usual. A null image takes the thumbnail
-    /// away.
+    /// with no orientation; keep it small, 160 x 120 is usual. A null image removes the thumbnail.
     void setThumbnail(const QImage& thumbnail);
 
     /// The size that write() is expected to need, in bytes. After write() and until the next change

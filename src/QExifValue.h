@@ -37,7 +37,7 @@ class QExifValuePrivate;
 ///
 /// A value is a handle to a shared record; copying one costs an atomic increment. There are no
 /// setters: a changed value is a new value. Handles may be copied, read and destroyed from several
-/// threads at once. Nothing here does I/O, fails loudly or logs.
+/// threads at once. Nothing here does I/O or logs.
 class ORVAUTILS_EXPORT QExifValue
 {
 public:
@@ -125,9 +125,9 @@ public:
 
     /// Shares the record of \a other.
     QExifValue(const QExifValue& other);
-    /// Lets go of its record, which the last handle deletes, and shares the one of \a other.
+    /// Releases its record, which the last handle deletes, and shares the one of \a other.
     QExifValue& operator=(const QExifValue& other);
-    /// Lets go of its record, which the last handle deletes.
+    /// Releases its record, which the last handle deletes.
     ~QExifValue();
 
     /// Whether both share one record: one is a copy of the other, or both are null. Deliberately

@@ -72,8 +72,8 @@ public:
     /// has returned.
     ///
     /// The replacement's key code is Qt::Key_Period whatever \a to holds; this is deliberate, for
-    /// the facility exists for the decimal separator. With \a from equal to \a to the replacement
-    /// itself passes, so that no event is replaced for ever.
+    /// the facility exists for the decimal separator. If \a from equals \a to, the replacement
+    /// itself is not replaced again.
     static std::function<bool(QObject*, QEvent*)> inputKeyReplacement(const QString& from,
                                                                       const QString& to);
 

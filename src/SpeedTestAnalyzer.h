@@ -16,8 +16,8 @@ namespace OrvaUtilsPrivate {
 class SpeedTestAnalyzerPrivate;
 } // namespace OrvaUtilsPrivate
 
-/// A stopwatch with laps. Both of its clocks start when it is made; each step takes the time since
-/// the step before.
+/// A stopwatch with laps. It starts when it is constructed; each step lasts from the end of the
+/// step before.
 ///
 /// \code
 /// SpeedTestAnalyzer speed(QStringLiteral("Import"));

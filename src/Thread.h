@@ -192,7 +192,7 @@ public Q_SLOTS:
     /// tells when.
     ///
     /// An object that was to delete itself on finishing (enableThreadDeleteOnFinished()) stays
-    /// alive: who ends a thread by force looks after it.
+    /// alive: whoever ends a thread by force is responsible for deleting it.
     void terminate();
 
 Q_SIGNALS:

@@ -51,7 +51,8 @@ class ORVAUTILS_EXPORT Threadable : public QObject
 public:
     /// A worker without a thread and without sub-workers, owned by \a parent.
     explicit Threadable(QObject* parent = nullptr);
-    /// Leaves its sub-workers alone; those who watch this worker see it absent from now on.
+    /// Does not affect its sub-workers; threads and workers that refer to this one treat it as
+    /// absent from now on.
     ~Threadable() override;
 
     /// Binds this worker to \a thread, and every sub-worker that is still alive likewise, through

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// WidgetUtils: what the applications do again and again with their dialogs and widgets: find the
-// layout of a widget, place and size a dialog, round its corners, fade it in and out.
+// WidgetUtils: common operations on dialogs and widgets: find the layout of a widget, place and
+// size a dialog, round its corners, fade it in and out.
 
 #ifndef ORVAUTILS_WIDGETUTILS_H
 #define ORVAUTILS_WIDGETUTILS_H

@@ -41,17 +41,17 @@ public:
     GoogleFontFile(const GoogleFontFile& other);
     /// Becomes the same catalogue as \a other, whose data it shares.
     GoogleFontFile& operator=(const GoogleFontFile& other);
-    /// Lets go of the data, which other copies may still share.
+    /// Releases the data, which other copies may still share.
     ~GoogleFontFile();
 
-    /// Forgets everything: the catalogue is empty and invalid again.
+    /// Clears the catalogue: it is empty and invalid again.
     void clear();
 
     /// Loads the file at \a path in place of what was loaded before, and returns whether it could.
     /// After a failure the catalogue is empty and invalid.
     ///
-    /// A file that does not exist is no reason to log; one that cannot be opened is logged with
-    /// LogType 2 as "GFonts file opening error". Content fails and is logged as by
+    /// A file that does not exist is not logged; one that cannot be opened is logged with LogType 2
+    /// as "GFonts file opening error". Content fails and is logged as by
     /// loadJsonGFontFromBynaryDatas().
     bool loadJsonGFontFromFilePath(const QString& path);
 

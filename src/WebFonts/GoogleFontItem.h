@@ -44,7 +44,7 @@ public:
     GoogleFontItem(const GoogleFontItem& other);
     /// Becomes the same family as \a other, whose data it shares.
     GoogleFontItem& operator=(const GoogleFontItem& other);
-    /// Lets go of the data, which other copies may still share.
+    /// Releases the data, which other copies may still share.
     ~GoogleFontItem();
 
     /// The family's name as the catalogue spells it, for example "Open Sans".

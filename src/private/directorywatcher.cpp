@@ -57,7 +57,7 @@ bool DirectoryWatcherPrivate::look(const QString& folder, Scope scope, Refusal r
         *listed = found;
     const int reportsBefore = mReports;
     bool complete = watchFiles(found, refusal);
-    // Only now, because receivers take their time, and folders are made meanwhile.
+    // Folders are listed after the slots have returned, because new ones may be created meanwhile.
     if (!turn.isOver() && (complete || refusal == Refusal::IsSkipped)
         && (scope == Scope::Tree || !newFolders.isEmpty() || mReports != reportsBefore))
         complete = watchFolders(folder, foldersIn(folder, scope), refusal) && complete;
@@ -66,9 +66,9 @@ bool DirectoryWatcherPrivate::look(const QString& folder, Scope scope, Refusal r
     return complete && !turn.isOver();
 }
 
-/// The visible files of \a folder, or of its tree. In the first case those of the sub-folders that
-/// are new too, which are appended to \a newFolders: what is new in folders that are watched
-/// already, these notify of.
+/// The visible files of \a folder, or of its tree. With Scope::Entries, also the files of new
+/// sub-folders, which are appended to \a newFolders; folders that are watched already send
+/// notifications of their own.
 QStringList DirectoryWatcherPrivate::filesIn(const QString& folder, Scope scope,
                                              QStringList* newFolders) const
 {
@@ -136,14 +136,15 @@ bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refus
     if (wanted.isEmpty())
         return true;
 
-    // The state comes first: a file that changes from now on is not the one that is known.
+    // The state is taken before the watch is added, so that a change in between is noticed.
     QVector<FileState> states;
     states.reserve(wanted.size());
     for (const QString& file : asConst(wanted))
         states.append(stateOf(file));
     QStringList lost = platform->addPaths(wanted);
     if (!lost.isEmpty()) {
-        // Those that are watched already were accepted by a look that ended over others.
+        // Files that are watched already were accepted by an earlier pass, which ended because of
+        // others.
         lost = without(lost, setOf(platform->files()));
         if (!lost.isEmpty())
             logRefused(lost);
@@ -207,7 +208,7 @@ bool DirectoryWatcherPrivate::watchFolders(const QString& folder, const QStringL
     return false;
 }
 
-/// A second look does not try again in vain what was refused before.
+/// Leaves out, in a second pass, the paths that were refused before and have not changed.
 QStringList DirectoryWatcherPrivate::withoutHopeless(const QStringList& paths,
                                                      Refusal refusal) const
 {
@@ -226,7 +227,7 @@ QStringList DirectoryWatcherPrivate::withoutHopeless(const QStringList& paths,
 
 void DirectoryWatcherPrivate::lookAgainSoon(const QString& folder)
 {
-    // One second look serves all notifications until it is taken.
+    // All notifications until then share one second pass.
     if (mSecondLooks.isEmpty())
         QTimer::singleShot(0, q, [this] { lookAgain(); });
     mSecondLooks.insert(folder);
@@ -241,7 +242,7 @@ void DirectoryWatcherPrivate::lookAgain()
         const QStringList changed = forgetFolders(folder, true);
         for (const QString& path : changed) {
             ++mSwaps[path];
-            // Before a file is reported that took the place of a folder.
+            // This must precede the report of a file that has replaced a folder.
             if (!reportVanishedFiles(asGiven(path), QSet<QString>()))
                 return;
         }
@@ -249,7 +250,7 @@ void DirectoryWatcherPrivate::lookAgain()
         look(folder, Scope::Tree, Refusal::IsSkipped, &listed);
         if (turn.isOver() || !reportVanishedFiles(folder, setOf(listed)))
             return;
-        // Folders that took the place of others bring files that took the place of others.
+        // A folder that has replaced another one contains files that have replaced others.
         for (const QString& path : changed) {
             if (!reportChangedFiles(filesBelow(asGiven(path))))
                 return;
@@ -259,9 +260,9 @@ void DirectoryWatcherPrivate::lookAgain()
         noteActivity(*waiting.cbegin(), turn.elapsed());
 }
 
-/// Takes the watches off the folders at and below \a folder, or of those that are not the same any
-/// more: where a folder was renamed, the platform goes on to watch what is in it under the former
-/// paths. Returns them.
+/// Stops watching the folders at and below \a folder, with \a onlyChanged only those that are
+/// different folders now: where a folder was renamed, the platform continues to watch its content
+/// under the old paths. Returns them.
 QStringList DirectoryWatcherPrivate::forgetFolders(const QString& folder, bool onlyChanged)
 {
     QStringList forgotten;
@@ -282,9 +283,9 @@ QStringList DirectoryWatcherPrivate::forgetFolders(const QString& folder, bool o
     return forgotten;
 }
 
-/// Before new files are reported: forgets the folders that are files by now, and reports the files
-/// that were in them; and reports the files that are folders by now, with new files in them. False
-/// when that ended the turn.
+/// To be called before new files are reported: forgets the folders that have become files, and
+/// reports the files that were in them as deleted; reports the files that have become folders.
+/// False if a slot ended the turn.
 bool DirectoryWatcherPrivate::makeWayForFiles(const QStringList& newFiles)
 {
     QSet<QString> above;
@@ -309,7 +310,7 @@ bool DirectoryWatcherPrivate::makeWayForFiles(const QStringList& newFiles)
     return true;
 }
 
-/// Reports the files that are folders by now. False when that ended the turn.
+/// Reports the files that have become folders. False if a slot ended the turn.
 bool DirectoryWatcherPrivate::makeWayForFolders(const QStringList& found)
 {
     QStringList former;
@@ -328,7 +329,7 @@ bool DirectoryWatcherPrivate::reportVanishedFiles(const QString& folder,
     const WatcherTurn turn(this);
     QSet<QString> closed; // folders that may not be entered: nothing is known of their files
     for (const QString& file : filesBelow(folder)) {
-        // Not twice, should a receiver have brought the news by itself.
+        // A slot may have caused the report of this file already.
         if (present.contains(file) || closed.contains(folderOf(file)) || !files.contains(file))
             continue;
         const FileState state = stateOf(file);

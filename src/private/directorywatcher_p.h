@@ -104,8 +104,8 @@ private:
     int mNotifications = 0; // of the platform, being handled now
 };
 
-/// What is done for one reason. Receivers of the signals that it sends may delete the watcher, or
-/// give it another path.
+/// The handling of one notification or call. The slots that it calls may delete the watcher or give
+/// it another path; isOver() says whether they did.
 class WatcherTurn
 {
 public:

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Copies of files, links and folders that keep all that the system lets them keep: times of change,
-// permissions, owners, extended attributes and the holes of sparse files. The copies
-// appear under their names at once: they are for a folder that nobody knows of yet.
+// Copies of files, links and folders that keep as much as the system allows: times of change,
+// permissions, owners, extended attributes and the holes of sparse files. A copy has its name from
+// the beginning, incomplete as it is: these functions are for a folder that no other program looks
+// into yet.
 //
-// There is a source for Unix and one with Qt's classes, which know less of files.
+// There is one source for Unix and one that uses Qt's classes, which keep less.
 
 #ifndef ORVAUTILS_EXACTCOPY_P_H
 #define ORVAUTILS_EXACTCOPY_P_H
@@ -25,8 +26,8 @@ bool copyLinkExactly(const QString& source, const QString& destination, QString*
 /// Makes a folder, which nobody but its owner may use, at a path where nothing is.
 bool makePrivateFolder(const QString& path, QString* reason);
 
-/// Gives the folder \a destination what the folder \a source has. To be done when it is complete,
-/// because new entries change its time.
+/// Gives the folder \a destination the attributes of the folder \a source. Call it when the copy is
+/// complete, because new entries change the time of a folder.
 bool finishFolderExactly(const QString& source, const QString& destination, QString* reason);
 
 } // namespace OrvaUtilsPrivate

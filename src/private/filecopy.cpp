@@ -38,7 +38,7 @@ CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile,
     Replacement copy(destination, Replacement::Old::Removed);
     if (!copy.begin()) {
         *reason = copy.reason();
-        // A folder that takes no new file does not let go of one either.
+        // In a folder in which no file can be created, none can be removed either.
         return isKept ? CopyResult::CannotRemove : CopyResult::CannotCopy;
     }
     copy.setStoredFirst(isReplaced && !isInTree);
@@ -71,7 +71,7 @@ bool copyFile(const QString& source, const QString& destination, OldFile oldFile
     }
     if (isSameFile(source, destination))
         return true;
-    // What cannot be read (or, like a pipe, not to an end) does not cost the destination its life.
+    // A source that cannot be read (or, like a pipe, has no end) must not destroy the destination.
     QFile file(source);
     CopyResult result = CopyResult::CannotCopy;
     if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))

@@ -13,9 +13,9 @@ namespace OrvaUtilsPrivate {
 /// What becomes of the file that stands at the destination of a copy.
 enum class OldFile {
     RemovedFirst, ///< and it stays removed if the copy fails
-    RemovedFirstInTree, ///< the same; the whole tree is brought to the disk at the end
+    RemovedFirstInTree, ///< the same; the whole tree is synced to the disk at the end
     Kept, ///< until the complete copy takes its place: it may be the only copy of a photograph
-    KeptInTree ///< the same, for one of many copies, which are not brought to the disk one by one
+    KeptInTree ///< the same, for one of many copies, which are not synced to the disk one by one
 };
 
 /// Copies a file as FileUtils::forceCopy() does, with the same records. On failure \a reason, which

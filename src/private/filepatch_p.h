@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FilePatch: bytes in the middle of a file that give way to others, in such a way that neither a
-// failure nor the end of the process leaves a part of the change.
+// FilePatch: replaces bytes in the middle of a file, so that neither a failure nor the end of the
+// process leaves the change half done.
 
 #ifndef ORVAUTILS_FILEPATCH_P_H
 #define ORVAUTILS_FILEPATCH_P_H
@@ -24,8 +24,8 @@ struct FilePatch
     bool movesWhatFollows() const { return bytes.size() != end - begin; }
 };
 
-/// What is done with a file that no new file can take the place of unnoticed: it has several names
-/// (hard links), it belongs to somebody else, or its folder takes no new file.
+/// What to do with a file that cannot be replaced by a new one without a trace: it has several
+/// names (hard links), it belongs to another user, or no file can be created in its folder.
 enum class Irreplaceable {
     PatchInPlace, ///< a process that is killed meanwhile may leave a part of the change
     Refuse
@@ -40,12 +40,12 @@ bool openToPatch(QFile* file);
 /// Patches a file that openToPatch() opened. Where the length stays and all bytes that change lie
 /// within one page, they are written in place, which a kill cannot tear; otherwise a new file takes
 /// the place of this one in one step. A file that holds these bytes already is not written. Unless
-/// Yes is returned nothing has changed, as far as the disk lets us put back what was there. The
-/// file may be closed afterwards.
+/// Yes is returned nothing has changed, as far as the old bytes could be restored. The file may be
+/// closed afterwards.
 Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable);
 
-/// Patches a random-access device, which the patch may make longer but not shorter, in place. Where
-/// writing fails, what was there is put back as far as the device lets us.
+/// Patches a random-access device, which the patch may make longer but not shorter, in place. If
+/// writing fails, the old bytes are restored as far as the device allows.
 bool patchInPlace(QIODevice* device, const FilePatch& patch);
 
 } // namespace OrvaUtilsPrivate

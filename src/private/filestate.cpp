@@ -17,7 +17,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// Whether the nearest folder above \a path that can be read knows nothing of the way to it.
+/// Whether the nearest readable folder above \a path does not list the way to it.
 bool isUnlisted(QString path)
 {
     path = QDir::cleanPath(QDir::current().absoluteFilePath(path));

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FileState: which file a path leads to at a moment, and whether it has changed since another
-// moment.
+// FileState: which file a path leads to, and whether it has changed since an earlier state.
 
 #ifndef ORVAUTILS_FILESTATE_P_H
 #define ORVAUTILS_FILESTATE_P_H
@@ -47,8 +46,8 @@ struct FileState
 
 /// What \a path leads to now; links are followed.
 ///
-/// Missing is only what the nearest folder above that can be read does not list: a folder whose
-/// permissions are taken away for a moment does not make its files disappear.
+/// A file is Missing only if the nearest readable folder above does not list the way to it: the
+/// files of a folder whose permissions are taken away for a moment do not count as missing.
 FileState stateOf(const QString& path);
 
 } // namespace OrvaUtilsPrivate

@@ -109,7 +109,7 @@ private:
                                        : EntryKind::Other;
     }
 
-    /// Asks the system no more than it must.
+    /// Asks the system only if the entry itself does not say it.
     void setStatus(FolderEntry& entry, const struct dirent& found) const
     {
         const int folder = dirfd(mFolder);
@@ -155,7 +155,7 @@ mode_t permissionsOfCopy(int source, mode_t mode)
     mode_t permissions = mode & 0777;
     const QByteArray path = "/proc/self/fd/" + QByteArray::number(source);
     const auto complete = [&](mode_t bit, int right) {
-        // A right that nobody has is not worth asking for.
+        // A right that nobody has need not be checked.
         const bool anyone = permissions & (bit | bit >> 3 | bit >> 6);
         if (!(permissions & bit) && (anyone || right != X_OK)
             && access(path.constData(), right) == 0)

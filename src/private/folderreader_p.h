@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FolderReader: the entries of a folder, with no more asked of the system than the reader wants to
-// know.
+// FolderReader: the entries of a folder; asks the system only for the details that are wanted.
 //
 // Why Linux is not left to Qt: QDirIterator makes two file infos for every entry; walking trees of
 // small files takes it two to three times as long as the system's own tools.

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// IntactFile: a file that is read by somebody who takes a failure to read for the end of the file,
-// as image readers do.
+// IntactFile: a file for code that mistakes a read error for the end of the file, as image readers
+// do.
 //
 //     IntactFile file(path);
 //     const QImage image = QImageReader(&file).read();
@@ -16,8 +16,8 @@
 
 namespace OrvaUtilsPrivate {
 
-/// A file that is open for reading, and remembers whether anything ever failed. QFile itself knows
-/// of its last call only.
+/// A file that is open for reading and remembers whether any call failed. QFile itself knows only
+/// the result of the last one.
 class IntactFile : public QFile
 {
 public:
@@ -27,7 +27,7 @@ public:
         mIsIntact = !path.isEmpty() && open(QIODevice::ReadOnly);
     }
 
-    /// Whether the file could be opened and every piece of it read that somebody wanted.
+    /// Whether the file could be opened and every read succeeded.
     bool isIntact() const { return mIsIntact; }
 
 protected:

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What a JPEG file tells besides its picture: where it was taken, by whom, and when; and how it is
-// made to tell less.
+// Removes metadata from a JPEG file: where, by whom and when the picture was taken.
 
 #ifndef ORVAUTILS_JPEGMETADATA_P_H
 #define ORVAUTILS_JPEGMETADATA_P_H
@@ -12,8 +11,8 @@
 namespace OrvaUtilsPrivate {
 
 /// Overwrites the GPS values of every EXIF block and XMP packet in a file, and the location of a
-/// film behind the picture, wherever they stand. Nothing else changes, nor does the length. False
-/// where a block is so damaged that it would have to become longer; the file is unspecified then.
+/// film behind the picture, wherever they stand. Nothing else changes, and the length stays. False
+/// if a block is so damaged that it would have to become longer; \a file is unspecified then.
 bool eraseLocation(QByteArray* file);
 
 /// The JPEG without EXIF, XMP, IPTC, comments, other application data and what stands behind the

@@ -33,7 +33,7 @@ const quint16 Comment = 0xFFFE;
 } // namespace JpegMarker
 
 /// Goes from segment to segment through the JPEG that begins at the current position of a device,
-/// which may be sequential. The device is not to be moved by anybody else meanwhile.
+/// which may be sequential. Nothing else may change the position of the device meanwhile.
 class JpegSegments
 {
 public:
@@ -80,7 +80,7 @@ public:
     /// the device ends; never more is allocated than it has.
     QByteArray read(int size);
 
-    /// Whether the device reported an error, so that what was found may not be what there is.
+    /// Whether the device reported an error, so that segments may be missing.
     bool hasFailed() const { return mHasFailed; }
 
     /// The marker and the length that a segment begins with.

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What of a picture's metadata an import keeps.
+// Chooses the metadata of a picture that an import keeps.
 
 #ifndef ORVAUTILS_METADATACHOICE_P_H
 #define ORVAUTILS_METADATACHOICE_P_H
@@ -13,11 +13,11 @@
 
 namespace OrvaUtilsPrivate {
 
-/// What of \a found the imported file may tell.
+/// The part of \a found that the imported file may contain.
 PictureMetadata chosenMetadata(const PictureMetadata& found, ImageImport::Metadata choice);
 
 /// \a metadata with the orientation of a picture that is not turned, which has to stay whatever
-/// else goes.
+/// else is removed.
 PictureMetadata withOrientation(const PictureMetadata& metadata, int orientation);
 
 /// \a metadata for a picture that was encoded anew in \a size: it is upright if \a isUpright, and

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The eight orientations of EXIF: what has to be done to a picture to set it upright.
+// The eight orientations of EXIF, and how a picture is turned upright.
 
 #ifndef ORVAUTILS_ORIENTATION_P_H
 #define ORVAUTILS_ORIENTATION_P_H

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// PictureMetadata: what a picture file tells beside its pixels, and how it gets into and out of the
-// formats that can carry it: JPEG, PNG, WebP and GIF.
+// PictureMetadata: the metadata of a picture file; how it is read from and written to the formats
+// that can carry it: JPEG, PNG, WebP and GIF.
 
 #ifndef ORVAUTILS_PICTUREMETADATA_P_H
 #define ORVAUTILS_PICTUREMETADATA_P_H
@@ -22,7 +22,7 @@ struct PictureMetadata
     QByteArray iptc;
     /// Comments of a JPEG or GIF; the text chunks of a PNG, each as it is stored.
     QList<QByteArray> comments;
-    /// Whatever else a JPEG tells, such as the extension of XMP: whole segments, whole chunks.
+    /// All other metadata, such as extended XMP of a JPEG: whole segments, whole chunks.
     QList<QByteArray> others;
 
     bool isEmpty() const;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What is known of other processes.
+// Questions about other processes.
 
 #ifndef ORVAUTILS_PROCESSES_P_H
 #define ORVAUTILS_PROCESSES_P_H

@@ -41,7 +41,7 @@ bool isProcessRunning(qint64 id, const QString& program)
 {
     if (id <= 0 || (kill(pid_t(id), 0) != 0 && errno == ESRCH))
         return false;
-    // Numbers are given again. Other users' programs cannot always be seen.
+    // Process ids are reused. Other users' programs cannot always be seen.
     const QString path =
         QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(QString::number(id)));
     const QString name = QFileInfo(path).fileName();

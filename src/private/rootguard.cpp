@@ -49,7 +49,7 @@ void RootGuard::stop()
     mPlatform.reset();
 }
 
-/// The folders above may be others by now, too.
+/// The folders above may have been replaced as well.
 void RootGuard::renew()
 {
     for (auto folder = mFolders.begin(); folder != mFolders.end(); ++folder) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// RootGuard: notices that a path may lead to another folder than before.
+// RootGuard: notices when a path may have come to lead to another folder.
 
 #ifndef ORVAUTILS_ROOTGUARD_P_H
 #define ORVAUTILS_ROOTGUARD_P_H
@@ -19,8 +19,8 @@ class QObject;
 
 namespace OrvaUtilsPrivate {
 
-/// Watches the folders above a folder. The platform watches folders, not paths: it says nothing
-/// when one is moved away, and nothing of another that takes its place.
+/// Watches the folders above a folder. The platform watches folders, not paths: it sends no
+/// notification when a folder is moved away or replaced by another one.
 class RootGuard
 {
 public:

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What Thread, the workers that are bound to it and GenericThread share of its state.
+// The state of a Thread, as far as its workers and GenericThread need it.
 
 #ifndef ORVAUTILS_THREAD_P_H
 #define ORVAUTILS_THREAD_P_H

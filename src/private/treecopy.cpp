@@ -154,7 +154,7 @@ bool TreeCopy::copy(const QString& source, const QString& destination, const Wal
 
 bool TreeCopy::copyFile(const QString& source, const QString& destination, bool isNew)
 {
-    // In a new folder nothing can be in the way, which is most of what forceCopy() looks after.
+    // In a new folder nothing can be in the way, which is most of what forceCopy() has to check.
     // Where the quick way fails, it tries again and tells the reason.
     qint64 size = 0;
     if (!isNew || !copyNewFile(source, destination, &size)) {
@@ -204,7 +204,7 @@ bool copyDir(const QString& source, const QString& destination, bool merge, Tree
     if (task.isObserved())
         tree.foresee(from);
     if (!merge && QDir(to).exists()) {
-        // A source that cannot be read does not cost the destination its life.
+        // A source that cannot be read must not destroy the destination.
         if (!listingOf(from).isIntact)
             return cannotCopy(task, from, to);
         if (!makeWay(to, task))

@@ -37,7 +37,8 @@ int countOfRemoval(const QString& folder, bool recursive)
     return count;
 }
 
-/// FileUtils::old::removeDirectory(), which stops at what it cannot do and tells about it.
+/// FileUtils::old::removeDirectory(), which stops at the first entry that cannot be removed and
+/// reports it.
 class DirectoryRemoval
 {
 public:
@@ -61,7 +62,7 @@ public:
         const bool isLink = QFileInfo(folder).isSymLink();
         if (!isLink && !removeContent(folder, depth))
             return false;
-        // Removing as a file is for links; of a real folder it can only tell why it stays.
+        // Removing as a file is for links; for a real folder it only gives the reason why it stays.
         QFile link(folder);
         if ((!isLink && QDir().rmdir(folder)) || link.remove())
             return true;
@@ -93,7 +94,7 @@ private:
     {
         if (removeFile(path))
             return true;
-        // Once more with the class that can say why not.
+        // Once more with the class that reports the reason.
         QFile file(path);
         return file.remove()
             || fail(QStringLiteral("Failed to remove file: %1 (%2)")

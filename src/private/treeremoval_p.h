@@ -16,7 +16,7 @@ class TreeTask;
 /// rest removed all the same. \a path must not be a link.
 bool removeTree(const QString& path, TreeTask& task);
 
-/// The same, watched by nobody.
+/// The same, without an observer.
 bool removeTree(const QString& path);
 
 /// Empties a folder. Returns the path of the first entry that could not be removed, or of the

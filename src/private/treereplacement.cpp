@@ -119,7 +119,7 @@ void makeWritable(const QString& folder)
     }
 }
 
-/// Removes a folder that is ours, even if its sub-folders must not be written to.
+/// Removes a folder that this process has made, even if its sub-folders are read-only.
 void removeWholly(const QString& path)
 {
     if (removeTree(path))
@@ -135,7 +135,8 @@ bool takePlace(const QString& copy, const QString& destination, QString* reason)
         return moveOver(copy, destination, reason);
     if (exchangeFolders(copy, destination))
         return true;
-    // In two steps, between which there is none, or a part of the old one's way back.
+    // In two steps, between which there is no destination; if the second one fails, the old tree is
+    // moved back.
     const QString old = pathBeside(destination);
     if (!moveOver(destination, old, reason))
         return false;
@@ -174,7 +175,7 @@ bool replaceDir(const QString& source, const QString& destination, TreeTask& tas
     if (isReplaced && !(putFileSystemOnDisk(beside, &reason) && takePlace(beside, to, &reason)))
         isReplaced = fail(task, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be replaced"),
                           to, reason);
-    // The old tree, or what there is of the new one.
+    // The old tree, or the incomplete new one.
     if (QFileInfo::exists(beside))
         removeWholly(beside);
     return isReplaced && task.finish();

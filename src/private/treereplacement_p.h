@@ -15,7 +15,7 @@ class TreeTask;
 /// Makes \a destination an exact copy of the folder \a source, or leaves it as it was.
 bool replaceDir(const QString& source, const QString& destination, TreeTask& task);
 
-/// Makes the folder \a path the one at \a newPath, whose tree goes. False, with the reason, where
+/// Moves the folder \a path to \a newPath, whose old tree is removed. False, with the reason, if
 /// nothing has changed.
 bool moveFolderOver(const QString& path, const QString& newPath, QString* reason);
 

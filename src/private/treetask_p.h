@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// TreeTask: what an operation on a folder tree owes to the one who started it: progress, an end
-// when that is asked for, and the first reason for a failure.
+// TreeTask: the progress, the cancellation and the first error of an operation on a folder tree.
 
 #ifndef ORVAUTILS_TREETASK_P_H
 #define ORVAUTILS_TREETASK_P_H
@@ -16,16 +15,17 @@ namespace OrvaUtilsPrivate {
 class TreeTask
 {
 public:
-    /// A task that nobody watches.
+    /// A task without an observer.
     TreeTask() = default;
 
-    /// A task whose progress \a observer sees and whose first failure \a error tells; both may be
+    /// A task that reports its progress to \a observer and its first error in \a error; both may be
     /// null.
     TreeTask(FileUtils::TreeObserver observer, QString* error);
 
     bool isObserved() const { return bool(mObserver); }
 
-    /// Only the entries of the source for whose absolute paths \a filter says true are of interest.
+    /// Limits the task to the entries of the source for whose absolute paths \a filter returns
+    /// true.
     void setFilter(std::function<bool(const QString& path)> filter) { mFilter = std::move(filter); }
 
     bool isWanted(const QString& path) const { return !mFilter || mFilter(path); }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What every walk through a folder tree has to know: which entries lead on, and what counts as a
+// The rules of every walk through a folder tree: which folders are entered, and what counts as a
 // file while deleting.
 
 #ifndef ORVAUTILS_TREEWALK_P_H

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Why the platform refuses to watch something, for the user to read.
+// The reason why the platform refuses to watch files, as a text for the user.
 
 #ifndef ORVAUTILS_WATCHLIMIT_P_H
 #define ORVAUTILS_WATCHLIMIT_P_H
