@@ -4,6 +4,7 @@
 #include "Languages.h"
 
 #include <LocalisationTools.h>
+#include <StringUtils.h>
 
 #include <QLocale>
 
@@ -44,4 +45,13 @@ QString Languages::current()
 {
     //: The code of the language of this translation.
     return tr("en");
+}
+
+QString Languages::nativeName(const QString& code)
+{
+    const QLocale locale(code);
+    // Qt names the English of one country.
+    return locale.language() == QLocale::English
+        ? QStringLiteral("English")
+        : StringUtils::capitalize(locale.nativeLanguageName());
 }

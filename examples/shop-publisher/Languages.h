@@ -25,6 +25,9 @@ public:
 
     /// The code of the language of the program's texts: "fr".
     static QString current();
+
+    /// A language as those who speak it call it: "Français" for "fr".
+    static QString nativeName(const QString& code);
 };
 
 #endif // LANGUAGES_H

@@ -5,18 +5,58 @@
 
 #include <LocalisationTools.h>
 
+#include <QCoreApplication>
 #include <QLocale>
+#include <QTranslator>
 
-PageTexts::PageTexts(const QString& code)
+namespace {
+
+const struct
+{
+    const char* name;
+    const char* text;
+} texts[] = {
+    {"vatText", QT_TRANSLATE_NOOP("PageTexts", "VAT")},
+    {"inclVatText", QT_TRANSLATE_NOOP("PageTexts", "incl. VAT")},
+    {"netText", QT_TRANSLATE_NOOP("PageTexts", "net")},
+    {"pricesText", QT_TRANSLATE_NOOP("PageTexts", "Prices in %1, with the VAT of %2.")},
+    {"ratesText", QT_TRANSLATE_NOOP("PageTexts", "VAT rates of %1.")},
+    {"orderText", QT_TRANSLATE_NOOP("PageTexts", "Order")},
+    {"imprintText", QT_TRANSLATE_NOOP("PageTexts", "Imprint")},
+    {"languagesText", QT_TRANSLATE_NOOP("PageTexts", "Languages")},
+    {"photographsText", QT_TRANSLATE_NOOP("PageTexts", "All photographs")},
+    {"pagesText", QT_TRANSLATE_NOOP("PageTexts", "Pages")},
+    {"pageText", QT_TRANSLATE_NOOP("PageTexts", "Page %1 of %2")},
+    {"previousText", QT_TRANSLATE_NOOP("PageTexts", "Previous page")},
+    {"nextText", QT_TRANSLATE_NOOP("PageTexts", "Next page")},
+};
+
+} // namespace
+
+QVariantMap PageTexts::in(const QString& code)
 {
     // The same files as those of the program itself.
     const QString key = QStringLiteral("app_");
-    mTranslator.load(QLocale(code), key, QString(), LocalisationTools::pathFile_QM(key),
-                     QStringLiteral(".qm"));
+    QTranslator translator;
+    const bool isLoaded = translator.load(
+        QLocale(code), key, QString(), LocalisationTools::pathFile_QM(key), QStringLiteral(".qm"));
+    QVariantMap map;
+    for (const auto& entry : texts) {
+        const QString text = isLoaded ? translator.translate("PageTexts", entry.text) : QString();
+        map.insert(QLatin1String(entry.name),
+                   text.isEmpty() ? QString::fromUtf8(entry.text) : text);
+    }
+    return map;
 }
 
-QString PageTexts::text(const char* text) const
+QVariantMap PageTexts::pager(const QVariantMap& texts, const QString& first, const QString& others,
+                             int number, int count)
 {
-    const QString translation = mTranslator.translate("PageTexts", text);
-    return translation.isEmpty() ? QString::fromUtf8(text) : translation;
+    if (count < 2)
+        return {};
+    return {
+        {QStringLiteral("previous"), number > 1 ? fileName(first, others, number - 1) : QString()},
+        {QStringLiteral("next"), number < count ? fileName(first, others, number + 1) : QString()},
+        {QStringLiteral("pageText"),
+         texts.value(QStringLiteral("pageText")).toString().arg(number).arg(count)}};
 }

@@ -7,19 +7,26 @@
 #define PAGETEXTS_H
 
 #include <QString>
-#include <QTranslator>
+#include <QVariant>
 
 class PageTexts
 {
 public:
-    /// The texts of the language \a code; English ones where the program has none of it.
-    explicit PageTexts(const QString& code);
+    /// The texts in the language \a code, by the names that the templates have for them; English
+    /// ones where the program has none of that language.
+    static QVariantMap in(const QString& code);
 
-    /// The translation of \a text, which is marked with QT_TRANSLATE_NOOP("PageTexts", …).
-    QString text(const char* text) const;
+    /// What every page of several says, beside the texts of in(): the way to the page before page
+    /// \a number and to the one behind it. \a first is the file name of the first of \a count;
+    /// those of the others are numbered.
+    static QVariantMap pager(const QVariantMap& texts, const QString& first, const QString& others,
+                             int number, int count);
 
-private:
-    QTranslator mTranslator;
+    /// The file name of page \a number: \a first, or \a others with the number.
+    static QString fileName(const QString& first, const QString& others, int number)
+    {
+        return number == 1 ? first : others.arg(number);
+    }
 };
 
 #endif // PAGETEXTS_H

@@ -10,14 +10,26 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QImageWriter>
+#include <QPair>
+#include <QSet>
 #include <QStorageInfo>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace {
 
 const QSize imageLimit(1600, 1600);
 const QSize thumbLimit(320, 320);
 const int interruptionMilliseconds = 20;
+
+/// Beside the small picture, which has twice the pixels that it is shown in, those of the products
+/// are there in one time and in three times as many.
+const int moreSizes[] = {320, 960};
+
+/// WebP stands beside another format where it takes at most so many percent of its bytes.
+const int webpPercent = 80;
 
 /// Size in CSS pixels of a small picture: it fills the limit, but only a drawing is enlarged.
 QSize shownSize(const QSize& pixels, bool drawing)
@@ -41,18 +53,59 @@ QByteArray formatFor(const Photograph& photograph)
 
 } // namespace
 
+/// One file that is made of a photograph.
+struct PictureImporter::Draft
+{
+    QString place; ///< where it goes in the site
+    QSize limit;
+    QByteArray format; ///< empty for that of the source
+    QString path;
+    ImageImportResult result;
+};
+
 /// One photograph on its way.
 struct PictureImporter::Work
 {
     const Photograph* photograph = nullptr;
     WorkItem* item = nullptr;
     Defect defect; ///< found before it was imported
-    QString image; ///< drafts
-    QString thumb;
-    ImageImportResult imageResult;
-    ImageImportResult thumbResult;
+    QVector<Draft> drafts; ///< the large picture, the small one, and further ones
     int missingResults = 0;
 };
+
+QVector<PictureImporter::Draft> PictureImporter::draftsOf(const Photograph& photograph)
+{
+    const QByteArray format = formatFor(photograph);
+    const QString& name = photograph.siteName;
+    const QSize thumbPixels = thumbLimit * 2; // for dense screens
+    QVector<Draft> drafts;
+    const auto add = [&drafts](const QString& place, const QSize& limit, const QByteArray& kind) {
+        drafts.append({place, limit, kind, QString(), ImageImportResult()});
+    };
+    add(QLatin1String("images/") + name, imageLimit, format);
+    add(QLatin1String("thumbs/") + name, thumbPixels, format);
+    const QString suffix = QFileInfo(name).suffix().toLower();
+    if (!photograph.ofProduct || suffix == QLatin1String("svg") || suffix == QLatin1String("gif"))
+        return drafts;
+    const auto place = [&name](int size) { return QStringLiteral("sizes/%1/").arg(size) + name; };
+    for (const int size : moreSizes)
+        add(place(size), QSize(size, size), format);
+    static const bool hasWebp = QImageWriter::supportedImageFormats().contains("webp");
+    if (suffix == QLatin1String("webp") || !hasWebp)
+        return drafts;
+    for (const int size : {moreSizes[0], thumbPixels.width(), moreSizes[1]})
+        add(place(size) + QLatin1String(".webp"), QSize(size, size), QByteArrayLiteral("webp"));
+    return drafts;
+}
+
+QStringList PictureImporter::placesOf(const Photograph& photograph)
+{
+    QStringList places;
+    const QVector<Draft> drafts = draftsOf(photograph);
+    for (const Draft& draft : drafts)
+        places.append(draft.place);
+    return places;
+}
 
 QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& photographs)
 {
@@ -63,7 +116,7 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
 
     QVector<Work> works(photographs.size());
     ImageImporter importer;
-    QVector<int> workOfImport;
+    QVector<QPair<int, int>> draftOfImport; // work and draft
     for (int i = 0; i < photographs.size() && !isInterruptionRequested(); ++i) {
         Work& work = works[i];
         work.photograph = &photographs.at(i);
@@ -74,17 +127,18 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
             : PictureCheck::defectOf(*work.photograph);
         if (work.defect)
             continue;
-        // The suffix stays: it is part of how readers recognise a file.
-        const QString suffix = QLatin1Char('.') + QFileInfo(work.photograph->siteName).suffix();
-        work.image = mSite->draft(QStringLiteral("image-%1").arg(i) + suffix);
-        work.thumb = mSite->draft(QStringLiteral("thumb-%1").arg(i) + suffix);
-        work.missingResults = 2;
-        how.format = formatFor(*work.photograph);
-        how.maxSize = imageLimit;
-        importer.add(work.photograph->source, work.image, how);
-        how.maxSize = thumbLimit * 2; // twice the pixels, for dense screens
-        importer.add(work.photograph->source, work.thumb, how);
-        workOfImport += {i, i};
+        work.drafts = draftsOf(*work.photograph);
+        work.missingResults = work.drafts.size();
+        for (int j = 0; j < work.drafts.size(); ++j) {
+            Draft& draft = work.drafts[j];
+            // The suffix stays: it is part of how readers recognise a file.
+            draft.path = mSite->draft(QStringLiteral("picture-%1-%2.").arg(i).arg(j)
+                                      + QFileInfo(draft.place).suffix());
+            how.format = draft.format;
+            how.maxSize = draft.limit;
+            importer.add(work.photograph->source, draft.path, how);
+            draftOfImport.append({i, j});
+        }
     }
 
     // Results come in any order, pictures go to their places in theirs.
@@ -117,9 +171,8 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
     QEventLoop loop;
     connect(&importer, &ImageImporter::imported, &loop,
             [&](int index, const ImageImportResult& result) {
-                Work& work = works[workOfImport.at(index)];
-                const bool isImage = index % 2 == 0;
-                (isImage ? work.imageResult : work.thumbResult) = result;
+                Work& work = works[draftOfImport.at(index).first];
+                work.drafts[draftOfImport.at(index).second].result = result;
                 --work.missingResults;
                 advance();
             });
@@ -135,8 +188,8 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
     }
     const QVector<Work>& imported = works; // a constant one is not copied by the loop
     for (const Work& work : imported) {
-        QFile::remove(work.image);
-        QFile::remove(work.thumb);
+        for (const Draft& draft : work.drafts)
+            QFile::remove(draft.path);
     }
     return mPublished;
 }
@@ -144,37 +197,65 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
 /// Brings a picture that is ready to its place, or tells why it is not.
 void PictureImporter::conclude(Work* work)
 {
-    PublishedPicture published;
+    for (int i = 0; i < work->drafts.size() && !work->defect; ++i)
+        work->defect = importDefect(work->drafts.at(i).result);
+    // What breaks off in front of its pixels is no picture, even where that is accepted.
+    if (!work->defect && !ImageUtils::imageNameIsVectoriel(work->photograph->siteName)
+        && !ImageUtils::imageSize(work->drafts.at(0).path).isValid())
+        work->defect = {WorkItem::Undecodable, tr("cannot be decoded (its content is damaged)")};
     if (!work->defect) {
-        work->defect = importDefect(work->imageResult);
-        if (!work->defect)
-            work->defect = importDefect(work->thumbResult);
-        // What breaks off in front of its pixels is no picture, even where that is accepted.
-        if (!work->defect && !ImageUtils::imageNameIsVectoriel(work->image)
-            && !ImageUtils::imageSize(work->image).isValid())
-            work->defect = {WorkItem::Undecodable,
-                            tr("cannot be decoded (its content is damaged)")};
+        const PublishedPicture published = chooseSizes(work);
+        // The large one last, as nothing is there without it.
+        bool isPublished = true;
+        for (int i = work->drafts.size() - 1; i >= 0 && isPublished; --i)
+            isPublished = mSite->publish(work->drafts.at(i).path, work->drafts.at(i).place,
+                                         &work->defect.reason);
+        if (isPublished) {
+            mPublished.append(published);
+            return;
+        }
+        work->defect.failure = WorkItem::Unwritable;
     }
-    if (work->defect) {
-        work->item->ORVAUTILS_SET_ERROR(
-            work->item->failure(work->defect.failure, work->defect.reason));
-        return;
-    }
-    const Photograph& photograph = *work->photograph;
-    published.photograph = photograph.name;
-    published.name = photograph.siteName;
-    published.imageSize = ImageUtils::imageSize(work->image);
-    published.thumbSize = shownSize(ImageUtils::imageSize(work->thumb),
-                                    ImageUtils::imageNameIsVectoriel(photograph.siteName));
-    if (mSite->publish(work->thumb, QLatin1String("thumbs/") + photograph.siteName,
-                       &work->defect.reason)
-        && mSite->publish(work->image, QLatin1String("images/") + photograph.siteName,
-                          &work->defect.reason)) {
-        mPublished.append(published);
-        return;
-    }
-    work->defect.failure = WorkItem::Unwritable;
     work->item->ORVAUTILS_SET_ERROR(work->item->failure(work->defect.failure, work->defect.reason));
+}
+
+/// What of the drafts goes into the site: no size twice, which a small photograph gives, and WebP
+/// where it is worth it.
+PublishedPicture PictureImporter::chooseSizes(Work* work)
+{
+    const bool isDrawing = ImageUtils::imageNameIsVectoriel(work->photograph->siteName);
+    PublishedPicture published;
+    published.photograph = work->photograph->name;
+    published.name = work->photograph->siteName;
+    published.imageSize = ImageUtils::imageSize(work->drafts.at(0).path);
+    const QSize thumb = ImageUtils::imageSize(work->drafts.at(1).path);
+    published.thumbSize = shownSize(thumb, isDrawing);
+
+    qint64 bytes = 0;
+    qint64 webpBytes = 0;
+    QSet<QPair<bool, int>> seen;
+    const QVector<Draft> candidates = work->drafts.mid(1); // the first is none to choose from
+    for (const Draft& draft : candidates) {
+        const bool isWebp = draft.place.endsWith(QLatin1String(".webp")) && !draft.format.isEmpty();
+        const int width = ImageUtils::imageSize(draft.path).width();
+        if (seen.contains({isWebp, width}))
+            continue;
+        seen.insert({isWebp, width});
+        (isWebp ? published.webp : published.sizes).append({draft.place, width});
+        (isWebp ? webpBytes : bytes) += QFileInfo(draft.path).size();
+    }
+    std::sort(published.sizes.begin(), published.sizes.end(),
+              [](const PictureSize& a, const PictureSize& b) { return a.width < b.width; });
+    if (100 * webpBytes > webpPercent * bytes)
+        published.webp.clear();
+
+    const QStringList places = published.places();
+    const auto isLeftOut = [&places](const Draft& draft) {
+        return !places.contains(draft.place) && QFile::remove(draft.path);
+    };
+    work->drafts.erase(std::remove_if(work->drafts.begin(), work->drafts.end(), isLeftOut),
+                       work->drafts.end());
+    return published;
 }
 
 /// What the result of an import means for a user.

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// PictureImporter: brings photographs into the site, upright, in two sizes.
+// PictureImporter: brings photographs into the site, upright, in two sizes, those of products in
+// more.
 
 #ifndef PICTUREIMPORTER_H
 #define PICTUREIMPORTER_H
@@ -16,6 +17,7 @@
 #include <ImageImportResult.h>
 #include <Threadable.h>
 
+#include <QStringList>
 #include <QVector>
 
 /// How photographs are imported.
@@ -42,7 +44,7 @@ public:
     /// Imports \a photographs, several at a time, and returns those that are in the site then. They
     /// go to their places in their order. Ends early when the interruption of the thread is
     /// requested, or when the site takes no more, as on a full disk: each picture is either there
-    /// in both sizes or not touched.
+    /// in all its sizes or not touched.
     ///
     /// Progress goes to the thread before and after each picture: how many are done, as "3/12",
     /// and the name of the picture, after a failure with the reason.
@@ -51,10 +53,16 @@ public:
     /// It ended early because the site took no more.
     bool siteIsFull() const { return mSiteIsFull; }
 
+    /// The places in the site of all files that may be made of \a photograph.
+    static QStringList placesOf(const Photograph& photograph);
+
 private:
+    struct Draft;
     struct Work;
 
+    static QVector<Draft> draftsOf(const Photograph& photograph);
     void conclude(Work* work);
+    static PublishedPicture chooseSizes(Work* work);
     Defect importDefect(const ImageImportResult& result);
 
     Site* mSite;

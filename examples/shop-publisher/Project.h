@@ -22,6 +22,7 @@ struct Photograph
     QString source; ///< absolute path of the file itself, no link
     QString name; ///< path below the photographs' folder: "bowls/blue bowl.jpg"
     QString siteName; ///< its path below SITE/images and SITE/thumbs
+    bool ofProduct = false; ///< the shop shows it, in more sizes
 };
 
 class Project

@@ -43,7 +43,7 @@ Publication::Publication(const Project& project, Site* site, Published* publishe
 
 void Publication::run()
 {
-    const QVector<Photograph> photographs = mProject.photographs(
+    QVector<Photograph> photographs = mProject.photographs(
         &mFolder, [this] { return isInterruptionRequested(); }, &mUnpublished);
     mPhotographs = photographs.size();
     // A folder that cannot be read, such as one of a disk that was taken off, has not lost its
@@ -64,6 +64,8 @@ void Publication::run()
     const bool hasShop =
         mShopFile.exists() && !isInterruptionRequested() && mShopFile.read(photographs, &shop);
 
+    markProducts(hasShop ? &shop : nullptr, &photographs);
+
     if (mAllFoldersRead && !isInterruptionRequested())
         removeVanished(photographs);
     const QVector<PublishedPicture> pictures = import(photographs);
@@ -78,9 +80,18 @@ void Publication::run()
         return;
     mPublished->anything = true;
     mPublished->shopFile = shopFile;
+    const QStringList before = mPublished->shopPages + mPublished->sheetPages;
+    if (!mShopFile.exists())
+        mPublished->shopPages.clear();
     if (hasShop && writeShop(shop, pictures))
         mShopLanguages = shop.languages;
-    mPageWritten = writeContactSheet(pictures, mShopLanguages);
+    mPageWritten = writeContactSheet(pictures);
+    const QStringList pages = mPublished->shopPages + mPublished->sheetPages;
+    for (const QString& place : before) {
+        if (!pages.contains(place))
+            remove(place);
+    }
+    writeRecord(mPublished->pictures);
 }
 
 QVector<ErrorableCode> Publication::failures() const
@@ -107,6 +118,23 @@ QString Publication::refusal(const QVector<Photograph>& photographs) const
               "them");
 }
 
+/// Marks the photographs that the shop shows; without a \a shop those whose pictures the pages that
+/// stay in the site may show.
+void Publication::markProducts(const Shop* shop, QVector<Photograph>* photographs) const
+{
+    QSet<QString> names;
+    if (shop) {
+        for (const ShopProduct& product : shop->products) {
+            for (const QString& photo : product.photos)
+                names.insert(photo);
+        }
+    }
+    for (Photograph& photograph : *photographs)
+        photograph.ofProduct = names.contains(photograph.name)
+            || (!shop && mShopFile.exists()
+                && mPublished->pictures.value(photograph.name).ofProduct);
+}
+
 /// Whether the site has the pictures of \a photograph as it is now, \a stamp, so that they need not
 /// be made again.
 bool Publication::isPublished(const Published::Picture& known, const Photograph& photograph,
@@ -116,10 +144,12 @@ bool Publication::isPublished(const Published::Picture& known, const Photograph&
         return false;
     if (!known.imported)
         return known.stamp == stamp; // it would fail again
-    if (known.image != FileStamp::of(mSite->folder() + QLatin1String("/images/") + known.siteName)
-        || known.thumb
-            != FileStamp::of(mSite->folder() + QLatin1String("/thumbs/") + known.siteName))
+    if (known.ofProduct != photograph.ofProduct)
         return false;
+    for (auto it = known.files.begin(); it != known.files.end(); ++it) {
+        if (it.value() != siteStamp(it.key()))
+            return false;
+    }
     // A copy of the project, or a clock that was set, gives other stamps to the same photograph.
     return known.stamp == stamp || known.content == contentOf(photograph.source);
 }
@@ -131,6 +161,8 @@ void Publication::writeRecord(const QMap<QString, Published::Picture>& pictures)
     Published record;
     record.project = mProject.identity();
     record.pictures = pictures;
+    record.shopPages = mPublished->shopPages;
+    record.sheetPages = mPublished->sheetPages;
     write({{Published::fileName(), record.toJson()}});
 }
 
@@ -145,8 +177,13 @@ QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photogr
         Published::Picture picture = mPublished->pictures.value(photograph.name);
         const FileStamp stamp = FileStamp::of(photograph.source);
         if (!isPublished(picture, photograph, stamp)) {
+            QMap<QString, FileStamp> files = picture.files; // they may still be there
+            const QStringList places = PictureImporter::placesOf(photograph);
+            for (const QString& place : places)
+                files.insert(place, FileStamp());
             picture = Published::Picture();
             picture.siteName = photograph.siteName;
+            picture.files = files;
             news.append(photograph);
         }
         picture.stamp = stamp;
@@ -167,10 +204,17 @@ QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photogr
         Published::Picture& entry = known[photograph.name];
         if (entry.imported) {
             entry.content = contentOf(photograph.source);
-            entry.image =
-                FileStamp::of(mSite->folder() + QLatin1String("/images/") + entry.siteName);
-            entry.thumb =
-                FileStamp::of(mSite->folder() + QLatin1String("/thumbs/") + entry.siteName);
+            entry.ofProduct = photograph.ofProduct;
+            entry.files.clear();
+            const QStringList places = entry.picture.places();
+            for (const QString& place : places)
+                entry.files.insert(place, siteStamp(place));
+            // What an earlier version of the photograph had beside them.
+            const QStringList possible = PictureImporter::placesOf(photograph);
+            for (const QString& place : possible) {
+                if (!entry.files.contains(place))
+                    remove(place);
+            }
         }
         if (FileStamp::of(photograph.source) != entry.stamp)
             mOvertakenNames.append(photograph.name);
@@ -199,23 +243,36 @@ void Publication::removeVanished(const QVector<Photograph>& photographs)
     QSet<QString> places;
     for (const Photograph& photograph : photographs) {
         present.insert(photograph.name);
-        places.insert(photograph.siteName);
+        const QStringList wanted = PictureImporter::placesOf(photograph);
+        for (const QString& place : wanted)
+            places.insert(place);
     }
-    const QStringList names = mPublished->pictures.keys();
-    for (const QString& name : names) {
-        const QString place = mPublished->pictures.value(name).siteName;
-        QString reason;
-        // One that is there and has another place now leaves its former one.
-        if (!places.contains(place)
-            && (!mSite->remove(QLatin1String("thumbs/") + place, &reason)
-                || !mSite->remove(QLatin1String("images/") + place, &reason))) {
-            auto* const picture = new WorkItem(WorkItem::Picture, name, this);
-            ORVAUTILS_ADD_ERRORABLE_CHILD(*picture);
-            picture->ORVAUTILS_SET_ERROR(picture->failure(WorkItem::Unwritable, reason));
+    for (auto it = mPublished->pictures.begin(); it != mPublished->pictures.end(); ++it) {
+        const QStringList files = it.value().files.keys();
+        for (const QString& place : files) {
+            // One that is there and has another place now leaves its former one.
+            if (!places.contains(place))
+                remove(place);
         }
-        if (!present.contains(name))
-            mRemovedNames.append(name);
+        if (!present.contains(it.key()))
+            mRemovedNames.append(it.key());
     }
+}
+
+FileStamp Publication::siteStamp(const QString& place) const
+{
+    return FileStamp::of(mSite->folder() + QLatin1Char('/') + place);
+}
+
+/// Takes a file out of the site, and tells where that fails.
+void Publication::remove(const QString& place)
+{
+    QString reason;
+    if (mSite->remove(place, &reason))
+        return;
+    auto* const file = new WorkItem(WorkItem::SitePage, place, this);
+    ORVAUTILS_ADD_ERRORABLE_CHILD(*file);
+    file->ORVAUTILS_SET_ERROR(file->failure(WorkItem::Unwritable, reason));
 }
 
 void Publication::copyStaticFiles()
@@ -250,33 +307,42 @@ bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& p
     for (const PublishedPicture& picture : pictures)
         byPhotograph.insert(picture.photograph, picture);
     for (const ShopProduct& product : shop.products) {
-        if (byPhotograph.contains(product.photo))
-            continue;
-        mShopFile.ORVAUTILS_SET_ERROR(
-            mShopFile.failure(WorkItem::Missing,
-                              tr("the shop is not written, because the photograph \"%1\" of one of "
-                                 "its products could not be imported")
-                                  .arg(product.photo)));
-        return false;
+        for (const QString& photo : product.photos) {
+            if (byPhotograph.contains(photo))
+                continue;
+            mShopFile.ORVAUTILS_SET_ERROR(mShopFile.failure(
+                WorkItem::Missing,
+                tr("the shop is not written, because the photograph \"%1\" of one of its products "
+                   "could not be imported")
+                    .arg(photo)));
+            return false;
+        }
     }
 
     QVector<SiteFile> files{
         {QStringLiteral("data/products.js"), ShopData::productsJs(shop, byPhotograph)},
         {QStringLiteral("config/config.php"), ShopData::configPhp(shop)}};
-    for (const QString& language : shop.languages)
-        files.append({ShopPage::fileName(language), ShopPage(shop, byPhotograph, language).html()});
-    return write(files);
+    files += ShopPage::files(shop, byPhotograph);
+    return write(files, &mPublished->shopPages);
 }
 
-bool Publication::writeContactSheet(const QVector<PublishedPicture>& pictures,
-                                    const QStringList& languages)
+/// The page of a site without a shop; with one, a page beside it.
+bool Publication::writeContactSheet(const QVector<PublishedPicture>& pictures)
 {
-    ContactSheet sheet(mProject.title());
-    for (const PublishedPicture& picture : pictures)
-        sheet.add(picture);
-    for (const QString& language : languages)
-        sheet.link(ShopPage::fileName(language), ShopPage::languageName(language));
-    return write({{QStringLiteral("index.html"), sheet.html()}});
+    const bool isFrontPage = mPublished->shopPages.isEmpty();
+    return write(ContactSheet::files(mProject.title(), pictures, isFrontPage),
+                 &mPublished->sheetPages);
+}
+
+/// Writes files and names them in \a places.
+bool Publication::write(const QVector<SiteFile>& files, QStringList* places)
+{
+    if (!write(files))
+        return false;
+    places->clear();
+    for (const SiteFile& file : files)
+        places->append(file.place);
+    return true;
 }
 
 bool Publication::write(const QVector<SiteFile>& files)

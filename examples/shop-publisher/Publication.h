@@ -87,12 +87,16 @@ private:
     QString refusal(const QVector<Photograph>& photographs) const;
     bool isPublished(const Published::Picture& known, const Photograph& photograph,
                      const FileStamp& stamp) const;
+    void markProducts(const Shop* shop, QVector<Photograph>* photographs) const;
     void writeRecord(const QMap<QString, Published::Picture>& pictures);
     QVector<PublishedPicture> import(const QVector<Photograph>& photographs);
     void removeVanished(const QVector<Photograph>& photographs);
+    FileStamp siteStamp(const QString& place) const;
+    void remove(const QString& place);
     void copyStaticFiles();
     bool writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures);
-    bool writeContactSheet(const QVector<PublishedPicture>& pictures, const QStringList& languages);
+    bool writeContactSheet(const QVector<PublishedPicture>& pictures);
+    bool write(const QVector<SiteFile>& files, QStringList* places);
     bool write(const QVector<SiteFile>& files);
 
     const Project& mProject;

@@ -12,6 +12,15 @@
 #include <QMap>
 #include <QSize>
 #include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// One of the sizes of a picture.
+struct PictureSize
+{
+    QString place; ///< in the site
+    int width; ///< pixels
+};
 
 /// What the pages need to know of a picture of the site.
 struct PublishedPicture
@@ -20,6 +29,11 @@ struct PublishedPicture
     QString name; ///< path below SITE/images and SITE/thumbs
     QSize imageSize; ///< pixels of the large picture; for an SVG its nominal size
     QSize thumbSize; ///< size in CSS pixels at which the small picture is meant to be shown
+    QVector<PictureSize> sizes; ///< the small one, and for a product further ones, ascending
+    QVector<PictureSize> webp; ///< the same in WebP, where that is much smaller
+
+    /// The places of all its files.
+    QStringList places() const;
 };
 
 /// It lies in the site as a file that tells the program which pictures are its own: they go when
@@ -32,8 +46,8 @@ struct Published
         QByteArray content; ///< its SHA-1, in hexadecimal digits
         QString siteName;
         bool imported = false; ///< false: it failed, and would again
-        FileStamp image; ///< of the two files in the site
-        FileStamp thumb;
+        bool ofProduct = false;
+        QMap<QString, FileStamp> files; ///< by their places; more than there are while it fails
         PublishedPicture picture; ///< where it was imported
     };
 
@@ -49,6 +63,8 @@ struct Published
     QString project; ///< tells projects apart; empty where none was published
     QMap<QString, Picture> pictures; ///< by the name of the photograph
     FileStamp shopFile;
+    QStringList shopPages; ///< the files of the shop in the site, none without one
+    QStringList sheetPages; ///< those of the contact sheet
 };
 
 #endif // PUBLISHED_H

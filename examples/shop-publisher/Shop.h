@@ -6,21 +6,30 @@
 #ifndef SHOP_H
 #define SHOP_H
 
+#include <CurrencyUtils.h>
+
+#include <QColor>
+#include <QDate>
 #include <QMap>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+#include <cmath>
 
 /// A text in each language of the shop, by the language's code.
 using LocalText = QMap<QString, QString>;
 
 struct ShopFont
 {
-    QString family; ///< as the catalogue spells it
+    QString family; ///< as the catalogue spells it; empty for the fonts of the system
     QString category; ///< "serif", "sans-serif", "display", "handwriting" or "monospace"
     int textWeight = 400; ///< the weight of the family that is nearest to 400
     int boldWeight = 700; ///< that nearest to 700
     bool italic = false; ///< the family has no upright style
+    QMap<int, QString> files; ///< places in the site by weight
+    bool fromService = false; ///< the pages ask the font service for it
 };
 
 struct ShopProduct
@@ -28,22 +37,41 @@ struct ShopProduct
     QString id; ///< of its element in the pages, distinct and the same in all languages
     LocalText name;
     LocalText description;
-    QString photo; ///< path of the photograph below photos/
+    QStringList photos; ///< paths of the photographs below photos/, at least one
+    QString order; ///< as that of the shop, which it goes before
     int taxCategory = 0;
     double vatRate = 0; ///< percent
-    double net = 0; ///< rounded to the cent, as the other two
-    double vat = 0;
-    double gross = 0; ///< net and vat
+    CurrencyUtils::VatSplit price; ///< in minor units of the currency
 };
 
 struct Shop
 {
+    /// An amount in minor units of the currency as a number: 2940 cents are 29.4.
+    double amount(qint64 minorUnits) const
+    {
+        return double(minorUnits) / std::pow(10.0, CurrencyUtils::minorUnits(currency));
+    }
+
     LocalText name;
     LocalText description; ///< empty where the file holds none
     QStringList languages;
     QString currency;
     QString country;
+    QMap<int, double> vatRates; ///< percent by category
+    QDate vatDate; ///< of these rates
     ShopFont font;
+    QColor accent; ///< invalid for that of the program
+    bool crop = false; ///< pictures fill their frames
+    QString url; ///< where the site is published, with a slash at the end; empty where unknown
+    QString logo; ///< a place in the site, as the next
+    QString favicon;
+    QSize logoSize; ///< pixels
+    LocalText imprint;
+    LocalText address;
+    QString email;
+    QString phone;
+    QString
+        order; ///< an address of e-mail, or one of the web in which {id} and {name} are filled in
     QVector<ShopProduct> products;
 };
 

@@ -3,13 +3,12 @@
 
 #include "ShopData.h"
 
-#include "Html.h"
+#include "Template.h"
 
 #include <CurrencyUtils.h>
 #include <HTMLUtils.h>
 #include <JsCodeHelpers.h>
 #include <PhpCodeHelpers.h>
-#include <TaxeRatesUtils.h>
 #include <TextStreamUTF8.h>
 
 #include <QBuffer>
@@ -65,22 +64,26 @@ QByteArray ShopData::productsJs(const Shop& shop, const QMap<QString, PublishedP
 {
     QVariantList products;
     for (const ShopProduct& product : shop.products) {
-        const PublishedPicture picture = pictures.value(product.photo);
+        const PublishedPicture picture = pictures.value(product.photos.first());
+        QStringList images;
+        for (const QString& photo : product.photos)
+            images.append(
+                jsText(Template::address(QLatin1String("images/") + pictures.value(photo).name)));
+        const double gross = shop.amount(product.price.gross);
         products.append(QVariantMap{
             {QStringLiteral("id"), product.id},
             {QStringLiteral("name"), jsTexts(product.name)},
             {QStringLiteral("description"), jsTexts(product.description)},
-            {QStringLiteral("image"),
-             jsText(Html::address(QLatin1String("images/") + picture.name))},
+            {QStringLiteral("image"), images.first()},
+            {QStringLiteral("images"), images},
             {QStringLiteral("thumb"),
-             jsText(Html::address(QLatin1String("thumbs/") + picture.name))},
+             jsText(Template::address(QLatin1String("thumbs/") + picture.name))},
             {QStringLiteral("taxCategory"), product.taxCategory},
             {QStringLiteral("vatRate"), product.vatRate},
-            {QStringLiteral("net"), priceCode(product.net, shop.currency)},
-            {QStringLiteral("vat"), priceCode(product.vat, shop.currency)},
-            {QStringLiteral("gross"), priceCode(product.gross, shop.currency)},
-            {QStringLiteral("price"),
-             jsText(CurrencyUtils::formatPrice(product.gross, shop.currency))},
+            {QStringLiteral("net"), priceCode(shop.amount(product.price.net), shop.currency)},
+            {QStringLiteral("vat"), priceCode(shop.amount(product.price.vat), shop.currency)},
+            {QStringLiteral("gross"), priceCode(gross, shop.currency)},
+            {QStringLiteral("price"), jsText(CurrencyUtils::formatPrice(gross, shop.currency))},
         });
     }
     QBuffer buffer;
@@ -96,12 +99,8 @@ QByteArray ShopData::productsJs(const Shop& shop, const QMap<QString, PublishedP
 QByteArray ShopData::configPhp(const Shop& shop)
 {
     QVariantMap rates;
-    const QList<int> categories = TaxeRatesUtils::europeanTaxCategories();
-    for (const int category : categories) {
-        const double rate = TaxeRatesUtils::europeanTax(shop.country, category);
-        if (rate >= 0)
-            rates.insert(QString::number(category), rate);
-    }
+    for (auto it = shop.vatRates.begin(); it != shop.vatRates.end(); ++it)
+        rates.insert(QString::number(it.key()), it.value());
     QList<int> weights{shop.font.textWeight};
     if (shop.font.boldWeight != shop.font.textWeight)
         weights.append(shop.font.boldWeight);

@@ -3,8 +3,10 @@
 
 #include "ShopFile.h"
 
+#include <ColorUtils.h>
 #include <CurrencyUtils.h>
 #include <HTMLUtils.h>
+#include <ImageUtils.h>
 #include <StringUtils.h>
 #include <TaxeRatesUtils.h>
 
@@ -18,8 +20,7 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QSet>
-
-#include <cmath>
+#include <QUrl>
 
 namespace {
 
@@ -34,6 +35,20 @@ bool isLanguage(const QString& code)
     const QLocale locale(code);
     return form.match(code).hasMatch()
         && locale.name().section(QLatin1Char('_'), 0, 0) == code.section(QLatin1Char('_'), 0, 0);
+}
+
+bool isEmail(const QString& text)
+{
+    static const QRegularExpression form(QStringLiteral("\\A[\\w.+-]+@[\\w-]+(\\.[\\w-]+)+\\z"));
+    return form.match(text).hasMatch();
+}
+
+/// An address of the web; nothing else, such as a script, becomes a link of a page.
+bool isWebAddress(const QString& text)
+{
+    const QUrl url(text, QUrl::StrictMode);
+    return url.isValid() && !url.host().isEmpty() && url.userInfo().isEmpty()
+        && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
 }
 
 /// The available weight that is nearest to \a wanted; the bolder one of two.
@@ -65,8 +80,9 @@ QString slug(const QString& name)
 class ShopFile::Reader
 {
 public:
-    Reader(ShopFile* file, const QVector<Photograph>& photographs)
+    Reader(ShopFile* file, const Project& project, const QVector<Photograph>& photographs)
         : mFile(file)
+        , mProject(project)
     {
         for (const Photograph& photograph : photographs) {
             // The file may have been written on a system that composes accents in another way.
@@ -85,7 +101,12 @@ public:
                 localText(mFile, object, QStringLiteral("description"), shop->languages, true);
         shop->currency = currency(object);
         shop->country = country(object);
-        shop->font = font(object);
+        vatRates(object, shop);
+        if (object.contains(QLatin1String("font")))
+            shop->font = font(object);
+        shop->crop = yesOrNo(object, QStringLiteral("crop"));
+        looks(object, shop);
+        addresses(object, shop);
         shop->products = products(object, *shop);
         return !mFailed;
     }
@@ -170,6 +191,40 @@ private:
         return texts;
     }
 
+    /// The text of a key that need not be there; empty without it.
+    QString optionalText(WorkItem* owner, const QJsonObject& object, const QString& key)
+    {
+        return object.contains(key) ? plainText(owner, object, key) : QString();
+    }
+
+    LocalText optionalTexts(const QJsonObject& object, const QString& key, const QStringList& codes)
+    {
+        return object.contains(key) ? localText(mFile, object, key, codes, true) : LocalText();
+    }
+
+    bool yesOrNo(const QJsonObject& object, const QString& key)
+    {
+        const QJsonValue value = object.value(key);
+        if (!value.isUndefined() && !value.isBool())
+            fail(mFile, key, Unsuitable, ShopFile::tr("is neither true nor false"));
+        return value.toBool();
+    }
+
+    /// The place of a file below static/, which is the same in the project and in the site; empty,
+    /// and told, where there is none.
+    QString staticFile(const QString& key, const QString& place)
+    {
+        if (place.isEmpty())
+            return place;
+        const QString folder = QFileInfo(mProject.staticFolder()).canonicalFilePath();
+        const QString file = QFileInfo(QDir(mProject.folder()), place).canonicalFilePath();
+        if (place.startsWith(QLatin1String("static/")) && !folder.isEmpty()
+            && file.startsWith(folder + QLatin1Char('/')) && QFileInfo(file).isFile())
+            return QDir::cleanPath(place);
+        fail(mFile, key, Missing, ShopFile::tr("there is no file \"%1\" below static/").arg(place));
+        return QString();
+    }
+
     QStringList languages(const QJsonObject& object)
     {
         const QString key = QStringLiteral("languages");
@@ -198,7 +253,9 @@ private:
     {
         const QString key = QStringLiteral("currency");
         QString code = plainText(mFile, object, key);
-        if (!code.isEmpty() && !CurrencyUtils::listIsoCodes().contains(code))
+        if (!code.isEmpty()
+            && (!CurrencyUtils::listIsoCodes().contains(code)
+                || CurrencyUtils::minorUnits(code) < 0))
             fail(mFile, key, Unsuitable,
                  ShopFile::tr("\"%1\" is no code of a currency, such as \"EUR\"").arg(code));
         return code;
@@ -217,6 +274,119 @@ private:
         return code;
     }
 
+    /// The rates of the country, with those that the file has instead.
+    void vatRates(const QJsonObject& object, Shop* shop)
+    {
+        const QList<int> categories = TaxeRatesUtils::europeanTaxCategories();
+        for (const int category : categories) {
+            const double rate = TaxeRatesUtils::europeanTax(shop->country, category);
+            if (rate >= 0)
+                shop->vatRates.insert(category, rate);
+        }
+        shop->vatDate = TaxeRatesUtils::lastUpdated();
+        const QString key = QStringLiteral("vatRates");
+        if (!object.contains(key))
+            return;
+        QJsonObject rates = object.value(key).toObject();
+        shop->vatDate =
+            QDate::fromString(rates.take(QLatin1String("date")).toString(), Qt::ISODate);
+        if (!shop->vatDate.isValid())
+            fail(mFile, key, Unsuitable,
+                 ShopFile::tr("has no \"date\" of the rates, such as \"2026-01-01\""));
+        for (auto it = rates.begin(); it != rates.end(); ++it) {
+            const double rate = it.value().toDouble(-1);
+            bool isNumber = false;
+            const int category = it.key().toInt(&isNumber);
+            if (!isNumber || !categories.contains(category))
+                fail(mFile, key, Unsuitable,
+                     ShopFile::tr("\"%1\" is no tax category: a number from 0 to 4").arg(it.key()));
+            else if (rate < 0 || rate > 100)
+                fail(mFile, key, Unsuitable,
+                     ShopFile::tr("the rate of \"%1\" is no number from 0 to 100").arg(it.key()));
+            else
+                shop->vatRates.insert(category, rate);
+        }
+    }
+
+    /// What the pages look like, beside their font.
+    void looks(const QJsonObject& object, Shop* shop)
+    {
+        const QString key = QStringLiteral("accent");
+        const QString color = optionalText(mFile, object, key);
+        shop->accent = ColorUtils::colorFromCss(color);
+        if (!color.isEmpty() && (!shop->accent.isValid() || shop->accent.alpha() != 255))
+            fail(mFile, key, Unsuitable,
+                 ShopFile::tr("\"%1\" is no opaque colour of CSS, such as \"#9c4a27\"").arg(color));
+        for (const QString& name : {QStringLiteral("logo"), QStringLiteral("favicon")})
+            (name == QLatin1String("logo") ? shop->logo : shop->favicon) =
+                staticFile(name, optionalText(mFile, object, name));
+        if (!shop->logo.isEmpty())
+            shop->logoSize =
+                ImageUtils::imageSize(mProject.folder() + QLatin1Char('/') + shop->logo);
+        if (!shop->logo.isEmpty() && shop->logoSize.isEmpty())
+            fail(mFile, QStringLiteral("logo"), Unsuitable,
+                 ShopFile::tr("is no picture that can be read"));
+    }
+
+    /// Where the shop and its owner are found.
+    void addresses(const QJsonObject& object, Shop* shop)
+    {
+        shop->url =
+            webAddress(QStringLiteral("url"), optionalText(mFile, object, QStringLiteral("url")));
+        if (shop->url.contains(QLatin1Char('?')) || shop->url.contains(QLatin1Char('#')))
+            fail(mFile, QStringLiteral("url"), Unsuitable, ShopFile::tr("holds \"?\" or \"#\""));
+        if (!shop->url.isEmpty() && !shop->url.endsWith(QLatin1Char('/')))
+            shop->url += QLatin1Char('/');
+        shop->order = order(mFile, object);
+
+        const QString imprint = QStringLiteral("imprint");
+        shop->imprint = optionalTexts(object, imprint, shop->languages);
+        QStringList imprints = shop->imprint.values();
+        imprints.removeDuplicates(); // told once
+        for (int i = 0; i < imprints.size(); ++i) {
+            const QString& text = imprints.at(i);
+            if (text.startsWith(QLatin1String("static/")))
+                staticFile(imprint, text);
+            else if (text.startsWith(QLatin1String("https://"))
+                     || text.startsWith(QLatin1String("http://")))
+                webAddress(imprint, text);
+        }
+
+        const QString key = QStringLiteral("contact");
+        const QJsonObject contact = object.value(key).toObject();
+        if (object.contains(key) && contact.isEmpty())
+            fail(mFile, key, Unsuitable, ShopFile::tr("is no object"));
+        shop->address = optionalTexts(contact, QStringLiteral("address"), shop->languages);
+        shop->phone = optionalText(mFile, contact, QStringLiteral("phone"));
+        const QString email = QStringLiteral("email");
+        shop->email = optionalText(mFile, contact, email);
+        if (!shop->email.isEmpty() && !isEmail(shop->email))
+            fail(mFile, email, Unsuitable,
+                 ShopFile::tr("\"%1\" is no address of e-mail").arg(shop->email));
+    }
+
+    QString webAddress(const QString& key, const QString& address)
+    {
+        if (!address.isEmpty() && !isWebAddress(address))
+            fail(mFile, key, Unsuitable,
+                 ShopFile::tr("\"%1\" is no address of the web, such as \"https://shop.example/\"")
+                     .arg(address));
+        return address;
+    }
+
+    /// Where to order: an address of e-mail or of the web.
+    QString order(WorkItem* owner, const QJsonObject& object)
+    {
+        const QString key = QStringLiteral("order");
+        const QString text = optionalText(owner, object, key);
+        QString address = text;
+        address.remove(QLatin1String("{id}")).remove(QLatin1String("{name}"));
+        if (!text.isEmpty() && !isEmail(text) && !isWebAddress(address))
+            fail(owner, key, Unsuitable,
+                 ShopFile::tr("\"%1\" is no address of e-mail or of the web").arg(text));
+        return text;
+    }
+
     ShopFont font(const QJsonObject& object)
     {
         const QString key = QStringLiteral("font");
@@ -224,9 +394,15 @@ private:
         const QString wanted = plainText(mFile, object, key);
         if (wanted.isEmpty())
             return font;
+        font.fromService = yesOrNo(object, QStringLiteral("fontService"));
+        font.files = fontFiles(object);
         font.family = mFile->mFonts.validName(wanted);
         GoogleFontItem item;
         if (font.family.isEmpty() || !mFile->mFonts.findItemByName(font.family, item)) {
+            if (!font.files.isEmpty() && !font.fromService) {
+                font.family = wanted; // the files are all that it takes
+                return font;
+            }
             fail(mFile, key, Unsuitable,
                  ShopFile::tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
             return font;
@@ -246,6 +422,24 @@ private:
         return font;
     }
 
+    QMap<int, QString> fontFiles(const QJsonObject& object)
+    {
+        const QString key = QStringLiteral("fontFiles");
+        QMap<int, QString> files;
+        const QJsonObject wanted = object.value(key).toObject();
+        if (object.contains(key) && wanted.isEmpty())
+            fail(mFile, key, Unsuitable, ShopFile::tr("is no object"));
+        for (auto it = wanted.begin(); it != wanted.end(); ++it) {
+            const int weight = it.key().toInt();
+            if (weight < 100 || weight > 900)
+                fail(mFile, key, Unsuitable,
+                     ShopFile::tr("\"%1\" is no weight of a font, such as \"400\"").arg(it.key()));
+            else
+                files.insert(weight, staticFile(key, plainText(mFile, wanted, it.key())));
+        }
+        return files;
+    }
+
     QVector<ShopProduct> products(const QJsonObject& object, const Shop& shop)
     {
         const QString key = QStringLiteral("products");
@@ -257,7 +451,7 @@ private:
         if (array.isEmpty())
             fail(mFile, key, Unsuitable, ShopFile::tr("is no list of products"));
         for (const QJsonValue& entry : array)
-            products.append(product(entry, products.size() + 1, shop));
+            products.append(product(entry, int(products.size()) + 1, shop));
         return products;
     }
 
@@ -276,12 +470,13 @@ private:
         product.name = localText(item, object, QStringLiteral("name"), shop.languages, false);
         product.description =
             localText(item, object, QStringLiteral("description"), shop.languages, true);
-        product.photo = photo(item, object);
+        product.photos = photos(item, object);
+        product.order = order(item, object);
         product.taxCategory = taxCategory(item, object);
-        product.net = netPrice(item, object);
-        product.vatRate = vatRate(item, shop.country, product.taxCategory);
-        product.gross = CurrencyUtils::roundPrice(product.net * (1 + product.vatRate / 100));
-        product.vat = CurrencyUtils::roundPrice(product.gross - product.net);
+        const double net = netPrice(item, object);
+        product.vatRate = vatRate(item, shop, product.taxCategory);
+        product.price = CurrencyUtils::vatOf(net, CurrencyUtils::Net, qMax(0.0, product.vatRate),
+                                             shop.currency);
         product.id = distinctId(product.name.value(shop.languages.value(0)));
         return product;
     }
@@ -298,11 +493,26 @@ private:
         return ShopFile::tr("%1, product %2 (%3)").arg(fileName, QString::number(number), name);
     }
 
-    QString photo(WorkItem* item, const QJsonObject& object)
+    /// The pictures of a product: one, or several, of which the first stands for all.
+    QStringList photos(WorkItem* item, const QJsonObject& object)
     {
-        const QString key = QStringLiteral("photo");
-        const QString wanted = plainText(item, object, key);
-        QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
+        const QString key = QStringLiteral("photos");
+        if (!object.contains(key)) {
+            const QString one = QStringLiteral("photo");
+            return {photo(item, one, plainText(item, object, one))};
+        }
+        QStringList names;
+        const QJsonArray array = object.value(key).toArray();
+        if (array.isEmpty())
+            fail(item, key, Unsuitable, ShopFile::tr("is no list of photographs"));
+        for (const QJsonValue& value : array)
+            names.append(photo(item, key, plainText(item, QJsonObject{{key, value}}, key)));
+        return names;
+    }
+
+    QString photo(WorkItem* item, const QString& key, const QString& wanted)
+    {
+        const QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
         if (!wanted.isEmpty() && name.isEmpty())
             fail(item, key, Missing, ShopFile::tr("there is no photograph \"%1\"").arg(wanted));
         return name;
@@ -335,19 +545,19 @@ private:
         else if (!(price <= highestPrice))
             fail(item, key, Unsuitable, ShopFile::tr("is too high for a price"));
         else
-            return CurrencyUtils::roundPrice(price);
+            return price;
         return 0;
     }
 
-    double vatRate(WorkItem* item, const QString& country, int category)
+    double vatRate(WorkItem* item, const Shop& shop, int category)
     {
         if (!mCountryIsKnown || category < 0)
             return 0; // told already
-        const double rate = TaxeRatesUtils::europeanTax(country, category);
+        const double rate = shop.vatRates.value(category, -1);
         if (rate < 0)
             fail(item, QStringLiteral("taxCategory"), Unsuitable,
                  ShopFile::tr("%1 has no rate of the category %2")
-                     .arg(country, QString::number(category)));
+                     .arg(shop.country, QString::number(category)));
         return rate;
     }
 
@@ -365,6 +575,7 @@ private:
     }
 
     ShopFile* mFile;
+    const Project& mProject;
     QMap<QString, QString> mPhotos; ///< names by their composed form
     QSet<QString> mIds;
     QHash<QString, int> mNumbers; ///< the last one given behind each id
@@ -374,7 +585,7 @@ private:
 
 ShopFile::ShopFile(const Project& project, QObject* parent)
     : WorkItem(ShopDescription, fileName, parent)
-    , mPath(QDir(project.folder()).filePath(fileName))
+    , mProject(project)
     , mFonts(this)
 {
     if (!exists())
@@ -388,13 +599,13 @@ ShopFile::~ShopFile() = default;
 
 bool ShopFile::exists() const
 {
-    const QFileInfo file(mPath);
+    const QFileInfo file(mProject.shopFile());
     return file.exists() || file.isSymLink();
 }
 
 bool ShopFile::read(const QVector<Photograph>& photographs, Shop* shop)
 {
-    QFile file(mPath);
+    QFile file(mProject.shopFile());
     if (!file.open(QIODevice::ReadOnly)) {
         ORVAUTILS_SET_ERROR(
             failure(Unreadable, tr("cannot be opened (%1)").arg(file.errorString())));
@@ -417,5 +628,5 @@ bool ShopFile::read(const QVector<Photograph>& photographs, Shop* shop)
         ORVAUTILS_SET_ERROR(failure(Unsuitable, tr("holds no object")));
         return false;
     }
-    return Reader(this, photographs).read(document.object(), shop);
+    return Reader(this, mProject, photographs).read(document.object(), shop);
 }

@@ -38,7 +38,7 @@ public:
 private:
     class Reader;
 
-    QString mPath;
+    const Project mProject;
     GoogleFontLoader mFonts;
 };
 

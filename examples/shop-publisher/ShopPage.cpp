@@ -3,88 +3,31 @@
 
 #include "ShopPage.h"
 
-#include "Html.h"
+#include "Languages.h"
 #include "PageTexts.h"
+#include "Template.h"
 
+#include <ColorUtils.h>
 #include <CurrencyUtils.h>
 #include <HTMLUtils.h>
-#include <StringUtils.h>
+#include <ImageUtils.h>
 
 #include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLocale>
-#include <QTextStream>
+#include <QRegularExpression>
 #include <QUrl>
+
+#include <cmath>
 
 namespace {
 
-// Light and dark follow the reader's system. @FONT@ and the weights are those of the shop.
-const char style[] = R"css(
-:root {
-  color-scheme: light dark;
-  --page: #faf7f2; --card: #fffefb; --ink: #2a2420; --soft: #756a60; --line: #e4dcd0;
-  --accent: #9c4a27; --table: #f1ece3; --shadow: 0 1px 2px #3a2a1a14, 0 10px 30px -16px #3a2a1a40;
-}
-@media (prefers-color-scheme: dark) {
-  :root {
-    --page: #181512; --card: #221e1a; --ink: #f1ebe3; --soft: #aa9e91; --line: #3a332c;
-    --accent: #eaa27c; --table: #e6e0d6; --shadow: none;
-  }
-}
-* { box-sizing: border-box; }
-body {
-  margin: 0; background: var(--page); color: var(--ink);
-  font-family: @FONT@; font-weight: @TEXT@; font-style: @STYLE@; font-size: 1.125rem; line-height: 1.5;
-  font-variant-numeric: lining-nums;
-}
-a { color: inherit; }
-:focus-visible { outline: 2px solid var(--accent); outline-offset: 3px; }
-.shop-head, .shop-products, .shop-foot {
-  max-width: 78rem; margin: 0 auto; padding-inline: clamp(1.1rem, 4vw, 3rem);
-}
-.shop-languages {
-  display: flex; flex-wrap: wrap; justify-content: flex-end; gap: .25rem 1.25rem;
-  margin: 0; padding: 1.1rem 0 0; list-style: none; font-size: 1rem;
-}
-.shop-languages a { color: var(--soft); text-decoration: none; padding: .2rem 0; }
-.shop-languages a:hover { color: var(--accent); }
-.shop-languages a[aria-current] { color: var(--ink); border-bottom: 2px solid var(--accent); }
-.shop-title { padding: clamp(1.75rem, 5vw, 4rem) 0 clamp(2rem, 5vw, 3.75rem); text-align: center; }
-h1, h2, .product-gross { font-weight: @BOLD@; line-height: 1.15; }
-h1 { margin: 0; font-size: clamp(2.1rem, 6vw, 3.75rem); letter-spacing: -.015em; overflow-wrap: anywhere; }
-.shop-title p {
-  max-width: 38rem; margin: 1rem auto 0; color: var(--soft); font-size: clamp(1.1rem, 2vw, 1.3rem);
-  text-wrap: balance;
-}
-.shop-products {
-  display: grid; gap: clamp(1.25rem, 2.5vw, 2rem); list-style: none; margin-block: 0;
-  grid-template-columns: repeat(auto-fill, minmax(min(100%, 18rem), 1fr));
-}
-.product-card {
-  display: flex; flex-direction: column; overflow: hidden; scroll-margin: 1rem;
-  background: var(--card); border: 1px solid var(--line); border-radius: .85rem;
-  box-shadow: var(--shadow);
-}
-.product-card:target { border-color: var(--accent); }
-.product-photo { display: block; aspect-ratio: 1; overflow: hidden; background: var(--table); }
-.product-photo img {
-  display: block; width: 100%; height: 100%; object-fit: cover; transform: scale(1.03);
-  transition: transform .4s ease;
-}
-.product-photo img.drawing { object-fit: contain; padding: 8%; }
-.product-photo:hover img { transform: scale(1.07); }
-@media (prefers-reduced-motion: reduce) { .product-photo img { transition: none; } }
-.product-text { flex: 1; padding: 1.15rem 1.35rem 1rem; }
-h2 { margin: 0; font-size: 1.45rem; overflow-wrap: anywhere; text-wrap: balance; }
-.product-text p { margin: .45rem 0 0; color: var(--soft); overflow-wrap: anywhere; white-space: pre-line; }
-.product-price { margin: 0 1.35rem; padding: .85rem 0 1.15rem; border-top: 1px solid var(--line); }
-.product-gross { margin: 0; font-size: 1.6rem; }
-.product-gross, .price-part { white-space: nowrap; }
-.product-gross small { font-size: 1rem; font-weight: @TEXT@; color: var(--soft); }
-.price-parts { margin: .15rem 0 0; color: var(--soft); font-size: 1rem; }
-.shop-foot { padding-block: clamp(2rem, 5vw, 3.5rem); color: var(--soft); font-size: 1rem; text-align: center; }
-.shop-foot p { margin: .25rem 0; }
-.shop-foot a:hover { color: var(--accent); }
-)css";
+const int productsOnAPage = 100;
+/// Pictures that a reader sees before scrolling; the others are loaded when they come near.
+const int firstPictures = 4;
+const int cardRem = 24; ///< the width of a card on a wide screen, at most
 
 /// A text of CSS in double quotes, also inside of a style element.
 QString cssText(const QString& text)
@@ -108,20 +51,8 @@ QString systemFonts(const QString& category)
     return QStringLiteral("system-ui, -apple-system, \"Segoe UI\", Roboto, sans-serif");
 }
 
-QString styleFor(const ShopFont& font)
-{
-    QString css = QString::fromLatin1(style);
-    css.replace(QLatin1String("@FONT@"),
-                cssText(font.family) + QLatin1String(", ") + systemFonts(font.category));
-    css.replace(QLatin1String("@TEXT@"), QString::number(font.textWeight));
-    css.replace(QLatin1String("@STYLE@"), QLatin1String(font.italic ? "italic" : "normal"));
-    css.replace(QLatin1String("@BOLD@"), QString::number(font.boldWeight));
-    return css;
-}
-
-/// Asks the font service for the two weights once the page is there, so that it never waits for
-/// them.
-QString scriptFor(const ShopFont& font)
+/// Where the font service has the two weights, as a text of JavaScript.
+QString fontAddress(const ShopFont& font)
 {
     const QLatin1String slope(font.italic ? "i" : "");
     QString weights = QString::number(font.textWeight) + slope;
@@ -129,15 +60,35 @@ QString scriptFor(const ShopFont& font)
         weights += QLatin1Char(',') + QString::number(font.boldWeight) + slope;
     const QString family = QString::fromLatin1(
         QUrl::toPercentEncoding(font.family, QByteArrayLiteral(" ")).replace(' ', '+'));
-    const QString url = QStringLiteral("https://fonts.googleapis.com/css?family=%1:%2&display=swap")
-                            .arg(family, weights);
-    return QStringLiteral("addEventListener('load', function () {\n"
-                          "  var font = document.createElement('link');\n"
-                          "  font.rel = 'stylesheet';\n"
-                          "  font.href = '%1';\n"
-                          "  document.head.appendChild(font);\n"
-                          "});\n")
-        .arg(HTMLUtils::encodeToJavascriptText(url));
+    return HTMLUtils::encodeToJavascriptText(
+        QStringLiteral("https://fonts.googleapis.com/css?family=%1:%2&display=swap")
+            .arg(family, weights));
+}
+
+double luminance(const QColor& color)
+{
+    const auto linear = [](double value) {
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
+        + 0.0722 * linear(color.blueF());
+}
+
+/// The contrast of two colours as accessibility counts it, from 1 to 21.
+double contrast(const QColor& one, const QColor& other)
+{
+    const double a = luminance(one) + 0.05;
+    const double b = luminance(other) + 0.05;
+    return a > b ? a / b : b / a;
+}
+
+/// \a color, or one between it and \a end that can be read on \a background.
+QColor readable(const QColor& color, const QColor& background, const QColor& end)
+{
+    QColor shade = color;
+    for (int step = 1; step <= 20 && contrast(shade, background) < 4.6; ++step)
+        shade = ColorUtils::interpolate(color, end, step / 20.0);
+    return shade;
 }
 
 QLocale::Country countryOf(const QString& code)
@@ -172,23 +123,38 @@ QString countryName(const QString& code, const QString& pageLanguage)
     return QLocale(QLocale::AnyLanguage, country).nativeCountryName();
 }
 
-/// A rate as people write it: "5.5 %", with the point of the prices.
-QString percent(double rate)
+QString pageName(const QString& language, int number)
 {
-    return QString::number(rate) + QStringLiteral("\u00a0%");
+    return PageTexts::fileName(ShopPage::fileName(language),
+                               QStringLiteral("shop-%1-%2.html").arg(language), number);
 }
 
-/// A price whose symbol stays with its number.
-QString price(double value, const QString& currency)
+QString tagOf(QString language)
 {
-    return CurrencyUtils::formatPrice(value, currency)
-        .trimmed()
-        .replace(QLatin1Char(' '), QChar(QChar::Nbsp));
+    return language.replace(QLatin1Char('_'), QLatin1Char('-'));
 }
 
-QString className(const char* name)
+QString percentEncoded(const QString& text)
 {
-    return HTMLUtils::formatCompliantcssClassName(QLatin1String(name));
+    return QString::fromLatin1(QUrl::toPercentEncoding(text));
+}
+
+int pagesOf(const Shop& shop)
+{
+    return (int(shop.products.size()) + productsOnAPage - 1) / productsOnAPage;
+}
+
+/// The addresses of all pages, for search engines. They hold nothing that XML would need escaped.
+QByteArray sitemap(const Shop& shop)
+{
+    QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                     "<urlset xmlns=\"http://www.sitemaps.org/schemas/sitemap/0.9\">\n";
+    for (const QString& language : shop.languages) {
+        for (int number = 1; number <= pagesOf(shop); ++number)
+            xml += "<url><loc>" + HTMLUtils::escaped(shop.url + pageName(language, number)).toUtf8()
+                + "</loc></url>\n";
+    }
+    return xml + "</urlset>\n";
 }
 
 } // namespace
@@ -198,95 +164,272 @@ QString ShopPage::fileName(const QString& language)
     return QStringLiteral("shop-%1.html").arg(language);
 }
 
-QString ShopPage::languageName(const QString& language)
+QVector<SiteFile> ShopPage::files(const Shop& shop, const QMap<QString, PublishedPicture>& pictures)
 {
-    const QLocale locale(language);
-    // Qt names the English of one country.
-    return locale.language() == QLocale::English
-        ? QStringLiteral("English")
-        : StringUtils::capitalize(locale.nativeLanguageName());
+    QVector<SiteFile> files;
+    for (const QString& language : shop.languages) {
+        const ShopPage page(shop, pictures, language);
+        for (int number = 1; number <= pagesOf(shop); ++number)
+            files.append({pageName(language, number), page.html(number, false)});
+    }
+    files.append({QStringLiteral("index.html"),
+                  ShopPage(shop, pictures, shop.languages.first()).html(1, true)});
+    if (!shop.url.isEmpty())
+        files.append({QStringLiteral("sitemap.xml"), sitemap(shop)});
+    return files;
 }
 
-QByteArray ShopPage::html() const
+ShopPage::ShopPage(const Shop& shop, const QMap<QString, PublishedPicture>& pictures,
+                   const QString& language)
+    : mShop(shop)
+    , mPictures(pictures)
+    , mLanguage(language)
+    , mTexts(PageTexts::in(language))
+{ }
+
+QByteArray ShopPage::html(int number, bool isFrontPage) const
 {
-    const PageTexts texts(mLanguage);
-    const QString name = mShop.name.value(mLanguage);
-    const QString description = mShop.description.value(mLanguage);
-    QString langTag = mLanguage;
-    langTag.replace(QLatin1Char('_'), QLatin1Char('-'));
+    const QString place = pageName(mLanguage, number);
+    const int first = (number - 1) * productsOnAPage;
+    const int count = qMin(productsOnAPage, int(mShop.products.size()) - first);
+    const QVariantMap pager =
+        PageTexts::pager(mTexts, fileName(mLanguage),
+                         QStringLiteral("shop-%1-%2.html").arg(mLanguage), number, pagesOf(mShop));
+    QString title = mShop.name.value(mLanguage);
+    if (number > 1)
+        title += QStringLiteral(" – ") + pager.value(QStringLiteral("pageText")).toString();
+    QVariantList products;
+    for (int i = first; i < first + count; ++i)
+        products.append(product(mShop.products.at(i), i - first < firstPictures));
 
-    QByteArray page;
-    QTextStream html(&page, QIODevice::WriteOnly);
-    html.setCodec("UTF-8");
-    html << "<!DOCTYPE html>\n<html lang=\"" << langTag << "\">\n<head>\n<meta charset=\"utf-8\">\n"
-         << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-         << HTMLUtils::formatHtmlMetaName(QStringLiteral("generator"),
-                                          QCoreApplication::applicationName())
-         << '\n';
-    if (!description.isEmpty())
-        html << HTMLUtils::formatHtmlMetaName(QStringLiteral("description"), description) << '\n';
-    html << "<title>" << HTMLUtils::escaped(name) << "</title>\n<style>" << styleFor(mShop.font)
-         << "</style>\n<script>\n"
-         << scriptFor(mShop.font) << "</script>\n</head>\n<body>\n"
-         << "<header class=\"" << className("shop_head") << "\">\n";
-    if (mShop.languages.size() > 1) {
-        html << "<nav><ul class=\"" << className("shop_languages") << "\">\n";
+    QVariantMap values = mTexts;
+    for (const QVariantMap& more : {style(), links(number), foot()}) {
+        for (auto it = more.begin(); it != more.end(); ++it)
+            values.insert(it.key(), it.value());
+    }
+    values.insert(QStringLiteral("lang"), tagOf(mLanguage));
+    values.insert(QStringLiteral("rtl"), QLocale(mLanguage).textDirection() == Qt::RightToLeft);
+    values.insert(QStringLiteral("locale"), QLocale(mLanguage).name());
+    values.insert(QStringLiteral("generator"), QCoreApplication::applicationName());
+    values.insert(QStringLiteral("title"), title);
+    values.insert(QStringLiteral("name"), mShop.name.value(mLanguage));
+    values.insert(QStringLiteral("description"), mShop.description.value(mLanguage));
+    values.insert(QStringLiteral("products"), products);
+    values.insert(QStringLiteral("pager"), pager);
+    values.insert(QStringLiteral("data"), data(first, count, place));
+    if (isFrontPage && mShop.languages.size() > 1) {
+        QJsonObject pages;
         for (const QString& language : mShop.languages)
-            html << "<li><a href=\"" << fileName(language) << '"'
-                 << (language == mLanguage ? " aria-current=\"page\"" : "") << '>'
-                 << HTMLUtils::escaped(languageName(language)) << "</a></li>\n";
-        html << "</ul></nav>\n";
+            pages.insert(language, fileName(language));
+        values.insert(QStringLiteral("choices"),
+                      QString::fromLatin1(QJsonDocument(pages).toJson(QJsonDocument::Compact))
+                          + QStringLiteral(", \"%1\"").arg(place));
     }
-    html << "<div class=\"" << className("shop_title") << "\">\n<h1>" << HTMLUtils::escaped(name)
-         << "</h1>\n";
-    if (!description.isEmpty())
-        html << "<p>" << HTMLUtils::escaped(description) << "</p>\n";
-    html << "</div>\n</header>\n<main>\n<ul class=\"" << className("shop_products") << "\">\n";
+    return Template::fill(QStringLiteral("shop.html"), values);
+}
 
-    for (const ShopProduct& product : mShop.products) {
-        const PublishedPicture picture = mPictures.value(product.photo);
-        const bool drawing = picture.name.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive);
-        const QString productName = HTMLUtils::escaped(product.name.value(mLanguage));
-        const QString productText = product.description.value(mLanguage);
-        const QString vat = texts.text(QT_TRANSLATE_NOOP("PageTexts", "VAT"));
-        html << "<li class=\"" << className("product_card") << "\" id=\"" << product.id << "\">\n"
-             << "<a class=\"" << className("product_photo") << "\" href=\""
-             << Html::address(QLatin1String("images/") + picture.name) << "\"><img"
-             << (drawing ? " class=\"drawing\"" : "") << " src=\""
-             << Html::address(QLatin1String("thumbs/") + picture.name) << "\" alt=\"" << productName
-             << "\" width=\"" << picture.thumbSize.width() << "\" height=\""
-             << picture.thumbSize.height() << "\"></a>\n"
-             << "<div class=\"" << className("product_text") << "\">\n<h2>" << productName
-             << "</h2>\n";
-        if (!productText.isEmpty()) {
-            QStringList lines = productText.split(QLatin1Char('\n'));
-            for (QString& line : lines)
-                line = HTMLUtils::escaped(line);
-            html << "<p>" << lines.join(QLatin1Char('\n')) << "</p>\n";
-        }
-        html << "</div>\n<div class=\"" << className("product_price") << "\">\n<p class=\""
-             << className("product_gross") << "\">"
-             << HTMLUtils::escaped(price(product.gross, mShop.currency)) << " <small>"
-             << HTMLUtils::escaped(texts.text(QT_TRANSLATE_NOOP("PageTexts", "incl. VAT")))
-             << "</small></p>\n<p class=\"" << className("price_parts") << "\"><span class=\""
-             << className("price_part") << "\">"
-             << HTMLUtils::escaped(price(product.net, mShop.currency) + QLatin1Char(' ')
-                                   + texts.text(QT_TRANSLATE_NOOP("PageTexts", "net")))
-             << "</span> + <span class=\"" << className("price_part") << "\">"
-             << HTMLUtils::escaped(price(product.vat, mShop.currency) + QLatin1Char(' ') + vat
-                                   + QStringLiteral(" (%1)").arg(percent(product.vatRate)))
-             << "</span></p>\n</div>\n</li>\n";
+/// What leads to other pages, and what other programs want to know of page \a number.
+QVariantMap ShopPage::links(int number) const
+{
+    QVariantList languages;
+    QVariantList alternates{QVariantMap{{QStringLiteral("lang"), QStringLiteral("x-default")},
+                                        {QStringLiteral("address"), mShop.url}}};
+    for (const QString& language : mShop.languages) {
+        languages.append(QVariantMap{{QStringLiteral("address"), fileName(language)},
+                                     {QStringLiteral("lang"), tagOf(language)},
+                                     {QStringLiteral("name"), Languages::nativeName(language)},
+                                     {QStringLiteral("current"), language == mLanguage}});
+        alternates.append(QVariantMap{
+            {QStringLiteral("lang"), tagOf(language)},
+            {QStringLiteral("address"), QString(mShop.url + pageName(language, number))}});
     }
+    const QString image =
+        QLatin1String("images/") + mPictures.value(mShop.products.first().photos.first()).name;
+    QVariantMap links{
+        {QStringLiteral("url"), mShop.url},
+        {QStringLiteral("canonical"), QString(mShop.url + pageName(mLanguage, number))},
+        {QStringLiteral("image"), QString(mShop.url + Template::address(image))},
+        {QStringLiteral("alternates"), alternates},
+        {QStringLiteral("favicon"), Template::address(mShop.favicon)}};
+    if (languages.size() > 1)
+        links.insert(QStringLiteral("languages"), QVariantMap{{QStringLiteral("list"), languages}});
+    if (!mShop.logo.isEmpty())
+        links.insert(QStringLiteral("logo"),
+                     QVariantMap{{QStringLiteral("address"), Template::address(mShop.logo)},
+                                 {QStringLiteral("width"), mShop.logoSize.width()},
+                                 {QStringLiteral("height"), mShop.logoSize.height()}});
+    return links;
+}
 
-    const QString currencyName =
+/// What the style sheet takes from the shop. The colours of the page are those that stand there.
+QVariantMap ShopPage::style() const
+{
+    const ShopFont& font = mShop.font;
+    const QColor accent = mShop.accent.isValid() ? mShop.accent : QColor(0x9c4a27);
+    const QColor accentDark = mShop.accent.isValid() ? mShop.accent : QColor(0xeaa27c);
+    const QColor light = readable(accent, QColor(0xfaf7f2), Qt::black);
+    const QColor dark = readable(accentDark, QColor(0x221e1a), Qt::white);
+    const auto textOn = [](const QColor& color) {
+        return contrast(color, Qt::white) >= contrast(color, Qt::black) ? QStringLiteral("#fff")
+                                                                        : QStringLiteral("#000");
+    };
+    QVariantList files;
+    for (auto it = font.files.begin(); it != font.files.end(); ++it)
+        files.append(QVariantMap{{QStringLiteral("family"), cssText(font.family)},
+                                 {QStringLiteral("weight"), it.key()},
+                                 {QStringLiteral("address"), Template::address(it.value())}});
+    QString family = systemFonts(font.category);
+    if (!font.family.isEmpty())
+        family.prepend(cssText(font.family) + QLatin1String(", "));
+    return {
+        {QStringLiteral("accent"), light.name()},
+        {QStringLiteral("onAccent"), textOn(light)},
+        {QStringLiteral("accentDark"), dark.name()},
+        {QStringLiteral("onAccentDark"), textOn(dark)},
+        {QStringLiteral("fontFamily"), family},
+        {QStringLiteral("fontFiles"), files},
+        {QStringLiteral("fontAddress"), font.fromService ? fontAddress(font) : QString()},
+        {QStringLiteral("textWeight"), font.textWeight},
+        {QStringLiteral("boldWeight"), font.boldWeight},
+        {QStringLiteral("fontStyle"),
+         font.italic ? QStringLiteral("italic") : QStringLiteral("normal")},
+        {QStringLiteral("fit"), mShop.crop ? QStringLiteral("cover") : QStringLiteral("contain")}};
+}
+
+QVariantMap ShopPage::product(const ShopProduct& product, bool isFirst) const
+{
+    const QString name = product.name.value(mLanguage);
+    const QString rate =
+        QLocale(mLanguage).toString(product.vatRate, 'g', 6) + QStringLiteral("\u00a0%");
+    QVariantList more;
+    for (int i = 1; i < product.photos.size(); ++i)
+        more.append(picture(product.photos.at(i), QStringLiteral("%1 (%2)").arg(name).arg(i + 1),
+                            true, true));
+    return {{QStringLiteral("id"), product.id},
+            {QStringLiteral("name"), name},
+            {QStringLiteral("text"), product.description.value(mLanguage)},
+            {QStringLiteral("photo"), picture(product.photos.first(), name, !isFirst, false)},
+            {QStringLiteral("photos"),
+             more.isEmpty() ? QVariantMap() : QVariantMap{{QStringLiteral("list"), more}}},
+            {QStringLiteral("gross"), price(product.price.gross)},
+            {QStringLiteral("net"), price(product.price.net)},
+            {QStringLiteral("vat"), price(product.price.vat)},
+            {QStringLiteral("rate"), rate},
+            {QStringLiteral("order"), order(product)}};
+}
+
+/// One picture in all its sizes. The reader's browser is told how wide it is shown, which for an
+/// upright one that is not cropped is less than the card, and chooses.
+QVariantMap ShopPage::picture(const QString& photo, const QString& alt, bool isLazy,
+                              bool isSmall) const
+{
+    const PublishedPicture picture = mPictures.value(photo);
+    const auto set = [](const QVector<PictureSize>& sizes) {
+        QStringList list;
+        for (const PictureSize& size : sizes)
+            list.append(Template::address(size.place) + QStringLiteral(" %1w").arg(size.width));
+        return list.join(QLatin1String(", "));
+    };
+    const QSize shown = picture.thumbSize;
+    const double share = mShop.crop ? qMax(1.0, double(shown.width()) / shown.height())
+                                    : qMin(1.0, double(shown.width()) / shown.height());
+    const bool isDrawing = ImageUtils::imageNameIsVectoriel(picture.name);
+    const bool isJpeg = picture.name.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive)
+        || picture.name.endsWith(QLatin1String(".jpeg"), Qt::CaseInsensitive);
+    return {{QStringLiteral("large"), Template::address(QLatin1String("images/") + picture.name)},
+            {QStringLiteral("table"), !isJpeg},
+            {QStringLiteral("src"), Template::address(QLatin1String("thumbs/") + picture.name)},
+            {QStringLiteral("srcset"), picture.sizes.size() > 1 ? set(picture.sizes) : QString()},
+            {QStringLiteral("webp"), set(picture.webp)},
+            {QStringLiteral("sizes"),
+             isSmall ? QStringLiteral("4rem")
+                     : QStringLiteral("(max-width: 40rem) %1vw, %2rem")
+                           .arg(qRound(100 * share))
+                           .arg(qMax(1, qRound(cardRem * share)))},
+            {QStringLiteral("drawing"), isDrawing},
+            {QStringLiteral("alt"), alt},
+            {QStringLiteral("width"), shown.width()},
+            {QStringLiteral("height"), shown.height()},
+            {QStringLiteral("lazy"), isLazy}};
+}
+
+QVariantMap ShopPage::foot() const
+{
+    const QLocale locale(mLanguage);
+    const QString currency =
         CurrencyUtils::currencySymbol(mShop.currency, QLocale::CurrencyDisplayName);
-    html << "</ul>\n</main>\n<footer class=\"" << className("shop_foot") << "\">\n<p>"
-         << HTMLUtils::escaped(
-                texts.text(QT_TRANSLATE_NOOP("PageTexts", "Prices in %1, with the VAT of %2."))
-                    .arg(currencyName, countryName(mShop.country, mLanguage)))
-         << "</p>\n<p><a href=\"index.html\">"
-         << HTMLUtils::escaped(texts.text(QT_TRANSLATE_NOOP("PageTexts", "All photographs")))
-         << "</a></p>\n</footer>\n</body>\n</html>\n";
-    html.flush();
-    return page;
+    // Months in words are read alike everywhere.
+    const QString date = locale.toString(mShop.vatDate, QStringLiteral("d MMMM yyyy"));
+    QVariantMap foot{{QStringLiteral("pricesText"),
+                      mTexts.value(QStringLiteral("pricesText"))
+                          .toString()
+                          .arg(currency, countryName(mShop.country, mLanguage))},
+                     {QStringLiteral("ratesText"),
+                      mTexts.value(QStringLiteral("ratesText")).toString().arg(date)}};
+    const QString imprint = mShop.imprint.value(mLanguage);
+    const bool isAddress = imprint.startsWith(QLatin1String("static/"))
+        || imprint.startsWith(QLatin1String("https://"))
+        || imprint.startsWith(QLatin1String("http://"));
+    foot.insert(isAddress ? QStringLiteral("imprintAddress") : QStringLiteral("imprint"), imprint);
+    QString phone = mShop.phone; // without places where a line may break
+    phone.replace(QLatin1Char(' '), QChar(QChar::Nbsp)).replace(QLatin1Char('-'), QChar(0x2011));
+    QString phoneNumber = mShop.phone;
+    phoneNumber.remove(QRegularExpression(QStringLiteral("[^0-9+]")));
+    if (!mShop.email.isEmpty() || !phone.isEmpty() || !mShop.address.isEmpty())
+        foot.insert(QStringLiteral("contact"),
+                    QVariantMap{{QStringLiteral("address"), mShop.address.value(mLanguage)},
+                                {QStringLiteral("email"), mShop.email},
+                                {QStringLiteral("phone"), phone},
+                                {QStringLiteral("phoneNumber"), phoneNumber}});
+    return foot;
+}
+
+/// Where the product is ordered; empty where there is no such place.
+QString ShopPage::order(const ShopProduct& product) const
+{
+    QString order = product.order.isEmpty() ? mShop.order : product.order;
+    const QString name = product.name.value(mLanguage);
+    if (order.isEmpty() || order.contains(QLatin1String("://")))
+        return order.replace(QLatin1String("{id}"), percentEncoded(product.id))
+            .replace(QLatin1String("{name}"), percentEncoded(name));
+    return QStringLiteral("mailto:%1?subject=%2").arg(order, percentEncoded(name));
+}
+
+QString ShopPage::price(qint64 amount) const
+{
+    return CurrencyUtils::formatMoney(amount, mShop.currency, QLocale(mLanguage));
+}
+
+/// The products for search engines. No text in it can end the script element that holds it.
+QByteArray ShopPage::data(int first, int count, const QString& place) const
+{
+    const int decimals = CurrencyUtils::minorUnits(mShop.currency);
+    QJsonArray products;
+    for (int i = first; i < first + count; ++i) {
+        const ShopProduct& product = mShop.products.at(i);
+        const QString address = mShop.url + place + QLatin1Char('#') + product.id;
+        QJsonArray images;
+        for (const QString& photo : product.photos)
+            images.append(
+                mShop.url
+                + Template::address(QLatin1String("images/") + mPictures.value(photo).name));
+        const QJsonObject offer{{QStringLiteral("@type"), QStringLiteral("Offer")},
+                                {QStringLiteral("price"),
+                                 QString::number(mShop.amount(product.price.gross), 'f', decimals)},
+                                {QStringLiteral("priceCurrency"), mShop.currency},
+                                {QStringLiteral("url"), address}};
+        QJsonObject entry{{QStringLiteral("@context"), QStringLiteral("https://schema.org")},
+                          {QStringLiteral("@type"), QStringLiteral("Product")},
+                          {QStringLiteral("name"), product.name.value(mLanguage)},
+                          {QStringLiteral("image"), images},
+                          {QStringLiteral("offers"), offer}};
+        if (!product.description.value(mLanguage).isEmpty())
+            entry.insert(QStringLiteral("description"), product.description.value(mLanguage));
+        products.append(entry);
+    }
+    return QJsonDocument(products)
+        .toJson(QJsonDocument::Compact)
+        .replace('<', "\\u003c")
+        .replace('>', "\\u003e")
+        .replace('&', "\\u0026");
 }

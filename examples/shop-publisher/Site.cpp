@@ -156,7 +156,8 @@ QString Site::ownersRefusal() const
         if (entry.startsWith(ownPrefix))
             continue;
         foreign.append(entry);
-        if (QDir::match(QStringLiteral("images;thumbs;static;data;config;index.html;shop-*.html"),
+        if (QDir::match(QStringLiteral("images;thumbs;sizes;static;data;config;index.html;"
+                                       "shop-*.html;photographs*.html;sitemap.xml"),
                         entry))
             replaced.append(entry);
     }

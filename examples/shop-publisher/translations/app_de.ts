@@ -102,8 +102,8 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <translation>Es gibt noch nichts zu zeigen.</translation>
     </message>
     <message>
-        <source>Shop:</source>
-        <translation>Laden:</translation>
+        <source>To the shop</source>
+        <translation>Zum Shop</translation>
     </message>
 </context>
 <context>
@@ -135,6 +135,38 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>All photographs</source>
         <translation>Alle Fotos</translation>
+    </message>
+    <message>
+        <source>VAT rates of %1.</source>
+        <translation>Mehrwertsteuersätze vom %1.</translation>
+    </message>
+    <message>
+        <source>Order</source>
+        <translation>Bestellen</translation>
+    </message>
+    <message>
+        <source>Imprint</source>
+        <translation>Impressum</translation>
+    </message>
+    <message>
+        <source>Languages</source>
+        <translation>Sprachen</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Seite %1 von %2</translation>
+    </message>
+    <message>
+        <source>Previous page</source>
+        <translation>Vorige Seite</translation>
+    </message>
+    <message>
+        <source>Next page</source>
+        <translation>Nächste Seite</translation>
     </message>
 </context>
 <context>
@@ -398,6 +430,58 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>holds a control character (U+%1)</source>
         <translation>enthält ein Steuerzeichen (U+%1)</translation>
+    </message>
+    <message>
+        <source>is neither true nor false</source>
+        <translation>ist weder true noch false</translation>
+    </message>
+    <message>
+        <source>there is no file &quot;%1&quot; below static/</source>
+        <translation>es gibt keine Datei „%1“ in static/</translation>
+    </message>
+    <message>
+        <source>has no &quot;date&quot; of the rates, such as &quot;2026-01-01&quot;</source>
+        <translation>hat kein „date“ der Sätze, etwa „2026-01-01“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no tax category: a number from 0 to 4</source>
+        <translation>„%1“ ist keine Steuerkategorie: eine Zahl von 0 bis 4</translation>
+    </message>
+    <message>
+        <source>the rate of &quot;%1&quot; is no number from 0 to 100</source>
+        <translation>der Satz von „%1“ ist keine Zahl von 0 bis 100</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no opaque colour of CSS, such as &quot;#9c4a27&quot;</source>
+        <translation>„%1“ ist keine deckende Farbe in CSS, etwa „#9c4a27“</translation>
+    </message>
+    <message>
+        <source>is no picture that can be read</source>
+        <translation>ist kein Bild, das gelesen werden kann</translation>
+    </message>
+    <message>
+        <source>holds &quot;?&quot; or &quot;#&quot;</source>
+        <translation>enthält „?“ oder „#“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address of e-mail</source>
+        <translation>„%1“ ist keine E-Mail-Adresse</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address of the web, such as &quot;https://shop.example/&quot;</source>
+        <translation>„%1“ ist keine Web-Adresse, etwa „https://shop.example/“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address of e-mail or of the web</source>
+        <translation>„%1“ ist weder eine E-Mail- noch eine Web-Adresse</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no weight of a font, such as &quot;400&quot;</source>
+        <translation>„%1“ ist keine Strichstärke, etwa „400“</translation>
+    </message>
+    <message>
+        <source>is no list of photographs</source>
+        <translation>ist keine Liste von Fotos</translation>
     </message>
 </context>
 <context>

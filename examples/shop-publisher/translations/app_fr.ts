@@ -102,8 +102,8 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <translation>Il n’y a encore rien à montrer.</translation>
     </message>
     <message>
-        <source>Shop:</source>
-        <translation>Boutique :</translation>
+        <source>To the shop</source>
+        <translation>Vers la boutique</translation>
     </message>
 </context>
 <context>
@@ -135,6 +135,38 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>All photographs</source>
         <translation>Toutes les photographies</translation>
+    </message>
+    <message>
+        <source>VAT rates of %1.</source>
+        <translation>Taux de TVA du %1.</translation>
+    </message>
+    <message>
+        <source>Order</source>
+        <translation>Commander</translation>
+    </message>
+    <message>
+        <source>Imprint</source>
+        <translation>Mentions légales</translation>
+    </message>
+    <message>
+        <source>Languages</source>
+        <translation>Langues</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Pages</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Page %1 sur %2</translation>
+    </message>
+    <message>
+        <source>Previous page</source>
+        <translation>Page précédente</translation>
+    </message>
+    <message>
+        <source>Next page</source>
+        <translation>Page suivante</translation>
     </message>
 </context>
 <context>
@@ -398,6 +430,58 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>holds a control character (U+%1)</source>
         <translation>contient un caractère de commande (U+%1)</translation>
+    </message>
+    <message>
+        <source>is neither true nor false</source>
+        <translation>n’est ni true ni false</translation>
+    </message>
+    <message>
+        <source>there is no file &quot;%1&quot; below static/</source>
+        <translation>il n’y a pas de fichier « %1 » sous static/</translation>
+    </message>
+    <message>
+        <source>has no &quot;date&quot; of the rates, such as &quot;2026-01-01&quot;</source>
+        <translation>n’a pas de « date » des taux, comme « 2026-01-01 »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no tax category: a number from 0 to 4</source>
+        <translation>« %1 » n’est pas une catégorie de taxe : un nombre de 0 à 4</translation>
+    </message>
+    <message>
+        <source>the rate of &quot;%1&quot; is no number from 0 to 100</source>
+        <translation>le taux de « %1 » n’est pas un nombre de 0 à 100</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no opaque colour of CSS, such as &quot;#9c4a27&quot;</source>
+        <translation>« %1 » n’est pas une couleur CSS opaque, comme « #9c4a27 »</translation>
+    </message>
+    <message>
+        <source>is no picture that can be read</source>
+        <translation>n’est pas une image qui puisse être lue</translation>
+    </message>
+    <message>
+        <source>holds &quot;?&quot; or &quot;#&quot;</source>
+        <translation>contient « ? » ou « # »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address of e-mail</source>
+        <translation>« %1 » n’est pas une adresse électronique</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address of the web, such as &quot;https://shop.example/&quot;</source>
+        <translation>« %1 » n’est pas une adresse web, comme « https://shop.example/ »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address of e-mail or of the web</source>
+        <translation>« %1 » n’est ni une adresse électronique ni une adresse web</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no weight of a font, such as &quot;400&quot;</source>
+        <translation>« %1 » n’est pas une graisse de police, comme « 400 »</translation>
+    </message>
+    <message>
+        <source>is no list of photographs</source>
+        <translation>n’est pas une liste de photographies</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Template: fills in the pages, which lie as files in the resources of the program.
+//
+//   {{name}}                  a value, escaped for HTML
+//   {{{name}}}                a value as it is: code that was made safe where it was made
+//   {{#name}} … {{/name}}     for each value of a list, once for any other that is not empty or
+//   false
+//   {{^name}} … {{/name}}     where there is none
+//   {{> file}}                another file of the resources
+//
+// Names are looked for in the value of a list at hand, if that is a map, then in those around it.
+// What is filled in is never looked through again.
+
+#ifndef TEMPLATE_H
+#define TEMPLATE_H
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+class Template
+{
+public:
+    /// The file \a name of the resources with \a values filled in, in UTF-8.
+    static QByteArray fill(const QString& name, const QVariantMap& values);
+
+    /// A path of the site as a relative address.
+    static QString address(const QString& place);
+};
+
+#endif // TEMPLATE_H
