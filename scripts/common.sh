@@ -69,6 +69,16 @@ install_packages() {
         apt-get install -q -y --no-install-recommends "${missing[@]}"
 }
 
+# install_web_checkers: puts the checkers of pages, of which Debian has no packages, into build/web
+# where there is npm. The tests that need them are skipped otherwise, and say so.
+install_web_checkers() {
+    [ ! -e "$root/build/web/node_modules/axe-core" ] && command -v npm >/dev/null || return 0
+    mkdir -p "$root/build/web"
+    npm install --prefix "$root/build/web" --no-save --no-audit --no-fund --ignore-scripts \
+        html-validate@9.0.0 axe-core@4.14.1 ||
+        echo "The checkers of pages cannot be installed: their tests are skipped." >&2
+}
+
 # configure PRESET [cmake options]: configures one of CMakePresets.json.
 configure() {
     local preset=$1
