@@ -15,7 +15,14 @@ set(ORVAUTILS_PACKAGE_MAINTAINER "The OrvaUtils authors <maintainers@orvautils.e
 set(ORVAUTILS_PACKAGE_REVISION 0orvautils1 CACHE STRING
   "Counts the packages that are made of one version of the library")
 set(ORVAUTILS_LIBRARY_PACKAGE liborvautils${PROJECT_VERSION_MAJOR})
-set(ORVAUTILS_DEVELOPMENT_PACKAGE liborvautils-dev)
+set(qt_development "qtbase5-dev (>= ${ORVAUTILS_QT_FLOOR})")
+if(ORVAUTILS_QT_MAJOR EQUAL 6)
+  # A name that ends with a digit and a number of its own need something between them.
+  set(ORVAUTILS_LIBRARY_PACKAGE liborvautils-qt6-${PROJECT_VERSION_MAJOR})
+  set(qt_development
+    "qt6-base-dev (>= ${ORVAUTILS_QT_FLOOR}), qt6-5compat-dev (>= ${ORVAUTILS_QT_FLOOR})")
+endif()
+set(ORVAUTILS_DEVELOPMENT_PACKAGE liborvautils${ORVAUTILS_SUFFIX}-dev)
 
 # Debian wants to know, for every package: who made it, under which terms, and what changed.
 
@@ -57,7 +64,7 @@ install(FILES "${documents}/lintian-overrides"
   RENAME ${ORVAUTILS_LIBRARY_PACKAGE})
 
 set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME orvautils)
+set(CPACK_PACKAGE_NAME orvautils${ORVAUTILS_SUFFIX})
 set(CPACK_PACKAGE_VENDOR "The OrvaUtils authors")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -73,7 +80,7 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 # The linker's cache learns of the library, and programs that link it depend on this version of the
 # package.
 file(WRITE "${documents}/triggers" "activate-noawait ldconfig\n")
-file(WRITE "${documents}/shlibs" "libOrvaUtils ${PROJECT_VERSION_MAJOR} \
+file(WRITE "${documents}/shlibs" "libOrvaUtils${ORVAUTILS_SUFFIX} ${PROJECT_VERSION_MAJOR} \
 ${ORVAUTILS_LIBRARY_PACKAGE} (>= ${PROJECT_VERSION})\n")
 
 set(about "\
@@ -101,6 +108,6 @@ ${about}
 This package holds the headers, the reference where it was built, and what
 CMake and pkg-config need to find the library.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${ORVAUTILS_LIBRARY_PACKAGE} \
-(= ${PROJECT_VERSION}-${ORVAUTILS_PACKAGE_REVISION}), qtbase5-dev (>= 5.6)")
+(= ${PROJECT_VERSION}-${ORVAUTILS_PACKAGE_REVISION}), ${qt_development}")
 
 include(CPack)

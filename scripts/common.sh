@@ -32,10 +32,13 @@ step() {
     say "Step $current of $steps: $*"
 }
 
-# The names in the given sections of scripts/packages, one a line.
+# The major version of Qt to work with.
+qt=5
+
+# The names in the given sections of scripts/packages, those for the Qt in use included, one a line.
 packages_of() {
-    awk -v wanted=" $* " '
-        /^\[/ { section = substr($0, 2, index($0, "]") - 2); next }
+    awk -v wanted=" $* " -v qt="-qt$qt\$" '
+        /^\[/ { section = substr($0, 2, index($0, "]") - 2); sub(qt, "", section); next }
         /^#/ || NF == 0 { next }
         index(wanted, " " section " ") { print $1 }' "$root/scripts/packages" | sort -u
 }
@@ -103,15 +106,31 @@ build() {
     fi
 }
 
-# build_to_package [cmake options]: builds the library in build/package, as it is packaged: with the
-# flags by which Debian hardens its own packages, and dated by the last commit.
+# use_qt MAJOR: the version that a script was asked for.
+use_qt() {
+    case $1 in
+    5 | 6) qt=$1 ;;
+    *)
+        echo "There is Qt 5, and Qt 6." >&2
+        exit 2
+        ;;
+    esac
+}
+
+# preset NAME: the preset of that name for the Qt in use.
+preset() {
+    [ "$qt" = 5 ] && echo "$1" || echo "$1-qt$qt"
+}
+
+# build_to_package [cmake options]: builds the library in build/package, or build/package-qt6, as it
+# is packaged: with the flags by which Debian hardens its own packages, and dated by the last commit.
 build_to_package() {
     SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || date +%s)
     export SOURCE_DATE_EPOCH
-    configure package "$@" \
+    configure "$(preset package)" "$@" \
         "-DCMAKE_CXX_FLAGS=$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS)" \
         "-DCMAKE_SHARED_LINKER_FLAGS=$(dpkg-buildflags --get LDFLAGS) -Wl,-z,now"
-    build package
+    build "$(preset package)"
 }
 
 # figure WHAT VALUE: says a measured figure, and keeps it for scripts/trust where that asks for it.

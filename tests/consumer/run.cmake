@@ -14,7 +14,7 @@ run(${CMAKE_COMMAND} --install "${LIBRARY_BUILD}" --prefix "${WORK_DIR}/installe
 file(RENAME "${WORK_DIR}/installed" "${prefix}")
 
 # What was installed is what was asked for.
-file(GLOB_RECURSE libraries "${prefix}/*/libOrvaUtils.*")
+file(GLOB_RECURSE libraries "${prefix}/*/lib${NAME}.*")
 if(NOT "${libraries}" MATCHES "${EXPECTS}")
   message(FATAL_ERROR "no library ${EXPECTS} is installed, but \"${libraries}\"")
 endif()
@@ -30,4 +30,4 @@ configure(result said "${SOURCE_DIR}" "${WORK_DIR}/without_qt" ${without_qt})
 if(result EQUAL 0)
   message(FATAL_ERROR "the library was configured without Qt:\n${said}")
 endif()
-expect("${said}" "apt install qtbase5-dev")
+expect("${said}" "apt install ${qt_package}")

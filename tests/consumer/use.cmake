@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 #
 # Uses the library installed under the folder `prefix`, in WORK_DIR: what CMake finds and refuses,
-# and the consumer, built with CMake and with pkg-config. With GENERATOR, CXX_COMPILER, SOURCE_DIR.
+# and the consumer, built with CMake and with pkg-config. With GENERATOR, CXX_COMPILER, SOURCE_DIR,
+# and the NAME by which it is found: OrvaUtils, or with Qt 6 OrvaUtils-qt6.
 
 include("${SOURCE_DIR}/tests/support/run.cmake")
 
@@ -11,8 +12,9 @@ include("${SOURCE_DIR}/tests/support/run.cmake")
 function(configure result output source build)
   execute_process(
     COMMAND ${CMAKE_COMMAND} -S "${source}" -B "${build}" -G "${GENERATOR}"
-      -UOrvaUtils* -UQt5* -UCMAKE_DISABLE_FIND_PACKAGE_* -UASKED_VERSION
+      -UOrvaUtils* -UQt5* -UQt6* -UCMAKE_DISABLE_FIND_PACKAGE_* -UASKED_VERSION
       -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_PREFIX_PATH=${prefix}
+      -DNAME=${NAME}
       ${ARGN}
     RESULT_VARIABLE code OUTPUT_VARIABLE said ERROR_VARIABLE said)
   # CMake breaks its lines where it likes.
@@ -50,25 +52,32 @@ foreach(asked IN ITEMS ${major}.${next_minor} ${next_major}.0 99 0.1)
   configure(result said "${SOURCE_DIR}/tests/consumer/optional" "${WORK_DIR}/optional"
     -DASKED_VERSION=${asked})
   expect("${said}" "compatible with requested version \"${asked}\"")
-  expect("${said}" "OrvaUtilsConfig.cmake, version: ${version}")
+  expect("${said}" "${NAME}Config.cmake, version: ${version}")
   expect("${said}" "goes on without OrvaUtils")
 endforeach()
 
 # No Qt: whoever can do without goes on, whoever cannot is told what to install.
-set(without_qt -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON)
+set(without_qt -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON)
+if(NAME MATCHES "-qt6$")
+  set(qt "Qt 6 (6.2 or later) with its modules Core, Gui, Widgets, Network and Core5Compat")
+  set(qt_package "qt6-base-dev qt6-5compat-dev")
+else()
+  set(qt "Qt 5 (5.6 or later) with its modules Core, Gui, Widgets and Network")
+  set(qt_package qtbase5-dev)
+endif()
 configure(result said "${SOURCE_DIR}/tests/consumer/optional" "${WORK_DIR}/optional" ${without_qt})
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "a program that can do without OrvaUtils failed:\n${said}")
 endif()
-expect("${said}" "OrvaUtils needs Qt 5 (5.6 or later)")
+expect("${said}" "OrvaUtils needs ${qt}")
 expect("${said}" "goes on without OrvaUtils")
 configure(result said "${SOURCE_DIR}/tests/consumer" "${WORK_DIR}/program" ${without_qt})
 if(result EQUAL 0)
   message(FATAL_ERROR "the consumer was configured without Qt:\n${said}")
 endif()
 expect("${said}" "it set OrvaUtils_FOUND to FALSE")
-expect("${said}" "OrvaUtils needs Qt 5 (5.6 or later) with its modules Core, Gui, Widgets and Network")
-expect("${said}" "apt install qtbase5-dev")
+expect("${said}" "OrvaUtils needs ${qt}")
+expect("${said}" "apt install ${qt_package}")
 
 # The consumer, with CMake.
 configure(result said "${SOURCE_DIR}/tests/consumer" "${WORK_DIR}/program")
@@ -84,15 +93,15 @@ if(NOT PKG_CONFIG)
   message(STATUS "pkg-config not found: the consumer is built with CMake alone")
   return()
 endif()
-file(GLOB pc "${prefix}/lib*/pkgconfig/OrvaUtils.pc" "${prefix}/lib/*/pkgconfig/OrvaUtils.pc")
+file(GLOB pc "${prefix}/lib*/pkgconfig/${NAME}.pc" "${prefix}/lib/*/pkgconfig/${NAME}.pc")
 get_filename_component(pc_dir "${pc}" DIRECTORY)
 get_filename_component(library_dir "${pc_dir}" DIRECTORY)
 set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
-capture(said "${PKG_CONFIG}" --modversion OrvaUtils)
+capture(said "${PKG_CONFIG}" --modversion ${NAME})
 if(NOT said STREQUAL "${version}\n")
   message(FATAL_ERROR "pkg-config says version \"${said}\" instead of ${version}")
 endif()
-capture(flags "${PKG_CONFIG}" --cflags --libs OrvaUtils)
+capture(flags "${PKG_CONFIG}" --cflags --libs ${NAME})
 string(STRIP "${flags}" flags)
 separate_arguments(flags UNIX_COMMAND "${flags}")
 # Qt's headers want code that is position independent, and leave it to the caller to ask for it.

@@ -11,7 +11,7 @@ file(REMOVE "${log}" "${WORK_DIR}/CMakeCache.txt")
 run(${CMAKE_COMMAND} -S "${SOURCE_DIR}/tests/host" -B "${WORK_DIR}" -G "${GENERATOR}"
   -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0
   -DFETCHCONTENT_FULLY_DISCONNECTED=ON
-  -DHOST_ADDS=${ADDS} -DORVAUTILS_SOURCE_DIR=${SOURCE_DIR})
+  -DHOST_QT=${QT_MAJOR} -DHOST_ADDS=${ADDS} -DORVAUTILS_SOURCE_DIR=${SOURCE_DIR})
 run(${CMAKE_COMMAND} --build "${WORK_DIR}" --target host)
 
 set(record "/nowhere/a.txt  est introuvable !! (forceCopy)\n")
