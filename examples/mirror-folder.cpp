@@ -7,18 +7,17 @@
 
 #include <DirectorySynchronizer.h>
 #include <ProjectFileLocker.h>
+#include <TextStreamUTF8.h>
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QTextStream>
 
 namespace {
 
 /// A line for the user, at once.
 void say(const QString& line)
 {
-    QTextStream out(stdout);
-    out.setCodec("UTF-8");
+    TextStreamUTF8 out(stdout);
     out << line << '\n';
 }
 

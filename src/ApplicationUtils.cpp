@@ -10,7 +10,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QRegExp>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QStringList>
 #include <QWindow>
@@ -33,8 +33,12 @@ QString shippedFolder(const QString& bundleFolder, const QString& lastComponent)
         path.remove(QStringLiteral("MacOS"));
         return path + bundleFolder + lastComponent;
     }
-    path.remove(QRegExp(QStringLiteral("bin/debug.+\\.app/Contents/MacOS")));
-    path.remove(QRegExp(QStringLiteral("bin/release.+\\.app/Contents/MacOS")));
+    for (const char* const build : {"debug", "release"}) {
+        const QRegularExpression bundle(
+            QStringLiteral("bin/%1.+\\.app/Contents/MacOS").arg(QLatin1String(build)),
+            QRegularExpression::DotMatchesEverythingOption);
+        path.remove(bundle);
+    }
     return withSlash(path) + lastComponent;
 }
 

@@ -3,7 +3,11 @@
 
 #include "ComputerIdentifier.h"
 
+#include "stringhash_p.h"
+
 #include <QNetworkInterface>
+
+using namespace OrvaUtilsPrivate;
 
 namespace {
 
@@ -43,7 +47,7 @@ QString ComputerIdentifier::uniqueIdentifier()
 
 QString ComputerIdentifier::hashedUniqueIdentifier()
 {
-    return QString::number(uint(qHash(uniqueIdentifier(), 0)), 16);
+    return QString::number(stringHash(uniqueIdentifier()), 16);
 }
 
 void ComputerIdentifier::debug()

@@ -36,8 +36,9 @@ public:
     /// where there is no product id.
     static QString uniqueIdentifier();
 
-    /// Qt's hash of uniqueIdentifier() (`qHash` with seed 0) in lower-case hexadecimal digits
-    /// without padding. It is as stable as Qt's string hash is: do not store it across versions.
+    /// The hash of uniqueIdentifier() in lower-case hexadecimal digits without padding: what Qt 5's
+    /// `qHash` gives with seed 0. It is computed here, so that a machine keeps its number when the
+    /// application moves to another version of Qt.
     static QString hashedUniqueIdentifier();
 
     /// Writes the four values as Qt warnings in the category "default", each in the local 8-bit

@@ -99,7 +99,7 @@ void DrawUtils::setWidgetTextFamily(QWidget* widget, const QString& family)
 
 void DrawUtils::setWidgetTextBold(QWidget* widget, bool bold)
 {
-    changeFont(widget, [bold](QFont& font) { font.setWeight(bold ? 75 : 50); });
+    changeFont(widget, [bold](QFont& font) { font.setWeight(bold ? QFont::Bold : QFont::Normal); });
 }
 
 void DrawUtils::drawSmoothPixmap(QPainter* painter, const QRect& rect, const QPixmap& pixmap)

@@ -13,6 +13,8 @@
 #include <QUrl>
 #include <QVector>
 
+#include <algorithm>
+
 using namespace OrvaUtilsPrivate;
 
 namespace {
@@ -52,7 +54,9 @@ QString metaTag(const char* attribute, const QString& name, const QString& conte
 /// Whether \a s contains \a text at \a position.
 bool standsAt(const QString& s, int position, QLatin1String text)
 {
-    return s.midRef(position, text.size()) == text;
+    return s.size() - position >= text.size()
+        && std::equal(text.data(), text.data() + text.size(), s.constData() + position,
+                      [](char latin, QChar c) { return c == QLatin1Char(latin); });
 }
 
 /// Appends the character with the number \a code, or U+FFFD beyond the last one.
@@ -127,7 +131,7 @@ QString HTMLUtils::encodeSrcUrlWithFullyAmpersands(const QString& path)
             encoded += QString::number(c.unicode(), 16);
         }
     }
-    encoded += path.midRef(point);
+    encoded.append(path.constData() + point, path.size() - point);
     return encoded;
 }
 

@@ -8,10 +8,12 @@
 #include <QMutex>
 #include <QStringList>
 #include <QTextCodec>
+#include <QtEndian>
 
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <mutex>
 #include <utility>
@@ -174,9 +176,26 @@ QTextCodec* jisCodec()
     return QTextCodec::codecForName("JIS X 0208");
 }
 
-QTextCodec* unicodeCodec()
+/// \a text in UTF-16, in the byte order of the machine, which a mark at the start tells.
+QByteArray toUtf16(const QString& text)
 {
-    return QTextCodec::codecForName("UTF-16");
+    const QString marked = QChar(QChar::ByteOrderMark) + text;
+    return QByteArray(reinterpret_cast<const char*>(marked.utf16()),
+                      int(marked.size() * int(sizeof(ushort))));
+}
+
+/// The text in UTF-16 \a bytes: in the byte order that a mark at the start tells, else in that of
+/// the machine. Half a unit at the end is left out.
+QString fromUtf16(const QByteArray& bytes)
+{
+    const int size = int(bytes.size()) / int(sizeof(ushort));
+    QString text(size, Qt::Uninitialized);
+    std::memcpy(text.data(), bytes.constData(), size_t(size) * sizeof(ushort));
+    if (text.startsWith(QChar(QChar::ByteOrderSwapped))) {
+        for (QChar& c : text)
+            c = QChar(qbswap(c.unicode()));
+    }
+    return text.startsWith(QChar(QChar::ByteOrderMark)) ? text.mid(1) : text;
 }
 
 // All the bytes, where QString's own function for byte arrays stops at the first NUL.
@@ -185,23 +204,17 @@ QString fromLocal8Bit(const QByteArray& text)
     return QString::fromLocal8Bit(text.constData(), text.size());
 }
 
-/// The record of a text that the codec encodes; the null record where there is no codec.
-QExifValuePrivate* textRecord(const QString& text, QExifValue::TextEncoding encoding,
-                              const QTextCodec* codec)
-{
-    return codec ? byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(text))
-                 : sharedNullRecord();
-}
-
 QExifValuePrivate* textRecord(const QString& text, QExifValue::TextEncoding encoding)
 {
     switch (encoding) {
     case QExifValue::AsciiEncoding:
         return byteArrayRecord(prefixOf(encoding) + text.toLatin1());
     case QExifValue::JisEncoding:
-        return textRecord(text, encoding, jisCodec());
+        if (const QTextCodec* const codec = jisCodec())
+            return byteArrayRecord(prefixOf(encoding) + codec->fromUnicode(text));
+        return sharedNullRecord();
     case QExifValue::UnicodeEncoding:
-        return textRecord(text, encoding, unicodeCodec());
+        return byteArrayRecord(prefixOf(encoding) + toUtf16(text));
     case QExifValue::UndefinedEncoding:
         return byteArrayRecord(prefixOf(encoding) + text.toLocal8Bit());
     case QExifValue::NoEncoding:
@@ -416,10 +429,8 @@ QString QExifValue::toString() const
         QTextCodec* const codec = jisCodec();
         return codec ? codec->toUnicode(text) : QString();
     }
-    case UnicodeEncoding: {
-        QTextCodec* const codec = unicodeCodec();
-        return codec ? codec->toUnicode(text) : fromLocal8Bit(text);
-    }
+    case UnicodeEncoding:
+        return fromUtf16(text);
     case UndefinedEncoding:
     case NoEncoding:
         break;

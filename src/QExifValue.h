@@ -103,9 +103,8 @@ public:
     /// and count() the length plus 1. With an encoding type() is Undefined, the payload is the
     /// encoding's prefix of 8 bytes followed by the encoded text, and count() is its size.
     ///
-    /// UnicodeEncoding writes a byte-order mark and the byte order of the host. Where the platform
-    /// has no text codec for JisEncoding ("JIS X 0208") or UnicodeEncoding ("UTF-16") the value
-    /// stays null.
+    /// UnicodeEncoding writes UTF-16 with a byte-order mark, in the byte order of the host. Where
+    /// Qt has no text codec for JisEncoding ("JIS X 0208") the value stays null.
     ///
     /// \code
     /// QExifValue(QStringLiteral("abc")).count();                            // 4, Ascii
@@ -185,8 +184,8 @@ public:
     /// The text of an Ascii value; of an Undefined value the bytes behind the first 8, decoded as
     /// encoding() says, NUL characters included. A null string for other types and for NoEncoding.
     ///
-    /// Without the text codec of JisEncoding the result is a null string; without the one of
-    /// UnicodeEncoding the bytes are decoded as local 8-bit text. The difference is deliberate.
+    /// UnicodeEncoding reads UTF-16 in the byte order that a mark tells, or else in that of the
+    /// host. Without the text codec of JisEncoding the result is a null string.
     QString toString() const;
 
     /// The point in time of an Ascii value whose count() is exactly 20 and whose text reads

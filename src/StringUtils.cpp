@@ -14,10 +14,21 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 using namespace OrvaUtilsPrivate;
 
 namespace {
+
+/// The next number of the process's generator.
+int processRandom()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return std::rand(); // what qrand() drew from, where the application had not seeded a thread
+#else
+    return qrand();
+#endif
+}
 
 // Versions
 
@@ -359,7 +370,7 @@ QString StringUtils::getRandomString(int length)
         return QString();
     QString text(length, Qt::Uninitialized);
     for (QChar& c : text)
-        c = QLatin1Char(alphabet[size_t(qrand()) % (sizeof alphabet - 1)]);
+        c = QLatin1Char(alphabet[size_t(processRandom()) % (sizeof alphabet - 1)]);
     return text;
 }
 
@@ -407,7 +418,7 @@ QByteArray StringUtils::hexaStringToByteArray(const QString& s, int base)
     bytes.reserve((s.size() + 1) / 2);
     for (int i = 0; i < s.size(); i += 2) {
         bool parses = false;
-        const ushort number = s.midRef(i, 2).toUShort(&parses, std::min(base, 36));
+        const ushort number = s.mid(i, 2).toUShort(&parses, std::min(base, 36));
         if (parses)
             bytes.append(char(number & 0xff));
     }

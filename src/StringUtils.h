@@ -148,9 +148,10 @@ public:
     // Random and unique texts
 
     /// \a length letters and digits (A-Z, a-z, 0-9) drawn with qrand(); empty when \a length is
-    /// less than 1.
+    /// less than 1. Qt 6 has no qrand(): there they are drawn with std::rand().
     ///
-    /// The generator is not seeded here. The application does that with qsrand(), once per thread.
+    /// The generator is not seeded here. The application does that with qsrand(), once per thread,
+    /// or for Qt 6 with std::srand(), once per process.
     /// The result is predictable: do not use it for passwords or tokens.
     static QString getRandomString(int length);
 

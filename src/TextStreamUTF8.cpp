@@ -4,12 +4,11 @@
 #include "TextStreamUTF8.h"
 
 #include "replaceeach_p.h"
+#include "utf8stream_p.h"
 
 using namespace OrvaUtilsPrivate;
 
 namespace {
-
-const char* const codecName = "UTF-8";
 
 QString defaultIncrementString()
 {
@@ -40,33 +39,33 @@ bool isEndl(TextStreamUTF8::Manipulator manipulator)
 TextStreamUTF8::TextStreamUTF8()
     : mIncrementString(defaultIncrementString())
 {
-    setCodec(codecName);
+    writeUtf8(*this);
 }
 
 TextStreamUTF8::TextStreamUTF8(QIODevice* device)
     : QTextStream(device)
     , mIncrementString(defaultIncrementString())
 {
-    setCodec(codecName);
+    writeUtf8(*this);
 }
 
 TextStreamUTF8::TextStreamUTF8(FILE* file, QIODevice::OpenMode openMode)
     : QTextStream(file, openMode)
     , mIncrementString(defaultIncrementString())
 {
-    setCodec(codecName);
+    writeUtf8(*this);
 }
 
 TextStreamUTF8::TextStreamUTF8(QString* string, QIODevice::OpenMode openMode)
     : QTextStream(string, openMode)
     , mIncrementString(defaultIncrementString())
 {
-    setCodec(codecName);
+    writeUtf8(*this);
 }
 
 void TextStreamUTF8::init()
 {
-    setCodec(codecName);
+    writeUtf8(*this);
     mIndentLevel = 0;
 }
 

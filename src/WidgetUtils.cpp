@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QBitmap>
-#include <QDesktopWidget>
 #include <QLayout>
 #include <QMainWindow>
 #include <QPainter>
@@ -17,8 +16,28 @@
 #include <QSysInfo>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QWindow>
 
 namespace {
+
+/// The screens among which \a widget may be moved: all of one desktop.
+QList<QScreen*> screensOfDesktop(const QWidget* widget)
+{
+    const QWidget* const native =
+        widget->windowHandle() ? widget : widget->nativeParentWidget();
+    const QWindow* const window = native ? native->windowHandle() : nullptr;
+    return window && window->screen() ? window->screen()->virtualSiblings()
+                                      : QGuiApplication::screens();
+}
+
+/// The frame of \a widget in global coordinates.
+QRect frameOnDesktop(const QWidget* widget)
+{
+    QRect frame = widget->frameGeometry();
+    if (!widget->isWindow())
+        frame.moveTopLeft(widget->mapToGlobal(QPoint(0, 0)));
+    return frame;
+}
 
 QRect availableArea(QWidget* widget)
 {
@@ -82,9 +101,18 @@ void WidgetUtils::fixColorTabBar(QTabWidget* tabWidget)
 QScreen* WidgetUtils::widgetScreen(QWidget* widget)
 {
     // By the widget's geometry, not by its window: a widget that is not shown has no window yet.
-    // The number is negative where no screen shows any of it.
-    const int number = QApplication::desktop()->screenNumber(widget);
-    return QGuiApplication::screens().value(qMax(0, number));
+    QScreen* shows = nullptr;
+    int mostPixels = 0;
+    const QRect frame = widget ? frameOnDesktop(widget) : QRect();
+    const QList<QScreen*> screens = widget ? screensOfDesktop(widget) : QList<QScreen*>();
+    for (QScreen* screen : screens) {
+        const QRect shown = screen->geometry() & frame;
+        if (!shown.isEmpty() && shown.width() * shown.height() > mostPixels) {
+            shows = screen;
+            mostPixels = shown.width() * shown.height();
+        }
+    }
+    return shows ? shows : QGuiApplication::screens().value(0);
 }
 
 void WidgetUtils::restoreDialogSize(QWidget* dialog, const QSize& size)

@@ -6,6 +6,7 @@
 #include "ChildProgram.h"
 #include "CoreApplicationUtils.h"
 #include "LogCapture.h"
+#include "TextStreamUTF8.h"
 
 #include <QApplication>
 #include <QDir>
@@ -14,7 +15,6 @@
 #include <QScopedPointer>
 #include <QScreen>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <QUrl>
 #include <QWidget>
 #include <QWindow>
@@ -47,8 +47,7 @@ void report(QTextStream& out)
 
 int runAsChild(const QByteArray& mode, int& argc, char** argv)
 {
-    QTextStream out(stdout);
-    out.setCodec("UTF-8");
+    TextStreamUTF8 out(stdout);
     if (mode == "report") {
         QCoreApplication application(argc, argv);
         CoreApplicationUtils::setApplicationName(QStringLiteral("My Shop"));

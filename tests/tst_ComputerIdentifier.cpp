@@ -4,6 +4,7 @@
 #include "ComputerIdentifier.h"
 
 #include "LogCapture.h"
+#include "stringhash_p.h"
 
 #include <QNetworkInterface>
 #include <QProcess>
@@ -23,6 +24,8 @@ private Q_SLOTS:
     void addressOfThisMachine();
     void identifierIsTheAddress();
     void hashIsHexadecimal();
+    void hashIsThatOfQt5_data();
+    void hashIsThatOfQt5();
     void debugWritesFourWarnings();
     void interfacesOfAnotherMachine_data();
     void interfacesOfAnotherMachine();
@@ -60,9 +63,31 @@ void tst_ComputerIdentifier::hashIsHexadecimal()
     bool ok = false;
     const uint number = hash.toUInt(&ok, 16);
     QVERIFY(ok);
-    QCOMPARE(number, uint(qHash(ComputerIdentifier::uniqueIdentifier(), 0)));
+    QCOMPARE(number, OrvaUtilsPrivate::stringHash(ComputerIdentifier::uniqueIdentifier()));
     QCOMPARE(hash, hash.toLower());
     QVERIFY(hash == QStringLiteral("0") || !hash.startsWith(QLatin1Char('0')));
+}
+
+void tst_ComputerIdentifier::hashIsThatOfQt5_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<quint32>("hash");
+    // By hand, and with Qt 5 compared with qHash(text, 0) below.
+    QTest::newRow("empty") << QStringLiteral("") << quint32(0x00000000);
+    QTest::newRow("loopback") << QStringLiteral("00:00:00:00:00:00") << quint32(0xb28f5e3a);
+    QTest::newRow("address") << QStringLiteral("02:00:5E:10:00:07") << quint32(0xd0120c2e);
+    QTest::newRow("product") << QStringLiteral("C02-02:00:5E:10:00:07") << quint32(0x435e55e6);
+    QTest::newRow("accents") << QStringLiteral("\u00e9\u20ac") << quint32(0x00003ce3);
+    QTest::newRow("beyond the first plane") << QStringLiteral("\U0001F600 machine") << quint32(0xb28bda8a);
+}
+
+void tst_ComputerIdentifier::hashIsThatOfQt5()
+{
+    QFETCH(QString, text);
+    QTEST(OrvaUtilsPrivate::stringHash(text), "hash");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QCOMPARE(quint32(qHash(text, 0)), OrvaUtilsPrivate::stringHash(text));
+#endif
 }
 
 void tst_ComputerIdentifier::debugWritesFourWarnings()

@@ -3,6 +3,7 @@
 
 #include "NetUtils.h"
 
+#include "ProcessRandom.h"
 #include "Text.h"
 
 #include <QHostAddress>
@@ -54,8 +55,8 @@ struct Agreement
 QString randomText(const QString& alphabet, int minimum, int maximum)
 {
     QString string;
-    for (int size = minimum + qrand() % (maximum - minimum + 1); size > 0; --size)
-        string += alphabet.at(qrand() % alphabet.size());
+    for (int size = minimum + processRandom() % (maximum - minimum + 1); size > 0; --size)
+        string += alphabet.at(processRandom() % alphabet.size());
     return string;
 }
 
@@ -244,7 +245,7 @@ void tst_NetUtils::webAddressesAsThePattern()
     check.check = NetUtils::checkInternetAdress;
     forEachText(text("a1.:/-~!\n"), 5, [&](const QString& s) { check(text("http://") + s); });
     forEachText(text("htps:/"), 7, [&](const QString& s) { check(s); });
-    qsrand(1);
+    seedProcessRandom(1);
     const QString alphabet = text("aaZ012éé例٣_-...:::////~?%@ \n\u0301\u20ac½") + QChar(0xd835)
         + QChar(0xdcd0); // a mathematical letter, whole or in halves
     for (int i = 0; i < 50000; ++i) {
@@ -356,7 +357,7 @@ void tst_NetUtils::emailAddressesAsThePattern()
     // Each side of the "@" by itself, longer than both together can be.
     forEachText(text("aé_.+ "), 6, [&](const QString& s) { check(s + text("@x.fr")); });
     forEachText(text("aé_.-+\n"), 6, [&](const QString& s) { check(text("ab@") + s); });
-    qsrand(1);
+    seedProcessRandom(1);
     const QString alphabet =
         text("aaZ012éé例٣__--..++ ,@\n\u0301\u20ac½") + QChar(0xd835) + QChar(0xdcd0);
     const QString likely = text("aé1_-.");

@@ -183,7 +183,7 @@ QStringList picturesInBrowser(const QString& site, const QString& name = text("i
     if (begin < 0 || end < begin)
         return {QStringLiteral("no report from the browser")};
     const QString report = dom.mid(begin + 11, end - begin - 11);
-    return report.split(QLatin1Char('\n'), QString::SkipEmptyParts);
+    return nonEmptyParts(report, QLatin1Char('\n'));
 }
 
 } // namespace
@@ -1019,7 +1019,7 @@ void tst_ShopPublisher::terminal()
     // The bar is one line, drawn over and over; the only line end is that of the result.
     QCOMPARE(outcome.out.count(QLatin1Char('\n')), 1);
     QVERIFY(outcome.out.endsWith(QLatin1String("\r\n")));
-    QStringList frames = outcome.out.split(QLatin1Char('\r'), QString::SkipEmptyParts);
+    QStringList frames = nonEmptyParts(outcome.out, QLatin1Char('\r'));
     QCOMPARE(frames.takeLast(), QStringLiteral("\n"));
     QCOMPARE(frames.takeLast(),
              QStringLiteral("3 of 4 photographs imported: %1/index.html").arg(mSite));

@@ -355,7 +355,7 @@ void tst_ShopPublisherShop::everythingWrongAtOnce()
                                text("  shop.json, product 1 (Cup), photo: is missing"),
                                text("  shop.json, product 1 (Cup), taxCategory: is missing"),
                                text("  shop.json, product 1 (Cup), netPrice: is no number")};
-    const QStringList lines = outcome.err.split(QLatin1Char('\n'), QString::SkipEmptyParts);
+    const QStringList lines = nonEmptyParts(outcome.err, QLatin1Char('\n'));
     QCOMPARE(lines.size(), expected.size());
     for (int i = 0; i < lines.size(); ++i)
         QVERIFY2(lines.at(i).startsWith(expected.at(i)), qPrintable(lines.at(i)));

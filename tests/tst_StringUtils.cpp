@@ -4,10 +4,11 @@
 #include "StringUtils.h"
 
 #include "LogCapture.h"
+#include "PiecesBetween.h"
+#include "ProcessRandom.h"
 #include "Text.h"
 
 #include <QDateTime>
-#include <QRegExp>
 #include <QRegularExpression>
 #include <QSet>
 #include <QUuid>
@@ -40,9 +41,9 @@ void inEightThreads(Function function)
 /// The search key by the rule as it is told, step by step, with Qt's own tools.
 QString searchKeyByRule(const QString& s)
 {
-    QString key = s.normalized(QString::NormalizationForm_D);
-    key.remove(QRegExp(text("[^a-zA-Z0-9\\s\\-]")));
-    return key.simplified().toLower();
+    const QStringList kept = piecesBetween(s.normalized(QString::NormalizationForm_D),
+                                           QRegExp(text("[^a-zA-Z0-9\\s\\-]")));
+    return kept.join(QString()).simplified().toLower();
 }
 
 /// The search words by the rule as it is told.
@@ -50,7 +51,7 @@ QStringList searchWordsByRule(const QString& s)
 {
     QStringList words;
     const QStringList parts =
-        s.simplified().toLower().split(QRegExp(text("[\\W\\-]+")), QString::SkipEmptyParts);
+        piecesBetween(s.simplified().toLower(), QRegExp(text("[\\W\\-]+")));
     for (const QString& part : parts)
         words.append(searchKeyByRule(part));
     return words;
@@ -60,8 +61,8 @@ QStringList searchWordsByRule(const QString& s)
 QString randomText(const QString& alphabet, int maximum)
 {
     QString expected;
-    for (int size = qrand() % (maximum + 1); size > 0; --size)
-        expected += alphabet.at(qrand() % alphabet.size());
+    for (int size = processRandom() % (maximum + 1); size > 0; --size)
+        expected += alphabet.at(processRandom() % alphabet.size());
     return expected;
 }
 
@@ -520,7 +521,7 @@ void tst_StringUtils::splitTextForSearchOfEachCharacter()
 
 void tst_StringUtils::searchByRule()
 {
-    qsrand(1);
+    seedProcessRandom(1);
     const QString alphabet = text("aZ09éÉßœİǅ_-.,' \t\u00a0\u0301\u0327ΣσЖ한\u1fef\u212b")
         + QChar(0xd83d) + QChar(0xde00);
     for (int i = 0; i < 20000; ++i) {
@@ -550,14 +551,14 @@ void tst_StringUtils::getRandomString()
 
 void tst_StringUtils::getRandomStringUsesQrand()
 {
-    qsrand(42);
+    seedProcessRandom(42);
     const QString first = StringUtils::getRandomString(32);
     const QString second = StringUtils::getRandomString(32);
     QVERIFY(first != second); // not seeded anew by each call
-    qsrand(42);
+    seedProcessRandom(42);
     QCOMPARE(StringUtils::getRandomString(32), first);
     QCOMPARE(StringUtils::getRandomString(32), second);
-    qsrand(43);
+    seedProcessRandom(43);
     QVERIFY(StringUtils::getRandomString(32) != first);
 }
 
@@ -713,7 +714,7 @@ void tst_StringUtils::findNoExistantName_data()
                         const char* extension, const char* name) {
         QTest::newRow(qPrintable(
             QString::asprintf("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)))
-            << text(existing).split(QLatin1Char('|'), QString::SkipEmptyParts) << text(prefix)
+            << nonEmptyParts(text(existing), QLatin1Char('|')) << text(prefix)
             << text(pattern) << text(extension) << text(name);
     };
     row("page.html|Page 1.html", "Page", " %1", "html", "Page 2.html");

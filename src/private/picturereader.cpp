@@ -5,6 +5,7 @@
 
 #include "intactfile_p.h"
 #include "jpegsegments_p.h"
+#include "logrecord_p.h"
 #include "orientation_p.h"
 #include "picturesize_p.h"
 
@@ -110,6 +111,32 @@ int bytesPerPixel(const QImageReader& reader)
 bool fitsInMemory(const QImageReader& reader)
 {
     return OrvaUtilsPrivate::fitsInMemory(reader.size(), bytesPerPixel(reader));
+}
+
+/// Lets \a reader decode its picture into \a image, which is null where it cannot.
+///
+/// From Qt 6 on a reader makes no image of more than QImageReader::allocationLimit(), 128 MiB where
+/// nobody has set it, which a photograph of 34 million pixels exceeds. The limit is one for the whole
+/// process and stays as the application has it. But a reader decodes into an image of the right size
+/// and format that it is given, and whether a picture fits into memory is asked before.
+bool read(QImageReader& reader, QImage* image)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    const int limit = QImageReader::allocationLimit();
+    const qint64 pixels = qint64(reader.size().width()) * reader.size().height();
+    const bool isRefused = limit > 0 && pixels * bytesPerPixel(reader) > qint64(limit) << 20;
+    if (isRefused && reader.imageFormat() != QImage::Format_Invalid)
+        *image = QImage(reader.size(), reader.imageFormat());
+    if (reader.read(image))
+        return true;
+    if (isRefused)
+        ORVAUTILS_LOG_WARNING() << "picture of" << reader.size() << "is beyond the limit of" << limit
+                                << "MB, see QImageReader::setAllocationLimit()";
+    *image = QImage();
+    return false;
+#else
+    return reader.read(image);
+#endif
 }
 
 /// How much fine detail a picture has: the mean square of the second difference between
@@ -241,8 +268,10 @@ bool decodeJpegAt(const QSize& size, const QByteArray& bytes, const QSize& targe
         reader.setScaledSize(size);
     if (target.isValid() && !exceeds(target * 3, size * 2))
         reader.setQuality(49);
-    // A reader uses the image that it is given, if size and format are right; grey ones are not.
-    *image = imageInLargePages(size);
+    // A reader uses the image that it is given, if size and format are right.
+    *image = reader.imageFormat() == QImage::Format_Grayscale8
+        ? QImage(size, QImage::Format_Grayscale8)
+        : imageInLargePages(size);
     return reader.read(image);
 }
 
@@ -272,7 +301,7 @@ bool loadWhole(const QString& path, QImage* image)
     if (!file.isIntact() || JpegSegments::hasMoreThan(mostSegments, &file))
         return false;
     QImageReader reader(&file);
-    return fitsInMemory(reader) && reader.read(image) && file.isIntact();
+    return fitsInMemory(reader) && read(reader, image) && file.isIntact();
 }
 
 bool readWholeFile(const QString& path, QByteArray* bytes)
@@ -290,7 +319,7 @@ bool decodeAsStored(const QByteArray& bytes, const QByteArray& format, QImage* i
     buffer.setData(bytes);
     QImageReader reader(&buffer, format);
     reader.setAutoTransform(false);
-    return fitsInMemory(reader) && reader.read(image);
+    return fitsInMemory(reader) && read(reader, image);
 }
 
 // JPEG stores blocks of 8 x 8 pixels, from which the decoder can make blocks of 1 to 8 pixels a
