@@ -1,8 +1,0 @@
-// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
-// SPDX-License-Identifier: MIT
-
-#ifdef ORVAUTILS_NO_POSIX
-#error "Windows has no <linux/fs.h>, or not what we take from it"
-#else
-#include_next <linux/fs.h>
-#endif
