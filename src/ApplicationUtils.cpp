@@ -158,8 +158,11 @@ void ApplicationUtils::enableHightDPIMode()
         ORVAUTILS_LOG_CRITICAL() << "enableHightDPIMode() has to be called BEFORE QApplication";
         return;
     }
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED // from Qt 6 on, where both are always on
+        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
+    QT_WARNING_POP
 }
 
 double ApplicationUtils::devicePixelRatio(const QWidget* widget)

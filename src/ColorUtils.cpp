@@ -108,7 +108,7 @@ QColor ColorUtils::colorFromCss(const QString& text)
     if (withAlpha.size() == 4) {
         QColor color = opaqueColor(withAlpha);
         if (color.isValid())
-            color.setAlphaF(alphaOf(withAlpha.at(3)));
+            color.setAlphaF(decltype(color.alphaF())(alphaOf(withAlpha.at(3))));
         return color;
     }
     const QStringList withoutAlpha = functionParts(text, QStringLiteral("rgb("));

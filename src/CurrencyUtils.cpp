@@ -157,7 +157,7 @@ QString withSymbol(const QString& number, bool isNegative, const QString& isoCod
     text.replace(text.indexOf(one), one.size(), number);
 
     QString symbol = symbolFor(isoCode, locale);
-    const int position = text.indexOf(placeholder);
+    const int position = int(text.indexOf(placeholder));
     const auto touches = [&text](int neighbour) {
         return neighbour >= 0 && neighbour < text.size() && text.at(neighbour).isDigit();
     };

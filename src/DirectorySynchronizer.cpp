@@ -289,8 +289,8 @@ bool DirectorySynchronizerPrivate::isInMirror(const QString& path, const QString
     if (!filter || !path.startsWith(prefix))
         return true;
     const QString relative = path.mid(prefix.size());
-    for (int slash = relative.indexOf(QLatin1Char('/')); slash >= 0;
-         slash = relative.indexOf(QLatin1Char('/'), slash + 1)) {
+    for (int slash = int(relative.indexOf(QLatin1Char('/'))); slash >= 0;
+         slash = int(relative.indexOf(QLatin1Char('/'), slash + 1))) {
         if (!filter(relative.left(slash)))
             return false;
     }
@@ -310,8 +310,8 @@ void DirectorySynchronizerPrivate::clearTheWay(const QString& mirror) const
     const QString root = withSlash(destination);
     if (!mirror.startsWith(root))
         return;
-    for (int slash = mirror.indexOf(QLatin1Char('/'), root.size()); slash >= 0;
-         slash = mirror.indexOf(QLatin1Char('/'), slash + 1)) {
+    for (int slash = int(mirror.indexOf(QLatin1Char('/'), root.size())); slash >= 0;
+         slash = int(mirror.indexOf(QLatin1Char('/'), slash + 1))) {
         const QFileInfo folder(mirror.left(slash));
         if (folder.isFile() || (folder.isSymLink() && !folder.exists()))
             removeFile(folder.filePath());

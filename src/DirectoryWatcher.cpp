@@ -72,7 +72,7 @@ void DirectoryWatcher::stop()
 
 int DirectoryWatcher::watchedFiles() const
 {
-    int count = d->files.size();
+    int count = int(d->files.size());
     for (auto refused = d->unwatched.cbegin(); refused != d->unwatched.cend(); ++refused)
         count -= d->files.contains(refused.key());
     return count;
@@ -80,7 +80,7 @@ int DirectoryWatcher::watchedFiles() const
 
 int DirectoryWatcher::watchedFolders() const
 {
-    return d->folders.size();
+    return int(d->folders.size());
 }
 
 void DirectoryWatcher::setSettleTime(int milliseconds)

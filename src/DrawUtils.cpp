@@ -30,7 +30,7 @@ private:
 
 QColor withAlpha(QColor color, double alpha)
 {
-    color.setAlphaF(alpha);
+    color.setAlphaF(decltype(color.alphaF())(alpha));
     return color;
 }
 

@@ -132,7 +132,7 @@ bool findPatch(QIODevice* device, QByteArray block, Shrinking shrinking, FilePat
     const ExifPlace place = findExif(device);
     if (!place.isJpeg)
         return fail(error, noJpeg());
-    const int missing = place.block.size() - block.size();
+    const int missing = int(place.block.size() - block.size());
     if ((shrinking == Shrinking::FilledUp || place.goesOn) && missing > 0)
         block.append(QByteArray(missing, '\0'));
     if (place.goesOn && missing < 0)
@@ -146,7 +146,7 @@ bool findPatch(QIODevice* device, QByteArray block, Shrinking shrinking, FilePat
                         "ExifEditor", "The EXIF data is larger than a JPEG picture can hold."));
     patch->begin = place.begin;
     patch->end = place.end;
-    patch->bytes = JpegSegments::head(JpegMarker::App1, nameSize + block.size())
+    patch->bytes = JpegSegments::head(JpegMarker::App1, int(nameSize + block.size()))
         + QByteArray("Exif\0\0", nameSize) + block;
     return true;
 }

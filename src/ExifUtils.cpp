@@ -141,7 +141,7 @@ QByteArray segmentWith(quint16 orientation)
     writer.write(quint16(1));
     writer.writeEntry(QExifImageHeader::Orientation, QExifValue(orientation), 0);
     writer.write(quint32(0));
-    return JpegSegments::head(JpegMarker::App1, payload.size()) + payload;
+    return JpegSegments::head(JpegMarker::App1, int(payload.size())) + payload;
 }
 
 /// Changes a file, with the reason where that fails.

@@ -48,7 +48,7 @@ namespace {
 int lastInnerSlash(const QString& path)
 {
     // lastIndexOf() takes a negative position as one counted from the end.
-    return path.size() < 2 ? -1 : path.lastIndexOf(QLatin1Char('/'), path.size() - 2);
+    return int(path.size() < 2 ? -1 : path.lastIndexOf(QLatin1Char('/'), path.size() - 2));
 }
 
 /// Whether normalizeFilename() keeps \a c, which is not white space.
@@ -225,7 +225,7 @@ QString FileUtils::elidedFolder(const QFontMetrics& metrics, QString& path, int 
     QString elided = metrics.elidedText(path, Qt::ElideLeft, width);
     if (elided == path || elided.startsWith(QLatin1Char('/')))
         return elided;
-    const int slash = elided.indexOf(QLatin1Char('/'));
+    const int slash = int(elided.indexOf(QLatin1Char('/')));
     if (slash < 0 || slash == elided.size() - 1)
         return elided;
     return QLatin1String("...") + elided.mid(slash);
@@ -626,13 +626,13 @@ void FileUtils::showFileInFolder(const QString& path)
 
 bool FileUtils::old::forceDirectoryCreationForAFile(const QString& filePath, QString* error)
 {
-    const int lastSlash = filePath.lastIndexOf(QLatin1Char('/'));
+    const int lastSlash = int(filePath.lastIndexOf(QLatin1Char('/')));
     const QString folder = lastSlash < 0 ? filePath : filePath.left(lastSlash + 1);
     if (QDir(folder).exists())
         return true;
     bool created = true;
-    for (int slash = folder.indexOf(QLatin1Char('/')); slash >= 0;
-         slash = folder.indexOf(QLatin1Char('/'), slash + 1)) {
+    for (int slash = int(folder.indexOf(QLatin1Char('/'))); slash >= 0;
+         slash = int(folder.indexOf(QLatin1Char('/'), slash + 1))) {
         const QString level = folder.left(slash);
         // Looked at again after a failure: another thread may have been quicker.
         if (level.isEmpty() || QDir(level).exists() || QDir().mkdir(level) || QDir(level).exists())

@@ -116,7 +116,7 @@ QString HTMLUtils::encodeSrcUrl(const QString& url)
 
 QString HTMLUtils::encodeSrcUrlWithFullyAmpersands(const QString& path)
 {
-    const int point = path.lastIndexOf(QLatin1Char('.'));
+    const int point = int(path.lastIndexOf(QLatin1Char('.')));
     if (point < 0)
         return path;
 
@@ -253,7 +253,7 @@ QString HTMLUtils::decodeFromHtmlText(const QString& s)
             ++i;
         } else if (standsAt(s, i, noBreakSpace)) {
             text += QLatin1Char(' ');
-            i += noBreakSpace.size();
+            i += int(noBreakSpace.size());
         } else if (s.at(i + 1) == QLatin1Char('#')) {
             uint code = 0;
             for (i += 2; i < s.size() && isAsciiDigit(s.at(i)); ++i) {
@@ -262,7 +262,7 @@ QString HTMLUtils::decodeFromHtmlText(const QString& s)
                     code = code * 10 + (s.at(i).unicode() - u'0');
             }
             if (QChar::isSurrogate(code))
-                surrogates.append(text.size());
+                surrogates.append(int(text.size()));
             appendCodePoint(text, code);
             if (i < s.size() && s.at(i) != QLatin1Char(';'))
                 text += s.at(i);

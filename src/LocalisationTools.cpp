@@ -134,15 +134,15 @@ QString keyOf(const QString& fileName)
         return position > 0 ? fileName.lastIndexOf(separator, position - 1) : -1;
     };
 
-    int end = fileName.lastIndexOf(separator);
+    int end = int(fileName.lastIndexOf(separator));
     if (end < 0)
         return QString();
     // A short rest is a language with its region: "_pt_BR.qm".
-    const int region = separatorBefore(end);
+    const int region = int(separatorBefore(end));
     if (region >= 0 && fileName.size() - region < 10)
         end = region;
     // A longer one is, if QLocale knows it: "_fil_PH.qm".
-    const int language = separatorBefore(end);
+    const int language = int(separatorBefore(end));
     if (language >= 0) {
         const QString code = fileName.mid(language + 1).section(QLatin1Char('.'), 0, 0);
         if (QLocale(code).name() == code)

@@ -110,7 +110,7 @@ bool findPatch(QIODevice* device, QByteArray payload, FilePatch* patch)
     patch->begin = keepsHead ? segments.payloadPosition() : segments.position();
     patch->end = isExif ? segments.payloadPosition() + oldSize : segments.position();
     patch->bytes =
-        keepsHead ? payload : JpegSegments::head(JpegMarker::App1, payload.size()) + payload;
+        keepsHead ? payload : JpegSegments::head(JpegMarker::App1, int(payload.size())) + payload;
     return true;
 }
 
@@ -278,7 +278,7 @@ void QExifImageHeaderPrivate::appendBlock(QByteArray* bytes)
     const bool hasThumbnail = !thumbnailData.isEmpty();
     const int imageEntries = imageIfdValues.size() + (hasGps ? 2 : 1);
 
-    const int start = bytes->size();
+    const int start = int(bytes->size());
     TiffWriter writer(bytes, byteOrder);
     writer.write(QByteArray(byteOrder == QDataStream::LittleEndian ? "II" : "MM"));
     writer.write(tiffMagic);
@@ -309,7 +309,7 @@ void QExifImageHeaderPrivate::appendBlock(QByteArray* bytes)
     // Only now, because an entry that was there before has had its share of IFD0's data above.
     if (hasGps)
         imageIfdValues.insert(Header::GpsInfoIfdPointer, QExifValue(gpsIfdStart));
-    size = bytes->size() - start;
+    size = int(bytes->size() - start);
 }
 
 void QExifImageHeaderPrivate::appendThumbnailIfd(TiffWriter& writer, quint32 start) const
@@ -524,7 +524,7 @@ quint32 QExifImageHeader::writeExifHeader(QDataStream& stream, quint16 tag, cons
     QByteArray bytes;
     TiffWriter writer(&bytes, stream.byteOrder());
     const quint32 next = writer.writeEntry(tag, value, offset);
-    stream.writeRawData(bytes.constData(), bytes.size());
+    stream.writeRawData(bytes.constData(), int(bytes.size()));
     return next;
 }
 
@@ -533,7 +533,7 @@ void QExifImageHeader::writeExifValue(QDataStream& stream, const QExifValue& val
     QByteArray bytes;
     TiffWriter writer(&bytes, stream.byteOrder());
     writer.writeData(value);
-    stream.writeRawData(bytes.constData(), bytes.size());
+    stream.writeRawData(bytes.constData(), int(bytes.size()));
 }
 
 quint32 QExifImageHeader::sizeOf(const QExifValue& value) const

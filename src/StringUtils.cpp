@@ -343,7 +343,7 @@ QString StringUtils::removeAccents(const QString& s)
 
 QString StringUtils::normalizeTextForSearch(const QString& s)
 {
-    return searchKey(s.constData(), s.size());
+    return searchKey(s.constData(), int(s.size()));
 }
 
 QStringList StringUtils::splitTextForSearch(const QString& s)
@@ -390,7 +390,7 @@ QString StringUtils::generateUniqueId(const void* p)
 QString StringUtils::formatRealForInput(const double& value, int precision)
 {
     QString text = QString::number(value, 'f', precision);
-    int size = text.size();
+    int size = int(text.size());
     while (size > 0 && text.at(size - 1) == QLatin1Char('0'))
         --size;
     if (size > 0 && text.at(size - 1) == QLatin1Char('.'))
@@ -459,7 +459,7 @@ QString StringUtils::findNoExistantName(const QStringList& existing, const QStri
 QString& StringUtils::replaceFirstOccurrence(QString& s, const QString& before,
                                              const QString& after)
 {
-    const int position = s.indexOf(before);
+    const int position = int(s.indexOf(before));
     if (position >= 0)
         s.replace(position, before.size(), after);
     return s;
@@ -469,7 +469,7 @@ QString& StringUtils::replaceFirstOccurrence(QString& s, const QRegularExpressio
                                              const QString& groupName, const QString& after)
 {
     const QRegularExpressionMatch match = rx.match(s);
-    const int position = match.hasMatch() ? match.capturedStart(groupName) : -1;
+    const int position = int(match.hasMatch() ? match.capturedStart(groupName) : -1);
     if (position >= 0)
         s.replace(position, match.capturedLength(groupName), after);
     return s;

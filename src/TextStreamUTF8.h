@@ -8,6 +8,7 @@
 
 #include "orvautils_export.h"
 
+#include <QIODevice>
 #include <QString>
 #include <QTextStream>
 

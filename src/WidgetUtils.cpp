@@ -23,8 +23,7 @@ namespace {
 /// The screens among which \a widget may be moved: all of one desktop.
 QList<QScreen*> screensOfDesktop(const QWidget* widget)
 {
-    const QWidget* const native =
-        widget->windowHandle() ? widget : widget->nativeParentWidget();
+    const QWidget* const native = widget->windowHandle() ? widget : widget->nativeParentWidget();
     const QWindow* const window = native ? native->windowHandle() : nullptr;
     return window && window->screen() ? window->screen()->virtualSiblings()
                                       : QGuiApplication::screens();

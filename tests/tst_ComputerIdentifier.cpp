@@ -78,7 +78,8 @@ void tst_ComputerIdentifier::hashIsThatOfQt5_data()
     QTest::newRow("address") << QStringLiteral("02:00:5E:10:00:07") << quint32(0xd0120c2e);
     QTest::newRow("product") << QStringLiteral("C02-02:00:5E:10:00:07") << quint32(0x435e55e6);
     QTest::newRow("accents") << QStringLiteral("\u00e9\u20ac") << quint32(0x00003ce3);
-    QTest::newRow("beyond the first plane") << QStringLiteral("\U0001F600 machine") << quint32(0xb28bda8a);
+    QTest::newRow("beyond the first plane")
+        << QStringLiteral("\U0001F600 machine") << quint32(0xb28bda8a);
 }
 
 void tst_ComputerIdentifier::hashIsThatOfQt5()

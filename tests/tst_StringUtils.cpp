@@ -50,8 +50,7 @@ QString searchKeyByRule(const QString& s)
 QStringList searchWordsByRule(const QString& s)
 {
     QStringList words;
-    const QStringList parts =
-        piecesBetween(s.simplified().toLower(), QRegExp(text("[\\W\\-]+")));
+    const QStringList parts = piecesBetween(s.simplified().toLower(), QRegExp(text("[\\W\\-]+")));
     for (const QString& part : parts)
         words.append(searchKeyByRule(part));
     return words;
@@ -714,8 +713,8 @@ void tst_StringUtils::findNoExistantName_data()
                         const char* extension, const char* name) {
         QTest::newRow(qPrintable(
             QString::asprintf("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)))
-            << nonEmptyParts(text(existing), QLatin1Char('|')) << text(prefix)
-            << text(pattern) << text(extension) << text(name);
+            << nonEmptyParts(text(existing), QLatin1Char('|')) << text(prefix) << text(pattern)
+            << text(extension) << text(name);
     };
     row("page.html|Page 1.html", "Page", " %1", "html", "Page 2.html");
     row("", "Page", " %1", "html", "Page.html");

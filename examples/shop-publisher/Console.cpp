@@ -104,7 +104,7 @@ void Console::report(const QVector<ErrorableCode>& failures, bool verbose)
 {
     if (failures.isEmpty())
         return;
-    QString text = tr("%n failure(s):", nullptr, failures.size()) + QLatin1Char('\n');
+    QString text = tr("%n failure(s):", nullptr, int(failures.size())) + QLatin1Char('\n');
     for (const ErrorableCode& failure : failures) {
         text += QLatin1String("  ") + printable(failure.details) + QLatin1Char('\n');
         if (!verbose)
@@ -153,7 +153,7 @@ void Console::printError(const QString& text)
 QString Console::counter() const
 {
     const QString total = QString::number(mTotal);
-    return QStringLiteral("%1/%2").arg(mDone, total.size()).arg(total);
+    return QStringLiteral("%1/%2").arg(mDone, int(total.size())).arg(total);
 }
 
 void Console::drawBar(const QString& step)

@@ -179,7 +179,7 @@ void giveSiteNames(QVector<Photograph>* photographs)
         QString name = wish;
         const bool isOther = wish != photograph.name && wanted.contains(fileSystemKey(wish));
         if (isOther || taken.contains(fileSystemKey(name))) {
-            const int dot = name.lastIndexOf(QLatin1Char('.'));
+            const int dot = int(name.lastIndexOf(QLatin1Char('.')));
             // Photographs of the same name go on where the one before has ended.
             int& number = numbers[fileSystemKey(wish)];
             number = qMax(number, 2);

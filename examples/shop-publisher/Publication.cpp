@@ -45,7 +45,7 @@ void Publication::run()
 {
     QVector<Photograph> photographs = mProject.photographs(
         &mFolder, [this] { return isInterruptionRequested(); }, &mUnpublished);
-    mPhotographs = photographs.size();
+    mPhotographs = int(photographs.size());
     // A folder that cannot be read, such as one of a disk that was taken off, has not lost its
     // photographs.
     const QVector<ErrorableCode> errors = mFolder.errorStack();
@@ -69,7 +69,7 @@ void Publication::run()
     if (mAllFoldersRead && !isInterruptionRequested())
         removeVanished(photographs);
     const QVector<PublishedPicture> pictures = import(photographs);
-    mImported = pictures.size();
+    mImported = int(pictures.size());
     // A page of the pictures so far would take the others from the page that may stand there.
     mStopped = isInterruptionRequested();
     if (mStopped || mImporter.siteIsFull())

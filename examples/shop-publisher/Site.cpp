@@ -31,7 +31,7 @@ QString resolvedPath(const QString& path)
     QString existing = QFileInfo(path).absoluteFilePath();
     QString missing;
     while (!QFileInfo::exists(existing)) {
-        const int slash = existing.lastIndexOf(QLatin1Char('/'));
+        const int slash = int(existing.lastIndexOf(QLatin1Char('/')));
         if (slash < 0)
             return QDir::cleanPath(path);
         missing.prepend(existing.mid(slash));

@@ -159,7 +159,7 @@ QString SvgGuard::styleReason(const QString& css)
             return tr("has a style with \"%1\"").arg(QString::fromLatin1(refused));
     }
     const QString url = QStringLiteral("url(");
-    for (int at = text.indexOf(url); at >= 0; at = text.indexOf(url, at + 1)) {
+    for (int at = int(text.indexOf(url)); at >= 0; at = int(text.indexOf(url, at + 1))) {
         QString address = text.mid(at + url.size());
         if (address.startsWith(QLatin1Char('"')) || address.startsWith(QLatin1Char('\'')))
             address.remove(0, 1);

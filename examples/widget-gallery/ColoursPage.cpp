@@ -100,7 +100,7 @@ void drawBadges(QPainter* painter, const QRect& rect)
 {
     const QStringList texts = {QStringLiteral("1"), QStringLiteral("12"),
                                QStringLiteral("128"), QStringLiteral("99+")};
-    QRect cell(0, 0, rect.width() / texts.size(), rect.height());
+    QRect cell(0, 0, int(rect.width() / texts.size()), rect.height());
     for (const QString& text : texts) {
         DrawingCountOptions options = redBadge(cell);
         options.alignment = Qt::AlignCenter;

@@ -91,7 +91,8 @@ QTableWidget* rates()
         Page::tr("Reduced"), Page::tr("Super\nreduced"), Page::tr("Parking")};
     const QList<int> categories = TaxeRatesUtils::europeanTaxCategories();
 
-    auto* table = new QTableWidget(countries.size(), categories.size());
+    auto* table =
+        new QTableWidget(int(countries.size()), int(categories.size()));
     table->setObjectName(QStringLiteral("rates"));
     table->setHorizontalHeaderLabels(names);
     table->setVerticalHeaderLabels(countries);
@@ -118,7 +119,7 @@ QTableWidget* rates()
         table->fontMetrics().boundingRect(Page::tr("Alternative")).width() + 6;
     const int frame = 2 * table->frameWidth();
     table->setFixedSize(table->verticalHeader()->sizeHint().width()
-                            + columnWidth * categories.size() + frame,
+                            + columnWidth * int(categories.size()) + frame,
                         table->horizontalHeader()->sizeHint().height()
                             + table->verticalHeader()->length() + frame);
     return table;

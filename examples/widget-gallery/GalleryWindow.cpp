@@ -73,7 +73,7 @@ GalleryWindow::GalleryWindow(QWidget* parent)
 
 int GalleryWindow::pageCount() const
 {
-    return mIds.size();
+    return int(mIds.size());
 }
 
 int GalleryWindow::currentPage() const

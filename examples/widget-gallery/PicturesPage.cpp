@@ -23,7 +23,7 @@ namespace {
 void drawRow(QPainter* painter, const QRect& rect,
              const QVector<QPixmap>& pictures)
 {
-    const int cell = rect.width() / pictures.size();
+    const int cell = int(rect.width() / pictures.size());
     for (int i = 0; i < pictures.size(); ++i) {
         QSize size = pictures[i].size();
         size.scale(cell - 12, rect.height() - 16, Qt::KeepAspectRatio);

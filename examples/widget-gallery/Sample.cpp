@@ -38,7 +38,7 @@ QString highlighted(const QString& code)
         const QRegularExpressionMatch token = it.next();
         html += code.mid(end, token.capturedStart() - end).toHtmlEscaped();
         html += span(colors[token.lastCapturedIndex() - 1], token.captured());
-        end = token.capturedEnd();
+        end = int(token.capturedEnd());
     }
     html += code.mid(end).toHtmlEscaped();
     return QStringLiteral("<div style=\"white-space:pre\">%1</div>").arg(html);
@@ -132,7 +132,7 @@ QString Sample::codeFromSource(const QString& file, const QString& name)
             inside = !inside;
         } else if (inside) {
             code.append(line);
-            const int blanks = line.indexOf(trimmed);
+            const int blanks = int(line.indexOf(trimmed));
             if (!trimmed.isEmpty() && (indentation < 0 || blanks < indentation))
                 indentation = blanks;
         }

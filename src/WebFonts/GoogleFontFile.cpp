@@ -114,7 +114,7 @@ bool GoogleFontFile::isValid() const
 
 int GoogleFontFile::count() const
 {
-    return d->items.size();
+    return int(d->items.size());
 }
 
 QList<GoogleFontItem> GoogleFontFile::items() const

@@ -49,8 +49,8 @@ QString decodedText(const QByteArray& bytes, ExifBlock::TextCodec codec)
 {
     if (codec == ExifBlock::TextCodec::Utf8) {
         QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        QString text =
-            QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+        QString text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(),
+                                                                    int(bytes.size()), &state);
         if (state.invalidChars == 0 && state.remainingChars == 0)
             return text;
     }
@@ -131,7 +131,7 @@ int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 poin
     ifd.offset = offset;
     const int begin = static_cast<int>(offset) + countSize;
     const int claimed = decode<quint16>(mBlock.constData() + offset, mOrder);
-    ifd.oldCount = qMin(claimed, (mBlock.size() - begin) / entrySize);
+    ifd.oldCount = int(qMin(claimed, (mBlock.size() - begin) / entrySize));
     ifd.range = {static_cast<int>(offset), begin + ifd.oldCount * entrySize};
     ifd.entries.reserve(static_cast<std::size_t>(ifd.oldCount));
     for (int i = 0; i < ifd.oldCount; ++i) {
@@ -271,7 +271,7 @@ QExifValue ExifBlock::value(Directory directory, quint16 tag, TextCodec codec) c
         return QExifValue();
     QByteArray bytes = payloadOf(*entry);
     if (entry->type != QExifValue::Ascii)
-        return type->read({bytes.constData(), bytes.size()}, entry->count, mOrder);
+        return type->read({bytes.constData(), int(bytes.size())}, entry->count, mOrder);
     if (bytes.endsWith('\0'))
         bytes.chop(1);
     return QExifValue(decodedText(bytes, codec));

@@ -178,7 +178,7 @@ private:
         for (Entry& entry : ifd.entries) {
             if (!entry.isNew)
                 continue;
-            const int size = entry.payload.size();
+            const int size = int(entry.payload.size());
             const Range old = entry.data;
             const bool fits = size > inlineSize && size <= old.end - old.begin && isExclusive(old);
             entry.place = fits ? static_cast<quint32>(old.begin) : 0;
@@ -189,7 +189,7 @@ private:
     /// Overwrites with NULs what nothing uses any more, and takes it away at the end of the block.
     void eraseFreed()
     {
-        Coverage freed(mOut.size());
+        Coverage freed(int(mOut.size()));
         for (const Range& range : asConst(mFreed))
             freed.add(range);
         const std::vector<int> counts = freed.counts();
@@ -209,7 +209,7 @@ private:
             return at % 2 == 1 && at + 1 < mOut.size() && mUses[static_cast<std::size_t>(at)] == 0
                 && mOut.at(at) == '\0' && isFree(at - 1);
         };
-        int size = mOut.size();
+        int size = int(mOut.size());
         while (size > tiffHeaderSize && (isFree(size - 1) || isBetweenFree(size - 1)))
             --size;
         mOut.truncate(size);
@@ -218,7 +218,7 @@ private:
     /// Makes room at the end, and returns its offset, an even one.
     quint32 reserve(int size)
     {
-        const int begin = mOut.size() + mOut.size() % 2;
+        const int begin = int(mOut.size() + mOut.size() % 2);
         mOut.append(QByteArray(begin + size - mOut.size(), '\0'));
         return static_cast<quint32>(begin);
     }
@@ -234,7 +234,7 @@ private:
             if (!entry.isNew || entry.payload.size() <= inlineSize)
                 continue;
             if (entry.place == 0)
-                entry.place = reserve(entry.payload.size());
+                entry.place = reserve(int(entry.payload.size()));
             overwrite(entry.place, entry.payload);
         }
     }
@@ -288,7 +288,7 @@ private:
             return;
         }
         writer.write(entry.payload);
-        writer.write("\0\0\0\0", inlineSize - entry.payload.size());
+        writer.write("\0\0\0\0", int(inlineSize - entry.payload.size()));
     }
 
     const bool mMovesAll;
@@ -301,7 +301,7 @@ private:
 
 std::vector<int> ExifBlock::uses() const
 {
-    Coverage coverage(mBlock.size());
+    Coverage coverage(int(mBlock.size()));
     for (const Range& range : mFreed)
         coverage.add(range);
     for (const Ifd& ifd : mIfds) {

@@ -36,7 +36,7 @@ bool readAt(QIODevice* device, qint64 position, QByteArray* bytes)
 /// so that a lack of space is found out while the old content is still whole.
 bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArray& after)
 {
-    const int oldSize = before.size();
+    const int oldSize = int(before.size());
     const bool grown =
         writeAt(device, oldSize, after.constData() + oldSize, after.size() - oldSize);
     if (grown && writeAt(device, 0, after.constData(), oldSize))

@@ -26,10 +26,10 @@ namespace {
 /// Resources (":/icons") and search paths ("icons:small"), which the system knows nothing of.
 bool isKnownToQtAlone(const QString& path)
 {
-    const int colon = path.indexOf(QLatin1Char(':'));
+    const int colon = int(path.indexOf(QLatin1Char(':')));
     if (colon < 0)
         return false;
-    const int slash = path.indexOf(QLatin1Char('/'));
+    const int slash = int(path.indexOf(QLatin1Char('/')));
     return slash < 0 || colon < slash;
 }
 
@@ -232,7 +232,7 @@ bool copyNewFile(const QString& source, const QString& destination, qint64* size
         return false;
 
     const QByteArray path = QFile::encodeName(destination);
-    const int slash = path.lastIndexOf('/');
+    const int slash = int(path.lastIndexOf('/'));
     Descriptor to(openUnnamed(slash < 0 ? QByteArray("./") : path.left(slash + 1), 0600));
     if (!to.isOpen() || !copyContent(from, to, status.st_size))
         return false;

@@ -57,7 +57,7 @@ int endOfApp1(const QByteArray& file, int payload)
 {
     const int length = bigEndian<quint16>(file, payload - 2);
     const bool isApp1 = bigEndian<quint16>(file, payload - 4) == JpegMarker::App1;
-    return isApp1 && length >= 2 ? qMin(payload - 2 + length, file.size()) : -1;
+    return int(isApp1 && length >= 2 ? qMin(payload - 2 + length, file.size()) : -1);
 }
 
 // EXIF
@@ -77,10 +77,10 @@ bool beginsBlock(const QByteArray& file, int at)
 Pieces blockAt(const QByteArray& file, int name)
 {
     const int maximumSize = 1024 * 1024; // of a block that is in no segment
-    const int nameSize = exifName().size();
+    const int nameSize = int(exifName().size());
     int end = endOfApp1(file, name);
     if (end < 0)
-        return {{name + nameSize, qMin(maximumSize, file.size() - name - nameSize)}};
+        return {{name + nameSize, int(qMin(maximumSize, file.size() - name - nameSize))}};
     Pieces pieces = {{name + nameSize, end - name - nameSize}};
     for (;;) {
         const int next = end + 4;
@@ -94,8 +94,8 @@ Pieces blockAt(const QByteArray& file, int name)
 
 bool eraseExifLocations(QByteArray* file)
 {
-    const int nameSize = exifName().size();
-    for (int at = 0; (at = file->indexOf(exifName(), at)) >= 0; at += nameSize) {
+    const int nameSize = int(exifName().size());
+    for (int at = 0; (at = int(file->indexOf(exifName(), at))) >= 0; at += nameSize) {
         if (!beginsBlock(*file, at + nameSize))
             continue;
         const Pieces pieces = blockAt(*file, at);
@@ -136,7 +136,7 @@ public:
     void run()
     {
         int at = 0;
-        while ((at = mXml.indexOf('<', at)) >= 0)
+        while ((at = int(mXml.indexOf('<', at))) >= 0)
             at = passMarkup(at);
     }
 
@@ -176,8 +176,8 @@ private:
             const QByteArray beginning = kind[0];
             if (mXml.mid(at, beginning.size()) != beginning)
                 continue;
-            const int end = mXml.indexOf(kind[1], at + beginning.size());
-            return end < 0 ? mXml.size() : end + int(qstrlen(kind[1]));
+            const int end = int(mXml.indexOf(kind[1], at + beginning.size()));
+            return int(end < 0 ? mXml.size() : end + int(qstrlen(kind[1])));
         }
         return -1;
     }
@@ -202,7 +202,7 @@ private:
                 quote = '\0';
         }
         tag.isEmpty = mXml.mid(end - 1, 1) == "/";
-        tag.end = qMin(end + 1, mXml.size());
+        tag.end = int(qMin(end + 1, mXml.size()));
         return tag;
     }
 
@@ -210,7 +210,7 @@ private:
     {
         int depth = 1;
         int at = start.end;
-        while ((at = mXml.indexOf('<', at)) >= 0) {
+        while ((at = int(mXml.indexOf('<', at))) >= 0) {
             const int other = passOther(at);
             if (other >= 0) {
                 at = other;
@@ -224,7 +224,7 @@ private:
             if (depth == 0)
                 return at;
         }
-        return mXml.size();
+        return int(mXml.size());
     }
 
     void eraseAttributes(const Tag& tag)
@@ -234,13 +234,14 @@ private:
             while (at < tag.end && isSpace(at))
                 ++at;
             const int begin = at;
-            const int equals = mXml.indexOf('=', at);
+            const int equals = int(mXml.indexOf('=', at));
             if (equals < 0 || equals >= tag.end)
                 return;
             int quote = equals + 1;
             while (quote < tag.end && isSpace(quote))
                 ++quote;
-            const int valueEnd = quote < tag.end ? mXml.indexOf(mXml.at(quote), quote + 1) : -1;
+            const int valueEnd =
+                int(quote < tag.end ? mXml.indexOf(mXml.at(quote), quote + 1) : -1);
             if (valueEnd < 0 || valueEnd >= tag.end)
                 return;
             at = valueEnd + 1;
@@ -271,16 +272,16 @@ void eraseXmpLocation(QByteArray* file, const Pieces& pieces)
 void eraseXmpLocations(QByteArray* file)
 {
     const QByteArray end("</x:xmpmeta>");
-    for (int at = 0; (at = file->indexOf("<x:xmpmeta", at)) >= 0; ++at) {
-        const int found = file->indexOf(end, at);
+    for (int at = 0; (at = int(file->indexOf("<x:xmpmeta", at))) >= 0; ++at) {
+        const int found = int(file->indexOf(end, at));
         if (found >= 0)
-            eraseXmpLocation(file, {{at, found + end.size() - at}});
+            eraseXmpLocation(file, {{at, int(found + end.size() - at)}});
     }
     const QByteArray name("http://ns.adobe.com/xap/1.0/\0", 29);
-    for (int at = 0; (at = file->indexOf(name, at)) >= 0; at += name.size()) {
+    for (int at = 0; (at = int(file->indexOf(name, at))) >= 0; at += int(name.size())) {
         const int segmentEnd = endOfApp1(*file, at);
         if (segmentEnd > at + name.size())
-            eraseXmpLocation(file, {{at + name.size(), segmentEnd - at - name.size()}});
+            eraseXmpLocation(file, {{int(at + name.size()), int(segmentEnd - at - name.size())}});
     }
 }
 
@@ -290,8 +291,8 @@ void eraseExtendedXmpLocations(QByteArray* file)
     const QByteArray name("http://ns.adobe.com/xmp/extension/\0", 35);
     const int digestSize = 32;
     QMap<QByteArray, QMap<quint32, Piece>> packets; // by digest; the pieces by their offsets
-    for (int at = 0; (at = file->indexOf(name, at)) >= 0; at += name.size()) {
-        const int begin = at + name.size() + digestSize + 8; // behind digest, size and offset
+    for (int at = 0; (at = int(file->indexOf(name, at))) >= 0; at += int(name.size())) {
+        const int begin = int(at + name.size() + digestSize + 8); // behind digest, size and offset
         const int end = endOfApp1(*file, at);
         if (end > begin)
             packets[file->mid(at + name.size(), digestSize)].insert(
@@ -316,7 +317,7 @@ void eraseExtendedXmpLocations(QByteArray* file)
 void eraseFilmLocations(QByteArray* file)
 {
     for (const char* const type : {"\xA9xyz", "loci"}) {
-        for (int at = 4; (at = file->indexOf(type, at)) >= 0; at += 4) {
+        for (int at = 4; (at = int(file->indexOf(type, at))) >= 0; at += 4) {
             const qint64 size = bigEndian<quint32>(*file, at - 4);
             const int maximumSize = 512;
             if (size < 12 || size > maximumSize || at - 4 + size > file->size())
@@ -375,7 +376,7 @@ QByteArray withoutMetadata(const QByteArray& file, const QByteArray& exif)
             taken = static_cast<int>(qMin<qint64>(end, file.size()));
         } else if (isFirst && segments.marker() == JpegMarker::App0) {
             keepTo(end);
-            exifPlace = kept.size();
+            exifPlace = int(kept.size());
         }
         isFirst = false;
     }

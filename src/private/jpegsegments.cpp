@@ -91,7 +91,7 @@ QByteArray JpegSegments::read(int size)
         wanted = qMin(wanted, mSize - mStart - mReadPosition);
     if (wanted <= 0)
         return bytes;
-    const int known = bytes.size();
+    const int known = int(bytes.size());
     bytes.resize(known + static_cast<int>(wanted));
     bytes.truncate(known + static_cast<int>(readRaw(bytes.data() + known, wanted)));
     return bytes;

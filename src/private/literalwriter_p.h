@@ -60,7 +60,7 @@ public:
 
     void write(const QVariant& value)
     {
-        const int outside = mOpen.size();
+        const int outside = int(mOpen.size());
         open(value);
         while (mOpen.size() > outside) {
             Container& container = mOpen.last();

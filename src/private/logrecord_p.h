@@ -38,8 +38,8 @@ private:
     static QByteArray baseName(const char* sourceFile)
     {
         const QByteArray path(sourceFile);
-        const int start = path.lastIndexOf('/') + 1;
-        const int dot = path.indexOf('.', start);
+        const int start = int(path.lastIndexOf('/') + 1);
+        const int dot = int(path.indexOf('.', start));
         return path.mid(start, dot < 0 ? -1 : dot - start);
     }
 

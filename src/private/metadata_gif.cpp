@@ -84,7 +84,7 @@ Blocks blocksOf(const QByteArray& file)
             blocks.list.append(block);
     }
     blocks.endsProperly = at > 0 && at < file.size();
-    blocks.end = blocks.endsProperly ? at + 1 : file.size();
+    blocks.end = int(blocks.endsProperly ? at + 1 : file.size());
     return blocks;
 }
 
@@ -110,8 +110,8 @@ QByteArray xmpTail()
 
 QByteArray xmpPacket(const Block& block)
 {
-    const int begin = 3 + xmpName().size();
-    const int end = block.whole.size() - xmpTail().size();
+    const int begin = int(3 + xmpName().size());
+    const int end = int(block.whole.size() - xmpTail().size());
     return QByteArray(block.whole.constData() + begin, qMax(0, end - begin));
 }
 

@@ -109,7 +109,7 @@ bool belongsToPicture(const Segment& segment)
 /// The segment that holds \a name and \a payload; nothing where they are too long for one.
 QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& payload)
 {
-    const int size = name.size() + payload.size();
+    const int size = int(name.size() + payload.size());
     if (size > JpegSegments::MaximumPayload)
         return QByteArray();
     QByteArray bytes(4, '\0');
@@ -121,8 +121,8 @@ QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& pay
 /// A profile, in as many segments as it takes; nothing where it is too long for them.
 QByteArray profileSegments(const QByteArray& profile)
 {
-    const int most = JpegSegments::MaximumPayload - profileName().size() - 2;
-    const int count = (profile.size() + most - 1) / most;
+    const int most = int(JpegSegments::MaximumPayload - profileName().size() - 2);
+    const int count = int((profile.size() + most - 1) / most);
     if (count > 255)
         return QByteArray();
     QByteArray bytes;

@@ -43,7 +43,7 @@ Chunks chunksOf(const QByteArray& file)
     if (!file.startsWith(signature()))
         return chunks;
     const int frame = 12; // length, type and checksum
-    chunks.end = signature().size();
+    chunks.end = int(signature().size());
     while (file.size() - chunks.end >= frame) {
         const char* const begin = file.constData() + chunks.end;
         const auto length = qFromBigEndian<quint32>(reinterpret_cast<const uchar*>(begin));
@@ -112,10 +112,10 @@ QByteArray chunk(const QByteArray& type, const QByteArray& data)
 /// compression, a language and a translated keyword.
 QByteArray xmpPacket(const Chunk& chunk)
 {
-    const int flags = xmpKeyword().size();
+    const int flags = int(xmpKeyword().size());
     const int language = flags + 2;
-    const int translated = chunk.data.indexOf('\0', language) + 1;
-    const int text = translated == 0 ? 0 : chunk.data.indexOf('\0', translated) + 1;
+    const int translated = int(chunk.data.indexOf('\0', language) + 1);
+    const int text = int(translated == 0 ? 0 : chunk.data.indexOf('\0', translated) + 1);
     if (text == 0)
         return QByteArray();
     const QByteArray packet(chunk.data.constData() + text, chunk.data.size() - text);

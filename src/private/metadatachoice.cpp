@@ -84,8 +84,8 @@ PictureMetadata withoutLocation(const PictureMetadata& found)
 QByteArray uprightXmp(QByteArray xmp)
 {
     const QByteArray name = QByteArrayLiteral("tiff:Orientation");
-    for (int at = 0; (at = xmp.indexOf(name, at)) >= 0; at += name.size()) {
-        int value = at + name.size();
+    for (int at = 0; (at = int(xmp.indexOf(name, at))) >= 0; at += int(name.size())) {
+        int value = int(at + name.size());
         while (value < xmp.size()
                && (xmp.at(value) == '=' || xmp.at(value) == '>' || xmp.at(value) == '"'
                    || xmp.at(value) == '\''))

@@ -116,9 +116,9 @@ bool fitsInMemory(const QImageReader& reader)
 /// Lets \a reader decode its picture into \a image, which is null where it cannot.
 ///
 /// From Qt 6 on a reader makes no image of more than QImageReader::allocationLimit(), 128 MiB where
-/// nobody has set it, which a photograph of 34 million pixels exceeds. The limit is one for the whole
-/// process and stays as the application has it. But a reader decodes into an image of the right size
-/// and format that it is given, and whether a picture fits into memory is asked before.
+/// nobody has set it, which a photograph of 34 million pixels exceeds. The limit is one for the
+/// whole process and stays as the application has it. But a reader decodes into an image of the
+/// right size and format that it is given, and whether a picture fits into memory is asked before.
 bool read(QImageReader& reader, QImage* image)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -130,8 +130,8 @@ bool read(QImageReader& reader, QImage* image)
     if (reader.read(image))
         return true;
     if (isRefused)
-        ORVAUTILS_LOG_WARNING() << "picture of" << reader.size() << "is beyond the limit of" << limit
-                                << "MB, see QImageReader::setAllocationLimit()";
+        ORVAUTILS_LOG_WARNING() << "picture of" << reader.size() << "is beyond the limit of"
+                                << limit << "MB, see QImageReader::setAllocationLimit()";
     *image = QImage();
     return false;
 #else

@@ -18,7 +18,7 @@ namespace OrvaUtilsPrivate {
 /// \a s with each \a before replaced by \a after. Shares the data of \a s if there is none.
 inline QString replacedEach(const QString& s, QChar before, const QString& after)
 {
-    const int occurrences = s.count(before);
+    const int occurrences = int(s.count(before));
     if (occurrences == 0)
         return s;
     QString replaced(s.size() + occurrences * (after.size() - 1), Qt::Uninitialized);

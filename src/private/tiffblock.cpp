@@ -244,14 +244,14 @@ quint32 TiffWriter::writeEntry(quint16 tag, const QExifValue& value, quint32 off
     write(tag);
     write(value.type());
     write(value.count());
-    const int end = mBlock->size() + inlineSize; // what is not set up to there is 0
+    const int end = int(mBlock->size() + inlineSize); // what is not set up to there is 0
     if (size > 0)
         write(offset);
     else if (type && type->write)
         type->write(*this, value);
     else
         warnOfType(value.type());
-    write("\0\0\0\0", end - mBlock->size());
+    write("\0\0\0\0", int(end - mBlock->size()));
     return offset + size;
 }
 

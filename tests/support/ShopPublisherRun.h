@@ -8,6 +8,7 @@
 #define SHOPPUBLISHERRUN_H
 
 #include "Sandbox.h"
+#include "Text.h"
 
 #include <QBuffer>
 #include <QCryptographicHash>
@@ -33,11 +34,6 @@ const int allImported = 0;
 const int someFailed = 1;
 const int badUsage = 2;
 const int stopped = 130;
-
-inline QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 const QColor red(220, 30, 30);
 const QColor green(30, 170, 50);
