@@ -44,9 +44,9 @@ QString decodedByGrammar(const QString& text)
     int from = 0;
     for (int at = text.indexOf(QLatin1Char('&')); at >= 0;
          at = text.indexOf(QLatin1Char('&'), from)) {
-        result += text.midRef(from, at - from);
+        result += text.mid(from, at - from);
         int end = at + 1;
-        if (text.size() - at >= 3 && text.midRef(at, 6) == QLatin1String("&nbsp;")) {
+        if (text.size() - at >= 3 && text.mid(at, 6) == QLatin1String("&nbsp;")) {
             result += QLatin1Char(' ');
             end = at + 6;
         } else if (text.size() - at >= 3 && text.at(at + 1) == QLatin1Char('#')) {

@@ -42,7 +42,7 @@ private:
         if (peek() == QLatin1Char('\''))
             return readText();
         // A map has a line break behind its bracket, which no list has.
-        if (peek() == mMapOpen && mCode.midRef(mPosition + 1, 1) == QLatin1String("\n"))
+        if (peek() == mMapOpen && mCode.mid(mPosition + 1, 1) == QLatin1String("\n"))
             return readMap();
         if (peek() == QLatin1Char('['))
             return readList();
@@ -70,7 +70,7 @@ private:
                && (mCode.at(mPosition).isDigit() || mCode.at(mPosition) == QLatin1Char('-')))
             ++mPosition;
         bool ok = false;
-        const qlonglong number = mCode.midRef(begin, mPosition - begin).toLongLong(&ok);
+        const qlonglong number = mCode.mid(begin, mPosition - begin).toLongLong(&ok);
         FUZZ_PROMISE(ok);
         return number;
     }
@@ -228,14 +228,14 @@ QString readEscapes(const QString& code)
         FUZZ_PROMISE(code.at(i).unicode() >= 32 && code.at(i).unicode() <= 126);
         if (code.at(i) != QLatin1Char('\\')) {
             text += code.at(i);
-        } else if (code.midRef(i, 2) == QLatin1String("\\n")) {
+        } else if (code.mid(i, 2) == QLatin1String("\\n")) {
             text += QLatin1Char('\n');
             ++i;
         } else {
-            FUZZ_PROMISE(code.midRef(i, 2) == QLatin1String("\\u"));
+            FUZZ_PROMISE(code.mid(i, 2) == QLatin1String("\\u"));
             bool ok = false;
-            FUZZ_PROMISE(code.midRef(i + 2, 4).size() == 4);
-            text += QChar(code.midRef(i + 2, 4).toUShort(&ok, 16));
+            FUZZ_PROMISE(code.mid(i + 2, 4).size() == 4);
+            text += QChar(code.mid(i + 2, 4).toUShort(&ok, 16));
             FUZZ_PROMISE(ok);
             i += 5;
         }

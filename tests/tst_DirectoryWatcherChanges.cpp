@@ -303,7 +303,7 @@ void tst_DirectoryWatcherChanges::renamedOverEachOther()
     for (const QString& file : {a, b}) {
         watcher.clear();
         writeFile(file, "in place");
-        QTRY_COMPARE(textsOf(watcher.modified).toSet(), QSet<QString>({file}));
+        QTRY_COMPARE(names(watcher.modified), file.mid(mRoot.size() + 1));
     }
 }
 

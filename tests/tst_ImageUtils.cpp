@@ -22,6 +22,16 @@ QRgb colorAt(const QImage& image, int x, int y)
     return image.convertToFormat(QImage::Format_ARGB32).pixel(x, y);
 }
 
+/// What \a label shows; null where that is no picture.
+QPixmap pixmapOf(const QLabel& label)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return label.pixmap();
+#else
+    return label.pixmap() ? *label.pixmap() : QPixmap();
+#endif
+}
+
 } // namespace
 
 class tst_ImageUtils : public QObject
@@ -444,7 +454,7 @@ void tst_ImageUtils::labelPixmap()
     QCOMPARE(widget.minimumSize(), label);
     QCOMPARE(widget.maximumSize(), label);
     QVERIFY(widget.hasScaledContents());
-    QCOMPARE(widget.pixmap() ? widget.pixmap()->size() : QSize(0, 0), pixmap);
+    QCOMPARE(pixmapOf(widget).size(), pixmap);
 }
 
 void tst_ImageUtils::labelPixmapWithoutLabel()

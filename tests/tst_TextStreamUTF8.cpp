@@ -18,6 +18,10 @@ namespace {
 
 // How a stream encodes is asked and told in one way with Qt 5, in another with Qt 6.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+using Qt::dec;
+using Qt::endl;
+using Qt::hex;
+
 void writeLatin1(QTextStream& stream)
 {
     stream.setEncoding(QStringConverter::Latin1);
