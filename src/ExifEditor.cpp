@@ -61,8 +61,9 @@ QString notRead()
 template <typename Tag>
 QList<Tag> tagsOf(const ExifBlock& block, ExifBlock::Directory directory)
 {
+    const QList<quint16> numbers = block.tags(directory);
     QList<Tag> tags;
-    for (const quint16 tag : block.tags(directory))
+    for (const quint16 tag : numbers)
         tags.append(static_cast<Tag>(tag));
     return tags;
 }
@@ -206,9 +207,10 @@ bool toDegrees(const QExifValue& value, double* degrees)
 bool toCoordinate(const QExifValue& value, const QExifValue& reference, char positive,
                   char negative, double maximum, double* coordinate)
 {
-    const QString direction = reference.toString().left(1).toUpper();
-    const bool isNegative = direction == QLatin1String(&negative, 1);
-    if (!isNegative && direction != QLatin1String(&positive, 1))
+    const QString name = reference.toString();
+    const QChar direction = name.isEmpty() ? QChar() : name.at(0).toUpper();
+    const bool isNegative = direction == QLatin1Char(negative);
+    if (!isNegative && direction != QLatin1Char(positive))
         return false;
     double degrees = 0;
     if (!toDegrees(value, &degrees) || degrees > maximum)

@@ -328,7 +328,8 @@ bool DirectoryWatcherPrivate::reportVanishedFiles(const QString& folder,
 {
     const WatcherTurn turn(this);
     QSet<QString> closed; // folders that may not be entered: nothing is known of their files
-    for (const QString& file : filesBelow(folder)) {
+    const QStringList known = filesBelow(folder);
+    for (const QString& file : known) {
         // A slot may have caused the report of this file already.
         if (present.contains(file) || closed.contains(folderOf(file)) || !files.contains(file))
             continue;

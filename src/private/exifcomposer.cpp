@@ -310,7 +310,8 @@ std::vector<int> ExifBlock::uses() const
         coverage.add(ifd.range);
         for (const Entry& entry : ifd.entries)
             coverage.add(entry.data);
-        for (const Range& range : pictureData(ifd))
+        const QVector<Range> pictures = pictureData(ifd);
+        for (const Range& range : pictures)
             coverage.add(range);
     }
     return coverage.counts();

@@ -164,7 +164,8 @@ QByteArray pngWithMetadata(const QByteArray& file, const PictureMetadata& metada
         added += chunk("eXIf", metadata.exif);
     if (!metadata.xmp.isEmpty())
         added += xmpChunk(metadata.xmp);
-    for (const QByteArray& other : metadata.comments + metadata.others)
+    const QList<QByteArray> others = metadata.comments + metadata.others;
+    for (const QByteArray& other : others)
         added += other;
 
     QByteArray result = signature();
