@@ -6,7 +6,6 @@
 #include "ExifUtils.h"
 #include "FileUtils.h"
 #include "filecopy_p.h"
-#include "filesystem_p.h"
 #include "intactfile_p.h"
 #include "logrecord_p.h"
 #include "orientation_p.h"
@@ -19,7 +18,6 @@
 #include <QImageReader>
 #include <QLabel>
 #include <QPainter>
-#include <QSaveFile>
 
 #include <limits>
 
@@ -290,17 +288,9 @@ bool ImageUtils::writeProgressiveImage(const QImage& image, const QString& path,
     // would not.
     const QByteArray written =
         format.isEmpty() ? QFileInfo(path).suffix().toLower().toLatin1() : format;
-    QSaveFile file(path);
-    file.setDirectWriteFallback(true);
     QString error;
-    if (encode(image, file, {written, quality, true}, &error)) {
-        // commit() syncs too, but puts the new picture in the old one's place where that fails.
-        if (putOnDisk(file.handle(), &error)) {
-            if (file.commit())
-                return true;
-            error = file.errorString();
-        }
-    }
+    if (writePicture(image, path, {written, quality, true}, &error))
+        return true;
     logProgressiveFailure(image, path, error);
     return false;
 }
@@ -465,7 +455,7 @@ bool ImageUtils::hasTransparentPixel(const QImage& image)
 {
     if (!image.hasAlphaChannel())
         return false;
-    // Only whether there is one is told, not which: rows are scanned, as they lie in memory.
+    // The order does not matter for the result, so rows are scanned, as they lie in memory.
     const bool argb = image.format() == QImage::Format_ARGB32
         || image.format() == QImage::Format_ARGB32_Premultiplied;
     for (int y = 0; y < image.height(); ++y) {

@@ -79,8 +79,9 @@ public:
     /// compressed more strongly the higher the number is.
     ///
     /// An existing file at \a path is replaced only once the new one is complete; on failure it is
-    /// unchanged, and no partial file is left behind. (Where the folder is not writable but the
-    /// file is, the file is overwritten in place, without that guarantee.)
+    /// unchanged, and no partial file is left behind. Its permissions stay, and a link is followed.
+    /// (Where the folder is not writable but the file is, and where \a path is a device or a pipe,
+    /// it is overwritten with the complete picture, without that guarantee.)
     ///
     /// Returns false on failure, and logs with LogType 2 "can't save writeProgressiveImage ",
     /// \a path, " errorString=", the writer's words, " size=" and the image's size.
@@ -138,9 +139,9 @@ public:
     /// consists of a matrix and curves, as those of cameras and displays do. It loses everything
     /// else: EXIF, XMP and IPTC, among them date and copyright, any other profile, also that of a
     /// CMYK picture (which becomes RGB), the palette of a PNG that is scaled, and every frame but
-    /// the first of an animated WebP. The mirrored orientations 2, 4, 5 and 7 count as no
-    /// rotation and are lost with the EXIF block. What is copied keeps everything, also the place
-    /// where a photograph was taken.
+    /// the first of an animated WebP. The mirrored orientations 2, 4, 5 and 7 count as no rotation
+    /// and are lost with the EXIF block. A file that is only copied keeps everything, including the
+    /// place where a photograph was taken.
     ///
     /// Returns false on failure, and logs it as function "copyImageFile", with LogType 2 unless
     /// stated otherwise:
@@ -166,8 +167,8 @@ public:
                               const QSize& maxSize, OptionsImageCopy options = OptionsImageCopy(),
                               int quality = -1);
 
-    /// Imports the picture \a src as \a dst as \a how says: upright, no larger than wanted, with
-    /// its colour profile and as much else as it may tell. Missing folders of \a dst are created. A
+    /// Imports the picture \a src as \a dst according to \a how: upright, limited in size, with its
+    /// colour profile and the metadata that is wanted. Missing folders of \a dst are created. A
     /// leading "file://" of \a src is dropped.
     ///
     /// \code
@@ -179,11 +180,12 @@ public:
     /// \endcode
     ///
     /// Pixels are copied as they are stored, whatever the format, where the picture need be neither
-    /// scaled, turned, converted to sRGB nor written in another format; what it tells beside them
-    /// is brought to ImageImport::Metadata all the same, and where nothing of it has to go the
-    /// result is the source byte for byte. Otherwise the picture is decoded and encoded anew:
-    /// - its orientation, all eight, is that of EXIF in a JPEG, and what Qt's reader tells of other
-    ///   formats. Where that tells none though a PNG or WebP has one in EXIF, it stays there;
+    /// scaled, turned, converted to sRGB nor written in another format; its metadata is still
+    /// reduced to ImageImport::Metadata, and where nothing has to be removed the result is the
+    /// source, byte for byte. Otherwise the picture is decoded and encoded anew:
+    /// - its orientation, all eight, is that of EXIF in a JPEG, and what Qt's reader tells of
+    ///   other formats. If the reader reports none although a PNG or WebP has one in EXIF, it stays
+    ///   there;
     /// - a JPEG that is to become smaller is decoded at a reduced size, as copyImageFile() does it;
     /// - metadata is carried into a JPEG, PNG or WebP. It then says that the picture is upright,
     ///   states its new size, and has no thumbnail of the old one;
@@ -195,11 +197,11 @@ public:
     /// encoded anew without it.
     ///
     /// \a src is only read, and nothing is lost at \a dst, as with copyImageFile(): unless the
-    /// import succeeds, what stood there is unchanged. What is too large is refused after its
-    /// header was read, as is a JPEG of more than a thousand segments or scans.
+    /// import succeeds, what stood there is unchanged. A picture that is too large is refused after
+    /// reading its header, and so is a JPEG of more than a thousand segments or scans.
     ///
-    /// May be called from any thread; for many pictures see ImageImporter. What fails is logged
-    /// with LogType 2.
+    /// May be called from any thread; for many pictures see ImageImporter. Failures are logged with
+    /// LogType 2.
     static ImageImportResult importImage(const QString& src, const QString& dst,
                                          const ImageImport& how = ImageImport());
 

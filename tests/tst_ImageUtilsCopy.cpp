@@ -7,6 +7,7 @@
 
 #include "ImageUtils.h"
 
+#include "FileLimit.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "Sandbox.h"
@@ -23,12 +24,6 @@
 #endif
 
 #include <limits>
-
-#ifdef Q_OS_UNIX
-#include <csignal>
-#include <sys/resource.h>
-#include <unistd.h>
-#endif
 
 // Image formats of this test
 
@@ -124,32 +119,6 @@ QString critical(const QString& text)
     return QStringLiteral("critical orvautils ImageUtils copyImageFile: ") + text;
 }
 
-#ifdef Q_OS_UNIX
-/// While it lives no file can be written beyond some bytes: what a full disk looks like.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        mHandler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &mLimit);
-        const rlimit limit = {bytes, mLimit.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &mLimit);
-        std::signal(SIGXFSZ, mHandler);
-    }
-
-private:
-    Q_DISABLE_COPY(FullDisk)
-
-    void (*mHandler)(int);
-    rlimit mLimit;
-};
-#endif
-
 const QString photosDir = QStringLiteral(ORVAUTILS_PHOTOS_DIR);
 
 } // namespace
@@ -171,6 +140,9 @@ private Q_SLOTS:
     void writeProgressiveFailure_data();
     void writeProgressiveFailure();
     void writeProgressiveKeepsOldFile();
+    void writeProgressiveKeepsLinkAndPermissions();
+    void writeProgressiveInReadOnlyFolder();
+    void writeProgressiveIntoDevice();
 
     void copyOrReencode_data();
     void copyOrReencode();
@@ -326,7 +298,7 @@ void tst_ImageUtilsCopy::writeProgressiveKeepsOldFile()
     QCOMPARE(contentOf(path("a.jpg")), QByteArray("the only copy"));
 #ifdef Q_OS_UNIX
     {
-        const FullDisk full(500);
+        const FileLimit full(RLIMIT_FSIZE, 500);
         QVERIFY(!ImageUtils::writeProgressiveImage(picture(600, 400), path("a.jpg"), "jpeg", 80));
         QVERIFY(!ImageUtils::writeProgressiveImage(picture(60, 40), path("a.jpg"), "jpeg", 80));
     }
@@ -334,6 +306,60 @@ void tst_ImageUtilsCopy::writeProgressiveKeepsOldFile()
     QCOMPARE(ownLines(log).size(), 3);
 #endif
     QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("a.jpg")));
+}
+
+void tst_ImageUtilsCopy::writeProgressiveKeepsLinkAndPermissions()
+{
+    changeMode(mSandbox->file(QStringLiteral("a.jpg"), "old"), 0604);
+    const QString link = mSandbox->link(QStringLiteral("link.jpg"), QStringLiteral("a.jpg"));
+    QVERIFY(ImageUtils::writeProgressiveImage(picture(60, 40), link, "jpeg", 80));
+    QVERIFY(QFileInfo(link).isSymLink());
+    QVERIFY(isProgressive(contentOf(path("a.jpg"))));
+    struct stat status;
+    QCOMPARE(stat(QFile::encodeName(path("a.jpg")).constData(), &status), 0);
+    QCOMPARE(int(status.st_mode & 07777), 0604);
+}
+
+/// A folder that takes no new file: what stands in it is overwritten, and only if it may be.
+void tst_ImageUtilsCopy::writeProgressiveInReadOnlyFolder()
+{
+    changeMode(mSandbox->file(QStringLiteral("site/a.jpg"), "old"), 0666);
+    changeMode(mSandbox->file(QStringLiteral("site/b.jpg"), "old"), 0444);
+    mSandbox->lock(path("site"), 0555);
+    const OrdinaryUser user;
+    LogCapture log;
+    QVERIFY(!ImageUtils::writeProgressiveImage(picture(60, 40), path("site/a.jpg"), "odd", 80));
+    QCOMPARE(contentOf(path("site/a.jpg")), QByteArray("old"));
+    QVERIFY(!ImageUtils::writeProgressiveImage(picture(60, 40), path("site/b.jpg"), "jpeg", 80));
+    QVERIFY(!ImageUtils::writeProgressiveImage(picture(60, 40), path("site/c.jpg"), "jpeg", 80));
+    QCOMPARE(contentOf(path("site/b.jpg")), QByteArray("old"));
+    const QString record = QStringLiteral(
+        "warning orvautils ImageUtils writeProgressiveImage: can't save writeProgressiveImage  %1  "
+        "errorString= %2  size= QSize(60, 40)");
+    QCOMPARE(ownLines(log).mid(1),
+             QStringList({record.arg(path("site/b.jpg"), QStringLiteral("Permission denied")),
+                          record.arg(path("site/c.jpg"),
+                                     QStringLiteral("Cannot open device for writing: "
+                                                    "Permission denied"))}));
+    QVERIFY(ImageUtils::writeProgressiveImage(picture(60, 40), path("site/a.jpg"), "jpeg", 80));
+    QVERIFY(isProgressive(contentOf(path("site/a.jpg"))));
+    QCOMPARE(namesIn(path("site")),
+             QStringList({QStringLiteral("a.jpg"), QStringLiteral("b.jpg")}));
+}
+
+/// A device is written to and not replaced.
+void tst_ImageUtilsCopy::writeProgressiveIntoDevice()
+{
+    const QString none = QStringLiteral("/dev/null");
+    const QString full = QStringLiteral("/dev/full");
+    if (!QFileInfo(full).isWritable())
+        QSKIP("there is no device that is always full");
+    QVERIFY(ImageUtils::writeProgressiveImage(picture(60, 40), none, "jpeg", 80));
+    LogCapture log;
+    QVERIFY(!ImageUtils::writeProgressiveImage(picture(60, 40), full, "jpeg", 80));
+    QCOMPARE(ownLines(log).size(), 1);
+    QVERIFY(ownLines(log).first().contains(QStringLiteral("No space left on device")));
+    QVERIFY(!QFileInfo(none).isFile() && !QFileInfo(full).isFile());
 }
 
 // copyImageFile: what is done
@@ -1157,7 +1183,7 @@ void tst_ImageUtilsCopy::fullDisk()
     const QSize maximum = bytes < 1000 ? QSize(100, 100) : QSize(400, 400);
     LogCapture log;
     {
-        const FullDisk full{rlim_t(bytes)};
+        const FileLimit full(RLIMIT_FSIZE, rlim_t(bytes));
         QVERIFY(
             !ImageUtils::copyImageFile(path("a.jpg"), path("a.jpg"), true, maximum, options, 95));
     }

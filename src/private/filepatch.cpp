@@ -48,8 +48,8 @@ bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArra
     return false;
 }
 
-/// Takes what a patch would not change off both ends of it. False where the file cannot be read.
-bool narrow(QIODevice* device, FilePatch* patch)
+/// Removes unchanged bytes from both ends of a patch. False if the file cannot be read.
+bool trimUnchanged(QIODevice* device, FilePatch* patch)
 {
     QByteArray before(patch->bytes.size(), Qt::Uninitialized);
     if (!readAt(device, patch->begin, &before))
@@ -64,8 +64,9 @@ bool narrow(QIODevice* device, FilePatch* patch)
     return true;
 }
 
-/// Whether a process that is killed while it writes these bytes has written all of them or none: a
-/// system takes them page by page, and ends a killed process between two pages. No page is smaller.
+/// Whether a process that is killed while it writes these bytes has written either all of them or
+/// none: the system copies them page by page, and a killed process ends between two pages. No
+/// system has smaller pages.
 bool isWrittenAtOnce(const FilePatch& patch)
 {
     const qint64 pageSize = 4096;
@@ -95,7 +96,7 @@ bool openToPatch(QFile* file)
 Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable)
 {
     if (!patch.movesWhatFollows()) {
-        if (!narrow(file, &patch))
+        if (!trimUnchanged(file, &patch))
             return Patched::Failed;
         if (patch.bytes.isEmpty())
             return Patched::Yes;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The few things that the file classes ask of the operating system more often, or more exactly,
-// than Qt's classes answer.
+// What the file classes ask of the operating system directly, because Qt's classes are too slow or
+// do not offer it.
 //
 // What differs between systems has a source for each: filesystem_linux.cpp, or filesystem_qt.cpp
 // with the same results made of Qt's classes; filesystem_unix.cpp or filesystem_windows.cpp;
@@ -84,6 +84,9 @@ bool takeAttributes(int from, int to);
 /// Makes the file or link \a path, complete and named otherwise, the one at \a newPath, in one
 /// step. Where that fails, \a reason tells why.
 bool moveOver(const QString& path, const QString& newPath, QString* reason);
+
+/// Whether this process may make new files in \a folder.
+bool takesNewFiles(const QString& folder);
 
 /// Sets the hidden attribute on Windows; does nothing elsewhere.
 void hideFile(const QString& path);

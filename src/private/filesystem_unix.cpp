@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -76,6 +77,11 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason)
         return true;
     *reason = qt_error_string(errno);
     return false;
+}
+
+bool takesNewFiles(const QString& folder)
+{
+    return faccessat(AT_FDCWD, QFile::encodeName(folder).constData(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 void hideFile(const QString&) { }

@@ -63,6 +63,11 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason)
     return false;
 }
 
+bool takesNewFiles(const QString& folder)
+{
+    return QFileInfo(folder).isWritable();
+}
+
 void hideFile(const QString& path)
 {
     const QString native = nativePath(path);

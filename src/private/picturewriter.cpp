@@ -6,6 +6,7 @@
 #include "replacement_p.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFileDevice>
 #include <QImage>
 #include <QImageWriter>
@@ -19,7 +20,7 @@ template <typename Write>
 SaveResult replaceWith(const QString& dst, QString* error, Write write)
 {
     Replacement replacement(dst, Replacement::Old::Removed);
-    // A folder in which no file can be made does not let go of one either.
+    // In a folder in which no file can be created, none can be removed either.
     const bool begun = replacement.begin();
     if (begun && !write(replacement.device()))
         return SaveResult::CannotSave;
@@ -31,8 +32,7 @@ SaveResult replaceWith(const QString& dst, QString* error, Write write)
         : SaveResult::CannotSave;
 }
 
-} // namespace
-
+/// Writes \a image to \a file and hands it to the operating system.
 bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QString* error)
 {
     QImageWriter writer(&file, encoding.format);
@@ -54,6 +54,8 @@ bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QS
     return true;
 }
 
+} // namespace
+
 bool encodeInMemory(const QImage& image, const Encoding& encoding, QByteArray* bytes,
                     QString* error)
 {
@@ -74,6 +76,26 @@ SaveResult replacePicture(const QImage& image, const QString& dst, const Encodin
 {
     return replaceWith(dst, error,
                        [&](QFileDevice& file) { return encode(image, file, encoding, error); });
+}
+
+bool writePicture(const QImage& image, const QString& path, const Encoding& encoding,
+                  QString* error)
+{
+    Replacement replacement(path, Replacement::Old::WrittenTo);
+    replacement.setDirectWriteFallback(true);
+    if (!replacement.begin()) {
+        // As a writer says that opens the file itself.
+        *error = QCoreApplication::translate("QImageWriter", "Cannot open device for writing: %1")
+                     .arg(replacement.reason());
+        return false;
+    }
+    if (!encode(image, replacement.device(), encoding, error))
+        return false;
+    if (!replacement.commit()) {
+        *error = replacement.reason();
+        return false;
+    }
+    return true;
 }
 
 SaveResult replaceBytes(const QByteArray& bytes, const QString& dst, QString* error)

@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Writing of pictures in the place of older ones, of which nothing is lost where that fails.
+// Writes pictures in the place of older ones, which are not lost if that fails.
 
 #ifndef ORVAUTILS_PICTUREWRITER_P_H
 #define ORVAUTILS_PICTUREWRITER_P_H
 
 #include <QByteArray>
 
-class QFileDevice;
 class QImage;
 class QString;
 
@@ -21,10 +20,6 @@ struct Encoding
     int quality;
     bool progressive;
 };
-
-/// Writes \a image to \a file, which is open for it or is opened, and hands it to the operating
-/// system. Where that fails, \a error tells why.
-bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QString* error);
 
 enum class SaveResult {
     Saved,
@@ -39,6 +34,12 @@ enum class SaveResult {
 /// of its own, and takes the place of \a dst when it is complete. A link is replaced, not followed.
 SaveResult replacePicture(const QImage& image, const QString& dst, const Encoding& encoding,
                           QString* error);
+
+/// Makes \a image the content of the file \a path. Unlike with replacePicture() it stays the same
+/// file: a link is followed, the permissions stay, and where the folder takes no new file, it is
+/// overwritten. Where that fails, \a error tells why.
+bool writePicture(const QImage& image, const QString& path, const Encoding& encoding,
+                  QString* error);
 
 /// Puts \a bytes in the place of what stands at \a dst, as replacePicture() does a picture.
 SaveResult replaceBytes(const QByteArray& bytes, const QString& dst, QString* error);

@@ -6,6 +6,7 @@
 #include "filesystem_p.h"
 
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 namespace OrvaUtilsPrivate {
 
@@ -25,9 +26,11 @@ bool Replacement::begin()
     const QFileInfo old(mPath);
     mReplaces = old.exists() || old.isSymLink();
     const bool isWrittenTo = mOld == Old::WrittenTo && mReplaces;
+    mIsStoredFirst = mReplaces;
+    if (mustOverwrite(old))
+        return openElsewhere();
     if (isWrittenTo && !findWritten(old))
         return false;
-    mIsStoredFirst = mReplaces;
     if (!openUnnamed(mFile.get(), QFileInfo(mPath).path()) && !openNamed())
         return fail(Failure::NotBegun, mFile->errorString());
     // Some file systems have no permissions; that is no reason to write nothing.
@@ -35,6 +38,12 @@ bool Replacement::begin()
         setPermissions(mFile.get(),
                        old.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser));
     return true;
+}
+
+bool Replacement::mustOverwrite(const QFileInfo& old) const
+{
+    return mFallsBack && old.exists() && !old.isDir()
+        && (!old.isFile() || !takesNewFiles(QFileInfo(old.canonicalFilePath()).path()));
 }
 
 /// Follows a link, and finds out whether what is there could be written to.
@@ -60,6 +69,16 @@ bool Replacement::openNamed()
     return true;
 }
 
+bool Replacement::openElsewhere()
+{
+    auto file = std::make_unique<QTemporaryFile>();
+    if (!file->open())
+        return fail(Failure::NotBegun, file->errorString());
+    mFile = std::move(file);
+    mIsElsewhere = true;
+    return true;
+}
+
 bool Replacement::takeAttributes(const QFile& file)
 {
     return OrvaUtilsPrivate::takeAttributes(file.handle(), mFile->handle());
@@ -69,9 +88,14 @@ bool Replacement::commit()
 {
     if (!mFile->isOpen())
         return false;
-    QString reason;
     if (!mFile->flush() || mFile->error() != QFileDevice::NoError)
         return fail(Failure::Content, mFile->errorString());
+    return mIsElsewhere ? overwrite() : putInPlace();
+}
+
+bool Replacement::putInPlace()
+{
+    QString reason;
     if (mIsStoredFirst && !putOnDisk(mFile->handle(), &reason))
         return fail(Failure::Content, reason);
     const bool isInPlace = mName.isEmpty() && !mReplaces && giveName(mPath, &reason);
@@ -105,6 +129,24 @@ bool Replacement::continueNamed()
     return openNamed() && unnamed->seek(0) && copyPieces(*unnamed, *mFile) && mFile->flush()
         && OrvaUtilsPrivate::takeAttributes(unnamed->handle(), mFile->handle())
         && (!mIsStoredFirst || putOnDisk(mFile->handle(), &reason));
+}
+
+bool Replacement::overwrite()
+{
+    QFile old(mPath);
+    if (!old.open(QIODevice::WriteOnly))
+        return fail(Failure::Place, old.errorString());
+    if (!mFile->seek(0) || !copyPieces(*mFile, old) || !old.flush())
+        return fail(Failure::Content, old.errorString());
+    QString reason;
+    if (mIsStoredFirst && !putOnDisk(old.handle(), &reason))
+        return fail(Failure::Content, reason);
+    old.close();
+    // Some file systems tell only now that they could not store the file.
+    if (old.error() != QFileDevice::NoError)
+        return fail(Failure::Content, old.errorString());
+    mFile->close();
+    return true;
 }
 
 void Replacement::abandon()
