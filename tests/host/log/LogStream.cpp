@@ -19,40 +19,6 @@ LogStream::~LogStream()
         out.write(mText.toUtf8() + '\n');
 }
 
-LogStream& LogStream::operator<<(const QString& text)
-{
-    if (mSpace)
-        mText += QLatin1Char(' ');
-    mSpace = false;
-    mText += text;
-    return *this;
-}
-
-LogStream& LogStream::operator<<(const char* text)
-{
-    return *this << QString::fromUtf8(text);
-}
-
-LogStream& LogStream::operator<<(qint64 number)
-{
-    return *this << QString::number(number);
-}
-
-LogStream& LogStream::operator<<(int number)
-{
-    return *this << QString::number(number);
-}
-
-LogStream& LogStream::operator<<(double number)
-{
-    return *this << QString::number(number);
-}
-
-LogStream& LogStream::operator<<(const QSize& size)
-{
-    return *this << QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
-}
-
 LogStream& LogStream::checkSpacing()
 {
     mSpace = true;

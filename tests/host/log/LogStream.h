@@ -7,7 +7,7 @@
 #ifndef HOST_LOGSTREAM_H
 #define HOST_LOGSTREAM_H
 
-#include <QSize>
+#include <QDebug>
 #include <QString>
 
 enum class LogType { Trace = 1, Problem = 2, Misuse = 4 };
@@ -18,12 +18,15 @@ public:
     LogStream(LogType type, const char* file, const char* function, int line);
     ~LogStream();
 
-    LogStream& operator<<(const QString& text);
-    LogStream& operator<<(const char* text);
-    LogStream& operator<<(qint64 number);
-    LogStream& operator<<(int number);
-    LogStream& operator<<(double number);
-    LogStream& operator<<(const QSize& size);
+    template <typename Value>
+    LogStream& operator<<(const Value& value)
+    {
+        if (mSpace)
+            mText += QLatin1Char(' ');
+        mSpace = false;
+        QDebug(&mText).nospace().noquote() << value;
+        return *this;
+    }
     LogStream& checkSpacing();
 
 private:
