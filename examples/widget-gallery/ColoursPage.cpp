@@ -143,20 +143,14 @@ QWidget* unreadMessages()
 
 } // namespace
 
-Page* makeColoursPage(const QString& title)
+QVector<Exhibit> coloursExhibits()
 {
-    auto* page = new Page(title,
-                          Page::tr("Messages of one kind have one colour in "
-                                   "all programs of the family."),
-                          QStringLiteral("ColoursPage.cpp"));
-    page->addSample(Page::tr("Four kinds of message"), notifications(),
-                    "notification");
-    page->addSample(Page::tr("Between two colours"),
-                    new Canvas(QSize(400, 40), drawRamp), "interpolate");
-    page->addSample(Page::tr("From CSS and back"), cssColours(), "css");
-    page->addSample(Page::tr("Badges"), new Canvas(QSize(400, 44), drawBadges),
-                    "badge");
-    page->addSample(Page::tr("A badge on a picture"), unreadMessages(),
-                    "measure");
-    return page;
+    return {
+        {Page::tr("Four kinds of message"), notifications(), "notification"},
+        {Page::tr("Between two colours"), new Canvas(QSize(400, 40), drawRamp),
+         "interpolate"},
+        {Page::tr("From CSS and back"), cssColours(), "css"},
+        {Page::tr("Badges"), new Canvas(QSize(400, 44), drawBadges), "badge"},
+        {Page::tr("A badge on a picture"), unreadMessages(), "measure"},
+    };
 }

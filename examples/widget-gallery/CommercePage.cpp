@@ -127,19 +127,13 @@ QTableWidget* rates()
 
 } // namespace
 
-Page* makeCommercePage(const QString& title)
+QVector<Exhibit> commerceExhibits()
 {
-    auto* page = new Page(
-        title,
-        Page::tr(
-            "Prices as a shop writes them, in every currency that Qt knows."),
-        QStringLiteral("CommercePage.cpp"));
     QComboBox* const currency = currencies();
-    page->addSample(Page::tr("Currencies"),
-                    Layouts::form({{Page::tr("&Currency"), currency}}),
-                    "currencies");
-    page->addSample(Page::tr("A price"), prices(currency), "price");
-    page->addSample(Page::tr("Value-added tax in the European Union"), rates(),
-                    "rate");
-    return page;
+    return {
+        {Page::tr("Currencies"),
+         Layouts::form({{Page::tr("&Currency"), currency}}), "currencies"},
+        {Page::tr("A price"), prices(currency), "price"},
+        {Page::tr("Value-added tax in the European Union"), rates(), "rate"},
+    };
 }

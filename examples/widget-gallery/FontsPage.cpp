@@ -145,18 +145,14 @@ QWidget* stopwatch()
 
 } // namespace
 
-Page* makeFontsPage(const QString& title)
+QVector<Exhibit> fontsExhibits()
 {
-    auto* page = new Page(title,
-                          Page::tr("The catalogue that the library carries, "
-                                   "and the weights of each family."),
-                          QStringLiteral("FontsPage.cpp"));
-    auto* loader = new GoogleFontLoader(page);
+    QTableWidget* const table = makeWeightTable();
+    auto* loader = new GoogleFontLoader(table); // goes with the page
     auto* filter = new QLineEdit;
     filter->setObjectName(QStringLiteral("filter"));
     filter->setMinimumWidth(240);
     QListWidget* const list = makeFontList(loader);
-    QTableWidget* const table = makeWeightTable();
     QObject::connect(filter, &QLineEdit::textChanged, list,
                      [list](const QString& text) { filterList(list, text); });
     QObject::connect(list, &QListWidget::currentTextChanged, table,
@@ -170,13 +166,13 @@ Page* makeFontsPage(const QString& title)
     else
         list->setCurrentItem(openSans.first());
 
-    page->addSample(
-        Page::tr("Families"),
-        Layouts::column({Layouts::form({{Page::tr("&Find"), filter}}), list}),
-        "names");
-    page->addSample(Page::tr("Weights of the chosen family"), table, "weights");
-    page->addSample(Page::tr("The catalogue's spelling"), makeSpelling(loader),
-                    "spelling");
-    page->addSample(Page::tr("A stopwatch with laps"), stopwatch(), "speed");
-    return page;
+    return {
+        {Page::tr("Families"),
+         Layouts::column({Layouts::form({{Page::tr("&Find"), filter}}), list}),
+         "names"},
+        {Page::tr("Weights of the chosen family"), table, "weights"},
+        {Page::tr("The catalogue's spelling"), makeSpelling(loader),
+         "spelling"},
+        {Page::tr("A stopwatch with laps"), stopwatch(), "speed"},
+    };
 }

@@ -39,7 +39,7 @@ GalleryWindow::GalleryWindow(QWidget* parent)
     const QVector<Topic> topics = allTopics();
     for (const Topic& topic : topics) {
         auto* area = new QScrollArea;
-        area->setWidget(topic.makePage(topic.title));
+        area->setWidget(topic.makePage());
         area->setWidgetResizable(true);
         area->setFrameShape(QFrame::NoFrame);
         mPages->addWidget(area);

@@ -114,16 +114,12 @@ QWidget* priceWithPoint()
 
 } // namespace
 
-Page* makeKeysPage(const QString& title)
+QVector<Exhibit> keysExhibits()
 {
-    auto* page = new Page(title,
-                          Page::tr("Event filters written where they are "
-                                   "needed, and a word that a window knows."),
-                          QStringLiteral("KeysPage.cpp"));
-    page->addSample(Page::tr("A secret word"), sequence(), "sequence");
-    page->addSample(Page::tr("Is this key meant to delete?"), deletableItems(),
-                    "delete");
-    page->addSample(Page::tr("The comma becomes a point"), priceWithPoint(),
-                    "replacement");
-    return page;
+    return {
+        {Page::tr("A secret word"), sequence(), "sequence"},
+        {Page::tr("Is this key meant to delete?"), deletableItems(), "delete"},
+        {Page::tr("The comma becomes a point"), priceWithPoint(),
+         "replacement"},
+    };
 }

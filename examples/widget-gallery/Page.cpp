@@ -11,33 +11,28 @@
 #include <QVBoxLayout>
 
 Page::Page(const QString& title, const QString& introduction,
-           const QString& source)
-    : mSource(source)
-    , mLayout(new QVBoxLayout(this))
+           const QString& source, const QVector<Exhibit>& exhibits)
 {
     auto* heading = new QLabel(title);
     DrawUtils::setWidgetTextPixelSize(heading, 22);
     DrawUtils::setWidgetTextBold(heading, true);
 
-    mLayout->setContentsMargins(18, 12, 18, 14);
-    mLayout->setSpacing(12);
-    mLayout->addWidget(heading);
-    mLayout->addWidget(new QLabel(introduction));
-    mLayout->addStretch();
-}
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(18, 12, 18, 14);
+    layout->setSpacing(12);
+    layout->addWidget(heading);
+    layout->addWidget(new QLabel(introduction));
 
-void Page::addSample(const QString& title, QWidget* sample, const char* name)
-{
-    const QString code =
-        Sample::codeFromSource(mSource, QString::fromLatin1(name));
-    mSamples.append(new Sample(title, sample, code));
-    // In front of the stretch that keeps the samples together at the top.
-    mLayout->insertWidget(mLayout->count() - 1, mSamples.last());
-
+    QVector<Sample*> samples;
     int width = 0;
-    const QVector<Sample*>& samples = mSamples;
-    for (const Sample* one : samples)
-        width = qMax(width, one->neededWidth());
-    for (Sample* one : samples)
-        one->setSampleWidth(width);
+    for (const Exhibit& exhibit : exhibits) {
+        const QString code =
+            Sample::codeFromSource(source, QString::fromLatin1(exhibit.code));
+        samples.append(new Sample(exhibit.title, exhibit.widget, code));
+        layout->addWidget(samples.last());
+        width = qMax(width, samples.last()->neededWidth());
+    }
+    layout->addStretch();
+    for (Sample* sample : qAsConst(samples))
+        sample->setSampleWidth(width);
 }

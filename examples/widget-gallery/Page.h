@@ -10,26 +10,24 @@
 #include <QVector>
 #include <QWidget>
 
-class QVBoxLayout;
-class Sample;
+/// Something that a page shows.
+struct Exhibit
+{
+    QString title;
+    QWidget* widget;
+    const char* code; ///< the name under which its code stands in the source
+};
 
 class Page : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// \a source is the name of the file that the page is written in.
+    /// Shows the exhibits beside their code, which is taken from \a source, the
+    /// name of the file that they are written in. Takes ownership of their
+    /// widgets.
     Page(const QString& title, const QString& introduction,
-         const QString& source);
-
-    /// Adds \a sample beside the code that stands in the page's source under \a
-    /// name. Takes ownership.
-    void addSample(const QString& title, QWidget* sample, const char* name);
-
-private:
-    QString mSource;
-    QVector<Sample*> mSamples;
-    QVBoxLayout* mLayout;
+         const QString& source, const QVector<Exhibit>& exhibits);
 };
 
 #endif // PAGE_H

@@ -9,24 +9,30 @@
 #include <QString>
 #include <QVector>
 
+struct Exhibit;
 class Page;
 
-/// A page and how it is made.
 struct Topic
 {
     QString id; ///< the name of its picture, without a suffix
     QString title;
-    Page* (*makePage)(const QString& title); ///< the caller owns the page
+    QString introduction;
+    QString source; ///< the name of the file that its exhibits are written in
+    QVector<Exhibit> (*makeExhibits)();
+
+    /// The page of this topic, which belongs to the caller.
+    Page* makePage() const;
 };
 
 QVector<Topic> allTopics();
 
-Page* makeColoursPage(const QString& title);
-Page* makePicturesPage(const QString& title);
-Page* makeShapesPage(const QString& title);
-Page* makeWindowsPage(const QString& title);
-Page* makeKeysPage(const QString& title);
-Page* makeFontsPage(const QString& title);
-Page* makeCommercePage(const QString& title);
+// The exhibits of each page, whose widgets belong to the caller.
+QVector<Exhibit> coloursExhibits();
+QVector<Exhibit> picturesExhibits();
+QVector<Exhibit> shapesExhibits();
+QVector<Exhibit> windowsExhibits();
+QVector<Exhibit> keysExhibits();
+QVector<Exhibit> fontsExhibits();
+QVector<Exhibit> commerceExhibits();
 
 #endif // PAGES_H

@@ -108,16 +108,13 @@ void drawSizes(QPainter* painter, const QRect& rect)
 
 } // namespace
 
-Page* makePicturesPage(const QString& title)
+QVector<Exhibit> picturesExhibits()
 {
-    auto* page = new Page(title,
-                          Page::tr("Symbols in any colour, greys, opacity, "
-                                   "and thumbnails that keep their lines."),
-                          QStringLiteral("PicturesPage.cpp"));
-    page->addSample(Page::tr("Colourised"), colourisedSymbols(), "colorized");
-    page->addSample(Page::tr("Grey"), greyPhotograph(), "grey-image");
-    page->addSample(Page::tr("Your own opacity"), ownOpacity(), "own");
-    page->addSample(Page::tr("Scaled smoothly, and not"),
-                    new Canvas(QSize(400, 236), drawSizes), "smooth");
-    return page;
+    return {
+        {Page::tr("Colourised"), colourisedSymbols(), "colorized"},
+        {Page::tr("Grey"), greyPhotograph(), "grey-image"},
+        {Page::tr("Your own opacity"), ownOpacity(), "own"},
+        {Page::tr("Scaled smoothly, and not"),
+         new Canvas(QSize(400, 236), drawSizes), "smooth"},
+    };
 }

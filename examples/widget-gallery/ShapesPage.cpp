@@ -127,17 +127,14 @@ void drawPrices(QPainter* painter, const QRect& rect)
 
 } // namespace
 
-Page* makeShapesPage(const QString& title)
+QVector<Exhibit> shapesExhibits()
 {
-    auto* page = new Page(title,
-                          Page::tr("Rounded corners, the message of an empty "
-                                   "list, and values that are not known."),
-                          QStringLiteral("ShapesPage.cpp"));
-    page->addSample(Page::tr("A picture in a shape"),
-                    new Canvas(QSize(400, 146), drawClipped), "clip");
-    page->addSample(Page::tr("Your own corners"), ownRadii(), "own");
-    page->addSample(Page::tr("Your own message"), ownMessage(), "message");
-    page->addSample(Page::tr("Prices that are not known"),
-                    new Canvas(QSize(400, 60), drawPrices), "undefined");
-    return page;
+    return {
+        {Page::tr("A picture in a shape"),
+         new Canvas(QSize(400, 146), drawClipped), "clip"},
+        {Page::tr("Your own corners"), ownRadii(), "own"},
+        {Page::tr("Your own message"), ownMessage(), "message"},
+        {Page::tr("Prices that are not known"),
+         new Canvas(QSize(400, 60), drawPrices), "undefined"},
+    };
 }

@@ -182,21 +182,17 @@ QWidget* ownFolder()
 
 } // namespace
 
-Page* makeWindowsPage(const QString& title)
+QVector<Exhibit> windowsExhibits()
 {
-    auto* page = new Page(title,
-                          Page::tr("Notices that come and go softly, and "
-                                   "paths that are too long for their place."),
-                          QStringLiteral("WindowsPage.cpp"));
-    page->addSample(Page::tr("A notice that fades in and out"),
-                    new FadeControls, "show");
-    page->addSample(Page::tr("Know when it happens"),
-                    Layouts::plainText(Page::tr(
-                        "An event filter written where it is needed.")),
-                    "watch");
-    page->addSample(Page::tr("A hidden widget that keeps its place"),
-                    hiddenPicture(), "retain");
-    page->addSample(Page::tr("A path that loses whole folders at its left"),
-                    ownFolder(), "elided");
-    return page;
+    return {
+        {Page::tr("A notice that fades in and out"), new FadeControls, "show"},
+        {Page::tr("Know when it happens"),
+         Layouts::plainText(
+             Page::tr("An event filter written where it is needed.")),
+         "watch"},
+        {Page::tr("A hidden widget that keeps its place"), hiddenPicture(),
+         "retain"},
+        {Page::tr("A path that loses whole folders at its left"), ownFolder(),
+         "elided"},
+    };
 }
