@@ -22,6 +22,14 @@ ErrorableCode makeCode(const QString& context, qint32 number)
     return code;
 }
 
+/// Fills the fields that do not tell which error it is.
+void fillOtherFields(ErrorableCode* code)
+{
+    code->addCallStep(QStringLiteral("a.cpp:1"));
+    code->details = QStringLiteral("details");
+    code->mEnumText = QStringLiteral("Text");
+}
+
 } // namespace
 
 class tst_ErrorableCode : public QObject
@@ -101,9 +109,7 @@ void tst_ErrorableCode::valid()
     QFETCH(bool, expected);
     ErrorableCode code = makeCode(context, number);
     QCOMPARE(code.isValid(), expected);
-    code.addCallStep(QStringLiteral("a.cpp:1"));
-    code.details = QStringLiteral("details");
-    code.mEnumText = QStringLiteral("Text");
+    fillOtherFields(&code);
     QCOMPARE(code.isValid(), expected); // the other fields do not count
 }
 
@@ -126,9 +132,7 @@ void tst_ErrorableCode::equal()
     ErrorableCode other = makeCode(context, number);
     const ErrorableCode code = makeCode(QStringLiteral("A"), 12);
     QCOMPARE(code == other, expected);
-    other.addCallStep(QStringLiteral("a.cpp:1"));
-    other.details = QStringLiteral("details");
-    other.mEnumText = QStringLiteral("Text");
+    fillOtherFields(&other);
     QCOMPARE(code == other, expected); // the other fields do not count
 }
 

@@ -27,12 +27,6 @@
 
 namespace {
 
-QStringList sorted(QStringList list)
-{
-    list.sort();
-    return list;
-}
-
 /// A device whose reads and writes are counted, and whose reads may dry up.
 class CountingDevice : public QIODevice
 {

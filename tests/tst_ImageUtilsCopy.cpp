@@ -182,8 +182,8 @@ private Q_SLOTS:
     void ontoDanglingLink();
     void ontoReadOnlyFile();
     void ontoFolder();
-    void ontoFileInReadOnlyFolder();
-    void newFileInReadOnlyFolder();
+    void intoReadOnlyFolder_data();
+    void intoReadOnlyFolder();
     void newFileWhoseNameIsTooLong();
     void fullDisk_data();
     void fullDisk();
@@ -1097,49 +1097,35 @@ void tst_ImageUtilsCopy::ontoFolder()
              QStringList({QStringLiteral("copy.jpg"), QStringLiteral("source.jpg")}));
 }
 
-void tst_ImageUtilsCopy::ontoFileInReadOnlyFolder()
+void tst_ImageUtilsCopy::intoReadOnlyFolder_data()
 {
-    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
-    QVERIFY(QFile::setPermissions(path("source.jpg"), QFile::Permissions(0x6666)));
-    QVERIFY(QDir(mSandbox->root()).mkdir(QStringLiteral("site")));
-    writeFile(path("site/copy.jpg"), "old");
-    QVERIFY(QFile::setPermissions(path("site/copy.jpg"), QFile::Permissions(0x6666)));
-    QVERIFY(QFile::setPermissions(mSandbox->root(), QFile::Permissions(0x7777)));
-    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x5555)));
-    {
-        const OrdinaryUser user;
-        LogCapture log;
-        QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("site/copy.jpg"), true,
-                                           QSize(100, 100), noOption));
-        QCOMPARE(log.lines(),
-                 QStringList(critical(QStringLiteral("copyImageFile : can't remove ")
-                                      + path("site/copy.jpg"))));
-        QCOMPARE(contentOf(path("site/copy.jpg")), QByteArray("old"));
-        QCOMPARE(namesIn(path("site")), QStringList(QStringLiteral("copy.jpg")));
-    }
-    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x7777)));
+    QTest::addColumn<QStringList>("before");
+    QTest::addColumn<QString>("record");
+    QTest::newRow("onto a file") << QStringList(QStringLiteral("copy.jpg"))
+                                 << critical(QStringLiteral("copyImageFile : can't remove %1"));
+    QTest::newRow("new file") << QStringList()
+                              << warning(QStringLiteral("importImageFile can't save  %1 jpeg "
+                                                        "QSize(100, 75) maxSizeImage= "
+                                                        "QSize(100, 100)"));
 }
 
-void tst_ImageUtilsCopy::newFileInReadOnlyFolder()
+void tst_ImageUtilsCopy::intoReadOnlyFolder()
 {
-    writeFile(path("source.jpg"), jpeg(picture(400, 300)));
-    QVERIFY(QFile::setPermissions(path("source.jpg"), QFile::Permissions(0x6666)));
-    QVERIFY(QDir(mSandbox->root()).mkdir(QStringLiteral("site")));
-    QVERIFY(QFile::setPermissions(mSandbox->root(), QFile::Permissions(0x7777)));
-    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x5555)));
-    {
-        const OrdinaryUser user;
-        LogCapture log;
-        QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("site/copy.jpg"), true,
-                                           QSize(100, 100), noOption));
-        QCOMPARE(log.lines(),
-                 QStringList(warning(QStringLiteral("importImageFile can't save  ")
-                                     + path("site/copy.jpg")
-                                     + QStringLiteral(" jpeg QSize(100, 75) maxSizeImage= "
-                                                      "QSize(100, 100)"))));
-        QCOMPARE(namesIn(path("site")), QStringList());
-    }
-    QVERIFY(QFile::setPermissions(path("site"), QFile::Permissions(0x7777)));
+    QFETCH(QStringList, before);
+    QFETCH(QString, record);
+    changeMode(mSandbox->file(QStringLiteral("source.jpg"), jpeg(picture(400, 300))), 0666);
+    makeFolder(path("site"));
+    for (const QString& name : qAsConst(before))
+        changeMode(mSandbox->file(QStringLiteral("site/") + name, "old"), 0666);
+    mSandbox->lock(path("site"), 0555);
+    const OrdinaryUser user;
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("site/copy.jpg"), true,
+                                       QSize(100, 100), noOption));
+    QCOMPARE(log.lines(), QStringList(record.arg(path("site/copy.jpg"))));
+    QCOMPARE(namesIn(path("site")), before);
+    for (const QString& name : qAsConst(before))
+        QCOMPARE(contentOf(path("site/") + name), QByteArray("old"));
 }
 
 void tst_ImageUtilsCopy::newFileWhoseNameIsTooLong()

@@ -23,6 +23,20 @@ void type(QObject* target, const QString& characters)
         press(target, QString(character));
 }
 
+/// An object with a detection that counts.
+class Watched : public QObject
+{
+public:
+    explicit Watched(const QString& key) { detection.setKey(key); }
+
+    int count() const { return mSpy.count(); }
+
+    KeyPressCheatCodeDetection detection{this};
+
+private:
+    QSignalSpy mSpy{&detection, &KeyPressCheatCodeDetection::keyDetected};
+};
+
 } // namespace
 
 class tst_KeyPressCheatCodeDetection : public QObject
@@ -91,24 +105,18 @@ void tst_KeyPressCheatCodeDetection::detects()
     QFETCH(QString, key);
     QFETCH(QString, typed);
     QFETCH(int, detections);
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(key);
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    Watched target(key);
     type(&target, typed);
-    QCOMPARE(spy.count(), detections);
+    QCOMPARE(target.count(), detections);
 }
 
 void tst_KeyPressCheatCodeDetection::emittedAtTheLastCharacter()
 {
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("abc"));
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    Watched target(QStringLiteral("abc"));
     type(&target, QStringLiteral("abxab"));
-    QCOMPARE(spy.count(), 0);
+    QCOMPARE(target.count(), 0);
     type(&target, QStringLiteral("c"));
-    QCOMPARE(spy.count(), 1);
+    QCOMPARE(target.count(), 1);
 }
 
 void tst_KeyPressCheatCodeDetection::onlySingleCharactersCount_data()
@@ -122,75 +130,60 @@ void tst_KeyPressCheatCodeDetection::onlySingleCharactersCount_data()
 void tst_KeyPressCheatCodeDetection::onlySingleCharactersCount()
 {
     QFETCH(QString, between);
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("abc"));
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    Watched target(QStringLiteral("abc"));
     press(&target, QStringLiteral("a"));
     press(&target, between);
-    QCOMPARE(spy.count(), 0);
+    QCOMPARE(target.count(), 0);
     press(&target, QStringLiteral("b"));
     press(&target, between);
     press(&target, QStringLiteral("c"));
-    QCOMPARE(spy.count(), 1);
+    QCOMPARE(target.count(), 1);
 }
 
 void tst_KeyPressCheatCodeDetection::autoRepeatCounts()
 {
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("aa"));
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    Watched target(QStringLiteral("aa"));
     press(&target, QStringLiteral("a"));
     press(&target, QStringLiteral("a"), true);
-    QCOMPARE(spy.count(), 1);
+    QCOMPARE(target.count(), 1);
 }
 
 void tst_KeyPressCheatCodeDetection::releasesDoNotCount()
 {
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("ab"));
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    Watched target(QStringLiteral("ab"));
     for (const QString& text : {QStringLiteral("a"), QStringLiteral("b")}) {
         press(&target, text);
         QKeyEvent release(QEvent::KeyRelease, Qt::Key_unknown, Qt::NoModifier, text);
         QCoreApplication::sendEvent(&target, &release);
     }
-    QCOMPARE(spy.count(), 1);
+    QCOMPARE(target.count(), 1);
 }
 
 void tst_KeyPressCheatCodeDetection::onlyTheParentCounts()
 {
-    QObject target;
+    Watched target(QStringLiteral("ab"));
     QObject other;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("ab"));
-    other.installEventFilter(&detection);
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    other.installEventFilter(&target.detection);
     type(&other, QStringLiteral("ab"));
-    QCOMPARE(spy.count(), 0);
+    QCOMPARE(target.count(), 0);
     press(&target, QStringLiteral("a"));
     press(&other, QStringLiteral("x"));
     press(&target, QStringLiteral("b"));
-    QCOMPARE(spy.count(), 1);
+    QCOMPARE(target.count(), 1);
 }
 
 void tst_KeyPressCheatCodeDetection::setKeyStartsAgain()
 {
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("abc"));
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    Watched target(QStringLiteral("abc"));
     type(&target, QStringLiteral("ab"));
-    detection.setKey(QStringLiteral("abc"));
+    target.detection.setKey(QStringLiteral("abc"));
     type(&target, QStringLiteral("c"));
-    QCOMPARE(spy.count(), 0);
+    QCOMPARE(target.count(), 0);
     type(&target, QStringLiteral("abc"));
-    QCOMPARE(spy.count(), 1);
-    detection.setKey(QString());
+    QCOMPARE(target.count(), 1);
+    target.detection.setKey(QString());
     type(&target, QStringLiteral("abc"));
-    QCOMPARE(spy.count(), 1);
+    QCOMPARE(target.count(), 1);
 }
 
 void tst_KeyPressCheatCodeDetection::neverConsumes()
@@ -208,13 +201,10 @@ void tst_KeyPressCheatCodeDetection::neverConsumes()
 
 void tst_KeyPressCheatCodeDetection::keyPressEventAlone()
 {
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("a"));
-    QSignalSpy spy(&detection, &KeyPressCheatCodeDetection::keyDetected);
+    Watched target(QStringLiteral("a"));
     QKeyEvent event(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
-    detection.keyPressEvent(&event);
-    QCOMPARE(spy.count(), 1);
+    target.detection.keyPressEvent(&event);
+    QCOMPARE(target.count(), 1);
 }
 
 void tst_KeyPressCheatCodeDetection::slotMayTypeOn()

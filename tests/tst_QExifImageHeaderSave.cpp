@@ -673,6 +673,14 @@ static QStringList everythingIn(const QString& folder)
                                   | QDir::NoDotAndDotDot);
 }
 
+/// Saves the header of fillWithOrientation() into a file.
+static bool saveOrientation(const QString& fileName)
+{
+    Header header;
+    fillWithOrientation(&header);
+    return header.saveToJpeg(fileName);
+}
+
 /// A file that a new segment makes longer, and what saving the header of fillWithOrientation()
 /// makes of it.
 static QByteArray shortFile()
@@ -735,9 +743,7 @@ void tst_QExifImageHeaderSave::saveReplacesFile()
     QFile open(fileName);
     QVERIFY(open.open(QIODevice::ReadOnly));
 
-    Header header;
-    fillWithOrientation(&header);
-    QVERIFY(header.saveToJpeg(fileName));
+    QVERIFY(saveOrientation(fileName));
     QVERIFY(contentOf(fileName) == after);
     QCOMPARE(statusOf(fileName).st_ino != old, replaced);
     QVERIFY(open.readAll() == (replaced ? before : after));
@@ -778,9 +784,7 @@ void tst_QExifImageHeaderSave::saveFollowsLink()
     writeFile(photo, shortFile());
     QCOMPARE(symlink("photos/file.jpg", QFile::encodeName(link).constData()), 0);
     QCOMPARE(symlink("link.jpg", QFile::encodeName(linkToLink).constData()), 0);
-    Header header;
-    fillWithOrientation(&header);
-    QVERIFY(header.saveToJpeg(linkToLink));
+    QVERIFY(saveOrientation(linkToLink));
     QCOMPARE(contentOf(photo).toHex(), shortFileSaved().toHex());
     QVERIFY(!QFileInfo(photo).isSymLink());
     QCOMPARE(QFileInfo(link).symLinkTarget(), QFileInfo(photo).absoluteFilePath());
@@ -797,9 +801,7 @@ void tst_QExifImageHeaderSave::saveKeepsNames()
     const QString other = folder.filePath(QStringLiteral("other.jpg"));
     writeFile(one, shortFile());
     QCOMPARE(link(QFile::encodeName(one).constData(), QFile::encodeName(other).constData()), 0);
-    Header header;
-    fillWithOrientation(&header);
-    QVERIFY(header.saveToJpeg(one));
+    QVERIFY(saveOrientation(one));
     QCOMPARE(contentOf(one).toHex(), shortFileSaved().toHex());
     QCOMPARE(contentOf(other).toHex(), shortFileSaved().toHex());
     QCOMPARE(statusOf(one).st_ino, statusOf(other).st_ino);
@@ -819,10 +821,8 @@ void tst_QExifImageHeaderSave::saveKeepsPermissions()
     QTemporaryDir folder;
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
     writeFile(fileName, shortFile());
-    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), mode_t(permissions)), 0);
-    Header header;
-    fillWithOrientation(&header);
-    QVERIFY(header.saveToJpeg(fileName));
+    changeMode(fileName, mode_t(permissions));
+    QVERIFY(saveOrientation(fileName));
     QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
     QCOMPARE(int(statusOf(fileName).st_mode & 07777), permissions);
 }
@@ -836,13 +836,11 @@ void tst_QExifImageHeaderSave::saveKeepsOwner()
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
     writeFile(fileName, shortFile());
     QCOMPARE(chown(QFile::encodeName(fileName).constData(), 12345, 23456), 0);
-    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), 0640), 0);
+    changeMode(fileName, 0640);
     const ino_t old = statusOf(fileName).st_ino;
     QFile open(fileName);
     QVERIFY(open.open(QIODevice::ReadOnly));
-    Header header;
-    fillWithOrientation(&header);
-    QVERIFY(header.saveToJpeg(fileName));
+    QVERIFY(saveOrientation(fileName));
     QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
     const struct stat status = statusOf(fileName);
     QVERIFY(status.st_ino != old);
@@ -857,17 +855,15 @@ void tst_QExifImageHeaderSave::saveInForeignFolder()
     QTemporaryDir folder;
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
     writeFile(fileName, shortFile());
-    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), 0666), 0);
+    changeMode(fileName, 0666);
     const ino_t old = statusOf(fileName).st_ino;
-    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 0555), 0);
+    changeMode(folder.path(), 0555);
     bool saved = false;
     {
         const OrdinaryUser ordinary;
-        Header header;
-        fillWithOrientation(&header);
-        saved = header.saveToJpeg(fileName);
+        saved = saveOrientation(fileName);
     }
-    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 0700), 0);
+    changeMode(folder.path(), 0700);
     QVERIFY(saved);
     QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
     QCOMPARE(statusOf(fileName).st_ino, old);
@@ -879,16 +875,14 @@ void tst_QExifImageHeaderSave::saveOfForeignFile()
     if (geteuid() != 0)
         QSKIP("only root makes files of others");
     QTemporaryDir folder;
-    QCOMPARE(chmod(QFile::encodeName(folder.path()).constData(), 0777), 0);
+    changeMode(folder.path(), 0777);
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
     writeFile(fileName, shortFile());
-    QCOMPARE(chmod(QFile::encodeName(fileName).constData(), 0666), 0);
+    changeMode(fileName, 0666);
     const ino_t old = statusOf(fileName).st_ino;
     {
         const OrdinaryUser ordinary;
-        Header header;
-        fillWithOrientation(&header);
-        QVERIFY(header.saveToJpeg(fileName));
+        QVERIFY(saveOrientation(fileName));
     }
     QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
     QCOMPARE(statusOf(fileName).st_ino, old);
@@ -903,9 +897,7 @@ void tst_QExifImageHeaderSave::saveOfLongName()
     const QString fileName =
         folder.filePath(QString(251, QLatin1Char('n')) + QStringLiteral(".jpg"));
     writeFile(fileName, shortFile());
-    Header header;
-    fillWithOrientation(&header);
-    QVERIFY(header.saveToJpeg(fileName));
+    QVERIFY(saveOrientation(fileName));
     QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
     QCOMPARE(everythingIn(folder.path()).size(), 1);
 }
@@ -933,9 +925,7 @@ void tst_QExifImageHeaderSave::saveKeepsAttributes()
         QSKIP("this file system has no extended attributes");
     QCOMPARE(setxattr(path.constData(), "user.empty", "", 0, 0), 0);
     QCOMPARE(setxattr(path.constData(), "user.long", longValue.constData(), 1000, 0), 0);
-    Header header;
-    fillWithOrientation(&header);
-    QVERIFY(header.saveToJpeg(fileName));
+    QVERIFY(saveOrientation(fileName));
     QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
     QCOMPARE(attributeOf(path, "user.comment"), QByteArray("a note"));
     QCOMPARE(attributeOf(path, "user.empty"), QByteArray(""));
@@ -966,7 +956,7 @@ void tst_QExifImageHeaderSave::saveKeepsAccessList()
     const QString plain = folder.filePath(QStringLiteral("plain.jpg"));
     writeFile(listed, shortFile());
     writeFile(plain, shortFile());
-    QCOMPARE(chmod(QFile::encodeName(plain).constData(), 0640), 0);
+    changeMode(plain, 0640);
     const char* const access = "system.posix_acl_access";
     const QByteArray own = accessList(6, 4, 4, 0);
     const QByteArray ofFolder = accessList(7, 7, 7, 7);
@@ -978,10 +968,8 @@ void tst_QExifImageHeaderSave::saveKeepsAccessList()
     QCOMPARE(setxattr(folderPath.constData(), "system.posix_acl_default", ofFolder.constData(),
                       size_t(ofFolder.size()), 0),
              0);
-    Header header;
-    fillWithOrientation(&header);
     for (const QString& fileName : {listed, plain}) {
-        QVERIFY(header.saveToJpeg(fileName));
+        QVERIFY(saveOrientation(fileName));
         QCOMPARE(contentOf(fileName).toHex(), shortFileSaved().toHex());
         QCOMPARE(int(statusOf(fileName).st_mode & 07777), 0640);
     }

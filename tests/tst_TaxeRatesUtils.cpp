@@ -303,8 +303,11 @@ void tst_TaxeRatesUtils::refusedFiles_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("reason");
-    const auto row = [](const char* name, const QByteArray& content, const char* reason) {
-        QTest::newRow(name) << content << text(reason);
+    const auto row = [](const char* name, const QByteArray& content, const QByteArray& reason) {
+        QTest::newRow(name) << content << text(reason.constData());
+    };
+    const auto noRate = [](const QByteArray& key, const QByteArray& country) {
+        return '"' + key + "\" of " + country + " is neither a rate from 0 to 100 nor false";
     };
     const QByteArray good = fullEntry;
     const auto fr = [&](const char* before, const char* after) {
@@ -335,22 +338,15 @@ void tst_TaxeRatesUtils::refusedFiles_data()
         "\"ÉE\" is not the code of a country");
     row("twice", fileOf("2026-01-01", "\"FR\": " + good + ", \"fr\": " + good),
         "A country is in the file twice");
-    row("no entry", fileOf("2026-01-01", "\"FR\": 20"),
-        "\"standard_rate\" of FR is neither a rate from 0 to 100 nor false");
-    row("misspelled", fr("parking_rate", "parkingrate"),
-        "\"parking_rate\" of FR is neither a rate from 0 to 100 nor false");
-    row("text", fr("11", "\"11\""),
-        "\"reduced_rate\" of FR is neither a rate from 0 to 100 nor false");
-    row("true", fr("false", "true"),
-        "\"parking_rate\" of FR is neither a rate from 0 to 100 nor false");
-    row("null", fr("false", "null"),
-        "\"parking_rate\" of FR is neither a rate from 0 to 100 nor false");
-    row("negative", fr("2.5", "-1"),
-        "\"super_reduced_rate\" of FR is neither a rate from 0 to 100 nor false");
-    row("above 100", fr("21", "100.5"),
-        "\"standard_rate\" of FR is neither a rate from 0 to 100 nor false");
+    row("no entry", fileOf("2026-01-01", "\"FR\": 20"), noRate("standard_rate", "FR"));
+    row("misspelled", fr("parking_rate", "parkingrate"), noRate("parking_rate", "FR"));
+    row("text", fr("11", "\"11\""), noRate("reduced_rate", "FR"));
+    row("true", fr("false", "true"), noRate("parking_rate", "FR"));
+    row("null", fr("false", "null"), noRate("parking_rate", "FR"));
+    row("negative", fr("2.5", "-1"), noRate("super_reduced_rate", "FR"));
+    row("above 100", fr("21", "100.5"), noRate("standard_rate", "FR"));
     row("second country", fileOf("2026-01-01", "\"FR\": " + good + ", \"DE\": {}"),
-        "\"standard_rate\" of DE is neither a rate from 0 to 100 nor false");
+        noRate("standard_rate", "DE"));
     row("too large", fileOf("2026-01-01", "\"FR\": " + good) + QByteArray(1 << 20, ' '),
         "The file is too large");
 }

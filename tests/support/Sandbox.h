@@ -69,6 +69,13 @@ inline bool isThere(const QString& path)
 
 // Folders
 
+/// For comparing what a folder lists, which has no order.
+inline QStringList sorted(QStringList list)
+{
+    list.sort();
+    return list;
+}
+
 /// The files below \a folder with their content, by relative path; hidden ones too, and links to
 /// files for what they lead to.
 inline QMap<QString, QByteArray> filesBelow(const QString& folder)
