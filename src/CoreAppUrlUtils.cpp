@@ -14,17 +14,19 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// What the host registered: each address pattern beside the languages in which the page exists.
+/// A page of the web as the host registered it.
+struct Address
+{
+    QString pattern;
+    QStringList langs; // in which the page exists
+};
+
 struct RegisteredAddresses
 {
-    QString mOrvanelUrl;
-    QStringList mOrvanelLangs;
-    QString mRootWebSite;
-    QStringList mRootWebSiteLangs;
-    QString mDocumentationUrl;
-    QStringList mDocumentationUrlLangs;
-    QString mContactUsUrl;
-    QStringList mContactUsLangs;
+    Address company;
+    Address application;
+    Address documentation;
+    Address contact;
 };
 
 RegisteredAddresses& registered()
@@ -33,10 +35,10 @@ RegisteredAddresses& registered()
 }
 
 /// The address in the user's language, or the automatic translation of the fallback page.
-QString urlInUserLanguage(const QString& pattern, const QStringList& langs)
+QString urlInUserLanguage(const Address& address)
 {
     bool found = false;
-    const QString url = CoreAppUrlUtils::mapUrlApplication(pattern, &found, langs);
+    const QString url = CoreAppUrlUtils::mapUrlApplication(address.pattern, &found, address.langs);
     return found ? url : CoreAppUrlUtils::autoTranslatedUrl(url);
 }
 
@@ -44,48 +46,44 @@ QString urlInUserLanguage(const QString& pattern, const QStringList& langs)
 
 void CoreAppUrlUtils::initOrvanelWebSite(const QString& url, const QStringList& langs)
 {
-    registered().mOrvanelUrl = url;
-    registered().mOrvanelLangs = langs;
+    registered().company = {url, langs};
 }
 
 void CoreAppUrlUtils::initApplicationWebSite(const QString& url, const QStringList& langs)
 {
-    registered().mRootWebSite = url;
-    registered().mRootWebSiteLangs = langs;
+    registered().application = {url, langs};
 }
 
 void CoreAppUrlUtils::initDocumentation(const QString& url, const QStringList& langs)
 {
-    registered().mDocumentationUrl = url;
-    registered().mDocumentationUrlLangs = langs;
+    registered().documentation = {url, langs};
 }
 
 void CoreAppUrlUtils::initContactUs(const QString& url, const QStringList& langs)
 {
-    registered().mContactUsUrl = url;
-    registered().mContactUsLangs = langs;
+    registered().contact = {url, langs};
 }
 
 QString CoreAppUrlUtils::urlOrvanelCompanynWebsite()
 {
-    return urlInUserLanguage(registered().mOrvanelUrl, registered().mOrvanelLangs);
+    return urlInUserLanguage(registered().company);
 }
 
 QString CoreAppUrlUtils::urlApplicationWebsite()
 {
-    return urlInUserLanguage(registered().mRootWebSite, registered().mRootWebSiteLangs);
+    return urlInUserLanguage(registered().application);
 }
 
 QString CoreAppUrlUtils::urlContactUs()
 {
-    return urlInUserLanguage(registered().mContactUsUrl, registered().mContactUsLangs);
+    return urlInUserLanguage(registered().contact);
 }
 
 QString CoreAppUrlUtils::urlDocumentation(const QString& page)
 {
     bool found = false;
-    QString url = mapUrlApplication(registered().mDocumentationUrl, &found,
-                                    registered().mDocumentationUrlLangs);
+    const Address& address = registered().documentation;
+    QString url = mapUrlApplication(address.pattern, &found, address.langs);
     if (!page.isEmpty())
         url = withSlash(url) + page;
     return found ? url : autoTranslatedUrl(url);
