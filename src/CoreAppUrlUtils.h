@@ -49,7 +49,7 @@ public:
 
     /// The maker's web site in the user's language; where it does not exist in that language, the
     /// page in its first language, passed through autoTranslatedUrl(). Before registration the
-    /// address is empty, and goes through autoTranslatedUrl() all the same.
+    /// address is empty, and still goes through autoTranslatedUrl().
     static QString urlOrvanelCompanynWebsite();
     /// The application's web site, as urlOrvanelCompanynWebsite().
     static QString urlApplicationWebsite();

@@ -14,7 +14,7 @@
 class QObject;
 
 /// Runs the platform's command `open`, found through PATH. Nothing is detected, reported or logged:
-/// where the command is missing or fails, nothing happens and the answer is true all the same.
+/// where the command is missing or fails, nothing happens, and the result is true nevertheless.
 ///
 /// \code
 /// FileSystemGuiService::revealInFileExplorer(project + QStringLiteral("/images/boat.jpg"));

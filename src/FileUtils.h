@@ -394,9 +394,9 @@ public:
         /// Creates the folder that is to contain the file \a filePath, level by level.
         ///
         /// The folder is the text up to the last "/"; in a text without "/" there is no level to
-        /// create, so it gives true. A level that cannot be created is logged with LogType 2 and
-        /// the later ones are tried all the same. If any failed, returns false, with a last message
-        /// "The folder '<folder>' cannot be created!" in \a error and, with LogType 2, in the log.
+        /// create, so it gives true. A level that cannot be created is logged with LogType 2, and
+        /// the later ones are still tried. If any failed, returns false, with a last message "The
+        /// folder '<folder>' cannot be created!" in \a error and, with LogType 2, in the log.
         static bool forceDirectoryCreationForAFile(const QString& filePath,
                                                    QString* error = nullptr);
 

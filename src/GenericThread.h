@@ -62,7 +62,7 @@ public:
     /// written with SLOT() or SIGNAL()) is called with the result by the rules of Qt's automatic
     /// connections: in the thread of the receiver, once its event loop comes to it, and not at all
     /// if the receiver has been destroyed. A null receiver or a slot that does not exist gets Qt's
-    /// warning; the function runs all the same. An empty function ends the program; see run().
+    /// warning; the function still runs. An empty function ends the program; see run().
     ///
     /// Returns the thread, started with the priority of the calling one. The caller does not own
     /// it: it is a child of the application object, is asked to stop when the application's event
@@ -80,10 +80,10 @@ public:
     /// \endcode
     ///
     /// Any callable without arguments will do whose result converts to QVariant. The receiver is
-    /// called once the event loop of the thread of \a context comes to it, and not at all if
-    /// \a context has been destroyed before: it may use what the context owns. Without a context,
-    /// which Qt warns of, and without a receiver the function runs all the same. An empty function
-    /// ends the program; see run().
+    /// called once the event loop of the thread of \a context comes to it, and not at all if \a
+    /// context has been destroyed before: it may use what the context owns. Without a context,
+    /// which Qt warns of, and without a receiver the function still runs. An empty function ends
+    /// the program; see run().
     ///
     /// Returns the thread, for which the other form tells the rest.
     static GenericThread* runInGenericThread(const std::function<QVariant()>& function,

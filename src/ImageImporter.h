@@ -69,8 +69,8 @@ public:
 
 public Q_SLOTS:
     /// Imports what was added and not imported yet, on \a threads threads; below 1, on as many as
-    /// the processor runs at a time. Does nothing while the importer runs. Without a picture to
-    /// import, finished() comes all the same.
+    /// the processor runs at a time. Does nothing while the importer runs. finished() is emitted
+    /// even if there is nothing to import.
     void start(int threads = 0);
 
     /// Ends the run early. Running imports end at their next step and leave their destinations as

@@ -130,10 +130,10 @@ public:
     ///
     /// A JPEG that is to become smaller may be decoded at some eighths of its size, at the fewest
     /// with which the luma of the result stays within 38 dB (PSNR) of what scaling the whole
-    /// photograph gives. The size of the result is computed from the whole size all the same. A
-    /// file that breaks off half-way gives what Qt's reader makes of it. A picture that would take
-    /// more than 2 GiB once decoded cannot be loaded, nor can a JPEG of more than a thousand
-    /// segments or scans, which no camera writes and which would keep the reader busy for hours.
+    /// photograph gives. The size of the result is still computed from the whole size. A file that
+    /// breaks off half-way gives what Qt's reader makes of it. A picture that would take more than
+    /// 2 GiB once decoded cannot be loaded, nor can a JPEG of more than a thousand segments or
+    /// scans, which no camera writes and which would keep the reader busy for hours.
     ///
     /// \warning Re-encoding keeps the pixels, comments and, from Qt 5.14 on, a colour profile that
     /// consists of a matrix and curves, as those of cameras and displays do. It loses everything

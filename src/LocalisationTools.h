@@ -139,7 +139,7 @@ public:
     /// A file of the language that cannot be loaded is passed over in silence. A translator that
     /// was loaded and that the application refuses, which happens when there is no application
     /// object and when its file holds no texts, is logged with LogType 2 as "installTranslator
-    /// error " and the path of its file, and counts as loaded all the same.
+    /// error " and the path of its file, and counts as loaded nevertheless.
     static bool changeApplicationLanguage(const QString& languageCode);
 
     /// Puts the application into the language of \a locale, as changeApplicationLanguage() does,

@@ -40,7 +40,7 @@ QString tr(const char* text)
     return QCoreApplication::translate("ProjectFileLocker", text);
 }
 
-/// Of a lock that nobody else holds and that cannot be taken all the same.
+/// The message about a lock that is free and cannot be taken nevertheless.
 QString reasonOf(QLockFile::LockError error)
 {
     return error == QLockFile::PermissionError

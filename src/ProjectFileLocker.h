@@ -37,7 +37,7 @@ class ProjectFileLockerPrivate;
 /// a text for the user. For the main thread.
 ///
 /// A relative path is resolved once, when the lock is taken: later changes of the current folder do
-/// not matter. Absolute paths are safer for project folders all the same, see
+/// not matter. Absolute paths are safer for project folders nevertheless, see
 /// openNewProjectFolder().
 ///
 /// The stale-lock time is QLockFile's default of 30 seconds, deliberately. A lock whose process no

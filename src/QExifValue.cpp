@@ -91,7 +91,7 @@ StringRecord* stringRecord(const QString& text)
 // Unlike other state that lasts as long as the process, the null record is promised to be destroyed
 // when the process exits. It may be asked for before main() and in the destructors of static
 // objects, in any order. What leads to it therefore needs neither construction nor destruction at
-// run time: a record that the exit of the process has let go of is made anew.
+// run time: a record that was released at exit is created again.
 std::atomic<QExifValuePrivate*> nullRecord{nullptr};
 QBasicMutex nullRecordMutex;
 

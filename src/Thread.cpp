@@ -109,7 +109,7 @@ void Thread::requestInterruption()
 {
     d->condition.wakeAll();
     QThread::requestInterruption();
-    // Once more for whoever was woken, looked for the request before it was made, and waits again.
+    // A worker that was woken may have looked for the request before it was made, and wait again.
     d->condition.wakeAll();
 }
 

@@ -31,9 +31,8 @@ class ThreadablePrivate;
 /// }
 /// \endcode
 ///
-/// A worker that was never bound, or whose thread has been destroyed, works all the same: it is
-/// never interrupted and its progress goes nowhere. So the same class serves with and without a
-/// thread.
+/// A worker that was never bound, or whose thread has been destroyed, still works: it is never
+/// interrupted and its progress goes nowhere. So the same class serves with and without a thread.
 ///
 /// \par Ownership
 /// Neither the thread nor the sub-workers are owned; both are watched and count as absent once they

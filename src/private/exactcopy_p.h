@@ -23,7 +23,7 @@ bool copyFileExactly(const QString& source, const QString& destination, qint64* 
 /// Makes a link at a path where nothing is that holds what the link \a source holds.
 bool copyLinkExactly(const QString& source, const QString& destination, QString* reason);
 
-/// Makes a folder, which nobody but its owner may use, at a path where nothing is.
+/// Makes a folder that only its owner may use, at a path where nothing is.
 bool makePrivateFolder(const QString& path, QString* reason);
 
 /// Gives the folder \a destination the attributes of the folder \a source. Call it when the copy is

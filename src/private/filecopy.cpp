@@ -47,7 +47,7 @@ CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile,
         *reason = failed.errorString();
         return CopyResult::CannotCopy;
     }
-    // Some file systems have no permissions; that is no reason to have no copy.
+    // A failure is ignored: some file systems have no permissions.
     setPermissions(&copy.device(), source.permissions());
     if (copy.commit())
         return CopyResult::Copied;

@@ -236,7 +236,7 @@ bool copyNewFile(const QString& source, const QString& destination, qint64* size
     Descriptor to(openUnnamed(slash < 0 ? QByteArray("./") : path.left(slash + 1), 0600));
     if (!to.isOpen() || !copyContent(from, to, status.st_size))
         return false;
-    // Some file systems have no permissions; that is no reason to have no copy.
+    // A failure is ignored: some file systems have no permissions.
     static_cast<void>(fchmod(to, permissionsOfCopy(from, status.st_mode)));
     if (!link(to, path))
         return false;

@@ -56,9 +56,8 @@ bool nameFile(int file, const QString& path, QString* reason);
 /// Removes a file, or a link as a link.
 bool removeFile(const QString& path);
 
-/// Brings everything to the disk that was written to the file system of \a folder. False, with the
-/// reason, when some of it could not be stored. True without doing anything where a program cannot
-/// ask for that.
+/// Syncs the file system of \a folder to the disk. False, with the reason, if something could not
+/// be stored. True without doing anything on systems that do not offer this.
 bool putFileSystemOnDisk(const QString& folder, QString* reason);
 
 // Unix or Windows
@@ -70,8 +69,8 @@ bool isSameFile(const QString& one, const QString& other);
 /// that would be noticed: by another name of the file, or because the path leads elsewhere by now.
 QString replaceablePath(const QFile& file);
 
-/// Brings what was written to the file of that descriptor to the disk. False, with the reason, when
-/// it could not be stored; true also where a file system has nothing to sync.
+/// Syncs the file of that descriptor to the disk. False, with the reason, if it could not be
+/// stored; true also where a file system has nothing to sync.
 bool putOnDisk(int file, QString* reason);
 
 /// Gives an open file, which may have no name, permissions as QFile::setPermissions() does.

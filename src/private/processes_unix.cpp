@@ -57,8 +57,9 @@ bool isOpenedByNobody(const QString& path)
     bool isKnown = false;
     bool isFree = false;
 #if defined(F_SETLEASE) && defined(F_SETSIG)
-    // A lease is granted only for a file that nobody has open for writing. Whoever opens it while
-    // the lease lasts would have a signal sent, which ends a process unless it is this one.
+    // A lease is granted only for a file that no process has open for writing. If another process
+    // opens the file while the lease lasts, this one gets a signal: SIGURG, which is ignored by
+    // default, instead of SIGIO, which would end it.
     if (fcntl(file, F_SETSIG, SIGURG) == 0) {
         isFree = fcntl(file, F_SETLEASE, F_RDLCK) == 0;
         isKnown = isFree || errno == EAGAIN;

@@ -189,7 +189,7 @@ bool overlap(const QString& source, const QString& destination)
 
 bool copyDir(const QString& source, const QString& destination, bool merge, TreeTask& task)
 {
-    // An empty path would mean the current folder, which nobody asked to copy or to delete.
+    // An empty path would mean the current folder, which must not be copied or deleted by mistake.
     const QString from = source.isEmpty() ? source : QDir(source).absolutePath();
     const QString to = destination.isEmpty() ? destination : QDir(destination).absolutePath();
     if (from.isEmpty() || !QDir(from).exists()) {

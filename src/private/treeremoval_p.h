@@ -13,7 +13,7 @@ namespace OrvaUtilsPrivate {
 class TreeTask;
 
 /// Removes a folder with everything in it; links as links. What cannot be removed is left, and the
-/// rest removed all the same. \a path must not be a link.
+/// rest is still removed. \a path must not be a link.
 bool removeTree(const QString& path, TreeTask& task);
 
 /// The same, without an observer.
