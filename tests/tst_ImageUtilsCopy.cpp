@@ -341,6 +341,17 @@ void tst_ImageUtilsCopy::writeProgressiveInReadOnlyFolder()
                           record.arg(path("site/c.jpg"),
                                      QStringLiteral("Cannot open device for writing: "
                                                     "Permission denied"))}));
+    // The picture is completed in the folder for temporary files.
+    const QByteArray temporary = qgetenv("TMPDIR");
+    qputenv("TMPDIR", QFile::encodeName(path("none")));
+    const bool isWritten =
+        ImageUtils::writeProgressiveImage(picture(60, 40), path("site/a.jpg"), "jpeg", 80);
+    if (temporary.isNull())
+        qunsetenv("TMPDIR");
+    else
+        qputenv("TMPDIR", temporary);
+    QVERIFY(!isWritten);
+    QCOMPARE(contentOf(path("site/a.jpg")), QByteArray("old"));
     QVERIFY(ImageUtils::writeProgressiveImage(picture(60, 40), path("site/a.jpg"), "jpeg", 80));
     QVERIFY(isProgressive(contentOf(path("site/a.jpg"))));
     QCOMPARE(namesIn(path("site")),

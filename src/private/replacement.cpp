@@ -33,7 +33,7 @@ bool Replacement::begin()
         return false;
     if (!openUnnamed(mFile.get(), QFileInfo(mPath).path()) && !openNamed())
         return fail(Failure::NotBegun, mFile->errorString());
-    // Some file systems have no permissions; that is no reason to write nothing.
+    // A failure is ignored: some file systems have no permissions.
     if (isWrittenTo && old.exists())
         setPermissions(mFile.get(),
                        old.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser));
@@ -46,7 +46,7 @@ bool Replacement::mustOverwrite(const QFileInfo& old) const
         && (!old.isFile() || !takesNewFiles(QFileInfo(old.canonicalFilePath()).path()));
 }
 
-/// Follows a link, and finds out whether what is there could be written to.
+/// Follows a link, and checks whether the old file may be written to.
 bool Replacement::findWritten(const QFileInfo& old)
 {
     if (old.exists()) {
@@ -102,7 +102,7 @@ bool Replacement::putInPlace()
     if (mName.isEmpty() && !giveName(pathBeside(mPath), &reason) && !continueNamed())
         return fail(Failure::Place, reason);
     mFile->close();
-    // Some file systems tell only now that they could not store the file.
+    // Some file systems report only now that they could not store the file.
     if (mFile->error() != QFileDevice::NoError)
         return fail(Failure::Content, mFile->errorString());
     if (!isInPlace && !moveOver(mName, mPath, &reason))
@@ -120,7 +120,7 @@ bool Replacement::giveName(const QString& path, QString* reason)
     return true;
 }
 
-/// Goes on with a copy that has a name, where a file without one cannot be given one.
+/// Continues with a named copy, where a file without a name cannot be given one.
 bool Replacement::continueNamed()
 {
     const std::unique_ptr<QFile> unnamed = std::move(mFile);
@@ -136,15 +136,14 @@ bool Replacement::overwrite()
     QFile old(mPath);
     if (!old.open(QIODevice::WriteOnly))
         return fail(Failure::Place, old.errorString());
-    if (!mFile->seek(0) || !copyPieces(*mFile, old) || !old.flush())
-        return fail(Failure::Content, old.errorString());
     QString reason;
-    if (mIsStoredFirst && !putOnDisk(old.handle(), &reason))
-        return fail(Failure::Content, reason);
-    old.close();
-    // Some file systems tell only now that they could not store the file.
-    if (old.error() != QFileDevice::NoError)
-        return fail(Failure::Content, old.errorString());
+    const bool isStored = mFile->seek(0) && copyPieces(*mFile, old) && old.flush()
+        && (!mIsStoredFirst || putOnDisk(old.handle(), &reason));
+    if (isStored)
+        old.close();
+    // Some file systems report only when the file is closed that they could not store it.
+    if (!isStored || old.error() != QFileDevice::NoError)
+        return fail(Failure::Content, reason.isEmpty() ? old.errorString() : reason);
     mFile->close();
     return true;
 }
