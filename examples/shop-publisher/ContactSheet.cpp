@@ -38,19 +38,19 @@ QVariantMap valuesOf(const PublishedPicture& picture)
     const bool isDrawing = ImageUtils::imageNameIsVectoriel(fileName);
     const bool isJpeg = fileName.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive)
         || fileName.endsWith(QLatin1String(".jpeg"), Qt::CaseInsensitive);
-    return {{QStringLiteral("large"), Template::address(QLatin1String("images/") + picture.name)},
-            {QStringLiteral("src"), Template::address(QLatin1String("thumbs/") + picture.name)},
-            {QStringLiteral("table"), !isJpeg},
-            {QStringLiteral("drawing"), isDrawing},
-            {QStringLiteral("alt"), alternativeText(picture.name)},
-            {QStringLiteral("file"), fileName},
-            {QStringLiteral("width"), picture.thumbSize.width()},
-            {QStringLiteral("height"), picture.thumbSize.height()},
-            {QStringLiteral("size"),
-             isDrawing ? QStringLiteral("SVG")
-                       : QStringLiteral("%1 × %2")
-                             .arg(picture.imageSize.width())
-                             .arg(picture.imageSize.height())}};
+    return Template::values({{"large", Template::address(QLatin1String("images/") + picture.name)},
+                             {"src", Template::address(QLatin1String("thumbs/") + picture.name)},
+                             {"table", !isJpeg},
+                             {"drawing", isDrawing},
+                             {"alt", alternativeText(picture.name)},
+                             {"file", fileName},
+                             {"width", picture.thumbSize.width()},
+                             {"height", picture.thumbSize.height()},
+                             {"size",
+                              isDrawing ? QStringLiteral("SVG")
+                                        : QStringLiteral("%1 × %2")
+                                              .arg(picture.imageSize.width())
+                                              .arg(picture.imageSize.height())}});
 }
 
 } // namespace
@@ -80,8 +80,7 @@ QVector<SiteFile> ContactSheet::files(const QString& title,
             QVariantList list;
             for (; i < end && folderOf(pictures.at(i).name) == folder; ++i)
                 list.append(valuesOf(pictures.at(i)));
-            folders.append(QVariantMap{{QStringLiteral("folder"), folder},
-                                       {QStringLiteral("pictures"), list}});
+            folders.append(Template::values({{"folder", folder}, {"pictures", list}}));
         }
         values.insert(QStringLiteral("folders"), folders);
         values.insert(QStringLiteral("pager"),

@@ -3,6 +3,8 @@
 
 #include "PageTexts.h"
 
+#include "Template.h"
+
 #include <LocalisationTools.h>
 
 #include <QCoreApplication>
@@ -54,9 +56,8 @@ QVariantMap PageTexts::pager(const QVariantMap& texts, const QString& first, con
 {
     if (count < 2)
         return {};
-    return {
-        {QStringLiteral("previous"), number > 1 ? fileName(first, others, number - 1) : QString()},
-        {QStringLiteral("next"), number < count ? fileName(first, others, number + 1) : QString()},
-        {QStringLiteral("pageText"),
-         texts.value(QStringLiteral("pageText")).toString().arg(number).arg(count)}};
+    return Template::values(
+        {{"previous", number > 1 ? fileName(first, others, number - 1) : QString()},
+         {"next", number < count ? fileName(first, others, number + 1) : QString()},
+         {"pageText", texts.value(QStringLiteral("pageText")).toString().arg(number).arg(count)}});
 }

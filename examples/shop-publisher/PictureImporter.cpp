@@ -186,12 +186,17 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
         importer.start(mOptions.jobs);
         loop.exec();
     }
+    // What was not published.
     const QVector<Work>& imported = works; // a constant one is not copied by the loop
-    for (const Work& work : imported) {
-        for (const Draft& draft : work.drafts)
-            QFile::remove(draft.path);
-    }
+    for (const Work& work : imported)
+        removeDrafts(work);
     return mPublished;
+}
+
+void PictureImporter::removeDrafts(const Work& work)
+{
+    for (const Draft& draft : work.drafts)
+        QFile::remove(draft.path);
 }
 
 /// Brings a picture that is ready to its place, or tells why it is not.

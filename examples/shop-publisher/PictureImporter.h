@@ -61,6 +61,7 @@ private:
     struct Work;
 
     static QVector<Draft> draftsOf(const Photograph& photograph);
+    static void removeDrafts(const Work& work);
     void conclude(Work* work);
     static PublishedPicture chooseSizes(Work* work);
     Defect importDefect(const ImageImportResult& result);

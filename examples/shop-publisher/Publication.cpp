@@ -166,6 +166,23 @@ void Publication::writeRecord(const QMap<QString, Published::Picture>& pictures)
     write({{Published::fileName(), record.toJson()}});
 }
 
+/// Records what a photograph that was imported has in the site, and takes away what an earlier
+/// version of it had beside that.
+void Publication::recordFiles(const Photograph& photograph, Published::Picture* entry)
+{
+    entry->content = contentOf(photograph.source);
+    entry->ofProduct = photograph.ofProduct;
+    entry->files.clear();
+    const QStringList places = entry->picture.places();
+    for (const QString& place : places)
+        entry->files.insert(place, siteStamp(place));
+    const QStringList possible = PictureImporter::placesOf(photograph);
+    for (const QString& place : possible) {
+        if (!entry->files.contains(place))
+            remove(place);
+    }
+}
+
 /// The pictures of all \a photographs that are in the site then, in their order.
 QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photographs)
 {
@@ -202,20 +219,8 @@ QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photogr
     const QVector<Photograph>& looked = news;
     for (const Photograph& photograph : looked) {
         Published::Picture& entry = known[photograph.name];
-        if (entry.imported) {
-            entry.content = contentOf(photograph.source);
-            entry.ofProduct = photograph.ofProduct;
-            entry.files.clear();
-            const QStringList places = entry.picture.places();
-            for (const QString& place : places)
-                entry.files.insert(place, siteStamp(place));
-            // What an earlier version of the photograph had beside them.
-            const QStringList possible = PictureImporter::placesOf(photograph);
-            for (const QString& place : possible) {
-                if (!entry.files.contains(place))
-                    remove(place);
-            }
-        }
+        if (entry.imported)
+            recordFiles(photograph, &entry);
         if (FileStamp::of(photograph.source) != entry.stamp)
             mOvertakenNames.append(photograph.name);
         // What was not reached is looked at by the next run.

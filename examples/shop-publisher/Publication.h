@@ -89,6 +89,7 @@ private:
                      const FileStamp& stamp) const;
     void markProducts(const Shop* shop, QVector<Photograph>* photographs) const;
     void writeRecord(const QMap<QString, Published::Picture>& pictures);
+    void recordFiles(const Photograph& photograph, Published::Picture* entry);
     QVector<PublishedPicture> import(const QVector<Photograph>& photographs);
     void removeVanished(const QVector<Photograph>& photographs);
     FileStamp siteStamp(const QString& place) const;

@@ -10,6 +10,7 @@
 #include <StringUtils.h>
 #include <TaxeRatesUtils.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -79,6 +80,8 @@ QString slug(const QString& name)
 /// One reading. Every check goes on after an error, so that all of them are told at once.
 class ShopFile::Reader
 {
+    Q_DECLARE_TR_FUNCTIONS(ShopFile)
+
 public:
     Reader(ShopFile* file, const Project& project, const QVector<Photograph>& photographs)
         : mFile(file)
@@ -121,12 +124,17 @@ private:
         value->ORVAUTILS_SET_ERROR(value->failure(failure, reason));
     }
 
+    void wrong(WorkItem* owner, const QString& key, const QString& reason)
+    {
+        fail(owner, key, Unsuitable, reason);
+    }
+
     /// The value of a key that must be there.
     bool find(WorkItem* owner, const QJsonObject& object, const QString& key, QJsonValue* value)
     {
         *value = object.value(key);
         if (value->isUndefined())
-            fail(owner, key, Missing, ShopFile::tr("is missing"));
+            fail(owner, key, Missing, tr("is missing"));
         return !value->isUndefined();
     }
 
@@ -138,9 +146,9 @@ private:
             if (character.category() != QChar::Other_Control || character == QLatin1Char('\n')
                 || character == QLatin1Char('\t'))
                 continue;
-            fail(owner, key, Unsuitable,
-                 ShopFile::tr("holds a control character (U+%1)")
-                     .arg(int(character.unicode()), 4, 16, QLatin1Char('0')));
+            wrong(owner, key,
+                  tr("holds a control character (U+%1)")
+                      .arg(int(character.unicode()), 4, 16, QLatin1Char('0')));
             return false;
         }
         return true;
@@ -154,9 +162,9 @@ private:
             return QString();
         QString text = value.toString().trimmed();
         if (!value.isString())
-            fail(owner, key, Unsuitable, ShopFile::tr("is no text"));
+            wrong(owner, key, tr("is no text"));
         else if (text.isEmpty())
-            fail(owner, key, Unsuitable, ShopFile::tr("is empty"));
+            wrong(owner, key, tr("is empty"));
         else if (!isPrintable(owner, key, text))
             text.clear();
         return text;
@@ -171,7 +179,7 @@ private:
         if (!find(owner, object, key, &value))
             return texts;
         if (!value.isString() && !value.isObject()) {
-            fail(owner, key, Unsuitable, ShopFile::tr("is no text"));
+            wrong(owner, key, tr("is no text"));
             return texts;
         }
         for (const QString& language : languages) {
@@ -180,11 +188,11 @@ private:
             if (!isPrintable(owner, key, texts.value(language)))
                 return texts;
             if (text.isUndefined())
-                fail(owner, key, Missing, ShopFile::tr("has no text in \"%1\"").arg(language));
+                fail(owner, key, Missing, tr("has no text in \"%1\"").arg(language));
             else if (!text.isString())
-                fail(owner, key, Unsuitable, ShopFile::tr("is no text in \"%1\"").arg(language));
+                wrong(owner, key, tr("is no text in \"%1\"").arg(language));
             else if (!mayBeEmpty && texts.value(language).isEmpty()) {
-                fail(owner, key, Unsuitable, ShopFile::tr("is empty"));
+                wrong(owner, key, tr("is empty"));
                 return texts;
             }
         }
@@ -206,7 +214,7 @@ private:
     {
         const QJsonValue value = object.value(key);
         if (!value.isUndefined() && !value.isBool())
-            fail(mFile, key, Unsuitable, ShopFile::tr("is neither true nor false"));
+            wrong(mFile, key, tr("is neither true nor false"));
         return value.toBool();
     }
 
@@ -221,7 +229,7 @@ private:
         if (place.startsWith(QLatin1String("static/")) && !folder.isEmpty()
             && file.startsWith(folder + QLatin1Char('/')) && QFileInfo(file).isFile())
             return QDir::cleanPath(place);
-        fail(mFile, key, Missing, ShopFile::tr("there is no file \"%1\" below static/").arg(place));
+        fail(mFile, key, Missing, tr("there is no file \"%1\" below static/").arg(place));
         return QString();
     }
 
@@ -234,15 +242,14 @@ private:
             return codes;
         const QJsonArray array = value.toArray();
         if (array.isEmpty())
-            fail(mFile, key, Unsuitable, ShopFile::tr("is no list of languages"));
+            wrong(mFile, key, tr("is no list of languages"));
         for (const QJsonValue& entry : array) {
             const QString code = entry.toString();
             if (!isLanguage(code))
-                fail(mFile, key, Unsuitable,
-                     ShopFile::tr("\"%1\" is no code of a language, such as \"fr\" or \"pt_BR\"")
-                         .arg(code));
+                wrong(mFile, key,
+                      tr("\"%1\" is no code of a language, such as \"fr\" or \"pt_BR\"").arg(code));
             else if (codes.contains(code))
-                fail(mFile, key, Unsuitable, ShopFile::tr("\"%1\" stands there twice").arg(code));
+                wrong(mFile, key, tr("\"%1\" stands there twice").arg(code));
             else
                 codes.append(code);
         }
@@ -256,8 +263,7 @@ private:
         if (!code.isEmpty()
             && (!CurrencyUtils::listIsoCodes().contains(code)
                 || CurrencyUtils::minorUnits(code) < 0))
-            fail(mFile, key, Unsuitable,
-                 ShopFile::tr("\"%1\" is no code of a currency, such as \"EUR\"").arg(code));
+            wrong(mFile, key, tr("\"%1\" is no code of a currency, such as \"EUR\"").arg(code));
         return code;
     }
 
@@ -267,10 +273,10 @@ private:
         QString code = plainText(mFile, object, key).toUpper();
         mCountryIsKnown = TaxeRatesUtils::europeanTax(code, 0) >= 0;
         if (!code.isEmpty() && !mCountryIsKnown)
-            fail(mFile, key, Unsuitable,
-                 ShopFile::tr("\"%1\" is no country of the European Union whose tax rates are "
-                              "known, such as \"FR\"")
-                     .arg(code));
+            wrong(mFile, key,
+                  tr("\"%1\" is no country of the European Union whose tax rates are "
+                     "known, such as \"FR\"")
+                      .arg(code));
         return code;
     }
 
@@ -291,18 +297,17 @@ private:
         shop->vatDate =
             QDate::fromString(rates.take(QLatin1String("date")).toString(), Qt::ISODate);
         if (!shop->vatDate.isValid())
-            fail(mFile, key, Unsuitable,
-                 ShopFile::tr("has no \"date\" of the rates, such as \"2026-01-01\""));
-        for (auto it = rates.begin(); it != rates.end(); ++it) {
+            wrong(mFile, key, tr("has no \"date\" of the rates, such as \"2026-01-01\""));
+        for (auto it = rates.constBegin(); it != rates.constEnd(); ++it) {
             const double rate = it.value().toDouble(-1);
             bool isNumber = false;
             const int category = it.key().toInt(&isNumber);
             if (!isNumber || !categories.contains(category))
-                fail(mFile, key, Unsuitable,
-                     ShopFile::tr("\"%1\" is no tax category: a number from 0 to 4").arg(it.key()));
+                wrong(mFile, key,
+                      tr("\"%1\" is no tax category: a number from 0 to 4").arg(it.key()));
             else if (rate < 0 || rate > 100)
-                fail(mFile, key, Unsuitable,
-                     ShopFile::tr("the rate of \"%1\" is no number from 0 to 100").arg(it.key()));
+                wrong(mFile, key,
+                      tr("the rate of \"%1\" is no number from 0 to 100").arg(it.key()));
             else
                 shop->vatRates.insert(category, rate);
         }
@@ -311,21 +316,21 @@ private:
     /// What the pages look like, beside their font.
     void looks(const QJsonObject& object, Shop* shop)
     {
-        const QString key = QStringLiteral("accent");
-        const QString color = optionalText(mFile, object, key);
+        const QString accent = QStringLiteral("accent");
+        const QString color = optionalText(mFile, object, accent);
         shop->accent = ColorUtils::colorFromCss(color);
         if (!color.isEmpty() && (!shop->accent.isValid() || shop->accent.alpha() != 255))
-            fail(mFile, key, Unsuitable,
-                 ShopFile::tr("\"%1\" is no opaque colour of CSS, such as \"#9c4a27\"").arg(color));
-        for (const QString& name : {QStringLiteral("logo"), QStringLiteral("favicon")})
-            (name == QLatin1String("logo") ? shop->logo : shop->favicon) =
-                staticFile(name, optionalText(mFile, object, name));
+            wrong(mFile, accent,
+                  tr("\"%1\" is no opaque colour of CSS, such as \"#9c4a27\"").arg(color));
+        const QString icon = QStringLiteral("favicon");
+        shop->favicon = staticFile(icon, optionalText(mFile, object, icon));
+        const QString logo = QStringLiteral("logo");
+        shop->logo = staticFile(logo, optionalText(mFile, object, logo));
         if (!shop->logo.isEmpty())
             shop->logoSize =
                 ImageUtils::imageSize(mProject.folder() + QLatin1Char('/') + shop->logo);
         if (!shop->logo.isEmpty() && shop->logoSize.isEmpty())
-            fail(mFile, QStringLiteral("logo"), Unsuitable,
-                 ShopFile::tr("is no picture that can be read"));
+            wrong(mFile, logo, tr("is no picture that can be read"));
     }
 
     /// Where the shop and its owner are found.
@@ -334,7 +339,7 @@ private:
         shop->url =
             webAddress(QStringLiteral("url"), optionalText(mFile, object, QStringLiteral("url")));
         if (shop->url.contains(QLatin1Char('?')) || shop->url.contains(QLatin1Char('#')))
-            fail(mFile, QStringLiteral("url"), Unsuitable, ShopFile::tr("holds \"?\" or \"#\""));
+            wrong(mFile, QStringLiteral("url"), tr("holds \"?\" or \"#\""));
         if (!shop->url.isEmpty() && !shop->url.endsWith(QLatin1Char('/')))
             shop->url += QLatin1Char('/');
         shop->order = order(mFile, object);
@@ -344,33 +349,30 @@ private:
         QStringList imprints = shop->imprint.values();
         imprints.removeDuplicates(); // told once
         for (int i = 0; i < imprints.size(); ++i) {
-            const QString& text = imprints.at(i);
-            if (text.startsWith(QLatin1String("static/")))
-                staticFile(imprint, text);
-            else if (text.startsWith(QLatin1String("https://"))
-                     || text.startsWith(QLatin1String("http://")))
-                webAddress(imprint, text);
+            if (imprints.at(i).startsWith(QLatin1String("static/")))
+                staticFile(imprint, imprints.at(i));
+            else if (imprints.at(i).contains(QRegularExpression(QStringLiteral("\\Ahttps?://"))))
+                webAddress(imprint, imprints.at(i));
         }
 
         const QString key = QStringLiteral("contact");
         const QJsonObject contact = object.value(key).toObject();
         if (object.contains(key) && contact.isEmpty())
-            fail(mFile, key, Unsuitable, ShopFile::tr("is no object"));
+            wrong(mFile, key, tr("is no object"));
         shop->address = optionalTexts(contact, QStringLiteral("address"), shop->languages);
         shop->phone = optionalText(mFile, contact, QStringLiteral("phone"));
         const QString email = QStringLiteral("email");
         shop->email = optionalText(mFile, contact, email);
         if (!shop->email.isEmpty() && !isEmail(shop->email))
-            fail(mFile, email, Unsuitable,
-                 ShopFile::tr("\"%1\" is no address of e-mail").arg(shop->email));
+            wrong(mFile, email, tr("\"%1\" is no address of e-mail").arg(shop->email));
     }
 
     QString webAddress(const QString& key, const QString& address)
     {
         if (!address.isEmpty() && !isWebAddress(address))
-            fail(mFile, key, Unsuitable,
-                 ShopFile::tr("\"%1\" is no address of the web, such as \"https://shop.example/\"")
-                     .arg(address));
+            wrong(mFile, key,
+                  tr("\"%1\" is no address of the web, such as \"https://shop.example/\"")
+                      .arg(address));
         return address;
     }
 
@@ -382,8 +384,7 @@ private:
         QString address = text;
         address.remove(QLatin1String("{id}")).remove(QLatin1String("{name}"));
         if (!text.isEmpty() && !isEmail(text) && !isWebAddress(address))
-            fail(owner, key, Unsuitable,
-                 ShopFile::tr("\"%1\" is no address of e-mail or of the web").arg(text));
+            wrong(owner, key, tr("\"%1\" is no address of e-mail or of the web").arg(text));
         return text;
     }
 
@@ -403,8 +404,7 @@ private:
                 font.family = wanted; // the files are all that it takes
                 return font;
             }
-            fail(mFile, key, Unsuitable,
-                 ShopFile::tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
+            wrong(mFile, key, tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
             return font;
         }
         font.category = item.object().value(QLatin1String("category")).toString();
@@ -428,12 +428,12 @@ private:
         QMap<int, QString> files;
         const QJsonObject wanted = object.value(key).toObject();
         if (object.contains(key) && wanted.isEmpty())
-            fail(mFile, key, Unsuitable, ShopFile::tr("is no object"));
+            wrong(mFile, key, tr("is no object"));
         for (auto it = wanted.begin(); it != wanted.end(); ++it) {
             const int weight = it.key().toInt();
             if (weight < 100 || weight > 900)
-                fail(mFile, key, Unsuitable,
-                     ShopFile::tr("\"%1\" is no weight of a font, such as \"400\"").arg(it.key()));
+                wrong(mFile, key,
+                      tr("\"%1\" is no weight of a font, such as \"400\"").arg(it.key()));
             else
                 files.insert(weight, staticFile(key, plainText(mFile, wanted, it.key())));
         }
@@ -449,7 +449,7 @@ private:
             return products;
         const QJsonArray array = value.toArray();
         if (array.isEmpty())
-            fail(mFile, key, Unsuitable, ShopFile::tr("is no list of products"));
+            wrong(mFile, key, tr("is no list of products"));
         for (const QJsonValue& entry : array)
             products.append(product(entry, int(products.size()) + 1, shop));
         return products;
@@ -464,7 +464,7 @@ private:
         ShopProduct product;
         if (!value.isObject()) {
             mFailed = true;
-            item->ORVAUTILS_SET_ERROR(item->failure(Unsuitable, ShopFile::tr("is no object")));
+            item->ORVAUTILS_SET_ERROR(item->failure(Unsuitable, tr("is no object")));
             return product;
         }
         product.name = localText(item, object, QStringLiteral("name"), shop.languages, false);
@@ -489,8 +489,8 @@ private:
             ? value.toObject().value(shop.languages.value(0)).toString()
             : value.toString();
         if (name.isEmpty())
-            return ShopFile::tr("%1, product %2").arg(fileName, QString::number(number));
-        return ShopFile::tr("%1, product %2 (%3)").arg(fileName, QString::number(number), name);
+            return tr("%1, product %2").arg(fileName, QString::number(number));
+        return tr("%1, product %2 (%3)").arg(fileName, QString::number(number), name);
     }
 
     /// The pictures of a product: one, or several, of which the first stands for all.
@@ -504,7 +504,7 @@ private:
         QStringList names;
         const QJsonArray array = object.value(key).toArray();
         if (array.isEmpty())
-            fail(item, key, Unsuitable, ShopFile::tr("is no list of photographs"));
+            wrong(item, key, tr("is no list of photographs"));
         for (const QJsonValue& value : array)
             names.append(photo(item, key, plainText(item, QJsonObject{{key, value}}, key)));
         return names;
@@ -514,7 +514,7 @@ private:
     {
         const QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
         if (!wanted.isEmpty() && name.isEmpty())
-            fail(item, key, Missing, ShopFile::tr("there is no photograph \"%1\"").arg(wanted));
+            fail(item, key, Missing, tr("there is no photograph \"%1\"").arg(wanted));
         return name;
     }
 
@@ -527,7 +527,7 @@ private:
         const int category = value.toInt(-1);
         if (TaxeRatesUtils::europeanTaxCategories().contains(category))
             return category;
-        fail(item, key, Unsuitable, ShopFile::tr("is no tax category: a number from 0 to 4"));
+        wrong(item, key, tr("is no tax category: a number from 0 to 4"));
         return -1;
     }
 
@@ -539,11 +539,11 @@ private:
             return 0;
         const double price = value.toDouble(-1);
         if (!value.isDouble())
-            fail(item, key, Unsuitable, ShopFile::tr("is no number, such as 12.50"));
+            wrong(item, key, tr("is no number, such as 12.50"));
         else if (price < 0)
-            fail(item, key, Unsuitable, ShopFile::tr("is below zero"));
+            wrong(item, key, tr("is below zero"));
         else if (!(price <= highestPrice))
-            fail(item, key, Unsuitable, ShopFile::tr("is too high for a price"));
+            wrong(item, key, tr("is too high for a price"));
         else
             return price;
         return 0;
@@ -555,9 +555,9 @@ private:
             return 0; // told already
         const double rate = shop.vatRates.value(category, -1);
         if (rate < 0)
-            fail(item, QStringLiteral("taxCategory"), Unsuitable,
-                 ShopFile::tr("%1 has no rate of the category %2")
-                     .arg(shop.country, QString::number(category)));
+            wrong(item, QStringLiteral("taxCategory"),
+                  tr("%1 has no rate of the category %2")
+                      .arg(shop.country, QString::number(category)));
         return rate;
     }
 

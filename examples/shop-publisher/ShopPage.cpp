@@ -13,9 +13,7 @@
 #include <ImageUtils.h>
 
 #include <QCoreApplication>
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QUrl>
@@ -29,10 +27,10 @@ const int productsOnAPage = 100;
 const int firstPictures = 4;
 const int cardRem = 24; ///< the width of a card on a wide screen, at most
 
-/// A text of CSS in double quotes, also inside of a style element.
+/// A text of CSS in double quotes, which no end of a line closes, also inside of a style element.
 QString cssText(const QString& text)
 {
-    QString escaped = text;
+    QString escaped = text.simplified();
     escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
         .replace(QLatin1Char('"'), QLatin1String("\\\""))
         .replace(QLatin1Char('<'), QLatin1String("\\3c "));
@@ -203,27 +201,28 @@ QByteArray ShopPage::html(int number, bool isFrontPage) const
         products.append(product(mShop.products.at(i), i - first < firstPictures));
 
     QVariantMap values = mTexts;
-    for (const QVariantMap& more : {style(), links(number), foot()}) {
+    const QVariantMap own =
+        Template::values({{"lang", tagOf(mLanguage)},
+                          {"rtl", QLocale(mLanguage).textDirection() == Qt::RightToLeft},
+                          {"locale", QLocale(mLanguage).name()},
+                          {"generator", QCoreApplication::applicationName()},
+                          {"title", title},
+                          {"name", mShop.name.value(mLanguage)},
+                          {"description", mShop.description.value(mLanguage)},
+                          {"products", products},
+                          {"pager", pager},
+                          {"data", data(first, count, place)}});
+    for (const QVariantMap& more : {own, style(), links(number), foot()}) {
         for (auto it = more.begin(); it != more.end(); ++it)
             values.insert(it.key(), it.value());
     }
-    values.insert(QStringLiteral("lang"), tagOf(mLanguage));
-    values.insert(QStringLiteral("rtl"), QLocale(mLanguage).textDirection() == Qt::RightToLeft);
-    values.insert(QStringLiteral("locale"), QLocale(mLanguage).name());
-    values.insert(QStringLiteral("generator"), QCoreApplication::applicationName());
-    values.insert(QStringLiteral("title"), title);
-    values.insert(QStringLiteral("name"), mShop.name.value(mLanguage));
-    values.insert(QStringLiteral("description"), mShop.description.value(mLanguage));
-    values.insert(QStringLiteral("products"), products);
-    values.insert(QStringLiteral("pager"), pager);
-    values.insert(QStringLiteral("data"), data(first, count, place));
     if (isFrontPage && mShop.languages.size() > 1) {
-        QJsonObject pages;
+        QVariantMap pages;
         for (const QString& language : mShop.languages)
             pages.insert(language, fileName(language));
+        const QByteArray json = QJsonDocument::fromVariant(pages).toJson(QJsonDocument::Compact);
         values.insert(QStringLiteral("choices"),
-                      QString::fromLatin1(QJsonDocument(pages).toJson(QJsonDocument::Compact))
-                          + QStringLiteral(", \"%1\"").arg(place));
+                      QString::fromLatin1(json + ", \"" + place.toLatin1() + '"'));
     }
     return Template::fill(QStringLiteral("shop.html"), values);
 }
@@ -232,32 +231,32 @@ QByteArray ShopPage::html(int number, bool isFrontPage) const
 QVariantMap ShopPage::links(int number) const
 {
     QVariantList languages;
-    QVariantList alternates{QVariantMap{{QStringLiteral("lang"), QStringLiteral("x-default")},
-                                        {QStringLiteral("address"), mShop.url}}};
+    QVariantList alternates{
+        Template::values({{"lang", QStringLiteral("x-default")}, {"address", mShop.url}})};
     for (const QString& language : mShop.languages) {
-        languages.append(QVariantMap{{QStringLiteral("address"), fileName(language)},
-                                     {QStringLiteral("lang"), tagOf(language)},
-                                     {QStringLiteral("name"), Languages::nativeName(language)},
-                                     {QStringLiteral("current"), language == mLanguage}});
-        alternates.append(QVariantMap{
-            {QStringLiteral("lang"), tagOf(language)},
-            {QStringLiteral("address"), QString(mShop.url + pageName(language, number))}});
+        languages.append(Template::values({{"address", fileName(language)},
+                                           {"lang", tagOf(language)},
+                                           {"name", Languages::nativeName(language)},
+                                           {"current", language == mLanguage}}));
+        alternates.append(
+            Template::values({{"lang", tagOf(language)},
+                              {"address", QString(mShop.url + pageName(language, number))}}));
     }
     const QString image =
         QLatin1String("images/") + mPictures.value(mShop.products.first().photos.first()).name;
-    QVariantMap links{
-        {QStringLiteral("url"), mShop.url},
-        {QStringLiteral("canonical"), QString(mShop.url + pageName(mLanguage, number))},
-        {QStringLiteral("image"), QString(mShop.url + Template::address(image))},
-        {QStringLiteral("alternates"), alternates},
-        {QStringLiteral("favicon"), Template::address(mShop.favicon)}};
+    QVariantMap links =
+        Template::values({{"url", mShop.url},
+                          {"canonical", QString(mShop.url + pageName(mLanguage, number))},
+                          {"image", QString(mShop.url + Template::address(image))},
+                          {"alternates", alternates},
+                          {"favicon", Template::address(mShop.favicon)}});
     if (languages.size() > 1)
-        links.insert(QStringLiteral("languages"), QVariantMap{{QStringLiteral("list"), languages}});
+        links.insert(QStringLiteral("languages"), Template::values({{"list", languages}}));
     if (!mShop.logo.isEmpty())
         links.insert(QStringLiteral("logo"),
-                     QVariantMap{{QStringLiteral("address"), Template::address(mShop.logo)},
-                                 {QStringLiteral("width"), mShop.logoSize.width()},
-                                 {QStringLiteral("height"), mShop.logoSize.height()}});
+                     Template::values({{"address", Template::address(mShop.logo)},
+                                       {"width", mShop.logoSize.width()},
+                                       {"height", mShop.logoSize.height()}}));
     return links;
 }
 
@@ -275,25 +274,24 @@ QVariantMap ShopPage::style() const
     };
     QVariantList files;
     for (auto it = font.files.begin(); it != font.files.end(); ++it)
-        files.append(QVariantMap{{QStringLiteral("family"), cssText(font.family)},
-                                 {QStringLiteral("weight"), it.key()},
-                                 {QStringLiteral("address"), Template::address(it.value())}});
+        files.append(Template::values({{"family", cssText(font.family)},
+                                       {"weight", it.key()},
+                                       {"address", Template::address(it.value())}}));
     QString family = systemFonts(font.category);
     if (!font.family.isEmpty())
         family.prepend(cssText(font.family) + QLatin1String(", "));
-    return {
-        {QStringLiteral("accent"), light.name()},
-        {QStringLiteral("onAccent"), textOn(light)},
-        {QStringLiteral("accentDark"), dark.name()},
-        {QStringLiteral("onAccentDark"), textOn(dark)},
-        {QStringLiteral("fontFamily"), family},
-        {QStringLiteral("fontFiles"), files},
-        {QStringLiteral("fontAddress"), font.fromService ? fontAddress(font) : QString()},
-        {QStringLiteral("textWeight"), font.textWeight},
-        {QStringLiteral("boldWeight"), font.boldWeight},
-        {QStringLiteral("fontStyle"),
-         font.italic ? QStringLiteral("italic") : QStringLiteral("normal")},
-        {QStringLiteral("fit"), mShop.crop ? QStringLiteral("cover") : QStringLiteral("contain")}};
+    return Template::values(
+        {{"accent", light.name()},
+         {"onAccent", textOn(light)},
+         {"accentDark", dark.name()},
+         {"onAccentDark", textOn(dark)},
+         {"fontFamily", family},
+         {"fontFiles", files},
+         {"fontAddress", font.fromService ? fontAddress(font) : QString()},
+         {"textWeight", font.textWeight},
+         {"boldWeight", font.boldWeight},
+         {"fontStyle", font.italic ? QStringLiteral("italic") : QStringLiteral("normal")},
+         {"fit", mShop.crop ? QStringLiteral("cover") : QStringLiteral("contain")}});
 }
 
 QVariantMap ShopPage::product(const ShopProduct& product, bool isFirst) const
@@ -305,17 +303,17 @@ QVariantMap ShopPage::product(const ShopProduct& product, bool isFirst) const
     for (int i = 1; i < product.photos.size(); ++i)
         more.append(picture(product.photos.at(i), QStringLiteral("%1 (%2)").arg(name).arg(i + 1),
                             true, true));
-    return {{QStringLiteral("id"), product.id},
-            {QStringLiteral("name"), name},
-            {QStringLiteral("text"), product.description.value(mLanguage)},
-            {QStringLiteral("photo"), picture(product.photos.first(), name, !isFirst, false)},
-            {QStringLiteral("photos"),
-             more.isEmpty() ? QVariantMap() : QVariantMap{{QStringLiteral("list"), more}}},
-            {QStringLiteral("gross"), price(product.price.gross)},
-            {QStringLiteral("net"), price(product.price.net)},
-            {QStringLiteral("vat"), price(product.price.vat)},
-            {QStringLiteral("rate"), rate},
-            {QStringLiteral("order"), order(product)}};
+    return Template::values(
+        {{"id", product.id},
+         {"name", name},
+         {"text", product.description.value(mLanguage)},
+         {"photo", picture(product.photos.first(), name, !isFirst, false)},
+         {"photos", more.isEmpty() ? QVariantMap() : Template::values({{"list", more}})},
+         {"gross", price(product.price.gross)},
+         {"net", price(product.price.net)},
+         {"vat", price(product.price.vat)},
+         {"rate", rate},
+         {"order", order(product)}});
 }
 
 /// One picture in all its sizes. The reader's browser is told how wide it is shown, which for an
@@ -336,21 +334,21 @@ QVariantMap ShopPage::picture(const QString& photo, const QString& alt, bool isL
     const bool isDrawing = ImageUtils::imageNameIsVectoriel(picture.name);
     const bool isJpeg = picture.name.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive)
         || picture.name.endsWith(QLatin1String(".jpeg"), Qt::CaseInsensitive);
-    return {{QStringLiteral("large"), Template::address(QLatin1String("images/") + picture.name)},
-            {QStringLiteral("table"), !isJpeg},
-            {QStringLiteral("src"), Template::address(QLatin1String("thumbs/") + picture.name)},
-            {QStringLiteral("srcset"), picture.sizes.size() > 1 ? set(picture.sizes) : QString()},
-            {QStringLiteral("webp"), set(picture.webp)},
-            {QStringLiteral("sizes"),
-             isSmall ? QStringLiteral("4rem")
-                     : QStringLiteral("(max-width: 40rem) %1vw, %2rem")
-                           .arg(qRound(100 * share))
-                           .arg(qMax(1, qRound(cardRem * share)))},
-            {QStringLiteral("drawing"), isDrawing},
-            {QStringLiteral("alt"), alt},
-            {QStringLiteral("width"), shown.width()},
-            {QStringLiteral("height"), shown.height()},
-            {QStringLiteral("lazy"), isLazy}};
+    return Template::values({{"large", Template::address(QLatin1String("images/") + picture.name)},
+                             {"table", !isJpeg},
+                             {"src", Template::address(QLatin1String("thumbs/") + picture.name)},
+                             {"srcset", picture.sizes.size() > 1 ? set(picture.sizes) : QString()},
+                             {"webp", set(picture.webp)},
+                             {"sizes",
+                              isSmall ? QStringLiteral("4rem")
+                                      : QStringLiteral("(max-width: 40rem) %1vw, %2rem")
+                                            .arg(qRound(100 * share))
+                                            .arg(qMax(1, qRound(cardRem * share)))},
+                             {"drawing", isDrawing},
+                             {"alt", alt},
+                             {"width", shown.width()},
+                             {"height", shown.height()},
+                             {"lazy", isLazy}});
 }
 
 QVariantMap ShopPage::foot() const
@@ -360,27 +358,29 @@ QVariantMap ShopPage::foot() const
         CurrencyUtils::currencySymbol(mShop.currency, QLocale::CurrencyDisplayName);
     // Months in words are read alike everywhere.
     const QString date = locale.toString(mShop.vatDate, QStringLiteral("d MMMM yyyy"));
-    QVariantMap foot{{QStringLiteral("pricesText"),
-                      mTexts.value(QStringLiteral("pricesText"))
-                          .toString()
-                          .arg(currency, countryName(mShop.country, mLanguage))},
-                     {QStringLiteral("ratesText"),
-                      mTexts.value(QStringLiteral("ratesText")).toString().arg(date)}};
+    QVariantMap foot = Template::values(
+        {{"pricesText",
+          mTexts.value(QStringLiteral("pricesText"))
+              .toString()
+              .arg(currency, countryName(mShop.country, mLanguage))},
+         {"ratesText", mTexts.value(QStringLiteral("ratesText")).toString().arg(date)}});
     const QString imprint = mShop.imprint.value(mLanguage);
-    const bool isAddress = imprint.startsWith(QLatin1String("static/"))
-        || imprint.startsWith(QLatin1String("https://"))
-        || imprint.startsWith(QLatin1String("http://"));
-    foot.insert(isAddress ? QStringLiteral("imprintAddress") : QStringLiteral("imprint"), imprint);
+    if (imprint.startsWith(QLatin1String("static/")))
+        foot.insert(QStringLiteral("imprintAddress"), Template::address(imprint));
+    else if (imprint.contains(QRegularExpression(QStringLiteral("\\Ahttps?://"))))
+        foot.insert(QStringLiteral("imprintAddress"), imprint);
+    else
+        foot.insert(QStringLiteral("imprint"), imprint);
     QString phone = mShop.phone; // without places where a line may break
     phone.replace(QLatin1Char(' '), QChar(QChar::Nbsp)).replace(QLatin1Char('-'), QChar(0x2011));
     QString phoneNumber = mShop.phone;
     phoneNumber.remove(QRegularExpression(QStringLiteral("[^0-9+]")));
     if (!mShop.email.isEmpty() || !phone.isEmpty() || !mShop.address.isEmpty())
         foot.insert(QStringLiteral("contact"),
-                    QVariantMap{{QStringLiteral("address"), mShop.address.value(mLanguage)},
-                                {QStringLiteral("email"), mShop.email},
-                                {QStringLiteral("phone"), phone},
-                                {QStringLiteral("phoneNumber"), phoneNumber}});
+                    Template::values({{"address", mShop.address.value(mLanguage)},
+                                      {"email", mShop.email},
+                                      {"phone", phone},
+                                      {"phoneNumber", phoneNumber}}));
     return foot;
 }
 
@@ -401,35 +401,32 @@ QString ShopPage::price(qint64 amount) const
 }
 
 /// The products for search engines. No text in it can end the script element that holds it.
-QByteArray ShopPage::data(int first, int count, const QString& place) const
+QString ShopPage::data(int first, int count, const QString& place) const
 {
     const int decimals = CurrencyUtils::minorUnits(mShop.currency);
-    QJsonArray products;
+    QVariantList products;
     for (int i = first; i < first + count; ++i) {
         const ShopProduct& product = mShop.products.at(i);
-        const QString address = mShop.url + place + QLatin1Char('#') + product.id;
-        QJsonArray images;
+        QStringList images;
         for (const QString& photo : product.photos)
             images.append(
                 mShop.url
                 + Template::address(QLatin1String("images/") + mPictures.value(photo).name));
-        const QJsonObject offer{{QStringLiteral("@type"), QStringLiteral("Offer")},
-                                {QStringLiteral("price"),
-                                 QString::number(mShop.amount(product.price.gross), 'f', decimals)},
-                                {QStringLiteral("priceCurrency"), mShop.currency},
-                                {QStringLiteral("url"), address}};
-        QJsonObject entry{{QStringLiteral("@context"), QStringLiteral("https://schema.org")},
-                          {QStringLiteral("@type"), QStringLiteral("Product")},
-                          {QStringLiteral("name"), product.name.value(mLanguage)},
-                          {QStringLiteral("image"), images},
-                          {QStringLiteral("offers"), offer}};
-        if (!product.description.value(mLanguage).isEmpty())
-            entry.insert(QStringLiteral("description"), product.description.value(mLanguage));
-        products.append(entry);
+        const QVariantMap offer = Template::values(
+            {{"@type", QStringLiteral("Offer")},
+             {"price", QString::number(mShop.amount(product.price.gross), 'f', decimals)},
+             {"priceCurrency", mShop.currency},
+             {"url", QString(mShop.url + place + QLatin1Char('#') + product.id)}});
+        products.append(Template::values({{"@context", QStringLiteral("https://schema.org")},
+                                          {"@type", QStringLiteral("Product")},
+                                          {"name", product.name.value(mLanguage)},
+                                          {"description", product.description.value(mLanguage)},
+                                          {"image", images},
+                                          {"offers", offer}}));
     }
-    return QJsonDocument(products)
-        .toJson(QJsonDocument::Compact)
-        .replace('<', "\\u003c")
-        .replace('>', "\\u003e")
-        .replace('&', "\\u0026");
+    return QString::fromUtf8(QJsonDocument::fromVariant(products)
+                                 .toJson(QJsonDocument::Compact)
+                                 .replace('<', "\\u003c")
+                                 .replace('>', "\\u003e")
+                                 .replace('&', "\\u0026"));
 }

@@ -41,7 +41,7 @@ private:
     QVariantMap style() const;
     QVariantMap links(int number) const;
     QVariantMap foot() const;
-    QByteArray data(int first, int count, const QString& place) const;
+    QString data(int first, int count, const QString& place) const;
     QString order(const ShopProduct& product) const;
     QString price(qint64 amount) const;
 

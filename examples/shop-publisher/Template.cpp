@@ -100,6 +100,14 @@ private:
 
 } // namespace
 
+QVariantMap Template::values(std::initializer_list<std::pair<const char*, QVariant>> values)
+{
+    QVariantMap map;
+    for (const auto& value : values)
+        map.insert(QLatin1String(value.first), value.second);
+    return map;
+}
+
 QByteArray Template::fill(const QString& name, const QVariantMap& values)
 {
     Filling filling;

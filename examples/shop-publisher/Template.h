@@ -20,9 +20,15 @@
 #include <QString>
 #include <QVariant>
 
+#include <initializer_list>
+#include <utility>
+
 class Template
 {
 public:
+    /// Values by their names, for fill().
+    static QVariantMap values(std::initializer_list<std::pair<const char*, QVariant>> values);
+
     /// The file \a name of the resources with \a values filled in, in UTF-8.
     static QByteArray fill(const QString& name, const QVariantMap& values);
 
