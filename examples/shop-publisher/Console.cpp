@@ -8,8 +8,13 @@
 
 #include <cstdio>
 
+#ifdef Q_OS_WIN
+#include <io.h>
+#include <windows.h>
+#else
 #include <sys/ioctl.h>
 #include <unistd.h>
+#endif
 
 namespace {
 
@@ -55,10 +60,25 @@ QString fitted(const QString& text, int columns)
 
 int terminalColumns()
 {
+#ifdef Q_OS_WIN
+    CONSOLE_SCREEN_BUFFER_INFO screen = {};
+    if (GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &screen))
+        return screen.srWindow.Right - screen.srWindow.Left + 1;
+#else
     winsize size = {};
     if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
         return size.ws_col;
+#endif
     return 80;
+}
+
+bool isTerminal()
+{
+#ifdef Q_OS_WIN
+    return ::_isatty(::_fileno(stdout)) != 0;
+#else
+    return ::isatty(STDOUT_FILENO) == 1;
+#endif
 }
 
 bool terminalShows(QChar character)
@@ -70,7 +90,7 @@ bool terminalShows(QChar character)
 
 Console::Console(bool quiet)
     : mQuiet(quiet)
-    , mTerminal(::isatty(STDOUT_FILENO) == 1)
+    , mTerminal(isTerminal())
 { }
 
 void Console::progress(const QString& whole, const QString& step)

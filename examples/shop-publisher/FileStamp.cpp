@@ -6,8 +6,40 @@
 #include <QFile>
 #include <QStringList>
 
-#include <sys/stat.h>
+#ifdef Q_OS_WIN
+#include <QDir>
+#include <QFileInfo>
 
+#include <windows.h>
+#else
+#include <sys/stat.h>
+#endif
+
+#ifdef Q_OS_WIN
+FileStamp FileStamp::of(const QString& path)
+{
+    FileStamp stamp;
+    const QString native = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    // Of a folder, too.
+    const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t*>(native.utf16()), 0,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return stamp;
+    BY_HANDLE_FILE_INFORMATION status = {};
+    if (GetFileInformationByHandle(file, &status)) {
+        const auto joined = [](DWORD high, DWORD low) { return quint64(high) << 32 | low; };
+        stamp.device = status.dwVolumeSerialNumber;
+        stamp.inode = joined(status.nFileIndexHigh, status.nFileIndexLow);
+        stamp.size = qint64(joined(status.nFileSizeHigh, status.nFileSizeLow));
+        // Counted in 100 nanoseconds since 1601, which in nanoseconds would not fit.
+        stamp.changed = qint64(
+            joined(status.ftLastWriteTime.dwHighDateTime, status.ftLastWriteTime.dwLowDateTime));
+    }
+    CloseHandle(file);
+    return stamp;
+}
+#else
 FileStamp FileStamp::of(const QString& path)
 {
     FileStamp stamp;
@@ -25,6 +57,7 @@ FileStamp FileStamp::of(const QString& path)
     stamp.changed = qint64(changed.tv_sec) * 1000000000 + qint64(changed.tv_nsec);
     return stamp;
 }
+#endif
 
 QString FileStamp::toText() const
 {

@@ -15,7 +15,7 @@ struct FileStamp
     quint64 device = 0;
     quint64 inode = 0;
     qint64 size = -1; ///< -1: there is no such file
-    qint64 changed = 0; ///< time of the last change, in nanoseconds
+    qint64 changed = 0; ///< time of the last change, as finely as the system tells it
 
     /// Links are followed.
     static FileStamp of(const QString& path);

@@ -172,7 +172,9 @@ int main(int argc, char* argv[])
     qInstallMessageHandler(dropMessage);
     setIdentity();
     // Whoever reads our output may go; the site is finished all the same.
+#ifdef SIGPIPE
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+#endif
     const auto application = makeApplication(argc, argv);
     CoreApplicationUtils::initStartupVars();
     // Before anything is made in the site, and until it is tidy again.

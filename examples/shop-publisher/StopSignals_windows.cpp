@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+#include "StopSignals.h"
+
+#include <QCoreApplication>
+
+#include <windows.h>
+
+namespace {
+
+const UINT exitCodeOfSecond = 130;
+
+/// The object that lives, and how often the user asked. Windows calls from a thread of its own.
+StopSignals* volatile listener = nullptr;
+volatile LONG caught = 0;
+
+BOOL WINAPI passOn(DWORD)
+{
+    // Whoever asks again does not want to wait. The next run tidies up.
+    if (InterlockedIncrement(&caught) > 1)
+        TerminateProcess(GetCurrentProcess(), exitCodeOfSecond);
+    if (StopSignals* const object = listener)
+        QMetaObject::invokeMethod(object, "stopRequested", Qt::QueuedConnection);
+    return TRUE;
+}
+
+} // namespace
+
+StopSignals::StopSignals()
+{
+    caught = 0;
+    listener = this;
+    SetConsoleCtrlHandler(passOn, TRUE);
+}
+
+StopSignals::~StopSignals()
+{
+    // After the first one, a second still ends the program in an orderly way.
+    if (caught == 0)
+        SetConsoleCtrlHandler(passOn, FALSE);
+    listener = nullptr;
+}
