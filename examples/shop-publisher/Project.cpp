@@ -17,7 +17,11 @@
 #include <cerrno>
 #include <cstring>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
 #include <dirent.h>
+#endif
 
 namespace {
 
@@ -122,14 +126,14 @@ private:
     /// encoding, such as names in Latin-1 from an old disk: they must not vanish without a word.
     bool checkRawNames(const QString& folder, const QString& prefix)
     {
+#ifdef Q_OS_WIN
+        // Where every name is a text.
+        if (!QFileInfo(folder).isReadable())
+            return cannotRead(folder, prefix, qt_error_string(ERROR_ACCESS_DENIED));
+#else
         DIR* const directory = ::opendir(QFile::encodeName(folder).constData());
-        if (!directory) {
-            const QString reason = QString::fromLocal8Bit(std::strerror(errno));
-            WorkItem* const closed = item(WorkItem::Folder, prefix.isEmpty() ? folder : prefix);
-            closed->ORVAUTILS_SET_ERROR(closed->failure(
-                WorkItem::Unreadable, Project::tr("cannot be read (%1)").arg(reason)));
-            return false;
-        }
+        if (!directory)
+            return cannotRead(folder, prefix, QString::fromLocal8Bit(std::strerror(errno)));
         while (const dirent* const entry = ::readdir(directory)) {
             const QByteArray raw(entry->d_name);
             const QString name = QFile::decodeName(raw);
@@ -146,7 +150,16 @@ private:
                 Project::tr("has a name that is not valid UTF-8; please rename it")));
         }
         ::closedir(directory);
+#endif
         return true;
+    }
+
+    bool cannotRead(const QString& folder, const QString& prefix, const QString& reason)
+    {
+        WorkItem* const closed = item(WorkItem::Folder, prefix.isEmpty() ? folder : prefix);
+        closed->ORVAUTILS_SET_ERROR(
+            closed->failure(WorkItem::Unreadable, Project::tr("cannot be read (%1)").arg(reason)));
+        return false;
     }
 
     /// What cannot be used.

@@ -15,7 +15,11 @@
 #include <cstdio>
 #include <cstring>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
 #include <fcntl.h>
+#endif
 
 namespace {
 
@@ -88,6 +92,26 @@ std::unique_ptr<QLockFile> lockOf(const QString& draftsFolder)
     auto lock = std::make_unique<QLockFile>(lockPath(draftsFolder));
     lock->setStaleLockTime(0);
     return lock;
+}
+
+/// Moves a file to where another one may be. Not QFile::rename(), which never replaces: the old
+/// file stays until the new one is there.
+bool moveOver(const QString& path, const QString& target, QString* reason)
+{
+#ifdef Q_OS_WIN
+    const auto native = [](const QString& name) {
+        return QDir::toNativeSeparators(QFileInfo(name).absoluteFilePath()).toStdWString();
+    };
+    if (MoveFileExW(native(path).c_str(), native(target).c_str(), MOVEFILE_REPLACE_EXISTING))
+        return true;
+    *reason = qt_error_string(int(GetLastError()));
+#else
+    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData())
+        == 0)
+        return true;
+    *reason = QString::fromLocal8Bit(std::strerror(errno));
+#endif
+    return false;
 }
 
 /// Lets two folders change places in one step. False where the system cannot.
@@ -249,11 +273,9 @@ bool Site::publish(const QString& draftPath, const QString& place, QString* reas
     if (!makeFolderFor(place, reason))
         return false;
     const QString target = mFolder + QLatin1Char('/') + place;
-    // Not QFile::rename, which never replaces: the old file stays until the new one is there.
-    if (std::rename(QFile::encodeName(draftPath).constData(), QFile::encodeName(target).constData())
-        != 0) {
-        *reason = tr("cannot be written to %1 (%2)")
-                      .arg(place, QString::fromLocal8Bit(std::strerror(errno)));
+    QString why;
+    if (!moveOver(draftPath, target, &why)) {
+        *reason = tr("cannot be written to %1 (%2)").arg(place, why);
         return false;
     }
     return true;
