@@ -4,6 +4,7 @@
 #include "Site.h"
 
 #include "LockFile.h"
+#include "MoveOver.h"
 
 #include <FileUtils.h>
 
@@ -12,12 +13,9 @@
 #include <QFileInfo>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
-#ifdef Q_OS_WIN
-#include <windows.h>
-#else
+#ifndef Q_OS_WIN
 #include <fcntl.h>
 #endif
 
@@ -92,26 +90,6 @@ std::unique_ptr<QLockFile> lockOf(const QString& draftsFolder)
     auto lock = std::make_unique<QLockFile>(lockPath(draftsFolder));
     lock->setStaleLockTime(0);
     return lock;
-}
-
-/// Moves a file to where another one may be. Not QFile::rename(), which never replaces: the old
-/// file stays until the new one is there.
-bool moveOver(const QString& path, const QString& target, QString* reason)
-{
-#ifdef Q_OS_WIN
-    const auto native = [](const QString& name) {
-        return QDir::toNativeSeparators(QFileInfo(name).absoluteFilePath()).toStdWString();
-    };
-    if (MoveFileExW(native(path).c_str(), native(target).c_str(), MOVEFILE_REPLACE_EXISTING))
-        return true;
-    *reason = qt_error_string(int(GetLastError()));
-#else
-    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData())
-        == 0)
-        return true;
-    *reason = QString::fromLocal8Bit(std::strerror(errno));
-#endif
-    return false;
 }
 
 /// Lets two folders change places in one step. False where the system cannot.
