@@ -43,9 +43,9 @@ bool openUnnamed(QFile*, const QString&)
     return false;
 }
 
-bool nameFile(int, const QString&, QString*)
+bool nameFile(int, const QString&, QString*) // GCOVR_EXCL_LINE: no file here lacks a name
 {
-    return false;
+    return false; // GCOVR_EXCL_LINE: likewise
 }
 
 bool removeFile(const QString& path)

@@ -30,9 +30,10 @@ int openToRead(const QString& path)
     }
 }
 
-bool canBeLocked(int file)
+bool canBeLocked(int file) // GCOVR_EXCL_LINE: for file systems without leases
 {
-    return flock(file, LOCK_EX | LOCK_NB) == 0 && flock(file, LOCK_UN) == 0;
+    return flock(file, LOCK_EX | LOCK_NB) == 0 // GCOVR_EXCL_LINE: likewise
+        && flock(file, LOCK_UN) == 0; // GCOVR_EXCL_LINE: likewise
 }
 
 } // namespace
@@ -68,8 +69,9 @@ bool isOpenedByNobody(const QString& path)
     }
 #endif
     if (!isKnown) {
-        const qint64 age = QFileInfo(path).lastModified().secsTo(QDateTime::currentDateTimeUtc());
-        isFree = age >= longestMoment && canBeLocked(file);
+        const QDateTime now = QDateTime::currentDateTimeUtc(); // GCOVR_EXCL_LINE: likewise
+        const qint64 age = QFileInfo(path).lastModified().secsTo(now); // GCOVR_EXCL_LINE: likewise
+        isFree = age >= longestMoment && canBeLocked(file); // GCOVR_EXCL_LINE: likewise
     }
     close(file);
     return isFree;
