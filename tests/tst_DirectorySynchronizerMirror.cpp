@@ -82,6 +82,8 @@ private Q_SLOTS:
     void tellsWhatAndWhy();
     void unwatchedIsAFailure();
     void otherKindOfEntry();
+    void inTheWay_data();
+    void inTheWay();
     void nothingIsClearedForAMissingFile();
     void unreadableForAMoment_data();
     void unreadableForAMoment();
@@ -90,6 +92,7 @@ private Q_SLOTS:
     void observedFullSync();
     void cancelledFullSync();
     void isEqual();
+    void isEqualNeedsFolders_data();
     void isEqualNeedsFolders();
     void stops();
     void storms_data();
@@ -316,6 +319,38 @@ void tst_DirectorySynchronizerMirror::otherKindOfEntry()
     }
 }
 
+void tst_DirectorySynchronizerMirror::inTheWay_data()
+{
+    QTest::addColumn<QString>("obstacle");
+    QTest::addColumn<QString>("target");
+    QTest::newRow("a file above") << QStringLiteral("dst/x") << QString();
+    QTest::newRow("a broken link above") << QStringLiteral("dst/x") << QStringLiteral("nowhere");
+    QTest::newRow("a broken link") << QStringLiteral("dst/x/b") << QStringLiteral("nowhere");
+    QTest::newRow("a link to a folder")
+        << QStringLiteral("dst/x/b") << QStringLiteral("../../outside");
+}
+
+// What stands in the place of a mirror, or of a folder above it, gives way; what a link leads to
+// stays.
+void tst_DirectorySynchronizerMirror::inTheWay()
+{
+    QFETCH(QString, obstacle);
+    QFETCH(QString, target);
+    const QString file = mSandbox->file(QStringLiteral("src/x/b"), "new");
+    const QString kept = mSandbox->file(QStringLiteral("outside/kept"));
+    DirectorySynchronizer synchronizer;
+    QVERIFY(synchronizer.startWatcher(mSource, mDestination));
+    if (target.isEmpty()) {
+        mSandbox->file(obstacle);
+    } else {
+        makeFolder(QFileInfo((*mSandbox)(obstacle)).path());
+        mSandbox->link(obstacle, target);
+    }
+    synchronizer.onFileAddedOrModified(file);
+    QCOMPARE(treeOf(mDestination), QStringList({QStringLiteral("x/"), QStringLiteral("x/b=new")}));
+    QCOMPARE(contentOf(kept), QByteArray("content"));
+}
+
 void tst_DirectorySynchronizerMirror::nothingIsClearedForAMissingFile()
 {
     LogCapture quiet;
@@ -480,13 +515,21 @@ void tst_DirectorySynchronizerMirror::isEqual()
     QVERIFY(!synchronizer.isEqual());
 }
 
+void tst_DirectorySynchronizerMirror::isEqualNeedsFolders_data()
+{
+    QTest::addColumn<QString>("unreadable");
+    QTest::newRow("source") << QStringLiteral("src/x");
+    QTest::newRow("destination") << QStringLiteral("dst/x");
+}
+
 void tst_DirectorySynchronizerMirror::isEqualNeedsFolders()
 {
+    QFETCH(QString, unreadable);
     DirectorySynchronizer synchronizer;
     QVERIFY(!synchronizer.isEqual());
     mSandbox->file(QStringLiteral("src/x/a"));
     fillAndStart(&synchronizer);
-    mSandbox->lock(mSource + QStringLiteral("/x"), 0);
+    mSandbox->lock((*mSandbox)(unreadable), 0);
     QStringList differences;
     {
         const OrdinaryUser user;
