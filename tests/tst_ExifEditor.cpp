@@ -130,6 +130,8 @@ private Q_SLOTS:
     void sharedValueIsKept();
     void overlappingDirectoryIsKept();
     void linklessDirectoriesAreKept();
+    void unorderedDirectories_data();
+    void unorderedDirectories();
     void addingAndRemovingDoesNotGrow();
     void removedValuesAreErased();
     void texts();
@@ -559,6 +561,43 @@ void tst_ExifEditor::linklessDirectoriesAreKept()
         QCOMPARE(TiffWalk(saved).entriesBut({name}), TiffWalk(block).entriesBut({name}));
         QCOMPARE(TiffWalk(saved).entries().size(), TiffWalk(block).entriesBut({name}).size() + 1);
     }
+}
+
+void tst_ExifEditor::unorderedDirectories_data()
+{
+    QTest::addColumn<QByteArray>("block");
+    for (const QDataStream::ByteOrder order : {little, big}) {
+        QTest::newRow(order == little ? "little-endian" : "big-endian")
+            << TiffBuilder(order)
+                   .tiff()
+                   .u16(2)
+                   .shorts(0x0112, 1, 6)
+                   .entry(0x010F, 2, 10, 38)
+                   .u32(48)
+                   .raw(QByteArray("Orva Corp\0", 10)) // 38
+                   .u16(2) // 48
+                   .entry(0x0202, 4, 1, 6)
+                   .entry(0x0201, 4, 1, 78)
+                   .u32(0)
+                   .raw(hex("FFD86E61FFD9")) // 78
+                   .all();
+    }
+}
+
+// Some programs write entries in any order, the size of a thumbnail before its place.
+void tst_ExifEditor::unorderedDirectories()
+{
+    QFETCH(QByteArray, block);
+    const TiffWalk before(block);
+    QVERIFY(before.isSound());
+    QVERIFY(before.entries().contains("IFD1 thumbnail ffd86e61ffd9"));
+    const QByteArray added = edited(block, [](ExifEditor* editor) {
+        editor->setValue(Header::Artist, QExifValue(text("a longer text than any")));
+    });
+    QCOMPARE(TiffWalk(added).entriesBut({"IFD0 013b"}), before.entries());
+    const QByteArray removed =
+        edited(added, [](ExifEditor* editor) { editor->remove(Header::Artist); });
+    QCOMPARE(TiffWalk(removed).entries(), before.entries());
 }
 
 void tst_ExifEditor::addingAndRemovingDoesNotGrow()

@@ -77,7 +77,6 @@ private:
         mSeen.insert(offset);
         const qint64 count = u16(offset);
         mIsSound = mIsSound && offset + 2 + 12 * count <= mBlock.size();
-        QByteArray thumbnail;
         qint64 thumbnailAt = 0;
         qint64 thumbnailSize = 0;
         for (qint64 at = offset + 2;
@@ -95,11 +94,8 @@ private:
                 type == 4 && u32(at + 4) == 1 && (tag == 0x8769 || tag == 0x8825 || tag == 0xA005);
             if (tag == 0x0201)
                 thumbnailAt = u32(at + 8);
-            if (tag == 0x0202) {
+            if (tag == 0x0202)
                 thumbnailSize = u32(at + 8);
-                thumbnail = mBlock.mid(int(qMin<qint64>(thumbnailAt, mBlock.size())),
-                                       int(qMin<qint64>(thumbnailSize, mBlock.size())));
-            }
             mEntries.append(name + ' ' + QByteArray::number(tag, 16).rightJustified(4, '0') + ' '
                             + QByteArray::number(type) + ' ' + QByteArray::number(u32(at + 4)) + ' '
                             + (isPointer ? QByteArray("...") : value.toHex()));
@@ -109,6 +105,9 @@ private:
                                               : QByteArray("Interoperability"),
                           u32(at + 8));
         }
+        // Behind the loop, because the entries need not be in order.
+        const QByteArray thumbnail = mBlock.mid(int(qMin<qint64>(thumbnailAt, mBlock.size())),
+                                                int(qMin<qint64>(thumbnailSize, mBlock.size())));
         mIsSound = mIsSound && thumbnail.size() == thumbnailSize
             && (thumbnail.isEmpty() || thumbnailAt >= 8);
         if (!thumbnail.isEmpty())
