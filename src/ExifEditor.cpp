@@ -7,7 +7,9 @@
 #include "filepatch_p.h"
 #include "intactfile_p.h"
 #include "jpegsegments_p.h"
+#include "photofile_p.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 
 using namespace OrvaUtilsPrivate;
@@ -34,29 +36,6 @@ namespace {
 
 // "Exif" and two bytes in front of the block
 const int nameSize = 6;
-
-bool fail(QString* error, const QString& reason)
-{
-    if (error)
-        *error = reason;
-    return false;
-}
-
-QString notOpened(const QFile& file)
-{
-    return QCoreApplication::translate("ExifEditor", "The file cannot be opened: %1")
-        .arg(file.errorString());
-}
-
-QString noJpeg()
-{
-    return QCoreApplication::translate("ExifEditor", "The file is not a JPEG picture.");
-}
-
-QString notRead()
-{
-    return QCoreApplication::translate("ExifEditor", "The file cannot be read.");
-}
 
 template <typename Tag>
 QList<Tag> tagsOf(const ExifBlock& block, ExifBlock::Directory directory)
@@ -121,18 +100,40 @@ ExifPlace findExif(QIODevice* device)
     return place;
 }
 
+/// The same at the beginning of a file; mostly it takes a single read.
+ExifPlace findExif(QFile* file)
+{
+    const int headSize = 72 * 1024; // a whole segment and what stands in front of it
+    const int nextSize = 16; // by which a segment shows that the block goes on in it
+    if (file->isSequential())
+        return findExif(static_cast<QIODevice*>(file));
+    QBuffer head;
+    head.setData(file->read(headSize));
+    head.open(QIODevice::ReadOnly);
+    const ExifPlace place = findExif(static_cast<QIODevice*>(&head));
+    if (head.size() == file->size() || (place.isFound && place.end + nextSize <= head.size()))
+        return place;
+    file->seek(0);
+    return findExif(static_cast<QIODevice*>(file));
+}
+
+/// False, with the reason, where that is no JPEG or the block in it is none.
+bool parse(const ExifPlace& place, ExifBlock* block, QString* error)
+{
+    if (!place.isJpeg)
+        return fail(error, PhotoFailure::NotJpeg);
+    return !place.isFound || block->parse(place.block) || fail(error, PhotoFailure::Damaged);
+}
+
 enum class Shrinking { Allowed, FilledUp };
 
 /// What has to change in a JPEG for it to hold a block. False, with the reason, where that is
 /// impossible.
-bool findPatch(QIODevice* device, QByteArray block, Shrinking shrinking, FilePatch* patch,
+bool findPatch(const ExifPlace& place, QByteArray block, Shrinking shrinking, FilePatch* patch,
                QString* error)
 {
-    if (!device->seek(0))
-        return fail(error, notRead());
-    const ExifPlace place = findExif(device);
     if (!place.isJpeg)
-        return fail(error, noJpeg());
+        return fail(error, PhotoFailure::NotJpeg);
     const int missing = int(place.block.size() - block.size());
     if ((shrinking == Shrinking::FilledUp || place.goesOn) && missing > 0)
         block.append(QByteArray(missing, '\0'));
@@ -234,53 +235,35 @@ bool ExifEditor::load(const QString& fileName, QString* error)
     clear();
     IntactFile file(fileName);
     if (!file.isIntact())
-        return fail(error, notOpened(file));
-    const bool isLoaded = load(&file, error);
+        return failToOpen(error, file);
+    const bool isLoaded = parse(findExif(&file), &d->block, error);
     if (file.isIntact())
         return isLoaded;
     clear();
-    return fail(error, notRead());
+    return fail(error, PhotoFailure::NotRead);
 }
 
 bool ExifEditor::load(QIODevice* device, QString* error)
 {
     clear();
     if (!device || !device->isReadable())
-        return fail(error, notRead());
-    const ExifPlace place = findExif(device);
-    if (!place.isJpeg)
-        return fail(error, noJpeg());
-    if (place.isFound && !d->block.parse(place.block))
-        return fail(
-            error,
-            QCoreApplication::translate("ExifEditor", "The EXIF data of the picture is damaged."));
-    return true;
+        return fail(error, PhotoFailure::NotRead);
+    return parse(findExif(device), &d->block, error);
 }
 
 bool ExifEditor::save(const QString& fileName, QString* error)
 {
     QFile file(fileName);
-    if (!openToPatch(&file))
-        return fail(error, notOpened(file));
+    if (!openPhoto(&file, error))
+        return false;
     if (isEmpty())
         return true;
     const QByteArray block = d->block.composed();
     FilePatch patch;
-    if (!findPatch(&file, block, Shrinking::Allowed, &patch, error))
+    if (!findPatch(findExif(&file), block, Shrinking::Allowed, &patch, error))
         return false;
-    switch (patchFile(&file, patch, Irreplaceable::Refuse)) {
-    case Patched::Yes:
-        break;
-    case Patched::Failed:
-        return fail(error,
-                    QCoreApplication::translate("ExifEditor", "The file cannot be written."));
-    case Patched::Refused:
-        return fail(error,
-                    QCoreApplication::translate(
-                        "ExifEditor",
-                        "The file cannot be replaced: it has several names, belongs to somebody "
-                        "else, or its folder takes no new file."));
-    }
+    if (!patchPhoto(&file, patch, error))
+        return false;
     d->block.parse(block);
     return true;
 }
@@ -289,17 +272,17 @@ bool ExifEditor::save(QIODevice* device, QString* error)
 {
     if (!device || device->isSequential() || !device->isReadable() || !device->isWritable()
         || device->openMode().testFlag(QIODevice::Append))
-        return fail(error,
-                    QCoreApplication::translate("ExifEditor", "The file cannot be written."));
+        return fail(error, PhotoFailure::NotWritten);
     if (isEmpty())
         return true;
     const QByteArray block = d->block.composed();
     FilePatch patch;
-    if (!findPatch(device, block, Shrinking::FilledUp, &patch, error))
+    if (!device->seek(0))
+        return fail(error, PhotoFailure::NotRead);
+    if (!findPatch(findExif(device), block, Shrinking::FilledUp, &patch, error))
         return false;
     if (!patchInPlace(device, patch))
-        return fail(error,
-                    QCoreApplication::translate("ExifEditor", "The file cannot be written."));
+        return fail(error, PhotoFailure::NotWritten);
     d->block.parse(block);
     return true;
 }

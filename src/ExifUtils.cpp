@@ -7,8 +7,11 @@
 #include "QExifImageHeader.h"
 #include "filepatch_p.h"
 #include "intactfile_p.h"
-#include "jpegmetadata_p.h"
 #include "jpegsegments_p.h"
+#include "locationeraser_p.h"
+#include "metadatachoice_p.h"
+#include "photofile_p.h"
+#include "picturemetadata_p.h"
 #include "tiffblock_p.h"
 
 #include <QBuffer>
@@ -18,19 +21,6 @@
 using namespace OrvaUtilsPrivate;
 
 namespace {
-
-bool fail(QString* error, const QString& reason)
-{
-    if (error)
-        *error = reason;
-    return false;
-}
-
-QString notOpened(const QFile& file)
-{
-    return QCoreApplication::translate("ExifUtils", "The file cannot be opened: %1")
-        .arg(file.errorString());
-}
 
 /// The entries of the first directory of a picture's EXIF block.
 struct ImageIfd
@@ -130,49 +120,16 @@ QByteArray entriesWith(const ImageIfd& ifd, quint16 orientation)
     return entries;
 }
 
-/// An EXIF segment with nothing but an orientation.
-QByteArray segmentWith(quint16 orientation)
-{
-    QByteArray payload("Exif\0\0", 6);
-    TiffWriter writer(&payload, QDataStream::BigEndian);
-    writer.write(QByteArray("MM"));
-    writer.write(tiffMagic);
-    writer.write(quint32(tiffHeaderSize));
-    writer.write(quint16(1));
-    writer.writeEntry(QExifImageHeader::Orientation, QExifValue(orientation), 0);
-    writer.write(quint32(0));
-    return JpegSegments::head(JpegMarker::App1, int(payload.size())) + payload;
-}
-
-/// Changes a file, with the reason where that fails.
-bool apply(const FilePatch& patch, QFile* file, QString* error)
-{
-    switch (patchFile(file, patch, Irreplaceable::Refuse)) {
-    case Patched::Yes:
-        return true;
-    case Patched::Failed:
-        break;
-    case Patched::Refused:
-        return fail(error,
-                    QCoreApplication::translate(
-                        "ExifUtils",
-                        "The file cannot be replaced: it has several names, belongs to somebody "
-                        "else, or its folder takes no new file."));
-    }
-    return fail(error, QCoreApplication::translate("ExifUtils", "The file cannot be written."));
-}
-
 /// Reads a whole JPEG file that is going to be changed.
 bool readToChange(QFile* file, QByteArray* content, QString* error)
 {
-    if (!openToPatch(file))
-        return fail(error, notOpened(*file));
+    if (!openPhoto(file, error))
+        return false;
     *content = file->readAll();
     if (content->size() != file->size())
-        return fail(error, QCoreApplication::translate("ExifUtils", "The file cannot be read."));
+        return fail(error, PhotoFailure::NotRead);
     if (!content->startsWith("\xFF\xD8\xFF"))
-        return fail(error,
-                    QCoreApplication::translate("ExifUtils", "The file is not a JPEG picture."));
+        return fail(error, PhotoFailure::NotJpeg);
     return true;
 }
 
@@ -242,15 +199,16 @@ bool ExifUtils::setOrientation(const QString& fileName, int orientation, QString
             error,
             QCoreApplication::translate("ExifUtils", "There is no such orientation of a picture."));
     QFile file(fileName);
-    if (!openToPatch(&file))
-        return fail(error, notOpened(file));
+    if (!openPhoto(&file, error))
+        return false;
     const ImageIfd ifd = readImageIfd(&file);
     FilePatch patch;
     patch.bytes = entriesWith(ifd, static_cast<quint16>(orientation));
     if (!patch.bytes.isEmpty()) {
         patch.begin = ifd.position;
         patch.end = ifd.position + patch.bytes.size();
-        return apply(patch, &file, error);
+        patch.before = ifd.entries;
+        return patchPhoto(&file, patch, error);
     }
     file.close();
     ExifEditor editor;
@@ -270,10 +228,8 @@ bool ExifUtils::removeLocation(const QString& fileName, QString* error)
         return false;
     QByteArray without = content;
     if (!eraseLocation(&without))
-        return fail(
-            error,
-            QCoreApplication::translate("ExifUtils", "The EXIF data of the picture is damaged."));
-    return apply({0, content.size(), without}, &file, error);
+        return fail(error, PhotoFailure::Damaged);
+    return patchPhoto(&file, {0, content.size(), without, content}, error);
 }
 
 bool ExifUtils::removeMetadata(const QString& fileName, QString* error, Rotated rotated)
@@ -284,14 +240,14 @@ bool ExifUtils::removeMetadata(const QString& fileName, QString* error, Rotated 
         return false;
     file.seek(0);
     const int orientation = imageExifOrientation(&file);
-    QByteArray exif;
-    if (orientation > 1) {
-        if (rotated == Rotated::Refuse)
-            return fail(error,
-                        QCoreApplication::translate(
-                            "ExifUtils",
-                            "Without its EXIF data the picture would no longer stand upright."));
-        exif = segmentWith(static_cast<quint16>(orientation));
-    }
-    return apply({0, content.size(), withoutMetadata(content, exif)}, &file, error);
+    if (orientation > 1 && rotated == Rotated::Refuse)
+        return fail(
+            error,
+            QCoreApplication::translate(
+                "ExifUtils", "Without its EXIF data the picture would no longer stand upright."));
+    const QByteArray bare =
+        jpegWithMetadata(content, withOrientation(PictureMetadata(), orientation), QByteArray());
+    if (bare.isEmpty())
+        return fail(error, PhotoFailure::NotJpeg);
+    return patchPhoto(&file, {0, content.size(), bare, QByteArray()}, error);
 }

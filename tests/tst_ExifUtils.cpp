@@ -816,8 +816,7 @@ void tst_ExifUtils::removeMetadata_data()
     QTest::newRow("cut short") << soi() + exif + dqt() + scan().chopped(2)
                                << soi() + dqt() + scan().chopped(2);
     QTest::newRow("cut short in it") << soi() + dqt() + exif.chopped(3) << soi() + dqt();
-    QTest::newRow("fill bytes") << soi() + hex("FFFF") + exif + hex("FF") + rest
-                                << soi() + hex("FFFFFF") + rest;
+    QTest::newRow("fill bytes") << soi() + hex("FFFF") + exif + hex("FF") + rest << soi() + rest;
 }
 
 void tst_ExifUtils::removeMetadata()
@@ -847,7 +846,7 @@ void tst_ExifUtils::removeMetadataOfRotated()
     QCOMPARE(error, text("Without its EXIF data the picture would no longer stand upright."));
     QCOMPARE(contentOf(path), file);
     QVERIFY(ExifUtils::removeMetadata(path, &error, ExifUtils::Rotated::KeepOrientation));
-    const QByteArray block = TiffBuilder(big).tiff().u16(1).shorts(0x0112, 1, 6).u32(0);
+    const QByteArray block = TiffBuilder(little).tiff().u16(1).shorts(0x0112, 1, 6).u32(0);
     QCOMPARE(contentOf(path).toHex(),
              (soi() + jfif() + exifSegment(block) + dqt() + scan()).toHex());
     QVERIFY(ExifUtils::setOrientation(path, 1));

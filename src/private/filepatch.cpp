@@ -48,20 +48,29 @@ bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArra
     return false;
 }
 
-/// Removes unchanged bytes from both ends of a patch. False if the file cannot be read.
-bool trimUnchanged(QIODevice* device, FilePatch* patch)
+/// Reads the bytes that a patch of the same length replaces. False if the file cannot be read.
+bool readBefore(QIODevice* device, FilePatch* patch)
 {
-    QByteArray before(patch->bytes.size(), Qt::Uninitialized);
-    if (!readAt(device, patch->begin, &before))
-        return false;
+    if (patch->before.size() == patch->bytes.size())
+        return true;
+    patch->before = QByteArray(patch->bytes.size(), Qt::Uninitialized);
+    return readAt(device, patch->begin, &patch->before);
+}
+
+/// Removes unchanged bytes from both ends of a patch.
+void trimUnchanged(FilePatch* patch)
+{
+    const QByteArray& before = patch->before;
     const QByteArray& after = patch->bytes;
     const auto first = std::mismatch(after.begin(), after.end(), before.begin()).first;
     const auto last =
         std::mismatch(after.rbegin(), std::make_reverse_iterator(first), before.rbegin()).first;
-    patch->end = patch->begin + (last.base() - after.begin());
-    patch->begin += first - after.begin();
-    patch->bytes = QByteArray(first, static_cast<int>(last.base() - first));
-    return true;
+    const int at = static_cast<int>(first - after.begin());
+    const int size = static_cast<int>(last.base() - first);
+    patch->end = patch->begin + at + size;
+    patch->begin += at;
+    patch->before = before.mid(at, size);
+    patch->bytes = after.mid(at, size);
 }
 
 /// Whether a process that is killed while it writes these bytes has written either all of them or
@@ -96,8 +105,9 @@ bool openToPatch(QFile* file)
 Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable)
 {
     if (!patch.movesWhatFollows()) {
-        if (!trimUnchanged(file, &patch))
+        if (!readBefore(file, &patch))
             return Patched::Failed;
+        trimUnchanged(&patch);
         if (patch.bytes.isEmpty())
             return Patched::Yes;
         if (isWrittenAtOnce(patch))
@@ -116,15 +126,14 @@ Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable)
     return file->isOpen() || openToPatch(file) ? patchAndClose(file, patch) : Patched::Failed;
 }
 
-bool patchInPlace(QIODevice* device, const FilePatch& patch)
+bool patchInPlace(QIODevice* device, FilePatch patch)
 {
     if (!patch.movesWhatFollows()) {
-        QByteArray before(patch.bytes.size(), Qt::Uninitialized);
-        if (!readAt(device, patch.begin, &before))
+        if (!readBefore(device, &patch))
             return false;
         const bool isWritten = writeAt(device, patch.begin, patch.bytes);
         if (!isWritten)
-            writeAt(device, patch.begin, before);
+            writeAt(device, patch.begin, patch.before);
         return isWritten;
     }
     if (!device->seek(0))

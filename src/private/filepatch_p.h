@@ -20,6 +20,8 @@ struct FilePatch
     qint64 begin = 0;
     qint64 end = 0;
     QByteArray bytes;
+    /// What stands there, as long as bytes, where somebody has just read it; else nothing.
+    QByteArray before;
 
     bool movesWhatFollows() const { return bytes.size() != end - begin; }
 };
@@ -46,7 +48,7 @@ Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable);
 
 /// Patches a random-access device, which the patch may make longer but not shorter, in place. If
 /// writing fails, the old bytes are restored as far as the device allows.
-bool patchInPlace(QIODevice* device, const FilePatch& patch);
+bool patchInPlace(QIODevice* device, FilePatch patch);
 
 } // namespace OrvaUtilsPrivate
 

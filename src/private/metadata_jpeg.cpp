@@ -9,7 +9,8 @@
 
 #include <QBuffer>
 #include <QMap>
-#include <QtEndian>
+
+#include <algorithm>
 
 namespace OrvaUtilsPrivate {
 
@@ -96,10 +97,12 @@ bool isProfile(const Segment& segment)
 /// Whether a decoder, or a program that shows the colours right, needs the segment.
 bool belongsToPicture(const Segment& segment)
 {
-    const quint16 app14 = 0xFFEE; // of Adobe: how the colours are stored
+    const quint16 app14 = 0xFFEE;
     if (segment.marker == JpegMarker::App0)
         return segment.payload.startsWith(QByteArrayLiteral("JFIF\0"));
-    if (segment.marker == app14 || isProfile(segment))
+    if (segment.marker == app14)
+        return segment.payload.startsWith("Adobe"); // how the colours are stored
+    if (isProfile(segment))
         return true;
     const quint16 app15 = 0xFFEF;
     const bool isApp = segment.marker >= JpegMarker::App0 && segment.marker <= app15;
@@ -112,10 +115,7 @@ QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& pay
     const int size = int(name.size() + payload.size());
     if (size > JpegSegments::MaximumPayload)
         return QByteArray();
-    QByteArray bytes(4, '\0');
-    qToBigEndian(marker, reinterpret_cast<uchar*>(bytes.data()));
-    qToBigEndian(quint16(size + 2), reinterpret_cast<uchar*>(bytes.data() + 2));
-    return bytes + name + payload;
+    return JpegSegments::head(marker, size) + name + payload;
 }
 
 /// A profile, in as many segments as it takes; nothing where it is too long for them.
@@ -208,6 +208,11 @@ QByteArray jpegWithMetadata(const QByteArray& file, const PictureMetadata& metad
                             const QByteArray& profile)
 {
     const Segments segments = segmentsOf(file);
+    const auto isKept = [&](const Segment& segment) {
+        return belongsToPicture(segment) && (profile.isEmpty() || !isProfile(segment));
+    };
+    if (std::none_of(segments.list.begin(), segments.list.end(), isKept))
+        return QByteArray();
     QByteArray result;
     result.reserve(file.size() + metadata.exif.size() + metadata.xmp.size());
     result += file.left(2);
@@ -218,12 +223,14 @@ QByteArray jpegWithMetadata(const QByteArray& file, const PictureMetadata& metad
             result += added;
             isAdded = true;
         }
-        if (belongsToPicture(segment) && (profile.isEmpty() || !isProfile(segment)))
+        if (isKept(segment))
             result += segment.whole;
     }
+    if (!isAdded)
+        result += added;
     if (segments.endsProperly)
         result += file.mid(int(segments.end) - 2, 2);
-    return isAdded ? result : QByteArray();
+    return result;
 }
 
 } // namespace OrvaUtilsPrivate

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "jpegmetadata_p.h"
+#include "locationeraser_p.h"
 
 #include "exifblock_p.h"
 #include "jpegsegments_p.h"
 
-#include <QBuffer>
 #include <QCryptographicHash>
 #include <QMap>
 #include <QVector>
@@ -328,21 +327,6 @@ void eraseFilmLocations(QByteArray* file)
     }
 }
 
-// Segments
-
-/// Whether a picture looks the same without a segment.
-bool isMetadata(JpegSegments* segments)
-{
-    const quint16 lastApplication = 0xFFEF;
-    const quint16 app14 = 0xFFEE;
-    const quint16 marker = segments->marker();
-    if (marker < JpegMarker::App0 || marker > lastApplication)
-        return marker == JpegMarker::Comment;
-    return !(marker == JpegMarker::App0 && segments->startsWith("JFIF"))
-        && !(marker == JpegMarker::App2 && segments->startsWith("ICC_PROFILE"))
-        && !(marker == app14 && segments->startsWith("Adobe")); // how the colours are coded
-}
-
 } // namespace
 
 bool eraseLocation(QByteArray* file)
@@ -353,36 +337,6 @@ bool eraseLocation(QByteArray* file)
     eraseExtendedXmpLocations(file);
     eraseFilmLocations(file);
     return true;
-}
-
-QByteArray withoutMetadata(const QByteArray& file, const QByteArray& exif)
-{
-    QBuffer buffer;
-    buffer.setData(file);
-    buffer.open(QIODevice::ReadOnly);
-    JpegSegments segments(&buffer, JpegSegments::Markers::Standard);
-    QByteArray kept;
-    int exifPlace = 2; // behind SOI
-    int taken = 0; // of the file
-    const auto keepTo = [&file, &kept, &taken](qint64 end) {
-        kept += file.mid(taken, static_cast<int>(end) - taken);
-        taken = static_cast<int>(end);
-    };
-    bool isFirst = true;
-    for (bool isThere = segments.begin(); isThere; isThere = segments.next()) {
-        const qint64 end = segments.payloadPosition() + segments.claimedSize();
-        if (isMetadata(&segments)) {
-            keepTo(segments.position());
-            taken = static_cast<int>(qMin<qint64>(end, file.size()));
-        } else if (isFirst && segments.marker() == JpegMarker::App0) {
-            keepTo(end);
-            exifPlace = int(kept.size());
-        }
-        isFirst = false;
-    }
-    const bool isEnded = segments.marker() == JpegMarker::EndOfImage;
-    keepTo(isEnded ? segments.position() + 2 : file.size());
-    return kept.insert(exifPlace, exif);
 }
 
 } // namespace OrvaUtilsPrivate
