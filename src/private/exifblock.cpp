@@ -97,7 +97,7 @@ void ExifBlock::claimLinks()
     for (Ifd& ifd : mIfds) {
         const Range link = {ifd.range.end, ifd.range.end + linkSize};
         const bool mayBeLink = ifd.pointerTag != 0 && link.end <= mBlock.size()
-            && mBlock.mid(link.begin, linkSize) == QByteArray(linkSize, '\0');
+            && decode<quint32>(mBlock.constData() + link.begin, mOrder) == 0;
         if (mayBeLink && !isUsed(link))
             ifd.range.end = link.end;
     }
@@ -136,12 +136,13 @@ int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 poin
     ifd.entries.reserve(static_cast<std::size_t>(ifd.oldCount));
     for (int i = 0; i < ifd.oldCount; ++i) {
         Entry entry;
-        entry.bytes = mBlock.mid(begin + i * entrySize, entrySize);
-        entry.tag = decode<quint16>(entry.bytes.constData(), mOrder);
-        entry.type = decode<quint16>(entry.bytes.constData() + 2, mOrder);
-        entry.count = decode<quint32>(entry.bytes.constData() + 4, mOrder);
+        entry.at = begin + i * entrySize;
+        const char* const bytes = mBlock.constData() + entry.at;
+        entry.tag = decode<quint16>(bytes, mOrder);
+        entry.type = decode<quint16>(bytes + 2, mOrder);
+        entry.count = decode<quint32>(bytes + 4, mOrder);
         const quint64 size = sizeOf(entry.type, entry.count);
-        const auto data = decode<quint32>(entry.bytes.constData() + 8, mOrder);
+        const auto data = decode<quint32>(bytes + 8, mOrder);
         if (size > inlineSize && data < static_cast<quint32>(mBlock.size())) {
             const int dataBegin = static_cast<int>(data);
             const auto available = static_cast<quint64>(mBlock.size() - dataBegin);
@@ -168,7 +169,7 @@ void ExifBlock::parsePointers(int parent, quint16 pointerTag, Directory kind)
     for (const Entry& entry : mIfds[static_cast<std::size_t>(parent)].entries) {
         const bool isOffset = entry.count == 1 && sizeOf(entry.type, 1) == 4;
         if (entry.tag == pointerTag && isOffset)
-            offsets.append(decode<quint32>(entry.bytes.constData() + 8, mOrder));
+            offsets.append(decode<quint32>(mBlock.constData() + entry.at + 8, mOrder));
     }
     for (int i = 0; i < offsets.size(); ++i)
         parseIfd(i == offsets.size() - 1 ? kind : Other, offsets[i], parent, pointerTag);
@@ -259,7 +260,7 @@ QByteArray ExifBlock::payloadOf(const Entry& entry) const
     if (entry.isNew)
         return entry.payload;
     const quint64 size = sizeOf(entry.type, entry.count);
-    return size <= inlineSize ? entry.bytes.mid(8, static_cast<int>(size))
+    return size <= inlineSize ? mBlock.mid(entry.at + 8, static_cast<int>(size))
                               : mBlock.mid(entry.data.begin, entry.data.end - entry.data.begin);
 }
 

@@ -75,7 +75,7 @@ private:
         quint16 tag = 0;
         quint16 type = 0;
         quint32 count = 0;
-        QByteArray bytes; // all twelve as they stand; of a new entry, none
+        int at = 0; // of its twelve bytes in the block; 0 for a new entry
         Range data; // outside of the entry, empty where there is none
         bool isNew = false;
         QByteArray payload; // of a new entry

@@ -62,6 +62,7 @@ public:
     Composer(const ExifBlock& block, bool movesAll)
         : mMovesAll(movesAll)
         , mOrder(block.mOrder)
+        , mOld(block.mBlock)
         , mOut(block.mBlock)
         , mIfds(block.mIfds)
         , mFreed(block.mFreed)
@@ -154,8 +155,9 @@ private:
         pointer.payload = encoded(child.offset, mOrder);
         Entries& entries = parent->entries;
         // The entry that leads to where the child was, else one that leads nowhere.
-        const auto leadsThere = [&pointer](const Entry& entry) {
-            return entry.tag == pointer.tag && entry.bytes.mid(8) == pointer.payload;
+        const auto leadsThere = [this, &pointer](const Entry& entry) {
+            return entry.tag == pointer.tag && !entry.isNew
+                && mOld.mid(entry.at + 8, inlineSize) == pointer.payload;
         };
         const auto hasTag = [&pointer](const Entry& entry) { return entry.tag == pointer.tag; };
         auto place = std::find_if(entries.rbegin(), entries.rend(), leadsThere);
@@ -269,7 +271,7 @@ private:
             if (entry.isNew)
                 writeEntry(writer, entry);
             else
-                writer.write(entry.bytes);
+                writer.write(mOld.constData() + entry.at, entrySize);
         }
         writer.write(ifd.link);
         // In its old place a directory may have no room for a link, which means that it had none.
@@ -293,6 +295,7 @@ private:
 
     const bool mMovesAll;
     const ByteOrder mOrder;
+    const QByteArray mOld;
     QByteArray mOut;
     std::vector<Ifd> mIfds;
     QVector<Range> mFreed;
