@@ -3,6 +3,8 @@
 
 // ImageImport, and what ImageUtils::importImage() makes of it.
 
+#define QT_STATICPLUGIN // the image format of this test is a part of the program
+
 #include "ImageImport.h"
 
 #include "ExifEditor.h"
@@ -14,6 +16,7 @@
 
 #include <QBuffer>
 #include <QByteArrayList>
+#include <QImageIOPlugin>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QtTest>
@@ -21,6 +24,64 @@
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
 #include <QColorSpace>
 #endif
+
+// An image format whose reader tells how a picture is to be turned, as those of HEIC may: "SPUN",
+// the number of the orientation, and a PNG.
+
+const QByteArray spunMark = "SPUN";
+
+class SpunFormat : public QImageIOHandler
+{
+public:
+    bool canRead() const override { return device()->peek(spunMark.size()) == spunMark; }
+    bool read(QImage* image) override
+    {
+        *image = QImage::fromData(device()->readAll().mid(spunMark.size() + 1), "png");
+        return !image->isNull();
+    }
+    bool supportsOption(ImageOption option) const override
+    {
+        return option == Size || option == ImageTransformation;
+    }
+    QVariant option(ImageOption option) const override
+    {
+        const QByteArray bytes = device()->peek(device()->size());
+        if (option == Size)
+            return QImage::fromData(bytes.mid(spunMark.size() + 1), "png").size();
+        const Transformations all[] = {TransformationNone,
+                                       TransformationMirror,
+                                       TransformationRotate180,
+                                       TransformationFlip,
+                                       TransformationFlipAndRotate90,
+                                       TransformationRotate90,
+                                       TransformationMirrorAndRotate90,
+                                       TransformationRotate270};
+        return option == ImageTransformation ? QVariant(int(all[bytes.at(spunMark.size()) - 1]))
+                                             : QVariant();
+    }
+};
+
+class SpunFormatPlugin : public QImageIOPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QImageIOHandlerFactoryInterface_iid FILE "support/spunformat.json")
+public:
+    Capabilities capabilities(QIODevice* device, const QByteArray& format) const override
+    {
+        const bool isSpun =
+            device && device->isReadable() && device->peek(spunMark.size()) == spunMark;
+        return format == "spun" || (format.isEmpty() && isSpun) ? CanRead : Capabilities();
+    }
+    QImageIOHandler* create(QIODevice* device, const QByteArray&) const override
+    {
+        auto* const handler = new SpunFormat;
+        handler->setDevice(device);
+        handler->setFormat("spun"); // also where the content decided
+        return handler;
+    }
+};
+
+Q_IMPORT_PLUGIN(SpunFormatPlugin)
 
 namespace {
 
@@ -115,6 +176,8 @@ private Q_SLOTS:
     void copyOrEncode();
     void orientations_data();
     void orientations();
+    void orientationsOfReader_data();
+    void orientationsOfReader();
     void orientationsBesidePixels_data();
     void orientationsBesidePixels();
     void orientationStaysIfNotTurned_data();
@@ -122,6 +185,8 @@ private Q_SLOTS:
     void metadata_data();
     void metadata();
     void locationInXmp();
+    void locationInComments_data();
+    void locationInComments();
     void metadataOfEncodedPicture();
     void behindThePicture();
     void gif();
@@ -329,6 +394,41 @@ void tst_ImageImport::orientations()
     QCOMPARE(QImage(path("theirs.png")).convertToFormat(QImage::Format_RGB32), copy);
 }
 
+void tst_ImageImport::orientationsOfReader_data()
+{
+    QTest::addColumn<int>("orientation");
+    for (int orientation = 1; orientation <= 8; ++orientation)
+        QTest::newRow(qPrintable(QString::number(orientation))) << orientation;
+}
+
+void tst_ImageImport::orientationsOfReader()
+{
+    QFETCH(int, orientation);
+    const QImage whole = picture(400, 300);
+    const QImage turned = stored(whole, orientation);
+    writeFile(path("source"), spunMark + char(orientation) + encoded(turned, "png"));
+    ImageImport how;
+    how.format = "png";
+    ImageImportResult result = ImageUtils::importImage(path("source"), path("copy.png"), how);
+    QVERIFY2(result, qPrintable(result.error));
+    QCOMPARE(qMax(1, result.orientation), orientation);
+    QCOMPARE(result.size, whole.size());
+    QCOMPARE(QImage(path("copy.png")).convertToFormat(QImage::Format_RGB32), whole);
+
+    how.maxSize = QSize(100, 100);
+    result = ImageUtils::importImage(path("source"), path("copy.png"), how);
+    QCOMPARE(result.size, QSize(100, 75));
+
+    how.maxSize = QSize();
+    how.upright = false; // what it is shown by goes along
+    how.format = "jpeg";
+    result = ImageUtils::importImage(path("source"), path("copy.jpg"), how);
+    QCOMPARE(result.size, turned.size());
+    ExifEditor editor;
+    QVERIFY(editor.load(path("copy.jpg")));
+    QCOMPARE(qMax(1, editor.orientation()), orientation);
+}
+
 void tst_ImageImport::orientationsBesidePixels_data()
 {
     QTest::addColumn<QByteArray>("format");
@@ -506,6 +606,51 @@ void tst_ImageImport::locationInXmp()
     }
 }
 
+void tst_ImageImport::locationInComments_data()
+{
+    QTest::addColumn<QByteArray>("source");
+    const QByteArray photo = jpeg(picture(40, 30));
+    const QByteArray iptc = QByteArrayLiteral("Photoshop 3.0\0") + "8BIM\x04\x24" + xmpWithLocation;
+    const auto jpegWith = [&](const QByteArray& segments) {
+        QByteArray bytes = photo;
+        return bytes.insert(2, segments);
+    };
+    QTest::newRow("jpeg, a comment")
+        << jpegWith(segment(0xFE, xmpWithLocation) + segment(0xFE, "told-comment"));
+    QTest::newRow("jpeg, XMP in what holds IPTC")
+        << jpegWith(segment(0xED, iptc) + segment(0xFE, "told-comment"));
+
+    const QByteArray png = encoded(picture(40, 30), "png");
+    const int headerSize = 8 + 25; // signature and first chunk
+    const auto pngWith = [&](const QByteArray& chunks) {
+        QByteArray bytes = png;
+        return bytes.insert(headerSize,
+                            chunks + pngChunk("tEXt", QByteArrayLiteral("Author\0told-comment")));
+    };
+    const QByteArray xmp = QByteArrayLiteral("XML:com.adobe.xmp\0\0\0\0\0") + xmpWithLocation;
+    QTest::newRow("png, a text") << pngWith(
+        pngChunk("iTXt", QByteArrayLiteral("Comment\0\0\0\0\0") + xmpWithLocation));
+    QTest::newRow("png, XMP twice") << pngWith(pngChunk("iTXt", xmp) + pngChunk("iTXt", xmp));
+    QTest::newRow("png, compressed XMP")
+        << pngWith(pngChunk("iTXt", QByteArrayLiteral("XML:com.adobe.xmp\0\1\0\0\0 48,12.345N")));
+}
+
+// AllButLocation keeps comments, but none that tells a location.
+void tst_ImageImport::locationInComments()
+{
+    QFETCH(QByteArray, source);
+    QVERIFY(source.contains("48,12.345N"));
+    writeFile(path("source"), source);
+    ImageImport how;
+    how.metadata = ImageImport::AllButLocation;
+    const ImageImportResult result = ImageUtils::importImage(path("source"), path("copy"), how);
+    QCOMPARE(int(result.status), int(ImageImportResult::Copied));
+    const QByteArray copy = contentOf(path("copy"));
+    QVERIFY(!copy.contains("48,12.345N"));
+    QVERIFY(copy.contains("told-comment"));
+    QCOMPARE(QImage::fromData(copy), QImage::fromData(source));
+}
+
 void tst_ImageImport::metadataOfEncodedPicture()
 {
     // It is upright now, smaller, and a thumbnail of the old one is gone.
@@ -570,46 +715,72 @@ void tst_ImageImport::gif()
                                         QStringLiteral("-Comment"), path("copy.gif")});
     if (!answer.isNull())
         QVERIFY(answer.contains("told") && answer.contains("48 deg"));
+
+    // A picture that is cut short keeps what there is of it.
+    const QByteArray cut = head + comment + frame + frame.chopped(3);
+    writeFile(path("source.gif"), cut);
+    QCOMPARE(copyWith(ImageImport::NoMetadata), head + frame + frame.chopped(3));
 }
 
 void tst_ImageImport::profile_data()
 {
+    QTest::addColumn<QByteArray>("format");
     QTest::addColumn<int>("space");
     QTest::addColumn<int>("orientation");
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
-    for (int orientation = 1; orientation <= 8; ++orientation) {
-        QTest::newRow(qPrintable(QStringLiteral("Display P3 %1").arg(orientation)))
-            << int(QColorSpace::DisplayP3) << orientation;
-        QTest::newRow(qPrintable(QStringLiteral("Adobe RGB %1").arg(orientation)))
-            << int(QColorSpace::AdobeRgb) << orientation;
-    }
+    const auto row = [](const char* format, int orientation) {
+        const auto name = [&](const char* space) {
+            return QByteArray(format) + ", " + space + ' ' + QByteArray::number(orientation);
+        };
+        QTest::newRow(name("Display P3").constData())
+            << QByteArray(format) << int(QColorSpace::DisplayP3) << orientation;
+        QTest::newRow(name("Adobe RGB").constData())
+            << QByteArray(format) << int(QColorSpace::AdobeRgb) << orientation;
+    };
+    for (int orientation = 1; orientation <= 8; ++orientation)
+        row("jpeg", orientation);
+    row("png", 1);
+    if (canWrite("webp"))
+        row("webp", 1);
 #else
-    QTest::newRow("none") << 0 << 0;
+    QTest::newRow("none") << QByteArray() << 0 << 0;
 #endif
 }
 
 void tst_ImageImport::profile()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    QFETCH(QByteArray, format);
     QFETCH(int, space);
     QFETCH(int, orientation);
+    const QColorSpace colorSpace((QColorSpace::NamedColorSpace(space)));
     QImage image = stored(picture(400, 300), orientation);
-    image.setColorSpace(QColorSpace::NamedColorSpace(space));
-    const QByteArray source = jpeg(image, orientation);
-    writeFile(path("source.jpg"), source);
-    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), limitedTo(200)));
-    // Byte for byte.
-    const int begin = source.indexOf("ICC_PROFILE");
-    const int length = uchar(source.at(begin - 2)) << 8 | uchar(source.at(begin - 1));
-    QVERIFY(contentOf(path("copy.jpg")).contains(source.mid(begin - 4, length + 2)));
-    QCOMPARE(contentOf(path("copy.jpg")).count("ICC_PROFILE"), 1);
-    QCOMPARE(QImage(path("copy.jpg")).colorSpace(),
-             QColorSpace(QColorSpace::NamedColorSpace(space)));
+    image.setColorSpace(colorSpace);
+    const bool isJpeg = format == "jpeg";
+    const QByteArray source =
+        isJpeg ? jpeg(image, orientation) : encoded(image, format.constData());
+    writeFile(path("source"), source);
+    QVERIFY(ImageUtils::importImage(path("source"), path("copy"), limitedTo(200)));
+    const QByteArray copy = contentOf(path("copy"));
+    QCOMPARE(QImage::fromData(copy, format).colorSpace(), colorSpace);
+    if (isJpeg) { // byte for byte
+        const int begin = source.indexOf("ICC_PROFILE");
+        const int length = uchar(source.at(begin - 2)) << 8 | uchar(source.at(begin - 1));
+        QVERIFY(copy.contains(source.mid(begin - 4, length + 2)));
+        QCOMPARE(copy.count("ICC_PROFILE"), 1);
+    }
     ImageImport how = limitedTo(200);
     how.format = "png";
-    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.png"), how));
-    QCOMPARE(QImage(path("copy.png")).colorSpace(),
-             QColorSpace(QColorSpace::NamedColorSpace(space)));
+    QVERIFY(ImageUtils::importImage(path("source"), path("copy.png"), how));
+    QCOMPARE(QImage(path("copy.png")).colorSpace(), colorSpace);
+
+    // Also where all metadata goes and the pixels are those of before.
+    how = ImageImport();
+    how.metadata = ImageImport::NoMetadata;
+    how.upright = false;
+    QVERIFY(ImageUtils::importImage(path("source"), path("copy"), how));
+    QCOMPARE(QImage::fromData(contentOf(path("copy")), format).colorSpace(), colorSpace);
+    QCOMPARE(QImage::fromData(contentOf(path("copy")), format), QImage::fromData(source, format));
 #else
     QSKIP("this version of Qt knows no colour profiles");
 #endif
@@ -623,20 +794,22 @@ void tst_ImageImport::toSrgb_data()
 void tst_ImageImport::toSrgb()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    QFETCH(QByteArray, format);
     QFETCH(int, space);
     QFETCH(int, orientation);
     QImage image = stored(picture(400, 300), orientation);
     image.setColorSpace(QColorSpace::NamedColorSpace(space));
-    writeFile(path("source.jpg"), jpeg(image, orientation));
+    writeFile(path("source"),
+              format == "jpeg" ? jpeg(image, orientation) : encoded(image, format.constData()));
     ImageImport how;
     how.format = "png";
     how.colorProfile = ImageImport::ConvertToSrgb;
-    QVERIFY(ImageUtils::importImage(path("source.jpg"), path("copy.png"), how));
+    QVERIFY(ImageUtils::importImage(path("source"), path("copy.png"), how));
     const QImage copy = QImage(path("copy.png")).convertToFormat(QImage::Format_RGB32);
     QVERIFY(QImage(path("copy.png")).colorSpace() == QColorSpace(QColorSpace::SRgb));
 
     if (answerOf(QStringLiteral("vips"),
-                 {QStringLiteral("autorot"), path("source.jpg"), path("upright.v")})
+                 {QStringLiteral("autorot"), path("source"), path("upright.v")})
             .isNull())
         QSKIP("vips is not installed");
     QVERIFY(!answerOf(QStringLiteral("vips"),

@@ -62,6 +62,9 @@ int readBlock(const QByteArray& file, int at, Block* block)
         const int data = at + 10 + colorTableSize(file.at(at + 9)) + 1; // the size of a code, too
         end = behindPieces(file, data, &unused);
     }
+    // A picture that is cut short shows what there is of it.
+    if (end < 0 && file.at(at) == imageMark)
+        end = file.size();
     if (end > 0)
         block->whole = QByteArray::fromRawData(file.constData() + at, end - at);
     return end;
@@ -153,18 +156,24 @@ QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metada
     const Blocks blocks = blocksOf(file);
     if (blocks.head.isEmpty())
         return QByteArray();
-    QByteArray result = blocks.head;
-    result.reserve(file.size() + metadata.xmp.size());
-    for (const Block& block : blocks.list) {
-        if (!isMetadata(block))
-            result += block.whole;
-    }
+    QByteArray added;
     for (const QByteArray& comment : metadata.comments)
-        result += commentBlock(comment);
+        added += commentBlock(comment);
     if (!metadata.xmp.isEmpty())
-        result += QByteArray("\x21\xFF\x0B", 3) + xmpName() + metadata.xmp + xmpTail();
+        added += QByteArray("\x21\xFF\x0B", 3) + xmpName() + metadata.xmp + xmpTail();
+
+    QByteArray result = blocks.head;
+    result.reserve(file.size() + added.size());
+    const int last = blocks.list.size() - 1;
+    for (int i = 0; i <= last; ++i) {
+        // Behind a picture that is cut short everything would be taken for a part of it.
+        if (i == last && !blocks.endsProperly)
+            result += added;
+        if (!isMetadata(blocks.list.at(i)))
+            result += blocks.list.at(i).whole;
+    }
     if (blocks.endsProperly)
-        result += endMark;
+        result += added + endMark;
     return result;
 }
 

@@ -90,6 +90,15 @@ QByteArray extendedHeader(const Chunk& pixels)
     return header;
 }
 
+/// An EXIF block without the name that a JPEG needs, which some programs write here, too.
+QByteArray withoutName(const QByteArray& exif)
+{
+    const QByteArray name = QByteArrayLiteral("Exif\0\0");
+    const QByteArray order = exif.mid(name.size(), 2);
+    const bool isNamed = exif.startsWith(name) && (order == "II" || order == "MM");
+    return isNamed ? exif.mid(name.size()) : exif;
+}
+
 bool belongsToPicture(const Chunk& chunk)
 {
     return chunk.type.startsWith("VP8") || chunk.type == "ALPH" || chunk.type == "ANIM"
@@ -102,11 +111,10 @@ MetadataFindings readWebpMetadata(const QByteArray& file)
 {
     const Chunks chunks = chunksOf(file);
     MetadataFindings findings;
-    const QByteArray exifName = QByteArrayLiteral("Exif\0\0");
     for (const Chunk& chunk : chunks.list) {
         const QByteArray data(chunk.data.constData(), chunk.data.size());
-        if (chunk.type == "EXIF") // some programs write the name that a JPEG needs
-            findings.metadata.exif = data.startsWith(exifName) ? data.mid(exifName.size()) : data;
+        if (chunk.type == "EXIF")
+            findings.metadata.exif = withoutName(data);
         else if (chunk.type == "XMP ")
             findings.metadata.xmp = data;
         else if (chunk.type == "ICCP")

@@ -5,7 +5,7 @@
 
 #include "QExifImageHeader.h"
 #include "exifblock_p.h"
-#include "jpegmetadata_p.h"
+#include "locationeraser_p.h"
 
 #include <algorithm>
 
@@ -63,19 +63,27 @@ QByteArray withoutGps(const QByteArray& exif)
     return block.composed();
 }
 
+/// Whether a comment of a JPEG or GIF, or a chunk of text in a PNG, may tell a location.
+bool mayTellLocation(const QByteArray& comment)
+{
+    // A PNG may hold EXIF and XMP as texts of hexadecimal digits, XMP also compressed or twice.
+    const QByteArray text = comment.mid(8); // behind length and type
+    QByteArray without = comment;
+    return text.startsWith("Raw profile type") || text.startsWith("XML:com.adobe.xmp")
+        || !eraseLocation(&without) || without != comment;
+}
+
 PictureMetadata withoutLocation(const PictureMetadata& found)
 {
     PictureMetadata kept = found;
     if (!found.exif.isEmpty())
         kept.exif = withoutGps(found.exif);
-    if (!eraseLocation(&kept.xmp))
-        kept.xmp.clear();
+    for (QByteArray* const bytes : {&kept.xmp, &kept.iptc}) {
+        if (!eraseLocation(bytes))
+            bytes->clear();
+    }
     kept.others.clear();
-    // A PNG may hold EXIF and XMP as texts of hexadecimal digits.
-    kept.comments.erase(std::remove_if(kept.comments.begin(), kept.comments.end(),
-                                       [](const QByteArray& comment) {
-                                           return comment.mid(8).startsWith("Raw profile type");
-                                       }),
+    kept.comments.erase(std::remove_if(kept.comments.begin(), kept.comments.end(), mayTellLocation),
                         kept.comments.end());
     return kept;
 }

@@ -10,6 +10,7 @@
 #include <QByteArray>
 #include <QImage>
 #include <QVector>
+#include <QtEndian>
 
 #include <cmath>
 
@@ -109,6 +110,27 @@ inline QByteArray jpeg(const QImage& image, int orientation = 0, int quality = 9
         bytes.insert(2, exif);
     }
     return bytes;
+}
+
+/// The checksum of a PNG chunk, as it stands in the file.
+inline QByteArray pngChecksum(const QByteArray& typeAndData)
+{
+    quint32 crc = 0xFFFFFFFF;
+    for (const char byte : typeAndData) {
+        crc ^= uchar(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+    }
+    crc = qToBigEndian(~crc);
+    return QByteArray(reinterpret_cast<const char*>(&crc), 4);
+}
+
+/// A chunk of a PNG.
+inline QByteArray pngChunk(const char* type, const QByteArray& data)
+{
+    const quint32 size = qToBigEndian(quint32(data.size()));
+    return QByteArray(reinterpret_cast<const char*>(&size), 4) + type + data
+        + pngChecksum(type + data);
 }
 
 /// The frame marker of a JPEG: 0xC0 baseline, 0xC2 progressive; 0 where there is none.
