@@ -12,6 +12,7 @@ beginning is taken: what follows the EXIF segment is not looked at.
 import pathlib
 import struct
 import sys
+import zlib
 
 BYTE, ASCII, SHORT, LONG, RATIONAL, UNDEFINED, SLONG, SRATIONAL = 1, 2, 3, 4, 5, 7, 9, 10
 
@@ -126,6 +127,75 @@ def exif_inputs():
     return blocks, files
 
 
+def riff_chunk(kind, data):
+    return kind + struct.pack("<I", len(data)) + data + bytes(len(data) & 1)
+
+
+def png_chunk(kind, data):
+    return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+
+def gif_blocks(data):
+    pieces = [data[at:at + 255] for at in range(0, len(data), 255)]
+    return b"".join(bytes([len(piece)]) + piece for piece in pieces) + b"\0"
+
+
+def metadata_inputs():
+    """Whole pictures that decoders take, of each format, with and without all that they may tell."""
+    exif = block("<")
+    xmp = (
+        b"<x:xmpmeta xmlns:x='adobe:ns:meta/'><r:RDF xmlns:r='http://www.w3.org/1999/02/22-rdf-"
+        b"syntax-ns#'><r:Description xmlns:exif='http://ns.adobe.com/exif/1.0/' "
+        b"exif:GPSLatitude='43,46.9N' exif:Flash='0'><exif:GPSAltitude>12/1</exif:GPSAltitude>"
+        b"</r:Description></r:RDF></x:xmpmeta>"
+    )
+    iptc = b"Photoshop 3.0\x008BIM\x04\x04\0\0\0\0\0\x08\x1c\x02\x50\0\x03Ann"
+    profile = b"ICC_PROFILE\0\1\1" + bytes(40)
+
+    # Grey, 8 x 8, every code table with one code of one bit.
+    tables = segment(0xDB, b"\0" + b"\1" * 64) + segment(0xC0, b"\x08\0\x08\0\x08\1\1\x11\0")
+    for table in (b"\0", b"\x10"):
+        tables += segment(0xC4, table + b"\1" + bytes(15) + b"\0")
+    scan = segment(0xDA, b"\1\1\0\0\x3f\0") + b"\x3f\xff\xd9"
+    jfif = segment(0xE0, b"JFIF\0\1\1\0\0\1\0\1\0\0")
+    told = (
+        segment(0xE1, b"Exif\0\0" + exif) + segment(0xE1, b"http://ns.adobe.com/xap/1.0/\0" + xmp)
+        + segment(0xED, iptc) + segment(0xE2, profile) + segment(0xE2, b"MPF\0II*\0")
+        + segment(0xEE, b"Adobe\0\x64\0\0\0\0\0") + segment(0xFE, b"a comment")
+    )
+    jpegs = [b"\xff\xd8" + jfif + tables + scan, b"\xff\xd8" + jfif + told + tables + scan,
+             b"\xff\xd8" + told + tables + scan + b"\xff\xd8a film"]
+
+    header = png_chunk(b"IHDR", struct.pack(">IIBBBBB", 2, 2, 8, 2, 0, 0, 0))
+    pixels = png_chunk(b"IDAT", zlib.compress(b"\0\1\2\3\4\5\6" * 2)) + png_chunk(b"IEND", b"")
+    told = (
+        png_chunk(b"iCCP", b"name\0\0" + zlib.compress(bytes(40))) + png_chunk(b"eXIf", exif)
+        + png_chunk(b"iTXt", b"XML:com.adobe.xmp\0\0\0\0\0" + xmp)
+        + png_chunk(b"iTXt", b"XML:com.adobe.xmp\0\1\0\0\0" + zlib.compress(xmp))
+        + png_chunk(b"tEXt", b"Author\0Ann") + png_chunk(b"tIME", bytes(7))
+        + png_chunk(b"zTXt", b"Raw profile type exif\0\0" + zlib.compress(b"45786966"))
+    )
+    mark = b"\x89PNG\r\n\x1a\n"
+    pngs = [mark + header + pixels, mark + header + told + pixels, mark + header + pixels + b"more"]
+
+    # One pixel, lossless.
+    lossless = riff_chunk(b"VP8L", bytes.fromhex("2f00000010071011118888fe0700"))
+    extended = riff_chunk(b"VP8X", b"\x2c" + bytes(9)) + riff_chunk(b"ICCP", bytes(40)) + lossless
+    webps = [riff_chunk(b"RIFF", b"WEBP" + body) for body in (
+        lossless, extended + riff_chunk(b"EXIF", exif) + riff_chunk(b"XMP ", xmp),
+        extended + riff_chunk(b"EXIF", b"Exif\0\0" + exif) + riff_chunk(b"else", b"odd"))]
+
+    screen = bytes.fromhex("47494638396102000100800100ff000000ff00")
+    loop = bytes.fromhex("21ff0b4e45545343415045322e300301000000")
+    frame = bytes.fromhex("21f90400010000002c0000000002000100000202440a00")
+    magic = b"\1" + bytes(range(255, -1, -1)) + b"\0"
+    told = b"\x21\xfe" + gif_blocks(b"a comment" * 40) + b"\x21\xff\x0bXMP DataXMP" + xmp + magic
+    gifs = [screen + loop + frame + frame + b";", screen + told + frame + b";more",
+            screen + frame[:-4]]
+    return [bytes([kind]) + picture for kind, pictures in enumerate((jpegs, pngs, webps, gifs))
+            for picture in pictures]
+
+
 def text(units, wide=False):
     return b"\1" + units.encode("utf-16-le") if wide else b"\0" + units.encode("latin-1")
 
@@ -154,6 +224,7 @@ def main():
             b"UNICODE\0\xff\xfea\0b\0" + b"\7", b"ASCII\0\0\0text" + b"\7",
             b"JIS\0\0\0\0\0\x30\x21" + b"\7", bytes(12) + b"\7",
         ],
+        "picture_metadata": metadata_inputs(),
         "font_catalogue": [
             b'{"items":[{"family":"Open Sans","variants":["300","regular","italic","700italic"],'
             b'"lastModified":"2020-01-02"},{"family":"OpenSans","variants":[]}]}',

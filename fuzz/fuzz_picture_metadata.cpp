@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// What a JPEG, PNG, WebP or GIF tells beside its pixels: it goes without a trace, the pixels stay,
+// and what is chosen tells no GPS position.
+
+#include "Fuzz.h"
+
+#include "../src/private/metadatachoice_p.h"
+#include "../src/private/picturemetadata_p.h"
+#include "../tests/support/TiffWalk.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QImageReader>
+#include <QXmlStreamReader>
+
+using namespace OrvaUtilsPrivate;
+
+namespace {
+
+/// The picture, where it is so small that decoding it takes no time; else null.
+QImage decoded(const QByteArray& file, const QByteArray& format)
+{
+    QBuffer buffer;
+    buffer.setData(file);
+    QImageReader reader(&buffer, format);
+    reader.setAutoTransform(false);
+    const QSize size = reader.size();
+    const qint64 smallSize = 64 * 64;
+    return size.isValid() && qint64(size.width()) * size.height() <= smallSize ? reader.read()
+                                                                               : QImage();
+}
+
+bool namesGps(const QStringRef& name)
+{
+    return name.startsWith(QLatin1String("GPS"), Qt::CaseInsensitive);
+}
+
+/// Whether an XMP packet that an XML reader understands tells a GPS position.
+bool tellsGps(const QByteArray& xmp)
+{
+    if (xmp.contains('\0') || xmp.contains('\xFE')) // in UTF-16, which XMP in a picture never is
+        return false;
+    QXmlStreamReader reader(xmp);
+    bool tells = false;
+    while (!reader.atEnd()) {
+        if (reader.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        tells = tells || namesGps(reader.name());
+        for (const QXmlStreamAttribute& attribute : reader.attributes())
+            tells = tells || namesGps(attribute.name());
+    }
+    return tells && !reader.hasError();
+}
+
+bool tellsGps(const PictureMetadata& metadata)
+{
+    for (const QByteArray& entry : TiffWalk(metadata.exif).entries()) {
+        if (entry.contains("GPS "))
+            return true;
+    }
+    return tellsGps(metadata.xmp);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const char* const formats[] = {"jpeg", "png", "webp", "gif"};
+    if (size < 1)
+        return 0;
+    const QByteArray format = formats[data[0] % 4];
+    const QByteArray file(reinterpret_cast<const char*>(data) + 1, int(size) - 1);
+    const MetadataFindings found = readMetadata(file, format);
+    const QByteArray bare = withMetadata(file, format, PictureMetadata());
+    if (bare.isEmpty())
+        return 0;
+    const MetadataFindings left = readMetadata(bare, format);
+    FUZZ_PROMISE(left.metadata.isEmpty());
+    FUZZ_PROMISE(!left.hasTrailer);
+    FUZZ_PROMISE(left.hasProfile == found.hasProfile && left.profile == found.profile);
+    FUZZ_PROMISE(withMetadata(bare, format, PictureMetadata()) == bare);
+    const QImage pixels = decoded(file, format);
+    if (!pixels.isNull())
+        FUZZ_PROMISE(decoded(bare, format) == pixels);
+
+    // What goes into a picture comes out of it again.
+    FUZZ_PROMISE(readMetadata(withMetadata(bare, format, found.metadata), format).metadata
+                 == found.metadata);
+
+    for (const auto choice : {ImageImport::CopyrightAndDate, ImageImport::AllButLocation}) {
+        const PictureMetadata chosen = chosenMetadata(found.metadata, choice);
+        FUZZ_PROMISE(!tellsGps(chosen));
+        FUZZ_PROMISE(readMetadata(withMetadata(file, format, chosen), format).metadata == chosen);
+        adaptedMetadata(withOrientation(chosen, 6), QSize(4, 3), true);
+    }
+    return 0;
+}
