@@ -38,6 +38,8 @@ JOBS = [
     ("setOrientation", "setOrientation<OrvaUtils>", "exiftool", "-Orientation#=3", 0.01),
     ("ExifEditor, an Artist", "setArtist<OrvaUtils>", "libexif and a splice",
      "setArtist<LibExif>", 0.7),
+    ("ExifEditor, an Artist", "setArtist<OrvaUtils>", "libexif, complete beside",
+     "setArtist<LibExifBeside>", 0.7),
     ("ExifEditor, an Artist", "setArtist<OrvaUtils>", "exiv2", "setArtist<Exiv2Library>", None),
     ("ExifEditor, an Artist", "setArtist<OrvaUtils>", "exiftool", "-Artist=Somebody with a camera",
      None),
