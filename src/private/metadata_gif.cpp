@@ -64,7 +64,7 @@ int readBlock(const QByteArray& file, int at, Block* block)
     }
     // A picture that is cut short shows what there is of it.
     if (end < 0 && file.at(at) == imageMark)
-        end = file.size();
+        end = int(file.size());
     if (end > 0)
         block->whole = QByteArray::fromRawData(file.constData() + at, end - at);
     return end;
@@ -164,7 +164,7 @@ QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metada
 
     QByteArray result = blocks.head;
     result.reserve(file.size() + added.size());
-    const int last = blocks.list.size() - 1;
+    const int last = int(blocks.list.size()) - 1;
     for (int i = 0; i <= last; ++i) {
         // Behind a picture that is cut short everything would be taken for a part of it.
         if (i == last && !blocks.endsProperly)
