@@ -883,8 +883,14 @@ void tst_ExifUtils::removeMetadataFromPhotos()
         const QByteArray before = contentOf(photosFolder() + QLatin1Char('/') + name);
         const QString path = sandbox.file(name, before);
         QString error;
-        QVERIFY2(ExifUtils::removeMetadata(path, &error, ExifUtils::Rotated::KeepOrientation),
-                 qPrintable(name + error));
+        if (!ExifUtils::removeMetadata(path, &error, ExifUtils::Rotated::KeepOrientation)) {
+            // It ends before its picture begins: nothing would be left.
+            QVERIFY2(name.startsWith(text("broken-file-ends-inside-app1")),
+                     qPrintable(name + error));
+            QCOMPARE(error, text("The file is not a JPEG picture."));
+            QCOMPARE(contentOf(path), before);
+            continue;
+        }
         const QByteArray after = contentOf(path);
         QCOMPARE(QImage::fromData(after, "JPG"), QImage::fromData(before, "JPG"));
         QCOMPARE(after.contains("ICC_PROFILE"), before.contains("ICC_PROFILE"));

@@ -157,7 +157,7 @@ MetadataFindings readPngMetadata(const QByteArray& file)
 QByteArray pngWithMetadata(const QByteArray& file, const PictureMetadata& metadata)
 {
     const Chunks chunks = chunksOf(file);
-    if (chunks.list.isEmpty())
+    if (chunks.list.isEmpty() || chunks.list.first().type != "IHDR")
         return QByteArray();
     QByteArray added;
     if (!metadata.exif.isEmpty())
@@ -168,13 +168,12 @@ QByteArray pngWithMetadata(const QByteArray& file, const PictureMetadata& metada
     for (const QByteArray& other : others)
         added += other;
 
-    QByteArray result = signature();
+    // Everything that is not part of the pixels may follow the header.
+    QByteArray result = signature() + chunks.list.first().whole + added;
     result.reserve(file.size() + added.size());
-    for (const Chunk& chunk : chunks.list) {
-        if (belongsToPicture(chunk))
-            result += chunk.whole;
-        if (chunk.type == "IHDR") // everything that is not part of the pixels may follow it
-            result += added;
+    for (auto chunk = chunks.list.cbegin() + 1; chunk != chunks.list.cend(); ++chunk) {
+        if (belongsToPicture(*chunk))
+            result += chunk->whole;
     }
     return result;
 }

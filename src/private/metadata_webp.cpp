@@ -7,6 +7,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+
 namespace OrvaUtilsPrivate {
 
 namespace {
@@ -131,7 +133,7 @@ MetadataFindings readWebpMetadata(const QByteArray& file)
 QByteArray webpWithMetadata(const QByteArray& file, const PictureMetadata& metadata)
 {
     const Chunks chunks = chunksOf(file);
-    if (chunks.list.isEmpty())
+    if (std::none_of(chunks.list.begin(), chunks.list.end(), belongsToPicture))
         return QByteArray();
     const int wanted =
         (metadata.exif.isEmpty() ? 0 : exifFlag) | (metadata.xmp.isEmpty() ? 0 : xmpFlag);
