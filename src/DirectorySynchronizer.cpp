@@ -23,6 +23,27 @@
 
 namespace OrvaUtilsPrivate {
 
+namespace {
+
+using Filter = std::function<bool(const QString& relativePath)>;
+
+/// Whether a filter lets a path through, which lies in \a root, and all folders on the way to it.
+bool letsThrough(const Filter& filter, const QString& path, const QString& root)
+{
+    const QString prefix = withSlash(root);
+    if (!filter || !path.startsWith(prefix))
+        return true;
+    const QString relative = path.mid(prefix.size());
+    for (int slash = int(relative.indexOf(QLatin1Char('/'))); slash >= 0;
+         slash = int(relative.indexOf(QLatin1Char('/'), slash + 1))) {
+        if (!filter(relative.left(slash)))
+            return false;
+    }
+    return filter(relative);
+}
+
+} // namespace
+
 class DirectorySynchronizerPrivate
 {
 public:
@@ -31,7 +52,10 @@ public:
     { }
 
     QString mirrorOf(const QString& path) const;
-    bool isInMirror(const QString& path, const QString& root) const;
+    bool isInMirror(const QString& path, const QString& root) const
+    {
+        return letsThrough(filter, path, root);
+    }
     bool canBeMirrored() const;
     void clearTheWay(const QString& mirror) const;
     void reportFailure(const QString& message, const QString& path, const QString& reason) const;
@@ -40,15 +64,17 @@ public:
     QString source;
     QString destination;
     DirectoryWatcher* watcher = nullptr; // child of the synchronizer
-    std::function<bool(const QString&)> filter;
+    Filter filter;
 };
 
 } // namespace OrvaUtilsPrivate
 
 using OrvaUtilsPrivate::asConst;
 using OrvaUtilsPrivate::DirectorySynchronizerPrivate;
+using OrvaUtilsPrivate::Filter;
 using OrvaUtilsPrivate::FolderEntry;
 using OrvaUtilsPrivate::joined;
+using OrvaUtilsPrivate::letsThrough;
 using OrvaUtilsPrivate::TreeTask;
 using OrvaUtilsPrivate::Walk;
 
@@ -179,10 +205,11 @@ bool DirectorySynchronizer::fullSync(const QString& source, const QString& desti
                                      const FileUtils::TreeObserver& observer, QString* error)
 {
     TreeTask task(observer, error);
-    if (d->filter) {
-        const QString root = QDir(source).absolutePath();
-        task.setFilter([this, root](const QString& path) { return d->isInMirror(path, root); });
-    }
+    // The observer may destroy this object, or give it another filter.
+    const Filter filter = d->filter;
+    const QString root = QDir(source).absolutePath();
+    if (filter)
+        task.setFilter([&](const QString& path) { return letsThrough(filter, path, root); });
     if (OrvaUtilsPrivate::copyDir(source, destination, false, task))
         return true;
     ORVAUTILS_LOG_CRITICAL() << "FullSync fail";
@@ -280,21 +307,6 @@ QString DirectorySynchronizerPrivate::mirrorOf(const QString& path) const
 {
     QString mirror = path;
     return source.isEmpty() ? path : mirror.replace(source, destination);
-}
-
-/// Whether the filter lets a path through, which lies in \a root, and all folders on the way to it.
-bool DirectorySynchronizerPrivate::isInMirror(const QString& path, const QString& root) const
-{
-    const QString prefix = withSlash(root);
-    if (!filter || !path.startsWith(prefix))
-        return true;
-    const QString relative = path.mid(prefix.size());
-    for (int slash = int(relative.indexOf(QLatin1Char('/'))); slash >= 0;
-         slash = int(relative.indexOf(QLatin1Char('/'), slash + 1))) {
-        if (!filter(relative.left(slash)))
-            return false;
-    }
-    return filter(relative);
 }
 
 bool DirectorySynchronizerPrivate::canBeMirrored() const

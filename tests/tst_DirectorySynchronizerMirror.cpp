@@ -91,6 +91,7 @@ private Q_SLOTS:
     void filterOfFullSync();
     void observedFullSync();
     void cancelledFullSync();
+    void observerDestroysIt();
     void isEqual();
     void isEqualNeedsFolders_data();
     void isEqualNeedsFolders();
@@ -488,6 +489,24 @@ void tst_DirectorySynchronizerMirror::cancelledFullSync()
         mSource, mDestination, [](const FileUtils::TreeProgress&) { return false; }, &error));
     QCOMPARE(error, QStringLiteral("The operation was cancelled"));
     QVERIFY(filesBelow(mDestination).size() < 20);
+}
+
+// What the observer sees goes on when it has destroyed the synchronizer, with its filter.
+void tst_DirectorySynchronizerMirror::observerDestroysIt()
+{
+    for (const char* name : {"a", "b", "c/d", "e"})
+        mSandbox->file(QStringLiteral("src/") + QString::fromLatin1(name));
+    QPointer<DirectorySynchronizer> synchronizer = new DirectorySynchronizer;
+    const QString left = QStringLiteral("e");
+    synchronizer->setFilter([left](const QString& path) { return path != left; });
+    const auto destroy = [&](const FileUtils::TreeProgress&) {
+        delete synchronizer;
+        return true;
+    };
+    QVERIFY(synchronizer->fullSync(mSource, mDestination, destroy));
+    QVERIFY(!synchronizer);
+    QCOMPARE(filesBelow(mDestination).keys(),
+             QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c/d")}));
 }
 
 void tst_DirectorySynchronizerMirror::isEqual()
