@@ -286,6 +286,12 @@ void tst_TaxeRatesUtils::hostsFile()
     // The file is not read again.
     QVERIFY(QFile::remove(path));
     QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 21.0);
+    // The last one counts, also where it is older than the one before.
+    for (const char* date : {"2019-05-01", "2016-06-01"}) {
+        writeFile(path, fileOf(date, R"("FR": )" + QByteArray(fullEntry)));
+        QVERIFY(TaxeRatesUtils::setRatesFile(path));
+        QCOMPARE(TaxeRatesUtils::lastUpdated(), QDate::fromString(text(date), Qt::ISODate));
+    }
 
     QVERIFY(TaxeRatesUtils::setRatesFile(QString()));
     QCOMPARE(TaxeRatesUtils::lastUpdated(), QDate(2016, 6, 1));
