@@ -15,12 +15,14 @@
 #include "treecopy_p.h"
 #include "treeremoval_p.h"
 #include "treereplacement_p.h"
+#include "treestage_p.h"
 #include "treetask_p.h"
 #include "treewalk_p.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDateTime>
+#include <QDebug>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -398,12 +400,18 @@ bool FileUtils::replaceDir(const QString& source, const QString& destination,
 
 bool FileUtils::moveOver(const QString& path, const QString& newPath, QString* error)
 {
-    const QFileInfo moved(path);
-    const QFileInfo old(newPath);
-    const bool areFolders = moved.isDir() && !moved.isSymLink() && old.isDir() && !old.isSymLink();
+    // Without a "/" at the end, which would make the system look through a link.
+    const QFileInfo moved(QDir::cleanPath(path));
+    const QFileInfo old(QDir::cleanPath(newPath));
+    const bool isFolder = moved.isDir() && !moved.isSymLink();
+    if (isFolder)
+        clearAfterKills(old.absoluteFilePath());
+    const bool areFolders = isFolder && old.isDir() && !old.isSymLink();
     QString reason;
-    if (areFolders ? moveFolderOver(moved.absoluteFilePath(), old.absoluteFilePath(), &reason)
-                   : OrvaUtilsPrivate::moveOver(path, newPath, &reason))
+    const bool isMoved = areFolders
+        ? moveFolderOver(moved.absoluteFilePath(), old.absoluteFilePath(), &reason)
+        : OrvaUtilsPrivate::moveOver(path, newPath, &reason);
+    if (isMoved)
         return true;
     if (error)
         *error = reason;
@@ -664,4 +672,17 @@ int FileUtils::old::listFilesInFileSystem(const QString& path, QStringList& list
     if (!QDir(folder).exists())
         return 0;
     return listFiles(folder, list, recursive, folderFilter, withSlash(prefix), nullptr);
+}
+
+QDebug operator<<(QDebug debug, const FileUtils::TreeProgress& progress)
+{
+    const QDebugStateSaver saver(debug);
+    const auto total = [](qint64 number) {
+        return number < 0 ? QByteArray("?") : QByteArray::number(number);
+    };
+    debug.nospace() << "TreeProgress(" << progress.files << " of "
+                    << total(progress.totalFiles).constData() << " files, " << progress.bytes
+                    << " of " << total(progress.totalBytes).constData() << " bytes, "
+                    << progress.path << ')';
+    return debug;
 }

@@ -17,6 +17,7 @@
 
 QT_BEGIN_NAMESPACE
 class QDateTime;
+class QDebug;
 class QFontMetrics;
 class QIODevice;
 class QRegExp;
@@ -39,9 +40,9 @@ QT_END_NAMESPACE
 /// Failures come back as the result and, where a function takes a `QString*`, as a message in \a
 /// error. The pointer may be null, and the text is written on failure only, never cleared. Records
 /// are logged with LogStream, with the file "FileUtils" and the name of the function. No function
-/// undoes what it did before a failure. Output lists and counters are added to, never cleared, and
-/// keep what was added before a failure. Listings are in the order in which the system returns
-/// them.
+/// but replaceDir() undoes what it did before a failure. Output lists and counters are added to,
+/// never cleared, and keep what was added before a failure. Listings are in the order in which the
+/// system returns them.
 ///
 /// Three sets of entries are meant below. Broken links and special files (pipes, sockets, devices)
 /// are in none of them; a link to a file counts as a file and a link to a folder as a folder,
@@ -59,9 +60,12 @@ public:
     struct TreeProgress
     {
         int files = 0; ///< that are done
-        int totalFiles = -1; ///< -1 until the number is known
+        /// All files, or -1 until the number is known: each function says when that is.
+        int totalFiles = -1;
         qint64 bytes = 0; ///< of the files that are done
-        qint64 totalBytes = -1; ///< -1 until the number is known
+        /// The bytes of all files, or -1 until the end: to ask for every size before the first file
+        /// is done would cost more than watching may. 0 from the beginning where files are removed.
+        qint64 totalBytes = -1;
         QString path; ///< the file that was done last
     };
 
@@ -153,6 +157,15 @@ public:
     /// When it cancels, the result is what was added up so far. \a error, when given, tells why the
     /// result is not the whole size: a folder that does not exist or cannot be read, or that it was
     /// cancelled.
+    ///
+    /// \code
+    /// const auto show = [&](const FileUtils::TreeProgress& progress) {
+    ///     label.setText(FileUtils::fileSizeToString(progress.bytes) + " …");
+    ///     QCoreApplication::processEvents();
+    ///     return label.isVisible();
+    /// };
+    /// const qint64 size = FileUtils::folderSize(folder, nullptr, nullptr, show, &error);
+    /// \endcode
     static qint64 folderSize(const QString& path, int* fileCount, QDateTime* lastModified,
                              const TreeObserver& observer, QString* error = nullptr);
 
@@ -189,9 +202,19 @@ public:
     /// a folder that cannot be read.
     static bool removeContentDirectory(const QString& path, bool recursive);
 
-    /// The same, watched by \a observer, which may be empty; what is removed has no bytes. When it
-    /// cancels, the rest stays and nothing is logged. On failure \a error, when given, gets the
-    /// reason, translated.
+    /// The same, watched by \a observer, which may be empty. It knows the total number of files
+    /// from the beginning; what is removed has no bytes. When it cancels, the rest stays and
+    /// nothing is logged. On failure \a error, when given, gets the reason, translated.
+    ///
+    /// \code
+    /// const auto show = [&bar](const FileUtils::TreeProgress& progress) {
+    ///     bar.setRange(0, progress.totalFiles);
+    ///     bar.setValue(progress.files);
+    ///     return true;
+    /// };
+    /// if (!FileUtils::removeContentDirectory(cache, true, show, &error))
+    ///     QMessageBox::warning(window, title, error);
+    /// \endcode
     static bool removeContentDirectory(const QString& path, bool recursive,
                                        const TreeObserver& observer, QString* error = nullptr);
 
@@ -247,17 +270,33 @@ public:
     /// inside it or contains it is refused. \a observer, which may be empty, sees the progress; it
     /// knows the total number of files from the beginning. On failure returns false with the
     /// reason, translated, in \a error, and logs with LogType 2 "unable to replace", the path and
-    /// the system's reason; a cancelled copy is not logged. A process that was killed leaves the
-    /// copy as far as it got, in a hidden folder ".orvautils-" and 32 digits. Where the system
-    /// cannot exchange two folders in one step (outside of Linux, and on some network file systems)
-    /// the old tree is renamed first, and a process that is killed at that very moment leaves it
-    /// under such a name.
+    /// the system's reason; a cancelled copy is not logged.
+    ///
+    /// \code
+    /// QString error;
+    /// if (!FileUtils::replaceDir(draft, site, nullptr, &error))
+    ///     QMessageBox::warning(window, title, error); // the site has not changed
+    /// \endcode
+    ///
+    /// Several processes may replace the same folder at the same time: the result is the complete
+    /// copy of one of them. A process that is killed leaves its incomplete copy in a hidden folder
+    /// ".orvautils-" and 32 digits; the next replacement of the same folder on that machine removes
+    /// it. Where the system cannot exchange two folders in one step (outside of Linux, and on some
+    /// network file systems) the old tree is renamed first: a process that is killed at that very
+    /// moment leaves it under such a name, followed by "-aside", and the next replacement moves it
+    /// back before it begins. On file systems without locks (flock()) both stay.
     static bool replaceDir(const QString& source, const QString& destination,
                            const TreeObserver& observer = TreeObserver(), QString* error = nullptr);
 
     /// Moves the file or folder \a path to \a newPath, on the same file system, in one step: other
     /// programs find either what was there before or what is there now. A folder replaces a whole
-    /// tree, which is removed; outside of Linux there is a moment at which neither is there.
+    /// tree, which is removed; outside of Linux there is a moment at which neither is there, see
+    /// replaceDir().
+    ///
+    /// \code
+    /// if (writePage(path + ".new") && FileUtils::moveOver(path + ".new", path, &error))
+    ///     ... // no visitor ever sees half a page
+    /// \endcode
     ///
     /// A file never takes the place of a folder, nor a folder that of a file; a link is replaced by
     /// a file, and never by a folder. On failure returns false with the system's reason in \a
@@ -329,6 +368,11 @@ public:
     /// step, with its permissions. A link is followed. Needs a folder that takes a new file.
     /// Nothing is logged; on failure \a error gets the message of fileMkPath() or the system's
     /// reason.
+    ///
+    /// \code
+    /// if (!FileUtils::replaceFileContent(path, project.toJson(), &error))
+    ///     QMessageBox::warning(window, title, error); // the former project is still there
+    /// \endcode
     static bool replaceFileContent(const QString& path, const QByteArray& data,
                                    QString* error = nullptr);
 
@@ -422,5 +466,16 @@ public:
                                          const QString& prefix = QString());
     };
 };
+
+/// Writes how far an operation has come:
+///
+/// \code
+/// qDebug() << progress; // TreeProgress(3 of 40 files, 1200 of ? bytes, "/srv/shop/beach.jpg")
+/// \endcode
+///
+/// A number that is not known is a "?".
+///
+/// \relates FileUtils
+ORVAUTILS_EXPORT QDebug operator<<(QDebug debug, const FileUtils::TreeProgress& progress);
 
 #endif // ORVAUTILS_FILEUTILS_H

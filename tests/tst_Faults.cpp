@@ -5,7 +5,7 @@
 // time another one of its calls on files is refused, until a run gets by without a refusal. Each
 // time the result, the message and the log must say what the files show: done means complete and
 // exact; not done means a source that is untouched, and no half-written file under the name of a
-// whole one.
+// whole one. What promises that nothing is lost is also killed before each of its calls.
 //
 // The program starts itself a second time with FaultShim loaded before all other libraries.
 
@@ -17,9 +17,8 @@
 #include "ProjectFileLocker.h"
 #include "QExifImageHeader.h"
 
-#include "FaultShim.h"
+#include "FaultRuns.h"
 #include "LogCapture.h"
-#include "Sandbox.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -29,7 +28,6 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -44,195 +42,7 @@
 
 namespace {
 
-QString operator""_s(const char* text, size_t size)
-{
-    return QString::fromUtf8(text, int(size));
-}
-
-QLatin1Char operator""_L1(char c)
-{
-    return QLatin1Char(c);
-}
-
-// ---- The shim ----------------------------------------------------------------------------------
-
-FaultShimArm* shimArm()
-{
-    return reinterpret_cast<FaultShimArm*>(dlsym(RTLD_DEFAULT, "faultShimArm"));
-}
-
-FaultShimDisarm* shimDisarm()
-{
-    return reinterpret_cast<FaultShimDisarm*>(dlsym(RTLD_DEFAULT, "faultShimDisarm"));
-}
-
-const char* const kindNames[FaultKindCount] = {"open",   "read",  "write", "rename",
-                                               "unlink", "mkdir", "close", "attribute"};
-
-FaultPlan plan(FaultKind kind, int error, bool isLasting)
-{
-    FaultPlan plan = {};
-    plan.kind = kind;
-    plan.error = error;
-    plan.isLasting = isLasting;
-    return plan;
-}
-
-/// Every way in which a call is refused.
-std::vector<FaultPlan> refusals()
-{
-    const QVector<QPair<FaultKind, int>> errors = {
-        {FaultOpen, EACCES},       {FaultOpen, EMFILE},       {FaultRead, EIO},
-        {FaultWrite, ENOSPC},      {FaultWrite, EIO},         {FaultRename, EACCES},
-        {FaultRename, EXDEV},      {FaultUnlink, EACCES},     {FaultUnlink, EBUSY},
-        {FaultMakeFolder, EACCES}, {FaultMakeFolder, ENOSPC}, {FaultClose, EIO}};
-    std::vector<FaultPlan> plans;
-    for (const auto& error : errors) {
-        for (const bool isLasting : {false, true})
-            plans.push_back(plan(error.first, error.second, isLasting));
-    }
-    return plans;
-}
-
-QString textOf(const FaultPlan& plan, const FaultReport& report)
-{
-    return "%1 %2 fails (%3)%4%5%6, first %7 %8"_s.arg(
-        QString::fromLatin1(kindNames[plan.kind]), QString::number(plan.nth),
-        QString::fromLocal8Bit(std::strerror(plan.error)),
-        plan.isLasting ? " from then on"_s : QString(),
-        plan.lacksUnnamedFiles ? ", no O_TMPFILE"_s : QString(),
-        plan.lacksHardLinks ? ", no link()"_s : QString(), QString::fromLatin1(report.function),
-        QString::fromLocal8Bit(report.path));
-}
-
-// ---- Folders as they are -----------------------------------------------------------------------
-
-/// What lies below a folder: relative paths, and for each what there is. A file is its permissions
-/// and its content.
-using Tree = QMap<QString, QByteArray>;
-
-const QByteArray folderMark = "folder";
-
-Tree snapshotOf(const QString& root)
-{
-    Tree tree;
-    QDirIterator entries(root,
-                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString path = entries.next();
-        struct stat status;
-        if (lstat(QFile::encodeName(path).constData(), &status) != 0)
-            qFatal("cannot look at %s", qPrintable(path));
-        QByteArray& entry = tree[path.mid(root.size() + 1)];
-        if (S_ISLNK(status.st_mode))
-            entry = "link " + QFile::symLinkTarget(path).toUtf8();
-        else if (S_ISDIR(status.st_mode))
-            entry = folderMark;
-        else
-            entry = QByteArray::number(status.st_mode & 0777, 8) + ' ' + contentOf(path);
-    }
-    return tree;
-}
-
-/// What lies below one of its folders.
-Tree below(const Tree& tree, const QString& folder)
-{
-    Tree part;
-    const QString prefix = folder + '/'_L1;
-    for (auto it = tree.begin(); it != tree.end(); ++it) {
-        if (it.key().startsWith(prefix))
-            part.insert(it.key().mid(prefix.size()), it.value());
-    }
-    return part;
-}
-
-/// \a tree with everything that is in \a over, which wins.
-Tree merged(Tree tree, const Tree& over)
-{
-    for (auto it = over.begin(); it != over.end(); ++it)
-        tree.insert(it.key(), it.value());
-    return tree;
-}
-
-/// Where two trees differ, for people; empty where they do not.
-QString difference(const Tree& actual, const Tree& expected)
-{
-    const Tree all = merged(actual, expected);
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        if (!expected.contains(it.key()))
-            return it.key() + " is there"_s;
-        if (!actual.contains(it.key()))
-            return it.key() + " is missing"_s;
-        if (actual.value(it.key()) != expected.value(it.key()))
-            return "%1 is \"%2\" (%3 bytes) instead of \"%4\" (%5 bytes)"_s.arg(
-                it.key(), QString::fromUtf8(actual.value(it.key()).left(40)),
-                QString::number(actual.value(it.key()).size()),
-                QString::fromUtf8(expected.value(it.key()).left(40)),
-                QString::number(expected.value(it.key()).size()));
-    }
-    return QString();
-}
-
-/// Whether something of that name is made only to become, or to be, something else.
-bool isTemporary(const QString& path)
-{
-    const QString name = path.mid(path.lastIndexOf('/'_L1) + 1);
-    return name.startsWith(".orvautils-"_s) || name.startsWith("orvautils_temp."_s)
-        || name.startsWith("qt_temp."_s);
-}
-
-void makeFile(const QString& path, const QByteArray& content, mode_t mode = 0644)
-{
-    writeFile(path, content);
-    changeMode(path, mode);
-}
-
-/// Bytes in which no two stretches are alike.
-QByteArray bytes(int size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    quint32 state = 1;
-    for (char& byte : bytes) {
-        state = state * 1664525 + 1013904223;
-        byte = char(state >> 24);
-    }
-    return bytes;
-}
-
-// ---- Runs and scenarios ------------------------------------------------------------------------
-
-/// A function under test has run in a folder. Texts name paths relative to that folder.
-struct Run
-{
-    QString root;
-    Tree before;
-    Tree after;
-    FaultPlan plan;
-    FaultReport report;
-    bool succeeded;
-    QString message; ///< what came back in the `QString* error`
-    QStringList records; ///< what was logged
-
-    QString path(const QString& relative) const { return root + '/'_L1 + relative; }
-};
-
-/// What is run, in a folder whose "src" must never change. Answers in words are empty where nothing
-/// is wrong.
-struct Scenario
-{
-    QString function; ///< the name under which its faults are counted
-    std::function<void(const Run&)> prepare;
-    std::function<bool(const Run&, QString* message)> act;
-    /// The whole folder after success, in which nothing is said and nothing logged.
-    std::function<Tree(const Run&)> complete;
-    /// What is wrong with a run that failed or logged something.
-    std::function<QString(const Run&)> wrongInFailure;
-    /// Whether all is brought to the disk with fsync(), so that failures after that do not count.
-    bool isOnDiskEarly = false;
-    /// Whether whole trees are to be removed after a failure.
-    bool leavesTrees = false;
-};
+// ---- Scenarios ----------------------------------------------------------------------------------
 
 const QString copied = "warning orvautils FileUtils forceCopy: "_s;
 const QString copiedDir = "warning orvautils FileUtils copyDir: "_s;
@@ -401,6 +211,37 @@ Scenario copyDir(bool merge)
     return scenario;
 }
 
+/// Tells that a tree in the place of "dst" is to be replaced, and no more.
+void beginToReplaceDst(const Run& run)
+{
+    const LogCapture log;
+    if (FileUtils::replaceDir(run.path("nowhere"_s), run.path("dst"_s)))
+        qFatal("replaced by nothing");
+}
+
+/// What is wrong with a file or folder that was to be replaced when the process was killed.
+QString wrongAfterKill(const Run& run, const Tree& complete, const QString& path)
+{
+    const auto at = [&path](const Tree& tree) {
+        Tree part = below(tree, path);
+        part.insert(QString(), tree.value(path));
+        return part;
+    };
+    if (at(run.after) == at(run.before) || at(run.after) == at(complete))
+        return QString();
+    return "neither the old nor the new one: "_s + difference(at(run.after), at(run.before));
+}
+
+/// What is wrong with a name that is there although nobody works with it any more.
+QString wrongLeftover(const Run& run)
+{
+    for (const QString& path : run.after.keys()) {
+        if (isTemporary(path))
+            return path + " stayed behind"_s;
+    }
+    return QString();
+}
+
 /// The whole of either tree, whatever happens.
 Scenario replaceDir()
 {
@@ -438,6 +279,99 @@ Scenario replaceDir()
                 return it.key() + " is gone"_s;
         }
         return QString();
+    };
+    scenario.recover = beginToReplaceDst;
+    const auto complete = scenario.complete;
+    scenario.wrongAfterKill = [complete](const Run& run) {
+        const QString wrong = wrongAfterKill(run, complete(run), "dst"_s);
+        return wrong.isEmpty() ? wrongLeftover(run) : wrong;
+    };
+    return scenario;
+}
+
+// moveOver
+
+Scenario moveOverFolder()
+{
+    Scenario scenario;
+    scenario.function = "moveOver"_s;
+    scenario.isOnDiskEarly = true;
+    scenario.leavesTrees = true;
+    scenario.prepare = [](const Run& run) {
+        makeFile(run.path("src/file"_s), "neighbour");
+        makeFile(run.path("draft/file"_s), "new", 0640);
+        makeFile(run.path("draft/sub/file"_s), bytes(5000));
+        makeFile(run.path("dst/file"_s), "an older one", 0600);
+        makeFile(run.path("dst/old/deep/file"_s), "an older one");
+    };
+    scenario.act = [](const Run& run, QString* message) {
+        return FileUtils::moveOver(run.path("draft"_s), run.path("dst"_s), message);
+    };
+    scenario.complete = [](const Run& run) {
+        Tree complete = run.before;
+        for (const QString& path : run.before.keys()) {
+            if (path.startsWith("dst/"_s) || path.startsWith("draft"_s))
+                complete.remove(path);
+        }
+        const Tree moved = below(run.before, "draft"_s);
+        for (auto it = moved.begin(); it != moved.end(); ++it)
+            complete.insert("dst/"_s + it.key(), it.value());
+        // What of the old tree cannot be removed stays where the new one was.
+        if (run.report.refused > 0
+            && (run.plan.kind == FaultUnlink || run.plan.kind == FaultOpen
+                || run.plan.kind == FaultRead)) {
+            for (auto it = run.after.begin(); it != run.after.end(); ++it) {
+                if (it.key().startsWith("draft"_s))
+                    complete.insert(it.key(), it.value());
+            }
+        }
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) {
+        if (run.succeeded || run.message.isEmpty() || !run.records.isEmpty())
+            return "not the described answer"_s;
+        return difference(run.after, run.before);
+    };
+    scenario.recover = beginToReplaceDst;
+    const auto complete = scenario.complete;
+    scenario.wrongAfterKill = [complete](const Run& run) -> QString {
+        const QString wrong = wrongAfterKill(run, complete(run), "dst"_s);
+        if (!wrong.isEmpty())
+            return wrong;
+        if (below(run.after, "dst"_s) == below(run.before, "dst"_s)
+            && below(run.after, "draft"_s) != below(run.before, "draft"_s))
+            return "the new tree is lost"_s;
+        return wrongLeftover(run);
+    };
+    return scenario;
+}
+
+Scenario moveOverFile()
+{
+    Scenario scenario;
+    scenario.function = "moveOver"_s;
+    scenario.isOnDiskEarly = true;
+    scenario.prepare = [](const Run& run) {
+        makeFile(run.path("src/file"_s), "neighbour");
+        makeFile(run.path("draft"_s), bytes(5000), 0640);
+        makeFile(run.path("dst/file"_s), "an older one", 0600);
+    };
+    scenario.act = [](const Run& run, QString* message) {
+        return FileUtils::moveOver(run.path("draft"_s), run.path("dst/file"_s), message);
+    };
+    scenario.complete = [](const Run& run) {
+        Tree complete = run.before;
+        complete["dst/file"_s] = complete.take("draft"_s);
+        return complete;
+    };
+    scenario.wrongInFailure = [](const Run& run) {
+        if (run.succeeded || run.message.isEmpty() || !run.records.isEmpty())
+            return "not the described answer"_s;
+        return difference(run.after, run.before);
+    };
+    const auto complete = scenario.complete;
+    scenario.wrongAfterKill = [complete](const Run& run) {
+        return run.after == run.before ? QString() : difference(run.after, complete(run));
     };
     return scenario;
 }
@@ -511,6 +445,10 @@ Scenario mirrorFile(const QString& mirror, bool isRemoval)
             return "the mirror is neither as it was nor as it is to be"_s;
         return QString();
     };
+    const auto complete = scenario.complete;
+    scenario.wrongAfterKill = [=](const Run& run) {
+        return wrongAfterKill(run, complete(run), mirror);
+    };
     return scenario;
 }
 
@@ -543,6 +481,12 @@ Scenario lockProject()
         Tree before = run.before;
         before.remove("dst/project.locked"_s);
         return difference(after, before);
+    };
+    scenario.wrongAfterKill = [](const Run& run) {
+        ProjectFileLocker locker;
+        QString message;
+        locker.openNewProjectFile(run.path("dst/project"_s), &message);
+        return message;
     };
     scenario.isOnDiskEarly = true;
     return scenario;
@@ -695,6 +639,27 @@ Scenario writeFileContent(const QString& path)
     scenario.wrongInFailure = [path, data](const Run& run) {
         return run.succeeded ? "it succeeded and logged"_s
                              : wrongInWriting(run, run.message, path, data);
+    };
+    return scenario;
+}
+
+/// As writing, but what stands there is not lost whatever happens.
+Scenario replaceFileContent(const QString& path)
+{
+    const QByteArray data = bytes(50000);
+    Scenario scenario = writeFileContent(path);
+    scenario.function = "replaceFileContent"_s;
+    scenario.act = [path, data](const Run& run, QString* message) {
+        return FileUtils::replaceFileContent(run.path(path), data, message);
+    };
+    scenario.wrongInFailure = [path](const Run& run) {
+        if (run.succeeded || run.message.isEmpty() || !run.records.isEmpty())
+            return "not the described answer"_s;
+        return run.after.value(path) == run.before.value(path) ? QString() : "the file changed"_s;
+    };
+    const auto complete = scenario.complete;
+    scenario.wrongAfterKill = [complete, path](const Run& run) {
+        return wrongAfterKill(run, complete(run), path);
     };
     return scenario;
 }
@@ -1083,11 +1048,15 @@ const QMap<QString, Scenario>& scenarios()
         {"removing a mirror"_s, mirrorFile("dst/photo"_s, true)},
         {"openNewProjectFile"_s, lockProject()},
         {"replaceDir"_s, replaceDir()},
+        {"moveOver, a folder"_s, moveOverFolder()},
+        {"moveOver, a file"_s, moveOverFile()},
         {"removeContentDirectory"_s, removeContentDirectory(false)},
         {"removeContentDirectory recursively"_s, removeContentDirectory(true)},
         {"old::removeDirectory"_s, removeDirectory()},
         {"writeFileContent over a file"_s, writeFileContent("dst/file"_s)},
         {"writeFileContent into a new folder"_s, writeFileContent("dst/new/deep/file"_s)},
+        {"replaceFileContent over a file"_s, replaceFileContent("dst/file"_s)},
+        {"replaceFileContent into a new folder"_s, replaceFileContent("dst/new/deep/file"_s)},
         {"replaceInFile"_s, replaceInFile()},
         {"checkWritingRightInFolder"_s, checkWritingRightInFolder("dst"_s, "Photos"_s)},
         {"checkWritingRightInFolder, a new one"_s,
@@ -1146,150 +1115,6 @@ const QMap<QString, Scenario>& scenarios()
     return all;
 }
 
-/// The runs in which a call was refused, by function and kind.
-QMap<QString, std::array<int, FaultKindCount>> counts;
-/// The runs in which a signal came before a call.
-int interruptions = 0;
-
-/// No scenario needs so many of a kind.
-const int mostCalls = 1000;
-
-/// Runs the scenario once, as the plan says.
-Run run(const Scenario& scenario, const FaultPlan& plan)
-{
-    // Memory, where the system offers it as a folder, takes a tenth of the time of a disk.
-    static const Sandbox sandbox(folderInMemory());
-    Run run = {};
-    run.root = sandbox("run"_s);
-    run.plan = plan;
-    if (!QDir(run.root).removeRecursively() || !QDir().mkpath(run.root))
-        qFatal("cannot empty %s", qPrintable(run.root));
-    scenario.prepare(run);
-    run.before = snapshotOf(run.root);
-    {
-        LogCapture log;
-        shimArm()(&plan);
-        run.succeeded = scenario.act(run, &run.message);
-        run.report = shimDisarm()();
-        run.records = log.lines();
-    }
-    run.after = snapshotOf(run.root);
-    const QString prefix = run.root + '/'_L1;
-    run.message.remove(prefix);
-    run.records.replaceInStrings(prefix, QString());
-    return run;
-}
-
-/// Whether what was written cannot have reached the disk.
-bool cannotHaveSucceeded(const Scenario& scenario, const Run& run)
-{
-    if (!run.plan.isLasting || run.report.refused == 0)
-        return false;
-    const bool isClosing = run.plan.kind == FaultClose && run.plan.nth == 1;
-    if (scenario.isOnDiskEarly && (isClosing || QByteArray(run.report.function) == "fdatasync"))
-        return false;
-    return isClosing || run.plan.kind == FaultWrite;
-}
-
-QString wrongIn(const Scenario& scenario, const Run& run)
-{
-    if (below(run.after, "src"_s) != below(run.before, "src"_s))
-        return "the source changed"_s;
-    Tree after = run.after;
-    for (const QString& path : run.after.keys()) {
-        if (!isTemporary(path))
-            continue;
-        // What is not to be removed stays, of course, and so does what no folder lists any more.
-        const bool cannotList = scenario.leavesTrees && run.plan.isLasting
-            && (run.plan.kind == FaultOpen || run.plan.kind == FaultRead);
-        if (!cannotList && (run.plan.kind != FaultUnlink || run.report.refused == 0))
-            return path + " stayed behind"_s;
-        for (const QString& part : below(after, path).keys())
-            after.remove(path + '/'_L1 + part);
-        after.remove(path);
-    }
-    if (!run.succeeded || !run.records.isEmpty())
-        return scenario.wrongInFailure(run);
-    if (cannotHaveSucceeded(scenario, run))
-        return "it succeeded on a disk that took nothing more"_s;
-    if (!run.message.isEmpty())
-        return "it succeeded with a message"_s;
-    return difference(after, scenario.complete(run));
-}
-
-/// What is wrong with a run, for people.
-QString complaint(const QString& wrong, const Run& run)
-{
-    return wrong + " when "_s + textOf(run.plan, run.report) + "\n    result "_s
-        + (run.succeeded ? "true"_s : "false"_s) + ", message \""_s + run.message
-        + "\", records (\""_s + run.records.join("\", \""_s) + "\")"_s;
-}
-
-/// Complaints about a run that no fault of that kind may hinder.
-QStringList mustSucceed(const Scenario& scenario, const FaultPlan& plan, int* refused = nullptr)
-{
-    const Run run = ::run(scenario, plan);
-    if (refused)
-        *refused = run.report.refused;
-    QString wrong = wrongIn(scenario, run);
-    if (wrong.isEmpty() && (!run.succeeded || !run.records.isEmpty()))
-        wrong = "it failed"_s;
-    return wrong.isEmpty() ? QStringList() : QStringList(complaint(wrong, run));
-}
-
-/// The file systems between which the scenario makes a difference, as plans without faults: one
-/// that has everything, one without O_TMPFILE, and one without link() besides.
-std::vector<FaultPlan> fileSystems(const Scenario& scenario)
-{
-    std::vector<FaultPlan> plans;
-    int lacking = -1;
-    for (const int features : {2, 1, 0}) {
-        FaultPlan plan = {};
-        plan.lacksUnnamedFiles = features < 2;
-        plan.lacksHardLinks = features < 1;
-        const int lackingHere = run(scenario, plan).report.lacking;
-        if (lackingHere > lacking)
-            plans.push_back(plan);
-        lacking = lackingHere;
-    }
-    return plans;
-}
-
-/// Refuses one call after the other, until a run has no call left to refuse. Returns complaints.
-QStringList refuseEveryCall(const Scenario& scenario, FaultPlan plan)
-{
-    QStringList complaints;
-    for (plan.nth = 1;; ++plan.nth) {
-        const Run run = ::run(scenario, plan);
-        const QString wrong = wrongIn(scenario, run);
-        if (!wrong.isEmpty())
-            complaints.append(complaint(wrong, run));
-        if (run.report.refused > 0)
-            ++counts[scenario.function][size_t(plan.kind)];
-        if (run.report.refused == 0) {
-            if (!run.succeeded || !run.records.isEmpty())
-                complaints.append(complaint("it failed by itself"_s, run));
-            return complaints;
-        }
-        if (plan.nth > mostCalls) {
-            complaints.append("no end of calls"_s);
-            return complaints;
-        }
-    }
-}
-
-/// Lets a signal come before one call after the other. Returns complaints.
-QStringList interruptEveryCall(const Scenario& scenario, FaultPlan plan)
-{
-    QStringList complaints;
-    int interrupted = 1;
-    for (plan.nth = 1; interrupted > 0 && plan.nth <= mostCalls; ++plan.nth) {
-        complaints += mustSucceed(scenario, plan, &interrupted);
-        interruptions += interrupted;
-    }
-    return complaints;
-}
-
 } // namespace
 
 class tst_Faults : public QObject
@@ -1304,6 +1129,8 @@ private Q_SLOTS:
     void shortTransfers();
     void interruptedCalls_data() { addScenarios(); }
     void interruptedCalls();
+    void killedCalls_data();
+    void killedCalls();
     void refusedAttributes_data();
     void refusedAttributes();
     void entriesWithoutKinds_data() { addScenarios(); }
@@ -1336,6 +1163,7 @@ void tst_Faults::refusedCalls()
     QStringList complaints;
     for (const FaultPlan& fileSystem : fileSystems(scenario)) {
         for (FaultPlan plan : refusals()) {
+            plan.lacksExchange = fileSystem.lacksExchange;
             plan.lacksUnnamedFiles = fileSystem.lacksUnnamedFiles;
             plan.lacksHardLinks = fileSystem.lacksHardLinks;
             complaints += refuseEveryCall(scenario, plan);
@@ -1374,6 +1202,25 @@ void tst_Faults::interruptedCalls()
         plan.mostBytes = 1000;
         complaints += mustSucceed(scenario, plan);
     }
+    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
+}
+
+void tst_Faults::killedCalls_data()
+{
+    QTest::addColumn<QString>("name");
+    for (auto it = scenarios().begin(); it != scenarios().end(); ++it) {
+        if (it.value().wrongAfterKill)
+            QTest::newRow(qPrintable(it.key())) << it.key();
+    }
+}
+
+void tst_Faults::killedCalls()
+{
+    QFETCH(QString, name);
+    const Scenario scenario = scenarios().value(name);
+    QStringList complaints;
+    for (const FaultPlan& fileSystem : fileSystems(scenario))
+        complaints += killAtEveryCall(scenario, fileSystem);
     QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
 }
 
@@ -1417,7 +1264,8 @@ void tst_Faults::cleanupTestCase()
 {
     int total = 0;
     QStringList functions;
-    for (auto it = counts.constBegin(); it != counts.constEnd(); ++it) {
+    const FaultCounts& counts = faultCounts();
+    for (auto it = counts.refusals.constBegin(); it != counts.refusals.constEnd(); ++it) {
         int sum = 0;
         QStringList kinds;
         for (size_t kind = 0; kind < FaultKindCount; ++kind) {
@@ -1428,8 +1276,10 @@ void tst_Faults::cleanupTestCase()
         functions.append("%1 %2"_s.arg(it.key()).arg(sum));
         total += sum;
     }
-    if (interruptions > 0)
-        qInfo("calls interrupted: %d", interruptions);
+    if (counts.interruptions > 0)
+        qInfo("calls interrupted: %d", counts.interruptions);
+    if (counts.kills > 0)
+        qInfo("kills before a call: %d", counts.kills);
     if (total > 0)
         qInfo("faults injected: %d (%s)", total, qPrintable(functions.join(", "_s)));
 }

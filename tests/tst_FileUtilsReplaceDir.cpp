@@ -15,7 +15,9 @@
 #include <QtTest>
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
+#include <sys/wait.h>
 #if defined(Q_OS_LINUX)
 #include <sys/xattr.h>
 #endif
@@ -62,6 +64,29 @@ bool haveSameTime(const struct stat& one, const struct stat& other)
         && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
 }
 
+/// Replaces a folder in a process that is killed in the midst of it.
+void killWhileReplacing(const QString& source, const QString& destination)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        FileUtils::replaceDir(source, destination, [](const FileUtils::TreeProgress&) {
+            std::raise(SIGKILL);
+            return true;
+        });
+        _exit(1);
+    }
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child || !WIFSIGNALED(status))
+        qFatal("no process was killed");
+}
+
+/// The hidden folders in which copies are completed.
+QStringList stagesIn(const QString& folder)
+{
+    return QDir(folder).entryList({text(".orvautils-*")},
+                                  QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
 } // namespace
 
 class tst_FileUtilsReplaceDir : public QObject
@@ -81,6 +106,9 @@ private Q_SLOTS:
     void refusals();
     void unreadableFile();
     void fullDisk();
+    void killed();
+    void replacedMeanwhile();
+    void namesThatAreNoText();
     void cancelled_data();
     void cancelled();
     void progress();
@@ -295,6 +323,63 @@ void tst_FileUtilsReplaceDir::fullDisk()
     QCOMPARE(treeOf(box.root()), before);
 }
 
+void tst_FileUtilsReplaceDir::killed()
+{
+    Sandbox box;
+    makeTrees(box);
+    box.file(text("e/a"), "other");
+    const QStringList before = treeOf(box(text("d")));
+    killWhileReplacing(box(text("s")), box(text("d")));
+    killWhileReplacing(box(text("s")), box(text("d")));
+    killWhileReplacing(box(text("s")), box(text("e")));
+    QCOMPARE(treeOf(box(text("d"))), before);
+    // Each goes with the next replacement of its folder, also where that is killed or fails.
+    QCOMPARE(stagesIn(box.root()).size(), 2);
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
+    QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
+    QCOMPARE(stagesIn(box.root()).size(), 1);
+    const LogCapture log;
+    QVERIFY(!FileUtils::replaceDir(box(text("none")), box(text("e"))));
+    QCOMPARE(stagesIn(box.root()), QStringList());
+    QCOMPARE(treeOf(box(text("e"))), QStringList(text("a=other")));
+}
+
+void tst_FileUtilsReplaceDir::replacedMeanwhile()
+{
+    // What somebody else works on is no leftover, although it is for the same folder.
+    Sandbox box;
+    makeTrees(box);
+    box.file(text("other/a"), "other");
+    killWhileReplacing(box(text("s")), box(text("d")));
+    int calls = 0;
+    const auto replaceToo = [&](const FileUtils::TreeProgress&) {
+        if (++calls == 1) {
+            if (!FileUtils::replaceDir(box(text("other")), box(text("d"))))
+                return false;
+            return stagesIn(box.root()).size() == 1
+                && treeOf(box(text("d"))) == QStringList(text("a=other"));
+        }
+        return true;
+    };
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d")), replaceToo));
+    QVERIFY(calls > 1);
+    QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
+    QCOMPARE(stagesIn(box.root()), QStringList());
+}
+
+void tst_FileUtilsReplaceDir::namesThatAreNoText()
+{
+    Sandbox box;
+    makeTrees(box);
+    const QByteArray folder = QFile::encodeName(box(text("d/old/"))) + "\xFF\xFE";
+    if (mkdir(folder.constData(), 0755) != 0)
+        QSKIP("the file system has no such names");
+    QVERIFY(close(creat((folder + "/\xFD").constData(), 0644)) == 0);
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
+    QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
+    QCOMPARE(stagesIn(box.root()), QStringList());
+}
+
 void tst_FileUtilsReplaceDir::cancelled_data()
 {
     QTest::addColumn<QString>("destination");
@@ -351,6 +436,9 @@ void tst_FileUtilsReplaceDir::moveOver()
     QVERIFY(FileUtils::moveOver(box(text("link")), box(text("d/a"))));
     QVERIFY(FileUtils::moveOver(box(text("d")), box(text("new"))));
     QCOMPARE(contentOf(box(text("new/a"))), QByteArray("draft"));
+    box.file(text("again/b"), "again");
+    QVERIFY(FileUtils::moveOver(box(text("again/")), box(text("new/"))));
+    QCOMPARE(treeOf(box(text("new"))), QStringList(text("b=again")));
     QCOMPARE(QDir(box.root()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList(text("new")));
 }
@@ -363,6 +451,10 @@ void tst_FileUtilsReplaceDir::moveOverRefusals_data()
     QTest::newRow("folder over file") << text("d") << text("file");
     QTest::newRow("nothing") << text("none") << text("file");
     QTest::newRow("folder over link") << text("s") << text("toD");
+    // The system would stop at the NUL, and find another file.
+    QTest::newRow("over a NUL") << text("file") << text("d/a") + QChar() + text("b");
+    QTest::newRow("from a NUL") << text("file") + QChar() + text("b") << text("d/a");
+    QTest::newRow("folder over a NUL") << text("s") << text("d") + QChar();
 }
 
 void tst_FileUtilsReplaceDir::moveOverRefusals()
@@ -397,6 +489,7 @@ void tst_FileUtilsReplaceDir::replaceFileContentFailures()
 {
     Sandbox box;
     box.file(text("file"), "old");
+    box.file(text("other"), "other");
     const QStringList before = treeOf(box.root());
     QString error;
     {
@@ -408,6 +501,12 @@ void tst_FileUtilsReplaceDir::replaceFileContentFailures()
     QVERIFY(!FileUtils::replaceFileContent(box(text("file/in/file")), "x", &error));
     QVERIFY(error.startsWith(text("(fileMkPath) ")));
     QVERIFY(!FileUtils::replaceFileContent(QString(), "x"));
+    QVERIFY(!FileUtils::replaceFileContent(box(text("file")) + QChar() + text("x"), "x"));
+    {
+        const LogCapture log;
+        QVERIFY(!FileUtils::forceCopy(box(text("file")), box(text("copy")) + QChar() + text("x")));
+        QVERIFY(!FileUtils::forceCopy(box(text("other")), box(text("file")) + QChar()));
+    }
     QVERIFY(!FileUtils::replaceFileContent(box.root(), "x"));
     QCOMPARE(treeOf(box.root()), before);
 }

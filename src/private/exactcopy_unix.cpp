@@ -5,6 +5,7 @@
 
 #include "descriptor_p.h"
 #include "filesystem_p.h"
+#include "folderpath_p.h"
 
 #include <QFile>
 
@@ -29,7 +30,7 @@ enum class Link { Refuse, Follow };
 /// Opens without waiting for anything but a disk.
 int openFile(const QString& path, int flags, mode_t mode = 0, Link link = Link::Refuse)
 {
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = encoded(path);
     flags |= O_CLOEXEC | O_NONBLOCK | (link == Link::Refuse ? O_NOFOLLOW : 0);
     for (;;) {
         const int file = open(name.constData(), flags, mode);
@@ -145,8 +146,8 @@ bool copyFileExactly(const QString& source, const QString& destination, qint64* 
 
 bool copyLinkExactly(const QString& source, const QString& destination, QString* reason)
 {
-    const QByteArray from = QFile::encodeName(source);
-    const QByteArray to = QFile::encodeName(destination);
+    const QByteArray from = encoded(source);
+    const QByteArray to = encoded(destination);
     struct stat status = {};
     QByteArray target(4096, Qt::Uninitialized);
     const ssize_t size = readlink(from.constData(), target.data(), size_t(target.size()));
@@ -166,7 +167,7 @@ bool copyLinkExactly(const QString& source, const QString& destination, QString*
 
 bool makePrivateFolder(const QString& path, QString* reason)
 {
-    return mkdir(QFile::encodeName(path).constData(), 0700) == 0 || failed(reason);
+    return mkdir(encoded(path).constData(), 0700) == 0 || failed(reason);
 }
 
 bool finishFolderExactly(const QString& source, const QString& destination, QString* reason)

@@ -3,6 +3,8 @@
 
 #include "filestate_p.h"
 
+#include "folderpath_p.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -69,7 +71,7 @@ FileState stateOf(const QString& path)
     FileState state;
 #if defined(Q_OS_UNIX)
     struct stat status = {};
-    if (stat(QFile::encodeName(path).constData(), &status) == 0)
+    if (stat(encoded(path).constData(), &status) == 0)
         return stateFrom(status);
     if (errno == ENOENT || errno == ENOTDIR)
         return state;

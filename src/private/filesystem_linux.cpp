@@ -4,6 +4,7 @@
 #include "filesystem_p.h"
 
 #include "descriptor_p.h"
+#include "folderpath_p.h"
 #include "folderreader_p.h"
 
 #include <QFileInfo>
@@ -39,7 +40,7 @@ class LinuxFolder : public FolderSource
 {
 public:
     LinuxFolder(const QString& path, EntryDetail detail)
-        : mFolder(open(QFile::encodeName(path)))
+        : mFolder(open(encoded(path)))
         , mDetail(detail)
     {
         mIsIntact = mFolder;
@@ -225,13 +226,12 @@ bool copyNewFile(const QString& source, const QString& destination, qint64* size
     if (isKnownToQtAlone(source) || isKnownToQtAlone(destination))
         return false;
     // Not blocking: a pipe in the place of the file would otherwise wait for its writer.
-    const Descriptor from(
-        open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const Descriptor from(open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!from.isOpen() || fstat(from, &status) != 0 || !S_ISREG(status.st_mode))
         return false;
 
-    const QByteArray path = QFile::encodeName(destination);
+    const QByteArray path = encoded(destination);
     const int slash = int(path.lastIndexOf('/'));
     Descriptor to(openUnnamed(slash < 0 ? QByteArray("./") : path.left(slash + 1), 0600));
     if (!to.isOpen() || !copyContent(from, to, status.st_size))
@@ -284,14 +284,14 @@ bool openUnnamed(QFile* file, const QString& folder)
 {
     if (isKnownToQtAlone(folder))
         return false;
-    const int descriptor = openUnnamed(QFile::encodeName(folder), 0666);
+    const int descriptor = openUnnamed(encoded(folder), 0666);
     return descriptor >= 0
         && file->open(descriptor, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle);
 }
 
 bool nameFile(int file, const QString& path, QString* reason)
 {
-    if (link(file, QFile::encodeName(path)))
+    if (link(file, encoded(path)))
         return true;
     *reason = qt_error_string(errno);
     return false;
@@ -299,15 +299,14 @@ bool nameFile(int file, const QString& path, QString* reason)
 
 bool removeFile(const QString& path)
 {
-    return isKnownToQtAlone(path) ? QFile::remove(path)
-                                  : unlink(QFile::encodeName(path).constData()) == 0;
+    return isKnownToQtAlone(path) ? QFile::remove(path) : unlink(encoded(path).constData()) == 0;
 }
 
 bool exchangeFolders(const QString& one, const QString& other)
 {
 #if defined(RENAME_EXCHANGE)
-    return renameat2(AT_FDCWD, QFile::encodeName(one).constData(), AT_FDCWD,
-                     QFile::encodeName(other).constData(), RENAME_EXCHANGE)
+    return renameat2(AT_FDCWD, encoded(one).constData(), AT_FDCWD, encoded(other).constData(),
+                     RENAME_EXCHANGE)
         == 0;
 #else
     Q_UNUSED(one)
@@ -318,7 +317,7 @@ bool exchangeFolders(const QString& one, const QString& other)
 
 bool putFileSystemOnDisk(const QString& folder, QString* reason)
 {
-    const QByteArray path = QFile::encodeName(folder);
+    const QByteArray path = encoded(folder);
     int descriptor = -1;
     do
         descriptor = open(path.constData(), O_RDONLY | O_CLOEXEC);

@@ -87,6 +87,10 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason);
 /// Whether this process may make new files in \a folder.
 bool takesNewFiles(const QString& folder);
 
+/// Removes a folder with everything in it, also entries whose names no text stands for. What cannot
+/// be removed stays.
+void removeTreeByBytes(const QString& path);
+
 /// Sets the hidden attribute on Windows; does nothing elsewhere.
 void hideFile(const QString& path);
 

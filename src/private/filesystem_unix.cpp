@@ -3,11 +3,14 @@
 
 #include "filesystem_p.h"
 
+#include "folderpath_p.h"
+
 #include <QFileInfo>
 
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <ftw.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,8 +21,8 @@ bool isSameFile(const QString& one, const QString& other)
     // Unlike a comparison of paths this also holds where the file system ignores case.
     struct stat oneStatus = {};
     struct stat otherStatus = {};
-    return stat(QFile::encodeName(one).constData(), &oneStatus) == 0
-        && stat(QFile::encodeName(other).constData(), &otherStatus) == 0
+    return stat(encoded(one).constData(), &oneStatus) == 0
+        && stat(encoded(other).constData(), &otherStatus) == 0
         && oneStatus.st_dev == otherStatus.st_dev && oneStatus.st_ino == otherStatus.st_ino;
 }
 
@@ -29,7 +32,7 @@ QString replaceablePath(const QFile& file)
     struct stat opened = {};
     struct stat named = {};
     if (fstat(file.handle(), &opened) != 0 || !S_ISREG(opened.st_mode) || opened.st_nlink != 1
-        || stat(QFile::encodeName(path).constData(), &named) != 0 || opened.st_dev != named.st_dev
+        || stat(encoded(path).constData(), &named) != 0 || opened.st_dev != named.st_dev
         || opened.st_ino != named.st_ino)
         return QString();
     return path;
@@ -72,8 +75,7 @@ bool takeAttributes(int from, int to)
 
 bool moveOver(const QString& path, const QString& newPath, QString* reason)
 {
-    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData())
-        == 0)
+    if (std::rename(encoded(path).constData(), encoded(newPath).constData()) == 0)
         return true;
     *reason = qt_error_string(errno);
     return false;
@@ -81,7 +83,17 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason)
 
 bool takesNewFiles(const QString& folder)
 {
-    return faccessat(AT_FDCWD, QFile::encodeName(folder).constData(), W_OK | X_OK, AT_EACCESS) == 0;
+    return faccessat(AT_FDCWD, encoded(folder).constData(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+void removeTreeByBytes(const QString& path)
+{
+    const auto removeEntry = [](const char* entry, const struct stat*, int type, struct FTW*) {
+        static_cast<void>(type == FTW_DP ? rmdir(entry) : unlink(entry));
+        return 0; // the other entries go all the same
+    };
+    const int mostOpenFolders = 32;
+    nftw(encoded(path).constData(), removeEntry, mostOpenFolders, FTW_DEPTH | FTW_PHYS);
 }
 
 void hideFile(const QString&) { }

@@ -17,7 +17,9 @@ namespace {
 
 QString nativePath(const QString& path)
 {
-    return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    // The system stops at a NUL, and would find another file.
+    return path.contains(QChar()) ? QString()
+                                  : QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
 }
 
 const wchar_t* wide(const QString& text)
@@ -66,6 +68,12 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason)
 bool takesNewFiles(const QString& folder)
 {
     return QFileInfo(folder).isWritable();
+}
+
+void removeTreeByBytes(const QString& path)
+{
+    // Every name is a text here.
+    QDir(path).removeRecursively();
 }
 
 void hideFile(const QString& path)

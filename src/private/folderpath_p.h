@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Paths of folders, which may or may not end with "/", and of what is in them.
+// Paths of folders, which may or may not end with "/", and of what is in them; and paths as the
+// system wants them.
 
 #ifndef ORVAUTILS_FOLDERPATH_P_H
 #define ORVAUTILS_FOLDERPATH_P_H
 
+#include <QByteArray>
+#include <QFile>
 #include <QString>
 #include <QStringBuilder>
 
@@ -24,6 +27,13 @@ inline QString joined(const QString& folder, const QString& name)
     if (folder.endsWith(QLatin1Char('/')))
         return folder % name;
     return folder % QLatin1Char('/') % name;
+}
+
+/// \a path in the system's encoding. The system stops at a NUL, and would find another file: a path
+/// that holds one becomes the empty path, where nothing ever is.
+inline QByteArray encoded(const QString& path)
+{
+    return path.contains(QChar()) ? QByteArray() : QFile::encodeName(path);
 }
 
 } // namespace OrvaUtilsPrivate

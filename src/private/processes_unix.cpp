@@ -3,6 +3,8 @@
 
 #include "processes_p.h"
 
+#include "folderpath_p.h"
+
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
@@ -11,6 +13,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace OrvaUtilsPrivate {
@@ -22,7 +25,7 @@ const qint64 longestMoment = 2;
 
 int openToRead(const QString& path)
 {
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = encoded(path);
     for (;;) {
         const int file = open(name.constData(), O_RDONLY | O_CLOEXEC);
         if (file >= 0 || errno != EINTR)
@@ -75,6 +78,32 @@ bool isOpenedByNobody(const QString& path)
     }
     close(file);
     return isFree;
+}
+
+FolderLock::~FolderLock()
+{
+    if (mHandle >= 0)
+        close(int(mHandle));
+}
+
+FolderLock::Answer FolderLock::take(const QString& folder)
+{
+    mHandle = openToRead(folder);
+    if (mHandle < 0)
+        return errno == ENOENT ? Answer::InUse : Answer::Unknown;
+    int result = -1;
+    do
+        result = flock(int(mHandle), LOCK_EX | LOCK_NB);
+    while (result != 0 && errno == EINTR);
+    if (result != 0)
+        return errno == EWOULDBLOCK ? Answer::InUse : Answer::Unknown;
+    // Whoever had it may have moved or removed it meanwhile.
+    struct stat locked = {};
+    struct stat named = {};
+    const bool isThere = fstat(int(mHandle), &locked) == 0
+        && lstat(encoded(folder).constData(), &named) == 0 && locked.st_dev == named.st_dev
+        && locked.st_ino == named.st_ino;
+    return isThere ? Answer::Taken : Answer::InUse;
 }
 
 } // namespace OrvaUtilsPrivate

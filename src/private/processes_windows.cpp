@@ -3,6 +3,8 @@
 
 #include "processes_p.h"
 
+#include <QFileInfo>
+
 #ifndef NOMINMAX
 #define NOMINMAX // or min() and max() are macros
 #endif
@@ -30,6 +32,30 @@ bool isOpenedByNobody(const QString& path)
         return false;
     CloseHandle(file);
     return true;
+}
+
+FolderLock::~FolderLock()
+{
+    if (mHandle != -1)
+        CloseHandle(reinterpret_cast<HANDLE>(mHandle));
+}
+
+FolderLock::Answer FolderLock::take(const QString& folder)
+{
+    // An open handle would keep the folder from being renamed; a mutex goes with its process, too.
+    // What follows the second "-" comes and goes when a folder is moved aside.
+    const QString name =
+        QStringLiteral("Global\\") + QFileInfo(folder).fileName().section(QLatin1Char('-'), 0, 1);
+    const HANDLE mutex =
+        CreateMutexW(nullptr, FALSE, reinterpret_cast<const wchar_t*>(name.utf16()));
+    if (!mutex)
+        return Answer::Unknown;
+    if (GetLastError() == ERROR_ALREADY_EXISTS) {
+        CloseHandle(mutex);
+        return Answer::InUse;
+    }
+    mHandle = reinterpret_cast<qintptr>(mutex);
+    return Answer::Taken;
 }
 
 } // namespace OrvaUtilsPrivate

@@ -158,7 +158,7 @@ QString removeContent(const QString& folder, bool recursive, TreeTask& task)
         return folder;
     }
     if (task.isObserved())
-        task.setTotals(countOfRemoval(folder, recursive), -1);
+        task.setTotals(countOfRemoval(folder, recursive), 0);
     for (const FolderEntry& entry : entries) {
         QString path = joined(folder, entry.name);
         bool isRemoved = entry.isReachable;

@@ -8,7 +8,7 @@
 #include "folderpath_p.h"
 #include "logrecord_p.h"
 #include "treecopy_p.h"
-#include "treeremoval_p.h"
+#include "treestage_p.h"
 #include "treetask_p.h"
 #include "treewalk_p.h"
 
@@ -39,7 +39,9 @@ public:
     /// Looks through the whole tree for what cannot be copied, and counts its files.
     bool inspect(const QString& source);
 
-    bool copy(const QString& source, const QString& destination);
+    /// Copies what is in a folder to one that holds nothing yet, and then what the folder itself
+    /// has.
+    bool fill(const QString& source, const QString& destination);
 
 private:
     void inspectFolder(const QString& path);
@@ -79,12 +81,8 @@ void ExactCopy::inspectFolder(const QString& path)
         inspectFolder(folder);
 }
 
-bool ExactCopy::copy(const QString& source, const QString& destination)
+bool ExactCopy::fill(const QString& source, const QString& destination)
 {
-    QString reason;
-    if (!makePrivateFolder(destination, &reason))
-        return fail(mTask, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be made"),
-                    destination, reason);
     std::vector<FolderEntry> entries;
     if (!readFolder(source, entries))
         return fail(mTask, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be read"), source);
@@ -92,6 +90,7 @@ bool ExactCopy::copy(const QString& source, const QString& destination)
         if (!copyEntry(entry, joined(source, entry.name), joined(destination, entry.name)))
             return false;
     }
+    QString reason;
     return finishFolderExactly(source, destination, &reason)
         || fail(mTask, QT_TRANSLATE_NOOP("FileUtils", "%1 cannot be copied"), source, reason);
 }
@@ -99,9 +98,13 @@ bool ExactCopy::copy(const QString& source, const QString& destination)
 bool ExactCopy::copyEntry(const FolderEntry& entry, const QString& source,
                           const QString& destination)
 {
-    if (entry.kind == EntryKind::Folder && !entry.isLink)
-        return copy(source, destination);
     QString reason;
+    if (entry.kind == EntryKind::Folder && !entry.isLink) {
+        return makePrivateFolder(destination, &reason)
+            ? fill(source, destination)
+            : fail(mTask, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be made"),
+                   destination, reason);
+    }
     qint64 size = 0;
     const bool isCopied = entry.isLink ? copyLinkExactly(source, destination, &reason)
                                        : copyFileExactly(source, destination, &size, &reason);
@@ -110,42 +113,13 @@ bool ExactCopy::copyEntry(const FolderEntry& entry, const QString& source,
     return mTask.advance(source, size);
 }
 
-void makeWritable(const QString& folder)
+/// Where a link leads in the end, also if nothing is there.
+QString followed(QString path)
 {
-    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    for (const FolderEntry& entry : entriesOf(folder)) {
-        if (entry.kind == EntryKind::Folder && !entry.isLink)
-            makeWritable(joined(folder, entry.name));
-    }
-}
-
-/// Removes a folder that this process has made, even if its sub-folders are read-only.
-void removeWholly(const QString& path)
-{
-    if (removeTree(path))
-        return;
-    makeWritable(path);
-    removeTree(path);
-}
-
-/// Puts the complete copy in the place of what is there.
-bool takePlace(const QString& copy, const QString& destination, QString* reason)
-{
-    if (!QFileInfo::exists(destination))
-        return moveOver(copy, destination, reason);
-    if (exchangeFolders(copy, destination))
-        return true;
-    // In two steps, between which there is no destination; if the second one fails, the old tree is
-    // moved back.
-    const QString old = pathBeside(destination);
-    if (!moveOver(destination, old, reason))
-        return false;
-    if (!moveOver(copy, destination, reason)) {
-        QString ignored;
-        moveOver(old, destination, &ignored);
-        return false;
-    }
-    return moveOver(old, copy, reason);
+    const int mostLinks = 40; // as the system does
+    for (int i = 0; i < mostLinks && QFileInfo(path).isSymLink(); ++i)
+        path = QFileInfo(path).symLinkTarget();
+    return path;
 }
 
 } // namespace
@@ -154,6 +128,9 @@ bool replaceDir(const QString& source, const QString& destination, TreeTask& tas
 {
     const QString from = source.isEmpty() ? source : QDir(source).absolutePath();
     QString to = destination.isEmpty() ? destination : QDir(destination).absolutePath();
+    // Before anything is looked at: a process that was killed may have moved the old tree aside.
+    if (!to.isEmpty())
+        clearAfterKills(followed(to));
     if (from.isEmpty() || !QDir(from).exists())
         return fail(task, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 does not exist"), from);
     const QFileInfo old(to);
@@ -169,25 +146,17 @@ bool replaceDir(const QString& source, const QString& destination, TreeTask& tas
     ExactCopy tree(task);
     if (!tree.inspect(from))
         return false;
-    const QString beside = pathBeside(to);
-    bool isReplaced = tree.copy(from, beside);
     QString reason;
-    if (isReplaced && !(putFileSystemOnDisk(beside, &reason) && takePlace(beside, to, &reason)))
-        isReplaced = fail(task, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be replaced"),
-                          to, reason);
-    // The old tree, or the incomplete new one.
-    if (QFileInfo::exists(beside))
-        removeWholly(beside);
-    return isReplaced && task.finish();
-}
-
-bool moveFolderOver(const QString& path, const QString& newPath, QString* reason)
-{
-    if (!takePlace(path, newPath, reason))
+    TreeStage stage(to);
+    if (!stage.begin(&reason))
+        return fail(task, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be made"),
+                    stage.path(), reason);
+    if (!tree.fill(from, stage.path()))
         return false;
-    if (QFileInfo::exists(path))
-        removeWholly(path);
-    return true;
+    if (!putFileSystemOnDisk(stage.path(), &reason) || !moveFolderOver(stage.path(), to, &reason))
+        return fail(task, QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be replaced"), to,
+                    reason);
+    return task.finish();
 }
 
 } // namespace OrvaUtilsPrivate

@@ -15,10 +15,6 @@ class TreeTask;
 /// Makes \a destination an exact copy of the folder \a source, or leaves it as it was.
 bool replaceDir(const QString& source, const QString& destination, TreeTask& task);
 
-/// Moves the folder \a path to \a newPath, whose old tree is removed. False, with the reason, if
-/// nothing has changed.
-bool moveFolderOver(const QString& path, const QString& newPath, QString* reason);
-
 } // namespace OrvaUtilsPrivate
 
 #endif // ORVAUTILS_TREEREPLACEMENT_P_H

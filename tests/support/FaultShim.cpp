@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -43,6 +44,8 @@ bool isRefused(FaultKind kind, const char* function, const char* path = nullptr)
     const bool isReached = plan.isLasting ? number >= plan.nth : number == plan.nth;
     if (kind != plan.kind || plan.nth == 0 || !isReached)
         return false;
+    if (plan.kills)
+        std::raise(SIGKILL);
     if (++state.report.refused == 1) {
         std::snprintf(state.report.function, sizeof state.report.function, "%s", function);
         std::snprintf(state.report.path, sizeof state.report.path, "%s", path ? path : "");
@@ -97,6 +100,16 @@ bool isRefusedToOpen(const char* function, const char* path, int flags)
         return true;
     }
     return isInterrupted() || isRefused(FaultOpen, function, path);
+}
+
+bool isRefusedToRename(const char* function, const char* path, unsigned flags)
+{
+    if (state.isArmed && state.plan.lacksExchange && (flags & RENAME_EXCHANGE)) {
+        ++state.report.lacking;
+        errno = EINVAL;
+        return true;
+    }
+    return isRefused(FaultRename, function, path);
 }
 
 bool isRefusedToLink(const char* function, const char* path)
@@ -285,7 +298,7 @@ INTERPOSE(int, -1, renameat,
 INTERPOSE(int, -1, renameat2,
           (int folder, const char* path, int newFolder, const char* newPath,
            unsigned flags) noexcept,
-          (folder, path, newFolder, newPath, flags), isRefused(FaultRename, "renameat2", path))
+          (folder, path, newFolder, newPath, flags), isRefusedToRename("renameat2", path, flags))
 INTERPOSE(int, -1, link, (const char* path, const char* newPath) noexcept, (path, newPath),
           isRefusedToLink("link", path))
 

@@ -36,6 +36,8 @@ struct FaultPlan
     bool isLasting; ///< whether all later calls of the kind are refused, too
     size_t mostBytes; ///< no single read or write moves more; 0 is no limit
     bool interrupts; ///< whether every call that a signal can interrupt first ends with EINTR
+    bool kills; ///< whether the process is killed before that call, instead of a refusal
+    bool lacksExchange; ///< a file system whose files do not change places in one step
     bool lacksUnnamedFiles; ///< a file system without O_TMPFILE, as network ones are
     bool lacksHardLinks; ///< a file system without link(), as those of memory cards are
     bool lacksEntryKinds; ///< a file system whose folders do not tell what is a folder itself

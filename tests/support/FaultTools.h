@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// What tests with FaultShim share: plans of faults, and folders as they are before and after.
+
+#ifndef FAULTTOOLS_H
+#define FAULTTOOLS_H
+
+#include "FaultShim.h"
+#include "Sandbox.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QMap>
+#include <QPair>
+#include <QVector>
+
+#include <cerrno>
+#include <cstring>
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <vector>
+
+inline QString operator""_s(const char* text, size_t size)
+{
+    return QString::fromUtf8(text, int(size));
+}
+
+inline QLatin1Char operator""_L1(char c)
+{
+    return QLatin1Char(c);
+}
+
+// ---- The shim ----------------------------------------------------------------------------------
+
+inline FaultShimArm* shimArm()
+{
+    return reinterpret_cast<FaultShimArm*>(dlsym(RTLD_DEFAULT, "faultShimArm"));
+}
+
+inline FaultShimDisarm* shimDisarm()
+{
+    return reinterpret_cast<FaultShimDisarm*>(dlsym(RTLD_DEFAULT, "faultShimDisarm"));
+}
+
+const char* const kindNames[FaultKindCount] = {"open",   "read",  "write", "rename",
+                                               "unlink", "mkdir", "close", "attribute"};
+
+inline FaultPlan plan(FaultKind kind, int error, bool isLasting)
+{
+    FaultPlan plan = {};
+    plan.kind = kind;
+    plan.error = error;
+    plan.isLasting = isLasting;
+    return plan;
+}
+
+/// Every way in which a call is refused.
+inline std::vector<FaultPlan> refusals()
+{
+    const QVector<QPair<FaultKind, int>> errors = {
+        {FaultOpen, EACCES},       {FaultOpen, EMFILE},       {FaultRead, EIO},
+        {FaultWrite, ENOSPC},      {FaultWrite, EIO},         {FaultRename, EACCES},
+        {FaultRename, EXDEV},      {FaultUnlink, EACCES},     {FaultUnlink, EBUSY},
+        {FaultMakeFolder, EACCES}, {FaultMakeFolder, ENOSPC}, {FaultClose, EIO}};
+    std::vector<FaultPlan> plans;
+    for (const auto& error : errors) {
+        for (const bool isLasting : {false, true})
+            plans.push_back(plan(error.first, error.second, isLasting));
+    }
+    return plans;
+}
+
+inline QString textOf(const FaultPlan& plan, const FaultReport& report)
+{
+    return "%1 %2 fails (%3)%4%5%6, first %7 %8"_s.arg(
+        QString::fromLatin1(kindNames[plan.kind]), QString::number(plan.nth),
+        QString::fromLocal8Bit(std::strerror(plan.error)),
+        plan.isLasting ? " from then on"_s : QString(),
+        (plan.lacksExchange ? ", no RENAME_EXCHANGE"_s : QString())
+            + (plan.lacksUnnamedFiles ? ", no O_TMPFILE"_s : QString()),
+        plan.lacksHardLinks ? ", no link()"_s : QString(), QString::fromLatin1(report.function),
+        QString::fromLocal8Bit(report.path));
+}
+
+// ---- Folders as they are -----------------------------------------------------------------------
+
+/// What lies below a folder: relative paths, and for each what there is. A file is its permissions
+/// and its content.
+using Tree = QMap<QString, QByteArray>;
+
+const QByteArray folderMark = "folder";
+
+inline Tree snapshotOf(const QString& root)
+{
+    Tree tree;
+    QDirIterator entries(root,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        struct stat status;
+        if (lstat(QFile::encodeName(path).constData(), &status) != 0)
+            qFatal("cannot look at %s", qPrintable(path));
+        QByteArray& entry = tree[path.mid(root.size() + 1)];
+        if (S_ISLNK(status.st_mode))
+            entry = "link " + QFile::symLinkTarget(path).toUtf8();
+        else if (S_ISDIR(status.st_mode))
+            entry = folderMark;
+        else
+            entry = QByteArray::number(status.st_mode & 0777, 8) + ' ' + contentOf(path);
+    }
+    return tree;
+}
+
+/// What lies below one of its folders.
+inline Tree below(const Tree& tree, const QString& folder)
+{
+    Tree part;
+    const QString prefix = folder + '/'_L1;
+    for (auto it = tree.begin(); it != tree.end(); ++it) {
+        if (it.key().startsWith(prefix))
+            part.insert(it.key().mid(prefix.size()), it.value());
+    }
+    return part;
+}
+
+/// \a tree with everything that is in \a over, which wins.
+inline Tree merged(Tree tree, const Tree& over)
+{
+    for (auto it = over.begin(); it != over.end(); ++it)
+        tree.insert(it.key(), it.value());
+    return tree;
+}
+
+/// Where two trees differ, for people; empty where they do not.
+inline QString difference(const Tree& actual, const Tree& expected)
+{
+    const Tree all = merged(actual, expected);
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        if (!expected.contains(it.key()))
+            return it.key() + " is there"_s;
+        if (!actual.contains(it.key()))
+            return it.key() + " is missing"_s;
+        if (actual.value(it.key()) != expected.value(it.key()))
+            return "%1 is \"%2\" (%3 bytes) instead of \"%4\" (%5 bytes)"_s.arg(
+                it.key(), QString::fromUtf8(actual.value(it.key()).left(40)),
+                QString::number(actual.value(it.key()).size()),
+                QString::fromUtf8(expected.value(it.key()).left(40)),
+                QString::number(expected.value(it.key()).size()));
+    }
+    return QString();
+}
+
+/// Whether something of that name is made only to become, or to be, something else.
+inline bool isTemporary(const QString& path)
+{
+    const QString name = path.mid(path.lastIndexOf('/'_L1) + 1);
+    return name.startsWith(".orvautils-"_s) || name.startsWith("orvautils_temp."_s)
+        || name.startsWith("qt_temp."_s);
+}
+
+inline void makeFile(const QString& path, const QByteArray& content, mode_t mode = 0644)
+{
+    writeFile(path, content);
+    changeMode(path, mode);
+}
+
+/// Bytes in which no two stretches are alike.
+inline QByteArray bytes(int size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    quint32 state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525 + 1013904223;
+        byte = char(state >> 24);
+    }
+    return bytes;
+}
+
+#endif // FAULTTOOLS_H
