@@ -7,6 +7,7 @@
 #include "currencytable_p.h"
 #include "processstate_p.h"
 
+#include <QDebug>
 #include <QHash>
 #include <QMap>
 
@@ -299,4 +300,14 @@ CurrencyUtils::VatSplit CurrencyUtils::vatOf(double amount, AmountKind kind, dou
 {
     const double units = roundedUnits(amount, unitsOfOne(minorUnits(isoCode)));
     return fitsInteger(units) ? vatOf(qint64(units), kind, rate, isoCode) : VatSplit();
+}
+
+QDebug operator<<(QDebug debug, const CurrencyUtils::VatSplit& split)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace();
+    if (!split.isValid)
+        return debug << "VatSplit(invalid)";
+    return debug << "VatSplit(net " << split.net << ", vat " << split.vat << ", gross "
+                 << split.gross << ')';
 }

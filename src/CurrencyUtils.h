@@ -12,6 +12,10 @@
 #include <QString>
 #include <QStringList>
 
+QT_BEGIN_NAMESPACE
+class QDebug;
+QT_END_NAMESPACE
+
 /// Currency codes, symbols and names; rounding and formatting of prices; value-added tax.
 ///
 /// The currencies of listIsoCodes() are those of Qt's locale database (QLocale), so that the list,
@@ -176,5 +180,14 @@ public:
 
     CurrencyUtils() = delete;
 };
+
+/// Writes the three amounts:
+///
+/// \code
+/// qDebug() << split; // VatSplit(net 947, vat 52, gross 999), or VatSplit(invalid)
+/// \endcode
+///
+/// \relates CurrencyUtils
+ORVAUTILS_EXPORT QDebug operator<<(QDebug debug, const CurrencyUtils::VatSplit& split);
 
 #endif // ORVAUTILS_CURRENCYUTILS_H

@@ -2,3 +2,62 @@
 // SPDX-License-Identifier: MIT
 
 #include "ImageImportResult.h"
+
+#include <QDebug>
+
+namespace {
+
+const char* nameOf(ImageImportResult::Status status)
+{
+    switch (status) {
+    case ImageImportResult::Imported:
+        return "Imported";
+    case ImageImportResult::Copied:
+        return "Copied";
+    case ImageImportResult::NotFound:
+        return "NotFound";
+    case ImageImportResult::NotAnImage:
+        return "NotAnImage";
+    case ImageImportResult::TooLarge:
+        return "TooLarge";
+    case ImageImportResult::Truncated:
+        return "Truncated";
+    case ImageImportResult::NotReadable:
+        return "NotReadable";
+    case ImageImportResult::NotWritable:
+        return "NotWritable";
+    case ImageImportResult::Cancelled:
+        return "Cancelled";
+    }
+    return "?";
+}
+
+void write(QDebug& debug, const QSize& size)
+{
+    debug << size.width() << " x " << size.height();
+}
+
+} // namespace
+
+QDebug operator<<(QDebug debug, const ImageImportResult& result)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace() << "ImageImportResult(" << nameOf(result.status);
+    if (!result.error.isEmpty())
+        debug << ", " << result.error;
+    if (!result.format.isEmpty())
+        debug << ", " << result.format;
+    if (result.sourceSize.isValid()) {
+        debug << ", ";
+        write(debug, result.sourceSize);
+    }
+    if (result.size.isValid()) {
+        debug << " to ";
+        write(debug, result.size);
+    }
+    if (result.orientation != 0)
+        debug << ", orientation " << result.orientation;
+    if (result.truncated)
+        debug << ", truncated";
+    return debug << ')';
+}

@@ -6,10 +6,16 @@
 #ifndef ORVAUTILS_IMAGEIMPORTRESULT_H
 #define ORVAUTILS_IMAGEIMPORTRESULT_H
 
+#include "orvautils_export.h"
+
 #include <QByteArray>
 #include <QMetaType>
 #include <QSize>
 #include <QString>
+
+QT_BEGIN_NAMESPACE
+class QDebug;
+QT_END_NAMESPACE
 
 /// The result of ImageUtils::importImage() and ImageImporter.
 struct ImageImportResult
@@ -51,5 +57,16 @@ struct ImageImportResult
 };
 
 Q_DECLARE_METATYPE(ImageImportResult)
+
+/// Writes how the import ended, and what is known of the picture:
+///
+/// \code
+/// qDebug() << result;
+/// // ImageImportResult(Imported, "jpeg", 4000 x 3000 to 1600 x 1200, orientation 6)
+/// // ImageImportResult(NotReadable, "beach.jpg cannot be read")
+/// \endcode
+///
+/// \relates ImageImportResult
+ORVAUTILS_EXPORT QDebug operator<<(QDebug debug, const ImageImportResult& result);
 
 #endif // ORVAUTILS_IMAGEIMPORTRESULT_H

@@ -117,6 +117,7 @@ private Q_SLOTS:
     void vatOfNothing();
     void vatOfEachAmount();
     void vatFromDoubles();
+    void vatToDebug();
     void defaultLocalePlaysNoPart();
     void nothingIsLogged();
 };
@@ -717,6 +718,14 @@ void tst_CurrencyUtils::vatFromDoubles()
     QVERIFY(!CurrencyUtils::vatOf(1.0, CurrencyUtils::Gross, 20, text("XYZ")).isValid);
     const double noNumber = std::numeric_limits<double>::quiet_NaN();
     QVERIFY(!CurrencyUtils::vatOf(noNumber, CurrencyUtils::Gross, 20, euro()).isValid);
+}
+
+void tst_CurrencyUtils::vatToDebug()
+{
+    QString written;
+    QDebug(&written) << CurrencyUtils::vatOf(Q_INT64_C(999), CurrencyUtils::Gross, 5.5, euro())
+                     << CurrencyUtils::VatSplit() << 1;
+    QCOMPARE(written.trimmed(), text("VatSplit(net 947, vat 52, gross 999) VatSplit(invalid) 1"));
 }
 
 void tst_CurrencyUtils::defaultLocalePlaysNoPart()

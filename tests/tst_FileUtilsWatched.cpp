@@ -76,6 +76,7 @@ private Q_SLOTS:
     void folderSizeCancelled();
     void folderSizeReasons();
     void errorIsNeverCleared();
+    void debug();
 };
 
 void tst_FileUtilsWatched::copyDir()
@@ -262,6 +263,22 @@ void tst_FileUtilsWatched::errorIsNeverCleared()
     FileUtils::folderSize(box(text("s")), nullptr, nullptr, nullptr, &error);
     QVERIFY(FileUtils::removeContentDirectory(box(text("d")), true, nullptr, &error));
     QCOMPARE(error, text("before"));
+}
+
+void tst_FileUtilsWatched::debug()
+{
+    FileUtils::TreeProgress progress;
+    QString written;
+    QDebug(&written) << progress << 1;
+    QCOMPARE(written.trimmed(), text("TreeProgress(0 of ? files, 0 of ? bytes, \"\") 1"));
+    progress.files = 3;
+    progress.totalFiles = 40;
+    progress.bytes = progress.totalBytes = Q_INT64_C(5000000000);
+    progress.path = text("/a b");
+    written.clear();
+    QDebug(&written) << progress;
+    QCOMPARE(written.trimmed(),
+             text("TreeProgress(3 of 40 files, 5000000000 of 5000000000 bytes, \"/a b\")"));
 }
 
 QTEST_MAIN(tst_FileUtilsWatched)

@@ -25,7 +25,10 @@ set(inline_classes GoogleFontWeightDetail)
 # The exported functions that are no members: operators of streams stand beside their classes.
 set(functions
   "operator>>(QDataStream&, ExifIfdHeader&)"
+  "operator<<(QDebug, CurrencyUtils::VatSplit const&)"
   "operator<<(QDebug, ErrorableCode const&)"
+  "operator<<(QDebug, FileUtils::TreeProgress const&)"
+  "operator<<(QDebug, ImageImportResult const&)"
   "operator<<(QDebug, ProjectFileLocker::LockHolder const&)"
   "operator<<(QDebug, QExifValue const&)")
 
