@@ -132,8 +132,17 @@ Q_SIGNALS:
     void log(const QString& message);
 
     /// The file \a source was copied to \a mirror. Follows log().
+    ///
+    /// \code
+    /// connect(&synchronizer, &DirectorySynchronizer::mirrored, this,
+    ///         [this](const QString&, const QString& mirror) { upload(mirror); });
+    /// \endcode
     void mirrored(const QString& source, const QString& mirror);
     /// The file \a mirror was removed. Follows log().
+    ///
+    /// \code
+    /// connect(&synchronizer, &DirectorySynchronizer::removed, this, &Publisher::removeFromServer);
+    /// \endcode
     void removed(const QString& mirror);
     /// Something failed at \a path, for \a reason: a source file that could not be copied, a mirror
     /// that could not be removed, a file or folder that cannot be watched. Follows error() where
@@ -157,6 +166,12 @@ public Q_SLOTS:
     void onFileAddedOrModified(const QString& path);
 
     /// Stops following the source. Call startWatcher() to start again.
+    ///
+    /// \code
+    /// synchronizer.stop(); // while the site is published
+    /// publish();
+    /// synchronizer.startWatcher(source, destination); // changes meanwhile: fullSync(), isEqual()
+    /// \endcode
     void stop();
 
 private:

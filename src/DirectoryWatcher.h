@@ -87,6 +87,11 @@ public:
 
     /// How many folders are watched now, the root included. Each takes a watch of the platform, and
     /// so do the folders above the root, which do not count here.
+    ///
+    /// \code
+    /// if (watcher.watchedFiles() + watcher.watchedFolders() > 50000)
+    ///     warnThatThisIsALargeProject();
+    /// \endcode
     int watchedFolders() const;
 
     /// Sets after how many milliseconds without a change settled() is sent: 500 unless another time
@@ -139,6 +144,10 @@ public Q_SLOTS:
 
     /// Ends the watching: nothing is reported any more, and the platform's watches are released.
     /// Call setPath() to start again. Does nothing if nothing is watched.
+    ///
+    /// \code
+    /// connect(pauseAction, &QAction::triggered, &watcher, &DirectoryWatcher::stop);
+    /// \endcode
     void stop();
 
 private:
