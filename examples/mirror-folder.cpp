@@ -35,8 +35,10 @@ bool lock(ProjectFileLocker& locker, const QString& project)
         }
         return false;
     }
-    if (!locker.isLocked())
+    if (locker.lockState() == ProjectFileLocker::LockState::Lenient)
         say(QStringLiteral("Nothing keeps others from opening this project."));
+    else
+        say(QStringLiteral("Locked %1").arg(locker.lockedPath()));
     return true;
 }
 
@@ -94,6 +96,9 @@ int main(int argc, char** argv)
         say(error);
         return 1;
     }
+    QStringList differences;
+    if (!synchronizer.isEqual(&differences))
+        say(QStringLiteral("Changed meanwhile: %1").arg(differences.join(QStringLiteral(", "))));
     say(QStringLiteral("Watching %1").arg(project));
     return QCoreApplication::exec();
 }

@@ -50,10 +50,12 @@ public:
             connect(box, changed, this, [this] { showSplit(); });
         connect(mPrice, &QLineEdit::textChanged, this, [this] { showSplit(); });
         mCountry->setCurrentText(QStringLiteral("FR"));
-        mPrice->setText(locale().toString(29.4, 'f', 2));
+        mPrice->setText(locale().toString(29.4, 'f', CurrencyUtils::minorUnits(code())));
     }
 
 private:
+    QString code() const { return mCurrency->currentText(); }
+
     /// Offers the rates that the country has.
     void listRates()
     {
@@ -71,14 +73,14 @@ private:
 
     void showSplit()
     {
-        const QString code = mCurrency->currentText();
         bool isNumber = false;
         const double price = locale().toDouble(mPrice->text(), &isNumber);
         const auto kind = CurrencyUtils::AmountKind(mKind->currentData().toInt());
-        const auto split = CurrencyUtils::vatOf(price, kind, mRate->currentData().toDouble(), code);
+        const auto split =
+            CurrencyUtils::vatOf(price, kind, mRate->currentData().toDouble(), code());
         const bool valid = isNumber && split.isValid;
         const auto show = [&](QLabel* label, qint64 amount) {
-            label->setText(valid ? CurrencyUtils::formatMoney(amount, code, locale())
+            label->setText(valid ? CurrencyUtils::formatMoney(amount, code(), locale())
                                  : QStringLiteral("–"));
         };
         show(mNet, split.net);

@@ -63,6 +63,9 @@ private Q_SLOTS:
     void findsAFont();
     void choosesACurrency();
     void measures();
+    void measuresAFolder();
+    void replacesASite();
+    void showsErrorLines();
 
 private:
     void addPages();
@@ -164,7 +167,7 @@ QImage tst_WidgetGalleryKeyboard::picture(const char* canvas) const
 void tst_WidgetGalleryKeyboard::arrowsTurnThePages()
 {
     QCOMPARE(mWindow->windowTitle(), QStringLiteral("Widget Gallery"));
-    QCOMPARE(mWindow->pageCount(), 7);
+    QCOMPARE(mWindow->pageCount(), 8);
     QCOMPARE(mWindow->currentPage(), 0);
     key(Qt::Key_Down);
     QCOMPARE(mWindow->currentPage(), 1);
@@ -173,7 +176,7 @@ void tst_WidgetGalleryKeyboard::arrowsTurnThePages()
     key(Qt::Key_Up);
     QCOMPARE(mWindow->currentPage(), 0);
     key(Qt::Key_End);
-    QCOMPARE(mWindow->currentPage(), 6);
+    QCOMPARE(mWindow->currentPage(), 7);
     key(Qt::Key_Home);
     QCOMPARE(mWindow->currentPage(), 0);
 }
@@ -563,6 +566,42 @@ void tst_WidgetGalleryKeyboard::measures()
     key(Qt::Key_M, Qt::AltModifier);
     QTRY_VERIFY2(report->text().startsWith(QStringLiteral("Font catalogue Speed total =")),
                  qPrintable(report->text()));
+}
+
+void tst_WidgetGalleryKeyboard::measuresAFolder()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("photo")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(1536));
+    file.close();
+    openPage("work");
+    find<QLineEdit>("measured")->setText(folder.path());
+    key(Qt::Key_M, Qt::AltModifier);
+    QTRY_COMPARE(find<QLabel>("size")->text(), QStringLiteral("1.50 kB"));
+    find<QLineEdit>("measured")->setText(folder.path() + QStringLiteral("/none"));
+    QTRY_VERIFY((key(Qt::Key_M, Qt::AltModifier),
+                 find<QLabel>("size")->text().endsWith(QStringLiteral("/none does not exist"))));
+}
+
+void tst_WidgetGalleryKeyboard::replacesASite()
+{
+    openPage("work");
+    key(Qt::Key_B, Qt::AltModifier);
+    QTRY_COMPARE(find<QLabel>("site")->text(), QStringLiteral("1 file(s) in the site."));
+    key(Qt::Key_E, Qt::AltModifier);
+    QTRY_COMPARE(find<QLabel>("site")->text(), QStringLiteral("0 file(s) in the site."));
+}
+
+void tst_WidgetGalleryKeyboard::showsErrorLines()
+{
+    openPage("work");
+    auto* const lines = find<QLabel>("errorLines");
+    for (int i = 0; i < 2; ++i) {
+        lines->clear();
+        key(Qt::Key_W, Qt::AltModifier);
+        QTRY_VERIFY(lines->text().contains(QStringLiteral("beach.jpg cannot be copied")));
+        QVERIFY2(lines->text().contains(QStringLiteral("\n  ")), qPrintable(lines->text()));
+    }
 }
 
 QTEST_MAIN(tst_WidgetGalleryKeyboard)

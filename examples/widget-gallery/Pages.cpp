@@ -45,5 +45,9 @@ QVector<Topic> allTopics()
         {QStringLiteral("currencies"), tr("Currencies and rates"),
          tr("Prices as a shop writes them, in every currency that Qt knows."),
          QStringLiteral("CommercePage.cpp"), commerceExhibits},
+        {QStringLiteral("work"), tr("Work and reasons"),
+         tr("Work that takes its time, is seen to go on, can be stopped, and "
+            "tells why it failed."),
+         QStringLiteral("FoldersPage.cpp"), foldersExhibits},
     };
 }

@@ -34,5 +34,6 @@ QVector<Exhibit> windowsExhibits();
 QVector<Exhibit> keysExhibits();
 QVector<Exhibit> fontsExhibits();
 QVector<Exhibit> commerceExhibits();
+QVector<Exhibit> foldersExhibits();
 
 #endif // PAGES_H

@@ -1,0 +1,208 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// The page of work that takes its time or goes wrong: a folder that is measured
+// on a thread, a site that is replaced as a whole while it is watched, and an
+// error with the way that it came.
+
+#include "Layouts.h"
+#include "Page.h"
+#include "Pages.h"
+
+#include <DirectoryWatcher.h>
+#include <Errorable.h>
+#include <FileUtils.h>
+#include <GenericThread.h>
+
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QVBoxLayout>
+
+namespace {
+
+QPushButton* button(const char* name, const QString& text)
+{
+    auto* made = new QPushButton(text);
+    made->setObjectName(QString::fromLatin1(name));
+    return made;
+}
+
+QLabel* answer(const char* name, const QString& text)
+{
+    QLabel* const label = Layouts::plainText(text);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setMinimumWidth(300);
+    return label;
+}
+
+/// Measures a folder while the window stays alive.
+class Measurement : public QWidget
+{
+public:
+    Measurement()
+        : mFolder(new QLineEdit(QDir::homePath()))
+        , mSize(answer("size", Page::tr("Not measured yet.")))
+    {
+        mFolder->setObjectName(QStringLiteral("measured"));
+        mFolder->setMinimumWidth(230);
+        auto* start = button("measure", Page::tr("&Measure"));
+        auto* stop = button("stop", Page::tr("&Stop"));
+        connect(start, &QPushButton::clicked, this, [this] { measure(); });
+        connect(stop, &QPushButton::clicked, this, [this] {
+            if (mThread)
+                mThread->requestInterruption();
+        });
+
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(Layouts::row(
+            {Layouts::labelled(Page::tr("&In"), mFolder), start, stop}));
+        layout->addWidget(mSize);
+    }
+
+    ~Measurement() override
+    {
+        if (mThread)
+            mThread->stopAndWait(std::chrono::seconds(3));
+    }
+
+private:
+    void measure()
+    {
+        if (mThread)
+            return;
+        const QString folder = mFolder->text();
+        //! [measure]
+        const auto sum = [folder] {
+            auto* self = static_cast<Thread*>(QThread::currentThread());
+            const auto tell = [self](const FileUtils::TreeProgress& tree) {
+                Q_EMIT self->progressed(tree.files, tree.totalFiles, tree.path);
+                return !self->isInterruptionRequested();
+            };
+            QString error;
+            const qint64 size =
+                FileUtils::folderSize(folder, nullptr, nullptr, tell, &error);
+            return error.isEmpty() ? FileUtils::fileSizeToString(size) : error;
+        };
+        mThread = GenericThread::runInGenericThread(
+            sum, this,
+            [this](const QVariant& text) { mSize->setText(text.toString()); });
+        //! [measure]
+        connect(mThread, &Thread::progressed, mSize, [this](int files) {
+            mSize->setText(Page::tr("%n file(s) …", nullptr, files));
+        });
+    }
+
+    QLineEdit* const mFolder;
+    QLabel* const mSize;
+    QPointer<GenericThread> mThread;
+};
+
+/// A site that is replaced by its draft, and watched.
+class Site : public QWidget
+{
+public:
+    Site()
+        : mState(answer("site", Page::tr("The site is empty.")))
+    {
+        QDir().mkpath(path("site"));
+        auto* publish = button("publish", Page::tr("Pu&blish"));
+        auto* empty = button("empty", Page::tr("&Empty"));
+        connect(publish, &QPushButton::clicked, this, [this] { replace(); });
+        connect(empty, &QPushButton::clicked, this, [this] {
+            FileUtils::removeContentDirectory(path("site"), true);
+        });
+        watch();
+
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(Layouts::row({publish, empty}));
+        layout->addWidget(mState);
+    }
+
+private:
+    QString path(const char* name) const
+    {
+        return mFolder.filePath(QString::fromLatin1(name));
+    }
+
+    void replace()
+    {
+        const QString draft = path("draft");
+        const QString page = draft + QStringLiteral("/index.html");
+        const QByteArray text = "<h1>Shop</h1>";
+        QString error;
+        //! [replace]
+        // Each all or nothing: whatever fails, what was there before is whole
+        if (!FileUtils::replaceFileContent(page, text, &error)
+            || !FileUtils::replaceDir(draft, path("site"), nullptr, &error))
+            mState->setText(error);
+        //! [replace]
+    }
+
+    void watch()
+    {
+        //! [watch]
+        auto* watcher = new DirectoryWatcher(this);
+        watcher->setSettleTime(200); // milliseconds without a change
+        connect(watcher, &DirectoryWatcher::settled, this, [this, watcher] {
+            mState->setText(Page::tr("%n file(s) in the site.", nullptr,
+                                     watcher->watchedFiles()));
+        });
+        connect(watcher, &DirectoryWatcher::unwatched, this,
+                [this](const QStringList&, const QString& reason) {
+                    mState->setText(reason);
+                });
+        watcher->setPath(path("site"));
+        //! [watch]
+    }
+
+    QTemporaryDir mFolder;
+    QLabel* const mState;
+};
+
+/// Something that can go wrong, and whoever it works for.
+class Worker : public QObject, public Errorable
+{
+};
+
+QWidget* errors()
+{
+    auto* lines = answer("errorLines", Page::tr("Nothing is wrong."));
+    auto* fail = button("fail", Page::tr("Go &wrong"));
+    auto* document = new Worker;
+    auto* copier = new Worker;
+    document->setParent(lines);
+    copier->setParent(document);
+    document->ORVAUTILS_ADD_ERRORABLE_CHILD(*copier);
+    QObject::connect(fail, &QPushButton::clicked, lines, [=] {
+        //! [errors]
+        ErrorableCode code;
+        code.context = QStringLiteral("Files");
+        code.code = 3;
+        code.details = Page::tr("beach.jpg cannot be copied");
+        copier->ORVAUTILS_SET_ERROR(code);
+        // The document knows it, too, and the way that it came
+        lines->setText(document->errorLines().join(QLatin1Char('\n')));
+        document->clearError();
+        //! [errors]
+    });
+    return Layouts::column({fail, lines});
+}
+
+} // namespace
+
+QVector<Exhibit> foldersExhibits()
+{
+    return {
+        {Page::tr("A folder measured on a thread"), new Measurement, "measure"},
+        {Page::tr("A site replaced in one step"), new Site, "replace"},
+        {Page::tr("And watched meanwhile"),
+         Layouts::plainText(Page::tr("Each change is waited out.")), "watch"},
+        {Page::tr("An error, and the way that it came"), errors(), "errors"},
+    };
+}
