@@ -8,7 +8,6 @@
 #include "watchlimit_p.h"
 
 #include <QDir>
-#include <QFileSystemWatcher>
 #include <QTimer>
 
 using OrvaUtilsPrivate::DirectoryWatcherPrivate;
@@ -121,10 +120,7 @@ void DirectoryWatcherPrivate::begin(const QString& root)
     end();
     rootPath = root;
     mRootAbsolute = QDir(root).absolutePath();
-    platform = new QFileSystemWatcher(q);
-    QObject::connect(platform, &QFileSystemWatcher::fileChanged, q, &DirectoryWatcher::onFilemod);
-    QObject::connect(platform, &QFileSystemWatcher::directoryChanged, q,
-                     &DirectoryWatcher::onDirMod);
+    platform.begin(q);
     if (!QDir(root).exists())
         return;
     mGuard.watch(root, q, [this] { checkRoot(); });
@@ -148,17 +144,7 @@ void DirectoryWatcherPrivate::end()
     mSecondLooks.clear();
     mTouched.clear();
     mSwaps.clear();
-    if (!platform)
-        return;
-    platform->disconnect(q);
-    // It must outlive the notification that a receiver of our signals may be called from, and so
-    // may not be destroyed as a child of the watcher either.
-    platform->setParent(nullptr);
-    if (mNotifications > 0)
-        platform->deleteLater();
-    else
-        delete platform;
-    platform = nullptr;
+    platform.end(mNotifications > 0);
 }
 
 // Notifications
@@ -189,17 +175,15 @@ void DirectoryWatcherPrivate::handleFile(const QString& file)
     const bool isKnown = files.contains(file);
     const bool isGone = state.isMissing() || (isKnown && state.isFolder());
     if (isGone) {
-        if (platform)
-            platform->removePath(file);
+        platform.removeFile(file);
         files.remove(file);
         unwatched.remove(file);
     } else if (isKnown) {
         // The watch belongs to the old file, which may have been replaced or created again under
         // the same name.
-        if (!state.isSameFile(files.value(file)) || !platform->files().contains(file)) {
-            platform->removePath(file);
-            if (!platform->addPath(file))
-                rememberRefused({file});
+        if (!state.isSameFile(files.value(file)) || !platform.isWatched(file)) {
+            platform.removeFile(file);
+            rememberRefused(platform.addFiles({file}));
         }
         files.insert(file, state);
     }
@@ -224,7 +208,7 @@ void DirectoryWatcherPrivate::handleFile(const QString& file)
 void DirectoryWatcherPrivate::checkRoot()
 {
     const FileState state = stateOf(rootPath);
-    if (platform && state.kind != FileState::Kind::Unknown
+    if (platform.isActive() && state.kind != FileState::Kind::Unknown
         && !state.isSameFile(folders.value(rootPath))) {
         lookAgainSoon(rootPath);
         noteActivity(rootPath, 0);

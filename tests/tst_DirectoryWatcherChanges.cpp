@@ -67,6 +67,7 @@ private Q_SLOTS:
     void rootBehindALink();
     void unwatchedFolder();
     void unwatchedByReceiverWhoDeletes();
+    void manyFiles();
     void counts();
     void settles();
     void settlesNotBeforeAnything();
@@ -531,6 +532,62 @@ void tst_DirectoryWatcherChanges::unwatchedByReceiverWhoDeletes()
     const OrdinaryUser user;
     QVERIFY(!watcher->setPath(mRoot));
     QVERIFY(guard.isNull());
+}
+
+// More files than one of the platform's watchers takes, each of which is reported once.
+void tst_DirectoryWatcherChanges::manyFiles()
+{
+    const int count = 4500;
+    for (int i = 0; i < count; ++i)
+        writeFile(path(QStringLiteral("%1/%2").arg(i % 3).arg(i)), "x");
+    SpiedWatcher watcher;
+    if (!watcher.setPath(mRoot))
+        QSKIP("the system grants too few watches");
+    QCOMPARE(watcher.findChildren<QFileSystemWatcher*>().size(), 4);
+    QCOMPARE(watcher.watchedFiles(), count);
+    settle({&watcher.added});
+    QCOMPARE(watcher.added.count(), 0);
+
+    // Whichever of them has the file: changed, removed and made anew, replaced, and new.
+    QStringList touched;
+    for (int i = 0; i < count; i += 375) {
+        touched.append(QStringLiteral("%1/%2").arg(i % 3).arg(i));
+        writeFile(path(touched.last()), "changed");
+    }
+    touched.sort();
+    const QString all = touched.join(QLatin1Char(' '));
+    QTRY_COMPARE(names(watcher.modified), all);
+    for (const QString& file : qAsConst(touched))
+        removeFile(path(file));
+    QTRY_COMPARE(names(watcher.deleted), all);
+    settle({&watcher.deleted});
+    QCOMPARE(watcher.deleted.count(), touched.size());
+    QCOMPARE(watcher.watchedFiles(), count - touched.size());
+    QCOMPARE(watcher.added.count(), 0);
+
+    watcher.clear();
+    for (const QString& file : qAsConst(touched))
+        writeFile(path(file), "again");
+    QTRY_COMPARE(names(watcher.added), all);
+    settle({&watcher.added});
+    QCOMPARE(watcher.added.count(), touched.size());
+    QCOMPARE(watcher.watchedFiles(), count);
+
+    watcher.clear();
+    for (const QString& file : qAsConst(touched)) {
+        const QString draft = mSandbox->file(QStringLiteral("draft"), "replaced");
+        renameTo(draft, path(file));
+    }
+    QTRY_COMPARE(names(watcher.modified), all);
+    watcher.clear();
+    for (const QString& file : qAsConst(touched))
+        writeFile(path(file), "still watched");
+    QTRY_COMPARE(names(watcher.modified), all);
+
+    watcher.stop();
+    QCOMPARE(watcher.findChildren<QFileSystemWatcher*>().size(), 0);
+    QVERIFY(watcher.setPath(path(QStringLiteral("0"))));
+    QCOMPARE(watcher.watchedFiles(), count / 3);
 }
 
 void tst_DirectoryWatcherChanges::counts()

@@ -7,12 +7,13 @@
 #include "asconst_p.h"
 #include "directorywatcher_p.h"
 #include "folderpath_p.h"
-#include "folderreader_p.h"
+#include "treewalk_p.h"
 
 #include <QDir>
-#include <QFileSystemWatcher>
 #include <QTimer>
 #include <QVector>
+
+#include <algorithm>
 
 namespace OrvaUtilsPrivate {
 
@@ -40,6 +41,28 @@ QSet<QString> setOf(const QStringList& paths)
     return set;
 }
 
+/// Appends the visible files of the tree under \a folder as paths that begin with it, and its
+/// visible folders as paths that begin with \a path, which is the same folder.
+void listTree(const QString& folder, const QString& path, const Walk* parent, QStringList* files,
+              QStringList* folders)
+{
+    const Walk walk = {folder, parent};
+    std::vector<QString> further;
+    FolderReader reader(folder, EntryDetail::Kinds);
+    while (reader.next()) {
+        const FolderEntry& entry = reader.entry();
+        if (entry.kind == EntryKind::File && !entry.isHidden && entry.isReachable)
+            files->append(joined(folder, entry.name));
+        if (!isVisibleFolder(entry))
+            continue;
+        folders->append(joined(path, entry.name));
+        if (leadsOn(entry, walk))
+            further.push_back(entry.name);
+    }
+    for (const QString& name : further)
+        listTree(joined(folder, name), joined(path, name), &walk, files, folders);
+}
+
 } // namespace
 
 // Looking
@@ -47,37 +70,47 @@ QSet<QString> setOf(const QStringList& paths)
 bool DirectoryWatcherPrivate::look(const QString& folder, Scope scope, Refusal refusal,
                                    QStringList* listed)
 {
-    if (!platform)
+    if (!platform.isActive())
         return false;
     const WatcherTurn turn(this);
     watchTop(folder);
-    QStringList newFolders;
-    const QStringList found = filesIn(folder, scope, &newFolders);
+    QStringList foundFolders; // with Scope::Entries the new ones
+    const QStringList found = filesIn(folder, scope, &foundFolders);
     if (listed)
         *listed = found;
     const int reportsBefore = mReports;
     bool complete = watchFiles(found, refusal);
-    // Folders are listed after the slots have returned, because new ones may be created meanwhile.
-    if (!turn.isOver() && (complete || refusal == Refusal::IsSkipped)
-        && (scope == Scope::Tree || !newFolders.isEmpty() || mReports != reportsBefore))
-        complete = watchFolders(folder, foldersIn(folder, scope), refusal) && complete;
+    if (!turn.isOver() && (complete || refusal == Refusal::IsSkipped)) {
+        // Folders are listed anew after slots have returned, because new ones may be created
+        // meanwhile.
+        const bool hasReported = mReports != reportsBefore && !isScanning;
+        if (hasReported || (scope == Scope::Entries && !foundFolders.isEmpty()))
+            foundFolders = foldersIn(folder, scope);
+        complete = watchFolders(folder, foundFolders, refusal) && complete;
+    }
     if (!turn.isOver())
         announceRefusals();
     return complete && !turn.isOver();
 }
 
-/// The visible files of \a folder, or of its tree. With Scope::Entries, also the files of new
-/// sub-folders, which are appended to \a newFolders; folders that are watched already send
-/// notifications of their own.
+/// The visible files of \a folder, or of its tree, whose folders are appended to \a foundFolders.
+/// With Scope::Entries, also the files of new sub-folders, which are appended instead; folders that
+/// are watched already send notifications of their own.
 QStringList DirectoryWatcherPrivate::filesIn(const QString& folder, Scope scope,
-                                             QStringList* newFolders) const
+                                             QStringList* foundFolders) const
 {
     QStringList found;
-    if (scope == Scope::Tree) {
+    const QString path = absolute(folder);
+    if (scope == Scope::Tree && folder.isEmpty()) {
+        // The current folder, whose files are named as if they were in the root.
         FileUtils::old::listFilesInFileSystem(folder, found, true, nullptr, folder);
+        FileUtils::listDirectoriesInFileSystem(folder, *foundFolders, true);
         return found;
     }
-    const QString path = absolute(folder);
+    if (scope == Scope::Tree) {
+        listTree(folder, path, nullptr, &found, foundFolders);
+        return found;
+    }
     std::vector<FolderEntry> entries;
     readFolder(path, entries);
     for (const FolderEntry& entry : entries) {
@@ -86,9 +119,9 @@ QStringList DirectoryWatcherPrivate::filesIn(const QString& folder, Scope scope,
         if (entry.kind == EntryKind::File)
             found.append(joined(folder, entry.name));
         else if (entry.kind == EntryKind::Folder && !folders.contains(joined(path, entry.name)))
-            newFolders->append(joined(path, entry.name));
+            foundFolders->append(joined(path, entry.name));
     }
-    for (const QString& newFolder : asConst(*newFolders)) {
+    for (const QString& newFolder : asConst(*foundFolders)) {
         const QString given = asGiven(newFolder);
         FileUtils::old::listFilesInFileSystem(given, found, true, nullptr, given);
     }
@@ -115,9 +148,9 @@ void DirectoryWatcherPrivate::watchTop(const QString& folder)
     if (folders.contains(folder)) {
         if (state.isSameFile(folders.value(folder)))
             return;
-        platform->removePath(folder);
+        platform.removeFolders({folder});
     }
-    if (platform->addPath(folder) || platform->directories().contains(folder))
+    if (platform.addFolders({folder}).isEmpty())
         folders.insert(folder, state);
     else
         rememberRefused({folder});
@@ -141,15 +174,13 @@ bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refus
     states.reserve(wanted.size());
     for (const QString& file : asConst(wanted))
         states.append(stateOf(file));
-    QStringList lost = platform->addPaths(wanted);
+    // Files that are watched already were accepted by an earlier pass, which ended because of
+    // others.
+    const QStringList lost = platform.addFiles(wanted);
     if (!lost.isEmpty()) {
-        // Files that are watched already were accepted by an earlier pass, which ended because of
-        // others.
-        lost = without(lost, setOf(platform->files()));
-        if (!lost.isEmpty())
-            logRefused(lost);
+        logRefused(lost);
         rememberRefused(lost);
-        if (!lost.isEmpty() && refusal == Refusal::EndsLook && !isScanning)
+        if (refusal == Refusal::EndsLook && !isScanning)
             return false;
     }
     const QSet<QString> notWatched = setOf(lost);
@@ -189,9 +220,7 @@ bool DirectoryWatcherPrivate::watchFolders(const QString& folder, const QStringL
     QHash<QString, FileState> states;
     for (const QString& path : wanted)
         states.insert(path, stateOf(path));
-    QStringList lost = platform->addPaths(wanted);
-    if (!lost.isEmpty())
-        lost = without(lost, setOf(platform->directories()));
+    const QStringList lost = platform.addFolders(wanted);
     for (const QString& path : asConst(lost))
         states.remove(path);
     for (auto state = states.cbegin(); state != states.cend(); ++state) {
@@ -248,7 +277,9 @@ void DirectoryWatcherPrivate::lookAgain()
         }
         QStringList listed;
         look(folder, Scope::Tree, Refusal::IsSkipped, &listed);
-        if (turn.isOver() || !reportVanishedFiles(folder, setOf(listed)))
+        if (turn.isOver())
+            return;
+        if (!areAllFiles(folder, listed) && !reportVanishedFiles(folder, setOf(listed)))
             return;
         // A folder that has replaced another one contains files that have replaced others.
         for (const QString& path : changed) {
@@ -277,7 +308,7 @@ QStringList DirectoryWatcherPrivate::forgetFolders(const QString& folder, bool o
             forgotten.append(known.key());
     }
     if (!forgotten.isEmpty())
-        platform->removePaths(forgotten);
+        platform.removeFolders(forgotten);
     for (const QString& gone : asConst(forgotten))
         folders.remove(gone);
     return forgotten;
@@ -356,6 +387,15 @@ bool DirectoryWatcherPrivate::reportChangedFiles(const QStringList& candidates)
             return false;
     }
     return true;
+}
+
+/// Whether \a listed, what was found in \a folder, is exactly what is known: a quick answer, which
+/// may be false although it is.
+bool DirectoryWatcherPrivate::areAllFiles(const QString& folder, const QStringList& listed) const
+{
+    return folder == rootPath && listed.size() == files.size()
+        && std::all_of(listed.begin(), listed.end(),
+                       [this](const QString& file) { return files.contains(file); });
 }
 
 QStringList DirectoryWatcherPrivate::filesBelow(const QString& folder) const

@@ -8,6 +8,7 @@
 
 #include "DirectoryWatcher.h"
 #include "filestate_p.h"
+#include "platformwatches_p.h"
 #include "rootguard_p.h"
 
 #include <QElapsedTimer>
@@ -16,7 +17,6 @@
 #include <QSet>
 #include <QStringList>
 
-class QFileSystemWatcher;
 class QTimer;
 
 namespace OrvaUtilsPrivate {
@@ -48,7 +48,7 @@ public:
     void announceRefusals();
 
     DirectoryWatcher* const q;
-    QFileSystemWatcher* platform = nullptr; // child of the watcher
+    PlatformWatches platform;
     QString rootPath;
     int round = 0; // counts the calls of setPath() and stop()
     bool isScanning = false; // for what is there from the beginning
@@ -65,7 +65,7 @@ public:
 private:
     Q_DISABLE_COPY(DirectoryWatcherPrivate)
 
-    QStringList filesIn(const QString& folder, Scope scope, QStringList* newFolders) const;
+    QStringList filesIn(const QString& folder, Scope scope, QStringList* foundFolders) const;
     QStringList foldersIn(const QString& folder, Scope scope) const;
     QStringList withoutHopeless(const QStringList& paths, Refusal refusal) const;
     void watchTop(const QString& folder);
@@ -80,6 +80,7 @@ private:
     QStringList forgetFolders(const QString& folder, bool onlyChanged);
     bool reportVanishedFiles(const QString& folder, const QSet<QString>& present);
     bool reportChangedFiles(const QStringList& candidates);
+    bool areAllFiles(const QString& folder, const QStringList& listed) const;
     QStringList filesBelow(const QString& folder) const;
 
     void checkRoot();
