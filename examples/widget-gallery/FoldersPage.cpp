@@ -191,7 +191,7 @@ QWidget* errors()
         document->clearError();
         //! [errors]
     });
-    return Layouts::column({fail, lines});
+    return Layouts::column({Layouts::row({fail}), lines});
 }
 
 } // namespace
