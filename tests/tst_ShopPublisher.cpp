@@ -8,6 +8,7 @@
 
 #include <QImage>
 #include <QImageReader>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPainter>
@@ -215,6 +216,12 @@ private Q_SLOTS:
     void undecodableNames();
     void placesThatCannotBeWritten();
     void fullDisk();
+    void fullDiskLeavesTheOldSite();
+    void check();
+    void checkOfAGoodProject();
+    void newProject_data();
+    void newProject();
+    void forPrograms();
     void linksInTheSite();
     void linkedFolderInTheSite();
     void sourceInsideTheSite();
@@ -253,8 +260,10 @@ void tst_ShopPublisher::helpAndVersion()
         const Outcome outcome = run({QLatin1String(option)});
         QCOMPARE(outcome.exitCode, allImported);
         QCOMPARE(outcome.err, QString());
-        for (const char* word : {"PROJECT", "SITE", "--quiet", "--watch", "--version",
-                                 "2 bad usage, 130 stopped", "3 the project is open"})
+        for (const char* word :
+             {"PROJECT", "SITE", "--quiet", "--watch", "--version", "--json", "check PROJECT",
+              "init FOLDER", "Careful: in SITE the program replaces", "is lost",
+              "2 bad usage, 130 stopped", "3 the project is open"})
             QVERIFY2(outcome.out.contains(QLatin1String(word)), word);
     }
     for (const char* option : {"--version", "-v"}) {
@@ -274,6 +283,14 @@ void tst_ShopPublisher::badUsage_data()
                                 << QStringLiteral("Two folders are needed");
     QTest::newRow("three folders") << QStringList{text("@/project"), text("@/site"), text("@/more")}
                                    << QStringLiteral("Two folders are needed");
+    QTest::newRow("check without a folder")
+        << QStringList{text("check")} << text("One folder is needed after \"check\"; 0 given");
+    QTest::newRow("init with two folders") << QStringList{text("init"), text("@/a"), text("@/b")}
+                                           << text("One folder is needed after \"init\"; 2 given");
+    QTest::newRow("check of no folder")
+        << QStringList{text("check"), text("@/nowhere")} << text("There is no folder @/nowhere");
+    QTest::newRow("init over a file")
+        << QStringList{text("init"), text("@/file")} << text("The folder @/file cannot be made");
     QTest::newRow("unknown option")
         << QStringList{text("--fast"), text("@/project"), text("@/site")} << QStringLiteral("fast");
     QTest::newRow("value for a switch")
@@ -784,7 +801,7 @@ void tst_ShopPublisher::placesThatCannotBeWritten()
     for (const char* line :
          {"  a.jpg: cannot be written to images/a.jpg (Is a directory)\n",
           "  sub/b.jpg: cannot be written: the folder thumbs/sub cannot be made\n",
-          "  index.html: cannot be written ("})
+          "  index.html: cannot be written to index.html (Is a directory)"})
         QVERIFY2(outcome.err.contains(text(line)), qPrintable(outcome.err));
     QCOMPARE(readFile(thumb(text("sub"))), QByteArray("file"));
 
@@ -831,6 +848,166 @@ void tst_ShopPublisher::fullDisk()
     // With more room the next run does the rest.
     QCOMPARE(publish().exitCode, allImported);
     QCOMPARE(filesIn(mSite).size(), 2 * 4 + 1);
+}
+
+void tst_ShopPublisher::fullDiskLeavesTheOldSite()
+{
+    for (const char* name : {"a.jpg", "gone.jpg", "moved.jpg"})
+        writeFile(photo(name), encoded(corners(40, 30), "jpg"));
+    writeFile(mProject + text("/static/a.txt"), "old");
+    QCOMPARE(publish().exitCode, allImported);
+    const QStringList before = snapshot(mSite, mSite + QLatin1Char('/') + recordName);
+
+    // The first of these could be replaced before there is no room for the last.
+    writeFile(photo("a.jpg"), encoded(corners(30, 40), "jpg"));
+    QVERIFY(QFile::remove(photo("gone.jpg")));
+    QVERIFY(QFile::rename(photo("moved.jpg"), photo("z.jpg")));
+    writeFile(mProject + text("/static/a.txt"), "new");
+    writeFile(mProject + text("/static/large.txt"), QByteArray(100000, 'x'));
+    LimitedProcess process;
+    Outcome outcome = run(process, {mProject, mSite}, mHome);
+    QVERIFY2(outcome.exitCode == someFailed, qPrintable(outcome.err));
+    QVERIFY2(outcome.err.startsWith(text("1 failure:\n  static/large.txt: cannot be copied (")),
+             qPrintable(outcome.err));
+    QStringList left = snapshot(mSite, mSite + QLatin1Char('/') + recordName);
+    // What is new stands beside what there was, for the next run.
+    const QStringList added = left.filter(QLatin1String("/z.jpg "));
+    QCOMPARE(added.size(), 2);
+    for (const QString& line : added)
+        left.removeAll(line);
+    QCOMPARE(left, before);
+
+    outcome = publish();
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QCOMPARE(filesIn(mSite + text("/images")), QStringList({text("a.jpg"), text("z.jpg")}));
+    QCOMPARE(QImageReader(image(text("a.jpg"))).size(), QSize(30, 40));
+    QCOMPARE(siteFile(text("static/a.txt")), QByteArray("new"));
+}
+
+// check, init and --json
+
+void tst_ShopPublisher::check()
+{
+    const QByteArray jpeg = encoded(corners(400, 300), "jpg");
+    writeFile(photo("a.jpg"), jpeg);
+    writeFile(photo("b.jpg"), jpeg.left(jpeg.size() - 600));
+    writeFile(photo("c.jpg"), "broken");
+    writeFile(photo("phone.heic"), "not for the web");
+    QVERIFY(QFile::link(root() + text("/outside"), mProject + text("/photos/lost.jpg")));
+    writeFile(mProject + text("/static/a.txt"), "a");
+    QVERIFY(QFile::link(text("/"), mProject + text("/static/root")));
+    writeFile(mProject + text("/shop.json"), "{\"name\": 1}");
+    const QStringList before = snapshot(root(), text("-"));
+    const Outcome outcome = run({text("check"), mProject}, mHome);
+    QCOMPARE(outcome.exitCode, someFailed);
+    for (const char* line : {"  lost.jpg: is a link that leads nowhere\n",
+                             "  static/root/: is a link to a folder", "  shop.json, name: ",
+                             "  b.jpg: breaks off before its end", "  c.jpg: cannot be decoded ("})
+        QVERIFY2(outcome.err.contains(text(line)), qPrintable(outcome.err));
+    QVERIFY2(outcome.out.contains(text("Not published, because of their kind: phone.heic\n")),
+             qPrintable(outcome.out));
+    QCOMPARE(snapshot(root(), text("-")), before);
+}
+
+void tst_ShopPublisher::checkOfAGoodProject()
+{
+    const QString project = text(SAMPLE_SHOP_DIR);
+    const QStringList before = snapshot(project, text("-"));
+    const Outcome outcome = run({text("check"), text("--quiet"), project}, mHome);
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QCOMPARE(outcome.out + outcome.err, QString());
+    QCOMPARE(snapshot(project, text("-")), before);
+    QCOMPARE(filesIn(mHome), QStringList());
+
+    // Without any photograph.
+    QCOMPARE(run({text("check"), mProject}, mHome).exitCode, someFailed);
+}
+
+void tst_ShopPublisher::newProject_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("word"); // of the README
+    QTest::newRow("English") << text("en") << text("Put your photographs into `photos/`");
+    QTest::newRow("French") << text("fr") << text("Mettez vos photographies dans `photos/`");
+    QTest::newRow("German") << text("de") << text("Legen Sie Ihre Fotografien in `photos/`");
+}
+
+void tst_ShopPublisher::newProject()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, word);
+    const QString folder = root() + text("/new/shop");
+    const QStringList init{text("--language"), language, text("init"), folder};
+    QCOMPARE(run(init, mHome).exitCode, allImported);
+    QCOMPARE(filesIn(folder), QStringList({text("README.md"), text("shop.json")}));
+    QVERIFY(readFile(folder + text("/README.md")).contains(word.toUtf8()));
+    QVERIFY(QFileInfo(folder + text("/photos")).isDir());
+
+    // Nothing is ever replaced.
+    const QStringList before = snapshot(root(), text("-"));
+    const Outcome again = run(init, mHome);
+    QCOMPARE(again.exitCode, ::badUsage);
+    QVERIFY2(again.err.contains(folder + text("/README.md")), qPrintable(again.err));
+    QCOMPARE(snapshot(root(), text("-")), before);
+
+    // It is a shop as soon as its picture is there.
+    writeFile(folder + text("/photos/product.jpg"), encoded(corners(40, 30), "jpg"));
+    Outcome outcome = run({text("check"), folder}, mHome);
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    outcome = run({folder, mSite}, mHome);
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QVERIFY(!siteFile(text("shop-%1.html").arg(language)).isEmpty());
+}
+
+void tst_ShopPublisher::forPrograms()
+{
+    writeFile(photo("a\nb.jpg"), encoded(corners(40, 30), "jpg"));
+    writeFile(photo("broken.jpg"), "broken");
+    writeFile(photo("phone.heic"), "not for the web");
+    const auto eventsOf = [](const Outcome& outcome) {
+        QMultiMap<QString, QJsonObject> events;
+        const QStringList lines = nonEmptyParts(outcome.out, QLatin1Char('\n'));
+        for (const QString& line : lines) {
+            const QJsonObject object = QJsonDocument::fromJson(line.toUtf8()).object();
+            events.insert(object.value(text("event")).toString(), object);
+        }
+        return events;
+    };
+    Outcome outcome = publish({text("--json")});
+    QCOMPARE(outcome.exitCode, someFailed);
+    QCOMPARE(outcome.err, QString());
+    auto events = eventsOf(outcome);
+    QCOMPARE(
+        events.uniqueKeys(),
+        QStringList({text("failure"), text("progress"), text("published"), text("unpublished")}));
+    QCOMPARE(events.count(text("progress")), 2);
+    const auto steps = events.values(text("progress"));
+    QVERIFY(std::any_of(steps.begin(), steps.end(), [](const QJsonObject& step) {
+        return step
+            == QJsonObject{{text("event"), text("progress")},
+                           {text("done"), 1},
+                           {text("total"), 2},
+                           {text("text"), text("a\nb.jpg")}};
+    }));
+    const QJsonObject failure = events.value(text("failure"));
+    QCOMPARE(failure.value(text("kind")).toString(), text("Picture"));
+    QCOMPARE(failure.value(text("code")).toString(), text("Undecodable"));
+    QVERIFY(failure.value(text("text")).toString().startsWith(text("broken.jpg: ")));
+    const QJsonObject published = events.value(text("published"));
+    QCOMPARE(published.value(text("imported")).toInt(), 1);
+    QCOMPARE(published.value(text("photographs")).toInt(), 2);
+    QCOMPARE(published.value(text("page")).toString(), mSite + text("/index.html"));
+    QCOMPARE(events.value(text("unpublished")).value(text("names")).toArray().toVariantList(),
+             QVariantList{text("phone.heic")});
+
+    outcome = run({text("--json"), mProject, mProject}, mHome);
+    QCOMPARE(outcome.exitCode, ::badUsage);
+    QCOMPARE(outcome.err, QString());
+    QVERIFY(eventsOf(outcome)
+                .value(text("refused"))
+                .value(text("text"))
+                .toString()
+                .startsWith(text("SITE ")));
 }
 
 void tst_ShopPublisher::linksInTheSite()

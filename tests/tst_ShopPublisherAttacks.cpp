@@ -283,7 +283,7 @@ void tst_ShopPublisherAttacks::linksOutOfTheStaticFiles()
     const Outcome outcome = publish();
     QCOMPARE(outcome.exitCode, someFailed);
     for (const char* line :
-         {"  static/sec: is a link to a folder, which is not followed\n",
+         {"  static/sec/: is a link to a folder, which is not followed\n",
           "  static/key.txt: is a link that leads out of the static files\n",
           "  static/css/shop.json: is a link that leads out of the static files\n",
           "  static/lost: is a link that leads nowhere\n"})
@@ -434,12 +434,12 @@ void tst_ShopPublisherAttacks::deadLocks()
     QCOMPARE(publish().exitCode, allImported);
     // Killed while it made its locks: empty ones.
     for (const QString& lock :
-         {mProject + text("/lockfile"), mSite + text("/.shop-publisher.lock")})
+         {mProject + text("/lockfile"), mSite + text("/.shop-publisher.locked")})
         writeFile(lock, QByteArray());
     const Outcome outcome = publish();
     QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
     QVERIFY(!QFileInfo::exists(mProject + text("/lockfile")));
-    QVERIFY(!QFileInfo::exists(mSite + text("/.shop-publisher.lock")));
+    QVERIFY(!QFileInfo::exists(mSite + text("/.shop-publisher.locked")));
 }
 
 void tst_ShopPublisherAttacks::nothingTellsThePlace_data()

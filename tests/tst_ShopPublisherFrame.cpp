@@ -251,9 +251,9 @@ void tst_ShopPublisherFrame::verbose()
              "      =>PictureImporter.cpp:LINE\n"
              "      =>PictureImporter.cpp:LINE\n"
              "      =>Publication.cpp:LINE\n"
-             "  index.html: cannot be written (a folder of that name is in the way)\n"
-             "      SitePage:Unwritable (#5) (index.html: cannot be written (a folder of that "
-             "name is in the way))\n"
+             "  index.html: cannot be written to index.html (Is a directory)\n"
+             "      SitePage:Unwritable (#5) (index.html: cannot be written to index.html (Is a "
+             "directory))\n"
              "      #Call Stack\n"
              "      =>Publication.cpp:LINE\n"
              "      =>Publication.cpp:LINE\n"));

@@ -409,7 +409,8 @@ void tst_ShopPublisherShop::placesThatCannotBeWritten_data()
     QTest::newRow("config is a file")
         << text("config") << QString() << text("config/config.php: cannot be written: the folder");
     QTest::newRow("a page is a folder")
-        << QString() << text("shop-fr.html") << text("shop-fr.html: cannot be written (a folder");
+        << QString() << text("shop-fr.html")
+        << text("shop-fr.html: cannot be written to shop-fr.html (");
 }
 
 void tst_ShopPublisherShop::placesThatCannotBeWritten()

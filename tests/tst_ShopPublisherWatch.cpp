@@ -441,7 +441,7 @@ void tst_ShopPublisherWatch::staticPlacesThatAreRefused()
     outcome = publish();
     QCOMPARE(outcome.exitCode, someFailed);
     QCOMPARE(outcome.err,
-             text("1 failure:\n  static: cannot be written (a file of that name is in the way)\n"));
+             text("1 failure:\n  static: cannot be written: the folder static cannot be made\n"));
     QCOMPARE(readFile(mSite + text("/static")), QByteArray("file"));
 
     // A static folder elsewhere is protected as the photographs are.

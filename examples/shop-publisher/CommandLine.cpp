@@ -6,6 +6,7 @@
 #include "Languages.h"
 
 #include <QCommandLineParser>
+#include <QMap>
 
 namespace {
 
@@ -21,6 +22,9 @@ struct Options
                              CommandLine::tr("Print nothing but failures.")};
     QCommandLineOption verbose{QStringLiteral("verbose"),
                                CommandLine::tr("Show the way that each failure took.")};
+    QCommandLineOption json{
+        QStringLiteral("json"),
+        CommandLine::tr("Print what happens for other programs: a JSON object in each line.")};
     QCommandLineOption watch{
         {QStringLiteral("w"), QStringLiteral("watch")},
         CommandLine::tr("Go on and publish what changes in PROJECT, until Ctrl-C.")};
@@ -43,7 +47,7 @@ struct Options
     void addTo(QCommandLineParser* parser) const
     {
         parser->addOptions(
-            {help, version, quiet, verbose, watch, force, acceptTruncated, jobs, language});
+            {help, version, quiet, verbose, json, watch, force, acceptTruncated, jobs, language});
     }
 };
 
@@ -62,8 +66,15 @@ CommandLine CommandLine::parse(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        tr("Imports the photographs of a shop project upright into a web site and makes a page "
-           "that shows them.\n\n"
+        tr("Imports the photographs of a shop project upright into a web site and makes the pages "
+           "that show them.\n\n"
+           "  shop-publisher PROJECT SITE    publishes the project\n"
+           "  shop-publisher check PROJECT   says everything that is wrong in it, writes nothing\n"
+           "  shop-publisher init FOLDER     begins a project: a shop.json, and a README beside it"
+           "\n\n"
+           "Careful: in SITE the program replaces its pages and pictures, removes those whose "
+           "photographs have gone, and makes static/ equal to that of PROJECT: whatever else is in "
+           "there is lost. A SITE that it has not made is refused.\n\n"
            "Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,\n"
            "3 the project is open in another instance."));
     const Options options;
@@ -72,17 +83,20 @@ CommandLine CommandLine::parse(const QStringList& arguments)
         QStringLiteral("PROJECT"),
         tr("Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG, "
            "WebP, TIFF)."));
-    parser.addPositionalArgument(
-        QStringLiteral("SITE"),
-        tr("Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ "
-           "as in PROJECT. What this program has published there before is replaced, and removed "
-           "where PROJECT has it no more."));
+    parser.addPositionalArgument(QStringLiteral("SITE"),
+                                 tr("Folder of the web site, made when missing."));
 
     CommandLine result;
     if (!parser.parse(arguments)) {
-        result.text = parser.errorText();
+        result.refuse(parser.errorText());
         return result;
     }
+    result.quiet = parser.isSet(options.quiet);
+    result.verbose = parser.isSet(options.verbose);
+    result.json = parser.isSet(options.json);
+    result.watch = parser.isSet(options.watch);
+    result.force = parser.isSet(options.force);
+    result.acceptTruncated = parser.isSet(options.acceptTruncated);
     if (parser.isSet(options.help) || parser.isSet(options.version)) {
         result.request = ShowText;
         result.text = parser.isSet(options.help) ? parser.helpText().trimmed() + QLatin1Char('\n')
@@ -90,31 +104,39 @@ CommandLine CommandLine::parse(const QStringList& arguments)
                 + QLatin1Char(' ') + QCoreApplication::applicationVersion() + QLatin1Char('\n');
         return result;
     }
-    const QStringList folders = parser.positionalArguments();
-    if (folders.size() != 2) {
-        result.text = tr("Two folders are needed, PROJECT and SITE; %1 given.").arg(folders.size());
-        return result;
-    }
-    // An empty path would silently mean the current folder.
-    if (folders.contains(QString())) {
-        result.text = tr("The name of a folder is empty.");
-        return result;
-    }
+    result.takeFolders(parser.positionalArguments());
     if (parser.isSet(options.jobs)) {
         result.jobs = parser.value(options.jobs).toInt();
-        if (result.jobs < 1 || result.jobs > 256) {
-            result.text = tr("The number of jobs \"%1\" is not a whole number from 1 to 256.")
-                              .arg(parser.value(options.jobs));
-            return result;
-        }
+        if (result.jobs < 1 || result.jobs > 256)
+            result.refuse(tr("The number of jobs \"%1\" is not a whole number from 1 to 256.")
+                              .arg(parser.value(options.jobs)));
     }
-    result.request = Publish;
-    result.project = folders.at(0);
-    result.site = folders.at(1);
-    result.quiet = parser.isSet(options.quiet);
-    result.verbose = parser.isSet(options.verbose);
-    result.watch = parser.isSet(options.watch);
-    result.force = parser.isSet(options.force);
-    result.acceptTruncated = parser.isSet(options.acceptTruncated);
     return result;
+}
+
+void CommandLine::takeFolders(QStringList folders)
+{
+    const QMap<QString, Request> commands{{QStringLiteral("check"), Check},
+                                          {QStringLiteral("init"), Init}};
+    const QString command = folders.value(0);
+    request = commands.value(command, Publish);
+    if (request != Publish) {
+        folders.removeFirst();
+        if (folders.size() != 1)
+            refuse(tr("One folder is needed after \"%1\"; %2 given.")
+                       .arg(command, QString::number(folders.size())));
+    } else if (folders.size() != 2) {
+        refuse(tr("Two folders are needed, PROJECT and SITE; %1 given.").arg(folders.size()));
+    }
+    // An empty path would silently mean the current folder.
+    if (request != BadUsage && folders.contains(QString()))
+        refuse(tr("The name of a folder is empty."));
+    project = folders.value(0);
+    site = folders.value(1);
+}
+
+void CommandLine::refuse(const QString& reason)
+{
+    request = BadUsage;
+    text = reason;
 }

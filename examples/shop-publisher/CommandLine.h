@@ -17,6 +17,8 @@ struct CommandLine
 public:
     enum Request {
         Publish, ///< \a project and \a site are set
+        Check, ///< \a project is set
+        Init, ///< \a project, which is to be made, is set
         ShowText, ///< help or version: print \a text, all is well
         BadUsage ///< \a text says what is wrong
     };
@@ -26,6 +28,7 @@ public:
     QString site;
     bool quiet = false;
     bool verbose = false;
+    bool json = false;
     bool watch = false;
     bool force = false;
     bool acceptTruncated = false;
@@ -39,6 +42,10 @@ public:
     /// The language that \a arguments ask for; empty where they do not. Whether they are right
     /// otherwise does not count.
     static QString language(const QStringList& arguments);
+
+private:
+    void takeFolders(QStringList folders);
+    void refuse(const QString& reason);
 };
 
 #endif // COMMANDLINE_H

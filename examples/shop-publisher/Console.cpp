@@ -3,6 +3,7 @@
 
 #include "Console.h"
 
+#include <QJsonDocument>
 #include <QTextCodec>
 #include <QTextStream>
 
@@ -86,60 +87,8 @@ bool terminalShows(QChar character)
     return QTextCodec::codecForLocale()->canEncode(character);
 }
 
-} // namespace
-
-Console::Console(bool quiet)
-    : mQuiet(quiet)
-    , mTerminal(isTerminal())
-{ }
-
-void Console::progress(const QString& whole, const QString& step)
-{
-    const int done = whole.section(QLatin1Char('/'), 0, 0).toInt();
-    const bool stepIsDone = done > mDone;
-    mDone = done;
-    mTotal = whole.section(QLatin1Char('/'), 1).toInt();
-    if (mQuiet)
-        return;
-    if (mTerminal)
-        drawBar(step);
-    else if (stepIsDone)
-        print(QStringLiteral("[%1] %2\n").arg(counter(), printable(step)));
-}
-
-void Console::end() const
-{
-    // The whole line is blanked, so that nothing of the bar stands behind a shorter result.
-    if (mTerminal && !mQuiet && mTotal > 0)
-        print(QLatin1Char('\r') + fitted(QString(), terminalColumns() - 1) + QLatin1Char('\r'));
-}
-
-void Console::say(const QString& text) const
-{
-    if (!mQuiet)
-        print(printable(text) + QLatin1Char('\n'));
-}
-
-void Console::report(const QVector<ErrorableCode>& failures, bool verbose)
-{
-    if (failures.isEmpty())
-        return;
-    QString text = tr("%n failure(s):", nullptr, int(failures.size())) + QLatin1Char('\n');
-    for (const ErrorableCode& failure : failures) {
-        text += QLatin1String("  ") + printable(failure.details) + QLatin1Char('\n');
-        if (!verbose)
-            continue;
-        // A name that holds a line end must not forge a step.
-        ErrorableCode shown = failure;
-        shown.details = printable(failure.details);
-        const QStringList lines = shown.toString(true).split(QLatin1Char('\n'));
-        for (const QString& line : lines)
-            text += QLatin1String("      ") + line + QLatin1Char('\n');
-    }
-    printError(text);
-}
-
-QString Console::printable(const QString& text)
+/// \a text with what is not to be printed written out: a line feed as "\u000a".
+QString printable(const QString& text)
 {
     QString result;
     for (const QChar character : text) {
@@ -156,6 +105,90 @@ QString Console::printable(const QString& text)
         }
     }
     return result;
+}
+
+} // namespace
+
+Console::Console(Style style, bool verbose)
+    : mStyle(style)
+    , mVerbose(verbose)
+    , mTerminal(style == ForPeople && isTerminal())
+{ }
+
+void Console::progress(int done, int total, const QString& step)
+{
+    const bool stepIsDone = done > mDone;
+    mDone = done;
+    mTotal = total;
+    if (mTerminal)
+        drawBar(step);
+    else if (stepIsDone)
+        say("progress", {{QStringLiteral("done"), done}, {QStringLiteral("total"), total}},
+            mStyle == ForPrograms ? step : QStringLiteral("[%1] %2").arg(counter(), step));
+}
+
+void Console::end() const
+{
+    // The whole line is blanked, so that nothing of the bar stands behind a shorter result.
+    if (mTerminal && mTotal > 0)
+        print(QLatin1Char('\r') + fitted(QString(), terminalColumns() - 1) + QLatin1Char('\r'));
+}
+
+void Console::say(const char* event, const QJsonObject& facts, const QString& text) const
+{
+    if (mStyle == ForPeople) {
+        print(printable(text) + QLatin1Char('\n'));
+    } else if (mStyle == ForPrograms) {
+        QJsonObject object = facts;
+        object.insert(QStringLiteral("text"), text);
+        printObject(event, object);
+    }
+}
+
+void Console::report(const QVector<ErrorableCode>& failures) const
+{
+    QString text;
+    for (const ErrorableCode& failure : failures) {
+        if (mStyle == ForPrograms) {
+            printObject("failure",
+                        {{QStringLiteral("kind"), failure.context},
+                         {QStringLiteral("code"), failure.mEnumText},
+                         {QStringLiteral("text"), failure.details}});
+            continue;
+        }
+        text += QLatin1String("  ") + printable(failure.details) + QLatin1Char('\n');
+        if (!mVerbose)
+            continue;
+        // A name that holds a line end must not forge a step.
+        ErrorableCode shown = failure;
+        shown.details = printable(failure.details);
+        const QStringList lines = shown.toString(true).split(QLatin1Char('\n'));
+        for (const QString& line : lines)
+            text += QLatin1String("      ") + line + QLatin1Char('\n');
+    }
+    if (!text.isEmpty())
+        printError(tr("%n failure(s):", nullptr, int(failures.size())) + QLatin1Char('\n') + text);
+}
+
+void Console::complain(const char* event, const QString& text, const QString& hint) const
+{
+    if (mStyle == ForPrograms) {
+        printObject(event, {{QStringLiteral("text"), text}});
+        return;
+    }
+    QString shown;
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString& line : lines)
+        shown += (shown.isEmpty() ? QLatin1String("shop-publisher: ") : QLatin1String("  "))
+            + printable(line) + QLatin1Char('\n');
+    printError(shown + (hint.isEmpty() ? hint : hint + QLatin1Char('\n')));
+}
+
+void Console::printObject(const char* event, QJsonObject facts)
+{
+    facts.insert(QStringLiteral("event"), QLatin1String(event));
+    print(QString::fromUtf8(QJsonDocument(facts).toJson(QJsonDocument::Compact))
+          + QLatin1Char('\n'));
 }
 
 void Console::print(const QString& text)
@@ -176,7 +209,7 @@ QString Console::counter() const
     return QStringLiteral("%1/%2").arg(mDone, int(total.size())).arg(total);
 }
 
-void Console::drawBar(const QString& step)
+void Console::drawBar(const QString& step) const
 {
     const int barColumns = 24;
     const int filled = mTotal > 0 ? barColumns * mDone / mTotal : barColumns;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Console: what a person, or the next program of a pipe, sees of the work.
+// Console: what a person, or another program, sees of the work.
 
 #ifndef CONSOLE_H
 #define CONSOLE_H
@@ -9,46 +9,62 @@
 #include <ErrorableCode.h>
 
 #include <QCoreApplication>
+#include <QJsonObject>
 #include <QString>
 #include <QVector>
 
 /// Progress and results go to the standard output, failures and wrong usage to the standard error.
 /// Names are shown with their control characters written out, so that a file name cannot steer the
 /// terminal or forge a line.
+///
+/// Other programs get everything on the standard output, each line an object of JSON with a member
+/// "event" and, where there is one, the "text" for people.
 class Console
 {
     Q_DECLARE_TR_FUNCTIONS(Console)
 
 public:
-    explicit Console(bool quiet);
+    enum Style {
+        ForPeople,
+        Quiet, ///< failures alone
+        ForPrograms
+    };
 
-    /// How far the work has come: \a whole is "3/12", \a step what is being done, or what has just
-    /// been done when the first number has grown. On a terminal the bar shows it; elsewhere each
-    /// step has its line when it is done.
-    void progress(const QString& whole, const QString& step);
+    /// With \a verbose failures are told with their code, and the places in the code where they
+    /// happened and through which they came up the tree of errors.
+    Console(Style style, bool verbose);
+
+    bool isVerbose() const { return mVerbose; }
+
+    /// \a done of \a total are done; \a step is what is being done, or what has just been done when
+    /// the first number has grown. On a terminal the bar shows it; elsewhere each step has its line
+    /// when it is done.
+    void progress(int done, int total, const QString& step);
 
     /// The progress has ended; the bar goes.
     void end() const;
 
-    /// One line of result.
-    void say(const QString& text) const;
+    /// One line of result. \a event and \a facts tell programs what \a text tells people.
+    void say(const char* event, const QJsonObject& facts, const QString& text) const;
 
-    /// All failures with their reasons. Where \a verbose is set each with its code, and the places
-    /// in the code where it happened and through which it came up the tree of errors.
-    void report(const QVector<ErrorableCode>& failures, bool verbose);
+    /// All failures with their reasons.
+    void report(const QVector<ErrorableCode>& failures) const;
 
-    /// \a text with what is not to be printed written out: a line feed as "\u000a".
-    static QString printable(const QString& text);
+    /// A failure that belongs to no work: the program cannot begin, or not go on as it should.
+    /// \a text may have several lines; \a hint, for people, comes behind it.
+    void complain(const char* event, const QString& text, const QString& hint = QString()) const;
 
     /// As it is, even when quiet.
     static void print(const QString& text);
     static void printError(const QString& text);
 
 private:
+    static void printObject(const char* event, QJsonObject facts);
     QString counter() const;
-    void drawBar(const QString& step);
+    void drawBar(const QString& step) const;
 
-    bool mQuiet;
+    Style mStyle;
+    bool mVerbose;
     bool mTerminal;
     int mTotal = 0;
     int mDone = 0;

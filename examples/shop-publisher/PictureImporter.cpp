@@ -14,6 +14,7 @@
 #include <QPair>
 #include <QSet>
 #include <QStorageInfo>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
@@ -67,11 +68,25 @@ struct PictureImporter::Draft
 struct PictureImporter::Work
 {
     const Photograph* photograph = nullptr;
-    WorkItem* item = nullptr;
     Defect defect; ///< found before it was imported
     QVector<Draft> drafts; ///< the large picture, the small one, and further ones
     int missingResults = 0;
+
+    void removeDrafts() const
+    {
+        for (const Draft& draft : drafts)
+            QFile::remove(draft.path);
+    }
 };
+
+PictureImporter::PictureImporter(Site* site, const ImportOptions& options, QObject* parent)
+    : Threadable(parent)
+    , mSite(site)
+    , mScratch(site ? nullptr : new QTemporaryDir)
+    , mOptions(options)
+{ }
+
+PictureImporter::~PictureImporter() = default;
 
 QVector<PictureImporter::Draft> PictureImporter::draftsOf(const Photograph& photograph)
 {
@@ -98,6 +113,14 @@ QVector<PictureImporter::Draft> PictureImporter::draftsOf(const Photograph& phot
     return drafts;
 }
 
+/// Whether a photograph can be imported shows in the smallest of pictures.
+QVector<PictureImporter::Draft> PictureImporter::draftsToCheck(const Photograph& photograph)
+{
+    const QString suffix = QFileInfo(photograph.siteName).suffix();
+    return {{QStringLiteral("%1.").arg(++mChecked) + suffix, QSize(16, 16), formatFor(photograph),
+             QString(), ImageImportResult()}};
+}
+
 QStringList PictureImporter::placesOf(const Photograph& photograph)
 {
     QStringList places;
@@ -107,33 +130,30 @@ QStringList PictureImporter::placesOf(const Photograph& photograph)
     return places;
 }
 
-QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& photographs)
+QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& photographs, int first,
+                                                  int count)
 {
     mPublished.clear();
     ImageImport how;
     how.refuseTruncated = !mOptions.acceptTruncated;
     how.maxPixels = PictureCheck::maxPixels;
 
-    QVector<Work> works(photographs.size());
+    QVector<Work> works(count);
     ImageImporter importer;
     QVector<QPair<int, int>> draftOfImport; // work and draft
-    for (int i = 0; i < photographs.size() && !isInterruptionRequested(); ++i) {
+    for (int i = 0; i < count && goesOn(); ++i) {
         Work& work = works[i];
-        work.photograph = &photographs.at(i);
-        work.item = new WorkItem(WorkItem::Picture, work.photograph->name, this);
-        ORVAUTILS_ADD_ERRORABLE_CHILD(*work.item);
-        work.defect = mSite->contains(work.photograph->source)
+        work.photograph = &photographs.at(first + i);
+        work.defect = mSite && mSite->contains(work.photograph->source)
             ? Defect{WorkItem::Unsuitable, tr("is a link into the site itself")}
             : PictureCheck::defectOf(*work.photograph);
         if (work.defect)
             continue;
-        work.drafts = draftsOf(*work.photograph);
+        work.drafts = mSite ? draftsOf(*work.photograph) : draftsToCheck(*work.photograph);
         work.missingResults = work.drafts.size();
         for (int j = 0; j < work.drafts.size(); ++j) {
             Draft& draft = work.drafts[j];
-            // The suffix stays: it is part of how readers recognise a file.
-            draft.path = mSite->draft(QStringLiteral("picture-%1-%2.").arg(i).arg(j)
-                                      + QFileInfo(draft.place).suffix());
+            draft.path = mSite ? mSite->draft(draft.place) : mScratch->filePath(draft.place);
             how.format = draft.format;
             how.maxSize = draft.limit;
             importer.add(work.photograph->source, draft.path, how);
@@ -142,29 +162,26 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
     }
 
     // Results come in any order, pictures go to their places in theirs.
+    const int total = int(photographs.size());
     int next = 0;
-    const auto progress = [this, &works](int done, const QString& step) {
-        emitThreadProgressMessages(QStringLiteral("%1/%2").arg(done).arg(works.size()), step);
-    };
     const auto begin = [&] {
-        if (next < works.size() && !isInterruptionRequested() && !mSiteIsFull)
-            progress(next, works.at(next).photograph->name);
+        if (next < count && goesOn())
+            emitThreadProgress(first + next, total, photographs.at(first + next).name);
     };
     const auto advance = [&] {
-        while (next < works.size() && works.at(next).photograph
-               && works.at(next).missingResults == 0 && !isInterruptionRequested()
-               && !mSiteIsFull) {
+        while (next < count && works.at(next).photograph && works.at(next).missingResults == 0
+               && goesOn()) {
             conclude(&works[next]);
             if (mSiteIsFull)
                 break;
             const Work& work = works.at(next);
-            progress(++next,
-                     work.defect
-                         ? tr("%1: FAILED, %2").arg(work.photograph->name, work.defect.reason)
-                         : work.photograph->name);
+            emitThreadProgress(
+                first + ++next, total,
+                work.defect ? tr("%1: FAILED, %2").arg(work.photograph->name, work.defect.reason)
+                            : work.photograph->name);
             begin();
         }
-        if (isInterruptionRequested() || mSiteIsFull)
+        if (!goesOn())
             importer.cancel();
     };
 
@@ -186,17 +203,10 @@ QVector<PublishedPicture> PictureImporter::importAll(const QVector<Photograph>& 
         importer.start(mOptions.jobs);
         loop.exec();
     }
-    // What was not published.
-    const QVector<Work>& imported = works; // a constant one is not copied by the loop
-    for (const Work& work : imported)
-        removeDrafts(work);
+    const QVector<Work>& left = works; // a constant one is not copied by the loop
+    for (const Work& work : left)
+        work.removeDrafts();
     return mPublished;
-}
-
-void PictureImporter::removeDrafts(const Work& work)
-{
-    for (const Draft& draft : work.drafts)
-        QFile::remove(draft.path);
 }
 
 /// Brings a picture that is ready to its place, or tells why it is not.
@@ -208,20 +218,23 @@ void PictureImporter::conclude(Work* work)
     if (!work->defect && !ImageUtils::imageNameIsVectoriel(work->photograph->siteName)
         && !ImageUtils::imageSize(work->drafts.at(0).path).isValid())
         work->defect = {WorkItem::Undecodable, tr("cannot be decoded (its content is damaged)")};
-    if (!work->defect) {
+    if (!work->defect && mSite) {
         const PublishedPicture published = chooseSizes(work);
-        // The large one last, as nothing is there without it.
-        bool isPublished = true;
-        for (int i = work->drafts.size() - 1; i >= 0 && isPublished; --i)
-            isPublished = mSite->publish(work->drafts.at(i).path, work->drafts.at(i).place,
-                                         &work->defect.reason);
-        if (isPublished) {
-            mPublished.append(published);
-            return;
-        }
+        QVector<Site::Draft> drafts; // the large one last, as nothing is there without it
+        for (const Draft& draft : work->drafts)
+            drafts.prepend({draft.path, draft.place});
         work->defect.failure = WorkItem::Unwritable;
+        if (mSite->put(drafts, &work->defect.reason)) {
+            mPublished.append(published);
+            work->drafts.clear(); // they are the site's
+        }
     }
-    work->item->ORVAUTILS_SET_ERROR(work->item->failure(work->defect.failure, work->defect.reason));
+    work->removeDrafts();
+    if (!work->defect)
+        return;
+    auto* const item = new WorkItem(WorkItem::Picture, work->photograph->name, this);
+    ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
+    item->ORVAUTILS_SET_ERROR(item->failure(work->defect.failure, work->defect.reason));
 }
 
 /// What of the drafts goes into the site: no size twice, which a small photograph gives, and WebP
@@ -273,6 +286,9 @@ Defect PictureImporter::importDefect(const ImageImportResult& result)
     case ImageImportResult::NotWritable: {
         // The working folder is the program's own: the next picture would fare no better.
         mSiteIsFull = true;
+        if (!mSite)
+            return {WorkItem::Unwritable,
+                    tr("cannot be checked: there is no room in the folder for temporary files")};
         const QString free =
             FileUtils::fileSizeToString(QStorageInfo(mSite->folder()).bytesAvailable());
         return {WorkItem::Unwritable,

@@ -20,6 +20,10 @@
 #include <QStringList>
 #include <QVector>
 
+#include <memory>
+
+class QTemporaryDir;
+
 /// How photographs are imported.
 struct ImportOptions
 {
@@ -34,21 +38,19 @@ class PictureImporter : public Threadable, public Errorable
     Q_OBJECT
 
 public:
-    /// \a site is open and outlives this object.
-    PictureImporter(Site* site, const ImportOptions& options, QObject* parent)
-        : Threadable(parent)
-        , mSite(site)
-        , mOptions(options)
-    { }
+    /// \a site is open and outlives this object. Without one photographs are only checked: what is
+    /// made of them is for nobody.
+    PictureImporter(Site* site, const ImportOptions& options, QObject* parent);
+    ~PictureImporter() override;
 
-    /// Imports \a photographs, several at a time, and returns those that are in the site then. They
-    /// go to their places in their order. Ends early when the interruption of the thread is
-    /// requested, or when the site takes no more, as on a full disk: each picture is either there
-    /// in all its sizes or not touched.
+    /// Imports \a count of \a photographs from \a first on, several at a time, and returns those
+    /// that are ready: in the site, or about to be with its commit(). Ends early when the
+    /// interruption of the thread is requested, or when the site takes no more, as on a full disk:
+    /// each picture is either ready in all its sizes or not touched.
     ///
-    /// Progress goes to the thread before and after each picture: how many are done, as "3/12",
-    /// and the name of the picture, after a failure with the reason.
-    QVector<PublishedPicture> importAll(const QVector<Photograph>& photographs);
+    /// Progress goes to the thread before and after each picture: how many of all photographs are
+    /// done, and the name of the picture, after a failure with the reason.
+    QVector<PublishedPicture> import(const QVector<Photograph>& photographs, int first, int count);
 
     /// It ended early because the site took no more.
     bool siteIsFull() const { return mSiteIsFull; }
@@ -61,12 +63,15 @@ private:
     struct Work;
 
     static QVector<Draft> draftsOf(const Photograph& photograph);
-    static void removeDrafts(const Work& work);
+    QVector<Draft> draftsToCheck(const Photograph& photograph);
+    bool goesOn() const { return !isInterruptionRequested() && !mSiteIsFull; }
     void conclude(Work* work);
     static PublishedPicture chooseSizes(Work* work);
     Defect importDefect(const ImageImportResult& result);
 
-    Site* mSite;
+    Site* const mSite;
+    const std::unique_ptr<QTemporaryDir> mScratch;
+    int mChecked = 0;
     const ImportOptions mOptions;
     QVector<PublishedPicture> mPublished;
     bool mSiteIsFull = false;

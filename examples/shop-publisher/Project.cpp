@@ -58,121 +58,123 @@ bool nameLess(const QFileInfo& a, const QFileInfo& b)
     return order != 0 ? order < 0 : a.fileName() < b.fileName();
 }
 
-/// Walks the photographs' folder.
-class Scan
+/// Walks a folder of the project.
+class Walk
 {
 public:
-    Scan(QVector<Photograph>* photographs, QStringList* unpublished, WorkItem* errors,
+    enum Kind { Photographs, StaticFiles };
+
+    /// What cannot be used becomes an item below \a errors, which names it behind \a shownPrefix.
+    Walk(Kind kind, const QString& folder, const QString& shownPrefix, WorkItem* errors,
          const std::function<bool()>& stopped)
-        : mPhotographs(photographs)
-        , mUnpublished(unpublished)
+        : mKind(kind)
+        , mFolder(folder + QLatin1Char('/'))
+        , mShownPrefix(shownPrefix)
         , mErrors(errors)
         , mStopped(stopped)
     { }
 
     /// \a prefix is empty or ends with "/".
-    void walk(const QString& folder, const QString& prefix)
+    void walk(const QString& prefix = QString())
     {
-        if (mStopped() || !checkRawNames(folder, prefix))
-            return;
-        // System: also links that lead nowhere, so that they can be named.
-        QFileInfoList entries = QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::System
-                                                           | QDir::NoDotAndDotDot);
-        std::sort(entries.begin(), entries.end(), nameLess);
-        const QFileInfoList& sorted = entries;
-        for (const QFileInfo& entry : sorted) {
-            if (entry.isDir())
-                continue;
-            if (Project::isPhotographName(entry.fileName()))
+        const QFileInfoList entries = mStopped() ? QFileInfoList() : entriesOf(prefix);
+        for (const QFileInfo& entry : entries) {
+            if (!entry.isDir() && isWanted(entry.fileName()))
                 add(entry, prefix + entry.fileName());
-            else if (mUnpublished && isUnpublishedName(entry.fileName()))
-                mUnpublished->append(prefix + entry.fileName());
+            else if (!entry.isDir() && isUnpublishedName(entry.fileName()))
+                unpublished.append(prefix + entry.fileName());
         }
-        for (const QFileInfo& entry : sorted) {
-            if (!entry.isDir())
-                continue;
+        for (const QFileInfo& entry : entries) {
             const QString name = prefix + entry.fileName() + QLatin1Char('/');
             // Following it could lead in a circle, or publish what was never meant to be shown.
-            if (entry.isSymLink()) {
-                WorkItem* const link = item(WorkItem::Folder, name);
-                link->ORVAUTILS_SET_ERROR(
-                    link->failure(WorkItem::Unsuitable,
-                                  Project::tr("is a link to a folder, which is not followed")));
-            } else {
-                walk(entry.filePath(), name);
-            }
+            if (entry.isDir() && entry.isSymLink())
+                fail(name, WorkItem::Unsuitable,
+                     Project::tr("is a link to a folder, which is not followed"));
+            else if (entry.isDir())
+                walk(name);
         }
     }
+
+    QVector<ProjectFile> files;
+    QStringList unpublished;
 
 private:
-    void add(const QFileInfo& entry, const QString& name)
+    bool isWanted(const QString& name) const
     {
-        if (entry.isSymLink() && !entry.exists()) {
-            WorkItem* const link = item(WorkItem::Picture, name);
-            link->ORVAUTILS_SET_ERROR(
-                link->failure(WorkItem::Missing, Project::tr("is a link that leads nowhere")));
-            return;
-        }
-        if (!entry.isFile()) {
-            WorkItem* const noFile = item(WorkItem::Picture, name);
-            noFile->ORVAUTILS_SET_ERROR(
-                noFile->failure(WorkItem::Unsuitable, Project::tr("is not a file")));
-            return;
-        }
-        mPhotographs->append({entry.canonicalFilePath(), name, QString()});
+        return mKind == StaticFiles || Project::isPhotographName(name);
     }
 
-    /// False when the folder cannot be read. Qt leaves out names that are not text in the system's
-    /// encoding, such as names in Latin-1 from an old disk: they must not vanish without a word.
-    bool checkRawNames(const QString& folder, const QString& prefix)
+    void add(const QFileInfo& entry, const QString& name)
     {
+        const QString source = entry.canonicalFilePath();
+        if (entry.isSymLink() && source.isEmpty())
+            fail(name, WorkItem::Missing, Project::tr("is a link that leads nowhere"));
+        else if (!entry.isFile())
+            fail(name, WorkItem::Unsuitable, Project::tr("is not a file"));
+        else if (mKind == StaticFiles && !source.startsWith(mFolder))
+            fail(name, WorkItem::Unsuitable,
+                 Project::tr("is a link that leads out of the static files"));
+        else
+            files.append({source, name, QString(), false});
+    }
+
+    /// Read without Qt, which passes over names that are not text in the system's encoding, such as
+    /// names in Latin-1 from an old disk: they must not vanish without a word.
+    QFileInfoList entriesOf(const QString& prefix)
+    {
+        QFileInfoList entries;
 #ifdef Q_OS_WIN
         // Where every name is a text.
-        if (!QFileInfo(folder).isReadable())
-            return cannotRead(folder, prefix, qt_error_string(ERROR_ACCESS_DENIED));
+        if (!QFileInfo(mFolder + prefix).isReadable())
+            failToRead(prefix, qt_error_string(ERROR_ACCESS_DENIED));
+        entries = QDir(mFolder + prefix)
+                      .entryInfoList(QDir::Files | QDir::Dirs | QDir::System | QDir::NoDotAndDotDot
+                                     | (mKind == StaticFiles ? QDir::Hidden : QDir::Filter(0)));
 #else
-        DIR* const directory = ::opendir(QFile::encodeName(folder).constData());
-        if (!directory)
-            return cannotRead(folder, prefix, QString::fromLocal8Bit(std::strerror(errno)));
+        DIR* const directory = ::opendir(QFile::encodeName(mFolder + prefix).constData());
+        if (!directory) {
+            failToRead(prefix, QString::fromLocal8Bit(std::strerror(errno)));
+            return entries;
+        }
         while (const dirent* const entry = ::readdir(directory)) {
             const QByteArray raw(entry->d_name);
             const QString name = QFile::decodeName(raw);
-            const bool undecodable =
-                name.contains(QChar(QChar::ReplacementCharacter)) && QFile::encodeName(name) != raw;
-            const bool isFolder = entry->d_type == DT_DIR;
-            if (!undecodable || raw.startsWith('.')
-                || (!isFolder && !Project::isPhotographName(name)))
+            if (raw == "." || raw == ".." || (mKind == Photographs && raw.startsWith('.')))
                 continue;
-            WorkItem* const strange =
-                item(isFolder ? WorkItem::Folder : WorkItem::Picture, prefix + name);
-            strange->ORVAUTILS_SET_ERROR(strange->failure(
-                WorkItem::Unsuitable,
-                Project::tr("has a name that is not valid UTF-8; please rename it")));
+            if (!name.contains(QChar(QChar::ReplacementCharacter))
+                || QFile::encodeName(name) == raw)
+                entries.append(QFileInfo(mFolder + prefix + name));
+            else if (entry->d_type == DT_DIR || isWanted(name))
+                fail(prefix + name, WorkItem::Unsuitable,
+                     Project::tr("has a name that is not valid UTF-8; please rename it"));
         }
         ::closedir(directory);
 #endif
-        return true;
+        std::sort(entries.begin(), entries.end(), nameLess);
+        return entries;
     }
 
-    bool cannotRead(const QString& folder, const QString& prefix, const QString& reason)
+    void failToRead(const QString& prefix, const QString& reason)
     {
-        WorkItem* const closed = item(WorkItem::Folder, prefix.isEmpty() ? folder : prefix);
-        closed->ORVAUTILS_SET_ERROR(
-            closed->failure(WorkItem::Unreadable, Project::tr("cannot be read (%1)").arg(reason)));
-        return false;
+        fail(prefix.isEmpty() ? QFileInfo(mFolder).path() : prefix, WorkItem::Unreadable,
+             Project::tr("cannot be read (%1)").arg(reason));
     }
 
-    /// What cannot be used.
-    WorkItem* item(WorkItem::Kind kind, const QString& name)
+    void fail(const QString& name, WorkItem::Failure failure, const QString& reason)
     {
-        auto* const unusable = new WorkItem(kind, name, mErrors);
-        mErrors->ORVAUTILS_ADD_ERRORABLE_CHILD(*unusable);
-        return unusable;
+        auto* const item = new WorkItem(
+            name.endsWith(QLatin1Char('/')) || failure == WorkItem::Unreadable ? WorkItem::Folder
+                : mKind == StaticFiles ? WorkItem::StaticFiles
+                                       : WorkItem::Picture,
+            mShownPrefix + name, mErrors);
+        mErrors->ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
+        item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
     }
 
-    QVector<Photograph>* mPhotographs;
-    QStringList* mUnpublished;
-    WorkItem* mErrors;
+    const Kind mKind;
+    const QString mFolder;
+    const QString mShownPrefix;
+    WorkItem* const mErrors;
     const std::function<bool()>& mStopped;
 };
 
@@ -241,8 +243,21 @@ QString Project::title() const
 QVector<Photograph> Project::photographs(WorkItem* errors, const std::function<bool()>& stopped,
                                          QStringList* unpublished) const
 {
-    QVector<Photograph> photographs;
-    Scan(&photographs, unpublished, errors, stopped).walk(mPhotosFolder, QString());
-    giveSiteNames(&photographs);
-    return photographs;
+    Walk walk(Walk::Photographs, mPhotosFolder, QString(), errors, stopped);
+    walk.walk();
+    unpublished->append(walk.unpublished);
+    giveSiteNames(&walk.files);
+    return walk.files;
+}
+
+QVector<ProjectFile> Project::staticFiles(WorkItem* errors,
+                                          const std::function<bool()>& stopped) const
+{
+    const QFileInfo folder(mStaticFolder);
+    if (mStaticFolder.isEmpty() || !folder.isDir())
+        return {};
+    Walk walk(Walk::StaticFiles, folder.canonicalFilePath(), staticName() + QLatin1Char('/'),
+              errors, stopped);
+    walk.walk();
+    return walk.files;
 }

@@ -16,14 +16,16 @@
 
 #include <functional>
 
-/// One picture file of the project.
-struct Photograph
+/// A file of the project that the site shows, or takes as it is.
+struct ProjectFile
 {
     QString source; ///< absolute path of the file itself, no link
-    QString name; ///< path below the photographs' folder: "bowls/blue bowl.jpg"
-    QString siteName; ///< its path below SITE/images and SITE/thumbs
+    QString name; ///< path below its folder: "bowls/blue bowl.jpg"
+    QString siteName; ///< of a photograph: its path below SITE/images and SITE/thumbs
     bool ofProduct = false; ///< the shop shows it, in more sizes
 };
+
+using Photograph = ProjectFile;
 
 class Project
 {
@@ -71,7 +73,12 @@ public:
     ///
     /// The search ends early when \a stopped answers true; what was found until then comes back.
     QVector<Photograph> photographs(WorkItem* errors, const std::function<bool()>& stopped,
-                                    QStringList* unpublished = nullptr) const;
+                                    QStringList* unpublished) const;
+
+    /// All files in the folder of the static files, which need not be there, and in its
+    /// sub-folders, hidden ones too. A link is followed to a file in that folder alone: what lies
+    /// outside was never meant to be published. What is refused becomes an item below \a errors.
+    QVector<ProjectFile> staticFiles(WorkItem* errors, const std::function<bool()>& stopped) const;
 
     /// Whether a file of that name is taken for a photograph.
     static bool isPhotographName(const QString& name);

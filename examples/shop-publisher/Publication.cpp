@@ -6,20 +6,31 @@
 #include "ContactSheet.h"
 #include "ShopData.h"
 #include "ShopPage.h"
-#include "StaticFiles.h"
 
 #include <FileUtils.h>
 
+#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 
 namespace {
 
-/// Tells whether two photographs are the same, byte by byte.
+/// So many photographs are imported before the record is brought up to date. A run that is killed
+/// leaves those before to the next one.
+const int batchSize = 500;
+
+/// Tells whether two files are the same, byte by byte.
 QByteArray contentOf(const QString& path)
 {
     return FileUtils::sha1(path).toLatin1();
+}
+
+/// The path in the site of the static file \a name.
+QString staticPlace(const QString& name)
+{
+    return Project::staticName() + QLatin1Char('/') + name;
 }
 
 } // namespace
@@ -43,8 +54,9 @@ Publication::Publication(const Project& project, Site* site, Published* publishe
 
 void Publication::run()
 {
-    QVector<Photograph> photographs = mProject.photographs(
-        &mFolder, [this] { return isInterruptionRequested(); }, &mUnpublished);
+    const auto stops = [this] { return isInterruptionRequested(); };
+    QVector<Photograph> photographs = mProject.photographs(&mFolder, stops, &mUnpublished);
+    const QVector<ProjectFile> staticFiles = mProject.staticFiles(&mFolder, stops);
     mPhotographs = int(photographs.size());
     // A folder that cannot be read, such as one of a disk that was taken off, has not lost its
     // photographs.
@@ -52,46 +64,27 @@ void Publication::run()
     mAllFoldersRead = std::none_of(errors.begin(), errors.end(), [](const ErrorableCode& error) {
         return error.code == WorkItem::Unreadable;
     });
-    const bool first = !mPublished->anything;
-    const QString reason = first && !isInterruptionRequested() ? refusal(photographs) : QString();
-    if (!reason.isEmpty()) {
-        mRefused = true;
+    const QString reason = goesOn() ? refusal(photographs) : QString();
+    if (!reason.isEmpty())
         mFolder.ORVAUTILS_SET_ERROR(mFolder.failure(WorkItem::Missing, reason));
-        return;
-    }
-    const FileStamp shopFile = FileStamp::of(mProject.shopFile());
     Shop shop;
-    const bool hasShop =
-        mShopFile.exists() && !isInterruptionRequested() && mShopFile.read(photographs, &shop);
-
-    markProducts(hasShop ? &shop : nullptr, &photographs);
-
-    if (mAllFoldersRead && !isInterruptionRequested())
-        removeVanished(photographs);
-    const QVector<PublishedPicture> pictures = import(photographs);
-    mImported = int(pictures.size());
-    // A page of the pictures so far would take the others from the page that may stand there.
+    const bool hasShop = goesOn() && mShopFile.exists() && (!mSite || reason.isEmpty())
+        && mShopFile.read(photographs, &shop);
     mStopped = isInterruptionRequested();
-    if (mStopped || mImporter.siteIsFull())
+    if (mStopped || (mSite && !reason.isEmpty()))
         return;
-    if (first)
-        copyStaticFiles();
-    if (!first && !mPicturesChanged && shopFile == mPublished->shopFile)
-        return;
-    mPublished->anything = true;
-    mPublished->shopFile = shopFile;
-    const QStringList before = mPublished->shopPages + mPublished->sheetPages;
-    if (!mShopFile.exists())
-        mPublished->shopPages.clear();
-    if (hasShop && writeShop(shop, pictures))
-        mShopLanguages = shop.languages;
-    mPageWritten = writeContactSheet(pictures);
-    const QStringList pages = mPublished->shopPages + mPublished->sheetPages;
-    for (const QString& place : before) {
-        if (!pages.contains(place))
-            remove(place);
-    }
-    writeRecord(mPublished->pictures);
+    if (mSite)
+        mNow = *mPublished;
+    markProducts(hasShop ? &shop : nullptr, &photographs);
+    import(photographs);
+    // A page of the pictures so far would take the others from the page that may stand there.
+    if (goesOn() && mSite)
+        copyStaticFiles(staticFiles);
+    if (goesOn() && mSite)
+        writePages(hasShop ? &shop : nullptr, photographs);
+    mStopped = isInterruptionRequested();
+    if (mSite)
+        conclude();
 }
 
 QVector<ErrorableCode> Publication::failures() const
@@ -101,18 +94,27 @@ QVector<ErrorableCode> Publication::failures() const
     return failures;
 }
 
+bool Publication::goesOn() const
+{
+    return !isInterruptionRequested() && !mSiteIsFull && !mImporter.siteIsFull();
+}
+
 /// Why nothing at all is published; empty where nothing is in the way.
 QString Publication::refusal(const QVector<Photograph>& photographs) const
 {
+    if (mPublished && mPublished->anything)
+        return QString();
     // Rather a wrong folder, or a disk that is not there, than a shop without pictures.
     if (photographs.isEmpty())
         return tr("there is no photograph, so nothing was published");
+    if (!mPublished || mOptions.force)
+        return QString();
     const QMap<QString, Published::Picture>& before = mPublished->pictures;
     const bool isSame = mPublished->project.isEmpty() || mPublished->project == mProject.identity()
         || before.isEmpty()
         || std::any_of(photographs.begin(), photographs.end(),
                        [&before](const Photograph& one) { return before.contains(one.name); });
-    if (isSame || mOptions.force)
+    if (isSame)
         return QString();
     return tr("SITE shows the photographs of another project, and none of these; --force replaces "
               "them");
@@ -131,179 +133,230 @@ void Publication::markProducts(const Shop* shop, QVector<Photograph>* photograph
     }
     for (Photograph& photograph : *photographs)
         photograph.ofProduct = names.contains(photograph.name)
-            || (!shop && mShopFile.exists()
-                && mPublished->pictures.value(photograph.name).ofProduct);
+            || (!shop && mShopFile.exists() && mNow.pictures.value(photograph.name).ofProduct);
+}
+
+// Photographs
+
+/// Imports what is new.
+void Publication::import(const QVector<Photograph>& photographs)
+{
+    const QVector<Photograph> news = mSite ? compare(photographs) : photographs;
+    if (mRecordIsOld)
+        writeRecord();
+    for (int first = 0; first < news.size() && goesOn(); first += batchSize) {
+        const int count = qMin(batchSize, int(news.size()) - first);
+        const QVector<PublishedPicture> imported = mImporter.import(news, first, count);
+        for (const PublishedPicture& picture : imported) {
+            Published::Picture& entry = mNow.pictures[picture.photograph];
+            entry.imported = true;
+            entry.picture = picture;
+        }
+        for (int i = first; mSite && i < first + count; ++i)
+            take(news.at(i));
+        if (mSite && goesOn())
+            writeRecord();
+    }
+    mImported = int(std::count_if(mNow.pictures.cbegin(), mNow.pictures.cend(),
+                                  [](const Published::Picture& one) { return one.imported; }));
+}
+
+/// Tells the photographs that are to be imported from those that are published as they are, and
+/// lets what is not wanted any more leave the site.
+QVector<Photograph> Publication::compare(const QVector<Photograph>& photographs)
+{
+    QVector<Photograph> news;
+    QSet<QString> wanted;
+    if (mAllFoldersRead)
+        mNow.pictures.clear();
+    for (const Photograph& photograph : photographs) {
+        Published::Picture picture = mPublished->pictures.value(photograph.name);
+        const QString stamp = stampOf(photograph.source);
+        const bool isNew = !isPublished(picture, photograph, stamp);
+        const QStringList former = picture.files.keys();
+        const QStringList places = isNew ? PictureImporter::placesOf(photograph) : former;
+        for (const QString& place : places)
+            wanted.insert(place);
+        if (isNew) {
+            news.append(photograph);
+            picture = Published::Picture();
+            picture.siteName = photograph.siteName;
+            const QStringList possible = former + places; // the former may still be there
+            for (const QString& place : possible)
+                picture.files.insert(place, QString());
+        }
+        mRecordIsOld = mRecordIsOld || picture.stamp != stamp;
+        picture.stamp = stamp;
+        mNow.pictures.insert(photograph.name, picture);
+    }
+    for (auto it = mPublished->pictures.cbegin(); it != mPublished->pictures.cend(); ++it) {
+        const QStringList places = it.value().files.keys();
+        for (const QString& place : places) {
+            if (mAllFoldersRead && !wanted.contains(place))
+                mSite->remove(place);
+        }
+        if (mNow.pictures.contains(it.key()))
+            continue;
+        mRecordIsOld = true;
+        mChanges.append({"removed", QT_TRANSLATE_NOOP("Watch", "Removed: %1"), it.key()});
+    }
+    return news;
 }
 
 /// Whether the site has the pictures of \a photograph as it is now, \a stamp, so that they need not
 /// be made again.
 bool Publication::isPublished(const Published::Picture& known, const Photograph& photograph,
-                              const FileStamp& stamp) const
+                              const QString& stamp) const
 {
-    if (known.siteName != photograph.siteName || mChanged.contains(photograph.name))
+    const bool isSame = known.stamp == stamp && !mChanged.contains(photograph.name);
+    if (known.siteName != photograph.siteName)
         return false;
     if (!known.imported)
-        return known.stamp == stamp; // it would fail again
+        return isSame; // it would fail again
     if (known.ofProduct != photograph.ofProduct)
         return false;
-    for (auto it = known.files.begin(); it != known.files.end(); ++it) {
-        if (it.value() != siteStamp(it.key()))
+    for (auto it = known.files.cbegin(); it != known.files.cend(); ++it) {
+        if (it.value().isEmpty() || it.value() != stampOf(mSite->path(it.key())))
             return false;
     }
     // A copy of the project, or a clock that was set, gives other stamps to the same photograph.
-    return known.stamp == stamp || known.content == contentOf(photograph.source);
+    return isSame || known.content == contentOf(photograph.source);
 }
 
-/// Brings the record in the site up to date. It may name more pictures than there are, so that none
-/// is forgotten where the program is killed.
-void Publication::writeRecord(const QMap<QString, Published::Picture>& pictures)
+/// Notes what came of importing \a photograph.
+void Publication::take(const Photograph& photograph)
 {
-    Published record;
-    record.project = mProject.identity();
-    record.pictures = pictures;
-    record.shopPages = mPublished->shopPages;
-    record.sheetPages = mPublished->sheetPages;
-    write({{Published::fileName(), record.toJson()}});
-}
-
-/// Records what a photograph that was imported has in the site, and takes away what an earlier
-/// version of it had beside that.
-void Publication::recordFiles(const Photograph& photograph, Published::Picture* entry)
-{
-    entry->content = contentOf(photograph.source);
-    entry->ofProduct = photograph.ofProduct;
-    entry->files.clear();
-    const QStringList places = entry->picture.places();
+    Published::Picture& entry = mNow.pictures[photograph.name];
+    if (stampOf(photograph.source) != entry.stamp)
+        mOvertaken.insert(photograph.name);
+    // What was not reached is looked at by the next run.
+    if (!entry.imported && !goesOn())
+        entry.stamp.clear();
+    if (!entry.imported)
+        return;
+    entry.content = contentOf(photograph.source);
+    entry.ofProduct = photograph.ofProduct;
+    const QStringList former = entry.files.keys();
+    const QStringList places = entry.picture.places();
+    entry.files.clear();
     for (const QString& place : places)
-        entry->files.insert(place, siteStamp(place));
-    const QStringList possible = PictureImporter::placesOf(photograph);
-    for (const QString& place : possible) {
-        if (!entry->files.contains(place))
-            remove(place);
+        entry.files.insert(place,
+                           mSite->isAwaited(place) ? QString() : stampOf(mSite->path(place)));
+    // What an earlier version of the photograph had beside them.
+    for (const QString& place : former) {
+        if (!places.contains(place))
+            mSite->remove(place);
+    }
+    mChanges.append({"imported", QT_TRANSLATE_NOOP("Watch", "Imported: %1"), photograph.name});
+}
+
+// Static files
+
+void Publication::copyStaticFiles(const QVector<ProjectFile>& files)
+{
+    const QString name = Project::staticName();
+    const QFileInfo source(mProject.staticFolder());
+    const bool hasFolder = !mProject.staticFolder().isEmpty() && source.isDir();
+    QString reason;
+    if (hasFolder && mSite->overlaps(source.canonicalFilePath()))
+        reason = tr("leads into the site itself");
+    else if (!files.isEmpty())
+        reason = mSite->obstacle(staticPlace(QString()));
+    if (!reason.isEmpty()) {
+        fail(WorkItem::StaticFiles, name, WorkItem::Unwritable, reason);
+        return;
+    }
+    QSet<QString> wanted;
+    for (const ProjectFile& file : files)
+        wanted.insert(file.name);
+    // The folder is the program's where the project has one, and otherwise what it copied there.
+    QStringList ours = mNow.staticFiles.keys();
+    if (hasFolder) {
+        QDirIterator there(mSite->path(name), QDir::Files | QDir::Hidden | QDir::System,
+                           QDirIterator::Subdirectories);
+        while (there.hasNext())
+            ours.append(there.next().mid(mSite->path(name).size() + 1));
+    }
+    ours.removeDuplicates();
+    const QStringList present = ours;
+    for (const QString& file : present) {
+        if (!mAllFoldersRead || wanted.contains(file))
+            continue;
+        mSite->remove(staticPlace(file));
+        mRecordIsOld = mNow.staticFiles.remove(file) > 0 || mRecordIsOld;
+        mChanges.append({"removed", QT_TRANSLATE_NOOP("Watch", "Removed: %1"), staticPlace(file)});
+    }
+    for (const ProjectFile& file : files) {
+        if (goesOn())
+            copyStaticFile(file);
     }
 }
 
-/// The pictures of all \a photographs that are in the site then, in their order.
-QVector<PublishedPicture> Publication::import(const QVector<Photograph>& photographs)
+void Publication::copyStaticFile(const ProjectFile& file)
 {
-    QVector<Photograph> news;
-    QMap<QString, Published::Picture> known;
-    if (!mAllFoldersRead)
-        known = mPublished->pictures;
-    for (const Photograph& photograph : photographs) {
-        Published::Picture picture = mPublished->pictures.value(photograph.name);
-        const FileStamp stamp = FileStamp::of(photograph.source);
-        if (!isPublished(picture, photograph, stamp)) {
-            QMap<QString, FileStamp> files = picture.files; // they may still be there
-            const QStringList places = PictureImporter::placesOf(photograph);
-            for (const QString& place : places)
-                files.insert(place, FileStamp());
-            picture = Published::Picture();
-            picture.siteName = photograph.siteName;
-            picture.files = files;
-            news.append(photograph);
-        }
-        picture.stamp = stamp;
-        known.insert(photograph.name, picture);
+    const QString place = staticPlace(file.name);
+    const QPair<QString, QString> known = mNow.staticFiles.value(file.name);
+    const QPair<QString, QString> now(stampOf(file.source), stampOf(mSite->path(place)));
+    if (known == now && !mChanged.contains(place))
+        return;
+    mRecordIsOld = true;
+    if (!now.second.isEmpty() && !QFileInfo(mSite->path(place)).isSymLink()
+        && contentOf(file.source) == contentOf(mSite->path(place))) {
+        mNow.staticFiles.insert(file.name, now);
+        return;
     }
-    mPicturesChanged = !news.isEmpty() || !mRemovedNames.isEmpty();
-    writeRecord(known);
+    QFile source(file.source);
+    const QString draft = mSite->draft(place);
+    QString reason;
+    if (!source.open(QIODevice::ReadOnly)) {
+        // One that went meanwhile is the next thing that is told.
+        if (source.exists())
+            fail(WorkItem::StaticFiles, place, WorkItem::Unreadable,
+                 tr("cannot be opened (%1)").arg(source.errorString()));
+    } else if (!source.copy(draft)) {
+        mSiteIsFull = true;
+        fail(WorkItem::StaticFiles, place, WorkItem::Unwritable,
+             tr("cannot be copied (%1)").arg(source.errorString()));
+    } else if (!mSite->put({{draft, place}}, &reason)) {
+        fail(WorkItem::StaticFiles, place, WorkItem::Unwritable, reason);
+    } else {
+        mNow.staticFiles.insert(file.name, {now.first, QString()});
+        mChanges.append({"copied", QT_TRANSLATE_NOOP("Watch", "Copied: %1"), place});
+    }
+    if (stampOf(file.source) != now.first)
+        mOvertaken.insert(place);
+}
 
-    const QVector<PublishedPicture> imported = mImporter.importAll(news);
-    for (const PublishedPicture& picture : imported) {
-        Published::Picture& entry = known[picture.photograph];
-        entry.imported = true;
-        entry.picture = picture;
-        mImportedNames.append(picture.photograph);
-    }
-    const QVector<Photograph>& looked = news;
-    for (const Photograph& photograph : looked) {
-        Published::Picture& entry = known[photograph.name];
-        if (entry.imported)
-            recordFiles(photograph, &entry);
-        if (FileStamp::of(photograph.source) != entry.stamp)
-            mOvertakenNames.append(photograph.name);
-        // What was not reached is looked at by the next run.
-        if (!entry.imported && (isInterruptionRequested() || mImporter.siteIsFull()))
-            entry.stamp = FileStamp();
-    }
-    mPublished->pictures = known;
-    mPublished->project = mProject.identity();
-    writeRecord(known);
+// Pages
 
+void Publication::writePages(const Shop* shop, const QVector<Photograph>& photographs)
+{
     QVector<PublishedPicture> pictures;
+    QMap<QString, Published::Picture> others = mNow.pictures; // of folders that cannot be read
     for (const Photograph& photograph : photographs) {
-        const Published::Picture picture = known.value(photograph.name);
+        const Published::Picture picture = others.take(photograph.name);
         if (picture.imported)
             pictures.append(picture.picture);
     }
-    return pictures;
-}
-
-/// Takes the pictures of photographs that have gone out of the site, before others are imported: on
-/// a system that does not tell "a.jpg" from "A.JPG" one of them may get the place.
-void Publication::removeVanished(const QVector<Photograph>& photographs)
-{
-    QSet<QString> present;
-    QSet<QString> places;
-    for (const Photograph& photograph : photographs) {
-        present.insert(photograph.name);
-        const QStringList wanted = PictureImporter::placesOf(photograph);
-        for (const QString& place : wanted)
-            places.insert(place);
+    for (auto it = others.cbegin(); it != others.cend(); ++it) {
+        if (it.value().imported)
+            pictures.append(it.value().picture);
     }
-    for (auto it = mPublished->pictures.begin(); it != mPublished->pictures.end(); ++it) {
-        const QStringList files = it.value().files.keys();
-        for (const QString& place : files) {
-            // One that is there and has another place now leaves its former one.
-            if (!places.contains(place))
-                remove(place);
-        }
-        if (!present.contains(it.key()))
-            mRemovedNames.append(it.key());
+    if (!mShopFile.exists())
+        mNow.shopPages.clear();
+    if (shop && writeShop(*shop, pictures))
+        mShopLanguages = shop->languages;
+    // The page of a site without a shop; with one, a page beside it.
+    const bool isFrontPage = mNow.shopPages.isEmpty();
+    mPageWritten =
+        write(ContactSheet::files(mProject.title(), pictures, isFrontPage), &mNow.sheetPages);
+    const QStringList pages = mNow.shopPages + mNow.sheetPages;
+    const QStringList before = mPublished->shopPages + mPublished->sheetPages;
+    mRecordIsOld = mRecordIsOld || pages != before;
+    for (const QString& place : before) {
+        if (!pages.contains(place))
+            mSite->remove(place);
     }
-}
-
-FileStamp Publication::siteStamp(const QString& place) const
-{
-    return FileStamp::of(mSite->folder() + QLatin1Char('/') + place);
-}
-
-/// Takes a file out of the site, and tells where that fails.
-void Publication::remove(const QString& place)
-{
-    QString reason;
-    if (mSite->remove(place, &reason))
-        return;
-    auto* const file = new WorkItem(WorkItem::SitePage, place, this);
-    ORVAUTILS_ADD_ERRORABLE_CHILD(*file);
-    file->ORVAUTILS_SET_ERROR(file->failure(WorkItem::Unwritable, reason));
-}
-
-void Publication::copyStaticFiles()
-{
-    const QString source = mProject.staticFolder();
-    if (source.isEmpty() || !QFileInfo(source).isDir())
-        return;
-    const StaticFiles files(source);
-    if (files.refusals().isEmpty()
-        && files.areCopiedIn(mSite->folder() + QLatin1Char('/') + Project::staticName()))
-        return;
-    const auto fail = [this](const QString& name, WorkItem::Failure failure,
-                             const QString& reason) {
-        auto* const item = new WorkItem(WorkItem::StaticFiles, name, this);
-        ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
-        item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
-    };
-    const QVector<StaticFiles::Refusal> refusals = files.refusals();
-    for (const StaticFiles::Refusal& refusal : refusals)
-        fail(Project::staticName() + QLatin1Char('/') + refusal.name, WorkItem::Unsuitable,
-             refusal.reason);
-    QString reason;
-    const QString draft = mSite->draft(Project::staticName());
-    if (!files.copyTo(draft, &reason)
-        || !mSite->publishFolder(draft, Project::staticName(), &reason))
-        fail(Project::staticName(), WorkItem::Unwritable, reason);
 }
 
 bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures)
@@ -328,38 +381,91 @@ bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& p
         {QStringLiteral("data/products.js"), ShopData::productsJs(shop, byPhotograph)},
         {QStringLiteral("config/config.php"), ShopData::configPhp(shop)}};
     files += ShopPage::files(shop, byPhotograph);
-    return write(files, &mPublished->shopPages);
+    return write(files, &mNow.shopPages);
 }
 
-/// The page of a site without a shop; with one, a page beside it.
-bool Publication::writeContactSheet(const QVector<PublishedPicture>& pictures)
-{
-    const bool isFrontPage = mPublished->shopPages.isEmpty();
-    return write(ContactSheet::files(mProject.title(), pictures, isFrontPage),
-                 &mPublished->sheetPages);
-}
-
-/// Writes files and names them in \a places.
+/// Writes files that belong together, all or none, and names them in \a places.
 bool Publication::write(const QVector<SiteFile>& files, QStringList* places)
 {
-    if (!write(files))
-        return false;
+    for (const SiteFile& file : files) {
+        const QString reason = mSite->obstacle(file.place);
+        if (!reason.isEmpty()) {
+            fail(WorkItem::SitePage, file.place, WorkItem::Unwritable, reason);
+            return false;
+        }
+    }
     places->clear();
-    for (const SiteFile& file : files)
+    for (const SiteFile& file : files) {
+        QString reason;
+        if (!mSite->write(file, &reason)) {
+            mSiteIsFull = true;
+            fail(WorkItem::SitePage, file.place, WorkItem::Unwritable, reason);
+            return false;
+        }
         places->append(file.place);
+        if (mSite->isAwaited(file.place))
+            mChanges.append({"written", QT_TRANSLATE_NOOP("Watch", "Written: %1"), file.place});
+    }
     return true;
 }
 
-bool Publication::write(const QVector<SiteFile>& files)
+// The end
+
+/// Makes the new site of the old one, or leaves that as it was.
+void Publication::conclude()
 {
-    SiteFile failed;
+    if (mSiteIsFull || mImporter.siteIsFull()) {
+        mSite->forget();
+        mChanges.clear();
+        mPageWritten = false;
+        return;
+    }
+    QSet<QString> failed;
+    const QVector<Site::Failure> failures = mSite->commit();
+    for (const Site::Failure& failure : failures) {
+        fail(WorkItem::SitePage, failure.place, WorkItem::Unwritable, failure.reason);
+        failed.insert(failure.place);
+    }
+    const auto note = [this, &failed](const QString& place, QString* stamp) {
+        if (stamp->isEmpty() && !failed.contains(place))
+            *stamp = stampOf(mSite->path(place));
+    };
+    for (Published::Picture& picture : mNow.pictures) {
+        for (auto it = picture.files.begin(); picture.imported && it != picture.files.end(); ++it)
+            note(it.key(), &it.value());
+    }
+    for (auto it = mNow.staticFiles.begin(); it != mNow.staticFiles.end(); ++it)
+        note(staticPlace(it.key()), &it.value().second);
+    mNow.project = mProject.identity();
+    mNow.anything = true;
+    *mPublished = mNow;
+    if (mRecordIsOld)
+        writeRecord();
+}
+
+/// Brings the record in the site up to date. It may name more pictures than there are, so that none
+/// is forgotten where the program is killed.
+void Publication::writeRecord()
+{
+    Published record = mNow;
+    record.project = mProject.identity();
+    for (auto it = mPublished->pictures.cbegin(); it != mPublished->pictures.cend(); ++it) {
+        if (!record.pictures.contains(it.key()))
+            record.pictures.insert(it.key(), it.value());
+    }
     QString reason;
-    if (mSite->write(files, &failed, &reason))
-        return true;
-    auto* const page = new WorkItem(WorkItem::SitePage, failed.place, this);
-    ORVAUTILS_ADD_ERRORABLE_CHILD(*page);
-    page->ORVAUTILS_SET_ERROR(page->failure(WorkItem::Unwritable, reason));
-    return false;
+    if (mSite->writeRecord(record, &reason))
+        return;
+    mSiteIsFull = true;
+    fail(WorkItem::SitePage, Published::fileName(), WorkItem::Unwritable, reason);
+}
+
+void Publication::fail(WorkItem::Kind kind, const QString& name, WorkItem::Failure failure,
+                       const QString& reason)
+{
+    auto* const item = new WorkItem(kind, name, this);
+    ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
+    item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
 }
 
 PublicationThread::PublicationThread(Publication* publication)

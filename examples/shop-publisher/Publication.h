@@ -38,16 +38,18 @@ class Publication : public Threadable, public Errorable
     Q_OBJECT
 
 public:
-    /// \a site is open. All outlive this object, which is made on the main thread.
+    /// \a site is open. All outlive this object, which is made on the main thread. Without a site
+    /// it only checks the project: nothing is written, and what would fail does.
     ///
     /// \a published is what the runs before have published, nothing for the first of them; it is
     /// brought up to date, in the site too. A photograph that is as it was is not imported again,
-    /// unless \a changed names it.
+    /// nor is a static file copied; one that \a changed names is looked into.
     Publication(const Project& project, Site* site, Published* published,
                 const PublicationOptions& options, const QSet<QString>& changed = QSet<QString>());
 
     /// Does everything. Ends early when the interruption of the thread is requested: the picture
-    /// at hand is finished, and the pages stay as they were.
+    /// at hand is finished, and the pages stay as they were. When the site takes no more, as on a
+    /// full disk, the old site stays as it was.
     void run();
 
     // What came of it.
@@ -59,15 +61,19 @@ public:
     int photographs() const { return mPhotographs; }
     int imported() const { return mImported; }
 
-    /// The photographs that this run imported, and those that have gone since the run before and
-    /// whose pictures it removed.
-    QStringList importedNames() const { return mImportedNames; }
-    QStringList removedNames() const { return mRemovedNames; }
+    /// What this run has done in the site.
+    struct Change
+    {
+        const char* event; ///< for programs
+        const char* text; ///< for people, to be translated in the context "Watch"; %1 is the name
+        QString name;
+    };
+    QVector<Change> changes() const { return mChanges; }
 
-    /// The photographs that were written to, or went, while this run imported them.
-    QStringList overtakenNames() const { return mOvertakenNames; }
+    /// The photographs and static files that were written to, or went, while this run read them.
+    QSet<QString> overtaken() const { return mOvertaken; }
 
-    /// The contact sheet was written. A run that finds nothing new writes none.
+    /// The pages show what there is.
     bool pageWritten() const { return mPageWritten; }
 
     /// The languages in which the page of the shop was written; none where there is no shop, or
@@ -80,45 +86,45 @@ public:
     /// Pictures of kinds that are not published.
     QStringList unpublished() const { return mUnpublished; }
 
-    /// The first run had nothing to publish, or was refused, and the site stays as it was.
-    bool refused() const { return mRefused; }
-
 private:
+    bool goesOn() const;
     QString refusal(const QVector<Photograph>& photographs) const;
-    bool isPublished(const Published::Picture& known, const Photograph& photograph,
-                     const FileStamp& stamp) const;
     void markProducts(const Shop* shop, QVector<Photograph>* photographs) const;
-    void writeRecord(const QMap<QString, Published::Picture>& pictures);
-    void recordFiles(const Photograph& photograph, Published::Picture* entry);
-    QVector<PublishedPicture> import(const QVector<Photograph>& photographs);
-    void removeVanished(const QVector<Photograph>& photographs);
-    FileStamp siteStamp(const QString& place) const;
-    void remove(const QString& place);
-    void copyStaticFiles();
+    bool isPublished(const Published::Picture& known, const Photograph& photograph,
+                     const QString& stamp) const;
+    QVector<Photograph> compare(const QVector<Photograph>& photographs);
+    void import(const QVector<Photograph>& photographs);
+    void take(const Photograph& photograph);
+    void copyStaticFiles(const QVector<ProjectFile>& files);
+    void copyStaticFile(const ProjectFile& file);
+    void writePages(const Shop* shop, const QVector<Photograph>& photographs);
     bool writeShop(const Shop& shop, const QVector<PublishedPicture>& pictures);
-    bool writeContactSheet(const QVector<PublishedPicture>& pictures);
     bool write(const QVector<SiteFile>& files, QStringList* places);
-    bool write(const QVector<SiteFile>& files);
+    void conclude();
+    void writeRecord();
+    void fail(WorkItem::Kind kind, const QString& name, WorkItem::Failure failure,
+              const QString& reason);
 
     const Project& mProject;
-    Site* mSite;
+    Site* const mSite;
     WorkItem mFolder;
     ShopFile mShopFile;
     PictureImporter mImporter;
-    Published* mPublished;
-    QSet<QString> mChanged;
-    QStringList mImportedNames;
-    QStringList mRemovedNames;
-    QStringList mOvertakenNames;
-    QStringList mUnpublished;
+    Published* const mPublished;
+    Published mNow; ///< what it becomes
+    const QSet<QString> mChanged;
+    const PublicationOptions mOptions;
+    bool mRecordIsOld = false;
+    bool mAllFoldersRead = true;
+    bool mSiteIsFull = false;
+
     int mPhotographs = 0;
     int mImported = 0;
-    bool mPicturesChanged = false;
-    bool mAllFoldersRead = true;
-    bool mRefused = false;
-    const PublicationOptions mOptions;
-    bool mPageWritten = false;
+    QVector<Change> mChanges;
+    QSet<QString> mOvertaken;
+    QStringList mUnpublished;
     QStringList mShopLanguages;
+    bool mPageWritten = false;
     bool mStopped = false;
 };
 

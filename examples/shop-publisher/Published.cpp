@@ -3,9 +3,19 @@
 
 #include "Published.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#ifdef Q_OS_WIN
+#include <QDir>
+#include <QFileInfo>
+
+#include <windows.h>
+#else
+#include <sys/stat.h>
+#endif
 
 namespace {
 
@@ -47,6 +57,41 @@ QStringList textsFromJson(const QJsonValue& json)
 
 } // namespace
 
+QString stampOf(const QString& path)
+{
+    const auto text = [](quint64 device, quint64 file, quint64 size, quint64 changed) {
+        return QStringLiteral("%1:%2:%3:%4").arg(device).arg(file).arg(size).arg(changed);
+    };
+#ifdef Q_OS_WIN
+    const QString native = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t*>(native.utf16()), 0,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    BY_HANDLE_FILE_INFORMATION status = {};
+    const bool isKnown = file != INVALID_HANDLE_VALUE && GetFileInformationByHandle(file, &status);
+    if (file != INVALID_HANDLE_VALUE)
+        CloseHandle(file);
+    const auto joined = [](DWORD high, DWORD low) { return quint64(high) << 32 | low; };
+    if (isKnown)
+        return text(
+            status.dwVolumeSerialNumber, joined(status.nFileIndexHigh, status.nFileIndexLow),
+            joined(status.nFileSizeHigh, status.nFileSizeLow),
+            joined(status.ftLastWriteTime.dwHighDateTime, status.ftLastWriteTime.dwLowDateTime));
+    return QString();
+#else
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return QString();
+#ifdef Q_OS_DARWIN
+    const timespec& changed = status.st_ctimespec;
+#else
+    const timespec& changed = status.st_ctim;
+#endif
+    return text(quint64(status.st_dev), quint64(status.st_ino), quint64(status.st_size),
+                quint64(changed.tv_sec) * 1000000000 + quint64(changed.tv_nsec));
+#endif
+}
+
 QStringList PublishedPicture::places() const
 {
     QStringList places{QLatin1String("images/") + name, QLatin1String("thumbs/") + name};
@@ -73,13 +118,12 @@ Published Published::fromJson(const QByteArray& json)
         picture.siteName = object.value(QLatin1String("name")).toString();
         const QJsonObject files = object.value(QLatin1String("files")).toObject();
         for (auto file = files.begin(); file != files.end(); ++file)
-            picture.files.insert(file.key(), FileStamp::fromText(file.value().toString()));
+            picture.files.insert(file.key(), file.value().toString());
         for (const char* folder : {"images/", "thumbs/"}) // an older record does not name them
             picture.files[QLatin1String(folder) + picture.siteName];
         picture.imported = isCurrent && object.contains(QLatin1String("content"));
         if (picture.imported) {
-            picture.stamp =
-                FileStamp::fromText(object.value(QLatin1String("photograph")).toString());
+            picture.stamp = object.value(QLatin1String("photograph")).toString();
             picture.content = object.value(QLatin1String("content")).toString().toLatin1();
             picture.ofProduct = object.value(QLatin1String("ofProduct")).toBool();
             picture.picture = {it.key(),
@@ -91,21 +135,29 @@ Published Published::fromJson(const QByteArray& json)
         }
         published.pictures.insert(it.key(), picture);
     }
+    const QJsonObject copies = root.value(QLatin1String("static")).toObject();
+    for (auto it = copies.begin(); it != copies.end(); ++it)
+        published.staticFiles.insert(
+            it.key(),
+            {it.value().toArray().at(0).toString(), it.value().toArray().at(1).toString()});
     return published;
 }
 
 QByteArray Published::toJson() const
 {
+    QJsonObject copies;
+    for (auto it = staticFiles.begin(); it != staticFiles.end(); ++it)
+        copies.insert(it.key(), QJsonArray{it.value().first, it.value().second});
     QJsonObject list;
     for (auto it = pictures.begin(); it != pictures.end(); ++it) {
         const Picture& picture = it.value();
         QJsonObject files;
         for (auto file = picture.files.begin(); file != picture.files.end(); ++file)
-            files.insert(file.key(), file.value().toText());
+            files.insert(file.key(), file.value());
         QJsonObject object{{QStringLiteral("name"), picture.siteName},
                            {QStringLiteral("files"), files}};
         if (picture.imported) {
-            object.insert(QStringLiteral("photograph"), picture.stamp.toText());
+            object.insert(QStringLiteral("photograph"), picture.stamp);
             object.insert(QStringLiteral("content"), QString::fromLatin1(picture.content));
             object.insert(QStringLiteral("ofProduct"), picture.ofProduct);
             object.insert(QStringLiteral("imageSize"), sizeToJson(picture.picture.imageSize));
@@ -123,6 +175,7 @@ QByteArray Published::toJson() const
                            {QStringLiteral("project"), project},
                            {QStringLiteral("shopPages"), QJsonArray::fromStringList(shopPages)},
                            {QStringLiteral("sheetPages"), QJsonArray::fromStringList(sheetPages)},
+                           {QStringLiteral("static"), copies},
                            {QStringLiteral("pictures"), list}})
         .toJson();
 }

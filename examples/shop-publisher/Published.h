@@ -6,14 +6,18 @@
 #ifndef PUBLISHED_H
 #define PUBLISHED_H
 
-#include "FileStamp.h"
-
 #include <QByteArray>
 #include <QMap>
+#include <QPair>
 #include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+/// Tells whether a file is still the one that was looked at before: two equal stamps of a path say
+/// that nobody replaced the file, wrote to it or changed its attributes in between, as far as the
+/// clock of the file system can tell. Links are followed. Empty where there is no such file.
+QString stampOf(const QString& path);
 
 /// One of the sizes of a picture.
 struct PictureSize
@@ -42,12 +46,12 @@ struct Published
 {
     struct Picture
     {
-        FileStamp stamp; ///< of the photograph, before it was read
+        QString stamp; ///< of the photograph, before it was read
         QByteArray content; ///< its SHA-1, in hexadecimal digits
         QString siteName;
         bool imported = false; ///< false: it failed, and would again
         bool ofProduct = false;
-        QMap<QString, FileStamp> files; ///< by their places; more than there are while it fails
+        QMap<QString, QString> files; ///< stamps by place; empty of one that may not be there
         PublishedPicture picture; ///< where it was imported
     };
 
@@ -62,7 +66,7 @@ struct Published
     bool anything = false; ///< this process has completed a run
     QString project; ///< tells projects apart; empty where none was published
     QMap<QString, Picture> pictures; ///< by the name of the photograph
-    FileStamp shopFile;
+    QMap<QString, QPair<QString, QString>> staticFiles; ///< stamps of each and of its copy, by name
     QStringList shopPages; ///< the files of the shop in the site, none without one
     QStringList sheetPages; ///< those of the contact sheet
 };

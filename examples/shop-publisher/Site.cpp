@@ -3,21 +3,15 @@
 
 #include "Site.h"
 
-#include "LockFile.h"
-#include "MoveOver.h"
-
 #include <FileUtils.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
-
-#ifndef Q_OS_WIN
-#include <fcntl.h>
-#endif
 
 namespace {
 
@@ -63,6 +57,11 @@ QString draftsPattern(QLatin1String six)
     return ownPrefix + QLatin1Char('-') + six;
 }
 
+QString textOfError(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
 /// Whether an earlier version of the program, which kept no record, has made the site.
 bool isFormerSite(const QString& folder)
 {
@@ -77,37 +76,6 @@ bool holds(const QString& path, const QByteArray& content)
     QFile file(path);
     return !QFileInfo(path).isSymLink() && file.open(QIODevice::ReadOnly)
         && file.size() == content.size() && file.readAll() == content;
-}
-
-QString lockPath(const QString& draftsFolder)
-{
-    return draftsFolder + QLatin1String("/lock");
-}
-
-/// The lock of a working folder, which goes with its process, however old it gets.
-std::unique_ptr<QLockFile> lockOf(const QString& draftsFolder)
-{
-    auto lock = std::make_unique<QLockFile>(lockPath(draftsFolder));
-    lock->setStaleLockTime(0);
-    return lock;
-}
-
-/// Lets two folders change places in one step. False where the system cannot.
-bool exchange(const QString& one, const QString& other)
-{
-    const QByteArray oneName = QFile::encodeName(one);
-    const QByteArray otherName = QFile::encodeName(other);
-#if defined(Q_OS_LINUX) && defined(RENAME_EXCHANGE)
-    return ::renameat2(AT_FDCWD, oneName.constData(), AT_FDCWD, otherName.constData(),
-                       RENAME_EXCHANGE)
-        == 0;
-#elif defined(Q_OS_MACOS) && defined(RENAME_SWAP)
-    return ::renamex_np(oneName.constData(), otherName.constData(), RENAME_SWAP) == 0;
-#else
-    Q_UNUSED(oneName)
-    Q_UNUSED(otherName)
-    return false;
-#endif
 }
 
 } // namespace
@@ -175,32 +143,27 @@ QString Site::ownersRefusal() const
 
 Site::Opened Site::open(QString* reason)
 {
-    if (!FileUtils::fileMkPath(mFolder + QLatin1String("/index.html"), nullptr)) {
+    if (!FileUtils::fileMkPath(recordPath())) {
         *reason = tr("The folder %1 cannot be made.").arg(mFolder);
         return NotWritable;
     }
-    const QString lock = mFolder + QLatin1Char('/') + ownPrefix + QLatin1String(".lock");
-    mLock = std::make_unique<QLockFile>(lock);
-    mLock->setStaleLockTime(0);
-    if (!mLock->tryLock(0) && !(LockFile::removeNobodys(lock) && mLock->tryLock(0))
-        && mLock->error() == QLockFile::LockFailedError) {
+    const QString locked = mFolder + QLatin1Char('/') + ownPrefix;
+    if (!mLock.openNewProjectFile(locked)
+        && QFileInfo::exists(locked + ProjectFileLocker::suffixLockedFile())) {
         *reason = tr("Another instance publishes into SITE (%1).").arg(mFolder);
         return InUse;
     }
     errno = 0;
-    if (mLock->isLocked()) {
+    if (mLock.isLocked()) {
         removeLeftBehind();
         mDrafts = std::make_unique<QTemporaryDir>(mFolder + QLatin1Char('/')
                                                   + draftsPattern(QLatin1String("XXXXXX")));
     }
-    if (mDrafts && mDrafts->isValid()) {
-        mDraftsLock = lockOf(mDrafts->path());
-        if (mDraftsLock->tryLock(0))
-            return Ready;
-    }
+    if (mDrafts && mDrafts->isValid())
+        return Ready;
     const bool isDenied = !QFileInfo(mFolder).isWritable();
     *reason = tr("The folder %1 cannot be written to (%2).")
-                  .arg(mFolder, QString::fromLocal8Bit(std::strerror(isDenied ? EACCES : errno)));
+                  .arg(mFolder, textOfError(isDenied ? EACCES : errno));
     return NotWritable;
 }
 
@@ -215,20 +178,13 @@ QString Site::recordPath() const
     return mFolder + QLatin1Char('/') + Published::fileName();
 }
 
-/// Removes the working folders of programs that were killed. One of a program that runs, for
-/// another project or without a lock, is locked.
+/// Removes the working folders of programs that were killed: of one that runs the site is locked.
 void Site::removeLeftBehind() const
 {
     const QStringList names = QDir(mFolder).entryList({draftsPattern(QLatin1String("??????"))},
                                                       QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString& name : names) {
-        const QString folder = mFolder + QLatin1Char('/') + name;
-        const std::unique_ptr<QLockFile> lock = lockOf(folder);
-        if (lock->tryLock(0) || LockFile::removeNobodys(lockPath(folder))) {
-            lock->unlock();
-            QDir(folder).removeRecursively();
-        }
-    }
+    for (const QString& name : names)
+        QDir(mFolder + QLatin1Char('/') + name).removeRecursively();
 }
 
 bool Site::overlaps(const QString& folder) const
@@ -241,131 +197,157 @@ bool Site::contains(const QString& absolutePath) const
     return liesIn(absolutePath, mFolder);
 }
 
-QString Site::draft(const QString& name) const
+QString Site::path(const QString& place) const
 {
-    return mDrafts->path() + QLatin1Char('/') + name;
+    return mFolder + QLatin1Char('/') + place;
 }
 
-bool Site::publish(const QString& draftPath, const QString& place, QString* reason)
+QString Site::draft(const QString& place)
 {
-    if (!makeFolderFor(place, reason))
-        return false;
-    const QString target = mFolder + QLatin1Char('/') + place;
-    QString why;
-    if (!moveOver(draftPath, target, &why)) {
-        *reason = tr("cannot be written to %1 (%2)").arg(place, why);
-        return false;
+    // The suffix stays: it is part of how readers recognise a file.
+    const QString suffix = QFileInfo(place).suffix();
+    return mDrafts->path() + QLatin1Char('/') + QString::number(++mLastDraft)
+        + (suffix.isEmpty() ? suffix : QLatin1Char('.') + suffix);
+}
+
+/// Why no file can be at \a place after the next commit(), empty where one can.
+QString Site::obstacle(const QString& place) const
+{
+    const auto goes = [this](const QString& file) { return mRemovals.contains(file); };
+    const QStringList parts = place.split(QLatin1Char('/'));
+    for (int i = 1; i < parts.size(); ++i) {
+        const QString folder = QStringList(parts.mid(0, i)).join(QLatin1Char('/'));
+        const QFileInfo info(path(folder));
+        if (info.isSymLink())
+            return tr("cannot be written: %1 is a link that leads out of the site").arg(folder);
+        if (info.exists() && !info.isDir() && !goes(folder))
+            return tr("cannot be written: the folder %1 cannot be made").arg(folder);
+    }
+    const auto isBelow = [&place](const QString& file) {
+        return file.startsWith(place + QLatin1Char('/'));
+    };
+    const QFileInfo info(path(place));
+    if (!parts.last().isEmpty() && info.isDir() && !info.isSymLink()
+        && std::none_of(mRemovals.begin(), mRemovals.end(), isBelow))
+        return tr("cannot be written to %1 (%2)").arg(place, textOfError(EISDIR));
+    return QString();
+}
+
+/// Whether nothing stands at \a place, nor in its way, so that nothing is lost when a file comes
+/// there.
+bool Site::isFree(const QString& place) const
+{
+    for (int slash = int(place.indexOf(QLatin1Char('/'))); slash >= 0;
+         slash = int(place.indexOf(QLatin1Char('/'), slash + 1))) {
+        if (mRemovals.contains(place.left(slash)))
+            return false;
+    }
+    const QFileInfo there(path(place));
+    return !there.exists() && !there.isSymLink();
+}
+
+bool Site::put(const QVector<Draft>& drafts, QString* reason)
+{
+    for (const Draft& draft : drafts) {
+        *reason = obstacle(draft.place);
+        if (!reason->isEmpty())
+            return false;
+    }
+    const bool isNew = std::all_of(drafts.begin(), drafts.end(),
+                                   [this](const Draft& draft) { return isFree(draft.place); });
+    for (const Draft& draft : drafts) {
+        if (!isNew)
+            mMoves.insert(draft.place, draft.path);
+        else if (!move(draft, reason))
+            return false;
     }
     return true;
 }
 
-bool Site::publishFolder(const QString& draftPath, const QString& folder, QString* reason)
+bool Site::write(const SiteFile& file, QString* reason)
 {
-    const QString target = mFolder + QLatin1Char('/') + folder;
-    const QFileInfo there(target);
-    if (there.isSymLink()) {
-        *reason = tr("cannot be written: %1 is a link that leads out of the site").arg(folder);
-        return false;
-    }
-    if (there.exists() && !there.isDir()) {
-        *reason = tr("cannot be written (a file of that name is in the way)");
-        return false;
-    }
-    if (there.exists() && exchange(draftPath, target)) {
-        QDir(draftPath).removeRecursively();
+    if (holds(path(file.place), file.content))
         return true;
-    }
-    // In two steps, between which there is none.
-    const QString old = draft(QStringLiteral("old-") + folder);
-    if (there.exists() && !QDir().rename(target, old)) {
-        *reason = tr("cannot be written: the old folder cannot be moved away");
+    const QString made = draft(file.place);
+    QString why;
+    if (!FileUtils::replaceFileContent(made, file.content, &why)) {
+        *reason = tr("cannot be written (%1)").arg(why);
         return false;
     }
-    if (!QDir().rename(draftPath, target)) {
-        *reason = tr("cannot be written: the folder %1 cannot be made").arg(folder);
-        QDir().rename(old, target);
-        return false;
-    }
-    QDir(old).removeRecursively();
+    mMoves.insert(file.place, made);
     return true;
 }
 
-bool Site::remove(const QString& place, QString* reason) const
+bool Site::writeRecord(const Published& record, QString* reason)
+{
+    QString why;
+    const QString made = draft(Published::fileName());
+    if (FileUtils::replaceFileContent(made, record.toJson(), &why)
+        && move({made, Published::fileName()}, &why))
+        return true;
+    *reason = tr("cannot be written (%1)").arg(why);
+    return false;
+}
+
+void Site::remove(const QString& place)
+{
+    mRemovals.insert(place);
+}
+
+QVector<Site::Failure> Site::commit()
+{
+    QVector<Failure> failures;
+    QString reason;
+    // First what goes: a folder may get the name of a file, and on some systems "a.jpg" is "A.JPG".
+    const QSet<QString> removals = mRemovals;
+    for (const QString& place : removals) {
+        if (!removeNow(place, &reason))
+            failures.append({place, reason});
+    }
+    for (auto it = mMoves.cbegin(); it != mMoves.cend(); ++it) {
+        if (!move({it.value(), it.key()}, &reason))
+            failures.append({it.key(), reason});
+    }
+    forget();
+    return failures;
+}
+
+void Site::forget()
+{
+    mRemovals.clear();
+    mMoves.clear();
+}
+
+bool Site::move(const Draft& draft, QString* reason) const
+{
+    QString why;
+    if (FileUtils::fileMkPath(path(draft.place))
+        && FileUtils::moveOver(draft.path, path(draft.place), &why))
+        return true;
+    *reason = tr("cannot be written to %1 (%2)")
+                  .arg(draft.place, why.isEmpty() ? textOfError(errno) : why);
+    return false;
+}
+
+/// Takes a file away, and the folders that are empty then, down to that of all pictures.
+bool Site::removeNow(const QString& place, QString* reason) const
 {
     QStringList parts = place.split(QLatin1Char('/'));
-    QString folder = mFolder;
-    for (int i = 0; i + 1 < parts.size(); ++i) {
-        folder += QLatin1Char('/') + parts.at(i);
-        if (QFileInfo(folder).isSymLink()) {
-            *reason = tr("cannot be removed: %1 is a link that leads out of the site")
-                          .arg(QStringList(parts.mid(0, i + 1)).join(QLatin1Char('/')));
+    for (int i = 1; i < parts.size(); ++i) {
+        const QString folder = QStringList(parts.mid(0, i)).join(QLatin1Char('/'));
+        if (QFileInfo(path(folder)).isSymLink()) {
+            *reason = tr("cannot be removed: %1 is a link that leads out of the site").arg(folder);
             return false;
         }
     }
-    const QString target = mFolder + QLatin1Char('/') + place;
-    const QFileInfo info(target);
-    if (info.exists() || info.isSymLink()) {
-        QFile file(target);
-        if (!file.remove()) {
-            *reason = tr("cannot be removed from %1 (%2)").arg(place, file.errorString());
-            return false;
-        }
+    QFile file(path(place));
+    if ((file.exists() || QFileInfo(file).isSymLink()) && !file.remove()) {
+        *reason = tr("cannot be removed from %1 (%2)").arg(place, file.errorString());
+        return false;
     }
-    // Down to, and without, the folder of all pictures. One that holds something stays.
     for (parts.removeLast(); parts.size() > 1; parts.removeLast()) {
-        if (!QDir().rmdir(mFolder + QLatin1Char('/') + parts.join(QLatin1Char('/'))))
+        if (!QDir().rmdir(path(parts.join(QLatin1Char('/')))))
             break;
-    }
-    return true;
-}
-
-bool Site::write(const QVector<SiteFile>& wanted, SiteFile* failed, QString* reason)
-{
-    QVector<SiteFile> files;
-    for (const SiteFile& file : wanted) {
-        if (!holds(mFolder + QLatin1Char('/') + file.place, file.content))
-            files.append(file);
-    }
-    for (int i = 0; i < files.size(); ++i) {
-        *failed = files.at(i);
-        if (!makeFolderFor(failed->place, reason))
-            return false;
-        const QFileInfo target(mFolder + QLatin1Char('/') + failed->place);
-        if (target.isDir() && !target.isSymLink()) {
-            *reason = tr("cannot be written (a folder of that name is in the way)");
-            return false;
-        }
-        QFile file(draft(QString::number(i)));
-        if (!file.open(QIODevice::WriteOnly)
-            || file.write(failed->content) != failed->content.size() || !file.flush()) {
-            *reason = tr("cannot be written (%1)").arg(file.errorString());
-            return false;
-        }
-    }
-    for (int i = 0; i < files.size(); ++i) {
-        *failed = files.at(i);
-        if (!publish(draft(QString::number(i)), failed->place, reason))
-            return false;
-    }
-    return true;
-}
-
-bool Site::makeFolderFor(const QString& place, QString* reason) const
-{
-    const QStringList parts = place.split(QLatin1Char('/'));
-    QString folder = mFolder;
-    for (int i = 0; i + 1 < parts.size(); ++i) {
-        folder += QLatin1Char('/') + parts.at(i);
-        const QString shown = QStringList(parts.mid(0, i + 1)).join(QLatin1Char('/'));
-        const QFileInfo info(folder);
-        if (info.isSymLink()) {
-            *reason = tr("cannot be written: %1 is a link that leads out of the site").arg(shown);
-            return false;
-        }
-        if (!info.isDir() && !QDir().mkdir(folder)) {
-            *reason = tr("cannot be written: the folder %1 cannot be made").arg(shown);
-            return false;
-        }
     }
     return true;
 }

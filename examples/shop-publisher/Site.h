@@ -13,9 +13,12 @@
 #include "Project.h"
 #include "Published.h"
 
+#include <ProjectFileLocker.h>
+
 #include <QByteArray>
 #include <QCoreApplication>
-#include <QLockFile>
+#include <QMap>
+#include <QSet>
 #include <QString>
 #include <QTemporaryDir>
 #include <QVector>
@@ -68,40 +71,70 @@ public:
     /// True when the file lies in the site, so that publishing could replace it.
     bool contains(const QString& absolutePath) const;
 
-    /// Absolute path for a file \a name in the making. The working folder and what is left in it
-    /// go with this object.
-    QString draft(const QString& name) const;
+    /// Absolute path of what stands at \a place, a path below the site such as "images/a.jpg".
+    QString path(const QString& place) const;
 
-    /// Moves a finished draft to \a place, a path below the site such as "images/a.jpg", replacing
-    /// what stands there. Missing folders are made; a folder that is a link is refused, because it
-    /// leads out of the site. On failure \a reason says why.
-    bool publish(const QString& draftPath, const QString& place, QString* reason);
+    /// Absolute path for a new file in the making, which is to come to \a place. The working folder
+    /// and what is left in it go with this object.
+    QString draft(const QString& place);
 
-    /// Moves a finished folder to \a folder, a name in the site such as "static", in the place of
-    /// the one that stands there; what was in that one goes. In one step where the system has one
-    /// for it (Linux, macOS from 10.12). A link is refused. On failure \a reason says why, and the
-    /// old folder is where it was.
-    bool publishFolder(const QString& draftPath, const QString& folder, QString* reason);
+    /// A file that is complete.
+    struct Draft
+    {
+        QString path;
+        QString place;
+    };
 
-    /// Takes the file at \a place away, as publish() put it there, and the sub-folders that are
-    /// empty then. A file that is not there is fine. On failure \a reason says why.
-    bool remove(const QString& place, QString* reason) const;
+    /// Why no file can come to \a place, or into it where it ends with "/"; empty where one can.
+    QString obstacle(const QString& place) const;
 
-    /// Writes files that belong together and are not there already, byte for byte, for example the
-    /// pages of the shop. All are made complete before the first of them goes to its place, so that
-    /// a disk which is full leaves the old ones as they were. On failure \a failed is the file and
-    /// \a reason says why.
-    bool write(const QVector<SiteFile>& wanted, SiteFile* failed, QString* reason);
+    /// Brings \a drafts, which belong together, to their places. Where none of them stands in the
+    /// place of another file they go there at once, so that a long run that is killed leaves them
+    /// to the next one; otherwise with commit(). Missing folders are made; a folder that is a link
+    /// is refused, because it leads out of the site. On failure \a reason says why.
+    bool put(const QVector<Draft>& drafts, QString* reason);
+
+    /// Writes a small file, which goes to its place with commit(), unless it is there already, byte
+    /// for byte. There is no obstacle() to it. On failure, as on a full disk, \a reason says why.
+    bool write(const SiteFile& file, QString* reason);
+
+    /// Whether a file is to go to \a place with commit().
+    bool isAwaited(const QString& place) const { return mMoves.contains(place); }
+
+    /// Writes what record() will read, at once.
+    bool writeRecord(const Published& record, QString* reason);
+
+    /// Takes the file at \a place away with the next commit(), and the sub-folders that are empty
+    /// then. One that is not there is fine.
+    void remove(const QString& place);
+
+    /// What could not be done, and why.
+    struct Failure
+    {
+        QString place;
+        QString reason;
+    };
+
+    /// Makes the new site of the old one. All drafts are complete by then, so that this needs no
+    /// room on the disk and next to no time.
+    QVector<Failure> commit();
+
+    /// Leaves the old site as it is.
+    void forget();
 
 private:
     QString recordPath() const;
     void removeLeftBehind() const;
-    bool makeFolderFor(const QString& place, QString* reason) const;
+    bool isFree(const QString& place) const;
+    bool move(const Draft& draft, QString* reason) const;
+    bool removeNow(const QString& place, QString* reason) const;
 
     QString mFolder;
-    std::unique_ptr<QLockFile> mLock;
+    ProjectFileLocker mLock;
     std::unique_ptr<QTemporaryDir> mDrafts;
-    std::unique_ptr<QLockFile> mDraftsLock;
+    int mLastDraft = 0;
+    QSet<QString> mRemovals;
+    QMap<QString, QString> mMoves; ///< drafts by place
 };
 
 #endif // SITE_H

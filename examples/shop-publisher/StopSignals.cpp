@@ -48,9 +48,12 @@ StopSignals::StopSignals()
         ::fcntl(end, F_SETFL, O_NONBLOCK);
         ::fcntl(end, F_SETFD, FD_CLOEXEC);
     }
-    caught = 0;
-    mNotifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
-    connect(mNotifier, &QSocketNotifier::activated, this, &StopSignals::onCaught);
+    connect(new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this),
+            &QSocketNotifier::activated, this, [this] {
+                char byte = 0;
+                while (::read(pipeEnds[0], &byte, 1) > 0) { }
+                Q_EMIT stopRequested();
+            });
 
     for (const int signal : caughtSignals) {
         struct sigaction before = {};
@@ -61,30 +64,4 @@ StopSignals::StopSignals()
         action.sa_flags = SA_RESTART;
         ::sigaction(signal, &action, nullptr);
     }
-}
-
-StopSignals::~StopSignals()
-{
-    for (const int signal : caughtSignals) {
-        struct sigaction action = {};
-        // After the first one, a second still ends the program in an orderly way.
-        if (caught == 0 && ::sigaction(signal, nullptr, &action) == 0
-            && action.sa_handler == passOn) {
-            action.sa_handler = SIG_DFL;
-            ::sigaction(signal, &action, nullptr);
-        }
-    }
-    delete mNotifier;
-    for (int& end : pipeEnds) {
-        if (end >= 0)
-            ::close(end);
-        end = -1;
-    }
-}
-
-void StopSignals::onCaught()
-{
-    char bytes[64];
-    while (::read(pipeEnds[0], bytes, sizeof bytes) > 0) { }
-    Q_EMIT stopRequested();
 }

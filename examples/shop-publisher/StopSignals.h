@@ -8,11 +8,9 @@
 
 #include <QObject>
 
-class QSocketNotifier;
-
-/// Catches SIGINT (Ctrl-C), SIGTERM and SIGHUP (the terminal was closed) for as long as it lives.
-/// One that the program was started to ignore, as by nohup, stays ignored. The first asks the
-/// program to stop, the second ends it at once with the exit code 130. One object at a time.
+/// Catches SIGINT (Ctrl-C), SIGTERM and SIGHUP (the terminal was closed) from now on. One that the
+/// program was started to ignore, as by nohup, stays ignored. The first asks the program to stop,
+/// the second ends it at once with the exit code 130. One object in a program.
 class StopSignals : public QObject
 {
     Q_OBJECT
@@ -20,19 +18,11 @@ class StopSignals : public QObject
 public:
     /// The application object exists.
     StopSignals();
-    ~StopSignals() override;
 
 Q_SIGNALS:
     /// The user, or the system, asks the program to stop. Comes from the event loop, also for a
     /// signal that was caught before it ran.
     void stopRequested();
-
-private:
-    Q_DISABLE_COPY(StopSignals)
-
-    void onCaught();
-
-    QSocketNotifier* mNotifier = nullptr;
 };
 
 #endif // STOPSIGNALS_H

@@ -11,7 +11,7 @@ namespace {
 
 const UINT exitCodeOfSecond = 130;
 
-/// The object that lives, and how often the user asked. Windows calls from a thread of its own.
+/// The object, and how often the user asked. Windows calls from a thread of its own.
 StopSignals* volatile listener = nullptr;
 volatile LONG caught = 0;
 
@@ -32,12 +32,4 @@ StopSignals::StopSignals()
     caught = 0;
     listener = this;
     SetConsoleCtrlHandler(passOn, TRUE);
-}
-
-StopSignals::~StopSignals()
-{
-    // After the first one, a second still ends the program in an orderly way.
-    if (caught == 0)
-        SetConsoleCtrlHandler(passOn, FALSE);
-    listener = nullptr;
 }

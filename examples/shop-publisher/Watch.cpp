@@ -3,8 +3,6 @@
 
 #include "Watch.h"
 
-#include "Console.h"
-
 #include <QFileInfo>
 
 #include <algorithm>
@@ -15,43 +13,32 @@ const int quietMilliseconds = 100;
 /// However restless the project is, so long after the first change something is published.
 const int patienceMilliseconds = 2000;
 
-/// \a failure is that of a picture in \a names.
-bool isOfAny(const ErrorableCode& failure, const QSet<QString>& names)
-{
-    return std::any_of(names.begin(), names.end(), [&failure](const QString& name) {
-        return failure.details.startsWith(name + QLatin1String(": "));
-    });
-}
-
 } // namespace
 
 Watch::Watch(const Project& project, Site* site, Published* published,
-             const PublicationOptions& options, bool quiet, bool verbose)
+             const PublicationOptions& options, Console* console)
     : mProject(project)
     , mSite(site)
     , mPublished(published)
     , mOptions(options)
-    , mQuiet(quiet)
-    , mVerbose(verbose)
-    , mStaticMirror(project, site)
+    , mConsole(console)
 {
     mQuietMoment.setSingleShot(true);
     connect(&mQuietMoment, &QTimer::timeout, this, &Watch::publish);
-    connect(&mPhotographs, &DirectoryWatcher::addedFiles, this, &Watch::onPhotograph);
-    connect(&mPhotographs, &DirectoryWatcher::modifiedFile, this, &Watch::onPhotograph);
-    connect(&mPhotographs, &DirectoryWatcher::deletedFile, this, &Watch::onPhotograph);
+    for (const DirectoryWatcher* watcher : {&mPhotographs, &mStaticFiles}) {
+        connect(watcher, &DirectoryWatcher::addedFiles, this, &Watch::onFile);
+        connect(watcher, &DirectoryWatcher::modifiedFile, this, &Watch::onFile);
+        connect(watcher, &DirectoryWatcher::deletedFile, this, &Watch::onFile);
+        connect(watcher, &DirectoryWatcher::unwatched, this,
+                [this](const QStringList& paths, const QString& reason) {
+                    mConsole->complain(
+                        "unwatched",
+                        tr("Changes of %n file(s) may be missed: %1", nullptr, int(paths.size()))
+                            .arg(reason));
+                });
+    }
     connect(&mProjectFolder, &QFileSystemWatcher::directoryChanged, this, &Watch::onProjectFolder);
     connect(&mProjectFolder, &QFileSystemWatcher::fileChanged, this, &Watch::onProjectFolder);
-
-    const auto staticFileChanged = [this] {
-        mNewsOfStaticFiles = true;
-        soon();
-    };
-    connect(&mStaticMirror, &StaticMirror::changed, this, staticFileChanged);
-    connect(&mStaticMirror, &StaticMirror::copied, this,
-            [this](const QString& place) { say(tr("Copied: %1").arg(place)); });
-    connect(&mStaticMirror, &StaticMirror::removed, this,
-            [this](const QString& place) { say(tr("Removed: %1").arg(place)); });
 }
 
 Watch::~Watch() = default;
@@ -64,10 +51,9 @@ void Watch::run(const QVector<ErrorableCode>& told)
         mToldFailures.append(failure.details);
     mProjectFolder.addPath(mProject.folder());
     // What changed between the publication and now is found by looking: the watchers come first.
-    mNewsOfPhotographs = true;
-    mNewsOfStaticFiles = true;
     onProjectFolder();
-    say(tr("Watching %1, Ctrl-C ends").arg(mProject.folder()));
+    mConsole->say("watching", {{QStringLiteral("folder"), mProject.folder()}},
+                  tr("Watching %1, Ctrl-C ends").arg(mProject.folder()));
     mLoop.exec();
 }
 
@@ -82,12 +68,19 @@ void Watch::stop()
     mLoop.quit();
 }
 
-void Watch::onPhotograph(const QString& path)
+/// One that comes back in another's place is followed by the watcher itself.
+void Watch::follow(DirectoryWatcher* watcher, const QString& folder)
 {
-    if (!Project::isPhotographName(QFileInfo(path).fileName()))
-        return;
-    mChanged.insert(path.mid(mProject.photosFolder().size() + 1));
-    mNewsOfPhotographs = true;
+    if (watcher->watchedFolders() == 0 && QFileInfo(folder).isDir())
+        watcher->setPath(folder);
+}
+
+void Watch::onFile(const QString& path)
+{
+    const QString photographs = mProject.photosFolder() + QLatin1Char('/');
+    mChanged.insert(path.startsWith(photographs)
+                        ? path.mid(photographs.size())
+                        : Project::staticName() + path.mid(mProject.staticFolder().size()));
     soon();
 }
 
@@ -97,32 +90,15 @@ void Watch::onProjectFolder()
 {
     if (QFileInfo::exists(mProject.shopFile()))
         mProjectFolder.addPath(mProject.shopFile()); // a file that took its place, too
-    followPhotographs();
-    if (mStaticMirror.follow())
-        mNewsOfStaticFiles = true;
-    // What is published belongs to the thread while that runs.
-    if (mThread || FileStamp::of(mProject.shopFile()) != mPublished->shopFile)
-        mNewsOfPhotographs = true;
-    if (mNewsOfPhotographs || mNewsOfStaticFiles)
-        soon();
-}
-
-void Watch::followPhotographs()
-{
-    const FileStamp folder = FileStamp::of(mProject.photosFolder());
-    if (folder.isSameFile(mFollowedFolder))
-        return;
-    mFollowedFolder = folder;
-    mNewsOfPhotographs = true;
-    if (folder.exists() && !mPhotographs.setPath(mProject.photosFolder()))
-        Console::printError(
-            Console::printable(tr("Not everything in %1 can be watched, so changes may be missed.")
-                                   .arg(mProject.photosFolder()))
-            + QLatin1Char('\n'));
+    follow(&mPhotographs, mProject.photosFolder());
+    if (!mProject.staticFolder().isEmpty())
+        follow(&mStaticFiles, mProject.staticFolder());
+    soon();
 }
 
 void Watch::soon()
 {
+    mHasNews = true;
     if (mStopped || mThread)
         return; // onPublished() comes back to it
     if (!mQuietMoment.isActive())
@@ -135,11 +111,7 @@ void Watch::publish()
 {
     if (mStopped)
         return; // the loop is about to end
-    if (mNewsOfStaticFiles)
-        settleStaticFiles();
-    if (!mNewsOfPhotographs)
-        return;
-    mNewsOfPhotographs = false;
+    mHasNews = false;
     mPublication = std::make_unique<Publication>(mProject, mSite, mPublished, mOptions, mChanged);
     mChanged.clear();
     mThread = std::make_unique<PublicationThread>(mPublication.get());
@@ -150,52 +122,42 @@ void Watch::publish()
 void Watch::onPublished()
 {
     mThread->wait();
-    const QStringList imported = mPublication->importedNames();
-    for (const QString& name : imported)
-        say(tr("Imported: %1").arg(name));
-    const QStringList removed = mPublication->removedNames();
-    for (const QString& name : removed)
-        say(tr("Removed: %1").arg(name));
-    if (mPublication->pageWritten())
-        say(tr("Written: %1").arg(QStringLiteral("index.html")));
+    const QVector<Publication::Change> changes = mPublication->changes();
+    for (const Publication::Change& change : changes)
+        mConsole->say(change.event, {{QStringLiteral("name"), change.name}},
+                      tr(change.text).arg(change.name));
+    const QSet<QString> overtaken = mPublication->overtaken();
+    mChanged += overtaken;
+    mHasNews = mHasNews || !overtaken.isEmpty();
+    mConsole->report(newFailures());
 
-    const QStringList overtaken = mPublication->overtakenNames();
-    for (const QString& name : overtaken) {
-        mChanged.insert(name);
-        mNewsOfPhotographs = true;
-    }
+    mThread.reset();
+    mPublication.reset();
+    if (mStopped)
+        mLoop.quit();
+    else if (mHasNews)
+        soon();
+}
 
+/// Those that were not told before. One of a file that was written to, or went, meanwhile is left
+/// out: it is looked at again.
+QVector<ErrorableCode> Watch::newFailures()
+{
+    const auto isOvertaken = [this](const ErrorableCode& failure) {
+        return std::any_of(mChanged.begin(), mChanged.end(), [&failure](const QString& name) {
+            return failure.details.startsWith(name + QLatin1String(": "));
+        });
+    };
     QVector<ErrorableCode> news;
     QStringList failures;
     const QVector<ErrorableCode> all = mPublication->failures();
     for (const ErrorableCode& failure : all) {
-        // One that was written to, or went, meanwhile is looked at again.
-        if (isOfAny(failure, mChanged))
+        if (isOvertaken(failure))
             continue;
         if (!mToldFailures.contains(failure.details))
             news.append(failure);
         failures.append(failure.details);
     }
     mToldFailures = failures;
-    Console(mQuiet).report(news, mVerbose);
-
-    mThread.reset();
-    mPublication.reset();
-    if (mStopped)
-        mLoop.quit();
-    else if (mNewsOfPhotographs || mNewsOfStaticFiles)
-        soon();
-}
-
-void Watch::settleStaticFiles()
-{
-    mNewsOfStaticFiles = false;
-    const QStringList failures = mStaticMirror.settle();
-    for (const QString& failure : failures)
-        Console::printError(Console::printable(failure) + QLatin1Char('\n'));
-}
-
-void Watch::say(const QString& text) const
-{
-    Console(mQuiet).say(text);
+    return news;
 }

@@ -6,11 +6,10 @@
 #ifndef WATCH_H
 #define WATCH_H
 
-#include "FileStamp.h"
+#include "Console.h"
 #include "Project.h"
 #include "Publication.h"
 #include "Site.h"
-#include "StaticMirror.h"
 
 #include <DirectoryWatcher.h>
 
@@ -34,7 +33,7 @@ class Watch : public QObject
 public:
     /// All outlive this object; \a site is open, and \a published is what was published into it.
     Watch(const Project& project, Site* site, Published* published,
-          const PublicationOptions& options, bool quiet, bool verbose);
+          const PublicationOptions& options, Console* console);
     ~Watch() override;
 
     /// Returns when stop() was called, before or meanwhile, and a publication that runs has
@@ -44,32 +43,28 @@ public:
     void stop();
 
 private:
-    void onPhotograph(const QString& path);
+    void follow(DirectoryWatcher* watcher, const QString& folder);
+    void onFile(const QString& path);
     void onProjectFolder();
-    void followPhotographs();
     void soon();
     void publish();
     void onPublished();
-    void settleStaticFiles();
-    void say(const QString& text) const;
+    QVector<ErrorableCode> newFailures();
 
     const Project& mProject;
     Site* const mSite;
     Published* const mPublished;
     const PublicationOptions mOptions;
-    const bool mQuiet;
-    const bool mVerbose;
+    Console* const mConsole;
 
     QEventLoop mLoop;
     QFileSystemWatcher mProjectFolder;
     DirectoryWatcher mPhotographs;
-    FileStamp mFollowedFolder;
-    StaticMirror mStaticMirror;
+    DirectoryWatcher mStaticFiles;
     QTimer mQuietMoment;
     QElapsedTimer mFirstNews;
-    QSet<QString> mChanged; // names of photographs
-    bool mNewsOfPhotographs = false;
-    bool mNewsOfStaticFiles = false;
+    QSet<QString> mChanged; // names of files, as failures name them
+    bool mHasNews = false;
     bool mStopped = false;
     QStringList mToldFailures; // what is wrong for long is told once
 

@@ -11,8 +11,8 @@
 #include "CommandLine.h"
 #include "Console.h"
 #include "Languages.h"
+#include "NewProject.h"
 #include "Project.h"
-#include "ProjectLock.h"
 #include "Publication.h"
 #include "ShopPage.h"
 #include "Site.h"
@@ -20,10 +20,13 @@
 #include "Watch.h"
 
 #include <CoreApplicationUtils.h>
+#include <ProjectFileLocker.h>
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QJsonArray>
 
 #include <csignal>
 #include <memory>
@@ -73,23 +76,16 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char* argv[])
     return application;
 }
 
-ExitCode refuse(const QString& reason)
+ExitCode refuse(const Console& console, const QString& reason)
 {
-    Console::printError(QLatin1String("shop-publisher: ") + Console::printable(reason)
-                        + QLatin1Char('\n') + Program::tr("Try 'shop-publisher --help' for more.")
-                        + QLatin1Char('\n'));
+    console.complain("refused", reason, Program::tr("Try 'shop-publisher --help' for more."));
     return BadUsage;
 }
 
-/// Another instance works on the project: \a reason says, line by line, which.
-ExitCode refuseOpenProject(const QString& reason)
+/// Another instance works on the project or the site: \a reason says, line by line, which.
+ExitCode refuseOpenProject(const Console& console, const QString& reason)
 {
-    QString shown;
-    const QStringList lines = reason.split(QLatin1Char('\n'));
-    for (const QString& line : lines)
-        shown += (shown.isEmpty() ? QLatin1String("shop-publisher: ") : QLatin1String("  "))
-            + Console::printable(line) + QLatin1Char('\n');
-    Console::printError(shown);
+    console.complain("refused", reason);
     return ProjectIsOpen;
 }
 
@@ -97,10 +93,11 @@ ExitCode refuseOpenProject(const QString& reason)
 void runToItsEnd(PublicationThread* thread, StopSignals* stopSignals, Console* console)
 {
     QEventLoop loop;
-    // The texts by value: the copy that the thread keeps is let go after this one, and the thread
+    // The text by value: the copy that the thread keeps is let go after this one, and the thread
     // sanitizer sees it by the count of the two.
-    QObject::connect(thread, &Thread::progressThread, &loop,
-                     [console](QString whole, QString step) { console->progress(whole, step); });
+    QObject::connect(
+        thread, &Thread::progressed, &loop,
+        [console](int done, int total, QString step) { console->progress(done, total, step); });
     QObject::connect(stopSignals, &StopSignals::stopRequested, thread,
                      &Thread::requestInterruption);
     QObject::connect(thread, &QThread::finished, &loop, &QEventLoop::quit);
@@ -110,33 +107,47 @@ void runToItsEnd(PublicationThread* thread, StopSignals* stopSignals, Console* c
     console->end();
 }
 
-void summarise(const Publication& publication, const Site& site, Console* console)
+void tellUnpublished(const Publication& publication, const Console& console)
 {
+    const QStringList names = publication.unpublished();
+    if (!names.isEmpty())
+        console.say("unpublished", {{QStringLiteral("names"), QJsonArray::fromStringList(names)}},
+                    Program::tr("Not published, because of their kind: %1")
+                        .arg(names.join(QLatin1String(", "))));
+}
+
+void summarise(const Publication& publication, const Site& site, const Console& console)
+{
+    QJsonObject facts{{QStringLiteral("photographs"), publication.photographs()},
+                      {QStringLiteral("imported"), publication.imported()}};
     const QString page = site.folder() + QLatin1String("/index.html");
-    if (publication.stopped())
-        console->say(Program::tr("Stopped: %1 of %n photograph(s) imported, no page written",
-                                 nullptr, publication.photographs())
-                         .arg(publication.imported()));
-    else if (!publication.pageWritten())
-        return;
-    else
-        console->say(
+    if (publication.stopped()) {
+        console.say("stopped", facts,
+                    Program::tr("Stopped: %1 of %n photograph(s) imported, no page written",
+                                nullptr, publication.photographs())
+                        .arg(publication.imported()));
+    } else if (publication.pageWritten()) {
+        facts.insert(QStringLiteral("page"), page);
+        console.say(
+            "published", facts,
             Program::tr("%1 of %n photograph(s) imported: %2", nullptr, publication.photographs())
                 .arg(QString::number(publication.imported()), page));
-    const QStringList unpublished = publication.unpublished();
-    if (!unpublished.isEmpty())
-        console->say(Program::tr("Not published, because of their kind: %1")
-                         .arg(unpublished.join(QLatin1String(", "))));
+    } else {
+        return;
+    }
+    tellUnpublished(publication, console);
     const QStringList languages = publication.shopLanguages();
-    for (const QString& language : languages)
-        console->say(Program::tr("Shop: %1")
-                         .arg(site.folder() + QLatin1Char('/') + ShopPage::fileName(language)));
+    for (const QString& language : languages) {
+        const QString shop = site.folder() + QLatin1Char('/') + ShopPage::fileName(language);
+        console.say("shop",
+                    {{QStringLiteral("language"), language}, {QStringLiteral("page"), shop}},
+                    Program::tr("Shop: %1").arg(shop));
+    }
 }
 
 ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
-                 const CommandLine& commandLine)
+                 const CommandLine& commandLine, Console* console)
 {
-    Console console(commandLine.quiet);
     Published published = site->record();
     PublicationOptions options;
     options.import.acceptTruncated = commandLine.acceptTruncated;
@@ -147,15 +158,14 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
     // A signal that comes when all is done still ends the watch.
     std::unique_ptr<Watch> watch;
     if (commandLine.watch) {
-        watch = std::make_unique<Watch>(project, site, &published, options, commandLine.quiet,
-                                        commandLine.verbose);
+        watch = std::make_unique<Watch>(project, site, &published, options, console);
         QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
     }
-    runToItsEnd(&thread, stopSignals, &console);
+    runToItsEnd(&thread, stopSignals, console);
 
     const QVector<ErrorableCode> failures = publication.failures();
-    summarise(publication, *site, &console);
-    console.report(failures, commandLine.verbose);
+    summarise(publication, *site, *console);
+    console->report(failures);
     if (publication.stopped())
         return Stopped;
     if (watch) {
@@ -163,6 +173,98 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
         return Stopped;
     }
     return failures.isEmpty() ? AllImported : SomeFailed;
+}
+
+/// Publishes nothing, and says what would fail.
+ExitCode check(const Project& project, StopSignals* stopSignals, const CommandLine& commandLine,
+               Console* console)
+{
+    PublicationOptions options;
+    options.import.acceptTruncated = commandLine.acceptTruncated;
+    options.import.jobs = commandLine.jobs;
+    Publication publication(project, nullptr, nullptr, options);
+    PublicationThread thread(&publication);
+    runToItsEnd(&thread, stopSignals, console);
+    const QVector<ErrorableCode> failures = publication.failures();
+    if (publication.stopped())
+        return Stopped;
+    if (failures.isEmpty())
+        console->say("checked", {{QStringLiteral("photographs"), publication.photographs()}},
+                     Program::tr("Nothing is wrong: %n photograph(s) can be published", nullptr,
+                                 publication.photographs()));
+    tellUnpublished(publication, *console);
+    console->report(failures);
+    return failures.isEmpty() ? AllImported : SomeFailed;
+}
+
+ExitCode init(const QString& folder, const Console& console)
+{
+    QString reason;
+    if (!NewProject::write(folder, &reason))
+        return refuse(console, reason);
+    console.say("begun", {{QStringLiteral("folder"), folder}},
+                Program::tr("Begun: %1. Read README.md there, put photographs into photos/, and "
+                            "try 'shop-publisher check'.")
+                    .arg(folder));
+    return AllImported;
+}
+
+/// Takes the lock of \a project. Where nobody can make one, because its folder cannot be written
+/// to, there is none. False where another instance has it; \a reason says which.
+bool lock(const Project& project, ProjectFileLocker* locker, QString* reason)
+{
+    if (locker->openNewProjectFolder(project.folder(), project.title(), reason))
+        return true;
+    if (!QFileInfo::exists(project.folder() + QLatin1String("/lockfile"))
+        && !QFileInfo(project.folder()).isWritable())
+        return true;
+    const ProjectFileLocker::LockHolder holder = ProjectFileLocker::holder(project.folder());
+    if (holder.processId != 0)
+        *reason += QLatin1Char('\n')
+            + Program::tr("Held by process %1 (%2) on %3")
+                  .arg(QString::number(holder.processId), holder.application, holder.host);
+    return false;
+}
+
+ExitCode run(const CommandLine& commandLine, StopSignals* stopSignals)
+{
+    Console console(commandLine.json        ? Console::ForPrograms
+                        : commandLine.quiet ? Console::Quiet
+                                            : Console::ForPeople,
+                    commandLine.verbose);
+    if (commandLine.request == CommandLine::ShowText) {
+        Console::print(commandLine.text);
+        return AllImported;
+    }
+    if (commandLine.request == CommandLine::BadUsage)
+        return refuse(console, commandLine.text);
+    if (commandLine.request == CommandLine::Init)
+        return init(commandLine.project, console);
+
+    const Project project(commandLine.project);
+    if (!project.exists())
+        return refuse(console, Program::tr("There is no folder %1.").arg(commandLine.project));
+    if (commandLine.request == CommandLine::Check)
+        return check(project, stopSignals, commandLine, &console);
+    Site site(commandLine.site);
+    QString reason = site.refusal(project);
+    if (reason.isEmpty() && !commandLine.force)
+        reason = site.ownersRefusal();
+    if (!reason.isEmpty())
+        return refuse(console, reason);
+    ProjectFileLocker locker;
+    if (!lock(project, &locker, &reason))
+        return refuseOpenProject(console, reason);
+    if (locker.lockState() != ProjectFileLocker::LockState::Locked && console.isVerbose())
+        console.say("unlocked", {},
+                    Program::tr("No lock: the project's folder %1 cannot be written to")
+                        .arg(project.folder()));
+    const Site::Opened opened = site.open(&reason);
+    if (opened == Site::InUse)
+        return refuseOpenProject(console, reason);
+    if (opened == Site::NotWritable)
+        return refuse(console, reason);
+    return publish(project, &site, stopSignals, commandLine, &console);
 }
 
 } // namespace
@@ -183,37 +285,8 @@ int main(int argc, char* argv[])
     const QStringList arguments = QCoreApplication::arguments();
     const QString language = CommandLine::language(arguments);
     if (!Languages::choose(language))
-        return refuse(Program::tr("There are no texts in the language %1, only in: %2.")
+        return refuse(Console(Console::ForPeople, false),
+                      Program::tr("There are no texts in the language %1, only in: %2.")
                           .arg(language, Languages::available().join(QLatin1String(", "))));
-    const CommandLine commandLine = CommandLine::parse(arguments);
-    if (commandLine.request == CommandLine::ShowText) {
-        Console::print(commandLine.text);
-        return AllImported;
-    }
-    if (commandLine.request == CommandLine::BadUsage)
-        return refuse(commandLine.text);
-
-    const Project project(commandLine.project);
-    if (!project.exists())
-        return refuse(Program::tr("There is no folder %1.").arg(commandLine.project));
-    Site site(commandLine.site);
-    QString reason = site.refusal(project);
-    if (!reason.isEmpty())
-        return refuse(reason);
-    reason = commandLine.force ? QString() : site.ownersRefusal();
-    if (!reason.isEmpty())
-        return refuse(reason);
-    ProjectLock lock;
-    if (!lock.take(project, &reason))
-        return refuseOpenProject(reason);
-    if (!lock.isHeld() && commandLine.verbose)
-        Console(commandLine.quiet)
-            .say(Program::tr("No lock: the project's folder %1 cannot be written to")
-                     .arg(project.folder()));
-    const Site::Opened opened = site.open(&reason);
-    if (opened == Site::InUse)
-        return refuseOpenProject(reason);
-    if (opened == Site::NotWritable)
-        return refuse(reason);
-    return publish(project, &site, &stopSignals, commandLine);
+    return run(CommandLine::parse(arguments), &stopSignals);
 }

@@ -28,16 +28,6 @@
         <translation>Kürzel</translation>
     </message>
     <message>
-        <source>Imports the photographs of a shop project upright into a web site and makes a page that shows them.
-
-Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,
-3 the project is open in another instance.</source>
-        <translation>Bringt die Fotos eines Ladens aufrecht in eine Website und macht eine Seite, die sie zeigt.
-
-Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 130 durch Strg-C beendet,
-3 das Projekt ist in einer anderen Instanz offen.</translation>
-    </message>
-    <message>
         <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
         <translation>Es braucht zwei Ordner, PROJECT und SITE; angegeben: %1.</translation>
     </message>
@@ -70,12 +60,42 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <translation>Ordner, der photos/ enthält, oder ein einfacher Ordner mit Fotos (JPEG, PNG, GIF, SVG, WebP, TIFF).</translation>
     </message>
     <message>
-        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT. What this program has published there before is replaced, and removed where PROJECT has it no more.</source>
-        <translation>Ordner der Website, wird bei Bedarf angelegt: images/, thumbs/ und index.html; static/ wie in PROJECT. Was dieses Programm dort schon veröffentlicht hat, wird ersetzt, und entfernt, wo PROJECT es nicht mehr hat.</translation>
-    </message>
-    <message>
         <source>The number of jobs &quot;%1&quot; is not a whole number from 1 to 256.</source>
         <translation>Die Anzahl „%1“ ist keine ganze Zahl von 1 bis 256.</translation>
+    </message>
+    <message>
+        <source>Print what happens for other programs: a JSON object in each line.</source>
+        <translation>Gibt für andere Programme aus, was geschieht: in jeder Zeile ein JSON-Objekt.</translation>
+    </message>
+    <message>
+        <source>One folder is needed after &quot;%1&quot;; %2 given.</source>
+        <translation>Nach „%1“ wird ein Ordner gebraucht; angegeben: %2.</translation>
+    </message>
+    <message>
+        <source>Folder of the web site, made when missing.</source>
+        <translation>Ordner der Website; wird angelegt, wenn er fehlt.</translation>
+    </message>
+    <message>
+        <source>Imports the photographs of a shop project upright into a web site and makes the pages that show them.
+
+  shop-publisher PROJECT SITE    publishes the project
+  shop-publisher check PROJECT   says everything that is wrong in it, writes nothing
+  shop-publisher init FOLDER     begins a project: a shop.json, and a README beside it
+
+Careful: in SITE the program replaces its pages and pictures, removes those whose photographs have gone, and makes static/ equal to that of PROJECT: whatever else is in there is lost. A SITE that it has not made is refused.
+
+Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,
+3 the project is open in another instance.</source>
+        <translation>Importiert die Fotografien eines Ladens aufrecht in eine Website und macht die Seiten, die sie zeigen.
+
+  shop-publisher PROJECT SITE    veröffentlicht das Projekt
+  shop-publisher check PROJECT   sagt alles, was nicht stimmt, und schreibt nichts
+  shop-publisher init FOLDER     beginnt ein Projekt: eine shop.json und ein README daneben
+
+Vorsicht: In SITE ersetzt das Programm seine Seiten und Bilder, entfernt die, deren Fotografien fort sind, und macht static/ dem von PROJECT gleich: Was sonst darin liegt, geht verloren. Ein SITE, das es nicht gemacht hat, wird abgelehnt.
+
+Rückgabewert: 0 alles importiert, 1 manches misslungen, 2 falscher Aufruf, 130 durch Ctrl-C beendet,
+3 das Projekt ist in einer anderen Instanz geöffnet.</translation>
     </message>
 </context>
 <context>
@@ -238,6 +258,10 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>has gone</source>
         <translation>ist verschwunden</translation>
     </message>
+    <message>
+        <source>cannot be checked: there is no room in the folder for temporary files</source>
+        <translation>kann nicht geprüft werden: Im Ordner für temporäre Dateien ist kein Platz</translation>
+    </message>
 </context>
 <context>
     <name>Program</name>
@@ -279,6 +303,21 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>Not published, because of their kind: %1</source>
         <translation>Wegen ihrer Art nicht veröffentlicht: %1</translation>
     </message>
+    <message>
+        <source>Begun: %1. Read README.md there, put photographs into photos/, and try &apos;shop-publisher check&apos;.</source>
+        <translation>Begonnen: %1. Lesen Sie README.md dort, legen Sie Fotografien in photos/ und versuchen Sie „shop-publisher check“.</translation>
+    </message>
+    <message>
+        <source>Held by process %1 (%2) on %3</source>
+        <translation>Gehalten von Prozess %1 (%2) auf %3</translation>
+    </message>
+    <message numerus="yes">
+        <source>Nothing is wrong: %n photograph(s) can be published</source>
+        <translation>
+            <numerusform>Alles stimmt: %n Fotografie kann veröffentlicht werden</numerusform>
+            <numerusform>Alles stimmt: %n Fotografien können veröffentlicht werden</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -306,12 +345,9 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>Photographs</source>
         <translation>Fotos</translation>
     </message>
-</context>
-<context>
-    <name>ProjectLock</name>
     <message>
-        <source>Held by process %1 (%2) on %3</source>
-        <translation>Gehalten von Prozess %1 (%2) auf %3</translation>
+        <source>is a link that leads out of the static files</source>
+        <translation>ist eine Verknüpfung, die aus den statischen Dateien hinausführt</translation>
     </message>
 </context>
 <context>
@@ -327,6 +363,18 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>SITE shows the photographs of another project, and none of these; --force replaces them</source>
         <translation>SITE zeigt die Fotos eines anderen Projekts und keines von diesen; --force ersetzt sie</translation>
+    </message>
+    <message>
+        <source>leads into the site itself</source>
+        <translation>führt in die Site selbst</translation>
+    </message>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>kann nicht geöffnet werden (%1)</translation>
+    </message>
+    <message>
+        <source>cannot be copied (%1)</source>
+        <translation>kann nicht kopiert werden (%1)</translation>
     </message>
 </context>
 <context>
@@ -527,10 +575,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <translation>lässt sich nicht schreiben: der Ordner %1 lässt sich nicht anlegen</translation>
     </message>
     <message>
-        <source>cannot be written (a folder of that name is in the way)</source>
-        <translation>lässt sich nicht schreiben (ein Ordner dieses Namens ist im Weg)</translation>
-    </message>
-    <message>
         <source>The folder %1 cannot be written to (%2).</source>
         <translation>In den Ordner %1 lässt sich nicht schreiben (%2).</translation>
     </message>
@@ -541,14 +585,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>SITE contains the folder of the static files (%1).</source>
         <translation>SITE enthält den Ordner der statischen Dateien (%1).</translation>
-    </message>
-    <message>
-        <source>cannot be written (a file of that name is in the way)</source>
-        <translation>lässt sich nicht schreiben (eine Datei dieses Namens ist im Weg)</translation>
-    </message>
-    <message>
-        <source>cannot be written: the old folder cannot be moved away</source>
-        <translation>lässt sich nicht schreiben: der alte Ordner lässt sich nicht wegräumen</translation>
     </message>
     <message>
         <source>cannot be removed: %1 is a link that leads out of the site</source>
@@ -573,52 +609,6 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>Another instance publishes into SITE (%1).</source>
         <translation>Eine andere Instanz veröffentlicht gerade in SITE (%1).</translation>
-    </message>
-</context>
-<context>
-    <name>StaticFiles</name>
-    <message>
-        <source>is a link that leads nowhere</source>
-        <translation>ist ein Verweis, der ins Leere führt</translation>
-    </message>
-    <message>
-        <source>is a link to a folder, which is not followed</source>
-        <translation>ist ein Verweis auf einen Ordner, dem nicht gefolgt wird</translation>
-    </message>
-    <message>
-        <source>is a link that leads out of the static files</source>
-        <translation>ist eine Verknüpfung, die aus den statischen Dateien hinausführt</translation>
-    </message>
-    <message>
-        <source>is not a file</source>
-        <translation>ist keine Datei</translation>
-    </message>
-    <message>
-        <source>cannot be copied: a folder cannot be made in the site</source>
-        <translation>kann nicht kopiert werden: Ein Ordner lässt sich in der Website nicht anlegen</translation>
-    </message>
-    <message>
-        <source>%1 cannot be copied (%2)</source>
-        <translation>%1 kann nicht kopiert werden (%2)</translation>
-    </message>
-</context>
-<context>
-    <name>StaticMirror</name>
-    <message>
-        <source>not everything in %1 can be watched, so changes may be missed</source>
-        <translation>nicht alles in %1 lässt sich beobachten, Änderungen können entgehen</translation>
-    </message>
-    <message>
-        <source>%1 is a link that leads out of the site</source>
-        <translation>%1 ist ein Verweis, der aus der Website führt</translation>
-    </message>
-    <message>
-        <source>%1 leads into the site itself</source>
-        <translation>%1 führt in die Website selbst</translation>
-    </message>
-    <message>
-        <source>%1 cannot be copied (%2)</source>
-        <translation>%1 kann nicht kopiert werden (%2)</translation>
     </message>
 </context>
 <context>
@@ -698,9 +688,12 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
         <source>Watching %1, Ctrl-C ends</source>
         <translation>%1 wird beobachtet, Strg-C beendet</translation>
     </message>
-    <message>
-        <source>Not everything in %1 can be watched, so changes may be missed.</source>
-        <translation>Nicht alles in %1 lässt sich beobachten, Änderungen können entgehen.</translation>
+    <message numerus="yes">
+        <source>Changes of %n file(s) may be missed: %1</source>
+        <translation>
+            <numerusform>Änderungen an %n Datei können entgehen: %1</numerusform>
+            <numerusform>Änderungen an %n Dateien können entgehen: %1</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -720,6 +713,21 @@ Rückgabewert: 0 alles importiert, 1 einiges fehlgeschlagen, 2 falscher Aufruf, 
     <message>
         <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
         <translation>Ein anderer Fehler trat auf; vielleicht ließ eine volle Partition die Sperrdatei nicht schreiben</translation>
+    </message>
+</context>
+<context>
+    <name>NewProject</name>
+    <message>
+        <source>%1 is there already, so nothing was written.</source>
+        <translation>%1 ist schon da, darum wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Der Ordner %1 kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written (%2).</source>
+        <translation>%1 kann nicht geschrieben werden (%2).</translation>
     </message>
 </context>
 </TS>

@@ -37,5 +37,22 @@
             <numerusform>%1 of %n photographs imported: %2</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Nothing is wrong: %n photograph(s) can be published</source>
+        <translation>
+            <numerusform>Nothing is wrong: %n photograph can be published</numerusform>
+            <numerusform>Nothing is wrong: %n photographs can be published</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Watch</name>
+    <message numerus="yes">
+        <source>Changes of %n file(s) may be missed: %1</source>
+        <translation>
+            <numerusform>Changes of %n file may be missed: %1</numerusform>
+            <numerusform>Changes of %n files may be missed: %1</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -28,16 +28,6 @@
         <translation>code</translation>
     </message>
     <message>
-        <source>Imports the photographs of a shop project upright into a web site and makes a page that shows them.
-
-Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,
-3 the project is open in another instance.</source>
-        <translation>Importe, redressées, les photographies d’une boutique dans un site web et fait une page qui les montre.
-
-Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 130 arrêté par Ctrl-C,
-3 le projet est ouvert dans une autre instance.</translation>
-    </message>
-    <message>
         <source>Two folders are needed, PROJECT and SITE; %1 given.</source>
         <translation>Il faut deux dossiers, PROJECT et SITE ; reçu : %1.</translation>
     </message>
@@ -70,12 +60,42 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <translation>Dossier qui contient photos/, ou simple dossier de photographies (JPEG, PNG, GIF, SVG, WebP, TIFF).</translation>
     </message>
     <message>
-        <source>Folder of the web site, made when missing: images/, thumbs/ and index.html; static/ as in PROJECT. What this program has published there before is replaced, and removed where PROJECT has it no more.</source>
-        <translation>Dossier du site web, créé s’il manque : images/, thumbs/ et index.html ; static/ comme dans PROJECT. Ce que ce programme y a publié auparavant est remplacé, et supprimé si PROJECT ne l’a plus.</translation>
-    </message>
-    <message>
         <source>The number of jobs &quot;%1&quot; is not a whole number from 1 to 256.</source>
         <translation>Le nombre de tâches « %1 » n’est pas un nombre entier de 1 à 256.</translation>
+    </message>
+    <message>
+        <source>Print what happens for other programs: a JSON object in each line.</source>
+        <translation>Affiche ce qui se passe pour d’autres programmes : un objet JSON par ligne.</translation>
+    </message>
+    <message>
+        <source>One folder is needed after &quot;%1&quot;; %2 given.</source>
+        <translation>Il faut un dossier après « %1 » ; reçu : %2.</translation>
+    </message>
+    <message>
+        <source>Folder of the web site, made when missing.</source>
+        <translation>Dossier du site web, créé s’il manque.</translation>
+    </message>
+    <message>
+        <source>Imports the photographs of a shop project upright into a web site and makes the pages that show them.
+
+  shop-publisher PROJECT SITE    publishes the project
+  shop-publisher check PROJECT   says everything that is wrong in it, writes nothing
+  shop-publisher init FOLDER     begins a project: a shop.json, and a README beside it
+
+Careful: in SITE the program replaces its pages and pictures, removes those whose photographs have gone, and makes static/ equal to that of PROJECT: whatever else is in there is lost. A SITE that it has not made is refused.
+
+Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,
+3 the project is open in another instance.</source>
+        <translation>Importe, redressées, les photographies d’une boutique dans un site web et fait les pages qui les montrent.
+
+  shop-publisher PROJECT SITE    publie le projet
+  shop-publisher check PROJECT   dit tout ce qui ne va pas, n’écrit rien
+  shop-publisher init FOLDER     commence un projet : un shop.json, et un README à côté
+
+Attention : dans SITE, le programme remplace ses pages et ses images, enlève celles dont les photographies ont disparu, et rend static/ égal à celui de PROJECT : tout ce qui s’y trouve d’autre est perdu. Un SITE qu’il n’a pas créé est refusé.
+
+Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 130 arrêté par Ctrl-C,
+3 le projet est ouvert dans une autre instance.</translation>
     </message>
 </context>
 <context>
@@ -238,6 +258,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>has gone</source>
         <translation>a disparu</translation>
     </message>
+    <message>
+        <source>cannot be checked: there is no room in the folder for temporary files</source>
+        <translation>ne peut pas être vérifié : il n’y a plus de place dans le dossier des fichiers temporaires</translation>
+    </message>
 </context>
 <context>
     <name>Program</name>
@@ -279,6 +303,21 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>Not published, because of their kind: %1</source>
         <translation>Non publiés en raison de leur type : %1</translation>
     </message>
+    <message>
+        <source>Begun: %1. Read README.md there, put photographs into photos/, and try &apos;shop-publisher check&apos;.</source>
+        <translation>Commencé : %1. Lisez-y README.md, mettez des photographies dans photos/ et essayez « shop-publisher check ».</translation>
+    </message>
+    <message>
+        <source>Held by process %1 (%2) on %3</source>
+        <translation>Détenu par le processus %1 (%2) sur %3</translation>
+    </message>
+    <message numerus="yes">
+        <source>Nothing is wrong: %n photograph(s) can be published</source>
+        <translation>
+            <numerusform>Tout va bien : %n photographie peut être publiée</numerusform>
+            <numerusform>Tout va bien : %n photographies peuvent être publiées</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -306,12 +345,9 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>Photographs</source>
         <translation>Photographies</translation>
     </message>
-</context>
-<context>
-    <name>ProjectLock</name>
     <message>
-        <source>Held by process %1 (%2) on %3</source>
-        <translation>Détenu par le processus %1 (%2) sur %3</translation>
+        <source>is a link that leads out of the static files</source>
+        <translation>est un lien qui sort des fichiers statiques</translation>
     </message>
 </context>
 <context>
@@ -327,6 +363,18 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>SITE shows the photographs of another project, and none of these; --force replaces them</source>
         <translation>SITE montre les photographies d’un autre projet et aucune de celles-ci ; --force les remplace</translation>
+    </message>
+    <message>
+        <source>leads into the site itself</source>
+        <translation>mène dans le site lui-même</translation>
+    </message>
+    <message>
+        <source>cannot be opened (%1)</source>
+        <translation>ne peut pas être ouvert (%1)</translation>
+    </message>
+    <message>
+        <source>cannot be copied (%1)</source>
+        <translation>ne peut pas être copié (%1)</translation>
     </message>
 </context>
 <context>
@@ -527,10 +575,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <translation>ne peut pas être écrit : le dossier %1 ne peut pas être créé</translation>
     </message>
     <message>
-        <source>cannot be written (a folder of that name is in the way)</source>
-        <translation>ne peut pas être écrit (un dossier de ce nom est en travers)</translation>
-    </message>
-    <message>
         <source>The folder %1 cannot be written to (%2).</source>
         <translation>On ne peut pas écrire dans le dossier %1 (%2).</translation>
     </message>
@@ -541,14 +585,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>SITE contains the folder of the static files (%1).</source>
         <translation>SITE contient le dossier des fichiers statiques (%1).</translation>
-    </message>
-    <message>
-        <source>cannot be written (a file of that name is in the way)</source>
-        <translation>ne peut pas être écrit (un fichier de ce nom gêne)</translation>
-    </message>
-    <message>
-        <source>cannot be written: the old folder cannot be moved away</source>
-        <translation>ne peut pas être écrit : l’ancien dossier ne peut pas être déplacé</translation>
     </message>
     <message>
         <source>cannot be removed: %1 is a link that leads out of the site</source>
@@ -573,52 +609,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Another instance publishes into SITE (%1).</source>
         <translation>Une autre instance publie dans SITE (%1).</translation>
-    </message>
-</context>
-<context>
-    <name>StaticFiles</name>
-    <message>
-        <source>is a link that leads nowhere</source>
-        <translation>est un lien qui ne mène nulle part</translation>
-    </message>
-    <message>
-        <source>is a link to a folder, which is not followed</source>
-        <translation>est un lien vers un dossier, qui n’est pas suivi</translation>
-    </message>
-    <message>
-        <source>is a link that leads out of the static files</source>
-        <translation>est un lien qui sort des fichiers statiques</translation>
-    </message>
-    <message>
-        <source>is not a file</source>
-        <translation>n’est pas un fichier</translation>
-    </message>
-    <message>
-        <source>cannot be copied: a folder cannot be made in the site</source>
-        <translation>ne peut pas être copié : un dossier ne peut pas être créé dans le site</translation>
-    </message>
-    <message>
-        <source>%1 cannot be copied (%2)</source>
-        <translation>%1 ne peut pas être copié (%2)</translation>
-    </message>
-</context>
-<context>
-    <name>StaticMirror</name>
-    <message>
-        <source>not everything in %1 can be watched, so changes may be missed</source>
-        <translation>on ne peut pas tout surveiller dans %1, des changements peuvent échapper</translation>
-    </message>
-    <message>
-        <source>%1 is a link that leads out of the site</source>
-        <translation>%1 est un lien qui mène hors du site</translation>
-    </message>
-    <message>
-        <source>%1 leads into the site itself</source>
-        <translation>%1 mène dans le site lui-même</translation>
-    </message>
-    <message>
-        <source>%1 cannot be copied (%2)</source>
-        <translation>%1 ne peut pas être copié (%2)</translation>
     </message>
 </context>
 <context>
@@ -698,9 +688,12 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <source>Watching %1, Ctrl-C ends</source>
         <translation>%1 est surveillé, Ctrl-C termine</translation>
     </message>
-    <message>
-        <source>Not everything in %1 can be watched, so changes may be missed.</source>
-        <translation>On ne peut pas tout surveiller dans %1, des changements peuvent échapper.</translation>
+    <message numerus="yes">
+        <source>Changes of %n file(s) may be missed: %1</source>
+        <translation>
+            <numerusform>Les changements de %n fichier peuvent échapper : %1</numerusform>
+            <numerusform>Les changements de %n fichiers peuvent échapper : %1</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -720,6 +713,21 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
         <translation>Une autre erreur est survenue ; par exemple, une partition pleine a empêché d’écrire le fichier de verrou</translation>
+    </message>
+</context>
+<context>
+    <name>NewProject</name>
+    <message>
+        <source>%1 is there already, so nothing was written.</source>
+        <translation>%1 existe déjà, rien n’a donc été écrit.</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Le dossier %1 ne peut pas être créé.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written (%2).</source>
+        <translation>%1 ne peut pas être écrit (%2).</translation>
     </message>
 </context>
 </TS>
