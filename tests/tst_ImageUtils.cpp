@@ -110,13 +110,14 @@ void tst_ImageUtils::cleanup()
 
 void tst_ImageUtils::flagValues()
 {
-    QCOMPARE(int(ImageUtils::UseExifRotation), 0x01);
-    QCOMPARE(int(ImageUtils::ProgressiveJpeg), 0x02);
-    QCOMPARE(int(ImageUtils::ExpandToFill), 0x04);
-    QCOMPARE(int(ImageUtils::Quality85), 0x08);
-    QCOMPARE(int(ImageUtils::NoResize), 0x10);
-    QCOMPARE(int(ImageUtils::Retina), 0x20);
-    QCOMPARE(int(ImageUtils::ProgressiveOnlyWhenReencoded), 0x40);
+    const QList<int> numbers{ImageUtils::UseExifRotation,
+                             ImageUtils::ProgressiveJpeg,
+                             ImageUtils::ExpandToFill,
+                             ImageUtils::Quality85,
+                             ImageUtils::NoResize,
+                             ImageUtils::Retina,
+                             ImageUtils::ProgressiveOnlyWhenReencoded};
+    QCOMPARE(numbers, QList<int>({0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40}));
     const QFlags<ImageUtils::OptionImageCopy> both =
         ImageUtils::UseExifRotation | ImageUtils::Retina;
     QCOMPARE(int(both), 0x21);

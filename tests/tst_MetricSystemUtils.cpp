@@ -22,11 +22,10 @@ private Q_SLOTS:
 
 void tst_MetricSystemUtils::enumerators()
 {
-    QCOMPARE(int(MetricSystemUtils::Length), 0);
-    QCOMPARE(int(MetricSystemUtils::Weight), 1);
-    QCOMPARE(int(MetricSystemUtils::Distance), 2);
-    QCOMPARE(int(MetricSystemUtils::Metric), 0);
-    QCOMPARE(int(MetricSystemUtils::ShortSymbol), 0);
+    const QList<int> numbers{MetricSystemUtils::Length, MetricSystemUtils::Weight,
+                             MetricSystemUtils::Distance, MetricSystemUtils::Metric,
+                             MetricSystemUtils::ShortSymbol};
+    QCOMPARE(numbers, QList<int>({0, 1, 2, 0, 0}));
 }
 
 void tst_MetricSystemUtils::ownership()

@@ -169,19 +169,20 @@ private Q_SLOTS:
 
 void tst_QExifValue::numbers()
 {
-    QCOMPARE(int(QExifValue::Byte), 1);
-    QCOMPARE(int(QExifValue::Ascii), 2);
-    QCOMPARE(int(QExifValue::Short), 3);
-    QCOMPARE(int(QExifValue::Long), 4);
-    QCOMPARE(int(QExifValue::Rational), 5);
-    QCOMPARE(int(QExifValue::Undefined), 7);
-    QCOMPARE(int(QExifValue::SignedLong), 9);
-    QCOMPARE(int(QExifValue::SignedRational), 10);
-    QCOMPARE(int(QExifValue::NoEncoding), 0);
-    QCOMPARE(int(QExifValue::AsciiEncoding), 1);
-    QCOMPARE(int(QExifValue::JisEncoding), 2);
-    QCOMPARE(int(QExifValue::UnicodeEncoding), 3);
-    QCOMPARE(int(QExifValue::UndefinedEncoding), 4);
+    const QList<int> values{QExifValue::Byte,
+                            QExifValue::Ascii,
+                            QExifValue::Short,
+                            QExifValue::Long,
+                            QExifValue::Rational,
+                            QExifValue::Undefined,
+                            QExifValue::SignedLong,
+                            QExifValue::SignedRational,
+                            QExifValue::NoEncoding,
+                            QExifValue::AsciiEncoding,
+                            QExifValue::JisEncoding,
+                            QExifValue::UnicodeEncoding,
+                            QExifValue::UndefinedEncoding};
+    QCOMPARE(values, QList<int>({1, 2, 3, 4, 5, 7, 9, 10, 0, 1, 2, 3, 4}));
     static_assert(sizeof(QExifValue().type()) == 2, "the type is a 16-bit number");
     static_assert(sizeof(QExifValue().count()) == 4, "the count is a 32-bit number");
 }

@@ -23,14 +23,10 @@ private Q_SLOTS:
 
 void tst_TimeUtils::precisionNumbers()
 {
-    QCOMPARE(int(TimeUtils::Year), 1);
-    QCOMPARE(int(TimeUtils::Month), 2);
-    QCOMPARE(int(TimeUtils::Week), 3);
-    QCOMPARE(int(TimeUtils::Day), 4);
-    QCOMPARE(int(TimeUtils::Hour), 5);
-    QCOMPARE(int(TimeUtils::Minute), 6);
-    QCOMPARE(int(TimeUtils::Second), 7);
-    QCOMPARE(int(TimeUtils::Millisecond), 8);
+    const QList<int> numbers{TimeUtils::Year,   TimeUtils::Month,      TimeUtils::Week,
+                             TimeUtils::Day,    TimeUtils::Hour,       TimeUtils::Minute,
+                             TimeUtils::Second, TimeUtils::Millisecond};
+    QCOMPARE(numbers, QList<int>({1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 void tst_TimeUtils::msecToString_data()
