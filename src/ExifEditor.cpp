@@ -37,6 +37,11 @@ namespace {
 // "Exif" and two bytes in front of the block
 const int nameSize = 6;
 
+// Within so many bytes the EXIF segment of a photograph mostly ends.
+const int usualSize = 20 * 1024;
+// A file of no more is read as a whole to be changed.
+const int smallSize = 1024 * 1024;
+
 template <typename Tag>
 QList<Tag> tagsOf(const ExifBlock& block, ExifBlock::Directory directory)
 {
@@ -100,21 +105,19 @@ ExifPlace findExif(QIODevice* device)
     return place;
 }
 
-/// The same at the beginning of a file; mostly it takes a single read.
-ExifPlace findExif(QFile* file)
+/// The same in a file, whose \a head has been read already. Only where the segment reaches further
+/// something else is read.
+ExifPlace findExif(QFile* file, const QByteArray& head)
 {
-    const int headSize = 72 * 1024; // a whole segment and what stands in front of it
     const int nextSize = 16; // by which a segment shows that the block goes on in it
-    if (file->isSequential())
-        return findExif(static_cast<QIODevice*>(file));
-    QBuffer head;
-    head.setData(file->read(headSize));
-    head.open(QIODevice::ReadOnly);
-    const ExifPlace place = findExif(static_cast<QIODevice*>(&head));
+    QBuffer buffer;
+    buffer.setData(head);
+    buffer.open(QIODevice::ReadOnly);
+    const ExifPlace place = findExif(&buffer);
     if (head.size() == file->size() || (place.isFound && place.end + nextSize <= head.size()))
         return place;
     file->seek(0);
-    return findExif(static_cast<QIODevice*>(file));
+    return findExif(file);
 }
 
 /// False, with the reason, where that is no JPEG or the block in it is none.
@@ -236,7 +239,9 @@ bool ExifEditor::load(const QString& fileName, QString* error)
     IntactFile file(fileName);
     if (!file.isIntact())
         return failToOpen(error, file);
-    const bool isLoaded = parse(findExif(&file), &d->block, error);
+    const bool isLoaded = file.isSequential()
+        ? parse(findExif(&file), &d->block, error)
+        : parse(findExif(&file, file.read(usualSize)), &d->block, error);
     if (file.isIntact())
         return isLoaded;
     clear();
@@ -260,7 +265,11 @@ bool ExifEditor::save(const QString& fileName, QString* error)
         return true;
     const QByteArray block = d->block.composed();
     FilePatch patch;
-    if (!findPatch(findExif(&file), block, Shrinking::Allowed, &patch, error))
+    const qint64 size = file.size();
+    const QByteArray head = file.read(size <= smallSize ? size : usualSize);
+    if (head.size() == size)
+        patch.file = head;
+    if (!findPatch(findExif(&file, head), block, Shrinking::Allowed, &patch, error))
         return false;
     if (!patchPhoto(&file, patch, error))
         return false;

@@ -229,7 +229,7 @@ bool ExifUtils::removeLocation(const QString& fileName, QString* error)
     QByteArray without = content;
     if (!eraseLocation(&without))
         return fail(error, PhotoFailure::Damaged);
-    return patchPhoto(&file, {0, content.size(), without, content}, error);
+    return patchPhoto(&file, {0, content.size(), without, content, content}, error);
 }
 
 bool ExifUtils::removeMetadata(const QString& fileName, QString* error, Rotated rotated)
@@ -249,5 +249,5 @@ bool ExifUtils::removeMetadata(const QString& fileName, QString* error, Rotated 
         jpegWithMetadata(content, withOrientation(PictureMetadata(), orientation), QByteArray());
     if (bare.isEmpty())
         return fail(error, PhotoFailure::NotJpeg);
-    return patchPhoto(&file, {0, content.size(), bare, QByteArray()}, error);
+    return patchPhoto(&file, {0, content.size(), bare, QByteArray(), content}, error);
 }

@@ -113,7 +113,7 @@ Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable)
         if (isWrittenAtOnce(patch))
             return patchAndClose(file, patch);
     }
-    switch (replaceBytes(file, patch.begin, patch.end, patch.bytes)) {
+    switch (replaceBytes(file, patch.begin, patch.end, patch.bytes, patch.file)) {
     case Replaced::Yes:
         return Patched::Yes;
     case Replaced::No:

@@ -22,6 +22,8 @@ struct FilePatch
     QByteArray bytes;
     /// What stands there, as long as bytes, where somebody has just read it; else nothing.
     QByteArray before;
+    /// The whole file, where somebody has just read it; else nothing.
+    QByteArray file;
 
     bool movesWhatFollows() const { return bytes.size() != end - begin; }
 };

@@ -8,8 +8,6 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 
-#include <algorithm>
-
 namespace OrvaUtilsPrivate {
 
 Replacement::Replacement(const QString& path, Old old)
@@ -168,28 +166,25 @@ bool Replacement::fail(Failure failure, const QString& reason)
 
 namespace {
 
-/// Writes a file with other bytes from \a begin to \a end into a copy. Most photographs are put
-/// together in memory, which takes fewer calls than their pieces.
+/// Writes a file with other bytes from \a begin to \a end into a copy.
 bool copyWith(QFile& file, qint64 begin, qint64 end, const QByteArray& bytes, QFile& copy)
 {
-    const qint64 smallSize = 8 * 1024 * 1024;
-    const qint64 size = file.size();
-    if (!file.seek(0))
-        return false;
-    if (size > smallSize || end > size)
-        return copyPieces(file, copy, begin) && copy.write(bytes) == bytes.size() && file.seek(end)
-            && copyPieces(file, copy);
-    const qint64 rest = size - end;
-    QByteArray content(static_cast<int>(begin + bytes.size() + rest), Qt::Uninitialized);
-    char* const middle = content.data() + begin;
-    std::copy(bytes.begin(), bytes.end(), middle);
-    return file.read(content.data(), begin) == begin && file.seek(end)
-        && file.read(middle + bytes.size(), rest) == rest && copy.write(content) == content.size();
+    return file.seek(0) && copyPieces(file, copy, begin) && copy.write(bytes) == bytes.size()
+        && file.seek(end) && copyPieces(file, copy);
+}
+
+/// The same for a file that is in memory: one call.
+bool writeWith(const QByteArray& content, qint64 begin, qint64 end, const QByteArray& bytes,
+               QFile& copy)
+{
+    const QByteArray changed = content.left(int(begin)) + bytes + content.mid(int(end));
+    return copy.write(changed) == changed.size();
 }
 
 } // namespace
 
-Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes)
+Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes,
+                      const QByteArray& content)
 {
     const QString path = replaceablePath(*file);
     if (path.isEmpty())
@@ -197,7 +192,10 @@ Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& b
     Replacement replacement(path, Replacement::Old::Removed);
     if (!replacement.begin() || !replacement.takeAttributes(*file))
         return Replaced::NotTried;
-    if (!copyWith(*file, begin, end, bytes, replacement.device()))
+    QFile& copy = replacement.device();
+    const bool isWritten = content.isEmpty() ? copyWith(*file, begin, end, bytes, copy)
+                                             : writeWith(content, begin, end, bytes, copy);
+    if (!isWritten)
         return Replaced::No;
     file->close(); // some systems replace no file that is open
     if (replacement.commit())

@@ -119,8 +119,10 @@ enum class Replaced {
 /// created in the folder, if the file has several names (hard links) or an owner or an attribute
 /// that this process may not set, and if the path leads to another file now.
 ///
-/// \a file may be closed afterwards.
-Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes);
+/// \a content, if it is not empty, is the whole file, so that it need not be read again. \a file
+/// may be closed afterwards.
+Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& bytes,
+                      const QByteArray& content = QByteArray());
 
 } // namespace OrvaUtilsPrivate
 
