@@ -57,7 +57,7 @@ public:
         return letsThrough(filter, path, root);
     }
     bool canBeMirrored() const;
-    void clearTheWay(const QString& mirror) const;
+    void removeObstacles(const QString& mirror) const;
     void reportFailure(const QString& message, const QString& path, const QString& reason) const;
 
     DirectorySynchronizer* const q;
@@ -280,7 +280,7 @@ void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
     const QString mirror = d->mirrorOf(path);
     const bool hasMirror = mirror != path;
     if (hasMirror && QFileInfo(path).isFile())
-        d->clearTheWay(mirror);
+        d->removeObstacles(mirror);
     if (hasMirror)
         FileUtils::fileMkPath(mirror, nullptr);
     QString reason = hasMirror ? QString() : outsideOfTheSource();
@@ -317,7 +317,7 @@ bool DirectorySynchronizerPrivate::canBeMirrored() const
 
 /// Removes what stands in the place of a mirror, or of a folder above it, and cannot be replaced in
 /// one step. It mirrored something that has been replaced in the source, too.
-void DirectorySynchronizerPrivate::clearTheWay(const QString& mirror) const
+void DirectorySynchronizerPrivate::removeObstacles(const QString& mirror) const
 {
     const QString root = withSlash(destination);
     if (!mirror.startsWith(root))

@@ -18,11 +18,11 @@ namespace {
 // In milliseconds: how long nothing may happen before files are compared, and after how long they
 // are compared although changes continue.
 const int quietTime = 100;
-const int longestUnrest = 1000;
+const int longestActivity = 1000;
 
 // The system queues a limited number of notifications and silently drops the others. Some may be
 // lost if there were as many as this, or if they had to wait for as long as this.
-const int manyHappenings = 4000;
+const int queueLimit = 4000;
 const int longWait = 1000;
 
 } // namespace
@@ -135,7 +135,7 @@ void DirectoryWatcherPrivate::end()
     mQuiet->stop();
     mSettling->stop();
     mIsSettled = true;
-    mHappenings = 0;
+    mActivity = 0;
     rootPath.clear();
     files.clear();
     folders.clear();
@@ -143,7 +143,7 @@ void DirectoryWatcherPrivate::end()
     mRefused.clear();
     mSecondLooks.clear();
     mTouched.clear();
-    mSwaps.clear();
+    mReplacedFolders.clear();
     platform.end(mNotifications > 0);
 }
 
@@ -222,10 +222,10 @@ void DirectoryWatcherPrivate::checkRoot()
 void DirectoryWatcherPrivate::noteActivity(const QString& folder, qint64 handledFor)
 {
     mTouched.insert(folder.endsWith(QLatin1Char('/')) ? folderOf(folder) : folder);
-    mHappenings += handledFor >= longWait ? manyHappenings : 1;
+    mActivity += handledFor >= longWait ? queueLimit : 1;
     if (!mQuiet->isActive())
         mSinceQuiet.start();
-    if (!mQuiet->isActive() || mSinceQuiet.elapsed() < longestUnrest)
+    if (!mQuiet->isActive() || mSinceQuiet.elapsed() < longestActivity)
         mQuiet->start(quietTime);
     if (!mIsSettled)
         mSettling->start(settleTime);
@@ -238,8 +238,8 @@ void DirectoryWatcherPrivate::lookOnceQuiet()
 {
     QSet<QString> touched;
     touched.swap(mTouched);
-    const bool isAllTouched = mHappenings >= manyHappenings;
-    mHappenings = 0;
+    const bool isAllTouched = mActivity >= queueLimit;
+    mActivity = 0;
     QStringList candidates;
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
         if (isAllTouched || touched.contains(folderOf(file.key())))
@@ -247,14 +247,15 @@ void DirectoryWatcherPrivate::lookOnceQuiet()
     }
     // While folders are exchanged repeatedly, a slot may read another file than the one that exists
     // before and after it.
-    for (auto swap = mSwaps.cbegin(); swap != mSwaps.cend(); ++swap) {
+    for (auto replaced = mReplacedFolders.cbegin(); replaced != mReplacedFolders.cend();
+         ++replaced) {
         const QStringList below =
-            swap.value() > 1 ? filesBelow(asGiven(swap.key())) : QStringList();
+            replaced.value() > 1 ? filesBelow(asGiven(replaced.key())) : QStringList();
         for (const QString& file : below)
             files.insert(file, FileState());
         candidates += below;
     }
-    mSwaps.clear();
+    mReplacedFolders.clear();
     for (auto path = unwatched.begin(); path != unwatched.end();) {
         const FileState state = stateOf(path.key());
         if (state != path.value())

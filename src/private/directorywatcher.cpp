@@ -159,13 +159,13 @@ void DirectoryWatcherPrivate::watchTop(const QString& folder)
 bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refusal)
 {
     QStringList wanted = without(found, files);
-    if (!makeWayForFiles(wanted))
+    if (!forgetFoldersReplacedBy(wanted))
         return false;
     for (auto path = unwatched.cbegin(); path != unwatched.cend(); ++path) {
         if (files.contains(path.key()) && found.contains(path.key()))
             wanted.append(path.key());
     }
-    wanted = withoutHopeless(wanted, refusal);
+    wanted = withoutRefused(wanted, refusal);
     if (wanted.isEmpty())
         return true;
 
@@ -212,9 +212,9 @@ bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refus
 bool DirectoryWatcherPrivate::watchFolders(const QString& folder, const QStringList& found,
                                            Refusal refusal)
 {
-    if (!makeWayForFolders(found))
+    if (!reportFilesReplacedBy(found))
         return false;
-    const QStringList wanted = withoutHopeless(without(found, folders), refusal);
+    const QStringList wanted = withoutRefused(without(found, folders), refusal);
     if (wanted.isEmpty())
         return true;
     QHash<QString, FileState> states;
@@ -238,18 +238,17 @@ bool DirectoryWatcherPrivate::watchFolders(const QString& folder, const QStringL
 }
 
 /// Leaves out, in a second pass, the paths that were refused before and have not changed.
-QStringList DirectoryWatcherPrivate::withoutHopeless(const QStringList& paths,
-                                                     Refusal refusal) const
+QStringList DirectoryWatcherPrivate::withoutRefused(const QStringList& paths, Refusal refusal) const
 {
     if (refusal == Refusal::EndsLook || unwatched.isEmpty())
         return paths;
-    QStringList hopeful;
+    QStringList worthTrying;
     for (const QString& path : paths) {
         const auto former = unwatched.constFind(path);
         if (former == unwatched.cend() || former.value() != stateOf(path))
-            hopeful.append(path);
+            worthTrying.append(path);
     }
-    return hopeful;
+    return worthTrying;
 }
 
 // Looking again
@@ -270,7 +269,7 @@ void DirectoryWatcherPrivate::lookAgain()
     for (const QString& folder : asConst(waiting)) {
         const QStringList changed = forgetFolders(folder, true);
         for (const QString& path : changed) {
-            ++mSwaps[path];
+            ++mReplacedFolders[path];
             // This must precede the report of a file that has replaced a folder.
             if (!reportVanishedFiles(asGiven(path), QSet<QString>()))
                 return;
@@ -317,7 +316,7 @@ QStringList DirectoryWatcherPrivate::forgetFolders(const QString& folder, bool o
 /// To be called before new files are reported: forgets the folders that have become files, and
 /// reports the files that were in them as deleted; reports the files that have become folders.
 /// False if a slot ended the turn.
-bool DirectoryWatcherPrivate::makeWayForFiles(const QStringList& newFiles)
+bool DirectoryWatcherPrivate::forgetFoldersReplacedBy(const QStringList& newFiles)
 {
     QSet<QString> above;
     for (const QString& file : newFiles) {
@@ -342,7 +341,7 @@ bool DirectoryWatcherPrivate::makeWayForFiles(const QStringList& newFiles)
 }
 
 /// Reports the files that have become folders. False if a slot ended the turn.
-bool DirectoryWatcherPrivate::makeWayForFolders(const QStringList& found)
+bool DirectoryWatcherPrivate::reportFilesReplacedBy(const QStringList& found)
 {
     QStringList former;
     for (const QString& folder : found) {

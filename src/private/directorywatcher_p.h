@@ -67,7 +67,7 @@ private:
 
     QStringList filesIn(const QString& folder, Scope scope, QStringList* foundFolders) const;
     QStringList foldersIn(const QString& folder, Scope scope) const;
-    QStringList withoutHopeless(const QStringList& paths, Refusal refusal) const;
+    QStringList withoutRefused(const QStringList& paths, Refusal refusal) const;
     void watchTop(const QString& folder);
     bool watchFiles(const QStringList& found, Refusal refusal);
     bool watchFolders(const QString& folder, const QStringList& found, Refusal refusal);
@@ -75,8 +75,8 @@ private:
     void rememberRefused(const QStringList& paths);
 
     void lookAgain();
-    bool makeWayForFiles(const QStringList& newFiles);
-    bool makeWayForFolders(const QStringList& found);
+    bool forgetFoldersReplacedBy(const QStringList& newFiles);
+    bool reportFilesReplacedBy(const QStringList& found);
     QStringList forgetFolders(const QString& folder, bool onlyChanged);
     bool reportVanishedFiles(const QString& folder, const QSet<QString>& present);
     bool reportChangedFiles(const QStringList& candidates);
@@ -94,9 +94,10 @@ private:
     RootGuard mGuard;
     QStringList mRefused; // what is still to be announced
     QSet<QString> mSecondLooks; // the folders that wait for theirs
-    QSet<QString> mTouched; // the folders in which something happened since all was quiet
-    QHash<QString, int> mSwaps; // how often each folder was found to be another one, since then
-    int mHappenings = 0; // since then
+    // Since the last comparison of files with their known state:
+    QSet<QString> mTouched; // the folders in which something happened
+    QHash<QString, int> mReplacedFolders; // how often each folder was found to be another one
+    int mActivity = 0; // the notifications; many for one that took long
     QElapsedTimer mSinceQuiet;
     QTimer* const mQuiet; // child of the watcher, as the other one
     QTimer* const mSettling;
