@@ -4,6 +4,7 @@
 #include "platformwatches_p.h"
 
 #include "DirectoryWatcher.h"
+#include "asconst_p.h"
 
 #include <QFileSystemWatcher>
 
@@ -109,7 +110,7 @@ QStringList PlatformWatches::addFiles(const QStringList& paths)
             mShareOf.insert(path, share);
         refused += share->addPaths(taken);
     }
-    for (const QString& path : refused)
+    for (const QString& path : asConst(refused))
         mShareOf.remove(path);
     return refused;
 }
