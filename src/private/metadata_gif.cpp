@@ -5,6 +5,8 @@
 
 #include "picturemetadata_p.h"
 
+#include <algorithm>
+
 namespace OrvaUtilsPrivate {
 
 namespace {
@@ -154,7 +156,8 @@ MetadataFindings readGifMetadata(const QByteArray& file)
 QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metadata)
 {
     const Blocks blocks = blocksOf(file);
-    if (blocks.head.isEmpty())
+    const bool isAllMetadata = std::all_of(blocks.list.begin(), blocks.list.end(), isMetadata);
+    if (blocks.head.isEmpty() || (isAllMetadata && !blocks.endsProperly))
         return QByteArray();
     QByteArray added;
     for (const QByteArray& comment : metadata.comments)
