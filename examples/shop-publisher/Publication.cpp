@@ -239,9 +239,12 @@ void Publication::take(const Photograph& photograph)
     const QStringList former = entry.files.keys();
     const QStringList places = entry.picture.places();
     entry.files.clear();
-    for (const QString& place : places)
-        entry.files.insert(place,
-                           mSite->isAwaited(place) ? QString() : stampOf(mSite->path(place)));
+    for (const QString& place : places) {
+        const bool isAwaited = mSite->isAwaited(place);
+        entry.files.insert(place, isAwaited ? QString() : stampOf(mSite->path(place)));
+        if (isAwaited)
+            mAwaited.insert(photograph.name);
+    }
     // What an earlier version of the photograph had beside them.
     for (const QString& place : former) {
         if (!places.contains(place))
@@ -426,16 +429,21 @@ void Publication::conclude()
         fail(WorkItem::SitePage, failure.place, WorkItem::Unwritable, failure.reason);
         failed.insert(failure.place);
     }
-    const auto note = [this, &failed](const QString& place, QString* stamp) {
-        if (stamp->isEmpty() && !failed.contains(place))
-            *stamp = stampOf(mSite->path(place));
+    // Stamps of what has only now come to its place.
+    const auto stampNow = [this, &failed](const QString& place) {
+        return failed.contains(place) ? QString() : stampOf(mSite->path(place));
     };
-    for (Published::Picture& picture : mNow.pictures) {
-        for (auto it = picture.files.begin(); picture.imported && it != picture.files.end(); ++it)
-            note(it.key(), &it.value());
+    const QSet<QString> awaited = mAwaited;
+    for (const QString& name : awaited) {
+        Published::Picture& picture = mNow.pictures[name];
+        const QStringList places = picture.files.keys();
+        for (const QString& place : places)
+            picture.files.insert(place, stampNow(place));
     }
-    for (auto it = mNow.staticFiles.begin(); it != mNow.staticFiles.end(); ++it)
-        note(staticPlace(it.key()), &it.value().second);
+    for (auto it = mNow.staticFiles.begin(); it != mNow.staticFiles.end(); ++it) {
+        if (it.value().second.isEmpty())
+            it.value().second = stampNow(staticPlace(it.key()));
+    }
     mNow.project = mProject.identity();
     mNow.anything = true;
     *mPublished = mNow;

@@ -114,6 +114,7 @@ private:
     Published mNow; ///< what it becomes
     const QSet<QString> mChanged;
     const PublicationOptions mOptions;
+    QSet<QString> mAwaited; ///< photographs whose pictures come with commit()
     bool mRecordIsOld = false;
     bool mAllFoldersRead = true;
     bool mSiteIsFull = false;
