@@ -25,6 +25,12 @@
 
 namespace {
 
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED // from Qt 6 on
+    const Qt::ApplicationAttribute pixmapsOfHighDpi = Qt::AA_UseHighDpiPixmaps;
+const Qt::ApplicationAttribute scalingOfHighDpi = Qt::AA_EnableHighDpiScaling;
+QT_WARNING_POP
+
 // What the child tells of itself, one line each.
 void report(QTextStream& out)
 {
@@ -70,8 +76,8 @@ int runAsChild(const QByteArray& mode, int& argc, char** argv)
     }
     if (mode == "high dpi") {
         const auto attributes = [] {
-            return QString::number(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps))
-                + QString::number(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+            return QString::number(QCoreApplication::testAttribute(pixmapsOfHighDpi))
+                + QString::number(QCoreApplication::testAttribute(scalingOfHighDpi));
         };
         out << attributes() << '\n';
         ApplicationUtils::enableHightDPIMode();
@@ -474,8 +480,8 @@ void tst_ApplicationUtils::highDpiTooLate()
              QStringList(QStringLiteral("critical orvautils ApplicationUtils enableHightDPIMode: "
                                         "enableHightDPIMode() has to be called BEFORE "
                                         "QApplication")));
-    QVERIFY(!QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
-    QVERIFY(!QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+    QVERIFY(!QCoreApplication::testAttribute(pixmapsOfHighDpi));
+    QVERIFY(!QCoreApplication::testAttribute(scalingOfHighDpi));
 }
 
 void tst_ApplicationUtils::devicePixelRatio()

@@ -3,6 +3,8 @@
 
 #include "ColorUtils.h"
 
+#include "ColorFraction.h"
+
 #include <QtTest>
 
 #include <cstdlib>
@@ -165,7 +167,7 @@ void tst_ColorUtils::colorFromCss_data()
     QTest::addColumn<QColor>("color");
     const auto rgba = [](int red, int green, int blue, double alpha) {
         QColor color(red, green, blue);
-        color.setAlphaF(alpha);
+        color.setAlphaF(ColorFraction(alpha));
         return color;
     };
     QTest::newRow("rgba") << QStringLiteral("rgba(1,2,3,0.5)") << rgba(1, 2, 3, 0.5);

@@ -154,7 +154,7 @@ void tst_ComputerIdentifier::noInterfaces()
     QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
     const QString address = ComputerIdentifier::primaryMACAddress();
     const QString identifier = ComputerIdentifier::uniqueIdentifier();
-    const int interfaces = QNetworkInterface::allInterfaces().size();
+    const int interfaces = int(QNetworkInterface::allInterfaces().size());
     QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
     QCOMPARE(interfaces, 0);
     QCOMPARE(address, QString());

@@ -147,7 +147,7 @@ void send(QObject* object, QEvent::Type type)
 
 int installedFilters()
 {
-    return qApp->findChildren<QObjectEventFilter*>().size();
+    return int(qApp->findChildren<QObjectEventFilter*>().size());
 }
 
 } // namespace

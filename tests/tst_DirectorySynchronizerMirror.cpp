@@ -710,7 +710,7 @@ void tst_DirectorySynchronizerMirror::killedWhileCopying()
         mixtures += !isVersion(after);
         changed += after != before;
     }
-    const int left = QDir(mDestination).entryList(QDir::Files | QDir::Hidden).size() - 1;
+    const int left = int(QDir(mDestination).entryList(QDir::Files | QDir::Hidden).size() - 1);
     mFigures.append(QStringLiteral("kills: %1 of a mirror, %2 of them after a copy, seed %3; "
                                    "mixtures: %4; copies left beside the mirror: %5")
                         .arg(kills)

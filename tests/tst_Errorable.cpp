@@ -815,7 +815,7 @@ void tst_Errorable::documentedTree()
     parts.removeFirst();
     QCOMPARE(parts.size(), 3);
     for (const QString& part : parts) {
-        const int endOfName = part.indexOf(QLatin1Char('\n'));
+        const int endOfName = int(part.indexOf(QLatin1Char('\n')));
         const QString name = part.mid(1, endOfName - 2);
         const QString shown =
             QStringLiteral("`%1`:\n\n```cpp\n%2\n```\n").arg(name, part.mid(endOfName).trimmed());

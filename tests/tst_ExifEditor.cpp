@@ -614,7 +614,7 @@ void tst_ExifEditor::addingAndRemovingDoesNotGrow()
         editor.setValue(Header::GPSMapDatum, value);
         file = savedInto(&editor, file);
         if (i == 0)
-            size = file.size();
+            size = int(file.size());
         QCOMPARE(file.size() <= size, true);
         QCOMPARE(adds, file.size() == size);
     }
@@ -1113,7 +1113,7 @@ void tst_ExifEditor::mutations()
     for (int round = 0; round < 3000; ++round) {
         QByteArray block = fullBlock(order);
         for (int i = 0; i <= round % 4; ++i)
-            block[random(block.size())] = char(random(round % 2 ? 300 : 12));
+            block[random(int(block.size()))] = char(random(round % 2 ? 300 : 12));
         ExifEditor editor;
         if (!loadFrom(&editor, jpegOf(block)))
             continue;

@@ -615,8 +615,8 @@ void tst_ExifUtils::removeLocation()
     QVERIFY(!after.contains(latitude(little)) && !after.contains(latitude(big)));
     // The blocks read as before but for their GPS directories.
     int blocks = 0;
-    for (int at = 0; (at = file.indexOf(QByteArray("Exif\0\0", 6), at)) >= 0; at += 6) {
-        const int size = fullBlock(big).size();
+    for (int at = 0; (at = int(file.indexOf(QByteArray("Exif\0\0", 6), at))) >= 0; at += 6) {
+        const int size = int(fullBlock(big).size());
         QCOMPARE(TiffWalk(after.mid(at + 6, size)).entries(),
                  TiffWalk(file.mid(at + 6, size)).entriesBut({"GPS", "IFD0 8825"}));
         ++blocks;
@@ -703,11 +703,11 @@ void tst_ExifUtils::removeLocationFromExtendedXmp()
         const QByteArray main =
             xmpSegment("<a xmpNote:HasExtendedXMP=\"" + digestOf(whole) + "\"/>");
         const int cut = 130;
-        return soi() + main + part(whole, cut, whole.size()) + part(whole, 0, cut) + scan();
+        return soi() + main + part(whole, cut, int(whole.size())) + part(whole, 0, cut) + scan();
     };
     QByteArray expected = xml;
-    const int begin = expected.indexOf("<exif:GPS");
-    const int end = expected.indexOf("</x:xmpmeta>");
+    const int begin = int(expected.indexOf("<exif:GPS"));
+    const int end = int(expected.indexOf("</x:xmpmeta>"));
     expected.replace(begin, end - begin, QByteArray(end - begin, ' '));
     const Sandbox sandbox;
     const QString path = sandbox.file(text("file.jpg"), file(xml));

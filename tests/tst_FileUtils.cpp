@@ -178,7 +178,7 @@ void tst_FileUtils::elidedFolderIsCutAtASlash()
         QString passed = path;
         const QString shown = FileUtils::elidedFolder(metrics, passed, width);
         QCOMPARE(passed, path);
-        const int slash = elided.indexOf(QLatin1Char('/'));
+        const int slash = int(elided.indexOf(QLatin1Char('/')));
         if (slash < 0) {
             QCOMPARE(shown, elided);
             continue;

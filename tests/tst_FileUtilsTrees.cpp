@@ -342,7 +342,7 @@ void tst_FileUtilsTrees::listDirectoriesInFileSystem()
     QVERIFY(FileUtils::listDirectoriesInFileSystem(box(text("t/")), deep, true));
     QCOMPARE(sorted(deep), all);
     // A folder is followed by its own sub-folders.
-    const int a = deep.indexOf(box(text("t/a")));
+    const int a = int(deep.indexOf(box(text("t/a"))));
     QCOMPARE(deep.mid(a, 3),
              QStringList({box(text("t/a")), box(text("t/a/b")), box(text("t/a/b/c"))}));
     QCOMPARE(deep.at(deep.indexOf(box(text("t/link"))) + 1), box(text("t/link/f")));

@@ -33,7 +33,7 @@ void makeTree(const Sandbox& box)
 
 int countFiles(const QString& folder)
 {
-    return filesBelow(folder).size();
+    return int(filesBelow(folder).size());
 }
 
 /// Notes what it sees, takes its time over it, and cancels when it has been called often enough.

@@ -530,7 +530,7 @@ void tst_GenericThread::sixtyRoundsOfFortyThreads()
 
 void tst_GenericThread::twoHundredInARow()
 {
-    const int objectsBefore = QCoreApplication::instance()->children().size();
+    const int objectsBefore = int(QCoreApplication::instance()->children().size());
     Receiver receiver;
     for (int i = 0; i < 200; ++i) {
         const QPointer<GenericThread> thread = GenericThread::runInGenericThread(

@@ -422,9 +422,9 @@ void tst_GoogleFontFile::indexOfEveryCase()
     GoogleFontFile file;
     QVERIFY(file.loadJsonGFontFromBynaryDatas(listOf(families)));
     for (int i = 0; i < families.size(); ++i) {
-        for (uint variant :
-             {characters.at(i), QChar::toUpper(characters.at(i)), QChar::toLower(characters.at(i)),
-              QChar::toTitleCase(characters.at(i)), QChar::toCaseFolded(characters.at(i))}) {
+        const uint c = characters.at(i);
+        for (const uint variant : {c, uint(QChar::toUpper(c)), uint(QChar::toLower(c)),
+                                   uint(QChar::toTitleCase(c)), uint(QChar::toCaseFolded(c))}) {
             const QString name = QString::fromUcs4(&variant, 1);
             const int found = file.indexOf(name);
             const bool same = families.at(i).compare(name, Qt::CaseInsensitive) == 0;

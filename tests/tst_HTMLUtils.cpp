@@ -3,6 +3,7 @@
 
 #include "HTMLUtils.h"
 
+#include "ColorFraction.h"
 #include "ScriptRunner.h"
 #include "Text.h"
 
@@ -22,6 +23,13 @@ QString units(std::initializer_list<ushort> codes)
     for (const ushort code : codes)
         string += QChar(code);
     return string;
+}
+
+/// A colour of which \a alpha is seen.
+QColor translucent(int red, int green, int blue, double alpha)
+{
+    return QColor::fromRgbF(ColorFraction(red), ColorFraction(green), ColorFraction(blue),
+                            ColorFraction(alpha));
 }
 
 } // namespace
@@ -550,19 +558,20 @@ void tst_HTMLUtils::colorToCss_data()
     row("#0a0bff", QColor(10, 11, 255));
     row("#000000", QColor());
     row("#00ff00", QColor::fromHsv(120, 255, 255));
-    row("rgba(255,0,0,0.5)", QColor::fromRgbF(1, 0, 0, 0.5));
+    row("rgba(255,0,0,0.5)", translucent(1, 0, 0, 0.5));
     row("rgba(1,2,3,0)", QColor(1, 2, 3, 0));
-    row("rgba(0,0,0,0.1)", QColor::fromRgbF(0, 0, 0, 0.1));
-    row("rgba(0,0,0,0.25)", QColor::fromRgbF(0, 0, 0, 0.25));
-    row("rgba(0,0,0,0.125)", QColor::fromRgbF(0, 0, 0, 0.125));
-    row("rgba(0,0,0,0.333)", QColor::fromRgbF(0, 0, 0, 0.333));
-    row("rgba(0,0,0,0.999)", QColor::fromRgbF(0, 0, 0, 0.999));
-    row("rgba(0,0,0,0.333333)", QColor::fromRgbF(0, 0, 0, 1.0 / 3)); // 21845 of 65535
+    row("rgba(0,0,0,0.1)", translucent(0, 0, 0, 0.1));
+    row("rgba(0,0,0,0.25)", translucent(0, 0, 0, 0.25));
+    row("rgba(0,0,0,0.125)", translucent(0, 0, 0, 0.125));
+    row("rgba(0,0,0,0.333)", translucent(0, 0, 0, 0.333));
+    row("rgba(0,0,0,0.999)", translucent(0, 0, 0, 0.999));
+    row("rgba(0,0,0,0.333333)", translucent(0, 0, 0, 1.0 / 3)); // 21845 of 65535
     row("rgba(9,8,7,0.501961)", QColor(9, 8, 7, 128)); // 128 of 255
     row("rgba(9,8,7,0.996078)", QColor(9, 8, 7, 254)); // 254 of 255
     row("rgba(9,8,7,0.2)", QColor(9, 8, 7, 51)); // 51 of 255, exactly
     row("rgba(9,8,7,0.00392157)", QColor(9, 8, 7, 1)); // 1 of 255
-    row("rgba(0,0,255,0.5)", QColor::fromHsvF(240 / 360.0, 1, 1, 0.5));
+    row("rgba(0,0,255,0.5)",
+        QColor::fromHsvF(ColorFraction(240 / 360.0), 1, 1, ColorFraction(0.5)));
 }
 
 void tst_HTMLUtils::colorToCss()
@@ -576,7 +585,7 @@ void tst_HTMLUtils::colorToCssOfEachAlpha()
     // All decimals of up to three places come back as they went in.
     for (int thousandths = 0; thousandths < 1000; ++thousandths) {
         QColor color(1, 2, 3);
-        color.setAlphaF(thousandths / 1000.0);
+        color.setAlphaF(ColorFraction(thousandths / 1000.0));
         QCOMPARE(HTMLUtils::colorToCss(color), text("rgba(1,2,3,%1)").arg(thousandths / 1000.0));
     }
     // What is written gives each alpha of eight bits back.

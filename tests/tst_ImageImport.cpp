@@ -129,7 +129,7 @@ QImage stored(const QImage& upright, int orientation)
 /// A segment of a JPEG.
 QByteArray segment(int marker, const QByteArray& payload)
 {
-    const int length = payload.size() + 2;
+    const int length = int(payload.size() + 2);
     const char head[] = {char(0xFF), char(marker), char(length >> 8), char(length & 0xFF)};
     return QByteArray(head, 4) + payload;
 }
@@ -764,7 +764,7 @@ void tst_ImageImport::profile()
     const QByteArray copy = contentOf(path("copy"));
     QCOMPARE(QImage::fromData(copy, format).colorSpace(), colorSpace);
     if (isJpeg) { // byte for byte
-        const int begin = source.indexOf("ICC_PROFILE");
+        const int begin = int(source.indexOf("ICC_PROFILE"));
         const int length = uchar(source.at(begin - 2)) << 8 | uchar(source.at(begin - 1));
         QVERIFY(copy.contains(source.mid(begin - 4, length + 2)));
         QCOMPARE(copy.count("ICC_PROFILE"), 1);
@@ -904,7 +904,7 @@ void tst_ImageImport::truncatedCopy_data()
     QTest::addColumn<int>("status");
     const QByteArray jpeg = encoded(landscape(400, 300, 0.7), "jpeg", 90);
     const QByteArray png = encoded(landscape(400, 300, 0.7), "png");
-    const int scan = jpeg.indexOf("\xFF\xDA");
+    const int scan = int(jpeg.indexOf("\xFF\xDA"));
     QTest::newRow("jpeg") << jpeg.left(jpeg.size() * 3 / 4) << int(ImageImportResult::Copied);
     QTest::newRow("jpeg, in its first segment")
         << jpeg.left(12) << int(ImageImportResult::Truncated);

@@ -830,7 +830,8 @@ void tst_ImageUtilsCopy::cannotBeScaled()
 void tst_ImageUtilsCopy::truncatedJpeg()
 {
     const QByteArray whole = jpeg(landscape(800, 600, 0.6));
-    for (const int part : {3, 20, 150, 400, 700, 2000, whole.size() / 2, whole.size() - 2}) {
+    for (const int part :
+         {3, 20, 150, 400, 700, 2000, int(whole.size() / 2), int(whole.size() - 2)}) {
         const QByteArray bytes = whole.left(part);
         writeFile(path("source.jpg"), bytes);
         writeFile(path("copy.jpg"), "old");
@@ -860,7 +861,7 @@ void tst_ImageUtilsCopy::hostileHeader_data()
 
     // 60,000 x 60,000 pixels, and hardly a byte of them.
     QByteArray forgedJpeg = jpeg(picture(16, 16), 6);
-    const int frame = forgedJpeg.indexOf("\xff\xc0");
+    const int frame = int(forgedJpeg.indexOf("\xff\xc0"));
     QVERIFY(frame > 0);
     forgedJpeg.replace(frame + 5, 4, QByteArray::fromHex("ea60ea60"));
     QTest::newRow("jpeg, to be turned at full size")
@@ -918,7 +919,7 @@ void tst_ImageUtilsCopy::endlessJpeg()
     // A JPEG of Qt has nine segments: APP0, two quantisation tables, a frame, four Huffman tables
     // and a scan.
     QByteArray bytes = jpeg(picture(160, 120));
-    const int place = behindPixels ? bytes.size() - 2 : 2;
+    const int place = int(behindPixels ? bytes.size() - 2 : 2);
     bytes.insert(place, piece.repeated(count - 9));
     writeFile(path("source.jpg"), bytes);
     // The scan is not part of the header.

@@ -83,7 +83,7 @@ QByteArray bigEndian(int number)
 
 QByteArray exifSegment(const QByteArray& block)
 {
-    return "\xFF\xE1" + bigEndian(block.size() + 8) + QByteArray("Exif\0\0", 6) + block;
+    return "\xFF\xE1" + bigEndian(int(block.size() + 8)) + QByteArray("Exif\0\0", 6) + block;
 }
 
 /// The tags of a step. Every byte of the value tells the step.
@@ -286,7 +286,7 @@ void tst_Kills::savedPhotograph()
     const Sandbox inMemory(folderInMemory());
 
     QStringList mixtures;
-    for (int kill = 0; kill < KillMoments::countInEach(photographs().size()); ++kill) {
+    for (int kill = 0; kill < KillMoments::countInEach(int(photographs().size())); ++kill) {
         const QString photoFolder =
             (kill % 2 == 0 ? onDisk : inMemory).folder(QStringLiteral("photo"));
         const QString path = photoFolder + QStringLiteral("/file.jpg");
@@ -304,7 +304,7 @@ void tst_Kills::savedPhotograph()
                                 .arg(counted / 2)
                                 .arg(left.size()));
         }
-        mLeftBehind += QDir(photoFolder).entryList(QDir::Files | QDir::Hidden).size() - 1;
+        mLeftBehind += QDir(photoFolder).entryList(QDir::Files | QDir::Hidden).size() - int(1);
 
         // Whatever was left, the next save is as good as any.
         QVERIFY(saveStep(photograph, stepCount - 1, path));
@@ -322,7 +322,7 @@ void tst_Kills::savedPhotograph()
 void tst_Kills::replacedTree()
 {
     int duringReplacements = 0;
-    for (int kill = 0; kill < KillMoments::countInEach(photographs().size()); ++kill) {
+    for (int kill = 0; kill < KillMoments::countInEach(int(photographs().size())); ++kill) {
         const Sandbox sandbox(kill % 2 == 0 ? QDir::tempPath() : folderInMemory());
         QMap<QString, QByteArray> trees[2];
         for (int tree = 0; tree < 2; ++tree) {

@@ -161,7 +161,7 @@ bool tst_KillsPublisher::isAsBefore(const Files& oldSite, const Files& newSite,
         found.append(text("the project was touched"));
     if (found.isEmpty())
         return true;
-    mDefects += found.size();
+    mDefects += int(found.size());
     qWarning("%s", qPrintable(found.join(QLatin1Char('\n'))));
     return false;
 }
@@ -247,7 +247,7 @@ void tst_KillsPublisher::watchedProject()
         }
         const QStringList found =
             defects(picturesOf(left), picturesOf(mSites[1 - next]), picturesOf(mSites[next]));
-        mDefects += found.size();
+        mDefects += int(found.size());
         QVERIFY2(found.isEmpty(), qPrintable(found.join(QLatin1Char('\n'))));
         QVERIFY2(becomesWhole(mSites[next]), qPrintable(QString::number(kill)));
     }

@@ -854,7 +854,7 @@ void tst_QExifImageHeader::thumbnailPointers()
     Header header;
     QVERIFY(readBlock(&header, block));
     QCOMPARE(header.size(), thumbnail.isEmpty() ? 28 : 28 + 90 + thumbnail.size());
-    QCOMPARE(thumbnailBytes(header, thumbnail.size()), thumbnail);
+    QCOMPARE(thumbnailBytes(header, int(thumbnail.size())), thumbnail);
     QVERIFY(log.records().isEmpty());
 }
 

@@ -153,7 +153,7 @@ struct ReportedBytes
             const QJsonValue value = tag[QLatin1String(reader)].toObject()[QStringLiteral("bytes")];
             if (value.isString()) {
                 bytes = QByteArray::fromHex(value.toString().toLatin1());
-                length = bytes.size();
+                length = int(bytes.size());
                 known = true;
                 return;
             }

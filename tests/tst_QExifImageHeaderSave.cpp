@@ -561,7 +561,7 @@ void tst_QExifImageHeaderSave::saveFailedWrite()
     whole.setData(file);
     whole.open(QIODevice::ReadWrite);
     QVERIFY(header.saveToJpeg(&whole));
-    const int toWrite = qMax(file.size(), whole.data().size());
+    const int toWrite = int(qMax(file.size(), whole.data().size()));
     int failures = 0;
     for (int capacity = 0; capacity < toWrite + 1; ++capacity) {
         WatchedBuffer buffer;

@@ -444,7 +444,7 @@ void tst_QExifImageHeaderWrite::sizeCached()
     Header header;
     header.setThumbnail(image);
     const int predicted = header.size();
-    const int real = written(header).size();
+    const int real = int(written(header).size());
     QCOMPARE(real, predicted + 12);
 
     // Each change makes it a prediction again.
@@ -655,7 +655,7 @@ void tst_QExifImageHeaderWrite::setThumbnail()
 void tst_QExifImageHeaderWrite::thumbnailThatCannotBe()
 {
     QByteArray jpeg = thumbnailJpeg();
-    const int frame = jpeg.indexOf(hex("FFC0"));
+    const int frame = int(jpeg.indexOf(hex("FFC0")));
     QVERIFY(frame > 0);
     jpeg.replace(frame + 5, 4, hex("FFDC FFDC")); // height and width 65500
     Header header;
@@ -696,11 +696,11 @@ void tst_QExifImageHeaderWrite::mutations()
     for (int round = 0; round < 4000; ++round) {
         QByteArray damaged = block;
         if (round % 4 == 0)
-            damaged.truncate(below(block.size() + 1));
+            damaged.truncate(below(int(block.size() + 1)));
         for (int flips = 1 + below(6); flips > 0 && !damaged.isEmpty(); --flips) {
             // Every second one in the first directories, where the structure is.
-            const int at = below(flips % 2 ? qMin(damaged.size(), 120) : damaged.size());
-            damaged[at] = random() % 2 ? interesting.at(below(interesting.size()))
+            const int at = below(int(flips % 2 ? qMin(damaged.size(), 120) : damaged.size()));
+            damaged[at] = random() % 2 ? interesting.at(below(int(interesting.size())))
                                        : char(damaged.at(at) ^ char(1 << below(8)));
         }
 

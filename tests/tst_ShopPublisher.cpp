@@ -87,7 +87,7 @@ QByteArray jpegWithOrientation(const QImage& image, int orientation)
     QByteArray exif("Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1", 24);
     exif += bigEndian16(orientation) + QByteArray(2 + 4, '\0');
     const int jfifEnd = 4 + qFromBigEndian<quint16>(jpeg.constData() + 4);
-    jpeg.insert(jfifEnd, "\xff\xe1" + bigEndian16(exif.size() + 2) + exif);
+    jpeg.insert(jfifEnd, "\xff\xe1" + bigEndian16(int(exif.size() + 2)) + exif);
     return jpeg;
 }
 
@@ -179,8 +179,8 @@ QStringList picturesInBrowser(const QString& site, const QString& name = text("i
     const QString dom = QString::fromUtf8(runChromium(
         {QStringLiteral("--dump-dom"), QUrl::fromLocalFile(copy).toString(QUrl::FullyEncoded)}));
     QFile::remove(copy);
-    const int begin = dom.indexOf(QLatin1String("<pre>BEGIN\n"));
-    const int end = dom.indexOf(QLatin1String("\nEND</pre>"));
+    const int begin = int(dom.indexOf(QLatin1String("<pre>BEGIN\n")));
+    const int end = int(dom.indexOf(QLatin1String("\nEND</pre>")));
     if (begin < 0 || end < begin)
         return {QStringLiteral("no report from the browser")};
     const QString report = dom.mid(begin + 11, end - begin - 11);
@@ -572,12 +572,12 @@ void tst_ShopPublisher::subfoldersAndHiddenFiles()
     QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), expected);
     // In the page a folder's own pictures stand before those of its sub-folders.
     const QString html = index();
-    const int positions[] = {html.indexOf(QLatin1String("images/z.jpg")),
-                             html.indexOf(QLatin1String("<h2><bdi>bowls</bdi>")),
-                             html.indexOf(QLatin1String("images/bowls/a.jpg")),
-                             html.indexOf(QLatin1String("<h2><bdi>bowls/deep/deeper</bdi>")),
-                             html.indexOf(QLatin1String("images/bowls/deep/deeper/b.jpg")),
-                             html.indexOf(QLatin1String("images/like.jpg/c.jpg"))};
+    const int positions[] = {int(html.indexOf(QLatin1String("images/z.jpg"))),
+                             int(html.indexOf(QLatin1String("<h2><bdi>bowls</bdi>"))),
+                             int(html.indexOf(QLatin1String("images/bowls/a.jpg"))),
+                             int(html.indexOf(QLatin1String("<h2><bdi>bowls/deep/deeper</bdi>"))),
+                             int(html.indexOf(QLatin1String("images/bowls/deep/deeper/b.jpg"))),
+                             int(html.indexOf(QLatin1String("images/like.jpg/c.jpg")))};
     QVERIFY(positions[0] > 0);
     for (int i = 1; i < 6; ++i)
         QVERIFY2(positions[i] > positions[i - 1], qPrintable(QString::number(i)));

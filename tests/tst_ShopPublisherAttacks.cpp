@@ -98,7 +98,7 @@ QByteArray hugePng(quint32 width, quint32 height)
 QByteArray hugeJpeg(quint16 width, quint16 height)
 {
     QByteArray jpeg = encoded(corners(40, 30), "jpg");
-    const int frame = jpeg.indexOf("\xff\xc0");
+    const int frame = int(jpeg.indexOf("\xff\xc0"));
     qToBigEndian(height, jpeg.data() + frame + 5);
     qToBigEndian(width, jpeg.data() + frame + 7);
     return jpeg;

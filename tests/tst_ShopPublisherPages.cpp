@@ -33,7 +33,7 @@ QString webChecker(const char* file)
 QJsonArray dataOf(const QByteArray& page)
 {
     const QByteArray begin = "<script type=\"application/ld+json\">";
-    const int at = page.indexOf(begin) + begin.size();
+    const int at = int(page.indexOf(begin) + begin.size());
     return QJsonDocument::fromJson(page.mid(at, page.indexOf("</script>", at) - at)).array();
 }
 

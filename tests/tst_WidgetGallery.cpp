@@ -78,7 +78,7 @@ void countColours(const QImage& image, const QRect& part, int* colours, double* 
     int most = 0;
     for (const int count : counts)
         most = qMax(most, count);
-    *colours = counts.size();
+    *colours = int(counts.size());
     *commonest = double(most) / (double(part.width()) * part.height());
 }
 

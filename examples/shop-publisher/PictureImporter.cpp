@@ -150,7 +150,7 @@ QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& pho
         if (work.defect)
             continue;
         work.drafts = mSite ? draftsOf(*work.photograph) : draftsToCheck(*work.photograph);
-        work.missingResults = work.drafts.size();
+        work.missingResults = int(work.drafts.size());
         for (int j = 0; j < work.drafts.size(); ++j) {
             Draft& draft = work.drafts[j];
             draft.path = mSite ? mSite->draft(draft.place) : mScratch->filePath(draft.place);

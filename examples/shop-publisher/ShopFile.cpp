@@ -618,7 +618,7 @@ bool ShopFile::read(const QVector<Photograph>& photographs, Shop* shop)
     const QJsonDocument document = QJsonDocument::fromJson(content, &error);
     if (error.error != QJsonParseError::NoError) {
         const QByteArray before = content.left(error.offset);
-        const int line = before.count('\n') + 1;
+        const int line = int(before.count('\n') + 1);
         ORVAUTILS_SET_ERROR(failure(
             Undecodable,
             tr("is no valid JSON (line %1: %2)").arg(QString::number(line), error.errorString())));

@@ -23,14 +23,14 @@ public:
     void add(const QString& text)
     {
         int at = 0;
-        for (int open = text.indexOf(QLatin1String("{{")); open >= 0;
-             open = text.indexOf(QLatin1String("{{"), at)) {
+        for (int open = int(text.indexOf(QLatin1String("{{"))); open >= 0;
+             open = int(text.indexOf(QLatin1String("{{"), at))) {
             mPage.append(text.constData() + at, open - at);
             const bool isRaw = text.mid(open, 3) == QLatin1String("{{{");
             const QString end = isRaw ? QStringLiteral("}}}") : QStringLiteral("}}");
-            const int close = text.indexOf(end, open);
+            const int close = int(text.indexOf(end, open));
             const QString name = text.mid(open + end.size(), close - open - end.size());
-            at = close + end.size();
+            at = int(close + end.size());
             const QString rest = name.mid(1);
             if (name.startsWith(QLatin1Char('>')))
                 add(textOf(rest.trimmed()));
@@ -51,10 +51,10 @@ private:
     int addSection(const QString& text, int begin, const QString& name, bool isOfNone)
     {
         const QString mark = QLatin1String("{{/") + name + QLatin1String("}}");
-        const int end = text.indexOf(mark, begin);
+        const int end = int(text.indexOf(mark, begin));
         // A mark that has its line for itself leaves none.
         const int first = text.mid(begin, 1) == QLatin1String("\n") ? begin + 1 : begin;
-        const int after = end + mark.size();
+        const int after = int(end + mark.size());
         const bool isLine = first > begin && text.mid(after, 1) == QLatin1String("\n");
         const QString section = text.mid(first, end - first);
         const QVariant given = value(name);
@@ -89,7 +89,7 @@ private:
 
     QVariant value(const QString& name) const
     {
-        for (int i = mScopes.size() - 1; i >= 0; --i) {
+        for (int i = int(mScopes.size() - 1); i >= 0; --i) {
             const auto found = mScopes.at(i).constFind(name);
             if (found != mScopes.at(i).constEnd())
                 return found.value();

@@ -31,7 +31,7 @@ protected:
     {
         const QByteArray part = content.mid(mRead, int(size));
         std::copy(part.begin(), part.end(), data);
-        mRead += part.size();
+        mRead += int(part.size());
         return part.size();
     }
     qint64 writeData(const char* data, qint64 size) override

@@ -89,8 +89,8 @@ inline QJsonObject askBrowser(const QString& page, const QByteArray& expression,
                     + QStringList{text("--window-size=%1,900").arg(width), text("--dump-dom"),
                                   QUrl::fromLocalFile(copy).toString(QUrl::FullyEncoded)});
     QFile::remove(copy);
-    const int begin = dom.indexOf("<pre>BEGIN") + 10;
-    const int end = dom.indexOf("END</pre>", begin);
+    const int begin = int(dom.indexOf("<pre>BEGIN") + 10);
+    const int end = int(dom.indexOf("END</pre>", begin));
     return QJsonDocument::fromJson(QByteArray::fromPercentEncoding(dom.mid(begin, end - begin)))
         .object();
 }

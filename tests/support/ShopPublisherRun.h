@@ -148,15 +148,45 @@ inline QProcessEnvironment environmentFor(const QString& home)
     return environment;
 }
 
-/// A process whose files cannot grow beyond 30 kB.
-class LimitedProcess : public QProcess
+/// A process that does something of its own before the program begins.
+class PreparedProcess : public QProcess
 {
+public:
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    explicit PreparedProcess(void (*prepare)())
+    {
+        setChildProcessModifier(prepare);
+    }
+#else
+    explicit PreparedProcess(void (*prepare)())
+        : mPrepare(prepare)
+    { }
+
 protected:
     void setupChildProcess() override
     {
+        mPrepare();
+    }
+
+private:
+    void (*const mPrepare)();
+#endif
+};
+
+/// A process whose files cannot grow beyond 30 kB.
+class LimitedProcess : public PreparedProcess
+{
+public:
+    LimitedProcess()
+        : PreparedProcess(limit)
+    { }
+
+private:
+    static void limit()
+    {
         ::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {30000, 30000};
-        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0)
+        const rlimit most = {30000, 30000};
+        if (::setrlimit(RLIMIT_FSIZE, &most) != 0)
             ::_exit(126);
     }
 };
@@ -164,10 +194,15 @@ protected:
 /// A process that meets refused permissions as a person does, also where root runs it. On Linux it
 /// stays root, whose build folder nobody else may be allowed to enter, without the right of passing
 /// over permissions.
-class OrdinaryProcess : public QProcess
+class OrdinaryProcess : public PreparedProcess
 {
-protected:
-    void setupChildProcess() override
+public:
+    OrdinaryProcess()
+        : PreparedProcess(giveUpRights)
+    { }
+
+private:
+    static void giveUpRights()
     {
         if (::geteuid() != 0)
             return;

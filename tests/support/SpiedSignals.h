@@ -38,7 +38,7 @@ inline void settle(const QList<QSignalSpy*>& spies)
     const auto count = [&spies] {
         int signalsSoFar = 0;
         for (const QSignalSpy* spy : spies)
-            signalsSoFar += spy->count();
+            signalsSoFar += int(spy->count());
         return signalsSoFar;
     };
     int before = -1;

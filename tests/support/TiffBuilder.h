@@ -71,7 +71,7 @@ public:
 
     operator QByteArray() const { return mBytes; }
     QByteArray all() const { return mBytes; }
-    int size() const { return mBytes.size(); }
+    int size() const { return int(mBytes.size()); }
 
 private:
     const QDataStream::ByteOrder mOrder;
