@@ -304,7 +304,7 @@ void tst_Kills::savedPhotograph()
                                 .arg(counted / 2)
                                 .arg(left.size()));
         }
-        mLeftBehind += QDir(photoFolder).entryList(QDir::Files | QDir::Hidden).size() - int(1);
+        mLeftBehind += int(QDir(photoFolder).entryList(QDir::Files | QDir::Hidden).size()) - 1;
 
         // Whatever was left, the next save is as good as any.
         QVERIFY(saveStep(photograph, stepCount - 1, path));

@@ -20,8 +20,8 @@ const int manyPictures = 60;
 /// The lines "[ 3/60] name" of an output.
 int stepsIn(const QString& output)
 {
-    return output.count(
-        QRegularExpression(QStringLiteral("^\\[ *\\d+/"), QRegularExpression::MultilineOption));
+    return int(output.count(
+        QRegularExpression(QStringLiteral("^\\[ *\\d+/"), QRegularExpression::MultilineOption)));
 }
 
 QStringList foldersIn(const QString& folder)
