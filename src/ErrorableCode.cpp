@@ -80,8 +80,14 @@ QDebug operator<<(QDebug debug, const ErrorableCode& code)
     debug.nospace() << "ErrorableCode(";
     if (code.isValid()) {
         debug << code.toString(false);
+        // Step by step: Qt 6 writes a whole list in another way than Qt 5.
+        const char* before = ", (";
+        for (const QString& step : code.callSteps) {
+            debug << before << step;
+            before = ", ";
+        }
         if (!code.callSteps.isEmpty())
-            debug << ", " << code.callSteps;
+            debug << ')';
     }
     debug << ')';
     return debug;

@@ -50,7 +50,7 @@ public:
     /// \endcode
     ///
     /// - QByteArray: its text (UTF-8) as it is, without quotes, so that raw code can be passed
-    ///   through. It ends at the first NUL, as in QVariant::toString(); a QString does not
+    ///   through. It ends at the first NUL; a QString does not
     /// - QString: in single quotes
     /// - bool: 1 or 0
     /// - double: with at most six significant digits (0.1, 3, 1.23457e+06)

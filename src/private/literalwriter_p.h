@@ -173,8 +173,8 @@ private:
     void open(const QVariant& value)
     {
         switch (value.userType()) {
-        case QMetaType::QByteArray:
-            return writeRaw(value.toString());
+        case QMetaType::QByteArray: // which ends at its first NUL
+            return writeRaw(QString::fromUtf8(stored<QByteArray>(value).constData()));
         case QMetaType::QString:
             return write(stored<QString>(value));
         case QMetaType::Bool:
