@@ -39,8 +39,8 @@ string(REPLACE "]" ">" listing "${listing}")
 string(REPLACE "\n" ";" listing "${listing}")
 set(seen "")
 foreach(line IN LISTS listing)
-  # Address, kind, name.
-  if(NOT line MATCHES "^[0-9a-f]+ . (.+)$")
+  # Address, kind, name. A small letter is a symbol that only the library itself sees, but for these.
+  if(NOT line MATCHES "^[0-9a-f]+ [A-Zuvwi] (.+)$")
     continue()
   endif()
   set(symbol "${CMAKE_MATCH_1}")
