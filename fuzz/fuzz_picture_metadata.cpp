@@ -63,6 +63,15 @@ bool tellsGps(const PictureMetadata& metadata)
     return tellsGps(metadata.xmp);
 }
 
+/// Whether a file has the metadata that was put into it. A WebP that does not begin with its pixels
+/// takes none: nobody knows its size.
+bool comesOut(const QByteArray& file, const QByteArray& format, const PictureMetadata& metadata)
+{
+    const QByteArray changed = withMetadata(file, format, metadata);
+    return changed.isEmpty() ? format == "webp"
+                             : readMetadata(changed, format).metadata == metadata;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -86,13 +95,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         FUZZ_PROMISE(decoded(bare, format) == pixels);
 
     // What goes into a picture comes out of it again.
-    FUZZ_PROMISE(readMetadata(withMetadata(bare, format, found.metadata), format).metadata
-                 == found.metadata);
+    FUZZ_PROMISE(comesOut(bare, format, found.metadata));
 
     for (const auto choice : {ImageImport::CopyrightAndDate, ImageImport::AllButLocation}) {
         const PictureMetadata chosen = chosenMetadata(found.metadata, choice);
         FUZZ_PROMISE(!tellsGps(chosen));
-        FUZZ_PROMISE(readMetadata(withMetadata(file, format, chosen), format).metadata == chosen);
+        FUZZ_PROMISE(comesOut(file, format, chosen));
         adaptedMetadata(withOrientation(chosen, 6), QSize(4, 3), true);
     }
     return 0;
