@@ -29,8 +29,8 @@ namespace {
 double rounded(double x)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    // Here Qt rounds negative halves the other way.
-    if (x < 0 && x - std::trunc(x) == -0.5)
+    // Here Qt rounds negative halves the other way, and beyond 2^52 some whole numbers.
+    if (x < 0 && x - std::trunc(x) >= -0.5)
         return std::trunc(x);
 #endif
     return double(qRound64(x));
