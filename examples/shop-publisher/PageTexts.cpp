@@ -17,7 +17,7 @@ const struct
 {
     const char* name;
     const char* text;
-} texts[] = {
+} namedTexts[] = {
     {"vatText", QT_TRANSLATE_NOOP("PageTexts", "VAT")},
     {"inclVatText", QT_TRANSLATE_NOOP("PageTexts", "incl. VAT")},
     {"netText", QT_TRANSLATE_NOOP("PageTexts", "net")},
@@ -43,7 +43,7 @@ QVariantMap PageTexts::in(const QString& code)
     const bool isLoaded = translator.load(
         QLocale(code), key, QString(), LocalisationTools::pathFile_QM(key), QStringLiteral(".qm"));
     QVariantMap map;
-    for (const auto& entry : texts) {
+    for (const auto& entry : namedTexts) {
         const QString text = isLoaded ? translator.translate("PageTexts", entry.text) : QString();
         map.insert(QLatin1String(entry.name),
                    text.isEmpty() ? QString::fromUtf8(entry.text) : text);

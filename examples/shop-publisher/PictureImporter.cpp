@@ -221,8 +221,8 @@ void PictureImporter::conclude(Work* work)
     if (!work->defect && mSite) {
         const PublishedPicture published = chooseSizes(work);
         QVector<Site::Draft> drafts; // the large one last, as nothing is there without it
-        for (const Draft& draft : work->drafts)
-            drafts.prepend({draft.path, draft.place});
+        for (auto draft = work->drafts.constBegin(); draft != work->drafts.constEnd(); ++draft)
+            drafts.prepend({draft->path, draft->place});
         work->defect.failure = WorkItem::Unwritable;
         if (mSite->put(drafts, &work->defect.reason)) {
             mPublished.append(published);
