@@ -183,6 +183,8 @@ void takeMetadata(const Segment& segment, MetadataFindings* findings)
     } else if (segment.marker == JpegMarker::Comment) {
         metadata.comments.append(detached(payload));
     } else if (!belongsToPicture(segment)
+               // Cut short by the end of the file, it would take what follows it elsewhere.
+               && segment.whole.startsWith(JpegSegments::head(segment.marker, int(payload.size())))
                // Its offsets would be wrong, and what it leads to is dropped.
                && !payload.startsWith(multiPictureName())) {
         metadata.others.append(detached(segment.whole));
