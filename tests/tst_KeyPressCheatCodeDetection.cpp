@@ -29,7 +29,7 @@ class Watched : public QObject
 public:
     explicit Watched(const QString& key) { detection.setKey(key); }
 
-    int count() const { return mSpy.count(); }
+    int count() const { return int(mSpy.count()); }
 
     KeyPressCheatCodeDetection detection{this};
 
