@@ -200,6 +200,7 @@ private Q_SLOTS:
     void truncated();
     void truncatedCopy_data();
     void truncatedCopy();
+    void segmentThatBreaksOff();
     void quality_data();
     void quality();
     void failures_data();
@@ -923,6 +924,28 @@ void tst_ImageImport::truncatedCopy()
     QVERIFY(result.truncated);
     QCOMPARE(int(result.status), status);
     QCOMPARE(contentOf(path("copy")) == "old", !result);
+}
+
+void tst_ImageImport::segmentThatBreaksOff()
+{
+    // The file ends within a segment behind its pixels. In front of the pixels of another file,
+    // that segment would take as many bytes of them as it lacks.
+    QByteArray bytes = encoded(landscape(400, 300, 0.7), "jpeg", 90);
+    bytes.chop(2); // the end of the picture
+    const QByteArray whole = segment(0xE4, QByteArray(200, 'w'));
+    const QByteArray broken = segment(0xE5, QByteArray(200, 'b')).left(100);
+    writeFile(path("source.jpg"), bytes + whole + broken);
+    ImageImport how = limitedTo(100);
+    how.metadata = ImageImport::AllMetadata;
+    LogCapture log;
+    const ImageImportResult result =
+        ImageUtils::importImage(path("source.jpg"), path("copy.jpg"), how);
+    QCOMPARE(int(result.status), int(ImageImportResult::Imported));
+    QVERIFY(result.truncated);
+    const QByteArray copy = contentOf(path("copy.jpg"));
+    QVERIFY(copy.contains(whole));
+    QVERIFY(!copy.contains("bbbb"));
+    QCOMPARE(QImage::fromData(copy).size(), QSize(100, 75));
 }
 
 void tst_ImageImport::quality_data()

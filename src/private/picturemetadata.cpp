@@ -5,11 +5,6 @@
 
 namespace OrvaUtilsPrivate {
 
-bool PictureMetadata::isEmpty() const
-{
-    return *this == PictureMetadata();
-}
-
 bool PictureMetadata::operator==(const PictureMetadata& other) const
 {
     return exif == other.exif && xmp == other.xmp && iptc == other.iptc

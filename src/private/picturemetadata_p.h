@@ -25,7 +25,6 @@ struct PictureMetadata
     /// All other metadata, such as extended XMP of a JPEG: whole segments, whole chunks.
     QList<QByteArray> others;
 
-    bool isEmpty() const;
     bool operator==(const PictureMetadata& other) const;
     bool operator!=(const PictureMetadata& other) const { return !(*this == other); }
 };
