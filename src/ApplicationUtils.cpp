@@ -33,11 +33,10 @@ QString shippedFolder(const QString& bundleFolder, const QString& lastComponent)
         path.remove(QStringLiteral("MacOS"));
         return path + bundleFolder + lastComponent;
     }
-    for (const char* const build : {"debug", "release"}) {
-        const QRegularExpression bundle(
-            QStringLiteral("bin/%1.+\\.app/Contents/MacOS").arg(QLatin1String(build)),
-            QRegularExpression::DotMatchesEverythingOption);
-        path.remove(bundle);
+    for (const char* const pattern :
+         {"bin/debug.+\\.app/Contents/MacOS", "bin/release.+\\.app/Contents/MacOS"}) {
+        path.remove(QRegularExpression(QString::fromLatin1(pattern),
+                                       QRegularExpression::DotMatchesEverythingOption));
     }
     return withSlash(path) + lastComponent;
 }

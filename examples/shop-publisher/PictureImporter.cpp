@@ -7,6 +7,7 @@
 #include <ImageImporter.h>
 #include <ImageUtils.h>
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
@@ -153,7 +154,8 @@ QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& pho
         work.missingResults = int(work.drafts.size());
         for (int j = 0; j < work.drafts.size(); ++j) {
             Draft& draft = work.drafts[j];
-            draft.path = mSite ? mSite->draft(draft.place) : mScratch->filePath(draft.place);
+            draft.path =
+                mSite ? mSite->draft(draft.place) : QDir(mScratch->path()).filePath(draft.place);
             how.format = draft.format;
             how.maxSize = draft.limit;
             importer.add(work.photograph->source, draft.path, how);

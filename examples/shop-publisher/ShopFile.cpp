@@ -295,7 +295,7 @@ private:
             return;
         QJsonObject rates = object.value(key).toObject();
         shop->vatDate =
-            QDate::fromString(rates.take(QLatin1String("date")).toString(), Qt::ISODate);
+            QDate::fromString(rates.take(QStringLiteral("date")).toString(), Qt::ISODate);
         if (!shop->vatDate.isValid())
             wrong(mFile, key, tr("has no \"date\" of the rates, such as \"2026-01-01\""));
         for (auto it = rates.constBegin(); it != rates.constEnd(); ++it) {

@@ -127,7 +127,7 @@ public:
 private:
     QString path(const char* name) const
     {
-        return mFolder.filePath(QString::fromLatin1(name));
+        return QDir(mFolder.path()).filePath(QString::fromLatin1(name));
     }
 
     void replace()

@@ -33,6 +33,7 @@ Page::Page(const QString& title, const QString& introduction,
         width = qMax(width, samples.last()->neededWidth());
     }
     layout->addStretch();
-    for (Sample* sample : qAsConst(samples))
-        sample->setSampleWidth(width);
+    for (auto sample = samples.constBegin(); sample != samples.constEnd();
+         ++sample)
+        (*sample)->setSampleWidth(width);
 }
