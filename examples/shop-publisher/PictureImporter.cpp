@@ -131,6 +131,22 @@ QStringList PictureImporter::placesOf(const Photograph& photograph)
     return places;
 }
 
+/// Finds out whether a photograph can be imported, and what is to be made of it.
+void PictureImporter::prepare(const Photograph& photograph, Work* work)
+{
+    work->photograph = &photograph;
+    work->defect = mSite && mSite->contains(photograph.source)
+        ? Defect{WorkItem::Unsuitable, tr("is a link into the site itself")}
+        : PictureCheck::defectOf(photograph);
+    if (work->defect)
+        return;
+    work->drafts = mSite ? draftsOf(photograph) : draftsToCheck(photograph);
+    work->missingResults = int(work->drafts.size());
+    for (Draft& draft : work->drafts)
+        draft.path =
+            mSite ? mSite->draft(draft.place) : QDir(mScratch->path()).filePath(draft.place);
+}
+
 QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& photographs, int first,
                                                   int count)
 {
@@ -143,22 +159,13 @@ QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& pho
     ImageImporter importer;
     QVector<QPair<int, int>> draftOfImport; // work and draft
     for (int i = 0; i < count && goesOn(); ++i) {
-        Work& work = works[i];
-        work.photograph = &photographs.at(first + i);
-        work.defect = mSite && mSite->contains(work.photograph->source)
-            ? Defect{WorkItem::Unsuitable, tr("is a link into the site itself")}
-            : PictureCheck::defectOf(*work.photograph);
-        if (work.defect)
-            continue;
-        work.drafts = mSite ? draftsOf(*work.photograph) : draftsToCheck(*work.photograph);
-        work.missingResults = int(work.drafts.size());
-        for (int j = 0; j < work.drafts.size(); ++j) {
-            Draft& draft = work.drafts[j];
-            draft.path =
-                mSite ? mSite->draft(draft.place) : QDir(mScratch->path()).filePath(draft.place);
-            how.format = draft.format;
-            how.maxSize = draft.limit;
-            importer.add(work.photograph->source, draft.path, how);
+        const Photograph& photograph = photographs.at(first + i);
+        prepare(photograph, &works[i]);
+        const QVector<Draft>& drafts = works.at(i).drafts;
+        for (int j = 0; j < drafts.size(); ++j) {
+            how.format = drafts.at(j).format;
+            how.maxSize = drafts.at(j).limit;
+            importer.add(photograph.source, drafts.at(j).path, how);
             draftOfImport.append({i, j});
         }
     }

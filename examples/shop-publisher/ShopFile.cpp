@@ -380,7 +380,7 @@ private:
     QString order(WorkItem* owner, const QJsonObject& object)
     {
         const QString key = QStringLiteral("order");
-        const QString text = optionalText(owner, object, key);
+        QString text = optionalText(owner, object, key);
         QString address = text;
         address.remove(QLatin1String("{id}")).remove(QLatin1String("{name}"));
         if (!text.isEmpty() && !isEmail(text) && !isWebAddress(address))
@@ -512,7 +512,7 @@ private:
 
     QString photo(WorkItem* item, const QString& key, const QString& wanted)
     {
-        const QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
+        QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
         if (!wanted.isEmpty() && name.isEmpty())
             fail(item, key, Missing, tr("there is no photograph \"%1\"").arg(wanted));
         return name;
