@@ -113,7 +113,7 @@ ExifPlace findExif(QFile* file, const QByteArray& head)
     QBuffer buffer;
     buffer.setData(head);
     buffer.open(QIODevice::ReadOnly);
-    const ExifPlace place = findExif(&buffer);
+    ExifPlace place = findExif(&buffer);
     if (head.size() == file->size() || (place.isFound && place.end + nextSize <= head.size()))
         return place;
     file->seek(0);
