@@ -38,6 +38,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <system_error>
 #include <vector>
 
 using namespace OrvaUtilsPrivate;
@@ -411,11 +412,9 @@ bool FileUtils::moveOver(const QString& path, const QString& newPath, QString* e
     const bool isMoved = areFolders
         ? moveFolderOver(moved.absoluteFilePath(), old.absoluteFilePath(), &reason)
         : OrvaUtilsPrivate::moveOver(path, newPath, &reason);
-    if (isMoved)
-        return true;
-    if (error)
+    if (!isMoved && error)
         *error = reason;
-    return false;
+    return isMoved;
 }
 
 int FileUtils::removeEmptyDirs(const QString& path, bool recursive)
@@ -477,6 +476,19 @@ bool FileUtils::listFolderName(const QString& path, QStringList& list)
             list.append(entry.name);
     }
     return true;
+}
+
+bool FileUtils::listEntries(const QString& path, QVector<Entry>& list, QString* error)
+{
+    FolderReader reader(path, EntryDetail::Kinds);
+    while (reader.next()) {
+        const FolderEntry& one = reader.entry();
+        list.append({one.name, one.kind == EntryKind::File, one.kind == EntryKind::Folder,
+                     one.isLink, one.isHidden, one.isReachable});
+    }
+    if (!reader.isIntact() && error)
+        *error = QString::fromStdString(std::generic_category().message(reader.error()));
+    return reader.isIntact();
 }
 
 // File content

@@ -12,6 +12,7 @@
 #include <QIcon>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <functional>
 
@@ -73,6 +74,20 @@ public:
     /// for the first file, after that at most every 50 milliseconds, and at the end. Returning
     /// false cancels the operation.
     using TreeObserver = std::function<bool(const TreeProgress& progress)>;
+
+    /// What a folder holds, as listEntries() tells it. What is neither a file nor a folder is a
+    /// broken link, a pipe, a socket or a device.
+    struct Entry
+    {
+        QString name;
+        bool isFile = false; ///< or a link to one
+        bool isFolder = false; ///< or a link to one
+        bool isLink = false;
+        bool isHidden = false;
+        /// Whether a path leads to it. Otherwise its name on the disk is no text in the system's
+        /// encoding, as of an old archive, and \a name is a likeness for people.
+        bool isReachable = true;
+    };
 
     FileUtils() = delete;
 
@@ -341,6 +356,24 @@ public:
     ///
     /// An empty path means the current folder. Returns false if the folder does not exist.
     static bool listFolderName(const QString& path, QStringList& list);
+
+    /// Appends everything that the folder \a path holds to \a list: all entries, and also what the
+    /// other functions pass over: broken links, special files, and names on the disk that are no
+    /// text in the system's encoding. Sub-folders are not entered.
+    ///
+    /// Tells a folder that cannot be read from an empty one: returns false, with the system's
+    /// reason in \a error, for one that does not exist, is a file, may not be read, or fails while
+    /// it is read; what was read until then stands in \a list. An empty path, or one that holds a
+    /// NUL, is no folder. Nothing is logged.
+    ///
+    /// \code
+    /// QVector<FileUtils::Entry> entries;
+    /// if (!FileUtils::listEntries(folder, entries, &error))
+    ///     QMessageBox::warning(window, title, error); // "Permission denied"
+    /// for (const FileUtils::Entry& entry : entries)
+    ///     model.append(entry.name, entry.isFolder);
+    /// \endcode
+    static bool listEntries(const QString& path, QVector<Entry>& list, QString* error = nullptr);
 
     // File content
 

@@ -21,6 +21,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <thread>
+
 #if defined(__clang__)
 // QSKIP() is a macro with optional arguments.
 #pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
@@ -48,6 +51,11 @@ private Q_SLOTS:
     void listDirectoriesOfNothing();
     void listFolderName();
     void listResources();
+    void listEntries();
+    void listEntriesThatAreNoText();
+    void listEntriesRefusals_data();
+    void listEntriesRefusals();
+    void listEntriesOfAFolderThatGoes();
     void linkLoopsAreWalkedOnce();
     void namesThatAreNoText();
     void folderNamesThatAreNoText();
@@ -399,6 +407,152 @@ void tst_FileUtilsTrees::listResources()
     int count = 0;
     QCOMPARE(FileUtils::folderSize(text(":/tree"), &count), qint64(11 + 8));
     QCOMPARE(count, 2);
+}
+
+namespace {
+
+/// "name" and what it is: "/" for a folder, "=" for a file, "@" for a link, "." for a hidden one,
+/// "!" for one that no path leads to.
+QStringList entriesOf(const QVector<FileUtils::Entry>& entries)
+{
+    QStringList list;
+    for (const FileUtils::Entry& entry : entries)
+        list.append(entry.name + text(entry.isFolder ? "/" : "") + text(entry.isFile ? "=" : "")
+                    + text(entry.isLink ? "@" : "") + text(entry.isHidden ? "." : "")
+                    + text(entry.isReachable ? "" : "!"));
+    return sorted(list);
+}
+
+} // namespace
+
+void tst_FileUtilsTrees::listEntries()
+{
+    Sandbox box;
+    box.file(text("t/a"));
+    box.file(text("t/.hidden"));
+    box.file(text("t/sub/not seen"));
+    box.folder(text("t/.sub"));
+    box.link(text("t/toA"), text("a"));
+    box.link(text("t/toSub"), text("sub"));
+    box.link(text("t/broken"), text("nowhere"));
+    box.pipe(text("t/pipe"));
+    LogCapture log;
+    QString error = text("as before");
+    const QStringList expected =
+        sorted({text("a="), text(".hidden=."), text("sub/"), text(".sub/."), text("toA=@"),
+                text("toSub/@"), text("broken@"), text("pipe")});
+    for (const char* path : {"t", "t/", "t//", "sub/../t"}) {
+        QVector<FileUtils::Entry> entries;
+        box.folder(text("sub"));
+        QVERIFY(FileUtils::listEntries(box(text(path)), entries, &error));
+        QCOMPARE(entriesOf(entries), expected);
+    }
+    QVector<FileUtils::Entry> entries;
+    const CurrentFolder current(box(text("t")));
+    QVERIFY(FileUtils::listEntries(text("sub"), entries)); // relative, and appended to
+    QVERIFY(FileUtils::listEntries(text("../t/sub"), entries, &error));
+    QVERIFY(FileUtils::listEntries(text(":/tree"), entries));
+    QVERIFY(FileUtils::listEntries(box.folder(text("empty")), entries));
+    QCOMPARE(entriesOf(entries),
+             QStringList({text("a.txt="), text("not seen="), text("not seen="), text("sub/")}));
+    QCOMPARE(error, text("as before"));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtilsTrees::listEntriesThatAreNoText()
+{
+    if (portable)
+        QSKIP("Qt's classes do not show such names, and Linux alone has them");
+    Sandbox box;
+    const QByteArray folder = QFile::encodeName(box.folder(text("s")));
+    const QByteArray file = folder + "/caf\xe9";
+    const QByteArray sub = folder + "/\xe9t\xe9";
+    const int made = ::open(file.constData(), O_CREAT | O_WRONLY, 0644);
+    if (made < 0)
+        QSKIP("this file system does not take such names");
+    ::close(made);
+    QCOMPARE(::mkdir(sub.constData(), 0755), 0);
+    box.file(QString(text("s/caf")) + QChar(0xe9));
+    // One whose name is the very likeness of the other can be reached.
+    box.file(text("s/caf") + QChar(0xfffd));
+    QVector<FileUtils::Entry> entries;
+    QVERIFY(FileUtils::listEntries(box(text("s")), entries));
+    const QString unknown(QChar(0xfffd));
+    QCOMPARE(
+        entriesOf(entries),
+        sorted({text("caf") + QChar(0xe9) + text("="), text("caf") + unknown + text("="),
+                text("caf") + unknown + text("=!"), unknown + text("t") + unknown + text("/!")}));
+    ::unlink(file.constData());
+    ::rmdir(sub.constData());
+}
+
+void tst_FileUtilsTrees::listEntriesRefusals_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("no path") << QString() << text("No such file or directory");
+    QTest::newRow("missing") << text("%1/nowhere") << text("No such file or directory");
+    QTest::newRow("file") << text("%1/file") << text("Not a directory");
+    QTest::newRow("link to a file") << text("%1/link") << text("Not a directory");
+    QTest::newRow("broken link") << text("%1/broken") << text("No such file or directory");
+    QTest::newRow("not to be read") << text("%1/locked") << text("Permission denied");
+    QTest::newRow("NUL") << QString(text("%1") + QChar() + text("x"))
+                         << text("No such file or directory");
+    QTest::newRow("missing resource") << text(":/nowhere") << text("No such file or directory");
+}
+
+void tst_FileUtilsTrees::listEntriesRefusals()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, error);
+    if (portable && path == text("%1/locked"))
+        QSKIP("QDir answers for the user who started the process, and root reads every folder");
+    Sandbox box;
+    box.link(text("link"), box.file(text("file")));
+    box.link(text("broken"), text("nowhere"));
+    box.file(text("locked/file"));
+    box.lock(box(text("locked")), 0333);
+    const OrdinaryUser user;
+    LogCapture log;
+    QVector<FileUtils::Entry> entries(1);
+    QString reason;
+    QVERIFY(!FileUtils::listEntries(path.replace(text("%1"), box.root()), entries, &reason));
+    QCOMPARE(reason, error);
+    QVERIFY(!FileUtils::listEntries(path, entries));
+    QCOMPARE(entries.size(), 1);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void tst_FileUtilsTrees::listEntriesOfAFolderThatGoes()
+{
+    if (portable)
+        QSKIP("Qt's classes ask step by step what a folder is");
+    // While it is listed again and again another thread makes it and takes it away: there is a
+    // folder with what it has, or none.
+    Sandbox box;
+    const QString folder = box(text("comes and goes"));
+    std::atomic<bool> isOver{false};
+    std::thread other([&] {
+        while (!isOver) {
+            QDir().mkdir(folder);
+            QDir().rmdir(folder);
+        }
+    });
+    int missing = 0;
+    int there = 0;
+    QVector<FileUtils::Entry> entries;
+    while ((missing == 0 || there == 0) && entries.isEmpty()) {
+        QString error;
+        if (FileUtils::listEntries(folder, entries, &error))
+            ++there;
+        else if (error == text("No such file or directory"))
+            ++missing;
+        else
+            entries.append({error, false, false, false, false, false});
+    }
+    isOver = true;
+    other.join();
+    QCOMPARE(entriesOf(entries), QStringList());
 }
 
 void tst_FileUtilsTrees::linkLoopsAreWalkedOnce()

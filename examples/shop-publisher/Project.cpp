@@ -8,20 +8,11 @@
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-
-#ifdef Q_OS_WIN
-#include <windows.h>
-#else
-#include <dirent.h>
-#endif
 
 namespace {
 
@@ -118,46 +109,28 @@ private:
             files.append({source, name, QString(), false});
     }
 
-    /// Read without Qt, which passes over names that are not text in the system's encoding, such as
-    /// names in Latin-1 from an old disk: they must not vanish without a word.
+    /// Tells of what cannot be read, and of names that are not text in the system's encoding, such
+    /// as names in Latin-1 from an old disk: they must not vanish without a word.
     QFileInfoList entriesOf(const QString& prefix)
     {
+        QVector<FileUtils::Entry> found;
+        QString reason;
+        if (!FileUtils::listEntries(mFolder + prefix, found, &reason))
+            fail(prefix.isEmpty() ? QFileInfo(mFolder).path() : prefix, WorkItem::Unreadable,
+                 Project::tr("cannot be read (%1)").arg(reason));
+        const QVector<FileUtils::Entry>& all = found;
         QFileInfoList entries;
-#ifdef Q_OS_WIN
-        // Where every name is a text.
-        if (!QFileInfo(mFolder + prefix).isReadable())
-            failToRead(prefix, qt_error_string(ERROR_ACCESS_DENIED));
-        entries = QDir(mFolder + prefix)
-                      .entryInfoList(QDir::Files | QDir::Dirs | QDir::System | QDir::NoDotAndDotDot
-                                     | (mKind == StaticFiles ? QDir::Hidden : QDir::Filter(0)));
-#else
-        DIR* const directory = ::opendir(QFile::encodeName(mFolder + prefix).constData());
-        if (!directory) {
-            failToRead(prefix, QString::fromLocal8Bit(std::strerror(errno)));
-            return entries;
-        }
-        while (const dirent* const entry = ::readdir(directory)) {
-            const QByteArray raw(entry->d_name);
-            const QString name = QFile::decodeName(raw);
-            if (raw == "." || raw == ".." || (mKind == Photographs && raw.startsWith('.')))
+        for (const FileUtils::Entry& entry : all) {
+            if (entry.isHidden && mKind == Photographs)
                 continue;
-            if (!name.contains(QChar(QChar::ReplacementCharacter))
-                || QFile::encodeName(name) == raw)
-                entries.append(QFileInfo(mFolder + prefix + name));
-            else if (entry->d_type == DT_DIR || isWanted(name))
-                fail(prefix + name, WorkItem::Unsuitable,
+            if (entry.isReachable)
+                entries.append(QFileInfo(mFolder + prefix + entry.name));
+            else if (entry.isFolder || isWanted(entry.name))
+                fail(prefix + entry.name, WorkItem::Unsuitable,
                      Project::tr("has a name that is not valid UTF-8; please rename it"));
         }
-        ::closedir(directory);
-#endif
         std::sort(entries.begin(), entries.end(), nameLess);
         return entries;
-    }
-
-    void failToRead(const QString& prefix, const QString& reason)
-    {
-        fail(prefix.isEmpty() ? QFileInfo(mFolder).path() : prefix, WorkItem::Unreadable,
-             Project::tr("cannot be read (%1)").arg(reason));
     }
 
     void fail(const QString& name, WorkItem::Failure failure, const QString& reason)

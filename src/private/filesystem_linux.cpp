@@ -43,7 +43,7 @@ public:
         : mFolder(open(encoded(path)))
         , mDetail(detail)
     {
-        mIsIntact = mFolder;
+        mError = mFolder ? 0 : errno;
     }
 
     ~LinuxFolder() override { close(); }
@@ -58,7 +58,7 @@ public:
             found = readdir(mFolder);
         } while (found && isDotOrDotDot(found->d_name));
         if (!found) {
-            mIsIntact = errno == 0;
+            mError = errno;
             close();
             return false;
         }

@@ -8,6 +8,8 @@
 #include <QDirIterator>
 #include <QFileInfo>
 
+#include <cerrno>
+
 namespace OrvaUtilsPrivate {
 
 namespace {
@@ -21,12 +23,16 @@ public:
                  QDir::Dirs | QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
         , mDetail(detail)
     {
-        mIsIntact = QDir(path).isReadable();
+        const QFileInfo folder(path);
+        mError = !folder.exists()  ? ENOENT
+            : !folder.isDir()      ? ENOTDIR
+            : !folder.isReadable() ? EACCES
+                                   : 0;
     }
 
     bool next(FolderEntry& entry) override
     {
-        if (!mIterator.hasNext())
+        if (mError != 0 || !mIterator.hasNext())
             return false;
         mIterator.next();
         const QFileInfo info = mIterator.fileInfo();

@@ -47,10 +47,10 @@ public:
     virtual ~FolderSource() = default;
 
     virtual bool next(FolderEntry& entry) = 0;
-    bool isIntact() const { return mIsIntact; }
+    int error() const { return mError; }
 
 protected:
-    bool mIsIntact = true;
+    int mError = 0;
 };
 
 /// Reads a folder entry by entry: all but "." and "..", in the system's order.
@@ -72,7 +72,10 @@ public:
     const FolderEntry& entry() const { return mEntry; }
 
     /// Whether all that next() wanted so far could be read.
-    bool isIntact() const { return mSource->isIntact(); }
+    bool isIntact() const { return error() == 0; }
+
+    /// Why not, as in errno; 0 where it is intact.
+    int error() const { return mSource->error(); }
 
 private:
     Q_DISABLE_COPY(FolderReader)
