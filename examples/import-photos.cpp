@@ -10,6 +10,7 @@
 #include <StringUtils.h>
 
 #include <QApplication>
+#include <QDebug>
 #include <QDialog>
 #include <QDir>
 #include <QFileInfo>
@@ -80,7 +81,10 @@ private:
             return;
         // The reason names the file without its folder.
         mReasons->addItem(result.error);
-        mReasons->item(mReasons->count() - 1)->setToolTip(mPhotos.at(index));
+        // Whoever is asked for help needs the whole of it.
+        QString details = mPhotos.at(index) + QLatin1Char('\n');
+        QDebug(&details) << result;
+        mReasons->item(mReasons->count() - 1)->setToolTip(details);
         mReasons->show();
     }
 

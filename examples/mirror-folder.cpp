@@ -100,5 +100,8 @@ int main(int argc, char** argv)
     if (!synchronizer.isEqual(&differences))
         say(QStringLiteral("Changed meanwhile: %1").arg(differences.join(QStringLiteral(", "))));
     say(QStringLiteral("Watching %1").arg(project));
+    // Nothing is copied any more when the lock goes.
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &synchronizer,
+                     &DirectorySynchronizer::stop);
     return QCoreApplication::exec();
 }

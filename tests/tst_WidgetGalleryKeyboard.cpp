@@ -64,6 +64,8 @@ private Q_SLOTS:
     void choosesACurrency();
     void measures();
     void measuresAFolder();
+    void measuresFoldersAtOnce();
+    void stopsMeasuringWithItsWindow();
     void replacesASite();
     void showsErrorLines();
 
@@ -583,6 +585,36 @@ void tst_WidgetGalleryKeyboard::measuresAFolder()
                  find<QLabel>("size")->text().endsWith(QStringLiteral("/none does not exist"))));
 }
 
+void tst_WidgetGalleryKeyboard::measuresFoldersAtOnce()
+{
+    QTemporaryDir folders;
+    QStringList texts;
+    QStringList paths;
+    for (int i = 0; i < 3; ++i) {
+        paths.append(folders.filePath(QString::number(i)));
+        QVERIFY(QDir().mkdir(paths.last()));
+        QFile file(paths.last() + QStringLiteral("/photo"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(100 * (i + 1)));
+        texts.append(QStringLiteral("%1 B").arg(100 * (i + 1)));
+    }
+    openPage("work");
+    find<QLineEdit>("measured")->setText(paths.join(QDir::listSeparator()));
+    key(Qt::Key_M, Qt::AltModifier);
+    QTRY_COMPARE(find<QLabel>("size")->text(), texts.join(QLatin1Char('\n')));
+}
+
+void tst_WidgetGalleryKeyboard::stopsMeasuringWithItsWindow()
+{
+    // Whatever is still measured, the window waits for it, and is gone with its threads.
+    openPage("work");
+    find<QLineEdit>("measured")
+        ->setText(QStringLiteral("/usr") + QDir::listSeparator() + QStringLiteral("/usr/lib"));
+    key(Qt::Key_M, Qt::AltModifier);
+    key(Qt::Key_S, Qt::AltModifier);
+    QTRY_VERIFY(find<QLabel>("size")->text().contains(QLatin1Char('\n')));
+    key(Qt::Key_M, Qt::AltModifier);
+}
+
 void tst_WidgetGalleryKeyboard::replacesASite()
 {
     openPage("work");
@@ -602,6 +634,8 @@ void tst_WidgetGalleryKeyboard::showsErrorLines()
         QTRY_VERIFY(lines->text().contains(QStringLiteral("beach.jpg cannot be copied")));
         QVERIFY2(lines->text().contains(QStringLiteral("\n  ")), qPrintable(lines->text()));
     }
+    QVERIFY2(lines->toolTip().startsWith(QStringLiteral("ErrorableCode(")),
+             qPrintable(lines->toolTip()));
 }
 
 QTEST_MAIN(tst_WidgetGalleryKeyboard)

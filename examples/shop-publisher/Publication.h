@@ -138,6 +138,7 @@ public:
     /// Moves \a publication, which outlives this object, to the thread: until that has finished,
     /// nobody else touches it.
     explicit PublicationThread(Publication* publication);
+    ~PublicationThread() override { stopAndWait(std::chrono::milliseconds::max()); }
 
 protected:
     void run() override;

@@ -14,9 +14,11 @@
 #include <FileUtils.h>
 #include <GenericThread.h>
 
+#include <QDebug>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMap>
 #include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -39,43 +41,61 @@ QLabel* answer(const char* name, const QString& text)
     return label;
 }
 
-/// Measures a folder while the window stays alive.
+/// Measures folders, each on a thread of its own, while the window stays alive.
 class Measurement : public QWidget
 {
 public:
     Measurement()
-        : mFolder(new QLineEdit(QDir::homePath()))
-        , mSize(answer("size", Page::tr("Not measured yet.")))
+        : mFolders(new QLineEdit(QDir::homePath()))
+        , mSizes(answer("size", Page::tr("Not measured yet.")))
     {
-        mFolder->setObjectName(QStringLiteral("measured"));
-        mFolder->setMinimumWidth(230);
+        mFolders->setObjectName(QStringLiteral("measured"));
+        mFolders->setMinimumWidth(230);
         auto* start = button("measure", Page::tr("&Measure"));
-        auto* stop = button("stop", Page::tr("&Stop"));
+        auto* halt = button("stop", Page::tr("&Stop"));
         connect(start, &QPushButton::clicked, this, [this] { measure(); });
-        connect(stop, &QPushButton::clicked, this, [this] {
-            if (mThread)
-                mThread->requestInterruption();
-        });
+        connect(halt, &QPushButton::clicked, this, [this] { stop(); });
 
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(Layouts::row(
-            {Layouts::labelled(Page::tr("&In"), mFolder), start, stop}));
-        layout->addWidget(mSize);
+            {Layouts::labelled(Page::tr("&In"), mFolders), start, halt}));
+        layout->addWidget(mSizes);
     }
 
     ~Measurement() override
     {
-        if (mThread)
-            mThread->stopAndWait(std::chrono::seconds(3));
+        //! [stop]
+        // All are asked before one is waited for
+        stop();
+        Thread::waitForAll(mThreads, std::chrono::seconds(3));
+        //! [stop]
     }
 
 private:
+    void stop() const
+    {
+        for (const QPointer<Thread>& thread : mThreads) {
+            if (thread)
+                thread->requestInterruption();
+        }
+    }
+
+    /// Measures the folders of the field, which are separated as in PATH.
     void measure()
     {
-        if (mThread)
+        mThreads.removeAll(nullptr); // they are done
+        if (!mThreads.isEmpty())
             return;
-        const QString folder = mFolder->text();
+        mAnswers.clear();
+        const QStringList folders =
+            mFolders->text().split(QDir::listSeparator());
+        for (const QString& folder : folders)
+            measure(folder);
+    }
+
+    void measure(const QString& folder)
+    {
         //! [measure]
         const auto sum = [folder] {
             auto* self = static_cast<Thread*>(QThread::currentThread());
@@ -88,18 +108,28 @@ private:
                 FileUtils::folderSize(folder, nullptr, nullptr, tell, &error);
             return error.isEmpty() ? FileUtils::fileSizeToString(size) : error;
         };
-        mThread = GenericThread::runInGenericThread(
-            sum, this,
-            [this](const QVariant& text) { mSize->setText(text.toString()); });
+        Thread* thread = GenericThread::runInGenericThread(
+            sum, this, [this, folder](const QVariant& text) {
+                show(folder, text.toString());
+            });
         //! [measure]
-        connect(mThread, &Thread::progressed, mSize, [this](int files) {
-            mSize->setText(Page::tr("%n file(s) …", nullptr, files));
+        mThreads.append(thread);
+        connect(thread, &Thread::progressed, this, [this, folder](int files) {
+            show(folder, Page::tr("%n file(s) …", nullptr, files));
         });
     }
 
-    QLineEdit* const mFolder;
-    QLabel* const mSize;
-    QPointer<GenericThread> mThread;
+    void show(const QString& folder, const QString& text)
+    {
+        mAnswers.insert(folder, text);
+        const QStringList texts = mAnswers.values();
+        mSizes->setText(texts.join(QLatin1Char('\n')));
+    }
+
+    QLineEdit* const mFolders;
+    QLabel* const mSizes;
+    QList<QPointer<Thread>> mThreads;
+    QMap<QString, QString> mAnswers;
 };
 
 /// A site that is replaced by its draft, and watched.
@@ -136,10 +166,19 @@ private:
         const QString page = draft + QStringLiteral("/index.html");
         const QByteArray text = "<h1>Shop</h1>";
         QString error;
+        const auto show = [this](const FileUtils::TreeProgress& tree) {
+            mState->setText(tree.path);
+            return isVisible(); // else it is cancelled
+        };
+        if (!FileUtils::copyDir(path("site"), path("before"), false, show,
+                                &error)) {
+            mState->setText(error);
+            return;
+        }
         //! [replace]
         // Each all or nothing: whatever fails, what was there before is whole
         if (!FileUtils::replaceFileContent(page, text, &error)
-            || !FileUtils::replaceDir(draft, path("site"), nullptr, &error))
+            || !FileUtils::replaceDir(draft, path("site"), show, &error))
             mState->setText(error);
         //! [replace]
     }
@@ -188,8 +227,11 @@ QWidget* errors()
         copier->ORVAUTILS_SET_ERROR(code);
         // The document knows it, too, and the way that it came
         lines->setText(document->errorLines().join(QLatin1Char('\n')));
-        document->clearError();
         //! [errors]
+        QString record; // what a log has of it, in one line
+        QDebug(&record) << document->error();
+        lines->setToolTip(record.toHtmlEscaped());
+        document->clearError();
     });
     return Layouts::column({Layouts::row({fail}), lines});
 }
