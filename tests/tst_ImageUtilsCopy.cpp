@@ -25,6 +25,10 @@
 
 #include <limits>
 
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
+
 // Image formats of this test
 
 /// "hollow" reads every file as an empty picture, "readonly" as a red one; "deep" claims a picture
@@ -94,6 +98,17 @@ QStringList namesIn(const QString& folder)
 QStringList ownLines(const LogCapture& log)
 {
     return log.lines().filter(QStringLiteral(" orvautils "));
+}
+
+/// The most memory that the process ever had, in bytes; 0 where the system does not tell.
+qint64 mostMemory()
+{
+#ifdef Q_OS_LINUX
+    rusage usage;
+    return getrusage(RUSAGE_SELF, &usage) == 0 ? qint64(usage.ru_maxrss) * 1024 : 0;
+#else
+    return 0;
+#endif
 }
 
 QString warning(const QString& text)
@@ -876,6 +891,15 @@ void tst_ImageUtilsCopy::hostileHeader_data()
                     + pngChecksum(png.mid(12, 12) + QByteArray::fromHex("0802000000")));
     QTest::newRow("png") << png << noOption;
     QTest::newRow("ppm") << QByteArray("P6 60000 60000 255\nabc") << noOption;
+
+    // A text of 1.5 GiB, of which there are 8 bytes.
+    const QByteArray endless =
+        QByteArray::fromHex("60000000") + QByteArrayLiteral("iTXt") + QByteArray(8, 'x');
+    png = encoded(picture(16, 16), "png");
+    QTest::newRow("png, behind a text that is not there")
+        << png.left(33) + endless + png.mid(33) << noOption;
+    QTest::newRow("png, before a text that is not there")
+        << png.left(png.indexOf("IEND") - 4) + endless << noOption;
 }
 
 void tst_ImageUtilsCopy::hostileHeader()
@@ -884,8 +908,10 @@ void tst_ImageUtilsCopy::hostileHeader()
     QFETCH(ImageUtils::OptionsImageCopy, options);
     writeFile(path("source.img"), bytes);
     LogCapture log;
+    const qint64 before = mostMemory();
     QVERIFY(!ImageUtils::copyImageFile(path("source.img"), path("copy.jpg"), false, QSize(100, 100),
                                        options));
+    QVERIFY(mostMemory() - before < 100000000);
     QCOMPARE(
         ownLines(log),
         QStringList(warning(QStringLiteral("importImageFile can't load  ") + path("source.img"))));

@@ -12,6 +12,7 @@
 #include <QBuffer>
 #include <QImage>
 #include <QImageReader>
+#include <QtEndian>
 
 #include <cmath>
 #include <limits>
@@ -277,6 +278,31 @@ bool decodeJpegAt(const QSize& size, const QByteArray& bytes, const QSize& targe
 
 } // namespace
 
+bool claimsMissingBytes(QIODevice* device, PngChunks chunks)
+{
+    const QByteArray signature = QByteArrayLiteral("\x89PNG\r\n\x1a\n");
+    const int headSize = 8; // length and type; a checksum follows the data
+    const int frameSize = headSize + 4;
+    const qint64 mostMissing = 1024 * 1024;
+    if (device->peek(signature.size()) != signature)
+        return false;
+    const qint64 start = device->pos();
+    const qint64 end = device->size();
+    bool claims = false;
+    for (qint64 at = start + signature.size(); at < end && device->seek(at);) {
+        const QByteArray head = device->read(headSize);
+        const QByteArray type = head.mid(4);
+        const bool arePixels = type == "IDAT";
+        if (head.size() < headSize || type == "IEND"
+            || (arePixels && chunks == PngChunks::BeforePixels))
+            break;
+        at += frameSize + qFromBigEndian<quint32>(reinterpret_cast<const uchar*>(head.constData()));
+        claims = !arePixels && at > end + mostMissing;
+    }
+    device->seek(start);
+    return claims;
+}
+
 PictureHeader readPictureHeader(const QString& path)
 {
     PictureHeader header;
@@ -286,7 +312,7 @@ PictureHeader readPictureHeader(const QString& path)
     QImageReader reader(&file);
     header.format = reader.format().toLower();
     const bool isEndless = hasEndlessHeader(&file);
-    if (!isEndless) {
+    if (!isEndless && !claimsMissingBytes(&file, PngChunks::BeforePixels)) {
         header.size = reader.size();
         header.bytesPerPixel = bytesPerPixel(reader);
         header.orientation = orientationOf(reader.transformation());
@@ -298,7 +324,8 @@ PictureHeader readPictureHeader(const QString& path)
 bool loadWhole(const QString& path, QImage* image)
 {
     IntactFile file(path);
-    if (!file.isIntact() || JpegSegments::hasMoreThan(mostSegments, &file))
+    if (!file.isIntact() || JpegSegments::hasMoreThan(mostSegments, &file)
+        || claimsMissingBytes(&file, PngChunks::All))
         return false;
     QImageReader reader(&file);
     return fitsInMemory(reader) && read(reader, image) && file.isIntact();
@@ -317,6 +344,9 @@ bool decodeAsStored(const QByteArray& bytes, const QByteArray& format, QImage* i
 {
     QBuffer buffer;
     buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    if (claimsMissingBytes(&buffer, PngChunks::All))
+        return false;
     QImageReader reader(&buffer, format);
     reader.setAutoTransform(false);
     return fitsInMemory(reader) && read(reader, image);

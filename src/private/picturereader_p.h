@@ -12,6 +12,8 @@
 class QImage;
 class QString;
 
+class QIODevice;
+
 namespace OrvaUtilsPrivate {
 
 /// What a picture file states about itself before its pixels.
@@ -30,13 +32,21 @@ struct PictureHeader
     bool isIntact = false;
 };
 
+enum class PngChunks { BeforePixels, All };
+
+/// Whether a chunk of the PNG at the current position of \a device claims a mebibyte more than
+/// there is. The decoder would reserve all that is claimed, up to 2 GiB, and fail only when it has
+/// read what there is. Pixels are read piece by piece, and how far they are shown where they break
+/// off is the decoder's matter. False for other files. The position stays.
+bool claimsMissingBytes(QIODevice* device, PngChunks chunks);
+
 /// Reads the header of the picture file \a path, nothing more.
 PictureHeader readPictureHeader(const QString& path);
 
 /// Loads the whole picture in the file \a path. False, with \a image untouched or null, where the
 /// image reader cannot, where the file cannot be read to where the reader wanted it, where the
 /// picture would not fit into memory, and where it is a JPEG of more than a thousand segments or
-/// scans.
+/// scans, or a PNG that claims bytes that are missing.
 bool loadWhole(const QString& path, QImage* image);
 
 /// Reads the whole file \a path, which is no larger than an array of bytes can be.
