@@ -8,6 +8,7 @@
 
 #include "../src/private/metadatachoice_p.h"
 #include "../src/private/picturemetadata_p.h"
+#include "../src/private/picturereader_p.h"
 #include "../tests/support/TiffWalk.h"
 
 #include <QBuffer>
@@ -19,11 +20,15 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// The picture, where it is so small that decoding it takes no time; else null.
+/// The picture, where it is so small that decoding it takes no time; else null, also where the
+/// library would not decode it.
 QImage decoded(const QByteArray& file, const QByteArray& format)
 {
     QBuffer buffer;
     buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    if (claimsMissingBytes(&buffer, PngChunks::All))
+        return QImage();
     QImageReader reader(&buffer, format);
     reader.setAutoTransform(false);
     const QSize size = reader.size();

@@ -3,6 +3,7 @@
 
 #include "ExifUtils.h"
 
+#include "ImageUtils.h"
 #include "JpegParts.h"
 #include "LogCapture.h"
 #include "OddDevices.h"
@@ -79,6 +80,8 @@ private Q_SLOTS:
     void removeLocationFromXmp();
     void removeLocationFromExtendedXmp();
     void removeLocationFromJoinedBlock();
+    void removeLocationFromTangledBlock_data();
+    void removeLocationFromTangledBlock();
     void removeLocationFails();
     void removeLocationFromPhotos();
     void removeMetadata_data();
@@ -729,6 +732,74 @@ void tst_ExifUtils::removeLocationFromJoinedBlock()
     const QByteArray joined = after.mid(12, cut) + after.mid(12 + cut + 10, block.size() - cut);
     QCOMPARE(TiffWalk(joined).entries(), TiffWalk(block).entriesBut({"GPS", "IFD0 8825"}));
     QVERIFY(after.endsWith(scan()));
+}
+
+// Directories that lie across other things, or that lead to each other in ways nobody writes: what
+// cannot be taken out with certainty is not said to be gone.
+void tst_ExifUtils::removeLocationFromTangledBlock_data()
+{
+    QTest::addColumn<QByteArray>("block");
+    const auto gpsAt = [](TiffBuilder& block) {
+        const auto behind = quint32(block.size() + 2 + 12 + 4);
+        block.u16(1).entry(0x0002, 5, 3, behind).u32(0).raw(latitude(big));
+    };
+
+    // The name of the camera lies across IFD0, which moves then and leaves its old bytes behind.
+    TiffBuilder across(big);
+    across.tiff(8).u16(3).entry(0x010F, 2, 40, 8).entry(0x8769, 4, 1, 50).entry(0x8825, 4, 1, 68);
+    across.u32(0).u16(1).entry(0xA005, 4, 1, 8).u32(0); // 50: Exif, which leads to IFD0
+    gpsAt(across);
+    QTest::newRow("interoperability leads to the old IFD0") << across.all();
+
+    TiffBuilder third(big);
+    third.tiff(8).u16(0).u32(14).u16(0).u32(20).u16(1).entry(0x8825, 4, 1, 38).u32(0);
+    gpsAt(third);
+    QTest::newRow("a third directory leads to GPS") << third.all();
+
+    TiffBuilder listed(big);
+    listed.tiff(8).u16(1).entry(0x014A, 4, 2, 26).u32(0).u32(34).u32(40);
+    listed.u16(0).u32(0).u16(1).entry(0x8825, 4, 1, 58).u32(0); // 34 and 40
+    gpsAt(listed);
+    QTest::newRow("the second of two directories leads to GPS") << listed.all();
+
+    TiffBuilder many(big);
+    const int count = 100;
+    many.tiff(8).u16(1).entry(0x014A, 4, count, 26).u32(0);
+    for (int i = 0; i < count; ++i)
+        many.u32(quint32(26 + 4 * count + 2 * i));
+    many.raw(QByteArray(2 * count, '\0'));
+    QTest::newRow("a hundred directories") << many.all();
+
+    // Each of the 5,000 entries leads to a directory of its own, which has all that follows in it.
+    TiffBuilder large(big);
+    const int most = 5000;
+    large.tiff(8).u16(most);
+    for (int i = 0; i < most; ++i)
+        large.entry(0x8769, 4, 1, quint32(10 + 8 + 12 * i));
+    large.entry(0x8825, 4, 1, 8);
+    QTest::newRow("5,000 directories of thousands of entries") << large.all();
+}
+
+void tst_ExifUtils::removeLocationFromTangledBlock()
+{
+    QFETCH(QByteArray, block);
+    const QByteArray file = soi() + exifSegment(block) + dqt() + scan();
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QString error;
+    QVERIFY(!ExifUtils::removeLocation(path, &error));
+    QCOMPARE(error, text("The EXIF data of the picture is damaged."));
+    QCOMPARE(contentOf(path), file);
+    // Taken over to another file, without the block.
+    QImage pixels(8, 8, QImage::Format_RGB32);
+    pixels.fill(Qt::blue);
+    QVERIFY(pixels.save(path, "jpeg"));
+    writeFile(path, contentOf(path).insert(2, exifSegment(block)));
+    ImageImport how;
+    how.metadata = ImageImport::AllButLocation;
+    const ImageImportResult result = ImageUtils::importImage(path, sandbox(text("copy.jpg")), how);
+    QVERIFY2(result, qPrintable(result.error));
+    QVERIFY(!contentOf(sandbox(text("copy.jpg"))).contains("Exif"));
 }
 
 void tst_ExifUtils::removeLocationFails()

@@ -18,6 +18,11 @@ namespace {
 const quint16 exifPointer = QExifImageHeader::ExifIfdPointer;
 const quint16 gpsPointer = QExifImageHeader::GpsInfoIfdPointer;
 const quint16 interoperabilityPointer = QExifImageHeader::InteroperabilityIfdPointer;
+const quint16 subIfdPointer = 0x014A; // of TIFF, to any number of directories
+
+// Nobody writes as many.
+const int mostDirectories = 64;
+const int mostPointers = 1000;
 
 bool isPointer(quint16 tag)
 {
@@ -57,6 +62,78 @@ QString decodedText(const QByteArray& bytes, ExifBlock::TextCodec codec)
     return QString::fromLatin1(bytes.constData(), bytes.size());
 }
 
+/// Goes through a block by all pointers, and by the links from IFD0 on, wherever they lead.
+class PointerWalk
+{
+public:
+    explicit PointerWalk(const QByteArray& block)
+        : mBlock(block)
+        , mOrder(block.startsWith("II") ? QDataStream::LittleEndian : QDataStream::BigEndian)
+    { }
+
+    /// Whether there is a pointer to a GPS directory, or no end of directories.
+    bool findsGps()
+    {
+        add(number(4));
+        for (int i = 0; i < mDirectories.size() && !mFindsGps; ++i)
+            pass(mDirectories.at(i));
+        return mFindsGps;
+    }
+
+private:
+    bool isThere(qint64 at, qint64 size) const { return at + size <= mBlock.size(); }
+
+    quint32 number(qint64 at) const
+    {
+        return isThere(at, 4) ? decode<quint32>(mBlock.constData() + at, mOrder) : 0;
+    }
+
+    void add(quint32 directory)
+    {
+        mFindsGps = mFindsGps || ++mPointers > mostPointers;
+        const bool isDirectory = directory >= tiffHeaderSize && isThere(directory, countSize);
+        if (!isDirectory || mDirectories.contains(directory))
+            return;
+        mDirectories.append(directory);
+        mFindsGps = mFindsGps || mDirectories.size() > mostDirectories;
+    }
+
+    void pass(quint32 directory)
+    {
+        const int claimed = decode<quint16>(mBlock.constData() + directory, mOrder);
+        qint64 at = qint64(directory) + countSize;
+        for (int i = 0; i < claimed && isThere(at, entrySize) && !mFindsGps; ++i, at += entrySize)
+            passEntry(at);
+        // Behind the entries of others some writers put data at once.
+        if (directory == mLinked) {
+            mLinked = number(at);
+            add(mLinked);
+        }
+    }
+
+    void passEntry(qint64 at)
+    {
+        const int offsetSize = 4;
+        const auto tag = decode<quint16>(mBlock.constData() + at, mOrder);
+        const auto type = decode<quint16>(mBlock.constData() + at + 2, mOrder);
+        mFindsGps = mFindsGps || tag == gpsPointer;
+        if ((!isPointer(tag) && tag != subIfdPointer) || sizeOf(type, 1) != offsetSize)
+            return;
+        const quint32 count = number(at + 4);
+        const qint64 place = count > 1 ? number(at + 8) : at + 8;
+        for (quint32 i = 0; i < count && isThere(place, (i + 1) * qint64(offsetSize)) && !mFindsGps;
+             ++i)
+            add(number(place + i * qint64(offsetSize)));
+    }
+
+    const QByteArray mBlock;
+    const ByteOrder mOrder;
+    QVector<quint32> mDirectories;
+    int mPointers = 0;
+    quint32 mLinked = number(4); // the directory that the links have come to
+    bool mFindsGps = false;
+};
+
 } // namespace
 
 // Reading
@@ -80,12 +157,14 @@ bool ExifBlock::parse(const QByteArray& block)
     const int image = parseIfd(Image, offset, -1, 0);
     parsePointers(image, exifPointer, Exif);
     parsePointers(image, gpsPointer, Gps);
-    const int exif = indexOf(Exif);
-    parsePointers(exif, interoperabilityPointer, Other);
-    parsePointers(exif, gpsPointer, Other);
-    const int thumbnail =
-        parseIfd(Thumbnail, mIfds[static_cast<std::size_t>(image)].link, image, 0);
-    parsePointers(thumbnail, gpsPointer, Other);
+    parsePointers(indexOf(Exif), interoperabilityPointer, Other);
+    parseIfd(Thumbnail, mIfds[static_cast<std::size_t>(image)].link, image, 0);
+    for (int i = static_cast<int>(mIfds.size()); i-- > 0;)
+        parsePointers(i, gpsPointer, Other);
+    if (mIsTangled) {
+        *this = ExifBlock();
+        return false;
+    }
     claimLinks();
     return true;
 }
@@ -116,8 +195,9 @@ bool ExifBlock::isUsed(const Range& range) const
     });
 }
 
-/// Takes the directory at an offset, and returns its index; -1 where there is none, and where it
-/// has been taken before.
+/// Takes the directory at an offset, and returns its index; -1 where there is none, where it has
+/// been taken before, and where the directories lie across each other so often that keeping them
+/// would take far more memory than the block.
 int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 pointerTag)
 {
     const auto isHere = [offset](const Ifd& ifd) { return ifd.offset == offset; };
@@ -132,6 +212,11 @@ int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 poin
     const int begin = static_cast<int>(offset) + countSize;
     const int claimed = decode<quint16>(mBlock.constData() + offset, mOrder);
     ifd.oldCount = int(qMin(claimed, (mBlock.size() - begin) / entrySize));
+    mEntriesSize += qint64(ifd.oldCount) * entrySize;
+    mIsTangled = mIsTangled || static_cast<int>(mIfds.size()) == mostDirectories
+        || mEntriesSize > 4 * mBlock.size();
+    if (mIsTangled)
+        return -1;
     ifd.range = {static_cast<int>(offset), begin + ifd.oldCount * entrySize};
     ifd.entries.reserve(static_cast<std::size_t>(ifd.oldCount));
     for (int i = 0; i < ifd.oldCount; ++i) {
@@ -383,6 +468,11 @@ void ExifBlock::removeGps()
     // A pointer may lead nowhere.
     for (Ifd& ifd : mIfds)
         removeEntries(ifd, gpsPointer);
+}
+
+bool ExifBlock::mayTellGps(const QByteArray& block)
+{
+    return PointerWalk(block).findsGps();
 }
 
 void ExifBlock::removeThumbnail()

@@ -31,8 +31,9 @@ public:
     };
     enum class TextCodec { Latin1, Utf8 };
 
-    /// Takes a block. False, and empty then, when it is none, or when its first directory lies
-    /// outside of it.
+    /// Takes a block. False, and empty then, when it is none, when its first directory lies outside
+    /// of it, or when it has more directories than anybody writes, or such that lie across each
+    /// other many times.
     bool parse(const QByteArray& block);
 
     /// Whether there is no block and nothing has been set.
@@ -54,8 +55,14 @@ public:
 
     void remove(Directory directory, quint16 tag);
 
-    /// Removes every GPS directory with what is in it.
+    /// Removes every GPS directory with what is in it. In a damaged block, whose directories lie
+    /// across each other, what was removed may still be found: see mayTellGps().
     void removeGps();
+
+    /// Whether a reader who follows the pointers and links of all directories of \a block, wherever
+    /// they lead, may come to an entry for a GPS directory. Also true of a block with more
+    /// directories than anybody writes.
+    static bool mayTellGps(const QByteArray& block);
 
     /// Removes IFD1 with the thumbnail.
     void removeThumbnail();
@@ -117,6 +124,8 @@ private:
     QByteArray mBlock;
     QDataStream::ByteOrder mOrder = QDataStream::LittleEndian;
     std::vector<Ifd> mIfds; // every parent before its children
+    qint64 mEntriesSize = 0; // in bytes, of all directories
+    bool mIsTangled = false;
     QVector<Range> mFreed; // what nothing refers to any more
 };
 

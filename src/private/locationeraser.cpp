@@ -100,11 +100,14 @@ bool eraseExifLocations(QByteArray* file)
         const Pieces pieces = blockAt(*file, at);
         const QByteArray before = joined(*file, pieces);
         ExifBlock block;
-        if (!block.parse(before))
+        if (!block.parse(before)) {
+            if (ExifBlock::mayTellGps(before))
+                return false;
             continue;
+        }
         block.removeGps();
         QByteArray after = block.composed();
-        if (after.size() > before.size())
+        if (after.size() > before.size() || ExifBlock::mayTellGps(after))
             return false;
         after.append(QByteArray(before.size() - after.size(), '\0'));
         overwrite(file, pieces, after);

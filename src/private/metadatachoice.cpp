@@ -60,7 +60,8 @@ QByteArray withoutGps(const QByteArray& exif)
     if (!block.parse(exif))
         return QByteArray(); // nobody knows what it tells
     block.removeGps();
-    return block.composed();
+    const QByteArray without = block.composed();
+    return ExifBlock::mayTellGps(without) ? QByteArray() : without;
 }
 
 /// Whether a comment of a JPEG or GIF, or a chunk of text in a PNG, may tell a location.
