@@ -111,8 +111,9 @@ public:
     /// but the orientation.
     ///
     /// A process that is killed leaves the old file or the new one. False, with the file untouched
-    /// and the reason in \a error, also when it is no JPEG, or cannot be opened, read, written or
-    /// replaced in one step (see ExifEditor::save()).
+    /// and the reason in \a error, also when it is no JPEG, when a segment has a length that cannot
+    /// be, or when it cannot be opened, read, written or replaced in one step (see
+    /// ExifEditor::save()).
     static bool removeMetadata(const QString& fileName, QString* error = nullptr,
                                Rotated rotated = Rotated::Refuse);
 };

@@ -933,6 +933,13 @@ void tst_ExifUtils::removeMetadataFails()
     QVERIFY(!ExifUtils::removeMetadata(QString()));
     QVERIFY(!ExifUtils::removeMetadata(sandbox.file(text("text"), "text"), &error));
     QCOMPARE(error, text("The file is not a JPEG picture."));
+    // A length that cannot be, and a picture that begins again: decoders go on, and what belongs to
+    // the picture is anybody's guess.
+    for (const char* const damage : {"FFE20000", "FFFE0001", "FFE20002FFD8"}) {
+        const QByteArray damaged = soi() + xmp() + hex(damage) + dqt() + scan();
+        QVERIFY(!ExifUtils::removeMetadata(sandbox.file(text("bad.jpg"), damaged), &error));
+        QCOMPARE(contentOf(sandbox(text("bad.jpg"))), damaged);
+    }
     const QByteArray file = soi() + xmp() + dqt() + scan();
     const QString path = sandbox.file(text("file.jpg"), file);
     QCOMPARE(::link(QFile::encodeName(path).constData(),

@@ -13,7 +13,8 @@
 namespace {
 
 /// An SVG of more bytes is no drawing for a page.
-const qint64 maxSvgBytes = Q_INT64_C(20) * 1024 * 1024;
+const qint64 bytesOfMiB = Q_INT64_C(1024) * 1024;
+const qint64 maxSvgMiB = 20;
 
 } // namespace
 
@@ -43,7 +44,7 @@ Defect PictureCheck::defectOf(const Photograph& photograph)
     if (!QList<QByteArray>{"jpeg", "jpg", "png", "gif", "webp", "tiff"}.contains(format))
         return {WorkItem::Unsuitable,
                 tr("holds a picture of the kind %1, which is not published").arg(kind)};
-    if (const Defect defect = sizeDefect(photograph.source))
+    if (Defect defect = sizeDefect(photograph.source))
         return defect;
     if (format == "gif" && reader.read().isNull())
         return {WorkItem::Undecodable, tr("cannot be decoded (%1)").arg(reader.errorString())};
@@ -55,9 +56,8 @@ Defect PictureCheck::svgDefect(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {WorkItem::Unreadable, tr("cannot be opened (%1)").arg(file.errorString())};
-    if (file.size() > maxSvgBytes)
-        return {WorkItem::Unsuitable,
-                tr("is an SVG picture of more than %1 MiB").arg(maxSvgBytes / (1024 * 1024))};
+    if (file.size() > maxSvgMiB * bytesOfMiB)
+        return {WorkItem::Unsuitable, tr("is an SVG picture of more than %1 MiB").arg(maxSvgMiB)};
     const SvgGuard::Verdict verdict = SvgGuard::judge(&file);
     if (!verdict.reason.isEmpty())
         return {verdict.isBroken ? WorkItem::Undecodable : WorkItem::Unsuitable, verdict.reason};

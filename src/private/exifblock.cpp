@@ -214,7 +214,7 @@ int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 poin
     ifd.oldCount = int(qMin(claimed, (mBlock.size() - begin) / entrySize));
     mEntriesSize += qint64(ifd.oldCount) * entrySize;
     mIsTangled = mIsTangled || static_cast<int>(mIfds.size()) == mostDirectories
-        || mEntriesSize > 4 * mBlock.size();
+        || mEntriesSize / 4 > mBlock.size();
     if (mIsTangled)
         return -1;
     ifd.range = {static_cast<int>(offset), begin + ifd.oldCount * entrySize};

@@ -64,7 +64,7 @@ bool JpegSegments::begin()
 
 bool JpegSegments::next()
 {
-    return mLength >= 2 && skipPayload() && readHead();
+    return !isBroken() && skipPayload() && readHead();
 }
 
 int JpegSegments::size() const

@@ -67,6 +67,9 @@ public:
     /// Where the payload begins.
     qint64 payloadPosition() const { return mPosition + 4; }
 
+    /// Whether the length of the segment is too small to be one.
+    bool isBroken() const { return mLength < 2; }
+
     /// The bytes of the payload, as the segment's length says.
     int claimedSize() const { return mClaimedSize; }
 

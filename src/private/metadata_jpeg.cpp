@@ -53,6 +53,7 @@ struct Segments
 {
     QList<Segment> list;
     bool endsProperly = false;
+    bool isBroken = false; // in the middle, so that nobody knows what the rest of the file is
     qint64 end = 0; // of the picture in the file
 };
 
@@ -84,6 +85,7 @@ Segments segmentsOf(const QByteArray& file)
             {walker.marker(), part(file, payload, payload + walker.claimedSize()), QByteArray()});
     }
     result.endsProperly = walker.marker() == JpegMarker::EndOfImage;
+    result.isBroken = walker.marker() == JpegMarker::StartOfImage || walker.isBroken();
     result.end = result.endsProperly ? walker.position() + 2 : file.size();
     closeAt(result.endsProperly ? walker.position() : result.end);
     return result;
@@ -213,7 +215,7 @@ QByteArray jpegWithMetadata(const QByteArray& file, const PictureMetadata& metad
     const auto isKept = [&](const Segment& segment) {
         return belongsToPicture(segment) && (profile.isEmpty() || !isProfile(segment));
     };
-    if (std::none_of(segments.list.begin(), segments.list.end(), isKept))
+    if (segments.isBroken || std::none_of(segments.list.begin(), segments.list.end(), isKept))
         return QByteArray();
     QByteArray result;
     result.reserve(file.size() + metadata.exif.size() + metadata.xmp.size());

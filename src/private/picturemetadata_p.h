@@ -50,7 +50,8 @@ bool canCarryMetadata(const QByteArray& format);
 /// other nothing is found).
 MetadataFindings readMetadata(const QByteArray& file, const QByteArray& format);
 
-/// \a file with \a metadata instead of its own; null where \a file is not what \a format says.
+/// \a file with \a metadata instead of its own; null where \a file is not what \a format says, or
+/// where it is so damaged that nobody knows which bytes belong to the picture.
 /// What the format cannot hold (a JPEG holds 64 KB of EXIF and of XMP) is left out. Pixels and
 /// colour profile are kept as they are stored, what follows the end of the picture is dropped.
 /// \a profile, if it is not empty, takes the place of the profile of a JPEG.

@@ -283,7 +283,7 @@ bool claimsMissingBytes(QIODevice* device, PngChunks chunks)
     const QByteArray signature = QByteArrayLiteral("\x89PNG\r\n\x1a\n");
     const int headSize = 8; // length and type; a checksum follows the data
     const int frameSize = headSize + 4;
-    const qint64 mostMissing = 1024 * 1024;
+    const qint64 mostMissing = Q_INT64_C(1024) * 1024;
     if (device->peek(signature.size()) != signature)
         return false;
     const qint64 start = device->pos();
