@@ -4,6 +4,7 @@
 #include "ComputerIdentifier.h"
 
 #include "LogCapture.h"
+#include "SystemCalls.h"
 #include "stringhash_p.h"
 
 #include <QNetworkInterface>
@@ -12,8 +13,6 @@
 #include <QtTest>
 
 #include <cstdio>
-
-#include <sys/resource.h>
 
 class tst_ComputerIdentifier : public QObject
 {

@@ -7,6 +7,7 @@
 #include "OrdinaryUser.h"
 #include "Sandbox.h"
 #include "SpiedSignals.h"
+#include "SystemCalls.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,8 +15,6 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QtTest>
-
-#include <sys/resource.h>
 
 namespace {
 

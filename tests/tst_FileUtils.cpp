@@ -9,6 +9,7 @@
 #include "OrdinaryUser.h"
 #include "PiecesBetween.h"
 #include "Sandbox.h"
+#include "SystemCalls.h"
 #include "Text.h"
 
 #include <QFileIconProvider>
@@ -17,7 +18,6 @@
 #include <QTranslator>
 #include <QtTest>
 
-#include <fcntl.h>
 #include <limits>
 
 #if defined(__clang__)

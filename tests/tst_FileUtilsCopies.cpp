@@ -10,15 +10,11 @@
 #include "OrdinaryUser.h"
 #include "PortableFiles.h"
 #include "Sandbox.h"
+#include "SystemCalls.h"
 #include "Text.h"
 
 #include <QBuffer>
 #include <QtTest>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #if defined(__clang__)
 // QSKIP() is a macro with optional arguments.
@@ -184,7 +180,7 @@ void tst_FileUtilsCopies::forceCopyPermissions()
     Sandbox box;
     const QString source = box.file(text("source"));
     changeMode(source, mode_t(mode));
-    const mode_t before = umask(077);
+    const auto before = umask(077);
     const bool copied = FileUtils::forceCopy(source, box(text("copy")));
     umask(before);
     QVERIFY(copied);

@@ -10,16 +10,12 @@
 #include "OrdinaryUser.h"
 #include "PortableFiles.h"
 #include "Sandbox.h"
+#include "SystemCalls.h"
 #include "Text.h"
 
 #include <QDateTime>
 #include <QRegExp>
 #include <QtTest>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <thread>

@@ -5,6 +5,7 @@
 
 #include "ChildRole.h"
 #include "LogCapture.h"
+#include "SystemCalls.h"
 #include "ThreadRecords.h"
 
 #include <QMetaMethod>
@@ -17,9 +18,6 @@
 #include <functional>
 #include <memory>
 #include <vector>
-
-#include <poll.h>
-#include <unistd.h>
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include "CoreApplicationUtils.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
+#include "SystemCalls.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,8 +17,6 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <utime.h>
 
 namespace {
 
@@ -112,7 +111,7 @@ void tst_GoogleFontLoader::writeCustom(const QByteArray& content)
 
 void tst_GoogleFontLoader::setTimeOfCustom(time_t seconds)
 {
-    const utimbuf times = {seconds, seconds};
+    utimbuf times = {seconds, seconds};
     QCOMPARE(utime(QFile::encodeName(customPath()).constData(), &times), 0);
 }
 

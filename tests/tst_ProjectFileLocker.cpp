@@ -7,6 +7,7 @@
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "Sandbox.h"
+#include "SystemCalls.h"
 
 #include <QLockFile>
 #include <QProcess>
@@ -14,8 +15,6 @@
 #include <QtTest>
 
 #include <cstdio>
-#include <sys/time.h>
-#include <unistd.h>
 
 class tst_ProjectFileLocker : public QObject
 {
@@ -448,7 +447,7 @@ void tst_ProjectFileLocker::oldLockOfARunningOwner()
     // A project that has been open for an hour: the owner's file lock still protects it.
     const QByteArray lock = QFile::encodeName(path(QStringLiteral("a.proj.locked")));
     timeval times[2] = {};
-    times[0].tv_sec = times[1].tv_sec = time(nullptr) - 3600;
+    times[0].tv_sec = times[1].tv_sec = decltype(times[0].tv_sec)(time(nullptr) - 3600);
     QCOMPARE(utimes(lock.constData(), times), 0);
     ProjectFileLocker locker;
     QString error;

@@ -10,6 +10,7 @@
 #include "OddDevices.h"
 #include "OrdinaryUser.h"
 #include "Sandbox.h"
+#include "SystemCalls.h"
 #include "TiffBuilder.h"
 
 #include <QBuffer>
@@ -21,13 +22,6 @@
 
 #include <array>
 
-#ifdef Q_OS_UNIX
-#include <csignal>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <utime.h>
-#endif
 #ifdef Q_OS_LINUX
 #include <cerrno>
 #include <sys/xattr.h>

@@ -5,6 +5,7 @@
 // it prints, what it writes, and above all what it never touches.
 
 #include "PublisherTest.h"
+#include "SystemCalls.h"
 
 #include <QImage>
 #include <QImageReader>
@@ -20,13 +21,10 @@
 #include <QtEndian>
 #include <QtTest>
 
-#include <fcntl.h>
-#include <signal.h>
 #include <stdlib.h>
+#ifndef Q_OS_WIN
 #include <sys/ioctl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#endif
 
 namespace {
 
@@ -115,6 +113,12 @@ QVector<int> markersOf(const QByteArray& jpeg)
     return markers;
 }
 
+#ifdef Q_OS_WIN
+Outcome runOnTerminal(const QStringList&, int)
+{
+    return {};
+}
+#else
 /// The same with a terminal of \a columns as the standard output.
 Outcome runOnTerminal(const QStringList& arguments, int columns)
 {
@@ -159,6 +163,7 @@ Outcome runOnTerminal(const QStringList& arguments, int columns)
     outcome.err = QString::fromUtf8(process.readAllStandardError());
     return outcome;
 }
+#endif
 
 /// What a browser says of the pictures of \a name in SITE: one line each, "src width height".
 QStringList picturesInBrowser(const QString& site, const QString& name = text("index.html"))

@@ -7,11 +7,10 @@
 
 #include "PublisherTest.h"
 #include "ScriptRunner.h"
+#include "SystemCalls.h"
 
 #include <QtEndian>
 #include <QtTest>
-
-#include <signal.h>
 
 class tst_ShopPublisherAttacks : public PublisherTest
 {

@@ -5,13 +5,11 @@
 // its failures.
 
 #include "PublisherTest.h"
+#include "SystemCalls.h"
 
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 #include <QtTest>
-
-#include <signal.h>
-#include <sys/stat.h>
 
 namespace {
 

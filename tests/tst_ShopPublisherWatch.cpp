@@ -5,17 +5,14 @@
 // files, and how it follows a project that is being edited.
 
 #include "PublisherTest.h"
+#include "SystemCalls.h"
 
 #include <QRegularExpression>
 #include <QtTest>
 
 #include <functional>
 
-#include <fcntl.h>
-#include <signal.h>
 #include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 

@@ -5,6 +5,7 @@
 
 #include "ChildRole.h"
 #include "LogCapture.h"
+#include "SystemCalls.h"
 #include "ThreadRecords.h"
 #include "Threadable.h"
 
@@ -16,8 +17,6 @@
 #include <atomic>
 #include <memory>
 #include <vector>
-
-#include <poll.h>
 
 namespace {
 

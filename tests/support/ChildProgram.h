@@ -28,7 +28,11 @@ inline ChildResult runChildProgram(const QString& program, const QStringList& ar
                                    const QMap<QString, QString>& environment = {})
 {
     const auto lines = [](const QByteArray& bytes) {
-        QStringList list = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
+        QString text = QString::fromUtf8(bytes);
+#ifdef Q_OS_WIN
+        text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+#endif
+        QStringList list = text.split(QLatin1Char('\n'));
         if (list.last().isEmpty())
             list.removeLast();
         return list;

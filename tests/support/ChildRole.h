@@ -16,6 +16,7 @@
 #define CHILDROLE_H
 
 #include "ChildProgram.h"
+#include "SystemCalls.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -23,8 +24,6 @@
 
 #include <cstring>
 #include <functional>
-
-#include <sys/resource.h>
 
 /// What a child process does; its result is the exit code.
 using ChildRole = std::function<int()>;

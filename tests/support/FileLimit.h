@@ -6,10 +6,9 @@
 #ifndef FILELIMIT_H
 #define FILELIMIT_H
 
-#include <QtGlobal>
+#include "SystemCalls.h"
 
-#include <signal.h>
-#include <sys/resource.h>
+#include <QtGlobal>
 
 /// Sets the soft limit of \a resource, RLIMIT_FSIZE or RLIMIT_NOFILE, for as long as it lives. A
 /// write beyond the limit fails, and raises no signal.

@@ -6,11 +6,11 @@
 #ifndef KILLMOMENTS_H
 #define KILLMOMENTS_H
 
+#include "SystemCalls.h"
+
 #include <QByteArray>
 
 #include <random>
-
-#include <unistd.h>
 
 /// Random moments that can be repeated: their seed is ORVAUTILS_KILLS_SEED, or another one in every
 /// run. The result of a test must not depend on them.

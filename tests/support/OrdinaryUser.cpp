@@ -3,7 +3,7 @@
 
 #include "OrdinaryUser.h"
 
-#include <unistd.h>
+#include "SystemCalls.h"
 
 namespace {
 

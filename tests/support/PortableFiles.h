@@ -7,7 +7,7 @@
 #ifndef PORTABLEFILES_H
 #define PORTABLEFILES_H
 
-#ifdef ORVAUTILS_PORTABLE_FILE_SYSTEM
+#if defined(ORVAUTILS_PORTABLE_FILE_SYSTEM) || defined(_WIN32)
 const bool portable = true;
 #else
 const bool portable = false;

@@ -8,6 +8,8 @@
 #ifndef SANDBOX_H
 #define SANDBOX_H
 
+#include "SystemCalls.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QDirIterator>
@@ -17,9 +19,9 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
-
-#include <sys/stat.h>
-#include <unistd.h>
+#ifdef Q_OS_WIN
+#include <QTest>
+#endif
 
 // Files
 
@@ -46,18 +48,28 @@ inline QByteArray contentOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
 }
 
+/// Ends the program. On Windows, where it is to be expected, the test fails, and the next one begins.
+inline void failSandbox(const char* what, const QString& path)
+{
+#ifdef Q_OS_WIN
+    QTest::qFail(qPrintable(QLatin1String(what) + QLatin1Char(' ') + path), __FILE__, __LINE__);
+#else
+    qFatal("%s %s", what, qPrintable(path));
+#endif
+}
+
 /// Makes \a path a symbolic link that holds \a target, as it stands.
 inline void makeLink(const QString& target, const QString& path)
 {
     if (::symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
-        qFatal("cannot link %s", qPrintable(path));
+        failSandbox("cannot link", path);
 }
 
 /// Sets the permissions of \a path.
 inline void changeMode(const QString& path, mode_t mode)
 {
     if (::chmod(QFile::encodeName(path).constData(), mode) != 0)
-        qFatal("cannot change the mode of %s", qPrintable(path));
+        failSandbox("cannot change the mode of", path);
 }
 
 /// Whether something has the name \a path, even a link that leads nowhere.
@@ -199,7 +211,7 @@ public:
     {
         const QString path = (*this)(relative);
         if (::mkfifo(QFile::encodeName(path).constData(), 0666) != 0)
-            qFatal("cannot make the pipe %s", qPrintable(path));
+            failSandbox("cannot make the pipe", path);
         return path;
     }
 

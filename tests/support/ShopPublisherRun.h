@@ -8,6 +8,7 @@
 #define SHOPPUBLISHERRUN_H
 
 #include "Sandbox.h"
+#include "SystemCalls.h"
 #include "Text.h"
 
 #include <QBuffer>
@@ -20,10 +21,6 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-
-#include <signal.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
 #ifdef Q_OS_LINUX
 #include <linux/capability.h>
