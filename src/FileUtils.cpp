@@ -7,6 +7,7 @@
 #include "StringUtils.h"
 #include "ascii_p.h"
 #include "filecopy_p.h"
+#include "filestate_p.h"
 #include "filesystem_p.h"
 #include "folderpath_p.h"
 #include "logrecord_p.h"
@@ -22,7 +23,6 @@
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDateTime>
-#include <QDebug>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -578,6 +578,11 @@ QString FileUtils::sha1(const QString& path)
     return digestOfFile(path, QCryptographicHash::Sha1);
 }
 
+QString FileUtils::fileStamp(const QString& path)
+{
+    return stampOf(path);
+}
+
 bool FileUtils::checkWritingRightInFolder(const QString& folder, const QString& label,
                                           QString* error)
 {
@@ -684,17 +689,4 @@ int FileUtils::old::listFilesInFileSystem(const QString& path, QStringList& list
     if (!QDir(folder).exists())
         return 0;
     return listFiles(folder, list, recursive, folderFilter, withSlash(prefix), nullptr);
-}
-
-QDebug operator<<(QDebug debug, const FileUtils::TreeProgress& progress)
-{
-    const QDebugStateSaver saver(debug);
-    const auto total = [](qint64 number) {
-        return number < 0 ? QByteArray("?") : QByteArray::number(number);
-    };
-    debug.nospace() << "TreeProgress(" << progress.files << " of "
-                    << total(progress.totalFiles).constData() << " files, " << progress.bytes
-                    << " of " << total(progress.totalBytes).constData() << " bytes, "
-                    << progress.path << ')';
-    return debug;
 }

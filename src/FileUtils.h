@@ -429,6 +429,20 @@ public:
     /// As md5(), with SHA-1: 40 digits, "da39a3ee5e6b4b0d3255bfef95601890afd80709" for no bytes.
     static QString sha1(const QString& path);
 
+    /// A text that tells whether the file or folder \a path is still what it was: two equal stamps
+    /// say that nobody replaced it, wrote to it or changed its attributes in between, as far as the
+    /// clock of the file system can tell (on Windows, without its attributes). Links are followed.
+    /// Empty where nothing is, or where the system does not say. Nothing is read of its content,
+    /// and a copy has another stamp: compare sha1() then.
+    ///
+    /// \code
+    /// if (cache.stamp != FileUtils::fileStamp(photo)) {
+    ///     cache.stamp = FileUtils::fileStamp(photo); // before it is read: a later change counts
+    ///     cache.thumbnail = thumbnailOf(photo);
+    /// }
+    /// \endcode
+    static QString fileStamp(const QString& path);
+
     /// Whether \a folder can be written to, found out by writing a file "check_write" into it and
     /// removing it again; a file of that name that is there already is lost. The folder is created,
     /// with its parents, where it is missing.

@@ -19,6 +19,7 @@
 #include <QtTest>
 
 #include <limits>
+#include <sys/stat.h>
 
 #if defined(__clang__)
 // QSKIP() is a macro with optional arguments.
@@ -76,6 +77,10 @@ private Q_SLOTS:
     void replaceInFileThatCannotBeWritten();
     void digests_data();
     void digests();
+    void fileStamp();
+    void fileStampOfAChange_data();
+    void fileStampOfAChange();
+    void fileStampOfOthers();
     void digestOfMissingFile();
     void writingRight_data();
     void writingRight();
@@ -722,6 +727,82 @@ void tst_FileUtils::digestOfMissingFile()
              text("da39a3ee5e6b4b0d3255bfef95601890afd80709"));
     QCOMPARE(FileUtils::md5(QString()), FileUtils::md5FromDatas(QByteArray()));
     QCOMPARE(FileUtils::md5(box.root()), FileUtils::md5FromDatas(QByteArray()));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+// fileStamp
+
+void tst_FileUtils::fileStamp()
+{
+    Sandbox box;
+    const QString path = box.file(text("a"), "12345");
+    const QString before = FileUtils::fileStamp(path);
+    QVERIFY(!before.isEmpty());
+    QCOMPARE(contentOf(path), QByteArray("12345"));
+    QCOMPARE(FileUtils::fileStamp(path), before); // to be read changes nothing
+    QCOMPARE(FileUtils::fileStamp(box.link(text("link"), text("a"))), before);
+    QCOMPARE(FileUtils::fileStamp(box(text("x/../a"))), QString());
+    box.folder(text("x"));
+    QCOMPARE(FileUtils::fileStamp(box(text("x/../a"))), before);
+
+    // Another one in its place, of the same bytes and time.
+    const QString other = box.file(text("b"), "12345");
+    struct stat status = {};
+    QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
+    const timespec times[] = {status.st_atim, status.st_mtim};
+    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(other).constData(), times, 0), 0);
+    QVERIFY(FileUtils::fileStamp(other) != before);
+    QVERIFY(FileUtils::moveOver(other, path));
+    QVERIFY(FileUtils::fileStamp(path) != before);
+}
+
+void tst_FileUtils::fileStampOfAChange_data()
+{
+    QTest::addColumn<int>("change");
+    QTest::newRow("larger") << 0;
+    QTest::newRow("same size") << 1;
+    QTest::newRow("permissions") << 2;
+    QTest::newRow("time set back") << 3;
+}
+
+void tst_FileUtils::fileStampOfAChange()
+{
+    QFETCH(int, change);
+    Sandbox box;
+    const QString path = box.file(text("a"), "12345");
+    const QByteArray name = QFile::encodeName(path);
+    const QString before = FileUtils::fileStamp(path);
+    const auto alter = [&] {
+        const timespec epoch[] = {{1, 0}, {1, 0}};
+        if (change < 2)
+            writeFile(path, change == 0 ? "123456" : "54321");
+        else if (change == 2)
+            changeMode(path, 0600);
+        else
+            ::utimensat(AT_FDCWD, name.constData(), epoch, 0);
+        return FileUtils::fileStamp(path);
+    };
+    QTRY_VERIFY(alter() != before); // as soon as the clock of the file system has moved
+    QVERIFY(!alter().isEmpty());
+}
+
+void tst_FileUtils::fileStampOfOthers()
+{
+    Sandbox box;
+    QVERIFY(!FileUtils::fileStamp(box.folder(text("folder"))).isEmpty());
+    QVERIFY(!FileUtils::fileStamp(box.file(text("empty"), QByteArray())).isEmpty());
+    QVERIFY(!FileUtils::fileStamp(box.pipe(text("pipe"))).isEmpty()); // without waiting for it
+    box.file(text("locked/file"));
+    box.lock(box.file(text("unreadable")), 0);
+    box.lock(box(text("locked")), 0);
+    box.link(text("broken"), text("nowhere"));
+    const OrdinaryUser user;
+    QVERIFY(!FileUtils::fileStamp(box(text("unreadable"))).isEmpty());
+    LogCapture log;
+    for (const QString& path :
+         {QString(), box(text("missing")), box(text("broken")), box(text("locked/file")),
+          box(text("empty/x")), QString(box(text("empty")) + QChar() + text("x"))})
+        QCOMPARE(FileUtils::fileStamp(path), QString());
     QCOMPARE(log.lines(), QStringList());
 }
 

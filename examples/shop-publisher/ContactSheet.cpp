@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "ContactSheet.h"
+#include "Pages.h"
 
 #include "Languages.h"
-#include "PageTexts.h"
+#include "PageParts.h"
 #include "Template.h"
 
 #include <ImageUtils.h>
@@ -35,22 +35,15 @@ QString alternativeText(const QString& name)
 QVariantMap valuesOf(const PublishedPicture& picture)
 {
     const QString fileName = QFileInfo(picture.name).fileName();
-    const bool isDrawing = ImageUtils::imageNameIsVectoriel(fileName);
-    const bool isJpeg = fileName.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive)
-        || fileName.endsWith(QLatin1String(".jpeg"), Qt::CaseInsensitive);
-    return Template::values({{"large", Template::address(QLatin1String("images/") + picture.name)},
-                             {"src", Template::address(QLatin1String("thumbs/") + picture.name)},
-                             {"table", !isJpeg},
-                             {"drawing", isDrawing},
-                             {"alt", alternativeText(picture.name)},
-                             {"file", fileName},
-                             {"width", picture.thumbSize.width()},
-                             {"height", picture.thumbSize.height()},
-                             {"size",
-                              isDrawing ? QStringLiteral("SVG")
-                                        : QStringLiteral("%1 × %2")
-                                              .arg(picture.imageSize.width())
-                                              .arg(picture.imageSize.height())}});
+    QVariantMap values = PageParts::picture(picture, alternativeText(picture.name));
+    values.insert(QStringLiteral("file"), fileName);
+    values.insert(QStringLiteral("size"),
+                  ImageUtils::imageNameIsVectoriel(fileName)
+                      ? QStringLiteral("SVG")
+                      : QStringLiteral("%1 × %2")
+                            .arg(picture.imageSize.width())
+                            .arg(picture.imageSize.height()));
+    return values;
 }
 
 } // namespace
@@ -61,7 +54,7 @@ QVector<SiteFile> ContactSheet::files(const QString& title,
     const QString first =
         isFrontPage ? QStringLiteral("index.html") : QStringLiteral("photographs.html");
     const QString language = Languages::current();
-    QVariantMap values = PageTexts::in(language);
+    QVariantMap values = PageParts::texts(language);
     const QVariantMap texts = values;
     values.insert(QStringLiteral("lang"), language);
     values.insert(QStringLiteral("generator"), QCoreApplication::applicationName());
@@ -84,8 +77,8 @@ QVector<SiteFile> ContactSheet::files(const QString& title,
         }
         values.insert(QStringLiteral("folders"), folders);
         values.insert(QStringLiteral("pager"),
-                      PageTexts::pager(texts, first, otherPages, page, pages));
-        files.append({PageTexts::fileName(first, otherPages, page),
+                      PageParts::pager(texts, first, otherPages, page, pages));
+        files.append({PageParts::fileName(first, otherPages, page),
                       Template::fill(QStringLiteral("photographs.html"), values)});
     }
     return files;

@@ -3,8 +3,6 @@
 
 #include "PictureCheck.h"
 
-#include "SvgGuard.h"
-
 #include <ImageUtils.h>
 
 #include <QFile>
@@ -15,6 +13,35 @@ namespace {
 /// An SVG of more bytes is no drawing for a page.
 const qint64 bytesOfMiB = Q_INT64_C(1024) * 1024;
 const qint64 maxSvgMiB = 20;
+
+Defect svgDefect(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {WorkItem::Unreadable,
+                PictureCheck::tr("cannot be opened (%1)").arg(file.errorString())};
+    if (file.size() > maxSvgMiB * bytesOfMiB)
+        return {WorkItem::Unsuitable,
+                PictureCheck::tr("is an SVG picture of more than %1 MiB").arg(maxSvgMiB)};
+    if (const Defect defect = SvgGuard::defectOf(&file))
+        return defect;
+    if (!QImageReader::supportedImageFormats().contains("svg"))
+        return {WorkItem::Unreadable,
+                PictureCheck::tr("cannot be read: the SVG plugin of Qt is not installed")};
+    return {};
+}
+
+/// Judged by the header, before any pixel is decoded.
+Defect sizeDefect(const QString& path)
+{
+    const QSize size = ImageUtils::imageSize(path);
+    if (qint64(size.width()) * size.height() <= PictureCheck::maxPixels)
+        return {};
+    return {WorkItem::Unsuitable,
+            PictureCheck::tr("%1 × %2 pixels: larger than %3 million pixels")
+                .arg(QString::number(size.width()), QString::number(size.height()),
+                     QString::number(PictureCheck::maxPixels / 1000000))};
+}
 
 } // namespace
 
@@ -49,31 +76,4 @@ Defect PictureCheck::defectOf(const Photograph& photograph)
     if (format == "gif" && reader.read().isNull())
         return {WorkItem::Undecodable, tr("cannot be decoded (%1)").arg(reader.errorString())};
     return {};
-}
-
-Defect PictureCheck::svgDefect(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {WorkItem::Unreadable, tr("cannot be opened (%1)").arg(file.errorString())};
-    if (file.size() > maxSvgMiB * bytesOfMiB)
-        return {WorkItem::Unsuitable, tr("is an SVG picture of more than %1 MiB").arg(maxSvgMiB)};
-    const SvgGuard::Verdict verdict = SvgGuard::judge(&file);
-    if (!verdict.reason.isEmpty())
-        return {verdict.isBroken ? WorkItem::Undecodable : WorkItem::Unsuitable, verdict.reason};
-    if (!QImageReader::supportedImageFormats().contains("svg"))
-        return {WorkItem::Unreadable, tr("cannot be read: the SVG plugin of Qt is not installed")};
-    return {};
-}
-
-/// Judged by the header, before any pixel is decoded.
-Defect PictureCheck::sizeDefect(const QString& path)
-{
-    const QSize size = ImageUtils::imageSize(path);
-    if (qint64(size.width()) * size.height() <= maxPixels)
-        return {};
-    return {WorkItem::Unsuitable,
-            tr("%1 × %2 pixels: larger than %3 million pixels")
-                .arg(QString::number(size.width()), QString::number(size.height()),
-                     QString::number(maxPixels / 1000000))};
 }

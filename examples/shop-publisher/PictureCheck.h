@@ -12,6 +12,8 @@
 #include <QCoreApplication>
 #include <QString>
 
+class QIODevice;
+
 /// Why a picture is not published. Without a reason nothing is wrong.
 struct Defect
 {
@@ -33,10 +35,21 @@ public:
 
     /// The most pixels that a photograph may have.
     static const qint64 maxPixels = 200000000;
+};
 
-private:
-    static Defect svgDefect(const QString& path);
-    static Defect sizeDefect(const QString& path);
+/// Keeps SVG pictures that could do something out of the site.
+///
+/// A browser that is pointed at an SVG runs the scripts in it, with all the rights of the shop's
+/// own pages. So only drawings pass: nothing that runs, nothing that is loaded from elsewhere,
+/// nothing that is not SVG. What is doubtful is refused.
+class SvgGuard
+{
+    Q_DECLARE_TR_FUNCTIONS(SvgGuard)
+
+public:
+    /// Reads the picture in \a device, which is open, to its end or to the first thing that is
+    /// refused. It may be an SVG picture only when it is well-formed and names its namespace.
+    static Defect defectOf(QIODevice* device);
 };
 
 #endif // PICTURECHECK_H

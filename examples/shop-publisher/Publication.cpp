@@ -3,9 +3,7 @@
 
 #include "Publication.h"
 
-#include "ContactSheet.h"
-#include "ShopData.h"
-#include "ShopPage.h"
+#include "Pages.h"
 
 #include <FileUtils.h>
 
@@ -55,9 +53,9 @@ Publication::Publication(const Project& project, Site* site, Published* publishe
 void Publication::run()
 {
     const auto stops = [this] { return isInterruptionRequested(); };
-    QVector<Photograph> photographs = mProject.photographs(&mFolder, stops, &mUnpublished);
+    QVector<Photograph> photographs = mProject.photographs(&mFolder, stops, &mOutcome.unpublished);
     const QVector<ProjectFile> staticFiles = mProject.staticFiles(&mFolder, stops);
-    mPhotographs = int(photographs.size());
+    mOutcome.photographs = int(photographs.size());
     // A folder that cannot be read, such as one of a disk that was taken off, has not lost its
     // photographs.
     const QVector<ErrorableCode> errors = mFolder.errorStack();
@@ -70,8 +68,8 @@ void Publication::run()
     Shop shop;
     const bool hasShop = goesOn() && mShopFile.exists() && (!mSite || reason.isEmpty())
         && mShopFile.read(photographs, &shop);
-    mStopped = isInterruptionRequested();
-    if (mStopped || (mSite && !reason.isEmpty()))
+    mOutcome.stopped = isInterruptionRequested();
+    if (mOutcome.stopped || (mSite && !reason.isEmpty()))
         return;
     if (mSite)
         mNow = *mPublished;
@@ -82,7 +80,7 @@ void Publication::run()
         copyStaticFiles(staticFiles);
     if (goesOn() && mSite)
         writePages(hasShop ? &shop : nullptr, photographs);
-    mStopped = isInterruptionRequested();
+    mOutcome.stopped = isInterruptionRequested();
     if (mSite)
         conclude();
 }
@@ -157,8 +155,9 @@ void Publication::import(const QVector<Photograph>& photographs)
         if (mSite && goesOn())
             writeRecord();
     }
-    mImported = int(std::count_if(mNow.pictures.cbegin(), mNow.pictures.cend(),
-                                  [](const Published::Picture& one) { return one.imported; }));
+    mOutcome.imported =
+        int(std::count_if(mNow.pictures.cbegin(), mNow.pictures.cend(),
+                          [](const Published::Picture& one) { return one.imported; }));
 }
 
 /// Tells the photographs that are to be imported from those that are published as they are, and
@@ -171,7 +170,7 @@ QVector<Photograph> Publication::compare(const QVector<Photograph>& photographs)
         mNow.pictures.clear();
     for (const Photograph& photograph : photographs) {
         Published::Picture picture = mPublished->pictures.value(photograph.name);
-        const QString stamp = stampOf(photograph.source);
+        const QString stamp = FileUtils::fileStamp(photograph.source);
         const bool isNew = !isPublished(picture, photograph, stamp);
         const QStringList former = picture.files.keys();
         const QStringList places = isNew ? PictureImporter::placesOf(photograph) : former;
@@ -198,7 +197,7 @@ QVector<Photograph> Publication::compare(const QVector<Photograph>& photographs)
         if (mNow.pictures.contains(it.key()))
             continue;
         mRecordIsOld = true;
-        mChanges.append({"removed", QT_TRANSLATE_NOOP("Watch", "Removed: %1"), it.key()});
+        mOutcome.changes.append({"removed", QT_TRANSLATE_NOOP("Watch", "Removed: %1"), it.key()});
     }
     return news;
 }
@@ -216,7 +215,7 @@ bool Publication::isPublished(const Published::Picture& known, const Photograph&
     if (known.ofProduct != photograph.ofProduct)
         return false;
     for (auto it = known.files.cbegin(); it != known.files.cend(); ++it) {
-        if (it.value().isEmpty() || it.value() != stampOf(mSite->path(it.key())))
+        if (it.value().isEmpty() || it.value() != FileUtils::fileStamp(mSite->path(it.key())))
             return false;
     }
     // A copy of the project, or a clock that was set, gives other stamps to the same photograph.
@@ -227,8 +226,8 @@ bool Publication::isPublished(const Published::Picture& known, const Photograph&
 void Publication::take(const Photograph& photograph)
 {
     Published::Picture& entry = mNow.pictures[photograph.name];
-    if (stampOf(photograph.source) != entry.stamp)
-        mOvertaken.insert(photograph.name);
+    if (FileUtils::fileStamp(photograph.source) != entry.stamp)
+        mOutcome.overtaken.insert(photograph.name);
     // What was not reached is looked at by the next run.
     if (!entry.imported && !goesOn())
         entry.stamp.clear();
@@ -241,7 +240,7 @@ void Publication::take(const Photograph& photograph)
     entry.files.clear();
     for (const QString& place : places) {
         const bool isAwaited = mSite->isAwaited(place);
-        entry.files.insert(place, isAwaited ? QString() : stampOf(mSite->path(place)));
+        entry.files.insert(place, isAwaited ? QString() : FileUtils::fileStamp(mSite->path(place)));
         if (isAwaited)
             mAwaited.insert(photograph.name);
     }
@@ -250,7 +249,8 @@ void Publication::take(const Photograph& photograph)
         if (!places.contains(place))
             mSite->remove(place);
     }
-    mChanges.append({"imported", QT_TRANSLATE_NOOP("Watch", "Imported: %1"), photograph.name});
+    mOutcome.changes.append(
+        {"imported", QT_TRANSLATE_NOOP("Watch", "Imported: %1"), photograph.name});
 }
 
 // Static files
@@ -287,7 +287,8 @@ void Publication::copyStaticFiles(const QVector<ProjectFile>& files)
             continue;
         mSite->remove(staticPlace(file));
         mRecordIsOld = mNow.staticFiles.remove(file) > 0 || mRecordIsOld;
-        mChanges.append({"removed", QT_TRANSLATE_NOOP("Watch", "Removed: %1"), staticPlace(file)});
+        mOutcome.changes.append(
+            {"removed", QT_TRANSLATE_NOOP("Watch", "Removed: %1"), staticPlace(file)});
     }
     for (const ProjectFile& file : files) {
         if (goesOn())
@@ -299,7 +300,8 @@ void Publication::copyStaticFile(const ProjectFile& file)
 {
     const QString place = staticPlace(file.name);
     const QPair<QString, QString> known = mNow.staticFiles.value(file.name);
-    const QPair<QString, QString> now(stampOf(file.source), stampOf(mSite->path(place)));
+    const QPair<QString, QString> now(FileUtils::fileStamp(file.source),
+                                      FileUtils::fileStamp(mSite->path(place)));
     if (known == now && !mChanged.contains(place))
         return;
     mRecordIsOld = true;
@@ -324,10 +326,10 @@ void Publication::copyStaticFile(const ProjectFile& file)
         fail(WorkItem::StaticFiles, place, WorkItem::Unwritable, reason);
     } else {
         mNow.staticFiles.insert(file.name, {now.first, QString()});
-        mChanges.append({"copied", QT_TRANSLATE_NOOP("Watch", "Copied: %1"), place});
+        mOutcome.changes.append({"copied", QT_TRANSLATE_NOOP("Watch", "Copied: %1"), place});
     }
-    if (stampOf(file.source) != now.first)
-        mOvertaken.insert(place);
+    if (FileUtils::fileStamp(file.source) != now.first)
+        mOutcome.overtaken.insert(place);
 }
 
 // Pages
@@ -348,10 +350,10 @@ void Publication::writePages(const Shop* shop, const QVector<Photograph>& photog
     if (!mShopFile.exists())
         mNow.shopPages.clear();
     if (shop && writeShop(*shop, pictures))
-        mShopLanguages = shop->languages;
+        mOutcome.shopLanguages = shop->languages;
     // The page of a site without a shop; with one, a page beside it.
     const bool isFrontPage = mNow.shopPages.isEmpty();
-    mPageWritten =
+    mOutcome.pageWritten =
         write(ContactSheet::files(mProject.title(), pictures, isFrontPage), &mNow.sheetPages);
     const QStringList pages = mNow.shopPages + mNow.sheetPages;
     const QStringList before = mPublished->shopPages + mPublished->sheetPages;
@@ -380,11 +382,8 @@ bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& p
         }
     }
 
-    QVector<SiteFile> files{
-        {QStringLiteral("data/products.js"), ShopData::productsJs(shop, byPhotograph)},
-        {QStringLiteral("config/config.php"), ShopData::configPhp(shop)}};
-    files += ShopPage::files(shop, byPhotograph);
-    return write(files, &mNow.shopPages);
+    return write(ShopData::files(shop, byPhotograph) + ShopPage::files(shop, byPhotograph),
+                 &mNow.shopPages);
 }
 
 /// Writes files that belong together, all or none, and names them in \a places.
@@ -407,7 +406,8 @@ bool Publication::write(const QVector<SiteFile>& files, QStringList* places)
         }
         places->append(file.place);
         if (mSite->isAwaited(file.place))
-            mChanges.append({"written", QT_TRANSLATE_NOOP("Watch", "Written: %1"), file.place});
+            mOutcome.changes.append(
+                {"written", QT_TRANSLATE_NOOP("Watch", "Written: %1"), file.place});
     }
     return true;
 }
@@ -419,8 +419,8 @@ void Publication::conclude()
 {
     if (mSiteIsFull || mImporter.siteIsFull()) {
         mSite->forget();
-        mChanges.clear();
-        mPageWritten = false;
+        mOutcome.changes.clear();
+        mOutcome.pageWritten = false;
         return;
     }
     QSet<QString> failed;
@@ -431,7 +431,7 @@ void Publication::conclude()
     }
     // Stamps of what has only now come to its place.
     const auto stampNow = [this, &failed](const QString& place) {
-        return failed.contains(place) ? QString() : stampOf(mSite->path(place));
+        return failed.contains(place) ? QString() : FileUtils::fileStamp(mSite->path(place));
     };
     const QSet<QString> awaited = mAwaited;
     for (const QString& name : awaited) {

@@ -57,10 +57,6 @@ public:
     /// All failures in the order in which they happened.
     QVector<ErrorableCode> failures() const;
 
-    /// How many photographs there are, and how many of them were imported.
-    int photographs() const { return mPhotographs; }
-    int imported() const { return mImported; }
-
     /// What this run has done in the site.
     struct Change
     {
@@ -68,23 +64,22 @@ public:
         const char* text; ///< for people, to be translated in the context "Watch"; %1 is the name
         QString name;
     };
-    QVector<Change> changes() const { return mChanges; }
 
-    /// The photographs and static files that were written to, or went, while this run read them.
-    QSet<QString> overtaken() const { return mOvertaken; }
-
-    /// The pages show what there is.
-    bool pageWritten() const { return mPageWritten; }
-
-    /// The languages in which the page of the shop was written; none where there is no shop, or
-    /// something is wrong with it.
-    QStringList shopLanguages() const { return mShopLanguages; }
-
-    /// It ended early, and something was left undone.
-    bool stopped() const { return mStopped; }
-
-    /// Pictures of kinds that are not published.
-    QStringList unpublished() const { return mUnpublished; }
+    struct Outcome
+    {
+        int photographs = 0; ///< how many there are
+        int imported = 0; ///< how many of them
+        QStringList unpublished; ///< pictures of kinds that are not published
+        QVector<Change> changes;
+        /// The photographs and static files that were written to, or went, while they were read.
+        QSet<QString> overtaken;
+        bool pageWritten = false; ///< the pages show what there is
+        /// The languages in which the page of the shop was written; none where there is no shop, or
+        /// something is wrong with it.
+        QStringList shopLanguages;
+        bool stopped = false; ///< it ended early, and something was left undone
+    };
+    const Outcome& outcome() const { return mOutcome; }
 
 private:
     bool goesOn() const;
@@ -118,15 +113,7 @@ private:
     bool mRecordIsOld = false;
     bool mAllFoldersRead = true;
     bool mSiteIsFull = false;
-
-    int mPhotographs = 0;
-    int mImported = 0;
-    QVector<Change> mChanges;
-    QSet<QString> mOvertaken;
-    QStringList mUnpublished;
-    QStringList mShopLanguages;
-    bool mPageWritten = false;
-    bool mStopped = false;
+    Outcome mOutcome;
 };
 
 /// The thread on which it runs.

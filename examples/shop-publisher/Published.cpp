@@ -3,19 +3,9 @@
 
 #include "Published.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-
-#ifdef Q_OS_WIN
-#include <QDir>
-#include <QFileInfo>
-
-#include <windows.h>
-#else
-#include <sys/stat.h>
-#endif
 
 namespace {
 
@@ -56,41 +46,6 @@ QStringList textsFromJson(const QJsonValue& json)
 }
 
 } // namespace
-
-QString stampOf(const QString& path)
-{
-    const auto text = [](quint64 device, quint64 file, quint64 size, quint64 changed) {
-        return QStringLiteral("%1:%2:%3:%4").arg(device).arg(file).arg(size).arg(changed);
-    };
-#ifdef Q_OS_WIN
-    const QString native = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
-    const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t*>(native.utf16()), 0,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    BY_HANDLE_FILE_INFORMATION status = {};
-    const bool isKnown = file != INVALID_HANDLE_VALUE && GetFileInformationByHandle(file, &status);
-    if (file != INVALID_HANDLE_VALUE)
-        CloseHandle(file);
-    const auto joined = [](DWORD high, DWORD low) { return quint64(high) << 32 | low; };
-    if (isKnown)
-        return text(
-            status.dwVolumeSerialNumber, joined(status.nFileIndexHigh, status.nFileIndexLow),
-            joined(status.nFileSizeHigh, status.nFileSizeLow),
-            joined(status.ftLastWriteTime.dwHighDateTime, status.ftLastWriteTime.dwLowDateTime));
-    return QString();
-#else
-    struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return QString();
-#ifdef Q_OS_DARWIN
-    const timespec& changed = status.st_ctimespec;
-#else
-    const timespec& changed = status.st_ctim;
-#endif
-    return text(quint64(status.st_dev), quint64(status.st_ino), quint64(status.st_size),
-                quint64(changed.tv_sec) * 1000000000 + quint64(changed.tv_nsec));
-#endif
-}
 
 QStringList PublishedPicture::places() const
 {

@@ -14,11 +14,6 @@
 #include <QStringList>
 #include <QVector>
 
-/// Tells whether a file is still the one that was looked at before: two equal stamps of a path say
-/// that nobody replaced the file, wrote to it or changed its attributes in between, as far as the
-/// clock of the file system can tell. Links are followed. Empty where there is no such file.
-QString stampOf(const QString& path);
-
 /// One of the sizes of a picture.
 struct PictureSize
 {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "ShopData.h"
+#include "Pages.h"
 
 #include "Template.h"
 
@@ -58,9 +58,7 @@ QVariantMap phpTexts(const LocalText& texts)
     return map;
 }
 
-} // namespace
-
-QByteArray ShopData::productsJs(const Shop& shop, const QMap<QString, PublishedPicture>& pictures)
+QByteArray productsJs(const Shop& shop, const QMap<QString, PublishedPicture>& pictures)
 {
     QVariantList products;
     for (const ShopProduct& product : shop.products) {
@@ -96,7 +94,7 @@ QByteArray ShopData::productsJs(const Shop& shop, const QMap<QString, PublishedP
     return buffer.data();
 }
 
-QByteArray ShopData::configPhp(const Shop& shop)
+QByteArray configPhp(const Shop& shop)
 {
     QVariantMap rates;
     for (auto it = shop.vatRates.begin(); it != shop.vatRates.end(); ++it)
@@ -128,4 +126,12 @@ QByteArray ShopData::configPhp(const Shop& shop)
     PhpCodeHelpers::writePhpArray(&stream, QStringLiteral("SHOP_FONT_WEIGHTS"), weights);
     stream.flush();
     return buffer.data();
+}
+
+} // namespace
+
+QVector<SiteFile> ShopData::files(const Shop& shop, const QMap<QString, PublishedPicture>& pictures)
+{
+    return {{QStringLiteral("data/products.js"), productsJs(shop, pictures)},
+            {QStringLiteral("config/config.php"), configPhp(shop)}};
 }

@@ -75,6 +75,17 @@ QString slug(const QString& name)
     return words.simplified().replace(QLatin1Char(' '), QLatin1Char('-'));
 }
 
+/// A value of the file, and the item that its failures belong to. One that is not there needs no
+/// further check: it need not be there, or that was told.
+struct Field
+{
+    WorkItem* owner;
+    QString key;
+    QJsonValue value;
+
+    bool isThere() const { return !value.isUndefined(); }
+};
+
 } // namespace
 
 /// One reading. Every check goes on after an error, so that all of them are told at once.
@@ -96,57 +107,64 @@ public:
 
     bool read(const QJsonObject& object, Shop* shop)
     {
+        mShop = shop;
         // The languages first: all texts are checked against them.
-        shop->languages = languages(object);
-        shop->name = localText(mFile, object, QStringLiteral("name"), shop->languages, false);
-        if (object.contains(QLatin1String("description")))
-            shop->description =
-                localText(mFile, object, QStringLiteral("description"), shop->languages, true);
-        shop->currency = currency(object);
-        shop->country = country(object);
-        vatRates(object, shop);
-        if (object.contains(QLatin1String("font")))
-            shop->font = font(object);
-        shop->crop = yesOrNo(object, QStringLiteral("crop"));
-        looks(object, shop);
-        addresses(object, shop);
-        shop->products = products(object, *shop);
+        shop->languages = languages(needed(mFile, object, "languages"));
+        shop->name = localText(needed(mFile, object, "name"), false);
+        shop->description = localText(at(mFile, object, "description"));
+        shop->currency = currency(needed(mFile, object, "currency"));
+        shop->country = country(needed(mFile, object, "country"));
+        vatRates(at(mFile, object, "vatRates"));
+        shop->font = font(object);
+        shop->crop = yesOrNo(at(mFile, object, "crop"));
+        looks(object);
+        addresses(object);
+        const Field products = needed(mFile, object, "products");
+        const QJsonArray array = list(products, tr("is no list of products"));
+        for (const QJsonValue& entry : array)
+            shop->products.append(product(entry, int(shop->products.size()) + 1));
         return !mFailed;
     }
 
 private:
-    void fail(WorkItem* owner, const QString& key, WorkItem::Failure failure, const QString& reason)
-    {
-        mFailed = true;
-        auto* const value =
-            new WorkItem(WorkItem::ShopValue, owner->name() + QLatin1String(", ") + key, owner);
-        owner->ORVAUTILS_ADD_ERRORABLE_CHILD(*value);
-        value->ORVAUTILS_SET_ERROR(value->failure(failure, reason));
-    }
+    // Values
 
-    void wrong(WorkItem* owner, const QString& key, const QString& reason)
+    static Field at(WorkItem* owner, const QJsonObject& object, const char* key)
     {
-        fail(owner, key, Unsuitable, reason);
+        const QString name = QLatin1String(key);
+        return {owner, name, object.value(name)};
     }
 
     /// The value of a key that must be there.
-    bool find(WorkItem* owner, const QJsonObject& object, const QString& key, QJsonValue* value)
+    Field needed(WorkItem* owner, const QJsonObject& object, const char* key)
     {
-        *value = object.value(key);
-        if (value->isUndefined())
-            fail(owner, key, Missing, tr("is missing"));
-        return !value->isUndefined();
+        const Field field = at(owner, object, key);
+        if (!field.isThere())
+            fail(field, Missing, tr("is missing"));
+        return field;
     }
+
+    void fail(const Field& field, WorkItem::Failure failure, const QString& reason)
+    {
+        mFailed = true;
+        auto* const value =
+            new WorkItem(WorkItem::ShopValue, field.owner->name() + QLatin1String(", ") + field.key,
+                         field.owner);
+        field.owner->ORVAUTILS_ADD_ERRORABLE_CHILD(*value);
+        value->ORVAUTILS_SET_ERROR(value->failure(failure, reason));
+    }
+
+    void wrong(const Field& field, const QString& reason) { fail(field, Unsuitable, reason); }
 
     /// Tells of a control character in \a text. A NUL would end a text of the written files before
     /// its quote; the others have no place in a shop, but for the ends of lines and tabulators.
-    bool isPrintable(WorkItem* owner, const QString& key, const QString& text)
+    bool isPrintable(const Field& field, const QString& text)
     {
         for (const QChar character : text) {
             if (character.category() != QChar::Other_Control || character == QLatin1Char('\n')
                 || character == QLatin1Char('\t'))
                 continue;
-            wrong(owner, key,
+            wrong(field,
                   tr("holds a control character (U+%1)")
                       .arg(int(character.unicode()), 4, 16, QLatin1Char('0')));
             return false;
@@ -154,73 +172,74 @@ private:
         return true;
     }
 
-    /// A text without blanks around it; empty, and told, where there is none.
-    QString plainText(WorkItem* owner, const QJsonObject& object, const QString& key)
+    /// A text without blanks around it; empty where there is none.
+    QString plainText(const Field& field)
     {
-        QJsonValue value;
-        if (!find(owner, object, key, &value))
+        const QString text = field.value.toString().trimmed();
+        if (!field.isThere())
             return QString();
-        QString text = value.toString().trimmed();
-        if (!value.isString())
-            wrong(owner, key, tr("is no text"));
+        if (!field.value.isString())
+            wrong(field, tr("is no text"));
         else if (text.isEmpty())
-            wrong(owner, key, tr("is empty"));
-        else if (!isPrintable(owner, key, text))
-            text.clear();
-        return text;
+            wrong(field, tr("is empty"));
+        else if (isPrintable(field, text))
+            return text;
+        return QString();
     }
 
     /// A text that is the same in all languages, or an object with one for each.
-    LocalText localText(WorkItem* owner, const QJsonObject& object, const QString& key,
-                        const QStringList& languages, bool mayBeEmpty)
+    LocalText localText(const Field& field, bool mayBeEmpty = true)
     {
         LocalText texts;
-        QJsonValue value;
-        if (!find(owner, object, key, &value))
+        const QJsonValue& value = field.value;
+        if (field.isThere() && !value.isString() && !value.isObject())
+            wrong(field, tr("is no text"));
+        if (!value.isString() && !value.isObject())
             return texts;
-        if (!value.isString() && !value.isObject()) {
-            wrong(owner, key, tr("is no text"));
-            return texts;
-        }
-        for (const QString& language : languages) {
+        for (const QString& language : mShop->languages) {
             const QJsonValue text = value.isString() ? value : value.toObject().value(language);
             texts.insert(language, text.toString().trimmed());
-            if (!isPrintable(owner, key, texts.value(language)))
+            if (!isPrintable(field, texts.value(language)))
                 return texts;
             if (text.isUndefined())
-                fail(owner, key, Missing, tr("has no text in \"%1\"").arg(language));
+                fail(field, Missing, tr("has no text in \"%1\"").arg(language));
             else if (!text.isString())
-                wrong(owner, key, tr("is no text in \"%1\"").arg(language));
+                wrong(field, tr("is no text in \"%1\"").arg(language));
             else if (!mayBeEmpty && texts.value(language).isEmpty()) {
-                wrong(owner, key, tr("is empty"));
+                wrong(field, tr("is empty"));
                 return texts;
             }
         }
         return texts;
     }
 
-    /// The text of a key that need not be there; empty without it.
-    QString optionalText(WorkItem* owner, const QJsonObject& object, const QString& key)
+    bool yesOrNo(const Field& field)
     {
-        return object.contains(key) ? plainText(owner, object, key) : QString();
+        if (field.isThere() && !field.value.isBool())
+            wrong(field, tr("is neither true nor false"));
+        return field.value.toBool();
     }
 
-    LocalText optionalTexts(const QJsonObject& object, const QString& key, const QStringList& codes)
+    /// An object with something in it, or a list; \a reason is told of anything else.
+    QJsonObject group(const Field& field)
     {
-        return object.contains(key) ? localText(mFile, object, key, codes, true) : LocalText();
+        const QJsonObject object = field.value.toObject();
+        if (field.isThere() && object.isEmpty())
+            wrong(field, tr("is no object"));
+        return object;
     }
 
-    bool yesOrNo(const QJsonObject& object, const QString& key)
+    QJsonArray list(const Field& field, const QString& reason)
     {
-        const QJsonValue value = object.value(key);
-        if (!value.isUndefined() && !value.isBool())
-            wrong(mFile, key, tr("is neither true nor false"));
-        return value.toBool();
+        const QJsonArray array = field.value.toArray();
+        if (field.isThere() && array.isEmpty())
+            wrong(field, reason);
+        return array;
     }
 
-    /// The place of a file below static/, which is the same in the project and in the site; empty,
-    /// and told, where there is none.
-    QString staticFile(const QString& key, const QString& place)
+    /// The place of a file below static/, which is the same in the project and in the site; empty
+    /// where there is none.
+    QString staticFile(const Field& field, const QString& place)
     {
         if (place.isEmpty())
             return place;
@@ -229,51 +248,65 @@ private:
         if (place.startsWith(QLatin1String("static/")) && !folder.isEmpty()
             && file.startsWith(folder + QLatin1Char('/')) && QFileInfo(file).isFile())
             return QDir::cleanPath(place);
-        fail(mFile, key, Missing, tr("there is no file \"%1\" below static/").arg(place));
+        fail(field, Missing, tr("there is no file \"%1\" below static/").arg(place));
         return QString();
     }
 
-    QStringList languages(const QJsonObject& object)
+    QString webAddress(const Field& field, const QString& address)
     {
-        const QString key = QStringLiteral("languages");
+        if (!address.isEmpty() && !isWebAddress(address))
+            wrong(field,
+                  tr("\"%1\" is no address of the web, such as \"https://shop.example/\"")
+                      .arg(address));
+        return address;
+    }
+
+    /// Where to order: an address of e-mail or of the web.
+    QString order(const Field& field)
+    {
+        QString text = plainText(field);
+        QString address = text;
+        address.remove(QLatin1String("{id}")).remove(QLatin1String("{name}"));
+        if (!text.isEmpty() && !isEmail(text) && !isWebAddress(address))
+            wrong(field, tr("\"%1\" is no address of e-mail or of the web").arg(text));
+        return text;
+    }
+
+    // The shop
+
+    QStringList languages(const Field& field)
+    {
         QStringList codes;
-        QJsonValue value;
-        if (!find(mFile, object, key, &value))
-            return codes;
-        const QJsonArray array = value.toArray();
-        if (array.isEmpty())
-            wrong(mFile, key, tr("is no list of languages"));
+        const QJsonArray array = list(field, tr("is no list of languages"));
         for (const QJsonValue& entry : array) {
             const QString code = entry.toString();
             if (!isLanguage(code))
-                wrong(mFile, key,
+                wrong(field,
                       tr("\"%1\" is no code of a language, such as \"fr\" or \"pt_BR\"").arg(code));
             else if (codes.contains(code))
-                wrong(mFile, key, tr("\"%1\" stands there twice").arg(code));
+                wrong(field, tr("\"%1\" stands there twice").arg(code));
             else
                 codes.append(code);
         }
         return codes;
     }
 
-    QString currency(const QJsonObject& object)
+    QString currency(const Field& field)
     {
-        const QString key = QStringLiteral("currency");
-        QString code = plainText(mFile, object, key);
+        QString code = plainText(field);
         if (!code.isEmpty()
             && (!CurrencyUtils::listIsoCodes().contains(code)
                 || CurrencyUtils::minorUnits(code) < 0))
-            wrong(mFile, key, tr("\"%1\" is no code of a currency, such as \"EUR\"").arg(code));
+            wrong(field, tr("\"%1\" is no code of a currency, such as \"EUR\"").arg(code));
         return code;
     }
 
-    QString country(const QJsonObject& object)
+    QString country(const Field& field)
     {
-        const QString key = QStringLiteral("country");
-        QString code = plainText(mFile, object, key).toUpper();
+        QString code = plainText(field).toUpper();
         mCountryIsKnown = TaxeRatesUtils::europeanTax(code, 0) >= 0;
         if (!code.isEmpty() && !mCountryIsKnown)
-            wrong(mFile, key,
+            wrong(field,
                   tr("\"%1\" is no country of the European Union whose tax rates are "
                      "known, such as \"FR\"")
                       .arg(code));
@@ -281,72 +314,68 @@ private:
     }
 
     /// The rates of the country, with those that the file has instead.
-    void vatRates(const QJsonObject& object, Shop* shop)
+    void vatRates(const Field& field)
     {
         const QList<int> categories = TaxeRatesUtils::europeanTaxCategories();
         for (const int category : categories) {
-            const double rate = TaxeRatesUtils::europeanTax(shop->country, category);
+            const double rate = TaxeRatesUtils::europeanTax(mShop->country, category);
             if (rate >= 0)
-                shop->vatRates.insert(category, rate);
+                mShop->vatRates.insert(category, rate);
         }
-        shop->vatDate = TaxeRatesUtils::lastUpdated();
-        const QString key = QStringLiteral("vatRates");
-        if (!object.contains(key))
+        mShop->vatDate = TaxeRatesUtils::lastUpdated();
+        if (!field.isThere())
             return;
-        QJsonObject rates = object.value(key).toObject();
-        shop->vatDate =
+        QJsonObject rates = field.value.toObject();
+        mShop->vatDate =
             QDate::fromString(rates.take(QStringLiteral("date")).toString(), Qt::ISODate);
-        if (!shop->vatDate.isValid())
-            wrong(mFile, key, tr("has no \"date\" of the rates, such as \"2026-01-01\""));
+        if (!mShop->vatDate.isValid())
+            wrong(field, tr("has no \"date\" of the rates, such as \"2026-01-01\""));
         for (auto it = rates.constBegin(); it != rates.constEnd(); ++it) {
             const double rate = it.value().toDouble(-1);
             bool isNumber = false;
             const int category = it.key().toInt(&isNumber);
             if (!isNumber || !categories.contains(category))
-                wrong(mFile, key,
-                      tr("\"%1\" is no tax category: a number from 0 to 4").arg(it.key()));
+                wrong(field, tr("\"%1\" is no tax category: a number from 0 to 4").arg(it.key()));
             else if (rate < 0 || rate > 100)
-                wrong(mFile, key,
-                      tr("the rate of \"%1\" is no number from 0 to 100").arg(it.key()));
+                wrong(field, tr("the rate of \"%1\" is no number from 0 to 100").arg(it.key()));
             else
-                shop->vatRates.insert(category, rate);
+                mShop->vatRates.insert(category, rate);
         }
     }
 
     /// What the pages look like, beside their font.
-    void looks(const QJsonObject& object, Shop* shop)
+    void looks(const QJsonObject& object)
     {
-        const QString accent = QStringLiteral("accent");
-        const QString color = optionalText(mFile, object, accent);
-        shop->accent = ColorUtils::colorFromCss(color);
-        if (!color.isEmpty() && (!shop->accent.isValid() || shop->accent.alpha() != 255))
-            wrong(mFile, accent,
-                  tr("\"%1\" is no opaque colour of CSS, such as \"#9c4a27\"").arg(color));
-        const QString icon = QStringLiteral("favicon");
-        shop->favicon = staticFile(icon, optionalText(mFile, object, icon));
-        const QString logo = QStringLiteral("logo");
-        shop->logo = staticFile(logo, optionalText(mFile, object, logo));
-        if (!shop->logo.isEmpty())
-            shop->logoSize =
-                ImageUtils::imageSize(mProject.folder() + QLatin1Char('/') + shop->logo);
-        if (!shop->logo.isEmpty() && shop->logoSize.isEmpty())
-            wrong(mFile, logo, tr("is no picture that can be read"));
+        const Field accent = at(mFile, object, "accent");
+        const QString color = plainText(accent);
+        mShop->accent = ColorUtils::colorFromCss(color);
+        if (!color.isEmpty() && (!mShop->accent.isValid() || mShop->accent.alpha() != 255))
+            wrong(accent, tr("\"%1\" is no opaque colour of CSS, such as \"#9c4a27\"").arg(color));
+        const Field icon = at(mFile, object, "favicon");
+        mShop->favicon = staticFile(icon, plainText(icon));
+        const Field logo = at(mFile, object, "logo");
+        mShop->logo = staticFile(logo, plainText(logo));
+        if (mShop->logo.isEmpty())
+            return;
+        mShop->logoSize = ImageUtils::imageSize(mProject.folder() + QLatin1Char('/') + mShop->logo);
+        if (mShop->logoSize.isEmpty())
+            wrong(logo, tr("is no picture that can be read"));
     }
 
     /// Where the shop and its owner are found.
-    void addresses(const QJsonObject& object, Shop* shop)
+    void addresses(const QJsonObject& object)
     {
-        shop->url =
-            webAddress(QStringLiteral("url"), optionalText(mFile, object, QStringLiteral("url")));
-        if (shop->url.contains(QLatin1Char('?')) || shop->url.contains(QLatin1Char('#')))
-            wrong(mFile, QStringLiteral("url"), tr("holds \"?\" or \"#\""));
-        if (!shop->url.isEmpty() && !shop->url.endsWith(QLatin1Char('/')))
-            shop->url += QLatin1Char('/');
-        shop->order = order(mFile, object);
+        const Field site = at(mFile, object, "url");
+        mShop->url = webAddress(site, plainText(site));
+        if (mShop->url.contains(QLatin1Char('?')) || mShop->url.contains(QLatin1Char('#')))
+            wrong(site, tr("holds \"?\" or \"#\""));
+        if (!mShop->url.isEmpty() && !mShop->url.endsWith(QLatin1Char('/')))
+            mShop->url += QLatin1Char('/');
+        mShop->order = order(at(mFile, object, "order"));
 
-        const QString imprint = QStringLiteral("imprint");
-        shop->imprint = optionalTexts(object, imprint, shop->languages);
-        QStringList imprints = shop->imprint.values();
+        const Field imprint = at(mFile, object, "imprint");
+        mShop->imprint = localText(imprint);
+        QStringList imprints = mShop->imprint.values();
         imprints.removeDuplicates(); // told once
         for (int i = 0; i < imprints.size(); ++i) {
             if (imprints.at(i).startsWith(QLatin1String("static/")))
@@ -355,56 +384,31 @@ private:
                 webAddress(imprint, imprints.at(i));
         }
 
-        const QString key = QStringLiteral("contact");
-        const QJsonObject contact = object.value(key).toObject();
-        if (object.contains(key) && contact.isEmpty())
-            wrong(mFile, key, tr("is no object"));
-        shop->address = optionalTexts(contact, QStringLiteral("address"), shop->languages);
-        shop->phone = optionalText(mFile, contact, QStringLiteral("phone"));
-        const QString email = QStringLiteral("email");
-        shop->email = optionalText(mFile, contact, email);
-        if (!shop->email.isEmpty() && !isEmail(shop->email))
-            wrong(mFile, email, tr("\"%1\" is no address of e-mail").arg(shop->email));
-    }
-
-    QString webAddress(const QString& key, const QString& address)
-    {
-        if (!address.isEmpty() && !isWebAddress(address))
-            wrong(mFile, key,
-                  tr("\"%1\" is no address of the web, such as \"https://shop.example/\"")
-                      .arg(address));
-        return address;
-    }
-
-    /// Where to order: an address of e-mail or of the web.
-    QString order(WorkItem* owner, const QJsonObject& object)
-    {
-        const QString key = QStringLiteral("order");
-        QString text = optionalText(owner, object, key);
-        QString address = text;
-        address.remove(QLatin1String("{id}")).remove(QLatin1String("{name}"));
-        if (!text.isEmpty() && !isEmail(text) && !isWebAddress(address))
-            wrong(owner, key, tr("\"%1\" is no address of e-mail or of the web").arg(text));
-        return text;
+        const QJsonObject contact = group(at(mFile, object, "contact"));
+        mShop->address = localText(at(mFile, contact, "address"));
+        mShop->phone = plainText(at(mFile, contact, "phone"));
+        const Field email = at(mFile, contact, "email");
+        mShop->email = plainText(email);
+        if (!mShop->email.isEmpty() && !isEmail(mShop->email))
+            wrong(email, tr("\"%1\" is no address of e-mail").arg(mShop->email));
     }
 
     ShopFont font(const QJsonObject& object)
     {
-        const QString key = QStringLiteral("font");
+        const Field field = at(mFile, object, "font");
         ShopFont font;
-        const QString wanted = plainText(mFile, object, key);
+        const QString wanted = plainText(field);
         if (wanted.isEmpty())
             return font;
-        font.fromService = yesOrNo(object, QStringLiteral("fontService"));
-        font.files = fontFiles(object);
+        font.fromService = yesOrNo(at(mFile, object, "fontService"));
+        font.files = fontFiles(at(mFile, object, "fontFiles"));
         font.family = mFile->mFonts.validName(wanted);
         GoogleFontItem item;
         if (font.family.isEmpty() || !mFile->mFonts.findItemByName(font.family, item)) {
-            if (!font.files.isEmpty() && !font.fromService) {
+            if (!font.files.isEmpty() && !font.fromService)
                 font.family = wanted; // the files are all that it takes
-                return font;
-            }
-            wrong(mFile, key, tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
+            else
+                wrong(field, tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
             return font;
         }
         font.category = item.object().value(QLatin1String("category")).toString();
@@ -422,44 +426,26 @@ private:
         return font;
     }
 
-    QMap<int, QString> fontFiles(const QJsonObject& object)
+    QMap<int, QString> fontFiles(const Field& field)
     {
-        const QString key = QStringLiteral("fontFiles");
         QMap<int, QString> files;
-        const QJsonObject wanted = object.value(key).toObject();
-        if (object.contains(key) && wanted.isEmpty())
-            wrong(mFile, key, tr("is no object"));
+        const QJsonObject wanted = group(field);
         for (auto it = wanted.begin(); it != wanted.end(); ++it) {
             const int weight = it.key().toInt();
             if (weight < 100 || weight > 900)
-                wrong(mFile, key,
-                      tr("\"%1\" is no weight of a font, such as \"400\"").arg(it.key()));
+                wrong(field, tr("\"%1\" is no weight of a font, such as \"400\"").arg(it.key()));
             else
-                files.insert(weight, staticFile(key, plainText(mFile, wanted, it.key())));
+                files.insert(weight, staticFile(field, plainText({mFile, it.key(), it.value()})));
         }
         return files;
     }
 
-    QVector<ShopProduct> products(const QJsonObject& object, const Shop& shop)
-    {
-        const QString key = QStringLiteral("products");
-        QVector<ShopProduct> products;
-        QJsonValue value;
-        if (!find(mFile, object, key, &value))
-            return products;
-        const QJsonArray array = value.toArray();
-        if (array.isEmpty())
-            wrong(mFile, key, tr("is no list of products"));
-        for (const QJsonValue& entry : array)
-            products.append(product(entry, int(products.size()) + 1, shop));
-        return products;
-    }
+    // Its products
 
-    ShopProduct product(const QJsonValue& value, int number, const Shop& shop)
+    ShopProduct product(const QJsonValue& value, int number)
     {
         const QJsonObject object = value.toObject();
-        auto* const item =
-            new WorkItem(WorkItem::Product, productName(object, number, shop), mFile);
+        auto* const item = new WorkItem(WorkItem::Product, productName(object, number), mFile);
         mFile->ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
         ShopProduct product;
         if (!value.isObject()) {
@@ -467,26 +453,26 @@ private:
             item->ORVAUTILS_SET_ERROR(item->failure(Unsuitable, tr("is no object")));
             return product;
         }
-        product.name = localText(item, object, QStringLiteral("name"), shop.languages, false);
-        product.description =
-            localText(item, object, QStringLiteral("description"), shop.languages, true);
+        product.name = localText(needed(item, object, "name"), false);
+        product.description = localText(needed(item, object, "description"));
         product.photos = photos(item, object);
-        product.order = order(item, object);
-        product.taxCategory = taxCategory(item, object);
-        const double net = netPrice(item, object);
-        product.vatRate = vatRate(item, shop, product.taxCategory);
+        product.order = order(at(item, object, "order"));
+        const Field category = needed(item, object, "taxCategory");
+        product.taxCategory = taxCategory(category);
+        const double net = netPrice(needed(item, object, "netPrice"));
+        product.vatRate = vatRate(category, product.taxCategory);
         product.price = CurrencyUtils::vatOf(net, CurrencyUtils::Net, qMax(0.0, product.vatRate),
-                                             shop.currency);
-        product.id = distinctId(product.name.value(shop.languages.value(0)));
+                                             mShop->currency);
+        product.id = distinctId(product.name.value(mShop->languages.value(0)));
         return product;
     }
 
     /// "shop.json, product 2 (Teapot)".
-    static QString productName(const QJsonObject& object, int number, const Shop& shop)
+    QString productName(const QJsonObject& object, int number) const
     {
         const QJsonValue value = object.value(QLatin1String("name"));
         const QString name = value.isObject()
-            ? value.toObject().value(shop.languages.value(0)).toString()
+            ? value.toObject().value(mShop->languages.value(0)).toString()
             : value.toString();
         if (name.isEmpty())
             return tr("%1, product %2").arg(fileName, QString::number(number));
@@ -496,68 +482,60 @@ private:
     /// The pictures of a product: one, or several, of which the first stands for all.
     QStringList photos(WorkItem* item, const QJsonObject& object)
     {
-        const QString key = QStringLiteral("photos");
-        if (!object.contains(key)) {
-            const QString one = QStringLiteral("photo");
-            return {photo(item, one, plainText(item, object, one))};
-        }
+        const Field several = at(item, object, "photos");
+        if (!several.isThere())
+            return {photo(needed(item, object, "photo"))};
         QStringList names;
-        const QJsonArray array = object.value(key).toArray();
-        if (array.isEmpty())
-            wrong(item, key, tr("is no list of photographs"));
+        const QJsonArray array = list(several, tr("is no list of photographs"));
         for (const QJsonValue& value : array)
-            names.append(photo(item, key, plainText(item, QJsonObject{{key, value}}, key)));
+            names.append(photo({item, several.key, value}));
         return names;
     }
 
-    QString photo(WorkItem* item, const QString& key, const QString& wanted)
+    QString photo(const Field& field)
     {
+        const QString wanted = plainText(field);
         QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
         if (!wanted.isEmpty() && name.isEmpty())
-            fail(item, key, Missing, tr("there is no photograph \"%1\"").arg(wanted));
+            fail(field, Missing, tr("there is no photograph \"%1\"").arg(wanted));
         return name;
     }
 
-    int taxCategory(WorkItem* item, const QJsonObject& object)
+    int taxCategory(const Field& field)
     {
-        const QString key = QStringLiteral("taxCategory");
-        QJsonValue value;
-        if (!find(item, object, key, &value))
-            return -1;
-        const int category = value.toInt(-1);
+        const int category = field.value.toInt(-1);
         if (TaxeRatesUtils::europeanTaxCategories().contains(category))
             return category;
-        wrong(item, key, tr("is no tax category: a number from 0 to 4"));
+        if (field.isThere())
+            wrong(field, tr("is no tax category: a number from 0 to 4"));
         return -1;
     }
 
-    double netPrice(WorkItem* item, const QJsonObject& object)
+    double netPrice(const Field& field)
     {
-        const QString key = QStringLiteral("netPrice");
-        QJsonValue value;
-        if (!find(item, object, key, &value))
+        const double price = field.value.toDouble(-1);
+        if (!field.isThere())
             return 0;
-        const double price = value.toDouble(-1);
-        if (!value.isDouble())
-            wrong(item, key, tr("is no number, such as 12.50"));
+        if (!field.value.isDouble())
+            wrong(field, tr("is no number, such as 12.50"));
         else if (price < 0)
-            wrong(item, key, tr("is below zero"));
+            wrong(field, tr("is below zero"));
         else if (!(price <= highestPrice))
-            wrong(item, key, tr("is too high for a price"));
+            wrong(field, tr("is too high for a price"));
         else
             return price;
         return 0;
     }
 
-    double vatRate(WorkItem* item, const Shop& shop, int category)
+    double vatRate(const Field& field, int category)
     {
         if (!mCountryIsKnown || category < 0)
             return 0; // told already
-        const double rate = shop.vatRates.value(category, -1);
+        const double rate = mShop->vatRates.value(category, -1);
         if (rate < 0)
-            wrong(item, QStringLiteral("taxCategory"),
+            wrong(field,
                   tr("%1 has no rate of the category %2")
-                      .arg(shop.country, QString::number(category)));
+                      .arg(mShop->country, QString::number(category)));
         return rate;
     }
 
@@ -576,6 +554,7 @@ private:
 
     ShopFile* mFile;
     const Project& mProject;
+    Shop* mShop = nullptr;
     QMap<QString, QString> mPhotos; ///< names by their composed form
     QSet<QString> mIds;
     QHash<QString, int> mNumbers; ///< the last one given behind each id

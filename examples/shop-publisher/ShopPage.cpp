@@ -1,16 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "ShopPage.h"
+#include "Pages.h"
 
 #include "Languages.h"
-#include "PageTexts.h"
+#include "PageParts.h"
 #include "Template.h"
 
 #include <ColorUtils.h>
 #include <CurrencyUtils.h>
 #include <HTMLUtils.h>
-#include <ImageUtils.h>
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -123,7 +122,7 @@ QString countryName(const QString& code, const QString& pageLanguage)
 
 QString pageName(const QString& language, int number)
 {
-    return PageTexts::fileName(ShopPage::fileName(language),
+    return PageParts::fileName(ShopPage::fileName(language),
                                QStringLiteral("shop-%1-%2.html").arg(language), number);
 }
 
@@ -155,6 +154,267 @@ QByteArray sitemap(const Shop& shop)
     return xml + "</urlset>\n";
 }
 
+/// The pages in one language.
+class ShopPages
+{
+public:
+    ShopPages(const Shop& shop, const QMap<QString, PublishedPicture>& pictures,
+              const QString& language)
+        : mShop(shop)
+        , mPictures(pictures)
+        , mLanguage(language)
+        , mTexts(PageParts::texts(language))
+    { }
+
+    QByteArray html(int number, bool isFrontPage) const
+    {
+        const QString place = pageName(mLanguage, number);
+        const int first = (number - 1) * productsOnAPage;
+        const int count = qMin(productsOnAPage, int(mShop.products.size()) - first);
+        const QVariantMap pager = PageParts::pager(mTexts, ShopPage::fileName(mLanguage),
+                                                   QStringLiteral("shop-%1-%2.html").arg(mLanguage),
+                                                   number, pagesOf(mShop));
+        QString title = mShop.name.value(mLanguage);
+        if (number > 1)
+            title += QStringLiteral(" – ") + pager.value(QStringLiteral("pageText")).toString();
+        QVariantList products;
+        for (int i = first; i < first + count; ++i)
+            products.append(product(mShop.products.at(i), i - first < firstPictures));
+
+        QVariantMap values = mTexts;
+        const QVariantMap own =
+            Template::values({{"lang", tagOf(mLanguage)},
+                              {"rtl", QLocale(mLanguage).textDirection() == Qt::RightToLeft},
+                              {"locale", QLocale(mLanguage).name()},
+                              {"generator", QCoreApplication::applicationName()},
+                              {"title", title},
+                              {"name", mShop.name.value(mLanguage)},
+                              {"description", mShop.description.value(mLanguage)},
+                              {"products", products},
+                              {"pager", pager},
+                              {"data", data(first, count, place)}});
+        for (const QVariantMap& more : {own, style(), links(number), foot()}) {
+            for (auto it = more.begin(); it != more.end(); ++it)
+                values.insert(it.key(), it.value());
+        }
+        if (isFrontPage && mShop.languages.size() > 1) {
+            QVariantMap pages;
+            for (const QString& language : mShop.languages)
+                pages.insert(language, ShopPage::fileName(language));
+            const QByteArray json =
+                QJsonDocument::fromVariant(pages).toJson(QJsonDocument::Compact);
+            values.insert(QStringLiteral("choices"),
+                          QString::fromLatin1(json + ", \"" + place.toLatin1() + '"'));
+        }
+        return Template::fill(QStringLiteral("shop.html"), values);
+    }
+
+private:
+    /// What leads to other pages, and what other programs want to know of page \a number.
+    QVariantMap links(int number) const
+    {
+        QVariantList languages;
+        QVariantList alternates{
+            Template::values({{"lang", QStringLiteral("x-default")}, {"address", mShop.url}})};
+        for (const QString& language : mShop.languages) {
+            languages.append(Template::values({{"address", ShopPage::fileName(language)},
+                                               {"lang", tagOf(language)},
+                                               {"name", Languages::nativeName(language)},
+                                               {"current", language == mLanguage}}));
+            alternates.append(
+                Template::values({{"lang", tagOf(language)},
+                                  {"address", QString(mShop.url + pageName(language, number))}}));
+        }
+        const QString image =
+            QLatin1String("images/") + mPictures.value(mShop.products.first().photos.first()).name;
+        QVariantMap links =
+            Template::values({{"url", mShop.url},
+                              {"canonical", QString(mShop.url + pageName(mLanguage, number))},
+                              {"image", QString(mShop.url + Template::address(image))},
+                              {"alternates", alternates},
+                              {"favicon", Template::address(mShop.favicon)}});
+        if (languages.size() > 1)
+            links.insert(QStringLiteral("languages"), Template::values({{"list", languages}}));
+        if (!mShop.logo.isEmpty())
+            links.insert(QStringLiteral("logo"),
+                         Template::values({{"address", Template::address(mShop.logo)},
+                                           {"width", mShop.logoSize.width()},
+                                           {"height", mShop.logoSize.height()}}));
+        return links;
+    }
+
+    /// What the style sheet takes from the shop. The colours of the page are those that stand
+    /// there.
+    QVariantMap style() const
+    {
+        const ShopFont& font = mShop.font;
+        const QColor accent = mShop.accent.isValid() ? mShop.accent : QColor(0x9c4a27);
+        const QColor accentDark = mShop.accent.isValid() ? mShop.accent : QColor(0xeaa27c);
+        const QColor light = readable(accent, QColor(0xfaf7f2), Qt::black);
+        const QColor dark = readable(accentDark, QColor(0x221e1a), Qt::white);
+        const auto textOn = [](const QColor& color) {
+            return contrast(color, Qt::white) >= contrast(color, Qt::black)
+                ? QStringLiteral("#fff")
+                : QStringLiteral("#000");
+        };
+        QVariantList files;
+        for (auto it = font.files.begin(); it != font.files.end(); ++it)
+            files.append(Template::values({{"family", cssText(font.family)},
+                                           {"weight", it.key()},
+                                           {"address", Template::address(it.value())}}));
+        QString family = systemFonts(font.category);
+        if (!font.family.isEmpty())
+            family.prepend(cssText(font.family) + QLatin1String(", "));
+        return Template::values(
+            {{"accent", light.name()},
+             {"onAccent", textOn(light)},
+             {"accentDark", dark.name()},
+             {"onAccentDark", textOn(dark)},
+             {"fontFamily", family},
+             {"fontFiles", files},
+             {"fontAddress", font.fromService ? fontAddress(font) : QString()},
+             {"textWeight", font.textWeight},
+             {"boldWeight", font.boldWeight},
+             {"fontStyle", font.italic ? QStringLiteral("italic") : QStringLiteral("normal")},
+             {"fit", mShop.crop ? QStringLiteral("cover") : QStringLiteral("contain")}});
+    }
+
+    QVariantMap product(const ShopProduct& product, bool isFirst) const
+    {
+        const QString name = product.name.value(mLanguage);
+        const QString rate =
+            QLocale(mLanguage).toString(product.vatRate, 'g', 6) + QStringLiteral("\u00a0%");
+        QVariantList more;
+        for (int i = 1; i < product.photos.size(); ++i)
+            more.append(picture(product.photos.at(i),
+                                QStringLiteral("%1 (%2)").arg(name).arg(i + 1), true, true));
+        return Template::values(
+            {{"id", product.id},
+             {"name", name},
+             {"text", product.description.value(mLanguage)},
+             {"photo", picture(product.photos.first(), name, !isFirst, false)},
+             {"photos", more.isEmpty() ? QVariantMap() : Template::values({{"list", more}})},
+             {"gross", price(product.price.gross)},
+             {"net", price(product.price.net)},
+             {"vat", price(product.price.vat)},
+             {"rate", rate},
+             {"order", order(product)}});
+    }
+
+    /// One picture in all its sizes. The reader's browser is told how wide it is shown, which for
+    /// an upright one that is not cropped is less than the card, and chooses.
+    QVariantMap picture(const QString& photo, const QString& alt, bool isLazy, bool isSmall) const
+    {
+        const PublishedPicture picture = mPictures.value(photo);
+        const auto set = [](const QVector<PictureSize>& sizes) {
+            QStringList list;
+            for (const PictureSize& size : sizes)
+                list.append(Template::address(size.place) + QStringLiteral(" %1w").arg(size.width));
+            return list.join(QLatin1String(", "));
+        };
+        const QSize shown = picture.thumbSize;
+        const double share = mShop.crop ? qMax(1.0, double(shown.width()) / shown.height())
+                                        : qMin(1.0, double(shown.width()) / shown.height());
+        QVariantMap values = PageParts::picture(picture, alt);
+        values.insert(QStringLiteral("srcset"),
+                      picture.sizes.size() > 1 ? set(picture.sizes) : QString());
+        values.insert(QStringLiteral("webp"), set(picture.webp));
+        values.insert(QStringLiteral("sizes"),
+                      isSmall ? QStringLiteral("4rem")
+                              : QStringLiteral("(max-width: 40rem) %1vw, %2rem")
+                                    .arg(qRound(100 * share))
+                                    .arg(qMax(1, qRound(cardRem * share))));
+        values.insert(QStringLiteral("lazy"), isLazy);
+        return values;
+    }
+
+    QVariantMap foot() const
+    {
+        const QLocale locale(mLanguage);
+        const QString currency =
+            CurrencyUtils::currencySymbol(mShop.currency, QLocale::CurrencyDisplayName);
+        // Months in words are read alike everywhere.
+        const QString date = locale.toString(mShop.vatDate, QStringLiteral("d MMMM yyyy"));
+        QVariantMap foot = Template::values(
+            {{"pricesText",
+              mTexts.value(QStringLiteral("pricesText"))
+                  .toString()
+                  .arg(currency, countryName(mShop.country, mLanguage))},
+             {"ratesText", mTexts.value(QStringLiteral("ratesText")).toString().arg(date)}});
+        const QString imprint = mShop.imprint.value(mLanguage);
+        if (imprint.startsWith(QLatin1String("static/")))
+            foot.insert(QStringLiteral("imprintAddress"), Template::address(imprint));
+        else if (imprint.contains(QRegularExpression(QStringLiteral("\\Ahttps?://"))))
+            foot.insert(QStringLiteral("imprintAddress"), imprint);
+        else
+            foot.insert(QStringLiteral("imprint"), imprint);
+        QString phone = mShop.phone; // without places where a line may break
+        phone.replace(QLatin1Char(' '), QChar(QChar::Nbsp))
+            .replace(QLatin1Char('-'), QChar(0x2011));
+        QString phoneNumber = mShop.phone;
+        phoneNumber.remove(QRegularExpression(QStringLiteral("[^0-9+]")));
+        if (!mShop.email.isEmpty() || !phone.isEmpty() || !mShop.address.isEmpty())
+            foot.insert(QStringLiteral("contact"),
+                        Template::values({{"address", mShop.address.value(mLanguage)},
+                                          {"email", mShop.email},
+                                          {"phone", phone},
+                                          {"phoneNumber", phoneNumber}}));
+        return foot;
+    }
+
+    /// Where the product is ordered; empty where there is no such place.
+    QString order(const ShopProduct& product) const
+    {
+        QString order = product.order.isEmpty() ? mShop.order : product.order;
+        const QString name = product.name.value(mLanguage);
+        if (order.isEmpty() || order.contains(QLatin1String("://")))
+            return order.replace(QLatin1String("{id}"), percentEncoded(product.id))
+                .replace(QLatin1String("{name}"), percentEncoded(name));
+        return QStringLiteral("mailto:%1?subject=%2").arg(order, percentEncoded(name));
+    }
+
+    QString price(qint64 amount) const
+    {
+        return CurrencyUtils::formatMoney(amount, mShop.currency, QLocale(mLanguage));
+    }
+
+    /// The products for search engines. No text in it can end the script element that holds it.
+    QString data(int first, int count, const QString& place) const
+    {
+        const int decimals = CurrencyUtils::minorUnits(mShop.currency);
+        QVariantList products;
+        for (int i = first; i < first + count; ++i) {
+            const ShopProduct& product = mShop.products.at(i);
+            QStringList images;
+            for (const QString& photo : product.photos)
+                images.append(
+                    mShop.url
+                    + Template::address(QLatin1String("images/") + mPictures.value(photo).name));
+            const QVariantMap offer = Template::values(
+                {{"@type", QStringLiteral("Offer")},
+                 {"price", QString::number(mShop.amount(product.price.gross), 'f', decimals)},
+                 {"priceCurrency", mShop.currency},
+                 {"url", QString(mShop.url + place + QLatin1Char('#') + product.id)}});
+            products.append(Template::values({{"@context", QStringLiteral("https://schema.org")},
+                                              {"@type", QStringLiteral("Product")},
+                                              {"name", product.name.value(mLanguage)},
+                                              {"description", product.description.value(mLanguage)},
+                                              {"image", images},
+                                              {"offers", offer}}));
+        }
+        return QString::fromUtf8(QJsonDocument::fromVariant(products)
+                                     .toJson(QJsonDocument::Compact)
+                                     .replace('<', "\\u003c")
+                                     .replace('>', "\\u003e")
+                                     .replace('&', "\\u0026"));
+    }
+
+    const Shop& mShop;
+    const QMap<QString, PublishedPicture>& mPictures;
+    QString mLanguage;
+    QVariantMap mTexts;
+};
+
 } // namespace
 
 QString ShopPage::fileName(const QString& language)
@@ -166,267 +426,13 @@ QVector<SiteFile> ShopPage::files(const Shop& shop, const QMap<QString, Publishe
 {
     QVector<SiteFile> files;
     for (const QString& language : shop.languages) {
-        const ShopPage page(shop, pictures, language);
+        const ShopPages page(shop, pictures, language);
         for (int number = 1; number <= pagesOf(shop); ++number)
             files.append({pageName(language, number), page.html(number, false)});
     }
     files.append({QStringLiteral("index.html"),
-                  ShopPage(shop, pictures, shop.languages.first()).html(1, true)});
+                  ShopPages(shop, pictures, shop.languages.first()).html(1, true)});
     if (!shop.url.isEmpty())
         files.append({QStringLiteral("sitemap.xml"), sitemap(shop)});
     return files;
-}
-
-ShopPage::ShopPage(const Shop& shop, const QMap<QString, PublishedPicture>& pictures,
-                   const QString& language)
-    : mShop(shop)
-    , mPictures(pictures)
-    , mLanguage(language)
-    , mTexts(PageTexts::in(language))
-{ }
-
-QByteArray ShopPage::html(int number, bool isFrontPage) const
-{
-    const QString place = pageName(mLanguage, number);
-    const int first = (number - 1) * productsOnAPage;
-    const int count = qMin(productsOnAPage, int(mShop.products.size()) - first);
-    const QVariantMap pager =
-        PageTexts::pager(mTexts, fileName(mLanguage),
-                         QStringLiteral("shop-%1-%2.html").arg(mLanguage), number, pagesOf(mShop));
-    QString title = mShop.name.value(mLanguage);
-    if (number > 1)
-        title += QStringLiteral(" – ") + pager.value(QStringLiteral("pageText")).toString();
-    QVariantList products;
-    for (int i = first; i < first + count; ++i)
-        products.append(product(mShop.products.at(i), i - first < firstPictures));
-
-    QVariantMap values = mTexts;
-    const QVariantMap own =
-        Template::values({{"lang", tagOf(mLanguage)},
-                          {"rtl", QLocale(mLanguage).textDirection() == Qt::RightToLeft},
-                          {"locale", QLocale(mLanguage).name()},
-                          {"generator", QCoreApplication::applicationName()},
-                          {"title", title},
-                          {"name", mShop.name.value(mLanguage)},
-                          {"description", mShop.description.value(mLanguage)},
-                          {"products", products},
-                          {"pager", pager},
-                          {"data", data(first, count, place)}});
-    for (const QVariantMap& more : {own, style(), links(number), foot()}) {
-        for (auto it = more.begin(); it != more.end(); ++it)
-            values.insert(it.key(), it.value());
-    }
-    if (isFrontPage && mShop.languages.size() > 1) {
-        QVariantMap pages;
-        for (const QString& language : mShop.languages)
-            pages.insert(language, fileName(language));
-        const QByteArray json = QJsonDocument::fromVariant(pages).toJson(QJsonDocument::Compact);
-        values.insert(QStringLiteral("choices"),
-                      QString::fromLatin1(json + ", \"" + place.toLatin1() + '"'));
-    }
-    return Template::fill(QStringLiteral("shop.html"), values);
-}
-
-/// What leads to other pages, and what other programs want to know of page \a number.
-QVariantMap ShopPage::links(int number) const
-{
-    QVariantList languages;
-    QVariantList alternates{
-        Template::values({{"lang", QStringLiteral("x-default")}, {"address", mShop.url}})};
-    for (const QString& language : mShop.languages) {
-        languages.append(Template::values({{"address", fileName(language)},
-                                           {"lang", tagOf(language)},
-                                           {"name", Languages::nativeName(language)},
-                                           {"current", language == mLanguage}}));
-        alternates.append(
-            Template::values({{"lang", tagOf(language)},
-                              {"address", QString(mShop.url + pageName(language, number))}}));
-    }
-    const QString image =
-        QLatin1String("images/") + mPictures.value(mShop.products.first().photos.first()).name;
-    QVariantMap links =
-        Template::values({{"url", mShop.url},
-                          {"canonical", QString(mShop.url + pageName(mLanguage, number))},
-                          {"image", QString(mShop.url + Template::address(image))},
-                          {"alternates", alternates},
-                          {"favicon", Template::address(mShop.favicon)}});
-    if (languages.size() > 1)
-        links.insert(QStringLiteral("languages"), Template::values({{"list", languages}}));
-    if (!mShop.logo.isEmpty())
-        links.insert(QStringLiteral("logo"),
-                     Template::values({{"address", Template::address(mShop.logo)},
-                                       {"width", mShop.logoSize.width()},
-                                       {"height", mShop.logoSize.height()}}));
-    return links;
-}
-
-/// What the style sheet takes from the shop. The colours of the page are those that stand there.
-QVariantMap ShopPage::style() const
-{
-    const ShopFont& font = mShop.font;
-    const QColor accent = mShop.accent.isValid() ? mShop.accent : QColor(0x9c4a27);
-    const QColor accentDark = mShop.accent.isValid() ? mShop.accent : QColor(0xeaa27c);
-    const QColor light = readable(accent, QColor(0xfaf7f2), Qt::black);
-    const QColor dark = readable(accentDark, QColor(0x221e1a), Qt::white);
-    const auto textOn = [](const QColor& color) {
-        return contrast(color, Qt::white) >= contrast(color, Qt::black) ? QStringLiteral("#fff")
-                                                                        : QStringLiteral("#000");
-    };
-    QVariantList files;
-    for (auto it = font.files.begin(); it != font.files.end(); ++it)
-        files.append(Template::values({{"family", cssText(font.family)},
-                                       {"weight", it.key()},
-                                       {"address", Template::address(it.value())}}));
-    QString family = systemFonts(font.category);
-    if (!font.family.isEmpty())
-        family.prepend(cssText(font.family) + QLatin1String(", "));
-    return Template::values(
-        {{"accent", light.name()},
-         {"onAccent", textOn(light)},
-         {"accentDark", dark.name()},
-         {"onAccentDark", textOn(dark)},
-         {"fontFamily", family},
-         {"fontFiles", files},
-         {"fontAddress", font.fromService ? fontAddress(font) : QString()},
-         {"textWeight", font.textWeight},
-         {"boldWeight", font.boldWeight},
-         {"fontStyle", font.italic ? QStringLiteral("italic") : QStringLiteral("normal")},
-         {"fit", mShop.crop ? QStringLiteral("cover") : QStringLiteral("contain")}});
-}
-
-QVariantMap ShopPage::product(const ShopProduct& product, bool isFirst) const
-{
-    const QString name = product.name.value(mLanguage);
-    const QString rate =
-        QLocale(mLanguage).toString(product.vatRate, 'g', 6) + QStringLiteral("\u00a0%");
-    QVariantList more;
-    for (int i = 1; i < product.photos.size(); ++i)
-        more.append(picture(product.photos.at(i), QStringLiteral("%1 (%2)").arg(name).arg(i + 1),
-                            true, true));
-    return Template::values(
-        {{"id", product.id},
-         {"name", name},
-         {"text", product.description.value(mLanguage)},
-         {"photo", picture(product.photos.first(), name, !isFirst, false)},
-         {"photos", more.isEmpty() ? QVariantMap() : Template::values({{"list", more}})},
-         {"gross", price(product.price.gross)},
-         {"net", price(product.price.net)},
-         {"vat", price(product.price.vat)},
-         {"rate", rate},
-         {"order", order(product)}});
-}
-
-/// One picture in all its sizes. The reader's browser is told how wide it is shown, which for an
-/// upright one that is not cropped is less than the card, and chooses.
-QVariantMap ShopPage::picture(const QString& photo, const QString& alt, bool isLazy,
-                              bool isSmall) const
-{
-    const PublishedPicture picture = mPictures.value(photo);
-    const auto set = [](const QVector<PictureSize>& sizes) {
-        QStringList list;
-        for (const PictureSize& size : sizes)
-            list.append(Template::address(size.place) + QStringLiteral(" %1w").arg(size.width));
-        return list.join(QLatin1String(", "));
-    };
-    const QSize shown = picture.thumbSize;
-    const double share = mShop.crop ? qMax(1.0, double(shown.width()) / shown.height())
-                                    : qMin(1.0, double(shown.width()) / shown.height());
-    const bool isDrawing = ImageUtils::imageNameIsVectoriel(picture.name);
-    const bool isJpeg = picture.name.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive)
-        || picture.name.endsWith(QLatin1String(".jpeg"), Qt::CaseInsensitive);
-    return Template::values({{"large", Template::address(QLatin1String("images/") + picture.name)},
-                             {"table", !isJpeg},
-                             {"src", Template::address(QLatin1String("thumbs/") + picture.name)},
-                             {"srcset", picture.sizes.size() > 1 ? set(picture.sizes) : QString()},
-                             {"webp", set(picture.webp)},
-                             {"sizes",
-                              isSmall ? QStringLiteral("4rem")
-                                      : QStringLiteral("(max-width: 40rem) %1vw, %2rem")
-                                            .arg(qRound(100 * share))
-                                            .arg(qMax(1, qRound(cardRem * share)))},
-                             {"drawing", isDrawing},
-                             {"alt", alt},
-                             {"width", shown.width()},
-                             {"height", shown.height()},
-                             {"lazy", isLazy}});
-}
-
-QVariantMap ShopPage::foot() const
-{
-    const QLocale locale(mLanguage);
-    const QString currency =
-        CurrencyUtils::currencySymbol(mShop.currency, QLocale::CurrencyDisplayName);
-    // Months in words are read alike everywhere.
-    const QString date = locale.toString(mShop.vatDate, QStringLiteral("d MMMM yyyy"));
-    QVariantMap foot = Template::values(
-        {{"pricesText",
-          mTexts.value(QStringLiteral("pricesText"))
-              .toString()
-              .arg(currency, countryName(mShop.country, mLanguage))},
-         {"ratesText", mTexts.value(QStringLiteral("ratesText")).toString().arg(date)}});
-    const QString imprint = mShop.imprint.value(mLanguage);
-    if (imprint.startsWith(QLatin1String("static/")))
-        foot.insert(QStringLiteral("imprintAddress"), Template::address(imprint));
-    else if (imprint.contains(QRegularExpression(QStringLiteral("\\Ahttps?://"))))
-        foot.insert(QStringLiteral("imprintAddress"), imprint);
-    else
-        foot.insert(QStringLiteral("imprint"), imprint);
-    QString phone = mShop.phone; // without places where a line may break
-    phone.replace(QLatin1Char(' '), QChar(QChar::Nbsp)).replace(QLatin1Char('-'), QChar(0x2011));
-    QString phoneNumber = mShop.phone;
-    phoneNumber.remove(QRegularExpression(QStringLiteral("[^0-9+]")));
-    if (!mShop.email.isEmpty() || !phone.isEmpty() || !mShop.address.isEmpty())
-        foot.insert(QStringLiteral("contact"),
-                    Template::values({{"address", mShop.address.value(mLanguage)},
-                                      {"email", mShop.email},
-                                      {"phone", phone},
-                                      {"phoneNumber", phoneNumber}}));
-    return foot;
-}
-
-/// Where the product is ordered; empty where there is no such place.
-QString ShopPage::order(const ShopProduct& product) const
-{
-    QString order = product.order.isEmpty() ? mShop.order : product.order;
-    const QString name = product.name.value(mLanguage);
-    if (order.isEmpty() || order.contains(QLatin1String("://")))
-        return order.replace(QLatin1String("{id}"), percentEncoded(product.id))
-            .replace(QLatin1String("{name}"), percentEncoded(name));
-    return QStringLiteral("mailto:%1?subject=%2").arg(order, percentEncoded(name));
-}
-
-QString ShopPage::price(qint64 amount) const
-{
-    return CurrencyUtils::formatMoney(amount, mShop.currency, QLocale(mLanguage));
-}
-
-/// The products for search engines. No text in it can end the script element that holds it.
-QString ShopPage::data(int first, int count, const QString& place) const
-{
-    const int decimals = CurrencyUtils::minorUnits(mShop.currency);
-    QVariantList products;
-    for (int i = first; i < first + count; ++i) {
-        const ShopProduct& product = mShop.products.at(i);
-        QStringList images;
-        for (const QString& photo : product.photos)
-            images.append(
-                mShop.url
-                + Template::address(QLatin1String("images/") + mPictures.value(photo).name));
-        const QVariantMap offer = Template::values(
-            {{"@type", QStringLiteral("Offer")},
-             {"price", QString::number(mShop.amount(product.price.gross), 'f', decimals)},
-             {"priceCurrency", mShop.currency},
-             {"url", QString(mShop.url + place + QLatin1Char('#') + product.id)}});
-        products.append(Template::values({{"@context", QStringLiteral("https://schema.org")},
-                                          {"@type", QStringLiteral("Product")},
-                                          {"name", product.name.value(mLanguage)},
-                                          {"description", product.description.value(mLanguage)},
-                                          {"image", images},
-                                          {"offers", offer}}));
-    }
-    return QString::fromUtf8(QJsonDocument::fromVariant(products)
-                                 .toJson(QJsonDocument::Compact)
-                                 .replace('<', "\\u003c")
-                                 .replace('>', "\\u003e")
-                                 .replace('&', "\\u0026"));
 }

@@ -97,18 +97,14 @@ QString Site::refusal(const Project& project) const
          QT_TRANSLATE_NOOP("Site", "SITE contains the folder of the photographs (%1).")},
         {project.folder(), QT_TRANSLATE_NOOP("Site", "SITE lies in the project (%1)."),
          QT_TRANSLATE_NOOP("Site", "SITE contains the project (%1).")},
+        {QFileInfo(project.staticFolder()).canonicalFilePath(),
+         QT_TRANSLATE_NOOP("Site", "SITE lies in the folder of the static files (%1)."),
+         QT_TRANSLATE_NOOP("Site", "SITE contains the folder of the static files (%1).")},
     };
-    const QString staticFiles = QFileInfo(project.staticFolder()).canonicalFilePath();
-    if (!staticFiles.isEmpty() && liesIn(mFolder, staticFiles)
-        && !liesIn(mFolder, project.folder()))
-        return tr("SITE lies in the folder of the static files (%1).").arg(staticFiles);
-    if (!staticFiles.isEmpty() && liesIn(staticFiles, mFolder)
-        && !liesIn(project.folder(), mFolder))
-        return tr("SITE contains the folder of the static files (%1).").arg(staticFiles);
     for (const auto& rule : rules) {
-        if (liesIn(mFolder, rule.folder))
+        if (!rule.folder.isEmpty() && liesIn(mFolder, rule.folder))
             return tr(rule.siteInside).arg(rule.folder);
-        if (liesIn(rule.folder, mFolder))
+        if (!rule.folder.isEmpty() && liesIn(rule.folder, mFolder))
             return tr(rule.siteAround).arg(rule.folder);
     }
     if (QFileInfo::exists(mFolder) && !QFileInfo(mFolder).isDir())

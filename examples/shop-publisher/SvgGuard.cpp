@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "SvgGuard.h"
+#include "PictureCheck.h"
 
 #include <QSet>
 #include <QXmlStreamReader>
@@ -56,9 +56,66 @@ bool isCommonEncoding(const QString& name)
         || encoding == QLatin1String("us-ascii") || encoding == QLatin1String("iso-8859-1");
 }
 
+QString styleReason(const QString& css)
+{
+    const QString text = squeezed(css);
+    // An escape sequence could spell anything of what is looked for.
+    for (const char* refused : {"@import", "\\", "image-set(", "expression("}) {
+        if (text.contains(QLatin1String(refused)))
+            return SvgGuard::tr("has a style with \"%1\"").arg(QString::fromLatin1(refused));
+    }
+    const QString url = QStringLiteral("url(");
+    for (int at = int(text.indexOf(url)); at >= 0; at = int(text.indexOf(url, at + 1))) {
+        QString address = text.mid(at + url.size());
+        if (address.startsWith(QLatin1Char('"')) || address.startsWith(QLatin1Char('\'')))
+            address.remove(0, 1);
+        if (!staysInside(address))
+            return SvgGuard::tr("has a style that refers to \"%1\"")
+                .arg(address.section(QLatin1Char(')'), 0, 0).left(80));
+    }
+    return QString();
+}
+
+QString attributeReason(const QXmlStreamAttribute& attribute)
+{
+    const QString name = attribute.name().toString().toLower();
+    const QString value = squeezed(attribute.value().toString());
+    if (name.startsWith(QLatin1String("on")))
+        return SvgGuard::tr("holds an attribute \"%1\"").arg(attribute.qualifiedName().toString());
+    // An animation may change another attribute to what is refused here.
+    if (name == QLatin1String("attributename")
+        && (value.startsWith(QLatin1String("on")) || value.endsWith(QLatin1String("href"))))
+        return SvgGuard::tr("animates the attribute \"%1\"").arg(attribute.value().toString());
+    if (value.contains(QLatin1String("javascript:")) || value.contains(QLatin1String("vbscript:")))
+        return SvgGuard::tr("holds a script in an attribute \"%1\"")
+            .arg(attribute.qualifiedName().toString());
+    const bool isAddress = name == QLatin1String("href") || name == QLatin1String("src")
+        || attribute.qualifiedName() == QLatin1String("xml:base");
+    if (isAddress && !staysInside(value))
+        return SvgGuard::tr("refers to \"%1\"").arg(attribute.value().toString().left(80));
+    const bool isCss = name == QLatin1String("style") || value.contains(QLatin1String("url("));
+    return isCss ? styleReason(attribute.value().toString()) : QString();
+}
+
+/// What is refused of an element and its attributes, as the end of a sentence; empty where it is
+/// fine.
+QString elementReason(const QXmlStreamReader& xml)
+{
+    const QString name = xml.name().toString().toLower();
+    if (isActive(name) || xml.namespaceUri() == QLatin1String("http://www.w3.org/1999/xhtml"))
+        return SvgGuard::tr("holds an element \"%1\"").arg(xml.name().toString());
+    const QXmlStreamAttributes attributes = xml.attributes();
+    for (const QXmlStreamAttribute& attribute : attributes) {
+        QString reason = attributeReason(attribute);
+        if (!reason.isEmpty())
+            return reason;
+    }
+    return QString();
+}
+
 } // namespace
 
-SvgGuard::Verdict SvgGuard::judge(QIODevice* device)
+Defect SvgGuard::defectOf(QIODevice* device)
 {
     QXmlStreamReader xml(device);
     bool isFirst = true;
@@ -81,9 +138,9 @@ SvgGuard::Verdict SvgGuard::judge(QIODevice* device)
         case QXmlStreamReader::StartElement:
             if (isFirst
                 && (xml.name() != QLatin1String("svg") || xml.namespaceUri() != svgNamespace))
-                return {tr("is not an SVG picture: its first element is not svg in the SVG "
-                           "namespace"),
-                        false};
+                return {WorkItem::Unsuitable,
+                        tr("is not an SVG picture: its first element is not svg in the SVG "
+                           "namespace")};
             isFirst = false;
             inStyle = xml.name().compare(QLatin1String("style"), Qt::CaseInsensitive) == 0;
             css.clear();
@@ -102,70 +159,13 @@ SvgGuard::Verdict SvgGuard::judge(QIODevice* device)
             break;
         }
         if (!reason.isEmpty())
-            return {tr("is not published, because it %1 (line %2)")
-                        .arg(reason, QString::number(xml.lineNumber())),
-                    false};
+            return {WorkItem::Unsuitable,
+                    tr("is not published, because it %1 (line %2)")
+                        .arg(reason, QString::number(xml.lineNumber()))};
     }
     if (xml.hasError())
-        return {tr("is not a well-formed SVG picture (line %1: %2)")
-                    .arg(QString::number(xml.lineNumber()), xml.errorString()),
-                true};
+        return {WorkItem::Undecodable,
+                tr("is not a well-formed SVG picture (line %1: %2)")
+                    .arg(QString::number(xml.lineNumber()), xml.errorString())};
     return {};
-}
-
-/// What is refused of an element and its attributes, as the end of a sentence; empty where it is
-/// fine.
-QString SvgGuard::elementReason(const QXmlStreamReader& xml)
-{
-    const QString name = xml.name().toString().toLower();
-    if (isActive(name) || xml.namespaceUri() == QLatin1String("http://www.w3.org/1999/xhtml"))
-        return tr("holds an element \"%1\"").arg(xml.name().toString());
-    const QXmlStreamAttributes attributes = xml.attributes();
-    for (const QXmlStreamAttribute& attribute : attributes) {
-        QString reason = attributeReason(attribute);
-        if (!reason.isEmpty())
-            return reason;
-    }
-    return QString();
-}
-
-QString SvgGuard::attributeReason(const QXmlStreamAttribute& attribute)
-{
-    const QString name = attribute.name().toString().toLower();
-    const QString value = squeezed(attribute.value().toString());
-    if (name.startsWith(QLatin1String("on")))
-        return tr("holds an attribute \"%1\"").arg(attribute.qualifiedName().toString());
-    // An animation may change another attribute to what is refused here.
-    if (name == QLatin1String("attributename")
-        && (value.startsWith(QLatin1String("on")) || value.endsWith(QLatin1String("href"))))
-        return tr("animates the attribute \"%1\"").arg(attribute.value().toString());
-    if (value.contains(QLatin1String("javascript:")) || value.contains(QLatin1String("vbscript:")))
-        return tr("holds a script in an attribute \"%1\"")
-            .arg(attribute.qualifiedName().toString());
-    const bool isAddress = name == QLatin1String("href") || name == QLatin1String("src")
-        || attribute.qualifiedName() == QLatin1String("xml:base");
-    if (isAddress && !staysInside(value))
-        return tr("refers to \"%1\"").arg(attribute.value().toString().left(80));
-    const bool isCss = name == QLatin1String("style") || value.contains(QLatin1String("url("));
-    return isCss ? styleReason(attribute.value().toString()) : QString();
-}
-
-QString SvgGuard::styleReason(const QString& css)
-{
-    const QString text = squeezed(css);
-    // An escape sequence could spell anything of what is looked for.
-    for (const char* refused : {"@import", "\\", "image-set(", "expression("}) {
-        if (text.contains(QLatin1String(refused)))
-            return tr("has a style with \"%1\"").arg(QString::fromLatin1(refused));
-    }
-    const QString url = QStringLiteral("url(");
-    for (int at = int(text.indexOf(url)); at >= 0; at = int(text.indexOf(url, at + 1))) {
-        QString address = text.mid(at + url.size());
-        if (address.startsWith(QLatin1Char('"')) || address.startsWith(QLatin1Char('\'')))
-            address.remove(0, 1);
-        if (!staysInside(address))
-            return tr("has a style that refers to \"%1\"")
-                .arg(address.section(QLatin1Char(')'), 0, 0).left(80));
-    }
-    return QString();
 }

@@ -122,11 +122,11 @@ void Watch::publish()
 void Watch::onPublished()
 {
     mThread->wait();
-    const QVector<Publication::Change> changes = mPublication->changes();
+    const QVector<Publication::Change> changes = mPublication->outcome().changes;
     for (const Publication::Change& change : changes)
         mConsole->say(change.event, {{QStringLiteral("name"), change.name}},
                       tr(change.text).arg(change.name));
-    const QSet<QString> overtaken = mPublication->overtaken();
+    const QSet<QString> overtaken = mPublication->outcome().overtaken;
     mChanged += overtaken;
     mHasNews = mHasNews || !overtaken.isEmpty();
     mConsole->report(newFailures());

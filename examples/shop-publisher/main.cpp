@@ -12,9 +12,9 @@
 #include "Console.h"
 #include "Languages.h"
 #include "NewProject.h"
+#include "Pages.h"
 #include "Project.h"
 #include "Publication.h"
-#include "ShopPage.h"
 #include "Site.h"
 #include "StopSignals.h"
 #include "Watch.h"
@@ -109,7 +109,7 @@ void runToItsEnd(PublicationThread* thread, StopSignals* stopSignals, Console* c
 
 void tellUnpublished(const Publication& publication, const Console& console)
 {
-    const QStringList names = publication.unpublished();
+    const QStringList names = publication.outcome().unpublished;
     if (!names.isEmpty())
         console.say("unpublished", {{QStringLiteral("names"), QJsonArray::fromStringList(names)}},
                     Program::tr("Not published, because of their kind: %1")
@@ -118,25 +118,25 @@ void tellUnpublished(const Publication& publication, const Console& console)
 
 void summarise(const Publication& publication, const Site& site, const Console& console)
 {
-    QJsonObject facts{{QStringLiteral("photographs"), publication.photographs()},
-                      {QStringLiteral("imported"), publication.imported()}};
+    QJsonObject facts{{QStringLiteral("photographs"), publication.outcome().photographs},
+                      {QStringLiteral("imported"), publication.outcome().imported}};
     const QString page = site.folder() + QLatin1String("/index.html");
-    if (publication.stopped()) {
+    if (publication.outcome().stopped) {
         console.say("stopped", facts,
                     Program::tr("Stopped: %1 of %n photograph(s) imported, no page written",
-                                nullptr, publication.photographs())
-                        .arg(publication.imported()));
-    } else if (publication.pageWritten()) {
+                                nullptr, publication.outcome().photographs)
+                        .arg(publication.outcome().imported));
+    } else if (publication.outcome().pageWritten) {
         facts.insert(QStringLiteral("page"), page);
-        console.say(
-            "published", facts,
-            Program::tr("%1 of %n photograph(s) imported: %2", nullptr, publication.photographs())
-                .arg(QString::number(publication.imported()), page));
+        console.say("published", facts,
+                    Program::tr("%1 of %n photograph(s) imported: %2", nullptr,
+                                publication.outcome().photographs)
+                        .arg(QString::number(publication.outcome().imported), page));
     } else {
         return;
     }
     tellUnpublished(publication, console);
-    const QStringList languages = publication.shopLanguages();
+    const QStringList languages = publication.outcome().shopLanguages;
     for (const QString& language : languages) {
         const QString shop = site.folder() + QLatin1Char('/') + ShopPage::fileName(language);
         console.say("shop",
@@ -166,7 +166,7 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
     const QVector<ErrorableCode> failures = publication.failures();
     summarise(publication, *site, *console);
     console->report(failures);
-    if (publication.stopped())
+    if (publication.outcome().stopped)
         return Stopped;
     if (watch) {
         watch->run(failures);
@@ -186,12 +186,13 @@ ExitCode check(const Project& project, StopSignals* stopSignals, const CommandLi
     PublicationThread thread(&publication);
     runToItsEnd(&thread, stopSignals, console);
     const QVector<ErrorableCode> failures = publication.failures();
-    if (publication.stopped())
+    if (publication.outcome().stopped)
         return Stopped;
     if (failures.isEmpty())
-        console->say("checked", {{QStringLiteral("photographs"), publication.photographs()}},
+        console->say("checked",
+                     {{QStringLiteral("photographs"), publication.outcome().photographs}},
                      Program::tr("Nothing is wrong: %n photograph(s) can be published", nullptr,
-                                 publication.photographs()));
+                                 publication.outcome().photographs));
     tellUnpublished(publication, *console);
     console->report(failures);
     return failures.isEmpty() ? AllImported : SomeFailed;

@@ -13,6 +13,8 @@
 #if defined(Q_OS_UNIX)
 #include <cerrno>
 #include <sys/stat.h>
+#elif defined(Q_OS_WIN)
+#include <windows.h>
 #endif
 
 namespace OrvaUtilsPrivate {
@@ -62,6 +64,28 @@ FileState stateFrom(const struct stat& status)
     return state;
 }
 
+#elif defined(Q_OS_WIN)
+
+/// Asks the system what tells the file from others, and for its time to 100 nanoseconds.
+void identify(const QString& path, FileState& state)
+{
+    const QString native = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t*>(native.utf16()), 0,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return;
+    BY_HANDLE_FILE_INFORMATION status = {};
+    const auto joined = [](DWORD high, DWORD low) { return quint64(high) << 32 | low; };
+    if (GetFileInformationByHandle(file, &status)) {
+        state.device = status.dwVolumeSerialNumber;
+        state.number = joined(status.nFileIndexHigh, status.nFileIndexLow);
+        state.changed = qint64(
+            joined(status.ftLastWriteTime.dwHighDateTime, status.ftLastWriteTime.dwLowDateTime));
+    }
+    CloseHandle(file);
+}
+
 #endif
 
 } // namespace
@@ -89,6 +113,25 @@ FileState stateOf(const QString& path)
     if (!isUnlisted(path))
         state.kind = FileState::Kind::Unknown;
     return state;
+}
+
+QString stampOf(const QString& path)
+{
+#if defined(Q_OS_WIN)
+    if (!QFileInfo::exists(path)) // without looking why
+        return QString();
+#endif
+    FileState state = stateOf(path);
+    if (state.isMissing() || state.kind == FileState::Kind::Unknown)
+        return QString();
+#if defined(Q_OS_WIN)
+    identify(path, state);
+#endif
+    return QStringLiteral("%1:%2:%3:%4")
+        .arg(state.device)
+        .arg(state.number)
+        .arg(state.size)
+        .arg(state.changed);
 }
 
 } // namespace OrvaUtilsPrivate

@@ -50,6 +50,9 @@ struct FileState
 /// files of a folder whose permissions are taken away for a moment do not count as missing.
 FileState stateOf(const QString& path);
 
+/// The state of what is at \a path as a text; empty where it is missing or unknown.
+QString stampOf(const QString& path);
+
 } // namespace OrvaUtilsPrivate
 
 #endif // ORVAUTILS_FILESTATE_P_H

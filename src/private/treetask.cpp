@@ -4,6 +4,7 @@
 #include "treetask_p.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 
 namespace OrvaUtilsPrivate {
 
@@ -69,3 +70,16 @@ bool TreeTask::fail(const char* text, const QString& path, const QString& reason
 }
 
 } // namespace OrvaUtilsPrivate
+
+QDebug operator<<(QDebug debug, const FileUtils::TreeProgress& progress)
+{
+    const QDebugStateSaver saver(debug);
+    const auto total = [](qint64 number) {
+        return number < 0 ? QByteArray("?") : QByteArray::number(number);
+    };
+    debug.nospace() << "TreeProgress(" << progress.files << " of "
+                    << total(progress.totalFiles).constData() << " files, " << progress.bytes
+                    << " of " << total(progress.totalBytes).constData() << " bytes, "
+                    << progress.path << ')';
+    return debug;
+}

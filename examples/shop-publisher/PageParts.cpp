@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "PageTexts.h"
+#include "PageParts.h"
 
 #include "Template.h"
 
+#include <ImageUtils.h>
 #include <LocalisationTools.h>
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLocale>
 #include <QTranslator>
 
@@ -35,7 +37,7 @@ const struct
 
 } // namespace
 
-QVariantMap PageTexts::in(const QString& code)
+QVariantMap PageParts::texts(const QString& code)
 {
     // The same files as those of the program itself.
     const QString key = QStringLiteral("app_");
@@ -51,7 +53,7 @@ QVariantMap PageTexts::in(const QString& code)
     return map;
 }
 
-QVariantMap PageTexts::pager(const QVariantMap& texts, const QString& first, const QString& others,
+QVariantMap PageParts::pager(const QVariantMap& texts, const QString& first, const QString& others,
                              int number, int count)
 {
     if (count < 2)
@@ -60,4 +62,22 @@ QVariantMap PageTexts::pager(const QVariantMap& texts, const QString& first, con
         {{"previous", number > 1 ? fileName(first, others, number - 1) : QString()},
          {"next", number < count ? fileName(first, others, number + 1) : QString()},
          {"pageText", texts.value(QStringLiteral("pageText")).toString().arg(number).arg(count)}});
+}
+
+QString PageParts::fileName(const QString& first, const QString& others, int number)
+{
+    return number == 1 ? first : others.arg(number);
+}
+
+QVariantMap PageParts::picture(const PublishedPicture& picture, const QString& alternativeText)
+{
+    const QString suffix = QFileInfo(picture.name).suffix().toLower();
+    const bool isJpeg = suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg");
+    return Template::values({{"large", Template::address(QLatin1String("images/") + picture.name)},
+                             {"src", Template::address(QLatin1String("thumbs/") + picture.name)},
+                             {"table", !isJpeg}, // what may be transparent lies on a light table
+                             {"drawing", ImageUtils::imageNameIsVectoriel(picture.name)},
+                             {"alt", alternativeText},
+                             {"width", picture.thumbSize.width()},
+                             {"height", picture.thumbSize.height()}});
 }
