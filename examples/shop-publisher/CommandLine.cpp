@@ -95,8 +95,8 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     result.verbose = parser.isSet(options.verbose);
     result.json = parser.isSet(options.json);
     result.watch = parser.isSet(options.watch);
-    result.force = parser.isSet(options.force);
-    result.acceptTruncated = parser.isSet(options.acceptTruncated);
+    result.options.force = parser.isSet(options.force);
+    result.options.import.acceptTruncated = parser.isSet(options.acceptTruncated);
     if (parser.isSet(options.help) || parser.isSet(options.version)) {
         result.request = ShowText;
         result.text = parser.isSet(options.help) ? parser.helpText().trimmed() + QLatin1Char('\n')
@@ -106,8 +106,9 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     }
     result.takeFolders(parser.positionalArguments());
     if (parser.isSet(options.jobs)) {
-        result.jobs = parser.value(options.jobs).toInt();
-        if (result.jobs < 1 || result.jobs > 256)
+        const int jobs = parser.value(options.jobs).toInt();
+        result.options.import.jobs = jobs;
+        if (jobs < 1 || jobs > 256)
             result.refuse(tr("The number of jobs \"%1\" is not a whole number from 1 to 256.")
                               .arg(parser.value(options.jobs)));
     }

@@ -6,6 +6,8 @@
 #ifndef COMMANDLINE_H
 #define COMMANDLINE_H
 
+#include "Publication.h"
+
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
@@ -30,9 +32,7 @@ public:
     bool verbose = false;
     bool json = false;
     bool watch = false;
-    bool force = false;
-    bool acceptTruncated = false;
-    int jobs = 0; ///< 0: as many as the processor works on at a time
+    PublicationOptions options;
     QString text;
 
     /// \a arguments begin with the program's name. The folders are not looked at here.

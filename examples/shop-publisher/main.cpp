@@ -76,17 +76,12 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char* argv[])
     return application;
 }
 
-ExitCode refuse(const Console& console, const QString& reason)
+/// Says why nothing is done. The help is no help where another instance has the project open.
+ExitCode refuse(const Console& console, const QString& reason, ExitCode code = BadUsage)
 {
-    console.complain("refused", reason, Program::tr("Try 'shop-publisher --help' for more."));
-    return BadUsage;
-}
-
-/// Another instance works on the project or the site: \a reason says, line by line, which.
-ExitCode refuseOpenProject(const Console& console, const QString& reason)
-{
-    console.complain("refused", reason);
-    return ProjectIsOpen;
+    const QString hint = Program::tr("Try 'shop-publisher --help' for more.");
+    console.complain("refused", reason, code == BadUsage ? hint : QString());
+    return code;
 }
 
 /// Runs the thread to its end, with the event loop for progress and signals.
@@ -149,16 +144,12 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
                  const CommandLine& commandLine, Console* console)
 {
     Published published = site->record();
-    PublicationOptions options;
-    options.import.acceptTruncated = commandLine.acceptTruncated;
-    options.import.jobs = commandLine.jobs;
-    options.force = commandLine.force;
-    Publication publication(project, site, &published, options);
+    Publication publication(project, site, &published, commandLine.options);
     PublicationThread thread(&publication);
     // A signal that comes when all is done still ends the watch.
     std::unique_ptr<Watch> watch;
     if (commandLine.watch) {
-        watch = std::make_unique<Watch>(project, site, &published, options, console);
+        watch = std::make_unique<Watch>(project, site, &published, commandLine.options, console);
         QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
     }
     runToItsEnd(&thread, stopSignals, console);
@@ -179,10 +170,7 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
 ExitCode check(const Project& project, StopSignals* stopSignals, const CommandLine& commandLine,
                Console* console)
 {
-    PublicationOptions options;
-    options.import.acceptTruncated = commandLine.acceptTruncated;
-    options.import.jobs = commandLine.jobs;
-    Publication publication(project, nullptr, nullptr, options);
+    Publication publication(project, nullptr, nullptr, commandLine.options);
     PublicationThread thread(&publication);
     runToItsEnd(&thread, stopSignals, console);
     const QVector<ErrorableCode> failures = publication.failures();
@@ -249,22 +237,20 @@ ExitCode run(const CommandLine& commandLine, StopSignals* stopSignals)
         return check(project, stopSignals, commandLine, &console);
     Site site(commandLine.site);
     QString reason = site.refusal(project);
-    if (reason.isEmpty() && !commandLine.force)
+    if (reason.isEmpty() && !commandLine.options.force)
         reason = site.ownersRefusal();
     if (!reason.isEmpty())
         return refuse(console, reason);
     ProjectFileLocker locker;
     if (!lock(project, &locker, &reason))
-        return refuseOpenProject(console, reason);
+        return refuse(console, reason, ProjectIsOpen);
     if (locker.lockState() != ProjectFileLocker::LockState::Locked && console.isVerbose())
         console.say("unlocked", {},
                     Program::tr("No lock: the project's folder %1 cannot be written to")
                         .arg(project.folder()));
     const Site::Opened opened = site.open(&reason);
-    if (opened == Site::InUse)
-        return refuseOpenProject(console, reason);
-    if (opened == Site::NotWritable)
-        return refuse(console, reason);
+    if (opened != Site::Ready)
+        return refuse(console, reason, opened == Site::InUse ? ProjectIsOpen : BadUsage);
     return publish(project, &site, stopSignals, commandLine, &console);
 }
 

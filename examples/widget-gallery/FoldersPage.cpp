@@ -241,7 +241,8 @@ QWidget* errors()
 QVector<Exhibit> foldersExhibits()
 {
     return {
-        {Page::tr("A folder measured on a thread"), new Measurement, "measure"},
+        {Page::tr("Folders, each measured on a thread"), new Measurement,
+         "measure"},
         {Page::tr("A site replaced in one step"), new Site, "replace"},
         {Page::tr("And watched meanwhile"),
          Layouts::plainText(Page::tr("Each change is waited out.")), "watch"},
