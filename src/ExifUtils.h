@@ -98,7 +98,7 @@ public:
     /// A process that is killed leaves the old file or the new one. A file without a location is
     /// not written. False, with the file untouched and the reason in \a error, when it is no JPEG,
     /// cannot be opened, read, written or replaced in one step (see ExifEditor::save()), or when
-    /// its EXIF data is too damaged to take the location out of it.
+    /// its EXIF or XMP data is too damaged to take the location out of it.
     static bool removeLocation(const QString& fileName, QString* error = nullptr);
 
     /// Removes all metadata from the JPEG file \a fileName: EXIF, XMP, IPTC, comments, all other

@@ -8,6 +8,7 @@
 #include "ImageImport.h"
 
 #include "ExifEditor.h"
+#include "ExifUtils.h"
 #include "ImageUtils.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -185,6 +186,8 @@ private Q_SLOTS:
     void metadata_data();
     void metadata();
     void locationInXmp();
+    void locationInOddXmp_data();
+    void locationInOddXmp();
     void locationInComments_data();
     void locationInComments();
     void metadataOfEncodedPicture();
@@ -604,6 +607,53 @@ void tst_ImageImport::locationInXmp()
         QCOMPARE(contentOf(path("copy.jpg")).contains("told-location"), isAll);
         QCOMPARE(contentOf(path("copy.jpg")).contains("told-beside"),
                  isAll || metadata == ImageImport::AllButLocation);
+    }
+}
+
+void tst_ImageImport::locationInOddXmp_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<QByteArray>("xmp");
+    QTest::addColumn<bool>("isKept"); // what else the packet tells
+    QByteArray bare = xmpWithLocation; // the element around all is no must
+    bare.remove(0, bare.indexOf('>') + 1).chop(int(qstrlen("</x:xmpmeta>")));
+    QVERIFY(bare.startsWith("<rdf:RDF") && bare.endsWith("</rdf:RDF>"));
+    QByteArray utf16("\xFE\xFF");
+    for (const char character : xmpWithLocation)
+        (utf16 += '\0') += character;
+    for (const char* const format : {"jpeg", "png"}) {
+        QTest::newRow(QByteArray(format) + ", bare") << QByteArray(format) << bare << true;
+        QTest::newRow(QByteArray(format) + ", with a NUL behind it")
+            << QByteArray(format) << xmpWithLocation + '\0' << true;
+        QTest::newRow(QByteArray(format) + ", UTF-16") << QByteArray(format) << utf16 << false;
+        QTest::newRow(QByteArray(format) + ", a NUL in it")
+            << QByteArray(format) << QByteArray(xmpWithLocation).insert(20, '\0') << false;
+    }
+}
+
+void tst_ImageImport::locationInOddXmp()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(QByteArray, xmp);
+    QFETCH(bool, isKept);
+    const QByteArray name = QByteArrayLiteral("XML:com.adobe.xmp\0\0\0\0\0");
+    QByteArray source = format == "png" ? encoded(picture(40, 30), "png") : jpeg(picture(40, 30));
+    const int place = format == "png" ? 8 + 25 : 2;
+    source.insert(place, format == "png" ? pngChunk("iTXt", name + xmp) : xmpSegment(xmp));
+    writeFile(path("source"), source);
+    ImageImport how;
+    how.metadata = ImageImport::AllButLocation;
+    const ImageImportResult result = ImageUtils::importImage(path("source"), path("copy"), how);
+    QVERIFY2(result, qPrintable(result.error));
+    const QByteArray copy = contentOf(path("copy")).replace('\0', QByteArray());
+    QVERIFY(!copy.contains("48,12.345N"));
+    QCOMPARE(copy.contains("told-beside"), isKept);
+    // The file itself: what cannot be read is not said to be gone.
+    if (format == "jpeg") {
+        QString error;
+        QCOMPARE(ExifUtils::removeLocation(path("source"), &error), isKept);
+        QCOMPARE(contentOf(path("source")) == source, !isKept);
+        QCOMPARE(error.isEmpty(), isKept);
     }
 }
 

@@ -263,32 +263,40 @@ private:
     QByteArray& mXml;
 };
 
-void eraseXmpLocation(QByteArray* file, const Pieces& pieces)
+bool eraseXmpLocation(QByteArray* file, const Pieces& pieces)
 {
     QByteArray xml = joined(*file, pieces);
-    LocationEraser(&xml).run();
+    if (!eraseLocationInXmp(&xml))
+        return false;
     overwrite(file, pieces, xml);
+    return true;
 }
 
 /// Packets that fit into one piece, in segments of their own or anywhere else.
-void eraseXmpLocations(QByteArray* file)
+bool eraseXmpLocations(QByteArray* file)
 {
     const QByteArray end("</x:xmpmeta>");
     for (int at = 0; (at = int(file->indexOf("<x:xmpmeta", at))) >= 0; ++at) {
         const int found = int(file->indexOf(end, at));
-        if (found >= 0)
-            eraseXmpLocation(file, {{at, int(found + end.size() - at)}});
+        if (found < 0)
+            break;
+        const int size = int(found + end.size() - at);
+        QByteArray xml = file->mid(at, size);
+        LocationEraser(&xml).run();
+        overwrite(file, {{at, size}}, xml);
     }
     const QByteArray name("http://ns.adobe.com/xap/1.0/\0", 29);
     for (int at = 0; (at = int(file->indexOf(name, at))) >= 0; at += int(name.size())) {
         const int segmentEnd = endOfApp1(*file, at);
-        if (segmentEnd > at + name.size())
-            eraseXmpLocation(file, {{int(at + name.size()), int(segmentEnd - at - name.size())}});
+        const int begin = int(at + name.size());
+        if (segmentEnd > begin && !eraseXmpLocation(file, {{begin, segmentEnd - begin}}))
+            return false;
     }
+    return true;
 }
 
 /// Packets that are spread over several segments, each with the packet's digest.
-void eraseExtendedXmpLocations(QByteArray* file)
+bool eraseExtendedXmpLocations(QByteArray* file)
 {
     const QByteArray name("http://ns.adobe.com/xmp/extension/\0", 35);
     const int digestSize = 32;
@@ -303,7 +311,8 @@ void eraseExtendedXmpLocations(QByteArray* file)
     for (auto packet = packets.cbegin(); packet != packets.cend(); ++packet) {
         const Pieces pieces = packet.value().values().toVector();
         const QByteArray before = joined(*file, pieces);
-        eraseXmpLocation(file, pieces);
+        if (!eraseXmpLocation(file, pieces))
+            return false;
         const QByteArray after = joined(*file, pieces);
         if (after == before)
             continue;
@@ -311,6 +320,7 @@ void eraseExtendedXmpLocations(QByteArray* file)
             QCryptographicHash::hash(after, QCryptographicHash::Md5).toHex().toUpper();
         file->replace(packet.key(), digest);
     }
+    return true;
 }
 
 // Films
@@ -334,12 +344,21 @@ void eraseFilmLocations(QByteArray* file)
 
 bool eraseLocation(QByteArray* file)
 {
-    if (!eraseExifLocations(file))
+    if (!eraseExifLocations(file) || !eraseXmpLocations(file) || !eraseExtendedXmpLocations(file))
         return false;
-    eraseXmpLocations(file);
-    eraseExtendedXmpLocations(file);
     eraseFilmLocations(file);
     return true;
+}
+
+bool eraseLocationInXmp(QByteArray* packet)
+{
+    int end = int(packet->size());
+    while (end > 0 && packet->at(end - 1) == '\0')
+        --end; // some writers end it like a text in C
+    const bool isUtf8 = !packet->left(end).contains('\0');
+    if (isUtf8)
+        LocationEraser(packet).run();
+    return isUtf8;
 }
 
 } // namespace OrvaUtilsPrivate

@@ -13,8 +13,13 @@ namespace OrvaUtilsPrivate {
 
 /// Overwrites the GPS values of every EXIF block and XMP packet in a file, and the location of a
 /// film behind the picture, wherever they stand. Nothing else changes, and the length stays. False
-/// if a block is so damaged that it would have to become longer; \a file is unspecified then.
+/// if a block is so damaged that it would have to become longer or would still tell a location, and
+/// if a packet cannot be read; \a file is unspecified then.
 bool eraseLocation(QByteArray* file);
+
+/// The same for an XMP packet. False, with \a packet untouched, where it is in another encoding
+/// than UTF-8, which XMP in a picture never is: nobody knows what it tells.
+bool eraseLocationInXmp(QByteArray* packet);
 
 } // namespace OrvaUtilsPrivate
 

@@ -79,10 +79,10 @@ PictureMetadata withoutLocation(const PictureMetadata& found)
     PictureMetadata kept = found;
     if (!found.exif.isEmpty())
         kept.exif = withoutGps(found.exif);
-    for (QByteArray* const bytes : {&kept.xmp, &kept.iptc}) {
-        if (!eraseLocation(bytes))
-            bytes->clear();
-    }
+    if (!eraseLocationInXmp(&kept.xmp))
+        kept.xmp.clear();
+    if (!eraseLocation(&kept.iptc))
+        kept.iptc.clear();
     kept.others.clear();
     kept.comments.erase(std::remove_if(kept.comments.begin(), kept.comments.end(), mayTellLocation),
                         kept.comments.end());
