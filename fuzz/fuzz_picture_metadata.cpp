@@ -31,7 +31,7 @@ QImage decoded(const QByteArray& file, const QByteArray& format)
         return QImage();
     QImageReader reader(&buffer, format);
     reader.setAutoTransform(false);
-    const QSize size = reader.size();
+    const QSize size = canvasOf(reader);
     const qint64 smallSize = 64 * 64;
     return size.isValid() && qint64(size.width()) * size.height() <= smallSize ? reader.read()
                                                                                : QImage();

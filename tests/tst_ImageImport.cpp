@@ -1111,6 +1111,10 @@ void tst_ImageImport::tooLarge_data()
     QByteArray forged = photo;
     forged.replace(forged.indexOf("\xff\xc0") + 5, 4, QByteArray::fromHex("ea60ea60"));
     QTest::newRow("60,000 x 60,000") << forged << qint64(0) << false;
+    // A GIF of 63,234 x 0 pixels, and in it a frame of 1 x 512: readers make room for both.
+    const QByteArray wide = QByteArray::fromHex("474946383961 02f7 0000 800100 ff0000 00ff00"
+                                                "2c 0000 0000 0100 0002 00 02 02440a00 3b");
+    QTest::newRow("a wide GIF with a narrow frame") << wide << qint64(1000000) << false;
 }
 
 void tst_ImageImport::tooLarge()

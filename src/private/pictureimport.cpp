@@ -152,10 +152,10 @@ bool PictureImport::inspect()
     if (mHeader.format.isEmpty())
         return failsWithName(ImageImportResult::NotAnImage, "\"%1\" is no picture.");
 
-    const qint64 pixels = qint64(mHeader.size.width()) * mHeader.size.height();
+    const qint64 pixels = qint64(mHeader.canvas.width()) * mHeader.canvas.height();
     const bool isTooLong = info.size() > std::numeric_limits<int>::max() / 2;
     if ((mHow.maxPixels > 0 && pixels > mHow.maxPixels) || isTooLong
-        || !fitsInMemory(mHeader.size, mHeader.bytesPerPixel))
+        || !fitsInMemory(mHeader.canvas, mHeader.bytesPerPixel))
         return failsWithName(ImageImportResult::TooLarge, "\"%1\" is too large.");
     mFormat = mHow.format.isEmpty() ? mResult.format : formatNamed(mHow.format);
     return !isCancelled();
@@ -375,7 +375,7 @@ qint64 PictureImport::memoryNeeded() const
     const QSize target = targetSize(mHeader.size);
     const QSize decoded = mResult.format == "jpeg" && target.isValid()
         ? decodedJpegSize(mBytes, mHeader.size, target)
-        : mHeader.size;
+        : mHeader.canvas;
     const auto pixels = [](const QSize& size) {
         return size.isValid() ? qint64(size.width()) * size.height() : 0;
     };

@@ -111,7 +111,7 @@ int bytesPerPixel(const QImageReader& reader)
 
 bool fitsInMemory(const QImageReader& reader)
 {
-    return OrvaUtilsPrivate::fitsInMemory(reader.size(), bytesPerPixel(reader));
+    return OrvaUtilsPrivate::fitsInMemory(canvasOf(reader), bytesPerPixel(reader));
 }
 
 /// Lets \a reader decode its picture into \a image, which is null where it cannot.
@@ -303,6 +303,26 @@ bool claimsMissingBytes(QIODevice* device, PngChunks chunks)
     return claims;
 }
 
+QSize canvasOf(const QImageReader& reader)
+{
+    const QSize size = reader.size();
+    if (reader.format() != "gif")
+        return size;
+    // The reader says the size of the first frame where it finds the screen's ridiculous, and has
+    // room for the screen all the same.
+    const int sizesEnd = 10;
+    QIODevice* const device = reader.device();
+    const qint64 position = device->pos();
+    device->seek(0);
+    const QByteArray head = device->read(sizesEnd);
+    device->seek(position);
+    if (head.size() < sizesEnd)
+        return size;
+    const auto* const sides = reinterpret_cast<const uchar*>(head.constData() + 6);
+    return size.expandedTo(
+        QSize(qFromLittleEndian<quint16>(sides), qFromLittleEndian<quint16>(sides + 2)));
+}
+
 PictureHeader readPictureHeader(const QString& path)
 {
     PictureHeader header;
@@ -314,6 +334,7 @@ PictureHeader readPictureHeader(const QString& path)
     const bool isEndless = hasEndlessHeader(&file);
     if (!isEndless && !claimsMissingBytes(&file, PngChunks::BeforePixels)) {
         header.size = reader.size();
+        header.canvas = canvasOf(reader);
         header.bytesPerPixel = bytesPerPixel(reader);
         header.orientation = orientationOf(reader.transformation());
     }

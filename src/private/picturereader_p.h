@@ -10,6 +10,7 @@
 #include <QSize>
 
 class QImage;
+class QImageReader;
 class QString;
 
 class QIODevice;
@@ -23,6 +24,8 @@ struct PictureHeader
     QByteArray format;
     /// Invalid where the reader does not tell it.
     QSize size;
+    /// What the reader makes room for, see canvasOf().
+    QSize canvas;
     /// How much memory the reader takes for a pixel.
     int bytesPerPixel = 4;
     /// The EXIF orientation, 1 to 8, that the image reader tells; 1 where it tells none.
@@ -39,6 +42,10 @@ enum class PngChunks { BeforePixels, All };
 /// read what there is. Pixels are read piece by piece, and how far they are shown where they break
 /// off is the decoder's matter. False for other files. The position stays.
 bool claimsMissingBytes(QIODevice* device, PngChunks chunks);
+
+/// The size of the image that \a reader, which has a device with a picture at its beginning, will
+/// make. That of the picture, except in a GIF whose screen is larger.
+QSize canvasOf(const QImageReader& reader);
 
 /// Reads the header of the picture file \a path, nothing more.
 PictureHeader readPictureHeader(const QString& path);
