@@ -193,6 +193,8 @@ private Q_SLOTS:
     void metadataOfEncodedPicture();
     void behindThePicture();
     void gif();
+    void cutShort_data();
+    void cutShort();
     void profile_data();
     void profile();
     void toSrgb_data();
@@ -771,6 +773,51 @@ void tst_ImageImport::gif()
     const QByteArray cut = head + comment + frame + frame.chopped(3);
     writeFile(path("source.gif"), cut);
     QCOMPARE(copyWith(ImageImport::NoMetadata), head + frame + frame.chopped(3));
+}
+
+// A picture that breaks off before its pixels are complete, or whose parts are not what their
+// lengths say, is refused when something is to be taken out of it: a copy would have no pixels.
+void tst_ImageImport::cutShort_data()
+{
+    QTest::addColumn<QByteArray>("source");
+    const QByteArray png = encoded(picture(400, 300), "png");
+    const int pixels = int(png.indexOf("IDAT")) - 4;
+    const QByteArray withText = QByteArray(png).insert(pixels, pngChunk("tEXt", "Comment"));
+    QTest::newRow("png, in its pixels") << withText.left(withText.size() - 100);
+    QTest::newRow("png, in front of its pixels") << withText.left(withText.indexOf("IDAT") - 6);
+    QTest::newRow("png, a text longer than the file")
+        << png.left(pixels) + QByteArray::fromHex("7f000000") + "tEXt" + png.mid(pixels);
+    const auto webpChunk = [](const QByteArray& type, int size, const QByteArray& data) {
+        QByteArray length(4, '\0');
+        qToLittleEndian(quint32(size), reinterpret_cast<uchar*>(length.data()));
+        return type + length + data;
+    };
+    const QByteArray lossless = QByteArray::fromHex("2f00 0000 1007 1011 1188 88fe 0700");
+    const QByteArray head = webpChunk("VP8X", 10, QByteArray::fromHex("04000000000000000000"));
+    const auto webp = [&](const QByteArray& chunks) {
+        return webpChunk("RIFF", int(chunks.size()) + 4, "WEBP" + chunks);
+    };
+    QTest::newRow("webp, in its pixels") << webp(head + webpChunk("VP8L", 14, lossless)).chopped(3);
+    QTest::newRow("webp, an empty head")
+        << webp(webpChunk("VP8X", 0, QByteArray(4, '\0')) + webpChunk("VP8L", 14, lossless));
+    const QByteArray photo = jpeg(picture(400, 300));
+    const auto photoWith = [&photo](const char* segment) {
+        return QByteArray(photo).insert(2, QByteArray::fromHex(segment));
+    };
+    QTest::newRow("jpeg, a segment without length") << photoWith("fffe0004746fffe20000");
+    QTest::newRow("jpeg, it begins twice") << photoWith("fffe0004746fffd8");
+}
+
+void tst_ImageImport::cutShort()
+{
+    QFETCH(QByteArray, source);
+    writeFile(path("source"), source);
+    ImageImport how;
+    how.metadata = ImageImport::NoMetadata;
+    const ImageImportResult result = ImageUtils::importImage(path("source"), path("copy"), how);
+    QVERIFY(!result && !result.error.isEmpty());
+    QVERIFY(!QFile::exists(path("copy")));
+    QCOMPARE(contentOf(path("source")), source);
 }
 
 void tst_ImageImport::profile_data()

@@ -59,6 +59,11 @@ Chunks chunksOf(const QByteArray& file)
     return chunks;
 }
 
+bool holdsPixels(const Chunk& chunk)
+{
+    return chunk.type == "IDAT";
+}
+
 bool isText(const Chunk& chunk)
 {
     return chunk.type == "tEXt" || chunk.type == "zTXt" || chunk.type == "iTXt";
@@ -157,7 +162,8 @@ MetadataFindings readPngMetadata(const QByteArray& file)
 QByteArray pngWithMetadata(const QByteArray& file, const PictureMetadata& metadata)
 {
     const Chunks chunks = chunksOf(file);
-    if (chunks.list.isEmpty() || chunks.list.first().type != "IHDR")
+    if (chunks.list.isEmpty() || chunks.list.first().type != "IHDR"
+        || std::none_of(chunks.list.cbegin(), chunks.list.cend(), holdsPixels))
         return QByteArray();
     QByteArray added;
     if (!metadata.exif.isEmpty())

@@ -101,6 +101,11 @@ QByteArray withoutName(const QByteArray& exif)
     return isNamed ? exif.mid(name.size()) : exif;
 }
 
+bool holdsPixels(const Chunk& chunk)
+{
+    return chunk.type == "VP8 " || chunk.type == "VP8L" || chunk.type == "ANMF";
+}
+
 bool belongsToPicture(const Chunk& chunk)
 {
     return chunk.type.startsWith("VP8") || chunk.type == "ALPH" || chunk.type == "ANIM"
@@ -133,7 +138,7 @@ MetadataFindings readWebpMetadata(const QByteArray& file)
 QByteArray webpWithMetadata(const QByteArray& file, const PictureMetadata& metadata)
 {
     const Chunks chunks = chunksOf(file);
-    if (std::none_of(chunks.list.begin(), chunks.list.end(), belongsToPicture))
+    if (std::none_of(chunks.list.begin(), chunks.list.end(), holdsPixels))
         return QByteArray();
     const int wanted =
         (metadata.exif.isEmpty() ? 0 : exifFlag) | (metadata.xmp.isEmpty() ? 0 : xmpFlag);
