@@ -14,6 +14,9 @@
 #include <cerrno>
 #include <sys/stat.h>
 #elif defined(Q_OS_WIN)
+#ifndef NOMINMAX
+#define NOMINMAX // or min() and max() are macros
+#endif
 #include <windows.h>
 #endif
 
@@ -66,10 +69,15 @@ FileState stateFrom(const struct stat& status)
 
 #elif defined(Q_OS_WIN)
 
+QString nativePath(const QString& path)
+{
+    return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+}
+
 /// Asks the system what tells the file from others, and for its time to 100 nanoseconds.
 void identify(const QString& path, FileState& state)
 {
-    const QString native = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    const QString native = nativePath(path);
     const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t*>(native.utf16()), 0,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -84,6 +92,18 @@ void identify(const QString& path, FileState& state)
             joined(status.ftLastWriteTime.dwHighDateTime, status.ftLastWriteTime.dwLowDateTime));
     }
     CloseHandle(file);
+}
+
+/// Whether the system says that nothing is there, or a link that leads nowhere. That a folder lists
+/// nothing proves it to nobody.
+bool isKnownToBeMissing(const QString& path)
+{
+    const QString native = nativePath(path);
+    const DWORD attributes = GetFileAttributesW(reinterpret_cast<const wchar_t*>(native.utf16()));
+    if (attributes != INVALID_FILE_ATTRIBUTES)
+        return attributes & FILE_ATTRIBUTE_REPARSE_POINT;
+    const DWORD reason = GetLastError();
+    return reason == ERROR_FILE_NOT_FOUND || reason == ERROR_PATH_NOT_FOUND;
 }
 
 #endif
@@ -109,6 +129,10 @@ FileState stateOf(const QString& path)
         state.size = info.size();
         return state;
     }
+#if defined(Q_OS_WIN)
+    if (isKnownToBeMissing(path))
+        return state;
+#endif
 #endif
     if (!isUnlisted(path))
         state.kind = FileState::Kind::Unknown;
