@@ -169,7 +169,7 @@ ProjectFileLocker::LockHolder ProjectFileLocker::holder(const QString& path)
         || !QLockFile(lockPath).getLockInfo(&holder.processId, &holder.host, &holder.application))
         return LockHolder();
     holder.since = QFileInfo(lockPath).lastModified();
-    const bool isHere = holder.host.isEmpty() || holder.host == QSysInfo::machineHostName();
+    const bool isHere = holder.host.isEmpty() || OrvaUtilsPrivate::isThisMachine(holder.host);
     holder.isRunning =
         !isHere || OrvaUtilsPrivate::isProcessRunning(holder.processId, holder.application);
     return holder;

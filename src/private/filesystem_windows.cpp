@@ -9,6 +9,7 @@
 #ifndef NOMINMAX
 #define NOMINMAX // or min() and max() are macros
 #endif
+#include <io.h>
 #include <windows.h>
 
 namespace OrvaUtilsPrivate {
@@ -41,9 +42,12 @@ QString replaceablePath(const QFile& file)
     return QFileInfo(file.fileName()).canonicalFilePath();
 }
 
-bool putOnDisk(int, QString*)
+bool putOnDisk(int file, QString* reason)
 {
-    return true;
+    if (_commit(file) == 0)
+        return true;
+    *reason = qt_error_string(int(GetLastError()));
+    return false;
 }
 
 bool setPermissions(QFile* file, QFile::Permissions permissions)

@@ -15,6 +15,9 @@ namespace OrvaUtilsPrivate {
 /// that name.
 bool isProcessRunning(qint64 id, const QString& program);
 
+/// Whether \a host, as a lock file names it, is this machine.
+bool isThisMachine(const QString& host);
+
 /// Whether no process has the existing file \a path open for writing, this one included. False
 /// where the system does not tell.
 bool isOpenedByNobody(const QString& path);

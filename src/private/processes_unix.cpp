@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QSysInfo>
 
 #include <cerrno>
 #include <csignal>
@@ -51,6 +52,11 @@ bool isProcessRunning(qint64 id, const QString& program)
     const QString name = QFileInfo(path).fileName();
     return name.isEmpty() || program.isEmpty() || name == program
         || name == program + QStringLiteral(" (deleted)");
+}
+
+bool isThisMachine(const QString& host)
+{
+    return host == QSysInfo::machineHostName();
 }
 
 bool isOpenedByNobody(const QString& path)

@@ -3,7 +3,9 @@
 
 #include "processes_p.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QSysInfo>
 
 #ifndef NOMINMAX
 #define NOMINMAX // or min() and max() are macros
@@ -12,15 +14,43 @@
 
 namespace OrvaUtilsPrivate {
 
-bool isProcessRunning(qint64 id, const QString&)
+namespace {
+
+/// The program that a process runs, without folder and suffix; nothing where the system does not
+/// tell.
+QString programOf(HANDLE process)
+{
+    wchar_t path[MAX_PATH];
+    DWORD size = MAX_PATH;
+    if (!QueryFullProcessImageNameW(process, 0, path, &size))
+        return QString();
+    const QString name = QString::fromWCharArray(path, int(size));
+    return QFileInfo(QDir::fromNativeSeparators(name)).completeBaseName();
+}
+
+} // namespace
+
+bool isProcessRunning(qint64 id, const QString& program)
 {
     const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, DWORD(id));
     if (!process)
         return GetLastError() == ERROR_ACCESS_DENIED;
     DWORD code = 0;
     const bool isRunning = GetExitCodeProcess(process, &code) && code == STILL_ACTIVE;
+    const QString running = isRunning && !program.isEmpty() ? programOf(process) : QString();
     CloseHandle(process);
-    return isRunning;
+    // Process ids are reused.
+    return isRunning && (running.isEmpty() || running.compare(program, Qt::CaseInsensitive) == 0);
+}
+
+bool isThisMachine(const QString& host)
+{
+    // QLockFile takes this name, in capitals and of 15 characters at most.
+    wchar_t name[MAX_COMPUTERNAME_LENGTH + 1];
+    DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
+    return host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0
+        || (GetComputerNameW(name, &size)
+            && host.compare(QString::fromWCharArray(name, int(size)), Qt::CaseInsensitive) == 0);
 }
 
 bool isOpenedByNobody(const QString& path)
