@@ -10,6 +10,7 @@
 #include "OrdinaryUser.h"
 #include "Photographs.h"
 #include "QExifImageHeader.h"
+#include "SystemCalls.h"
 #include "Text.h"
 #include "TiffBuilder.h"
 #include "TiffWalk.h"
@@ -268,6 +269,8 @@ void tst_ExifUtils::clearRotationFails()
 
 void tst_ExifUtils::clearRotationOfReadOnlyFile()
 {
+    SKIP_ON_WINDOWS(
+        "no permission there refuses reading, and under wine none refuses writing to root");
     QTemporaryDir folder;
     QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7777)));
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
@@ -526,6 +529,8 @@ void tst_ExifUtils::setOrientationAddsTheTag()
 
 void tst_ExifUtils::setOrientationFails()
 {
+    SKIP_ON_WINDOWS(
+        "no permission there refuses reading, and under wine none refuses writing to root");
     const Sandbox sandbox;
     const QByteArray content = jpegWithOrientation("0003 00000001 00060000");
     const QString path = sandbox.file(text("file.jpg"), content);
@@ -561,14 +566,23 @@ void tst_ExifUtils::setOrientationAcrossPages()
     const int commentSize = 4096 - 26 - 4;
     const QString path = sandbox.file(text("file.jpg"),
                                       soi() + segment(0xFFFE, QByteArray(commentSize, ' ')) + file);
-    struct stat before;
-    struct stat after;
-    QCOMPARE(::stat(QFile::encodeName(path).constData(), &before), 0);
     QFile held(path); // so that no other file gets its number
     QVERIFY(held.open(QIODevice::ReadOnly));
+#ifdef Q_OS_WIN
+    // A file that is open cannot be replaced, and stays as it is.
+    const QByteArray before = contentOf(path);
+    QVERIFY(!ExifUtils::setOrientation(path, 3));
+    QCOMPARE(contentOf(path), before);
+    held.close();
+    QVERIFY(ExifUtils::setOrientation(path, 3));
+#else
+    struct stat before;
+    struct stat after;
+    QCOMPARE(::fstat(held.handle(), &before), 0);
     QVERIFY(ExifUtils::setOrientation(path, 3));
     QCOMPARE(::stat(QFile::encodeName(path).constData(), &after), 0);
     QVERIFY(before.st_ino != after.st_ino);
+#endif
     QCOMPARE(ExifUtils::imageExifOrientation(path), 3);
     QCOMPARE(contentOf(path).size(), commentSize + 4 + 2 + file.size());
 }
@@ -804,6 +818,7 @@ void tst_ExifUtils::removeLocationFromTangledBlock()
 
 void tst_ExifUtils::removeLocationFails()
 {
+    SKIP_ON_WINDOWS("tests make no symbolic links there");
     const Sandbox sandbox;
     QString error;
     QVERIFY(!ExifUtils::removeLocation(sandbox(text("missing.jpg")), &error));
@@ -927,6 +942,7 @@ void tst_ExifUtils::removeMetadataOfRotated()
 
 void tst_ExifUtils::removeMetadataFails()
 {
+    SKIP_ON_WINDOWS("tests make no symbolic links there");
     const Sandbox sandbox;
     QString error;
     QVERIFY(!ExifUtils::removeMetadata(sandbox(text("missing.jpg")), &error));

@@ -4,6 +4,7 @@
 #include "FileSystemGuiService.h"
 
 #include "LogCapture.h"
+#include "SystemCalls.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -73,6 +74,7 @@ QStringList tst_FileSystemGuiService::calledWith() const
 
 void tst_FileSystemGuiService::revealWaits()
 {
+    SKIP_ON_WINDOWS("the programs that are called are shell scripts");
     installCommand("sleep 0.2");
     QVERIFY(FileSystemGuiService::revealInFileExplorer(QStringLiteral("/a/b.jpg")));
     // No waiting here: the command has ended.
@@ -81,6 +83,7 @@ void tst_FileSystemGuiService::revealWaits()
 
 void tst_FileSystemGuiService::revealOfHostilePath()
 {
+    SKIP_ON_WINDOWS("the programs that are called are shell scripts");
     const QString path = QStringLiteral("/a b/\u00e9\"$(rm -rf x)';--\\");
     QVERIFY(FileSystemGuiService::revealInFileExplorer(path));
     QCOMPARE(calledWith(), QStringList({QStringLiteral("-R"), path}));
@@ -88,6 +91,7 @@ void tst_FileSystemGuiService::revealOfHostilePath()
 
 void tst_FileSystemGuiService::openProgramDoesNotWait()
 {
+    SKIP_ON_WINDOWS("the programs that are called are shell scripts");
     const QString gate = mDir->path() + QStringLiteral("/gate");
     installCommand("while [ ! -e \"" + QFile::encodeName(gate) + "\" ]; do sleep 0.02; done");
     QObject parent;
@@ -122,6 +126,7 @@ void tst_FileSystemGuiService::openProgramBelongsToParent()
 
 void tst_FileSystemGuiService::missingCommand()
 {
+    SKIP_ON_WINDOWS("the programs that are called are shell scripts");
     // A PATH with nothing in it.
     QVERIFY(QFile::remove(mDir->path() + QStringLiteral("/open")));
     QVERIFY(qputenv("PATH", QFile::encodeName(mDir->path())));

@@ -289,8 +289,10 @@ void tst_FileUtilsReplaceDir::refusals_data()
         << text("none") << text("d") << text("The folder %1/none does not exist");
     QTest::newRow("file as destination")
         << text("s") << text("s2") << text("%1/s2 is not a folder");
+#ifndef Q_OS_WIN
     QTest::newRow("broken link as destination")
         << text("s") << text("s/broken") << text("%1/s/broken is not a folder");
+#endif
     QTest::newRow("onto itself") << text("s") << text("s") << text("%1/s cannot be copied");
     QTest::newRow("into itself") << text("s") << text("s/x/y") << text("%1/s cannot be copied");
     QTest::newRow("around itself")
@@ -442,8 +444,13 @@ void tst_FileUtilsReplaceDir::progress()
     };
     QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d")), observer));
     QCOMPARE(seen.first().files, 1);
-    QCOMPARE(seen.first().totalFiles, 6); // four files and two links
-    QCOMPARE(seen.last().files, 6);
+#ifdef Q_OS_WIN
+    const int total = 4;
+#else
+    const int total = 6; // four files and two links
+#endif
+    QCOMPARE(seen.first().totalFiles, total);
+    QCOMPARE(seen.last().files, total);
     QCOMPARE(seen.last().bytes, qint64(3 + 100000 + 6 + 2));
 }
 
@@ -458,7 +465,11 @@ void tst_FileUtilsReplaceDir::moveOver()
     QCOMPARE(treeOf(box(text("d"))), tree);
     QVERIFY(!isThere(box(text("s"))));
     box.file(text("draft"), "draft");
+#ifdef Q_OS_WIN
+    box.file(text("link"), "a file, where tests make no links");
+#else
     box.link(text("link"), text("d/a"));
+#endif
     QVERIFY(FileUtils::moveOver(box(text("draft")), box(text("link"))));
     QVERIFY(!QFileInfo(box(text("link"))).isSymLink());
     QCOMPARE(contentOf(box(text("link"))), QByteArray("draft"));
@@ -479,7 +490,9 @@ void tst_FileUtilsReplaceDir::moveOverRefusals_data()
     QTest::newRow("file over folder") << text("file") << text("d");
     QTest::newRow("folder over file") << text("d") << text("file");
     QTest::newRow("nothing") << text("none") << text("file");
+#ifndef Q_OS_WIN
     QTest::newRow("folder over link") << text("s") << text("toD");
+#endif
     // The system would stop at the NUL, and find another file.
     QTest::newRow("over a NUL") << text("file") << text("d/a") + QChar() + text("b");
     QTest::newRow("from a NUL") << text("file") + QChar() + text("b") << text("d/a");
@@ -493,7 +506,9 @@ void tst_FileUtilsReplaceDir::moveOverRefusals()
     Sandbox box;
     makeTrees(box);
     box.file(text("file"));
+#ifndef Q_OS_WIN
     box.link(text("toD"), text("d"));
+#endif
     const QStringList before = treeOf(box.root());
     QString error;
     QVERIFY(!FileUtils::moveOver(box(path), box(newPath), &error));
@@ -505,11 +520,16 @@ void tst_FileUtilsReplaceDir::replaceFileContent()
 {
     Sandbox box;
     const QString path = box.file(text("file"), "old");
+#ifdef Q_OS_WIN
+    QVERIFY(FileUtils::replaceFileContent(path, "new"));
+    QCOMPARE(treeOf(box.root()), QStringList(text("file=new")));
+#else
     const QString link = box.link(text("link"), text("file"));
     changeMode(path, 0640);
     QVERIFY(FileUtils::replaceFileContent(link, "new"));
     QCOMPARE(treeOf(box.root()), QStringList({text("file=new"), text("link -> file")}));
     QCOMPARE(statusOf(path).st_mode & 0777, mode_t(0640));
+#endif
     QVERIFY(FileUtils::replaceFileContent(box(text("a/b/new")), QByteArray()));
     QCOMPARE(contentOf(box(text("a/b/new"))), QByteArray());
 }
@@ -521,11 +541,13 @@ void tst_FileUtilsReplaceDir::replaceFileContentFailures()
     box.file(text("other"), "other");
     const QStringList before = treeOf(box.root());
     QString error;
+#ifndef Q_OS_WIN
     {
         const FileLimit limit(RLIMIT_FSIZE, 1000);
         QVERIFY(!FileUtils::replaceFileContent(box(text("file")), QByteArray(100000, 'x'), &error));
     }
     QVERIFY(!error.isEmpty());
+#endif
     error.clear();
     QVERIFY(!FileUtils::replaceFileContent(box(text("file/in/file")), "x", &error));
     QVERIFY(error.startsWith(text("(fileMkPath) ")));

@@ -250,6 +250,8 @@ void tst_ProjectFileLocker::errorIsNotClearedOnSuccess()
 
 void tst_ProjectFileLocker::permission()
 {
+    SKIP_ON_WINDOWS(
+        "no permission there refuses reading, and under wine none refuses writing to root");
     QVERIFY(QDir(mDir->root()).mkdir(QStringLiteral("closed")));
     const QString folder = path(QStringLiteral("closed"));
     QVERIFY(QFile::setPermissions(mDir->root(), QFile::Permissions(0x7755)));
@@ -397,7 +399,9 @@ void tst_ProjectFileLocker::nothingIsLogged()
     ProjectFileLocker second;
     QVERIFY(first.openNewProjectFile(path(QStringLiteral("a.proj"))));
     QVERIFY(!second.openNewProjectFile(path(QStringLiteral("a.proj"))));
+#ifndef Q_OS_WIN // where Qt itself logs it
     QVERIFY(!second.openNewProjectFile(path(QStringLiteral("missing/a.proj"))));
+#endif
     QVERIFY(
         !second.openNewProjectFolder(path(QStringLiteral("a.proj.locked")), QStringLiteral("A")));
     QCOMPARE(log.lines(), QStringList());
@@ -568,7 +572,8 @@ void tst_ProjectFileLocker::holder()
         QVERIFY(locker.openNewProjectFile(project));
     const ProjectFileLocker::LockHolder holder = ProjectFileLocker::holder(project);
     QCOMPARE(holder.processId, qint64(getpid()));
-    QCOMPARE(holder.host, QSysInfo::machineHostName());
+    // On Windows QLockFile writes the name in capitals.
+    QCOMPARE(holder.host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive), 0);
     QCOMPARE(holder.application, QStringLiteral("tst_ProjectFileLocker"));
     QVERIFY(holder.since >= before && holder.since <= QDateTime::currentDateTime());
     QVERIFY(holder.isRunning);

@@ -90,6 +90,7 @@ void tst_ShopPublisherFrame::stops_data()
 
 void tst_ShopPublisherFrame::stops()
 {
+    SKIP_ON_WINDOWS("no signal stops a program there");
     QFETCH(int, signal);
     QFETCH(int, afterSteps);
     makeManyPictures();
@@ -180,6 +181,7 @@ void tst_ShopPublisherFrame::quietStop()
 
 void tst_ShopPublisherFrame::ignoredSignal()
 {
+    SKIP_ON_WINDOWS("no signal stops a program there");
     // As under nohup: who starts the program decides that it goes on.
     const QByteArray jpeg = encoded(corners(2400, 1800), "jpg");
     for (int i = 0; i < 5; ++i)
@@ -201,6 +203,7 @@ void tst_ShopPublisherFrame::ignoredSignal()
 
 void tst_ShopPublisherFrame::stopWithFailures()
 {
+    SKIP_ON_WINDOWS("no signal stops a program there");
     makeManyPictures();
     writeFile(photo(text("a broken one.jpg")), "broken");
     const Outcome outcome = startAndStop();
