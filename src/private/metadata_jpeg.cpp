@@ -189,7 +189,8 @@ void takeMetadata(const Segment& segment, MetadataFindings* findings)
                && segment.whole.startsWith(JpegSegments::head(segment.marker, int(payload.size())))
                // Its offsets would be wrong, and what it leads to is dropped.
                && !payload.startsWith(multiPictureName())) {
-        metadata.others.append(detached(segment.whole));
+        // Without what belongs to nothing up to the next marker.
+        metadata.others.append(JpegSegments::head(segment.marker, int(payload.size())) + payload);
     }
 }
 
