@@ -676,6 +676,8 @@ void tst_ExifUtils::removeLocationFromXmp_data()
     row("no markup", "<!-- <GPS>1</GPS> --><?x <GPS?><![CDATA[<GPS>]]><a/>", {});
     row("spaces", "<a GPSx = \"1\"\n\tb=\"2\"/>", {"GPSx = \"1\""});
     row("element without end", "<a><GPSx>48", {"<GPSx>48"});
+    row("a quote too many", "<a u='x'y' exif:GPSLatitude='4' b='0'><exif:GPSx>1</exif:GPSx></a>",
+        {"y' exif:GPSLatitude='4'", "<exif:GPSx>1</exif:GPSx>"});
     row("attribute without end", "<a GPSx=\"48", {});
     row("comment without end", "<a/><!-- ", {});
     row("nothing behind", "<", {});

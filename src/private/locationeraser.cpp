@@ -263,6 +263,19 @@ private:
     QByteArray& mXml;
 };
 
+/// What is erased from a packet that is no XML may leave one that is, and that tells more. False
+/// where that has no end.
+bool eraseUntilNothingIsFound(QByteArray* xml)
+{
+    const int mostRuns = 5;
+    QByteArray before;
+    for (int run = 0; run < mostRuns && *xml != before; ++run) {
+        before = *xml;
+        LocationEraser(xml).run();
+    }
+    return *xml == before;
+}
+
 bool eraseXmpLocation(QByteArray* file, const Pieces& pieces)
 {
     QByteArray xml = joined(*file, pieces);
@@ -282,7 +295,7 @@ bool eraseXmpLocations(QByteArray* file)
             break;
         const int size = int(found + end.size() - at);
         QByteArray xml = file->mid(at, size);
-        LocationEraser(&xml).run();
+        eraseUntilNothingIsFound(&xml);
         overwrite(file, {{at, size}}, xml);
     }
     const QByteArray name("http://ns.adobe.com/xap/1.0/\0", 29);
@@ -355,10 +368,9 @@ bool eraseLocationInXmp(QByteArray* packet)
     int end = int(packet->size());
     while (end > 0 && packet->at(end - 1) == '\0')
         --end; // some writers end it like a text in C
-    const bool isUtf8 = !packet->left(end).contains('\0');
-    if (isUtf8)
-        LocationEraser(packet).run();
-    return isUtf8;
+    if (packet->left(end).contains('\0'))
+        return false;
+    return eraseUntilNothingIsFound(packet);
 }
 
 } // namespace OrvaUtilsPrivate

@@ -17,8 +17,8 @@ namespace OrvaUtilsPrivate {
 /// if a packet cannot be read; \a file is unspecified then.
 bool eraseLocation(QByteArray* file);
 
-/// The same for an XMP packet. False, with \a packet untouched, where it is in another encoding
-/// than UTF-8, which XMP in a picture never is: nobody knows what it tells.
+/// The same for an XMP packet. False, with \a packet unspecified, where it is in another encoding
+/// than UTF-8, which XMP in a picture never is, or far from XML: nobody knows what it tells.
 bool eraseLocationInXmp(QByteArray* packet);
 
 } // namespace OrvaUtilsPrivate
