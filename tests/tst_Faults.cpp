@@ -242,6 +242,33 @@ QString wrongLeftover(const Run& run)
     return QString();
 }
 
+/// All that the folder holds, or a reason: never a part of it, or nothing, without one.
+Scenario listEntries()
+{
+    Scenario scenario;
+    scenario.function = "listEntries"_s;
+    scenario.prepare = prepareFolders;
+    scenario.act = [](const Run& run, QString* message) {
+        QVector<FileUtils::Entry> entries;
+        if (!FileUtils::listEntries(run.path("src"_s), entries, message))
+            return false;
+        QStringList names;
+        for (const FileUtils::Entry& entry : entries)
+            names.append(entry.name);
+        const QStringList all = below(run.before, "src"_s).keys();
+        return std::all_of(all.begin(), all.end(), [&names](const QString& path) {
+            return names.contains(path.section('/'_L1, 0, 0));
+        });
+    };
+    scenario.complete = [](const Run& run) { return run.before; };
+    scenario.wrongInFailure = [](const Run& run) {
+        const bool isAnswer = !run.succeeded && run.records.isEmpty()
+            && run.message == QString::fromLocal8Bit(std::strerror(run.plan.error));
+        return isAnswer ? QString() : "not the described answer"_s;
+    };
+    return scenario;
+}
+
 /// The whole of either tree, whatever happens.
 Scenario replaceDir()
 {
@@ -1047,6 +1074,7 @@ const QMap<QString, Scenario>& scenarios()
         {"mirroring into a new folder"_s, mirrorFile("dst/new/photo"_s, false)},
         {"removing a mirror"_s, mirrorFile("dst/photo"_s, true)},
         {"openNewProjectFile"_s, lockProject()},
+        {"listEntries"_s, listEntries()},
         {"replaceDir"_s, replaceDir()},
         {"moveOver, a folder"_s, moveOverFolder()},
         {"moveOver, a file"_s, moveOverFile()},
