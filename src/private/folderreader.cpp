@@ -14,6 +14,18 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
+/// Why a folder cannot be read, as in errno; 0 where it can.
+int errorOf(const QString& path)
+{
+    if (path.contains(QChar())) // Qt would warn of it
+        return ENOENT;
+    const QFileInfo folder(path);
+    return !folder.exists()    ? ENOENT
+        : !folder.isDir()      ? ENOTDIR
+        : !folder.isReadable() ? EACCES
+                               : 0;
+}
+
 class QtFolder : public FolderSource
 {
 public:
@@ -23,11 +35,7 @@ public:
                  QDir::Dirs | QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
         , mDetail(detail)
     {
-        const QFileInfo folder(path);
-        mError = !folder.exists()  ? ENOENT
-            : !folder.isDir()      ? ENOTDIR
-            : !folder.isReadable() ? EACCES
-                                   : 0;
+        mError = errorOf(path);
     }
 
     bool next(FolderEntry& entry) override
