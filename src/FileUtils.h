@@ -79,11 +79,11 @@ public:
     /// broken link, a pipe, a socket or a device.
     struct Entry
     {
-        QString name;
+        QString name; ///< in the folder, without a path
         bool isFile = false; ///< or a link to one
         bool isFolder = false; ///< or a link to one
-        bool isLink = false;
-        bool isHidden = false;
+        bool isLink = false; ///< a symbolic one, broken or not
+        bool isHidden = false; ///< its name begins with a ".", or on Windows its attributes say so
         /// Whether a path leads to it. Otherwise its name on the disk is no text in the system's
         /// encoding, as of an old archive, and \a name is a likeness for people.
         bool isReachable = true;

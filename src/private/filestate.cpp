@@ -141,10 +141,6 @@ FileState stateOf(const QString& path)
 
 QString stampOf(const QString& path)
 {
-#if defined(Q_OS_WIN)
-    if (!QFileInfo::exists(path)) // without looking why
-        return QString();
-#endif
     FileState state = stateOf(path);
     if (state.isMissing() || state.kind == FileState::Kind::Unknown)
         return QString();
