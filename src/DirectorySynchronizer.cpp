@@ -262,7 +262,7 @@ void DirectorySynchronizer::onFileDeleted(const QString& path)
     // A path without a mirror is its own mirror, and must not be removed.
     const bool hasMirror = mirror != path;
     QFile file(mirror);
-    if (hasMirror && file.remove()) {
+    if (hasMirror && OrvaUtilsPrivate::removeOldFile(&file)) {
         const QPointer<DirectorySynchronizer> self(this);
         Q_EMIT log(QStringLiteral("[DEL] %1").arg(mirror));
         if (self)

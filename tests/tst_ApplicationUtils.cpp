@@ -212,9 +212,14 @@ void tst_ApplicationUtils::folders_data()
         {QStringLiteral("version"), bundle + QStringLiteral("Resources/data/version/")},
         {QStringLiteral("languages"), bundle + QStringLiteral("Resources/data/languages/")},
     };
-    for (const auto& folder : installedFolders)
+    for (const auto& folder : installedFolders) {
+#ifdef Q_OS_WIN // where the system tells the folders of a user, not the environment
+        if (!folder.second.startsWith(bundle))
+            continue;
+#endif
         QTest::newRow(qPrintable(QStringLiteral("installed: ") + folder.first))
             << installed << folder.first << folder.second;
+    }
 
     const QString built = QStringLiteral("work/proj/bin/debug/X.app/Contents/MacOS");
     const QVector<QPair<QString, QString>> buildFolders = {
@@ -231,9 +236,14 @@ void tst_ApplicationUtils::folders_data()
         {QStringLiteral("version"), QStringLiteral("work/proj/data/version/")},
         {QStringLiteral("languages"), QStringLiteral("work/proj/data/languages/")},
     };
-    for (const auto& folder : buildFolders)
+    for (const auto& folder : buildFolders) {
+#ifdef Q_OS_WIN
+        if (!folder.second.startsWith(QStringLiteral("work/")))
+            continue;
+#endif
         QTest::newRow(qPrintable(QStringLiteral("build tree: ") + folder.first))
             << built << folder.first << folder.second;
+    }
 }
 
 void tst_ApplicationUtils::folders()

@@ -253,9 +253,7 @@ void tst_DirectoryWatcher::replacedByRename()
     QVERIFY(watcher.setPath(mRoot));
     for (int i = 0; i < 3; ++i) {
         writeFile(path(QStringLiteral(".a.new")), QByteArray::number(i));
-        QCOMPARE(std::rename(qPrintable(path(QStringLiteral(".a.new"))),
-                             qPrintable(path(QStringLiteral("a")))),
-                 0);
+        QVERIFY(renameOver(path(QStringLiteral(".a.new")), path(QStringLiteral("a"))));
         QTRY_VERIFY(watcher.modified.count() > 0);
         watcher.settle();
         watcher.modified.clear();
@@ -284,6 +282,7 @@ void tst_DirectoryWatcher::deletedAndMadeAgain()
     writeFile(path(QStringLiteral("a")), "changed");
     QTRY_VERIFY(watcher.modified.count() > 0);
 
+#ifndef Q_OS_WIN // where such a file is not removed
     // A program that still has the file open when it is removed.
     QFile open(path(QStringLiteral("a")));
     QVERIFY(open.open(QIODevice::ReadOnly));
@@ -293,6 +292,7 @@ void tst_DirectoryWatcher::deletedAndMadeAgain()
     QTRY_COMPARE(watcher.added.count(), 4);
     open.close();
     QCOMPARE(watcher.settledCounts(), Counts(4, 4));
+#endif
 }
 
 void tst_DirectoryWatcher::newFolderWithFiles()
@@ -331,6 +331,7 @@ void tst_DirectoryWatcher::renamedFolder()
 
 void tst_DirectoryWatcher::removedTree()
 {
+    SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
     makeNestedFiles();
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
@@ -342,6 +343,7 @@ void tst_DirectoryWatcher::removedTree()
 
 void tst_DirectoryWatcher::folderMadeAgain()
 {
+    SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
     makeFolder(path(QStringLiteral("x")));
     writeFile(path(QStringLiteral("x/a")), "a");
     SpiedWatcher watcher;

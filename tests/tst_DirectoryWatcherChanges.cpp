@@ -24,8 +24,7 @@ namespace {
 
 void renameTo(const QString& path, const QString& newPath)
 {
-    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData())
-        != 0)
+    if (!renameOver(path, newPath))
         qFatal("cannot rename %s to %s", qPrintable(path), qPrintable(newPath));
 }
 

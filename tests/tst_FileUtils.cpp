@@ -135,9 +135,15 @@ void tst_FileUtils::parentFolder_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("parent");
     QTest::newRow("folder with slash") << text("/a/b/") << text("/a/");
-    QTest::newRow("folder without slash") << text("/a/b") << text("/a/");
+#ifdef Q_OS_WIN
+    // What begins with a slash lies on the current drive.
+    const QString drive = QDir::currentPath().left(2);
+#else
+    const QString drive;
+#endif
+    QTest::newRow("folder without slash") << text("/a/b") << drive + text("/a/");
     QTest::newRow("below the root, with slash") << text("/a/") << text("/");
-    QTest::newRow("below the root") << text("/a") << text("//");
+    QTest::newRow("below the root") << text("/a") << drive + text("//");
     QTest::newRow("relative with slash") << text("a/") << text("a/");
     QTest::newRow("deeper relative with slash") << text("a/b/") << text("a/");
     QTest::newRow("root") << text("/") << text("/");
@@ -747,8 +753,10 @@ void tst_FileUtils::fileStamp()
     QVERIFY(!before.isEmpty());
     QCOMPARE(contentOf(path), QByteArray("12345"));
     QCOMPARE(FileUtils::fileStamp(path), before); // to be read changes nothing
+#ifndef Q_OS_WIN // which looks at no folder that the path leaves again
     QCOMPARE(FileUtils::fileStamp(box.link(text("link"), text("a"))), before);
     QCOMPARE(FileUtils::fileStamp(box(text("x/../a"))), QString());
+#endif
     box.folder(text("x"));
     QCOMPARE(FileUtils::fileStamp(box(text("x/../a"))), before);
 
@@ -756,7 +764,11 @@ void tst_FileUtils::fileStamp()
     const QString other = box.file(text("b"), "12345");
     struct stat status = {};
     QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
+#ifdef Q_OS_WIN
+    const timespec times[] = {{status.st_atime, 0}, {status.st_mtime, 0}};
+#else
     const timespec times[] = {status.st_atim, status.st_mtim};
+#endif
     QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(other).constData(), times, 0), 0);
     QVERIFY(FileUtils::fileStamp(other) != before);
     QVERIFY(FileUtils::moveOver(other, path));
@@ -768,7 +780,9 @@ void tst_FileUtils::fileStampOfAChange_data()
     QTest::addColumn<int>("change");
     QTest::newRow("larger") << 0;
     QTest::newRow("same size") << 1;
+#ifndef Q_OS_WIN // which has none of them
     QTest::newRow("permissions") << 2;
+#endif
     QTest::newRow("time set back") << 3;
 }
 
@@ -888,6 +902,7 @@ void tst_FileUtils::writingRightOfNoFolder()
     QCOMPARE(error, text("Folder is not valid ! (empty)"));
     QVERIFY(!FileUtils::checkWritingRightInFolder(QString(), label));
 
+#ifndef Q_OS_WIN // which ends names before their blanks
     // Blanks are a name: they are not trimmed.
     Sandbox box;
     const QString former = QDir::currentPath();
@@ -896,6 +911,7 @@ void tst_FileUtils::writingRightOfNoFolder()
     QVERIFY(QDir::setCurrent(former));
     QVERIFY(writable);
     QCOMPARE(treeOf(box.root()), QStringList(text("  /")));
+#endif
 }
 
 void tst_FileUtils::workingFolderBlocked_data()

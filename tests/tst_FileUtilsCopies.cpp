@@ -144,7 +144,11 @@ void tst_FileUtilsCopies::forceCopy_data()
     QTest::newRow("over a file") << text("present");
     QTest::newRow("into a folder") << text("folder/copy");
     QTest::newRow("into folders to be made") << text("x/y/z/copy");
+#ifdef Q_OS_WIN
+    QTest::newRow("odd name") << text("x/a 'é%1$b");
+#else
     QTest::newRow("odd name") << text("x/a \"é%1\n$b");
+#endif
 }
 
 void tst_FileUtilsCopies::forceCopy()
@@ -407,11 +411,13 @@ void tst_FileUtilsCopies::forceCopyResource()
     QCOMPARE(contentOf(box(text("x/a.txt"))), QByteArray("a resource\n"));
     QVERIFY(FileUtils::forceCopy(text(":/tree/sub/b.txt"), box(text("x/a.txt"))));
     QCOMPARE(contentOf(box(text("x/a.txt"))), QByteArray("another\n"));
+#ifndef Q_OS_WIN
     // A file of the disk may have a colon in its name as well.
     const CurrentFolder current(box.root());
     box.file(text("a:b"), "colon");
     QVERIFY(FileUtils::forceCopy(text("a:b"), text("c:d")));
     QCOMPARE(contentOf(box(text("c:d"))), QByteArray("colon"));
+#endif
 }
 
 void tst_FileUtilsCopies::fileMkPath()
@@ -459,7 +465,11 @@ void tst_FileUtilsCopies::copyDir()
     box.file(text("s/sub/deep/b"), "4");
     box.file(text("s/.git/c"), QByteArray());
     box.folder(text("s/empty"));
+#ifdef Q_OS_WIN
+    box.file(text("s/naïve '%1'"), "5");
+#else
     box.file(text("s/naïve \"%1\""), "5");
+#endif
     changeMode(box(text("s/a")), 0640);
     const QStringList source = treeOf(box(text("s")));
     QCOMPARE(source.size(), 10);

@@ -142,6 +142,7 @@ void tst_ShopPublisherFrame::stops()
 
 void tst_ShopPublisherFrame::stoppedRunKeepsThePage()
 {
+    SKIP_ON_WINDOWS("no signal stops a program there");
     writeFile(photo(text("a.jpg")), encoded(corners(40, 30), "jpg"));
     QCOMPARE(publish().exitCode, allImported);
     const QByteArray page = readFile(mSite + text("/index.html"));
@@ -154,6 +155,7 @@ void tst_ShopPublisherFrame::stoppedRunKeepsThePage()
 
 void tst_ShopPublisherFrame::runAfterAStop()
 {
+    SKIP_ON_WINDOWS("no signal stops a program there");
     const QByteArray jpeg = encoded(corners(2400, 1800), "jpg");
     for (int i = 0; i < 8; ++i)
         writeFile(photo(text("%1.jpg").arg(i)), jpeg);
@@ -168,6 +170,7 @@ void tst_ShopPublisherFrame::runAfterAStop()
 
 void tst_ShopPublisherFrame::quietStop()
 {
+    SKIP_ON_WINDOWS("no signal stops a program there");
     makeManyPictures();
     QProcess process;
     start(&process, {text("--quiet")});
@@ -268,6 +271,7 @@ void tst_ShopPublisherFrame::verbose()
 
 void tst_ShopPublisherFrame::verboseNames()
 {
+    SKIP_ON_WINDOWS("names there hold no such characters");
     // A name cannot forge a step or steer the terminal, and a "%2" in it stays what it is.
     writeFile(photo(text("%1 %2\n=>forged.cpp:1\x1b[31m.jpg")), "broken");
     const Outcome outcome = publish({text("--verbose")});

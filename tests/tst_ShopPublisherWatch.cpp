@@ -152,8 +152,8 @@ bool tst_ShopPublisherWatch::prints(const QString& line)
 
 void tst_ShopPublisherWatch::read()
 {
-    mOut += QString::fromUtf8(mProcess->readAllStandardOutput());
-    mErr += QString::fromUtf8(mProcess->readAllStandardError());
+    mOut += printed(mProcess->readAllStandardOutput());
+    mErr += printed(mProcess->readAllStandardError());
 }
 
 int tst_ShopPublisherWatch::stop(int signal)
@@ -550,9 +550,7 @@ void tst_ShopPublisherWatch::watchFollowsPhotographs()
 
     // Replaced as programs do that save in one step, by a file that is older.
     writeFile(mProject + text("/saved"), jpeg(30, 44));
-    QCOMPARE(std::rename(QFile::encodeName(mProject + text("/saved")).constData(),
-                         QFile::encodeName(photo("a.jpg")).constData()),
-             0);
+    QVERIFY(renameOver(mProject + text("/saved"), photo("a.jpg")));
     QVERIFY(becomes([&] { return QImage(image("a.jpg")).size() == QSize(30, 44); }));
 
     QVERIFY(QDir().rename(photo("bowls"), photo("cups")));
@@ -708,8 +706,7 @@ void tst_ShopPublisherWatch::editingSession()
         case 6:
             // Saved beside and put in its place.
             writeFile(photos + text(".saving"), pictures[random(2)]);
-            std::rename(QFile::encodeName(photos + text(".saving")).constData(),
-                        QFile::encodeName(photos + picture).constData());
+            renameOver(photos + text(".saving"), photos + picture);
             break;
         case 7:
         case 8:

@@ -53,6 +53,10 @@ Outcome run(const QStringList& arguments, const QString& scaleFactor = QString()
         outcome.exitCode = process.exitCode();
     outcome.out = QString::fromUtf8(process.readAllStandardOutput());
     outcome.err = QString::fromUtf8(process.readAllStandardError());
+#ifdef Q_OS_WIN
+    for (QString* printed : {&outcome.out, &outcome.err})
+        printed->replace(QLatin1String("\r\n"), QLatin1String("\n"));
+#endif
     return outcome;
 }
 

@@ -29,7 +29,7 @@ CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile,
     }
     if (!isKept) {
         QFile old(destination);
-        if (isReplaced && !old.remove()) {
+        if (isReplaced && !removeOldFile(&old)) {
             *reason = old.errorString();
             return CopyResult::CannotRemove;
         }

@@ -84,6 +84,9 @@ bool takeAttributes(int from, int to);
 /// step. Where that fails, \a reason tells why.
 bool moveOver(const QString& path, const QString& newPath, QString* reason);
 
+/// Removes a file, as QFile::remove() does on Unix: also one that must not be written to.
+bool removeOldFile(QFile* file);
+
 /// Whether this process may make new files in \a folder.
 bool takesNewFiles(const QString& folder);
 

@@ -81,6 +81,11 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason)
     return false;
 }
 
+bool removeOldFile(QFile* file)
+{
+    return file->remove();
+}
+
 bool takesNewFiles(const QString& folder)
 {
     return faccessat(AT_FDCWD, encoded(folder).constData(), W_OK | X_OK, AT_EACCESS) == 0;

@@ -28,6 +28,16 @@ const wchar_t* wide(const QString& text)
     return reinterpret_cast<const wchar_t*>(text.utf16());
 }
 
+/// Whether a file was read-only, which it is not any more: such a file is neither replaced nor
+/// removed here, other than on Unix.
+bool clearReadOnly(const QString& native)
+{
+    const DWORD attributes = GetFileAttributesW(wide(native));
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)
+        && !(attributes & FILE_ATTRIBUTE_DIRECTORY)
+        && SetFileAttributesW(wide(native), attributes & ~DWORD(FILE_ATTRIBUTE_READONLY));
+}
+
 } // namespace
 
 bool isSameFile(const QString& one, const QString& other)
@@ -62,10 +72,35 @@ bool takeAttributes(int, int)
 
 bool moveOver(const QString& path, const QString& newPath, QString* reason)
 {
-    if (MoveFileExW(wide(nativePath(path)), wide(nativePath(newPath)),
-                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    const QString from = nativePath(path);
+    const QString to = nativePath(newPath);
+    const DWORD moved = GetFileAttributesW(wide(from));
+    const DWORD replaced = GetFileAttributesW(wide(to));
+    const bool isOverFile =
+        replaced != INVALID_FILE_ATTRIBUTES && !(replaced & FILE_ATTRIBUTE_DIRECTORY);
+    // Not every system of this kind refuses to put a folder in the place of a file.
+    if (isOverFile && moved != INVALID_FILE_ATTRIBUTES && (moved & FILE_ATTRIBUTE_DIRECTORY)) {
+        *reason = qt_error_string(ERROR_DIRECTORY);
+        return false;
+    }
+    const bool isReadOnly = isOverFile && moved != INVALID_FILE_ATTRIBUTES && clearReadOnly(to);
+    if (MoveFileExW(wide(from), wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
         return true;
     *reason = qt_error_string(int(GetLastError()));
+    if (isReadOnly)
+        SetFileAttributesW(wide(to), replaced);
+    return false;
+}
+
+bool removeOldFile(QFile* file)
+{
+    const QString native = nativePath(file->fileName());
+    const DWORD attributes = GetFileAttributesW(wide(native));
+    const bool isReadOnly = clearReadOnly(native);
+    if (file->remove())
+        return true;
+    if (isReadOnly)
+        SetFileAttributesW(wide(native), attributes);
     return false;
 }
 

@@ -49,7 +49,8 @@ public:
             : info.isDir()         ? EntryKind::Folder
                                    : EntryKind::Other;
         entry.isLink = info.isSymLink();
-        entry.isHidden = info.isHidden();
+        // What is completed beside its destination is hidden by its name alone.
+        entry.isHidden = info.isHidden() || entry.name.startsWith(QLatin1String(".orvautils-"));
         entry.isReachable = true;
         if (entry.kind == EntryKind::File && mDetail != EntryDetail::Kinds) {
             entry.size = info.size();

@@ -23,6 +23,8 @@
 #include <QTest>
 #endif
 
+#include <cstdio>
+
 // Files
 
 /// Makes the folder \a path with all folders above it.
@@ -48,7 +50,8 @@ inline QByteArray contentOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
 }
 
-/// Ends the program. On Windows, where it is to be expected, the test fails, and the next one begins.
+/// Ends the program. On Windows, where it is to be expected, the test fails, and the next one
+/// begins.
 inline void failSandbox(const char* what, const QString& path)
 {
 #ifdef Q_OS_WIN
@@ -70,6 +73,20 @@ inline void changeMode(const QString& path, mode_t mode)
 {
     if (::chmod(QFile::encodeName(path).constData(), mode) != 0)
         failSandbox("cannot change the mode of", path);
+}
+
+/// Gives \a path another name, which something may have already: the way in which editors save.
+inline bool renameOver(const QString& path, const QString& newPath)
+{
+#ifdef Q_OS_WIN
+    const unsigned long replaceExisting = 1;
+    return MoveFileExW(reinterpret_cast<const wchar_t*>(path.utf16()),
+                       reinterpret_cast<const wchar_t*>(newPath.utf16()), replaceExisting)
+        != 0;
+#else
+    return std::rename(QFile::encodeName(path).constData(), QFile::encodeName(newPath).constData())
+        == 0;
+#endif
 }
 
 /// Whether something has the name \a path, even a link that leads nowhere.

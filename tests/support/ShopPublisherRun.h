@@ -215,6 +215,16 @@ private:
     }
 };
 
+/// What a program has printed, without the carriage returns that end lines on Windows.
+inline QString printed(const QByteArray& bytes)
+{
+    QString text = QString::fromUtf8(bytes);
+#ifdef Q_OS_WIN
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+#endif
+    return text;
+}
+
 /// What came of a program that was started, when it has ended.
 inline Outcome outcomeOf(QProcess& process)
 {
@@ -225,8 +235,8 @@ inline Outcome outcomeOf(QProcess& process)
         return outcome;
     }
     outcome.exitCode = process.exitCode();
-    outcome.out = QString::fromUtf8(process.readAllStandardOutput());
-    outcome.err = QString::fromUtf8(process.readAllStandardError());
+    outcome.out = printed(process.readAllStandardOutput());
+    outcome.err = printed(process.readAllStandardError());
     return outcome;
 }
 

@@ -42,6 +42,10 @@
 #include <sys/utime.h>
 #include <unistd.h>
 
+// Without windows.h, whose macros take names away from the tests.
+extern "C" __declspec(dllimport) int __stdcall MoveFileExW(const wchar_t*, const wchar_t*,
+                                                           unsigned long);
+
 #define SKIP_ON_WINDOWS(reason) QSKIP(reason)
 
 /// Whether it is wine that the program runs under.
