@@ -73,6 +73,13 @@ struct Shop
     QString
         order; ///< an address of e-mail, or one of the web in which {id} and {name} are filled in
     QVector<ShopProduct> products;
+
+    /// Whether an imprint is the address of a page.
+    static bool isWebAddress(const QString& text)
+    {
+        return text.startsWith(QLatin1String("http://"))
+            || text.startsWith(QLatin1String("https://"));
+    }
 };
 
 #endif // SHOP_H

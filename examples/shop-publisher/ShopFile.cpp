@@ -380,7 +380,7 @@ private:
         for (int i = 0; i < imprints.size(); ++i) {
             if (imprints.at(i).startsWith(QLatin1String("static/")))
                 staticFile(imprint, imprints.at(i));
-            else if (imprints.at(i).contains(QRegularExpression(QStringLiteral("\\Ahttps?://"))))
+            else if (Shop::isWebAddress(imprints.at(i)))
                 webAddress(imprint, imprints.at(i));
         }
 

@@ -344,15 +344,15 @@ private:
         const QString imprint = mShop.imprint.value(mLanguage);
         if (imprint.startsWith(QLatin1String("static/")))
             foot.insert(QStringLiteral("imprintAddress"), Template::address(imprint));
-        else if (imprint.contains(QRegularExpression(QStringLiteral("\\Ahttps?://"))))
+        else if (Shop::isWebAddress(imprint))
             foot.insert(QStringLiteral("imprintAddress"), imprint);
         else
             foot.insert(QStringLiteral("imprint"), imprint);
         QString phone = mShop.phone; // without places where a line may break
         phone.replace(QLatin1Char(' '), QChar(QChar::Nbsp))
             .replace(QLatin1Char('-'), QChar(0x2011));
-        QString phoneNumber = mShop.phone;
-        phoneNumber.remove(QRegularExpression(QStringLiteral("[^0-9+]")));
+        static const QRegularExpression noDigits(QStringLiteral("[^0-9+]"));
+        const QString phoneNumber = QString(mShop.phone).remove(noDigits);
         if (!mShop.email.isEmpty() || !phone.isEmpty() || !mShop.address.isEmpty())
             foot.insert(QStringLiteral("contact"),
                         Template::values({{"address", mShop.address.value(mLanguage)},
