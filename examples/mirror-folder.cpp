@@ -10,6 +10,7 @@
 #include <TextStreamUTF8.h>
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QDir>
 
 namespace {
@@ -32,6 +33,7 @@ bool lock(ProjectFileLocker& locker, const QString& project)
             say(QStringLiteral("It is open in %1 on %2, process %3.")
                     .arg(holder.application, holder.host)
                     .arg(holder.processId));
+            qDebug() << holder;
         }
         return false;
     }
@@ -90,6 +92,7 @@ int main(int argc, char** argv)
     QString error;
     const auto progress = [](const FileUtils::TreeProgress& tree) {
         say(QStringLiteral("%1 of %2 files").arg(tree.files).arg(tree.totalFiles));
+        qDebug() << tree; // where it is at present, too
         return true;
     };
     if (!synchronizer.fullSync(project, mirror, progress, &error)) {

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDebug>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -86,6 +87,9 @@ private:
         show(mNet, split.net);
         show(mTax, split.vat);
         show(mGross, split.gross);
+        QString details; // in minor units, as they are stored
+        QDebug(&details) << split;
+        setToolTip(details);
     }
 
     QLineEdit* const mPrice = new QLineEdit(this);
