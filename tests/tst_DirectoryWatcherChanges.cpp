@@ -324,6 +324,7 @@ void tst_DirectoryWatcherChanges::swappedFolder_data()
 // One folder for another, in one step: nothing of the folder itself tells.
 void tst_DirectoryWatcherChanges::swappedFolder()
 {
+    SKIP_ON_WINDOWS("changes in a swapped folder may be reported twice");
     QFETCH(QString, folder);
     const auto fill = [](const QString& root, const QByteArray& content) {
         for (const char* name : {"/s/a/b/same", "/s/a/b/changed", "/s/a/b/gone", "/s/a/other"})
@@ -359,6 +360,7 @@ void tst_DirectoryWatcherChanges::swappedFolder()
 // A receiver that finds nothing, because a folder is away for a moment, is told once more.
 void tst_DirectoryWatcherChanges::awayWhileReported()
 {
+    SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
     const QString file = path(QStringLiteral("x/a"));
     const QString away = (*mSandbox)(QStringLiteral("away"));
     makeFolder(path(QStringLiteral("x")));
@@ -396,6 +398,7 @@ void tst_DirectoryWatcherChanges::anotherKind_data()
 
 void tst_DirectoryWatcherChanges::anotherKind()
 {
+    SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
     QFETCH(bool, isSeenGone);
     writeFile(path(QStringLiteral("x/a")));
     writeFile(path(QStringLiteral("x/y/b")));
@@ -459,6 +462,7 @@ void tst_DirectoryWatcherChanges::rootGoesAndComes_data()
 
 void tst_DirectoryWatcherChanges::rootGoesAndComes()
 {
+    SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
     QFETCH(QString, moved);
     QFETCH(bool, isMadeAnew);
     QFETCH(bool, isSeenGone);

@@ -127,6 +127,11 @@ FileState stateOf(const QString& path)
                                    : FileState::Kind::Other;
         state.changed = info.lastModified().toMSecsSinceEpoch();
         state.size = info.size();
+#if defined(Q_OS_WIN)
+        // Of folders alone: a file that is held for a moment cannot be replaced in it.
+        if (state.isFolder())
+            identify(path, state);
+#endif
         return state;
     }
 #if defined(Q_OS_WIN)

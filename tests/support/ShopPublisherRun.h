@@ -215,14 +215,14 @@ private:
     }
 };
 
-/// What a program has printed, without the carriage returns that end lines on Windows.
+/// What a program has printed; without the carriage returns that end lines on Windows.
 inline QString printed(const QByteArray& bytes)
 {
-    QString text = QString::fromUtf8(bytes);
 #ifdef Q_OS_WIN
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    return QString::fromLocal8Bit(bytes).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+#else
+    return QString::fromUtf8(bytes);
 #endif
-    return text;
 }
 
 /// What came of a program that was started, when it has ended.
