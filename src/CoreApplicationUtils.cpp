@@ -154,19 +154,9 @@ void CoreApplicationUtils::setApplicationCompanyName(const QString& companyName)
     identity().mApplicationCompanyName = companyName;
 }
 
-QString CoreApplicationUtils::applicationCompanyName()
-{
-    return identity().mApplicationCompanyName;
-}
-
 void CoreApplicationUtils::setApplicationName(const QString& name)
 {
     identity().mApplicationName = name;
-}
-
-QString CoreApplicationUtils::applicationName()
-{
-    return identity().mApplicationName;
 }
 
 void CoreApplicationUtils::setApplicationVersion(const QString& version)
@@ -174,24 +164,34 @@ void CoreApplicationUtils::setApplicationVersion(const QString& version)
     identity().mApplicationVersion = version;
 }
 
-QString CoreApplicationUtils::applicationVersion()
-{
-    return identity().mApplicationVersion;
-}
-
 void CoreApplicationUtils::setApplicationRevision(const QString& revision)
 {
     identity().mApplicationRevision = revision;
 }
 
-QString CoreApplicationUtils::applicationRevision()
-{
-    return identity().mApplicationRevision;
-}
-
 void CoreApplicationUtils::setApplicationCode(const CodeApplication& code)
 {
     identity().mCodeApplication = code;
+}
+
+QString CoreApplicationUtils::applicationCompanyName()
+{
+    return identity().mApplicationCompanyName;
+}
+
+QString CoreApplicationUtils::applicationName()
+{
+    return identity().mApplicationName;
+}
+
+QString CoreApplicationUtils::applicationVersion()
+{
+    return identity().mApplicationVersion;
+}
+
+QString CoreApplicationUtils::applicationRevision()
+{
+    return identity().mApplicationRevision;
 }
 
 CoreApplicationUtils::CodeApplication CoreApplicationUtils::applicationCode()

@@ -106,6 +106,26 @@ public:
     /// After how many milliseconds without a change settled() is sent.
     int settleTime() const;
 
+public Q_SLOTS:
+    /// The entries of \a folder changed: looks for new files in it and in its new sub-folders at
+    /// once, and in its whole tree when control returns to the event loop, because files may appear
+    /// during the first pass or while slots handle its results. The second pass also finds files
+    /// that disappeared without a notification, as when a folder is renamed.
+    void onDirMod(const QString& folder);
+
+    /// The file \a file changed: reports it as deleted if it does not exist any more or is a folder
+    /// now, otherwise as modified, even if it cannot be read. A file that is not watched is
+    /// reported in the same way, and is not watched afterwards.
+    void onFilemod(const QString& file);
+
+    /// Ends the watching: nothing is reported any more, and the platform's watches are released.
+    /// Call setPath() to start again. Does nothing if nothing is watched.
+    ///
+    /// \code
+    /// connect(pauseAction, &QAction::triggered, &watcher, &DirectoryWatcher::stop);
+    /// \endcode
+    void stop();
+
 Q_SIGNALS:
     /// A watched file is gone.
     void deletedFile(const QString& path);
@@ -129,26 +149,6 @@ Q_SIGNALS:
 
     /// Files were reported, and nothing has happened since then for the time of setSettleTime().
     void settled();
-
-public Q_SLOTS:
-    /// The entries of \a folder changed: looks for new files in it and in its new sub-folders at
-    /// once, and in its whole tree when control returns to the event loop, because files may appear
-    /// during the first pass or while slots handle its results. The second pass also finds files
-    /// that disappeared without a notification, as when a folder is renamed.
-    void onDirMod(const QString& folder);
-
-    /// The file \a file changed: reports it as deleted if it does not exist any more or is a folder
-    /// now, otherwise as modified, even if it cannot be read. A file that is not watched is
-    /// reported in the same way, and is not watched afterwards.
-    void onFilemod(const QString& file);
-
-    /// Ends the watching: nothing is reported any more, and the platform's watches are released.
-    /// Call setPath() to start again. Does nothing if nothing is watched.
-    ///
-    /// \code
-    /// connect(pauseAction, &QAction::triggered, &watcher, &DirectoryWatcher::stop);
-    /// \endcode
-    void stop();
 
 private:
     const std::unique_ptr<OrvaUtilsPrivate::DirectoryWatcherPrivate> d;

@@ -43,6 +43,32 @@ bool isKeptInPath(QChar c)
     }
 }
 
+/// The reference that stands for \a c in HTML; null where \a c stands for itself.
+const char* referenceFor(QChar c)
+{
+    switch (c.unicode()) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    case '\'':
+        return "&#39;";
+    default:
+        return nullptr;
+    }
+}
+
+/// Whether HTML does not allow \a c: all control characters but those that are white space.
+bool isForbiddenControl(QChar c)
+{
+    return c.category() == QChar::Other_Control && c != QLatin1Char('\t') && c != QLatin1Char('\n')
+        && c != QLatin1Char('\f') && c != QLatin1Char('\r');
+}
+
 /// A meta tag with \a name as the value of \a attribute.
 QString metaTag(const char* attribute, const QString& name, const QString& content)
 {
@@ -142,11 +168,6 @@ QString HTMLUtils::formatedLocalFile(const QString& path)
 
 // Escaped text
 
-bool HTMLUtils::codeCharMustBeEncoded(int code)
-{
-    return code == '"' || code == '&' || code == '<' || code == '>' || code > 125;
-}
-
 QString HTMLUtils::encodeToJavascriptText(const QString& s)
 {
     static const char digits[] = "0123456789abcdef";
@@ -206,36 +227,20 @@ QString HTMLUtils::textWithoutHtmlTags(const QString& s, bool encodeSpaces, bool
     return text;
 }
 
+bool HTMLUtils::codeCharMustBeEncoded(int code)
+{
+    return code == '"' || code == '&' || code == '<' || code == '>' || code > 125;
+}
+
 QString HTMLUtils::escaped(const QString& text)
 {
     QString html;
     html.reserve(text.size());
     for (const QChar c : text) {
-        switch (c.unicode()) {
-        case '&':
-            html += QLatin1String("&amp;");
-            break;
-        case '<':
-            html += QLatin1String("&lt;");
-            break;
-        case '>':
-            html += QLatin1String("&gt;");
-            break;
-        case '"':
-            html += QLatin1String("&quot;");
-            break;
-        case '\'':
-            html += QLatin1String("&#39;");
-            break;
-        case '\t':
-        case '\n':
-        case '\f':
-        case '\r':
-            html += c;
-            break;
-        default:
-            html += c.category() == QChar::Other_Control ? QChar(QChar::ReplacementCharacter) : c;
-        }
+        if (const char* const reference = referenceFor(c))
+            html += QLatin1String(reference);
+        else
+            html += isForbiddenControl(c) ? QChar(QChar::ReplacementCharacter) : c;
     }
     return html;
 }

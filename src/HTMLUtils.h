@@ -78,10 +78,6 @@ public:
 
     // Escaped text
 
-    /// Whether the character with this \a code is written as a reference: the double quote, "&",
-    /// "<", ">" and all above 125. Control characters are not.
-    static bool codeCharMustBeEncoded(int code);
-
     /// \a s escaped for a JavaScript string literal in single or double quotes.
     ///
     /// \code
@@ -113,6 +109,10 @@ public:
     ///
     /// Deliberate: despite the name, no tag is removed.
     static QString textWithoutHtmlTags(const QString& s, bool encodeSpaces, bool encodeNewLines);
+
+    /// Whether the character with this \a code is written as a reference: the double quote, "&",
+    /// "<", ">" and all above 125. Control characters are not.
+    static bool codeCharMustBeEncoded(int code);
 
     /// \a text for HTML: as the contents of an element and as an attribute's value in quotes of
     /// either kind.

@@ -7,29 +7,14 @@
 
 namespace {
 
+/// In the order of the enumerators.
+const char* const statusNames[] = {"Imported",    "Copied",      "NotFound",
+                                   "NotAnImage",  "TooLarge",    "Truncated",
+                                   "NotReadable", "NotWritable", "Cancelled"};
+
 const char* nameOf(ImageImportResult::Status status)
 {
-    switch (status) {
-    case ImageImportResult::Imported:
-        return "Imported";
-    case ImageImportResult::Copied:
-        return "Copied";
-    case ImageImportResult::NotFound:
-        return "NotFound";
-    case ImageImportResult::NotAnImage:
-        return "NotAnImage";
-    case ImageImportResult::TooLarge:
-        return "TooLarge";
-    case ImageImportResult::Truncated:
-        return "Truncated";
-    case ImageImportResult::NotReadable:
-        return "NotReadable";
-    case ImageImportResult::NotWritable:
-        return "NotWritable";
-    case ImageImportResult::Cancelled:
-        return "Cancelled";
-    }
-    return "?";
+    return uint(status) <= ImageImportResult::Cancelled ? statusNames[status] : "?";
 }
 
 void write(QDebug& debug, const QSize& size)

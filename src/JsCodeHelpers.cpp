@@ -7,17 +7,17 @@
 
 using namespace OrvaUtilsPrivate;
 
-void JsCodeHelpers::formatVariantValue(QTextStream* stream, const QVariant& v)
+void JsCodeHelpers::formatJavascriptObject(QTextStream* stream, const QMap<QString, QVariant>& map)
 {
-    LiteralWriter(stream, javascriptSyntax).write(v);
+    LiteralWriter(stream, javascriptSyntax).writeMap(map);
 }
 
-void JsCodeHelpers::formatJavascriptArray(QTextStream* stream, const QStringList& list)
+void JsCodeHelpers::formatJavascriptArray(QTextStream* stream, const QList<QVariant>& list)
 {
     LiteralWriter(stream, javascriptSyntax).writeList(list);
 }
 
-void JsCodeHelpers::formatJavascriptArray(QTextStream* stream, const QList<QVariant>& list)
+void JsCodeHelpers::formatJavascriptArray(QTextStream* stream, const QStringList& list)
 {
     LiteralWriter(stream, javascriptSyntax).writeList(list);
 }
@@ -27,7 +27,7 @@ void JsCodeHelpers::formatJavascriptArray(QTextStream* stream, const QList<int>&
     LiteralWriter(stream, javascriptSyntax).writeList(list);
 }
 
-void JsCodeHelpers::formatJavascriptObject(QTextStream* stream, const QMap<QString, QVariant>& map)
+void JsCodeHelpers::formatVariantValue(QTextStream* stream, const QVariant& v)
 {
-    LiteralWriter(stream, javascriptSyntax).writeMap(map);
+    LiteralWriter(stream, javascriptSyntax).write(v);
 }

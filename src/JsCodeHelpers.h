@@ -41,6 +41,32 @@ class ORVAUTILS_EXPORT JsCodeHelpers
 public:
     JsCodeHelpers() = delete;
 
+    /// Writes \a map as an object, in the order of the keys.
+    ///
+    /// \code
+    /// JsCodeHelpers::formatJavascriptObject(&stream, {{"b", 2}, {"a", "x"}, {"10", true}});
+    /// // {
+    /// // 10:1,'a':'x','b':2
+    /// // }
+    /// \endcode
+    ///
+    /// Keys sort as texts. One that is a whole number in decimal, as QString::toLongLong() reads
+    /// it, is written as that number, any other as a quoted text. The keys are not checked:
+    /// JavaScript does not allow a negative number as a key.
+    static void formatJavascriptObject(QTextStream* stream, const QMap<QString, QVariant>& map);
+
+    /// Writes \a list as an array of the literals of formatVariantValue(), without a line break
+    /// after it.
+    static void formatJavascriptArray(QTextStream* stream, const QList<QVariant>& list);
+    /// Writes \a list as an array of texts.
+    ///
+    /// \code
+    /// JsCodeHelpers::formatJavascriptArray(&stream, QStringList {"a", "b"}); // ['a','b']
+    /// \endcode
+    static void formatJavascriptArray(QTextStream* stream, const QStringList& list);
+    /// Writes \a list as an array of numbers.
+    static void formatJavascriptArray(QTextStream* stream, const QList<int>& list);
+
     /// Writes the literal of \a v. It is that of PhpCodeHelpers::formatVariantValue() for every
     /// type except maps, which are written by formatJavascriptObject().
     ///
@@ -56,32 +82,6 @@ public:
     /// HTMLUtils::encodeToJavascriptText() first. Raw code given as a QByteArray ends at the first
     /// NUL.
     static void formatVariantValue(QTextStream* stream, const QVariant& v);
-
-    /// Writes \a list as an array of texts.
-    ///
-    /// \code
-    /// JsCodeHelpers::formatJavascriptArray(&stream, QStringList {"a", "b"}); // ['a','b']
-    /// \endcode
-    static void formatJavascriptArray(QTextStream* stream, const QStringList& list);
-    /// Writes \a list as an array of the literals of formatVariantValue(), without a line break
-    /// after it.
-    static void formatJavascriptArray(QTextStream* stream, const QList<QVariant>& list);
-    /// Writes \a list as an array of numbers.
-    static void formatJavascriptArray(QTextStream* stream, const QList<int>& list);
-
-    /// Writes \a map as an object, in the order of the keys.
-    ///
-    /// \code
-    /// JsCodeHelpers::formatJavascriptObject(&stream, {{"b", 2}, {"a", "x"}, {"10", true}});
-    /// // {
-    /// // 10:1,'a':'x','b':2
-    /// // }
-    /// \endcode
-    ///
-    /// Keys sort as texts. One that is a whole number in decimal, as QString::toLongLong() reads
-    /// it, is written as that number, any other as a quoted text. The keys are not checked:
-    /// JavaScript does not allow a negative number as a key.
-    static void formatJavascriptObject(QTextStream* stream, const QMap<QString, QVariant>& map);
 };
 
 #endif // ORVAUTILS_JSCODEHELPERS_H

@@ -370,17 +370,17 @@ QList<QExifImageHeader::GpsTag> QExifImageHeader::gpsTags() const
 
 bool QExifImageHeader::contains(ImageTag tag) const
 {
-    return d->imageIfdValues.contains(tag);
+    return d->imageIfdValues.find(tag) != nullptr;
 }
 
 bool QExifImageHeader::contains(ExifExtendedTag tag) const
 {
-    return d->exifIfdValues.contains(tag);
+    return d->exifIfdValues.find(tag) != nullptr;
 }
 
 bool QExifImageHeader::contains(GpsTag tag) const
 {
-    return d->gpsIfdValues.contains(tag);
+    return d->gpsIfdValues.find(tag) != nullptr;
 }
 
 void QExifImageHeader::remove(ImageTag tag)

@@ -238,44 +238,44 @@ QExifValue::QExifValue(quint8 value)
     : d(scalarRecord(Byte, value))
 { }
 
-QExifValue::QExifValue(const QVector<quint8>& values)
-    : d(vectorRecord(Byte, values))
-{ }
-
 QExifValue::QExifValue(quint16 value)
     : d(scalarRecord(Short, value))
-{ }
-
-QExifValue::QExifValue(const QVector<quint16>& values)
-    : d(vectorRecord(Short, values))
 { }
 
 QExifValue::QExifValue(quint32 value)
     : d(scalarRecord(Long, value))
 { }
 
-QExifValue::QExifValue(const QVector<quint32>& values)
-    : d(vectorRecord(Long, values))
+QExifValue::QExifValue(qint32 value)
+    : d(scalarRecord(SignedLong, value))
 { }
 
 QExifValue::QExifValue(const QPair<quint32, quint32>& value)
     : d(scalarRecord(Rational, value))
 { }
 
-QExifValue::QExifValue(const QVector<QPair<quint32, quint32>>& values)
-    : d(vectorRecord(Rational, values))
+QExifValue::QExifValue(const QPair<qint32, qint32>& value)
+    : d(scalarRecord(SignedRational, value))
 { }
 
-QExifValue::QExifValue(qint32 value)
-    : d(scalarRecord(SignedLong, value))
+QExifValue::QExifValue(const QVector<quint8>& values)
+    : d(vectorRecord(Byte, values))
+{ }
+
+QExifValue::QExifValue(const QVector<quint16>& values)
+    : d(vectorRecord(Short, values))
+{ }
+
+QExifValue::QExifValue(const QVector<quint32>& values)
+    : d(vectorRecord(Long, values))
 { }
 
 QExifValue::QExifValue(const QVector<qint32>& values)
     : d(vectorRecord(SignedLong, values))
 { }
 
-QExifValue::QExifValue(const QPair<qint32, qint32>& value)
-    : d(scalarRecord(SignedRational, value))
+QExifValue::QExifValue(const QVector<QPair<quint32, quint32>>& values)
+    : d(vectorRecord(Rational, values))
 { }
 
 QExifValue::QExifValue(const QVector<QPair<qint32, qint32>>& values)
@@ -483,28 +483,30 @@ QString shownElements(const Container& elements)
     return texts.join(QLatin1Char(' '));
 }
 
-/// The name of the type, and the content unless that is a text.
-QPair<const char*, QString> typeAndElements(const QExifValue& value)
+template <typename Elements, Elements (QExifValue::*elementsOf)() const>
+QString shownContent(const QExifValue& value)
 {
-    switch (value.type()) {
-    case QExifValue::Byte:
-        return {"Byte", shownElements(value.toByteVector())};
-    case QExifValue::Short:
-        return {"Short", shownElements(value.toShortVector())};
-    case QExifValue::Long:
-        return {"Long", shownElements(value.toLongVector())};
-    case QExifValue::Rational:
-        return {"Rational", shownElements(value.toRationalVector())};
-    case QExifValue::Undefined:
-        return {"Undefined", shownElements(value.toByteArray())};
-    case QExifValue::SignedLong:
-        return {"SignedLong", shownElements(value.toSignedLongVector())};
-    case QExifValue::SignedRational:
-        return {"SignedRational", shownElements(value.toSignedRationalVector())};
-    default:
-        return {"Ascii", QString()};
-    }
+    return shownElements((value.*elementsOf)());
 }
+
+/// How the values of the types other than Ascii are written.
+const struct
+{
+    quint16 type;
+    const char* name;
+    QString (*content)(const QExifValue&);
+} typeTexts[] = {
+    {QExifValue::Byte, "Byte", shownContent<QVector<quint8>, &QExifValue::toByteVector>},
+    {QExifValue::Short, "Short", shownContent<QVector<quint16>, &QExifValue::toShortVector>},
+    {QExifValue::Long, "Long", shownContent<QVector<quint32>, &QExifValue::toLongVector>},
+    {QExifValue::Rational, "Rational",
+     shownContent<QVector<QPair<quint32, quint32>>, &QExifValue::toRationalVector>},
+    {QExifValue::Undefined, "Undefined", shownContent<QByteArray, &QExifValue::toByteArray>},
+    {QExifValue::SignedLong, "SignedLong",
+     shownContent<QVector<qint32>, &QExifValue::toSignedLongVector>},
+    {QExifValue::SignedRational, "SignedRational",
+     shownContent<QVector<QPair<qint32, qint32>>, &QExifValue::toSignedRationalVector>},
+};
 
 } // namespace
 
@@ -512,13 +514,11 @@ QDebug operator<<(QDebug debug, const QExifValue& value)
 {
     const QDebugStateSaver saver(debug);
     debug.nospace() << "QExifValue(";
-    if (!value.isNull()) {
-        const QPair<const char*, QString> content = typeAndElements(value);
-        debug << content.first << ", ";
-        if (value.type() == QExifValue::Ascii)
-            debug << value.toString();
-        else
-            debug.noquote() << content.second;
+    if (value.type() == QExifValue::Ascii)
+        debug << "Ascii, " << value.toString();
+    for (const auto& text : typeTexts) {
+        if (text.type == value.type() && !value.isNull())
+            debug.noquote() << text.name << ", " << text.content(value);
     }
     debug << ')';
     return debug;

@@ -16,29 +16,18 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-QByteArray exifName()
-{
-    return QByteArrayLiteral("Exif\0\0");
-}
+// What the payloads of segments begin with. Each ends with a NUL, the first one with two.
+const char exifName[] = "Exif\0";
+const char xmpName[] = "http://ns.adobe.com/xap/1.0/";
+const char profileName[] = "ICC_PROFILE";
+const char multiPictureName[] = "MPF";
+const char iptcName[] = "Photoshop 3.0";
 
-QByteArray xmpName()
+/// One of these with its NUL.
+template <int size>
+QByteArray withNul(const char (&name)[size])
 {
-    return QByteArrayLiteral("http://ns.adobe.com/xap/1.0/\0");
-}
-
-QByteArray profileName()
-{
-    return QByteArrayLiteral("ICC_PROFILE\0");
-}
-
-QByteArray multiPictureName()
-{
-    return QByteArrayLiteral("MPF\0");
-}
-
-QByteArray iptcName()
-{
-    return QByteArrayLiteral("Photoshop 3.0\0");
+    return QByteArray::fromRawData(name, size);
 }
 
 /// The segments of one file, each with what follows it up to the next marker: the data of a scan.
@@ -93,7 +82,7 @@ Segments segmentsOf(const QByteArray& file)
 
 bool isProfile(const Segment& segment)
 {
-    return segment.marker == JpegMarker::App2 && segment.payload.startsWith(profileName());
+    return segment.marker == JpegMarker::App2 && segment.payload.startsWith(withNul(profileName));
 }
 
 /// Whether a decoder, or a program that shows the colours right, needs the segment.
@@ -123,14 +112,14 @@ QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& pay
 /// A profile, in as many segments as it takes; nothing where it is too long for them.
 QByteArray profileSegments(const QByteArray& profile)
 {
-    const int most = int(JpegSegments::MaximumPayload - profileName().size() - 2);
+    const int most = int(JpegSegments::MaximumPayload) - int(sizeof profileName) - 2;
     const int count = int((profile.size() + most - 1) / most);
     if (count > 255)
-        return QByteArray();
+        return QByteArray(); // GCOVR_EXCL_LINE: what comes from a JPEG has room in one
     QByteArray bytes;
     for (int i = 0; i < count; ++i) {
         const char place[] = {char(i + 1), char(count)};
-        bytes += segment(JpegMarker::App2, profileName() + QByteArray(place, 2),
+        bytes += segment(JpegMarker::App2, withNul(profileName) + QByteArray(place, 2),
                          profile.mid(i * most, most));
     }
     return bytes;
@@ -140,9 +129,9 @@ QByteArray metadataSegments(const PictureMetadata& metadata)
 {
     QByteArray bytes;
     if (!metadata.exif.isEmpty())
-        bytes += segment(JpegMarker::App1, exifName(), metadata.exif);
+        bytes += segment(JpegMarker::App1, withNul(exifName), metadata.exif);
     if (!metadata.xmp.isEmpty())
-        bytes += segment(JpegMarker::App1, xmpName(), metadata.xmp);
+        bytes += segment(JpegMarker::App1, withNul(xmpName), metadata.xmp);
     if (!metadata.iptc.isEmpty())
         bytes += segment(JpegMarker::App13, QByteArray(), metadata.iptc);
     for (const QByteArray& other : metadata.others)
@@ -157,12 +146,12 @@ QByteArray profileOf(const Segments& segments)
 {
     QMap<int, QByteArray> parts;
     for (const Segment& segment : segments.list) {
-        if (isProfile(segment) && segment.payload.size() > profileName().size() + 2)
-            parts.insert(uchar(segment.payload.at(profileName().size())), segment.payload);
+        if (isProfile(segment) && segment.payload.size() > int(sizeof profileName) + 2)
+            parts.insert(uchar(segment.payload.at(int(sizeof profileName))), segment.payload);
     }
     QByteArray profile;
     for (const QByteArray& payload : asConst(parts))
-        profile += payload.mid(profileName().size() + 2);
+        profile += payload.mid(int(sizeof profileName) + 2);
     return profile;
 }
 
@@ -173,13 +162,13 @@ void takeMetadata(const Segment& segment, MetadataFindings* findings)
     const auto detached = [](const QByteArray& bytes) {
         return QByteArray(bytes.constData(), bytes.size());
     };
-    if (segment.marker == JpegMarker::App1 && payload.startsWith(exifName())) {
+    if (segment.marker == JpegMarker::App1 && payload.startsWith(withNul(exifName))) {
         if (metadata.exif.isEmpty()) // of several, readers take the first one
-            metadata.exif = payload.mid(exifName().size());
-    } else if (segment.marker == JpegMarker::App1 && payload.startsWith(xmpName())) {
+            metadata.exif = payload.mid(int(sizeof exifName));
+    } else if (segment.marker == JpegMarker::App1 && payload.startsWith(withNul(xmpName))) {
         if (metadata.xmp.isEmpty())
-            metadata.xmp = payload.mid(xmpName().size());
-    } else if (segment.marker == JpegMarker::App13 && payload.startsWith(iptcName())
+            metadata.xmp = payload.mid(int(sizeof xmpName));
+    } else if (segment.marker == JpegMarker::App13 && payload.startsWith(withNul(iptcName))
                && metadata.iptc.isEmpty()) {
         metadata.iptc = detached(payload);
     } else if (segment.marker == JpegMarker::Comment) {
@@ -188,7 +177,7 @@ void takeMetadata(const Segment& segment, MetadataFindings* findings)
                // Cut short by the end of the file, it would take what follows it elsewhere.
                && segment.whole.startsWith(JpegSegments::head(segment.marker, int(payload.size())))
                // Its offsets would be wrong, and what it leads to is dropped.
-               && !payload.startsWith(multiPictureName())) {
+               && !payload.startsWith(withNul(multiPictureName))) {
         // Without what belongs to nothing up to the next marker.
         metadata.others.append(JpegSegments::head(segment.marker, int(payload.size())) + payload);
     }

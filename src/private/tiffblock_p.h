@@ -128,26 +128,29 @@ public:
             tags.append(entry.tag);
         return tags;
     }
-    bool contains(Tag tag) const
+    /// The value of \a tag, null where there is none.
+    const QExifValue* find(Tag tag) const
     {
-        const auto place = find(mEntries, tag);
-        return place != mEntries.end() && place->tag == tag;
+        const auto place = placeOf(mEntries, tag);
+        return place != mEntries.end() && place->tag == tag ? &place->value : nullptr;
     }
     QExifValue value(Tag tag) const
     {
-        return contains(tag) ? find(mEntries, tag)->value : QExifValue();
+        const QExifValue* const found = find(tag);
+        return found ? *found : QExifValue();
     }
     void insert(Tag tag, const QExifValue& value)
     {
-        if (contains(tag))
-            find(mEntries, tag)->value = value;
+        const auto place = placeOf(mEntries, tag);
+        if (find(tag))
+            place->value = value;
         else
-            mEntries.insert(find(mEntries, tag), Entry{tag, value});
+            mEntries.insert(place, Entry{tag, value});
     }
     void remove(Tag tag)
     {
-        if (contains(tag))
-            mEntries.erase(find(mEntries, tag));
+        if (find(tag))
+            mEntries.erase(placeOf(mEntries, tag));
     }
     QExifValue take(Tag tag)
     {
@@ -159,7 +162,7 @@ public:
 private:
     /// Where a tag is, or would be inserted.
     template <typename AnyEntries>
-    static auto find(AnyEntries& entries, Tag tag) -> decltype(entries.begin())
+    static auto placeOf(AnyEntries& entries, Tag tag) -> decltype(entries.begin())
     {
         return std::lower_bound(entries.begin(), entries.end(), tag,
                                 [](const Entry& entry, Tag wanted) { return entry.tag < wanted; });
