@@ -6,6 +6,7 @@
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QLabel>
+#include <QSlider>
 
 namespace {
 
@@ -56,6 +57,17 @@ QWidget* Layouts::form(std::initializer_list<std::pair<QString, QWidget*>> rows)
         layout->addRow(label, row.second);
     }
     return box;
+}
+
+QSlider* Layouts::slider(const QString& name, const Layouts::Scale& scale)
+{
+    auto* slider = new QSlider(Qt::Horizontal);
+    slider->setObjectName(name);
+    slider->setRange(scale.minimum, scale.maximum);
+    slider->setValue(scale.value);
+    slider->setPageStep(scale.page);
+    slider->setMinimumWidth(scale.width);
+    return slider;
 }
 
 QLabel* Layouts::plainText(const QString& text)

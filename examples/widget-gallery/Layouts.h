@@ -12,6 +12,7 @@
 #include <utility>
 
 class QLabel;
+class QSlider;
 class QWidget;
 
 namespace Layouts {
@@ -28,6 +29,19 @@ QWidget* labelled(const QString& text, QWidget* widget);
 /// Labels and their widgets, in two columns as all forms of the gallery have
 /// them; the mnemonic of a label gives its widget the focus.
 QWidget* form(std::initializer_list<std::pair<QString, QWidget*>> rows);
+
+/// What a slider of the gallery can have.
+struct Scale
+{
+    int minimum;
+    int maximum;
+    int value;
+    int page;
+    int width; ///< of the slider at least, in pixels
+};
+
+/// A horizontal slider that is found by \a name.
+QSlider* slider(const QString& name, const Scale& scale);
 
 /// A plain text that is not taken for HTML.
 QLabel* plainText(const QString& text = QString());

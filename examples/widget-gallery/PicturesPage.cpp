@@ -68,12 +68,8 @@ QWidget* greyPhotograph()
 
 QWidget* ownOpacity()
 {
-    auto* slider = new QSlider(Qt::Horizontal);
-    slider->setObjectName(QStringLiteral("opacity"));
-    slider->setRange(0, 100);
-    slider->setValue(60);
-    slider->setPageStep(10);
-    slider->setMinimumWidth(300);
+    auto* slider =
+        Layouts::slider(QStringLiteral("opacity"), {0, 100, 60, 10, 300});
     auto* canvas = new Canvas(
         QSize(400, 120), [slider](QPainter* painter, const QRect& rect) {
             Pictures::drawChequerboard(painter, rect);

@@ -156,12 +156,8 @@ QWidget* ownFolder()
     path->setObjectName(QStringLiteral("path"));
     path->setMinimumWidth(270);
     path->setCursorPosition(0);
-    auto* width = new QSlider(Qt::Horizontal);
-    width->setObjectName(QStringLiteral("width"));
-    width->setRange(10, 380);
-    width->setValue(170);
-    width->setPageStep(20);
-    width->setMinimumWidth(270);
+    auto* width =
+        Layouts::slider(QStringLiteral("width"), {10, 380, 170, 20, 270});
     auto* canvas = new Canvas(
         QSize(400, 36), [path, width](QPainter* painter, const QRect&) {
             //! [elided]
