@@ -5,6 +5,7 @@
 // the first has 1024 x 768 pixels, the second 800 x 600, and both begin at 0, 0.
 
 #include "ApplicationUtils.h"
+#include "Columns.h"
 #include "CoreApplicationUtils.h"
 
 #include "Screenshot.h"
@@ -34,15 +35,14 @@ void tst_ApplicationFrameX11::initTestCase()
 
 void tst_ApplicationFrameX11::screenAt_data()
 {
-    QTest::addColumn<QPoint>("point");
-    QTest::addColumn<int>("screen"); // -1: none
-    QTest::newRow("on both, the first is found") << QPoint(400, 300) << 0;
-    QTest::newRow("corner") << QPoint(0, 0) << 0;
-    QTest::newRow("last pixel") << QPoint(1023, 767) << 0;
-    QTest::newRow("right of it") << QPoint(1024, 767) << -1;
-    QTest::newRow("below it") << QPoint(1023, 768) << -1;
-    QTest::newRow("left of it") << QPoint(-1, 0) << -1;
-    QTest::newRow("above it") << QPoint(0, -1) << -1;
+    const auto row = columns<QPoint, int>("point", "screen"); // -1: none
+    row("on both, the first is found", QPoint(400, 300), 0);
+    row("corner", QPoint(0, 0), 0);
+    row("last pixel", QPoint(1023, 767), 0);
+    row("right of it", QPoint(1024, 767), -1);
+    row("below it", QPoint(1023, 768), -1);
+    row("left of it", QPoint(-1, 0), -1);
+    row("above it", QPoint(0, -1), -1);
 }
 
 void tst_ApplicationFrameX11::screenAt()

@@ -4,6 +4,7 @@
 #include "ApplicationUtils.h"
 
 #include "ChildProgram.h"
+#include "Columns.h"
 #include "CoreApplicationUtils.h"
 #include "LogCapture.h"
 #include "SystemCalls.h"
@@ -195,9 +196,8 @@ ChildResult tst_ApplicationUtils::runFrom(const QString& place, const QString& h
 
 void tst_ApplicationUtils::folders_data()
 {
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("expected"); // below the root
+    const auto row =
+        columns<QString, QString, QString>("place", "name", "expected"); // below the root
 
     const QString installed = QStringLiteral("Applications/X.app/Contents/MacOS");
     const QString bundle = QStringLiteral("Applications/X.app/Contents/");
@@ -218,8 +218,8 @@ void tst_ApplicationUtils::folders_data()
         if (!folder.second.startsWith(bundle))
             continue;
 #endif
-        QTest::newRow(qPrintable(QStringLiteral("installed: ") + folder.first))
-            << installed << folder.first << folder.second;
+        row(qPrintable(QStringLiteral("installed: ") + folder.first), installed, folder.first,
+            folder.second);
     }
 
     const QString built = QStringLiteral("work/proj/bin/debug/X.app/Contents/MacOS");
@@ -242,8 +242,8 @@ void tst_ApplicationUtils::folders_data()
         if (!folder.second.startsWith(QStringLiteral("work/")))
             continue;
 #endif
-        QTest::newRow(qPrintable(QStringLiteral("build tree: ") + folder.first))
-            << built << folder.first << folder.second;
+        row(qPrintable(QStringLiteral("build tree: ") + folder.first), built, folder.first,
+            folder.second);
     }
 }
 
@@ -259,11 +259,8 @@ void tst_ApplicationUtils::folders()
 
 void tst_ApplicationUtils::modes_data()
 {
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("home");
-    QTest::addColumn<QString>(
-        "modes"); // qualification, developer, either, developer of the account
-    QTest::addColumn<QString>("label");
+    // modes: qualification, developer, either, developer of the account
+    const auto row = columns<QString, QString, QString, QString>("place", "home", "modes", "label");
 
     const QString anyone = QStringLiteral("home/ann");
     const QString developer = QStringLiteral("home/") + account;
@@ -271,33 +268,21 @@ void tst_ApplicationUtils::modes_data()
     Q_UNUSED(both)
     const QString qualification = QStringLiteral("#qualif mode#");
 
-    QTest::newRow("installed") << QStringLiteral("opt/shop") << anyone << QStringLiteral("0000")
-                               << QString();
-    QTest::newRow("installed at the developer's")
-        << QStringLiteral("opt/shop") << developer << QStringLiteral("0000") << QString();
-    QTest::newRow("build tree") << QStringLiteral("work/bin") << anyone << QStringLiteral("1010")
-                                << qualification;
+    row("installed", "opt/shop", anyone, "0000", QString());
+    row("installed at the developer's", "opt/shop", developer, "0000", QString());
+    row("build tree", "work/bin", anyone, "1010", qualification);
 #ifndef Q_OS_WIN // where the system tells the home of a user, and "Bin" is "bin"
-    QTest::newRow("build tree at the developer's")
-        << QStringLiteral("work/bin") << developer << QStringLiteral("1111") << both;
+    row("build tree at the developer's", "work/bin", developer, "1111", both);
 #endif
-    QTest::newRow("the letters within a word")
-        << QStringLiteral("cabin") << anyone << QStringLiteral("1010") << qualification;
-    QTest::newRow("the letters higher up")
-        << QStringLiteral("robins/shop") << anyone << QStringLiteral("1010") << qualification;
+    row("the letters within a word", "cabin", anyone, "1010", qualification);
+    row("the letters higher up", "robins/shop", anyone, "1010", qualification);
 #ifndef Q_OS_WIN
-    QTest::newRow("another case") << QStringLiteral("work/Bin") << anyone << QStringLiteral("0000")
-                                  << QString();
-    QTest::newRow("the account within a name")
-        << QStringLiteral("work/bin")
-        << QStringLiteral("home/old-") + account + QStringLiteral("-2") << QStringLiteral("1111")
-        << both;
-    QTest::newRow("the account higher up")
-        << QStringLiteral("work/bin") << account + QStringLiteral("/home") << QStringLiteral("1111")
-        << both;
-    QTest::newRow("the account in another case")
-        << QStringLiteral("work/bin") << QStringLiteral("home/") + account.toUpper()
-        << QStringLiteral("1010") << qualification;
+    row("another case", "work/Bin", anyone, "0000", QString());
+    row("the account within a name", "work/bin",
+        QStringLiteral("home/old-") + account + QStringLiteral("-2"), "1111", both);
+    row("the account higher up", "work/bin", account + QStringLiteral("/home"), "1111", both);
+    row("the account in another case", "work/bin", QStringLiteral("home/") + account.toUpper(),
+        "1010", qualification);
 #endif
 }
 
@@ -318,15 +303,8 @@ void tst_ApplicationUtils::modes()
 
 void tst_ApplicationUtils::shippedFolders_data()
 {
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("data");
-    QTest::addColumn<QString>("extraBinaries");
+    const auto row = columns<QString, QString, QString>("place", "data", "extraBinaries");
 
-    const auto row = [](const char* name, const char* place, const char* data,
-                        const char* extraBinaries) {
-        QTest::newRow(name) << QString::fromLatin1(place) << QString::fromLatin1(data)
-                            << QString::fromLatin1(extraBinaries);
-    };
     row("installed bundle", "Applications/X.app/Contents/MacOS",
         "Applications/X.app/Contents/Resources/data/",
         "Applications/X.app/Contents/Frameworks/extraBinaries/");
@@ -388,21 +366,17 @@ void tst_ApplicationUtils::shippedFolders()
 
 void tst_ApplicationUtils::standardLocations_data()
 {
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("documentsDir"); // what the user configured
-    QTest::addColumn<QString>("documents");
-    QTest::addColumn<QString>("settings"); // null: not looked at
+    // documentsDir: what the user configured
+    // settings: not looked at where it is null
+    const auto row = columns<QString, QString, QString, QString>("place", "documentsDir",
+                                                                 "documents", "settings");
 
     const QString installed = QStringLiteral("opt/shop");
     const QString built = QStringLiteral("work/bin");
-    QTest::newRow("as configured") << installed << QStringLiteral("/srv/papers")
-                                   << QStringLiteral("/srv/papers/") << QString();
-    QTest::newRow("the root is not tidied") << built << QStringLiteral("/") << QStringLiteral("//")
-                                            << QStringLiteral("//Orvanel Settings developper/");
-    QTest::newRow("blanks around stay")
-        << installed << QStringLiteral(" /srv/a ") << QStringLiteral(" /srv/a /") << QString();
-    QTest::newRow("nothing but blanks is none") << built << QStringLiteral(" \t ") << QString()
-                                                << QStringLiteral("Orvanel Settings developper/");
+    row("as configured", installed, "/srv/papers", "/srv/papers/", QString());
+    row("the root is not tidied", built, "/", "//", "//Orvanel Settings developper/");
+    row("blanks around stay", installed, " /srv/a ", " /srv/a /", QString());
+    row("nothing but blanks is none", built, " \t ", QString(), "Orvanel Settings developper/");
 }
 
 void tst_ApplicationUtils::standardLocations()
@@ -450,9 +424,9 @@ void tst_ApplicationUtils::withoutApplicationName()
 
 void tst_ApplicationUtils::withoutApplicationObject_data()
 {
-    QTest::addColumn<QString>("mode");
-    QTest::newRow("before") << QStringLiteral("report before");
-    QTest::newRow("after") << QStringLiteral("report after");
+    const auto row = columns<QString>("mode");
+    row("before", "report before");
+    row("after", "report after");
 }
 
 void tst_ApplicationUtils::withoutApplicationObject()
@@ -541,11 +515,10 @@ void tst_ApplicationUtils::asyncOpeningWithoutWindows()
 
 void tst_ApplicationUtils::asyncOpening_data()
 {
-    QTest::addColumn<int>("modality");
-    QTest::addColumn<bool>("safe");
-    QTest::newRow("non-modal") << int(Qt::NonModal) << true;
-    QTest::newRow("window modal") << int(Qt::WindowModal) << false;
-    QTest::newRow("application modal") << int(Qt::ApplicationModal) << false;
+    const auto row = columns<int, bool>("modality", "safe");
+    row("non-modal", int(Qt::NonModal), true);
+    row("window modal", int(Qt::WindowModal), false);
+    row("application modal", int(Qt::ApplicationModal), false);
 }
 
 void tst_ApplicationUtils::asyncOpening()
@@ -567,11 +540,7 @@ void tst_ApplicationUtils::asyncOpening()
 
 void tst_ApplicationUtils::mimeDataFormats_data()
 {
-    QTest::addColumn<QString>("format");
-    QTest::addColumn<QString>("stored");
-    const auto row = [](const char* name, const char* format, const char* stored) {
-        QTest::newRow(name) << QString::fromLatin1(format) << QString::fromLatin1(stored);
-    };
+    const auto row = columns<QString, QString>("format", "stored");
     row("plain", "application/x-shop-price", "application/x-shop-price");
     row("native name", "application/x-qt-windows-mime;value=\"Rich Text Format\"",
         "Rich Text Format");
@@ -631,11 +600,7 @@ void tst_ApplicationUtils::mimeDataOfAPicture()
 
 int main(int argc, char* argv[])
 {
-    if (argc == 3 && qstrcmp(argv[1], "--child") == 0)
-        return runAsChild(argv[2], argc, argv);
-    QApplication application(argc, argv);
-    tst_ApplicationUtils test;
-    return QTest::qExec(&test, argc, argv);
+    return testOrChild<tst_ApplicationUtils>(argc, argv, runAsChild);
 }
 
 #include "tst_ApplicationUtils.moc"

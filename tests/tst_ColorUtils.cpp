@@ -4,6 +4,7 @@
 #include "ColorUtils.h"
 
 #include "ColorFraction.h"
+#include "Columns.h"
 
 #include <QtTest>
 
@@ -32,14 +33,12 @@ private Q_SLOTS:
 
 void tst_ColorUtils::notificationColors_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("background");
-    QTest::newRow("Info") << 0 << QStringLiteral("#00529b") << QStringLiteral("#bde5f8");
-    QTest::newRow("Success") << 1 << QStringLiteral("#4f8a10") << QStringLiteral("#dff2bf");
-    QTest::newRow("Warning") << 2 << QStringLiteral("#9f6000") << QStringLiteral("#feefb3");
-    QTest::newRow("Error") << 3 << QStringLiteral("#d8000c") << QStringLiteral("#ffbaba");
-    QTest::newRow("another") << 7 << QStringLiteral("#000000") << QStringLiteral("#000000");
+    const auto row = columns<int, QString, QString>("type", "text", "background");
+    row("Info", 0, "#00529b", "#bde5f8");
+    row("Success", 1, "#4f8a10", "#dff2bf");
+    row("Warning", 2, "#9f6000", "#feefb3");
+    row("Error", 3, "#d8000c", "#ffbaba");
+    row("another", 7, "#000000", "#000000");
 }
 
 void tst_ColorUtils::notificationColors()
@@ -63,13 +62,12 @@ void tst_ColorUtils::metaObject()
 
 void tst_ColorUtils::grayColor_data()
 {
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<QColor>("gray");
-    QTest::newRow("red") << QColor(255, 0, 0) << QColor(87, 87, 87); // 2805 / 32 = 87.6
-    QTest::newRow("green") << QColor(0, 255, 0) << QColor(127, 127, 127); // 4080 / 32 = 127.5
-    QTest::newRow("blue") << QColor(0, 0, 255) << QColor(39, 39, 39); // 1275 / 32 = 39.8
-    QTest::newRow("white") << QColor(255, 255, 255) << QColor(255, 255, 255); // 8160 / 32
-    QTest::newRow("alpha stays") << QColor(8, 16, 24, 77) << QColor(14, 14, 14, 77); // 464 / 32
+    const auto row = columns<QColor, QColor>("color", "gray");
+    row("red", QColor(255, 0, 0), QColor(87, 87, 87)); // 2805 / 32 = 87.6
+    row("green", QColor(0, 255, 0), QColor(127, 127, 127)); // 4080 / 32 = 127.5
+    row("blue", QColor(0, 0, 255), QColor(39, 39, 39)); // 1275 / 32 = 39.8
+    row("white", QColor(255, 255, 255), QColor(255, 255, 255)); // 8160 / 32
+    row("alpha stays", QColor(8, 16, 24, 77), QColor(14, 14, 14, 77)); // 464 / 32
 }
 
 void tst_ColorUtils::grayColor()
@@ -100,28 +98,24 @@ void tst_ColorUtils::randomColor()
 
 void tst_ColorUtils::interpolate_data()
 {
-    QTest::addColumn<QColor>("a");
-    QTest::addColumn<QColor>("b");
-    QTest::addColumn<double>("t");
-    QTest::addColumn<QColor>("color");
+    const auto row = columns<QColor, QColor, double, QColor>("a", "b", "t", "color");
     const QColor a(10, 20, 30, 40);
     const QColor b(110, 10, 31, 0);
-    QTest::newRow("start") << a << b << 0.0 << QColor(10, 20, 30);
-    QTest::newRow("end") << a << b << 1.0 << QColor(110, 10, 31);
+    row("start", a, b, 0.0, QColor(10, 20, 30));
+    row("end", a, b, 1.0, QColor(110, 10, 31));
     // 10 * 0.75 + 110 * 0.25 = 35, 17.5, 30.25
-    QTest::newRow("a quarter, truncated") << a << b << 0.25 << QColor(35, 17, 30);
+    row("a quarter, truncated", a, b, 0.25, QColor(35, 17, 30));
     // 10 * 1.1 - 11 = 0, 22 - 1 = 21, 33 - 3.1 = 29.9
-    QTest::newRow("a little before") << a << b << -0.1 << QColor(0, 21, 29);
+    row("a little before", a, b, -0.1, QColor(0, 21, 29));
     // 5 * 1.1 - 6 = -0.5 for all: truncated toward zero, not down
-    QTest::newRow("toward zero") << QColor(5, 5, 5) << QColor(60, 60, 60) << -0.1
-                                 << QColor(0, 0, 0);
-    QTest::newRow("below 0") << a << b << -1.0 << QColor();
-    QTest::newRow("above 255") << a << b << 3.0 << QColor();
+    row("toward zero", QColor(5, 5, 5), QColor(60, 60, 60), -0.1, QColor(0, 0, 0));
+    row("below 0", a, b, -1.0, QColor());
+    row("above 255", a, b, 3.0, QColor());
     // Further than an int goes.
-    QTest::newRow("far above") << a << b << 1e12 << QColor();
-    QTest::newRow("far below") << a << b << -1e12 << QColor();
-    QTest::newRow("no number") << a << b << std::numeric_limits<double>::quiet_NaN() << QColor();
-    QTest::newRow("infinite") << a << b << std::numeric_limits<double>::infinity() << QColor();
+    row("far above", a, b, 1e12, QColor());
+    row("far below", a, b, -1e12, QColor());
+    row("no number", a, b, std::numeric_limits<double>::quiet_NaN(), QColor());
+    row("infinite", a, b, std::numeric_limits<double>::infinity(), QColor());
 }
 
 void tst_ColorUtils::interpolate()
@@ -138,20 +132,18 @@ void tst_ColorUtils::interpolate()
 
 void tst_ColorUtils::colorToCss_data()
 {
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<QString>("css");
-    QTest::newRow("opaque") << QColor(255, 0, 0) << QStringLiteral("#ff0000");
-    QTest::newRow("lower case") << QColor(0xAB, 0xCD, 0xEF) << QStringLiteral("#abcdef");
+    const auto row = columns<QColor, QString>("color", "css");
+    row("opaque", QColor(255, 0, 0), "#ff0000");
+    row("lower case", QColor(0xAB, 0xCD, 0xEF), "#abcdef");
     // 128 / 255 = 0.50196078...
-    QTest::newRow("alpha 128") << QColor(255, 0, 0, 128)
-                               << QStringLiteral("rgba(255,0,0,0.501961)");
-    QTest::newRow("alpha 0") << QColor(1, 2, 3, 0) << QStringLiteral("rgba(1,2,3,0)");
-    QTest::newRow("alpha 51") << QColor(1, 2, 3, 51) << QStringLiteral("rgba(1,2,3,0.2)");
+    row("alpha 128", QColor(255, 0, 0, 128), "rgba(255,0,0,0.501961)");
+    row("alpha 0", QColor(1, 2, 3, 0), "rgba(1,2,3,0)");
+    row("alpha 51", QColor(1, 2, 3, 51), "rgba(1,2,3,0.2)");
     // 1 / 255 = 0.00392157
-    QTest::newRow("alpha 1") << QColor(9, 8, 7, 1) << QStringLiteral("rgba(9,8,7,0.00392157)");
+    row("alpha 1", QColor(9, 8, 7, 1), "rgba(9,8,7,0.00392157)");
     QColor half(255, 0, 0);
     half.setAlphaF(0.5); // stored as 32768 / 65535 = 0.50000763
-    QTest::newRow("half, as stored") << half << QStringLiteral("rgba(255,0,0,0.500008)");
+    row("half, as stored", half, "rgba(255,0,0,0.500008)");
 }
 
 void tst_ColorUtils::colorToCss()
@@ -163,40 +155,39 @@ void tst_ColorUtils::colorToCss()
 
 void tst_ColorUtils::colorFromCss_data()
 {
-    QTest::addColumn<QString>("css");
-    QTest::addColumn<QColor>("color");
+    const auto row = columns<QString, QColor>("css", "color");
     const auto rgba = [](int red, int green, int blue, double alpha) {
         QColor color(red, green, blue);
         color.setAlphaF(ColorFraction(alpha));
         return color;
     };
-    QTest::newRow("rgba") << QStringLiteral("rgba(1,2,3,0.5)") << rgba(1, 2, 3, 0.5);
-    QTest::newRow("RGBA") << QStringLiteral("RGBA(1,2,3,0.5)") << rgba(1, 2, 3, 0.5);
-    QTest::newRow("blanks") << QStringLiteral("rgba( 1 , 2, 3 ,0 )") << rgba(1, 2, 3, 0);
-    QTest::newRow("rgba with 3") << QStringLiteral("rgba(1,2,3)") << QColor();
-    QTest::newRow("rgba with 5") << QStringLiteral("rgba(1,2,3,1,1)") << QColor();
-    QTest::newRow("rgba open") << QStringLiteral("rgba(1,2,3,0.5") << QColor();
-    QTest::newRow("rgba empty parts") << QStringLiteral("rgba(,,,)") << rgba(0, 0, 0, 0);
-    QTest::newRow("rgba words") << QStringLiteral("rgba(x,2,3,y)") << rgba(0, 2, 3, 0);
-    QTest::newRow("rgba without parts") << QStringLiteral("rgba()") << QColor();
-    QTest::newRow("rgba beyond 255") << QStringLiteral("rgba(256,0,0,1)") << QColor();
-    QTest::newRow("alpha above 1") << QStringLiteral("rgba(1,2,3,7)") << rgba(1, 2, 3, 1);
-    QTest::newRow("alpha below 0") << QStringLiteral("rgba(1,2,3,-7)") << rgba(1, 2, 3, 0);
-    QTest::newRow("alpha no number") << QStringLiteral("rgba(1,2,3,nan)") << rgba(1, 2, 3, 0);
-    QTest::newRow("alpha infinite") << QStringLiteral("rgba(1,2,3,inf)") << rgba(1, 2, 3, 1);
-    QTest::newRow("rgb") << QStringLiteral("rgb(1,2,3)") << QColor(1, 2, 3);
-    QTest::newRow("Rgb") << QStringLiteral("Rgb(255,255,255)") << QColor(255, 255, 255);
-    QTest::newRow("rgb with 4") << QStringLiteral("rgb(1,2,3,4)") << QColor();
-    QTest::newRow("rgb negative") << QStringLiteral("rgb(-1,2,3)") << QColor();
-    QTest::newRow("3 digits") << QStringLiteral("#f80") << QColor(255, 136, 0);
-    QTest::newRow("6 digits") << QStringLiteral("#FF8000") << QColor(255, 128, 0);
-    QTest::newRow("8 digits") << QStringLiteral("#80ff8000") << QColor(255, 128, 0, 128);
-    QTest::newRow("9 digits") << QStringLiteral("#fff800000") << QColor(255, 128, 0);
-    QTest::newRow("12 digits") << QStringLiteral("#ffff80800000") << QColor(255, 128, 0);
-    QTest::newRow("5 digits") << QStringLiteral("#ff800") << QColor();
-    QTest::newRow("name") << QStringLiteral("SteelBlue") << QColor(70, 130, 180);
-    QTest::newRow("unknown name") << QStringLiteral("shopblue") << QColor();
-    QTest::newRow("empty") << QString() << QColor();
+    row("rgba", "rgba(1,2,3,0.5)", rgba(1, 2, 3, 0.5));
+    row("RGBA", "RGBA(1,2,3,0.5)", rgba(1, 2, 3, 0.5));
+    row("blanks", "rgba( 1 , 2, 3 ,0 )", rgba(1, 2, 3, 0));
+    row("rgba with 3", "rgba(1,2,3)", QColor());
+    row("rgba with 5", "rgba(1,2,3,1,1)", QColor());
+    row("rgba open", "rgba(1,2,3,0.5", QColor());
+    row("rgba empty parts", "rgba(,,,)", rgba(0, 0, 0, 0));
+    row("rgba words", "rgba(x,2,3,y)", rgba(0, 2, 3, 0));
+    row("rgba without parts", "rgba()", QColor());
+    row("rgba beyond 255", "rgba(256,0,0,1)", QColor());
+    row("alpha above 1", "rgba(1,2,3,7)", rgba(1, 2, 3, 1));
+    row("alpha below 0", "rgba(1,2,3,-7)", rgba(1, 2, 3, 0));
+    row("alpha no number", "rgba(1,2,3,nan)", rgba(1, 2, 3, 0));
+    row("alpha infinite", "rgba(1,2,3,inf)", rgba(1, 2, 3, 1));
+    row("rgb", "rgb(1,2,3)", QColor(1, 2, 3));
+    row("Rgb", "Rgb(255,255,255)", QColor(255, 255, 255));
+    row("rgb with 4", "rgb(1,2,3,4)", QColor());
+    row("rgb negative", "rgb(-1,2,3)", QColor());
+    row("3 digits", "#f80", QColor(255, 136, 0));
+    row("6 digits", "#FF8000", QColor(255, 128, 0));
+    row("8 digits", "#80ff8000", QColor(255, 128, 0, 128));
+    row("9 digits", "#fff800000", QColor(255, 128, 0));
+    row("12 digits", "#ffff80800000", QColor(255, 128, 0));
+    row("5 digits", "#ff800", QColor());
+    row("name", "SteelBlue", QColor(70, 130, 180));
+    row("unknown name", "shopblue", QColor());
+    row("empty", QString(), QColor());
 }
 
 void tst_ColorUtils::colorFromCss()

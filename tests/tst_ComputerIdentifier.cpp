@@ -3,6 +3,7 @@
 
 #include "ComputerIdentifier.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "SystemCalls.h"
 #include "stringhash_p.h"
@@ -69,16 +70,14 @@ void tst_ComputerIdentifier::hashIsHexadecimal()
 
 void tst_ComputerIdentifier::hashIsThatOfQt5_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<quint32>("hash");
+    const auto row = columns<QString, quint32>("text", "hash");
     // By hand, and with Qt 5 compared with qHash(text, 0) below.
-    QTest::newRow("empty") << QStringLiteral("") << quint32(0x00000000);
-    QTest::newRow("loopback") << QStringLiteral("00:00:00:00:00:00") << quint32(0xb28f5e3a);
-    QTest::newRow("address") << QStringLiteral("02:00:5E:10:00:07") << quint32(0xd0120c2e);
-    QTest::newRow("product") << QStringLiteral("C02-02:00:5E:10:00:07") << quint32(0x435e55e6);
-    QTest::newRow("accents") << QStringLiteral("\u00e9\u20ac") << quint32(0x00003ce3);
-    QTest::newRow("beyond the first plane")
-        << QStringLiteral("\U0001F600 machine") << quint32(0xb28bda8a);
+    row("empty", "", quint32(0x00000000));
+    row("loopback", "00:00:00:00:00:00", quint32(0xb28f5e3a));
+    row("address", "02:00:5E:10:00:07", quint32(0xd0120c2e));
+    row("product", "C02-02:00:5E:10:00:07", quint32(0x435e55e6));
+    row("accents", "\u00e9\u20ac", quint32(0x00003ce3));
+    row("beyond the first plane", "\U0001F600 machine", quint32(0xb28bda8a));
 }
 
 void tst_ComputerIdentifier::hashIsThatOfQt5()
@@ -105,16 +104,15 @@ void tst_ComputerIdentifier::debugWritesFourWarnings()
 
 void tst_ComputerIdentifier::interfacesOfAnotherMachine_data()
 {
-    QTest::addColumn<QString>("commands"); // what makes the interfaces
-    QTest::addColumn<QString>("address");
+    // commands: what makes the interfaces
+    const auto row = columns<QString, QString>("commands", "address");
     // A new network namespace holds the loopback interface alone, whose address is zeros.
-    QTest::newRow("loopback only") << QStringLiteral("true") << QStringLiteral("00:00:00:00:00:00");
-    QTest::newRow("en0 goes first")
-        << QStringLiteral("ip link add aa0 address 02:00:00:00:00:01 type veth peer name en0 && "
-                          "ip link set en0 address 02:00:5e:10:00:07")
-        << QStringLiteral("02:00:5E:10:00:07");
-    QTest::newRow("en1 is no en0") << QStringLiteral("ip link add en1 type veth peer name en2")
-                                   << QStringLiteral("00:00:00:00:00:00");
+    row("loopback only", "true", "00:00:00:00:00:00");
+    row("en0 goes first",
+        "ip link add aa0 address 02:00:00:00:00:01 type veth peer name en0 && "
+        "ip link set en0 address 02:00:5e:10:00:07",
+        "02:00:5E:10:00:07");
+    row("en1 is no en0", "ip link add en1 type veth peer name en2", "00:00:00:00:00:00");
 }
 
 void tst_ComputerIdentifier::interfacesOfAnotherMachine()

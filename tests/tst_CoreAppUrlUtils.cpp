@@ -3,6 +3,7 @@
 
 #include "CoreAppUrlUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 
 #include <QLocale>
@@ -102,13 +103,10 @@ void tst_CoreAppUrlUtils::cleanup()
 
 void tst_CoreAppUrlUtils::beforeRegistration_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("documentationPage");
-    QTest::newRow("French user") << "fr_FR" << QString() << QStringLiteral("/index.html");
-    QTest::newRow("German user") << "de_DE" << service(QString(), QStringLiteral("de_DE"))
-                                 << service(QStringLiteral("%2Findex.html"),
-                                            QStringLiteral("de_DE"));
+    const auto row = columns<QString, QString, QString>("locale", "address", "documentationPage");
+    row("French user", "fr_FR", QString(), "/index.html");
+    row("German user", "de_DE", service(QString(), QStringLiteral("de_DE")),
+        service(QStringLiteral("%2Findex.html"), QStringLiteral("de_DE")));
 }
 
 void tst_CoreAppUrlUtils::beforeRegistration()
@@ -126,38 +124,29 @@ void tst_CoreAppUrlUtils::beforeRegistration()
 
 void tst_CoreAppUrlUtils::map_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<QStringList>("langs");
-    QTest::addColumn<bool>("found");
-    QTest::addColumn<QString>("address");
+    const auto row = columns<QString, QString, QStringList, bool, QString>("locale", "url", "langs",
+                                                                           "found", "address");
 
     const QString pattern = QStringLiteral("https://x.org/{{lang}}/p");
-    QTest::newRow("first code") << "fr_FR" << pattern << frEn << true << "https://x.org/fr/p";
-    QTest::newRow("second code") << "en_US" << pattern << frEn << true << "https://x.org/en/p";
-    QTest::newRow("another country") << "fr_CA" << pattern << frEn << true << "https://x.org/fr/p";
-    QTest::newRow("code with a country")
-        << "fr_CA" << pattern << codes("en fr_FR") << true << "https://x.org/fr_FR/p";
-    QTest::newRow("code kept as written")
-        << "fr_FR" << pattern << codes("en FR-fr") << true << "https://x.org/FR-fr/p";
-    QTest::newRow("first of two matches")
-        << "pt_BR" << pattern << codes("en pt_PT pt_BR") << true << "https://x.org/pt_PT/p";
-    QTest::newRow("no match") << "de_DE" << pattern << frEn << false << "https://x.org/fr/p";
-    QTest::newRow("no language at all") << "de_DE" << pattern << QStringList() << false << pattern;
-    QTest::newRow("placeholder twice")
-        << "en_GB" << QStringLiteral("{{lang}}.x.org/{{lang}}{{lang}}") << frEn << true
-        << "en.x.org/enen";
-    QTest::newRow("placeholder twice, no match")
-        << "de_DE" << QStringLiteral("{{lang}}.x.org/{{lang}}") << frEn << false << "fr.x.org/fr";
-    QTest::newRow("no placeholder, match")
-        << "en_GB" << QStringLiteral("https://x.org/") << frEn << true << "https://x.org/";
-    QTest::newRow("no placeholder, no match")
-        << "de_DE" << QStringLiteral("https://x.org/") << frEn << false << "https://x.org/";
-    QTest::newRow("placeholder in capitals is text")
-        << "en_GB" << QStringLiteral("/{{LANG}}/{lang}") << frEn << true << "/{{LANG}}/{lang}";
-    QTest::newRow("code that holds the placeholder")
-        << "de_DE" << pattern << codes("{{lang}}") << false << pattern;
-    QTest::newRow("empty pattern") << "fr_FR" << QString() << frEn << true << QString();
+    row("first code", "fr_FR", pattern, frEn, true, "https://x.org/fr/p");
+    row("second code", "en_US", pattern, frEn, true, "https://x.org/en/p");
+    row("another country", "fr_CA", pattern, frEn, true, "https://x.org/fr/p");
+    row("code with a country", "fr_CA", pattern, codes("en fr_FR"), true, "https://x.org/fr_FR/p");
+    row("code kept as written", "fr_FR", pattern, codes("en FR-fr"), true, "https://x.org/FR-fr/p");
+    row("first of two matches", "pt_BR", pattern, codes("en pt_PT pt_BR"), true,
+        "https://x.org/pt_PT/p");
+    row("no match", "de_DE", pattern, frEn, false, "https://x.org/fr/p");
+    row("no language at all", "de_DE", pattern, QStringList(), false, pattern);
+    row("placeholder twice", "en_GB", "{{lang}}.x.org/{{lang}}{{lang}}", frEn, true,
+        "en.x.org/enen");
+    row("placeholder twice, no match", "de_DE", "{{lang}}.x.org/{{lang}}", frEn, false,
+        "fr.x.org/fr");
+    row("no placeholder, match", "en_GB", "https://x.org/", frEn, true, "https://x.org/");
+    row("no placeholder, no match", "de_DE", "https://x.org/", frEn, false, "https://x.org/");
+    row("placeholder in capitals is text", "en_GB", "/{{LANG}}/{lang}", frEn, true,
+        "/{{LANG}}/{lang}");
+    row("code that holds the placeholder", "de_DE", pattern, codes("{{lang}}"), false, pattern);
+    row("empty pattern", "fr_FR", QString(), frEn, true, QString());
 }
 
 void tst_CoreAppUrlUtils::map()
@@ -186,14 +175,13 @@ void tst_CoreAppUrlUtils::mapWithoutFoundNeverMatches()
 
 void tst_CoreAppUrlUtils::autoTranslated_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("address");
+    const auto row = columns<QString, QString>("locale", "address");
     const QString encoded = QStringLiteral("https%3A%2F%2Fx.org%2F");
-    QTest::newRow("French") << "fr_FR" << QStringLiteral("https://x.org/");
-    QTest::newRow("French of Canada") << "fr_CA" << QStringLiteral("https://x.org/");
-    QTest::newRow("German") << "de_DE" << service(encoded, QStringLiteral("de_DE"));
-    QTest::newRow("English") << "en_US" << service(encoded, QStringLiteral("en_US"));
-    QTest::newRow("no locale") << "C" << service(encoded, QStringLiteral("C"));
+    row("French", "fr_FR", "https://x.org/");
+    row("French of Canada", "fr_CA", "https://x.org/");
+    row("German", "de_DE", service(encoded, QStringLiteral("de_DE")));
+    row("English", "en_US", service(encoded, QStringLiteral("en_US")));
+    row("no locale", "C", service(encoded, QStringLiteral("C")));
 }
 
 void tst_CoreAppUrlUtils::autoTranslated()
@@ -206,24 +194,16 @@ void tst_CoreAppUrlUtils::autoTranslated()
 
 void tst_CoreAppUrlUtils::translationService_data()
 {
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("encoded");
-    QTest::newRow("unreserved stay") << QStringLiteral("aZ09-._~") << "de_DE"
-                                     << "aZ09-._~";
-    QTest::newRow("reserved") << QStringLiteral(":/?#[]@!$&'()*+,;=") << "de_DE"
-                              << "%3A%2F%3F%23%5B%5D%40%21%24%26%27%28%29%2A%2B%2C%3B%3D";
-    QTest::newRow("blank and percent") << QStringLiteral("a b%20") << "it"
-                                       << "a%20b%2520";
-    QTest::newRow("beyond ASCII") << QStringLiteral("\u00e9\u20ac") << "it"
-                                  << "%C3%A9%E2%82%AC";
+    const auto row = columns<QString, QString, QString>("url", "language", "encoded");
+    row("unreserved stay", "aZ09-._~", "de_DE", "aZ09-._~");
+    row("reserved", ":/?#[]@!$&'()*+,;=", "de_DE",
+        "%3A%2F%3F%23%5B%5D%40%21%24%26%27%28%29%2A%2B%2C%3B%3D");
+    row("blank and percent", "a b%20", "it", "a%20b%2520");
+    row("beyond ASCII", "\u00e9\u20ac", "it", "%C3%A9%E2%82%AC");
     // Both values are filled in one pass.
-    QTest::newRow("placeholder in the language") << QStringLiteral("x") << "%2"
-                                                 << "x";
-    QTest::newRow("digit after an encoded character") << QStringLiteral("\u0011") << "it"
-                                                      << "%11";
-    QTest::newRow("language as it is") << QStringLiteral("x") << "a&b c"
-                                       << "x";
+    row("placeholder in the language", "x", "%2", "x");
+    row("digit after an encoded character", "\u0011", "it", "%11");
+    row("language as it is", "x", "a&b c", "x");
 }
 
 void tst_CoreAppUrlUtils::translationService()
@@ -237,15 +217,11 @@ void tst_CoreAppUrlUtils::translationService()
 
 void tst_CoreAppUrlUtils::pagesByLanguage_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QStringList>("langs");
-    QTest::addColumn<QString>("address");
-    QTest::newRow("in the list") << "en_GB" << frEn << QStringLiteral("https://x.org/en");
-    QTest::newRow("German user") << "de_DE" << frEn
-                                 << service(QStringLiteral("https%3A%2F%2Fx.org%2Ffr"),
-                                            QStringLiteral("de_DE"));
-    QTest::newRow("French user, no French page")
-        << "fr_FR" << codes("en de") << QStringLiteral("https://x.org/en");
+    const auto row = columns<QString, QStringList, QString>("locale", "langs", "address");
+    row("in the list", "en_GB", frEn, "https://x.org/en");
+    row("German user", "de_DE", frEn,
+        service(QStringLiteral("https%3A%2F%2Fx.org%2Ffr"), QStringLiteral("de_DE")));
+    row("French user, no French page", "fr_FR", codes("en de"), "https://x.org/en");
 }
 
 void tst_CoreAppUrlUtils::pagesByLanguage()
@@ -290,28 +266,20 @@ void tst_CoreAppUrlUtils::registrationOverwrites()
 
 void tst_CoreAppUrlUtils::documentation_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<QString>("address");
+    const auto row =
+        columns<QString, QString, QString, QString>("locale", "pattern", "page", "address");
     const QString open = QStringLiteral("https://d.org/{{lang}}");
     const QString closed = QStringLiteral("https://d.org/{{lang}}/");
-    QTest::newRow("slash added") << "en_US" << open << "a.html"
-                                 << "https://d.org/en/a.html";
-    QTest::newRow("slash there") << "en_US" << closed << "a.html"
-                                 << "https://d.org/en/a.html";
-    QTest::newRow("no page, no slash") << "en_US" << open << QString() << "https://d.org/en";
-    QTest::newRow("no page, slash kept") << "en_US" << closed << QString() << "https://d.org/en/";
-    QTest::newRow("page with a slash") << "en_US" << closed << "/a"
-                                       << "https://d.org/en//a";
-    QTest::newRow("placeholder in the page") << "en_US" << closed << "{{lang}}"
-                                             << "https://d.org/en/{{lang}}";
-    QTest::newRow("translated with its page")
-        << "de_DE" << open << "a.html"
-        << service(QStringLiteral("https%3A%2F%2Fd.org%2Ffr%2Fa.html"), QStringLiteral("de_DE"));
-    QTest::newRow("translated without a page")
-        << "de_DE" << open << QString()
-        << service(QStringLiteral("https%3A%2F%2Fd.org%2Ffr"), QStringLiteral("de_DE"));
+    row("slash added", "en_US", open, "a.html", "https://d.org/en/a.html");
+    row("slash there", "en_US", closed, "a.html", "https://d.org/en/a.html");
+    row("no page, no slash", "en_US", open, QString(), "https://d.org/en");
+    row("no page, slash kept", "en_US", closed, QString(), "https://d.org/en/");
+    row("page with a slash", "en_US", closed, "/a", "https://d.org/en//a");
+    row("placeholder in the page", "en_US", closed, "{{lang}}", "https://d.org/en/{{lang}}");
+    row("translated with its page", "de_DE", open, "a.html",
+        service(QStringLiteral("https%3A%2F%2Fd.org%2Ffr%2Fa.html"), QStringLiteral("de_DE")));
+    row("translated without a page", "de_DE", open, QString(),
+        service(QStringLiteral("https%3A%2F%2Fd.org%2Ffr"), QStringLiteral("de_DE")));
 }
 
 void tst_CoreAppUrlUtils::documentation()

@@ -4,6 +4,7 @@
 #include "CoreApplicationUtils.h"
 
 #include "ChildProgram.h"
+#include "Columns.h"
 #include "LogCapture.h"
 #include "QObjectEventFilter.h"
 
@@ -208,15 +209,14 @@ void tst_CoreApplicationUtils::isAnObject()
 
 void tst_CoreApplicationUtils::codeValues_data()
 {
-    QTest::addColumn<int>("value");
-    QTest::addColumn<int>("enumerator");
-    QTest::newRow("Undefined") << 0 << int(App::Undefined);
-    QTest::newRow("Lorn") << 1 << int(App::Lorn);
-    QTest::newRow("Dunvale") << 2 << int(App::Dunvale);
-    QTest::newRow("Sorrel") << 3 << int(App::Sorrel);
-    QTest::newRow("Tamsel") << 4 << int(App::Tamsel);
-    QTest::newRow("Lexaro") << 5 << int(App::Lexaro);
-    QTest::newRow("Portwin") << 6 << int(App::Portwin);
+    const auto row = columns<int, int>("value", "enumerator");
+    row("Undefined", 0, int(App::Undefined));
+    row("Lorn", 1, int(App::Lorn));
+    row("Dunvale", 2, int(App::Dunvale));
+    row("Sorrel", 3, int(App::Sorrel));
+    row("Tamsel", 4, int(App::Tamsel));
+    row("Lexaro", 5, int(App::Lexaro));
+    row("Portwin", 6, int(App::Portwin));
 }
 
 void tst_CoreApplicationUtils::codeValues()
@@ -262,31 +262,21 @@ void tst_CoreApplicationUtils::settersOverwrite()
 
 void tst_CoreApplicationUtils::texts_data()
 {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("guiName"); // null: the stored application name
-    QTest::addColumn<QString>("shortName");
-    QTest::addColumn<QString>("key");
+    // guiName: where it is null, the stored application name
+    const auto row = columns<int, QString, QString, QString>("code", "guiName", "shortName", "key");
 
     const QString undefined = QStringLiteral("undefined key");
-    QTest::newRow("Undefined") << 0 << QString() << undefined << undefined;
-    QTest::newRow("Lorn") << 1 << QStringLiteral("Palnor Grid") << QStringLiteral("Lorn")
-                          << QStringLiteral("lorn");
-    QTest::newRow("Dunvale") << 2 << QString() << QStringLiteral("Dunvale")
-                             << QStringLiteral("dunvend");
-    QTest::newRow("Sorrel") << 3 << QStringLiteral("Palnor Fx") << QStringLiteral("Sorrel")
-                            << QStringLiteral("sorrel");
-    QTest::newRow("Tamsel") << 4 << QStringLiteral("Tamsel") << QStringLiteral("Tamsel 2")
-                            << QStringLiteral("tamsel2");
-    QTest::newRow("Lexaro") << 5 << QStringLiteral("Lexaro") << QStringLiteral("Lexaro")
-                            << QStringLiteral("lexaro");
-    QTest::newRow("Portwin") << 6 << QStringLiteral("Portwin") << QStringLiteral("Portwin")
-                             << QStringLiteral("portwin");
-    QTest::newRow("7") << 7 << QString() << undefined << undefined;
-    QTest::newRow("-1") << -1 << QString() << undefined << undefined;
-    QTest::newRow("greatest") << std::numeric_limits<int>::max() << QString() << undefined
-                              << undefined;
-    QTest::newRow("least") << std::numeric_limits<int>::min() << QString() << undefined
-                           << undefined;
+    row("Undefined", 0, QString(), undefined, undefined);
+    row("Lorn", 1, "Palnor Grid", "Lorn", "lorn");
+    row("Dunvale", 2, QString(), "Dunvale", "dunvend");
+    row("Sorrel", 3, "Palnor Fx", "Sorrel", "sorrel");
+    row("Tamsel", 4, "Tamsel", "Tamsel 2", "tamsel2");
+    row("Lexaro", 5, "Lexaro", "Lexaro", "lexaro");
+    row("Portwin", 6, "Portwin", "Portwin", "portwin");
+    row("7", 7, QString(), undefined, undefined);
+    row("-1", -1, QString(), undefined, undefined);
+    row("greatest", std::numeric_limits<int>::max(), QString(), undefined, undefined);
+    row("least", std::numeric_limits<int>::min(), QString(), undefined, undefined);
 }
 
 void tst_CoreApplicationUtils::texts()
@@ -325,21 +315,18 @@ void tst_CoreApplicationUtils::keyOfTheStoredCode()
 
 void tst_CoreApplicationUtils::versionOfNumbers_data()
 {
-    QTest::addColumn<int>("majorPart");
-    QTest::addColumn<int>("minorPart");
-    QTest::addColumn<int>("patchPart");
-    QTest::addColumn<int>("number");
-    QTest::newRow("1.2.3") << 1 << 2 << 3 << 66051;
-    QTest::newRow("2.0.0") << 2 << 0 << 0 << 131072;
-    QTest::newRow("0.0.0") << 0 << 0 << 0 << 0;
-    QTest::newRow("all fields full") << 255 << 255 << 255 << 0xFFFFFF;
-    QTest::newRow("minor hides major") << 1 << 300 << 0 << 76800;
-    QTest::newRow("the same without major") << 0 << 300 << 0 << 76800;
-    QTest::newRow("OR, not a sum") << 0 << 1 << 256 << 256;
-    QTest::newRow("patch runs into minor") << 0 << 2 << 257 << 0x301;
-    QTest::newRow("negative patch") << 1 << 2 << -1 << -1;
-    QTest::newRow("negative major") << -1 << 0 << 1 << -65535;
-    QTest::newRow("major runs out") << 0x10000 << 0 << 5 << 5;
+    const auto row = columns<int, int, int, int>("majorPart", "minorPart", "patchPart", "number");
+    row("1.2.3", 1, 2, 3, 66051);
+    row("2.0.0", 2, 0, 0, 131072);
+    row("0.0.0", 0, 0, 0, 0);
+    row("all fields full", 255, 255, 255, 0xFFFFFF);
+    row("minor hides major", 1, 300, 0, 76800);
+    row("the same without major", 0, 300, 0, 76800);
+    row("OR, not a sum", 0, 1, 256, 256);
+    row("patch runs into minor", 0, 2, 257, 0x301);
+    row("negative patch", 1, 2, -1, -1);
+    row("negative major", -1, 0, 1, -65535);
+    row("major runs out", 0x10000, 0, 5, 5);
 }
 
 void tst_CoreApplicationUtils::versionOfNumbers()
@@ -353,23 +340,22 @@ void tst_CoreApplicationUtils::versionOfNumbers()
 
 void tst_CoreApplicationUtils::versionOfText_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("number");
-    QTest::newRow("three parts") << QStringLiteral("4.1.12") << 262412;
-    QTest::newRow("two parts") << QStringLiteral("4.1") << 0;
-    QTest::newRow("four parts") << QStringLiteral("4.1.12.7") << 0;
-    QTest::newRow("four parts, the last empty") << QStringLiteral("4.1.12.") << 0;
-    QTest::newRow("a letter") << QStringLiteral("4.x.2") << 262146;
-    QTest::newRow("a letter behind the number") << QStringLiteral("1.2.3b") << 66048;
-    QTest::newRow("hexadecimal does not parse") << QStringLiteral("0x1.0.5") << 5;
-    QTest::newRow("decimal with a leading zero") << QStringLiteral("1.010.0") << 65536 + 2560;
-    QTest::newRow("too great to parse") << QStringLiteral("99999999999.0.1") << 1;
-    QTest::newRow("empty") << QString() << 0;
-    QTest::newRow("an empty part") << QStringLiteral("1..2") << 65538;
-    QTest::newRow("three empty parts") << QStringLiteral("..") << 0;
-    QTest::newRow("one part") << QStringLiteral("7") << 0;
-    QTest::newRow("minor hides major") << QStringLiteral("1.300.0") << 76800;
-    QTest::newRow("other separators") << QStringLiteral("4,1,12") << 0;
+    const auto row = columns<QString, int>("text", "number");
+    row("three parts", "4.1.12", 262412);
+    row("two parts", "4.1", 0);
+    row("four parts", "4.1.12.7", 0);
+    row("four parts, the last empty", "4.1.12.", 0);
+    row("a letter", "4.x.2", 262146);
+    row("a letter behind the number", "1.2.3b", 66048);
+    row("hexadecimal does not parse", "0x1.0.5", 5);
+    row("decimal with a leading zero", "1.010.0", 65536 + 2560);
+    row("too great to parse", "99999999999.0.1", 1);
+    row("empty", QString(), 0);
+    row("an empty part", "1..2", 65538);
+    row("three empty parts", "..", 0);
+    row("one part", "7", 0);
+    row("minor hides major", "1.300.0", 76800);
+    row("other separators", "4,1,12", 0);
 }
 
 void tst_CoreApplicationUtils::versionOfText()
@@ -418,14 +404,11 @@ void tst_CoreApplicationUtils::initHandsOver()
 
 void tst_CoreApplicationUtils::organizationDomain_data()
 {
-    QTest::addColumn<QString>("company");
-    QTest::addColumn<QString>("domain");
-    QTest::newRow("capitals and blanks")
-        << QStringLiteral("Acme Corp") << QStringLiteral("acme corp.com");
-    QTest::newRow("outer blanks") << QStringLiteral(" A ") << QStringLiteral(" a .com");
-    QTest::newRow("accents") << QStringLiteral("\u00c9T\u00c9")
-                             << QStringLiteral("\u00e9t\u00e9.com");
-    QTest::newRow("empty") << QString() << QStringLiteral(".com");
+    const auto row = columns<QString, QString>("company", "domain");
+    row("capitals and blanks", "Acme Corp", "acme corp.com");
+    row("outer blanks", " A ", " a .com");
+    row("accents", "\u00c9T\u00c9", "\u00e9t\u00e9.com");
+    row("empty", QString(), ".com");
 }
 
 void tst_CoreApplicationUtils::organizationDomain()
@@ -574,11 +557,7 @@ void tst_CoreApplicationUtils::filterRaisesTheModalWidgetOfTheMoment()
 
 int main(int argc, char* argv[])
 {
-    if (argc == 3 && qstrcmp(argv[1], "--child") == 0)
-        return runAsChild(argv[2], argc, argv);
-    QApplication application(argc, argv);
-    tst_CoreApplicationUtils test;
-    return QTest::qExec(&test, argc, argv);
+    return testOrChild<tst_CoreApplicationUtils>(argc, argv, runAsChild);
 }
 
 #include "tst_CoreApplicationUtils.moc"

@@ -3,6 +3,7 @@
 
 #include "CurrencyUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "Text.h"
 
@@ -191,10 +192,10 @@ void tst_CurrencyUtils::isoCodes()
 
 void tst_CurrencyUtils::representativeLocales_data()
 {
-    QTest::addColumn<QLocale>("locale");
+    const auto row = columns<QLocale>("locale");
     const QMap<QString, QLocale> expected = expectedLocales();
     for (auto it = expected.constBegin(); it != expected.constEnd(); ++it)
-        QTest::newRow(qPrintable(it.key())) << it.value();
+        row(qPrintable(it.key()), it.value());
 }
 
 void tst_CurrencyUtils::representativeLocales()
@@ -238,13 +239,12 @@ void tst_CurrencyUtils::lastEnglishLocaleWins()
 
 void tst_CurrencyUtils::knownSymbols_data()
 {
-    QTest::addColumn<int>("format");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("EUR") << int(QLocale::CurrencySymbol) << text("\u20ac");
-    QTest::newRow("GBP") << int(QLocale::CurrencySymbol) << text("\u00a3");
-    QTest::newRow("EUR as a code") << int(QLocale::CurrencyIsoCode) << text("EUR");
-    QTest::newRow("EUR as a name") << int(QLocale::CurrencyDisplayName) << text("Euro");
-    QTest::newRow("USD as a name") << int(QLocale::CurrencyDisplayName) << text("US Dollar");
+    const auto row = columns<int, QString>("format", "expected");
+    row("EUR", int(QLocale::CurrencySymbol), "\u20ac");
+    row("GBP", int(QLocale::CurrencySymbol), "\u00a3");
+    row("EUR as a code", int(QLocale::CurrencyIsoCode), "EUR");
+    row("EUR as a name", int(QLocale::CurrencyDisplayName), "Euro");
+    row("USD as a name", int(QLocale::CurrencyDisplayName), "US Dollar");
 }
 
 void tst_CurrencyUtils::knownSymbols()
@@ -257,14 +257,14 @@ void tst_CurrencyUtils::knownSymbols()
 
 void tst_CurrencyUtils::unknownCodes_data()
 {
-    QTest::addColumn<QString>("code");
-    QTest::newRow("small letters") << text("eur");
-    QTest::newRow("mixed case") << text("Eur");
-    QTest::newRow("no currency") << text("XYZ");
-    QTest::newRow("blank behind") << text("EUR ");
-    QTest::newRow("symbol") << text("\u20ac");
-    QTest::newRow("empty") << text("");
-    QTest::newRow("null") << QString();
+    const auto row = columns<QString>("code");
+    row("small letters", "eur");
+    row("mixed case", "Eur");
+    row("no currency", "XYZ");
+    row("blank behind", "EUR ");
+    row("symbol", "\u20ac");
+    row("empty", "");
+    row("null", QString());
 }
 
 void tst_CurrencyUtils::unknownCodes()
@@ -280,15 +280,15 @@ void tst_CurrencyUtils::unknownCodes()
 
 void tst_CurrencyUtils::numericCodes_data()
 {
-    QTest::addColumn<int>("number");
-    QTest::newRow("EUR") << 978;
-    QTest::newRow("USD") << 840;
-    QTest::newRow("GBP") << 826;
-    QTest::newRow("JPY") << 0;
-    QTest::newRow("CHF") << 0;
-    QTest::newRow("eur") << 0;
-    QTest::newRow("Usd") << 0;
-    QTest::newRow("") << 0;
+    const auto row = columns<int>("number");
+    row("EUR", 978);
+    row("USD", 840);
+    row("GBP", 826);
+    row("JPY", 0);
+    row("CHF", 0);
+    row("eur", 0);
+    row("Usd", 0);
+    row("", 0);
 }
 
 void tst_CurrencyUtils::numericCodes()
@@ -309,30 +309,29 @@ void tst_CurrencyUtils::initAgain()
 
 void tst_CurrencyUtils::rounding_data()
 {
-    QTest::addColumn<double>("price");
-    QTest::addColumn<double>("rounded");
-    QTest::newRow("zero") << 0.0 << 0.0;
-    QTest::newRow("whole") << 12.0 << 12.0;
-    QTest::newRow("cents stay") << 12.34 << 12.34;
-    QTest::newRow("down") << 1.234 << 1.23;
-    QTest::newRow("up") << 1.236 << 1.24;
+    const auto row = columns<double, double>("price", "rounded");
+    row("zero", 0.0, 0.0);
+    row("whole", 12.0, 12.0);
+    row("cents stay", 12.34, 12.34);
+    row("down", 1.234, 1.23);
+    row("up", 1.236, 1.24);
     // Halves that are exact in binary go up on both sides of zero.
-    QTest::newRow("half") << 0.125 << 0.13;
-    QTest::newRow("half below zero") << -0.125 << -0.12;
-    QTest::newRow("half of a cent") << 0.375 << 0.38;
-    QTest::newRow("half of a cent below zero") << -0.375 << -0.37;
-    QTest::newRow("down below zero") << -1.236 << -1.24;
-    QTest::newRow("up below zero") << -1.234 << -1.23;
+    row("half", 0.125, 0.13);
+    row("half below zero", -0.125, -0.12);
+    row("half of a cent", 0.375, 0.38);
+    row("half of a cent below zero", -0.375, -0.37);
+    row("down below zero", -1.236, -1.24);
+    row("up below zero", -1.234, -1.23);
     // 2.345 * 100 is 234.50000000000003 (up), -2.345 * 100 lies below the half (down).
-    QTest::newRow("beside the half") << 2.345 << 2.35;
-    QTest::newRow("beside the half below zero") << -2.345 << -2.35;
+    row("beside the half", 2.345, 2.35);
+    row("beside the half below zero", -2.345, -2.35);
     // 1.005 * 100 is 100.49999999999999.
-    QTest::newRow("short of the half") << 1.005 << 1.0;
-    QTest::newRow("-0.004") << -0.004 << 0.0;
-    QTest::newRow("-0.005") << -0.005 << 0.0;
-    QTest::newRow("-0.006") << -0.006 << -0.01;
-    QTest::newRow("one cent below zero") << -0.01 << -0.01;
-    QTest::newRow("a billion") << 1e9 + 0.125 << 1e9 + 0.13;
+    row("short of the half", 1.005, 1.0);
+    row("-0.004", -0.004, 0.0);
+    row("-0.005", -0.005, 0.0);
+    row("-0.006", -0.006, -0.01);
+    row("one cent below zero", -0.01, -0.01);
+    row("a billion", 1e9 + 0.125, 1e9 + 0.13);
 }
 
 void tst_CurrencyUtils::rounding()
@@ -372,34 +371,21 @@ void tst_CurrencyUtils::roundingBeyondIntegers()
 
 void tst_CurrencyUtils::prices_data()
 {
-    QTest::addColumn<double>("price");
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("number");
-    QTest::addColumn<QString>("symbol");
+    const auto row =
+        columns<double, QString, QString, QString>("price", "code", "number", "symbol");
     const QString euroSign = text("\u20ac");
-    QTest::newRow("two decimals") << 12.5 << "EUR"
-                                  << "12.50" << euroSign;
-    QTest::newRow("whole") << 3.0 << "EUR"
-                           << "3.00" << euroSign;
-    QTest::newRow("rounded") << 2.345 << "EUR"
-                             << "2.35" << euroSign;
-    QTest::newRow("below zero") << -12.5 << "EUR"
-                                << "-12.50" << euroSign;
-    QTest::newRow("no negative zero") << -0.004 << "EUR"
-                                      << "0.00" << euroSign;
-    QTest::newRow("no grouping") << 1234567.891 << "EUR"
-                                 << "1234567.89" << euroSign;
-    QTest::newRow("fixed notation") << 1e15 << "EUR"
-                                    << "1000000000000000.00" << euroSign;
-    QTest::newRow("pounds") << 1.0 << "GBP"
-                            << "1.00" << text("\u00a3");
-    QTest::newRow("unknown") << 3.0 << "XYZ"
-                             << "3.00" << QString();
-    QTest::newRow("no code") << 3.0 << ""
-                             << "3.00" << QString();
-    QTest::newRow("no cents in use, yet two decimals")
-        << 100.0 << "JPY"
-        << "100.00" << CurrencyUtils::currencySymbol(text("JPY"), QLocale::CurrencySymbol);
+    row("two decimals", 12.5, "EUR", "12.50", euroSign);
+    row("whole", 3.0, "EUR", "3.00", euroSign);
+    row("rounded", 2.345, "EUR", "2.35", euroSign);
+    row("below zero", -12.5, "EUR", "-12.50", euroSign);
+    row("no negative zero", -0.004, "EUR", "0.00", euroSign);
+    row("no grouping", 1234567.891, "EUR", "1234567.89", euroSign);
+    row("fixed notation", 1e15, "EUR", "1000000000000000.00", euroSign);
+    row("pounds", 1.0, "GBP", "1.00", "\u00a3");
+    row("unknown", 3.0, "XYZ", "3.00", QString());
+    row("no code", 3.0, "", "3.00", QString());
+    row("no cents in use, yet two decimals", 100.0, "JPY", "100.00",
+        CurrencyUtils::currencySymbol(text("JPY"), QLocale::CurrencySymbol));
 }
 
 void tst_CurrencyUtils::prices()
@@ -416,16 +402,15 @@ void tst_CurrencyUtils::prices()
 
 void tst_CurrencyUtils::inputField_data()
 {
-    QTest::addColumn<double>("price");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("whole") << 10.0 << "10";
-    QTest::newRow("zero") << 0.0 << "0";
-    QTest::newRow("hundreds keep their zeros") << 1200.0 << "1200";
-    QTest::newRow("one decimal") << 2.5 << "2.5";
-    QTest::newRow("not rounded to the cent") << 2.345 << "2.345";
-    QTest::newRow("six decimals") << 0.123456 << "0.123456";
-    QTest::newRow("seven decimals") << 0.1234567 << "0.123457";
-    QTest::newRow("below zero") << -2.50 << "-2.5";
+    const auto row = columns<double, QString>("price", "expected");
+    row("whole", 10.0, "10");
+    row("zero", 0.0, "0");
+    row("hundreds keep their zeros", 1200.0, "1200");
+    row("one decimal", 2.5, "2.5");
+    row("not rounded to the cent", 2.345, "2.345");
+    row("six decimals", 0.123456, "0.123456");
+    row("seven decimals", 0.1234567, "0.123457");
+    row("below zero", -2.50, "-2.5");
 }
 
 void tst_CurrencyUtils::inputField()
@@ -439,8 +424,7 @@ void tst_CurrencyUtils::inputField()
 
 void tst_CurrencyUtils::minorUnits_data()
 {
-    QTest::addColumn<int>("decimals");
-    const auto row = [](const char* code, int decimals) { QTest::newRow(code) << decimals; };
+    const auto row = columns<int>("decimals");
     row("EUR", 2);
     row("USD", 2);
     row("JPY", 0);
@@ -491,14 +475,8 @@ void tst_CurrencyUtils::minorUnitsOfTheStandard()
 
 void tst_CurrencyUtils::money_data()
 {
-    QTest::addColumn<qint64>("amount");
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, qint64 amount, const char* code, const char* locale,
-                        const char* expected) {
-        QTest::newRow(name) << amount << text(code) << text(locale) << text(expected);
-    };
+    const auto row =
+        columns<qint64, QString, QString, QString>("amount", "code", "locale", "expected");
     const qint64 most = std::numeric_limits<qint64>::max();
     const qint64 least = std::numeric_limits<qint64>::min();
     row("French", 2940, "EUR", "fr_FR", "29,40\u00a0€");
@@ -569,21 +547,19 @@ void tst_CurrencyUtils::moneyOfEachCurrency()
 
 void tst_CurrencyUtils::moneyFromDoubles_data()
 {
-    QTest::addColumn<double>("amount");
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("expected");
+    const auto row = columns<double, QString, QString>("amount", "code", "expected");
     const double infinite = std::numeric_limits<double>::infinity();
-    QTest::newRow("two decimals") << 29.4 << "EUR" << text("29,40\u00a0€");
-    QTest::newRow("rounded") << 2.345 << "EUR" << text("2,35\u00a0€");
-    QTest::newRow("half below zero") << -0.125 << "EUR" << text("-0,12\u00a0€");
-    QTest::newRow("no negative zero") << -0.004 << "EUR" << text("0,00\u00a0€");
-    QTest::newRow("no decimals") << 1250.5 << "JPY" << text("1.251\u00a0¥");
-    QTest::newRow("three decimals") << 3.5 << "TND" << text("3,500\u00a0TND");
-    QTest::newRow("beyond integers") << 1e17 << "EUR" << text("100.000.000.000.000.000,00\u00a0€");
-    QTest::newRow("far below zero") << -1e17 << "EUR" << text("-100.000.000.000.000.000,00\u00a0€");
-    QTest::newRow("infinite") << infinite << "EUR" << QString();
-    QTest::newRow("infinite below zero") << -infinite << "EUR" << QString();
-    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN() << "EUR" << QString();
+    row("two decimals", 29.4, "EUR", "29,40\u00a0€");
+    row("rounded", 2.345, "EUR", "2,35\u00a0€");
+    row("half below zero", -0.125, "EUR", "-0,12\u00a0€");
+    row("no negative zero", -0.004, "EUR", "0,00\u00a0€");
+    row("no decimals", 1250.5, "JPY", "1.251\u00a0¥");
+    row("three decimals", 3.5, "TND", "3,500\u00a0TND");
+    row("beyond integers", 1e17, "EUR", "100.000.000.000.000.000,00\u00a0€");
+    row("far below zero", -1e17, "EUR", "-100.000.000.000.000.000,00\u00a0€");
+    row("infinite", infinite, "EUR", QString());
+    row("infinite below zero", -infinite, "EUR", QString());
+    row("no number", std::numeric_limits<double>::quiet_NaN(), "EUR", QString());
 }
 
 void tst_CurrencyUtils::moneyFromDoubles()
@@ -604,15 +580,11 @@ void tst_CurrencyUtils::moneyFollowsNumberOptions()
 
 void tst_CurrencyUtils::vat_data()
 {
-    QTest::addColumn<qint64>("amount");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<double>("rate");
-    QTest::addColumn<qint64>("net");
-    QTest::addColumn<qint64>("vat");
-    const auto row = [](const char* name, qint64 amount, CurrencyUtils::AmountKind kind,
-                        double rate, qint64 net, qint64 vat) {
-        QTest::newRow(name) << amount << int(kind) << rate << net << vat;
-    };
+    const auto table =
+        columns<qint64, int, double, qint64, qint64>("amount", "kind", "rate", "net", "vat");
+    const auto row = [&](const char* name, qint64 amount, CurrencyUtils::AmountKind kind,
+                         double rate, qint64 net,
+                         qint64 vat) { table(name, amount, int(kind), rate, net, vat); };
     const auto net = CurrencyUtils::Net;
     const auto gross = CurrencyUtils::Gross;
     const qint64 most = std::numeric_limits<qint64>::max();
@@ -657,25 +629,22 @@ void tst_CurrencyUtils::vat()
 
 void tst_CurrencyUtils::vatOfNothing_data()
 {
-    QTest::addColumn<qint64>("amount");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<double>("rate");
-    QTest::addColumn<QString>("code");
+    const auto row = columns<qint64, int, double, QString>("amount", "kind", "rate", "code");
     const qint64 most = std::numeric_limits<qint64>::max();
     const qint64 least = std::numeric_limits<qint64>::min();
     const double noNumber = std::numeric_limits<double>::quiet_NaN();
     const int net = CurrencyUtils::Net;
     const int gross = CurrencyUtils::Gross;
-    QTest::newRow("no such rate") << Q_INT64_C(100) << net << -1.0 << euro();
-    QTest::newRow("rate too high") << Q_INT64_C(100) << net << 1000.1 << euro();
-    QTest::newRow("rate is no number") << Q_INT64_C(100) << gross << noNumber << euro();
-    QTest::newRow("unknown currency") << Q_INT64_C(100) << gross << 20.0 << text("XYZ");
-    QTest::newRow("gold") << Q_INT64_C(100) << gross << 20.0 << text("XAU");
-    QTest::newRow("gross beyond the range") << most << net << 20.0 << euro();
-    QTest::newRow("gross one beyond") << most - 1 << net << 0.0001 << euro();
-    QTest::newRow("tax beyond the range") << most << net << 1000.0 << euro();
-    QTest::newRow("least on net") << least << net << 0.0 << euro();
-    QTest::newRow("least in gross") << least << gross << 20.0 << euro();
+    row("no such rate", Q_INT64_C(100), net, -1.0, euro());
+    row("rate too high", Q_INT64_C(100), net, 1000.1, euro());
+    row("rate is no number", Q_INT64_C(100), gross, noNumber, euro());
+    row("unknown currency", Q_INT64_C(100), gross, 20.0, "XYZ");
+    row("gold", Q_INT64_C(100), gross, 20.0, "XAU");
+    row("gross beyond the range", most, net, 20.0, euro());
+    row("gross one beyond", most - 1, net, 0.0001, euro());
+    row("tax beyond the range", most, net, 1000.0, euro());
+    row("least on net", least, net, 0.0, euro());
+    row("least in gross", least, gross, 20.0, euro());
 }
 
 void tst_CurrencyUtils::vatOfNothing()

@@ -3,6 +3,7 @@
 
 #include "DateUtils.h"
 
+#include "Columns.h"
 #include "Text.h"
 
 #include <QDateTime>
@@ -50,14 +51,12 @@ private Q_SLOTS:
 
 void tst_DateUtils::accordingToNow_data()
 {
-    QTest::addColumn<int>("days"); // from today
-    QTest::addColumn<QTime>("time");
-    QTest::addColumn<QString>("expected"); // empty where the format is used
-    QTest::addColumn<QString>("french");
-    const auto row = [](int days, const QTime& time, const char* expected, const char* french) {
-        QTest::newRow(
-            qPrintable(QString::asprintf("%d days, %s", days, qPrintable(time.toString()))))
-            << days << time << text(expected) << text(french);
+    // days: from today
+    // expected: empty where the format is used
+    const auto table = columns<int, QTime, QString, QString>("days", "time", "expected", "french");
+    const auto row = [&](int days, const QTime& time, const char* expected, const char* french) {
+        table(qPrintable(QString::asprintf("%d days, %s", days, qPrintable(time.toString()))), days,
+              time, text(expected), text(french));
     };
     const QTime first(0, 0);
     const QTime last(23, 59, 59, 999);
@@ -114,10 +113,9 @@ void tst_DateUtils::translated()
 
 void tst_DateUtils::formats_data()
 {
-    QTest::addColumn<int>("format");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("ISO") << int(Qt::ISODate) << text("2001-02-03T04:05:06");
-    QTest::newRow("text") << int(Qt::TextDate) << text("Sat Feb 3 04:05:06 2001");
+    const auto row = columns<int, QString>("format", "expected");
+    row("ISO", int(Qt::ISODate), "2001-02-03T04:05:06");
+    row("text", int(Qt::TextDate), "Sat Feb 3 04:05:06 2001");
 }
 
 void tst_DateUtils::formats()

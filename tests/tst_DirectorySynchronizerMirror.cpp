@@ -4,6 +4,7 @@
 // DirectorySynchronizer where much happens at once: what the mirror holds during and after it.
 
 #include "ChildRole.h"
+#include "Columns.h"
 #include "DirectorySynchronizer.h"
 #include "DirectoryWatcher.h"
 #include "KillMoments.h"
@@ -60,6 +61,12 @@ int mirrorUntilKilled()
 }
 
 /// How often a storm is repeated: ORVAUTILS_STORMS times, or three times.
+/// Lets \a synchronizer take what has changed for complete after a moment.
+void settleQuickly(const DirectorySynchronizer& synchronizer)
+{
+    synchronizer.findChild<DirectoryWatcher*>()->setSettleTime(150);
+}
+
 int stormCount()
 {
     const int wanted = qEnvironmentVariableIntValue("ORVAUTILS_STORMS");
@@ -151,13 +158,12 @@ void tst_DirectorySynchronizerMirror::fillAndStart(DirectorySynchronizer* synchr
 
 void tst_DirectorySynchronizerMirror::overlappingFoldersAreRefused_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("destination");
-    QTest::newRow("inside") << QStringLiteral("src") << QStringLiteral("src/mirror");
-    QTest::newRow("deep inside") << QStringLiteral("src") << QStringLiteral("src/x/y/mirror");
-    QTest::newRow("contains") << QStringLiteral("src/x") << QStringLiteral("src");
-    QTest::newRow("same") << QStringLiteral("src") << QStringLiteral("./src/");
-    QTest::newRow("through a link") << QStringLiteral("src") << QStringLiteral("link/mirror");
+    const auto row = columns<QString, QString>("source", "destination");
+    row("inside", "src", "src/mirror");
+    row("deep inside", "src", "src/x/y/mirror");
+    row("contains", "src/x", "src");
+    row("same", "src", "./src/");
+    row("through a link", "src", "link/mirror");
 }
 
 void tst_DirectorySynchronizerMirror::overlappingFoldersAreRefused()
@@ -190,11 +196,7 @@ void tst_DirectorySynchronizerMirror::overlappingFoldersAreRefused()
 
 void tst_DirectorySynchronizerMirror::deletedByReceiver_data()
 {
-    QTest::addColumn<QString>("signal");
-    QTest::addColumn<QString>("act");
-    const auto row = [](const char* name, const char* signal, const char* act) {
-        QTest::newRow(name) << QString::fromLatin1(signal) << QString::fromLatin1(act);
-    };
+    const auto row = columns<QString, QString>("signal", "act");
     row("error, missing source", SIGNAL(error(QString)), "missing");
     row("failed, missing source", SIGNAL(failed(QString, QString)), "missing");
     row("error, nested", SIGNAL(error(QString)), "nested");
@@ -327,13 +329,11 @@ void tst_DirectorySynchronizerMirror::otherKindOfEntry()
 
 void tst_DirectorySynchronizerMirror::inTheWay_data()
 {
-    QTest::addColumn<QString>("obstacle");
-    QTest::addColumn<QString>("target");
-    QTest::newRow("a file above") << QStringLiteral("dst/x") << QString();
-    QTest::newRow("a broken link above") << QStringLiteral("dst/x") << QStringLiteral("nowhere");
-    QTest::newRow("a broken link") << QStringLiteral("dst/x/b") << QStringLiteral("nowhere");
-    QTest::newRow("a link to a folder")
-        << QStringLiteral("dst/x/b") << QStringLiteral("../../outside");
+    const auto row = columns<QString, QString>("obstacle", "target");
+    row("a file above", "dst/x", QString());
+    row("a broken link above", "dst/x", "nowhere");
+    row("a broken link", "dst/x/b", "nowhere");
+    row("a link to a folder", "dst/x/b", "../../outside");
 }
 
 // What stands in the place of a mirror, or of a folder above it, gives way; what a link leads to
@@ -370,9 +370,9 @@ void tst_DirectorySynchronizerMirror::nothingIsClearedForAMissingFile()
 
 void tst_DirectorySynchronizerMirror::unreadableForAMoment_data()
 {
-    QTest::addColumn<QString>("closed");
-    QTest::newRow("file") << QStringLiteral("src/d1/f1");
-    QTest::newRow("folder") << QStringLiteral("src/d1");
+    const auto row = columns<QString>("closed");
+    row("file", "src/d1/f1");
+    row("folder", "src/d1");
 }
 
 void tst_DirectorySynchronizerMirror::unreadableForAMoment()
@@ -544,9 +544,9 @@ void tst_DirectorySynchronizerMirror::isEqual()
 
 void tst_DirectorySynchronizerMirror::isEqualNeedsFolders_data()
 {
-    QTest::addColumn<QString>("unreadable");
-    QTest::newRow("source") << QStringLiteral("src/x");
-    QTest::newRow("destination") << QStringLiteral("dst/x");
+    const auto row = columns<QString>("unreadable");
+    row("source", "src/x");
+    row("destination", "dst/x");
 }
 
 void tst_DirectorySynchronizerMirror::isEqualNeedsFolders()
@@ -583,16 +583,14 @@ void tst_DirectorySynchronizerMirror::stops()
 
 void tst_DirectorySynchronizerMirror::storms_data()
 {
-    QTest::addColumn<QString>("step");
-    QTest::newRow("renamed over each other")
-        << QStringLiteral("mv d0/f0 d0/f3; echo $i > d0/f0; mv d1/f1 d0/f0; echo $i > d1/f1");
-    QTest::newRow("written beside and renamed")
-        << QStringLiteral("echo $i > .t; mv .t d0/f0; echo $i > d2/t; mv d2/t d1/f1");
-    QTest::newRow("folders that change places")
-        << QStringLiteral("mv d0 d9; mv d1 d0; mv d9 d1; echo $i > d0/f$((i%5))");
-    QTest::newRow("files and folders")
-        << QStringLiteral("rm -rf e; echo $i > e; rm e; mkdir e; echo $i > e/f; mv e d0/e$((i%3))x "
-                          "2>/dev/null; rm -rf d0/e$((i%3))x; mkdir -p e");
+    const auto row = columns<QString>("step");
+    row("renamed over each other",
+        "mv d0/f0 d0/f3; echo $i > d0/f0; mv d1/f1 d0/f0; echo $i > d1/f1");
+    row("written beside and renamed", "echo $i > .t; mv .t d0/f0; echo $i > d2/t; mv d2/t d1/f1");
+    row("folders that change places", "mv d0 d9; mv d1 d0; mv d9 d1; echo $i > d0/f$((i%5))");
+    row("files and folders",
+        "rm -rf e; echo $i > e; rm e; mkdir e; echo $i > e/f; mv e d0/e$((i%3))x "
+        "2>/dev/null; rm -rf d0/e$((i%3))x; mkdir -p e");
 }
 
 // The mirror holds what the source holds, whatever was renamed and however fast.
@@ -606,8 +604,7 @@ void tst_DirectorySynchronizerMirror::storms()
     for (int storm = 0; storm < storms; ++storm) {
         init();
         DirectorySynchronizer synchronizer;
-        auto* watcher = synchronizer.findChild<DirectoryWatcher*>();
-        watcher->setSettleTime(150);
+        settleQuickly(synchronizer);
         fillAndStart(&synchronizer);
         QProcess process;
         process.start(QStringLiteral("sh"),
@@ -637,8 +634,7 @@ void tst_DirectorySynchronizerMirror::slowReceiver()
     for (int run = 0; run < runs; ++run) {
         init();
         SpiedSynchronizer synchronizer;
-        auto* watcher = synchronizer.findChild<DirectoryWatcher*>();
-        watcher->setSettleTime(150);
+        settleQuickly(synchronizer);
         fillAndStart(&synchronizer);
         connect(&synchronizer, &DirectorySynchronizer::mirrored, [] { QThread::msleep(40); });
         QProcess process;

@@ -3,6 +3,7 @@
 
 #include "DirectoryWatcher.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "Sandbox.h"
@@ -145,9 +146,9 @@ void tst_DirectoryWatcher::missingRoot()
 
 void tst_DirectoryWatcher::signalsStayBlockedOrNot_data()
 {
-    QTest::addColumn<bool>("blocked");
-    QTest::newRow("blocked") << true;
-    QTest::newRow("not blocked") << false;
+    const auto row = columns<bool>("blocked");
+    row("blocked", true);
+    row("not blocked", false);
 }
 
 void tst_DirectoryWatcher::signalsStayBlockedOrNot()
@@ -374,11 +375,10 @@ void tst_DirectoryWatcher::rootVanishes()
 
 void tst_DirectoryWatcher::rootWithSlashOrRelative_data()
 {
-    QTest::addColumn<QString>("suffix");
-    QTest::addColumn<bool>("relative");
-    QTest::newRow("with slash") << QStringLiteral("/") << false;
-    QTest::newRow("relative") << QString() << true;
-    QTest::newRow("relative with slash") << QStringLiteral("/") << true;
+    const auto row = columns<QString, bool>("suffix", "relative");
+    row("with slash", "/", false);
+    row("relative", QString(), true);
+    row("relative with slash", "/", true);
 }
 
 void tst_DirectoryWatcher::rootWithSlashOrRelative()
@@ -501,12 +501,12 @@ void tst_DirectoryWatcher::deletedByReceiver()
 
 void tst_DirectoryWatcher::deletedAtOnceByReceiver_data()
 {
-    QTest::addColumn<bool>("byPlatform"); // or the slot is called by hand
-    QTest::addColumn<QString>("change");
+    // byPlatform: or the slot is called by hand
+    const auto row = columns<bool, QString>("byPlatform", "change");
     for (const bool byPlatform : {true, false}) {
         for (const char* change : {"add", "modify", "remove"}) {
-            QTest::newRow((QByteArray(change) + (byPlatform ? "" : ", by hand")).constData())
-                << byPlatform << QString::fromLatin1(change);
+            row((QByteArray(change) + (byPlatform ? "" : ", by hand")).constData(), byPlatform,
+                QString::fromLatin1(change));
         }
     }
 }
@@ -556,9 +556,9 @@ void tst_DirectoryWatcher::deletedAtOnceByReceiver()
 
 void tst_DirectoryWatcher::deletedAtOnceInSecondLook_data()
 {
-    QTest::addColumn<bool>("adds");
-    QTest::newRow("new file") << true;
-    QTest::newRow("vanished file") << false;
+    const auto row = columns<bool>("adds");
+    row("new file", true);
+    row("vanished file", false);
 }
 
 void tst_DirectoryWatcher::deletedAtOnceInSecondLook()

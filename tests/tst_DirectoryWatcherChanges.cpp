@@ -6,10 +6,12 @@
 
 #include "DirectoryWatcher.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "Sandbox.h"
 #include "SpiedSignals.h"
+#include "Text.h"
 
 #include <QFileSystemWatcher>
 #include <QPointer>
@@ -38,6 +40,15 @@ void removeTree(const QString& path)
 {
     if (!QDir(path).removeRecursively())
         qFatal("cannot remove %s", qPrintable(path));
+}
+
+void empty(const QString& folder)
+{
+    const QDir dir(folder);
+    for (const QString& name : dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        removeTree(dir.filePath(name));
+    for (const QString& name : dir.entryList(QDir::Files))
+        removeFile(dir.filePath(name));
 }
 
 } // namespace
@@ -72,6 +83,8 @@ private Q_SLOTS:
     void settlesNotBeforeAnything();
     void stops();
     void stopsFromReceiver();
+    void stopsAtFirstReport_data();
+    void stopsAtFirstReport();
 
 private:
     QString path(const QString& name) const { return mRoot + QLatin1Char('/') + name; }
@@ -161,10 +174,10 @@ void tst_DirectoryWatcherChanges::madeWhileTheTreeIsScanned()
 
 void tst_DirectoryWatcherChanges::unreadableForAMoment_data()
 {
-    QTest::addColumn<QString>("closed");
-    QTest::newRow("file") << QStringLiteral("x/y/a");
-    QTest::newRow("folder") << QStringLiteral("x/y");
-    QTest::newRow("folder above") << QStringLiteral("x");
+    const auto row = columns<QString>("closed");
+    row("file", "x/y/a");
+    row("folder", "x/y");
+    row("folder above", "x");
 }
 
 void tst_DirectoryWatcherChanges::unreadableForAMoment()
@@ -269,11 +282,11 @@ void tst_DirectoryWatcherChanges::unreadableDoesNotHideOthers()
 
 void tst_DirectoryWatcherChanges::renamedOverEachOther_data()
 {
-    QTest::addColumn<int>("handledEvery"); // steps
-    QTest::newRow("handled at once") << 1;
-    QTest::newRow("handled every other time") << 2;
-    QTest::newRow("handled seldom") << 7;
-    QTest::newRow("handled at the end") << 1000;
+    const auto row = columns<int>("handledEvery"); // steps
+    row("handled at once", 1);
+    row("handled every other time", 2);
+    row("handled seldom", 7);
+    row("handled at the end", 1000);
 }
 
 void tst_DirectoryWatcherChanges::renamedOverEachOther()
@@ -315,10 +328,10 @@ void tst_DirectoryWatcherChanges::renamedOverEachOther()
 
 void tst_DirectoryWatcherChanges::swappedFolder_data()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("in the root") << QStringLiteral("s");
-    QTest::newRow("further down") << QStringLiteral("s/a");
-    QTest::newRow("at the bottom") << QStringLiteral("s/a/b");
+    const auto row = columns<QString>("folder");
+    row("in the root", "s");
+    row("further down", "s/a");
+    row("at the bottom", "s/a/b");
 }
 
 // One folder for another, in one step: nothing of the folder itself tells.
@@ -391,9 +404,9 @@ void tst_DirectoryWatcherChanges::awayWhileReported()
 
 void tst_DirectoryWatcherChanges::anotherKind_data()
 {
-    QTest::addColumn<bool>("isSeenGone");
-    QTest::newRow("after a while") << true;
-    QTest::newRow("at once") << false;
+    const auto row = columns<bool>("isSeenGone");
+    row("after a while", true);
+    row("at once", false);
 }
 
 void tst_DirectoryWatcherChanges::anotherKind()
@@ -679,6 +692,82 @@ void tst_DirectoryWatcherChanges::stopsFromReceiver()
     QTRY_COMPARE(watcher.added.count(), 1);
     handleEvents();
     QCOMPARE(watcher.added.count(), 1);
+}
+
+void tst_DirectoryWatcherChanges::stopsAtFirstReport_data()
+{
+    // before, after: the files below the root; a folder ends with "/"
+    const auto row = columns<QStringList, QStringList, bool>("before", "after", "byPlatform");
+    const struct
+    {
+        const char* name;
+        QStringList before;
+        QStringList after;
+    } changes[] = {
+        {"a folder becomes a file", {text("x/a"), text("x/b")}, {text("x")}},
+        {"a file becomes a folder", {text("x")}, {text("x/a"), text("x/b")}},
+        {"a file becomes an empty folder", {text("x"), text("y")}, {text("x/"), text("y/")}},
+        {"another folder, without two files",
+         {text("x/a"), text("x/b"), text("x/y/c")},
+         {text("x/b")}},
+        {"another folder, with other contents",
+         {text("x/a"), text("x/b")},
+         {text("x/a"), text("x/b")}},
+        {"everything goes", {text("a"), text("x/b")}, {}},
+    };
+    for (const auto& change : changes) {
+        for (const bool byPlatform : {true, false}) {
+            row((QByteArray(change.name) + (byPlatform ? "" : ", by hand")).constData(),
+                change.before, change.after, byPlatform);
+        }
+    }
+}
+
+// Whatever is left to tell of a change, a receiver that ends the watching hears nothing of it.
+void tst_DirectoryWatcherChanges::stopsAtFirstReport()
+{
+    QFETCH(QStringList, before);
+    QFETCH(QStringList, after);
+    QFETCH(bool, byPlatform);
+    int version = 0;
+    const auto make = [&](const QStringList& entries) {
+        ++version;
+        for (const QString& entry : entries) {
+            if (entry.endsWith(QLatin1Char('/')))
+                makeFolder(path(entry));
+            else
+                writeFile(path(entry), QByteArray(version, 'x'));
+        }
+    };
+    for (const bool deletes : {false, true}) {
+        make(before);
+        auto* watcher = new DirectoryWatcher(this);
+        QVERIFY(watcher->setPath(mRoot));
+        handleEvents();
+        if (!byPlatform)
+            watcher->findChild<QFileSystemWatcher*>()->blockSignals(true);
+        int reports = 0;
+        const auto end = [&] {
+            ++reports;
+            if (deletes)
+                delete watcher;
+            else
+                watcher->stop();
+        };
+        connect(watcher, &DirectoryWatcher::addedFiles, this, end);
+        connect(watcher, &DirectoryWatcher::modifiedFile, this, end);
+        connect(watcher, &DirectoryWatcher::deletedFile, this, end);
+        empty(mRoot);
+        make(after);
+        if (!byPlatform)
+            watcher->onDirMod(mRoot);
+        QTRY_COMPARE(reports, 1);
+        handleEvents();
+        QCOMPARE(reports, 1);
+        if (!deletes)
+            delete watcher;
+        empty(mRoot);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_DirectoryWatcherChanges)

@@ -3,6 +3,8 @@
 
 #include "DrawUtils.h"
 
+#include "Columns.h"
+
 #include <QImage>
 #include <QLabel>
 #include <QPainter>
@@ -65,9 +67,9 @@ QRect painted(const QImage& image)
 
 void addRatios()
 {
-    QTest::addColumn<int>("ratio");
-    QTest::newRow("ratio 1") << 1;
-    QTest::newRow("ratio 2") << 2;
+    const auto row = columns<int>("ratio");
+    row("ratio 1", 1);
+    row("ratio 2", 2);
 }
 
 } // namespace
@@ -141,15 +143,14 @@ void tst_DrawUtils::widgetFont()
 
 void tst_DrawUtils::smoothPixmap_data()
 {
-    QTest::addColumn<QSize>("pixmapSize");
-    QTest::addColumn<QRect>("rect");
-    QTest::addColumn<bool>("allSeen"); // whether every pixel of the source has its share
-    QTest::newRow("scaled first: 60 into 6") << QSize(60, 60) << QRect(3, 4, 6, 6) << true;
-    QTest::newRow("wide alone is enough") << QSize(60, 6) << QRect(3, 4, 6, 60) << true;
-    QTest::newRow("high alone is enough") << QSize(45, 600) << QRect(3, 4, 4, 6) << true;
-    QTest::newRow("flat alone is enough") << QSize(600, 600) << QRect(3, 4, 55, 6) << true;
-    QTest::newRow("50 is not larger than 50") << QSize(50, 50) << QRect(3, 4, 5, 5) << false;
-    QTest::newRow("50 is not smaller than 50") << QSize(600, 600) << QRect(3, 4, 50, 50) << false;
+    const auto row = columns<QSize, QRect, bool>(
+        "pixmapSize", "rect", "allSeen"); // whether every pixel of the source has its share
+    row("scaled first: 60 into 6", QSize(60, 60), QRect(3, 4, 6, 6), true);
+    row("wide alone is enough", QSize(60, 6), QRect(3, 4, 6, 60), true);
+    row("high alone is enough", QSize(45, 600), QRect(3, 4, 4, 6), true);
+    row("flat alone is enough", QSize(600, 600), QRect(3, 4, 55, 6), true);
+    row("50 is not larger than 50", QSize(50, 50), QRect(3, 4, 5, 5), false);
+    row("50 is not smaller than 50", QSize(600, 600), QRect(3, 4, 50, 50), false);
 }
 
 void tst_DrawUtils::smoothPixmap()
@@ -187,25 +188,20 @@ void tst_DrawUtils::smoothPixmap()
 
 void tst_DrawUtils::tiledPixmap_data()
 {
-    QTest::addColumn<QRect>("clip");
-    QTest::addColumn<bool>("firstColumn");
-    QTest::addColumn<bool>("firstRow");
-    QTest::addColumn<QRect>("bounds");
+    const auto table =
+        columns<QRect, bool, bool, QRect>("clip", "firstColumn", "firstRow", "bounds");
     // Tiles of 10 x 8. Worked out by the steps: x = left, left + 10, ... while below the width;
     // y = 0, 8, ... while below the height; clipped.
-    QTest::newRow("all") << QRect(0, 0, 25, 20) << true << true << QRect(0, 0, 25, 20);
-    QTest::newRow("no first column")
-        << QRect(0, 0, 25, 20) << false << true << QRect(10, 0, 15, 20);
-    QTest::newRow("no first row") << QRect(0, 0, 25, 20) << true << false << QRect(0, 8, 25, 12);
-    QTest::newRow("neither") << QRect(0, 0, 25, 20) << false << false << QRect(10, 8, 15, 12);
+    table("all", QRect(0, 0, 25, 20), true, true, QRect(0, 0, 25, 20));
+    table("no first column", QRect(0, 0, 25, 20), false, true, QRect(10, 0, 15, 20));
+    table("no first row", QRect(0, 0, 25, 20), true, false, QRect(0, 8, 25, 12));
+    table("neither", QRect(0, 0, 25, 20), false, false, QRect(10, 8, 15, 12));
     // Columns at 5 and 15 only, since 25 is not below 25: they end at 25, where the clip ends
     // at 30.
-    QTest::newRow("clip off the origin")
-        << QRect(5, 0, 25, 20) << true << true << QRect(5, 0, 20, 20);
+    table("clip off the origin", QRect(5, 0, 25, 20), true, true, QRect(5, 0, 20, 20));
     // Rows at 0, 8 and 16: what lies above the clip's top is cut off; they end at 24, not at 26.
-    QTest::newRow("clip below the origin")
-        << QRect(0, 6, 25, 20) << true << true << QRect(0, 6, 25, 18);
-    QTest::newRow("one tile, not wanted") << QRect(0, 0, 10, 8) << false << true << QRect();
+    table("clip below the origin", QRect(0, 6, 25, 20), true, true, QRect(0, 6, 25, 18));
+    table("one tile, not wanted", QRect(0, 0, 10, 8), false, true, QRect());
 }
 
 void tst_DrawUtils::tiledPixmap()
@@ -279,11 +275,10 @@ void tst_DrawUtils::undefinedOblique()
 
 void tst_DrawUtils::undefinedStraight_data()
 {
-    QTest::addColumn<bool>("black");
-    QTest::addColumn<QRgb>("color");
+    const auto row = columns<bool, QRgb>("black", "color");
     // Alpha 0.9 over white: 0 + 255 * 0.1 = 25.5.
-    QTest::newRow("black") << true << qRgb(25, 25, 25);
-    QTest::newRow("red") << false << qRgb(255, 25, 25);
+    row("black", true, qRgb(25, 25, 25));
+    row("red", false, qRgb(255, 25, 25));
 }
 
 void tst_DrawUtils::undefinedStraight()
@@ -383,12 +378,13 @@ void tst_DrawUtils::informativeMessageRounded()
 
 void tst_DrawUtils::roundedShape_data()
 {
-    QTest::addColumn<QVector<int>>("radii"); // top left, top right, bottom right, bottom left
-    QTest::newRow("all different") << QVector<int>({4, 12, 20, 8});
-    QTest::newRow("all equal") << QVector<int>({10, 10, 10, 10});
-    QTest::newRow("square") << QVector<int>({0, 0, 0, 0});
-    QTest::newRow("one round") << QVector<int>({0, 0, 25, 0});
-    QTest::newRow("negative is square") << QVector<int>({-5, 10, -5, 10});
+    const auto row =
+        columns<QVector<int>>("radii"); // top left, top right, bottom right, bottom left
+    row("all different", QVector<int>({4, 12, 20, 8}));
+    row("all equal", QVector<int>({10, 10, 10, 10}));
+    row("square", QVector<int>({0, 0, 0, 0}));
+    row("one round", QVector<int>({0, 0, 25, 0}));
+    row("negative is square", QVector<int>({-5, 10, -5, 10}));
 }
 
 void tst_DrawUtils::roundedShape()

@@ -3,6 +3,8 @@
 
 #include "DrawingCountZoneHelper.h"
 
+#include "Columns.h"
+
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
@@ -86,17 +88,16 @@ void tst_DrawingCountZoneHelper::size()
 
 void tst_DrawingCountZoneHelper::placement_data()
 {
-    QTest::addColumn<Qt::Alignment>("alignment");
-    QTest::addColumn<int>("horizontal"); // -1 at the left, 0 in the middle, 1 at the right
-    QTest::addColumn<int>("vertical");
-    QTest::newRow("default") << Qt::Alignment(132) << 0 << 0;
-    QTest::newRow("none") << Qt::Alignment() << 0 << 0;
-    QTest::newRow("left") << Qt::Alignment(1) << -1 << 0;
-    QTest::newRow("right") << Qt::Alignment(2) << 1 << 0;
-    QTest::newRow("top") << Qt::Alignment(32) << 0 << -1;
-    QTest::newRow("bottom") << Qt::Alignment(64) << 0 << 1;
-    QTest::newRow("top left") << Qt::Alignment(33) << -1 << -1;
-    QTest::newRow("bottom right") << Qt::Alignment(66) << 1 << 1;
+    // horizontal: -1 at the left, 0 in the middle, 1 at the right
+    const auto row = columns<Qt::Alignment, int, int>("alignment", "horizontal", "vertical");
+    row("default", Qt::Alignment(132), 0, 0);
+    row("none", Qt::Alignment(), 0, 0);
+    row("left", Qt::Alignment(1), -1, 0);
+    row("right", Qt::Alignment(2), 1, 0);
+    row("top", Qt::Alignment(32), 0, -1);
+    row("bottom", Qt::Alignment(64), 0, 1);
+    row("top left", Qt::Alignment(33), -1, -1);
+    row("bottom right", Qt::Alignment(66), 1, 1);
 }
 
 void tst_DrawingCountZoneHelper::placement()
@@ -157,9 +158,9 @@ void tst_DrawingCountZoneHelper::nothingBehindByDefault()
 
 void tst_DrawingCountZoneHelper::gradient_data()
 {
-    QTest::addColumn<int>("ratio");
-    QTest::newRow("ratio 1") << 1;
-    QTest::newRow("ratio 2") << 2;
+    const auto row = columns<int>("ratio");
+    row("ratio 1", 1);
+    row("ratio 2", 2);
 }
 
 void tst_DrawingCountZoneHelper::gradient()

@@ -3,6 +3,7 @@
 
 #include "Errorable.h"
 
+#include "Columns.h"
 #include "DocumentedErrorTree.h"
 #include "LogCapture.h"
 
@@ -281,15 +282,14 @@ void tst_Errorable::registeredElsewhere()
 
 void tst_Errorable::locations_data()
 {
-    QTest::addColumn<QByteArray>("file"); // null for an absent text
-    QTest::addColumn<int>("line");
-    QTest::addColumn<QString>("location");
-    QTest::newRow("file and line") << QByteArray("a.cpp") << 12 << QStringLiteral("a.cpp:12");
-    QTest::newRow("absent") << QByteArray() << 12 << QStringLiteral(":12");
-    QTest::newRow("empty") << QByteArray("") << 0 << QStringLiteral(":0");
-    QTest::newRow("negative line") << QByteArray("a.cpp") << -1 << QStringLiteral("a.cpp:-1");
-    QTest::newRow("placeholders") << QByteArray("%2/%1.cpp") << 5 << QStringLiteral("%2/%1.cpp:5");
-    QTest::newRow("accents") << QByteArray("\xc3\xa9.cpp") << 5 << QStringLiteral("\u00e9.cpp:5");
+    // file: null for an absent text
+    const auto row = columns<QByteArray, int, QString>("file", "line", "location");
+    row("file and line", "a.cpp", 12, "a.cpp:12");
+    row("absent", QByteArray(), 12, ":12");
+    row("empty", "", 0, ":0");
+    row("negative line", "a.cpp", -1, "a.cpp:-1");
+    row("placeholders", "%2/%1.cpp", 5, "%2/%1.cpp:5");
+    row("accents", QByteArray("\xc3\xa9.cpp"), 5, "\u00e9.cpp:5");
 }
 
 void tst_Errorable::locations()
@@ -684,12 +684,10 @@ void tst_Errorable::childIsDestroyed()
 void tst_Errorable::widgetsAreDestroyed_data()
 {
     // What the leaf, a child of the middle, does in its destructor.
-    QTest::addColumn<bool>("inErrorBefore");
-    QTest::addColumn<bool>("raises");
-    QTest::addColumn<bool>("clears");
-    QTest::newRow("raises an error") << false << true << false;
-    QTest::newRow("clears its error") << true << false << true;
-    QTest::newRow("clears, then raises") << true << true << true;
+    const auto row = columns<bool, bool, bool>("inErrorBefore", "raises", "clears");
+    row("raises an error", false, true, false);
+    row("clears its error", true, false, true);
+    row("clears, then raises", true, true, true);
 }
 
 void tst_Errorable::widgetsAreDestroyed()

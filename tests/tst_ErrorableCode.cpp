@@ -3,6 +3,7 @@
 
 #include "ErrorableCode.h"
 
+#include "Columns.h"
 #include "Errorable.h"
 
 #include <QtTest>
@@ -90,16 +91,14 @@ void tst_ErrorableCode::fields()
 
 void tst_ErrorableCode::valid_data()
 {
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<bool>("expected");
+    const auto row = columns<QString, int, bool>("context", "number", "expected");
     const QString none = QStringLiteral("ErrorableCode : N0 ERROR");
-    QTest::newRow("no error") << none << -1 << false;
-    QTest::newRow("only the code") << none << 0 << true;
-    QTest::newRow("only the context") << QStringLiteral("Files") << -1 << true;
-    QTest::newRow("empty context") << QString() << -1 << true;
-    QTest::newRow("another case") << QStringLiteral("ErrorableCode : N0 error") << -1 << true;
-    QTest::newRow("both") << QStringLiteral("Files") << 3 << true;
+    row("no error", none, -1, false);
+    row("only the code", none, 0, true);
+    row("only the context", "Files", -1, true);
+    row("empty context", QString(), -1, true);
+    row("another case", "ErrorableCode : N0 error", -1, true);
+    row("both", "Files", 3, true);
 }
 
 void tst_ErrorableCode::valid()
@@ -115,13 +114,11 @@ void tst_ErrorableCode::valid()
 
 void tst_ErrorableCode::equal_data()
 {
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("same") << QStringLiteral("A") << 12 << true;
-    QTest::newRow("another code") << QStringLiteral("A") << 13 << false;
-    QTest::newRow("another context") << QStringLiteral("B") << 12 << false;
-    QTest::newRow("same text of both together") << QStringLiteral("A1") << 2 << false;
+    const auto row = columns<QString, int, bool>("context", "number", "expected");
+    row("same", "A", 12, true);
+    row("another code", "A", 13, false);
+    row("another context", "B", 12, false);
+    row("same text of both together", "A1", 2, false);
 }
 
 void tst_ErrorableCode::equal()
@@ -138,24 +135,18 @@ void tst_ErrorableCode::equal()
 
 void tst_ErrorableCode::less_data()
 {
-    QTest::addColumn<QString>("leftContext");
-    QTest::addColumn<int>("leftCode");
-    QTest::addColumn<QString>("rightContext");
-    QTest::addColumn<int>("rightCode");
-    QTest::addColumn<bool>("isLess");
-    QTest::addColumn<bool>("isGreater");
+    const auto row = columns<QString, int, QString, int, bool, bool>(
+        "leftContext", "leftCode", "rightContext", "rightCode", "isLess", "isGreater");
     const QString a = QStringLiteral("A");
-    QTest::newRow("same") << a << 1 << a << 1 << false << false;
-    QTest::newRow("A10 before A9") << a << 10 << a << 9 << true << false;
-    QTest::newRow("A9 before A90") << a << 9 << a << 90 << true << false;
-    QTest::newRow("A12 and A12") << a << 12 << QStringLiteral("A1") << 2 << false << false;
-    QTest::newRow("A-1 before A0") << a << -1 << a << 0 << true << false;
-    QTest::newRow("A-1 before A-2") << a << -1 << a << -2 << true << false;
-    QTest::newRow("by context") << a << 9 << QStringLiteral("B") << 1 << true << false;
-    QTest::newRow("capitals first")
-        << QStringLiteral("B") << 1 << QStringLiteral("a") << 1 << true << false;
-    QTest::newRow("by code unit, not by language")
-        << QStringLiteral("z") << 1 << QStringLiteral("\u00e9") << 1 << true << false;
+    row("same", a, 1, a, 1, false, false);
+    row("A10 before A9", a, 10, a, 9, true, false);
+    row("A9 before A90", a, 9, a, 90, true, false);
+    row("A12 and A12", a, 12, "A1", 2, false, false);
+    row("A-1 before A0", a, -1, a, 0, true, false);
+    row("A-1 before A-2", a, -1, a, -2, true, false);
+    row("by context", a, 9, "B", 1, true, false);
+    row("capitals first", "B", 1, "a", 1, true, false);
+    row("by code unit, not by language", "z", 1, "\u00e9", 1, true, false);
 }
 
 void tst_ErrorableCode::less()
@@ -197,38 +188,22 @@ void tst_ErrorableCode::callStepsNE()
 
 void tst_ErrorableCode::toString_data()
 {
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QStringList>("steps");
-    QTest::addColumn<QString>("details");
-    QTest::addColumn<QString>("enumText");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("callStack");
+    const auto row = columns<QString, int, QStringList, QString, QString, QString, QString>(
+        "context", "number", "steps", "details", "enumText", "text", "callStack");
     const QString files = QStringLiteral("Files");
     const QString copyFailed = QStringLiteral("CopyFailed");
-    QTest::newRow("no details") << files << 3 << QStringList() << QString() << copyFailed
-                                << QStringLiteral("Files:CopyFailed (#3) ()")
-                                << QStringLiteral("\n#Call Stack empty");
-    QTest::newRow("one step") << files << 3 << QStringList(QStringLiteral("a.cpp:1"))
-                              << QStringLiteral("disk full") << copyFailed
-                              << QStringLiteral("Files:CopyFailed (#3) (disk full)")
-                              << QStringLiteral("\n#Call Stack\n=>a.cpp:1");
-    QTest::newRow("two steps") << files << -3
-                               << QStringList({QStringLiteral("a.cpp:1"), QStringLiteral("W (NE)")})
-                               << QString() << QString() << QStringLiteral("Files: (#-3) ()")
-                               << QStringLiteral("\n#Call Stack\n=>a.cpp:1\n=>W (NE)");
-    QTest::newRow("one empty step")
-        << files << 3 << QStringList(QString()) << QString() << copyFailed
-        << QStringLiteral("Files:CopyFailed (#3) ()") << QStringLiteral("\n#Call Stack\n=>");
-    QTest::newRow("no error") << QStringLiteral("ErrorableCode : N0 ERROR") << -1 << QStringList()
-                              << QString() << QString()
-                              << QStringLiteral("ErrorableCode : N0 ERROR: (#-1) ()")
-                              << QStringLiteral("\n#Call Stack empty");
-    QTest::newRow("placeholders in the values")
-        << QStringLiteral("%2 %4") << 3 << QStringList(QStringLiteral("%1"))
-        << QStringLiteral("%1%2%3%4") << QStringLiteral("%3 %1 %99")
-        << QStringLiteral("%2 %4:%3 %1 %99 (#3) (%1%2%3%4)")
-        << QStringLiteral("\n#Call Stack\n=>%1");
+    row("no details", files, 3, QStringList(), QString(), copyFailed, "Files:CopyFailed (#3) ()",
+        "\n#Call Stack empty");
+    row("one step", files, 3, QStringList(QStringLiteral("a.cpp:1")), "disk full", copyFailed,
+        "Files:CopyFailed (#3) (disk full)", "\n#Call Stack\n=>a.cpp:1");
+    row("two steps", files, -3, QStringList({QStringLiteral("a.cpp:1"), QStringLiteral("W (NE)")}),
+        QString(), QString(), "Files: (#-3) ()", "\n#Call Stack\n=>a.cpp:1\n=>W (NE)");
+    row("one empty step", files, 3, QStringList(QString()), QString(), copyFailed,
+        "Files:CopyFailed (#3) ()", "\n#Call Stack\n=>");
+    row("no error", "ErrorableCode : N0 ERROR", -1, QStringList(), QString(), QString(),
+        "ErrorableCode : N0 ERROR: (#-1) ()", "\n#Call Stack empty");
+    row("placeholders in the values", "%2 %4", 3, QStringList(QStringLiteral("%1")), "%1%2%3%4",
+        "%3 %1 %99", "%2 %4:%3 %1 %99 (#3) (%1%2%3%4)", "\n#Call Stack\n=>%1");
 }
 
 void tst_ErrorableCode::toString()
@@ -275,22 +250,20 @@ void tst_ErrorableCode::messages()
 
 void tst_ErrorableCode::debugOutput_data()
 {
-    QTest::addColumn<ErrorableCode>("code");
-    QTest::addColumn<QString>("text");
+    const auto row = columns<ErrorableCode, QString>("code", "text");
     ErrorableCode code;
-    QTest::newRow("no error") << code << "ErrorableCode()";
+    row("no error", code, "ErrorableCode()");
     code.details = QStringLiteral("details");
     code.addCallStep(QStringLiteral("a.cpp:1"));
-    QTest::newRow("no error with other fields") << code << "ErrorableCode()";
+    row("no error with other fields", code, "ErrorableCode()");
     code = makeCode(QStringLiteral("Files"), 3);
     code.mEnumText = QStringLiteral("CopyFailed");
-    QTest::newRow("without steps") << code << R"x(ErrorableCode("Files:CopyFailed (#3) ()"))x";
+    row("without steps", code, R"x(ErrorableCode("Files:CopyFailed (#3) ()"))x");
     code.details = QStringLiteral("disk full");
     code.addCallStep(QStringLiteral("copier.cpp:12"));
     code.addCallStep(QStringLiteral("W (NE)"));
-    QTest::newRow("with steps")
-        << code
-        << R"x(ErrorableCode("Files:CopyFailed (#3) (disk full)", ("copier.cpp:12", "W (NE)")))x";
+    row("with steps", code,
+        R"x(ErrorableCode("Files:CopyFailed (#3) (disk full)", ("copier.cpp:12", "W (NE)")))x");
 }
 
 void tst_ErrorableCode::debugOutput()

@@ -3,6 +3,8 @@
 
 #include "EventUtils.h"
 
+#include "Columns.h"
+
 #include <QKeyEvent>
 #include <QtTest>
 
@@ -17,22 +19,17 @@ private Q_SLOTS:
 
 void tst_EventUtils::keyDelete_data()
 {
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<bool>("deletes");
-    QTest::newRow("Delete") << int(Qt::Key_Delete) << int(Qt::NoModifier) << true;
-    QTest::newRow("Delete of the keypad") << int(Qt::Key_Delete) << int(Qt::KeypadModifier) << true;
-    QTest::newRow("Backspace") << int(Qt::Key_Backspace) << int(Qt::NoModifier) << true;
-    QTest::newRow("Shift+Backspace") << int(Qt::Key_Backspace) << int(Qt::ShiftModifier) << false;
-    QTest::newRow("Control+Backspace")
-        << int(Qt::Key_Backspace) << int(Qt::ControlModifier) << false;
-    QTest::newRow("Backspace of a keypad")
-        << int(Qt::Key_Backspace) << int(Qt::KeypadModifier) << false;
-    QTest::newRow("Shift+Delete, which cuts")
-        << int(Qt::Key_Delete) << int(Qt::ShiftModifier) << false;
-    QTest::newRow("Control+Delete") << int(Qt::Key_Delete) << int(Qt::ControlModifier) << false;
-    QTest::newRow("a letter") << int(Qt::Key_X) << int(Qt::NoModifier) << false;
-    QTest::newRow("Return") << int(Qt::Key_Return) << int(Qt::NoModifier) << false;
+    const auto row = columns<int, int, bool>("key", "modifiers", "deletes");
+    row("Delete", int(Qt::Key_Delete), int(Qt::NoModifier), true);
+    row("Delete of the keypad", int(Qt::Key_Delete), int(Qt::KeypadModifier), true);
+    row("Backspace", int(Qt::Key_Backspace), int(Qt::NoModifier), true);
+    row("Shift+Backspace", int(Qt::Key_Backspace), int(Qt::ShiftModifier), false);
+    row("Control+Backspace", int(Qt::Key_Backspace), int(Qt::ControlModifier), false);
+    row("Backspace of a keypad", int(Qt::Key_Backspace), int(Qt::KeypadModifier), false);
+    row("Shift+Delete, which cuts", int(Qt::Key_Delete), int(Qt::ShiftModifier), false);
+    row("Control+Delete", int(Qt::Key_Delete), int(Qt::ControlModifier), false);
+    row("a letter", int(Qt::Key_X), int(Qt::NoModifier), false);
+    row("Return", int(Qt::Key_Return), int(Qt::NoModifier), false);
 }
 
 void tst_EventUtils::keyDelete()

@@ -5,6 +5,7 @@
 // windows driven within this one.
 
 #include "ChildProgram.h"
+#include "Columns.h"
 #include "Sandbox.h"
 #include "TestPictures.h"
 #include "Text.h"
@@ -78,9 +79,9 @@ void tst_ExamplePrograms::initTestCase()
 
 void tst_ExamplePrograms::shortPrograms_data()
 {
-    QTest::addColumn<QString>("file");
+    const auto row = columns<QString>("file");
     for (const char* name : {"import-photos.cpp", "mirror-folder.cpp", "price-editor.cpp"})
-        QTest::newRow(name) << text(EXAMPLES_DIR "/") + text(name);
+        row(name, text(EXAMPLES_DIR "/") + text(name));
 }
 
 /// What can be read at one go.
@@ -206,9 +207,9 @@ void tst_ExamplePrograms::importPhotosIsCancelled()
 
 void tst_ExamplePrograms::usage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("import-photos") << QStringList(text("site"));
-    QTest::newRow("mirror-folder") << QStringList(text("project"));
+    const auto row = columns<QStringList>("arguments");
+    row("import-photos", QStringList(text("site")));
+    row("mirror-folder", QStringList(text("project")));
 }
 
 void tst_ExamplePrograms::usage()

@@ -3,6 +3,7 @@
 
 #include "ExifEditor.h"
 
+#include "Columns.h"
 #include "ExifUtils.h"
 
 #include "JpegParts.h"
@@ -112,16 +113,17 @@ private Q_SLOTS:
     void findsBlock_data();
     void findsBlock();
     void loadsFromSequentialDevice();
+    void nothingToSave();
     void valuesAsInFile_data();
     void valuesAsInFile();
     void unknownTypes();
 
     void sameValueChangesNothing();
-    void shorterValueStaysInPlace_data();
+    void shorterValueStaysInPlace_data() { valuesAsInFile_data(); }
     void shorterValueStaysInPlace();
     void longerValueGoesToTheEnd();
     void valueMovesIntoEntry();
-    void newTagMovesDirectory_data();
+    void newTagMovesDirectory_data() { valuesAsInFile_data(); }
     void newTagMovesDirectory();
     void lostTagClosesGap();
     void lastTagTakesDirectoryAway();
@@ -156,7 +158,7 @@ private Q_SLOTS:
     void removeGps();
     void removeThumbnail();
 
-    void mutations_data();
+    void mutations_data() { valuesAsInFile_data(); }
     void mutations();
 };
 
@@ -185,19 +187,17 @@ void tst_ExifEditor::emptyEditor()
 
 void tst_ExifEditor::loadFails_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("reason");
+    const auto row = columns<QByteArray, QString>("file", "reason");
     const QString noJpeg = text("The file is not a JPEG picture.");
     const QString damaged = text("The EXIF data of the picture is damaged.");
-    QTest::newRow("empty") << QByteArray() << noJpeg;
-    QTest::newRow("GIF") << QByteArray("GIF89a....") << noJpeg;
-    QTest::newRow("SOI alone") << soi() << noJpeg;
-    QTest::newRow("no TIFF") << jpegOf("????????????") << damaged;
-    QTest::newRow("short") << jpegOf("II") << damaged;
-    QTest::newRow("other number") << jpegOf(TiffBuilder(big).raw("MM").u16(43).u32(8).u16(0))
-                                  << damaged;
-    QTest::newRow("directory outside") << jpegOf(TiffBuilder(big).tiff(800).u16(0)) << damaged;
-    QTest::newRow("directory in the head") << jpegOf(TiffBuilder(big).tiff(4).u16(0)) << damaged;
+    row("empty", QByteArray(), noJpeg);
+    row("GIF", "GIF89a....", noJpeg);
+    row("SOI alone", soi(), noJpeg);
+    row("no TIFF", jpegOf("????????????"), damaged);
+    row("short", jpegOf("II"), damaged);
+    row("other number", jpegOf(TiffBuilder(big).raw("MM").u16(43).u32(8).u16(0)), damaged);
+    row("directory outside", jpegOf(TiffBuilder(big).tiff(800).u16(0)), damaged);
+    row("directory in the head", jpegOf(TiffBuilder(big).tiff(4).u16(0)), damaged);
 }
 
 void tst_ExifEditor::loadFails()
@@ -243,23 +243,22 @@ void tst_ExifEditor::reasons()
 
 void tst_ExifEditor::findsBlock_data()
 {
-    QTest::addColumn<QByteArray>("front"); // what stands before the segment
-    QTest::addColumn<QByteArray>("behind");
+    // front: what stands before the segment
+    const auto row = columns<QByteArray, QByteArray>("front", "behind");
     const QByteArray icc = segment(0xFFE2, QByteArray("ICC_PROFILE\0\1\1....", 18));
     const QByteArray comment = segment(0xFFFE, "a comment");
     const QByteArray rest = dqt() + scan();
     const QByteArray other = exifSegment(fullBlock(little));
-    QTest::newRow("first") << soi() << rest;
-    QTest::newRow("behind JFIF") << soi() + jfif() << rest;
-    QTest::newRow("behind XMP") << soi() + xmp() << rest;
-    QTest::newRow("behind JFIF, XMP, ICC, comment")
-        << soi() + jfif() + xmp() + icc + comment << rest;
-    QTest::newRow("behind tables") << soi() + dqt() << rest;
-    QTest::newRow("fill bytes") << soi() + hex("FFFFFF") << rest;
-    QTest::newRow("bytes of no segment") << soi() + hex("00112233") << rest;
-    QTest::newRow("first of two") << soi() << other + rest;
-    QTest::newRow("in front of XMP") << soi() << xmp() + rest;
-    QTest::newRow("behind a short one") << soi() + segment(0xFFE1, "Exif") << rest;
+    row("first", soi(), rest);
+    row("behind JFIF", soi() + jfif(), rest);
+    row("behind XMP", soi() + xmp(), rest);
+    row("behind JFIF, XMP, ICC, comment", soi() + jfif() + xmp() + icc + comment, rest);
+    row("behind tables", soi() + dqt(), rest);
+    row("fill bytes", soi() + hex("FFFFFF"), rest);
+    row("bytes of no segment", soi() + hex("00112233"), rest);
+    row("first of two", soi(), other + rest);
+    row("in front of XMP", soi(), xmp() + rest);
+    row("behind a short one", soi() + segment(0xFFE1, "Exif"), rest);
 }
 
 void tst_ExifEditor::findsBlock()
@@ -291,11 +290,24 @@ void tst_ExifEditor::loadsFromSequentialDevice()
     QCOMPARE(editor.orientation(), 6);
 }
 
+void tst_ExifEditor::nothingToSave()
+{
+    for (const QByteArray& file : {jpegOf(fullBlock(big)), QByteArray("no photograph")}) {
+        QBuffer device;
+        device.setData(file);
+        QVERIFY(device.open(QIODevice::ReadWrite));
+        ExifEditor editor;
+        QVERIFY(editor.isEmpty());
+        QVERIFY(editor.save(&device));
+        QCOMPARE(device.data(), file);
+    }
+}
+
 void tst_ExifEditor::valuesAsInFile_data()
 {
-    QTest::addColumn<QDataStream::ByteOrder>("order");
-    QTest::newRow("little endian") << little;
-    QTest::newRow("big endian") << big;
+    const auto row = columns<QDataStream::ByteOrder>("order");
+    row("little endian", little);
+    row("big endian", big);
 }
 
 void tst_ExifEditor::valuesAsInFile()
@@ -318,6 +330,8 @@ void tst_ExifEditor::valuesAsInFile()
     QCOMPARE(described(editor.value(Header::GPSLatitude)), text("5 x 3: 47/1 30/1 5/2"));
     QVERIFY(editor.contains(Header::Make));
     QVERIFY(!editor.contains(Header::Model));
+    QVERIFY(editor.contains(Header::ExifVersion));
+    QVERIFY(!editor.contains(Header::DateTimeOriginal));
 }
 
 void tst_ExifEditor::unknownTypes()
@@ -355,11 +369,6 @@ void tst_ExifEditor::sameValueChangesNothing()
                     })
                  .toHex(),
              block.toHex());
-}
-
-void tst_ExifEditor::shorterValueStaysInPlace_data()
-{
-    valuesAsInFile_data();
 }
 
 void tst_ExifEditor::shorterValueStaysInPlace()
@@ -414,11 +423,6 @@ void tst_ExifEditor::valueMovesIntoEntry()
     expected.replace(10, 12, TiffBuilder(little).bytes(0x010F, 2, 4, QByteArray("abc\0", 4)).all());
     expected.replace(50, 10, QByteArray(10, '\0'));
     QCOMPARE(saved.toHex(), expected.toHex());
-}
-
-void tst_ExifEditor::newTagMovesDirectory_data()
-{
-    valuesAsInFile_data();
 }
 
 void tst_ExifEditor::newTagMovesDirectory()
@@ -675,11 +679,11 @@ void tst_ExifEditor::texts()
 
 void tst_ExifEditor::newBlock_data()
 {
-    QTest::addColumn<QByteArray>("front");
+    const auto row = columns<QByteArray>("front");
     const QByteArray extension = segment(0xFFE0, QByteArray("JFXX\0\x10", 6));
-    QTest::newRow("behind SOI") << soi();
-    QTest::newRow("behind JFIF") << soi() + jfif();
-    QTest::newRow("behind JFIF and its extension") << soi() + jfif() + extension;
+    row("behind SOI", soi());
+    row("behind JFIF", soi() + jfif());
+    row("behind JFIF and its extension", soi() + jfif() + extension);
 }
 
 void tst_ExifEditor::newBlock()
@@ -923,18 +927,17 @@ void tst_ExifEditor::saveKeepsFile()
 
 void tst_ExifEditor::orientation_data()
 {
-    QTest::addColumn<QByteArray>("typeCountValue");
-    QTest::addColumn<int>("orientation");
-    QTest::newRow("0") << hex("0003 00000001 00000000") << 0;
-    QTest::newRow("1") << hex("0003 00000001 00010000") << 1;
-    QTest::newRow("8") << hex("0003 00000001 00080000") << 8;
-    QTest::newRow("9") << hex("0003 00000001 00090000") << 0;
-    QTest::newRow("Byte") << hex("0001 00000001 06000000") << 6;
-    QTest::newRow("Long") << hex("0004 00000001 00000006") << 6;
-    QTest::newRow("SignedLong") << hex("0009 00000001 00000005") << 5;
-    QTest::newRow("negative") << hex("0009 00000001 FFFFFFFF") << 0;
-    QTest::newRow("two") << hex("0003 00000002 00060006") << 0;
-    QTest::newRow("text") << hex("0002 00000002 36000000") << 0;
+    const auto row = columns<QByteArray, int>("typeCountValue", "orientation");
+    row("0", hex("0003 00000001 00000000"), 0);
+    row("1", hex("0003 00000001 00010000"), 1);
+    row("8", hex("0003 00000001 00080000"), 8);
+    row("9", hex("0003 00000001 00090000"), 0);
+    row("Byte", hex("0001 00000001 06000000"), 6);
+    row("Long", hex("0004 00000001 00000006"), 6);
+    row("SignedLong", hex("0009 00000001 00000005"), 5);
+    row("negative", hex("0009 00000001 FFFFFFFF"), 0);
+    row("two", hex("0003 00000002 00060006"), 0);
+    row("text", hex("0002 00000002 36000000"), 0);
 }
 
 void tst_ExifEditor::orientation()
@@ -955,10 +958,8 @@ void tst_ExifEditor::orientation()
 
 void tst_ExifEditor::dateTimeOriginal_data()
 {
-    QTest::addColumn<QString>("date");
-    QTest::addColumn<QString>("fraction");
-    QTest::addColumn<QString>("offset");
-    QTest::addColumn<QDateTime>("expected");
+    const auto row =
+        columns<QString, QString, QString, QDateTime>("date", "fraction", "offset", "expected");
     const QDate date(2020, 2, 29);
     const QString written = text("2020:02:29 13:14:15");
     const auto at = [date](int milliseconds) {
@@ -967,21 +968,19 @@ void tst_ExifEditor::dateTimeOriginal_data()
     const auto inZone = [date](int milliseconds, int seconds) {
         return QDateTime(date, QTime(13, 14, 15, milliseconds), Qt::OffsetFromUTC, seconds);
     };
-    QTest::newRow("date alone") << written << QString() << QString() << at(0);
-    QTest::newRow("tenths") << written << text("5") << QString() << at(500);
-    QTest::newRow("hundredths") << written << text("05") << QString() << at(50);
-    QTest::newRow("thousandths, padded") << written << text("678 ") << QString() << at(678);
-    QTest::newRow("microseconds") << written << text("678901") << QString() << at(678);
-    QTest::newRow("no fraction") << written << text("  ") << QString() << at(0);
-    QTest::newRow("east") << written << text("25") << text("+02:00") << inZone(250, 7200);
-    QTest::newRow("west") << written << QString() << text("-03:30") << inZone(0, -12600);
-    QTest::newRow("UTC") << written << QString() << text("+00:00") << inZone(0, 0);
-    QTest::newRow("no offset") << written << QString() << text("   :  ") << at(0);
-    QTest::newRow("no date") << text("    :  :     :  :  ") << text("5") << text("+02:00")
-                             << QDateTime();
-    QTest::newRow("no such date") << text("2019:02:29 13:14:15") << QString() << QString()
-                                  << QDateTime();
-    QTest::newRow("too long") << written + text("Z") << QString() << QString() << QDateTime();
+    row("date alone", written, QString(), QString(), at(0));
+    row("tenths", written, "5", QString(), at(500));
+    row("hundredths", written, "05", QString(), at(50));
+    row("thousandths, padded", written, "678 ", QString(), at(678));
+    row("microseconds", written, "678901", QString(), at(678));
+    row("no fraction", written, "  ", QString(), at(0));
+    row("east", written, "25", "+02:00", inZone(250, 7200));
+    row("west", written, QString(), "-03:30", inZone(0, -12600));
+    row("UTC", written, QString(), "+00:00", inZone(0, 0));
+    row("no offset", written, QString(), "   :  ", at(0));
+    row("no date", "    :  :     :  :  ", "5", "+02:00", QDateTime());
+    row("no such date", "2019:02:29 13:14:15", QString(), QString(), QDateTime());
+    row("too long", written + text("Z"), QString(), QString(), QDateTime());
 }
 
 void tst_ExifEditor::dateTimeOriginal()
@@ -1006,32 +1005,26 @@ void tst_ExifEditor::dateTimeOriginal()
 
 void tst_ExifEditor::gpsPosition_data()
 {
-    QTest::addColumn<QString>("northOrSouth");
-    QTest::addColumn<QVector<quint32>>("latitude"); // numerators and denominators
-    QTest::addColumn<QString>("eastOrWest");
-    QTest::addColumn<QVector<quint32>>("longitude");
-    QTest::addColumn<bool>("isKnown");
-    QTest::addColumn<double>("north");
-    QTest::addColumn<double>("east");
+    // latitude: numerators and denominators
+    const auto row =
+        columns<QString, QVector<quint32>, QString, QVector<quint32>, bool, double, double>(
+            "northOrSouth", "latitude", "eastOrWest", "longitude", "isKnown", "north", "east");
     const QVector<quint32> some{48, 1, 30, 1, 36, 1};
-    QTest::newRow("seconds") << "N" << some << "E" << some << true << 48.51 << 48.51;
-    QTest::newRow("other half") << "S" << some << "W" << some << true << -48.51 << -48.51;
-    QTest::newRow("small letters") << "s" << some << "w" << some << true << -48.51 << -48.51;
-    QTest::newRow("minutes") << "N" << QVector<quint32>{47, 1, 3075, 100, 0, 1} << "E"
-                             << QVector<quint32>{8, 1, 3075, 100} << true << 47.5125 << 8.5125;
-    QTest::newRow("degrees") << "N" << QVector<quint32>{475, 10} << "E"
-                             << QVector<quint32>{180, 1, 0, 1, 0, 0} << true << 47.5 << 180.0;
-    QTest::newRow("no reference") << "" << some << "E" << some << false << 0.0 << 0.0;
-    QTest::newRow("other reference") << "N" << some << "X" << some << false << 0.0 << 0.0;
-    QTest::newRow("no number") << "N" << QVector<quint32>{48, 0, 0, 1, 0, 1} << "E" << some << false
-                               << 0.0 << 0.0;
-    QTest::newRow("no number of minutes")
-        << "N" << QVector<quint32>{48, 1, 5, 0, 0, 1} << "E" << some << false << 0.0 << 0.0;
-    QTest::newRow("no degrees") << "N" << QVector<quint32>() << "E" << some << false << 0.0 << 0.0;
-    QTest::newRow("beyond the pole")
-        << "N" << QVector<quint32>{90, 1, 1, 1, 0, 1} << "E" << some << false << 0.0 << 0.0;
-    QTest::newRow("around the world")
-        << "N" << some << "E" << QVector<quint32>{181, 1} << false << 0.0 << 0.0;
+    row("seconds", "N", some, "E", some, true, 48.51, 48.51);
+    row("other half", "S", some, "W", some, true, -48.51, -48.51);
+    row("small letters", "s", some, "w", some, true, -48.51, -48.51);
+    row("minutes", "N", QVector<quint32>{47, 1, 3075, 100, 0, 1}, "E",
+        QVector<quint32>{8, 1, 3075, 100}, true, 47.5125, 8.5125);
+    row("degrees", "N", QVector<quint32>{475, 10}, "E", QVector<quint32>{180, 1, 0, 1, 0, 0}, true,
+        47.5, 180.0);
+    row("no reference", "", some, "E", some, false, 0.0, 0.0);
+    row("other reference", "N", some, "X", some, false, 0.0, 0.0);
+    row("no number", "N", QVector<quint32>{48, 0, 0, 1, 0, 1}, "E", some, false, 0.0, 0.0);
+    row("no number of minutes", "N", QVector<quint32>{48, 1, 5, 0, 0, 1}, "E", some, false, 0.0,
+        0.0);
+    row("no degrees", "N", QVector<quint32>(), "E", some, false, 0.0, 0.0);
+    row("beyond the pole", "N", QVector<quint32>{90, 1, 1, 1, 0, 1}, "E", some, false, 0.0, 0.0);
+    row("around the world", "N", some, "E", QVector<quint32>{181, 1}, false, 0.0, 0.0);
 }
 
 void tst_ExifEditor::gpsPosition()
@@ -1096,11 +1089,6 @@ void tst_ExifEditor::removeThumbnail()
 }
 
 // Damage
-
-void tst_ExifEditor::mutations_data()
-{
-    valuesAsInFile_data();
-}
 
 // A damaged block: whatever it reads as, after a change it reads the same but for the change.
 void tst_ExifEditor::mutations()

@@ -7,6 +7,7 @@
 
 #include "ExifEditor.h"
 
+#include "Columns.h"
 #include "JpegParts.h"
 #include "Photographs.h"
 #include "Sandbox.h"
@@ -252,10 +253,10 @@ void tst_ExifEditorReaders::initTestCase()
 
 void tst_ExifEditorReaders::seeTheChangeAlone_data()
 {
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<QString>("changed"); // lines that are about what was asked to change
-    const auto row = [](const char* name, const char* changed, const Change& change) {
-        QTest::newRow(name) << change << text(changed);
+    const auto table = columns<Change, QString>(
+        "change", "changed"); // lines that are about what was asked to change
+    const auto row = [&](const char* name, const char* changed, const Change& change) {
+        table(name, change, text(changed));
     };
     row("orientation", "IFD0.*Orientation|Image.Orientation|: 0 0x0112", [](ExifEditor* editor) {
         if (editor->contains(Header::Orientation))

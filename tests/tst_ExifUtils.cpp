@@ -3,6 +3,7 @@
 
 #include "ExifUtils.h"
 
+#include "Columns.h"
 #include "ImageUtils.h"
 #include "JpegParts.h"
 #include "LogCapture.h"
@@ -94,10 +95,9 @@ private Q_SLOTS:
 
 void tst_ExifUtils::rotation_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<int>("angle");
-    const auto row = [](const char* name, const char* typeCountValue, int angle) {
-        QTest::newRow(name) << jpegWithOrientation(typeCountValue) << angle;
+    const auto table = columns<QByteArray, int>("file", "angle");
+    const auto row = [&](const char* name, const char* typeCountValue, int angle) {
+        table(name, jpegWithOrientation(typeCountValue), angle);
     };
     row("0", "0003 00000001 00000000", 0);
     row("1", "0003 00000001 00010000", 0);
@@ -117,9 +117,9 @@ void tst_ExifUtils::rotation_data()
     row("no Short", "0003 00000000 00060000", 0);
     row("Ascii 6", "0002 00000002 36000000", 0);
     row("Undefined 6", "0007 00000001 00000006", 0);
-    QTest::newRow("no EXIF") << QByteArray::fromHex("FFD8 FFDB 0004 0102 FFD9") << 0;
-    QTest::newRow("not a JPEG") << QByteArray("GIF89a") << 0;
-    QTest::newRow("empty") << QByteArray() << 0;
+    table("no EXIF", QByteArray::fromHex("FFD8 FFDB 0004 0102 FFD9"), 0);
+    table("not a JPEG", "GIF89a", 0);
+    table("empty", QByteArray(), 0);
 }
 
 void tst_ExifUtils::rotation()
@@ -142,15 +142,14 @@ void tst_ExifUtils::rotation()
 
 void tst_ExifUtils::rotationOfHeader_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<int>("angle");
-    QTest::newRow("Short 3") << QExifValue(quint16(3)) << 180;
-    QTest::newRow("Short 6") << QExifValue(quint16(6)) << 90;
-    QTest::newRow("Short 8") << QExifValue(quint16(8)) << -90;
-    QTest::newRow("Byte 8") << QExifValue(quint8(8)) << -90;
-    QTest::newRow("Short 2") << QExifValue(quint16(2)) << 0;
-    QTest::newRow("SignedLong 6") << QExifValue(qint32(6)) << 0;
-    QTest::newRow("null") << QExifValue() << 0;
+    const auto row = columns<QExifValue, int>("value", "angle");
+    row("Short 3", QExifValue(quint16(3)), 180);
+    row("Short 6", QExifValue(quint16(6)), 90);
+    row("Short 8", QExifValue(quint16(8)), -90);
+    row("Byte 8", QExifValue(quint8(8)), -90);
+    row("Short 2", QExifValue(quint16(2)), 0);
+    row("SignedLong 6", QExifValue(qint32(6)), 0);
+    row("null", QExifValue(), 0);
 }
 
 void tst_ExifUtils::rotationOfHeader()
@@ -239,15 +238,15 @@ void tst_ExifUtils::clearRotationAddsTheTag()
 
 void tst_ExifUtils::clearRotationFails_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("not a JPEG") << QByteArray("GIF89a");
-    QTest::newRow("no EXIF") << QByteArray::fromHex("FFD8 FFDB 0004 0102 FFD9");
-    QTest::newRow("broken block") << QByteArray::fromHex("FFD8 FFE1 000C")
-            + QByteArray("Exif\0\0", 6) + "????";
+    const auto row = columns<QByteArray>("file");
+    row("empty", QByteArray());
+    row("not a JPEG", "GIF89a");
+    row("no EXIF", QByteArray::fromHex("FFD8 FFDB 0004 0102 FFD9"));
+    row("broken block", QByteArray::fromHex("FFD8 FFE1 000C") + QByteArray("Exif\0\0", 6) + "????");
     // An EXIF segment behind another APP1 segment is not looked for.
-    QTest::newRow("XMP first") << QByteArray::fromHex("FFD8 FFE1 0006 41424344")
-            + jpegWithOrientation("0003 00000001 00060000").mid(2);
+    row("XMP first",
+        QByteArray::fromHex("FFD8 FFE1 0006 41424344")
+            + jpegWithOrientation("0003 00000001 00060000").mid(2));
 }
 
 void tst_ExifUtils::clearRotationFails()
@@ -305,12 +304,12 @@ void tst_ExifUtils::clearRotationWithoutRoom()
 
 void tst_ExifUtils::photos_data()
 {
-    QTest::addColumn<QString>("fileName");
+    const auto row = columns<QString>("fileName");
     const QJsonObject expected = expectedPhotos();
     for (const QString& name : expected.keys())
-        QTest::newRow(qPrintable(name)) << name;
+        row(qPrintable(name), name);
     if (expected.isEmpty())
-        QTest::newRow("no photographs") << QString();
+        row("no photographs", QString());
 }
 
 void tst_ExifUtils::photos()
@@ -367,10 +366,9 @@ void tst_ExifUtils::photos()
 
 void tst_ExifUtils::orientation_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<int>("orientation");
-    const auto row = [](const char* name, const char* typeCountValue, int orientation) {
-        QTest::newRow(name) << jpegWithOrientation(typeCountValue) << orientation;
+    const auto table = columns<QByteArray, int>("file", "orientation");
+    const auto row = [&](const char* name, const char* typeCountValue, int orientation) {
+        table(name, jpegWithOrientation(typeCountValue), orientation);
     };
     row("0", "0003 00000001 00000000", 0);
     row("1", "0003 00000001 00010000", 1);
@@ -389,26 +387,27 @@ void tst_ExifUtils::orientation_data()
     row("two Shorts", "0003 00000002 00060006", 0);
     row("no Short", "0003 00000000 00060000", 0);
     row("Ascii 6", "0002 00000002 36000000", 0);
-    QTest::newRow("no EXIF") << soi() + dqt() + scan() << 0;
-    QTest::newRow("not a JPEG") << QByteArray("GIF89a") << 0;
-    QTest::newRow("empty") << QByteArray() << 0;
-    QTest::newRow("no TIFF") << soi() + exifSegment("??????????????????") + scan() << 0;
-    QTest::newRow("directory outside")
-        << soi() + exifSegment(TiffBuilder(big).tiff(500).u16(0)) + scan() << 0;
-    QTest::newRow("directory in the head")
-        << soi() + exifSegment(TiffBuilder(big).tiff(2).u16(0)) + scan() << 0;
-    QTest::newRow("directory further back")
-        << soi()
+    table("no EXIF", soi() + dqt() + scan(), 0);
+    table("not a JPEG", "GIF89a", 0);
+    table("empty", QByteArray(), 0);
+    table("no TIFF", soi() + exifSegment("??????????????????") + scan(), 0);
+    table("directory outside", soi() + exifSegment(TiffBuilder(big).tiff(500).u16(0)) + scan(), 0);
+    table("directory in the head", soi() + exifSegment(TiffBuilder(big).tiff(2).u16(0)) + scan(),
+          0);
+    table(
+        "directory further back",
+        soi()
             + exifSegment(
                 TiffBuilder(little).tiff(20).raw("maker's note").u16(1).shorts(0x0112, 1, 5).u32(0))
-            + scan()
-        << 5;
-    QTest::newRow("the last of two")
-        << soi()
+            + scan(),
+        5);
+    table(
+        "the last of two",
+        soi()
             + exifSegment(
                 TiffBuilder(little).tiff().u16(2).shorts(0x0112, 1, 5).shorts(0x0112, 1, 6).u32(0))
-            + scan()
-        << 6;
+            + scan(),
+        6);
 }
 
 void tst_ExifUtils::orientation()
@@ -454,14 +453,11 @@ void tst_ExifUtils::orientationReadsNoFurther()
 
 void tst_ExifUtils::setOrientationChangesTwoBytes_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<int>("place"); // of the two bytes
-    QTest::newRow("big endian") << jpegWithOrientation("0003 00000001 00060000") << 30;
-    QTest::newRow("little endian")
-        << soi() + exifSegment(fullBlock(little)) + scan() << 12 + 8 + 2 + 12 + 8;
-    QTest::newRow("behind XMP") << soi() + xmp()
-            + jpegWithOrientation("0003 00000001 00060000").mid(2)
-                                << 30 + 37;
+    const auto row = columns<QByteArray, int>("file", "place"); // of the two bytes
+    row("big endian", jpegWithOrientation("0003 00000001 00060000"), 30);
+    row("little endian", soi() + exifSegment(fullBlock(little)) + scan(), 12 + 8 + 2 + 12 + 8);
+    row("behind XMP", soi() + xmp() + jpegWithOrientation("0003 00000001 00060000").mid(2),
+        30 + 37);
 }
 
 void tst_ExifUtils::setOrientationChangesTwoBytes()
@@ -494,11 +490,11 @@ void tst_ExifUtils::setOrientationChangesTwoBytes()
 
 void tst_ExifUtils::setOrientationOfOtherKind_data()
 {
-    QTest::addColumn<QByteArray>("typeCountValue");
-    QTest::newRow("Byte") << QByteArray("0001 00000001 06000000");
-    QTest::newRow("SignedLong 0") << QByteArray("0009 00000001 00000000");
-    QTest::newRow("two Shorts") << QByteArray("0003 00000002 00060006");
-    QTest::newRow("a text further back") << QByteArray("0002 0000000C 0000001A");
+    const auto row = columns<QByteArray>("typeCountValue");
+    row("Byte", "0001 00000001 06000000");
+    row("SignedLong 0", "0009 00000001 00000000");
+    row("two Shorts", "0003 00000002 00060006");
+    row("a text further back", "0002 0000000C 0000001A");
 }
 
 void tst_ExifUtils::setOrientationOfOtherKind()
@@ -606,16 +602,16 @@ QByteArray xmpSegment(const QByteArray& xml)
 
 void tst_ExifUtils::removeLocation_data()
 {
-    QTest::addColumn<QByteArray>("file");
+    const auto row = columns<QByteArray>("file");
     const QByteArray rest = dqt() + scan();
     for (const auto order : {little, big}) {
         const QByteArray exif = exifSegment(fullBlock(order));
         const QByteArray name = order == little ? "little endian, " : "big endian, ";
-        QTest::newRow(name + "alone") << soi() + exif + rest;
-        QTest::newRow(name + "behind XMP") << soi() + jfif() + xmp() + exif + rest;
-        QTest::newRow(name + "twice") << soi() + exif + xmp() + exif + rest;
-        QTest::newRow(name + "of a second picture") << soi() + rest + soi() + exif + rest;
-        QTest::newRow(name + "in no segment") << soi() + rest + exif.mid(4);
+        row(name + "alone", soi() + exif + rest);
+        row(name + "behind XMP", soi() + jfif() + xmp() + exif + rest);
+        row(name + "twice", soi() + exif + xmp() + exif + rest);
+        row(name + "of a second picture", soi() + rest + soi() + exif + rest);
+        row(name + "in no segment", soi() + rest + exif.mid(4));
     }
 }
 
@@ -648,16 +644,15 @@ void tst_ExifUtils::removeLocation()
 
 void tst_ExifUtils::removeLocationFromXmp_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char* name, const QByteArray& before,
-                        const QList<QByteArray>& erased) {
+    const auto table = columns<QByteArray, QByteArray>("before", "after");
+    const auto row = [&](const char* name, const QByteArray& before,
+                         const QList<QByteArray>& erased) {
         QByteArray after = before;
         for (const QByteArray& part : erased) {
             QVERIFY(after.contains(part));
             after.replace(part, QByteArray(part.size(), ' '));
         }
-        QTest::newRow(name) << before << after;
+        table(name, before, after);
     };
     row("attribute", "<a exif:GPSLatitude=\"48,7.5N\" b=\"c\"/>", {"exif:GPSLatitude=\"48,7.5N\""});
     row("apostrophes", "<a exif:GPSLatitude='4\">8' b='>'/>", {"exif:GPSLatitude='4\">8'"});
@@ -754,7 +749,7 @@ void tst_ExifUtils::removeLocationFromJoinedBlock()
 // cannot be taken out with certainty is not said to be gone.
 void tst_ExifUtils::removeLocationFromTangledBlock_data()
 {
-    QTest::addColumn<QByteArray>("block");
+    const auto row = columns<QByteArray>("block");
     const auto gpsAt = [](TiffBuilder& block) {
         const auto behind = quint32(block.size() + 2 + 12 + 4);
         block.u16(1).entry(0x0002, 5, 3, behind).u32(0).raw(latitude(big));
@@ -765,18 +760,18 @@ void tst_ExifUtils::removeLocationFromTangledBlock_data()
     across.tiff(8).u16(3).entry(0x010F, 2, 40, 8).entry(0x8769, 4, 1, 50).entry(0x8825, 4, 1, 68);
     across.u32(0).u16(1).entry(0xA005, 4, 1, 8).u32(0); // 50: Exif, which leads to IFD0
     gpsAt(across);
-    QTest::newRow("interoperability leads to the old IFD0") << across.all();
+    row("interoperability leads to the old IFD0", across.all());
 
     TiffBuilder third(big);
     third.tiff(8).u16(0).u32(14).u16(0).u32(20).u16(1).entry(0x8825, 4, 1, 38).u32(0);
     gpsAt(third);
-    QTest::newRow("a third directory leads to GPS") << third.all();
+    row("a third directory leads to GPS", third.all());
 
     TiffBuilder listed(big);
     listed.tiff(8).u16(1).entry(0x014A, 4, 2, 26).u32(0).u32(34).u32(40);
     listed.u16(0).u32(0).u16(1).entry(0x8825, 4, 1, 58).u32(0); // 34 and 40
     gpsAt(listed);
-    QTest::newRow("the second of two directories leads to GPS") << listed.all();
+    row("the second of two directories leads to GPS", listed.all());
 
     TiffBuilder many(big);
     const int count = 100;
@@ -784,7 +779,7 @@ void tst_ExifUtils::removeLocationFromTangledBlock_data()
     for (int i = 0; i < count; ++i)
         many.u32(quint32(26 + 4 * count + 2 * i));
     many.raw(QByteArray(2 * count, '\0'));
-    QTest::newRow("a hundred directories") << many.all();
+    row("a hundred directories", many.all());
 
     // Each of the 5,000 entries leads to a directory of its own, which has all that follows in it.
     TiffBuilder large(big);
@@ -793,7 +788,7 @@ void tst_ExifUtils::removeLocationFromTangledBlock_data()
     for (int i = 0; i < most; ++i)
         large.entry(0x8769, 4, 1, quint32(10 + 8 + 12 * i));
     large.entry(0x8825, 4, 1, 8);
-    QTest::newRow("5,000 directories of thousands of entries") << large.all();
+    row("5,000 directories of thousands of entries", large.all());
 }
 
 void tst_ExifUtils::removeLocationFromTangledBlock()
@@ -883,8 +878,7 @@ void tst_ExifUtils::removeLocationFromPhotos()
 
 void tst_ExifUtils::removeMetadata_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QByteArray>("expected");
+    const auto row = columns<QByteArray, QByteArray>("file", "expected");
     const QByteArray icc = segment(0xFFE2, QByteArray("ICC_PROFILE\0\1\1....", 18));
     const QByteArray adobe = segment(0xFFEE, "Adobe.......");
     const QByteArray exif = exifSegment(TiffBuilder(big).tiff().u16(1).shorts(0x0112, 1, 1).u32(0));
@@ -892,19 +886,18 @@ void tst_ExifUtils::removeMetadata_data()
     const QByteArray comment = segment(0xFFFE, "a comment");
     const QByteArray extension = segment(0xFFE0, QByteArray("JFXX\0\x10", 6));
     const QByteArray rest = dqt() + scan();
-    QTest::newRow("nothing to remove")
-        << soi() + jfif() + icc + adobe + rest << soi() + jfif() + icc + adobe + rest;
-    QTest::newRow("everything") << soi() + jfif() + extension + exif + xmp() + icc + iptc + comment
-            + segment(0xFFE2, "MPF") + segment(0xFFEB, "JP") + segment(0xFFEF, "?") + adobe
-            + rest << soi() + jfif() + icc + adobe + rest;
-    QTest::newRow("between scans") << soi() + dqt() + scan().chopped(2) + comment + rest
-                                   << soi() + dqt() + scan().chopped(2) + rest;
-    QTest::newRow("behind the picture")
-        << soi() + rest + soi() + exif + rest + "a film" << soi() + rest;
-    QTest::newRow("cut short") << soi() + exif + dqt() + scan().chopped(2)
-                               << soi() + dqt() + scan().chopped(2);
-    QTest::newRow("cut short in it") << soi() + dqt() + exif.chopped(3) << soi() + dqt();
-    QTest::newRow("fill bytes") << soi() + hex("FFFF") + exif + hex("FF") + rest << soi() + rest;
+    row("nothing to remove", soi() + jfif() + icc + adobe + rest,
+        soi() + jfif() + icc + adobe + rest);
+    row("everything",
+        soi() + jfif() + extension + exif + xmp() + icc + iptc + comment + segment(0xFFE2, "MPF")
+            + segment(0xFFEB, "JP") + segment(0xFFEF, "?") + adobe + rest,
+        soi() + jfif() + icc + adobe + rest);
+    row("between scans", soi() + dqt() + scan().chopped(2) + comment + rest,
+        soi() + dqt() + scan().chopped(2) + rest);
+    row("behind the picture", soi() + rest + soi() + exif + rest + "a film", soi() + rest);
+    row("cut short", soi() + exif + dqt() + scan().chopped(2), soi() + dqt() + scan().chopped(2));
+    row("cut short in it", soi() + dqt() + exif.chopped(3), soi() + dqt());
+    row("fill bytes", soi() + hex("FFFF") + exif + hex("FF") + rest, soi() + rest);
 }
 
 void tst_ExifUtils::removeMetadata()

@@ -4,6 +4,7 @@
 #include "FileUtils.h"
 
 #include "ApplicationUtils.h"
+#include "Columns.h"
 #include "FileLimit.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -106,21 +107,19 @@ void tst_FileUtils::cleanup()
 
 void tst_FileUtils::lastPartOfFolder_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("part");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("folder with slash") << text("/a/b/") << text("b/") << text("b");
-    QTest::newRow("folder without slash") << text("/a/b") << text("b") << text("b");
-    QTest::newRow("bare name") << text("b") << text("b") << text("b");
-    QTest::newRow("bare name with slash") << text("b/") << text("b/") << text("b");
-    QTest::newRow("longer bare name") << text("photos") << text("photos") << text("photos");
-    QTest::newRow("relative") << text("a/bc") << text("bc") << text("bc");
-    QTest::newRow("below the root") << text("/a") << text("a") << text("a");
-    QTest::newRow("empty") << QString() << QString() << QString();
-    QTest::newRow("root") << text("/") << text("/") << QString();
-    QTest::newRow("two slashes at the end") << text("/a//") << text("/") << QString();
-    QTest::newRow("only two slashes") << text("//") << text("/") << QString();
-    QTest::newRow("accents") << text("/été/à la mer/") << text("à la mer/") << text("à la mer");
+    const auto row = columns<QString, QString, QString>("path", "part", "name");
+    row("folder with slash", "/a/b/", "b/", "b");
+    row("folder without slash", "/a/b", "b", "b");
+    row("bare name", "b", "b", "b");
+    row("bare name with slash", "b/", "b/", "b");
+    row("longer bare name", "photos", "photos", "photos");
+    row("relative", "a/bc", "bc", "bc");
+    row("below the root", "/a", "a", "a");
+    row("empty", QString(), QString(), QString());
+    row("root", "/", "/", QString());
+    row("two slashes at the end", "/a//", "/", QString());
+    row("only two slashes", "//", "/", QString());
+    row("accents", "/été/à la mer/", "à la mer/", "à la mer");
 }
 
 void tst_FileUtils::lastPartOfFolder()
@@ -132,24 +131,23 @@ void tst_FileUtils::lastPartOfFolder()
 
 void tst_FileUtils::parentFolder_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("parent");
-    QTest::newRow("folder with slash") << text("/a/b/") << text("/a/");
+    const auto row = columns<QString, QString>("path", "parent");
+    row("folder with slash", "/a/b/", "/a/");
 #ifdef Q_OS_WIN
     // What begins with a slash lies on the current drive.
     const QString drive = QDir::currentPath().left(2);
 #else
     const QString drive;
 #endif
-    QTest::newRow("folder without slash") << text("/a/b") << drive + text("/a/");
-    QTest::newRow("below the root, with slash") << text("/a/") << text("/");
-    QTest::newRow("below the root") << text("/a") << drive + text("//");
-    QTest::newRow("relative with slash") << text("a/") << text("a/");
-    QTest::newRow("deeper relative with slash") << text("a/b/") << text("a/");
-    QTest::newRow("root") << text("/") << text("/");
-    QTest::newRow("empty") << QString() << text("/");
-    QTest::newRow("bare name") << text("b") << QDir::currentPath() + text("/");
-    QTest::newRow("relative") << text("a/b") << QDir::currentPath() + text("/a/");
+    row("folder without slash", "/a/b", drive + text("/a/"));
+    row("below the root, with slash", "/a/", "/");
+    row("below the root", "/a", drive + text("//"));
+    row("relative with slash", "a/", "a/");
+    row("deeper relative with slash", "a/b/", "a/");
+    row("root", "/", "/");
+    row("empty", QString(), "/");
+    row("bare name", "b", QDir::currentPath() + text("/"));
+    row("relative", "a/b", QDir::currentPath() + text("/a/"));
 }
 
 void tst_FileUtils::parentFolder()
@@ -160,12 +158,12 @@ void tst_FileUtils::parentFolder()
 
 void tst_FileUtils::elidedFolderThatFits_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::newRow("absolute") << text("/home/photos/2016");
-    QTest::newRow("relative") << text("photos/2016/a.jpg");
-    QTest::newRow("bare name") << text("photos");
-    QTest::newRow("with slash") << text("photos/");
-    QTest::newRow("empty") << QString();
+    const auto row = columns<QString>("path");
+    row("absolute", "/home/photos/2016");
+    row("relative", "photos/2016/a.jpg");
+    row("bare name", "photos");
+    row("with slash", "photos/");
+    row("empty", QString());
 }
 
 void tst_FileUtils::elidedFolderThatFits()
@@ -228,21 +226,19 @@ void tst_FileUtils::elidedFolderWithoutUsefulRest()
 
 void tst_FileUtils::normalizeFilename_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("portable");
-    QTest::newRow("accents, slash and degree") << text(" Été 2016 / n°3 ") << text("Ete 2016  n3");
-    QTest::newRow("plain") << text("Photo_01-(b).JPG") << text("Photo_01-(b).JPG");
-    QTest::newRow("white space becomes one blank")
-        << text("\ta \n b\u00a0\u2003c ") << text("a b c");
-    QTest::newRow("composed") << text("\u00e9\u00c7\u00f1") << text("eCn");
-    QTest::newRow("decomposed") << text("e\u0301") << text("e");
-    QTest::newRow("no base letter") << text("ß\u00f8\u00e6x") << text("x");
-    QTest::newRow("other alphabets") << text("\u65e5\u672c \u03b1\u03b2") << text(" ");
-    QTest::newRow("beyond 16 bits") << text("a\U0001f600b") << text("ab");
-    QTest::newRow("other digits") << text("\u0663\u0967\u00b2 1") << text(" 1");
-    QTest::newRow("blank left at the end") << text("a °") << text("a ");
-    QTest::newRow("nothing left") << text("°/*") << QString();
-    QTest::newRow("empty") << QString() << QString();
+    const auto row = columns<QString, QString>("name", "portable");
+    row("accents, slash and degree", " Été 2016 / n°3 ", "Ete 2016  n3");
+    row("plain", "Photo_01-(b).JPG", "Photo_01-(b).JPG");
+    row("white space becomes one blank", "\ta \n b\u00a0\u2003c ", "a b c");
+    row("composed", "\u00e9\u00c7\u00f1", "eCn");
+    row("decomposed", "e\u0301", "e");
+    row("no base letter", "ß\u00f8\u00e6x", "x");
+    row("other alphabets", "\u65e5\u672c \u03b1\u03b2", " ");
+    row("beyond 16 bits", "a\U0001f600b", "ab");
+    row("other digits", "\u0663\u0967\u00b2 1", " 1");
+    row("blank left at the end", "a °", "a ");
+    row("nothing left", "°/*", QString());
+    row("empty", QString(), QString());
 }
 
 void tst_FileUtils::normalizeFilename()
@@ -291,16 +287,15 @@ void tst_FileUtils::regExpFilename()
 
 void tst_FileUtils::fileSizeToString_data()
 {
-    QTest::addColumn<qint64>("size");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("english");
-    QTest::addColumn<QString>("french");
+    const auto table =
+        columns<qint64, QString, QString, QString>("size", "value", "english", "french");
     const QStringList bytes{text("B"), text("octets")};
     const QStringList kilo{text("kB"), text("Ko")};
     const QStringList mega{text("MB"), text("Mo")};
     const QStringList giga{text("GB"), text("Go")};
-    const auto row = [](const char* name, qint64 size, const char* value, const QStringList& unit) {
-        QTest::newRow(name) << size << QString::fromLatin1(value) << unit[0] << unit[1];
+    const auto row = [&](const char* name, qint64 size, const char* value,
+                         const QStringList& unit) {
+        table(name, size, QString::fromLatin1(value), unit[0], unit[1]);
     };
     row("zero in kilobytes", 0, "0", kilo);
     row("one byte", 1, "1", bytes);
@@ -344,17 +339,16 @@ void tst_FileUtils::fileSizeToString()
 
 void tst_FileUtils::fileSizeToStringFollowsTheDefaultLocale_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("C") << text("C") << text("1.50 kB");
-    QTest::newRow("French") << text("fr_FR") << text("1.50 Ko");
-    QTest::newRow("Canadian French") << text("fr_CA") << text("1.50 Ko");
-    QTest::newRow("Swiss French") << text("fr_CH") << text("1.50 Ko");
-    QTest::newRow("British") << text("en_GB") << text("1.50 kB");
-    QTest::newRow("German, decimal comma") << text("de_DE") << text("1.50 kB");
-    QTest::newRow("Friulian") << text("fur_IT") << text("1.50 kB");
-    QTest::newRow("Western Frisian") << text("fy_NL") << text("1.50 kB");
-    QTest::newRow("Arabic, other digits") << text("ar_EG") << text("1.50 kB");
+    const auto row = namedByText(columns<QString, QString>("locale", "text"));
+    row("C", "1.50 kB");
+    row("fr_FR", "1.50 Ko");
+    row("fr_CA", "1.50 Ko");
+    row("fr_CH", "1.50 Ko");
+    row("en_GB", "1.50 kB");
+    row("de_DE", "1.50 kB"); // which has a decimal comma
+    row("fur_IT", "1.50 kB"); // Friulian
+    row("fy_NL", "1.50 kB"); // Western Frisian
+    row("ar_EG", "1.50 kB"); // which has digits of its own
 }
 
 void tst_FileUtils::fileSizeToStringFollowsTheDefaultLocale()
@@ -367,17 +361,16 @@ void tst_FileUtils::fileSizeToStringFollowsTheDefaultLocale()
 
 void tst_FileUtils::folderExists_data()
 {
-    QTest::addColumn<QString>("relative");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("folder") << text("folder") << true;
-    QTest::newRow("with slash") << text("folder/") << true;
-    QTest::newRow("not clean") << text("missing/..//folder/.") << true;
-    QTest::newRow("link to a folder") << text("link") << true;
-    QTest::newRow("file") << text("file") << false;
-    QTest::newRow("link to a file") << text("fileLink") << false;
-    QTest::newRow("broken link") << text("broken") << false;
-    QTest::newRow("missing") << text("missing") << false;
-    QTest::newRow("blanks belong to the name") << text("folder ") << false;
+    const auto row = columns<QString, bool>("relative", "expected");
+    row("folder", "folder", true);
+    row("with slash", "folder/", true);
+    row("not clean", "missing/..//folder/.", true);
+    row("link to a folder", "link", true);
+    row("file", "file", false);
+    row("link to a file", "fileLink", false);
+    row("broken link", "broken", false);
+    row("missing", "missing", false);
+    row("blanks belong to the name", "folder ", false);
 }
 
 void tst_FileUtils::folderExists()
@@ -402,16 +395,15 @@ void tst_FileUtils::folderExists()
 
 void tst_FileUtils::directoryIsEmpty_data()
 {
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("nothing") << QString() << true;
-    QTest::newRow("file") << text("file") << false;
-    QTest::newRow("folder") << text("folder/") << false;
-    QTest::newRow("hidden file") << text(".DS_Store") << true;
-    QTest::newRow("hidden folder") << text(".git/") << true;
-    QTest::newRow("link to a folder") << text("link>/tmp") << false;
-    QTest::newRow("broken link") << text("link>nowhere") << true;
-    QTest::newRow("pipe") << text("pipe|") << true;
+    const auto row = columns<QString, bool>("entry", "expected");
+    row("nothing", QString(), true);
+    row("file", "file", false);
+    row("folder", "folder/", false);
+    row("hidden file", ".DS_Store", true);
+    row("hidden folder", ".git/", true);
+    row("link to a folder", "link>/tmp", false);
+    row("broken link", "link>nowhere", true);
+    row("pipe", "pipe|", true);
 }
 
 void tst_FileUtils::directoryIsEmpty()
@@ -438,17 +430,15 @@ void tst_FileUtils::directoryIsEmpty()
 
 void tst_FileUtils::nameValidity_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("fixed");
-    QTest::newRow("good") << text("a.b") << text("a.b");
-    QTest::newRow("colon") << text("a:b") << text("a_b");
-    QTest::newRow("slash and star") << text("a/b*c") << text("a_b_c");
-    QTest::newRow("one for one") << text("a//??b") << text("a____b");
-    QTest::newRow("all forbidden") << text("/\\|?<>\":*") << text("_________");
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("accents, quote and others")
-        << text("d'été %&;,!#[]{}~`^$@+=\t.") << text("d'été %&;,!#[]{}~`^$@+=\t.");
-    QTest::newRow("several lines") << text("a\nb:c") << text("a\nb_c");
+    const auto row = columns<QString, QString>("name", "fixed");
+    row("good", "a.b", "a.b");
+    row("colon", "a:b", "a_b");
+    row("slash and star", "a/b*c", "a_b_c");
+    row("one for one", "a//??b", "a____b");
+    row("all forbidden", "/\\|?<>\":*", "_________");
+    row("empty", QString(), QString());
+    row("accents, quote and others", "d'été %&;,!#[]{}~`^$@+=\t.", "d'été %&;,!#[]{}~`^$@+=\t.");
+    row("several lines", "a\nb:c", "a\nb_c");
 }
 
 void tst_FileUtils::nameValidity()
@@ -479,12 +469,12 @@ void tst_FileUtils::setFileHiddenOnWindowsDoesNothing()
 
 void tst_FileUtils::readFileContent_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty") << QByteArray("");
-    QTest::newRow("one byte") << QByteArray("x");
-    QTest::newRow("text is not touched") << QByteArray("a\r\nb\n\xef\xbb\xbf\xc3\xa9\xff");
-    QTest::newRow("zero bytes") << QByteArray("a\0b\0", 4);
-    QTest::newRow("large") << QByteArray(3000000, 'z') + QByteArray("end");
+    const auto row = columns<QByteArray>("content");
+    row("empty", "");
+    row("one byte", "x");
+    row("text is not touched", QByteArray("a\r\nb\n\xef\xbb\xbf\xc3\xa9\xff"));
+    row("zero bytes", QByteArray("a\0b\0", 4));
+    row("large", QByteArray(3000000, 'z') + QByteArray("end"));
 }
 
 void tst_FileUtils::readFileContent()
@@ -501,11 +491,11 @@ void tst_FileUtils::readFileContent()
 
 void tst_FileUtils::readFileContentThatCannotBeOpened_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::newRow("missing") << text("missing");
-    QTest::newRow("missing folder") << text("missing/file");
-    QTest::newRow("folder") << text("folder");
-    QTest::newRow("not allowed") << text("locked");
+    const auto row = columns<QString>("name");
+    row("missing", "missing");
+    row("missing folder", "missing/file");
+    row("folder", "folder");
+    row("not allowed", "locked");
 }
 
 void tst_FileUtils::readFileContentThatCannotBeOpened()
@@ -599,9 +589,9 @@ void tst_FileUtils::writeFileContentThatCannotBeOpened()
 
 void tst_FileUtils::writeFileContentHalfWay_data()
 {
-    QTest::addColumn<int>("size");
-    QTest::newRow("nothing fits but a little") << 5000;
-    QTest::newRow("more than any buffer") << 1000000;
+    const auto row = columns<int>("size");
+    row("nothing fits but a little", 5000);
+    row("more than any buffer", 1000000);
 }
 
 // A disk that is full, played by the limit of the size of a file.
@@ -627,28 +617,19 @@ void tst_FileUtils::writeFileContentHalfWay()
 
 void tst_FileUtils::replaceInFile_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<QByteArray>("result");
-    QTest::newRow("every occurrence")
-        << QByteArray("a-b-a") << text("a") << text("xy") << QByteArray("xy-b-xy");
-    QTest::newRow("case") << QByteArray("aA") << text("A") << text("b") << QByteArray("ab");
-    QTest::newRow("accents") << QByteArray("prix: 5 \xe2\x82\xac") << text(u8"\u20ac")
-                             << text(u8"\u00a3") << QByteArray("prix: 5 \xc2\xa3");
-    QTest::newRow("nothing to replace")
-        << QByteArray("abc") << text("x") << text("y") << QByteArray("abc");
-    QTest::newRow("zero byte") << QByteArray("ab\0cd", 5) << text("b") << text("c")
-                               << QByteArray("ac");
-    QTest::newRow("zero byte, nothing to replace")
-        << QByteArray("ab\0cd", 5) << text("x") << text("y") << QByteArray("ab");
-    QTest::newRow("to nothing") << QByteArray("abc") << text("abc") << QString() << QByteArray();
-    QTest::newRow("empty text to find")
-        << QByteArray("abc") << QString() << text("x") << QByteArray("abc");
-    QTest::newRow("line ends stay")
-        << QByteArray("a\r\nb\n") << text("a") << text("c") << QByteArray("c\r\nb\n");
-    QTest::newRow("not UTF-8") << QByteArray("a\xff") << text("a") << text("b")
-                               << QByteArray("b\xef\xbf\xbd");
+    const auto row =
+        columns<QByteArray, QString, QString, QByteArray>("content", "before", "after", "result");
+    row("every occurrence", "a-b-a", "a", "xy", "xy-b-xy");
+    row("case", "aA", "A", "b", "ab");
+    row("accents", QByteArray("prix: 5 \xe2\x82\xac"), text(u8"\u20ac"), text(u8"\u00a3"),
+        QByteArray("prix: 5 \xc2\xa3"));
+    row("nothing to replace", "abc", "x", "y", "abc");
+    row("zero byte", QByteArray("ab\0cd", 5), "b", "c", "ac");
+    row("zero byte, nothing to replace", QByteArray("ab\0cd", 5), "x", "y", "ab");
+    row("to nothing", "abc", "abc", QString(), QByteArray());
+    row("empty text to find", "abc", QString(), "x", "abc");
+    row("line ends stay", "a\r\nb\n", "a", "c", "c\r\nb\n");
+    row("not UTF-8", QByteArray("a\xff"), "a", "b", QByteArray("b\xef\xbf\xbd"));
 }
 
 void tst_FileUtils::replaceInFile()
@@ -665,12 +646,12 @@ void tst_FileUtils::replaceInFile()
 
 void tst_FileUtils::replaceInFileLeavesAlone_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::newRow("no path") << QString();
-    QTest::newRow("missing") << text("missing");
-    QTest::newRow("empty") << text("empty");
-    QTest::newRow("zero byte first") << text("zero");
-    QTest::newRow("folder") << text("folder");
+    const auto row = columns<QString>("name");
+    row("no path", QString());
+    row("missing", "missing");
+    row("empty", "empty");
+    row("zero byte first", "zero");
+    row("folder", "folder");
 }
 
 void tst_FileUtils::replaceInFileLeavesAlone()
@@ -706,17 +687,14 @@ void tst_FileUtils::replaceInFileThatCannotBeWritten()
 
 void tst_FileUtils::digests_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("md5");
-    QTest::addColumn<QString>("sha1");
+    const auto row = columns<QByteArray, QString, QString>("content", "md5", "sha1");
     // From RFC 1321 and RFC 3174, and from md5sum and sha1sum.
-    QTest::newRow("nothing") << QByteArray("") << text("d41d8cd98f00b204e9800998ecf8427e")
-                             << text("da39a3ee5e6b4b0d3255bfef95601890afd80709");
-    QTest::newRow("abc") << QByteArray("abc") << text("900150983cd24fb0d6963f7d28e17f72")
-                         << text("a9993e364706816aba3e25717850c26c9cd0d89d");
-    QTest::newRow("a million times a")
-        << QByteArray(1000000, 'a') << text("7707d6ae4e027c70eea2a935c2296f21")
-        << text("34aa973cd4c4daa4f61eeb2bdbad27316534016f");
+    row("nothing", "", "d41d8cd98f00b204e9800998ecf8427e",
+        "da39a3ee5e6b4b0d3255bfef95601890afd80709");
+    row("abc", "abc", "900150983cd24fb0d6963f7d28e17f72",
+        "a9993e364706816aba3e25717850c26c9cd0d89d");
+    row("a million times a", QByteArray(1000000, 'a'), "7707d6ae4e027c70eea2a935c2296f21",
+        "34aa973cd4c4daa4f61eeb2bdbad27316534016f");
 }
 
 void tst_FileUtils::digests()
@@ -777,13 +755,13 @@ void tst_FileUtils::fileStamp()
 
 void tst_FileUtils::fileStampOfAChange_data()
 {
-    QTest::addColumn<int>("change");
-    QTest::newRow("larger") << 0;
-    QTest::newRow("same size") << 1;
+    const auto row = columns<int>("change");
+    row("larger", 0);
+    row("same size", 1);
 #ifndef Q_OS_WIN // which has none of them
-    QTest::newRow("permissions") << 2;
+    row("permissions", 2);
 #endif
-    QTest::newRow("time set back") << 3;
+    row("time set back", 3);
 }
 
 void tst_FileUtils::fileStampOfAChange()
@@ -830,11 +808,11 @@ void tst_FileUtils::fileStampOfOthers()
 
 void tst_FileUtils::writingRight_data()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("as it is") << text("folder");
-    QTest::newRow("with slash") << text("folder/");
-    QTest::newRow("not clean") << text("./folder//x/..");
-    QTest::newRow("made") << text("new/one");
+    const auto row = columns<QString>("folder");
+    row("as it is", "folder");
+    row("with slash", "folder/");
+    row("not clean", "./folder//x/..");
+    row("made", "new/one");
 }
 
 void tst_FileUtils::writingRight()
@@ -890,9 +868,9 @@ void tst_FileUtils::writingRightOnAFullDisk()
 
 void tst_FileUtils::writingRightOfNoFolder_data()
 {
-    QTest::addColumn<QString>("label");
-    QTest::newRow("without label") << QString();
-    QTest::newRow("with label") << text("Photos");
+    const auto row = columns<QString>("label");
+    row("without label", QString());
+    row("with label", "Photos");
 }
 
 void tst_FileUtils::writingRightOfNoFolder()
@@ -917,17 +895,13 @@ void tst_FileUtils::writingRightOfNoFolder()
 
 void tst_FileUtils::workingFolderBlocked_data()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("label");
-    QTest::newRow("plain")
-        << text("/shop") << text("https://example.org/doc")
-        << text("Your working folder /shop seem not accessible en write, change it or consult <a "
-                "href='https://example.org/doc'>Documentation</a>");
-    QTest::newRow("line feeds and placeholders")
-        << text("/a\n%2\nb") << text("%1")
-        << text("Your working folder /a<br>%2<br>b seem not accessible en write, change it or "
-                "consult <a href='%1'>Documentation</a>");
+    const auto row = columns<QString, QString, QString>("folder", "address", "label");
+    row("plain", "/shop", "https://example.org/doc",
+        "Your working folder /shop seem not accessible en write, change it or consult <a "
+        "href='https://example.org/doc'>Documentation</a>");
+    row("line feeds and placeholders", "/a\n%2\nb", "%1",
+        "Your working folder /a<br>%2<br>b seem not accessible en write, change it or "
+        "consult <a href='%1'>Documentation</a>");
 }
 
 void tst_FileUtils::workingFolderBlocked()
@@ -975,11 +949,11 @@ void tst_FileUtils::contentTextsAreTranslated()
 
 void tst_FileUtils::iconOfTheApplication_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("shipped"); // its name in the folder of the application's icons
-    QTest::newRow("suffix") << text("a.pdf") << text("file.pdf");
-    QTest::newRow("upper case") << text("/x/y.b/A.B.PDF") << text("file.pdf");
-    QTest::newRow("none shipped") << text("a.odt") << text("file.pdf");
+    // shipped: its name in the folder of the application's icons
+    const auto row = namedByText(columns<QString, QString>("name", "shipped"));
+    row("a.pdf", "file.pdf");
+    row("/x/y.b/A.B.PDF", "file.pdf");
+    row("a.odt", "file.pdf"); // of which none is shipped
 }
 
 void tst_FileUtils::iconOfTheApplication()

@@ -5,6 +5,7 @@
 
 #include "FileUtils.h"
 
+#include "Columns.h"
 #include "FileLimit.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -139,15 +140,15 @@ void tst_FileUtilsCopies::cleanup()
 
 void tst_FileUtilsCopies::forceCopy_data()
 {
-    QTest::addColumn<QString>("destination");
-    QTest::newRow("beside") << text("copy");
-    QTest::newRow("over a file") << text("present");
-    QTest::newRow("into a folder") << text("folder/copy");
-    QTest::newRow("into folders to be made") << text("x/y/z/copy");
+    const auto row = columns<QString>("destination");
+    row("beside", "copy");
+    row("over a file", "present");
+    row("into a folder", "folder/copy");
+    row("into folders to be made", "x/y/z/copy");
 #ifdef Q_OS_WIN
-    QTest::newRow("odd name") << text("x/a 'é%1$b");
+    row("odd name", "x/a 'é%1$b");
 #else
-    QTest::newRow("odd name") << text("x/a \"é%1\n$b");
+    row("odd name", "x/a \"é%1\n$b");
 #endif
 }
 
@@ -173,9 +174,9 @@ void tst_FileUtilsCopies::forceCopy()
 
 void tst_FileUtilsCopies::forceCopyPermissions_data()
 {
-    QTest::addColumn<int>("mode");
+    const auto row = columns<int>("mode");
     for (const int mode : {0644, 0600, 0755, 0666, 0777, 0744, 0640})
-        QTest::newRow(qPrintable(QString::number(mode, 8))) << mode;
+        row(qPrintable(QString::number(mode, 8)), mode);
 }
 
 void tst_FileUtilsCopies::forceCopyPermissions()
@@ -311,16 +312,15 @@ void tst_FileUtilsCopies::forceCopyLeavesNothingBehindAFailure()
 
 void tst_FileUtilsCopies::forceCopyOntoItself_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("destination");
-    QTest::newRow("same path") << text("file") << text("file");
-    QTest::newRow("other spelling") << text("file") << text("folder/..//file");
-    QTest::newRow("destination is a link to it") << text("file") << text("link");
-    QTest::newRow("source is a link to it") << text("link") << text("file");
-    QTest::newRow("link onto itself") << text("link") << text("link");
-    QTest::newRow("through a folder link") << text("file") << text("here/file");
-    QTest::newRow("link to a link") << text("linkToLink") << text("file");
-    QTest::newRow("hard link") << text("file") << text("hard");
+    const auto row = columns<QString, QString>("source", "destination");
+    row("same path", "file", "file");
+    row("other spelling", "file", "folder/..//file");
+    row("destination is a link to it", "file", "link");
+    row("source is a link to it", "link", "file");
+    row("link onto itself", "link", "link");
+    row("through a folder link", "file", "here/file");
+    row("link to a link", "linkToLink", "file");
+    row("hard link", "file", "hard");
 }
 
 void tst_FileUtilsCopies::forceCopyOntoItself()
@@ -376,10 +376,10 @@ void tst_FileUtilsCopies::forceCopyLargeFile()
 
 void tst_FileUtilsCopies::forceCopySparesTheDestination_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::newRow("folder") << text("folder");
-    QTest::newRow("unreadable") << text("unreadable");
-    QTest::newRow("pipe, which would never end") << text("pipe");
+    const auto row = columns<QString>("source");
+    row("folder", "folder");
+    row("unreadable", "unreadable");
+    row("pipe, which would never end", "pipe");
 }
 
 void tst_FileUtilsCopies::forceCopySparesTheDestination()
@@ -489,14 +489,11 @@ void tst_FileUtilsCopies::copyDir()
 
 void tst_FileUtilsCopies::copyDirMergeDecides_data()
 {
-    QTest::addColumn<bool>("merge");
-    QTest::addColumn<QStringList>("result");
-    QTest::newRow("exact copy") << false
-                                << QStringList({text("a=new"), text("sub/"), text("sub/b=new")});
-    QTest::newRow("merged") << true
-                            << QStringList({text(".mine=old"), text("a=new"), text("mine/"),
-                                            text("mine/c=old"), text("sub/"), text("sub/b=new"),
-                                            text("sub/mine=old")});
+    const auto row = columns<bool, QStringList>("merge", "result");
+    row("exact copy", false, QStringList({text("a=new"), text("sub/"), text("sub/b=new")}));
+    row("merged", true,
+        QStringList({text(".mine=old"), text("a=new"), text("mine/"), text("mine/c=old"),
+                     text("sub/"), text("sub/b=new"), text("sub/mine=old")}));
 }
 
 void tst_FileUtilsCopies::copyDirMergeDecides()
@@ -530,10 +527,10 @@ void tst_FileUtilsCopies::copyDirNestedFoldersAreMerged()
 
 void tst_FileUtilsCopies::copyDirMissingSource_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::newRow("missing") << text("missing");
-    QTest::newRow("file") << text("file");
-    QTest::newRow("broken link") << text("broken");
+    const auto row = columns<QString>("name");
+    row("missing", "missing");
+    row("file", "file");
+    row("broken link", "broken");
 }
 
 void tst_FileUtilsCopies::copyDirMissingSource()
@@ -582,11 +579,11 @@ void tst_FileUtilsCopies::copyDirCannotRemove()
 
 void tst_FileUtilsCopies::copyDirCannotMkdir_data()
 {
-    QTest::addColumn<QString>("destination");
-    QTest::newRow("a file is in the way") << text("file");
-    QTest::newRow("a parent is a file") << text("file/d");
-    QTest::newRow("not permitted") << text("locked/x/d");
-    QTest::newRow("broken link") << text("broken");
+    const auto row = columns<QString>("destination");
+    row("a file is in the way", "file");
+    row("a parent is a file", "file/d");
+    row("not permitted", "locked/x/d");
+    row("broken link", "broken");
 }
 
 void tst_FileUtilsCopies::copyDirCannotMkdir()
@@ -704,20 +701,19 @@ void tst_FileUtilsCopies::copyDirSparesTheDestination()
 
 void tst_FileUtilsCopies::copyDirOntoItself_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("destination");
-    QTest::newRow("itself") << text("p/s") << text("p/s");
-    QTest::newRow("itself, other spelling") << text("p/s") << text("p/x/..//s/");
-    QTest::newRow("itself through a link") << text("p/s") << text("link");
-    QTest::newRow("itself from a link") << text("link") << text("p/s");
-    QTest::newRow("link onto itself") << text("link") << text("link");
-    QTest::newRow("inside it, present") << text("p/s") << text("p/s/sub");
-    QTest::newRow("inside it, to be made") << text("p/s") << text("p/s/sub/new/deeper");
-    QTest::newRow("inside it through a link") << text("p/s") << text("link/new");
-    QTest::newRow("its parent") << text("p/s") << text("p");
-    QTest::newRow("further up") << text("p/s/sub") << text("p");
-    QTest::newRow("its parent through a link") << text("p/s") << text("parent");
-    QTest::newRow("the place of the link that is copied") << text("holder/link") << text("holder");
+    const auto row = columns<QString, QString>("source", "destination");
+    row("itself", "p/s", "p/s");
+    row("itself, other spelling", "p/s", "p/x/..//s/");
+    row("itself through a link", "p/s", "link");
+    row("itself from a link", "link", "p/s");
+    row("link onto itself", "link", "link");
+    row("inside it, present", "p/s", "p/s/sub");
+    row("inside it, to be made", "p/s", "p/s/sub/new/deeper");
+    row("inside it through a link", "p/s", "link/new");
+    row("its parent", "p/s", "p");
+    row("further up", "p/s/sub", "p");
+    row("its parent through a link", "p/s", "parent");
+    row("the place of the link that is copied", "holder/link", "holder");
 }
 
 void tst_FileUtilsCopies::copyDirOntoItself()
@@ -889,13 +885,12 @@ void tst_FileUtilsCopies::copyDirResources()
 
 void tst_FileUtilsCopies::segmentedCopy_data()
 {
-    QTest::addColumn<int>("segmentSize");
-    QTest::addColumn<QVector<qint64>>("reads");
-    QTest::newRow("in pieces") << 4 << QVector<qint64>({4, 4, 2});
-    QTest::newRow("in whole pieces") << 5 << QVector<qint64>({5, 5});
-    QTest::newRow("at once") << 10 << QVector<qint64>({10});
-    QTest::newRow("larger than the source") << 4096 << QVector<qint64>({10});
-    QTest::newRow("byte by byte") << 1 << QVector<qint64>(10, 1);
+    const auto row = columns<int, QVector<qint64>>("segmentSize", "reads");
+    row("in pieces", 4, QVector<qint64>({4, 4, 2}));
+    row("in whole pieces", 5, QVector<qint64>({5, 5}));
+    row("at once", 10, QVector<qint64>({10}));
+    row("larger than the source", 4096, QVector<qint64>({10}));
+    row("byte by byte", 1, QVector<qint64>(10, 1));
 }
 
 void tst_FileUtilsCopies::segmentedCopy()
@@ -916,14 +911,12 @@ void tst_FileUtilsCopies::segmentedCopy()
 
 void tst_FileUtilsCopies::segmentedCopyStopsOnAnEmptyRead_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<qint64>("claimed");
-    QTest::addColumn<int>("segmentSize");
-    QTest::addColumn<int>("total");
-    QTest::newRow("dry from the start") << QByteArray() << qint64(10) << 4 << 0;
-    QTest::newRow("dries up") << QByteArray("01234567") << qint64(10) << 4 << 8;
-    QTest::newRow("segment size 0") << QByteArray("0123") << qint64(4) << 0 << 0;
-    QTest::newRow("negative segment size") << QByteArray("0123") << qint64(4) << -1 << 0;
+    const auto row =
+        columns<QByteArray, qint64, int, int>("content", "claimed", "segmentSize", "total");
+    row("dry from the start", QByteArray(), qint64(10), 4, 0);
+    row("dries up", "01234567", qint64(10), 4, 8);
+    row("segment size 0", "0123", qint64(4), 0, 0);
+    row("negative segment size", "0123", qint64(4), -1, 0);
 }
 
 void tst_FileUtilsCopies::segmentedCopyStopsOnAnEmptyRead()

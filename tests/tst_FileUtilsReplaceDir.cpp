@@ -5,6 +5,7 @@
 
 #include "FileUtils.h"
 
+#include "Columns.h"
 #include "FileLimit.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -131,10 +132,10 @@ private Q_SLOTS:
 
 void tst_FileUtilsReplaceDir::replaces_data()
 {
-    QTest::addColumn<QString>("destination");
-    QTest::newRow("over a tree") << text("d");
-    QTest::newRow("where nothing is") << text("new/folder");
-    QTest::newRow("with a slash") << text("d/");
+    const auto row = columns<QString>("destination");
+    row("over a tree", "d");
+    row("where nothing is", "new/folder");
+    row("with a slash", "d/");
 }
 
 void tst_FileUtilsReplaceDir::replaces()
@@ -282,21 +283,16 @@ void tst_FileUtilsReplaceDir::specialEntries()
 
 void tst_FileUtilsReplaceDir::refusals_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("destination");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("missing source")
-        << text("none") << text("d") << text("The folder %1/none does not exist");
-    QTest::newRow("file as destination")
-        << text("s") << text("s2") << text("%1/s2 is not a folder");
+    const auto row = columns<QString, QString, QString>("source", "destination", "error");
+    row("missing source", "none", "d", "The folder %1/none does not exist");
+    row("file as destination", "s", "s2", "%1/s2 is not a folder");
 #ifndef Q_OS_WIN
-    QTest::newRow("broken link as destination")
-        << text("s") << text("s/broken") << text("%1/s/broken is not a folder");
+    row("broken link as destination", "s", "s/broken", "%1/s/broken is not a folder");
 #endif
-    QTest::newRow("onto itself") << text("s") << text("s") << text("%1/s cannot be copied");
-    QTest::newRow("into itself") << text("s") << text("s/x/y") << text("%1/s cannot be copied");
-    QTest::newRow("around itself")
-        << text("s/sub") << text("s") << text("%1/s/sub cannot be copied");
+    row("onto itself", "s", "s", "%1/s cannot be copied");
+    row("into itself", "s", "s/x/y", "%1/s cannot be copied");
+    row("around itself", "s/sub", "s", "%1/s/sub cannot be copied");
+    row("below a file", "s", "s2/d", "The folder %1/s2/d cannot be made");
 }
 
 void tst_FileUtilsReplaceDir::refusals()
@@ -413,9 +409,9 @@ void tst_FileUtilsReplaceDir::namesThatAreNoText()
 
 void tst_FileUtilsReplaceDir::cancelled_data()
 {
-    QTest::addColumn<QString>("destination");
-    QTest::newRow("over a tree") << text("d");
-    QTest::newRow("where nothing is") << text("new");
+    const auto row = columns<QString>("destination");
+    row("over a tree", "d");
+    row("where nothing is", "new");
 }
 
 void tst_FileUtilsReplaceDir::cancelled()
@@ -485,18 +481,17 @@ void tst_FileUtilsReplaceDir::moveOver()
 
 void tst_FileUtilsReplaceDir::moveOverRefusals_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("newPath");
-    QTest::newRow("file over folder") << text("file") << text("d");
-    QTest::newRow("folder over file") << text("d") << text("file");
-    QTest::newRow("nothing") << text("none") << text("file");
+    const auto row = columns<QString, QString>("path", "newPath");
+    row("file over folder", "file", "d");
+    row("folder over file", "d", "file");
+    row("nothing", "none", "file");
 #ifndef Q_OS_WIN
-    QTest::newRow("folder over link") << text("s") << text("toD");
+    row("folder over link", "s", "toD");
 #endif
     // The system would stop at the NUL, and find another file.
-    QTest::newRow("over a NUL") << text("file") << text("d/a") + QChar() + text("b");
-    QTest::newRow("from a NUL") << text("file") + QChar() + text("b") << text("d/a");
-    QTest::newRow("folder over a NUL") << text("s") << text("d") + QChar();
+    row("over a NUL", "file", text("d/a") + QChar() + text("b"));
+    row("from a NUL", text("file") + QChar() + text("b"), "d/a");
+    row("folder over a NUL", "s", text("d") + QChar());
 }
 
 void tst_FileUtilsReplaceDir::moveOverRefusals()

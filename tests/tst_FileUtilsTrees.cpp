@@ -5,6 +5,7 @@
 
 #include "FileUtils.h"
 
+#include "Columns.h"
 #include "FileLimit.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -215,42 +216,32 @@ void tst_FileUtilsTrees::folderSizeLatestModification()
 
 void tst_FileUtilsTrees::listFilesInFileSystem_data()
 {
-    QTest::addColumn<bool>("recursive");
-    QTest::addColumn<QString>("filter");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QStringList>("oldFiles");
+    const auto row = columns<bool, QString, QString, QStringList, QStringList>(
+        "recursive", "filter", "prefix", "files", "oldFiles");
     const QString none;
-    QTest::newRow("flat") << false << none << none << QStringList({text("1"), text("2.txt")})
-                          << QStringList({text("/1"), text("/2.txt")});
-    QTest::newRow("recursive")
-        << true << none << none
-        << QStringList({text("1"), text("2.txt"), text("a/3"), text("a/b/4"), text("ab/5")})
-        << QStringList({text("/1"), text("/2.txt"), text("/a/3"), text("/a/b/4"), text("/ab/5")});
-    QTest::newRow("prefix") << true << none << text("p")
-                            << QStringList({text("p/1"), text("p/2.txt"), text("p/a/3"),
-                                            text("p/a/b/4"), text("p/ab/5")})
-                            << QStringList({text("p/1"), text("p/2.txt"), text("p/a/3"),
-                                            text("p/a/b/4"), text("p/ab/5")});
-    QTest::newRow("prefix with slash")
-        << false << none << text("p/q/") << QStringList({text("p/q/1"), text("p/q/2.txt")})
-        << QStringList({text("p/q/1"), text("p/q/2.txt")});
-    QTest::newRow("slash as prefix")
-        << false << none << text("/") << QStringList({text("/1"), text("/2.txt")})
-        << QStringList({text("/1"), text("/2.txt")});
-    QTest::newRow("filter matches no folder")
-        << true << text("zzz") << none << QStringList({text("1"), text("2.txt")})
-        << QStringList({text("/1"), text("/2.txt")});
-    QTest::newRow("filter matches whole names")
-        << true << text("a") << none << QStringList({text("1"), text("2.txt"), text("a/3")})
-        << QStringList({text("/1"), text("/2.txt"), text("/a/3")});
-    QTest::newRow("filter at every level")
-        << true << text("a|b") << none
-        << QStringList({text("1"), text("2.txt"), text("a/3"), text("a/b/4")})
-        << QStringList({text("/1"), text("/2.txt"), text("/a/3"), text("/a/b/4")});
-    QTest::newRow("filter without recursion")
-        << false << text("a") << none << QStringList({text("1"), text("2.txt")})
-        << QStringList({text("/1"), text("/2.txt")});
+    row("flat", false, none, none, QStringList({text("1"), text("2.txt")}),
+        QStringList({text("/1"), text("/2.txt")}));
+    row("recursive", true, none, none,
+        QStringList({text("1"), text("2.txt"), text("a/3"), text("a/b/4"), text("ab/5")}),
+        QStringList({text("/1"), text("/2.txt"), text("/a/3"), text("/a/b/4"), text("/ab/5")}));
+    row("prefix", true, none, "p",
+        QStringList({text("p/1"), text("p/2.txt"), text("p/a/3"), text("p/a/b/4"), text("p/ab/5")}),
+        QStringList(
+            {text("p/1"), text("p/2.txt"), text("p/a/3"), text("p/a/b/4"), text("p/ab/5")}));
+    row("prefix with slash", false, none, "p/q/", QStringList({text("p/q/1"), text("p/q/2.txt")}),
+        QStringList({text("p/q/1"), text("p/q/2.txt")}));
+    row("slash as prefix", false, none, "/", QStringList({text("/1"), text("/2.txt")}),
+        QStringList({text("/1"), text("/2.txt")}));
+    row("filter matches no folder", true, "zzz", none, QStringList({text("1"), text("2.txt")}),
+        QStringList({text("/1"), text("/2.txt")}));
+    row("filter matches whole names", true, "a", none,
+        QStringList({text("1"), text("2.txt"), text("a/3")}),
+        QStringList({text("/1"), text("/2.txt"), text("/a/3")}));
+    row("filter at every level", true, "a|b", none,
+        QStringList({text("1"), text("2.txt"), text("a/3"), text("a/b/4")}),
+        QStringList({text("/1"), text("/2.txt"), text("/a/3"), text("/a/b/4")}));
+    row("filter without recursion", false, "a", none, QStringList({text("1"), text("2.txt")}),
+        QStringList({text("/1"), text("/2.txt")}));
 }
 
 void tst_FileUtilsTrees::listFilesInFileSystem()
@@ -490,17 +481,15 @@ void tst_FileUtilsTrees::listEntriesThatAreNoText()
 
 void tst_FileUtilsTrees::listEntriesRefusals_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("no path") << QString() << text("No such file or directory");
-    QTest::newRow("missing") << text("%1/nowhere") << text("No such file or directory");
-    QTest::newRow("file") << text("%1/file") << text("Not a directory");
-    QTest::newRow("link to a file") << text("%1/link") << text("Not a directory");
-    QTest::newRow("broken link") << text("%1/broken") << text("No such file or directory");
-    QTest::newRow("not to be read") << text("%1/locked") << text("Permission denied");
-    QTest::newRow("NUL") << QString(text("%1") + QChar() + text("x"))
-                         << text("No such file or directory");
-    QTest::newRow("missing resource") << text(":/nowhere") << text("No such file or directory");
+    const auto row = columns<QString, QString>("path", "error");
+    row("no path", QString(), "No such file or directory");
+    row("missing", "%1/nowhere", "No such file or directory");
+    row("file", "%1/file", "Not a directory");
+    row("link to a file", "%1/link", "Not a directory");
+    row("broken link", "%1/broken", "No such file or directory");
+    row("not to be read", "%1/locked", "Permission denied");
+    row("NUL", QString(text("%1") + QChar() + text("x")), "No such file or directory");
+    row("missing resource", ":/nowhere", "No such file or directory");
 }
 
 void tst_FileUtilsTrees::listEntriesRefusals()
@@ -609,14 +598,19 @@ static void compareRefusals(const Sandbox& box)
     QVERIFY(!FileUtils::old::removeDirectory(box(text("s")), true));
 }
 
+/// A path in the new folder "s", with a name in Latin 1 on a system that writes UTF-8, as old
+/// archives bring it.
+static QByteArray pathThatIsNoText(const Sandbox& box)
+{
+    return QFile::encodeName(box.folder(text("s")) + text("/caf")) + '\xe9';
+}
+
 void tst_FileUtilsTrees::namesThatAreNoText()
 {
     if (portable)
         QSKIP("Qt's classes do not show such names, and Linux alone has them");
-    // A name in Latin 1 on a system that writes UTF-8, as old archives bring it.
-    Sandbox box;
-    box.folder(text("s"));
-    const QByteArray path = QFile::encodeName(box(text("s/caf"))) + '\xe9';
+    const Sandbox box;
+    const QByteArray path = pathThatIsNoText(box);
     const int file = ::open(path.constData(), O_CREAT | O_WRONLY, 0644);
     if (file < 0)
         QSKIP("this file system does not take such names");
@@ -634,9 +628,8 @@ void tst_FileUtilsTrees::folderNamesThatAreNoText()
 {
     if (portable)
         QSKIP("Qt's classes do not show such names, and Linux alone has them");
-    Sandbox box;
-    box.folder(text("s"));
-    const QByteArray path = QFile::encodeName(box(text("s/caf"))) + '\xe9';
+    const Sandbox box;
+    const QByteArray path = pathThatIsNoText(box);
     if (::mkdir(path.constData(), 0755) != 0)
         QSKIP("this file system does not take such names");
     const QByteArray inside = path + "/file";
@@ -684,13 +677,13 @@ void tst_FileUtilsTrees::manyLevels()
 
 void tst_FileUtilsTrees::removeContentDirectoryGuards_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("current folder") << text(".");
-    QTest::newRow("parent folder") << text("..");
-    QTest::newRow("bare name") << text("folder");
-    QTest::newRow("missing") << text("./missing");
-    QTest::newRow("file") << text("./file");
+    const auto row = columns<QString>("path");
+    row("empty", QString());
+    row("current folder", ".");
+    row("parent folder", "..");
+    row("bare name", "folder");
+    row("missing", "./missing");
+    row("file", "./file");
 }
 
 void tst_FileUtilsTrees::removeContentDirectoryGuards()
@@ -710,13 +703,11 @@ void tst_FileUtilsTrees::removeContentDirectoryGuards()
 
 void tst_FileUtilsTrees::removeContentDirectory_data()
 {
-    QTest::addColumn<bool>("recursive");
-    QTest::addColumn<QStringList>("left");
-    QTest::newRow("recursive") << true << QStringList();
-    QTest::newRow("not recursive")
-        << false
-        << QStringList({text(".hiddenSub/"), text(".hiddenSub/d=4"), text("sub/"), text("sub/c=3"),
-                        text("sub/deep/")});
+    const auto row = columns<bool, QStringList>("recursive", "left");
+    row("recursive", true, QStringList());
+    row("not recursive", false,
+        QStringList({text(".hiddenSub/"), text(".hiddenSub/d=4"), text("sub/"), text("sub/c=3"),
+                     text("sub/deep/")}));
 }
 
 void tst_FileUtilsTrees::removeContentDirectory()
@@ -833,32 +824,25 @@ void tst_FileUtilsTrees::removeContentDirectoryUnreadable()
 
 void tst_FileUtilsTrees::removeEmptyDirs_data()
 {
-    QTest::addColumn<QStringList>("entries");
-    QTest::addColumn<bool>("recursive");
-    QTest::addColumn<int>("removed");
-    QTest::addColumn<QStringList>("left");
+    const auto row =
+        columns<QStringList, bool, int, QStringList>("entries", "recursive", "removed", "left");
     const QStringList empties{text("t/a/b/"), text("t/a/c/"), text("t/d/")};
-    QTest::newRow("empty folders") << empties << true << 5 << QStringList();
-    QTest::newRow("empty folders, not recursive")
-        << empties << false << 0
-        << QStringList({text("t/"), text("t/a/"), text("t/a/b/"), text("t/a/c/"), text("t/d/")});
-    QTest::newRow("one empty folder") << QStringList(text("t/")) << true << 1 << QStringList();
-    QTest::newRow("one empty folder, not recursive")
-        << QStringList(text("t/")) << false << 1 << QStringList();
-    QTest::newRow("only an empty sub-folder, not recursive")
-        << QStringList(text("t/a/")) << false << 0 << QStringList({text("t/"), text("t/a/")});
-    QTest::newRow("a file keeps its folders")
-        << QStringList({text("t/a/b/"), text("t/c/file")}) << true << 2
-        << QStringList({text("t/"), text("t/c/"), text("t/c/file=content")});
-    QTest::newRow("a hidden file cannot be removed")
-        << QStringList({text("t/a/.DS_Store"), text("t/b/")}) << true << 1
-        << QStringList({text("t/"), text("t/a/"), text("t/a/.DS_Store=content")});
-    QTest::newRow("only a hidden file") << QStringList(text("t/.DS_Store")) << true << 0
-                                        << QStringList({text("t/"), text("t/.DS_Store=content")});
-    QTest::newRow("hidden folders are not visited")
-        << QStringList(text("t/.hidden/a/")) << true << 0
-        << QStringList({text("t/"), text("t/.hidden/"), text("t/.hidden/a/")});
-    QTest::newRow("missing") << QStringList() << true << 0 << QStringList();
+    row("empty folders", empties, true, 5, QStringList());
+    row("empty folders, not recursive", empties, false, 0,
+        QStringList({text("t/"), text("t/a/"), text("t/a/b/"), text("t/a/c/"), text("t/d/")}));
+    row("one empty folder", QStringList(text("t/")), true, 1, QStringList());
+    row("one empty folder, not recursive", QStringList(text("t/")), false, 1, QStringList());
+    row("only an empty sub-folder, not recursive", QStringList(text("t/a/")), false, 0,
+        QStringList({text("t/"), text("t/a/")}));
+    row("a file keeps its folders", QStringList({text("t/a/b/"), text("t/c/file")}), true, 2,
+        QStringList({text("t/"), text("t/c/"), text("t/c/file=content")}));
+    row("a hidden file cannot be removed", QStringList({text("t/a/.DS_Store"), text("t/b/")}), true,
+        1, QStringList({text("t/"), text("t/a/"), text("t/a/.DS_Store=content")}));
+    row("only a hidden file", QStringList(text("t/.DS_Store")), true, 0,
+        QStringList({text("t/"), text("t/.DS_Store=content")}));
+    row("hidden folders are not visited", QStringList(text("t/.hidden/a/")), true, 0,
+        QStringList({text("t/"), text("t/.hidden/"), text("t/.hidden/a/")}));
+    row("missing", QStringList(), true, 0, QStringList());
 }
 
 void tst_FileUtilsTrees::removeEmptyDirs()
@@ -908,14 +892,13 @@ void tst_FileUtilsTrees::removeEmptyDirsLeavesLinks()
 
 void tst_FileUtilsTrees::forceDirectoryCreation_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("made");
-    QTest::newRow("several levels") << text("a/b/c/file") << text("a/b/c");
-    QTest::newRow("present") << text("present/file") << text("present");
-    QTest::newRow("one more level") << text("present/b/file") << text("present/b");
-    QTest::newRow("folder path") << text("a/b/") << text("a/b");
-    QTest::newRow("two slashes") << text("a//b//file") << text("a/b");
-    QTest::newRow("through a link") << text("link/b/file") << text("present/b");
+    const auto row = columns<QString, QString>("path", "made");
+    row("several levels", "a/b/c/file", "a/b/c");
+    row("present", "present/file", "present");
+    row("one more level", "present/b/file", "present/b");
+    row("folder path", "a/b/", "a/b");
+    row("two slashes", "a//b//file", "a/b");
+    row("through a link", "link/b/file", "present/b");
 }
 
 void tst_FileUtilsTrees::forceDirectoryCreation()
@@ -994,24 +977,16 @@ void tst_FileUtilsTrees::removeDirectory()
 
 void tst_FileUtilsTrees::removeDirectoryRefusals_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<int>("depth");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("empty") << QString() << 64 << text("untouched");
-    QTest::newRow("empty, without a budget") << QString() << 0 << text("untouched");
-    QTest::newRow("no budget") << text("t") << 0
-                               << text("FileUtils::removeDirectory t profondeur max atteinte !");
-    QTest::newRow("less than no budget")
-        << text("t") << -1 << text("FileUtils::removeDirectory t profondeur max atteinte !");
-    QTest::newRow("missing") << text("missing") << 64
-                             << text("FileUtils::removeDirectory: missing doesn't exist");
-    QTest::newRow("missing, without a budget")
-        << text("missing") << 0
-        << text("FileUtils::removeDirectory missing profondeur max atteinte !");
-    QTest::newRow("file") << text("t/a") << 64
-                          << text("FileUtils::removeDirectory: t/a doesn't exist");
-    QTest::newRow("broken link") << text("broken") << 64
-                                 << text("FileUtils::removeDirectory: broken doesn't exist");
+    const auto row = columns<QString, int, QString>("path", "depth", "message");
+    row("empty", QString(), 64, "untouched");
+    row("empty, without a budget", QString(), 0, "untouched");
+    row("no budget", "t", 0, "FileUtils::removeDirectory t profondeur max atteinte !");
+    row("less than no budget", "t", -1, "FileUtils::removeDirectory t profondeur max atteinte !");
+    row("missing", "missing", 64, "FileUtils::removeDirectory: missing doesn't exist");
+    row("missing, without a budget", "missing", 0,
+        "FileUtils::removeDirectory missing profondeur max atteinte !");
+    row("file", "t/a", 64, "FileUtils::removeDirectory: t/a doesn't exist");
+    row("broken link", "broken", 64, "FileUtils::removeDirectory: broken doesn't exist");
 }
 
 void tst_FileUtilsTrees::removeDirectoryRefusals()
@@ -1186,9 +1161,9 @@ void tst_FileUtilsTrees::removeDirectoryLeavesBrokenLinks()
 
 void tst_FileUtilsTrees::removeDirectoryOfALink_data()
 {
-    QTest::addColumn<QString>("spelling");
-    QTest::newRow("link") << text("link");
-    QTest::newRow("link with slash") << text("link/");
+    const auto row = columns<QString>("spelling");
+    row("link", "link");
+    row("link with slash", "link/");
 }
 
 void tst_FileUtilsTrees::removeDirectoryOfALink()

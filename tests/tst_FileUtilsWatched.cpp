@@ -6,6 +6,7 @@
 
 #include "FileUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "PortableFiles.h"
@@ -25,11 +26,15 @@
 namespace {
 
 /// 25 files of 100 bytes in five folders, below "s".
-void makeTree(const Sandbox& box)
+class TreeBox : public Sandbox
 {
-    for (int i = 0; i < 25; ++i)
-        box.file(QStringLiteral("s/%1/%2").arg(i / 5).arg(i % 5), QByteArray(100, 'x'));
-}
+public:
+    TreeBox()
+    {
+        for (int i = 0; i < 25; ++i)
+            file(QStringLiteral("s/%1/%2").arg(i / 5).arg(i % 5), QByteArray(100, 'x'));
+    }
+};
 
 int countFiles(const QString& folder)
 {
@@ -39,10 +44,14 @@ int countFiles(const QString& folder)
 /// Notes what it sees, takes its time over it, and cancels when it has been called often enough.
 struct Watcher
 {
+    explicit Watcher(int mostCalls = -1)
+        : calls(mostCalls)
+    { }
+
     QVector<FileUtils::TreeProgress> seen;
     QVector<qint64> times;
     QElapsedTimer clock;
-    int calls = -1;
+    int calls;
     int pause = 0;
 
     FileUtils::TreeObserver observer()
@@ -81,8 +90,7 @@ private Q_SLOTS:
 
 void tst_FileUtilsWatched::copyDir()
 {
-    Sandbox box;
-    makeTree(box);
+    TreeBox box;
     Watcher watcher;
     QString error;
     QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false, watcher.observer(), &error));
@@ -104,10 +112,8 @@ void tst_FileUtilsWatched::copyDir()
 
 void tst_FileUtilsWatched::copyDirCancelled()
 {
-    Sandbox box;
-    makeTree(box);
-    Watcher watcher;
-    watcher.calls = 1;
+    TreeBox box;
+    Watcher watcher(1);
     QString error;
     LogCapture log;
     QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false, watcher.observer(), &error));
@@ -119,16 +125,11 @@ void tst_FileUtilsWatched::copyDirCancelled()
 
 void tst_FileUtilsWatched::copyDirReasons_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("destination");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("missing") << text("nowhere") << text("d")
-                             << text("The folder %1/nowhere does not exist");
-    QTest::newRow("into itself") << text("s") << text("s/d") << text("%1/s cannot be copied");
-    QTest::newRow("folder cannot be made")
-        << text("s") << text("file/d") << text("The folder %1/file/d cannot be made");
-    QTest::newRow("unreadable file")
-        << text("s") << text("d") << text("%1/s/secret cannot be copied (Permission denied)");
+    const auto row = columns<QString, QString, QString>("source", "destination", "error");
+    row("missing", "nowhere", "d", "The folder %1/nowhere does not exist");
+    row("into itself", "s", "s/d", "%1/s cannot be copied");
+    row("folder cannot be made", "s", "file/d", "The folder %1/file/d cannot be made");
+    row("unreadable file", "s", "d", "%1/s/secret cannot be copied (Permission denied)");
 }
 
 void tst_FileUtilsWatched::copyDirReasons()
@@ -153,8 +154,7 @@ void tst_FileUtilsWatched::reportsAreRare()
 {
     // An observer that takes 20 ms sees a fast copy with its first file and at its end, and between
     // the two no sooner than 50 ms after the last time.
-    Sandbox box;
-    makeTree(box);
+    TreeBox box;
     Watcher watcher;
     watcher.pause = 20;
     QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false, watcher.observer()));
@@ -165,8 +165,7 @@ void tst_FileUtilsWatched::reportsAreRare()
 void tst_FileUtilsWatched::removeContentDirectory()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
-    Sandbox box;
-    makeTree(box);
+    TreeBox box;
     box.link(text("s/link"), text("0"));
     Watcher watcher;
     QString error;
@@ -180,10 +179,8 @@ void tst_FileUtilsWatched::removeContentDirectory()
 
 void tst_FileUtilsWatched::removeContentDirectoryCancelled()
 {
-    Sandbox box;
-    makeTree(box);
-    Watcher watcher;
-    watcher.calls = 1;
+    TreeBox box;
+    Watcher watcher(1);
     QString error;
     LogCapture log;
     QVERIFY(!FileUtils::removeContentDirectory(box(text("s")), true, watcher.observer(), &error));
@@ -212,8 +209,7 @@ void tst_FileUtilsWatched::removeContentDirectoryReasons()
 
 void tst_FileUtilsWatched::folderSize()
 {
-    Sandbox box;
-    makeTree(box);
+    TreeBox box;
     Watcher watcher;
     QString error;
     int count = 0;
@@ -224,17 +220,16 @@ void tst_FileUtilsWatched::folderSize()
     QCOMPARE(count, 25);
     QVERIFY(latest.isValid());
     QCOMPARE(watcher.seen.first().totalFiles, -1);
-    QCOMPARE(watcher.seen.last().files, 25);
-    QCOMPARE(watcher.seen.last().totalFiles, 25);
-    QCOMPARE(watcher.seen.last().totalBytes, qint64(2500));
+    const FileUtils::TreeProgress last = watcher.seen.last();
+    QCOMPARE(last.files, 25);
+    QCOMPARE(last.totalFiles, 25);
+    QCOMPARE(last.totalBytes, qint64(2500));
 }
 
 void tst_FileUtilsWatched::folderSizeCancelled()
 {
-    Sandbox box;
-    makeTree(box);
-    Watcher watcher;
-    watcher.calls = 1;
+    TreeBox box;
+    Watcher watcher(1);
     QString error;
     int count = 0;
     QCOMPARE(FileUtils::folderSize(box(text("s")), &count, nullptr, watcher.observer(), &error),
@@ -263,8 +258,7 @@ void tst_FileUtilsWatched::folderSizeReasons()
 
 void tst_FileUtilsWatched::errorIsNeverCleared()
 {
-    Sandbox box;
-    makeTree(box);
+    TreeBox box;
     QString error = text("before");
     QVERIFY(FileUtils::copyDir(box(text("s")), box(text("d")), false, nullptr, &error));
     FileUtils::folderSize(box(text("s")), nullptr, nullptr, nullptr, &error);

@@ -3,6 +3,8 @@
 
 #include "FlagsUtils.h"
 
+#include "Columns.h"
+
 #include <QtTest>
 
 class tst_FlagsUtils : public QObject
@@ -16,19 +18,16 @@ private Q_SLOTS:
 
 void tst_FlagsUtils::setFlag_data()
 {
-    QTest::addColumn<int>("before");
-    QTest::addColumn<int>("flag");
-    QTest::addColumn<bool>("on");
-    QTest::addColumn<int>("after");
+    const auto row = columns<int, int, bool, int>("before", "flag", "on", "after");
     // Selectable is 1, editable 2, enabled 32.
-    QTest::newRow("set") << 33 << int(Qt::ItemIsEditable) << true << 35;
-    QTest::newRow("set again") << 35 << int(Qt::ItemIsEditable) << true << 35;
-    QTest::newRow("set in none") << 0 << int(Qt::ItemIsEnabled) << true << 32;
-    QTest::newRow("clear") << 35 << int(Qt::ItemIsEditable) << false << 33;
-    QTest::newRow("clear again") << 33 << int(Qt::ItemIsEditable) << false << 33;
-    QTest::newRow("clear the last") << 32 << int(Qt::ItemIsEnabled) << false << 0;
-    QTest::newRow("set no flag") << 33 << int(Qt::NoItemFlags) << true << 33;
-    QTest::newRow("clear no flag") << 33 << int(Qt::NoItemFlags) << false << 33;
+    row("set", 33, int(Qt::ItemIsEditable), true, 35);
+    row("set again", 35, int(Qt::ItemIsEditable), true, 35);
+    row("set in none", 0, int(Qt::ItemIsEnabled), true, 32);
+    row("clear", 35, int(Qt::ItemIsEditable), false, 33);
+    row("clear again", 33, int(Qt::ItemIsEditable), false, 33);
+    row("clear the last", 32, int(Qt::ItemIsEnabled), false, 0);
+    row("set no flag", 33, int(Qt::NoItemFlags), true, 33);
+    row("clear no flag", 33, int(Qt::NoItemFlags), false, 33);
 }
 
 void tst_FlagsUtils::setFlag()

@@ -4,8 +4,10 @@
 #include "GenericThread.h"
 
 #include "ChildRole.h"
+#include "Columns.h"
 #include "LogCapture.h"
 #include "SystemCalls.h"
+#include "ThreadParents.h"
 #include "ThreadRecords.h"
 
 #include <QMetaMethod>
@@ -136,11 +138,7 @@ void tst_GenericThread::metaObject()
 
 void tst_GenericThread::parents()
 {
-    GenericThread orphan;
-    QCOMPARE(orphan.parent(), static_cast<QObject*>(QCoreApplication::instance()));
-    QObject parent;
-    GenericThread child(&parent);
-    QCOMPARE(child.parent(), &parent);
+    compareParents<GenericThread>();
 }
 
 void tst_GenericThread::deletesItself()
@@ -260,16 +258,12 @@ void tst_GenericThread::receiverIsDestroyed()
 
 void tst_GenericThread::withoutReceiver_data()
 {
-    QTest::addColumn<bool>("hasReceiver");
-    QTest::addColumn<QByteArray>("member");
-    QTest::addColumn<QString>("warning");
-    QTest::newRow("null receiver")
-        << false << QByteArray(SLOT(receive(QVariant)))
-        << QStringLiteral("QObject::connect: Cannot connect GenericThread::genericFinished("
-                          "QVariant) to (nullptr)::receive(QVariant)");
-    QTest::newRow("no such slot")
-        << true << QByteArray(SLOT(nothing(QVariant)))
-        << QStringLiteral("QObject::connect: No such slot Receiver::nothing(QVariant)");
+    const auto row = columns<bool, QByteArray, QString>("hasReceiver", "member", "warning");
+    row("null receiver", false, QByteArray(SLOT(receive(QVariant))),
+        "QObject::connect: Cannot connect GenericThread::genericFinished("
+        "QVariant) to (nullptr)::receive(QVariant)");
+    row("no such slot", true, QByteArray(SLOT(nothing(QVariant))),
+        "QObject::connect: No such slot Receiver::nothing(QVariant)");
 }
 
 void tst_GenericThread::withoutReceiver()
@@ -308,14 +302,13 @@ void tst_GenericThread::anyCallable_data()
         int mRight;
     };
 
-    QTest::addColumn<Callable>("function");
-    QTest::addColumn<QVariant>("result");
-    QTest::newRow("a function") << Callable(answer) << QVariant(42);
-    QTest::newRow("a function object") << Callable(Multiplies{6, 7}) << QVariant(42);
-    QTest::newRow("a lambda expression that returns a text")
-        << Callable([] { return textOf(1); }) << QVariant(textOf(1));
-    QTest::newRow("a bound function") << Callable(std::bind(textOf, 2)) << QVariant(textOf(2));
-    QTest::newRow("no value") << Callable([] { return QVariant(); }) << QVariant();
+    const auto row = columns<Callable, QVariant>("function", "result");
+    row("a function", Callable(answer), QVariant(42));
+    row("a function object", Callable(Multiplies{6, 7}), QVariant(42));
+    row("a lambda expression that returns a text", Callable([] { return textOf(1); }),
+        QVariant(textOf(1)));
+    row("a bound function", Callable(std::bind(textOf, 2)), QVariant(textOf(2)));
+    row("no value", Callable([] { return QVariant(); }), QVariant());
 }
 
 void tst_GenericThread::anyCallable()
@@ -358,9 +351,9 @@ void tst_GenericThread::receiverFunctionRunsInTheThreadOfItsContext()
 
 void tst_GenericThread::receiverFunctionDiesWithItsContext_data()
 {
-    QTest::addColumn<bool>("isUnderWay");
-    QTest::newRow("while the function runs") << false;
-    QTest::newRow("when the result is under way") << true;
+    const auto row = columns<bool>("isUnderWay");
+    row("while the function runs", false);
+    row("when the result is under way", true);
 }
 
 void tst_GenericThread::receiverFunctionDiesWithItsContext()
@@ -393,12 +386,10 @@ void tst_GenericThread::receiverFunctionDiesWithItsContext()
 
 void tst_GenericThread::withoutContextOrReceiverFunction_data()
 {
-    QTest::addColumn<bool>("hasContext");
-    QTest::addColumn<bool>("hasReceiver");
-    QTest::addColumn<int>("warnings");
-    QTest::newRow("no context") << false << true << 1;
-    QTest::newRow("no receiver") << true << false << 0;
-    QTest::newRow("neither") << false << false << 0;
+    const auto row = columns<bool, bool, int>("hasContext", "hasReceiver", "warnings");
+    row("no context", false, true, 1);
+    row("no receiver", true, false, 0);
+    row("neither", false, false, 0);
 }
 
 void tst_GenericThread::withoutContextOrReceiverFunction()
@@ -544,9 +535,9 @@ void tst_GenericThread::twoHundredInARow()
 
 void tst_GenericThread::destructorStopsTheFunction_data()
 {
-    QTest::addColumn<bool>("polite");
-    QTest::newRow("that looks for the request") << true;
-    QTest::newRow("that returns in time by itself") << false;
+    const auto row = columns<bool>("polite");
+    row("that looks for the request", true);
+    row("that returns in time by itself", false);
 }
 
 void tst_GenericThread::destructorStopsTheFunction()

@@ -3,6 +3,7 @@
 
 #include "GoogleFontFile.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "SystemCalls.h"
@@ -155,14 +156,12 @@ void tst_GoogleFontFile::clearForgets()
 
 void tst_GoogleFontFile::latestModification_data()
 {
-    QTest::addColumn<QString>("dates");
-    QTest::addColumn<QDate>("latest");
-    QTest::newRow("one") << "2021-01-02" << QDate(2021, 1, 2);
-    QTest::newRow("last is latest") << "2021-01-02 2021-01-03" << QDate(2021, 1, 3);
-    QTest::newRow("first is latest") << "2022-01-02 2021-12-31 2020-01-01" << QDate(2022, 1, 2);
-    QTest::newRow("unreadable ones do not count")
-        << "never 2021-01-02 9999-99-99" << QDate(2021, 1, 2);
-    QTest::newRow("none readable") << "never 2021-02-30" << QDate();
+    const auto row = columns<QString, QDate>("dates", "latest");
+    row("one", "2021-01-02", QDate(2021, 1, 2));
+    row("last is latest", "2021-01-02 2021-01-03", QDate(2021, 1, 3));
+    row("first is latest", "2022-01-02 2021-12-31 2020-01-01", QDate(2022, 1, 2));
+    row("unreadable ones do not count", "never 2021-01-02 9999-99-99", QDate(2021, 1, 2));
+    row("none readable", "never 2021-02-30", QDate());
 }
 
 void tst_GoogleFontFile::latestModification()
@@ -185,11 +184,11 @@ void tst_GoogleFontFile::latestModification()
 
 void tst_GoogleFontFile::documentsWithoutFamilies_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("no items") << QByteArray("{}");
-    QTest::newRow("empty items") << QByteArray(R"({"items": []})");
-    QTest::newRow("items that are no array") << QByteArray(R"({"items": {"family": "A"}})");
-    QTest::newRow("an array") << QByteArray(R"([{"family": "A"}])");
+    const auto row = columns<QByteArray>("text");
+    row("no items", "{}");
+    row("empty items", QByteArray(R"({"items": []})"));
+    row("items that are no array", QByteArray(R"({"items": {"family": "A"}})"));
+    row("an array", QByteArray(R"([{"family": "A"}])"));
 }
 
 void tst_GoogleFontFile::documentsWithoutFamilies()
@@ -216,14 +215,14 @@ void tst_GoogleFontFile::itemsThatAreNoObjects()
 
 void tst_GoogleFontFile::parseErrors_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("no JSON") << QByteArray("<html>");
-    QTest::newRow("cut short") << QByteArray(R"({"items": [{"family": "A"})");
-    QTest::newRow("garbage behind") << QByteArray(R"({"items": []} x)");
-    QTest::newRow("unterminated text") << QByteArray(R"({"items": ["A]})");
-    QTest::newRow("too deep") << QByteArray(2000, '[');
-    QTest::newRow("zero bytes") << QByteArray(64, '\0');
+    const auto row = columns<QByteArray>("text");
+    row("nothing", QByteArray());
+    row("no JSON", "<html>");
+    row("cut short", QByteArray(R"({"items": [{"family": "A"})"));
+    row("garbage behind", QByteArray(R"({"items": []} x)"));
+    row("unterminated text", QByteArray(R"({"items": ["A]})"));
+    row("too deep", QByteArray(2000, '['));
+    row("zero bytes", QByteArray(64, '\0'));
 }
 
 void tst_GoogleFontFile::parseErrors()
@@ -335,51 +334,30 @@ void tst_GoogleFontFile::realListWhole()
 
 void tst_GoogleFontFile::indexFollowsFileOrder_data()
 {
-    QTest::addColumn<QString>("families"); // separated by "|"
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("position");
-    QTest::newRow("exact") << "Abel|Open Sans"
-                           << "Open Sans" << 1;
-    QTest::newRow("any case") << "Abel|Open Sans"
-                              << "oPEN sANS" << 1;
-    QTest::newRow("without blanks") << "Abel|Open Sans"
-                                    << "OpenSans" << 1;
-    QTest::newRow("without blanks, any case") << "Abel|Open Sans"
-                                              << "OPENSANS" << 1;
-    QTest::newRow("blank too many") << "Abel|Open Sans"
-                                    << "Open  Sans" << -1;
-    QTest::newRow("blank in another place") << "Abel|Open Sans"
-                                            << "OpenS ans" << -1;
-    QTest::newRow("some of the blanks") << "A B C"
-                                        << "A BC" << -1;
-    QTest::newRow("blanks around") << "Abel|Open Sans"
-                                   << " Open Sans " << -1;
-    QTest::newRow("a part") << "Abel|Open Sans"
-                            << "Open" << -1;
-    QTest::newRow("nothing") << "Abel|Open Sans"
-                             << "" << -1;
-    QTest::newRow("twice the same") << "Abel|Twin|Twin"
-                                    << "twin" << 1;
-    QTest::newRow("twice in different cases") << "TWIN|twin"
-                                              << "twin" << 0;
-    QTest::newRow("compressed before whole") << "Open Sans|OpenSans"
-                                             << "opensans" << 0;
-    QTest::newRow("whole before compressed") << "OpenSans|Open Sans"
-                                             << "opensans" << 0;
-    QTest::newRow("only the second has the blank") << "OpenSans|Open Sans"
-                                                   << "open sans" << 1;
-    QTest::newRow("name of blanks") << "Abel|  "
-                                    << "" << 1;
-    QTest::newRow("name of blanks itself") << "Abel|  "
-                                           << "  " << 1;
-    QTest::newRow("accents") << QStringLiteral("Abel|\u00c9t\u00e9 Sans")
-                             << QStringLiteral("\u00e9T\u00c9SANS") << 1;
+    // families: separated by "|"
+    const auto row = columns<QString, QString, int>("families", "name", "position");
+    row("exact", "Abel|Open Sans", "Open Sans", 1);
+    row("any case", "Abel|Open Sans", "oPEN sANS", 1);
+    row("without blanks", "Abel|Open Sans", "OpenSans", 1);
+    row("without blanks, any case", "Abel|Open Sans", "OPENSANS", 1);
+    row("blank too many", "Abel|Open Sans", "Open  Sans", -1);
+    row("blank in another place", "Abel|Open Sans", "OpenS ans", -1);
+    row("some of the blanks", "A B C", "A BC", -1);
+    row("blanks around", "Abel|Open Sans", " Open Sans ", -1);
+    row("a part", "Abel|Open Sans", "Open", -1);
+    row("nothing", "Abel|Open Sans", "", -1);
+    row("twice the same", "Abel|Twin|Twin", "twin", 1);
+    row("twice in different cases", "TWIN|twin", "twin", 0);
+    row("compressed before whole", "Open Sans|OpenSans", "opensans", 0);
+    row("whole before compressed", "OpenSans|Open Sans", "opensans", 0);
+    row("only the second has the blank", "OpenSans|Open Sans", "open sans", 1);
+    row("name of blanks", "Abel|  ", "", 1);
+    row("name of blanks itself", "Abel|  ", "  ", 1);
+    row("accents", "Abel|\u00c9t\u00e9 Sans", "\u00e9T\u00c9SANS", 1);
     // Case folds character by character.
-    QTest::newRow("sharp s") << QStringLiteral("Stra\u00dfe") << QStringLiteral("STRASSE") << -1;
-    QTest::newRow("capital sharp s")
-        << QStringLiteral("Stra\u00dfe") << QStringLiteral("STRA\u1e9eE") << 0;
-    QTest::newRow("beyond the BMP")
-        << QStringLiteral("A|\U00010400x") << QStringLiteral("\U00010428X") << 1;
+    row("sharp s", "Stra\u00dfe", "STRASSE", -1);
+    row("capital sharp s", "Stra\u00dfe", "STRA\u1e9eE", 0);
+    row("beyond the BMP", "A|\U00010400x", "\U00010428X", 1);
 }
 
 void tst_GoogleFontFile::indexFollowsFileOrder()

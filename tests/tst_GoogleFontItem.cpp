@@ -4,6 +4,7 @@
 #include "GoogleFontItem.h"
 
 #include "Bracketing.h"
+#include "Columns.h"
 #include "LogCapture.h"
 
 #include <QJsonArray>
@@ -38,6 +39,14 @@ QString told(const QMap<int, GoogleFontWeightDetail>& weights)
 }
 
 } // namespace
+
+/// A family of which \a key alone is known; its value is the name of the row of data.
+static GoogleFontItem itemOfThisRow(const char* key)
+{
+    QJsonObject object;
+    object[QLatin1String(key)] = QLatin1String(QTest::currentDataTag());
+    return GoogleFontItem(object);
+}
 
 class tst_GoogleFontItem : public QObject
 {
@@ -106,30 +115,28 @@ void tst_GoogleFontItem::otherKeysStay()
 
 void tst_GoogleFontItem::compressedFamily_data()
 {
-    QTest::addColumn<QString>("compressed");
-    QTest::newRow("Abel") << "Abel";
-    QTest::newRow("Open Sans") << "OpenSans";
-    QTest::newRow(" A  b c ") << "Abc";
+    const auto row = columns<QString>("compressed");
+    row("Abel", "Abel");
+    row("Open Sans", "OpenSans");
+    row(" A  b c ", "Abc");
     // Only blanks go.
-    QTest::newRow("A\tb-c_d") << "A\tb-c_d";
-    QTest::newRow("   ") << "";
+    row("A\tb-c_d", "A\tb-c_d");
+    row("   ", "");
 }
 
 void tst_GoogleFontItem::compressedFamily()
 {
     QFETCH(QString, compressed);
-    QJsonObject object;
-    object[QStringLiteral("family")] = QLatin1String(QTest::currentDataTag());
-    QCOMPARE(GoogleFontItem(object).compressedFamily(), compressed);
+    QCOMPARE(itemOfThisRow("family").compressedFamily(), compressed);
 }
 
 void tst_GoogleFontItem::lastModified_data()
 {
-    QTest::addColumn<QDate>("date");
-    QTest::newRow("2022-02-25") << QDate(2022, 2, 25);
-    QTest::newRow("2024-02-29") << QDate(2024, 2, 29);
-    QTest::newRow("0001-01-01") << QDate(1, 1, 1);
-    QTest::newRow("9999-12-31") << QDate(9999, 12, 31);
+    const auto row = columns<QDate>("date");
+    row("2022-02-25", QDate(2022, 2, 25));
+    row("2024-02-29", QDate(2024, 2, 29));
+    row("0001-01-01", QDate(1, 1, 1));
+    row("9999-12-31", QDate(9999, 12, 31));
     for (const char* text : {"",
                              "2022",
                              "2022-02",
@@ -154,15 +161,13 @@ void tst_GoogleFontItem::lastModified_data()
                              "2022-02-2:",
                              "25-02-2022",
                              "today"})
-        QTest::newRow(text) << QDate();
+        row(text, QDate());
 }
 
 void tst_GoogleFontItem::lastModified()
 {
     QFETCH(QDate, date);
-    QJsonObject object;
-    object[QStringLiteral("lastModified")] = QLatin1String(QTest::currentDataTag());
-    QCOMPARE(GoogleFontItem(object).lastModified(), date);
+    QCOMPARE(itemOfThisRow("lastModified").lastModified(), date);
 }
 
 void tst_GoogleFontItem::lastModifiedAgreesWithQt()
@@ -208,13 +213,13 @@ void tst_GoogleFontItem::variantsThatAreNoText()
 
 void tst_GoogleFontItem::commonVariants_data()
 {
-    QTest::addColumn<QString>("common");
-    QTest::newRow("regular") << "regular";
-    QTest::newRow("700italic|700|italic|regular") << "regular|italic|700|700italic";
-    QTest::newRow("100|300italic|700italic|regular|900") << "regular|700italic";
-    QTest::newRow("100|500") << "";
-    QTest::newRow("Regular|ITALIC|700Italic| 700") << "";
-    QTest::newRow("regular|regular") << "regular";
+    const auto row = columns<QString>("common");
+    row("regular", "regular");
+    row("700italic|700|italic|regular", "regular|italic|700|700italic");
+    row("100|300italic|700italic|regular|900", "regular|700italic");
+    row("100|500", "");
+    row("Regular|ITALIC|700Italic| 700", "");
+    row("regular|regular", "regular");
 }
 
 void tst_GoogleFontItem::commonVariants()
@@ -228,46 +233,46 @@ void tst_GoogleFontItem::commonVariants()
 
 void tst_GoogleFontItem::weights_data()
 {
-    QTest::addColumn<QString>("weights");
-    QTest::newRow("regular") << "400n";
-    QTest::newRow("regular|700|700italic") << "400n 700ni";
-    QTest::newRow("700italic|700|regular") << "400n 700ni";
-    QTest::newRow("regular|italic") << "400ni";
-    QTest::newRow("italic") << "400i";
-    QTest::newRow("300") << "300n";
-    QTest::newRow("300italic") << "300i";
-    QTest::newRow("900|100|regular|500") << "100n 400n 500n 900n";
-    QTest::newRow("100|100italic|200|200italic|300|300italic|regular|italic|500|500italic|600|"
-                  "600italic|700|700italic|800|800italic|900|900italic")
-        << "100ni 200ni 300ni 400ni 500ni 600ni 700ni 800ni 900ni";
-    QTest::newRow("700|700") << "700n";
+    const auto row = columns<QString>("weights");
+    row("regular", "400n");
+    row("regular|700|700italic", "400n 700ni");
+    row("700italic|700|regular", "400n 700ni");
+    row("regular|italic", "400ni");
+    row("italic", "400i");
+    row("300", "300n");
+    row("300italic", "300i");
+    row("900|100|regular|500", "100n 400n 500n 900n");
+    row("100|100italic|200|200italic|300|300italic|regular|italic|500|500italic|600|"
+        "600italic|700|700italic|800|800italic|900|900italic",
+        "100ni 200ni 300ni 400ni 500ni 600ni 700ni 800ni 900ni");
+    row("700|700", "700n");
     // 400 is told by the words alone.
-    QTest::newRow("400") << "400";
-    QTest::newRow("400italic") << "400";
-    QTest::newRow("400|regular") << "400n";
-    QTest::newRow("400|italic") << "400i";
+    row("400", "400");
+    row("400italic", "400");
+    row("400|regular", "400n");
+    row("400|italic", "400i");
     // Any case shows the weight, only exact names show a style.
-    QTest::newRow("Regular") << "400";
-    QTest::newRow("700Italic") << "700";
-    QTest::newRow("REGULAR|regular") << "400n";
-    QTest::newRow("0700") << "700";
-    QTest::newRow("0700|700") << "700n";
-    QTest::newRow(" 700") << "700";
-    QTest::newRow("700 italic") << "700";
-    QTest::newRow("7italic00") << "700";
-    QTest::newRow("italic700") << "700";
-    QTest::newRow("700regular") << "400 700";
-    QTest::newRow("regular italic") << "400";
-    QTest::newRow("950") << "950n";
-    QTest::newRow("-100|-100italic") << "-100ni";
-    QTest::newRow("0") << "0n";
+    row("Regular", "400");
+    row("700Italic", "700");
+    row("REGULAR|regular", "400n");
+    row("0700", "700");
+    row("0700|700", "700n");
+    row(" 700", "700");
+    row("700 italic", "700");
+    row("7italic00", "700");
+    row("italic700", "700");
+    row("700regular", "400 700");
+    row("regular italic", "400");
+    row("950", "950n");
+    row("-100|-100italic", "-100ni");
+    row("0", "0n");
     // No number, no weight.
-    QTest::newRow("Italic") << "";
-    QTest::newRow("bold") << "";
-    QTest::newRow("700bold") << "";
-    QTest::newRow("") << "";
-    QTest::newRow("700.5") << "";
-    QTest::newRow("99999999999") << "";
+    row("Italic", "");
+    row("bold", "");
+    row("700bold", "");
+    row("", "");
+    row("700.5", "");
+    row("99999999999", "");
 }
 
 void tst_GoogleFontItem::weights()
@@ -279,20 +284,19 @@ void tst_GoogleFontItem::weights()
 
 void tst_GoogleFontItem::labelWeight_data()
 {
-    QTest::addColumn<int>("weight");
-    QTest::addColumn<QString>("label");
-    QTest::newRow("smallest") << std::numeric_limits<int>::min() << "Lighter weight (-2147483648)";
-    QTest::newRow("-1") << -1 << "Lighter weight (-1)";
-    QTest::newRow("0") << 0 << "Lighter weight (0)";
-    QTest::newRow("300") << 300 << "Lighter weight (300)";
-    QTest::newRow("399") << 399 << "Lighter weight (399)";
-    QTest::newRow("400") << 400 << "Normal weight";
-    QTest::newRow("401") << 401 << "Bolder weight (401)";
-    QTest::newRow("500") << 500 << "Bolder weight (500)";
-    QTest::newRow("699") << 699 << "Bolder weight (699)";
-    QTest::newRow("700") << 700 << "Bold weight";
-    QTest::newRow("701") << 701 << "Bolder weight (701)";
-    QTest::newRow("950") << 950 << "Bolder weight (950)";
+    const auto row = columns<int, QString>("weight", "label");
+    row("smallest", std::numeric_limits<int>::min(), "Lighter weight (-2147483648)");
+    row("-1", -1, "Lighter weight (-1)");
+    row("0", 0, "Lighter weight (0)");
+    row("300", 300, "Lighter weight (300)");
+    row("399", 399, "Lighter weight (399)");
+    row("400", 400, "Normal weight");
+    row("401", 401, "Bolder weight (401)");
+    row("500", 500, "Bolder weight (500)");
+    row("699", 699, "Bolder weight (699)");
+    row("700", 700, "Bold weight");
+    row("701", 701, "Bolder weight (701)");
+    row("950", 950, "Bolder weight (950)");
 }
 
 void tst_GoogleFontItem::labelWeight()
@@ -305,33 +309,33 @@ void tst_GoogleFontItem::labelWeight()
 
 void tst_GoogleFontItem::labelFromVariant_data()
 {
-    QTest::addColumn<QString>("label");
-    QTest::newRow("regular") << "Normal weight";
-    QTest::newRow("REGULAR") << "Normal weight";
-    QTest::newRow(" regular\t") << "Normal weight";
-    QTest::newRow("italic") << "Normal weight (Italic)";
-    QTest::newRow("Italic") << "Normal weight (Italic)";
-    QTest::newRow(" italic ") << "Normal weight (Italic)";
-    QTest::newRow("300") << "Lighter weight (300)";
-    QTest::newRow(" 300 ") << "Lighter weight (300)";
-    QTest::newRow("300italic") << "Lighter weight (300) (Italic)";
-    QTest::newRow("400") << "Normal weight";
-    QTest::newRow("400italic") << "Normal weight (Italic)";
-    QTest::newRow("500") << "Bolder weight (500)";
-    QTest::newRow("700") << "Bold weight";
-    QTest::newRow("700italic") << "Bold weight (Italic)";
-    QTest::newRow("italic700") << "Bold weight (Italic)";
-    QTest::newRow("700 italic") << "Bold weight (Italic)";
-    QTest::newRow("900italic") << "Bolder weight (900) (Italic)";
+    const auto row = columns<QString>("label");
+    row("regular", "Normal weight");
+    row("REGULAR", "Normal weight");
+    row(" regular\t", "Normal weight");
+    row("italic", "Normal weight (Italic)");
+    row("Italic", "Normal weight (Italic)");
+    row(" italic ", "Normal weight (Italic)");
+    row("300", "Lighter weight (300)");
+    row(" 300 ", "Lighter weight (300)");
+    row("300italic", "Lighter weight (300) (Italic)");
+    row("400", "Normal weight");
+    row("400italic", "Normal weight (Italic)");
+    row("500", "Bolder weight (500)");
+    row("700", "Bold weight");
+    row("700italic", "Bold weight (Italic)");
+    row("italic700", "Bold weight (Italic)");
+    row("700 italic", "Bold weight (Italic)");
+    row("900italic", "Bolder weight (900) (Italic)");
     // Only "italic" in small letters is taken out: what is left is no number.
-    QTest::newRow("700Italic") << "Lighter weight (0) (Italic)";
-    QTest::newRow("bold") << "Lighter weight (0)";
-    QTest::newRow("bolditalic") << "Lighter weight (0) (Italic)";
-    QTest::newRow("regular italic") << "Lighter weight (0) (Italic)";
-    QTest::newRow("0x2bc") << "Lighter weight (0)";
-    QTest::newRow("700.0") << "Lighter weight (0)";
-    QTest::newRow("99999999999") << "Lighter weight (0)";
-    QTest::newRow("") << "Lighter weight (0)";
+    row("700Italic", "Lighter weight (0) (Italic)");
+    row("bold", "Lighter weight (0)");
+    row("bolditalic", "Lighter weight (0) (Italic)");
+    row("regular italic", "Lighter weight (0) (Italic)");
+    row("0x2bc", "Lighter weight (0)");
+    row("700.0", "Lighter weight (0)");
+    row("99999999999", "Lighter weight (0)");
+    row("", "Lighter weight (0)");
 }
 
 void tst_GoogleFontItem::labelFromVariant()

@@ -5,6 +5,7 @@
 
 #include "ApplicationUtils.h"
 #include "Bracketing.h"
+#include "Columns.h"
 #include "CoreApplicationUtils.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -162,43 +163,32 @@ void tst_GoogleFontLoader::fontNames()
 
 void tst_GoogleFontLoader::findItem_data()
 {
-    QTest::addColumn<QString>("found"); // empty for a name that is not found
-    QTest::addColumn<QString>("valid");
-    QTest::newRow("Open Sans") << "Open Sans"
-                               << "Open Sans";
-    QTest::newRow("opensans") << "Open Sans"
-                              << "Open Sans";
-    QTest::newRow("OPEN sans") << "Open Sans"
-                               << "Open Sans";
-    QTest::newRow("abeezee") << "ABeeZee"
-                             << "ABeeZee";
+    const auto row = namedByText(columns<QString, bool, QString>("name", "isFound", "valid"));
+    row("Open Sans", true, "Open Sans");
+    row("opensans", true, "Open Sans");
+    row("OPEN sans", true, "Open Sans");
+    row("abeezee", true, "ABeeZee");
     // Only validName() trims.
-    QTest::newRow(" opensans\t") << ""
-                                 << "Open Sans";
-    QTest::newRow("\n Abel ") << ""
-                              << "Abel";
-    QTest::newRow("Open  Sans") << ""
-                                << "";
-    QTest::newRow("Comic Sans MS") << ""
-                                   << "";
-    QTest::newRow("") << ""
-                      << "";
-    QTest::newRow("   ") << ""
-                         << "";
+    row(" opensans\t", false, "Open Sans");
+    row("\n Abel ", false, "Abel");
+    row("Open  Sans", false, "");
+    row("Comic Sans MS", false, "");
+    row("", false, "");
+    row("   ", false, "");
 }
 
 void tst_GoogleFontLoader::findItem()
 {
-    QFETCH(QString, found);
+    QFETCH(QString, name);
+    QFETCH(bool, isFound);
     QFETCH(QString, valid);
-    const QString name = QString::fromLatin1(QTest::currentDataTag());
     QJsonObject untouched;
     untouched[QStringLiteral("family")] = QStringLiteral("untouched");
 
     GoogleFontLoader loader;
     GoogleFontItem item(untouched);
-    QCOMPARE(loader.findItemByName(name, item), !found.isEmpty());
-    QCOMPARE(item.family(), found.isEmpty() ? QStringLiteral("untouched") : found);
+    QCOMPARE(loader.findItemByName(name, item), isFound);
+    QCOMPARE(item.family(), isFound ? valid : QStringLiteral("untouched"));
     QCOMPARE(loader.validName(name), valid);
 }
 
@@ -258,11 +248,11 @@ void tst_GoogleFontLoader::laterCustomListReplaces()
 
 void tst_GoogleFontLoader::customListThatIsNotLater_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("same date") << listOf("My Font", "2022-02-25");
-    QTest::newRow("older") << listOf("My Font", "2022-02-24");
-    QTest::newRow("no readable date") << listOf("My Font", "tomorrow");
-    QTest::newRow("no family") << QByteArray("{}");
+    const auto row = columns<QByteArray>("content");
+    row("same date", listOf("My Font", "2022-02-25"));
+    row("older", listOf("My Font", "2022-02-24"));
+    row("no readable date", listOf("My Font", "tomorrow"));
+    row("no family", "{}");
 }
 
 void tst_GoogleFontLoader::customListThatIsNotLater()
@@ -276,10 +266,10 @@ void tst_GoogleFontLoader::customListThatIsNotLater()
 
 void tst_GoogleFontLoader::unusableCustomList_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("cut short") << listOf("My Font", "2022-02-26").chopped(3);
-    QTest::newRow("no JSON") << QByteArray("<html></html>");
+    const auto row = columns<QByteArray>("content");
+    row("empty", QByteArray());
+    row("cut short", listOf("My Font", "2022-02-26").chopped(3));
+    row("no JSON", "<html></html>");
 }
 
 void tst_GoogleFontLoader::unusableCustomList()
@@ -355,12 +345,10 @@ void tst_GoogleFontLoader::unchangedCustomListIsNotParsedAgain()
 
 void tst_GoogleFontLoader::changedCustomListIsParsedAgain_data()
 {
-    QTest::addColumn<QByteArray>("family");
-    QTest::addColumn<int>("seconds");
-    QTest::addColumn<QString>("application");
-    QTest::newRow("another time") << QByteArray("No Font") << 1 << "fonttest";
-    QTest::newRow("another size") << QByteArray("Some Font") << 0 << "fonttest";
-    QTest::newRow("another path") << QByteArray("No Font") << 0 << "fontcopy";
+    const auto row = columns<QByteArray, int, QString>("family", "seconds", "application");
+    row("another time", "No Font", 1, "fonttest");
+    row("another size", "Some Font", 0, "fonttest");
+    row("another path", "No Font", 0, "fontcopy");
 }
 
 void tst_GoogleFontLoader::changedCustomListIsParsedAgain()

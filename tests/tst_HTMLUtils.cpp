@@ -4,6 +4,7 @@
 #include "HTMLUtils.h"
 
 #include "ColorFraction.h"
+#include "Columns.h"
 #include "ScriptRunner.h"
 #include "Text.h"
 
@@ -88,12 +89,7 @@ void tst_HTMLUtils::generateUUID()
 
 void tst_HTMLUtils::identifiers_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("id");
-    QTest::addColumn<QString>("className");
-    const auto row = [](const char* s, const char* id, const char* className) {
-        QTest::newRow(s) << text(s) << text(id) << text(className);
-    };
+    const auto row = namedByText(columns<QString, QString, QString>("s", "id", "className"));
     row("", "", "");
     row("plain", "plain", "plain");
     row("a-b_c", "a_b_c", "a-b-c");
@@ -115,11 +111,7 @@ void tst_HTMLUtils::identifiers()
 
 void tst_HTMLUtils::encodeSrcUrl_data()
 {
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<QString>("encoded");
-    const auto row = [](const char* url, const char* encoded) {
-        QTest::newRow(url) << text(url) << text(encoded);
-    };
+    const auto row = namedByText(columns<QString, QString>("url", "encoded"));
     row("", "");
     row("images/a.png", "images/a.png");
     row("images/été 1.png", "images/%C3%A9t%C3%A9%201.png");
@@ -141,11 +133,7 @@ void tst_HTMLUtils::encodeSrcUrl()
 
 void tst_HTMLUtils::encodeSrcUrlWithFullyAmpersands_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("encoded");
-    const auto row = [](const char* path, const char* encoded) {
-        QTest::newRow(path) << text(path) << text(encoded);
-    };
+    const auto row = namedByText(columns<QString, QString>("path", "encoded"));
     row("", "");
     row("images/a b&c.png", "images/a%20b%26c.png");
     row("a b & c", "a b & c"); // no point, nothing to do
@@ -202,11 +190,7 @@ void tst_HTMLUtils::codeCharMustBeEncoded()
 
 void tst_HTMLUtils::encodeToJavascriptText_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("encoded");
-    const auto row = [](const char* s, const char* encoded) {
-        QTest::newRow(s) << text(s) << text(encoded);
-    };
+    const auto row = namedByText(columns<QString, QString>("s", "encoded"));
     row("", "");
     row("plain text, <b>&;", "plain text, <b>&;");
     row("é", "\\u00e9");
@@ -261,11 +245,7 @@ void tst_HTMLUtils::encodeToJavascriptTextReadByNode()
 
 void tst_HTMLUtils::formatHtmlToPlainText_data()
 {
-    QTest::addColumn<QString>("html");
-    QTest::addColumn<QString>("plain");
-    const auto row = [](const char* html, const char* plain) {
-        QTest::newRow(html) << text(html) << text(plain);
-    };
+    const auto row = namedByText(columns<QString, QString>("html", "plain"));
     row("", "");
     row("plain", "plain");
     row("<p>a <b>b</b></p><p>c</p>", "a b\nc");
@@ -283,14 +263,8 @@ void tst_HTMLUtils::formatHtmlToPlainText()
 
 void tst_HTMLUtils::textWithoutHtmlTags_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<bool>("encodeSpaces");
-    QTest::addColumn<bool>("encodeNewLines");
-    QTest::addColumn<QString>("escaped");
-    const auto row = [](const char* name, const QString& s, bool spaces, bool newLines,
-                        const char* escaped) {
-        QTest::newRow(name) << s << spaces << newLines << text(escaped);
-    };
+    const auto row =
+        columns<QString, bool, bool, QString>("s", "encodeSpaces", "encodeNewLines", "escaped");
     const QString blanks = text("a b\nc");
     row("empty", QString(), true, true, "");
     row("nothing encoded", blanks, false, false, "a b\nc");
@@ -348,11 +322,7 @@ void tst_HTMLUtils::textWithoutHtmlTagsReadByQt()
 
 void tst_HTMLUtils::decodeFromHtmlText_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("decoded");
-    const auto row = [](const char* s, const QString& decoded) {
-        QTest::newRow(s) << text(s) << decoded;
-    };
+    const auto row = namedByText(columns<QString, QString>("s", "decoded"));
     row("", QString());
     row("plain é", text("plain é"));
     row("a&#233;b&nbsp;c", text("aéb c"));
@@ -423,11 +393,7 @@ void tst_HTMLUtils::escapedAndDecoded()
 
 void tst_HTMLUtils::escaped_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("html");
-    const auto row = [](const char* name, const QString& s, const QString& html) {
-        QTest::newRow(name) << s << html;
-    };
+    const auto row = columns<QString, QString>("s", "html");
     row("empty", QString(), QString());
     row("plain", text("Été à 5 €, 日本 😀 -_.{}`$\\"), text("Été à 5 €, 日本 😀 -_.{}`$\\"));
     row("markup", text("Tom & \"Zoé\" <3>"), text("Tom &amp; &quot;Zoé&quot; &lt;3&gt;"));
@@ -460,12 +426,11 @@ void tst_HTMLUtils::escapedReadByQt()
 
 void tst_HTMLUtils::htmlBRreplace_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("none") << text("a b") << text("a b");
-    QTest::newRow("two") << text("a\nb\n") << text("a<br />b<br />");
-    QTest::newRow("carriage return stays") << text("a\r\nb") << text("a\r<br />b");
+    const auto row = columns<QString, QString>("s", "result");
+    row("empty", QString(), QString());
+    row("none", "a b", "a b");
+    row("two", "a\nb\n", "a<br />b<br />");
+    row("carriage return stays", "a\r\nb", "a\r<br />b");
 }
 
 void tst_HTMLUtils::htmlBRreplace()
@@ -523,11 +488,8 @@ void tst_HTMLUtils::base64Images()
 
 void tst_HTMLUtils::cssWeightToQtWeight_data()
 {
-    QTest::addColumn<int>("css");
-    QTest::addColumn<int>("qt");
-    const auto row = [](int css, int qt) {
-        QTest::newRow(qPrintable(QString::number(css))) << css << qt;
-    };
+    const auto table = columns<int, int>("css", "qt");
+    const auto row = [&](int css, int qt) { table(qPrintable(QString::number(css)), css, qt); };
     row(100, 0);
     row(200, 12);
     row(300, 25);
@@ -549,11 +511,8 @@ void tst_HTMLUtils::cssWeightToQtWeight()
 
 void tst_HTMLUtils::colorToCss_data()
 {
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<QString>("css");
-    const auto row = [](const char* css, const QColor& color) {
-        QTest::newRow(css) << color << text(css);
-    };
+    const auto table = columns<QColor, QString>("color", "css");
+    const auto row = [&](const char* css, const QColor& color) { table(css, color, text(css)); };
     row("#ff0000", QColor(255, 0, 0));
     row("#0a0bff", QColor(10, 11, 255));
     row("#000000", QColor());

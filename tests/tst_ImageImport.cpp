@@ -7,6 +7,7 @@
 
 #include "ImageImport.h"
 
+#include "Columns.h"
 #include "ExifEditor.h"
 #include "ExifUtils.h"
 #include "ImageUtils.h"
@@ -273,41 +274,28 @@ void tst_ImageImport::defaults()
 
 void tst_ImageImport::copyOrEncode_data()
 {
-    QTest::addColumn<QByteArray>("source");
-    QTest::addColumn<QSize>("maximum");
-    QTest::addColumn<QByteArray>("format"); // wanted
-    QTest::addColumn<QByteArray>("expectedFormat");
-    QTest::addColumn<QSize>("expected");
-    QTest::addColumn<bool>("copied");
+    // format: wanted
+    const auto row = columns<QByteArray, QSize, QByteArray, QByteArray, QSize, bool>(
+        "source", "maximum", "format", "expectedFormat", "expected", "copied");
     const QByteArray photo = jpeg(picture(400, 300));
     const QByteArray sideways = jpeg(picture(400, 300), 6);
     const QByteArray png = encoded(picture(400, 300), "png");
     const QSize whole(400, 300);
     const QByteArray none;
-    QTest::newRow("no limit") << photo << QSize() << none << QByteArray("jpeg") << whole << true;
-    QTest::newRow("limit of 0") << photo << QSize(0, 0) << none << QByteArray("jpeg") << whole
-                                << true;
-    QTest::newRow("exactly the limit")
-        << photo << whole << none << QByteArray("jpeg") << whole << true;
-    QTest::newRow("one pixel too wide")
-        << photo << QSize(399, 300) << none << QByteArray("jpeg") << QSize(399, 299) << false;
-    QTest::newRow("only the height is limited")
-        << photo << QSize(0, 150) << none << QByteArray("jpeg") << QSize(200, 150) << false;
-    QTest::newRow("named as it is")
-        << photo << QSize() << QByteArray("JPG") << QByteArray("jpeg") << whole << true;
-    QTest::newRow("another format")
-        << photo << QSize() << QByteArray("png") << QByteArray("png") << whole << false;
-    QTest::newRow("sideways") << sideways << QSize() << none << QByteArray("jpeg")
-                              << QSize(300, 400) << false;
-    QTest::newRow("sideways, limited upright")
-        << sideways << QSize(300, 200) << none << QByteArray("jpeg") << QSize(150, 200) << false;
-    QTest::newRow("bmp") << encoded(picture(400, 300), "bmp") << QSize() << none
-                         << QByteArray("bmp") << whole << true;
-    QTest::newRow("png") << png << QSize() << none << QByteArray("png") << whole << true;
-    QTest::newRow("png, too large")
-        << png << QSize(200, 200) << none << QByteArray("png") << QSize(200, 150) << false;
-    QTest::newRow("png to jpeg") << png << QSize() << QByteArray("jpeg") << QByteArray("jpeg")
-                                 << whole << false;
+    row("no limit", photo, QSize(), none, "jpeg", whole, true);
+    row("limit of 0", photo, QSize(0, 0), none, "jpeg", whole, true);
+    row("exactly the limit", photo, whole, none, "jpeg", whole, true);
+    row("one pixel too wide", photo, QSize(399, 300), none, "jpeg", QSize(399, 299), false);
+    row("only the height is limited", photo, QSize(0, 150), none, "jpeg", QSize(200, 150), false);
+    row("named as it is", photo, QSize(), "JPG", "jpeg", whole, true);
+    row("another format", photo, QSize(), "png", "png", whole, false);
+    row("sideways", sideways, QSize(), none, "jpeg", QSize(300, 400), false);
+    row("sideways, limited upright", sideways, QSize(300, 200), none, "jpeg", QSize(150, 200),
+        false);
+    row("bmp", encoded(picture(400, 300), "bmp"), QSize(), none, "bmp", whole, true);
+    row("png", png, QSize(), none, "png", whole, true);
+    row("png, too large", png, QSize(200, 200), none, "png", QSize(200, 150), false);
+    row("png to jpeg", png, QSize(), "jpeg", "jpeg", whole, false);
 }
 
 void tst_ImageImport::copyOrEncode()
@@ -343,19 +331,21 @@ void tst_ImageImport::copyOrEncode()
         QVERIFY(isProgressive(contentOf(path("a/copy"))));
 }
 
-void tst_ImageImport::orientations_data()
+/// A row for each of the formats that can be written and each orientation.
+static void addOrientations(const char* first, const char* second)
 {
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<int>("orientation");
-    for (const char* format : {"jpeg", "tiff"}) {
-        if (!canWrite(format))
-            continue;
-        for (int orientation = 1; orientation <= 8; ++orientation) {
-            QTest::newRow(
-                qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(format)).arg(orientation)))
-                << QByteArray(format) << orientation;
+    const auto row = columns<QByteArray, int>("format", "orientation");
+    for (const char* format : {first, second}) {
+        for (int orientation = 1; canWrite(format) && orientation <= 8; ++orientation) {
+            row(qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(format)).arg(orientation)),
+                QByteArray(format), orientation);
         }
     }
+}
+
+void tst_ImageImport::orientations_data()
+{
+    addOrientations("jpeg", "tiff");
 }
 
 void tst_ImageImport::orientations()
@@ -402,9 +392,9 @@ void tst_ImageImport::orientations()
 
 void tst_ImageImport::orientationsOfReader_data()
 {
-    QTest::addColumn<int>("orientation");
+    const auto row = columns<int>("orientation");
     for (int orientation = 1; orientation <= 8; ++orientation)
-        QTest::newRow(qPrintable(QString::number(orientation))) << orientation;
+        row(qPrintable(QString::number(orientation)), orientation);
 }
 
 void tst_ImageImport::orientationsOfReader()
@@ -437,17 +427,7 @@ void tst_ImageImport::orientationsOfReader()
 
 void tst_ImageImport::orientationsBesidePixels_data()
 {
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<int>("orientation");
-    for (const char* format : {"png", "webp"}) {
-        if (!canWrite(format))
-            continue;
-        for (int orientation = 1; orientation <= 8; ++orientation) {
-            QTest::newRow(
-                qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(format)).arg(orientation)))
-                << QByteArray(format) << orientation;
-        }
-    }
+    addOrientations("png", "webp");
 }
 
 void tst_ImageImport::orientationsBesidePixels()
@@ -487,9 +467,9 @@ void tst_ImageImport::orientationsBesidePixels()
 
 void tst_ImageImport::orientationStaysIfNotTurned_data()
 {
-    QTest::addColumn<int>("side");
-    QTest::newRow("copied") << 1000;
-    QTest::newRow("encoded") << 100;
+    const auto row = columns<int>("side");
+    row("copied", 1000);
+    row("encoded", 100);
 }
 
 void tst_ImageImport::orientationStaysIfNotTurned()
@@ -510,10 +490,8 @@ void tst_ImageImport::orientationStaysIfNotTurned()
 
 void tst_ImageImport::metadata_data()
 {
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<int>("metadata");
-    QTest::addColumn<bool>("isEncoded");
-    QTest::addColumn<QByteArrayList>("told");
+    const auto table =
+        columns<QByteArray, int, bool, QByteArrayList>("format", "metadata", "isEncoded", "told");
     const QByteArrayList nothing;
     const QByteArrayList who = {"told-artist", "told-copyright", "2024:05:06 07:08:09", "+02:00"};
     const QByteArrayList inExifAndXmp = who + QByteArrayList({"told-make", "told-in-xmp"});
@@ -529,8 +507,8 @@ void tst_ImageImport::metadata_data()
             const QByteArray name = QByteArray(format) + (isEncoded ? ", encoded" : ", copied");
             const auto row = [&](const char* kind, ImageImport::Metadata metadata,
                                  const QByteArrayList& told) {
-                QTest::newRow((name + ", " + kind).constData())
-                    << QByteArray(format) << int(metadata) << isEncoded << told;
+                table((name + ", " + kind).constData(), QByteArray(format), int(metadata),
+                      isEncoded, told);
             };
             row("nothing", ImageImport::NoMetadata, nothing);
             row("copyright and date", ImageImport::CopyrightAndDate, who);
@@ -614,9 +592,8 @@ void tst_ImageImport::locationInXmp()
 
 void tst_ImageImport::locationInOddXmp_data()
 {
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<QByteArray>("xmp");
-    QTest::addColumn<bool>("isKept"); // what else the packet tells
+    // isKept: what else the packet tells
+    const auto row = columns<QByteArray, QByteArray, bool>("format", "xmp", "isKept");
     QByteArray bare = xmpWithLocation; // the element around all is no must
     bare.remove(0, bare.indexOf('>') + 1).chop(int(qstrlen("</x:xmpmeta>")));
     QVERIFY(bare.startsWith("<rdf:RDF") && bare.endsWith("</rdf:RDF>"));
@@ -624,12 +601,12 @@ void tst_ImageImport::locationInOddXmp_data()
     for (const char character : xmpWithLocation)
         (utf16 += '\0') += character;
     for (const char* const format : {"jpeg", "png"}) {
-        QTest::newRow(QByteArray(format) + ", bare") << QByteArray(format) << bare << true;
-        QTest::newRow(QByteArray(format) + ", with a NUL behind it")
-            << QByteArray(format) << xmpWithLocation + '\0' << true;
-        QTest::newRow(QByteArray(format) + ", UTF-16") << QByteArray(format) << utf16 << false;
-        QTest::newRow(QByteArray(format) + ", a NUL in it")
-            << QByteArray(format) << QByteArray(xmpWithLocation).insert(20, '\0') << false;
+        row(QByteArray(format) + ", bare", QByteArray(format), bare, true);
+        row(QByteArray(format) + ", with a NUL behind it", QByteArray(format),
+            xmpWithLocation + '\0', true);
+        row(QByteArray(format) + ", UTF-16", QByteArray(format), utf16, false);
+        row(QByteArray(format) + ", a NUL in it", QByteArray(format),
+            QByteArray(xmpWithLocation).insert(20, '\0'), false);
     }
 }
 
@@ -661,17 +638,17 @@ void tst_ImageImport::locationInOddXmp()
 
 void tst_ImageImport::locationInComments_data()
 {
-    QTest::addColumn<QByteArray>("source");
+    const auto row = columns<QByteArray>("source");
     const QByteArray photo = jpeg(picture(40, 30));
     const QByteArray iptc = QByteArrayLiteral("Photoshop 3.0\0") + "8BIM\x04\x24" + xmpWithLocation;
     const auto jpegWith = [&](const QByteArray& segments) {
         QByteArray bytes = photo;
         return bytes.insert(2, segments);
     };
-    QTest::newRow("jpeg, a comment")
-        << jpegWith(segment(0xFE, xmpWithLocation) + segment(0xFE, "told-comment"));
-    QTest::newRow("jpeg, XMP in what holds IPTC")
-        << jpegWith(segment(0xED, iptc) + segment(0xFE, "told-comment"));
+    row("jpeg, a comment",
+        jpegWith(segment(0xFE, xmpWithLocation) + segment(0xFE, "told-comment")));
+    row("jpeg, XMP in what holds IPTC",
+        jpegWith(segment(0xED, iptc) + segment(0xFE, "told-comment")));
 
     const QByteArray png = encoded(picture(40, 30), "png");
     const int headerSize = 8 + 25; // signature and first chunk
@@ -681,11 +658,11 @@ void tst_ImageImport::locationInComments_data()
                             chunks + pngChunk("tEXt", QByteArrayLiteral("Author\0told-comment")));
     };
     const QByteArray xmp = QByteArrayLiteral("XML:com.adobe.xmp\0\0\0\0\0") + xmpWithLocation;
-    QTest::newRow("png, a text") << pngWith(
-        pngChunk("iTXt", QByteArrayLiteral("Comment\0\0\0\0\0") + xmpWithLocation));
-    QTest::newRow("png, XMP twice") << pngWith(pngChunk("iTXt", xmp) + pngChunk("iTXt", xmp));
-    QTest::newRow("png, compressed XMP")
-        << pngWith(pngChunk("iTXt", QByteArrayLiteral("XML:com.adobe.xmp\0\1\0\0\0 48,12.345N")));
+    row("png, a text",
+        pngWith(pngChunk("iTXt", QByteArrayLiteral("Comment\0\0\0\0\0") + xmpWithLocation)));
+    row("png, XMP twice", pngWith(pngChunk("iTXt", xmp) + pngChunk("iTXt", xmp)));
+    row("png, compressed XMP",
+        pngWith(pngChunk("iTXt", QByteArrayLiteral("XML:com.adobe.xmp\0\1\0\0\0 48,12.345N"))));
 }
 
 // AllButLocation keeps comments, but none that tells a location.
@@ -779,14 +756,14 @@ void tst_ImageImport::gif()
 // lengths say, is refused when something is to be taken out of it: a copy would have no pixels.
 void tst_ImageImport::cutShort_data()
 {
-    QTest::addColumn<QByteArray>("source");
+    const auto row = columns<QByteArray>("source");
     const QByteArray png = encoded(picture(400, 300), "png");
     const int pixels = int(png.indexOf("IDAT")) - 4;
     const QByteArray withText = QByteArray(png).insert(pixels, pngChunk("tEXt", "Comment"));
-    QTest::newRow("png, in its pixels") << withText.left(withText.size() - 100);
-    QTest::newRow("png, in front of its pixels") << withText.left(withText.indexOf("IDAT") - 6);
-    QTest::newRow("png, a text longer than the file")
-        << png.left(pixels) + QByteArray::fromHex("7f000000") + "tEXt" + png.mid(pixels);
+    row("png, in its pixels", withText.left(withText.size() - 100));
+    row("png, in front of its pixels", withText.left(withText.indexOf("IDAT") - 6));
+    row("png, a text longer than the file",
+        png.left(pixels) + QByteArray::fromHex("7f000000") + "tEXt" + png.mid(pixels));
     const auto webpChunk = [](const QByteArray& type, int size, const QByteArray& data) {
         QByteArray length(4, '\0');
         qToLittleEndian(quint32(size), reinterpret_cast<uchar*>(length.data()));
@@ -797,15 +774,15 @@ void tst_ImageImport::cutShort_data()
     const auto webp = [&](const QByteArray& chunks) {
         return webpChunk("RIFF", int(chunks.size()) + 4, "WEBP" + chunks);
     };
-    QTest::newRow("webp, in its pixels") << webp(head + webpChunk("VP8L", 14, lossless)).chopped(3);
-    QTest::newRow("webp, an empty head")
-        << webp(webpChunk("VP8X", 0, QByteArray(4, '\0')) + webpChunk("VP8L", 14, lossless));
+    row("webp, in its pixels", webp(head + webpChunk("VP8L", 14, lossless)).chopped(3));
+    row("webp, an empty head",
+        webp(webpChunk("VP8X", 0, QByteArray(4, '\0')) + webpChunk("VP8L", 14, lossless)));
     const QByteArray photo = jpeg(picture(400, 300));
     const auto photoWith = [&photo](const char* segment) {
         return QByteArray(photo).insert(2, QByteArray::fromHex(segment));
     };
-    QTest::newRow("jpeg, a segment without length") << photoWith("fffe0004746fffe20000");
-    QTest::newRow("jpeg, it begins twice") << photoWith("fffe0004746fffd8");
+    row("jpeg, a segment without length", photoWith("fffe0004746fffe20000"));
+    row("jpeg, it begins twice", photoWith("fffe0004746fffd8"));
 }
 
 void tst_ImageImport::cutShort()
@@ -822,18 +799,16 @@ void tst_ImageImport::cutShort()
 
 void tst_ImageImport::profile_data()
 {
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<int>("space");
-    QTest::addColumn<int>("orientation");
+    const auto table = columns<QByteArray, int, int>("format", "space", "orientation");
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
-    const auto row = [](const char* format, int orientation) {
+    const auto row = [&](const char* format, int orientation) {
         const auto name = [&](const char* space) {
             return QByteArray(format) + ", " + space + ' ' + QByteArray::number(orientation);
         };
-        QTest::newRow(name("Display P3").constData())
-            << QByteArray(format) << int(QColorSpace::DisplayP3) << orientation;
-        QTest::newRow(name("Adobe RGB").constData())
-            << QByteArray(format) << int(QColorSpace::AdobeRgb) << orientation;
+        table(name("Display P3").constData(), QByteArray(format), int(QColorSpace::DisplayP3),
+              orientation);
+        table(name("Adobe RGB").constData(), QByteArray(format), int(QColorSpace::AdobeRgb),
+              orientation);
     };
     for (int orientation = 1; orientation <= 8; ++orientation)
         row("jpeg", orientation);
@@ -841,7 +816,7 @@ void tst_ImageImport::profile_data()
     if (canWrite("webp"))
         row("webp", 1);
 #else
-    QTest::newRow("none") << QByteArray() << 0 << 0;
+    table("none", QByteArray(), 0, 0);
 #endif
 }
 
@@ -958,12 +933,12 @@ void tst_ImageImport::transparencyOnWhite()
 
 void tst_ImageImport::truncated_data()
 {
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<bool>("decodes"); // what is there
-    QTest::newRow("jpeg") << QByteArray("jpeg") << true;
-    QTest::newRow("png") << QByteArray("png") << false;
+    // decodes: what is there
+    const auto row = columns<QByteArray, bool>("format", "decodes");
+    row("jpeg", "jpeg", true);
+    row("png", "png", false);
     if (canWrite("webp"))
-        QTest::newRow("webp") << QByteArray("webp") << false;
+        row("webp", "webp", false);
 }
 
 void tst_ImageImport::truncated()
@@ -998,16 +973,14 @@ void tst_ImageImport::truncated()
 
 void tst_ImageImport::truncatedCopy_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("status");
+    const auto row = columns<QByteArray, int>("bytes", "status");
     const QByteArray jpeg = encoded(landscape(400, 300, 0.7), "jpeg", 90);
     const QByteArray png = encoded(landscape(400, 300, 0.7), "png");
     const int scan = int(jpeg.indexOf("\xFF\xDA"));
-    QTest::newRow("jpeg") << jpeg.left(jpeg.size() * 3 / 4) << int(ImageImportResult::Copied);
-    QTest::newRow("jpeg, in its first segment")
-        << jpeg.left(12) << int(ImageImportResult::Truncated);
-    QTest::newRow("jpeg, before its scan") << jpeg.left(scan) << int(ImageImportResult::Truncated);
-    QTest::newRow("png") << png.left(png.size() * 3 / 4) << int(ImageImportResult::Truncated);
+    row("jpeg", jpeg.left(jpeg.size() * 3 / 4), int(ImageImportResult::Copied));
+    row("jpeg, in its first segment", jpeg.left(12), int(ImageImportResult::Truncated));
+    row("jpeg, before its scan", jpeg.left(scan), int(ImageImportResult::Truncated));
+    row("png", png.left(png.size() * 3 / 4), int(ImageImportResult::Truncated));
 }
 
 void tst_ImageImport::truncatedCopy()
@@ -1047,17 +1020,15 @@ void tst_ImageImport::segmentThatBreaksOff()
 
 void tst_ImageImport::quality_data()
 {
-    QTest::addColumn<int>("quality");
-    QTest::addColumn<bool>("progressive");
-    QTest::addColumn<int>("expected");
+    const auto row = columns<int, bool, int>("quality", "progressive", "expected");
     for (const bool progressive : {false, true}) {
         const QByteArray suffix = progressive ? ", progressive" : "";
-        QTest::newRow(("30" + suffix).constData()) << 30 << progressive << 30;
-        QTest::newRow(("80" + suffix).constData()) << 80 << progressive << 80;
-        QTest::newRow(("0" + suffix).constData()) << 0 << progressive << 0;
-        QTest::newRow(("100" + suffix).constData()) << 100 << progressive << 100;
-        QTest::newRow(("beyond" + suffix).constData()) << 400 << progressive << 100;
-        QTest::newRow(("below" + suffix).constData()) << -3 << progressive << 0;
+        row(("30" + suffix).constData(), 30, progressive, 30);
+        row(("80" + suffix).constData(), 80, progressive, 80);
+        row(("0" + suffix).constData(), 0, progressive, 0);
+        row(("100" + suffix).constData(), 100, progressive, 100);
+        row(("beyond" + suffix).constData(), 400, progressive, 100);
+        row(("below" + suffix).constData(), -3, progressive, 0);
     }
 }
 
@@ -1077,21 +1048,15 @@ void tst_ImageImport::quality()
 
 void tst_ImageImport::failures_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("missing") << QStringLiteral("none.jpg") << int(ImageImportResult::NotFound)
-                             << QStringLiteral("There is no file \"none.jpg\".");
-    QTest::newRow("empty") << QStringLiteral("empty.jpg") << int(ImageImportResult::NotAnImage)
-                           << QStringLiteral("\"empty.jpg\" is no picture.");
-    QTest::newRow("text") << QStringLiteral("text.jpg") << int(ImageImportResult::NotAnImage)
-                          << QStringLiteral("\"text.jpg\" is no picture.");
-    QTest::newRow("folder") << QStringLiteral("folder") << int(ImageImportResult::NotAnImage)
-                            << QStringLiteral("\"folder\" is no picture.");
-    QTest::newRow("damaged") << QStringLiteral("damaged.png") << int(ImageImportResult::NotReadable)
-                             << QStringLiteral("\"damaged.png\" is damaged.");
-    QTest::newRow("endless") << QStringLiteral("endless.jpg") << int(ImageImportResult::NotReadable)
-                             << QStringLiteral("\"endless.jpg\" cannot be read.");
+    const auto row = columns<QString, int, QString>("source", "status", "error");
+    row("missing", "none.jpg", int(ImageImportResult::NotFound), "There is no file \"none.jpg\".");
+    row("empty", "empty.jpg", int(ImageImportResult::NotAnImage), "\"empty.jpg\" is no picture.");
+    row("text", "text.jpg", int(ImageImportResult::NotAnImage), "\"text.jpg\" is no picture.");
+    row("folder", "folder", int(ImageImportResult::NotAnImage), "\"folder\" is no picture.");
+    row("damaged", "damaged.png", int(ImageImportResult::NotReadable),
+        "\"damaged.png\" is damaged.");
+    row("endless", "endless.jpg", int(ImageImportResult::NotReadable),
+        "\"endless.jpg\" cannot be read.");
 }
 
 void tst_ImageImport::failures()
@@ -1148,20 +1113,18 @@ void tst_ImageImport::cannotBeWritten()
 
 void tst_ImageImport::tooLarge_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<qint64>("maxPixels");
-    QTest::addColumn<bool>("imported");
+    const auto row = columns<QByteArray, qint64, bool>("bytes", "maxPixels", "imported");
     const QByteArray photo = jpeg(picture(400, 300));
-    QTest::newRow("no limit") << photo << qint64(0) << true;
-    QTest::newRow("within") << photo << qint64(120000) << true;
-    QTest::newRow("a pixel too many") << photo << qint64(119999) << false;
+    row("no limit", photo, qint64(0), true);
+    row("within", photo, qint64(120000), true);
+    row("a pixel too many", photo, qint64(119999), false);
     QByteArray forged = photo;
     forged.replace(forged.indexOf("\xff\xc0") + 5, 4, QByteArray::fromHex("ea60ea60"));
-    QTest::newRow("60,000 x 60,000") << forged << qint64(0) << false;
+    row("60,000 x 60,000", forged, qint64(0), false);
     // A GIF of 63,234 x 0 pixels, and in it a frame of 1 x 512: readers make room for both.
     const QByteArray wide = QByteArray::fromHex("474946383961 02f7 0000 800100 ff0000 00ff00"
                                                 "2c 0000 0000 0100 0002 00 02 02440a00 3b");
-    QTest::newRow("a wide GIF with a narrow frame") << wide << qint64(1000000) << false;
+    row("a wide GIF with a narrow frame", wide, qint64(1000000), false);
 }
 
 void tst_ImageImport::tooLarge()

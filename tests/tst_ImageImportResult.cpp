@@ -3,6 +3,8 @@
 
 #include "ImageImportResult.h"
 
+#include "Columns.h"
+
 #include <QtTest>
 
 class tst_ImageImportResult : public QObject
@@ -32,17 +34,16 @@ void tst_ImageImportResult::defaults()
 
 void tst_ImageImportResult::success_data()
 {
-    QTest::addColumn<int>("status");
-    QTest::addColumn<bool>("success");
-    QTest::newRow("imported") << int(ImageImportResult::Imported) << true;
-    QTest::newRow("copied") << int(ImageImportResult::Copied) << true;
-    QTest::newRow("not found") << int(ImageImportResult::NotFound) << false;
-    QTest::newRow("not an image") << int(ImageImportResult::NotAnImage) << false;
-    QTest::newRow("too large") << int(ImageImportResult::TooLarge) << false;
-    QTest::newRow("truncated") << int(ImageImportResult::Truncated) << false;
-    QTest::newRow("not readable") << int(ImageImportResult::NotReadable) << false;
-    QTest::newRow("not writable") << int(ImageImportResult::NotWritable) << false;
-    QTest::newRow("cancelled") << int(ImageImportResult::Cancelled) << false;
+    const auto row = columns<int, bool>("status", "success");
+    row("imported", int(ImageImportResult::Imported), true);
+    row("copied", int(ImageImportResult::Copied), true);
+    row("not found", int(ImageImportResult::NotFound), false);
+    row("not an image", int(ImageImportResult::NotAnImage), false);
+    row("too large", int(ImageImportResult::TooLarge), false);
+    row("truncated", int(ImageImportResult::Truncated), false);
+    row("not readable", int(ImageImportResult::NotReadable), false);
+    row("not writable", int(ImageImportResult::NotWritable), false);
+    row("cancelled", int(ImageImportResult::Cancelled), false);
 }
 
 void tst_ImageImportResult::success()
@@ -58,32 +59,27 @@ void tst_ImageImportResult::success()
 
 void tst_ImageImportResult::debug_data()
 {
-    QTest::addColumn<ImageImportResult>("result");
-    QTest::addColumn<QString>("text");
+    const auto row = columns<ImageImportResult, QString>("result", "text");
     ImageImportResult result;
-    QTest::newRow("nothing") << result << QStringLiteral("ImageImportResult(NotFound)");
+    row("nothing", result, "ImageImportResult(NotFound)");
     result.error = QStringLiteral("a.jpg cannot be read");
     result.status = ImageImportResult::NotReadable;
     result.format = "jpeg";
-    QTest::newRow("failed")
-        << result
-        << QStringLiteral("ImageImportResult(NotReadable, \"a.jpg cannot be read\", \"jpeg\")");
+    row("failed", result, "ImageImportResult(NotReadable, \"a.jpg cannot be read\", \"jpeg\")");
     result.error.clear();
     result.status = ImageImportResult::Imported;
     result.sourceSize = QSize(4000, 3000);
     result.size = QSize(1200, 1600);
     result.orientation = 6;
-    QTest::newRow("imported")
-        << result
-        << QStringLiteral("ImageImportResult(Imported, \"jpeg\", 4000 x 3000 to 1200 x 1600, "
-                          "orientation 6)");
+    row("imported", result,
+        "ImageImportResult(Imported, \"jpeg\", 4000 x 3000 to 1200 x 1600, "
+        "orientation 6)");
     result.status = ImageImportResult::Copied;
     result.orientation = 0;
     result.truncated = true;
-    QTest::newRow("truncated")
-        << result
-        << QStringLiteral("ImageImportResult(Copied, \"jpeg\", 4000 x 3000 to 1200 x 1600, "
-                          "truncated)");
+    row("truncated", result,
+        "ImageImportResult(Copied, \"jpeg\", 4000 x 3000 to 1200 x 1600, "
+        "truncated)");
 }
 
 void tst_ImageImportResult::debug()

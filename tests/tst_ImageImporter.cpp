@@ -3,12 +3,14 @@
 
 #include "ImageImporter.h"
 
+#include "Columns.h"
 #include "ImageUtils.h"
 #include "LogCapture.h"
 #include "Sandbox.h"
 #include "TestPictures.h"
 
 #include <QSignalSpy>
+#include <QTimer>
 #include <QtTest>
 
 class tst_ImageImporter : public QObject
@@ -33,6 +35,7 @@ private Q_SLOTS:
     void slowReceiver();
     void largePicturesTakeTurns();
     void receiversRunInItsThread();
+    void endsWithTheApplication();
 
 private:
     QString path(const QString& name) const { return (*mSandbox)(name); }
@@ -103,12 +106,12 @@ void tst_ImageImporter::addPictures(ImageImporter* importer, int count) const
 
 void tst_ImageImporter::importsAll_data()
 {
-    QTest::addColumn<int>("threads");
-    QTest::newRow("as many as the processor has") << 0;
-    QTest::newRow("one") << 1;
-    QTest::newRow("two") << 2;
-    QTest::newRow("more than pictures") << 50;
-    QTest::newRow("negative") << -3;
+    const auto row = columns<int>("threads");
+    row("as many as the processor has", 0);
+    row("one", 1);
+    row("two", 2);
+    row("more than pictures", 50);
+    row("negative", -3);
 }
 
 void tst_ImageImporter::importsAll()
@@ -366,6 +369,28 @@ void tst_ImageImporter::receiversRunInItsThread()
     QVERIFY(finished.wait(60000));
     QCOMPARE(threads.size(), 9);
     QCOMPARE(threads.count(QThread::currentThread()), 9);
+}
+
+void tst_ImageImporter::endsWithTheApplication()
+{
+    ImageImporter importer;
+    const int count = 40;
+    addPictures(&importer, count);
+    importer.start(2);
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCOMPARE(QCoreApplication::exec(), 0);
+    // What was begun is complete, and nobody goes on.
+    QList<int> imported;
+    for (int i = 0; i < count; ++i) {
+        if (QFile::exists(copy(i))) {
+            imported.append(i);
+            QCOMPARE(QImage(copy(i)).height(), 100);
+        }
+    }
+    importer.cancel();
+    QCoreApplication::processEvents();
+    for (int i = 0; i < count; ++i)
+        QCOMPARE(QFile::exists(copy(i)), imported.contains(i));
 }
 
 QTEST_GUILESS_MAIN(tst_ImageImporter)

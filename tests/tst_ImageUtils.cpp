@@ -3,6 +3,7 @@
 
 #include "ImageUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "Sandbox.h"
 #include "TestPictures.h"
@@ -141,16 +142,15 @@ void tst_ImageUtils::imageSize()
 
 void tst_ImageUtils::scaledPixmapFromFilepath_data()
 {
-    QTest::addColumn<QSize>("maximum");
-    QTest::addColumn<QSize>("expected");
-    QTest::newRow("smaller") << QSize(500, 500) << QSize(400, 300);
-    QTest::newRow("equal") << QSize(400, 300) << QSize(400, 300);
-    QTest::newRow("wider") << QSize(200, 500) << QSize(200, 150);
-    QTest::newRow("taller") << QSize(500, 150) << QSize(200, 150);
-    QTest::newRow("both") << QSize(40, 90) << QSize(40, 30);
-    QTest::newRow("flat") << QSize(500, 1) << QSize(1, 1);
-    QTest::newRow("zero") << QSize(0, 0) << QSize(0, 0);
-    QTest::newRow("invalid") << QSize() << QSize(0, 0);
+    const auto row = columns<QSize, QSize>("maximum", "expected");
+    row("smaller", QSize(500, 500), QSize(400, 300));
+    row("equal", QSize(400, 300), QSize(400, 300));
+    row("wider", QSize(200, 500), QSize(200, 150));
+    row("taller", QSize(500, 150), QSize(200, 150));
+    row("both", QSize(40, 90), QSize(40, 30));
+    row("flat", QSize(500, 1), QSize(1, 1));
+    row("zero", QSize(0, 0), QSize(0, 0));
+    row("invalid", QSize(), QSize(0, 0));
 }
 
 void tst_ImageUtils::scaledPixmapFromFilepath()
@@ -235,17 +235,15 @@ void tst_ImageUtils::fusionImageFailures()
 
 void tst_ImageUtils::imageExtensions_data()
 {
-    QTest::addColumn<QString>("formats");
-    QTest::addColumn<QString>("extensions");
-    QTest::newRow("example") << QStringLiteral("JPG png") << QStringLiteral("jpeg jpg png");
-    QTest::newRow("none") << QString() << QString();
-    QTest::newRow("jpeg") << QStringLiteral("jpeg") << QStringLiteral("jpeg jpg");
-    QTest::newRow("jpg") << QStringLiteral("jpg") << QStringLiteral("jpeg jpg");
-    QTest::newRow("both jpeg") << QStringLiteral("jpg JPEG") << QStringLiteral("jpeg jpg");
-    QTest::newRow("order") << QStringLiteral("SVG Png gif jpeg")
-                           << QStringLiteral("jpeg jpg gif png svg");
-    QTest::newRow("repeated") << QStringLiteral("gif gif GIF") << QStringLiteral("gif");
-    QTest::newRow("others") << QStringLiteral("bmp jpe svgz .png") << QString();
+    const auto row = columns<QString, QString>("formats", "extensions");
+    row("example", "JPG png", "jpeg jpg png");
+    row("none", QString(), QString());
+    row("jpeg", "jpeg", "jpeg jpg");
+    row("jpg", "jpg", "jpeg jpg");
+    row("both jpeg", "jpg JPEG", "jpeg jpg");
+    row("order", "SVG Png gif jpeg", "jpeg jpg gif png svg");
+    row("repeated", "gif gif GIF", "gif");
+    row("others", "bmp jpe svgz .png", QString());
 }
 
 void tst_ImageUtils::imageExtensions()
@@ -259,11 +257,9 @@ void tst_ImageUtils::imageExtensions()
 
 void tst_ImageUtils::imageNames_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("web");
-    QTest::addColumn<bool>("vector");
-    const auto row = [](const char* name, bool web, bool vector) {
-        QTest::newRow(name) << QString::fromLatin1(name) << web << vector;
+    const auto table = columns<QString, bool, bool>("name", "web", "vector");
+    const auto row = [&](const char* name, bool web, bool vector) {
+        table(name, QString::fromLatin1(name), web, vector);
     };
     row("a.jpg", true, false);
     row("a.JPEG", true, false);
@@ -294,19 +290,15 @@ void tst_ImageUtils::imageNames()
 
 void tst_ImageUtils::resizeKeepingRatio_data()
 {
-    QTest::addColumn<int>("side");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QSize>("toWidth");
-    QTest::addColumn<QSize>("toHeight");
+    const auto row = columns<int, QSize, QSize, QSize>("side", "size", "toWidth", "toHeight");
     const int most = std::numeric_limits<int>::max();
-    QTest::newRow("smaller") << 200 << QSize(400, 300) << QSize(200, 150) << QSize(267, 200);
-    QTest::newRow("larger") << 800 << QSize(400, 300) << QSize(800, 600) << QSize(1067, 800);
-    QTest::newRow("half is rounded up") << 1 << QSize(2, 3) << QSize(1, 2) << QSize(1, 1);
-    QTest::newRow("0") << 0 << QSize(400, 300) << QSize(0, 0) << QSize(0, 0);
-    QTest::newRow("width 0") << 100 << QSize(0, 300) << QSize(100, 0) << QSize(0, 100);
-    QTest::newRow("height 0") << 100 << QSize(300, 0) << QSize(100, 0) << QSize(0, 100);
-    QTest::newRow("beyond the numbers")
-        << most << QSize(1, most) << QSize(most, most - 1) << QSize(1, most);
+    row("smaller", 200, QSize(400, 300), QSize(200, 150), QSize(267, 200));
+    row("larger", 800, QSize(400, 300), QSize(800, 600), QSize(1067, 800));
+    row("half is rounded up", 1, QSize(2, 3), QSize(1, 2), QSize(1, 1));
+    row("0", 0, QSize(400, 300), QSize(0, 0), QSize(0, 0));
+    row("width 0", 100, QSize(0, 300), QSize(100, 0), QSize(0, 100));
+    row("height 0", 100, QSize(300, 0), QSize(100, 0), QSize(0, 100));
+    row("beyond the numbers", most, QSize(1, most), QSize(most, most - 1), QSize(1, most));
 }
 
 void tst_ImageUtils::resizeKeepingRatio()
@@ -321,11 +313,10 @@ void tst_ImageUtils::resizeKeepingRatio()
 
 void tst_ImageUtils::retinaRect_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QRect>("rect");
-    QTest::newRow("even") << QSize(40, 30) << QRect(0, 0, 20, 15);
-    QTest::newRow("odd") << QSize(41, 1) << QRect(0, 0, 21, 1);
-    QTest::newRow("null") << QSize(0, 0) << QRect(0, 0, 0, 0);
+    const auto row = columns<QSize, QRect>("size", "rect");
+    row("even", QSize(40, 30), QRect(0, 0, 20, 15));
+    row("odd", QSize(41, 1), QRect(0, 0, 21, 1));
+    row("null", QSize(0, 0), QRect(0, 0, 0, 0));
 }
 
 void tst_ImageUtils::retinaRect()
@@ -337,22 +328,19 @@ void tst_ImageUtils::retinaRect()
 
 void tst_ImageUtils::squareImage_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QSize>("maximum");
-    QTest::addColumn<bool>("changed");
-    QTest::addColumn<int>("side");
-    QTest::newRow("square, fits") << QSize(40, 40) << QSize(40, 40) << false << 40;
-    QTest::newRow("square, no maximum") << QSize(40, 40) << QSize() << false << 40;
-    QTest::newRow("square, maximum of 0") << QSize(40, 40) << QSize(0, 10) << false << 40;
-    QTest::newRow("square, height of 0") << QSize(40, 40) << QSize(10, 0) << false << 40;
-    QTest::newRow("square, larger") << QSize(40, 40) << QSize(10, 10) << true << 10;
-    QTest::newRow("square, only the width counts") << QSize(40, 40) << QSize(50, 10) << false << 40;
-    QTest::newRow("landscape, fits") << QSize(60, 40) << QSize(40, 40) << true << 40;
-    QTest::newRow("landscape, larger") << QSize(60, 40) << QSize(10, 10) << true << 10;
-    QTest::newRow("portrait, larger") << QSize(40, 60) << QSize(10, 20) << true << 10;
-    QTest::newRow("landscape, no maximum") << QSize(60, 40) << QSize() << true << 40;
-    QTest::newRow("landscape, maximum of 0") << QSize(60, 40) << QSize(0, 0) << true << 40;
-    QTest::newRow("null") << QSize(0, 0) << QSize(10, 10) << false << 0;
+    const auto row = columns<QSize, QSize, bool, int>("size", "maximum", "changed", "side");
+    row("square, fits", QSize(40, 40), QSize(40, 40), false, 40);
+    row("square, no maximum", QSize(40, 40), QSize(), false, 40);
+    row("square, maximum of 0", QSize(40, 40), QSize(0, 10), false, 40);
+    row("square, height of 0", QSize(40, 40), QSize(10, 0), false, 40);
+    row("square, larger", QSize(40, 40), QSize(10, 10), true, 10);
+    row("square, only the width counts", QSize(40, 40), QSize(50, 10), false, 40);
+    row("landscape, fits", QSize(60, 40), QSize(40, 40), true, 40);
+    row("landscape, larger", QSize(60, 40), QSize(10, 10), true, 10);
+    row("portrait, larger", QSize(40, 60), QSize(10, 20), true, 10);
+    row("landscape, no maximum", QSize(60, 40), QSize(), true, 40);
+    row("landscape, maximum of 0", QSize(60, 40), QSize(0, 0), true, 40);
+    row("null", QSize(0, 0), QSize(10, 10), false, 0);
 }
 
 void tst_ImageUtils::squareImage()
@@ -385,12 +373,10 @@ void tst_ImageUtils::squareImageContent()
 
 void tst_ImageUtils::squarePixmap_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("transparent");
-    QTest::addColumn<QRect>("place");
-    QTest::newRow("landscape") << QSize(60, 40) << true << QRect(0, 10, 60, 40);
-    QTest::newRow("portrait") << QSize(40, 61) << true << QRect(10, 0, 40, 61);
-    QTest::newRow("not transparent") << QSize(60, 40) << false << QRect(0, 10, 60, 40);
+    const auto row = columns<QSize, bool, QRect>("size", "transparent", "place");
+    row("landscape", QSize(60, 40), true, QRect(0, 10, 60, 40));
+    row("portrait", QSize(40, 61), true, QRect(10, 0, 40, 61));
+    row("not transparent", QSize(60, 40), false, QRect(0, 10, 60, 40));
 }
 
 void tst_ImageUtils::squarePixmap()
@@ -422,22 +408,18 @@ void tst_ImageUtils::squarePixmap()
 
 void tst_ImageUtils::labelPixmap_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<int>("side");
-    QTest::addColumn<QSize>("label");
-    QTest::addColumn<QSize>("pixmap");
-    QTest::newRow("landscape") << QSize(400, 300) << 100 << QSize(100, 75) << QSize(200, 150);
-    QTest::newRow("portrait") << QSize(300, 400) << 100 << QSize(75, 100) << QSize(150, 200);
-    QTest::newRow("enlarged") << QSize(40, 30) << 100 << QSize(100, 75) << QSize(200, 150);
+    const auto row = columns<QSize, int, QSize, QSize>("size", "side", "label", "pixmap");
+    row("landscape", QSize(400, 300), 100, QSize(100, 75), QSize(200, 150));
+    row("portrait", QSize(300, 400), 100, QSize(75, 100), QSize(150, 200));
+    row("enlarged", QSize(40, 30), 100, QSize(100, 75), QSize(200, 150));
     // 100 * 299 / 400 = 74.75: the label is 74 high, and so twice that is 148. 400 x 299 into
     // 200 x 148 is 197 x 148.
-    QTest::newRow("uneven") << QSize(400, 299) << 100 << QSize(100, 74) << QSize(197, 148);
-    QTest::newRow("0") << QSize(400, 300) << 0 << QSize(0, 0) << QSize(400, 300);
-    QTest::newRow("negative") << QSize(400, 300) << -5 << QSize(0, 0) << QSize(400, 300);
-    QTest::newRow("null") << QSize(0, 0) << 100 << QSize(100, 100) << QSize(0, 0);
+    row("uneven", QSize(400, 299), 100, QSize(100, 74), QSize(197, 148));
+    row("0", QSize(400, 300), 0, QSize(0, 0), QSize(400, 300));
+    row("negative", QSize(400, 300), -5, QSize(0, 0), QSize(400, 300));
+    row("null", QSize(0, 0), 100, QSize(100, 100), QSize(0, 0));
     // A pixmap of twice the size of such a label would fit into no memory.
-    QTest::newRow("immense") << QSize(40, 40) << 16000000 << QSize(16000000, 16000000)
-                             << QSize(40, 40);
+    row("immense", QSize(40, 40), 16000000, QSize(16000000, 16000000), QSize(40, 40));
 }
 
 void tst_ImageUtils::labelPixmap()
@@ -469,8 +451,7 @@ void tst_ImageUtils::labelPixmapWithoutLabel()
 
 void tst_ImageUtils::hasTransparentPixel_data()
 {
-    QTest::addColumn<QImage>("image");
-    QTest::addColumn<bool>("expected");
+    const auto row = columns<QImage, bool>("image", "expected");
     const auto filled = [](QImage::Format format, const QColor& color) {
         QImage image(5, 4, format);
         image.fill(color);
@@ -478,33 +459,32 @@ void tst_ImageUtils::hasTransparentPixel_data()
     };
     const QColor clear(0, 0, 0, 0);
     const QColor faint(255, 255, 255, 1);
-    QTest::newRow("null") << QImage() << false;
-    QTest::newRow("RGB32") << filled(QImage::Format_RGB32, Qt::black) << false;
+    row("null", QImage(), false);
+    row("RGB32", filled(QImage::Format_RGB32, Qt::black), false);
     QImage padded(5, 4, QImage::Format_RGB32);
     padded.fill(0u); // its highest byte is no alpha
-    QTest::newRow("RGB32, highest byte 0") << padded << false;
-    QTest::newRow("RGB16") << filled(QImage::Format_RGB16, Qt::black) << false;
-    QTest::newRow("grey") << filled(QImage::Format_Grayscale8, Qt::black) << false;
+    row("RGB32, highest byte 0", padded, false);
+    row("RGB16", filled(QImage::Format_RGB16, Qt::black), false);
+    row("grey", filled(QImage::Format_Grayscale8, Qt::black), false);
     for (const QImage::Format format :
          {QImage::Format_ARGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_RGBA8888,
           QImage::Format_RGBA8888_Premultiplied, QImage::Format_ARGB4444_Premultiplied,
           QImage::Format_A2RGB30_Premultiplied, QImage::Format_Alpha8}) {
         const QByteArray name = QByteArray::number(int(format));
-        QTest::newRow((name + " transparent").constData()) << filled(format, clear) << true;
-        QTest::newRow((name + " opaque").constData()) << filled(format, Qt::black) << false;
+        row((name + " transparent").constData(), filled(format, clear), true);
+        row((name + " opaque").constData(), filled(format, Qt::black), false);
     }
-    QTest::newRow("ARGB32, alpha 1") << filled(QImage::Format_ARGB32, faint) << false;
-    QTest::newRow("premultiplied, alpha 1")
-        << filled(QImage::Format_ARGB32_Premultiplied, faint) << false;
+    row("ARGB32, alpha 1", filled(QImage::Format_ARGB32, faint), false);
+    row("premultiplied, alpha 1", filled(QImage::Format_ARGB32_Premultiplied, faint), false);
     QImage white(5, 4, QImage::Format_ARGB32);
     white.fill(0x00FFFFFFu);
-    QTest::newRow("ARGB32, transparent white") << white << true;
+    row("ARGB32, transparent white", white, true);
     QImage indexed(5, 4, QImage::Format_Indexed8);
     indexed.setColorTable({qRgba(0, 0, 0, 0), qRgb(255, 0, 0)});
     indexed.fill(1);
-    QTest::newRow("palette, transparent colour unused") << indexed << false;
+    row("palette, transparent colour unused", indexed, false);
     indexed.setPixel(4, 3, 0);
-    QTest::newRow("palette, transparent colour used") << indexed << true;
+    row("palette, transparent colour used", indexed, true);
 }
 
 void tst_ImageUtils::hasTransparentPixel()
@@ -530,17 +510,16 @@ void tst_ImageUtils::transparentPixelAnywhere()
 
 void tst_ImageUtils::applyOpacity_data()
 {
-    QTest::addColumn<double>("opacity");
-    QTest::addColumn<int>("alpha");
-    QTest::newRow("0") << 0.0 << 0;
-    QTest::newRow("0.5") << 0.5 << 128; // 127.5 is rounded up
-    QTest::newRow("0.25") << 0.25 << 64; // 63.75
-    QTest::newRow("0.001") << 0.001 << 0; // 0.255
-    QTest::newRow("0.002") << 0.002 << 1; // 0.51
-    QTest::newRow("just below 1") << 0.9999 << 255;
-    QTest::newRow("negative") << -0.5 << 0;
-    QTest::newRow("very negative") << -1e300 << 0;
-    QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << 0;
+    const auto row = columns<double, int>("opacity", "alpha");
+    row("0", 0.0, 0);
+    row("0.5", 0.5, 128); // 127.5 is rounded up
+    row("0.25", 0.25, 64); // 63.75
+    row("0.001", 0.001, 0); // 0.255
+    row("0.002", 0.002, 1); // 0.51
+    row("just below 1", 0.9999, 255);
+    row("negative", -0.5, 0);
+    row("very negative", -1e300, 0);
+    row("not a number", std::numeric_limits<double>::quiet_NaN(), 0);
 }
 
 void tst_ImageUtils::applyOpacity()
@@ -559,10 +538,10 @@ void tst_ImageUtils::applyOpacity()
 
 void tst_ImageUtils::applyOpacityUnchanged_data()
 {
-    QTest::addColumn<double>("opacity");
-    QTest::newRow("1") << 1.0;
-    QTest::newRow("2") << 2.0;
-    QTest::newRow("infinite") << std::numeric_limits<double>::infinity();
+    const auto row = columns<double>("opacity");
+    row("1", 1.0);
+    row("2", 2.0);
+    row("infinite", std::numeric_limits<double>::infinity());
 }
 
 void tst_ImageUtils::applyOpacityUnchanged()
@@ -609,20 +588,15 @@ void tst_ImageUtils::applyOpacityPixmap()
 
 void tst_ImageUtils::transparentPixmap_data()
 {
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<int>("opacity");
-    QTest::addColumn<QRgb>("pixel");
-    QTest::addColumn<bool>("null");
-    QTest::newRow("opacity 0") << QColor(Qt::red) << 0 << QRgb() << true;
-    QTest::newRow("opacity -1") << QColor(Qt::red) << -1 << QRgb() << true;
-    QTest::newRow("opacity 101") << QColor(Qt::red) << 101 << QRgb() << true;
-    QTest::newRow("opacity 1 changes nothing") << QColor(Qt::red) << 1 << qRgb(255, 0, 0) << false;
-    QTest::newRow("opacity 50 changes nothing")
-        << QColor(Qt::red) << 50 << qRgb(255, 0, 0) << false;
-    QTest::newRow("opacity 100") << QColor(Qt::red) << 100 << qRgb(255, 0, 0) << false;
-    QTest::newRow("invalid colour") << QColor() << 50 << qRgba(0, 0, 0, 0) << false;
-    QTest::newRow("colour with alpha")
-        << QColor(255, 0, 0, 51) << 50 << qRgba(255, 0, 0, 51) << false;
+    const auto row = columns<QColor, int, QRgb, bool>("color", "opacity", "pixel", "null");
+    row("opacity 0", QColor(Qt::red), 0, QRgb(), true);
+    row("opacity -1", QColor(Qt::red), -1, QRgb(), true);
+    row("opacity 101", QColor(Qt::red), 101, QRgb(), true);
+    row("opacity 1 changes nothing", QColor(Qt::red), 1, qRgb(255, 0, 0), false);
+    row("opacity 50 changes nothing", QColor(Qt::red), 50, qRgb(255, 0, 0), false);
+    row("opacity 100", QColor(Qt::red), 100, qRgb(255, 0, 0), false);
+    row("invalid colour", QColor(), 50, qRgba(0, 0, 0, 0), false);
+    row("colour with alpha", QColor(255, 0, 0, 51), 50, qRgba(255, 0, 0, 51), false);
 }
 
 void tst_ImageUtils::transparentPixmap()
@@ -658,16 +632,15 @@ void tst_ImageUtils::transparentPixmapDrawsImage()
 
 void tst_ImageUtils::gray_data()
 {
-    QTest::addColumn<QRgb>("color");
-    QTest::addColumn<QRgb>("expected");
-    QTest::newRow("black") << qRgb(0, 0, 0) << qRgb(0, 0, 0);
-    QTest::newRow("white") << qRgb(255, 255, 255) << qRgb(255, 255, 255);
-    QTest::newRow("red") << qRgb(255, 0, 0) << qRgb(87, 87, 87); // 2805 / 32 = 87.6
-    QTest::newRow("green") << qRgb(0, 255, 0) << qRgb(127, 127, 127); // 4080 / 32 = 127.5
-    QTest::newRow("blue") << qRgb(0, 0, 255) << qRgb(39, 39, 39); // 1275 / 32 = 39.8
-    QTest::newRow("mixed") << qRgb(10, 20, 30) << qRgb(18, 18, 18); // 580 / 32 = 18.1
-    QTest::newRow("with alpha") << qRgba(255, 0, 0, 100) << qRgba(87, 87, 87, 100);
-    QTest::newRow("transparent") << qRgba(255, 0, 0, 0) << qRgba(87, 87, 87, 0);
+    const auto row = columns<QRgb, QRgb>("color", "expected");
+    row("black", qRgb(0, 0, 0), qRgb(0, 0, 0));
+    row("white", qRgb(255, 255, 255), qRgb(255, 255, 255));
+    row("red", qRgb(255, 0, 0), qRgb(87, 87, 87)); // 2805 / 32 = 87.6
+    row("green", qRgb(0, 255, 0), qRgb(127, 127, 127)); // 4080 / 32 = 127.5
+    row("blue", qRgb(0, 0, 255), qRgb(39, 39, 39)); // 1275 / 32 = 39.8
+    row("mixed", qRgb(10, 20, 30), qRgb(18, 18, 18)); // 580 / 32 = 18.1
+    row("with alpha", qRgba(255, 0, 0, 100), qRgba(87, 87, 87, 100));
+    row("transparent", qRgba(255, 0, 0, 0), qRgba(87, 87, 87, 0));
 }
 
 void tst_ImageUtils::gray()
@@ -706,15 +679,14 @@ void tst_ImageUtils::grayPixmap()
 
 void tst_ImageUtils::colorize_data()
 {
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<int>("alpha"); // of the pixmap
-    QTest::addColumn<QRgb>("expected");
-    QTest::newRow("opaque") << QColor(255, 0, 0) << 255 << qRgb(255, 0, 0);
-    QTest::newRow("nothing there") << QColor(255, 0, 0) << 0 << qRgba(0, 0, 0, 0);
-    QTest::newRow("half there") << QColor(255, 0, 0) << 128 << qRgba(255, 0, 0, 128);
-    QTest::newRow("colour with alpha") << QColor(255, 0, 0, 51) << 255 << qRgba(255, 0, 0, 51);
-    QTest::newRow("both") << QColor(255, 0, 0, 128) << 128 << qRgba(255, 0, 0, 64);
-    QTest::newRow("transparent colour") << QColor(255, 0, 0, 0) << 255 << qRgba(0, 0, 0, 0);
+    // alpha: of the pixmap
+    const auto row = columns<QColor, int, QRgb>("color", "alpha", "expected");
+    row("opaque", QColor(255, 0, 0), 255, qRgb(255, 0, 0));
+    row("nothing there", QColor(255, 0, 0), 0, qRgba(0, 0, 0, 0));
+    row("half there", QColor(255, 0, 0), 128, qRgba(255, 0, 0, 128));
+    row("colour with alpha", QColor(255, 0, 0, 51), 255, qRgba(255, 0, 0, 51));
+    row("both", QColor(255, 0, 0, 128), 128, qRgba(255, 0, 0, 64));
+    row("transparent colour", QColor(255, 0, 0, 0), 255, qRgba(0, 0, 0, 0));
 }
 
 void tst_ImageUtils::colorize()

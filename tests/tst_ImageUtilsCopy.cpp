@@ -7,6 +7,7 @@
 
 #include "ImageUtils.h"
 
+#include "Columns.h"
 #include "FileLimit.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -233,12 +234,12 @@ void tst_ImageUtilsCopy::writeProgressive()
 
 void tst_ImageUtilsCopy::writeProgressiveQualityIsCompression_data()
 {
-    QTest::addColumn<int>("quality");
-    QTest::newRow("negative") << -1;
-    QTest::newRow("0") << 0;
-    QTest::newRow("10") << 10;
-    QTest::newRow("85") << 85;
-    QTest::newRow("100") << 100;
+    const auto row = columns<int>("quality");
+    row("negative", -1);
+    row("0", 0);
+    row("10", 10);
+    row("85", 85);
+    row("100", 100);
 }
 
 void tst_ImageUtilsCopy::writeProgressiveQualityIsCompression()
@@ -260,14 +261,10 @@ void tst_ImageUtilsCopy::writeProgressiveOtherFormats()
 
 void tst_ImageUtilsCopy::writeProgressiveFailure_data()
 {
-    QTest::addColumn<QImage>("image");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("format");
-    QTest::newRow("null image") << QImage() << QStringLiteral("a.jpg") << QByteArray("jpeg");
-    QTest::newRow("no such format")
-        << picture(6, 4) << QStringLiteral("a.jpg") << QByteArray("nonsense");
-    QTest::newRow("no such folder")
-        << picture(6, 4) << QStringLiteral("b/a.jpg") << QByteArray("jpeg");
+    const auto row = columns<QImage, QString, QByteArray>("image", "name", "format");
+    row("null image", QImage(), "a.jpg", "jpeg");
+    row("no such format", picture(6, 4), "a.jpg", "nonsense");
+    row("no such folder", picture(6, 4), "b/a.jpg", "jpeg");
 }
 
 void tst_ImageUtilsCopy::writeProgressiveFailure()
@@ -386,110 +383,83 @@ void tst_ImageUtilsCopy::copyOrReencode_data()
 {
     using I = ImageUtils;
     using Options = ImageUtils::OptionsImageCopy;
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<bool>("keepAspectRatio");
-    QTest::addColumn<QSize>("maximum");
-    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
-    QTest::addColumn<QSize>("size"); // invalid: copied byte for byte
-    QTest::addColumn<bool>("progressive");
+    // size: invalid: copied byte for byte
+    const auto row = columns<int, bool, QSize, ImageUtils::OptionsImageCopy, QSize, bool>(
+        "orientation", "keepAspectRatio", "maximum", "options", "size", "progressive");
     const QSize copied;
     const QSize large(1600, 1600);
 
     // The source is 400 x 300.
-    QTest::newRow("smaller than the maximum") << 0 << true << large << noOption << copied << false;
-    QTest::newRow("exactly the maximum")
-        << 0 << true << QSize(400, 300) << noOption << copied << false;
-    QTest::newRow("one pixel too wide")
-        << 0 << true << QSize(399, 300) << noOption << QSize(399, 299) << false;
-    QTest::newRow("one pixel too tall")
-        << 0 << true << QSize(400, 299) << noOption << QSize(398, 299) << false;
-    QTest::newRow("too large") << 0 << true << QSize(200, 200) << noOption << QSize(200, 150)
-                               << false;
-    QTest::newRow("free aspect ratio, small")
-        << 0 << false << large << noOption << QSize(400, 300) << false;
-    QTest::newRow("free aspect ratio")
-        << 0 << false << QSize(200, 200) << noOption << QSize(200, 200) << false;
-    QTest::newRow("free aspect ratio enlarges the side that fits")
-        << 0 << false << QSize(200, 900) << noOption << QSize(200, 900) << false;
+    row("smaller than the maximum", 0, true, large, noOption, copied, false);
+    row("exactly the maximum", 0, true, QSize(400, 300), noOption, copied, false);
+    row("one pixel too wide", 0, true, QSize(399, 300), noOption, QSize(399, 299), false);
+    row("one pixel too tall", 0, true, QSize(400, 299), noOption, QSize(398, 299), false);
+    row("too large", 0, true, QSize(200, 200), noOption, QSize(200, 150), false);
+    row("free aspect ratio, small", 0, false, large, noOption, QSize(400, 300), false);
+    row("free aspect ratio", 0, false, QSize(200, 200), noOption, QSize(200, 200), false);
+    row("free aspect ratio enlarges the side that fits", 0, false, QSize(200, 900), noOption,
+        QSize(200, 900), false);
 
-    QTest::newRow("progressive, small")
-        << 0 << true << large << Options(I::ProgressiveJpeg) << QSize(400, 300) << true;
-    QTest::newRow("progressive only when re-encoded, small")
-        << 0 << true << large << (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded) << copied
-        << false;
-    QTest::newRow("progressive only when re-encoded, too large")
-        << 0 << true << QSize(200, 200) << (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded)
-        << QSize(200, 150) << true;
-    QTest::newRow("progressive only when re-encoded, turned")
-        << 6 << true << large
-        << (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded | I::UseExifRotation)
-        << QSize(300, 400) << true;
-    QTest::newRow("only when re-encoded alone, small")
-        << 0 << true << large << Options(I::ProgressiveOnlyWhenReencoded) << copied << false;
-    QTest::newRow("only when re-encoded alone, too large")
-        << 0 << true << QSize(200, 200) << Options(I::ProgressiveOnlyWhenReencoded)
-        << QSize(200, 150) << false;
+    row("progressive, small", 0, true, large, Options(I::ProgressiveJpeg), QSize(400, 300), true);
+    row("progressive only when re-encoded, small", 0, true, large,
+        (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded), copied, false);
+    row("progressive only when re-encoded, too large", 0, true, QSize(200, 200),
+        (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded), QSize(200, 150), true);
+    row("progressive only when re-encoded, turned", 6, true, large,
+        (I::ProgressiveJpeg | I::ProgressiveOnlyWhenReencoded | I::UseExifRotation),
+        QSize(300, 400), true);
+    row("only when re-encoded alone, small", 0, true, large,
+        Options(I::ProgressiveOnlyWhenReencoded), copied, false);
+    row("only when re-encoded alone, too large", 0, true, QSize(200, 200),
+        Options(I::ProgressiveOnlyWhenReencoded), QSize(200, 150), false);
 
-    QTest::newRow("no resize, too large")
-        << 0 << true << QSize(200, 200) << Options(I::NoResize) << copied << false;
-    QTest::newRow("no resize, progressive")
-        << 0 << true << QSize(200, 200) << (I::NoResize | I::ProgressiveJpeg) << copied << false;
-    QTest::newRow("no resize, free aspect ratio")
-        << 0 << false << QSize(200, 200) << Options(I::NoResize) << copied << false;
-    QTest::newRow("no resize, everything else but a rotation")
-        << 6 << false << QSize(200, 200)
-        << (I::NoResize | I::ProgressiveJpeg | I::ExpandToFill | I::Quality85 | I::Retina) << copied
-        << false;
-    QTest::newRow("no resize, turned")
-        << 6 << true << QSize(200, 200) << (I::NoResize | I::UseExifRotation) << QSize(300, 400)
-        << false;
-    QTest::newRow("no resize, turned, progressive")
-        << 8 << true << QSize(200, 200) << (I::NoResize | I::UseExifRotation | I::ProgressiveJpeg)
-        << QSize(300, 400) << true;
-    QTest::newRow("no resize, no orientation, progressive")
-        << 1 << true << QSize(200, 200) << (I::NoResize | I::UseExifRotation | I::ProgressiveJpeg)
-        << copied << false;
+    row("no resize, too large", 0, true, QSize(200, 200), Options(I::NoResize), copied, false);
+    row("no resize, progressive", 0, true, QSize(200, 200), (I::NoResize | I::ProgressiveJpeg),
+        copied, false);
+    row("no resize, free aspect ratio", 0, false, QSize(200, 200), Options(I::NoResize), copied,
+        false);
+    row("no resize, everything else but a rotation", 6, false, QSize(200, 200),
+        (I::NoResize | I::ProgressiveJpeg | I::ExpandToFill | I::Quality85 | I::Retina), copied,
+        false);
+    row("no resize, turned", 6, true, QSize(200, 200), (I::NoResize | I::UseExifRotation),
+        QSize(300, 400), false);
+    row("no resize, turned, progressive", 8, true, QSize(200, 200),
+        (I::NoResize | I::UseExifRotation | I::ProgressiveJpeg), QSize(300, 400), true);
+    row("no resize, no orientation, progressive", 1, true, QSize(200, 200),
+        (I::NoResize | I::UseExifRotation | I::ProgressiveJpeg), copied, false);
 
-    QTest::newRow("orientation not asked for") << 6 << true << large << noOption << copied << false;
+    row("orientation not asked for", 6, true, large, noOption, copied, false);
     const QSize upright[] = {copied, copied,          copied, QSize(400, 300), copied,
                              copied, QSize(300, 400), copied, QSize(300, 400)};
     for (int orientation = 0; orientation <= 8; ++orientation) {
-        QTest::newRow(qPrintable(QStringLiteral("orientation %1").arg(orientation)))
-            << orientation << true << large << Options(I::UseExifRotation) << upright[orientation]
-            << false;
+        row(qPrintable(QStringLiteral("orientation %1").arg(orientation)), orientation, true, large,
+            Options(I::UseExifRotation), upright[orientation], false);
     }
-    QTest::newRow("the maximum is that of the picture as it is stored")
-        << 6 << true << QSize(200, 200) << Options(I::UseExifRotation) << QSize(150, 200) << false;
-    QTest::newRow("the maximum is turned with the picture")
-        << 6 << true << QSize(100, 300) << Options(I::UseExifRotation) << QSize(75, 100) << false;
-    QTest::newRow("too large, mirrored orientation")
-        << 5 << true << QSize(200, 200) << Options(I::UseExifRotation) << QSize(200, 150) << false;
+    row("the maximum is that of the picture as it is stored", 6, true, QSize(200, 200),
+        Options(I::UseExifRotation), QSize(150, 200), false);
+    row("the maximum is turned with the picture", 6, true, QSize(100, 300),
+        Options(I::UseExifRotation), QSize(75, 100), false);
+    row("too large, mirrored orientation", 5, true, QSize(200, 200), Options(I::UseExifRotation),
+        QSize(200, 150), false);
 
-    QTest::newRow("expand") << 0 << true << QSize(200, 200) << Options(I::ExpandToFill)
-                            << QSize(266, 200) << false;
-    QTest::newRow("expand wins over the free aspect ratio")
-        << 0 << false << QSize(200, 200) << Options(I::ExpandToFill) << QSize(266, 200) << false;
-    QTest::newRow("expand, small")
-        << 0 << true << large << Options(I::ExpandToFill) << copied << false;
-    QTest::newRow("expand enlarges when one side exceeds")
-        << 0 << true << QSize(200, 900) << Options(I::ExpandToFill) << QSize(1200, 900) << false;
+    row("expand", 0, true, QSize(200, 200), Options(I::ExpandToFill), QSize(266, 200), false);
+    row("expand wins over the free aspect ratio", 0, false, QSize(200, 200),
+        Options(I::ExpandToFill), QSize(266, 200), false);
+    row("expand, small", 0, true, large, Options(I::ExpandToFill), copied, false);
+    row("expand enlarges when one side exceeds", 0, true, QSize(200, 900), Options(I::ExpandToFill),
+        QSize(1200, 900), false);
 
-    QTest::newRow("retina") << 0 << true << QSize(100, 100) << Options(I::Retina) << QSize(200, 150)
-                            << false;
-    QTest::newRow("retina enlarges")
-        << 0 << true << QSize(300, 300) << Options(I::Retina) << QSize(600, 450) << false;
-    QTest::newRow("retina, small")
-        << 0 << true << QSize(400, 300) << Options(I::Retina) << copied << false;
-    QTest::newRow("retina, expand") << 0 << true << QSize(100, 100) << (I::Retina | I::ExpandToFill)
-                                    << QSize(266, 200) << false;
-    QTest::newRow("retina, free aspect ratio")
-        << 0 << false << QSize(100, 50) << Options(I::Retina) << QSize(200, 100) << false;
+    row("retina", 0, true, QSize(100, 100), Options(I::Retina), QSize(200, 150), false);
+    row("retina enlarges", 0, true, QSize(300, 300), Options(I::Retina), QSize(600, 450), false);
+    row("retina, small", 0, true, QSize(400, 300), Options(I::Retina), copied, false);
+    row("retina, expand", 0, true, QSize(100, 100), (I::Retina | I::ExpandToFill), QSize(266, 200),
+        false);
+    row("retina, free aspect ratio", 0, false, QSize(100, 50), Options(I::Retina), QSize(200, 100),
+        false);
 
     // 400 x 300 into 999999999 x 1 is 1 x 1.
-    QTest::newRow("height 0 gives one pixel")
-        << 0 << true << QSize(100, 0) << noOption << QSize(1, 1) << false;
-    QTest::newRow("no side becomes 0")
-        << 0 << true << QSize(1, 1600) << noOption << QSize(1, 1) << false;
+    row("height 0 gives one pixel", 0, true, QSize(100, 0), noOption, QSize(1, 1), false);
+    row("no side becomes 0", 0, true, QSize(1, 1600), noOption, QSize(1, 1), false);
 }
 
 void tst_ImageUtilsCopy::copyOrReencode()
@@ -523,12 +493,11 @@ void tst_ImageUtilsCopy::copyOrReencode()
 
 void tst_ImageUtilsCopy::pixelsOfReencoding_data()
 {
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<int>("angle");
-    QTest::newRow("1") << 1 << 0;
-    QTest::newRow("3") << 3 << 180;
-    QTest::newRow("6") << 6 << 90;
-    QTest::newRow("8") << 8 << -90;
+    const auto row = columns<int, int>("orientation", "angle");
+    row("1", 1, 0);
+    row("3", 3, 180);
+    row("6", 6, 90);
+    row("8", 8, -90);
 }
 
 void tst_ImageUtilsCopy::pixelsOfReencoding()
@@ -549,19 +518,18 @@ void tst_ImageUtilsCopy::quality_data()
 {
     using I = ImageUtils;
     using Options = ImageUtils::OptionsImageCopy;
-    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
-    QTest::addColumn<int>("quality");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("argument") << noOption << 30 << 30;
-    QTest::newRow("0") << noOption << 0 << 0;
-    QTest::newRow("100") << noOption << 100 << 100;
-    QTest::newRow("beyond 100") << noOption << 400 << 100;
-    QTest::newRow("negative") << noOption << -1 << 80;
-    QTest::newRow("very negative") << noOption << -1000 << 80;
-    QTest::newRow("85") << Options(I::Quality85) << 30 << 85;
-    QTest::newRow("85 wins over negative") << Options(I::Quality85) << -1 << 85;
-    QTest::newRow("progressive") << Options(I::ProgressiveJpeg) << 30 << 75;
-    QTest::newRow("progressive 85") << (I::ProgressiveJpeg | I::Quality85) << 30 << 75;
+    const auto row =
+        columns<ImageUtils::OptionsImageCopy, int, int>("options", "quality", "expected");
+    row("argument", noOption, 30, 30);
+    row("0", noOption, 0, 0);
+    row("100", noOption, 100, 100);
+    row("beyond 100", noOption, 400, 100);
+    row("negative", noOption, -1, 80);
+    row("very negative", noOption, -1000, 80);
+    row("85", Options(I::Quality85), 30, 85);
+    row("85 wins over negative", Options(I::Quality85), -1, 85);
+    row("progressive", Options(I::ProgressiveJpeg), 30, 75);
+    row("progressive 85", (I::ProgressiveJpeg | I::Quality85), 30, 75);
 }
 
 void tst_ImageUtilsCopy::quality()
@@ -579,10 +547,8 @@ void tst_ImageUtilsCopy::quality()
 
 void tst_ImageUtilsCopy::formats_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("format"); // empty: copied byte for byte
-    QTest::addColumn<QSize>("size");
+    // format: empty: copied byte for byte
+    const auto row = columns<QByteArray, QString, QByteArray, QSize>("bytes", "name", "format", "size");
 
     const QImage image = picture(400, 300);
     QImage transparent = image.convertToFormat(QImage::Format_ARGB32);
@@ -591,33 +557,21 @@ void tst_ImageUtilsCopy::formats_data()
                                                "21f90400010000002c0000000002000100000202440a003b");
     const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='400' height='300'>"
                            "<rect width='9' height='9'/></svg>";
-    QTest::newRow("gif") << gif << QStringLiteral("a.gif") << QByteArray() << QSize();
-    QTest::newRow("gif named jpg") << gif << QStringLiteral("a.jpg") << QByteArray() << QSize();
-    QTest::newRow("svg") << svg << QStringLiteral("a.svg") << QByteArray() << QSize();
-    QTest::newRow("png") << encoded(image, "png") << QStringLiteral("a.png") << QByteArray("png")
-                         << QSize(100, 75);
-    QTest::newRow("png with alpha") << encoded(transparent, "png") << QStringLiteral("a.png")
-                                    << QByteArray("png") << QSize(100, 75);
+    row("gif", gif, "a.gif", QByteArray(), QSize());
+    row("gif named jpg", gif, "a.jpg", QByteArray(), QSize());
+    row("svg", svg, "a.svg", QByteArray(), QSize());
+    row("png", encoded(image, "png"), "a.png", "png", QSize(100, 75));
+    row("png with alpha", encoded(transparent, "png"), "a.png", "png", QSize(100, 75));
 #if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
-    QTest::newRow("png of 16 bits")
-        << encoded(image.convertToFormat(QImage::Format_RGBX64), "png") << QStringLiteral("a.png")
-        << QByteArray("png") << QSize(100, 75);
+    row("png of 16 bits", encoded(image.convertToFormat(QImage::Format_RGBX64), "png"), "a.png", "png", QSize(100, 75));
 #endif
-    QTest::newRow("png with a palette")
-        << encoded(image.convertToFormat(QImage::Format_Indexed8), "png") << QStringLiteral("a.png")
-        << QByteArray("png") << QSize(100, 75);
-    QTest::newRow("jpeg named png")
-        << jpeg(image) << QStringLiteral("a.png") << QByteArray("jpeg") << QSize(100, 75);
-    QTest::newRow("png named jpg")
-        << encoded(image, "png") << QStringLiteral("a.jpg") << QByteArray("png") << QSize(100, 75);
-    QTest::newRow("jpeg without a suffix")
-        << jpeg(image) << QStringLiteral("a") << QByteArray("jpeg") << QSize(100, 75);
-    QTest::newRow("grey jpeg") << jpeg(image.convertToFormat(QImage::Format_Grayscale8))
-                               << QStringLiteral("a.jpg") << QByteArray("jpeg") << QSize(100, 75);
-    QTest::newRow("bmp") << encoded(image, "bmp") << QStringLiteral("a.bmp") << QByteArray("bmp")
-                         << QSize(100, 75);
-    QTest::newRow("ppm") << encoded(image, "ppm") << QStringLiteral("a.ppm") << QByteArray("ppm")
-                         << QSize(100, 75);
+    row("png with a palette", encoded(image.convertToFormat(QImage::Format_Indexed8), "png"), "a.png", "png", QSize(100, 75));
+    row("jpeg named png", jpeg(image), "a.png", "jpeg", QSize(100, 75));
+    row("png named jpg", encoded(image, "png"), "a.jpg", "png", QSize(100, 75));
+    row("jpeg without a suffix", jpeg(image), "a", "jpeg", QSize(100, 75));
+    row("grey jpeg", jpeg(image.convertToFormat(QImage::Format_Grayscale8)), "a.jpg", "jpeg", QSize(100, 75));
+    row("bmp", encoded(image, "bmp"), "a.bmp", "bmp", QSize(100, 75));
+    row("ppm", encoded(image, "ppm"), "a.ppm", "ppm", QSize(100, 75));
 }
 
 void tst_ImageUtilsCopy::formats()
@@ -655,22 +609,16 @@ void tst_ImageUtilsCopy::formats()
 
 void tst_ImageUtilsCopy::invalidMaximum_data()
 {
-    QTest::addColumn<QSize>("picture");
-    QTest::addColumn<QSize>("maximum");
-    QTest::addColumn<QString>("shown");
+    const auto row = columns<QSize, QSize, QString>("picture", "maximum", "shown");
     const QSize landscape(400, 300);
     const QSize portrait(300, 400);
-    QTest::newRow("both 0") << landscape << QSize(0, 0) << QStringLiteral("QSize(-1, -1)");
-    QTest::newRow("invalid") << landscape << QSize() << QStringLiteral("QSize(-1, -1)");
-    QTest::newRow("negative width")
-        << landscape << QSize(-4, 100) << QStringLiteral("QSize(-4, 100)");
-    QTest::newRow("negative height")
-        << landscape << QSize(100, -4) << QStringLiteral("QSize(100, -4)");
+    row("both 0", landscape, QSize(0, 0), "QSize(-1, -1)");
+    row("invalid", landscape, QSize(), "QSize(-1, -1)");
+    row("negative width", landscape, QSize(-4, 100), "QSize(-4, 100)");
+    row("negative height", landscape, QSize(100, -4), "QSize(100, -4)");
     // 300 x 400 into 999999999 x 1 and 400 x 300 into 1 x 999999999 leave no pixel.
-    QTest::newRow("height 0, portrait")
-        << portrait << QSize(100, 0) << QStringLiteral("QSize(0, 1)");
-    QTest::newRow("width 0, landscape")
-        << landscape << QSize(0, 100) << QStringLiteral("QSize(1, 0)");
+    row("height 0, portrait", portrait, QSize(100, 0), "QSize(0, 1)");
+    row("width 0, landscape", landscape, QSize(0, 100), "QSize(1, 0)");
 }
 
 void tst_ImageUtilsCopy::invalidMaximum()
@@ -690,10 +638,10 @@ void tst_ImageUtilsCopy::invalidMaximum()
 
 void tst_ImageUtilsCopy::unreadableSource_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("text") << QByteArray("no picture");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("missing") << QByteArray("missing");
+    const auto row = columns<QByteArray>("bytes");
+    row("text", "no picture");
+    row("empty", QByteArray());
+    row("missing", "missing");
 }
 
 void tst_ImageUtilsCopy::unreadableSource()
@@ -878,35 +826,33 @@ void tst_ImageUtilsCopy::truncatedJpeg()
 
 void tst_ImageUtilsCopy::hostileHeader_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
+    const auto row = columns<QByteArray, ImageUtils::OptionsImageCopy>("bytes", "options");
 
     // 60,000 x 60,000 pixels, and hardly a byte of them.
     QByteArray forgedJpeg = jpeg(picture(16, 16), 6);
     const int frame = int(forgedJpeg.indexOf("\xff\xc0"));
     QVERIFY(frame > 0);
     forgedJpeg.replace(frame + 5, 4, QByteArray::fromHex("ea60ea60"));
-    QTest::newRow("jpeg, to be turned at full size")
-        << forgedJpeg << (ImageUtils::NoResize | ImageUtils::UseExifRotation);
+    row("jpeg, to be turned at full size", forgedJpeg,
+        (ImageUtils::NoResize | ImageUtils::UseExifRotation));
 
     QByteArray png = encoded(picture(16, 16), "png");
     png.replace(16, 8, QByteArray::fromHex("0000ea600000ea60"));
-    QTest::newRow("png, bad checksum") << png << noOption;
+    row("png, bad checksum", png, noOption);
     // The checksum of "IHDR", 60,000, 60,000, 8 bits, RGB.
     png.replace(24, 9,
                 QByteArray::fromHex("0802000000")
                     + pngChecksum(png.mid(12, 12) + QByteArray::fromHex("0802000000")));
-    QTest::newRow("png") << png << noOption;
-    QTest::newRow("ppm") << QByteArray("P6 60000 60000 255\nabc") << noOption;
+    row("png", png, noOption);
+    row("ppm", "P6 60000 60000 255\nabc", noOption);
 
     // A text of 1.5 GiB, of which there are 8 bytes.
     const QByteArray endless =
         QByteArray::fromHex("60000000") + QByteArrayLiteral("iTXt") + QByteArray(8, 'x');
     png = encoded(picture(16, 16), "png");
-    QTest::newRow("png, behind a text that is not there")
-        << png.left(33) + endless + png.mid(33) << noOption;
-    QTest::newRow("png, before a text that is not there")
-        << png.left(png.indexOf("IEND") - 4) + endless << noOption;
+    row("png, behind a text that is not there", png.left(33) + endless + png.mid(33), noOption);
+    row("png, before a text that is not there", png.left(png.indexOf("IEND") - 4) + endless,
+        noOption);
 }
 
 void tst_ImageUtilsCopy::hostileHeader()
@@ -927,20 +873,19 @@ void tst_ImageUtilsCopy::hostileHeader()
 
 void tst_ImageUtilsCopy::endlessJpeg_data()
 {
-    QTest::addColumn<QByteArray>("piece");
-    QTest::addColumn<bool>("behindPixels");
-    QTest::addColumn<int>("count"); // of segments in the whole file
-    QTest::addColumn<bool>("loads");
+    // count: of segments in the whole file
+    const auto row =
+        columns<QByteArray, bool, int, bool>("piece", "behindPixels", "count", "loads");
     const QByteArray comment = QByteArray::fromHex("fffe0002");
     const QByteArray app1 = QByteArray::fromHex("ffe100074162636465");
     const QByteArray emptyScan = QByteArray::fromHex("ffda000801010000003f00");
-    QTest::newRow("1,000 comments") << comment << false << 1000 << true;
-    QTest::newRow("1,001 comments") << comment << false << 1001 << false;
-    QTest::newRow("2 million comments") << comment << false << 2000000 << false;
-    QTest::newRow("1,001 APP1") << app1 << false << 1001 << false;
-    QTest::newRow("a million APP1") << app1 << false << 1000000 << false;
-    QTest::newRow("1,001 scans") << emptyScan << true << 1001 << false;
-    QTest::newRow("20,000 scans") << emptyScan << true << 20000 << false;
+    row("1,000 comments", comment, false, 1000, true);
+    row("1,001 comments", comment, false, 1001, false);
+    row("2 million comments", comment, false, 2000000, false);
+    row("1,001 APP1", app1, false, 1001, false);
+    row("a million APP1", app1, false, 1000000, false);
+    row("1,001 scans", emptyScan, true, 1001, false);
+    row("20,000 scans", emptyScan, true, 20000, false);
 }
 
 void tst_ImageUtilsCopy::endlessJpeg()
@@ -987,9 +932,9 @@ void tst_ImageUtilsCopy::deepPixelsCount()
 
 void tst_ImageUtilsCopy::turningKeepsProfile_data()
 {
-    QTest::addColumn<int>("orientation");
+    const auto row = columns<int>("orientation");
     for (const int orientation : {1, 3, 6, 8})
-        QTest::newRow(qPrintable(QString::number(orientation))) << orientation;
+        row(qPrintable(QString::number(orientation)), orientation);
 }
 
 void tst_ImageUtilsCopy::turningKeepsProfile()
@@ -1026,16 +971,15 @@ void tst_ImageUtilsCopy::cmyk()
 
 void tst_ImageUtilsCopy::ontoItself_data()
 {
-    QTest::addColumn<bool>("address");
-    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
-    QTest::addColumn<QSize>("size");
+    const auto row =
+        columns<bool, ImageUtils::OptionsImageCopy, QSize>("address", "options", "size");
     using Options = ImageUtils::OptionsImageCopy;
     for (const bool address : {false, true}) {
         const QByteArray suffix = address ? ", file://" : "";
-        QTest::newRow(("copied" + suffix).constData())
-            << address << Options(ImageUtils::NoResize) << QSize(400, 300);
-        QTest::newRow(("re-encoded" + suffix).constData())
-            << address << Options(ImageUtils::UseExifRotation) << QSize(75, 100);
+        row(("copied" + suffix).constData(), address, Options(ImageUtils::NoResize),
+            QSize(400, 300));
+        row(("re-encoded" + suffix).constData(), address, Options(ImageUtils::UseExifRotation),
+            QSize(75, 100));
     }
 }
 
@@ -1137,14 +1081,13 @@ void tst_ImageUtilsCopy::ontoFolder()
 
 void tst_ImageUtilsCopy::intoReadOnlyFolder_data()
 {
-    QTest::addColumn<QStringList>("before");
-    QTest::addColumn<QString>("record");
-    QTest::newRow("onto a file") << QStringList(QStringLiteral("copy.jpg"))
-                                 << critical(QStringLiteral("copyImageFile : can't remove %1"));
-    QTest::newRow("new file") << QStringList()
-                              << warning(QStringLiteral("importImageFile can't save  %1 jpeg "
-                                                        "QSize(100, 75) maxSizeImage= "
-                                                        "QSize(100, 100)"));
+    const auto row = columns<QStringList, QString>("before", "record");
+    row("onto a file", QStringList(QStringLiteral("copy.jpg")),
+        critical(QStringLiteral("copyImageFile : can't remove %1")));
+    row("new file", QStringList(),
+        warning(QStringLiteral("importImageFile can't save  %1 jpeg "
+                               "QSize(100, 75) maxSizeImage= "
+                               "QSize(100, 100)")));
 }
 
 void tst_ImageUtilsCopy::intoReadOnlyFolder()
@@ -1183,15 +1126,14 @@ void tst_ImageUtilsCopy::newFileWhoseNameIsTooLong()
 
 void tst_ImageUtilsCopy::fullDisk_data()
 {
-    QTest::addColumn<int>("bytes");
-    QTest::addColumn<bool>("progressive");
+    const auto row = columns<int, bool>("bytes", "progressive");
     for (const bool progressive : {false, true}) {
         const QByteArray suffix = progressive ? ", progressive" : "";
-        QTest::newRow(("not a byte" + suffix).constData()) << 0 << progressive;
+        row(("not a byte" + suffix).constData(), 0, progressive);
         // The picture is smaller than the buffer of a file: it fails when that is flushed.
-        QTest::newRow(("some" + suffix).constData()) << 500 << progressive;
+        row(("some" + suffix).constData(), 500, progressive);
     }
-    QTest::newRow("most") << 20000 << false;
+    row("most", 20000, false);
 }
 
 void tst_ImageUtilsCopy::fullDisk()
@@ -1241,12 +1183,8 @@ void tst_ImageUtilsCopy::newFileHasUsualPermissions()
 
 void tst_ImageUtilsCopy::reducedDecoding_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<double>("falloff");
-    QTest::addColumn<QSize>("maximum");
-    QTest::addColumn<bool>("keepAspectRatio");
-    QTest::addColumn<ImageUtils::OptionsImageCopy>("options");
-    QTest::addColumn<QSize>("expected");
+    const auto table = columns<QSize, double, QSize, bool, ImageUtils::OptionsImageCopy, QSize>(
+        "size", "falloff", "maximum", "keepAspectRatio", "options", "expected");
     using Options = ImageUtils::OptionsImageCopy;
     const QSize multiple(1600, 1200);
     const QSize odd(1603, 1201);
@@ -1254,8 +1192,8 @@ void tst_ImageUtilsCopy::reducedDecoding_data()
         const QByteArray detail = " detail " + QByteArray::number(falloff);
         const auto row = [&](const char* name, const QSize& size, const QSize& maximum,
                              bool keepAspectRatio, Options options, const QSize& expected) {
-            QTest::newRow((name + detail).constData())
-                << size << falloff << maximum << keepAspectRatio << options << expected;
+            table((name + detail).constData(), size, falloff, maximum, keepAspectRatio, options,
+                  expected);
         };
         row("eighth", multiple, QSize(200, 200), true, noOption, QSize(200, 150));
         row("below an eighth", multiple, QSize(64, 64), true, noOption, QSize(64, 48));
@@ -1322,8 +1260,7 @@ void tst_ImageUtilsCopy::reducedToOnePixel()
 
 void tst_ImageUtilsCopy::realPhotographsReduced_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("side");
+    const auto row = columns<QString, int>("name", "side");
     const QStringList names =
         QDir(photosDir).entryList({QStringLiteral("*.jpg")}, QDir::Files, QDir::Name);
     for (const QString& name : names) {
@@ -1334,10 +1271,10 @@ void tst_ImageUtilsCopy::realPhotographsReduced_data()
             && !name.endsWith(QLatin1String("-1.jpg")))
             continue;
         for (const int side : {96, 160, 213, 320, 400, 640, 720, 800, 1200, 1600})
-            QTest::newRow(qPrintable(name + QStringLiteral(" %1").arg(side))) << name << side;
+            row(qPrintable(name + QStringLiteral(" %1").arg(side)), name, side);
     }
     if (names.isEmpty())
-        QTest::newRow("none") << QString() << 0;
+        row("none", QString(), 0);
 }
 
 void tst_ImageUtilsCopy::realPhotographsReduced()
@@ -1396,21 +1333,17 @@ void tst_ImageUtilsCopy::realPhotographs()
 
 void tst_ImageUtilsCopy::realOrientations_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<QSize>("expected");
+    const auto row = columns<QString, int, QSize>("kind", "orientation", "expected");
     // 1800 x 1200 into 1600 x 1600 is 1600 x 1066. The files of the orientations 5 to 8 hold the
     // picture lying; 6 and 8 are set upright, the mirrored 5 and 7 stay as they are.
     for (int orientation = 1; orientation <= 8; ++orientation) {
         const bool lying = orientation == 5 || orientation == 7;
         const QSize landscape(1600, 1066);
         const QByteArray number = QByteArray::number(orientation);
-        QTest::newRow(("landscape " + number).constData())
-            << QStringLiteral("landscape") << orientation
-            << (lying ? landscape.transposed() : landscape);
-        QTest::newRow(("portrait " + number).constData())
-            << QStringLiteral("portrait") << orientation
-            << (lying ? landscape : landscape.transposed());
+        row(("landscape " + number).constData(), "landscape", orientation,
+            lying ? landscape.transposed() : landscape);
+        row(("portrait " + number).constData(), "portrait", orientation,
+            lying ? landscape : landscape.transposed());
     }
 }
 

@@ -3,6 +3,8 @@
 
 #include "KeyPressCheatCodeDetection.h"
 
+#include "Columns.h"
+
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
@@ -73,31 +75,25 @@ void tst_KeyPressCheatCodeDetection::isAChildThatDiesWithItsTarget()
 
 void tst_KeyPressCheatCodeDetection::detects_data()
 {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("detections");
+    const auto row = columns<QString, QString, int>("key", "typed", "detections");
 
     const QString abc = QStringLiteral("abc");
-    QTest::newRow("the sequence") << abc << abc << 1;
-    QTest::newRow("a miss in between") << abc << QStringLiteral("abxabc") << 1;
-    QTest::newRow("upper case typed") << abc << QStringLiteral("ABC") << 1;
-    QTest::newRow("upper case asked for") << QStringLiteral("ABC") << abc << 1;
-    QTest::newRow("accents without regard to case")
-        << QStringLiteral("\u00e9\u00c7") << QStringLiteral("\u00c9\u00e7") << 1;
-    QTest::newRow("accents are not plain letters")
-        << QStringLiteral("\u00e9") << QStringLiteral("e") << 0;
-    QTest::newRow("twice") << abc << QStringLiteral("abcabc") << 2;
-    QTest::newRow("after other text") << abc << QStringLiteral("xyabc") << 1;
-    QTest::newRow("incomplete") << abc << QStringLiteral("ab") << 0;
-    QTest::newRow("overlapping is not found twice")
-        << QStringLiteral("aa") << QStringLiteral("aaa") << 1;
+    row("the sequence", abc, abc, 1);
+    row("a miss in between", abc, "abxabc", 1);
+    row("upper case typed", abc, "ABC", 1);
+    row("upper case asked for", "ABC", abc, 1);
+    row("accents without regard to case", "\u00e9\u00c7", "\u00c9\u00e7", 1);
+    row("accents are not plain letters", "\u00e9", "e", 0);
+    row("twice", abc, "abcabc", 2);
+    row("after other text", abc, "xyabc", 1);
+    row("incomplete", abc, "ab", 0);
+    row("overlapping is not found twice", "aa", "aaa", 1);
     // "a", then the second "a" misses and is not tried as a start, so "b" misses too.
-    QTest::newRow("a miss is no start") << QStringLiteral("ab") << QStringLiteral("aab") << 0;
-    QTest::newRow("a miss is no start, the next is")
-        << QStringLiteral("ab") << QStringLiteral("aaab") << 1;
-    QTest::newRow("one character") << QStringLiteral("x") << QStringLiteral("axbx") << 2;
-    QTest::newRow("blank and digits") << QStringLiteral("a 1") << QStringLiteral("a 1") << 1;
-    QTest::newRow("empty") << QString() << abc << 0;
+    row("a miss is no start", "ab", "aab", 0);
+    row("a miss is no start, the next is", "ab", "aaab", 1);
+    row("one character", "x", "axbx", 2);
+    row("blank and digits", "a 1", "a 1", 1);
+    row("empty", QString(), abc, 0);
 }
 
 void tst_KeyPressCheatCodeDetection::detects()
@@ -121,10 +117,10 @@ void tst_KeyPressCheatCodeDetection::emittedAtTheLastCharacter()
 
 void tst_KeyPressCheatCodeDetection::onlySingleCharactersCount_data()
 {
-    QTest::addColumn<QString>("between");
-    QTest::newRow("no text, as Shift has") << QString();
-    QTest::newRow("two characters") << QStringLiteral("bc");
-    QTest::newRow("a character outside the first plane") << QStringLiteral("\U0001F600");
+    const auto row = columns<QString>("between");
+    row("no text, as Shift has", QString());
+    row("two characters", "bc");
+    row("a character outside the first plane", "\U0001F600");
 }
 
 void tst_KeyPressCheatCodeDetection::onlySingleCharactersCount()
@@ -209,30 +205,22 @@ void tst_KeyPressCheatCodeDetection::keyPressEventAlone()
 
 void tst_KeyPressCheatCodeDetection::slotMayTypeOn()
 {
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("ab"));
-    int detections = 0;
-    connect(&detection, &KeyPressCheatCodeDetection::keyDetected, [&]() {
-        if (++detections == 1)
+    Watched target(QStringLiteral("ab"));
+    connect(&target.detection, &KeyPressCheatCodeDetection::keyDetected, [&]() {
+        if (target.count() == 1)
             type(&target, QStringLiteral("ab"));
     });
     type(&target, QStringLiteral("ab"));
-    QCOMPARE(detections, 2);
+    QCOMPARE(target.count(), 2);
 }
 
 void tst_KeyPressCheatCodeDetection::slotMaySetAnotherKey()
 {
-    QObject target;
-    KeyPressCheatCodeDetection detection(&target);
-    detection.setKey(QStringLiteral("ab"));
-    int detections = 0;
-    connect(&detection, &KeyPressCheatCodeDetection::keyDetected, [&]() {
-        ++detections;
-        detection.setKey(QStringLiteral("xyz"));
-    });
+    Watched target(QStringLiteral("ab"));
+    connect(&target.detection, &KeyPressCheatCodeDetection::keyDetected,
+            [&]() { target.detection.setKey(QStringLiteral("xyz")); });
     type(&target, QStringLiteral("abxyz"));
-    QCOMPARE(detections, 2);
+    QCOMPARE(target.count(), 2);
 }
 
 void tst_KeyPressCheatCodeDetection::slotMayDeleteTheDetection()

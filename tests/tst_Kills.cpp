@@ -14,6 +14,7 @@
 #include "KillMoments.h"
 
 #include "ChildRole.h"
+#include "Columns.h"
 #include "Sandbox.h"
 
 #include <ExifEditor.h>
@@ -252,9 +253,9 @@ private:
 
 void tst_Kills::states_data()
 {
-    QTest::addColumn<int>("index");
+    const auto row = columns<int>("index");
     for (int i = 0; i < photographs().size(); ++i)
-        QTest::newRow(photographs().at(i).name.constData()) << i;
+        row(photographs().at(i).name.constData(), i);
 }
 
 // Undisturbed, the saves lead to the states that are expected.

@@ -3,6 +3,8 @@
 
 #include "ListUtils.h"
 
+#include "Columns.h"
+
 #include <QTimer>
 #include <QtTest>
 
@@ -49,20 +51,17 @@ QList<QObject*> make(const QString& kinds, QObject* parent)
 
 void tst_ListUtils::inherits_data()
 {
-    QTest::addColumn<QString>("kinds");
-    QTest::addColumn<QByteArray>("className");
-    QTest::addColumn<bool>("all");
-    QTest::newRow("empty") << QString() << QByteArray("QObject") << false;
-    QTest::newRow("the class itself") << QStringLiteral("b") << QByteArray("Base") << true;
-    QTest::newRow("derived") << QStringLiteral("d") << QByteArray("Base") << true;
-    QTest::newRow("base") << QStringLiteral("b") << QByteArray("Derived") << false;
-    QTest::newRow("all of them") << QStringLiteral("bdbd") << QByteArray("Base") << true;
-    QTest::newRow("everything is an object")
-        << QStringLiteral("obdt") << QByteArray("QObject") << true;
-    QTest::newRow("not the first") << QStringLiteral("tbd") << QByteArray("Base") << false;
-    QTest::newRow("not the last") << QStringLiteral("bdt") << QByteArray("Base") << false;
-    QTest::newRow("another case") << QStringLiteral("b") << QByteArray("base") << false;
-    QTest::newRow("unknown") << QStringLiteral("b") << QByteArray("NoClass") << false;
+    const auto row = columns<QString, QByteArray, bool>("kinds", "className", "all");
+    row("empty", QString(), "QObject", false);
+    row("the class itself", "b", "Base", true);
+    row("derived", "d", "Base", true);
+    row("base", "b", "Derived", false);
+    row("all of them", "bdbd", "Base", true);
+    row("everything is an object", "obdt", "QObject", true);
+    row("not the first", "tbd", "Base", false);
+    row("not the last", "bdt", "Base", false);
+    row("another case", "b", "base", false);
+    row("unknown", "b", "NoClass", false);
 }
 
 void tst_ListUtils::inherits()
@@ -76,14 +75,13 @@ void tst_ListUtils::inherits()
 
 void tst_ListUtils::sameClass_data()
 {
-    QTest::addColumn<QString>("kinds");
-    QTest::addColumn<bool>("same");
-    QTest::newRow("empty") << QString() << false;
-    QTest::newRow("one") << QStringLiteral("b") << true;
-    QTest::newRow("several") << QStringLiteral("ddd") << true;
-    QTest::newRow("derived behind base") << QStringLiteral("bd") << false;
-    QTest::newRow("base behind derived") << QStringLiteral("db") << false;
-    QTest::newRow("the last is another") << QStringLiteral("bbt") << false;
+    const auto row = columns<QString, bool>("kinds", "same");
+    row("empty", QString(), false);
+    row("one", "b", true);
+    row("several", "ddd", true);
+    row("derived behind base", "bd", false);
+    row("base behind derived", "db", false);
+    row("the last is another", "bbt", false);
 }
 
 void tst_ListUtils::sameClass()

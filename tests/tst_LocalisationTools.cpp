@@ -8,6 +8,7 @@
 
 #include "ApplicationUtils.h"
 #include "ChildProgram.h"
+#include "Columns.h"
 #include "CoreApplicationUtils.h"
 #include "LogCapture.h"
 #include "SystemCalls.h"
@@ -200,36 +201,16 @@ QStringList tst_LocalisationTools::translators() const
 
 void tst_LocalisationTools::findLanguages_data()
 {
-    QTest::addColumn<QString>("files");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<QString>("codes");
-    QTest::newRow("two") << "app_fr.qm app_pt_BR.qm"
-                         << "app_"
-                         << "fr pt_BR";
-    QTest::newRow("others left out") << "app_fr.qm qtbase_fr.qm app_fr.ts readme"
-                                     << "app_"
-                                     << "fr";
-    QTest::newRow("first point") << "app_fr.old.qm app_de.x.y.qm"
-                                 << "app_"
-                                 << "de fr";
-    QTest::newRow("no prefix") << "app_fr.qm fr.qm"
-                               << ""
-                               << "app_fr fr";
-    QTest::newRow("another prefix") << "app_fr.qm qtbase_de.qm"
-                                    << "qtbase_"
-                                    << "de";
-    QTest::newRow("letter case does not count") << "APP_FR.QM"
-                                                << "app_"
-                                                << "FR";
-    QTest::newRow("wildcard in the prefix") << "app_fr.qm"
-                                            << "?pp_"
-                                            << "fr";
-    QTest::newRow("none") << "qtbase_fr.qm"
-                          << "app_"
-                          << "";
-    QTest::newRow("empty folder") << ""
-                                  << "app_"
-                                  << "";
+    const auto row = columns<QString, QString, QString>("files", "prefix", "codes");
+    row("two", "app_fr.qm app_pt_BR.qm", "app_", "fr pt_BR");
+    row("others left out", "app_fr.qm qtbase_fr.qm app_fr.ts readme", "app_", "fr");
+    row("first point", "app_fr.old.qm app_de.x.y.qm", "app_", "de fr");
+    row("no prefix", "app_fr.qm fr.qm", "", "app_fr fr");
+    row("another prefix", "app_fr.qm qtbase_de.qm", "qtbase_", "de");
+    row("letter case does not count", "APP_FR.QM", "app_", "FR");
+    row("wildcard in the prefix", "app_fr.qm", "?pp_", "fr");
+    row("none", "qtbase_fr.qm", "app_", "");
+    row("empty folder", "", "app_", "");
 }
 
 void tst_LocalisationTools::findLanguages()
@@ -280,51 +261,32 @@ void tst_LocalisationTools::applicationLanguages()
 
 void tst_LocalisationTools::translationKeys_data()
 {
-    QTest::addColumn<QString>("files");
-    QTest::addColumn<QString>("keys"); // behind "qtbase_", sorted
-    QTest::newRow("empty folder") << ""
-                                  << "";
-    QTest::newRow("one") << "app_fr.qm"
-                         << "app_";
-    QTest::newRow("without doubles") << "app_en.qm app_fr.qm app_de.qm"
-                                     << "app_";
-    QTest::newRow("two") << "app_fr.qm shop_fr.qm"
-                         << "app_ shop_";
-    QTest::newRow("qtbase_ stands once") << "app_en.qm app_fr.qm qtbase_fr.qm"
-                                         << "app_";
-    QTest::newRow("qtbase_ alone") << "qtbase_fr.qm"
-                                   << "";
-    QTest::newRow("with a region") << "app_pt_BR.qm"
-                                   << "app_";
-    QTest::newRow("no separator") << "readme.qm"
-                                  << "";
-    QTest::newRow("no translation") << "app_fr.ts"
-                                    << "";
-    QTest::newRow("separator first") << "_fr.qm"
-                                     << "_";
-    QTest::newRow("separators alone") << "___.qm"
-                                      << "__";
-    QTest::newRow("short middle part counts as a language") << "x_y_fr.qm"
-                                                            << "x_";
+    const auto row =
+        namedByText(columns<QString, QString>("files", "keys")); // behind "qtbase_", sorted
+    row("", ""); // empty folder
+    row("app_fr.qm", "app_"); // one
+    row("app_en.qm app_fr.qm app_de.qm", "app_"); // without doubles
+    row("app_fr.qm shop_fr.qm", "app_ shop_"); // two
+    row("app_en.qm app_fr.qm qtbase_fr.qm", "app_"); // qtbase_ stands once
+    row("qtbase_fr.qm", ""); // qtbase_ alone
+    row("app_pt_BR.qm", "app_"); // with a region
+    row("readme.qm", ""); // no separator
+    row("app_fr.ts", ""); // no translation
+    row("_fr.qm", "_"); // separator first
+    row("___.qm", "__"); // separators alone
+    row("x_y_fr.qm", "x_"); // short middle part counts as a language
     // "_help_fr.qm" has 11 characters, and "help_fr" is no locale.
-    QTest::newRow("long middle part") << "qt_help_fr.qm"
-                                      << "qt_help_";
+    row("qt_help_fr.qm", "qt_help_");
     // "_abc_d.qm" has 9 characters, "_abc_de.qm" has 10.
-    QTest::newRow("nine characters") << "x_abc_d.qm"
-                                     << "x_";
-    QTest::newRow("ten characters") << "x_abc_de.qm"
-                                    << "x_abc_";
+    row("x_abc_d.qm", "x_");
+    row("x_abc_de.qm", "x_abc_");
     // "_fil_PH.qm" has 10 characters, but QLocale names fil_PH in the same way.
-    QTest::newRow("three letters and a region") << "app_fil_PH.qm"
-                                                << "app_";
+    row("app_fil_PH.qm", "app_");
     // "_zh_Hans.qm" has 11 characters, and the name of that locale is zh_CN.
-    QTest::newRow("with a script") << "app_zh_Hans.qm"
-                                   << "app_zh_";
+    row("app_zh_Hans.qm", "app_zh_");
     // Cut at "_pt_BR.qm" first, then "a_fil_PH_pt_BR" is no locale.
-    QTest::newRow("two regions") << "a_fil_PH_pt_BR.qm"
-                                 << "a_fil_PH_";
-    QTest::newRow("region behind a point") << "app_fil_PH.old.qm"
-                                           << "app_";
+    row("a_fil_PH_pt_BR.qm", "a_fil_PH_");
+    row("app_fil_PH.old.qm", "app_"); // region behind a point
 }
 
 void tst_LocalisationTools::translationKeys()
@@ -342,15 +304,15 @@ void tst_LocalisationTools::translationKeys()
 
 void tst_LocalisationTools::folders_data()
 {
-    QTest::addColumn<QString>("folder"); // within the languages folder
-    QTest::newRow("app_") << "";
-    QTest::newRow("qt_") << "qt/";
-    QTest::newRow("qtbase_") << "qtbase/";
-    QTest::newRow("QT_") << "";
-    QTest::newRow("Qtbase_") << "";
-    QTest::newRow("qt") << "";
-    QTest::newRow("qt_help_") << "";
-    QTest::newRow("") << "";
+    const auto row = columns<QString>("folder"); // within the languages folder
+    row("app_", "");
+    row("qt_", "qt/");
+    row("qtbase_", "qtbase/");
+    row("QT_", "");
+    row("Qtbase_", "");
+    row("qt", "");
+    row("qt_help_", "");
+    row("", "");
 }
 
 void tst_LocalisationTools::folders()
@@ -409,12 +371,12 @@ void tst_LocalisationTools::defaultLanguage()
 
 void tst_LocalisationTools::defaultLanguageMissing_data()
 {
-    QTest::addColumn<QString>("path"); // of the record, within the languages folder
-    QTest::newRow("app_") << "app_en.qm";
-    QTest::newRow("qt_") << "qt/qt_en.qm";
-    QTest::newRow("qtbase_") << "";
+    const auto row = columns<QString>("path"); // of the record, within the languages folder
+    row("app_", "app_en.qm");
+    row("qt_", "qt/qt_en.qm");
+    row("qtbase_", "");
     // Whatever ends like Qt's file is passed over.
-    QTest::newRow("my_qtbase_") << "";
+    row("my_qtbase_", "");
 }
 
 void tst_LocalisationTools::defaultLanguageMissing()
@@ -515,14 +477,13 @@ void tst_LocalisationTools::everyChangeStartsAfresh()
 
 void tst_LocalisationTools::changedAgainMeanwhile_data()
 {
-    QTest::addColumn<int>("event");
-    QTest::addColumn<bool>("byCode");
+    const auto row = columns<int, bool>("event", "byCode");
     // The three translators of the language before go, then English and French come.
     for (const bool byCode : {true, false}) {
         for (int event = 1; event <= 5; ++event)
-            QTest::newRow(QByteArray(byCode ? "by code, event " : "by locale, event ")
-                          + QByteArray::number(event))
-                << event << byCode;
+            row(QByteArray(byCode ? "by code, event " : "by locale, event ")
+                    + QByteArray::number(event),
+                event, byCode);
     }
 }
 
@@ -695,31 +656,18 @@ void tst_LocalisationTools::withoutApplication()
 
 void tst_LocalisationTools::languageMatch_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<bool>("match");
-    QTest::newRow("language") << "fr_FR"
-                              << "fr" << true;
-    QTest::newRow("whole name") << "fr_FR"
-                                << "fr_FR" << true;
-    QTest::newRow("another region") << "fr_CA"
-                                    << "fr_FR" << false;
-    QTest::newRow("language of a region") << "fr_CA"
-                                          << "fr" << true;
-    QTest::newRow("another language") << "fr_FR"
-                                      << "en" << false;
-    QTest::newRow("half a code") << "fr_FR"
-                                 << "f" << false;
-    QTest::newRow("a code and a bit") << "fr_FR"
-                                      << "fr_" << false;
-    QTest::newRow("letter case counts") << "fr_FR"
-                                        << "FR" << false;
-    QTest::newRow("empty code") << "fr_FR"
-                                << "" << false;
-    QTest::newRow("three letters") << "fil_PH"
-                                   << "fi" << false;
-    QTest::newRow("no language") << "C"
-                                 << "C" << true;
+    const auto row = columns<QString, QString, bool>("locale", "code", "match");
+    row("language", "fr_FR", "fr", true);
+    row("whole name", "fr_FR", "fr_FR", true);
+    row("another region", "fr_CA", "fr_FR", false);
+    row("language of a region", "fr_CA", "fr", true);
+    row("another language", "fr_FR", "en", false);
+    row("half a code", "fr_FR", "f", false);
+    row("a code and a bit", "fr_FR", "fr_", false);
+    row("letter case counts", "fr_FR", "FR", false);
+    row("empty code", "fr_FR", "", false);
+    row("three letters", "fil_PH", "fi", false);
+    row("no language", "C", "C", true);
 }
 
 void tst_LocalisationTools::languageMatch()
@@ -745,15 +693,12 @@ void tst_LocalisationTools::translateQt()
 
 void tst_LocalisationTools::messages_data()
 {
-    QTest::addColumn<int>("message");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QByteArray>("context");
-    QTest::addColumn<QByteArray>("source");
-    QTest::addColumn<QString>("untranslated");
-    const auto row = [](int message, int number, const char* context, const char* source,
-                        const char* untranslated = nullptr) {
-        QTest::newRow(source) << message << number << QByteArray(context) << QByteArray(source)
-                              << QString::fromLatin1(untranslated ? untranslated : source);
+    const auto table = columns<int, int, QByteArray, QByteArray, QString>(
+        "message", "number", "context", "source", "untranslated");
+    const auto row = [&](int message, int number, const char* context, const char* source,
+                         const char* untranslated = nullptr) {
+        table(source, message, number, QByteArray(context), QByteArray(source),
+              QString::fromLatin1(untranslated ? untranslated : source));
     };
     using L = LocalisationTools;
     row(L::MacPreferences, 0, "MAC_APPLICATION_MENU", "Preferences...");
@@ -821,12 +766,12 @@ void tst_LocalisationTools::messages()
 
 void tst_LocalisationTools::messagesOutsideTheTable_data()
 {
-    QTest::addColumn<int>("number");
-    QTest::newRow("first behind") << 28;
-    QTest::newRow("1000") << 1000;
-    QTest::newRow("-1") << -1;
-    QTest::newRow("largest") << std::numeric_limits<int>::max();
-    QTest::newRow("smallest") << std::numeric_limits<int>::min();
+    const auto row = columns<int>("number");
+    row("first behind", 28);
+    row("1000", 1000);
+    row("-1", -1);
+    row("largest", std::numeric_limits<int>::max());
+    row("smallest", std::numeric_limits<int>::min());
 }
 
 void tst_LocalisationTools::messagesOutsideTheTable()
@@ -838,8 +783,7 @@ void tst_LocalisationTools::messagesOutsideTheTable()
 void tst_LocalisationTools::messagesInFrenchAndGerman_data()
 {
     // As a French and a German user of Qt's own dialogs know them.
-    QTest::addColumn<QString>("french");
-    QTest::addColumn<QString>("german");
+    const auto table = columns<QString, QString>("french", "german");
     const char* rows[][2] = {
         {u8"Préférences...", u8"Einstellungen..."},
         {u8"À propos de Fern & Co", u8"Über Fern & Co"},
@@ -871,8 +815,8 @@ void tst_LocalisationTools::messagesInFrenchAndGerman_data()
     };
     int number = 0;
     for (const auto& row : rows) {
-        QTest::newRow(qPrintable(QString::number(number++)))
-            << QString::fromUtf8(row[0]) << QString::fromUtf8(row[1]);
+        table(qPrintable(QString::number(number++)), QString::fromUtf8(row[0]),
+              QString::fromUtf8(row[1]));
     }
 }
 

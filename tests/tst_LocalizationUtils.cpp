@@ -4,6 +4,7 @@
 #include "LocalizationUtils.h"
 
 #include "ChildProgram.h"
+#include "Columns.h"
 #include "LogCapture.h"
 #include "SystemCalls.h"
 
@@ -28,22 +29,22 @@ private Q_SLOTS:
 
 void tst_LocalizationUtils::languageNames_data()
 {
-    QTest::addColumn<QString>("name");
+    const auto row = columns<QString>("name");
     // With a region in the language itself, without one in English.
-    QTest::newRow("fr_FR") << QStringLiteral("fran\u00e7ais");
-    QTest::newRow("fr") << "French";
-    QTest::newRow("pt_BR") << QStringLiteral("portugu\u00eas");
-    QTest::newRow("pt") << "Portuguese";
-    QTest::newRow("de_DE") << "Deutsch";
-    QTest::newRow("de") << "German";
-    QTest::newRow("ru_RU") << QStringLiteral("\u0440\u0443\u0441\u0441\u043a\u0438\u0439");
-    QTest::newRow("ru") << "Russian";
+    row("fr_FR", "fran\u00e7ais");
+    row("fr", "French");
+    row("pt_BR", "portugu\u00eas");
+    row("pt", "Portuguese");
+    row("de_DE", "Deutsch");
+    row("de", "German");
+    row("ru_RU", "\u0440\u0443\u0441\u0441\u043a\u0438\u0439");
+    row("ru", "Russian");
     // A "-" makes no region.
-    QTest::newRow("fr-FR") << "French";
-    QTest::newRow("xx_yy") << QString();
-    QTest::newRow("xx") << "C";
-    QTest::newRow("") << "C";
-    QTest::newRow("_") << QString();
+    row("fr-FR", "French");
+    row("xx_yy", QString());
+    row("xx", "C");
+    row("", "C");
+    row("_", QString());
 }
 
 void tst_LocalizationUtils::languageNames()
@@ -54,11 +55,11 @@ void tst_LocalizationUtils::languageNames()
 
 void tst_LocalizationUtils::systemCode_data()
 {
-    QTest::addColumn<QString>("code");
-    QTest::newRow("fr_FR.UTF-8") << "fr_fr";
-    QTest::newRow("pt_BR.UTF-8") << "pt_br";
-    QTest::newRow("en_US.UTF-8") << "en_us";
-    QTest::newRow("C") << "c";
+    const auto row = columns<QString>("code");
+    row("fr_FR.UTF-8", "fr_fr");
+    row("pt_BR.UTF-8", "pt_br");
+    row("en_US.UTF-8", "en_us");
+    row("C", "c");
 }
 
 void tst_LocalizationUtils::systemCode()

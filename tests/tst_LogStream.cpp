@@ -3,11 +3,24 @@
 
 #include "LogStream.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "logrecord_p.h"
 
 #include <QLoggingCategory>
 #include <QtTest>
+
+#include <functional>
+
+using Write = std::function<void(LogStream&)>;
+Q_DECLARE_METATYPE(Write)
+
+/// Writes \a value to the record that it is given.
+template <typename T>
+Write writing(const T& value)
+{
+    return [value](LogStream& record) { record << value; };
+}
 
 class tst_LogStream : public QObject
 {
@@ -47,11 +60,10 @@ void tst_LogStream::emitsOnDestruction()
 
 void tst_LogStream::typesAndContext_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("qtType");
-    QTest::newRow("1 is info") << 1 << int(QtInfoMsg);
-    QTest::newRow("2 is warning") << 2 << int(QtWarningMsg);
-    QTest::newRow("4 is critical") << 4 << int(QtCriticalMsg);
+    const auto row = columns<int, int>("type", "qtType");
+    row("1 is info", 1, int(QtInfoMsg));
+    row("2 is warning", 2, int(QtWarningMsg));
+    row("4 is critical", 4, int(QtCriticalMsg));
 }
 
 void tst_LogStream::typesAndContext()
@@ -72,54 +84,27 @@ void tst_LogStream::typesAndContext()
 
 void tst_LogStream::values_data()
 {
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("text") << QVariant(QStringLiteral("a\"b\\ c")) << QStringLiteral("a\"b\\ c");
-    QTest::newRow("accents") << QVariant(QStringLiteral("\u00e9\u20ac"))
-                             << QStringLiteral("\u00e9\u20ac");
-    QTest::newRow("empty text") << QVariant(QString()) << QString();
-    QTest::newRow("outer blanks stay") << QVariant(QStringLiteral(" a ")) << QStringLiteral(" a ");
-    QTest::newRow("int") << QVariant(-7) << QStringLiteral("-7");
-    QTest::newRow("unsigned") << QVariant(4294967295u) << QStringLiteral("4294967295");
-    QTest::newRow("64 bit") << QVariant(qint64(-5000000000)) << QStringLiteral("-5000000000");
-    QTest::newRow("unsigned 64 bit")
-        << QVariant(quint64(18446744073709551615u)) << QStringLiteral("18446744073709551615");
-    QTest::newRow("real") << QVariant(0.5) << QStringLiteral("0.5");
-    QTest::newRow("size") << QVariant(QSize(1600, -1)) << QStringLiteral("QSize(1600, -1)");
+    const auto row = columns<Write, QString>("write", "text");
+    row("text", writing(QStringLiteral("a\"b\\ c")), "a\"b\\ c");
+    row("accents", writing(QStringLiteral("\u00e9\u20ac")), "\u00e9\u20ac");
+    row("empty text", writing(QString()), QString());
+    row("outer blanks stay", writing(QStringLiteral(" a ")), " a ");
+    row("int", writing(-7), "-7");
+    row("unsigned", writing(4294967295u), "4294967295");
+    row("64 bit", writing(qint64(-5000000000)), "-5000000000");
+    row("unsigned 64 bit", writing(quint64(18446744073709551615u)), "18446744073709551615");
+    row("real", writing(0.5), "0.5");
+    row("size", writing(QSize(1600, -1)), "QSize(1600, -1)");
 }
 
 void tst_LogStream::values()
 {
-    QFETCH(QVariant, value);
+    QFETCH(Write, write);
     QFETCH(QString, text);
     LogCapture log;
     {
         LogStream record(LogType::Info, "f", "g", 1);
-        switch (int(value.type())) {
-        case QMetaType::QString:
-            record << value.toString();
-            break;
-        case QMetaType::Int:
-            record << value.toInt();
-            break;
-        case QMetaType::UInt:
-            record << value.toUInt();
-            break;
-        case QMetaType::LongLong:
-            record << qint64(value.toLongLong());
-            break;
-        case QMetaType::ULongLong:
-            record << quint64(value.toULongLong());
-            break;
-        case QMetaType::Double:
-            record << value.toDouble();
-            break;
-        case QMetaType::QSize:
-            record << value.toSize();
-            break;
-        default:
-            QFAIL("a type that the stream does not take");
-        }
+        write(record);
     }
     QCOMPARE(log.records().at(0).text, text);
 }

@@ -3,6 +3,7 @@
 
 #include "MathUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 
 #include <QSet>
@@ -76,18 +77,16 @@ void tst_MathUtils::firstDrawSeeds()
 
 void tst_MathUtils::random_data()
 {
-    QTest::addColumn<int>("min");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QVector<int>>("draws");
+    const auto row = columns<int, int, QVector<int>>("min", "max", "draws");
     const int least = std::numeric_limits<int>::min();
     const int most = std::numeric_limits<int>::max();
     // Expected: min + draw % (max - min + 1), with the draws of the generator seeded with 7.
     std::srand(7);
     const QVector<int> draws = nextDraws();
-    QTest::newRow("one value") << 5 << 5 << draws;
-    QTest::newRow("a die") << 1 << 6 << draws;
-    QTest::newRow("negative") << -10 << -3 << draws;
-    QTest::newRow("the whole range") << least << most << draws;
+    row("one value", 5, 5, draws);
+    row("a die", 1, 6, draws);
+    row("negative", -10, -3, draws);
+    row("the whole range", least, most, draws);
 }
 
 void tst_MathUtils::random()
@@ -133,9 +132,9 @@ void tst_MathUtils::randomTriggerOneIn()
 
 void tst_MathUtils::randomTriggerMisuse_data()
 {
-    QTest::addColumn<int>("n");
-    QTest::newRow("zero") << 0;
-    QTest::newRow("negative") << -4;
+    const auto row = columns<int>("n");
+    row("zero", 0);
+    row("negative", -4);
 }
 
 void tst_MathUtils::randomTriggerMisuse()
@@ -150,18 +149,15 @@ void tst_MathUtils::randomTriggerMisuse()
 
 void tst_MathUtils::counterTriggerOneIn_data()
 {
-    QTest::addColumn<int>("n");
-    QTest::addColumn<int>("start");
-    QTest::addColumn<QVector<bool>>("answers");
-    QTest::addColumn<QVector<int>>("counters");
-    QTest::newRow("three") << 3 << 0 << QVector<bool>({false, false, true, false, false, true})
-                           << QVector<int>({1, 2, 0, 1, 2, 0});
-    QTest::newRow("one") << 1 << 0 << QVector<bool>({true, true}) << QVector<int>({0, 0});
-    QTest::newRow("zero") << 0 << 0 << QVector<bool>({true, true}) << QVector<int>({0, 0});
-    QTest::newRow("counter beyond n")
-        << 3 << 9 << QVector<bool>({true, false}) << QVector<int>({0, 1});
-    QTest::newRow("largest counter")
-        << 3 << std::numeric_limits<int>::max() << QVector<bool>({true}) << QVector<int>({0});
+    const auto row =
+        columns<int, int, QVector<bool>, QVector<int>>("n", "start", "answers", "counters");
+    row("three", 3, 0, QVector<bool>({false, false, true, false, false, true}),
+        QVector<int>({1, 2, 0, 1, 2, 0}));
+    row("one", 1, 0, QVector<bool>({true, true}), QVector<int>({0, 0}));
+    row("zero", 0, 0, QVector<bool>({true, true}), QVector<int>({0, 0}));
+    row("counter beyond n", 3, 9, QVector<bool>({true, false}), QVector<int>({0, 1}));
+    row("largest counter", 3, std::numeric_limits<int>::max(), QVector<bool>({true}),
+        QVector<int>({0}));
 }
 
 void tst_MathUtils::counterTriggerOneIn()

@@ -3,6 +3,7 @@
 
 #include "MetaObjectUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 
 #include <QSignalSpy>
@@ -83,28 +84,23 @@ QStringList libraryLines(const LogCapture& log)
 
 void tst_MetaObjectUtils::invokes_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("called");
+    const auto row = columns<QString, QString>("name", "called");
     const QString doSomething = QStringLiteral("doSomething");
     const QString happened = QStringLiteral("happened");
-    QTest::newRow("bare") << doSomething << doSomething;
-    QTest::newRow("signature") << QStringLiteral("doSomething()") << doSomething;
-    QTest::newRow("SLOT") << QString::fromLatin1(SLOT(doSomething())).section(QChar(0), 0, 0)
-                          << doSomething;
-    QTest::newRow("code 1") << QStringLiteral("1doSomething()") << doSomething;
-    QTest::newRow("code 2 and blanks") << QStringLiteral("2 doSomething ( )") << doSomething;
-    QTest::newRow("white space of all kinds")
-        << QStringLiteral(" \t1\n doSomething \r\n (\t) ") << doSomething;
-    QTest::newRow("blanks inside the name") << QStringLiteral("do Some  thing") << doSomething;
-    QTest::newRow("every pair of parentheses") << QStringLiteral("doSomething()()") << doSomething;
-    QTest::newRow("parentheses in the middle") << QStringLiteral("do()Something") << doSomething;
-    QTest::newRow("a signal") << happened << happened;
-    QTest::newRow("SIGNAL") << QString::fromLatin1(SIGNAL(happened())).section(QChar(0), 0, 0)
-                            << happened;
-    QTest::newRow("invokable") << QStringLiteral("invokable()") << QStringLiteral("invokable");
-    QTest::newRow("default argument") << QStringLiteral("withDefault") << QStringLiteral("7");
-    QTest::newRow("an answer that nobody wants")
-        << QStringLiteral("isReady") << QStringLiteral("isReady");
+    row("bare", doSomething, doSomething);
+    row("signature", "doSomething()", doSomething);
+    row("SLOT", QString::fromLatin1(SLOT(doSomething())).section(QChar(0), 0, 0), doSomething);
+    row("code 1", "1doSomething()", doSomething);
+    row("code 2 and blanks", "2 doSomething ( )", doSomething);
+    row("white space of all kinds", " \t1\n doSomething \r\n (\t) ", doSomething);
+    row("blanks inside the name", "do Some  thing", doSomething);
+    row("every pair of parentheses", "doSomething()()", doSomething);
+    row("parentheses in the middle", "do()Something", doSomething);
+    row("a signal", happened, happened);
+    row("SIGNAL", QString::fromLatin1(SIGNAL(happened())).section(QChar(0), 0, 0), happened);
+    row("invokable", "invokable()", "invokable");
+    row("default argument", "withDefault", "7");
+    row("an answer that nobody wants", "isReady", "isReady");
 }
 
 void tst_MetaObjectUtils::invokes()
@@ -156,22 +152,16 @@ void tst_MetaObjectUtils::invokesInTheThreadOfTheObject()
 
 void tst_MetaObjectUtils::failsToInvoke_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("logged");
-    QTest::newRow("unknown") << QStringLiteral("nothing") << QStringLiteral("nothing");
-    QTest::newRow("normalised in the record")
-        << QStringLiteral(" 2 no thing ( ) ") << QStringLiteral("nothing");
-    QTest::newRow("another case") << QStringLiteral("DoSomething") << QStringLiteral("DoSomething");
-    QTest::newRow("only one code is dropped")
-        << QStringLiteral("12doSomething()") << QStringLiteral("2doSomething");
-    QTest::newRow("code 0 is none")
-        << QStringLiteral("0doSomething()") << QStringLiteral("0doSomething");
-    QTest::newRow("an argument is wanted")
-        << QStringLiteral("withArgument") << QStringLiteral("withArgument");
-    QTest::newRow("a signature with an argument")
-        << QStringLiteral("withArgument(int)") << QStringLiteral("withArgument(int)");
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("parentheses alone") << QStringLiteral("()") << QString();
+    const auto row = columns<QString, QString>("name", "logged");
+    row("unknown", "nothing", "nothing");
+    row("normalised in the record", " 2 no thing ( ) ", "nothing");
+    row("another case", "DoSomething", "DoSomething");
+    row("only one code is dropped", "12doSomething()", "2doSomething");
+    row("code 0 is none", "0doSomething()", "0doSomething");
+    row("an argument is wanted", "withArgument", "withArgument");
+    row("a signature with an argument", "withArgument(int)", "withArgument(int)");
+    row("empty", QString(), QString());
+    row("parentheses alone", "()", QString());
 }
 
 void tst_MetaObjectUtils::failsToInvoke()
@@ -212,27 +202,26 @@ void tst_MetaObjectUtils::nullNameAndNullObject()
 
 void tst_MetaObjectUtils::hasMethod_data()
 {
-    QTest::addColumn<QByteArray>("method");
-    QTest::addColumn<bool>("found");
-    QTest::newRow("signature") << QByteArray("doSomething()") << true;
-    QTest::newRow("bare name") << QByteArray("doSomething") << false;
-    QTest::newRow("SLOT") << QByteArray("1doSomething()") << true;
-    QTest::newRow("SIGNAL") << QByteArray("2happened()") << true;
-    QTest::newRow("the kind does not matter") << QByteArray("2doSomething()") << true;
-    QTest::newRow("code 0 is none") << QByteArray("0doSomething()") << false;
-    QTest::newRow("blanks") << QByteArray(" 1 do Something\t( ) ") << true;
-    QTest::newRow("with argument") << QByteArray("withArgument( int )") << true;
-    QTest::newRow("other argument") << QByteArray("withArgument(double)") << false;
-    QTest::newRow("without its argument") << QByteArray("withArgument()") << false;
-    QTest::newRow("default argument given") << QByteArray("withDefault(int)") << true;
-    QTest::newRow("default argument left out") << QByteArray("withDefault()") << true;
-    QTest::newRow("invokable, the last of all") << QByteArray("invokable()") << true;
-    QTest::newRow("inherited, the first of all") << QByteArray("destroyed(QObject*)") << true;
-    QTest::newRow("inherited slot") << QByteArray("deleteLater()") << true;
-    QTest::newRow("another case") << QByteArray("dosomething()") << false;
-    QTest::newRow("unknown") << QByteArray("nothing()") << false;
-    QTest::newRow("empty") << QByteArray("") << false;
-    QTest::newRow("null") << QByteArray() << false;
+    const auto row = columns<QByteArray, bool>("method", "found");
+    row("signature", "doSomething()", true);
+    row("bare name", "doSomething", false);
+    row("SLOT", "1doSomething()", true);
+    row("SIGNAL", "2happened()", true);
+    row("the kind does not matter", "2doSomething()", true);
+    row("code 0 is none", "0doSomething()", false);
+    row("blanks", " 1 do Something\t( ) ", true);
+    row("with argument", "withArgument( int )", true);
+    row("other argument", "withArgument(double)", false);
+    row("without its argument", "withArgument()", false);
+    row("default argument given", "withDefault(int)", true);
+    row("default argument left out", "withDefault()", true);
+    row("invokable, the last of all", "invokable()", true);
+    row("inherited, the first of all", "destroyed(QObject*)", true);
+    row("inherited slot", "deleteLater()", true);
+    row("another case", "dosomething()", false);
+    row("unknown", "nothing()", false);
+    row("empty", "", false);
+    row("null", QByteArray(), false);
 }
 
 void tst_MetaObjectUtils::warningsOfQt()
@@ -262,13 +251,12 @@ void tst_MetaObjectUtils::hasMethod()
 
 void tst_MetaObjectUtils::returnsBoolean_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("answer");
+    const auto row = columns<QString, bool>("name", "answer");
     for (const bool answer : {false, true}) {
         const QByteArray suffix = answer ? " true" : " false";
-        QTest::newRow("bare" + suffix) << QStringLiteral("isReady") << answer;
-        QTest::newRow("SLOT" + suffix) << QStringLiteral("1isReady()") << answer;
-        QTest::newRow("blanks" + suffix) << QStringLiteral(" 2 is Ready ( ) ") << answer;
+        row("bare" + suffix, "isReady", answer);
+        row("SLOT" + suffix, "1isReady()", answer);
+        row("blanks" + suffix, " 2 is Ready ( ) ", answer);
     }
 }
 
@@ -288,13 +276,11 @@ void tst_MetaObjectUtils::returnsBoolean()
 
 void tst_MetaObjectUtils::failsToReturnBoolean_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("logged");
-    QTest::newRow("unknown") << QStringLiteral("1 nothing()") << QStringLiteral("nothing");
-    QTest::newRow("returns nothing")
-        << QStringLiteral("doSomething") << QStringLiteral("doSomething");
-    QTest::newRow("returns a number") << QStringLiteral("number()") << QStringLiteral("number");
-    QTest::newRow("empty") << QString() << QString();
+    const auto row = columns<QString, QString>("name", "logged");
+    row("unknown", "1 nothing()", "nothing");
+    row("returns nothing", "doSomething", "doSomething");
+    row("returns a number", "number()", "number");
+    row("empty", QString(), QString());
 }
 
 void tst_MetaObjectUtils::failsToReturnBoolean()

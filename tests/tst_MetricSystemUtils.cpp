@@ -3,6 +3,7 @@
 
 #include "MetricSystemUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "Text.h"
 
@@ -41,20 +42,17 @@ void tst_MetricSystemUtils::ownership()
 
 void tst_MetricSystemUtils::symbols_data()
 {
-    QTest::addColumn<int>("quantity");
-    QTest::addColumn<int>("system");
-    QTest::addColumn<int>("display");
-    QTest::addColumn<QString>("symbol");
-    QTest::newRow("length") << 0 << 0 << 0 << "m";
-    QTest::newRow("weight") << 1 << 0 << 0 << "Kg";
-    QTest::newRow("distance") << 2 << 0 << 0 << "Km";
-    QTest::newRow("no such quantity") << 3 << 0 << 0 << "";
-    QTest::newRow("negative quantity") << -1 << 0 << 0 << "";
-    QTest::newRow("another system") << 0 << 1 << 0 << "";
-    QTest::newRow("another display") << 0 << 0 << 1 << "";
-    QTest::newRow("negative system") << 1 << -1 << 0 << "";
-    QTest::newRow("negative display") << 1 << 0 << -1 << "";
-    QTest::newRow("largest numbers") << INT_MAX << INT_MAX << INT_MAX << "";
+    const auto row = columns<int, int, int, QString>("quantity", "system", "display", "symbol");
+    row("length", 0, 0, 0, "m");
+    row("weight", 1, 0, 0, "Kg");
+    row("distance", 2, 0, 0, "Km");
+    row("no such quantity", 3, 0, 0, "");
+    row("negative quantity", -1, 0, 0, "");
+    row("another system", 0, 1, 0, "");
+    row("another display", 0, 0, 1, "");
+    row("negative system", 1, -1, 0, "");
+    row("negative display", 1, 0, -1, "");
+    row("largest numbers", INT_MAX, INT_MAX, INT_MAX, "");
 }
 
 void tst_MetricSystemUtils::symbols()

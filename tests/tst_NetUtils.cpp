@@ -3,6 +3,7 @@
 
 #include "NetUtils.h"
 
+#include "Columns.h"
 #include "ProcessRandom.h"
 #include "Text.h"
 
@@ -148,11 +149,11 @@ void tst_NetUtils::patterns()
 
 void tst_NetUtils::webAddresses_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<bool>("withScheme"); // the answer where the scheme is required
-    QTest::addColumn<bool>("optional"); // the answer where it is not
-    const auto row = [](const char* s, bool withScheme, bool optional) {
-        QTest::newRow(*s ? s : "empty") << text(s) << withScheme << optional;
+    // withScheme: the answer where the scheme is required
+    // optional: the answer where it is not
+    const auto table = columns<QString, bool, bool>("s", "withScheme", "optional");
+    const auto row = [&](const char* s, bool withScheme, bool optional) {
+        table(*s ? s : "empty", text(s), withScheme, optional);
     };
     row("http://example.com", true, true);
     row("https://example.com", true, true);
@@ -261,12 +262,9 @@ void tst_NetUtils::webAddressesAsThePattern()
 
 void tst_NetUtils::emailAddresses_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<bool>("valid");
-    const auto accepted = [](const char* s) { QTest::newRow(s) << text(s) << true; };
-    const auto rejected = [](const char* s) {
-        QTest::newRow(*s ? s : "empty") << text(s) << false;
-    };
+    const auto row = columns<QString, bool>("s", "valid");
+    const auto accepted = [&](const char* s) { row(s, text(s), true); };
+    const auto rejected = [&](const char* s) { row(*s ? s : "empty", text(s), false); };
     accepted("ab@example.com");
     accepted("john.doe@example.com");
     accepted("john_doe@example.com");
@@ -381,11 +379,8 @@ void tst_NetUtils::emailAddressLength()
 
 void tst_NetUtils::emailAddressLists_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<bool>("valid");
-    const auto row = [](const char* s, bool valid) {
-        QTest::newRow(*s ? s : "empty") << text(s) << valid;
-    };
+    const auto table = columns<QString, bool>("s", "valid");
+    const auto row = [&](const char* s, bool valid) { table(*s ? s : "empty", text(s), valid); };
     row("ab@x.fr", true);
     row("ab@x.fr,cd@y.fr", true);
     row("ab@x.fr;cd@y.fr", true);
@@ -413,28 +408,24 @@ void tst_NetUtils::emailAddressLists()
 /// Texts on which the patterns would try for ever.
 void tst_NetUtils::hostileTexts_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<bool>("web");
-    QTest::addColumn<bool>("email");
+    const auto row = columns<QString, bool, bool>("s", "web", "email");
     const auto repeated = [](const char* string, int times) {
         return text(string).repeated(times);
     };
     const QString http = text("http://a");
-    QTest::newRow("slashes") << http + repeated("/", 10000) << true << false;
-    QTest::newRow("slashes, then no path")
-        << http + repeated("/", 10000) + QLatin1Char('!') << false << false;
-    QTest::newRow("folders") << http + repeated("/a", 100000) + QLatin1Char('?') << false << false;
-    QTest::newRow("host") << http + repeated("1.", 100000) + QLatin1Char('!') << false << false;
-    QTest::newRow("words") << repeated("a", 250) << false << false;
-    QTest::newRow("words and an at") << repeated("a", 249) + QLatin1Char('@') << false << false;
-    QTest::newRow("underscores") << repeated("_", 250) << false << false;
-    QTest::newRow("separators") << repeated("a.", 124) + text("@x") << false << false;
-    QTest::newRow("domain") << text("ab@") + repeated("a", 247) << false << false;
-    QTest::newRow("labels") << text("ab@") + repeated("a.", 123) << false << false;
-    QTest::newRow("labels, valid")
-        << text("ab@") + repeated("a.", 124) + text("fr") << false << true;
-    QTest::newRow("hyphens") << text("ab@") + repeated("a-", 120) + text("fr") << false << false;
-    QTest::newRow("a million") << repeated("a", 1000000) << false << false;
+    row("slashes", http + repeated("/", 10000), true, false);
+    row("slashes, then no path", http + repeated("/", 10000) + QLatin1Char('!'), false, false);
+    row("folders", http + repeated("/a", 100000) + QLatin1Char('?'), false, false);
+    row("host", http + repeated("1.", 100000) + QLatin1Char('!'), false, false);
+    row("words", repeated("a", 250), false, false);
+    row("words and an at", repeated("a", 249) + QLatin1Char('@'), false, false);
+    row("underscores", repeated("_", 250), false, false);
+    row("separators", repeated("a.", 124) + text("@x"), false, false);
+    row("domain", text("ab@") + repeated("a", 247), false, false);
+    row("labels", text("ab@") + repeated("a.", 123), false, false);
+    row("labels, valid", text("ab@") + repeated("a.", 124) + text("fr"), false, true);
+    row("hyphens", text("ab@") + repeated("a-", 120) + text("fr"), false, false);
+    row("a million", repeated("a", 1000000), false, false);
 }
 
 void tst_NetUtils::hostileTexts()

@@ -3,6 +3,7 @@
 
 #include "PhpCodeHelpers.h"
 
+#include "Columns.h"
 #include "LiteralTest.h"
 #include "ScriptRunner.h"
 #include "Text.h"
@@ -71,20 +72,14 @@ void tst_PhpCodeHelpers::hashes()
 
 void tst_PhpCodeHelpers::constants_data()
 {
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("comment");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("number") << QVariant(3) << QString() << text("const NAME=3;\n");
-    QTest::newRow("comment") << QVariant(3) << text("x") << text("const NAME=3; // x\n");
-    QTest::newRow("text") << QVariant(text("l'été")) << QString()
-                          << text("const NAME='l\\'été';\n");
-    QTest::newRow("boolean") << QVariant(false) << text("no") << text("const NAME=0; // no\n");
-    QTest::newRow("list") << QVariant(QVariantList({1})) << text("c")
-                          << text("const NAME=[1]\n; // c\n");
-    QTest::newRow("map") << QVariant(QVariantMap({{text("k"), 1}})) << QString()
-                         << text("const NAME=[\n'k'=>1\n];\n");
-    QTest::newRow("code") << QVariant(QByteArray("self::A . 'b'")) << QString()
-                          << text("const NAME=self::A . 'b';\n");
+    const auto row = columns<QVariant, QString, QString>("value", "comment", "line");
+    row("number", QVariant(3), QString(), "const NAME=3;\n");
+    row("comment", QVariant(3), "x", "const NAME=3; // x\n");
+    row("text", QVariant(text("l'été")), QString(), "const NAME='l\\'été';\n");
+    row("boolean", QVariant(false), "no", "const NAME=0; // no\n");
+    row("list", QVariant(QVariantList({1})), "c", "const NAME=[1]\n; // c\n");
+    row("map", QVariant(QVariantMap({{text("k"), 1}})), QString(), "const NAME=[\n'k'=>1\n];\n");
+    row("code", QVariant(QByteArray("self::A . 'b'")), QString(), "const NAME=self::A . 'b';\n");
 }
 
 void tst_PhpCodeHelpers::constants()

@@ -3,6 +3,7 @@
 
 #include "PhpUtil.h"
 
+#include "Columns.h"
 #include "ScriptRunner.h"
 #include "Text.h"
 
@@ -23,12 +24,7 @@ private Q_SLOTS:
 
 void tst_PhpUtil::strings_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("quoted");
-    QTest::addColumn<QString>("simplified");
-    const auto row = [](const char* s, const char* quoted, const char* simplified) {
-        QTest::newRow(s) << text(s) << text(quoted) << text(simplified);
-    };
+    const auto row = namedByText(columns<QString, QString, QString>("s", "quoted", "simplified"));
     row("", "\"\"", "\"\"");
     row("plain", "\"plain\"", "\"plain\"");
     row("say \"hi\"", "\"say \\\"hi\\\"\"", "\"say \\\"hi\\\"\"");

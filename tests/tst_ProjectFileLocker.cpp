@@ -3,6 +3,7 @@
 
 #include "ProjectFileLocker.h"
 
+#include "Columns.h"
 #include "KillMoments.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
@@ -106,6 +107,14 @@ public:
 private:
     QProcess mProcess;
 };
+
+/// The text for a lock that could not be made.
+QString lockFailed(const char* project, const char* reason, const QString& folder)
+{
+    return QStringLiteral("Lock failed on '") + QLatin1String(project)
+        + QStringLiteral("' : error=") + QLatin1String(reason) + QStringLiteral(" folder=") + folder
+        + QStringLiteral(" machinehost=") + QSysInfo::machineHostName();
+}
 
 QString alreadyOpened(const QString& project, const QString& folder)
 {
@@ -261,14 +270,16 @@ void tst_ProjectFileLocker::permission()
     QString error;
     QVERIFY(!locker.openNewProjectFile(folder + QStringLiteral("/a.proj"), &error));
     QCOMPARE(error,
-             QStringLiteral("Lock failed on 'a.proj' : error=The lock file could not be created, "
-                            "for lack of permissions in the parent directory.  folder=")
-                 + folder + QStringLiteral(" machinehost=") + QSysInfo::machineHostName());
+             lockFailed("a.proj",
+                        "The lock file could not be created, for lack of permissions in the "
+                        "parent directory. ",
+                        folder));
     QVERIFY(!locker.openNewProjectFolder(folder, QStringLiteral("Shop"), &error));
     QCOMPARE(error,
-             QStringLiteral("Lock failed on 'Shop' : error=The lock file could not be created, "
-                            "for lack of permissions in the parent directory.  folder=")
-                 + folder + QStringLiteral("/ machinehost=") + QSysInfo::machineHostName());
+             lockFailed("Shop",
+                        "The lock file could not be created, for lack of permissions in the "
+                        "parent directory. ",
+                        folder + QLatin1Char('/')));
 }
 
 void tst_ProjectFileLocker::otherError()
@@ -279,9 +290,10 @@ void tst_ProjectFileLocker::otherError()
     QString error;
     QVERIFY(!locker.openNewProjectFile(folder + QStringLiteral("/a.proj"), &error));
     QCOMPARE(error,
-             QStringLiteral("Lock failed on 'a.proj' : error=Another error happened, for instance "
-                            "a full partition prevented writing out the lock file  folder=")
-                 + folder + QStringLiteral(" machinehost=") + QSysInfo::machineHostName());
+             lockFailed("a.proj",
+                        "Another error happened, for instance a full partition prevented writing "
+                        "out the lock file ",
+                        folder));
 }
 
 void tst_ProjectFileLocker::placeholdersInNames()
@@ -484,14 +496,12 @@ void tst_ProjectFileLocker::raceHasOneWinner()
 
 void tst_ProjectFileLocker::currentFolderChanges_data()
 {
-    QTest::addColumn<QString>("project"); // a folder if it ends with "/"
-    QTest::addColumn<QString>("lock");
-    QTest::newRow("project file") << QStringLiteral("a.proj") << QStringLiteral("a.proj.locked");
-    QTest::newRow("project file in a folder")
-        << QStringLiteral("shop/a.proj") << QStringLiteral("shop/a.proj.locked");
-    QTest::newRow("this folder") << QStringLiteral("./") << QStringLiteral("lockfile");
-    QTest::newRow("folder with itself inside")
-        << QStringLiteral("shop/") << QStringLiteral("shop/lockfile");
+    // project: a folder if it ends with "/"
+    const auto row = namedByText(columns<QString, QString>("project", "lock"));
+    row("a.proj", "a.proj.locked");
+    row("shop/a.proj", "shop/a.proj.locked");
+    row("./", "lockfile");
+    row("shop/", "shop/lockfile"); // a folder with itself inside
 }
 
 // A lock belongs to the place where it was taken.
@@ -555,9 +565,9 @@ void tst_ProjectFileLocker::states()
 
 void tst_ProjectFileLocker::holder_data()
 {
-    QTest::addColumn<bool>("isFolder");
-    QTest::newRow("project file") << false;
-    QTest::newRow("project folder") << true;
+    const auto row = columns<bool>("isFolder");
+    row("project file", false);
+    row("project folder", true);
 }
 
 void tst_ProjectFileLocker::holder()
@@ -651,8 +661,7 @@ void tst_ProjectFileLocker::debugOutput()
 void tst_ProjectFileLocker::abandoned_data()
 {
     // What a killed process left: of the lock, its helper, and that one's helper. "-" is nothing.
-    QTest::addColumn<QStringList>("left");
-    const auto row = [](const char* name, const QStringList& left) { QTest::newRow(name) << left; };
+    const auto row = columns<QStringList>("left");
     const QString none = QStringLiteral("-");
     const QString dead = QStringLiteral("dead");
     row("empty lock", {QString()});

@@ -5,6 +5,7 @@
 
 #include "QExifImageHeader.h"
 
+#include "Columns.h"
 #include "JpegParts.h"
 #include "LogCapture.h"
 #include "OddDevices.h"
@@ -89,54 +90,53 @@ void tst_QExifImageHeader::newHeader()
 
 void tst_QExifImageHeader::tagNumbers_data()
 {
-    QTest::addColumn<int>("tag");
-    QTest::addColumn<int>("number");
+    const auto row = columns<int, int>("tag", "number");
     // Decimal, as the published tables give them.
-    QTest::newRow("ExifIfdPointer") << int(Header::ExifIfdPointer) << 34665;
-    QTest::newRow("GpsInfoIfdPointer") << int(Header::GpsInfoIfdPointer) << 34853;
-    QTest::newRow("InteroperabilityIfdPointer") << int(Header::InteroperabilityIfdPointer) << 40965;
-    QTest::newRow("Orientation") << int(Header::Orientation) << 274;
-    QTest::newRow("Compression") << int(Header::Compression) << 259;
-    QTest::newRow("XResolution") << int(Header::XResolution) << 282;
-    QTest::newRow("YResolution") << int(Header::YResolution) << 283;
-    QTest::newRow("ResolutionUnit") << int(Header::ResolutionUnit) << 296;
-    QTest::newRow("JPEGInterchangeFormat") << int(Header::JPEGInterchangeFormat) << 513;
-    QTest::newRow("JPEGInterchangeFormatLength") << int(Header::JPEGInterchangeFormatLength) << 514;
-    QTest::newRow("ImageWidth") << int(Header::ImageWidth) << 256;
-    QTest::newRow("ImageDescription") << int(Header::ImageDescription) << 270;
-    QTest::newRow("Make") << int(Header::Make) << 271;
-    QTest::newRow("Model") << int(Header::Model) << 272;
-    QTest::newRow("Software") << int(Header::Software) << 305;
-    QTest::newRow("DateTime") << int(Header::DateTime) << 306;
-    QTest::newRow("Artist") << int(Header::Artist) << 315;
-    QTest::newRow("YCbCrPositioning") << int(Header::YCbCrPositioning) << 531;
-    QTest::newRow("Copyright") << int(Header::Copyright) << 33432;
-    QTest::newRow("ExposureTime") << int(Header::ExposureTime) << 33434;
-    QTest::newRow("FNumber") << int(Header::FNumber) << 33437;
-    QTest::newRow("PhotographicSensitivity") << int(Header::PhotographicSensitivity) << 34855;
-    QTest::newRow("ExifVersion") << int(Header::ExifVersion) << 36864;
-    QTest::newRow("DateTimeOriginal") << int(Header::DateTimeOriginal) << 36867;
-    QTest::newRow("DateTimeDigitized") << int(Header::DateTimeDigitized) << 36868;
-    QTest::newRow("ExposureBiasValue") << int(Header::ExposureBiasValue) << 37380;
-    QTest::newRow("Flash") << int(Header::Flash) << 37385;
-    QTest::newRow("FocalLength") << int(Header::FocalLength) << 37386;
-    QTest::newRow("MakerNote") << int(Header::MakerNote) << 37500;
-    QTest::newRow("UserComment") << int(Header::UserComment) << 37510;
-    QTest::newRow("ColorSpace") << int(Header::ColorSpace) << 40961;
-    QTest::newRow("PixelXDimension") << int(Header::PixelXDimension) << 40962;
-    QTest::newRow("PixelYDimension") << int(Header::PixelYDimension) << 40963;
-    QTest::newRow("FileSource") << int(Header::FileSource) << 41728;
-    QTest::newRow("SubjectDistanceRange") << int(Header::SubjectDistanceRange) << 41996;
-    QTest::newRow("ImageUniqueID") << int(Header::ImageUniqueID) << 42016;
-    QTest::newRow("LensModel") << int(Header::LensModel) << 42036;
-    QTest::newRow("Gamma") << int(Header::Gamma) << 42240;
-    QTest::newRow("GPSVersionID") << int(Header::GPSVersionID) << 0;
-    QTest::newRow("GPSLatitude") << int(Header::GPSLatitude) << 2;
-    QTest::newRow("GPSLongitude") << int(Header::GPSLongitude) << 4;
-    QTest::newRow("GPSAltitude") << int(Header::GPSAltitude) << 6;
-    QTest::newRow("GPSMapDatum") << int(Header::GPSMapDatum) << 18;
-    QTest::newRow("GPSDateStamp") << int(Header::GPSDateStamp) << 29;
-    QTest::newRow("GPSHPositioningError") << int(Header::GPSHPositioningError) << 31;
+    row("ExifIfdPointer", int(Header::ExifIfdPointer), 34665);
+    row("GpsInfoIfdPointer", int(Header::GpsInfoIfdPointer), 34853);
+    row("InteroperabilityIfdPointer", int(Header::InteroperabilityIfdPointer), 40965);
+    row("Orientation", int(Header::Orientation), 274);
+    row("Compression", int(Header::Compression), 259);
+    row("XResolution", int(Header::XResolution), 282);
+    row("YResolution", int(Header::YResolution), 283);
+    row("ResolutionUnit", int(Header::ResolutionUnit), 296);
+    row("JPEGInterchangeFormat", int(Header::JPEGInterchangeFormat), 513);
+    row("JPEGInterchangeFormatLength", int(Header::JPEGInterchangeFormatLength), 514);
+    row("ImageWidth", int(Header::ImageWidth), 256);
+    row("ImageDescription", int(Header::ImageDescription), 270);
+    row("Make", int(Header::Make), 271);
+    row("Model", int(Header::Model), 272);
+    row("Software", int(Header::Software), 305);
+    row("DateTime", int(Header::DateTime), 306);
+    row("Artist", int(Header::Artist), 315);
+    row("YCbCrPositioning", int(Header::YCbCrPositioning), 531);
+    row("Copyright", int(Header::Copyright), 33432);
+    row("ExposureTime", int(Header::ExposureTime), 33434);
+    row("FNumber", int(Header::FNumber), 33437);
+    row("PhotographicSensitivity", int(Header::PhotographicSensitivity), 34855);
+    row("ExifVersion", int(Header::ExifVersion), 36864);
+    row("DateTimeOriginal", int(Header::DateTimeOriginal), 36867);
+    row("DateTimeDigitized", int(Header::DateTimeDigitized), 36868);
+    row("ExposureBiasValue", int(Header::ExposureBiasValue), 37380);
+    row("Flash", int(Header::Flash), 37385);
+    row("FocalLength", int(Header::FocalLength), 37386);
+    row("MakerNote", int(Header::MakerNote), 37500);
+    row("UserComment", int(Header::UserComment), 37510);
+    row("ColorSpace", int(Header::ColorSpace), 40961);
+    row("PixelXDimension", int(Header::PixelXDimension), 40962);
+    row("PixelYDimension", int(Header::PixelYDimension), 40963);
+    row("FileSource", int(Header::FileSource), 41728);
+    row("SubjectDistanceRange", int(Header::SubjectDistanceRange), 41996);
+    row("ImageUniqueID", int(Header::ImageUniqueID), 42016);
+    row("LensModel", int(Header::LensModel), 42036);
+    row("Gamma", int(Header::Gamma), 42240);
+    row("GPSVersionID", int(Header::GPSVersionID), 0);
+    row("GPSLatitude", int(Header::GPSLatitude), 2);
+    row("GPSLongitude", int(Header::GPSLongitude), 4);
+    row("GPSAltitude", int(Header::GPSAltitude), 6);
+    row("GPSMapDatum", int(Header::GPSMapDatum), 18);
+    row("GPSDateStamp", int(Header::GPSDateStamp), 29);
+    row("GPSHPositioningError", int(Header::GPSHPositioningError), 31);
 }
 
 void tst_QExifImageHeader::tagNumbers()
@@ -219,14 +219,10 @@ void tst_QExifImageHeader::anyNumberIsATag()
 
 void tst_QExifImageHeader::ifdHeader_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QDataStream::ByteOrder>("order");
-    QTest::addColumn<int>("type");
-    QTest::addColumn<quint32>("count");
-    QTest::addColumn<QByteArray>("inlineBytes");
-    QTest::addColumn<int>("firstShort");
-    QTest::addColumn<int>("secondShort");
-    QTest::addColumn<quint32>("offset");
+    const auto row =
+        columns<QByteArray, QDataStream::ByteOrder, int, quint32, QByteArray, int, int, quint32>(
+            "bytes", "order", "type", "count", "inlineBytes", "firstShort", "secondShort",
+            "offset");
 
     const QByteArray none(4, '\0');
     const QByteArray four = hex("01020304");
@@ -269,12 +265,11 @@ void tst_QExifImageHeader::ifdHeader_data()
                                          .u16(static_cast<unsigned>(c.type))
                                          .u32(c.count)
                                          .raw(four);
-            QTest::newRow(
-                qPrintable(QLatin1String(c.name) + QLatin1String(isLittle ? ", II" : ", MM")))
-                << bytes << order << c.type << c.count << (c.reading == 'b' ? four : none)
-                << (c.reading == 's' ? (isLittle ? 0x0201 : 0x0102) : 0)
-                << (c.reading == 's' ? (isLittle ? 0x0403 : 0x0304) : 0)
-                << (c.reading == 'o' ? (isLittle ? 0x04030201u : 0x01020304u) : 0u);
+            row(qPrintable(QLatin1String(c.name) + QLatin1String(isLittle ? ", II" : ", MM")),
+                bytes, order, c.type, c.count, c.reading == 'b' ? four : none,
+                c.reading == 's' ? (isLittle ? 0x0201 : 0x0102) : 0,
+                c.reading == 's' ? (isLittle ? 0x0403 : 0x0304) : 0,
+                c.reading == 'o' ? (isLittle ? 0x04030201u : 0x01020304u) : 0u);
         }
     }
 }
@@ -320,17 +315,16 @@ void tst_QExifImageHeader::ifdHeaderCutShort()
 
 void tst_QExifImageHeader::ifdHeaders_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("entries");
+    const auto row = columns<QByteArray, int>("bytes", "entries");
     const QByteArray entry = hex("0F01 0200 05000000 4A000000");
-    QTest::newRow("none") << hex("0000") << 0;
-    QTest::newRow("one") << hex("0100") + entry << 1;
-    QTest::newRow("two, and more behind") << hex("0200") + entry + entry + entry << 2;
-    QTest::newRow("65535 claimed, two there") << hex("FFFF") + entry + entry << 2;
-    QTest::newRow("second one cut short") << hex("0200") + entry + entry.left(11) << 1;
-    QTest::newRow("nothing behind the count") << hex("0500") << 0;
-    QTest::newRow("half a count") << hex("05") << 0;
-    QTest::newRow("no count") << QByteArray() << 0;
+    row("none", hex("0000"), 0);
+    row("one", hex("0100") + entry, 1);
+    row("two, and more behind", hex("0200") + entry + entry + entry, 2);
+    row("65535 claimed, two there", hex("FFFF") + entry + entry, 2);
+    row("second one cut short", hex("0200") + entry + entry.left(11), 1);
+    row("nothing behind the count", hex("0500"), 0);
+    row("half a count", hex("05"), 0);
+    row("no count", QByteArray(), 0);
 }
 
 void tst_QExifImageHeader::ifdHeaders()
@@ -351,17 +345,16 @@ void tst_QExifImageHeader::ifdHeaders()
 
 void tst_QExifImageHeader::ifdValue_data()
 {
-    QTest::addColumn<QDataStream::ByteOrder>("order");
-    QTest::addColumn<QByteArray>("entry");
-    QTest::addColumn<QByteArray>("data"); // at offset 16 of a block that begins at 3
-    QTest::addColumn<QString>("expected");
+    // data: at offset 16 of a block that begins at 3
+    const auto table = columns<QDataStream::ByteOrder, QByteArray, QByteArray, QString>(
+        "order", "entry", "data", "expected");
 
     for (const QDataStream::ByteOrder order : {little, big}) {
-        const auto row = [order](const char* name, const TiffBuilder& entry,
-                                 const TiffBuilder& data, const char* expected) {
-            QTest::newRow(
-                qPrintable(QLatin1String(name) + QLatin1String(order == little ? ", II" : ", MM")))
-                << order << entry.all() << data.all() << QString::fromLatin1(expected);
+        const auto row = [&, order](const char* name, const TiffBuilder& entry,
+                                    const TiffBuilder& data, const char* expected) {
+            table(
+                qPrintable(QLatin1String(name) + QLatin1String(order == little ? ", II" : ", MM")),
+                order, entry.all(), data.all(), QString::fromLatin1(expected));
         };
         const TiffBuilder none(order);
         const auto inlined = [order](unsigned type, quint32 count, const char* bytes) {
@@ -418,10 +411,10 @@ void tst_QExifImageHeader::ifdValue_data()
         row("offset 0xFFFFFFFF", number(4, 5, 0xFFFFFFFF), none, "4 x 0:");
     }
     // Small raw values: in file order in one byte order, reversed in the other.
-    const auto raw = [](const char* name, QDataStream::ByteOrder order, quint32 count,
-                        const char* expected) {
-        QTest::newRow(name) << order << TiffBuilder(order).bytes(1, 7, count, hex("01020304")).all()
-                            << QByteArray() << QString::fromLatin1(expected);
+    const auto raw = [&](const char* name, QDataStream::ByteOrder order, quint32 count,
+                         const char* expected) {
+        table(name, order, TiffBuilder(order).bytes(1, 7, count, hex("01020304")).all(),
+              QByteArray(), QString::fromLatin1(expected));
     };
     raw("one raw byte, II", little, 1, "7 x 1: 01");
     raw("three raw bytes, II", little, 3, "7 x 3: 010203");
@@ -452,17 +445,15 @@ void tst_QExifImageHeader::ifdValue()
 
 void tst_QExifImageHeader::ifdValueCutShort_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<quint32>("count");
-    QTest::addColumn<QString>("expected");
+    const auto table = columns<int, quint32, QString>("type", "count", "expected");
 
     // What is there from the offset on: 41 42 43 44 45 46 47 48 49 4A.
     const quint32 counts[] = {11,         1000,       65536,      0x10000000, 0x20000001,
                               0x40000000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
     for (const quint32 count : counts) {
-        const auto row = [count](int type, const char* expected) {
-            QTest::newRow(qPrintable(QStringLiteral("type %1, count %2").arg(type).arg(count)))
-                << type << count << QString::fromLatin1(expected);
+        const auto row = [&, count](int type, const char* expected) {
+            table(qPrintable(QStringLiteral("type %1, count %2").arg(type).arg(count)), type, count,
+                  QString::fromLatin1(expected));
         };
         row(1, "1 x 10: 65 66 67 68 69 70 71 72 73 74");
         row(2, "2 x 11: 4142434445464748494a"); // its last byte is not what ends it
@@ -500,9 +491,9 @@ void tst_QExifImageHeader::ifdValueCutShort()
 
 void tst_QExifImageHeader::ifdValueOfUnknownType_data()
 {
-    QTest::addColumn<int>("type");
+    const auto row = columns<int>("type");
     for (const int type : {0, 6, 8, 11, 12, 13, 255, 256, 65535})
-        QTest::newRow(qPrintable(QString::number(type))) << type;
+        row(qPrintable(QString::number(type)), type);
 }
 
 void tst_QExifImageHeader::ifdValueOfUnknownType()
@@ -520,12 +511,11 @@ void tst_QExifImageHeader::ifdValueOfUnknownType()
 
 void tst_QExifImageHeader::readFull_data()
 {
-    QTest::addColumn<QDataStream::ByteOrder>("order");
-    QTest::addColumn<int>("position");
-    QTest::newRow("II") << little << 0;
-    QTest::newRow("MM") << big << 0;
-    QTest::newRow("II, not at the beginning") << little << 1001;
-    QTest::newRow("MM, not at the beginning") << big << 1001;
+    const auto row = columns<QDataStream::ByteOrder, int>("order", "position");
+    row("II", little, 0);
+    row("MM", big, 0);
+    row("II, not at the beginning", little, 1001);
+    row("MM, not at the beginning", big, 1001);
 }
 
 void tst_QExifImageHeader::readFull()
@@ -560,21 +550,21 @@ void tst_QExifImageHeader::readFull()
 
 void tst_QExifImageHeader::readFails_data()
 {
-    QTest::addColumn<QByteArray>("block");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("one byte") << QByteArray("I");
-    QTest::newRow("the mark alone") << QByteArray("II");
-    QTest::newRow("cut short before 42") << hex("4949 2A");
-    QTest::newRow("cut short before the offset") << hex("4949 2A00");
-    QTest::newRow("cut short in the offset") << hex("4949 2A00 080000");
-    QTest::newRow("no such mark") << hex("4A4A 2A00 08000000 0000 00000000");
-    QTest::newRow("mixed mark") << hex("494D 2A00 08000000 0000 00000000");
-    QTest::newRow("lower case") << hex("6969 2A00 08000000 0000 00000000");
-    QTest::newRow("43 instead of 42") << hex("4949 2B00 08000000 0000 00000000");
-    QTest::newRow("42 in the other order, II") << hex("4949 002A 08000000 0000 00000000");
-    QTest::newRow("42 in the other order, MM") << hex("4D4D 2A00 00000008 0000 00000000");
-    QTest::newRow("IFD0 beyond the end") << hex("4949 2A00 0F000000 0000 00000000");
-    QTest::newRow("IFD0 far beyond the end") << hex("4949 2A00 FFFFFFFF 0000 00000000");
+    const auto row = columns<QByteArray>("block");
+    row("nothing", QByteArray());
+    row("one byte", "I");
+    row("the mark alone", "II");
+    row("cut short before 42", hex("4949 2A"));
+    row("cut short before the offset", hex("4949 2A00"));
+    row("cut short in the offset", hex("4949 2A00 080000"));
+    row("no such mark", hex("4A4A 2A00 08000000 0000 00000000"));
+    row("mixed mark", hex("494D 2A00 08000000 0000 00000000"));
+    row("lower case", hex("6969 2A00 08000000 0000 00000000"));
+    row("43 instead of 42", hex("4949 2B00 08000000 0000 00000000"));
+    row("42 in the other order, II", hex("4949 002A 08000000 0000 00000000"));
+    row("42 in the other order, MM", hex("4D4D 2A00 00000008 0000 00000000"));
+    row("IFD0 beyond the end", hex("4949 2A00 0F000000 0000 00000000"));
+    row("IFD0 far beyond the end", hex("4949 2A00 FFFFFFFF 0000 00000000"));
 }
 
 void tst_QExifImageHeader::readFails()
@@ -615,9 +605,9 @@ void tst_QExifImageHeader::readFailsOnDevice()
 
 void tst_QExifImageHeader::readFailsMidway_data()
 {
-    QTest::addColumn<bool>("isJpeg");
-    QTest::newRow("block") << false;
-    QTest::newRow("JPEG") << true;
+    const auto row = columns<bool>("isJpeg");
+    row("block", false);
+    row("JPEG", true);
 }
 
 // A device that refuses one read or one seek, whichever. What was read stays, and nothing is made
@@ -678,22 +668,19 @@ void tst_QExifImageHeader::readReplacesEverything()
 
 void tst_QExifImageHeader::readCutShort_data()
 {
-    QTest::addColumn<int>("length");
-    QTest::addColumn<int>("image");
-    QTest::addColumn<int>("extended");
-    QTest::addColumn<int>("gps");
+    const auto row = columns<int, int, int, int>("length", "image", "extended", "gps");
     // The entries that are whole count; the two pointers of IFD0 are taken out of it.
-    QTest::newRow("IFD0 without entries") << 10 << 0 << 0 << 0;
-    QTest::newRow("half an entry") << 16 << 0 << 0 << 0;
-    QTest::newRow("two entries and a half") << 40 << 2 << 0 << 0;
-    QTest::newRow("up to the pointers") << 46 << 3 << 0 << 0;
-    QTest::newRow("before the link") << 70 << 3 << 0 << 0;
-    QTest::newRow("half a link") << 72 << 3 << 0 << 0;
-    QTest::newRow("in the data of IFD0") << 77 << 3 << 0 << 0;
-    QTest::newRow("at the Exif sub-IFD") << 88 << 3 << 0 << 0;
-    QTest::newRow("in the Exif sub-IFD") << 102 << 3 << 1 << 0;
-    QTest::newRow("in the GPS sub-IFD") << 152 << 3 << 2 << 1;
-    QTest::newRow("in IFD1") << 210 << 3 << 2 << 2;
+    row("IFD0 without entries", 10, 0, 0, 0);
+    row("half an entry", 16, 0, 0, 0);
+    row("two entries and a half", 40, 2, 0, 0);
+    row("up to the pointers", 46, 3, 0, 0);
+    row("before the link", 70, 3, 0, 0);
+    row("half a link", 72, 3, 0, 0);
+    row("in the data of IFD0", 77, 3, 0, 0);
+    row("at the Exif sub-IFD", 88, 3, 0, 0);
+    row("in the Exif sub-IFD", 102, 3, 1, 0);
+    row("in the GPS sub-IFD", 152, 3, 2, 1);
+    row("in IFD1", 210, 3, 2, 2);
 }
 
 void tst_QExifImageHeader::readCutShort()
@@ -728,22 +715,22 @@ void tst_QExifImageHeader::entryCountBeyondTheEnd()
 
 void tst_QExifImageHeader::pointerKinds_data()
 {
-    QTest::addColumn<QByteArray>("entryRest"); // type, count, value of the pointer
-    QTest::addColumn<bool>("followed");
+    // entryRest: type, count, value of the pointer
+    const auto row = columns<QByteArray, bool>("entryRest", "followed");
     // The sub-IFD is at 26, little endian.
-    QTest::newRow("Long") << hex("0400 01000000 1A000000") << true;
-    QTest::newRow("SignedLong") << hex("0900 01000000 1A000000") << true;
-    QTest::newRow("Short") << hex("0300 01000000 1A00 FFFF") << true;
-    QTest::newRow("Byte") << hex("0100 01000000 1A FFFFFF") << true;
-    QTest::newRow("two Longs") << hex("0400 02000000 1A000000") << false;
-    QTest::newRow("no Long") << hex("0400 00000000 1A000000") << false;
-    QTest::newRow("two Shorts") << hex("0300 02000000 1A00 1A00") << false;
-    QTest::newRow("two Bytes") << hex("0100 02000000 1A1A0000") << false;
-    QTest::newRow("Ascii") << hex("0200 02000000 1A000000") << false;
-    QTest::newRow("Undefined") << hex("0700 01000000 1A000000") << false;
-    QTest::newRow("Rational") << hex("0500 01000000 1A000000") << false;
-    QTest::newRow("SignedRational") << hex("0A00 01000000 1A000000") << false;
-    QTest::newRow("unknown type") << hex("0D00 01000000 1A000000") << false;
+    row("Long", hex("0400 01000000 1A000000"), true);
+    row("SignedLong", hex("0900 01000000 1A000000"), true);
+    row("Short", hex("0300 01000000 1A00 FFFF"), true);
+    row("Byte", hex("0100 01000000 1A FFFFFF"), true);
+    row("two Longs", hex("0400 02000000 1A000000"), false);
+    row("no Long", hex("0400 00000000 1A000000"), false);
+    row("two Shorts", hex("0300 02000000 1A00 1A00"), false);
+    row("two Bytes", hex("0100 02000000 1A1A0000"), false);
+    row("Ascii", hex("0200 02000000 1A000000"), false);
+    row("Undefined", hex("0700 01000000 1A000000"), false);
+    row("Rational", hex("0500 01000000 1A000000"), false);
+    row("SignedRational", hex("0A00 01000000 1A000000"), false);
+    row("unknown type", hex("0D00 01000000 1A000000"), false);
 }
 
 void tst_QExifImageHeader::pointerKinds()
@@ -770,11 +757,11 @@ void tst_QExifImageHeader::pointerKinds()
 
 void tst_QExifImageHeader::pointersOutside_data()
 {
-    QTest::addColumn<quint32>("offset");
-    QTest::newRow("just behind the end") << 67u;
-    QTest::newRow("far") << 0x7FFFFFFFu;
-    QTest::newRow("negative") << 0x80000000u;
-    QTest::newRow("-1") << 0xFFFFFFFFu;
+    const auto row = columns<quint32>("offset");
+    row("just behind the end", 67u);
+    row("far", 0x7FFFFFFFu);
+    row("negative", 0x80000000u);
+    row("-1", 0xFFFFFFFFu);
 }
 
 void tst_QExifImageHeader::pointersOutside()
@@ -816,10 +803,11 @@ void tst_QExifImageHeader::pointersOutside()
 
 void tst_QExifImageHeader::thumbnailPointers_data()
 {
-    QTest::addColumn<QByteArray>("entries"); // two of IFD1, at 14
-    QTest::addColumn<QByteArray>("thumbnail"); // of the 8 bytes at 44
-    const auto row = [](const char* name, const TiffBuilder& entries, const char* thumbnail) {
-        QTest::newRow(name) << entries.all() << QByteArray(thumbnail);
+    // entries: two of IFD1, at 14
+    // thumbnail: of the 8 bytes at 44
+    const auto table = columns<QByteArray, QByteArray>("entries", "thumbnail");
+    const auto row = [&](const char* name, const TiffBuilder& entries, const char* thumbnail) {
+        table(name, entries.all(), QByteArray(thumbnail));
     };
     const auto longs = [](quint32 offset, quint32 length) {
         return TiffBuilder(little).entry(0x0201, 4, 1, offset).entry(0x0202, 4, 1, length);

@@ -5,6 +5,7 @@
 
 #include "QExifImageHeader.h"
 
+#include "Columns.h"
 #include "JpegParts.h"
 #include "LogCapture.h"
 #include "Photographs.h"
@@ -259,13 +260,13 @@ static QByteArray lastOfRepeatedText(const QByteArray& block, quint16 tag)
 
 static void addPhotoRows(const QJsonObject& expected)
 {
-    QTest::addColumn<QString>("fileName");
+    const auto row = columns<QString>("fileName");
     for (const QString& name : expected.keys()) {
         if (expected[name].toObject()[QStringLiteral("type")] == QStringLiteral("JPEG"))
-            QTest::newRow(qPrintable(name)) << name;
+            row(qPrintable(name), name);
     }
     if (expected.isEmpty())
-        QTest::newRow("no photographs") << QString();
+        row("no photographs", QString());
 }
 
 void tst_QExifImageHeaderPhotos::photoTags_data()

@@ -5,6 +5,7 @@
 
 #include "QExifImageHeader.h"
 
+#include "Columns.h"
 #include "JpegParts.h"
 #include "LogCapture.h"
 #include "OddDevices.h"
@@ -112,56 +113,51 @@ private Q_SLOTS:
 
 void tst_QExifImageHeaderSave::extractExif_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QByteArray>("block");
+    const auto row = columns<QByteArray, QByteArray>("file", "block");
 
     const QByteArray block("the block");
     const QByteArray none;
-    QTest::newRow("first") << soi() + exifSegment(block) + scan() << block;
-    QTest::newRow("behind JFIF") << soi() + jfif() + exifSegment(block) + scan() << block;
-    QTest::newRow("behind others")
-        << soi() + jfif() + segment(0xFFE2, "ICC_PROFILE") + dqt() + exifSegment(block) + scan()
-        << block;
-    QTest::newRow("a segment without payload before it")
-        << soi() + segment(0xFFFE, "") + exifSegment(block) << block;
-    QTest::newRow("only the first of two")
-        << soi() + exifSegment(block) + exifSegment("second") << block;
-    QTest::newRow("the two bytes behind the name are not looked at")
-        << soi() + segment(0xFFE1, "Exif!?the block") << block;
-    QTest::newRow("XMP before it") << soi() + jfif() + xmp() + exifSegment(block) + scan() << none;
-    QTest::newRow("lower case") << soi() + segment(0xFFE1, QByteArray("exif\0\0abc", 9)) << none;
-    QTest::newRow("no APP1") << soi() + jfif() + dqt() + hex("FFD9") << none;
-    QTest::newRow("not a JPEG") << QByteArray("GIF89a") << none;
-    QTest::newRow("SOI swapped") << hex("D8FF") + exifSegment(block) << none;
-    QTest::newRow("empty") << none << none;
-    QTest::newRow("one byte") << hex("FF") << none;
-    QTest::newRow("SOI alone") << soi() << none;
-    QTest::newRow("half a marker") << soi() + hex("FF") << none;
-    QTest::newRow("marker without a length") << soi() + hex("FFE0") << none;
-    QTest::newRow("half a length") << soi() + hex("FFE0 00") << none;
-    QTest::newRow("APP1 without a length") << soi() + hex("FFE1") << none;
-    QTest::newRow("APP1 with half a length") << soi() + hex("FFE1 00") << none;
-    QTest::newRow("APP1 without a name") << soi() + hex("FFE1 0020") << none;
-    QTest::newRow("APP1 with half a name") << soi() + hex("FFE1 0020 4578") << none;
-    QTest::newRow("cut short behind the name") << soi() + hex("FFE1 0020 45786966") << none;
-    QTest::newRow("cut short in the NULs") << soi() + hex("FFE1 0020 45786966 00") << none;
-    QTest::newRow("cut short before the block") << soi() + hex("FFE1 0020 45786966 0000") << none;
-    QTest::newRow("cut short in the block")
-        << soi() + hex("FFE1 0020 45786966 0000 0102") << hex("0102");
-    QTest::newRow("largest length, little there")
-        << soi() + hex("FFE1 FFFF 45786966 0000 0102") << hex("0102");
+    row("first", soi() + exifSegment(block) + scan(), block);
+    row("behind JFIF", soi() + jfif() + exifSegment(block) + scan(), block);
+    row("behind others",
+        soi() + jfif() + segment(0xFFE2, "ICC_PROFILE") + dqt() + exifSegment(block) + scan(),
+        block);
+    row("a segment without payload before it", soi() + segment(0xFFFE, "") + exifSegment(block),
+        block);
+    row("only the first of two", soi() + exifSegment(block) + exifSegment("second"), block);
+    row("the two bytes behind the name are not looked at",
+        soi() + segment(0xFFE1, "Exif!?the block"), block);
+    row("XMP before it", soi() + jfif() + xmp() + exifSegment(block) + scan(), none);
+    row("lower case", soi() + segment(0xFFE1, QByteArray("exif\0\0abc", 9)), none);
+    row("no APP1", soi() + jfif() + dqt() + hex("FFD9"), none);
+    row("not a JPEG", "GIF89a", none);
+    row("SOI swapped", hex("D8FF") + exifSegment(block), none);
+    row("empty", none, none);
+    row("one byte", hex("FF"), none);
+    row("SOI alone", soi(), none);
+    row("half a marker", soi() + hex("FF"), none);
+    row("marker without a length", soi() + hex("FFE0"), none);
+    row("half a length", soi() + hex("FFE0 00"), none);
+    row("APP1 without a length", soi() + hex("FFE1"), none);
+    row("APP1 with half a length", soi() + hex("FFE1 00"), none);
+    row("APP1 without a name", soi() + hex("FFE1 0020"), none);
+    row("APP1 with half a name", soi() + hex("FFE1 0020 4578"), none);
+    row("cut short behind the name", soi() + hex("FFE1 0020 45786966"), none);
+    row("cut short in the NULs", soi() + hex("FFE1 0020 45786966 00"), none);
+    row("cut short before the block", soi() + hex("FFE1 0020 45786966 0000"), none);
+    row("cut short in the block", soi() + hex("FFE1 0020 45786966 0000 0102"), hex("0102"));
+    row("largest length, little there", soi() + hex("FFE1 FFFF 45786966 0000 0102"), hex("0102"));
     for (int length = 0; length <= 8; ++length)
-        QTest::newRow(qPrintable(QStringLiteral("APP1 of length %1").arg(length))) << soi()
-                + TiffBuilder(big).u16(0xFFE1).u16(unsigned(length)).all()
-                + QByteArray("Exif\0\0abcdef", 12) << none;
-    QTest::newRow("APP1 of length 9")
-        << soi() + hex("FFE1 0009 45786966 0000 01020304") << hex("01");
-    QTest::newRow("segment of length 0") << soi() + hex("FFE0 0000") + exifSegment(block) << none;
-    QTest::newRow("segment of length 1") << soi() + hex("FFE0 0001") + exifSegment(block) << none;
-    QTest::newRow("segment that leads beyond the end")
-        << soi() + hex("FFE0 FFFF") + exifSegment(block) << none;
-    QTest::newRow("segment that leads to the very end") << soi() + hex("FFE0 0004 0000") << none;
-    QTest::newRow("a million NULs") << soi() + QByteArray(1000000, '\0') << none;
+        row(qPrintable(QStringLiteral("APP1 of length %1").arg(length)),
+            soi() + TiffBuilder(big).u16(0xFFE1).u16(unsigned(length)).all()
+                + QByteArray("Exif\0\0abcdef", 12),
+            none);
+    row("APP1 of length 9", soi() + hex("FFE1 0009 45786966 0000 01020304"), hex("01"));
+    row("segment of length 0", soi() + hex("FFE0 0000") + exifSegment(block), none);
+    row("segment of length 1", soi() + hex("FFE0 0001") + exifSegment(block), none);
+    row("segment that leads beyond the end", soi() + hex("FFE0 FFFF") + exifSegment(block), none);
+    row("segment that leads to the very end", soi() + hex("FFE0 0004 0000"), none);
+    row("a million NULs", soi() + QByteArray(1000000, '\0'), none);
 }
 
 void tst_QExifImageHeaderSave::extractExif()
@@ -254,12 +250,12 @@ void tst_QExifImageHeaderSave::loadFromJpeg()
 
 void tst_QExifImageHeaderSave::loadFails_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("no EXIF") << soi() + jfif() + scan();
-    QTest::newRow("XMP first") << soi() + xmp() + exifSegment(orientationBlock());
-    QTest::newRow("empty block") << soi() + exifSegment(QByteArray());
-    QTest::newRow("no mark") << soi() + exifSegment("not a block at all");
+    const auto row = columns<QByteArray>("file");
+    row("empty", QByteArray());
+    row("no EXIF", soi() + jfif() + scan());
+    row("XMP first", soi() + xmp() + exifSegment(orientationBlock()));
+    row("empty block", soi() + exifSegment(QByteArray()));
+    row("no mark", soi() + exifSegment("not a block at all"));
 }
 
 void tst_QExifImageHeaderSave::loadFails()
@@ -285,8 +281,7 @@ void tst_QExifImageHeaderSave::loadFails()
 
 void tst_QExifImageHeaderSave::save_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
+    const auto row = columns<QByteArray, QByteArray>("before", "after");
 
     const QByteArray fresh = exifSegment(orientationBlock()); // payload 46 bytes
     const QByteArray small = exifSegment("a smaller one");
@@ -295,61 +290,54 @@ void tst_QExifImageHeaderSave::save_data()
     const QByteArray same = exifSegment(QByteArray(40, 'x'));
     const QByteArray icc = segment(0xFFE2, QByteArray("ICC_PROFILE\0\1\1", 14));
 
-    QTest::newRow("EXIF first, grows")
-        << soi() + small + dqt() + scan() << soi() + fresh + dqt() + scan();
-    QTest::newRow("EXIF first, same size")
-        << soi() + same + dqt() + scan() << soi() + fresh + dqt() + scan();
-    QTest::newRow("EXIF first, padded")
-        << soi() + large + dqt() + scan() << soi() + padded + dqt() + scan();
-    QTest::newRow("EXIF first, name alone")
-        << soi() + segment(0xFFE1, "Exif") + scan() << soi() + fresh + scan();
-    QTest::newRow("JFIF, EXIF, grows")
-        << soi() + jfif() + small + dqt() + scan() << soi() + jfif() + fresh + dqt() + scan();
-    QTest::newRow("JFIF, EXIF, same size")
-        << soi() + jfif() + same + dqt() + scan() << soi() + jfif() + fresh + dqt() + scan();
-    QTest::newRow("JFIF, EXIF, padded")
-        << soi() + jfif() + large + dqt() + scan() << soi() + jfif() + padded + dqt() + scan();
-    QTest::newRow("JFIF, no EXIF")
-        << soi() + jfif() + dqt() + scan() << soi() + jfif() + fresh + dqt() + scan();
-    QTest::newRow("JFIF, XMP") << soi() + jfif() + xmp() + dqt() + scan()
-                               << soi() + jfif() + fresh + xmp() + dqt() + scan();
-    QTest::newRow("JFIF, XMP, EXIF") << soi() + jfif() + xmp() + small + scan()
-                                     << soi() + jfif() + fresh + xmp() + small + scan();
-    QTest::newRow("JFIF, ICC, EXIF")
-        << soi() + jfif() + icc + small + scan() << soi() + jfif() + fresh + icc + small + scan();
-    QTest::newRow("JFIF, EXIF, EXIF")
-        << soi() + jfif() + small + small + scan() << soi() + jfif() + fresh + small + scan();
-    QTest::newRow("JFIF, JFXX") << soi() + jfif() + segment(0xFFE0, "JFXX") + scan()
-                                << soi() + jfif() + fresh + segment(0xFFE0, "JFXX") + scan();
-    QTest::newRow("XMP first") << soi() + xmp() + dqt() + scan()
-                               << soi() + fresh + xmp() + dqt() + scan();
-    QTest::newRow("XMP, EXIF") << soi() + xmp() + small + scan()
-                               << soi() + fresh + xmp() + small + scan();
-    QTest::newRow("APP0 that is not JFIF") << soi() + segment(0xFFE0, "JFXX") + small
-            + scan() << soi() + fresh + segment(0xFFE0, "JFXX") + small + scan();
-    QTest::newRow("APP13, EXIF") << soi() + segment(0xFFED, "Photoshop") + small + scan()
-                                 << soi() + fresh + segment(0xFFED, "Photoshop") + small + scan();
-    QTest::newRow("DQT first") << soi() + dqt() + scan() << soi() + fresh + dqt() + scan();
-    QTest::newRow("SOF first") << soi() + segment(0xFFC0, "frame") + scan()
-                               << soi() + fresh + segment(0xFFC0, "frame") + scan();
-    QTest::newRow("APP1 of length 0") << soi() + hex("FFE1 0000 45786966 0000") + scan()
-                                      << soi() + fresh + hex("FFE1 0000 45786966 0000") + scan();
-    QTest::newRow("APP1 whose name does not fit") << soi() + hex("FFE1 0005 45786966 0000")
-            + scan() << soi() + fresh + hex("FFE1 0005 45786966 0000") + scan();
-    QTest::newRow("APP0 of length 1") << soi() + hex("FFE0 0001 4A464946") + scan()
-                                      << soi() + fresh + hex("FFE0 0001 4A464946") + scan();
-    QTest::newRow("EXIF cut short by the end, grows")
-        << soi() + hex("FFE1 1000 45786966 0000 0102") << soi() + fresh;
-    QTest::newRow("EXIF cut short by the end, padded")
-        << soi() + TiffBuilder(big).u16(0xFFE1).u16(4096).all() + exifPayload(QByteArray(100, 'x'))
-        << soi() + padded;
-    QTest::newRow("EXIF cut short by the end, same size")
-        << soi() + TiffBuilder(big).u16(0xFFE1).u16(4096).all() + exifPayload(QByteArray(40, 'x'))
-        << soi() + fresh;
-    QTest::newRow("segment cut short by the end")
-        << soi() + hex("FFDB 1000 0102") << soi() + fresh + hex("FFDB 1000 0102");
-    QTest::newRow("shortest file that has a segment")
-        << soi() + hex("FFFE 0002") << soi() + fresh + hex("FFFE 0002");
+    row("EXIF first, grows", soi() + small + dqt() + scan(), soi() + fresh + dqt() + scan());
+    row("EXIF first, same size", soi() + same + dqt() + scan(), soi() + fresh + dqt() + scan());
+    row("EXIF first, padded", soi() + large + dqt() + scan(), soi() + padded + dqt() + scan());
+    row("EXIF first, name alone", soi() + segment(0xFFE1, "Exif") + scan(), soi() + fresh + scan());
+    row("JFIF, EXIF, grows", soi() + jfif() + small + dqt() + scan(),
+        soi() + jfif() + fresh + dqt() + scan());
+    row("JFIF, EXIF, same size", soi() + jfif() + same + dqt() + scan(),
+        soi() + jfif() + fresh + dqt() + scan());
+    row("JFIF, EXIF, padded", soi() + jfif() + large + dqt() + scan(),
+        soi() + jfif() + padded + dqt() + scan());
+    row("JFIF, no EXIF", soi() + jfif() + dqt() + scan(), soi() + jfif() + fresh + dqt() + scan());
+    row("JFIF, XMP", soi() + jfif() + xmp() + dqt() + scan(),
+        soi() + jfif() + fresh + xmp() + dqt() + scan());
+    row("JFIF, XMP, EXIF", soi() + jfif() + xmp() + small + scan(),
+        soi() + jfif() + fresh + xmp() + small + scan());
+    row("JFIF, ICC, EXIF", soi() + jfif() + icc + small + scan(),
+        soi() + jfif() + fresh + icc + small + scan());
+    row("JFIF, EXIF, EXIF", soi() + jfif() + small + small + scan(),
+        soi() + jfif() + fresh + small + scan());
+    row("JFIF, JFXX", soi() + jfif() + segment(0xFFE0, "JFXX") + scan(),
+        soi() + jfif() + fresh + segment(0xFFE0, "JFXX") + scan());
+    row("XMP first", soi() + xmp() + dqt() + scan(), soi() + fresh + xmp() + dqt() + scan());
+    row("XMP, EXIF", soi() + xmp() + small + scan(), soi() + fresh + xmp() + small + scan());
+    row("APP0 that is not JFIF", soi() + segment(0xFFE0, "JFXX") + small + scan(),
+        soi() + fresh + segment(0xFFE0, "JFXX") + small + scan());
+    row("APP13, EXIF", soi() + segment(0xFFED, "Photoshop") + small + scan(),
+        soi() + fresh + segment(0xFFED, "Photoshop") + small + scan());
+    row("DQT first", soi() + dqt() + scan(), soi() + fresh + dqt() + scan());
+    row("SOF first", soi() + segment(0xFFC0, "frame") + scan(),
+        soi() + fresh + segment(0xFFC0, "frame") + scan());
+    row("APP1 of length 0", soi() + hex("FFE1 0000 45786966 0000") + scan(),
+        soi() + fresh + hex("FFE1 0000 45786966 0000") + scan());
+    row("APP1 whose name does not fit", soi() + hex("FFE1 0005 45786966 0000") + scan(),
+        soi() + fresh + hex("FFE1 0005 45786966 0000") + scan());
+    row("APP0 of length 1", soi() + hex("FFE0 0001 4A464946") + scan(),
+        soi() + fresh + hex("FFE0 0001 4A464946") + scan());
+    row("EXIF cut short by the end, grows", soi() + hex("FFE1 1000 45786966 0000 0102"),
+        soi() + fresh);
+    row("EXIF cut short by the end, padded",
+        soi() + TiffBuilder(big).u16(0xFFE1).u16(4096).all() + exifPayload(QByteArray(100, 'x')),
+        soi() + padded);
+    row("EXIF cut short by the end, same size",
+        soi() + TiffBuilder(big).u16(0xFFE1).u16(4096).all() + exifPayload(QByteArray(40, 'x')),
+        soi() + fresh);
+    row("segment cut short by the end", soi() + hex("FFDB 1000 0102"),
+        soi() + fresh + hex("FFDB 1000 0102"));
+    row("shortest file that has a segment", soi() + hex("FFFE 0002"),
+        soi() + fresh + hex("FFFE 0002"));
 }
 
 void tst_QExifImageHeaderSave::save()
@@ -389,13 +377,12 @@ void tst_QExifImageHeaderSave::save()
 
 void tst_QExifImageHeaderSave::savePadsInPlace_data()
 {
-    QTest::addColumn<QByteArray>("head");
-    QTest::addColumn<int>("oldBlock");
-    QTest::newRow("first, same size") << soi() << 40;
-    QTest::newRow("first, larger") << soi() << 5000;
-    QTest::newRow("behind JFIF, same size") << soi() + jfif() << 40;
-    QTest::newRow("behind JFIF, larger") << soi() + jfif() << 41;
-    QTest::newRow("largest segment") << soi() << 65527;
+    const auto row = columns<QByteArray, int>("head", "oldBlock");
+    row("first, same size", soi(), 40);
+    row("first, larger", soi(), 5000);
+    row("behind JFIF, same size", soi() + jfif(), 40);
+    row("behind JFIF, larger", soi() + jfif(), 41);
+    row("largest segment", soi(), 65527);
 }
 
 // Only the payload is written.
@@ -417,19 +404,19 @@ void tst_QExifImageHeaderSave::savePadsInPlace()
 
 void tst_QExifImageHeaderSave::saveRefuses_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("one byte") << hex("FF");
-    QTest::newRow("not a JPEG") << QByteArray("GIF89a and more");
-    QTest::newRow("SOI alone") << soi();
-    QTest::newRow("half a marker") << soi() + hex("FF");
-    QTest::newRow("no length") << soi() + hex("FFE1");
-    QTest::newRow("half a length") << soi() + hex("FFE1 00");
-    QTest::newRow("SOI and EOI") << soi() + hex("FFD9");
-    QTest::newRow("nothing behind JFIF") << soi() + jfif();
-    QTest::newRow("half a marker behind JFIF") << soi() + jfif() + hex("FF");
-    QTest::newRow("no length behind JFIF") << soi() + jfif() + hex("FFE1");
-    QTest::newRow("JFIF cut short") << soi() + jfif().left(12);
+    const auto row = columns<QByteArray>("file");
+    row("empty", QByteArray());
+    row("one byte", hex("FF"));
+    row("not a JPEG", "GIF89a and more");
+    row("SOI alone", soi());
+    row("half a marker", soi() + hex("FF"));
+    row("no length", soi() + hex("FFE1"));
+    row("half a length", soi() + hex("FFE1 00"));
+    row("SOI and EOI", soi() + hex("FFD9"));
+    row("nothing behind JFIF", soi() + jfif());
+    row("half a marker behind JFIF", soi() + jfif() + hex("FF"));
+    row("no length behind JFIF", soi() + jfif() + hex("FFE1"));
+    row("JFIF cut short", soi() + jfif().left(12));
 }
 
 void tst_QExifImageHeaderSave::saveRefuses()
@@ -539,10 +526,10 @@ void tst_QExifImageHeaderSave::saveFileErrors()
 
 void tst_QExifImageHeaderSave::saveFailedWrite_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("in place") << soi() + exifSegment(QByteArray(500, 'x')) + scan();
-    QTest::newRow("grows") << soi() + exifSegment("small") + dqt() + scan();
-    QTest::newRow("inserted") << soi() + jfif() + dqt() + scan();
+    const auto row = columns<QByteArray>("file");
+    row("in place", soi() + exifSegment(QByteArray(500, 'x')) + scan());
+    row("grows", soi() + exifSegment("small") + dqt() + scan());
+    row("inserted", soi() + jfif() + dqt() + scan());
 }
 
 // A device that refuses a write, at whatever byte, then takes what is put back.
@@ -688,9 +675,7 @@ static QByteArray shortFileSaved()
 
 void tst_QExifImageHeaderSave::saveReplacesFile_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<bool>("replaced");
+    const auto row = columns<QByteArray, QByteArray, bool>("before", "after", "replaced");
 
     const auto padded = [](int size) { return orientationBlock() + QByteArray(size - 40, '\0'); };
     const auto withX = [](QByteArray bytes, const QVector<int>& positions) {
@@ -698,28 +683,27 @@ void tst_QExifImageHeaderSave::saveReplacesFile_data()
             bytes[position] = 'x';
         return bytes;
     };
-    QTest::newRow("inserted") << shortFile() << shortFileSaved() << true;
-    QTest::newRow("grows") << soi() + exifSegment("small") + scan()
-                           << soi() + exifSegment(orientationBlock()) + scan() << true;
-    QTest::newRow("grows, large file")
-        << soi() + exifSegment("small") + QByteArray(1000003, 's')
-        << soi() + exifSegment(orientationBlock()) + QByteArray(1000003, 's') << true;
-    QTest::newRow("same size") << soi() + exifSegment(QByteArray(40, 'x')) + scan()
-                               << soi() + exifSegment(orientationBlock()) + scan() << false;
+    row("inserted", shortFile(), shortFileSaved(), true);
+    row("grows", soi() + exifSegment("small") + scan(),
+        soi() + exifSegment(orientationBlock()) + scan(), true);
+    row("grows, large file", soi() + exifSegment("small") + QByteArray(1000003, 's'),
+        soi() + exifSegment(orientationBlock()) + QByteArray(1000003, 's'), true);
+    row("same size", soi() + exifSegment(QByteArray(40, 'x')) + scan(),
+        soi() + exifSegment(orientationBlock()) + scan(), false);
     // SOI, marker, length and "Exif" with its NULs take 12 bytes.
-    QTest::newRow("up to the end of a block of 4096 bytes")
-        << soi() + exifSegment(QByteArray(4096 - 12, 'x')) + scan()
-        << soi() + exifSegment(padded(4096 - 12)) + scan() << false;
-    QTest::newRow("one byte beyond") << soi() + exifSegment(QByteArray(4097 - 12, 'x')) + scan()
-                                     << soi() + exifSegment(padded(4097 - 12)) + scan() << true;
+    row("up to the end of a block of 4096 bytes",
+        soi() + exifSegment(QByteArray(4096 - 12, 'x')) + scan(),
+        soi() + exifSegment(padded(4096 - 12)) + scan(), false);
+    row("one byte beyond", soi() + exifSegment(QByteArray(4097 - 12, 'x')) + scan(),
+        soi() + exifSegment(padded(4097 - 12)) + scan(), true);
     const QByteArray wanted = soi() + exifSegment(padded(9000)) + scan();
-    QTest::newRow("in the second block alone") << withX(wanted, {4096, 8191}) << wanted << false;
-    QTest::newRow("on both sides of a border") << withX(wanted, {4095, 4096}) << wanted << true;
-    QTest::newRow("at both ends") << withX(wanted, {20, 9011}) << wanted << true;
-    QTest::newRow("last byte of the segment") << withX(wanted, {9011}) << wanted << false;
-    QTest::newRow("EXIF cut short by the end, length corrected")
-        << soi() + TiffBuilder(big).u16(0xFFE1).u16(4096).all() + exifPayload(QByteArray(40, 'x'))
-        << soi() + exifSegment(orientationBlock()) << false;
+    row("in the second block alone", withX(wanted, {4096, 8191}), wanted, false);
+    row("on both sides of a border", withX(wanted, {4095, 4096}), wanted, true);
+    row("at both ends", withX(wanted, {20, 9011}), wanted, true);
+    row("last byte of the segment", withX(wanted, {9011}), wanted, false);
+    row("EXIF cut short by the end, length corrected",
+        soi() + TiffBuilder(big).u16(0xFFE1).u16(4096).all() + exifPayload(QByteArray(40, 'x')),
+        soi() + exifSegment(orientationBlock()), false);
 }
 
 // Bytes within one block are written into the file. Whatever a killed process could leave half done
@@ -807,9 +791,9 @@ void tst_QExifImageHeaderSave::saveKeepsNames()
 
 void tst_QExifImageHeaderSave::saveKeepsPermissions_data()
 {
-    QTest::addColumn<int>("permissions");
+    const auto row = columns<int>("permissions");
     for (const int permissions : {0600, 0640, 0604, 0666, 0755, 0700})
-        QTest::newRow(QByteArray::number(permissions, 8).constData()) << permissions;
+        row(QByteArray::number(permissions, 8).constData(), permissions);
 }
 
 void tst_QExifImageHeaderSave::saveKeepsPermissions()

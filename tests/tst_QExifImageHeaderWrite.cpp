@@ -5,6 +5,7 @@
 
 #include "QExifImageHeader.h"
 
+#include "Columns.h"
 #include "JpegParts.h"
 #include "LogCapture.h"
 #include "OddDevices.h"
@@ -63,30 +64,29 @@ private Q_SLOTS:
 
 void tst_QExifImageHeaderWrite::sizeOf_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<quint32>("size");
-    QTest::newRow("null") << QExifValue() << 12u;
-    QTest::newRow("4 bytes") << QExifValue(QVector<quint8>(4)) << 12u;
-    QTest::newRow("5 bytes") << QExifValue(QVector<quint8>(5)) << 17u;
-    QTest::newRow("text of 3") << QExifValue(QStringLiteral("abc")) << 12u;
-    QTest::newRow("text of 4") << QExifValue(QStringLiteral("abcd")) << 17u;
-    QTest::newRow("no text") << QExifValue(QString()) << 12u;
-    QTest::newRow("4 raw bytes") << QExifValue(QByteArray(4, 'x')) << 12u;
-    QTest::newRow("5 raw bytes") << QExifValue(QByteArray(5, 'x')) << 17u;
-    QTest::newRow("no short") << QExifValue(QVector<quint16>()) << 12u;
-    QTest::newRow("2 shorts") << QExifValue(QVector<quint16>(2)) << 12u;
-    QTest::newRow("3 shorts") << QExifValue(QVector<quint16>(3)) << 18u;
-    QTest::newRow("no long") << QExifValue(Longs()) << 12u;
-    QTest::newRow("1 long") << QExifValue(quint32(1)) << 12u;
-    QTest::newRow("2 longs") << QExifValue(Longs(2)) << 20u;
-    QTest::newRow("1 signed long") << QExifValue(qint32(1)) << 12u;
-    QTest::newRow("2 signed longs") << QExifValue(QVector<qint32>(2)) << 20u;
-    QTest::newRow("no rational") << QExifValue(QVector<UnsignedPair>()) << 12u;
-    QTest::newRow("1 rational") << QExifValue(UnsignedPair(1, 2)) << 20u;
-    QTest::newRow("3 rationals") << QExifValue(QVector<UnsignedPair>(3)) << 36u;
-    QTest::newRow("no signed rational") << QExifValue(QVector<SignedPair>()) << 12u;
-    QTest::newRow("1 signed rational") << QExifValue(SignedPair(1, 2)) << 20u;
-    QTest::newRow("2 signed rationals") << QExifValue(QVector<SignedPair>(2)) << 28u;
+    const auto row = columns<QExifValue, quint32>("value", "size");
+    row("null", QExifValue(), 12u);
+    row("4 bytes", QExifValue(QVector<quint8>(4)), 12u);
+    row("5 bytes", QExifValue(QVector<quint8>(5)), 17u);
+    row("text of 3", QExifValue(QStringLiteral("abc")), 12u);
+    row("text of 4", QExifValue(QStringLiteral("abcd")), 17u);
+    row("no text", QExifValue(QString()), 12u);
+    row("4 raw bytes", QExifValue(QByteArray(4, 'x')), 12u);
+    row("5 raw bytes", QExifValue(QByteArray(5, 'x')), 17u);
+    row("no short", QExifValue(QVector<quint16>()), 12u);
+    row("2 shorts", QExifValue(QVector<quint16>(2)), 12u);
+    row("3 shorts", QExifValue(QVector<quint16>(3)), 18u);
+    row("no long", QExifValue(Longs()), 12u);
+    row("1 long", QExifValue(quint32(1)), 12u);
+    row("2 longs", QExifValue(Longs(2)), 20u);
+    row("1 signed long", QExifValue(qint32(1)), 12u);
+    row("2 signed longs", QExifValue(QVector<qint32>(2)), 20u);
+    row("no rational", QExifValue(QVector<UnsignedPair>()), 12u);
+    row("1 rational", QExifValue(UnsignedPair(1, 2)), 20u);
+    row("3 rationals", QExifValue(QVector<UnsignedPair>(3)), 36u);
+    row("no signed rational", QExifValue(QVector<SignedPair>()), 12u);
+    row("1 signed rational", QExifValue(SignedPair(1, 2)), 20u);
+    row("2 signed rationals", QExifValue(QVector<SignedPair>(2)), 28u);
 }
 
 void tst_QExifImageHeaderWrite::sizeOf()
@@ -98,19 +98,18 @@ void tst_QExifImageHeaderWrite::sizeOf()
 
 void tst_QExifImageHeaderWrite::writeEntry_data()
 {
-    QTest::addColumn<QDataStream::ByteOrder>("order");
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<QByteArray>("entry"); // behind the tag 9286
-    QTest::addColumn<quint32>("next"); // after the offset 256
-    QTest::addColumn<QByteArray>("data");
+    // entry: behind the tag 9286
+    // next: after the offset 256
+    const auto table = columns<QDataStream::ByteOrder, QExifValue, QByteArray, quint32, QByteArray>(
+        "order", "value", "entry", "next", "data");
 
-    const auto row = [](const char* name, const QExifValue& value, const char* littleEntry,
-                        const char* bigEntry, quint32 next, const char* littleData = "",
-                        const char* bigData = "") {
-        QTest::newRow(qPrintable(QLatin1String(name) + QLatin1String(", II")))
-            << little << value << hex(littleEntry) << next << hex(littleData);
-        QTest::newRow(qPrintable(QLatin1String(name) + QLatin1String(", MM")))
-            << big << value << hex(bigEntry) << next << hex(bigData);
+    const auto row = [&](const char* name, const QExifValue& value, const char* littleEntry,
+                         const char* bigEntry, quint32 next, const char* littleData = "",
+                         const char* bigData = "") {
+        table(qPrintable(QLatin1String(name) + QLatin1String(", II")), little, value,
+              hex(littleEntry), next, hex(littleData));
+        table(qPrintable(QLatin1String(name) + QLatin1String(", MM")), big, value, hex(bigEntry),
+              next, hex(bigData));
     };
     row("null", QExifValue(), "0100 00000000 00000000", "0001 00000000 00000000", 256);
     row("byte", QExifValue(quint8(9)), "0100 01000000 09000000", "0001 00000001 09000000", 256);
@@ -474,9 +473,9 @@ void tst_QExifImageHeaderWrite::sizeCached()
 
 void tst_QExifImageHeaderWrite::rereadAfterWrite_data()
 {
-    QTest::addColumn<QDataStream::ByteOrder>("order");
-    QTest::newRow("II") << little;
-    QTest::newRow("MM") << big;
+    const auto row = columns<QDataStream::ByteOrder>("order");
+    row("II", little);
+    row("MM", big);
 }
 
 // IFD0 and IFD1 come back as they were. In the sub-IFDs what is in the entries does, while data is
@@ -541,12 +540,11 @@ static QByteArray thumbnailJpeg()
 
 void tst_QExifImageHeaderWrite::thumbnailOrientation_data()
 {
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<QString>("row0"); // the side of the upright picture at which row 0 is stored
-    QTest::addColumn<QString>("column0");
-    const auto row = [](int orientation, const char* row0, const char* column0) {
-        QTest::newRow(qPrintable(QString::number(orientation)))
-            << orientation << QString::fromLatin1(row0) << QString::fromLatin1(column0);
+    // row0: the side of the upright picture at which row 0 is stored
+    const auto table = columns<int, QString, QString>("orientation", "row0", "column0");
+    const auto row = [&](int orientation, const char* row0, const char* column0) {
+        table(qPrintable(QString::number(orientation)), orientation, QString::fromLatin1(row0),
+              QString::fromLatin1(column0));
     };
     row(1, "top", "left");
     row(2, "top", "right");
@@ -605,14 +603,14 @@ void tst_QExifImageHeaderWrite::thumbnailOrientation()
 
 void tst_QExifImageHeaderWrite::thumbnailOrientationOfOtherKind_data()
 {
-    QTest::addColumn<QByteArray>("rest");
-    QTest::newRow("Long") << hex("0400 01000000 06000000");
-    QTest::newRow("SignedLong") << hex("0900 01000000 06000000");
-    QTest::newRow("two Shorts") << hex("0300 02000000 06000600");
-    QTest::newRow("two Bytes") << hex("0100 02000000 06060000");
-    QTest::newRow("no Short") << hex("0300 00000000 06000000");
-    QTest::newRow("Undefined") << hex("0700 01000000 06000000");
-    QTest::newRow("Ascii") << hex("0200 02000000 36000000");
+    const auto row = columns<QByteArray>("rest");
+    row("Long", hex("0400 01000000 06000000"));
+    row("SignedLong", hex("0900 01000000 06000000"));
+    row("two Shorts", hex("0300 02000000 06000600"));
+    row("two Bytes", hex("0100 02000000 06060000"));
+    row("no Short", hex("0300 00000000 06000000"));
+    row("Undefined", hex("0700 01000000 06000000"));
+    row("Ascii", hex("0200 02000000 36000000"));
 }
 
 void tst_QExifImageHeaderWrite::thumbnailOrientationOfOtherKind()
@@ -669,11 +667,11 @@ void tst_QExifImageHeaderWrite::thumbnailThatCannotBe()
 
 void tst_QExifImageHeaderWrite::mutations_data()
 {
-    QTest::addColumn<QByteArray>("block");
-    QTest::newRow("II") << fullBlock(little);
-    QTest::newRow("MM") << fullBlock(big);
-    QTest::newRow("with a real thumbnail")
-        << blockWithThumbnail(thumbnailJpeg(), hex("0300 01000000 06000000"));
+    const auto row = columns<QByteArray>("block");
+    row("II", fullBlock(little));
+    row("MM", fullBlock(big));
+    row("with a real thumbnail",
+        blockWithThumbnail(thumbnailJpeg(), hex("0300 01000000 06000000")));
     Header header;
     QImage image(16, 16, QImage::Format_RGB32);
     image.fill(Qt::green);
@@ -682,7 +680,7 @@ void tst_QExifImageHeaderWrite::mutations_data()
     header.setValue(Header::UserComment,
                     QExifValue(QStringLiteral("comment"), QExifValue::UnicodeEncoding));
     header.setValue(Header::GPSDateStamp, QExifValue(QStringLiteral("2020:01:01")));
-    QTest::newRow("written by us") << written(header);
+    row("written by us", written(header));
 }
 
 // Thousands of damaged blocks: each is read, shown, written and saved without harm.

@@ -3,6 +3,7 @@
 
 #include "QExifValue.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 
 #include <QTextCodec>
@@ -189,37 +190,34 @@ void tst_QExifValue::numbers()
 
 void tst_QExifValue::constructors_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("count");
+    const auto row = columns<QExifValue, int, int>("value", "type", "count");
 
-    QTest::newRow("nothing") << QExifValue() << 1 << 0;
-    QTest::newRow("quint8") << QExifValue(quint8(255)) << 1 << 1;
-    QTest::newRow("bytes") << QExifValue(Bytes{1, 2, 3}) << 1 << 3;
-    QTest::newRow("no bytes") << QExifValue(Bytes()) << 1 << 0;
-    QTest::newRow("quint16") << QExifValue(quint16(65535)) << 3 << 1;
-    QTest::newRow("shorts") << QExifValue(Shorts{1, 2}) << 3 << 2;
-    QTest::newRow("no shorts") << QExifValue(Shorts()) << 3 << 0;
-    QTest::newRow("quint32") << QExifValue(quint32(4294967295u)) << 4 << 1;
-    QTest::newRow("longs") << QExifValue(Longs{1, 2, 3, 4}) << 4 << 4;
-    QTest::newRow("no longs") << QExifValue(Longs()) << 4 << 0;
-    QTest::newRow("rational") << QExifValue(UnsignedPair(72, 1)) << 5 << 1;
-    QTest::newRow("rationals") << QExifValue(Rationals{{1, 2}, {3, 4}, {5, 6}}) << 5 << 3;
-    QTest::newRow("no rationals") << QExifValue(Rationals()) << 5 << 0;
-    QTest::newRow("qint32") << QExifValue(qint32(-1)) << 9 << 1;
-    QTest::newRow("signed longs") << QExifValue(SignedLongs{-1, 0}) << 9 << 2;
-    QTest::newRow("no signed longs") << QExifValue(SignedLongs()) << 9 << 0;
-    QTest::newRow("signed rational") << QExifValue(SignedPair(-1, 3)) << 10 << 1;
-    QTest::newRow("signed rationals") << QExifValue(SignedRationals{{-1, 3}, {1, -3}}) << 10 << 2;
-    QTest::newRow("no signed rationals") << QExifValue(SignedRationals()) << 10 << 0;
-    QTest::newRow("byte array") << QExifValue(QByteArray("abcd\0f", 6)) << 7 << 6;
-    QTest::newRow("empty byte array") << QExifValue(QByteArray()) << 7 << 0;
-    QTest::newRow("date") << QExifValue(QDateTime(QDate(2004, 7, 10), QTime(18, 9, 53))) << 2 << 20;
-    QTest::newRow("invalid date") << QExifValue(QDateTime()) << 2 << 1;
-    QTest::newRow("text") << QExifValue(QStringLiteral("abc")) << 2 << 4;
-    QTest::newRow("empty text") << QExifValue(QString()) << 2 << 1;
-    QTest::newRow("encoded text") << QExifValue(QStringLiteral("abc"), QExifValue::AsciiEncoding)
-                                  << 7 << 11;
+    row("nothing", QExifValue(), 1, 0);
+    row("quint8", QExifValue(quint8(255)), 1, 1);
+    row("bytes", QExifValue(Bytes{1, 2, 3}), 1, 3);
+    row("no bytes", QExifValue(Bytes()), 1, 0);
+    row("quint16", QExifValue(quint16(65535)), 3, 1);
+    row("shorts", QExifValue(Shorts{1, 2}), 3, 2);
+    row("no shorts", QExifValue(Shorts()), 3, 0);
+    row("quint32", QExifValue(quint32(4294967295u)), 4, 1);
+    row("longs", QExifValue(Longs{1, 2, 3, 4}), 4, 4);
+    row("no longs", QExifValue(Longs()), 4, 0);
+    row("rational", QExifValue(UnsignedPair(72, 1)), 5, 1);
+    row("rationals", QExifValue(Rationals{{1, 2}, {3, 4}, {5, 6}}), 5, 3);
+    row("no rationals", QExifValue(Rationals()), 5, 0);
+    row("qint32", QExifValue(qint32(-1)), 9, 1);
+    row("signed longs", QExifValue(SignedLongs{-1, 0}), 9, 2);
+    row("no signed longs", QExifValue(SignedLongs()), 9, 0);
+    row("signed rational", QExifValue(SignedPair(-1, 3)), 10, 1);
+    row("signed rationals", QExifValue(SignedRationals{{-1, 3}, {1, -3}}), 10, 2);
+    row("no signed rationals", QExifValue(SignedRationals()), 10, 0);
+    row("byte array", QExifValue(QByteArray("abcd\0f", 6)), 7, 6);
+    row("empty byte array", QExifValue(QByteArray()), 7, 0);
+    row("date", QExifValue(QDateTime(QDate(2004, 7, 10), QTime(18, 9, 53))), 2, 20);
+    row("invalid date", QExifValue(QDateTime()), 2, 1);
+    row("text", QExifValue(QStringLiteral("abc")), 2, 4);
+    row("empty text", QExifValue(QString()), 2, 1);
+    row("encoded text", QExifValue(QStringLiteral("abc"), QExifValue::AsciiEncoding), 7, 11);
 }
 
 void tst_QExifValue::constructors()
@@ -236,20 +234,16 @@ void tst_QExifValue::constructors()
 
 void tst_QExifValue::scalarConverters_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<quint8>("asByte");
-    QTest::addColumn<quint16>("asShort");
-    QTest::addColumn<quint32>("asLong");
-    QTest::addColumn<qint32>("asSignedLong");
-    QTest::addColumn<UnsignedPair>("asRational");
-    QTest::addColumn<SignedPair>("asSignedRational");
+    const auto table =
+        columns<QExifValue, quint8, quint16, quint32, qint32, UnsignedPair, SignedPair>(
+            "value", "asByte", "asShort", "asLong", "asSignedLong", "asRational",
+            "asSignedRational");
 
-    const auto row = [](const char* name, const QExifValue& value, quint8 asByte, quint16 asShort,
+    const auto row = [&](const char* name, const QExifValue& value, quint8 asByte, quint16 asShort,
                         quint32 asLong, qint32 asSignedLong,
                         UnsignedPair asRational = UnsignedPair(0, 0),
                         SignedPair asSignedRational = SignedPair(0, 0)) {
-        QTest::newRow(name) << value << asByte << asShort << asLong << asSignedLong << asRational
-                            << asSignedRational;
+        table(name, value, asByte, asShort, asLong, asSignedLong, asRational, asSignedRational);
     };
     row("null", QExifValue(), 0, 0, 0, 0);
     row("byte", QExifValue(quint8(200)), 200, 200, 200, 200);
@@ -307,13 +301,9 @@ void tst_QExifValue::scalarConverters()
 
 void tst_QExifValue::vectorConverters_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<Bytes>("bytes");
-    QTest::addColumn<Shorts>("shorts");
-    QTest::addColumn<Longs>("longs");
-    QTest::addColumn<Rationals>("rationals");
-    QTest::addColumn<SignedLongs>("signedLongs");
-    QTest::addColumn<SignedRationals>("signedRationals");
+    const auto table =
+        columns<QExifValue, Bytes, Shorts, Longs, Rationals, SignedLongs, SignedRationals>(
+            "value", "bytes", "shorts", "longs", "rationals", "signedLongs", "signedRationals");
 
     const Bytes bytes{0, 255, 7};
     const Shorts shorts{0, 65535};
@@ -321,13 +311,13 @@ void tst_QExifValue::vectorConverters_data()
     const Rationals rationals{{1, 2}, {4294967295u, 0}};
     const SignedLongs signedLongs{-1, 0, 1};
     const SignedRationals signedRationals{{-1, 2}, {1, -2}};
-    const auto row = [](const char* name, const QExifValue& value, const Bytes& asBytes = Bytes(),
+    const auto row = [&](const char* name, const QExifValue& value, const Bytes& asBytes = Bytes(),
                         const Shorts& asShorts = Shorts(), const Longs& asLongs = Longs(),
                         const Rationals& asRationals = Rationals(),
                         const SignedLongs& asSignedLongs = SignedLongs(),
                         const SignedRationals& asSignedRationals = SignedRationals()) {
-        QTest::newRow(name) << value << asBytes << asShorts << asLongs << asRationals
-                            << asSignedLongs << asSignedRationals;
+        table(name, value, asBytes, asShorts, asLongs, asRationals, asSignedLongs,
+              asSignedRationals);
     };
     row("null", QExifValue());
     row("byte", QExifValue(quint8(3)), Bytes{3});
@@ -363,14 +353,14 @@ void tst_QExifValue::vectorConverters()
 
 void tst_QExifValue::plainText_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("null") << QString();
-    QTest::newRow("empty") << QStringLiteral("");
-    QTest::newRow("plain") << QStringLiteral("abc");
-    QTest::newRow("outside of Latin-1, kept as it is") << QStringLiteral("\u20ac\u4e2d");
-    QTest::newRow("embedded NUL") << QString::fromLatin1("a\0b", 3);
-    QTest::newRow("trailing NUL") << QString::fromLatin1("ab\0", 3);
-    QTest::newRow("outside of the BMP") << QStringLiteral("\U0001F600");
+    const auto row = columns<QString>("text");
+    row("null", QString());
+    row("empty", "");
+    row("plain", "abc");
+    row("outside of Latin-1, kept as it is", "\u20ac\u4e2d");
+    row("embedded NUL", QString::fromLatin1("a\0b", 3));
+    row("trailing NUL", QString::fromLatin1("ab\0", 3));
+    row("outside of the BMP", "\U0001F600");
 }
 
 void tst_QExifValue::plainText()
@@ -386,10 +376,10 @@ void tst_QExifValue::plainText()
 
 void tst_QExifValue::encodingOutsideTheEnumeration_data()
 {
-    QTest::addColumn<int>("number");
-    QTest::newRow("5") << 5;
-    QTest::newRow("-1") << -1;
-    QTest::newRow("large") << 2147483647;
+    const auto row = columns<int>("number");
+    row("5", 5);
+    row("-1", -1);
+    row("large", 2147483647);
 }
 
 void tst_QExifValue::encodingOutsideTheEnumeration()
@@ -475,24 +465,23 @@ void tst_QExifValue::encodedEmptyText()
 
 void tst_QExifValue::encoding_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<int>("encoding");
+    const auto row = columns<QExifValue, int>("value", "encoding");
 
-    QTest::newRow("ASCII") << QExifValue(asciiPrefix() + 'x') << 1;
-    QTest::newRow("JIS") << QExifValue(jisPrefix() + 'x') << 2;
-    QTest::newRow("UNICODE") << QExifValue(unicodePrefix() + 'x') << 3;
-    QTest::newRow("eight NULs") << QExifValue(undefinedPrefix() + 'x') << 4;
-    QTest::newRow("ASCII, 8 bytes") << QExifValue(asciiPrefix()) << 0;
-    QTest::newRow("eight NULs, 8 bytes") << QExifValue(undefinedPrefix()) << 0;
-    QTest::newRow("7 bytes") << QExifValue(QByteArray(7, '\0')) << 0;
-    QTest::newRow("no bytes") << QExifValue(QByteArray()) << 0;
-    QTest::newRow("ASCII with two NULs") << QExifValue(QByteArray("ASCII\0\0xy", 9)) << 0;
-    QTest::newRow("lower case") << QExifValue(QByteArray("ascii\0\0\0x", 9)) << 0;
-    QTest::newRow("other bytes") << QExifValue(QByteArray("012345678")) << 0;
-    QTest::newRow("null") << QExifValue() << 0;
-    QTest::newRow("prefix in a text")
-        << QExifValue(QString::fromLatin1(asciiPrefix().constData(), 8) + QStringLiteral("x")) << 0;
-    QTest::newRow("nine zero bytes of type Byte") << QExifValue(Bytes(9, 0)) << 0;
+    row("ASCII", QExifValue(asciiPrefix() + 'x'), 1);
+    row("JIS", QExifValue(jisPrefix() + 'x'), 2);
+    row("UNICODE", QExifValue(unicodePrefix() + 'x'), 3);
+    row("eight NULs", QExifValue(undefinedPrefix() + 'x'), 4);
+    row("ASCII, 8 bytes", QExifValue(asciiPrefix()), 0);
+    row("eight NULs, 8 bytes", QExifValue(undefinedPrefix()), 0);
+    row("7 bytes", QExifValue(QByteArray(7, '\0')), 0);
+    row("no bytes", QExifValue(QByteArray()), 0);
+    row("ASCII with two NULs", QExifValue(QByteArray("ASCII\0\0xy", 9)), 0);
+    row("lower case", QExifValue(QByteArray("ascii\0\0\0x", 9)), 0);
+    row("other bytes", QExifValue(QByteArray("012345678")), 0);
+    row("null", QExifValue(), 0);
+    row("prefix in a text",
+        QExifValue(QString::fromLatin1(asciiPrefix().constData(), 8) + QStringLiteral("x")), 0);
+    row("nine zero bytes of type Byte", QExifValue(Bytes(9, 0)), 0);
 }
 
 void tst_QExifValue::encoding()
@@ -506,30 +495,25 @@ void tst_QExifValue::encoding()
 
 void tst_QExifValue::decoding_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<QString>("text");
+    const auto row = columns<QExifValue, QString>("value", "text");
 
-    QTest::newRow("Latin-1") << QExifValue(asciiPrefix() + QByteArray("\xe9\xff"))
-                             << QStringLiteral("\u00e9\u00ff");
-    QTest::newRow("Latin-1 with NULs")
-        << QExifValue(asciiPrefix() + QByteArray("a\0b\0", 4)) << QString::fromLatin1("a\0b\0", 4);
-    QTest::newRow("UTF-16, little endian by its mark")
-        << QExifValue(unicodePrefix() + QByteArray("\xff\xfe\xac\x20", 4))
-        << QStringLiteral("\u20ac");
-    QTest::newRow("UTF-16, big endian by its mark")
-        << QExifValue(unicodePrefix() + QByteArray("\xfe\xff\x20\xac", 4))
-        << QStringLiteral("\u20ac");
-    QTest::newRow("local 8 bit") << QExifValue(undefinedPrefix() + QByteArray("abc"))
-                                 << QStringLiteral("abc");
-    QTest::newRow("local 8 bit with a NUL")
-        << QExifValue(undefinedPrefix() + QByteArray("a\0b", 3)) << QString::fromLatin1("a\0b", 3);
-    QTest::newRow("byte") << QExifValue(quint8(65)) << QString();
-    QTest::newRow("short") << QExifValue(quint16(65)) << QString();
-    QTest::newRow("long") << QExifValue(quint32(65)) << QString();
-    QTest::newRow("signed long") << QExifValue(qint32(65)) << QString();
-    QTest::newRow("rational") << QExifValue(UnsignedPair(6, 5)) << QString();
-    QTest::newRow("signed rational") << QExifValue(SignedPair(6, 5)) << QString();
-    QTest::newRow("null") << QExifValue() << QString();
+    row("Latin-1", QExifValue(asciiPrefix() + QByteArray("\xe9\xff")), "\u00e9\u00ff");
+    row("Latin-1 with NULs", QExifValue(asciiPrefix() + QByteArray("a\0b\0", 4)),
+        QString::fromLatin1("a\0b\0", 4));
+    row("UTF-16, little endian by its mark",
+        QExifValue(unicodePrefix() + QByteArray("\xff\xfe\xac\x20", 4)), "\u20ac");
+    row("UTF-16, big endian by its mark",
+        QExifValue(unicodePrefix() + QByteArray("\xfe\xff\x20\xac", 4)), "\u20ac");
+    row("local 8 bit", QExifValue(undefinedPrefix() + QByteArray("abc")), "abc");
+    row("local 8 bit with a NUL", QExifValue(undefinedPrefix() + QByteArray("a\0b", 3)),
+        QString::fromLatin1("a\0b", 3));
+    row("byte", QExifValue(quint8(65)), QString());
+    row("short", QExifValue(quint16(65)), QString());
+    row("long", QExifValue(quint32(65)), QString());
+    row("signed long", QExifValue(qint32(65)), QString());
+    row("rational", QExifValue(UnsignedPair(6, 5)), QString());
+    row("signed rational", QExifValue(SignedPair(6, 5)), QString());
+    row("null", QExifValue(), QString());
 }
 
 void tst_QExifValue::decoding()
@@ -542,21 +526,19 @@ void tst_QExifValue::decoding()
 
 void tst_QExifValue::toByteArray_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<QByteArray>("bytes");
+    const auto row = columns<QExifValue, QByteArray>("value", "bytes");
 
-    QTest::newRow("raw") << QExifValue(QByteArray("a\0b", 3)) << QByteArray("a\0b", 3);
-    QTest::newRow("prefix included") << QExifValue(asciiPrefix() + "abc") << asciiPrefix() + "abc";
-    QTest::newRow("text") << QExifValue(QStringLiteral("ab\u00e9")) << QByteArray("ab\xe9");
-    QTest::newRow("text outside of Latin-1")
-        << QExifValue(QStringLiteral("a\u20acb")) << QByteArray("a?b");
-    QTest::newRow("null") << QExifValue() << QByteArray();
-    QTest::newRow("bytes") << QExifValue(Bytes{65, 66}) << QByteArray();
-    QTest::newRow("short") << QExifValue(quint16(65)) << QByteArray();
-    QTest::newRow("long") << QExifValue(quint32(65)) << QByteArray();
-    QTest::newRow("signed long") << QExifValue(qint32(65)) << QByteArray();
-    QTest::newRow("rational") << QExifValue(UnsignedPair(6, 5)) << QByteArray();
-    QTest::newRow("signed rational") << QExifValue(SignedPair(6, 5)) << QByteArray();
+    row("raw", QExifValue(QByteArray("a\0b", 3)), QByteArray("a\0b", 3));
+    row("prefix included", QExifValue(asciiPrefix() + "abc"), asciiPrefix() + "abc");
+    row("text", QExifValue(QStringLiteral("ab\u00e9")), QByteArray("ab\xe9"));
+    row("text outside of Latin-1", QExifValue(QStringLiteral("a\u20acb")), "a?b");
+    row("null", QExifValue(), QByteArray());
+    row("bytes", QExifValue(Bytes{65, 66}), QByteArray());
+    row("short", QExifValue(quint16(65)), QByteArray());
+    row("long", QExifValue(quint32(65)), QByteArray());
+    row("signed long", QExifValue(qint32(65)), QByteArray());
+    row("rational", QExifValue(UnsignedPair(6, 5)), QByteArray());
+    row("signed rational", QExifValue(SignedPair(6, 5)), QByteArray());
 }
 
 void tst_QExifValue::toByteArray()
@@ -567,20 +549,15 @@ void tst_QExifValue::toByteArray()
 
 void tst_QExifValue::dateTime_data()
 {
-    QTest::addColumn<QDateTime>("dateTime");
-    QTest::addColumn<QString>("text");
+    const auto row = columns<QDateTime, QString>("dateTime", "text");
 
-    QTest::newRow("local") << QDateTime(QDate(2004, 7, 10), QTime(18, 9, 53))
-                           << QStringLiteral("2004:07:10 18:09:53");
-    QTest::newRow("UTC") << QDateTime(QDate(2004, 7, 10), QTime(18, 9, 53), Qt::UTC)
-                         << QStringLiteral("2004:07:10 18:09:53");
-    QTest::newRow("milliseconds are dropped")
-        << QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59, 999), Qt::UTC)
-        << QStringLiteral("1999:12:31 23:59:59");
-    QTest::newRow("first hour, small numbers")
-        << QDateTime(QDate(101, 1, 2), QTime(0, 3, 4), Qt::UTC)
-        << QStringLiteral("0101:01:02 00:03:04");
-    QTest::newRow("invalid") << QDateTime() << QString();
+    row("local", QDateTime(QDate(2004, 7, 10), QTime(18, 9, 53)), "2004:07:10 18:09:53");
+    row("UTC", QDateTime(QDate(2004, 7, 10), QTime(18, 9, 53), Qt::UTC), "2004:07:10 18:09:53");
+    row("milliseconds are dropped", QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59, 999), Qt::UTC),
+        "1999:12:31 23:59:59");
+    row("first hour, small numbers", QDateTime(QDate(101, 1, 2), QTime(0, 3, 4), Qt::UTC),
+        "0101:01:02 00:03:04");
+    row("invalid", QDateTime(), QString());
 }
 
 void tst_QExifValue::dateTime()
@@ -595,28 +572,20 @@ void tst_QExifValue::dateTime()
 
 void tst_QExifValue::toDateTime_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<QDateTime>("dateTime");
+    const auto row = columns<QExifValue, QDateTime>("value", "dateTime");
 
     const QDateTime moment(QDate(2004, 7, 10), QTime(18, 9, 53));
-    QTest::newRow("of a date") << QExifValue(moment) << moment;
-    QTest::newRow("of a text") << QExifValue(QStringLiteral("2004:07:10 18:09:53")) << moment;
-    QTest::newRow("one character short")
-        << QExifValue(QStringLiteral("2004:07:10 18:09:5")) << QDateTime();
-    QTest::newRow("one character long")
-        << QExifValue(QStringLiteral("2004:07:10 18:09:53 ")) << QDateTime();
-    QTest::newRow("right length, no date")
-        << QExifValue(QStringLiteral("                   ")) << QDateTime();
-    QTest::newRow("unset clock of a camera")
-        << QExifValue(QStringLiteral("0000:00:00 00:00:00")) << QDateTime();
-    QTest::newRow("no such day") << QExifValue(QStringLiteral("2005:02:29 00:00:00"))
-                                 << QDateTime();
-    QTest::newRow("other separators")
-        << QExifValue(QStringLiteral("2004-07-10 18:09:53")) << QDateTime();
-    QTest::newRow("raw bytes") << QExifValue(QByteArray("2004:07:10 18:09:53\0", 20))
-                               << QDateTime();
-    QTest::newRow("20 bytes") << QExifValue(Bytes(20, 48)) << QDateTime();
-    QTest::newRow("null") << QExifValue() << QDateTime();
+    row("of a date", QExifValue(moment), moment);
+    row("of a text", QExifValue(QStringLiteral("2004:07:10 18:09:53")), moment);
+    row("one character short", QExifValue(QStringLiteral("2004:07:10 18:09:5")), QDateTime());
+    row("one character long", QExifValue(QStringLiteral("2004:07:10 18:09:53 ")), QDateTime());
+    row("right length, no date", QExifValue(QStringLiteral("                   ")), QDateTime());
+    row("unset clock of a camera", QExifValue(QStringLiteral("0000:00:00 00:00:00")), QDateTime());
+    row("no such day", QExifValue(QStringLiteral("2005:02:29 00:00:00")), QDateTime());
+    row("other separators", QExifValue(QStringLiteral("2004-07-10 18:09:53")), QDateTime());
+    row("raw bytes", QExifValue(QByteArray("2004:07:10 18:09:53\0", 20)), QDateTime());
+    row("20 bytes", QExifValue(Bytes(20, 48)), QDateTime());
+    row("null", QExifValue(), QDateTime());
 }
 
 void tst_QExifValue::toDateTime()
@@ -644,17 +613,17 @@ void tst_QExifValue::nullValue()
 
 void tst_QExifValue::emptyIsNotNull_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::newRow("bytes") << QExifValue(Bytes());
-    QTest::newRow("shorts") << QExifValue(Shorts());
-    QTest::newRow("longs") << QExifValue(Longs());
-    QTest::newRow("signed longs") << QExifValue(SignedLongs());
-    QTest::newRow("rationals") << QExifValue(Rationals());
-    QTest::newRow("signed rationals") << QExifValue(SignedRationals());
-    QTest::newRow("raw bytes") << QExifValue(QByteArray());
-    QTest::newRow("text") << QExifValue(QString());
-    QTest::newRow("date") << QExifValue(QDateTime());
-    QTest::newRow("a zero byte") << QExifValue(quint8(0));
+    const auto row = columns<QExifValue>("value");
+    row("bytes", QExifValue(Bytes()));
+    row("shorts", QExifValue(Shorts()));
+    row("longs", QExifValue(Longs()));
+    row("signed longs", QExifValue(SignedLongs()));
+    row("rationals", QExifValue(Rationals()));
+    row("signed rationals", QExifValue(SignedRationals()));
+    row("raw bytes", QExifValue(QByteArray()));
+    row("text", QExifValue(QString()));
+    row("date", QExifValue(QDateTime()));
+    row("a zero byte", QExifValue(quint8(0)));
 }
 
 void tst_QExifValue::emptyIsNotNull()
@@ -801,29 +770,23 @@ void tst_QExifValue::logsNothing()
 
 void tst_QExifValue::debugOutput_data()
 {
-    QTest::addColumn<QExifValue>("value");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("null") << QExifValue() << "QExifValue()";
-    QTest::newRow("byte") << QExifValue(quint8(255)) << "QExifValue(Byte, 255)";
-    QTest::newRow("empty") << QExifValue(QVector<quint8>()) << "QExifValue(Byte, )";
-    QTest::newRow("shorts") << QExifValue(QVector<quint16>({8, 8, 65535}))
-                            << "QExifValue(Short, 8 8 65535)";
-    QTest::newRow("long") << QExifValue(quint32(4294967295)) << "QExifValue(Long, 4294967295)";
-    QTest::newRow("signed long") << QExifValue(-2) << "QExifValue(SignedLong, -2)";
-    QTest::newRow("rationals") << QExifValue(Rationals({{1, 250}, {0, 0}}))
-                               << "QExifValue(Rational, 1/250 0/0)";
-    QTest::newRow("signed rational")
-        << QExifValue(SignedPair(-1, 3)) << "QExifValue(SignedRational, -1/3)";
-    QTest::newRow("text") << QExifValue(QStringLiteral("a \"b\""))
-                          << R"(QExifValue(Ascii, "a \"b\""))";
-    QTest::newRow("bytes") << QExifValue(QByteArray("\x00\x0f\xff", 3))
-                           << "QExifValue(Undefined, 00 0f ff)";
-    QTest::newRow("sixteen bytes") << QExifValue(QByteArray(16, '0'))
-                                   << "QExifValue(Undefined, 30 30 30 30 30 30 30 30 "
-                                      "30 30 30 30 30 30 30 30)";
-    QTest::newRow("many bytes") << QExifValue(QByteArray(70000, '0'))
-                                << "QExifValue(Undefined, 30 30 30 30 30 30 30 30 "
-                                   "30 30 30 30 30 30 30 30 and 69984 more)";
+    const auto row = columns<QExifValue, QString>("value", "text");
+    row("null", QExifValue(), "QExifValue()");
+    row("byte", QExifValue(quint8(255)), "QExifValue(Byte, 255)");
+    row("empty", QExifValue(QVector<quint8>()), "QExifValue(Byte, )");
+    row("shorts", QExifValue(QVector<quint16>({8, 8, 65535})), "QExifValue(Short, 8 8 65535)");
+    row("long", QExifValue(quint32(4294967295)), "QExifValue(Long, 4294967295)");
+    row("signed long", QExifValue(-2), "QExifValue(SignedLong, -2)");
+    row("rationals", QExifValue(Rationals({{1, 250}, {0, 0}})), "QExifValue(Rational, 1/250 0/0)");
+    row("signed rational", QExifValue(SignedPair(-1, 3)), "QExifValue(SignedRational, -1/3)");
+    row("text", QExifValue(QStringLiteral("a \"b\"")), R"(QExifValue(Ascii, "a \"b\""))");
+    row("bytes", QExifValue(QByteArray("\x00\x0f\xff", 3)), "QExifValue(Undefined, 00 0f ff)");
+    row("sixteen bytes", QExifValue(QByteArray(16, '0')),
+        "QExifValue(Undefined, 30 30 30 30 30 30 30 30 "
+        "30 30 30 30 30 30 30 30)");
+    row("many bytes", QExifValue(QByteArray(70000, '0')),
+        "QExifValue(Undefined, 30 30 30 30 30 30 30 30 "
+        "30 30 30 30 30 30 30 30 and 69984 more)");
 }
 
 void tst_QExifValue::debugOutput()

@@ -3,6 +3,8 @@
 
 #include "QObjectEventFilter.h"
 
+#include "Columns.h"
+
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
@@ -52,6 +54,16 @@ void sendUserEvent(QObject* target)
 {
     QEvent event(QEvent::User);
     QCoreApplication::sendEvent(target, &event);
+}
+
+/// \a event reaches \a target as one event of this \a key and \a text.
+void compareDelivered(QKeyEvent* event, Receiver* target, Qt::Key key, const QString& text)
+{
+    QCoreApplication::sendEvent(target, event);
+    QCoreApplication::processEvents();
+    QCOMPARE(target->keys.size(), 1);
+    QCOMPARE(target->keys.first().key, int(key));
+    QCOMPARE(target->keys.first().text, text);
 }
 
 } // namespace
@@ -118,10 +130,9 @@ void tst_QObjectEventFilter::emptyFunctionNothingIsFiltered()
 
 void tst_QObjectEventFilter::functionDecides_data()
 {
-    QTest::addColumn<bool>("answer");
-    QTest::addColumn<int>("received");
-    QTest::newRow("true consumes") << true << 0;
-    QTest::newRow("false lets pass") << false << 1;
+    const auto row = columns<bool, int>("answer", "received");
+    row("true consumes", true, 0);
+    row("false lets pass", false, 1);
 }
 
 void tst_QObjectEventFilter::functionDecides()
@@ -223,35 +234,24 @@ void tst_QObjectEventFilter::functionMayDeleteTheTarget()
 
 void tst_QObjectEventFilter::replacesKeys_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("to");
-    QTest::addColumn<bool>("autoRepeat");
-    QTest::addColumn<int>("count");
+    const auto row = columns<int, int, int, QString, QString, bool, int>(
+        "type", "key", "modifiers", "from", "to", "autoRepeat", "count");
 
     const QString comma = QStringLiteral(",");
     const QString period = QStringLiteral(".");
     // The two types by their numbers: 6 is a press, 7 a release.
-    QTest::newRow("press") << 6 << int(Qt::Key_Comma) << int(Qt::NoModifier) << comma << period
-                           << false << 1;
-    QTest::newRow("release") << 7 << int(Qt::Key_Comma) << int(Qt::NoModifier) << comma << period
-                             << false << 1;
-    QTest::newRow("modifiers stay")
-        << 6 << int(Qt::Key_Comma) << int(Qt::ShiftModifier | Qt::KeypadModifier) << comma << period
-        << false << 1;
-    QTest::newRow("auto-repeat and count go")
-        << 6 << int(Qt::Key_Comma) << int(Qt::NoModifier) << comma << period << true << 3;
-    QTest::newRow("the text counts, not the key")
-        << 6 << int(Qt::Key_Period) << int(Qt::NoModifier) << comma << period << false << 1;
-    QTest::newRow("the key code is a period for any text")
-        << 6 << int(Qt::Key_A) << int(Qt::NoModifier) << QStringLiteral("a")
-        << QStringLiteral("xyz") << false << 1;
-    QTest::newRow("to nothing") << 6 << int(Qt::Key_A) << int(Qt::NoModifier) << QStringLiteral("a")
-                                << QString() << false << 1;
-    QTest::newRow("from nothing") << 6 << int(Qt::Key_F5) << int(Qt::ShiftModifier) << QString()
-                                  << period << false << 1;
+    row("press", 6, int(Qt::Key_Comma), int(Qt::NoModifier), comma, period, false, 1);
+    row("release", 7, int(Qt::Key_Comma), int(Qt::NoModifier), comma, period, false, 1);
+    row("modifiers stay", 6, int(Qt::Key_Comma), int(Qt::ShiftModifier | Qt::KeypadModifier), comma,
+        period, false, 1);
+    row("auto-repeat and count go", 6, int(Qt::Key_Comma), int(Qt::NoModifier), comma, period, true,
+        3);
+    row("the text counts, not the key", 6, int(Qt::Key_Period), int(Qt::NoModifier), comma, period,
+        false, 1);
+    row("the key code is a period for any text", 6, int(Qt::Key_A), int(Qt::NoModifier), "a", "xyz",
+        false, 1);
+    row("to nothing", 6, int(Qt::Key_A), int(Qt::NoModifier), "a", QString(), false, 1);
+    row("from nothing", 6, int(Qt::Key_F5), int(Qt::ShiftModifier), QString(), period, false, 1);
 }
 
 void tst_QObjectEventFilter::replacesKeys()
@@ -297,13 +297,12 @@ void tst_QObjectEventFilter::replacementIsPosted()
 
 void tst_QObjectEventFilter::leavesOtherEvents_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("another text") << 6 << QStringLiteral(";");
-    QTest::newRow("another text released") << 7 << QStringLiteral(";");
-    QTest::newRow("more text") << 6 << QStringLiteral(",,");
-    QTest::newRow("no text") << 6 << QString();
-    QTest::newRow("a shortcut is offered") << int(QEvent::ShortcutOverride) << QStringLiteral(",");
+    const auto row = columns<int, QString>("type", "text");
+    row("another text", 6, ";");
+    row("another text released", 7, ";");
+    row("more text", 6, ",,");
+    row("no text", 6, QString());
+    row("a shortcut is offered", int(QEvent::ShortcutOverride), ",");
 }
 
 void tst_QObjectEventFilter::leavesOtherEvents()
@@ -318,11 +317,7 @@ void tst_QObjectEventFilter::leavesOtherEvents()
     event.ignore();
     QVERIFY(!replace(&target, &event));
     QVERIFY(!event.isAccepted());
-    QCoreApplication::sendEvent(&target, &event);
-    QCoreApplication::processEvents();
-    QCOMPARE(target.keys.size(), 1);
-    QCOMPARE(target.keys.first().key, int(Qt::Key_Comma));
-    QCOMPARE(target.keys.first().text, text);
+    compareDelivered(&event, &target, Qt::Key_Comma, text);
 }
 
 void tst_QObjectEventFilter::leavesEventsThatAreNoKeys()
@@ -337,11 +332,10 @@ void tst_QObjectEventFilter::leavesEventsThatAreNoKeys()
 
 void tst_QObjectEventFilter::replacementByItselfEnds_data()
 {
-    QTest::addColumn<int>("key");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("comma") << int(Qt::Key_Comma) << QStringLiteral(",");
-    QTest::newRow("period") << int(Qt::Key_Period) << QStringLiteral(".");
-    QTest::newRow("nothing") << int(Qt::Key_Shift) << QString();
+    const auto row = columns<int, QString>("key", "text");
+    row("comma", int(Qt::Key_Comma), ",");
+    row("period", int(Qt::Key_Period), ".");
+    row("nothing", int(Qt::Key_Shift), QString());
 }
 
 void tst_QObjectEventFilter::replacementByItselfEnds()
@@ -351,11 +345,7 @@ void tst_QObjectEventFilter::replacementByItselfEnds()
     Receiver target;
     QObjectEventFilter::filter(&target, QObjectEventFilter::inputKeyReplacement(text, text));
     QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QCoreApplication::sendEvent(&target, &event);
-    QCoreApplication::processEvents();
-    QCOMPARE(target.keys.size(), 1);
-    QCOMPARE(target.keys.first().key, int(Qt::Key_Period));
-    QCOMPARE(target.keys.first().text, text);
+    compareDelivered(&event, &target, Qt::Key_Period, text);
 }
 
 void tst_QObjectEventFilter::decimalSeparatorOfALineEdit()

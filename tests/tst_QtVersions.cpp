@@ -3,6 +3,7 @@
 
 // What Qt 5 and Qt 6 do differently and the library does not.
 
+#include "Columns.h"
 #include "CurrencyUtils.h"
 #include "ImageUtils.h"
 #include "LogCapture.h"
@@ -82,12 +83,11 @@ private Q_SLOTS:
 
 void tst_QtVersions::picturesBeyondTheLimit_data()
 {
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<QImage::Format>("pixels");
-    QTest::newRow("JPEG") << QByteArray("jpg") << QImage::Format_RGB32;
-    QTest::newRow("grey JPEG") << QByteArray("jpg") << QImage::Format_Grayscale8;
-    QTest::newRow("PNG") << QByteArray("png") << QImage::Format_RGB32;
-    QTest::newRow("PNG with transparency") << QByteArray("png") << QImage::Format_ARGB32;
+    const auto row = columns<QByteArray, QImage::Format>("format", "pixels");
+    row("JPEG", "jpg", QImage::Format_RGB32);
+    row("grey JPEG", "jpg", QImage::Format_Grayscale8);
+    row("PNG", "png", QImage::Format_RGB32);
+    row("PNG with transparency", "png", QImage::Format_ARGB32);
 }
 
 // 1600 x 1200 pixels take 7.3 MB, or 1.8 MB in grey.
@@ -142,14 +142,13 @@ void tst_QtVersions::density()
 
 void tst_QtVersions::negativeHalves_data()
 {
-    QTest::addColumn<double>("price");
-    QTest::addColumn<double>("rounded");
+    const auto row = columns<double, double>("price", "rounded");
     // Amounts whose product with 100 is exact. Halves go towards positive infinity.
-    QTest::newRow("-0.125") << -0.125 << -0.12;
-    QTest::newRow("-0.375") << -0.375 << -0.37;
-    QTest::newRow("-0.625") << -0.625 << -0.62;
-    QTest::newRow("-2.875") << -2.875 << -2.87;
-    QTest::newRow("0.125") << 0.125 << 0.13;
+    row("-0.125", -0.125, -0.12);
+    row("-0.375", -0.375, -0.37);
+    row("-0.625", -0.625, -0.62);
+    row("-2.875", -2.875, -2.87);
+    row("0.125", 0.125, 0.13);
 }
 
 void tst_QtVersions::negativeHalves()

@@ -7,6 +7,8 @@
 #include "PublisherTest.h"
 #include "SystemCalls.h"
 
+#include "Columns.h"
+
 #include <QImage>
 #include <QImageReader>
 #include <QJsonArray>
@@ -281,41 +283,35 @@ void tst_ShopPublisher::helpAndVersion()
 
 void tst_ShopPublisher::badUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments"); // @ stands for the test's folder
-    QTest::addColumn<QString>("message");
-    QTest::newRow("nothing") << QStringList() << QStringLiteral("Two folders are needed");
-    QTest::newRow("one folder") << QStringList{text("@/project")}
-                                << QStringLiteral("Two folders are needed");
-    QTest::newRow("three folders") << QStringList{text("@/project"), text("@/site"), text("@/more")}
-                                   << QStringLiteral("Two folders are needed");
-    QTest::newRow("check without a folder")
-        << QStringList{text("check")} << text("One folder is needed after \"check\"; 0 given");
-    QTest::newRow("init with two folders") << QStringList{text("init"), text("@/a"), text("@/b")}
-                                           << text("One folder is needed after \"init\"; 2 given");
-    QTest::newRow("check of no folder")
-        << QStringList{text("check"), text("@/nowhere")} << text("There is no folder @/nowhere");
-    QTest::newRow("init over a file")
-        << QStringList{text("init"), text("@/file")} << text("The folder @/file cannot be made");
-    QTest::newRow("unknown option")
-        << QStringList{text("--fast"), text("@/project"), text("@/site")} << QStringLiteral("fast");
-    QTest::newRow("value for a switch")
-        << QStringList{text("--quiet=1"), text("@/project"), text("@/site")}
-        << QStringLiteral("quiet");
-    QTest::newRow("empty project")
-        << QStringList{QString(), text("@/site")} << QStringLiteral("empty");
-    QTest::newRow("empty site") << QStringList{text("@/project"), QString()}
-                                << QStringLiteral("empty");
-    QTest::newRow("no such project") << QStringList{text("@/nowhere"), text("@/site")}
-                                     << QStringLiteral("There is no folder @/nowhere");
-    QTest::newRow("project is a file") << QStringList{text("@/file"), text("@/site")}
-                                       << QStringLiteral("There is no folder @/file");
-    QTest::newRow("site is a file") << QStringList{text("@/project"), text("@/file")}
-                                    << QStringLiteral("SITE is not a folder (@/file)");
-    QTest::newRow("site below a file") << QStringList{text("@/project"), text("@/file/site")}
-                                       << QStringLiteral("@/file/site cannot be made");
-    QTest::newRow("site is a link that leads nowhere")
-        << QStringList{text("@/project"), text("@/nowhere-link")}
-        << QStringLiteral("@/nowhere-link cannot be");
+    // arguments: @ stands for the test's folder
+    const auto row = columns<QStringList, QString>("arguments", "message");
+    row("nothing", QStringList(), "Two folders are needed");
+    row("one folder", QStringList{text("@/project")}, "Two folders are needed");
+    row("three folders", QStringList{text("@/project"), text("@/site"), text("@/more")},
+        "Two folders are needed");
+    row("check without a folder", QStringList{text("check")},
+        "One folder is needed after \"check\"; 0 given");
+    row("init with two folders", QStringList{text("init"), text("@/a"), text("@/b")},
+        "One folder is needed after \"init\"; 2 given");
+    row("check of no folder", QStringList{text("check"), text("@/nowhere")},
+        "There is no folder @/nowhere");
+    row("init over a file", QStringList{text("init"), text("@/file")},
+        "The folder @/file cannot be made");
+    row("unknown option", QStringList{text("--fast"), text("@/project"), text("@/site")}, "fast");
+    row("value for a switch", QStringList{text("--quiet=1"), text("@/project"), text("@/site")},
+        "quiet");
+    row("empty project", QStringList{QString(), text("@/site")}, "empty");
+    row("empty site", QStringList{text("@/project"), QString()}, "empty");
+    row("no such project", QStringList{text("@/nowhere"), text("@/site")},
+        "There is no folder @/nowhere");
+    row("project is a file", QStringList{text("@/file"), text("@/site")},
+        "There is no folder @/file");
+    row("site is a file", QStringList{text("@/project"), text("@/file")},
+        "SITE is not a folder (@/file)");
+    row("site below a file", QStringList{text("@/project"), text("@/file/site")},
+        "@/file/site cannot be made");
+    row("site is a link that leads nowhere", QStringList{text("@/project"), text("@/nowhere-link")},
+        "@/nowhere-link cannot be");
 }
 
 void tst_ShopPublisher::badUsage()
@@ -340,28 +336,24 @@ void tst_ShopPublisher::badUsage()
 
 void tst_ShopPublisher::refusedSites_data()
 {
-    QTest::addColumn<QString>("project");
-    QTest::addColumn<QString>("site");
-    QTest::newRow("the project itself") << text("@/project") << text("@/project");
-    QTest::newRow("the photographs") << text("@/project") << text("@/project/photos");
-    QTest::newRow("trailing slash") << text("@/project/") << text("@/project/photos/");
-    QTest::newRow("in the project") << text("@/project") << text("@/project/site");
-    QTest::newRow("in the photographs") << text("@/project") << text("@/project/photos/new/site");
-    QTest::newRow("plain folder in the site") << text("@/project/photos") << text("@/project");
-    QTest::newRow("around the project") << text("@/project") << text("@");
-    QTest::newRow("root of all") << text("@/project") << text("/");
-    QTest::newRow("by way of ..") << text("@/project") << text("@/home/../project/photos");
-    QTest::newRow("by way of a .. that does not exist")
-        << text("@/project") << text("@/home/new/../../project/site");
-    QTest::newRow("site is a link to the photographs") << text("@/project") << text("@/to-photos");
-    QTest::newRow("site lies behind a link") << text("@/project") << text("@/to-photos/new");
-    QTest::newRow("project is a link into the site") << text("@/to-project") << text("@");
-    QTest::newRow("project is a link, site is real")
-        << text("@/to-project") << text("@/project/site");
-    QTest::newRow("photos is a link to the site") << text("@/linked") << text("@/elsewhere");
-    QTest::newRow("photos is a link into the site") << text("@/linked") << text("@/elsewhere/..");
-    QTest::newRow("photos is a link, the site lies in it")
-        << text("@/linked") << text("@/elsewhere/site");
+    const auto row = columns<QString, QString>("project", "site");
+    row("the project itself", "@/project", "@/project");
+    row("the photographs", "@/project", "@/project/photos");
+    row("trailing slash", "@/project/", "@/project/photos/");
+    row("in the project", "@/project", "@/project/site");
+    row("in the photographs", "@/project", "@/project/photos/new/site");
+    row("plain folder in the site", "@/project/photos", "@/project");
+    row("around the project", "@/project", "@");
+    row("root of all", "@/project", "/");
+    row("by way of ..", "@/project", "@/home/../project/photos");
+    row("by way of a .. that does not exist", "@/project", "@/home/new/../../project/site");
+    row("site is a link to the photographs", "@/project", "@/to-photos");
+    row("site lies behind a link", "@/project", "@/to-photos/new");
+    row("project is a link into the site", "@/to-project", "@");
+    row("project is a link, site is real", "@/to-project", "@/project/site");
+    row("photos is a link to the site", "@/linked", "@/elsewhere");
+    row("photos is a link into the site", "@/linked", "@/elsewhere/..");
+    row("photos is a link, the site lies in it", "@/linked", "@/elsewhere/site");
 }
 
 void tst_ShopPublisher::refusedSites()
@@ -393,18 +385,16 @@ void tst_ShopPublisher::refusedSites()
 void tst_ShopPublisher::orientations_data()
 {
     // The corners clockwise from the upper left one, stored as red, green, yellow, blue.
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<bool>("sidesSwapped");
-    QTest::newRow("1") << 1 << text("RGYB") << false;
-    QTest::newRow("2") << 2 << text("GRBY") << false;
-    QTest::newRow("3") << 3 << text("YBRG") << false;
-    QTest::newRow("4") << 4 << text("BYGR") << false;
-    QTest::newRow("5") << 5 << text("RBYG") << true;
-    QTest::newRow("6") << 6 << text("BRGY") << true;
-    QTest::newRow("7") << 7 << text("YGRB") << true;
-    QTest::newRow("8") << 8 << text("GYBR") << true;
-    QTest::newRow("no such orientation") << 9 << text("RGYB") << false;
+    const auto row = columns<int, QString, bool>("orientation", "expected", "sidesSwapped");
+    row("1", 1, "RGYB", false);
+    row("2", 2, "GRBY", false);
+    row("3", 3, "YBRG", false);
+    row("4", 4, "BYGR", false);
+    row("5", 5, "RBYG", true);
+    row("6", 6, "BRGY", true);
+    row("7", 7, "YGRB", true);
+    row("8", 8, "GYBR", true);
+    row("no such orientation", 9, "RGYB", false);
 }
 
 void tst_ShopPublisher::orientations()
@@ -438,20 +428,13 @@ void tst_ShopPublisher::orientations()
 
 void tst_ShopPublisher::sizes_data()
 {
-    QTest::addColumn<QSize>("source");
-    QTest::addColumn<QSize>("image");
-    QTest::addColumn<QSize>("thumb");
-    QTest::addColumn<QSize>("shown");
-    QTest::newRow("fits both") << QSize(320, 200) << QSize(320, 200) << QSize(320, 200)
-                               << QSize(320, 200);
-    QTest::newRow("twice the small limit")
-        << QSize(640, 640) << QSize(640, 640) << QSize(640, 640) << QSize(320, 320);
-    QTest::newRow("just within") << QSize(1600, 1600) << QSize(1600, 1600) << QSize(640, 640)
-                                 << QSize(320, 320);
-    QTest::newRow("wide") << QSize(3200, 800) << QSize(1600, 400) << QSize(640, 160)
-                          << QSize(320, 80);
-    QTest::newRow("tall") << QSize(400, 3200) << QSize(200, 1600) << QSize(80, 640)
-                          << QSize(40, 320);
+    const auto row = columns<QSize, QSize, QSize, QSize>("source", "image", "thumb", "shown");
+    row("fits both", QSize(320, 200), QSize(320, 200), QSize(320, 200), QSize(320, 200));
+    row("twice the small limit", QSize(640, 640), QSize(640, 640), QSize(640, 640),
+        QSize(320, 320));
+    row("just within", QSize(1600, 1600), QSize(1600, 1600), QSize(640, 640), QSize(320, 320));
+    row("wide", QSize(3200, 800), QSize(1600, 400), QSize(640, 160), QSize(320, 80));
+    row("tall", QSize(400, 3200), QSize(200, 1600), QSize(80, 640), QSize(40, 320));
 }
 
 void tst_ShopPublisher::sizes()
@@ -678,37 +661,28 @@ void tst_ShopPublisher::nameCollisions()
 
 void tst_ShopPublisher::failures_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("reason");
+    const auto row = columns<QString, QByteArray, QString>("name", "content", "reason");
     const QByteArray jpeg = encoded(corners(400, 300), "jpg");
     const QByteArray png = encoded(corners(40, 30), "png");
-    QTest::newRow("empty") << text("nothing.jpg") << QByteArray() << text("is empty");
-    QTest::newRow("text") << text("t.jpg") << QByteArray("hello") << text("cannot be decoded (");
-    QTest::newRow("JPEG cut in its header")
-        << text("h.jpg") << jpeg.left(100) << text("breaks off before its end");
-    QTest::newRow("PNG cut in its header")
-        << text("h.png") << png.left(20) << text("breaks off before its end");
-    QTest::newRow("JPEG cut in its picture")
-        << text("c.jpg") << jpeg.left(jpeg.size() - 600) << text("breaks off before its end");
-    QTest::newRow("GIF without a picture")
-        << text("h.gif") << QByteArray("GIF89a\2\0\2\0", 10) << text("cannot be decoded (");
-    QTest::newRow("SVG that is not well-formed")
-        << text("a.svg") << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\">\n<g></svg>")
-        << text("is not a well-formed SVG picture (line 2:");
-    QTest::newRow("SVG without its namespace")
-        << text("n.svg") << QByteArray("<svg width=\"8\" height=\"8\"/>")
-        << text("is not an SVG picture");
-    QTest::newRow("HTML under the name of an SVG")
-        << text("p.svg") << QByteArray("<html><body/></html>") << text("is not an SVG picture");
-    QTest::newRow("PNG under the name of an SVG") << text("i.svg") << png << text("SVG picture");
-    QTest::newRow("SVG under the name of a JPEG")
-        << text("s.jpg")
-        << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8\" height=\"8\"/>")
-        << text("which does not go with its name");
-    QTest::newRow("a kind that is not for the web")
-        << text("w.png") << encoded(corners(40, 30), "bmp")
-        << text("holds a picture of the kind bmp");
+    row("empty", "nothing.jpg", QByteArray(), "is empty");
+    row("text", "t.jpg", "hello", "cannot be decoded (");
+    row("JPEG cut in its header", "h.jpg", jpeg.left(100), "breaks off before its end");
+    row("PNG cut in its header", "h.png", png.left(20), "breaks off before its end");
+    row("JPEG cut in its picture", "c.jpg", jpeg.left(jpeg.size() - 600),
+        "breaks off before its end");
+    row("GIF without a picture", "h.gif", QByteArray("GIF89a\2\0\2\0", 10), "cannot be decoded (");
+    row("SVG that is not well-formed", "a.svg",
+        "<svg xmlns=\"http://www.w3.org/2000/svg\">\n<g></svg>",
+        "is not a well-formed SVG picture (line 2:");
+    row("SVG without its namespace", "n.svg", "<svg width=\"8\" height=\"8\"/>",
+        "is not an SVG picture");
+    row("HTML under the name of an SVG", "p.svg", "<html><body/></html>", "is not an SVG picture");
+    row("PNG under the name of an SVG", "i.svg", png, "SVG picture");
+    row("SVG under the name of a JPEG", "s.jpg",
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8\" height=\"8\"/>",
+        "which does not go with its name");
+    row("a kind that is not for the web", "w.png", encoded(corners(40, 30), "bmp"),
+        "holds a picture of the kind bmp");
 }
 
 void tst_ShopPublisher::failures()
@@ -940,11 +914,10 @@ void tst_ShopPublisher::checkOfAGoodProject()
 
 void tst_ShopPublisher::newProject_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("word"); // of the README
-    QTest::newRow("English") << text("en") << text("Put your photographs into `photos/`");
-    QTest::newRow("French") << text("fr") << text("Mettez vos photographies dans `photos/`");
-    QTest::newRow("German") << text("de") << text("Legen Sie Ihre Fotografien in `photos/`");
+    const auto row = columns<QString, QString>("language", "word"); // of the README
+    row("English", "en", "Put your photographs into `photos/`");
+    row("French", "fr", "Mettez vos photographies dans `photos/`");
+    row("German", "de", "Legen Sie Ihre Fotografien in `photos/`");
 }
 
 void tst_ShopPublisher::newProject()
@@ -1195,10 +1168,10 @@ void tst_ShopPublisher::readerThatGoesAway()
 
 void tst_ShopPublisher::terminal_data()
 {
-    QTest::addColumn<int>("columns");
-    QTest::newRow("usual") << 80;
-    QTest::newRow("narrow") << 40;
-    QTest::newRow("very narrow") << 12;
+    const auto row = columns<int>("columns");
+    row("usual", 80);
+    row("narrow", 40);
+    row("very narrow", 12);
 }
 
 void tst_ShopPublisher::terminal()
@@ -1310,18 +1283,16 @@ void tst_ShopPublisher::browserShowsPicturesTurnedOnce()
 
 void tst_ShopPublisher::sampleShop_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("1") << text("ceramics/Bol bleu d'été.jpg") << QSize(960, 720);
-    QTest::newRow("2") << text("ceramics/Plates, mirrored - orientation 2.jpg") << QSize(960, 720);
-    QTest::newRow("3") << text("ceramics/Teapot - orientation 3.jpg") << QSize(960, 720);
-    QTest::newRow("4") << text("ceramics/Yellow bowl, mirrored - orientation 4.jpg")
-                       << QSize(960, 720);
-    QTest::newRow("5") << text("light/Candles, mirrored - orientation 5.JPG") << QSize(720, 960);
-    QTest::newRow("6") << text("light/Lampe d’atelier - orientation 6.jpg") << QSize(720, 960);
-    QTest::newRow("7") << text("Oranges & more, mirrored - orientation 7.jpeg") << QSize(960, 720);
-    QTest::newRow("8") << text("ceramics/Vase céladon - orientation 8.jpg") << QSize(720, 960);
-    QTest::newRow("larger than the limit") << text("Pears 100% ripe #1.jpg") << QSize(1600, 1200);
+    const auto row = columns<QString, QSize>("name", "size");
+    row("1", "ceramics/Bol bleu d'été.jpg", QSize(960, 720));
+    row("2", "ceramics/Plates, mirrored - orientation 2.jpg", QSize(960, 720));
+    row("3", "ceramics/Teapot - orientation 3.jpg", QSize(960, 720));
+    row("4", "ceramics/Yellow bowl, mirrored - orientation 4.jpg", QSize(960, 720));
+    row("5", "light/Candles, mirrored - orientation 5.JPG", QSize(720, 960));
+    row("6", "light/Lampe d’atelier - orientation 6.jpg", QSize(720, 960));
+    row("7", "Oranges & more, mirrored - orientation 7.jpeg", QSize(960, 720));
+    row("8", "ceramics/Vase céladon - orientation 8.jpg", QSize(720, 960));
+    row("larger than the limit", "Pears 100% ripe #1.jpg", QSize(1600, 1200));
 }
 
 void tst_ShopPublisher::sampleShop()

@@ -5,6 +5,7 @@
 // server or in a visitor's browser, to publish what was never meant to be shown, or to keep the
 // program busy for ever.
 
+#include "Columns.h"
 #include "PublisherTest.h"
 #include "ScriptRunner.h"
 #include "SystemCalls.h"
@@ -107,23 +108,20 @@ QByteArray hugeJpeg(quint16 width, quint16 height)
 
 void tst_ShopPublisherAttacks::controlCharactersInTheShop_data()
 {
-    QTest::addColumn<QByteArray>("shop");
-    QTest::addColumn<QString>("failure");
+    const auto row = columns<QByteArray, QString>("shop", "failure");
     const QByteArray attack = "{\"en\": \"My shop\\u0000\", "
                               "\"or\": \"];file_put_contents('owned', 'x');//\"}";
-    QTest::newRow("name of the shop") << shopWith(attack)
-                                      << text("shop.json, name: holds a control character "
-                                              "(U+0000)");
-    QTest::newRow("name of a product")
-        << shopWith("\"Shop\"", "{\"en\": \"a\", \"or\": \"b\\u001bc\"}")
-        << text("shop.json, product 1 (a), name: holds a control character (U+001b)");
-    QTest::newRow("carriage return in a name")
-        << shopWith("\"Shop\"", "\"a\\rb\"") << text("name: holds a control character (U+000d)");
-    QTest::newRow("description of a product")
-        << shopWith("\"Shop\"", "\"Bowl\"", "\"x\\u0000y\"")
-        << text("shop.json, product 1 (Bowl), description: holds a control character (U+0000)");
-    QTest::newRow("next line") << shopWith("\"Shop\\u0085two\"")
-                               << text("shop.json, name: holds a control character (U+0085)");
+    row("name of the shop", shopWith(attack),
+        "shop.json, name: holds a control character "
+        "(U+0000)");
+    row("name of a product", shopWith("\"Shop\"", "{\"en\": \"a\", \"or\": \"b\\u001bc\"}"),
+        "shop.json, product 1 (a), name: holds a control character (U+001b)");
+    row("carriage return in a name", shopWith("\"Shop\"", "\"a\\rb\""),
+        "name: holds a control character (U+000d)");
+    row("description of a product", shopWith("\"Shop\"", "\"Bowl\"", "\"x\\u0000y\""),
+        "shop.json, product 1 (Bowl), description: holds a control character (U+0000)");
+    row("next line", shopWith("\"Shop\\u0085two\""),
+        "shop.json, name: holds a control character (U+0085)");
 }
 
 void tst_ShopPublisherAttacks::controlCharactersInTheShop()
@@ -161,55 +159,46 @@ void tst_ShopPublisherAttacks::hostileTextsStayTexts()
 
 void tst_ShopPublisherAttacks::svgThatDoesSomething_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("script") << svg("<script>alert(1)</script>")
-                            << text("it holds an element \"script\" (line 1)");
-    QTest::newRow("script of another namespace")
-        << svg("<h:script xmlns:h=\"http://www.w3.org/1999/xhtml\">alert(1)</h:script>")
-        << text("it holds an element \"script\"");
-    QTest::newRow("capital letters") << svg("<SCRIPT/>") << text("it holds an element \"SCRIPT\"");
-    QTest::newRow("HTML") << svg("<h:img xmlns:h=\"http://www.w3.org/1999/xhtml\" src=\"x\"/>")
-                          << text("it holds an element \"img\"");
-    QTest::newRow("foreignObject")
-        << svg("<foreignObject/>") << text("it holds an element \"foreignObject\"");
-    QTest::newRow("event") << svg("<rect/>", "onload=\"alert(1)\"")
-                           << text("it holds an attribute \"onload\"");
-    QTest::newRow("javascript") << svg("<a xlink:href=\"javascript:alert(1)\"><rect/></a>")
-                                << text("it holds a script in");
-    QTest::newRow("javascript with blanks")
-        << svg("<a href=\" java&#10;Script&#9;:alert(1)\"><rect/></a>")
-        << text("it holds a script in an attribute \"href\"");
-    QTest::newRow("animated address") << svg("<a><set attributeName=\"xlink:href\" to=\"#x\"/></a>")
-                                      << text("it animates the attribute \"xlink:href\"");
-    QTest::newRow("animated event") << svg("<set attributeName=\"onclick\" to=\"x\"/>")
-                                    << text("it animates the attribute \"onclick\"");
-    QTest::newRow("picture elsewhere") << svg("<image href=\"https://example.org/a.png\"/>")
-                                       << text("it refers to \"https://example.org/a.png\"");
-    QTest::newRow("picture beside it")
-        << svg("<image href=\"../secret.png\"/>") << text("it refers to \"../secret.png\"");
-    QTest::newRow("SVG in an address")
-        << svg("<use href=\"data:image/svg+xml;base64,AAAA#x\"/>") << text("it refers to \"data:");
-    QTest::newRow("address in a presentation attribute")
-        << svg("<rect fill=\"url( 'https://example.org/#a' )\"/>")
-        << text("it has a style that refers to \"https://example.org/#a");
-    QTest::newRow("address in a style element")
-        << svg("<style>rect{background:url(//example.org/a)}</style>")
-        << text("it has a style that refers to \"//example.org/a\"");
-    QTest::newRow("import") << svg("<style>@import 'https://example.org/';</style>")
-                            << text("it has a style with \"@import\"");
-    QTest::newRow("escaped import")
-        << svg("<style>@\\69mport 'x';</style>") << text("it has a style with \"\\\"");
-    QTest::newRow("style in parts") << svg("<style>@im<![CDATA[port 'x';]]></style>")
-                                    << text("it has a style with \"@import\"");
-    QTest::newRow("DTD") << "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + svg("&a;")
-                         << text("it has a document type (DTD)");
-    QTest::newRow("style sheet") << "<?xml-stylesheet href=\"a.css\"?>" + svg("")
-                                 << text("it refers to a style sheet elsewhere");
-    QTest::newRow("strange encoding")
-        << "<?xml version=\"1.0\" encoding=\"UTF-7\"?>" + svg("") << text("encoding");
-    QTest::newRow("base") << svg("<rect/>", "xml:base=\"https://example.org/\"")
-                          << text("it refers to \"https://example.org/\"");
+    const auto row = columns<QByteArray, QString>("content", "reason");
+    row("script", svg("<script>alert(1)</script>"), "it holds an element \"script\" (line 1)");
+    row("script of another namespace",
+        svg("<h:script xmlns:h=\"http://www.w3.org/1999/xhtml\">alert(1)</h:script>"),
+        "it holds an element \"script\"");
+    row("capital letters", svg("<SCRIPT/>"), "it holds an element \"SCRIPT\"");
+    row("HTML", svg("<h:img xmlns:h=\"http://www.w3.org/1999/xhtml\" src=\"x\"/>"),
+        "it holds an element \"img\"");
+    row("foreignObject", svg("<foreignObject/>"), "it holds an element \"foreignObject\"");
+    row("event", svg("<rect/>", "onload=\"alert(1)\""), "it holds an attribute \"onload\"");
+    row("javascript", svg("<a xlink:href=\"javascript:alert(1)\"><rect/></a>"),
+        "it holds a script in");
+    row("javascript with blanks", svg("<a href=\" java&#10;Script&#9;:alert(1)\"><rect/></a>"),
+        "it holds a script in an attribute \"href\"");
+    row("animated address", svg("<a><set attributeName=\"xlink:href\" to=\"#x\"/></a>"),
+        "it animates the attribute \"xlink:href\"");
+    row("animated event", svg("<set attributeName=\"onclick\" to=\"x\"/>"),
+        "it animates the attribute \"onclick\"");
+    row("picture elsewhere", svg("<image href=\"https://example.org/a.png\"/>"),
+        "it refers to \"https://example.org/a.png\"");
+    row("picture beside it", svg("<image href=\"../secret.png\"/>"),
+        "it refers to \"../secret.png\"");
+    row("SVG in an address", svg("<use href=\"data:image/svg+xml;base64,AAAA#x\"/>"),
+        "it refers to \"data:");
+    row("address in a presentation attribute",
+        svg("<rect fill=\"url( 'https://example.org/#a' )\"/>"),
+        "it has a style that refers to \"https://example.org/#a");
+    row("address in a style element", svg("<style>rect{background:url(//example.org/a)}</style>"),
+        "it has a style that refers to \"//example.org/a\"");
+    row("import", svg("<style>@import 'https://example.org/';</style>"),
+        "it has a style with \"@import\"");
+    row("escaped import", svg("<style>@\\69mport 'x';</style>"), "it has a style with \"\\\"");
+    row("style in parts", svg("<style>@im<![CDATA[port 'x';]]></style>"),
+        "it has a style with \"@import\"");
+    row("DTD", "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + svg("&a;"), "it has a document type (DTD)");
+    row("style sheet", "<?xml-stylesheet href=\"a.css\"?>" + svg(""),
+        "it refers to a style sheet elsewhere");
+    row("strange encoding", "<?xml version=\"1.0\" encoding=\"UTF-7\"?>" + svg(""), "encoding");
+    row("base", svg("<rect/>", "xml:base=\"https://example.org/\""),
+        "it refers to \"https://example.org/\"");
 }
 
 void tst_ShopPublisherAttacks::svgThatDoesSomething()
@@ -229,17 +218,17 @@ void tst_ShopPublisherAttacks::svgThatDoesSomething()
 
 void tst_ShopPublisherAttacks::drawingsArePublished_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("plain") << svg("<rect width=\"8\" height=\"8\"/>");
-    QTest::newRow("gradient by a local address")
-        << svg("<defs><linearGradient id=\"a\"/></defs><rect fill=\"url(#a)\" "
-               "style=\"stroke: url('#a')\"/><use xlink:href=\"#a\"/>");
-    QTest::newRow("picture inside") << svg("<image href=\"data:image/png;base64,AAAA\"/>");
-    QTest::newRow("style") << svg("<style>rect { fill: url(#a) }</style>");
-    QTest::newRow("declaration") << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + svg("");
-    QTest::newRow("text that only speaks of scripts")
-        << svg("<title>javascript: onload &lt;script&gt;</title>");
-    QTest::newRow("animation") << svg("<rect><animate attributeName=\"x\" to=\"4\"/></rect>");
+    const auto row = columns<QByteArray>("content");
+    row("plain", svg("<rect width=\"8\" height=\"8\"/>"));
+    row("gradient by a local address",
+        svg("<defs><linearGradient id=\"a\"/></defs><rect fill=\"url(#a)\" "
+            "style=\"stroke: url('#a')\"/><use xlink:href=\"#a\"/>"));
+    row("picture inside", svg("<image href=\"data:image/png;base64,AAAA\"/>"));
+    row("style", svg("<style>rect { fill: url(#a) }</style>"));
+    row("declaration", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + svg(""));
+    row("text that only speaks of scripts",
+        svg("<title>javascript: onload &lt;script&gt;</title>"));
+    row("animation", svg("<rect><animate attributeName=\"x\" to=\"4\"/></rect>"));
 }
 
 void tst_ShopPublisherAttacks::drawingsArePublished()
@@ -324,12 +313,10 @@ void tst_ShopPublisherAttacks::linksOutOfTheStaticFilesWhileWatched()
 
 void tst_ShopPublisherAttacks::hugePictures_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("size");
-    QTest::newRow("PNG") << text("huge.png") << hugePng(30000, 25000) << text("30000 × 25000");
-    QTest::newRow("wide PNG") << text("huge.png") << hugePng(1000000, 201) << text("1000000 × 201");
-    QTest::newRow("JPEG") << text("huge.jpg") << hugeJpeg(65000, 65000) << text("65000 × 65000");
+    const auto row = columns<QString, QByteArray, QString>("name", "content", "size");
+    row("PNG", "huge.png", hugePng(30000, 25000), "30000 × 25000");
+    row("wide PNG", "huge.png", hugePng(1000000, 201), "1000000 × 201");
+    row("JPEG", "huge.jpg", hugeJpeg(65000, 65000), "65000 × 65000");
 }
 
 void tst_ShopPublisherAttacks::hugePictures()
@@ -450,23 +437,22 @@ void tst_ShopPublisherAttacks::deadLocks()
 
 void tst_ShopPublisherAttacks::nothingTellsThePlace_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
+    const auto row = columns<QString, QByteArray>("name", "content");
     const QByteArray secret = "<x:xmpmeta>exif:GPSLatitude=48,51.5N</x:xmpmeta>";
     QByteArray jpeg = encoded(corners(40, 30), "jpg");
     const QByteArray xmp = QByteArray("http://ns.adobe.com/xap/1.0/\0", 29) + secret;
     QByteArray size(2, '\0');
     qToBigEndian(quint16(xmp.size() + 2), size.data());
     jpeg.insert(2, "\xff\xe1" + size + xmp);
-    QTest::newRow("JPEG") << text("a.jpg") << jpeg;
+    row("JPEG", "a.jpg", jpeg);
     QByteArray png = encoded(corners(40, 30), "png");
     png.insert(png.indexOf("IDAT") - 4,
                chunk("iTXt" + QByteArray("XML:com.adobe.xmp\0\0\0\0\0", 22) + secret));
-    QTest::newRow("PNG") << text("a.png") << png;
+    row("PNG", "a.png", png);
     QByteArray gif = QByteArray::fromHex("474946383961 01000100 800000 ff0000 ffffff");
     gif += QByteArray("\x21\xfe", 2) + char(secret.size()) + secret + '\0';
     gif += QByteArray::fromHex("2c000000000100010000 02024401 00") + ';';
-    QTest::newRow("GIF") << text("a.gif") << gif;
+    row("GIF", "a.gif", gif);
 }
 
 void tst_ShopPublisherAttacks::nothingTellsThePlace()

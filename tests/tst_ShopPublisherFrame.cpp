@@ -7,6 +7,8 @@
 #include "PublisherTest.h"
 #include "SystemCalls.h"
 
+#include "Columns.h"
+
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 #include <QtTest>
@@ -79,13 +81,13 @@ void tst_ShopPublisherFrame::makeManyPictures()
 
 void tst_ShopPublisherFrame::stops_data()
 {
-    QTest::addColumn<int>("signal");
-    QTest::addColumn<int>("afterSteps"); // -1: as soon as the working folder is there
-    QTest::newRow("Ctrl-C at the very beginning") << SIGINT << -1;
-    QTest::newRow("Ctrl-C after the first picture") << SIGINT << 1;
-    QTest::newRow("Ctrl-C in the middle") << SIGINT << 8;
-    QTest::newRow("kill") << SIGTERM << 2;
-    QTest::newRow("closed terminal") << SIGHUP << 2;
+    const auto row =
+        columns<int, int>("signal", "afterSteps"); // -1: as soon as the working folder is there
+    row("Ctrl-C at the very beginning", SIGINT, -1);
+    row("Ctrl-C after the first picture", SIGINT, 1);
+    row("Ctrl-C in the middle", SIGINT, 8);
+    row("kill", SIGTERM, 2);
+    row("closed terminal", SIGHUP, 2);
 }
 
 void tst_ShopPublisherFrame::stops()
@@ -288,26 +290,17 @@ void tst_ShopPublisherFrame::verboseNames()
 
 void tst_ShopPublisherFrame::languages_data()
 {
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("result"); // of one photograph; @ stands for the site
-    QTest::addColumn<QString>("failure");
-    QTest::addColumn<QString>("lang");
-    QTest::addColumn<QString>("count");
-    QTest::addColumn<QString>("refusal");
-    QTest::newRow("English") << text("en") << text("1 of 1 photograph imported: @/index.html\n")
-                             << text("1 failure:\n  b.jpg: is empty\n") << text("en")
-                             << text("1 photograph<") << text("Two folders are needed");
-    QTest::newRow("French") << text("fr")
-                            << text("Photographies importées : 1 sur 1. Page : @/index.html\n")
-                            << text("1 échec :\n  b.jpg: est vide\n") << text("fr")
-                            << text("1 photographie<") << text("Il faut deux dossiers");
-    QTest::newRow("German") << text("de") << text("1 von 1 Foto importiert: @/index.html\n")
-                            << text("1 Fehlschlag:\n  b.jpg: ist leer\n") << text("de")
-                            << text("1 Foto<") << text("Es braucht zwei Ordner");
-    QTest::newRow("French of Canada")
-        << text("fr_CA") << text("Photographies importées : 1 sur 1. Page : @/index.html\n")
-        << text("1 échec :\n  b.jpg: est vide\n") << text("fr") << text("1 photographie<")
-        << text("Il faut deux dossiers");
+    // result: of one photograph; @ stands for the site
+    const auto row = columns<QString, QString, QString, QString, QString, QString>(
+        "code", "result", "failure", "lang", "count", "refusal");
+    row("English", "en", "1 of 1 photograph imported: @/index.html\n",
+        "1 failure:\n  b.jpg: is empty\n", "en", "1 photograph<", "Two folders are needed");
+    row("French", "fr", "Photographies importées : 1 sur 1. Page : @/index.html\n",
+        "1 échec :\n  b.jpg: est vide\n", "fr", "1 photographie<", "Il faut deux dossiers");
+    row("German", "de", "1 von 1 Foto importiert: @/index.html\n",
+        "1 Fehlschlag:\n  b.jpg: ist leer\n", "de", "1 Foto<", "Es braucht zwei Ordner");
+    row("French of Canada", "fr_CA", "Photographies importées : 1 sur 1. Page : @/index.html\n",
+        "1 échec :\n  b.jpg: est vide\n", "fr", "1 photographie<", "Il faut deux dossiers");
 }
 
 void tst_ShopPublisherFrame::languages()
@@ -339,12 +332,11 @@ void tst_ShopPublisherFrame::languages()
 
 void tst_ShopPublisherFrame::systemLanguage_data()
 {
-    QTest::addColumn<QString>("locale");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("French") << text("fr_BE.UTF-8") << text("Il faut deux dossiers");
-    QTest::newRow("German") << text("de_AT.UTF-8") << text("Es braucht zwei Ordner");
-    QTest::newRow("none of ours") << text("it_IT.UTF-8") << text("Two folders are needed");
-    QTest::newRow("none at all") << text("C") << text("Two folders are needed");
+    const auto row = namedByText(columns<QString, QString>("locale", "message"));
+    row("fr_BE.UTF-8", "Il faut deux dossiers");
+    row("de_AT.UTF-8", "Es braucht zwei Ordner");
+    row("it_IT.UTF-8", "Two folders are needed"); // none of ours
+    row("C", "Two folders are needed");
 }
 
 void tst_ShopPublisherFrame::systemLanguage()
@@ -408,9 +400,9 @@ void tst_ShopPublisherFrame::withoutTranslations()
 
 void tst_ShopPublisherFrame::translationsAreComplete_data()
 {
-    QTest::addColumn<QString>("language");
+    const auto row = columns<QString>("language");
     for (const char* language : {"en", "fr", "de"})
-        QTest::newRow(language) << text(language);
+        row(language, text(language));
 }
 
 void tst_ShopPublisherFrame::translationsAreComplete()

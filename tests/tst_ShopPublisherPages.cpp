@@ -4,6 +4,7 @@
 // The example program shop-publisher: what its pages offer to visitors, to owners and to search
 // engines, judged by a browser and by checkers of pages.
 
+#include "Columns.h"
 #include "PublisherShop.h"
 #include "PublisherTest.h"
 #include "ScriptRunner.h"
@@ -138,25 +139,20 @@ QJsonObject tst_ShopPublisherPages::fullShop() const
 
 void tst_ShopPublisherPages::sizesOfAPicture_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QString>("format");
-    QTest::addColumn<QStringList>("sizes"); // of the small pictures, without those in WebP
-    QTest::newRow("landscape") << QSize(2000, 1000) << text("jpg")
-                               << QStringList({text("sizes/320/a.jpg 320w"),
-                                               text("thumbs/a.jpg 640w"),
-                                               text("sizes/960/a.jpg 960w")});
-    QTest::newRow("upright") << QSize(1000, 2000) << text("jpg")
-                             << QStringList({text("sizes/320/a.jpg 160w"),
-                                             text("thumbs/a.jpg 320w"),
-                                             text("sizes/960/a.jpg 480w")});
-    QTest::newRow("smaller than the largest")
-        << QSize(700, 700) << text("png")
-        << QStringList({text("sizes/320/a.png 320w"), text("thumbs/a.png 640w"),
-                        text("sizes/960/a.png 700w")});
-    QTest::newRow("smaller than the second")
-        << QSize(400, 300) << text("jpg")
-        << QStringList({text("sizes/320/a.jpg 320w"), text("thumbs/a.jpg 400w")});
-    QTest::newRow("smaller than all") << QSize(40, 30) << text("jpg") << QStringList();
+    const auto row = columns<QSize, QString, QStringList>(
+        "size", "format", "sizes"); // of the small pictures, without those in WebP
+    row("landscape", QSize(2000, 1000), "jpg",
+        QStringList({text("sizes/320/a.jpg 320w"), text("thumbs/a.jpg 640w"),
+                     text("sizes/960/a.jpg 960w")}));
+    row("upright", QSize(1000, 2000), "jpg",
+        QStringList({text("sizes/320/a.jpg 160w"), text("thumbs/a.jpg 320w"),
+                     text("sizes/960/a.jpg 480w")}));
+    row("smaller than the largest", QSize(700, 700), "png",
+        QStringList({text("sizes/320/a.png 320w"), text("thumbs/a.png 640w"),
+                     text("sizes/960/a.png 700w")}));
+    row("smaller than the second", QSize(400, 300), "jpg",
+        QStringList({text("sizes/320/a.jpg 320w"), text("thumbs/a.jpg 400w")}));
+    row("smaller than all", QSize(40, 30), "jpg", QStringList());
 }
 
 void tst_ShopPublisherPages::sizesOfAPicture()
@@ -223,13 +219,11 @@ void tst_ShopPublisherPages::sizesFollowTheShop()
 
 void tst_ShopPublisherPages::browserChoosesASize_data()
 {
-    QTest::addColumn<int>("width");
-    QTest::addColumn<QString>("density");
-    QTest::addColumn<QString>("chosen");
-    QTest::newRow("phone, 1x") << 500 << text("1") << text("thumbs/");
-    QTest::newRow("desktop, 1x") << 1280 << text("1") << text("thumbs/");
-    QTest::newRow("desktop, 2x") << 1280 << text("2") << text("sizes/960/");
-    QTest::newRow("desktop, 3x") << 1280 << text("3") << text("sizes/960/");
+    const auto row = columns<int, QString, QString>("width", "density", "chosen");
+    row("phone, 1x", 500, "1", "thumbs/");
+    row("desktop, 1x", 1280, "1", "thumbs/");
+    row("desktop, 2x", 1280, "2", "sizes/960/");
+    row("desktop, 3x", 1280, "3", "sizes/960/");
 }
 
 void tst_ShopPublisherPages::browserChoosesASize()
@@ -285,11 +279,11 @@ void tst_ShopPublisherPages::cropping()
 
 void tst_ShopPublisherPages::rightToLeft_data()
 {
-    QTest::addColumn<bool>("rtl");
+    const auto row = columns<bool>("rtl");
     for (const char* language : {"ar", "he", "fa", "ur"})
-        QTest::newRow(language) << true;
+        row(language, true);
     for (const char* language : {"en", "de", "ja"})
-        QTest::newRow(language) << false;
+        row(language, false);
 }
 
 void tst_ShopPublisherPages::rightToLeft()
@@ -312,11 +306,11 @@ void tst_ShopPublisherPages::rightToLeft()
 
 void tst_ShopPublisherPages::pricesOfALanguage_data()
 {
-    QTest::addColumn<QString>("price");
-    QTest::newRow("fr") << text("1 234,56 €");
-    QTest::newRow("de") << text("1.234,56 €");
-    QTest::newRow("en") << text("€1,234.56");
-    QTest::newRow("nl") << text("€ 1.234,56");
+    const auto row = columns<QString>("price");
+    row("fr", "1 234,56 €");
+    row("de", "1.234,56 €");
+    row("en", "€1,234.56");
+    row("nl", "€ 1.234,56");
 }
 
 void tst_ShopPublisherPages::pricesOfALanguage()
@@ -339,12 +333,11 @@ void tst_ShopPublisherPages::pricesOfALanguage()
 
 void tst_ShopPublisherPages::languageOfTheReader_data()
 {
-    QTest::addColumn<QString>("accepted");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("first of the shop") << text("en-GB") << text("en");
-    QTest::newRow("another of the shop") << text("fr-CA") << text("fr");
-    QTest::newRow("second choice") << text("it,fr,en") << text("fr");
-    QTest::newRow("none of the shop") << text("ja") << text("en");
+    const auto row = columns<QString, QString>("accepted", "shown");
+    row("first of the shop", "en-GB", "en");
+    row("another of the shop", "fr-CA", "fr");
+    row("second choice", "it,fr,en", "fr");
+    row("none of the shop", "ja", "en");
 }
 
 void tst_ShopPublisherPages::languageOfTheReader()
@@ -392,15 +385,11 @@ void tst_ShopPublisherPages::owner()
 
 void tst_ShopPublisherPages::orders_data()
 {
-    QTest::addColumn<QString>("order");
-    QTest::addColumn<QString>("href");
-    QTest::newRow("mail") << text("zoe@shop.example")
-                          << text("mailto:zoe@shop.example?subject=Bol%20bleu");
-    QTest::newRow("address") << text("https://shop.example/order")
-                             << text("https://shop.example/order");
-    QTest::newRow("address with the product")
-        << text("https://shop.example/?what={name}&id={id}")
-        << text("https://shop.example/?what=Bol%20bleu&amp;id=product_blue_bowl");
+    const auto row = columns<QString, QString>("order", "href");
+    row("mail", "zoe@shop.example", "mailto:zoe@shop.example?subject=Bol%20bleu");
+    row("address", "https://shop.example/order", "https://shop.example/order");
+    row("address with the product", "https://shop.example/?what={name}&id={id}",
+        "https://shop.example/?what=Bol%20bleu&amp;id=product_blue_bowl");
 }
 
 void tst_ShopPublisherPages::orders()
@@ -602,10 +591,9 @@ void tst_ShopPublisherPages::shopThatWent()
 
 void tst_ShopPublisherPages::wrong_data()
 {
-    QTest::addColumn<QJsonObject>("shop");
-    QTest::addColumn<QString>("message");
-    const auto row = [](const char* name, const QJsonObject& shop, const char* message) {
-        QTest::newRow(name) << shop << text("shop.json, ") + text(message);
+    const auto table = columns<QJsonObject, QString>("shop", "message");
+    const auto row = [&](const char* name, const QJsonObject& shop, const char* message) {
+        table(name, shop, text("shop.json, ") + text(message));
     };
     row("address of another kind", with("url", text("javascript:alert(1)")),
         "url: \"javascript:alert(1)\" is no address of the web, such as "
@@ -746,9 +734,9 @@ void tst_ShopPublisherPages::focusIsSeen()
 
 void tst_ShopPublisherPages::checkersFindNothing_data()
 {
-    QTest::addColumn<QString>("page");
+    const auto row = columns<QString>("page");
     for (const char* name : {"index.html", "shop-fr.html", "photographs.html"})
-        QTest::newRow(name) << text(name);
+        row(name, text(name));
 }
 
 void tst_ShopPublisherPages::checkersFindNothing()

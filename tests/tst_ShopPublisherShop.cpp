@@ -4,6 +4,7 @@
 // The example program shop-publisher with a shop.json: the pages in a browser, the data in node,
 // the settings in php, and what is said of a file that is wrong.
 
+#include "Columns.h"
 #include "PublisherShop.h"
 #include "PublisherTest.h"
 #include "ScriptRunner.h"
@@ -184,106 +185,91 @@ void tst_ShopPublisherShop::projectWithoutShop()
 
 void tst_ShopPublisherShop::wrong_data()
 {
-    QTest::addColumn<QJsonObject>("shop");
-    QTest::addColumn<QString>("message"); // the whole line, without its indentation
+    const auto row =
+        columns<QJsonObject, QString>("shop", "message"); // the whole line, without its indentation
     const QJsonValue none(QJsonValue::Undefined);
     const QString bowl = text("shop.json, product 1 (Blue bowl), ");
     const QString pear = text("shop.json, product 2 (Pear), ");
 
     for (const char* key : {"name", "languages", "currency", "country", "products"})
-        QTest::newRow(QByteArray("missing ") + key)
-            << with(key, none) << text("shop.json, %1: is missing").arg(text(key));
+        row(QByteArray("missing ") + key, with(key, none),
+            text("shop.json, %1: is missing").arg(text(key)));
     for (const char* key : {"netPrice", "taxCategory", "photo", "description"})
-        QTest::newRow(QByteArray("product: missing ") + key)
-            << withProduct(1, key, none) << pear + text(key) + text(": is missing");
-    QTest::newRow("product: missing name")
-        << withProduct(1, "name", none) << text("shop.json, product 2, name: is missing");
+        row(QByteArray("product: missing ") + key, withProduct(1, key, none),
+            pear + text(key) + text(": is missing"));
+    row("product: missing name", withProduct(1, "name", none),
+        "shop.json, product 2, name: is missing");
 
-    QTest::newRow("price is a text") << withProduct(0, "netPrice", text("24.50"))
-                                     << bowl + text("netPrice: is no number, such as 12.50");
-    QTest::newRow("price is true")
-        << withProduct(0, "netPrice", true) << bowl + text("netPrice: is no number, such as 12.50");
-    QTest::newRow("price is null") << withProduct(0, "netPrice", QJsonValue())
-                                   << bowl + text("netPrice: is no number, such as 12.50");
-    QTest::newRow("price below zero")
-        << withProduct(0, "netPrice", -1) << bowl + text("netPrice: is below zero");
-    QTest::newRow("price without end")
-        << withProduct(0, "netPrice", 1e300) << bowl + text("netPrice: is too high for a price");
+    row("price is a text", withProduct(0, "netPrice", text("24.50")),
+        bowl + text("netPrice: is no number, such as 12.50"));
+    row("price is true", withProduct(0, "netPrice", true),
+        bowl + text("netPrice: is no number, such as 12.50"));
+    row("price is null", withProduct(0, "netPrice", QJsonValue()),
+        bowl + text("netPrice: is no number, such as 12.50"));
+    row("price below zero", withProduct(0, "netPrice", -1), bowl + text("netPrice: is below zero"));
+    row("price without end", withProduct(0, "netPrice", 1e300),
+        bowl + text("netPrice: is too high for a price"));
 
     const QString noCategory = text("taxCategory: is no tax category: a number from 0 to 4");
-    QTest::newRow("category above 4") << withProduct(1, "taxCategory", 5) << pear + noCategory;
-    QTest::newRow("category below 0") << withProduct(1, "taxCategory", -1) << pear + noCategory;
-    QTest::newRow("half a category") << withProduct(1, "taxCategory", 1.5) << pear + noCategory;
-    QTest::newRow("category is a text")
-        << withProduct(1, "taxCategory", text("1")) << pear + noCategory;
-    QTest::newRow("rate that the country does not have")
-        << withProduct(1, "taxCategory", 4)
-        << pear + text("taxCategory: FR has no rate of the category 4");
+    row("category above 4", withProduct(1, "taxCategory", 5), pear + noCategory);
+    row("category below 0", withProduct(1, "taxCategory", -1), pear + noCategory);
+    row("half a category", withProduct(1, "taxCategory", 1.5), pear + noCategory);
+    row("category is a text", withProduct(1, "taxCategory", text("1")), pear + noCategory);
+    row("rate that the country does not have", withProduct(1, "taxCategory", 4),
+        pear + text("taxCategory: FR has no rate of the category 4"));
 
-    QTest::newRow("no such photo") << withProduct(0, "photo", text("cup.jpg"))
-                                   << bowl + text("photo: there is no photograph \"cup.jpg\"");
-    QTest::newRow("photo outside the project")
-        << withProduct(0, "photo", text("../shop.json"))
-        << bowl + text("photo: there is no photograph \"../shop.json\"");
-    QTest::newRow("photo by its path")
-        << withProduct(0, "photo", text("photos/bowl.jpg"))
-        << bowl + text("photo: there is no photograph \"photos/bowl.jpg\"");
-    QTest::newRow("photo is a number")
-        << withProduct(0, "photo", 7) << bowl + text("photo: is no text");
-    QTest::newRow("photo is empty")
-        << withProduct(0, "photo", text(" ")) << bowl + text("photo: is empty");
+    row("no such photo", withProduct(0, "photo", text("cup.jpg")),
+        bowl + text("photo: there is no photograph \"cup.jpg\""));
+    row("photo outside the project", withProduct(0, "photo", text("../shop.json")),
+        bowl + text("photo: there is no photograph \"../shop.json\""));
+    row("photo by its path", withProduct(0, "photo", text("photos/bowl.jpg")),
+        bowl + text("photo: there is no photograph \"photos/bowl.jpg\""));
+    row("photo is a number", withProduct(0, "photo", 7), bowl + text("photo: is no text"));
+    row("photo is empty", withProduct(0, "photo", text(" ")), bowl + text("photo: is empty"));
 
-    QTest::newRow("unknown currency")
-        << with("currency", text("XYZ"))
-        << text("shop.json, currency: \"XYZ\" is no code of a currency, such as \"EUR\"");
-    QTest::newRow("currency in small letters")
-        << with("currency", text("eur"))
-        << text("shop.json, currency: \"eur\" is no code of a currency, such as \"EUR\"");
-    QTest::newRow("unknown country")
-        << with("country", text("CH"))
-        << text("shop.json, country: \"CH\" is no country of the European Union whose tax rates "
-                "are known, such as \"FR\"");
-    QTest::newRow("country by its name")
-        << with("country", text("France"))
-        << text("shop.json, country: \"FRANCE\" is no country of the European Union whose tax "
-                "rates are known, such as \"FR\"");
-    QTest::newRow("unknown font")
-        << with("font", text("Comic Sans MS"))
-        << text("shop.json, font: \"Comic Sans MS\" is no family of the catalogue of web fonts");
-    QTest::newRow("font is a list")
-        << with("font", QJsonArray{text("Lora")}) << text("shop.json, font: is no text");
+    row("unknown currency", with("currency", text("XYZ")),
+        "shop.json, currency: \"XYZ\" is no code of a currency, such as \"EUR\"");
+    row("currency in small letters", with("currency", text("eur")),
+        "shop.json, currency: \"eur\" is no code of a currency, such as \"EUR\"");
+    row("unknown country", with("country", text("CH")),
+        "shop.json, country: \"CH\" is no country of the European Union whose tax rates "
+        "are known, such as \"FR\"");
+    row("country by its name", with("country", text("France")),
+        "shop.json, country: \"FRANCE\" is no country of the European Union whose tax "
+        "rates are known, such as \"FR\"");
+    row("unknown font", with("font", text("Comic Sans MS")),
+        "shop.json, font: \"Comic Sans MS\" is no family of the catalogue of web fonts");
+    row("font is a list", with("font", QJsonArray{text("Lora")}), "shop.json, font: is no text");
 
-    QTest::newRow("no language") << with("languages", QJsonArray())
-                                 << text("shop.json, languages: is no list of languages");
-    QTest::newRow("language is no list")
-        << with("languages", text("en")) << text("shop.json, languages: is no list of languages");
-    QTest::newRow("unknown language")
-        << with("languages", QJsonArray{text("en"), text("fr"), text("xx")})
-        << text("shop.json, languages: \"xx\" is no code of a language, such as \"fr\" or "
-                "\"pt_BR\"");
-    QTest::newRow("language that would be a path")
-        << with("languages", QJsonArray{text("en"), text("fr"), text("../en")})
-        << text("shop.json, languages: \"../en\" is no code of a language, such as \"fr\" or "
-                "\"pt_BR\"");
-    QTest::newRow("language twice")
-        << with("languages", QJsonArray{text("en"), text("fr"), text("en")})
-        << text("shop.json, languages: \"en\" stands there twice");
+    row("no language", with("languages", QJsonArray()),
+        "shop.json, languages: is no list of languages");
+    row("language is no list", with("languages", text("en")),
+        "shop.json, languages: is no list of languages");
+    row("unknown language", with("languages", QJsonArray{text("en"), text("fr"), text("xx")}),
+        "shop.json, languages: \"xx\" is no code of a language, such as \"fr\" or "
+        "\"pt_BR\"");
+    row("language that would be a path",
+        with("languages", QJsonArray{text("en"), text("fr"), text("../en")}),
+        "shop.json, languages: \"../en\" is no code of a language, such as \"fr\" or "
+        "\"pt_BR\"");
+    row("language twice", with("languages", QJsonArray{text("en"), text("fr"), text("en")}),
+        "shop.json, languages: \"en\" stands there twice");
 
-    QTest::newRow("empty name") << with("name", text("  ")) << text("shop.json, name: is empty");
-    QTest::newRow("name is a number") << with("name", 5) << text("shop.json, name: is no text");
-    QTest::newRow("text without a translation")
-        << withProduct(0, "description", QJsonObject{{text("en"), text("A")}})
-        << bowl + text("description: has no text in \"fr\"");
-    QTest::newRow("translation that is no text")
-        << withProduct(0, "description", QJsonObject{{text("en"), text("A")}, {text("fr"), 3}})
-        << bowl + text("description: is no text in \"fr\"");
-    QTest::newRow("no products") << with("products", QJsonArray())
-                                 << text("shop.json, products: is no list of products");
-    QTest::newRow("products by name") << with("products", QJsonObject{{text("a"), 1}})
-                                      << text("shop.json, products: is no list of products");
-    QTest::newRow("product that is no object")
-        << with("products", QJsonArray{goodShop().value(text("products")).toArray().at(0), 3})
-        << text("shop.json, product 2: is no object");
+    row("empty name", with("name", text("  ")), "shop.json, name: is empty");
+    row("name is a number", with("name", 5), "shop.json, name: is no text");
+    row("text without a translation",
+        withProduct(0, "description", QJsonObject{{text("en"), text("A")}}),
+        bowl + text("description: has no text in \"fr\""));
+    row("translation that is no text",
+        withProduct(0, "description", QJsonObject{{text("en"), text("A")}, {text("fr"), 3}}),
+        bowl + text("description: is no text in \"fr\""));
+    row("no products", with("products", QJsonArray()),
+        "shop.json, products: is no list of products");
+    row("products by name", with("products", QJsonObject{{text("a"), 1}}),
+        "shop.json, products: is no list of products");
+    row("product that is no object",
+        with("products", QJsonArray{goodShop().value(text("products")).toArray().at(0), 3}),
+        "shop.json, product 2: is no object");
 }
 
 void tst_ShopPublisherShop::wrong()
@@ -308,18 +294,13 @@ void tst_ShopPublisherShop::wrong()
 
 void tst_ShopPublisherShop::wrongFiles_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("empty") << QByteArray() << text("shop.json: is no valid JSON (line 1: ");
-    QTest::newRow("no JSON") << QByteArray("<shop/>")
-                             << text("shop.json: is no valid JSON (line 1: ");
-    QTest::newRow("cut") << QByteArray("{\n  \"name\": \"A\",\n  \"lang")
-                         << text("shop.json: is no valid JSON (line 3: ");
-    QTest::newRow("comma too much") << QByteArray("{\n  \"name\": \"A\",\n}\n")
-                                    << text("shop.json: is no valid JSON (line 3: ");
-    QTest::newRow("Latin-1") << QByteArray("{\"name\": \"caf\xe9\"}")
-                             << text("shop.json: is no valid JSON (line 1: ");
-    QTest::newRow("a list") << QByteArray("[]") << text("shop.json: holds no object");
+    const auto row = columns<QByteArray, QString>("content", "message");
+    row("empty", QByteArray(), "shop.json: is no valid JSON (line 1: ");
+    row("no JSON", "<shop/>", "shop.json: is no valid JSON (line 1: ");
+    row("cut", "{\n  \"name\": \"A\",\n  \"lang", "shop.json: is no valid JSON (line 3: ");
+    row("comma too much", "{\n  \"name\": \"A\",\n}\n", "shop.json: is no valid JSON (line 3: ");
+    row("Latin-1", QByteArray("{\"name\": \"caf\xe9\"}"), "shop.json: is no valid JSON (line 1: ");
+    row("a list", "[]", "shop.json: holds no object");
 }
 
 void tst_ShopPublisherShop::wrongFiles()
@@ -401,16 +382,15 @@ void tst_ShopPublisherShop::photoThatFails()
 
 void tst_ShopPublisherShop::placesThatCannotBeWritten_data()
 {
-    QTest::addColumn<QString>("file"); // stands where a folder should, or
-    QTest::addColumn<QString>("folder"); // stands where a file should
-    QTest::addColumn<QString>("message");
-    QTest::newRow("data is a file") << text("data") << QString()
-                                    << text("data/products.js: cannot be written: the folder data");
-    QTest::newRow("config is a file")
-        << text("config") << QString() << text("config/config.php: cannot be written: the folder");
-    QTest::newRow("a page is a folder")
-        << QString() << text("shop-fr.html")
-        << text("shop-fr.html: cannot be written to shop-fr.html (");
+    // file: stands where a folder should, or
+    // folder: stands where a file should
+    const auto row = columns<QString, QString, QString>("file", "folder", "message");
+    row("data is a file", "data", QString(),
+        "data/products.js: cannot be written: the folder data");
+    row("config is a file", "config", QString(),
+        "config/config.php: cannot be written: the folder");
+    row("a page is a folder", QString(), "shop-fr.html",
+        "shop-fr.html: cannot be written to shop-fr.html (");
 }
 
 void tst_ShopPublisherShop::placesThatCannotBeWritten()
@@ -586,25 +566,16 @@ void tst_ShopPublisherShop::prices()
 
 void tst_ShopPublisherShop::fonts_data()
 {
-    QTest::addColumn<QString>("font");
-    QTest::addColumn<QString>("css");
-    QTest::addColumn<QString>("address");
-    QTest::newRow("all weights") << text("open sans") << text("\"Open Sans\", system-ui")
-                                 << text("Open+Sans:400,700");
-    QTest::newRow("one weight") << text("Lobster") << text("\"Lobster\", system-ui")
-                                << text("Lobster:400");
-    QTest::newRow("light only") << text("Buda") << text("\"Buda\", system-ui") << text("Buda:300");
-    QTest::newRow("bold only") << text("UnifrakturCook") << text("\"UnifrakturCook\", system-ui")
-                               << text("UnifrakturCook:700");
-    QTest::newRow("neither 400") << text("Sunflower") << text("\"Sunflower\", system-ui")
-                                 << text("Sunflower:500,700");
-    QTest::newRow("italic only") << text("Molle") << text("\"Molle\", \"Segoe Print\"")
-                                 << text("Molle:400i");
-    QTest::newRow("serif") << text("EBGaramond") << text("\"EB Garamond\", Georgia")
-                           << text("EB+Garamond:400,700");
-    QTest::newRow("monospace") << text("Source Code Pro")
-                               << text("\"Source Code Pro\", ui-monospace")
-                               << text("Source+Code+Pro:400,700");
+    const auto row = columns<QString, QString, QString>("font", "css", "address");
+    row("all weights", "open sans", "\"Open Sans\", system-ui", "Open+Sans:400,700");
+    row("one weight", "Lobster", "\"Lobster\", system-ui", "Lobster:400");
+    row("light only", "Buda", "\"Buda\", system-ui", "Buda:300");
+    row("bold only", "UnifrakturCook", "\"UnifrakturCook\", system-ui", "UnifrakturCook:700");
+    row("neither 400", "Sunflower", "\"Sunflower\", system-ui", "Sunflower:500,700");
+    row("italic only", "Molle", "\"Molle\", \"Segoe Print\"", "Molle:400i");
+    row("serif", "EBGaramond", "\"EB Garamond\", Georgia", "EB+Garamond:400,700");
+    row("monospace", "Source Code Pro", "\"Source Code Pro\", ui-monospace",
+        "Source+Code+Pro:400,700");
 }
 
 void tst_ShopPublisherShop::fonts()
@@ -744,31 +715,22 @@ void tst_ShopPublisherShop::hostileTextsInTheBrowser()
 
 void tst_ShopPublisherShop::sampleShopInTheBrowser_data()
 {
-    QTest::addColumn<int>("width");
-    QTest::addColumn<QStringList>("names");
-    QTest::addColumn<QString>("parts");
-    QTest::addColumn<QString>("foot");
-    QTest::newRow("en") << 1280
-                        << QStringList({text("Bowl \"Summer blue\""),
-                                        text("Teapot for five o'clock"), text("Celadon vase"),
-                                        text("Workshop lamp"), text("Three pears, 100 % ripe"),
-                                        text("A cup of hot chocolate")})
-                        << text("€24.50 net + €4.90 VAT (20 %)")
-                        << text("Prices in Euro, with the VAT of France.");
-    QTest::newRow("fr") << 500
-                        << QStringList({text("Bol « Bleu d'été »"), text("Théière de cinq heures"),
-                                        text("Vase céladon"), text("Lampe d’atelier"),
-                                        text("Trois poires, 100 % mûres"),
-                                        text("Une tasse de chocolat chaud")})
-                        << text("24,50 € HT + 4,90 € TVA (20 %)")
-                        << text("Prix en Euro, TVA applicable : France.");
-    QTest::newRow("de") << 800
-                        << QStringList({text("Schale „Sommerblau“"), text("Teekanne für fünf Uhr"),
-                                        text("Seladon-Vase"), text("Werkstattlampe"),
-                                        text("Drei Birnen, 100 % reif"),
-                                        text("Eine Tasse heiße Schokolade")})
-                        << text("24,50 € netto + 4,90 € MwSt. (20 %)")
-                        << text("Preise in Euro, Mehrwertsteuer: France.");
+    const auto row = columns<int, QStringList, QString, QString>("width", "names", "parts", "foot");
+    row("en", 1280,
+        QStringList({text("Bowl \"Summer blue\""), text("Teapot for five o'clock"),
+                     text("Celadon vase"), text("Workshop lamp"), text("Three pears, 100 % ripe"),
+                     text("A cup of hot chocolate")}),
+        "€24.50 net + €4.90 VAT (20 %)", "Prices in Euro, with the VAT of France.");
+    row("fr", 500,
+        QStringList({text("Bol « Bleu d'été »"), text("Théière de cinq heures"),
+                     text("Vase céladon"), text("Lampe d’atelier"),
+                     text("Trois poires, 100 % mûres"), text("Une tasse de chocolat chaud")}),
+        "24,50 € HT + 4,90 € TVA (20 %)", "Prix en Euro, TVA applicable : France.");
+    row("de", 800,
+        QStringList({text("Schale „Sommerblau“"), text("Teekanne für fünf Uhr"),
+                     text("Seladon-Vase"), text("Werkstattlampe"), text("Drei Birnen, 100 % reif"),
+                     text("Eine Tasse heiße Schokolade")}),
+        "24,50 € netto + 4,90 € MwSt. (20 %)", "Preise in Euro, Mehrwertsteuer: France.");
 }
 
 void tst_ShopPublisherShop::sampleShopInTheBrowser()

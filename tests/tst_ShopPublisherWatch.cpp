@@ -7,6 +7,8 @@
 #include "PublisherTest.h"
 #include "SystemCalls.h"
 
+#include "Columns.h"
+
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -79,6 +81,7 @@ private Q_SLOTS:
     void editingSession();
 
 private:
+    void prepareFolders(mode_t project, mode_t site);
     QString image(const char* name) const { return mSite + text("/images/") + text(name); }
     QString staticFile(const char* name) const { return mProject + text("/static/") + text(name); }
     QString mirror(const char* name) const { return mSite + text("/static/") + text(name); }
@@ -183,20 +186,20 @@ void tst_ShopPublisherWatch::lockIsThereOnlyMeanwhile()
 
 void tst_ShopPublisherWatch::secondInstance_data()
 {
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("message"); // %1 the project, %2 the process, %3 the machine
-    QTest::newRow("English") << text("en")
-                             << text("shop-publisher: Project project already opened !\n"
-                                     "  Folder : %1/\n"
-                                     "  Held by process %2 (shop-publisher) on %3\n");
-    QTest::newRow("French") << text("fr")
-                            << text("shop-publisher: Le projet project est déjà ouvert !\n"
-                                    "  Folder : %1/\n"
-                                    "  Détenu par le processus %2 (shop-publisher) sur %3\n");
-    QTest::newRow("German") << text("de")
-                            << text("shop-publisher: Das Projekt project ist schon geöffnet!\n"
-                                    "  Folder : %1/\n"
-                                    "  Gehalten von Prozess %2 (shop-publisher) auf %3\n");
+    const auto row = columns<QString, QString>(
+        "language", "message"); // %1 the project, %2 the process, %3 the machine
+    row("English", "en",
+        "shop-publisher: Project project already opened !\n"
+        "  Folder : %1/\n"
+        "  Held by process %2 (shop-publisher) on %3\n");
+    row("French", "fr",
+        "shop-publisher: Le projet project est déjà ouvert !\n"
+        "  Folder : %1/\n"
+        "  Détenu par le processus %2 (shop-publisher) sur %3\n");
+    row("German", "de",
+        "shop-publisher: Das Projekt project ist schon geöffnet!\n"
+        "  Folder : %1/\n"
+        "  Gehalten von Prozess %2 (shop-publisher) auf %3\n");
 }
 
 void tst_ShopPublisherWatch::secondInstance()
@@ -222,10 +225,9 @@ void tst_ShopPublisherWatch::secondInstance()
 
 void tst_ShopPublisherWatch::lockAfterAnEnd_data()
 {
-    QTest::addColumn<int>("signal");
-    QTest::addColumn<bool>("left");
-    QTest::newRow("Ctrl-C") << SIGINT << false;
-    QTest::newRow("killed") << SIGKILL << true;
+    const auto row = columns<int, bool>("signal", "left");
+    row("Ctrl-C", SIGINT, false);
+    row("killed", SIGKILL, true);
 }
 
 void tst_ShopPublisherWatch::lockAfterAnEnd()
@@ -313,15 +315,21 @@ void tst_ShopPublisherWatch::workingFoldersLeftBehind()
     QCOMPARE(filesIn(outside), QStringList(text("keep.txt")));
 }
 
-void tst_ShopPublisherWatch::projectThatCannotBeWritten()
+/// A photograph, and the modes of the two folders for an ordinary process.
+void tst_ShopPublisherWatch::prepareFolders(mode_t project, mode_t site)
 {
     SKIP_ON_WINDOWS(
         "no permission there refuses reading, and under wine none refuses writing to root");
     writeFile(photo("a.jpg"), jpeg(40, 30));
     QVERIFY(QDir().mkpath(mSite));
     QCOMPARE(::chmod(QFile::encodeName(root()).constData(), 0755), 0);
-    QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0777), 0);
-    QCOMPARE(::chmod(QFile::encodeName(mProject).constData(), 0555), 0);
+    QCOMPARE(::chmod(QFile::encodeName(mProject).constData(), project), 0);
+    QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), site), 0);
+}
+
+void tst_ShopPublisherWatch::projectThatCannotBeWritten()
+{
+    prepareFolders(0555, 0777);
     const QString line =
         text("No lock: the project's folder %1 cannot be written to\n").arg(mProject);
 
@@ -360,11 +368,7 @@ void tst_ShopPublisherWatch::siteThatCannotBeWritten()
 {
     SKIP_ON_WINDOWS(
         "no permission there refuses reading, and under wine none refuses writing to root");
-    writeFile(photo("a.jpg"), jpeg(40, 30));
-    QVERIFY(QDir().mkpath(mSite));
-    QCOMPARE(::chmod(QFile::encodeName(root()).constData(), 0755), 0);
-    QCOMPARE(::chmod(QFile::encodeName(mProject).constData(), 0777), 0);
-    QCOMPARE(::chmod(QFile::encodeName(mSite).constData(), 0555), 0);
+    prepareFolders(0777, 0555);
     OrdinaryProcess process;
     const Outcome outcome = run(process, {mProject, mSite}, QString());
     QCOMPARE(outcome.exitCode, ::badUsage);
@@ -627,10 +631,10 @@ void tst_ShopPublisherWatch::watchFollowsTheShop()
 
 void tst_ShopPublisherWatch::stops_data()
 {
-    QTest::addColumn<int>("signal");
-    QTest::newRow("Ctrl-C") << SIGINT;
-    QTest::newRow("kill") << SIGTERM;
-    QTest::newRow("closed terminal") << SIGHUP;
+    const auto row = columns<int>("signal");
+    row("Ctrl-C", SIGINT);
+    row("kill", SIGTERM);
+    row("closed terminal", SIGHUP);
 }
 
 void tst_ShopPublisherWatch::stops()

@@ -3,6 +3,7 @@
 
 #include "StringUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 #include "PiecesBetween.h"
 #include "ProcessRandom.h"
@@ -141,11 +142,10 @@ void tst_StringUtils::concurrentFirstCalls()
 
 void tst_StringUtils::formatDurationFromMSec_data()
 {
-    QTest::addColumn<quint64>("ms");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](quint64 ms, const char* expected) {
-        QTest::newRow(qPrintable(QString::asprintf("%llu", static_cast<unsigned long long>(ms))))
-            << ms << text(expected);
+    const auto table = columns<quint64, QString>("ms", "expected");
+    const auto row = [&](quint64 ms, const char* expected) {
+        table(qPrintable(QString::asprintf("%llu", static_cast<unsigned long long>(ms))), ms,
+              text(expected));
     };
     row(0, "");
     row(1, "1ms ");
@@ -204,13 +204,10 @@ void tst_StringUtils::fixedTexts()
 
 void tst_StringUtils::compareVersion_data()
 {
-    QTest::addColumn<QString>("a");
-    QTest::addColumn<QString>("b");
-    QTest::addColumn<bool>("comparable");
-    QTest::addColumn<int>("result");
-    const auto row = [](const char* a, const char* b, bool comparable, int result) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s'", a, b)))
-            << text(a) << text(b) << comparable << result;
+    const auto table = columns<QString, QString, bool, int>("a", "b", "comparable", "result");
+    const auto row = [&](const char* a, const char* b, bool comparable, int result) {
+        table(qPrintable(QString::asprintf("'%s' '%s'", a, b)), text(a), text(b), comparable,
+              result);
     };
     row("1", "1", true, 0);
     row("2", "1", true, 1);
@@ -290,17 +287,16 @@ void tst_StringUtils::compareVersion()
 
 void tst_StringUtils::capitalize_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("capitalized");
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("one letter") << text("a") << text("A");
-    QTest::newRow("word") << text("hello world") << text("Hello world");
-    QTest::newRow("the rest is unchanged") << text("hELLO") << text("HELLO");
-    QTest::newRow("capital already") << text("Hello") << text("Hello");
-    QTest::newRow("accent") << text("élan VITAL") << text("Élan VITAL");
-    QTest::newRow("longer in upper case") << text("ßa") << text("SSa");
-    QTest::newRow("no letter") << text("1a") << text("1a");
-    QTest::newRow("blank first") << text(" a") << text(" a");
+    const auto row = namedByText(columns<QString, QString>("s", "capitalized"));
+    row("", "");
+    row("a", "A");
+    row("hello world", "Hello world");
+    row("hELLO", "HELLO"); // the rest is unchanged
+    row("Hello", "Hello");
+    row("élan VITAL", "Élan VITAL");
+    row("ßa", "SSa"); // longer in upper case
+    row("1a", "1a");
+    row(" a", " a");
 }
 
 void tst_StringUtils::capitalize()
@@ -311,15 +307,14 @@ void tst_StringUtils::capitalize()
 
 void tst_StringUtils::escapeQuotes_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("escaped");
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("none") << text("it's") << text("it's");
-    QTest::newRow("two") << text("say \"hi\"") << text("say \\\"hi\\\"");
-    QTest::newRow("quote alone") << text("\"") << text("\\\"");
+    const auto row = namedByText(columns<QString, QString>("s", "escaped"));
+    row("", "");
+    row("it's", "it's");
+    row("say \"hi\"", "say \\\"hi\\\"");
+    row("\"", "\\\"");
     // Deliberate: a backslash is not doubled.
-    QTest::newRow("backslash") << text("a\\b") << text("a\\b");
-    QTest::newRow("escaped already") << text("\\\"") << text("\\\\\"");
+    row("a\\b", "a\\b");
+    row("\\\"", "\\\\\"");
 }
 
 void tst_StringUtils::escapeQuotes()
@@ -339,11 +334,10 @@ void tst_StringUtils::escapeQuotesOfManyQuotes()
 
 void tst_StringUtils::removeAccentsOfEachCharacter_data()
 {
-    QTest::addColumn<QString>("accented");
-    QTest::addColumn<QString>("plain");
-    const auto rows = [](const char* characters, const char* plain) {
+    const auto row = columns<QString, QString>("accented", "plain");
+    const auto rows = [&](const char* characters, const char* plain) {
         for (const QChar c : text(characters))
-            QTest::newRow(QString(c).toUtf8().constData()) << QString(c) << text(plain);
+            row(QString(c).toUtf8().constData(), QString(c), text(plain));
     };
     rows("Š", "S");
     rows("Œ", "OE");
@@ -393,20 +387,19 @@ void tst_StringUtils::removeAccentsLeavesAllOthers()
 
 void tst_StringUtils::removeAccents_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("plain");
-    QTest::newRow("null") << QString() << QString();
-    QTest::newRow("empty") << text("") << QString();
-    QTest::newRow("plain") << text("plain text, 1") << text("plain text, 1");
-    QTest::newRow("ligatures") << text("Œuvre à Ærø") << text("OEuvre a AEro");
-    QTest::newRow("sharp s") << text("Straße") << text("Strase");
-    QTest::newRow("quirks") << text("ðµ¥") << text("ouY");
-    QTest::newRow("unknown letters") << text("Ąłřþ×") << text("Ąłřþ×");
-    QTest::newRow("mixed") << text("éĄè") << text("eĄe");
-    QTest::newRow("combining accent") << text("e\u0301") << text("e\u0301");
-    QTest::newRow("micro sign only") << text("\u03bc") << text("\u03bc");
-    QTest::newRow("beyond the BMP") << text("é😀") << text("e😀");
-    QTest::newRow("NUL") << QString(QChar(0)) + text("é") << QString(QChar(0)) + text("e");
+    const auto row = columns<QString, QString>("s", "plain");
+    row("null", QString(), QString());
+    row("empty", "", QString());
+    row("plain", "plain text, 1", "plain text, 1");
+    row("ligatures", "Œuvre à Ærø", "OEuvre a AEro");
+    row("sharp s", "Straße", "Strase");
+    row("quirks", "ðµ¥", "ouY");
+    row("unknown letters", "Ąłřþ×", "Ąłřþ×");
+    row("mixed", "éĄè", "eĄe");
+    row("combining accent", "e\u0301", "e\u0301");
+    row("micro sign only", "\u03bc", "\u03bc");
+    row("beyond the BMP", "é😀", "e😀");
+    row("NUL", QString(QChar(0)) + text("é"), QString(QChar(0)) + text("e"));
 }
 
 void tst_StringUtils::removeAccents()
@@ -417,11 +410,7 @@ void tst_StringUtils::removeAccents()
 
 void tst_StringUtils::normalizeTextForSearch_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("key");
-    const auto row = [](const char* s, const char* key) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s'", s))) << text(s) << text(key);
-    };
+    const auto row = namedByText(columns<QString, QString>("s", "key"));
     row("", "");
     row("Élan, Vital!", "elan vital");
     row("  two\t\n blanks  ", "two blanks");
@@ -473,11 +462,7 @@ void tst_StringUtils::normalizeTextForSearchOfEachCharacter()
 
 void tst_StringUtils::splitTextForSearch_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QStringList>("words");
-    const auto row = [](const char* s, const QStringList& words) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s'", s))) << text(s) << words;
-    };
+    const auto row = namedByText(columns<QString, QStringList>("s", "words"));
     row("", {});
     row("  ", {});
     row("-,;", {});
@@ -590,12 +575,10 @@ void tst_StringUtils::generateUniqueId()
 
 void tst_StringUtils::formatRealForInput_data()
 {
-    QTest::addColumn<double>("value");
-    QTest::addColumn<int>("precision");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](double value, int precision, const char* expected) {
-        QTest::newRow(qPrintable(QString::asprintf("%g with %d", value, precision)))
-            << value << precision << text(expected);
+    const auto table = columns<double, int, QString>("value", "precision", "expected");
+    const auto row = [&](double value, int precision, const char* expected) {
+        table(qPrintable(QString::asprintf("%g with %d", value, precision)), value, precision,
+              text(expected));
     };
     row(2.5, 2, "2.5");
     row(3.0, 2, "3");
@@ -627,12 +610,10 @@ void tst_StringUtils::formatRealForInput()
 
 void tst_StringUtils::byteArrayToString_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("base");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* bytesInHex, int base, const char* expected) {
-        QTest::newRow(qPrintable(QString::asprintf("%s in base %d", bytesInHex, base)))
-            << QByteArray::fromHex(bytesInHex) << base << text(expected);
+    const auto table = columns<QByteArray, int, QString>("bytes", "base", "expected");
+    const auto row = [&](const char* bytesInHex, int base, const char* expected) {
+        table(qPrintable(QString::asprintf("%s in base %d", bytesInHex, base)),
+              QByteArray::fromHex(bytesInHex), base, text(expected));
     };
     row("", 16, "");
     row("0aff", 16, "0aff");
@@ -659,12 +640,9 @@ void tst_StringUtils::byteArrayToString()
 
 void tst_StringUtils::hexaStringToByteArray_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<int>("base");
-    QTest::addColumn<QString>("hex");
-    const auto row = [](const char* s, int base, const char* hex) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s' in base %d", s, base)))
-            << text(s) << base << text(hex);
+    const auto table = columns<QString, int, QString>("s", "base", "hex");
+    const auto row = [&](const char* s, int base, const char* hex) {
+        table(qPrintable(QString::asprintf("'%s' in base %d", s, base)), text(s), base, text(hex));
     };
     row("", 16, "");
     row("0aff", 16, "0aff");
@@ -704,17 +682,14 @@ void tst_StringUtils::bytesThereAndBack()
 
 void tst_StringUtils::findNoExistantName_data()
 {
-    QTest::addColumn<QStringList>("existing");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("extension");
-    QTest::addColumn<QString>("name");
-    const auto row = [](const char* existing, const char* prefix, const char* pattern,
-                        const char* extension, const char* name) {
-        QTest::newRow(qPrintable(
-            QString::asprintf("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)))
-            << nonEmptyParts(text(existing), QLatin1Char('|')) << text(prefix) << text(pattern)
-            << text(extension) << text(name);
+    const auto table = columns<QStringList, QString, QString, QString, QString>(
+        "existing", "prefix", "pattern", "extension", "name");
+    const auto row = [&](const char* existing, const char* prefix, const char* pattern,
+                         const char* extension, const char* name) {
+        table(qPrintable(
+                  QString::asprintf("[%s] '%s' '%s' '%s'", existing, prefix, pattern, extension)),
+              nonEmptyParts(text(existing), QLatin1Char('|')), text(prefix), text(pattern),
+              text(extension), text(name));
     };
     row("page.html|Page 1.html", "Page", " %1", "html", "Page 2.html");
     row("", "Page", " %1", "html", "Page.html");
@@ -768,13 +743,11 @@ void tst_StringUtils::findNoExistantNameAmongMany()
 
 void tst_StringUtils::replaceFirstText_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<QString>("result");
-    const auto row = [](const char* s, const char* before, const char* after, const char* result) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, before, after)))
-            << text(s) << text(before) << text(after) << text(result);
+    const auto table =
+        columns<QString, QString, QString, QString>("s", "before", "after", "result");
+    const auto row = [&](const char* s, const char* before, const char* after, const char* result) {
+        table(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, before, after)), text(s),
+              text(before), text(after), text(result));
     };
     row("one two one", "one", "1", "1 two one");
     row("one two", "two", "second", "one second");
@@ -799,15 +772,12 @@ void tst_StringUtils::replaceFirstText()
 
 void tst_StringUtils::replaceFirstMatch_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("group");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<QString>("result");
-    const auto row = [](const char* s, const char* pattern, const char* group, const char* after,
-                        const char* result) {
-        QTest::newRow(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, pattern, group)))
-            << text(s) << text(pattern) << text(group) << text(after) << text(result);
+    const auto table = columns<QString, QString, QString, QString, QString>("s", "pattern", "group",
+                                                                            "after", "result");
+    const auto row = [&](const char* s, const char* pattern, const char* group, const char* after,
+                         const char* result) {
+        table(qPrintable(QString::asprintf("'%s' '%s' '%s'", s, pattern, group)), text(s),
+              text(pattern), text(group), text(after), text(result));
     };
     row("w=10 h=20 h=30", "h=(?<n>\\d+)", "n", "99", "w=10 h=99 h=30");
     row("w=10 h=20", "(?<key>\\w)=(?<n>\\d+)", "n", "5", "w=5 h=20");
@@ -842,11 +812,10 @@ void tst_StringUtils::replacesInPlace()
 
 void tst_StringUtils::removeLastChar_data()
 {
-    QTest::addColumn<QString>("s");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("word") << text("abc") << text("ab");
-    QTest::newRow("one") << text("a") << QString();
-    QTest::newRow("empty") << QString() << QString();
+    const auto row = columns<QString, QString>("s", "result");
+    row("word", "abc", "ab");
+    row("one", "a", QString());
+    row("empty", QString(), QString());
 }
 
 void tst_StringUtils::removeLastChar()
@@ -864,13 +833,12 @@ void tst_StringUtils::richTextToBold()
 
 void tst_StringUtils::joinWithSlashes_data()
 {
-    QTest::addColumn<QStringList>("elements");
-    QTest::addColumn<QString>("joined");
-    QTest::newRow("none") << QStringList() << QString();
-    QTest::newRow("one") << QStringList{text("a")} << text("a");
-    QTest::newRow("three") << QStringList{text("a"), text("b"), text("c")} << text("a/b/c");
-    QTest::newRow("empty elements") << QStringList{QString(), text("a"), QString()} << text("/a/");
-    QTest::newRow("slashes inside stay") << QStringList{text("a/"), text("/b")} << text("a///b");
+    const auto row = columns<QStringList, QString>("elements", "joined");
+    row("none", QStringList(), QString());
+    row("one", QStringList{text("a")}, "a");
+    row("three", QStringList{text("a"), text("b"), text("c")}, "a/b/c");
+    row("empty elements", QStringList{QString(), text("a"), QString()}, "/a/");
+    row("slashes inside stay", QStringList{text("a/"), text("/b")}, "a///b");
 }
 
 void tst_StringUtils::joinWithSlashes()

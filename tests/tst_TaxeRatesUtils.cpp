@@ -3,6 +3,7 @@
 
 #include "TaxeRatesUtils.h"
 
+#include "Columns.h"
 #include "FileUtils.h"
 #include "LogCapture.h"
 #include "Sandbox.h"
@@ -83,11 +84,7 @@ void tst_TaxeRatesUtils::categories()
 
 void tst_TaxeRatesUtils::countries()
 {
-    QTest::addColumn<QString>("country");
-    QTest::addColumn<Rates>("rates");
-    const auto row = [](const char* code, const char* country, const Rates& rates) {
-        QTest::newRow(code) << QString::fromLatin1(country) << rates;
-    };
+    const auto row = columns<QString, Rates>("country", "rates");
     row("AT", "Austria", {20, 10, 13, -1, 12});
     row("BE", "Belgium", {21, 12, 6, -1, 12});
     row("BG", "Bulgaria", {20, 9, -1, -1, -1});
@@ -190,17 +187,16 @@ void tst_TaxeRatesUtils::fileAsAWhole()
 
 void tst_TaxeRatesUtils::noRate_data()
 {
-    QTest::addColumn<QString>("country");
-    QTest::addColumn<int>("category");
-    QTest::newRow("no reduced rate") << "DK" << 2;
-    QTest::newRow("not in the table") << "CH" << 0;
-    QTest::newRow("category behind the last") << "DE" << 5;
-    QTest::newRow("negative category") << "DE" << -1;
-    QTest::newRow("largest category") << "DE" << INT_MAX;
-    QTest::newRow("empty code") << "" << 0;
-    QTest::newRow("blank behind") << "FR " << 0;
-    QTest::newRow("name of the country") << "France" << 0;
-    QTest::newRow("key of the file") << "rates" << 0;
+    const auto row = columns<QString, int>("country", "category");
+    row("no reduced rate", "DK", 2);
+    row("not in the table", "CH", 0);
+    row("category behind the last", "DE", 5);
+    row("negative category", "DE", -1);
+    row("largest category", "DE", INT_MAX);
+    row("empty code", "", 0);
+    row("blank behind", "FR ", 0);
+    row("name of the country", "France", 0);
+    row("key of the file", "rates", 0);
 }
 
 void tst_TaxeRatesUtils::noRate()

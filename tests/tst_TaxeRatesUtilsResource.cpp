@@ -3,6 +3,7 @@
 
 // The tax rates over files that this test makes up: when the table is built, and from what.
 
+#include "Columns.h"
 #include "FileUtils.h"
 #include "TaxeRatesUtils.h"
 #include "Text.h"
@@ -39,10 +40,10 @@ private Q_SLOTS:
 
 void tst_TaxeRatesUtilsResource::nothingIsBuiltFromNothing_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("missing or empty") << QByteArray();
-    QTest::newRow("cut short") << QByteArray(R"({"rates": {"FR": {"standard_rate": 20)");
-    QTest::newRow("no JSON") << QByteArray("rates");
+    const auto row = columns<QByteArray>("file");
+    row("missing or empty", QByteArray());
+    row("cut short", QByteArray(R"({"rates": {"FR": {"standard_rate": 20)"));
+    row("no JSON", "rates");
 }
 
 void tst_TaxeRatesUtilsResource::nothingIsBuiltFromNothing()

@@ -3,6 +3,7 @@
 
 #include "TextStreamUTF8.h"
 
+#include "Columns.h"
 #include "StreamedDocument.h"
 #include "Text.h"
 
@@ -169,13 +170,11 @@ void tst_TextStreamUTF8::init()
 
 void tst_TextStreamUTF8::indented_data()
 {
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("texts");
-    QTest::addColumn<QString>("result");
-    const auto row = [](int level, const QStringList& texts, const char* result) {
-        QTest::newRow(qPrintable(text("%1: %2").arg(level).arg(
-            texts.join(QLatin1Char('|')).replace(QLatin1Char('\n'), QLatin1String("\\n")))))
-            << level << texts << text(result);
+    const auto table = columns<int, QStringList, QString>("level", "texts", "result");
+    const auto row = [&](int level, const QStringList& texts, const char* result) {
+        table(qPrintable(text("%1: %2").arg(level).arg(
+                  texts.join(QLatin1Char('|')).replace(QLatin1Char('\n'), QLatin1String("\\n")))),
+              level, texts, text(result));
     };
     const auto s = [](const char* string) { return text(string); };
     row(0, {s("a\nb\n"), s("c")}, "a\nb\nc");

@@ -4,8 +4,10 @@
 #include "Thread.h"
 
 #include "ChildRole.h"
+#include "Columns.h"
 #include "LogCapture.h"
 #include "SystemCalls.h"
+#include "ThreadParents.h"
 #include "ThreadRecords.h"
 #include "Threadable.h"
 
@@ -225,12 +227,7 @@ void tst_Thread::metaObject()
 
 void tst_Thread::parents()
 {
-    Thread orphan;
-    QCOMPARE(orphan.parent(), static_cast<QObject*>(QCoreApplication::instance()));
-
-    QObject parent;
-    Thread child(&parent);
-    QCOMPARE(child.parent(), &parent);
+    compareParents<Thread>();
 }
 
 // The cancel flag
@@ -363,9 +360,9 @@ void tst_Thread::interruptionLeavesWorkersAlone()
 
 void tst_Thread::wakes_data()
 {
-    QTest::addColumn<bool>("byInterruption");
-    QTest::newRow("mainWake") << false;
-    QTest::newRow("requestInterruption") << true;
+    const auto row = columns<bool>("byInterruption");
+    row("mainWake", false);
+    row("requestInterruption", true);
 }
 
 void tst_Thread::wakes()
@@ -522,15 +519,15 @@ void tst_Thread::stopAndWaitWakesAgain()
 
 void tst_Thread::durations_data()
 {
-    QTest::addColumn<qint64>("milliseconds");
-    QTest::addColumn<bool>("isLimit"); // else none that could be waited for
-    QTest::newRow("the least") << qint64(std::chrono::milliseconds::min().count()) << true;
-    QTest::newRow("negative") << qint64(-1) << true;
-    QTest::newRow("none") << qint64(0) << true;
-    QTest::newRow("short") << qint64(30) << true;
-    QTest::newRow("a day") << qint64(86400000) << false;
-    QTest::newRow("25 days") << 25 * qint64(86400000) << false;
-    QTest::newRow("the most") << qint64(std::chrono::milliseconds::max().count()) << false;
+    const auto row =
+        columns<qint64, bool>("milliseconds", "isLimit"); // else none that could be waited for
+    row("the least", qint64(std::chrono::milliseconds::min().count()), true);
+    row("negative", qint64(-1), true);
+    row("none", qint64(0), true);
+    row("short", qint64(30), true);
+    row("a day", qint64(86400000), false);
+    row("25 days", 25 * qint64(86400000), false);
+    row("the most", qint64(std::chrono::milliseconds::max().count()), false);
 }
 
 void tst_Thread::durations()
@@ -690,14 +687,13 @@ void tst_Thread::onFinished()
 
 void tst_Thread::deleteOnFinished_data()
 {
-    QTest::addColumn<QList<bool>>("calls");
-    QTest::addColumn<bool>("deleted");
-    QTest::newRow("never asked") << QList<bool>() << false;
-    QTest::newRow("asked") << QList<bool>({true}) << true;
-    QTest::newRow("asked twice") << QList<bool>({true, true}) << true;
-    QTest::newRow("withdrawn") << QList<bool>({true, false}) << false;
-    QTest::newRow("asked twice, withdrawn once") << QList<bool>({true, true, false}) << false;
-    QTest::newRow("withdrawn, asked") << QList<bool>({false, true}) << true;
+    const auto row = columns<QList<bool>, bool>("calls", "deleted");
+    row("never asked", QList<bool>(), false);
+    row("asked", QList<bool>({true}), true);
+    row("asked twice", QList<bool>({true, true}), true);
+    row("withdrawn", QList<bool>({true, false}), false);
+    row("asked twice, withdrawn once", QList<bool>({true, true, false}), false);
+    row("withdrawn, asked", QList<bool>({false, true}), true);
 }
 
 void tst_Thread::deleteOnFinished()

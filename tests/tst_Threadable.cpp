@@ -3,6 +3,7 @@
 
 #include "Threadable.h"
 
+#include "Columns.h"
 #include "Thread.h"
 
 #include <QElapsedTimer>
@@ -207,9 +208,9 @@ void tst_Threadable::boundAgain()
 
 void tst_Threadable::childIsBoundWithItsParent_data()
 {
-    QTest::addColumn<bool>("parentIsBound");
-    QTest::newRow("added before the parent is bound") << false;
-    QTest::newRow("added after that") << true;
+    const auto row = columns<bool>("parentIsBound");
+    row("added before the parent is bound", false);
+    row("added after that", true);
 }
 
 void tst_Threadable::childIsBoundWithItsParent()
@@ -375,12 +376,11 @@ void tst_Threadable::interruptedByAWorker()
 
 void tst_Threadable::sleepsOnTheCallingThread_data()
 {
-    QTest::addColumn<bool>("inSeconds");
-    QTest::addColumn<bool>("bound");
-    QTest::newRow("seconds, unbound") << true << false;
-    QTest::newRow("milliseconds, unbound") << false << false;
-    QTest::newRow("seconds, bound elsewhere") << true << true;
-    QTest::newRow("milliseconds, bound elsewhere") << false << true;
+    const auto row = columns<bool, bool>("inSeconds", "bound");
+    row("seconds, unbound", true, false);
+    row("milliseconds, unbound", false, false);
+    row("seconds, bound elsewhere", true, true);
+    row("milliseconds, bound elsewhere", false, true);
 }
 
 void tst_Threadable::sleepsOnTheCallingThread()

@@ -3,6 +3,7 @@
 
 #include "TimeUtils.h"
 
+#include "Columns.h"
 #include "Text.h"
 
 #include <QLocale>
@@ -31,13 +32,10 @@ void tst_TimeUtils::precisionNumbers()
 
 void tst_TimeUtils::msecToString_data()
 {
-    QTest::addColumn<qint64>("ms");
-    QTest::addColumn<int>("precision");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](qint64 ms, int precision, const char* expected) {
-        QTest::newRow(
-            qPrintable(QString::asprintf("%lld at %d", static_cast<long long>(ms), precision)))
-            << ms << precision << text(expected);
+    const auto table = columns<qint64, int, QString>("ms", "precision", "expected");
+    const auto row = [&](qint64 ms, int precision, const char* expected) {
+        table(qPrintable(QString::asprintf("%lld at %d", static_cast<long long>(ms), precision)),
+              ms, precision, text(expected));
     };
     // A day, an hour, a minute, a second and a half at every precision.
     row(90061500, 1, "");

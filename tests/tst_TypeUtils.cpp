@@ -3,6 +3,8 @@
 
 #include "TypeUtils.h"
 
+#include "Columns.h"
+
 #include <QtTest>
 
 #include <typeinfo>
@@ -26,16 +28,14 @@ private Q_SLOTS:
 
 void tst_TypeUtils::demangle_data()
 {
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QString>("readable");
+    const auto row = columns<QByteArray, QString>("name", "readable");
     // Mangled by hand after the rules of the Itanium C++ ABI.
-    QTest::newRow("class") << QByteArray("7QObject") << QStringLiteral("QObject");
-    QTest::newRow("built-in type") << QByteArray("i") << QStringLiteral("int");
-    QTest::newRow("pointer to constant") << QByteArray("PKc") << QStringLiteral("char const*");
-    QTest::newRow("nested template")
-        << QByteArray("N7Gallery5FrameIiEE") << QStringLiteral("Gallery::Frame<int>");
-    QTest::newRow("not a mangled name") << QByteArray("no name!") << QStringLiteral("no name!");
-    QTest::newRow("empty") << QByteArray("") << QString(QLatin1String(""));
+    row("class", "7QObject", "QObject");
+    row("built-in type", "i", "int");
+    row("pointer to constant", "PKc", "char const*");
+    row("nested template", "N7Gallery5FrameIiEE", "Gallery::Frame<int>");
+    row("not a mangled name", "no name!", "no name!");
+    row("empty", "", QString(QLatin1String("")));
 }
 
 void tst_TypeUtils::demangle()

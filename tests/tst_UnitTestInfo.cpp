@@ -3,6 +3,8 @@
 
 #include "UnitTestInfo.h"
 
+#include "Columns.h"
+
 #include <QElapsedTimer>
 #include <QtTest>
 
@@ -34,11 +36,10 @@ void tst_UnitTestInfo::takesAndRestartsTheTimer()
 
 void tst_UnitTestInfo::toString_data()
 {
-    QTest::addColumn<qint64>("milliseconds");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("nothing") << qint64(0) << QStringLiteral("scan ");
-    QTest::newRow("seconds") << qint64(1500) << QStringLiteral("scan 1s 500ms ");
-    QTest::newRow("hours") << qint64(3723000) << QStringLiteral("scan 1h 2mn 3s ");
+    const auto row = columns<qint64, QString>("milliseconds", "text");
+    row("nothing", qint64(0), "scan ");
+    row("seconds", qint64(1500), "scan 1s 500ms ");
+    row("hours", qint64(3723000), "scan 1h 2mn 3s ");
 }
 
 void tst_UnitTestInfo::toString()

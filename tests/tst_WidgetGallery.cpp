@@ -4,6 +4,8 @@
 // The example program widget-gallery, run as a process as its users run it: the pictures of its
 // pages, at one and at two pixels per pixel, and what it answers to wrong usage.
 
+#include "Columns.h"
+
 #include <QDir>
 #include <QHash>
 #include <QImage>
@@ -162,9 +164,9 @@ void tst_WidgetGallery::savesOnePicturePerPage()
 
 void tst_WidgetGallery::noPageIsBlank_data()
 {
-    QTest::addColumn<QString>("page");
+    const auto row = columns<QString>("page");
     for (const QString& page : pages)
-        QTest::newRow(qPrintable(page)) << page;
+        row(qPrintable(page), page);
 }
 
 void tst_WidgetGallery::noPageIsBlank()
@@ -247,12 +249,10 @@ void tst_WidgetGallery::replacesPicturesAndKeepsTheRest()
 
 void tst_WidgetGallery::saysWhyPicturesCannotBeSaved_data()
 {
-    QTest::addColumn<QString>("obstacle");
-    QTest::addColumn<QString>("named");
-    QTest::newRow("a file in the place of the folder")
-        << QString() << QStringLiteral("widget-gallery: The folder %1 cannot be made.");
-    QTest::newRow("a folder in the place of a picture")
-        << QStringLiteral("fonts.png") << QStringLiteral("%1/fonts.png cannot be saved: ");
+    const auto row = columns<QString, QString>("obstacle", "named");
+    row("a file in the place of the folder", QString(),
+        "widget-gallery: The folder %1 cannot be made.");
+    row("a folder in the place of a picture", "fonts.png", "%1/fonts.png cannot be saved: ");
 }
 
 void tst_WidgetGallery::saysWhyPicturesCannotBeSaved()
@@ -275,8 +275,7 @@ void tst_WidgetGallery::saysWhyPicturesCannotBeSaved()
 
 void tst_WidgetGallery::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    const auto row = columns<QStringList, QString>("arguments", "reason");
     const QString screenshot = QStringLiteral("--screenshot");
     const QString scale = QStringLiteral("--scale");
     const QString folder = mDir.filePath(QStringLiteral("never"));
@@ -284,22 +283,18 @@ void tst_WidgetGallery::refusesWrongUsage_data()
         return QStringLiteral("The scale \"%1\" is not a whole number from 1 to 4.")
             .arg(QString::fromLatin1(text));
     };
-    QTest::newRow("unknown option")
-        << QStringList{QStringLiteral("--colour")} << QStringLiteral("Unknown option 'colour'.");
-    QTest::newRow("argument") << QStringList{screenshot, folder, QStringLiteral("fonts")}
-                              << QStringLiteral("\"fonts\" is no option.");
-    QTest::newRow("no folder") << QStringList{screenshot}
-                               << QStringLiteral("Missing value after '--screenshot'.");
-    QTest::newRow("empty folder") << QStringList{screenshot, QString()}
-                                  << QStringLiteral("The name of the folder is empty.");
-    QTest::newRow("no scale") << QStringList{screenshot, folder, scale}
-                              << QStringLiteral("Missing value after '--scale'.");
+    row("unknown option", QStringList{QStringLiteral("--colour")}, "Unknown option 'colour'.");
+    row("argument", QStringList{screenshot, folder, QStringLiteral("fonts")},
+        "\"fonts\" is no option.");
+    row("no folder", QStringList{screenshot}, "Missing value after '--screenshot'.");
+    row("empty folder", QStringList{screenshot, QString()}, "The name of the folder is empty.");
+    row("no scale", QStringList{screenshot, folder, scale}, "Missing value after '--scale'.");
     for (const char* text : {"0", "5", "-1", "two", "1.5"}) {
-        QTest::newRow(text) << QStringList{screenshot, folder,
-                                           scale + QLatin1Char('=') + QString::fromLatin1(text)}
-                            << noScale(text);
+        row(text,
+            QStringList{screenshot, folder, scale + QLatin1Char('=') + QString::fromLatin1(text)},
+            noScale(text));
     }
-    QTest::newRow("scale of a window") << QStringList{scale, QStringLiteral("9")} << noScale("9");
+    row("scale of a window", QStringList{scale, QStringLiteral("9")}, noScale("9"));
 }
 
 void tst_WidgetGallery::refusesWrongUsage()

@@ -4,6 +4,7 @@
 // The window of the example program widget-gallery, driven by keys alone. All keys go to the
 // window, as the keyboard sends them, and reach what has the focus.
 
+#include "Columns.h"
 #include "GalleryWindow.h"
 #include "Sample.h"
 #include "SystemCalls.h"
@@ -121,10 +122,10 @@ void tst_WidgetGalleryKeyboard::cleanupTestCase()
 
 void tst_WidgetGalleryKeyboard::addPages()
 {
-    QTest::addColumn<QByteArray>("id");
+    const auto row = columns<QByteArray>("id");
     const GalleryWindow window;
     for (int i = 0; i < window.pageCount(); ++i)
-        QTest::newRow(qPrintable(window.pageId(i))) << window.pageId(i).toLatin1();
+        row(qPrintable(window.pageId(i)), window.pageId(i).toLatin1());
 }
 
 /// From the list, with the arrow, until the page is there.

@@ -6,6 +6,7 @@
 
 #include "WidgetUtils.h"
 
+#include "Columns.h"
 #include "LogCapture.h"
 
 #include <QApplication>
@@ -138,14 +139,13 @@ void tst_WidgetUtils::layoutNullOrEmpty()
 
 void tst_WidgetUtils::layoutOfTheWidget_data()
 {
-    QTest::addColumn<QString>("widget");
-    QTest::addColumn<QString>("layout"); // empty: none
-    QTest::newRow("directly") << QStringLiteral("first") << QStringLiteral("outer");
-    QTest::newRow("behind a nested layout") << QStringLiteral("last") << QStringLiteral("outer");
-    QTest::newRow("one deep") << QStringLiteral("middle") << QStringLiteral("nested");
-    QTest::newRow("two deep") << QStringLiteral("inner") << QStringLiteral("innermost");
-    QTest::newRow("in a later nested layout") << QStringLiteral("late") << QStringLiteral("second");
-    QTest::newRow("in none") << QStringLiteral("stranger") << QString();
+    const auto row = columns<QString, QString>("widget", "layout"); // empty: none
+    row("directly", "first", "outer");
+    row("behind a nested layout", "last", "outer");
+    row("one deep", "middle", "nested");
+    row("two deep", "inner", "innermost");
+    row("in a later nested layout", "late", "second");
+    row("in none", "stranger", QString());
 }
 
 void tst_WidgetUtils::layoutOfTheWidget()
@@ -210,18 +210,17 @@ void tst_WidgetUtils::layoutOfEveryKind()
 
 void tst_WidgetUtils::tabColor_data()
 {
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<bool>("black");
-    QTest::newRow("10.15") << QStringLiteral("10.15") << false;
-    QTest::newRow("10.9") << QStringLiteral("10.9") << false;
-    QTest::newRow("9") << QStringLiteral("9") << false;
-    QTest::newRow("10.16") << QStringLiteral("10.16") << true;
-    QTest::newRow("10.17") << QStringLiteral("10.17") << true;
-    QTest::newRow("11.2") << QStringLiteral("11.2") << true;
-    QTest::newRow("12") << QStringLiteral("12") << true;
+    const auto row = columns<QString, bool>("version", "black");
+    row("10.15", "10.15", false);
+    row("10.9", "10.9", false);
+    row("9", "9", false);
+    row("10.16", "10.16", true);
+    row("10.17", "10.17", true);
+    row("11.2", "11.2", true);
+    row("12", "12", true);
     // Only the components of the system's version are compared.
-    QTest::newRow("10") << QStringLiteral("10") << true;
-    QTest::newRow("no number") << QStringLiteral("rolling") << false;
+    row("10", "10", true);
+    row("no number", "rolling", false);
 }
 
 void tst_WidgetUtils::tabColor()
@@ -272,26 +271,20 @@ void tst_WidgetUtils::screenOfAWidget()
 
 void tst_WidgetUtils::restoreSize_data()
 {
-    QTest::addColumn<bool>("shown");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QSize>("restored");
-    QTest::addColumn<QPoint>("position"); // of the frame
+    const auto row = columns<bool, QSize, QSize, QPoint>("shown", "size", "restored",
+                                                         "position"); // of the frame
 
-    QTest::newRow("as it was") << false << QSize(400, 300) << QSize(400, 300) << QPoint(200, 150);
-    QTest::newRow("odd sizes") << false << QSize(401, 299) << QSize(401, 299) << QPoint(199, 150);
-    QTest::newRow("as tall as the area")
-        << false << QSize(400, 600) << QSize(400, 600) << QPoint(200, 0);
-    QTest::newRow("taller than the area")
-        << false << QSize(400, 601) << QSize(400, 600) << QPoint(200, 0);
-    QTest::newRow("wider than the area")
-        << false << QSize(1001, 300) << QSize(1001, 300) << QPoint(-100, 150);
-    QTest::newRow("invalid") << false << QSize() << QSize(0, 600) << QPoint(400, 0);
-    QTest::newRow("invalid width") << false << QSize(-1, 300) << QSize(0, 600) << QPoint(400, 0);
-    QTest::newRow("invalid height") << false << QSize(300, -1) << QSize(300, 600) << QPoint(250, 0);
+    row("as it was", false, QSize(400, 300), QSize(400, 300), QPoint(200, 150));
+    row("odd sizes", false, QSize(401, 299), QSize(401, 299), QPoint(199, 150));
+    row("as tall as the area", false, QSize(400, 600), QSize(400, 600), QPoint(200, 0));
+    row("taller than the area", false, QSize(400, 601), QSize(400, 600), QPoint(200, 0));
+    row("wider than the area", false, QSize(1001, 300), QSize(1001, 300), QPoint(-100, 150));
+    row("invalid", false, QSize(), QSize(0, 600), QPoint(400, 0));
+    row("invalid width", false, QSize(-1, 300), QSize(0, 600), QPoint(400, 0));
+    row("invalid height", false, QSize(300, -1), QSize(300, 600), QPoint(250, 0));
     // The frame counts for the place, not for the height.
-    QTest::newRow("shown") << true << QSize(400, 300) << QSize(400, 300) << QPoint(198, 148);
-    QTest::newRow("shown and too tall")
-        << true << QSize(400, 700) << QSize(400, 600) << QPoint(198, -2);
+    row("shown", true, QSize(400, 300), QSize(400, 300), QPoint(198, 148));
+    row("shown and too tall", true, QSize(400, 700), QSize(400, 600), QPoint(198, -2));
 }
 
 void tst_WidgetUtils::restoreSize()
@@ -320,14 +313,11 @@ void tst_WidgetUtils::restoreSizeWithinLimits()
 
 void tst_WidgetUtils::centerOnScreen_data()
 {
-    QTest::addColumn<bool>("shown");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("position"); // of the frame
-    QTest::newRow("even") << true << QSize(396, 296) << QPoint(200, 150);
-    QTest::newRow("odd") << true << QSize(397, 295) << QPoint(199, 150);
-    QTest::newRow("without a frame") << false << QSize(400, 300) << QPoint(200, 150);
-    QTest::newRow("larger than the screen, halves go towards 0")
-        << true << QSize(803, 609) << QPoint(-3, -6);
+    const auto row = columns<bool, QSize, QPoint>("shown", "size", "position"); // of the frame
+    row("even", true, QSize(396, 296), QPoint(200, 150));
+    row("odd", true, QSize(397, 295), QPoint(199, 150));
+    row("without a frame", false, QSize(400, 300), QPoint(200, 150));
+    row("larger than the screen, halves go towards 0", true, QSize(803, 609), QPoint(-3, -6));
 }
 
 void tst_WidgetUtils::centerOnScreen()
@@ -349,13 +339,11 @@ void tst_WidgetUtils::centerOnScreen()
 
 void tst_WidgetUtils::centerOnParent_data()
 {
-    QTest::addColumn<QRect>("parent");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("position"); // of the frame, which is 4 pixels wider and taller
-    QTest::newRow("even") << QRect(100, 200, 300, 200) << QSize(96, 46) << QPoint(200, 275);
-    QTest::newRow("odd") << QRect(101, 201, 301, 201) << QSize(96, 46) << QPoint(201, 276);
-    QTest::newRow("larger than the parent")
-        << QRect(300, 300, 100, 100) << QSize(197, 297) << QPoint(250, 200);
+    const auto row = columns<QRect, QSize, QPoint>(
+        "parent", "size", "position"); // of the frame, which is 4 pixels wider and taller
+    row("even", QRect(100, 200, 300, 200), QSize(96, 46), QPoint(200, 275));
+    row("odd", QRect(101, 201, 301, 201), QSize(96, 46), QPoint(201, 276));
+    row("larger than the parent", QRect(300, 300, 100, 100), QSize(197, 297), QPoint(250, 200));
 }
 
 void tst_WidgetUtils::centerOnParent()
@@ -455,13 +443,12 @@ void tst_WidgetUtils::retainSize()
 
 void tst_WidgetUtils::roundedMask_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<int>("radius");
-    QTest::newRow("small radius") << QSize(100, 60) << 10;
-    QTest::newRow("large radius") << QSize(200, 120) << 50;
-    QTest::newRow("half of the height") << QSize(101, 80) << 40;
-    QTest::newRow("none") << QSize(40, 30) << 0;
-    QTest::newRow("negative") << QSize(40, 30) << -5;
+    const auto row = columns<QSize, int>("size", "radius");
+    row("small radius", QSize(100, 60), 10);
+    row("large radius", QSize(200, 120), 50);
+    row("half of the height", QSize(101, 80), 40);
+    row("none", QSize(40, 30), 0);
+    row("negative", QSize(40, 30), -5);
 }
 
 void tst_WidgetUtils::roundedMask()

@@ -7,6 +7,7 @@
 
 #include "WidgetUtils.h"
 
+#include "Columns.h"
 #include "Screenshot.h"
 
 #include <QDialog>
@@ -57,9 +58,9 @@ void tst_WidgetUtilsX11::showOn(QWidget* widget, int screen)
 
 void tst_WidgetUtilsX11::screenOfAWindow_data()
 {
-    QTest::addColumn<int>("screen");
-    QTest::newRow("first") << 0;
-    QTest::newRow("second") << 1;
+    const auto row = columns<int>("screen");
+    row("first", 0);
+    row("second", 1);
 }
 
 void tst_WidgetUtilsX11::screenOfAWindow()
@@ -77,12 +78,10 @@ void tst_WidgetUtilsX11::screenOfAWindow()
 
 void tst_WidgetUtilsX11::centerOnScreen_data()
 {
-    QTest::addColumn<int>("screen");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QRect>("place");
-    QTest::newRow("first") << 0 << QSize(300, 200) << QRect(362, 284, 300, 200);
-    QTest::newRow("first, odd") << 0 << QSize(301, 199) << QRect(361, 284, 301, 199);
-    QTest::newRow("second") << 1 << QSize(300, 200) << QRect(250, 200, 300, 200);
+    const auto row = columns<int, QSize, QRect>("screen", "size", "place");
+    row("first", 0, QSize(300, 200), QRect(362, 284, 300, 200));
+    row("first, odd", 0, QSize(301, 199), QRect(361, 284, 301, 199));
+    row("second", 1, QSize(300, 200), QRect(250, 200, 300, 200));
 }
 
 void tst_WidgetUtilsX11::centerOnScreen()
@@ -101,14 +100,12 @@ void tst_WidgetUtilsX11::centerOnScreen()
 
 void tst_WidgetUtilsX11::restoreSize_data()
 {
-    QTest::addColumn<int>("screen");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QRect>("place");
-    QTest::newRow("first") << 0 << QSize(500, 400) << QRect(262, 184, 500, 400);
-    QTest::newRow("first, too tall") << 0 << QSize(500, 769) << QRect(262, 0, 500, 768);
-    QTest::newRow("second") << 1 << QSize(500, 400) << QRect(150, 100, 500, 400);
-    QTest::newRow("second, too tall") << 1 << QSize(500, 768) << QRect(150, 0, 500, 600);
-    QTest::newRow("second, invalid height") << 1 << QSize(500, -1) << QRect(150, 0, 500, 600);
+    const auto row = columns<int, QSize, QRect>("screen", "size", "place");
+    row("first", 0, QSize(500, 400), QRect(262, 184, 500, 400));
+    row("first, too tall", 0, QSize(500, 769), QRect(262, 0, 500, 768));
+    row("second", 1, QSize(500, 400), QRect(150, 100, 500, 400));
+    row("second, too tall", 1, QSize(500, 768), QRect(150, 0, 500, 600));
+    row("second, invalid height", 1, QSize(500, -1), QRect(150, 0, 500, 600));
 }
 
 void tst_WidgetUtilsX11::restoreSize()

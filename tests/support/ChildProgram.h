@@ -7,11 +7,13 @@
 #ifndef CHILDPROGRAM_H
 #define CHILDPROGRAM_H
 
+#include <QApplication>
 #include <QMap>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
+#include <QtTest>
 
 /// What a child process wrote and how it ended.
 struct ChildResult
@@ -60,6 +62,18 @@ inline ChildResult runChildProgram(const QString& program, const QStringList& ar
     result.output = lines(process.readAllStandardOutput());
     result.errors = lines(process.readAllStandardError());
     return result;
+}
+
+/// What main() of a test does that starts itself again with the arguments "--child" and a mode,
+/// which \a runAsChild carries out.
+template <typename Test, typename Function>
+int testOrChild(int argc, char** argv, Function runAsChild)
+{
+    if (argc == 3 && qstrcmp(argv[1], "--child") == 0)
+        return runAsChild(argv[2], argc, argv);
+    QApplication application(argc, argv);
+    Test test;
+    return QTest::qExec(&test, argc, argv);
 }
 
 #endif // CHILDPROGRAM_H

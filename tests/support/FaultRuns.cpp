@@ -150,10 +150,10 @@ std::vector<FaultPlan> fileSystems(const Scenario& scenario)
     return plans;
 }
 
-QStringList refuseEveryCall(const Scenario& scenario, FaultPlan plan)
+QStringList refuseEveryCall(const Scenario& scenario, FaultPlan plan, int first)
 {
     QStringList complaints;
-    for (plan.nth = 1;; ++plan.nth) {
+    for (plan.nth = first;; ++plan.nth) {
         const Run run = ::run(scenario, plan);
         const QString wrong = wrongIn(scenario, run);
         if (!wrong.isEmpty())

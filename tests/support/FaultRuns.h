@@ -75,8 +75,9 @@ QStringList mustSucceed(const Scenario& scenario, const FaultPlan& plan, int* re
 /// link() besides.
 std::vector<FaultPlan> fileSystems(const Scenario& scenario);
 
-/// Refuses one call after the other, until a run has no call left to refuse. Returns complaints.
-QStringList refuseEveryCall(const Scenario& scenario, FaultPlan plan);
+/// Refuses one call after the other, from number \a first on, until a run has no call left to
+/// refuse. Returns complaints.
+QStringList refuseEveryCall(const Scenario& scenario, FaultPlan plan, int first = 1);
 
 /// Kills the process before one call after the other. Returns complaints.
 QStringList killAtEveryCall(const Scenario& scenario, FaultPlan plan);

@@ -321,12 +321,14 @@ INTERPOSE(int, -1, rmdir, (const char* path) noexcept, (path),
 INTERPOSE(int, -1, remove, (const char* path) noexcept, (path),
           isRefused(FaultUnlink, "remove", path))
 
-// Making folders
+// Making folders and links
 
 INTERPOSE(int, -1, mkdir, (const char* path, mode_t mode) noexcept, (path, mode),
           isRefused(FaultMakeFolder, "mkdir", path))
 INTERPOSE(int, -1, mkdirat, (int folder, const char* path, mode_t mode) noexcept,
           (folder, path, mode), isRefused(FaultMakeFolder, "mkdirat", path))
+INTERPOSE(int, -1, symlink, (const char* target, const char* path) noexcept, (target, path),
+          isRefused(FaultMakeFolder, "symlink", path))
 
 // Attributes of open files
 

@@ -22,7 +22,7 @@ enum FaultKind {
     FaultWrite, ///< writing, cutting off, and bringing what was written to the disk
     FaultRename, ///< renaming, and giving a file a second name
     FaultUnlink, ///< removing files and folders
-    FaultMakeFolder,
+    FaultMakeFolder, ///< making folders, and symbolic links
     FaultClose, ///< some file systems store only then, and only then tell that they could not
     FaultAttribute ///< telling and changing what a file is: kind, owner, permissions, attributes
 };

@@ -9,7 +9,6 @@
 #include "FaultShim.h"
 #include "Sandbox.h"
 
-#include <QDirIterator>
 #include <QFile>
 #include <QMap>
 #include <QPair>
@@ -94,11 +93,7 @@ const QByteArray folderMark = "folder";
 inline Tree snapshotOf(const QString& root)
 {
     Tree tree;
-    QDirIterator entries(root,
-                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString path = entries.next();
+    for (const QString& path : entriesBelow(root)) {
         struct stat status;
         if (lstat(QFile::encodeName(path).constData(), &status) != 0)
             qFatal("cannot look at %s", qPrintable(path));

@@ -7,20 +7,11 @@
 #ifndef LITERALTEST_H
 #define LITERALTEST_H
 
+#include "Written.h"
+
 #include <QObject>
 #include <QString>
-#include <QTextStream>
 #include <QVariant>
-
-/// What \a write writes to a stream.
-template <typename Function>
-QString written(Function write)
-{
-    QString text;
-    QTextStream stream(&text);
-    write(&stream);
-    return text;
-}
 
 /// The functions of a language, and how it writes a map.
 struct LiteralLanguage

@@ -3,6 +3,7 @@
 
 #include "LogCapture.h"
 
+#include <QMap>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QStringList>
@@ -22,19 +23,12 @@ void capture(QtMsgType type, const QMessageLogContext& context, const QString& t
 
 QString typeName(QtMsgType type)
 {
-    switch (type) {
-    case QtDebugMsg:
-        return QStringLiteral("debug");
-    case QtInfoMsg:
-        return QStringLiteral("info");
-    case QtWarningMsg:
-        return QStringLiteral("warning");
-    case QtCriticalMsg:
-        return QStringLiteral("critical");
-    case QtFatalMsg:
-        return QStringLiteral("fatal");
-    }
-    return QString();
+    static const QMap<int, QString> names{{QtDebugMsg, QStringLiteral("debug")},
+                                          {QtInfoMsg, QStringLiteral("info")},
+                                          {QtWarningMsg, QStringLiteral("warning")},
+                                          {QtCriticalMsg, QStringLiteral("critical")},
+                                          {QtFatalMsg, QStringLiteral("fatal")}};
+    return names.value(type);
 }
 
 } // namespace

@@ -119,24 +119,32 @@ inline QMap<QString, QByteArray> filesBelow(const QString& folder)
     return files;
 }
 
+/// The paths of everything below \a folder. Links are not followed.
+inline QStringList entriesBelow(const QString& folder)
+{
+    QStringList paths;
+    QDirIterator entries(folder,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext())
+        paths.append(entries.next());
+    return paths;
+}
+
 /// Every entry below \a folder, sorted: "a/", "a/file=content", "link -> target", "pipe|". Links
 /// are not followed.
 inline QStringList treeOf(const QString& folder)
 {
     QStringList tree;
-    QDirIterator entries(folder,
-                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString path = entries.next();
+    for (const QString& path : entriesBelow(folder)) {
         QString entry = path.mid(folder.size() + 1);
         char target[4096];
         const ssize_t size = ::readlink(QFile::encodeName(path).constData(), target, sizeof target);
         if (size >= 0)
             entry += QLatin1String(" -> ") + QString::fromUtf8(target, int(size));
-        else if (entries.fileInfo().isDir())
+        else if (QFileInfo(path).isDir())
             entry += QLatin1Char('/');
-        else if (entries.fileInfo().isFile())
+        else if (QFileInfo(path).isFile())
             entry += QLatin1Char('=') + QString::fromUtf8(contentOf(path));
         else
             entry += QLatin1Char('|');

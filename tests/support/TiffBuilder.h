@@ -176,44 +176,47 @@ inline QByteArray thumbnailBytes(const QExifImageHeader& header, int size)
     return written(header).right(size);
 }
 
+inline QString listed(const QString& item)
+{
+    return QLatin1Char(' ') + item;
+}
+
+template <typename Number>
+QString listed(const Number& item)
+{
+    return listed(QString::number(item));
+}
+
+template <typename Number>
+QString listed(const QPair<Number, Number>& item)
+{
+    return listed(QStringLiteral("%1/%2").arg(item.first).arg(item.second));
+}
+
+template <typename Item>
+QString listed(const QVector<Item>& items)
+{
+    QString text;
+    for (const Item& item : items)
+        text += listed(item);
+    return text;
+}
+
 /// What a value holds, as a text that names everything that can be asked of it.
 inline QString described(const QExifValue& value)
 {
-    QString text = QStringLiteral("%1 x %2:").arg(value.type()).arg(value.count());
-    const auto add = [&text](const QString& item) { text += QLatin1Char(' ') + item; };
+    const QString text = QStringLiteral("%1 x %2:").arg(value.type()).arg(value.count());
     switch (value.type()) {
-    case QExifValue::Byte:
-        for (const quint8 item : value.toByteVector())
-            add(QString::number(item));
-        break;
     case QExifValue::Ascii:
-        add(QString::fromLatin1(value.toString().toLatin1().toHex()));
-        break;
-    case QExifValue::Short:
-        for (const quint16 item : value.toShortVector())
-            add(QString::number(item));
-        break;
-    case QExifValue::Long:
-        for (const quint32 item : value.toLongVector())
-            add(QString::number(item));
-        break;
-    case QExifValue::SignedLong:
-        for (const qint32 item : value.toSignedLongVector())
-            add(QString::number(item));
-        break;
-    case QExifValue::Rational:
-        for (const auto& item : value.toRationalVector())
-            add(QStringLiteral("%1/%2").arg(item.first).arg(item.second));
-        break;
-    case QExifValue::SignedRational:
-        for (const auto& item : value.toSignedRationalVector())
-            add(QStringLiteral("%1/%2").arg(item.first).arg(item.second));
-        break;
+        return text + listed(QString::fromLatin1(value.toString().toLatin1().toHex()));
     case QExifValue::Undefined:
-        add(QString::fromLatin1(value.toByteArray().toHex()));
-        break;
+        return text + listed(QString::fromLatin1(value.toByteArray().toHex()));
+    default:
+        // One of them alone has any.
+        return text + listed(value.toByteVector()) + listed(value.toShortVector())
+            + listed(value.toLongVector()) + listed(value.toSignedLongVector())
+            + listed(value.toRationalVector()) + listed(value.toSignedRationalVector());
     }
-    return text;
 }
 
 #endif // TIFFBUILDER_H

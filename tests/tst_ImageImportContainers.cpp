@@ -1,0 +1,328 @@
+// SPDX-FileCopyrightText: 2026 The OrvaUtils authors
+// SPDX-License-Identifier: MIT
+
+// Importing pictures whose containers hold what is rare or damaged: odd chunks of PNG and WebP,
+// GIFs without a picture, metadata that another format has no room for.
+
+#include "ImageImport.h"
+
+#include "Columns.h"
+#include "ImageImporter.h"
+#include "ImageUtils.h"
+#include "JpegParts.h"
+#include "LogCapture.h"
+#include "Sandbox.h"
+#include "TestPictures.h"
+#include "Text.h"
+#include "TiffBuilder.h"
+
+#include <QImageReader>
+#include <QImageWriter>
+#include <QSignalSpy>
+#include <QtEndian>
+#include <QtTest>
+
+#if defined(__clang__)
+// QSKIP() is a macro with optional arguments.
+#pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
+#endif
+
+namespace {
+
+const int pngHead = 8 + 25; // signature and first chunk
+
+QByteArray png()
+{
+    return encoded(picture(40, 30), "png");
+}
+
+/// A PNG with \a chunks behind its first one.
+QByteArray pngWith(const QByteArray& chunks)
+{
+    QByteArray file = png();
+    return file.insert(pngHead, chunks);
+}
+
+QByteArray riffChunk(const QByteArray& type, const QByteArray& data)
+{
+    const quint32 size = qToLittleEndian(quint32(data.size()));
+    return type + QByteArray(reinterpret_cast<const char*>(&size), 4) + data
+        + QByteArray(data.size() & 1, '\0');
+}
+
+QByteArray webp(const QByteArray& chunks)
+{
+    return riffChunk("RIFF", "WEBP" + chunks);
+}
+
+/// The chunks of a WebP that Qt writes, without the frame around them.
+QByteArray webpChunks(const QImage& image, int quality)
+{
+    return encoded(image, "webp", quality).mid(12);
+}
+
+/// The extended header of a WebP of 40 x 30 pixels.
+QByteArray extendedHeader(int flags)
+{
+    QByteArray header(10, '\0');
+    header[0] = char(flags);
+    header[4] = 39;
+    header[7] = 29;
+    return riffChunk("VP8X", header);
+}
+
+bool hasWebp()
+{
+    return QImageWriter::supportedImageFormats().contains("webp");
+}
+
+/// An EXIF block with an Artist of \a size bytes.
+QByteArray exifBlock(int size = 5)
+{
+    QByteArray artist(size, 'a');
+    artist[size - 1] = '\0';
+    QByteArray block = QByteArray::fromHex("49492a000800000001003b010200");
+    const quint32 count = qToLittleEndian(quint32(size));
+    block += QByteArray(reinterpret_cast<const char*>(&count), 4);
+    return block + QByteArray::fromHex("1a00000000000000") + artist;
+}
+
+const QByteArray brokenXmp = QByteArrayLiteral("XML:com.adobe.xmp\0\0\0without an end");
+
+} // namespace
+
+class tst_ImageImportContainers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { mSandbox.reset(new Sandbox); }
+    void cleanup() { mSandbox.reset(); }
+
+    void chunksAfterEncoding_data();
+    void chunksAfterEncoding();
+    void copiesWithout_data();
+    void copiesWithout();
+    void refused_data();
+    void refused();
+    void webpOfWebp_data();
+    void webpOfWebp();
+    void tooMuchForJpeg();
+    void tooWideForTheFormat();
+    void cancelledWhileItWaits();
+
+private:
+    QString path(const char* name) const { return (*mSandbox)(text(name)); }
+    ImageImportResult import(const QByteArray& source, const ImageImport& how) const;
+
+    QScopedPointer<Sandbox> mSandbox;
+};
+
+/// Imports \a source to "copy".
+ImageImportResult tst_ImageImportContainers::import(const QByteArray& source,
+                                                    const ImageImport& how) const
+{
+    writeFile(path("source"), source);
+    return ImageUtils::importImage(path("source"), path("copy"), how);
+}
+
+void tst_ImageImportContainers::chunksAfterEncoding_data()
+{
+    const auto row =
+        columns<QByteArray, int, QByteArray, bool>("chunks", "metadata", "chunk", "isKept");
+    const QByteArray own = pngChunk("teSt", "own");
+    const QByteArray copyright = pngChunk("tEXt", QByteArrayLiteral("Copyright\0somebody"));
+    const QByteArray title = pngChunk("tEXt", QByteArrayLiteral("Title\0a boat"));
+    row("a private chunk", own, int(ImageImport::AllMetadata), own, true);
+    row("a private chunk, no metadata", own, int(ImageImport::NoMetadata), own, false);
+    row("a private chunk, which may tell a location", own, int(ImageImport::AllButLocation), own,
+        false);
+    row("copyright of two texts", title + copyright, int(ImageImport::CopyrightAndDate), copyright,
+        true);
+    row("no title beside a copyright", title + copyright, int(ImageImport::CopyrightAndDate), title,
+        false);
+    row("XMP that breaks off is a text", pngChunk("iTXt", brokenXmp), int(ImageImport::AllMetadata),
+        pngChunk("iTXt", brokenXmp), true);
+    row("XMP that breaks off may tell a location", pngChunk("iTXt", brokenXmp),
+        int(ImageImport::AllButLocation), "without an end", false);
+    const QByteArray unknown = pngChunk("eXIf", "this is no block");
+    row("EXIF that nobody understands", unknown, int(ImageImport::AllButLocation), "eXIf", false);
+    row("EXIF that somebody understands", pngChunk("eXIf", exifBlock()),
+        int(ImageImport::AllButLocation), "eXIf", true);
+}
+
+void tst_ImageImportContainers::chunksAfterEncoding()
+{
+    QFETCH(QByteArray, chunks);
+    QFETCH(int, metadata);
+    QFETCH(QByteArray, chunk);
+    QFETCH(bool, isKept);
+    ImageImport how;
+    how.metadata = static_cast<ImageImport::Metadata>(metadata);
+    for (const int side : {20, 40}) { // scaled, and as it is
+        how.maxSize = QSize(side, side);
+        QVERIFY(import(pngWith(chunks), how));
+        const QByteArray copy = contentOf(path("copy"));
+        QCOMPARE(copy.contains(chunk), isKept);
+        QCOMPARE(QImage(path("copy")).width(), side);
+    }
+}
+
+void tst_ImageImportContainers::copiesWithout_data()
+{
+    const auto row = columns<QByteArray, QByteArray>("source", "copy");
+    row("png, what the pixels need stays", pngWith(pngChunk("gAMA", QByteArray(4, '\1'))),
+        pngWith(pngChunk("gAMA", QByteArray(4, '\1'))));
+    row("png, all texts go", pngWith(pngChunk("tEXt", QByteArrayLiteral("a\0b"))), png());
+    if (!hasWebp())
+        return;
+    const QByteArray pixels = webpChunks(picture(40, 30), 80);
+    row("webp, a private chunk goes", webp(extendedHeader(0) + pixels + riffChunk("oWn ", "12")),
+        webp(extendedHeader(0) + pixels));
+    row("webp, EXIF and its flag go",
+        webp(extendedHeader(8) + pixels + riffChunk("EXIF", exifBlock())),
+        webp(extendedHeader(0) + pixels));
+}
+
+void tst_ImageImportContainers::copiesWithout()
+{
+    QFETCH(QByteArray, source);
+    QFETCH(QByteArray, copy);
+    ImageImport how;
+    how.metadata = ImageImport::NoMetadata;
+    QCOMPARE(int(import(source, how).status), int(ImageImportResult::Copied));
+    QCOMPARE(contentOf(path("copy")), copy);
+}
+
+void tst_ImageImportContainers::refused_data()
+{
+    const auto row = columns<QByteArray, int>("source", "status");
+    const QByteArray gifHead = QByteArray::fromHex("474946383961020001008001");
+    row("gif, cut short in its header", gifHead.left(10), int(ImageImportResult::Truncated));
+    row("gif, cut short in its colours", gifHead + QByteArray::fromHex("00ff00"),
+        int(ImageImportResult::Truncated));
+    row("gif, metadata alone and cut short",
+        gifHead + QByteArray::fromHex("00ff000000ff0021fe04746f6c6400"),
+        int(ImageImportResult::Truncated));
+    row("png, another chunk first", png().left(8) + pngChunk("teSt", "own") + png().mid(8),
+        int(ImageImportResult::NotReadable));
+    if (!hasWebp())
+        return;
+    row("webp, no picture in it", webp(riffChunk("oWn ", "12")),
+        int(ImageImportResult::NotReadable));
+    row("webp, a picture without a size",
+        webp(riffChunk("VP8 ", "1234") + riffChunk("EXIF", exifBlock()) + riffChunk("oWn ", "12")),
+        int(ImageImportResult::NotReadable));
+}
+
+void tst_ImageImportContainers::refused()
+{
+    QFETCH(QByteArray, source);
+    QFETCH(int, status);
+    writeFile(path("copy"), "before");
+    ImageImport how;
+    how.metadata = ImageImport::AllButLocation;
+    const LogCapture log;
+    const ImageImportResult result = import(source, how);
+    QCOMPARE(int(result.status), status);
+    QVERIFY(!result.error.isEmpty());
+    QCOMPARE(contentOf(path("copy")), QByteArray("before"));
+    QCOMPARE(contentOf(path("source")), source);
+}
+
+void tst_ImageImportContainers::webpOfWebp_data()
+{
+    const auto row = columns<QByteArray, int, QByteArray>("pixels", "flags", "format");
+    if (!hasWebp())
+        QSKIP("no plugin writes WebP");
+    QImage clear = picture(40, 30).convertToFormat(QImage::Format_ARGB32);
+    clear.setPixelColor(3, 3, Qt::transparent);
+    row("lossy", webpChunks(picture(40, 30), 80), 0x08, "VP8 ");
+    row("lossless", webpChunks(picture(40, 30), 100), 0x08, "VP8L");
+    row("lossless, transparent", webpChunks(clear, 100), 0x18, "VP8L");
+}
+
+/// A picture that has no extended header gets one when it is to carry metadata.
+void tst_ImageImportContainers::webpOfWebp()
+{
+    QFETCH(QByteArray, pixels);
+    QFETCH(int, flags);
+    QFETCH(QByteArray, format);
+    if (!pixels.startsWith(format))
+        QSKIP("this plugin does not write such pixels");
+    // EXIF behind the pixels of a simple file, which readers do not look for.
+    const QByteArray source =
+        webp(pixels + riffChunk("EXIF", exifBlock()) + riffChunk("oWn ", "told"));
+    ImageImport how;
+    how.metadata = ImageImport::AllButLocation;
+    QCOMPARE(int(import(source, how).status), int(ImageImportResult::Copied));
+    const QByteArray copy = contentOf(path("copy"));
+    QCOMPARE(copy.mid(12, 18), extendedHeader(flags));
+    QCOMPARE(copy.mid(30, pixels.size()), pixels);
+    QVERIFY(copy.contains("EXIF"));
+    QVERIFY(!copy.contains("told"));
+    QCOMPARE(QImage(path("copy")), QImage::fromData(source));
+}
+
+void tst_ImageImportContainers::tooMuchForJpeg()
+{
+    // EXIF of more than a segment of a JPEG can hold
+    ImageImport how;
+    how.format = "jpeg";
+    how.metadata = ImageImport::AllMetadata;
+    const QByteArray source = pngWith(pngChunk("eXIf", exifBlock(70000)));
+    QCOMPARE(int(import(source, how).status), int(ImageImportResult::Imported));
+    QVERIFY(!contentOf(path("copy")).contains("Exif"));
+    QCOMPARE(QImage(path("copy"), "jpeg").size(), QSize(40, 30));
+}
+
+void tst_ImageImportContainers::tooWideForTheFormat()
+{
+    QImage wide(65501, 1, QImage::Format_RGB32); // a JPEG has at most 65,500 columns
+    wide.fill(Qt::red);
+    writeFile(path("copy"), "before");
+    ImageImport how;
+    how.format = "jpeg";
+    LogCapture log;
+    const ImageImportResult result = import(encoded(wide, "png"), how);
+    QCOMPARE(int(result.status), int(ImageImportResult::NotWritable));
+    QCOMPARE(result.error, text("\"copy\" cannot be saved."));
+    QCOMPARE(contentOf(path("copy")), QByteArray("before"));
+    QCOMPARE(log.lines().filter(text("ImageUtils importImage")).size(), 1);
+}
+
+void tst_ImageImportContainers::cancelledWhileItWaits()
+{
+    // Each takes more than may be under way together, so that all but one wait for their turn.
+    QImage large(6000, 4500, QImage::Format_RGB32);
+    large.fill(Qt::darkGreen);
+    const QByteArray whole = encoded(large, "png");
+    const QByteArray cut = encoded(large, "jpeg").chopped(2);
+    const int count = 4;
+    ImageImporter importer;
+    ImageImport how;
+    for (int i = 0; i < count; ++i) {
+        // Half of them are to be copied and break off: these are decoded to see whether they can.
+        how.maxSize = i % 2 == 0 ? QSize(100, 100) : QSize();
+        how.metadata = ImageImport::NoMetadata;
+        const QString source = (*mSandbox)(QString::number(i));
+        writeFile(source, i % 2 == 0 ? whole : cut);
+        importer.add(source, source + text(".copy"), how);
+    }
+    QSignalSpy imported(&importer, &ImageImporter::imported);
+    QSignalSpy finished(&importer, &ImageImporter::finished);
+    connect(&importer, &ImageImporter::imported, &importer, &ImageImporter::cancel);
+    importer.start(count);
+    QVERIFY(finished.wait(120000));
+    QCOMPARE(imported.size(), count);
+    for (int i = 0; i < count; ++i) {
+        const QList<QVariant>& arguments = imported.at(i);
+        const auto result = arguments.at(1).value<ImageImportResult>();
+        QVERIFY(bool(result) || result.status == ImageImportResult::Cancelled);
+        const QString copy = (*mSandbox)(arguments.at(0).toString()) + text(".copy");
+        QCOMPARE(QFile::exists(copy), bool(result));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_ImageImportContainers)
+#include "tst_ImageImportContainers.moc"
