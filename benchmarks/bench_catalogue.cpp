@@ -7,6 +7,7 @@
 //
 // compare_catalogue.py runs this program and prints the ratios.
 
+#include "Benchmarks.h"
 #include "GoogleFontFile.h"
 #include "GoogleFontLoader.h"
 
@@ -20,14 +21,6 @@
 #include <cstdlib>
 
 namespace {
-
-void check(bool agreed, const char* what)
-{
-    if (agreed)
-        return;
-    std::fprintf(stderr, "bench_catalogue: the contenders do not agree on %s\n", what);
-    std::exit(1);
-}
 
 // Loading
 
@@ -170,7 +163,5 @@ int main(int argc, char** argv)
     benchmark::RegisterBenchmark("second loader", secondLoader);
     benchmark::RegisterBenchmark("10,000 look-ups", lookUp);
     benchmark::RegisterBenchmark("linear search", linearSearch);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

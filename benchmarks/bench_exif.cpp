@@ -12,6 +12,7 @@
 // compare_exif.py runs it with the contenders in turn and prints the ratios. With "--files FOLDER"
 // it makes the files there and nothing else, for programs that are contenders.
 
+#include "Benchmarks.h"
 #include "ExifEditor.h"
 #include "ExifUtils.h"
 #include "QExifImageHeader.h"
@@ -279,16 +280,8 @@ void restoreFiles()
 
 int rotationOf(int orientation)
 {
-    switch (orientation) {
-    case 3:
-        return 180;
-    case 6:
-        return 90;
-    case 8:
-        return -90;
-    default:
-        return 0;
-    }
+    const int angles[] = {0, 0, 0, 180, 0, 0, 90, 0, -90};
+    return orientation > 0 && orientation < 9 ? angles[orientation] : 0;
 }
 
 const char artist[] = "Somebody with a camera";
@@ -527,30 +520,13 @@ private:
 
 // The measurement
 
-template <typename Contender>
-void rotation(benchmark::State& state)
+/// One pass of a job that reads all files.
+template <typename Job>
+void read(benchmark::State& state, const Job& job)
 {
     for (auto _ : state) {
         for (const File& file : files)
-            benchmark::DoNotOptimize(Contender::rotation(file));
-    }
-}
-
-template <typename Contender>
-void orientation(benchmark::State& state)
-{
-    for (auto _ : state) {
-        for (const File& file : files)
-            benchmark::DoNotOptimize(Contender::orientation(file));
-    }
-}
-
-template <typename Contender>
-void allTags(benchmark::State& state)
-{
-    for (auto _ : state) {
-        for (const File& file : files)
-            benchmark::DoNotOptimize(Contender::allTags(file));
+            benchmark::DoNotOptimize(job(file));
     }
 }
 
@@ -570,22 +546,37 @@ void change(benchmark::State& state, const Job& job)
     restoreFiles();
 }
 
-template <typename Contender>
-void clearRotation(benchmark::State& state)
+void addBenchmarks()
 {
-    change(state, Contender::clearRotation);
-}
-
-template <typename Contender>
-void setOrientation(benchmark::State& state)
-{
-    change(state, Contender::setOrientation);
-}
-
-template <typename Contender>
-void setArtist(benchmark::State& state)
-{
-    change(state, Contender::setArtist);
+    const auto reading = [](const std::string& name, auto job) {
+        benchmark::RegisterBenchmark(name.c_str(), [job](benchmark::State& state) {
+            read(state, job);
+        })->Unit(benchmark::kMillisecond);
+    };
+    const auto changing = [](const std::string& name, auto job) {
+        benchmark::RegisterBenchmark(name.c_str(),
+                                     [job](benchmark::State& state) { change(state, job); })
+            ->Unit(benchmark::kMillisecond)
+            ->UseManualTime();
+    };
+    // The same job of the three, one right after the other.
+    const auto add = [](const std::string& name, const auto& kind, auto ours, auto libExif,
+                        auto exiv2) {
+        kind(name + "<OrvaUtils>", ours);
+        kind(name + "<LibExif>", libExif);
+        kind(name + "<Exiv2Library>", exiv2);
+    };
+    using Ours = OrvaUtils;
+    using Exiv = Exiv2Library;
+    add("rotation", reading, Ours::rotation, LibExif::rotation, Exiv::rotation);
+    add("allTags", reading, Ours::allTags, LibExif::allTags, Exiv::allTags);
+    add("clearRotation", changing, Ours::clearRotation, LibExif::clearRotation,
+        Exiv::clearRotation);
+    add("orientation", reading, Ours::orientation, LibExif::orientation, Exiv::orientation);
+    add("setOrientation", changing, Ours::setOrientation, LibExif::setOrientation,
+        Exiv::setOrientation);
+    add("setArtist", changing, Ours::setArtist, LibExif::setArtist, Exiv::setArtist);
+    changing("setArtist<LibExifBeside>", LibExifBeside::setArtist);
 }
 
 /// Whether a file's orientation reads 0 everywhere, and what follows the EXIF segment is as before.
@@ -666,26 +657,6 @@ bool contendersAgree()
 
 } // namespace
 
-BENCHMARK_TEMPLATE(rotation, OrvaUtils)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(rotation, LibExif)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(rotation, Exiv2Library)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(allTags, OrvaUtils)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(allTags, LibExif)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(allTags, Exiv2Library)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(clearRotation, OrvaUtils)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(clearRotation, LibExif)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(clearRotation, Exiv2Library)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(orientation, OrvaUtils)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(orientation, LibExif)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(orientation, Exiv2Library)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(setOrientation, OrvaUtils)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(setOrientation, LibExif)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(setOrientation, Exiv2Library)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(setArtist, OrvaUtils)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(setArtist, LibExif)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(setArtist, LibExifBeside)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_TEMPLATE(setArtist, Exiv2Library)->Unit(benchmark::kMillisecond)->UseManualTime();
-
 int main(int argc, char** argv)
 {
     if (argc == 3 && std::strcmp(argv[1], "--files") == 0) {
@@ -702,9 +673,6 @@ int main(int argc, char** argv)
     if (!contendersAgree())
         return 1;
     std::fprintf(stderr, "%d files of %d bytes each\n", fileCount, files.front().content.size());
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    addBenchmarks();
+    return runBenchmarks(argc, argv);
 }

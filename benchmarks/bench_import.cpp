@@ -12,6 +12,9 @@
 //                                                     noise of that standard deviation
 //     bench_import --psnr A B               size of both, and how alike they are (luma, decibels)
 
+#include "Benchmarks.h"
+#include "TestPictures.h"
+
 #include <ImageImporter.h>
 #include <ImageUtils.h>
 
@@ -172,21 +175,6 @@ bool makePhotograph(int width, int height, const QString& dst, double grain = 0)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-double psnr(const QImage& a, const QImage& b)
-{
-    double sum = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        const QRgb* p = reinterpret_cast<const QRgb*>(a.constScanLine(y));
-        const QRgb* q = reinterpret_cast<const QRgb*>(b.constScanLine(y));
-        for (int x = 0; x < a.width(); ++x) {
-            const double difference = 0.299 * (qRed(p[x]) - qRed(q[x]))
-                + 0.587 * (qGreen(p[x]) - qGreen(q[x])) + 0.114 * (qBlue(p[x]) - qBlue(q[x]));
-            sum += difference * difference;
-        }
-    }
-    return sum == 0 ? 99 : 10 * std::log10(255.0 * 255.0 * a.width() * a.height() / sum);
-}
-
 void printPsnr(const QString& first, const QString& second)
 {
     const QImage a = QImage(first).convertToFormat(QImage::Format_RGB32);
@@ -199,13 +187,12 @@ void printPsnr(const QString& first, const QString& second)
     out << psnr(a, b) << '\n';
 }
 
-void importBenchmark(benchmark::State& state, bool (*import)(const QString&, const QString&),
-                     int width, int height)
+void importBenchmark(benchmark::State& state, bool (*import)(const QString&, const QString&))
 {
     const QTemporaryDir folder;
     const QString src = folder.filePath(QStringLiteral("src.jpg"));
     const QString dst = folder.filePath(QStringLiteral("dst.jpg"));
-    if (!makePhotograph(width, height, src)) {
+    if (!makePhotograph(int(state.range(0)), int(state.range(1)), src)) {
         state.SkipWithError("the photograph cannot be made");
         return;
     }
@@ -215,24 +202,15 @@ void importBenchmark(benchmark::State& state, bool (*import)(const QString&, con
     }
 }
 
-BENCHMARK_CAPTURE(importBenchmark, ours_6MP, importOurs, 3000, 2000)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(importBenchmark, qt_6MP, importQt, 3000, 2000)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(importBenchmark, ours_12MP, importOurs, 4000, 3000)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(importBenchmark, qt_12MP, importQt, 4000, 3000)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(importBenchmark, ours_24MP, importOurs, 6000, 4000)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(importBenchmark, qt_24MP, importQt, 6000, 4000)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
+/// Photographs of 6, 12 and 24 megapixels.
+void photographs(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->Args({3000, 2000})->Args({4000, 3000})->Args({6000, 4000});
+    benchmark->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+BENCHMARK_CAPTURE(importBenchmark, ours, importOurs)->Apply(photographs);
+BENCHMARK_CAPTURE(importBenchmark, qt, importQt)->Apply(photographs);
 
 } // namespace
 
@@ -262,9 +240,5 @@ int main(int argc, char** argv)
         printPsnr(arguments[2], arguments[3]);
         return 0;
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -8,6 +8,7 @@
 //
 // compare_text.py runs this program and prints the ratios.
 
+#include "Benchmarks.h"
 #include "FileUtils.h"
 #include "HTMLUtils.h"
 #include "JsCodeHelpers.h"
@@ -32,14 +33,6 @@
 #include <memory>
 
 namespace {
-
-void check(bool agreed, const char* what)
-{
-    if (agreed)
-        return;
-    std::fprintf(stderr, "bench_text: the contenders do not agree on %s\n", what);
-    std::exit(1);
-}
 
 // Texts
 
@@ -472,9 +465,5 @@ int main(int argc, char** argv)
     checkVersions();
     checkDurations();
     checkCode();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

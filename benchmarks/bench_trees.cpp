@@ -9,6 +9,8 @@
 //     bench_trees --once folderSize|folderSizeWithDate|listFiles|removeDirectory|removeContent PATH
 //     bench_trees --once nothing
 
+#include "Benchmarks.h"
+
 #include <FileUtils.h>
 
 #include <benchmark/benchmark.h>
@@ -71,36 +73,38 @@ void countFiles(benchmark::State& state)
                             * SampleTree::filesPerFolder);
 }
 
+template <typename Function>
+void reading(benchmark::State& state, Function read)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(read(tree().source()));
+    countFiles(state);
+}
+
 void folderSize(benchmark::State& state)
 {
-    const QString path = tree().source();
-    for (auto _ : state) {
+    reading(state, [](const QString& path) {
         int count = 0;
-        benchmark::DoNotOptimize(FileUtils::folderSize(path, &count));
-    }
-    countFiles(state);
+        return FileUtils::folderSize(path, &count);
+    });
 }
 BENCHMARK(folderSize)->Unit(benchmark::kMillisecond);
 
 void folderSizeWithDate(benchmark::State& state)
 {
-    const QString path = tree().source();
-    for (auto _ : state) {
+    reading(state, [](const QString& path) {
         QDateTime latest;
-        benchmark::DoNotOptimize(FileUtils::folderSize(path, nullptr, &latest));
-    }
-    countFiles(state);
+        return FileUtils::folderSize(path, nullptr, &latest);
+    });
 }
 BENCHMARK(folderSizeWithDate)->Unit(benchmark::kMillisecond);
 
 void listFilesInFileSystem(benchmark::State& state)
 {
-    const QString path = tree().source();
-    for (auto _ : state) {
+    reading(state, [](const QString& path) {
         QStringList files;
-        benchmark::DoNotOptimize(FileUtils::listFilesInFileSystem(path, files, true));
-    }
-    countFiles(state);
+        return FileUtils::listFilesInFileSystem(path, files, true);
+    });
 }
 BENCHMARK(listFilesInFileSystem)->Unit(benchmark::kMillisecond);
 
@@ -197,9 +201,5 @@ int main(int argc, char** argv)
             arguments += QFile::decodeName(argv[i]);
         return once(arguments);
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -12,6 +12,8 @@
 //     bench_watch --once appear ours|steps TREE N  prints the CPU seconds spent on N new files,
 //                                                  made by somebody else after it printed "ready"
 
+#include "Benchmarks.h"
+
 #include <DirectoryWatcher.h>
 #include <FileUtils.h>
 
@@ -244,7 +246,5 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     if (argc > 2 && qstrcmp(argv[1], "--once") == 0)
         return runOnce(app.arguments().mid(2));
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

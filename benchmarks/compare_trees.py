@@ -145,22 +145,18 @@ def compare(program, work, rounds):
 
     # copyDir and replaceDir
 
-    copy = os.path.join(work, "checked")
-    subprocess.run(program + ["copyDir", tree, copy], check=True)
-    check(subprocess.run(["diff", "-r", tree, copy], check=False).returncode == 0,
-          "copyDir made another tree")
-    shutil.rmtree(copy)
+    for command in ("copyDir", "replaceDir"):
+        copy = os.path.join(work, "checked")
+        subprocess.run(program + [command, tree, copy], check=True)
+        check(subprocess.run(["diff", "-r", tree, copy], check=False).returncode == 0,
+              command + " made another tree")
+        shutil.rmtree(copy)
     contend("copyDir", copying(program + ["copyDir"], tree, work),
             ("cp -a", copying(["cp", "-a"], tree, work), 1.2),
             ("rsync -a --whole-file",
              copying(["rsync", "-a", "--whole-file"], tree + "/", work), None))
     contend("copyDir, watched", copying(program + ["copyDirWatched"], tree, work),
             ("copyDir", copying(program + ["copyDir"], tree, work), 1.05))
-    copy = os.path.join(work, "checked")
-    subprocess.run(program + ["replaceDir", tree, copy], check=True)
-    check(subprocess.run(["diff", "-r", tree, copy], check=False).returncode == 0,
-          "replaceDir made another tree")
-    shutil.rmtree(copy)
     contend("replaceDir", copying(program + ["replaceDir"], tree, work),
             ("cp -a", copying(["cp", "-a"], tree, work), 1.2))
     large = os.path.join(work, "large")

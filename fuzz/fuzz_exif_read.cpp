@@ -13,18 +13,15 @@ namespace {
 void askEverything(const QExifValue& value)
 {
     const quint32 count = value.count();
-    FUZZ_PROMISE(quint32(value.toByteVector().size())
-                 == (value.type() == QExifValue::Byte ? count : 0));
-    FUZZ_PROMISE(quint32(value.toShortVector().size())
-                 == (value.type() == QExifValue::Short ? count : 0));
-    FUZZ_PROMISE(quint32(value.toLongVector().size())
-                 == (value.type() == QExifValue::Long ? count : 0));
-    FUZZ_PROMISE(quint32(value.toSignedLongVector().size())
-                 == (value.type() == QExifValue::SignedLong ? count : 0));
-    FUZZ_PROMISE(quint32(value.toRationalVector().size())
-                 == (value.type() == QExifValue::Rational ? count : 0));
-    FUZZ_PROMISE(quint32(value.toSignedRationalVector().size())
-                 == (value.type() == QExifValue::SignedRational ? count : 0));
+    const auto holds = [&](quint16 type, int elements) {
+        return quint32(elements) == (value.type() == type ? count : 0);
+    };
+    FUZZ_PROMISE(holds(QExifValue::Byte, value.toByteVector().size()));
+    FUZZ_PROMISE(holds(QExifValue::Short, value.toShortVector().size()));
+    FUZZ_PROMISE(holds(QExifValue::Long, value.toLongVector().size()));
+    FUZZ_PROMISE(holds(QExifValue::SignedLong, value.toSignedLongVector().size()));
+    FUZZ_PROMISE(holds(QExifValue::Rational, value.toRationalVector().size()));
+    FUZZ_PROMISE(holds(QExifValue::SignedRational, value.toSignedRationalVector().size()));
     if (value.type() == QExifValue::Undefined)
         FUZZ_PROMISE(quint32(value.toByteArray().size()) == count);
     if (value.type() == QExifValue::Ascii)

@@ -35,10 +35,9 @@ QVector<Element> elements(FuzzedDataProvider& input)
 }
 
 /// The two ways into a value of one type, and the two that lead back.
-template <typename Element>
-void checkNumbers(FuzzedDataProvider& input, QExifValue::Type type,
-                  Element (QExifValue::*single)() const,
-                  QVector<Element> (QExifValue::*all)() const)
+template <typename Element, QExifValue::Type type, Element (QExifValue::*single)() const,
+          QVector<Element> (QExifValue::*all)() const>
+void checkNumbers(FuzzedDataProvider& input)
 {
     const QVector<Element> numbers = elements<Element>(input);
     const QExifValue value(numbers);
@@ -128,38 +127,23 @@ void checkBytes(const QByteArray& bytes)
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
 {
     FuzzedDataProvider input(data, size);
-    switch (input.ConsumeIntegralInRange<int>(0, 7)) {
-    case 0:
-        checkNumbers<quint8>(input, QExifValue::Byte, &QExifValue::toByte,
-                             &QExifValue::toByteVector);
-        break;
-    case 1:
-        checkNumbers<quint16>(input, QExifValue::Short, &QExifValue::toShort,
-                              &QExifValue::toShortVector);
-        break;
-    case 2:
-        checkNumbers<quint32>(input, QExifValue::Long, &QExifValue::toLong,
-                              &QExifValue::toLongVector);
-        break;
-    case 3:
-        checkNumbers<qint32>(input, QExifValue::SignedLong, &QExifValue::toSignedLong,
-                             &QExifValue::toSignedLongVector);
-        break;
-    case 4:
-        checkNumbers<QPair<quint32, quint32>>(input, QExifValue::Rational, &QExifValue::toRational,
-                                              &QExifValue::toRationalVector);
-        break;
-    case 5:
-        checkNumbers<QPair<qint32, qint32>>(input, QExifValue::SignedRational,
-                                            &QExifValue::toSignedRational,
-                                            &QExifValue::toSignedRationalVector);
-        break;
-    case 6:
-        checkText(remainingText(input));
-        break;
-    default:
-        checkBytes(QByteArray::fromStdString(input.ConsumeRemainingBytesAsString()));
-        break;
-    }
+    const auto text = [](FuzzedDataProvider& rest) { checkText(remainingText(rest)); };
+    const auto bytes = [](FuzzedDataProvider& rest) {
+        checkBytes(QByteArray::fromStdString(rest.ConsumeRemainingBytesAsString()));
+    };
+    using Value = QExifValue;
+    using UnsignedPair = QPair<quint32, quint32>;
+    using SignedPair = QPair<qint32, qint32>;
+    void (*const checks[])(FuzzedDataProvider&) = {
+        checkNumbers<quint8, Value::Byte, &Value::toByte, &Value::toByteVector>,
+        checkNumbers<quint16, Value::Short, &Value::toShort, &Value::toShortVector>,
+        checkNumbers<quint32, Value::Long, &Value::toLong, &Value::toLongVector>,
+        checkNumbers<qint32, Value::SignedLong, &Value::toSignedLong, &Value::toSignedLongVector>,
+        checkNumbers<UnsignedPair, Value::Rational, &Value::toRational, &Value::toRationalVector>,
+        checkNumbers<SignedPair, Value::SignedRational, &Value::toSignedRational,
+                     &Value::toSignedRationalVector>,
+        text,
+        bytes};
+    checks[input.ConsumeIntegralInRange<int>(0, 7)](input);
     return 0;
 }

@@ -9,8 +9,7 @@
 #include "JsCodeHelpers.h"
 #include "PhpCodeHelpers.h"
 #include "PhpUtil.h"
-
-#include <QTextStream>
+#include "Written.h"
 
 namespace {
 
@@ -208,15 +207,6 @@ Sample sample(FuzzedDataProvider& input, int depth)
         return {map, readBack};
     }
     }
-}
-
-template <typename Function>
-QString written(Function write)
-{
-    QString text;
-    QTextStream stream(&text);
-    write(&stream);
-    return text;
 }
 
 /// encodeToJavascriptText() read as JavaScript reads it.
