@@ -406,6 +406,7 @@ void tst_ApplicationUtils::standardLocations()
 
 void tst_ApplicationUtils::secondStandardLocation()
 {
+    SKIP_ON_WINDOWS("the system tells the folders of a user, not the environment");
     const ChildResult result =
         runFrom(QStringLiteral("opt/shop"), QStringLiteral("home/ann"), QStringLiteral("report"),
                 {{QStringLiteral("XDG_DATA_HOME"), QStringLiteral("   ")},
@@ -431,6 +432,7 @@ void tst_ApplicationUtils::withoutApplicationObject_data()
 
 void tst_ApplicationUtils::withoutApplicationObject()
 {
+    SKIP_ON_WINDOWS("the system tells the folders of a user, not the environment");
     QFETCH(QString, mode);
     const QString home = QStringLiteral("home/") + account;
     const ChildResult result = runFrom(QStringLiteral("work/bin"), home, mode);

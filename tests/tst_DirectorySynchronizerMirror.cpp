@@ -596,6 +596,7 @@ void tst_DirectorySynchronizerMirror::storms_data()
 // The mirror holds what the source holds, whatever was renamed and however fast.
 void tst_DirectorySynchronizerMirror::storms()
 {
+    SKIP_ON_WINDOWS("there is no shell");
     QFETCH(QString, step);
     LogCapture quiet; // what comes and goes faster than it can be copied is logged
     int equal = 0;
@@ -628,6 +629,7 @@ void tst_DirectorySynchronizerMirror::storms()
 // Each copy keeps the receiver busy while the tree grows.
 void tst_DirectorySynchronizerMirror::slowReceiver()
 {
+    SKIP_ON_WINDOWS("there is no shell");
     LogCapture quiet;
     int equal = 0;
     const int runs = stormCount();

@@ -696,6 +696,7 @@ void tst_DirectoryWatcher::slotsByHand()
 
 void tst_DirectoryWatcher::manyFilesInOneFolder()
 {
+    SKIP_ON_WINDOWS("there is no shell");
     const int count = 2000;
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
@@ -719,6 +720,7 @@ void tst_DirectoryWatcher::manyFilesInOneFolder()
 
 void tst_DirectoryWatcher::manyFoldersAsATree()
 {
+    SKIP_ON_WINDOWS("there is no shell");
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
     // 10 folders with 20 folders in each, two files in each of these.
@@ -746,6 +748,7 @@ void tst_DirectoryWatcher::manyFoldersAsATree()
 // Files that come and go while the watcher looks: what stands at the end has been reported once.
 void tst_DirectoryWatcher::churn()
 {
+    SKIP_ON_WINDOWS("there is no shell");
     LogCapture quiet; // a file that vanishes between being listed and being watched is logged
     DirectoryWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
