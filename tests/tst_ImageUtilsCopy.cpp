@@ -584,8 +584,9 @@ void tst_ImageUtilsCopy::formats()
     const QString copy = path("copy.jpg"); // its suffix does not count
     writeFile(source, bytes);
     const QImage whole(source);
-    if (whole.isNull())
+    if (whole.isNull()) {
         SKIP_ON_WINDOWS("Qt is made there without its plugins for SVG, TIFF and WebP");
+    }
     QVERIFY2(!whole.isNull(), "the image plugin for this format is missing");
 
     LogCapture log;
