@@ -57,7 +57,7 @@ void tst_JsCodeHelpers::arraysAndObjectsReadByNode()
         *s << ',';
         JsCodeHelpers::formatJavascriptArray(s, QList<int>({1, -2}));
         *s << ',';
-        JsCodeHelpers::formatJavascriptArray(s, QVariantList({QVariant(QVariantList({1})), 2.5}));
+        JsCodeHelpers::formatJavascriptArray(s, QVariantList({QVariant(QVariantList{1}), 2.5}));
         *s << ',';
         JsCodeHelpers::formatJavascriptObject(s, QVariantMap({{text("7"), text("seven")}}));
         *s << ']';

@@ -77,7 +77,7 @@ void tst_PhpCodeHelpers::constants_data()
     row("comment", QVariant(3), "x", "const NAME=3; // x\n");
     row("text", QVariant(text("l'été")), QString(), "const NAME='l\\'été';\n");
     row("boolean", QVariant(false), "no", "const NAME=0; // no\n");
-    row("list", QVariant(QVariantList({1})), "c", "const NAME=[1]\n; // c\n");
+    row("list", QVariant(QVariantList{1}), "c", "const NAME=[1]\n; // c\n");
     row("map", QVariant(QVariantMap({{text("k"), 1}})), QString(), "const NAME=[\n'k'=>1\n];\n");
     row("code", QVariant(QByteArray("self::A . 'b'")), QString(), "const NAME=self::A . 'b';\n");
 }
@@ -107,7 +107,7 @@ void tst_PhpCodeHelpers::namedArraysAndMaps()
     QCOMPARE(array(QList<int>({1, 2})), text("const NAME=[1,2];\n"));
     QCOMPARE(array(QList<int>()), text("const NAME=[];\n"));
     QCOMPARE(array(QStringList({text("a"), text("b")})), text("const NAME=['a','b'];\n"));
-    QCOMPARE(array(QVariantList({1, text("a"), QVariant(QVariantList({2}))})),
+    QCOMPARE(array(QVariantList({1, text("a"), QVariant(QVariantList{2})})),
              text("const NAME=[1,'a',[2]\n];\n"));
     const auto map = [](const QVariantMap& values) {
         return written(
@@ -126,7 +126,7 @@ void tst_PhpCodeHelpers::classOfConstants()
         });
     };
     QCOMPARE(classOf({}), text("\nclass Config\n{\n}\n"));
-    QCOMPARE(classOf({{text("B"), text("x")}, {text("A"), 1}, {text("C"), QVariantList({1})}}),
+    QCOMPARE(classOf({{text("B"), text("x")}, {text("A"), 1}, {text("C"), QVariantList{1}}}),
              text("\nclass Config\n{\nconst A=1;\nconst B='x';\nconst C=[1]\n;\n}\n"));
     // The keys are not looked at.
     QCOMPARE(classOf({{text("10"), 1}, {text("a b"), 2}}),

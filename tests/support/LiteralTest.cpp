@@ -178,7 +178,7 @@ void LiteralTest::literals_data()
     row("empty list of texts", QStringList(), "[]");
     row("list", QVariantList({1, text("x"), 2.5}), "[1,'x',2.5]\n");
     row("empty list", QVariantList(), "[]\n");
-    row("boolean in a list", QVariantList({true}), "[1]\n");
+    row("boolean in a list", QVariantList{true}, "[1]\n");
     row("list in a list", QVariantList({QVariant(QVariantList({1, 2})), 3}), "[[1,2]\n,3]\n");
     row("texts in a list", QVariantList({QVariant(QStringList({text("a")})), 3}), "[['a'],3]\n");
     // Maps.
