@@ -64,7 +64,7 @@ void tst_LocalizationUtils::systemCode_data()
 
 void tst_LocalizationUtils::systemCode()
 {
-    SKIP_ON_WINDOWS("the language is that of the user, not of LC ALL");
+    SKIP_ON_WINDOWS("the language is that of the user, not of LC_ALL");
     QFETCH(QString, code);
     // The system's settings are read once in a process.
     const ChildResult child =
