@@ -548,7 +548,8 @@ void tst_ImageUtilsCopy::quality()
 void tst_ImageUtilsCopy::formats_data()
 {
     // format: empty: copied byte for byte
-    const auto row = columns<QByteArray, QString, QByteArray, QSize>("bytes", "name", "format", "size");
+    const auto row =
+        columns<QByteArray, QString, QByteArray, QSize>("bytes", "name", "format", "size");
 
     const QImage image = picture(400, 300);
     QImage transparent = image.convertToFormat(QImage::Format_ARGB32);
@@ -563,13 +564,16 @@ void tst_ImageUtilsCopy::formats_data()
     row("png", encoded(image, "png"), "a.png", "png", QSize(100, 75));
     row("png with alpha", encoded(transparent, "png"), "a.png", "png", QSize(100, 75));
 #if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
-    row("png of 16 bits", encoded(image.convertToFormat(QImage::Format_RGBX64), "png"), "a.png", "png", QSize(100, 75));
+    row("png of 16 bits", encoded(image.convertToFormat(QImage::Format_RGBX64), "png"), "a.png",
+        "png", QSize(100, 75));
 #endif
-    row("png with a palette", encoded(image.convertToFormat(QImage::Format_Indexed8), "png"), "a.png", "png", QSize(100, 75));
+    row("png with a palette", encoded(image.convertToFormat(QImage::Format_Indexed8), "png"),
+        "a.png", "png", QSize(100, 75));
     row("jpeg named png", jpeg(image), "a.png", "jpeg", QSize(100, 75));
     row("png named jpg", encoded(image, "png"), "a.jpg", "png", QSize(100, 75));
     row("jpeg without a suffix", jpeg(image), "a", "jpeg", QSize(100, 75));
-    row("grey jpeg", jpeg(image.convertToFormat(QImage::Format_Grayscale8)), "a.jpg", "jpeg", QSize(100, 75));
+    row("grey jpeg", jpeg(image.convertToFormat(QImage::Format_Grayscale8)), "a.jpg", "jpeg",
+        QSize(100, 75));
     row("bmp", encoded(image, "bmp"), "a.bmp", "bmp", QSize(100, 75));
     row("ppm", encoded(image, "ppm"), "a.ppm", "ppm", QSize(100, 75));
 }

@@ -240,9 +240,9 @@ void tst_QExifValue::scalarConverters_data()
             "asSignedRational");
 
     const auto row = [&](const char* name, const QExifValue& value, quint8 asByte, quint16 asShort,
-                        quint32 asLong, qint32 asSignedLong,
-                        UnsignedPair asRational = UnsignedPair(0, 0),
-                        SignedPair asSignedRational = SignedPair(0, 0)) {
+                         quint32 asLong, qint32 asSignedLong,
+                         UnsignedPair asRational = UnsignedPair(0, 0),
+                         SignedPair asSignedRational = SignedPair(0, 0)) {
         table(name, value, asByte, asShort, asLong, asSignedLong, asRational, asSignedRational);
     };
     row("null", QExifValue(), 0, 0, 0, 0);
@@ -312,10 +312,10 @@ void tst_QExifValue::vectorConverters_data()
     const SignedLongs signedLongs{-1, 0, 1};
     const SignedRationals signedRationals{{-1, 2}, {1, -2}};
     const auto row = [&](const char* name, const QExifValue& value, const Bytes& asBytes = Bytes(),
-                        const Shorts& asShorts = Shorts(), const Longs& asLongs = Longs(),
-                        const Rationals& asRationals = Rationals(),
-                        const SignedLongs& asSignedLongs = SignedLongs(),
-                        const SignedRationals& asSignedRationals = SignedRationals()) {
+                         const Shorts& asShorts = Shorts(), const Longs& asLongs = Longs(),
+                         const Rationals& asRationals = Rationals(),
+                         const SignedLongs& asSignedLongs = SignedLongs(),
+                         const SignedRationals& asSignedRationals = SignedRationals()) {
         table(name, value, asBytes, asShorts, asLongs, asRationals, asSignedLongs,
               asSignedRationals);
     };
