@@ -377,7 +377,7 @@ void tst_ImageImporter::endsWithTheApplication()
     const int count = 40;
     addPictures(&importer, count);
     importer.start(2);
-    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
     QCOMPARE(QCoreApplication::exec(), 0);
     // What was begun is complete, and nobody goes on.
     QList<int> imported;
