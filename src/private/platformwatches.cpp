@@ -6,6 +6,9 @@
 #include "DirectoryWatcher.h"
 #include "asconst_p.h"
 
+#ifdef Q_OS_WIN
+#include <QFileInfo>
+#endif
 #include <QFileSystemWatcher>
 
 #include <algorithm>
@@ -41,6 +44,19 @@ QStringList notIn(const QStringList& list, const QStringList& paths)
     return missing;
 }
 
+/// The files that \a share refuses.
+QStringList addTo(QFileSystemWatcher* share, const QStringList& files)
+{
+    QStringList refused = share->addPaths(files);
+#ifdef Q_OS_WIN
+    // It also refuses a file that was deleted and made anew, until the notification of the deletion
+    // has come, with which the file is watched anew.
+    if (!refused.isEmpty())
+        refused = notIn(share->files(), refused);
+#endif
+    return refused;
+}
+
 } // namespace
 
 PlatformWatches::~PlatformWatches() = default;
@@ -70,10 +86,27 @@ void PlatformWatches::end(bool isNotifying)
 void PlatformWatches::addShare()
 {
     auto* const share = new QFileSystemWatcher(mWatcher);
+#ifdef Q_OS_WIN
+    // A thread of the share finds what was deleted, and forgets it at once: the notification comes
+    // even if the path has been removed here meanwhile, and ends the watch of what has taken its
+    // place.
+    QObject::connect(share, &QFileSystemWatcher::fileChanged, mWatcher,
+                     [this, share](const QString& file) {
+                         if (mShareOf.value(file) == share)
+                             mWatcher->onFilemod(file);
+                     });
+    QObject::connect(share, &QFileSystemWatcher::directoryChanged, mWatcher,
+                     [this, share](const QString& folder) {
+                         if (!share->directories().contains(folder) && QFileInfo(folder).isDir())
+                             share->addPath(folder);
+                         mWatcher->onDirMod(folder);
+                     });
+#else
     QObject::connect(share, &QFileSystemWatcher::fileChanged, mWatcher,
                      &DirectoryWatcher::onFilemod);
     QObject::connect(share, &QFileSystemWatcher::directoryChanged, mWatcher,
                      &DirectoryWatcher::onDirMod);
+#endif
     mShares.push_back(share);
 }
 
@@ -108,7 +141,7 @@ QStringList PlatformWatches::addFiles(const QStringList& paths)
         at += int(taken.size());
         for (const QString& path : taken)
             mShareOf.insert(path, share);
-        refused += share->addPaths(taken);
+        refused += addTo(share, taken);
     }
     for (const QString& path : asConst(refused))
         mShareOf.remove(path);
