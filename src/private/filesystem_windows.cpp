@@ -38,6 +38,39 @@ bool clearReadOnly(const QString& native)
         && SetFileAttributesW(wide(native), attributes & ~DWORD(FILE_ATTRIBUTE_READONLY));
 }
 
+/// Whether a program has a file open, other than in order to replace or remove it.
+bool isHeld(const QString& native)
+{
+    const HANDLE file =
+        CreateFileW(wide(native), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return GetLastError() == ERROR_SHARING_VIOLATION;
+    CloseHandle(file);
+    return false;
+}
+
+/// Tries \a step until it succeeds, as long as a program holds the file \a native, but not for
+/// long: readers, indexers and virus scanners let go of a file after a moment.
+template <typename Step>
+bool onceLetGo(const QString& native, Step step)
+{
+    const int attempts = 25;
+    const int pause = 20; // milliseconds
+    for (int attempt = 1;; ++attempt) {
+        if (step())
+            return true;
+        const DWORD reason = GetLastError();
+        const bool isWorthTrying = attempt < attempts
+            && (reason == ERROR_SHARING_VIOLATION || reason == ERROR_ACCESS_DENIED);
+        const bool wasHeld = isWorthTrying && isHeld(native);
+        SetLastError(reason);
+        if (!wasHeld)
+            return false;
+        Sleep(pause);
+    }
+}
+
 } // namespace
 
 bool isSameFile(const QString& one, const QString& other)
@@ -84,7 +117,11 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason)
         return false;
     }
     const bool isReadOnly = isOverFile && moved != INVALID_FILE_ATTRIBUTES && clearReadOnly(to);
-    if (MoveFileExW(wide(from), wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    const auto move = [&] {
+        return MoveFileExW(wide(from), wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)
+            != 0;
+    };
+    if (isOverFile ? onceLetGo(to, move) : move())
         return true;
     *reason = qt_error_string(int(GetLastError()));
     if (isReadOnly)
