@@ -321,8 +321,13 @@ void tst_DirectoryWatcherChanges::renamedOverEachOther()
     // And each is watched under its own name.
     for (const QString& file : {a, b}) {
         watcher.clear();
+        watcher.quiet.clear();
         writeFile(file, "in place");
         QTRY_COMPARE(names(watcher.modified), file.mid(mRoot.size() + 1));
+#ifdef Q_OS_WIN
+        // That the file was cut, and that it was written, is told one after the other.
+        QTRY_VERIFY(watcher.quiet.count() > 0);
+#endif
     }
 }
 
@@ -638,8 +643,13 @@ void tst_DirectoryWatcherChanges::settles()
 {
     SpiedWatcher watcher;
     QCOMPARE(watcher.settleTime(), 500);
-    watcher.setSettleTime(50);
-    QCOMPARE(watcher.settleTime(), 50);
+#ifdef Q_OS_WIN
+    const int settleTime = 500; // a thread brings the notifications, in its own time
+#else
+    const int settleTime = 50;
+#endif
+    watcher.setSettleTime(settleTime);
+    QCOMPARE(watcher.settleTime(), settleTime);
     QVERIFY(watcher.setPath(mRoot));
     for (int round = 1; round <= 3; ++round) {
         for (int i = 0; i < 5; ++i) {
@@ -730,6 +740,18 @@ void tst_DirectoryWatcherChanges::stopsAtFirstReport()
     QFETCH(QStringList, before);
     QFETCH(QStringList, after);
     QFETCH(bool, byPlatform);
+    // The names of what is in the root.
+    const auto heads = [](const QStringList& entries, bool areFolders) {
+        QSet<QString> names;
+        for (const QString& entry : entries) {
+            if (!areFolders || entry.contains(QLatin1Char('/')))
+                names.insert(entry.section(QLatin1Char('/'), 0, 0));
+        }
+        return names;
+    };
+    if (heads(before, true).intersects(heads(after, false))) {
+        SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
+    }
     int version = 0;
     const auto make = [&](const QStringList& entries) {
         ++version;
