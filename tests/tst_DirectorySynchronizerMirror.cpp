@@ -21,6 +21,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <thread>
 
@@ -226,6 +227,30 @@ public Q_SLOTS:
 
 private:
     const QPointer<QObject> mObject;
+};
+
+/// A thread that works until it is told that all is over, at the latest when this goes.
+class Worker
+{
+public:
+    Worker(std::atomic<bool>* isOver, const std::function<void()>& work)
+        : mIsOver(isOver)
+        , mThread(work)
+    { }
+    ~Worker() { stop(); }
+
+    void stop()
+    {
+        *mIsOver = true;
+        if (mThread.joinable())
+            mThread.join();
+    }
+
+private:
+    Q_DISABLE_COPY(Worker)
+
+    std::atomic<bool>* const mIsOver;
+    std::thread mThread;
 };
 
 } // namespace
@@ -667,7 +692,7 @@ void tst_DirectorySynchronizerMirror::readersMeetWholeFiles()
     std::atomic<bool> isOver(false);
     std::atomic<int> whole(0);
     std::atomic<int> broken(0);
-    std::thread reader([&] {
+    Worker reader(&isOver, [&] {
         while (!isOver) {
             const QByteArray content = contentOf(mirror);
 #ifdef Q_OS_WIN
@@ -679,18 +704,12 @@ void tst_DirectorySynchronizerMirror::readersMeetWholeFiles()
             ++(isVersion(content) ? whole : broken);
         }
     });
-    const auto join = qScopeGuard([&] {
-        isOver = true;
-        if (reader.joinable())
-            reader.join();
-    });
     for (int version = 1; version <= 40; ++version) {
         writeFile(mSource + QStringLiteral("/.fresh"), versionOf(version));
         renameTo(mSource + QStringLiteral("/.fresh"), file);
         QTRY_VERIFY(synchronizer.mirrors.count() >= version);
     }
-    isOver = true;
-    reader.join();
+    reader.stop();
     QCOMPARE(broken.load(), 0);
     QVERIFY(whole > 0);
     QTRY_VERIFY(synchronizer.isEqual());
