@@ -23,7 +23,7 @@ Defect svgDefect(const QString& path)
     if (file.size() > maxSvgMiB * bytesOfMiB)
         return {WorkItem::Unsuitable,
                 PictureCheck::tr("is an SVG picture of more than %1 MiB").arg(maxSvgMiB)};
-    if (const Defect defect = SvgGuard::defectOf(&file))
+    if (Defect defect = SvgGuard::defectOf(&file))
         return defect;
     if (!QImageReader::supportedImageFormats().contains("svg"))
         return {WorkItem::Unreadable,

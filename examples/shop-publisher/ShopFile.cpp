@@ -138,7 +138,7 @@ private:
     /// The value of a key that must be there.
     Field needed(WorkItem* owner, const QJsonObject& object, const char* key)
     {
-        const Field field = at(owner, object, key);
+        Field field = at(owner, object, key);
         if (!field.isThere())
             fail(field, Missing, tr("is missing"));
         return field;
@@ -175,7 +175,7 @@ private:
     /// A text without blanks around it; empty where there is none.
     QString plainText(const Field& field)
     {
-        const QString text = field.value.toString().trimmed();
+        QString text = field.value.toString().trimmed();
         if (!field.isThere())
             return QString();
         if (!field.value.isString())
@@ -223,7 +223,7 @@ private:
     /// An object with something in it, or a list; \a reason is told of anything else.
     QJsonObject group(const Field& field)
     {
-        const QJsonObject object = field.value.toObject();
+        QJsonObject object = field.value.toObject();
         if (field.isThere() && object.isEmpty())
             wrong(field, tr("is no object"));
         return object;
@@ -231,7 +231,7 @@ private:
 
     QJsonArray list(const Field& field, const QString& reason)
     {
-        const QJsonArray array = field.value.toArray();
+        QJsonArray array = field.value.toArray();
         if (field.isThere() && array.isEmpty())
             wrong(field, reason);
         return array;
