@@ -61,11 +61,9 @@ bool onceLetGo(const QString& native, Step step)
         if (step())
             return true;
         const DWORD reason = GetLastError();
-        const bool isWorthTrying = attempt < attempts
-            && (reason == ERROR_SHARING_VIOLATION || reason == ERROR_ACCESS_DENIED);
-        const bool wasHeld = isWorthTrying && isHeld(native);
+        const bool isWorthTrying = attempt < attempts && isHeld(native);
         SetLastError(reason);
-        if (!wasHeld)
+        if (!isWorthTrying)
             return false;
         Sleep(pause);
     }
@@ -134,7 +132,7 @@ bool removeOldFile(QFile* file)
     const QString native = nativePath(file->fileName());
     const DWORD attributes = GetFileAttributesW(wide(native));
     const bool isReadOnly = clearReadOnly(native);
-    if (file->remove())
+    if (onceLetGo(native, [&] { return file->remove(); }))
         return true;
     if (isReadOnly)
         SetFileAttributesW(wide(native), attributes);
