@@ -741,7 +741,10 @@ void tst_DirectorySynchronizerMirror::killedWhileCopying()
         const QByteArray before = contentOf(mirror);
         for (int change = 0; change < 3; ++change) {
             writeFile(mSource + QStringLiteral("/.fresh"), versionOf(++version));
-            renameTo(mSource + QStringLiteral("/.fresh"), file);
+            // Windows refuses it while the file is being copied.
+            bool isRenamed = false;
+            QTRY_VERIFY(
+                (isRenamed = isRenamed || renameOver(mSource + QStringLiteral("/.fresh"), file)));
         }
         moments.wait(3000);
         process.kill();
