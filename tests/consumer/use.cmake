@@ -104,8 +104,13 @@ endif()
 capture(flags "${PKG_CONFIG}" --cflags --libs ${NAME})
 string(STRIP "${flags}" flags)
 separate_arguments(flags UNIX_COMMAND "${flags}")
-# Qt's headers want code that is position independent, and leave it to the caller to ask for it.
-run("${CXX_COMPILER}" -fPIC
+# Qt's headers want code that is position independent, those of Qt 6 also C++17, and leave it to the
+# caller to ask for it.
+set(standard -std=c++14)
+if(NAME MATCHES "-qt6$")
+  set(standard -std=c++17)
+endif()
+run("${CXX_COMPILER}" -fPIC ${standard}
   "${SOURCE_DIR}/tests/consumer/main.cpp" -o "${WORK_DIR}/plain" ${flags})
 run(${CMAKE_COMMAND} -E env "LD_LIBRARY_PATH=${library_dir}:$ENV{LD_LIBRARY_PATH}"
   "${WORK_DIR}/plain")
