@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of pictures: coloured, grey, translucent, and scaled.
+// The page of pictures: coloured, grey, translucent, and scaled; and what a
+// photograph tells beside its pixels.
 
 #include "Canvas.h"
 #include "Layouts.h"
@@ -10,8 +11,10 @@
 #include "Pictures.h"
 
 #include <DrawUtils.h>
+#include <ExifEditor.h>
 #include <ImageUtils.h>
 
+#include <QDebug>
 #include <QLabel>
 #include <QPainter>
 #include <QSlider>
@@ -102,6 +105,19 @@ void drawSizes(QPainter* painter, const QRect& rect)
     }
 }
 
+QWidget* whatPhotographsTell()
+{
+    QString text;
+    //! [tags]
+    ExifEditor photograph; // or that of a file: load()
+    photograph.setOrientation(6);
+    const auto tags = photograph.imageTags();
+    for (const auto tag : tags)
+        QDebug(&text) << photograph.value(tag);
+    //! [tags]
+    return Layouts::plainText(text);
+}
+
 } // namespace
 
 QVector<Exhibit> picturesExhibits()
@@ -112,5 +128,6 @@ QVector<Exhibit> picturesExhibits()
         {Page::tr("Your own opacity"), ownOpacity(), "own"},
         {Page::tr("Scaled smoothly, and not"),
          new Canvas(QSize(400, 236), drawSizes), "smooth"},
+        {Page::tr("What photographs tell"), whatPhotographsTell(), "tags"},
     };
 }
