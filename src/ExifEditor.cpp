@@ -264,6 +264,9 @@ bool ExifEditor::save(const QString& fileName, QString* error)
     if (isEmpty())
         return true;
     const QByteArray block = d->block.composed();
+    ExifBlock written; // a damaged block may become one that nobody reads when it becomes longer
+    if (!written.parse(block))
+        return fail(error, PhotoFailure::Damaged);
     FilePatch patch;
     const qint64 size = file.size();
     const QByteArray head = file.read(size <= smallSize ? size : usualSize);
@@ -273,7 +276,7 @@ bool ExifEditor::save(const QString& fileName, QString* error)
         return false;
     if (!patchPhoto(&file, patch, error))
         return false;
-    d->block.parse(block);
+    d->block = written;
     return true;
 }
 
@@ -285,6 +288,9 @@ bool ExifEditor::save(QIODevice* device, QString* error)
     if (isEmpty())
         return true;
     const QByteArray block = d->block.composed();
+    ExifBlock written; // a damaged block may become one that nobody reads when it becomes longer
+    if (!written.parse(block))
+        return fail(error, PhotoFailure::Damaged);
     FilePatch patch;
     if (!device->seek(0))
         return fail(error, PhotoFailure::NotRead);
@@ -292,7 +298,7 @@ bool ExifEditor::save(QIODevice* device, QString* error)
         return false;
     if (!patchInPlace(device, patch))
         return fail(error, PhotoFailure::NotWritten);
-    d->block.parse(block);
+    d->block = written;
     return true;
 }
 
