@@ -87,10 +87,11 @@ public:
     ///
     /// False, with the file untouched, when it cannot be opened for reading and writing, is no
     /// JPEG, when the block exceeds what a segment holds (65,527 bytes), when it would grow
-    /// although it continues in the next segment, when writing fails, and when a new file would be
-    /// needed but cannot take the place of this one unnoticed: it has several names (hard links),
-    /// it belongs to somebody else, or its folder takes no new file. The editor keeps its changes,
-    /// so that they can be saved elsewhere.
+    /// although it continues in the next segment, when the block was so damaged that it could not
+    /// be loaded again, when writing fails, and when a new file would be needed but cannot take the
+    /// place of this one unnoticed: it has several names (hard links), it belongs to somebody else,
+    /// or its folder takes no new file. The editor keeps its changes, so that they can be saved
+    /// elsewhere.
     bool save(const QString& fileName, QString* error = nullptr);
 
     /// As above, into the JPEG that \a device, open for reading and writing and random access,
