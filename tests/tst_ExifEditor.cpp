@@ -110,6 +110,7 @@ private Q_SLOTS:
     void loadFails_data();
     void loadFails();
     void reasons();
+    void tooDamagedToGrow();
     void findsBlock_data();
     void findsBlock();
     void loadsFromSequentialDevice();
@@ -239,6 +240,28 @@ void tst_ExifEditor::reasons()
     QVERIFY(editor.save(sandbox.file(text("file.jpg"), soi() + dqt() + scan()), &error));
     QVERIFY(editor.load(sandbox(text("file.jpg")), &error));
     QCOMPARE(error, text("as it was"));
+}
+
+// Directories that its end cuts off have more entries in a longer block, here more than are read.
+void tst_ExifEditor::tooDamagedToGrow()
+{
+    TiffBuilder block(big);
+    const int room = 2000;
+    block.tiff(8).u16(5);
+    for (const quint32 place : {74, 76, 78, 80, 2070})
+        block.entry(0x8769, 4, 1, place);
+    block.u32(0).u16(0xFFFF).u16(0xFFFF).u16(0xFFFF).u16(0xFFFF);
+    block.raw(QByteArray(room - 12, '\0')).u16(0xFFFF).raw(QByteArray(24, '\0'));
+    const QByteArray file = soi() + exifSegment(block) + scan();
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    ExifEditor editor;
+    QString error;
+    QVERIFY2(editor.load(path, &error), qPrintable(error));
+    editor.setValue(QExifImageHeader::Artist, QExifValue(QString(3000, QLatin1Char('a'))));
+    QVERIFY(!editor.save(path, &error));
+    QCOMPARE(error, text("The EXIF data of the picture is damaged."));
+    QCOMPARE(contentOf(path), file);
 }
 
 void tst_ExifEditor::findsBlock_data()
