@@ -248,7 +248,7 @@ void tst_ExifEditor::tooDamagedToGrow()
     TiffBuilder block(big);
     const int room = 2000;
     block.tiff(8).u16(5);
-    for (const quint32 place : {74, 76, 78, 80, 2070})
+    for (const quint32 place : {74u, 76u, 78u, 80u, 2070u})
         block.entry(0x8769, 4, 1, place);
     block.u32(0).u16(0xFFFF).u16(0xFFFF).u16(0xFFFF).u16(0xFFFF);
     block.raw(QByteArray(room - 12, '\0')).u16(0xFFFF).raw(QByteArray(24, '\0'));
