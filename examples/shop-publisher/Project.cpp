@@ -43,10 +43,10 @@ bool isUnpublishedName(const QString& name)
                               "xcf",  "eps",  "ico",  "tga", "pcx", "svgz", "jpe"});
 }
 
-bool nameLess(const QFileInfo& a, const QFileInfo& b)
+bool nameLess(const FileUtils::Entry& a, const FileUtils::Entry& b)
 {
-    const int order = QString::compare(a.fileName(), b.fileName(), Qt::CaseInsensitive);
-    return order != 0 ? order < 0 : a.fileName() < b.fileName();
+    const int order = QString::compare(a.name, b.name, Qt::CaseInsensitive);
+    return order != 0 ? order < 0 : a.name < b.name;
 }
 
 /// Walks a folder of the project.
@@ -68,20 +68,21 @@ public:
     /// \a prefix is empty or ends with "/".
     void walk(const QString& prefix = QString())
     {
-        const QFileInfoList entries = mStopped() ? QFileInfoList() : entriesOf(prefix);
-        for (const QFileInfo& entry : entries) {
-            if (!entry.isDir() && isWanted(entry.fileName()))
-                add(entry, prefix + entry.fileName());
-            else if (!entry.isDir() && isUnpublishedName(entry.fileName()))
-                unpublished.append(prefix + entry.fileName());
+        const QVector<FileUtils::Entry> entries =
+            mStopped() ? QVector<FileUtils::Entry>() : entriesOf(prefix);
+        for (const FileUtils::Entry& entry : entries) {
+            if (!entry.isFolder && isWanted(entry.name))
+                add(entry, prefix + entry.name);
+            else if (!entry.isFolder && isUnpublishedName(entry.name))
+                unpublished.append(prefix + entry.name);
         }
-        for (const QFileInfo& entry : entries) {
-            const QString name = prefix + entry.fileName() + QLatin1Char('/');
+        for (const FileUtils::Entry& entry : entries) {
+            const QString name = prefix + entry.name + QLatin1Char('/');
             // Following it could lead in a circle, or publish what was never meant to be shown.
-            if (entry.isDir() && entry.isSymLink())
+            if (entry.isFolder && entry.isLink)
                 fail(name, WorkItem::Unsuitable,
                      Project::tr("is a link to a folder, which is not followed"));
-            else if (entry.isDir())
+            else if (entry.isFolder)
                 walk(name);
         }
     }
@@ -95,12 +96,15 @@ private:
         return mKind == StaticFiles || Project::isPhotographName(name);
     }
 
-    void add(const QFileInfo& entry, const QString& name)
+    void add(const FileUtils::Entry& entry, const QString& name)
     {
-        const QString source = entry.canonicalFilePath();
-        if (entry.isSymLink() && source.isEmpty())
+        // No folder on the way is a link, so that the path of a file that is none is the true one:
+        // to ask the system for that of each of very many would take longer than all else.
+        const QString path = mFolder + name;
+        const QString source = entry.isLink ? QFileInfo(path).canonicalFilePath() : path;
+        if (source.isEmpty())
             fail(name, WorkItem::Missing, Project::tr("is a link that leads nowhere"));
-        else if (!entry.isFile())
+        else if (!entry.isFile)
             fail(name, WorkItem::Unsuitable, Project::tr("is not a file"));
         else if (mKind == StaticFiles && !source.startsWith(mFolder))
             fail(name, WorkItem::Unsuitable,
@@ -109,26 +113,25 @@ private:
             files.append({source, name, QString(), false});
     }
 
-    /// Tells of what cannot be read, and of names that are not text in the system's encoding, such
-    /// as names in Latin-1 from an old disk: they must not vanish without a word.
-    QFileInfoList entriesOf(const QString& prefix)
+    /// What is to be walked in a folder, in order. Tells of what cannot be read, and of names that
+    /// are not text in the system's encoding, such as names in Latin-1 from an old disk: they must
+    /// not vanish without a word.
+    QVector<FileUtils::Entry> entriesOf(const QString& prefix)
     {
-        QVector<FileUtils::Entry> found;
+        QVector<FileUtils::Entry> entries;
         QString reason;
-        if (!FileUtils::listEntries(mFolder + prefix, found, &reason))
+        if (!FileUtils::listEntries(mFolder + prefix, entries, &reason))
             fail(prefix.isEmpty() ? QFileInfo(mFolder).path() : prefix, WorkItem::Unreadable,
                  Project::tr("cannot be read (%1)").arg(reason));
-        const QVector<FileUtils::Entry>& all = found;
-        QFileInfoList entries;
-        for (const FileUtils::Entry& entry : all) {
+        const auto isLeftOut = [&](const FileUtils::Entry& entry) {
             if (entry.isHidden && mKind == Photographs)
-                continue;
-            if (entry.isReachable)
-                entries.append(QFileInfo(mFolder + prefix + entry.name));
-            else if (entry.isFolder || isWanted(entry.name))
+                return true;
+            if (!entry.isReachable && (entry.isFolder || isWanted(entry.name)))
                 fail(prefix + entry.name, WorkItem::Unsuitable,
                      Project::tr("has a name that is not valid UTF-8; please rename it"));
-        }
+            return !entry.isReachable;
+        };
+        entries.erase(std::remove_if(entries.begin(), entries.end(), isLeftOut), entries.end());
         std::sort(entries.begin(), entries.end(), nameLess);
         return entries;
     }

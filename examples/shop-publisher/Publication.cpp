@@ -129,9 +129,10 @@ void Publication::markProducts(const Shop* shop, QVector<Photograph>* photograph
                 names.insert(photo);
         }
     }
+    const bool pagesStay = !shop && mShopFile.exists();
     for (Photograph& photograph : *photographs)
         photograph.ofProduct = names.contains(photograph.name)
-            || (!shop && mShopFile.exists() && mNow.pictures.value(photograph.name).ofProduct);
+            || (pagesStay && mNow.pictures.value(photograph.name).ofProduct);
 }
 
 // Photographs
