@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Bracketing: a translator that shows the context and the source text of what is translated.
+// Bracketing: a translator that puts the context and the source text of what it translates in
+// brackets.
 
 #ifndef BRACKETING_H
 #define BRACKETING_H

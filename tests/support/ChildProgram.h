@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ChildProgram: a test program that runs itself again, for what a process can see only once: the
-// time before its application object exists, its end, and the place where its program lies.
+// ChildProgram: a test program that starts itself again, to observe what happens only once in a
+// process: the time before the application object exists, the end of the program, and the folder
+// that it was started from.
 
 #ifndef CHILDPROGRAM_H
 #define CHILDPROGRAM_H
@@ -18,14 +19,14 @@
 /// What a child process wrote and how it ended.
 struct ChildResult
 {
-    bool exitedNormally = false; ///< neither crashed nor was stopped
+    bool exitedNormally = false; ///< false if it crashed or was killed
     int exitCode = -1;
     QStringList output; ///< lines of standard output
     QStringList errors; ///< lines of standard error
 };
 
-/// Runs \a program with \a arguments to its end, for at most a minute, in this process's
-/// environment with \a environment on top of it; an entry with a null text is taken out.
+/// Runs \a program with \a arguments and waits up to a minute for it to finish. The child inherits
+/// this environment, changed by \a environment; a variable with a null value is removed.
 inline ChildResult runChildProgram(const QString& program, const QStringList& arguments,
                                    const QMap<QString, QString>& environment = {})
 {
@@ -64,8 +65,8 @@ inline ChildResult runChildProgram(const QString& program, const QStringList& ar
     return result;
 }
 
-/// What main() of a test does that starts itself again with the arguments "--child" and a mode,
-/// which \a runAsChild carries out.
+/// The main() of a test that starts itself again with the arguments "--child" and a mode, which \a
+/// runAsChild then carries out.
 template <typename Test, typename Function>
 int testOrChild(int argc, char** argv, Function runAsChild)
 {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ChildRole: a part of a test that ends its program, run in a process of its own.
+// ChildRole: a part of a test that ends its program and therefore runs in a separate process.
 //
 //     int main(int argc, char** argv)
 //     {
@@ -25,11 +25,11 @@
 #include <cstring>
 #include <functional>
 
-/// What a child process does; its result is the exit code.
+/// What a child process runs; returns its exit code.
 using ChildRole = std::function<int()>;
 
-/// Runs the program of the calling test again, in the role of that name, and waits for its end.
-/// The child writes each log message as "type category file function: text".
+/// Starts the program of the calling test again in the role \a name and waits until it ends. The
+/// child writes each log message as "type category file function: text".
 inline ChildResult runChildRole(const char* name)
 {
     return runChildProgram(QCoreApplication::applicationFilePath(),
@@ -39,14 +39,14 @@ inline ChildResult runChildRole(const char* name)
                                             "%{message}")}});
 }
 
-/// The role that this process was started for; empty in the test itself. To be called first in
-/// main(). A process that was started for an unknown role ends at once with exit code 2.
+/// The role that this process was started for; empty in the test itself. Must be called first in
+/// main(). A process that is started for an unknown role exits with code 2.
 inline ChildRole childRole(int argc, char** argv, const QMap<QByteArray, ChildRole>& roles)
 {
     if (argc != 3 || std::strcmp(argv[1], "--child-role") != 0)
         return ChildRole();
 
-    // Some roles end by a signal on purpose: no core files.
+    // Some roles are ended by a signal on purpose: leave no core files.
     const rlimit none = {0, 0};
     setrlimit(RLIMIT_CORE, &none);
     return roles.value(argv[2], [] { return 2; });

@@ -6,7 +6,7 @@
 
 #include <QColor>
 
-/// What QColor takes for a part of the whole: a double in Qt 5, a float in Qt 6.
+/// The type that QColor uses for fractions: double in Qt 5, float in Qt 6.
 using ColorFraction = decltype(QColor().alphaF());
 
 #endif // COLORFRACTION_H

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// columns: the columns of a data-driven test, and what adds its rows, one call each.
+// columns(): declares the columns of a data-driven test and returns a function that adds its rows.
 
 #ifndef COLUMNS_H
 #define COLUMNS_H
@@ -12,7 +12,7 @@
 #include <QtTest>
 #include <initializer_list>
 
-/// A cell of a column of texts: a literal in UTF-8, or a QString that may be null.
+/// A cell of a text column: a literal in UTF-8, or a QString, which may be null.
 class TextCell
 {
 public:
@@ -28,7 +28,7 @@ private:
     QString mText;
 };
 
-/// A cell of a column of another type is a value of that type.
+/// A cell of a column of any other type is a value of that type.
 template <typename T>
 struct CellOf
 {
@@ -43,8 +43,8 @@ struct CellOf<QString>
     static const QString& valueOf(const TextCell& cell) { return cell.value(); }
 };
 
-/// What columns() gives. A call adds a row: its name, then a cell for each column. The compiler
-/// tells of a cell that is missing or of another type.
+/// The result of columns(). Each call adds a row: its name, then a cell for each column. A missing
+/// cell, or one of another type, does not compile.
 template <typename... Types>
 class Rows
 {
@@ -70,7 +70,7 @@ Rows<Types...> columns(const Names&... names)
     return {};
 }
 
-/// What namedByText() gives.
+/// The result of namedByText().
 template <typename... Rest>
 class RowsNamedByText
 {
@@ -81,7 +81,7 @@ public:
     }
 };
 
-/// Rows whose first cell is their name, too:
+/// Adds rows that are named by their first cell:
 /// \code
 /// const auto row = namedByText(columns<QString, QString>("url", "encoded"));
 /// row("a b", "a%20b");

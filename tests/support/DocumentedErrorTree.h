@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The error tree that docs/errors.md shows. What stands between the #line directives is there word
-// for word, as the file that the directive names, and a test compares the two.
+// The error tree that docs/errors.md shows. The code between the #line directives appears there
+// verbatim, as the file that the directive names; a test compares the two.
 
 #ifndef DOCUMENTEDERRORTREE_H
 #define DOCUMENTEDERRORTREE_H

@@ -15,10 +15,10 @@ namespace {
 
 FaultCounts counts;
 
-/// A run that begins.
+/// Sets up a run: an empty folder with the files of the scenario.
 Run prepared(const Scenario& scenario, const FaultPlan& plan)
 {
-    // Memory, where the system offers it as a folder, takes a tenth of the time of a disk.
+    // A folder in memory, where the system has one, takes a tenth of the time of a disk.
     static const Sandbox sandbox(folderInMemory());
     Run run = {};
     run.root = sandbox("run"_s);
@@ -41,7 +41,7 @@ Run run(const Scenario& scenario, const FaultPlan& plan)
         run.report = shimDisarm()();
         run.records = log.lines();
     }
-    // A tree that is moved aside cannot be put back on a disk that renames nothing more.
+    // A tree that was moved aside cannot be put back while the disk refuses every rename.
     if (plan.lacksExchange && plan.kind == FaultRename && plan.isLasting && scenario.recover)
         scenario.recover(run);
     run.after = snapshotOf(run.root);
@@ -70,7 +70,8 @@ QString wrongIn(const Scenario& scenario, const Run& run)
     for (const QString& path : run.after.keys()) {
         if (!isTemporary(path))
             continue;
-        // What is not to be removed stays, of course, and so does what no folder lists any more.
+        // A file that cannot be removed stays behind, and so does one whose folder cannot be
+        // listed.
         const bool cannotList = scenario.leavesTrees && run.plan.isLasting
             && (run.plan.kind == FaultOpen || run.plan.kind == FaultRead);
         if (!cannotList && (run.plan.kind != FaultUnlink || run.report.refused == 0))
@@ -88,7 +89,7 @@ QString wrongIn(const Scenario& scenario, const Run& run)
     return difference(after, scenario.complete(run));
 }
 
-/// What is wrong with a run, for people.
+/// Describes what is wrong with a run.
 QString complaint(const QString& wrong, const Run& run)
 {
     return wrong + " when "_s + textOf(run.plan, run.report) + "\n    result "_s
@@ -96,8 +97,8 @@ QString complaint(const QString& wrong, const Run& run)
         + "\", records (\""_s + run.records.join("\", \""_s) + "\")"_s;
 }
 
-/// Runs the scenario in a process of its own, which is killed as the plan says. False when it ran
-/// to its end.
+/// Runs the scenario in a child process that is killed as the plan says. Returns false if it ran to
+/// its end.
 bool isKilled(const Scenario& scenario, const Run& run)
 {
     const pid_t child = fork();

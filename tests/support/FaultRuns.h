@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Runs of functions under test while FaultShim refuses, shortens or interrupts their calls on
-// files, or kills them.
+// Runs functions under test while FaultShim refuses, shortens or interrupts their file operations,
+// or kills the process.
 
 #ifndef FAULTRUNS_H
 #define FAULTRUNS_H
@@ -17,7 +17,7 @@
 #include <functional>
 #include <vector>
 
-/// A function under test has run in a folder. Texts name paths relative to that folder.
+/// One run of a function under test in a folder. Texts name paths relative to that folder.
 struct Run
 {
     QString root;
@@ -26,63 +26,63 @@ struct Run
     FaultPlan plan;
     FaultReport report;
     bool succeeded;
-    QString message; ///< what came back in the `QString* error`
+    QString message; ///< the error that the function returned
     QStringList records; ///< what was logged
 
     QString path(const QString& relative) const { return root + '/'_L1 + relative; }
 };
 
-/// What is run, in a folder whose "src" must never change. Answers in words are empty where nothing
-/// is wrong.
+/// A scenario, run in a folder whose "src" must never change. Functions that return a complaint
+/// return an empty text if nothing is wrong.
 struct Scenario
 {
     QString function; ///< the name under which its faults are counted
     std::function<void(const Run&)> prepare;
     std::function<bool(const Run&, QString* message)> act;
-    /// The whole folder after success, in which nothing is said and nothing logged.
+    /// The expected content of the whole folder after success, when there is no error and no log.
     std::function<Tree(const Run&)> complete;
-    /// What is wrong with a run that failed or logged something.
+    /// Complains about a run that failed or logged something.
     std::function<QString(const Run&)> wrongInFailure;
-    /// Whether all is brought to the disk with fsync(), so that failures after that do not count.
+    /// Whether everything is synced with fsync(), so that failures after that do not count.
     bool isOnDiskEarly = false;
-    /// Whether whole trees are to be removed after a failure.
+    /// Whether the function has to list and remove whole trees after a failure.
     bool leavesTrees = false;
-    /// What is wrong when the process was killed; only for what promises to survive that.
+    /// Complains about the folder after a kill; only for functions that promise to survive one.
     std::function<QString(const Run&)> wrongAfterKill = nullptr;
-    /// What the next call does first, where a failure or a kill may leave that to it.
+    /// Does what the next call does first, if a failure or a kill may leave work to it.
     std::function<void(const Run&)> recover = nullptr;
 };
 
-/// What all runs of the process were for.
+/// The number of faults in all runs of this process.
 struct FaultCounts
 {
     /// The runs in which a call was refused, by function and kind.
     QMap<QString, std::array<int, FaultKindCount>> refusals;
-    int interruptions = 0; ///< the runs in which a signal came before a call
-    int kills = 0; ///< the runs whose process was killed
+    int interruptions = 0; ///< runs in which a signal arrived before a call
+    int kills = 0; ///< runs whose process was killed
 };
 
 const FaultCounts& faultCounts();
 
-/// No scenario needs so many of a kind.
+/// A limit above the number of calls of one kind in any scenario.
 const int mostCalls = 1000;
 
-/// Complaints about a run that no fault of that kind may hinder.
+/// Complains about a run that must succeed although there are faults of that kind.
 QStringList mustSucceed(const Scenario& scenario, const FaultPlan& plan, int* refused = nullptr);
 
-/// The file systems between which the scenario makes a difference, as plans without faults: one
-/// that has everything, one without RENAME_EXCHANGE, one without O_TMPFILE besides, and one without
-/// link() besides.
+/// The kinds of file system that make a difference to the scenario, as plans without faults: one
+/// that has everything, one without RENAME_EXCHANGE, one that also lacks O_TMPFILE, and one that
+/// also lacks link().
 std::vector<FaultPlan> fileSystems(const Scenario& scenario);
 
-/// Refuses one call after the other, from number \a first on, until a run has no call left to
-/// refuse. Returns complaints.
+/// Refuses one call per run, starting with call number \a first, until a run makes no such call any
+/// more. Returns complaints.
 QStringList refuseEveryCall(const Scenario& scenario, FaultPlan plan, int first = 1);
 
-/// Kills the process before one call after the other. Returns complaints.
+/// Kills the process before each call in turn, one run for each. Returns complaints.
 QStringList killAtEveryCall(const Scenario& scenario, FaultPlan plan);
 
-/// Lets a signal come before one call after the other. Returns complaints.
+/// Lets a signal arrive before each call in turn, one run for each. Returns complaints.
 QStringList interruptEveryCall(const Scenario& scenario, FaultPlan plan);
 
 #endif // FAULTRUNS_H

@@ -34,7 +34,7 @@ thread_local State state;
 
 // ---- Decisions ---------------------------------------------------------------------------------
 
-/// Counts a call of that kind. Whether it is to fail; errno says how, then.
+/// Counts a call of that kind. Returns whether it fails; errno is then set.
 bool isRefused(FaultKind kind, const char* function, const char* path = nullptr)
 {
     if (!state.isArmed)
@@ -54,8 +54,8 @@ bool isRefused(FaultKind kind, const char* function, const char* path = nullptr)
     return true;
 }
 
-/// Whether a signal comes before the call has done anything. Never twice in a row, so that a call
-/// that is made again gets through.
+/// Whether a signal arrives before the call has done anything. Never twice in a row, so that a
+/// repeated call succeeds.
 bool isInterrupted()
 {
     if (!state.isArmed || !state.plan.interrupts)
@@ -68,7 +68,7 @@ bool isInterrupted()
     return true;
 }
 
-/// As many of the bytes as one call may move.
+/// The number of bytes that a single call may move.
 size_t allowed(size_t bytes)
 {
     if (!state.isArmed || state.plan.mostBytes == 0 || bytes <= state.plan.mostBytes)
@@ -77,13 +77,13 @@ size_t allowed(size_t bytes)
     return state.plan.mostBytes;
 }
 
-/// Listing a folder does not wait, so no signal ends it.
+/// Listing a folder does not block, so no signal interrupts it.
 bool isRefusedToList(const char* function)
 {
     return !(state.isArmed && state.plan.error == EINTR) && isRefused(FaultRead, function);
 }
 
-/// An entry of a folder as a file system may tell of it.
+/// A folder entry as a file system without entry kinds returns it.
 template <typename Entry>
 Entry* withoutKind(Entry* entry)
 {
@@ -139,11 +139,11 @@ FaultReport faultShimDisarm()
 
 // ---- The calls ---------------------------------------------------------------------------------
 
-/// The function that stands behind the shim's own one.
+/// The function of the C library that the shim replaces.
 #define NEXT(name, Result, ...)                                                                    \
     static const auto next = reinterpret_cast<Result (*)(__VA_ARGS__)>(dlsym(RTLD_NEXT, #name))
 
-/// Defines name(parameters), which returns failed where refusal holds.
+/// Defines name(parameters), which returns failed if refusal holds.
 #define INTERPOSE(Result, failed, name, parameters, arguments, refusal)                            \
     Result name parameters                                                                         \
     {                                                                                              \
@@ -151,7 +151,7 @@ FaultReport faultShimDisarm()
         return refusal ? failed : next arguments;                                                  \
     }
 
-/// The mode of a call that may create a file; it is given only then.
+/// The mode argument of a call that may create a file; it is passed only in that case.
 #define MODE_OF(flags)                                                                             \
     mode_t mode = 0;                                                                               \
     if (((flags)&O_CREAT) || ((flags)&O_TMPFILE) == O_TMPFILE) {                                   \
@@ -230,7 +230,7 @@ struct dirent64* readdir64(DIR* folder)
     return isRefusedToList("readdir64") ? nullptr : withoutKind(next(folder));
 }
 
-// Both at once
+// Reading and writing
 
 INTERPOSE(ssize_t, -1, sendfile, (int to, int from, off_t* offset, size_t size) noexcept,
           (to, from, offset, allowed(size)),
@@ -262,7 +262,7 @@ INTERPOSE(int, -1, truncate, (const char* path, off_t size) noexcept, (path, siz
 INTERPOSE(int, -1, truncate64, (const char* path, off64_t size) noexcept, (path, size),
           isInterrupted() || isRefused(FaultWrite, "truncate64", path))
 
-// What a test writes need not outlive a power failure: no time is spent on that.
+// Test files need not survive a power failure: do not spend time on that.
 
 int fsync(int file)
 {
@@ -348,7 +348,7 @@ INTERPOSE(int, -1, fsetxattr,
 INTERPOSE(int, -1, fremovexattr, (int file, const char* name) noexcept, (file, name),
           isRefused(FaultAttribute, "fremovexattr"))
 
-// Closing: the file is closed in any case, as Linux does it.
+// The file is closed even if close() fails, as on Linux.
 
 int close(int file)
 {

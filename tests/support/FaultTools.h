@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What tests with FaultShim share: plans of faults, and folders as they are before and after.
+// FaultTools: shared by tests with FaultShim: plans of faults, and snapshots of folders.
 
 #ifndef FAULTTOOLS_H
 #define FAULTTOOLS_H
@@ -54,7 +54,7 @@ inline FaultPlan plan(FaultKind kind, int error, bool isLasting)
     return plan;
 }
 
-/// Every way in which a call is refused.
+/// All the ways in which a call can be refused.
 inline std::vector<FaultPlan> refusals()
 {
     const QVector<QPair<FaultKind, int>> errors = {
@@ -82,10 +82,10 @@ inline QString textOf(const FaultPlan& plan, const FaultReport& report)
         QString::fromLocal8Bit(report.path));
 }
 
-// ---- Folders as they are -----------------------------------------------------------------------
+// ---- Snapshots of folders ----------------------------------------------------------------------
 
-/// What lies below a folder: relative paths, and for each what there is. A file is its permissions
-/// and its content.
+/// The content of a folder: relative paths, and what is there. A file is represented by its
+/// permissions and its content.
 using Tree = QMap<QString, QByteArray>;
 
 const QByteArray folderMark = "folder";
@@ -108,7 +108,7 @@ inline Tree snapshotOf(const QString& root)
     return tree;
 }
 
-/// What lies below one of its folders.
+/// The part of the tree below one of its folders.
 inline Tree below(const Tree& tree, const QString& folder)
 {
     Tree part;
@@ -120,7 +120,7 @@ inline Tree below(const Tree& tree, const QString& folder)
     return part;
 }
 
-/// \a tree with everything that is in \a over, which wins.
+/// \a tree with all entries of \a over, which replace entries of the same path.
 inline Tree merged(Tree tree, const Tree& over)
 {
     for (auto it = over.begin(); it != over.end(); ++it)
@@ -128,7 +128,7 @@ inline Tree merged(Tree tree, const Tree& over)
     return tree;
 }
 
-/// Where two trees differ, for people; empty where they do not.
+/// Describes the difference between two trees; empty if they are equal.
 inline QString difference(const Tree& actual, const Tree& expected)
 {
     const Tree all = merged(actual, expected);
@@ -147,7 +147,7 @@ inline QString difference(const Tree& actual, const Tree& expected)
     return QString();
 }
 
-/// Whether something of that name is made only to become, or to be, something else.
+/// Whether \a path has the name of a temporary file or folder.
 inline bool isTemporary(const QString& path)
 {
     const QString name = path.mid(path.lastIndexOf('/'_L1) + 1);
@@ -161,7 +161,7 @@ inline void makeFile(const QString& path, const QByteArray& content, mode_t mode
     changeMode(path, mode);
 }
 
-/// Bytes in which no two stretches are alike.
+/// Bytes without a repeated sequence.
 inline QByteArray bytes(int size)
 {
     QByteArray bytes(size, Qt::Uninitialized);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FileLimit: less of something than a process would have: space in a file, or open files.
+// FileLimit: limits the size of files, or the number of open files, of this process.
 
 #ifndef FILELIMIT_H
 #define FILELIMIT_H
@@ -10,8 +10,8 @@
 
 #include <QtGlobal>
 
-/// Sets the soft limit of \a resource, RLIMIT_FSIZE or RLIMIT_NOFILE, for as long as it lives. A
-/// write beyond the limit fails, and raises no signal.
+/// Sets the soft limit of \a resource, RLIMIT_FSIZE or RLIMIT_NOFILE, as long as the object lives.
+/// A write beyond the limit fails and raises no signal.
 class FileLimit
 {
 public:

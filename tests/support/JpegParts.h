@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// JpegParts: JPEG files for tests, put together from their segments, and cut into them again.
+// JpegParts: builds JPEG files for tests from their segments, and splits them again.
 
 #ifndef JPEGPARTS_H
 #define JPEGPARTS_H
@@ -48,7 +48,7 @@ inline QByteArray dqt()
     return segment(0xFFDB, QByteArray(65, '\1'));
 }
 
-/// A start of scan, some coded data and the end of the image.
+/// A start of scan, some coded data and the end-of-image marker.
 inline QByteArray scan()
 {
     return segment(0xFFDA, QByteArray("\1\1\0\0\77\0", 6)) + hex("123456FF00789A FFD9");
@@ -56,13 +56,13 @@ inline QByteArray scan()
 
 // Files
 
-/// A JPEG file cut into its segments, up to and with the first start of scan, and what follows.
+/// A JPEG file split into its segments, up to and including the first start of scan, and the rest.
 struct JpegParts
 {
     struct Part
     {
         unsigned marker;
-        QByteArray bytes; // marker and length included
+        QByteArray bytes; // including marker and length
         bool isJfif() const { return marker == 0xFFE0 && bytes.mid(4, 4) == "JFIF"; }
         bool isExif() const { return marker == 0xFFE1 && bytes.mid(4, 4) == "Exif"; }
     };
@@ -91,14 +91,14 @@ struct JpegParts
         return count;
     }
 
-    /// The place of an EXIF segment that is replaced, -1 where there is none.
+    /// The index of the EXIF segment that a save replaces, or -1 if there is none.
     int replaced() const
     {
         const int candidate = !parts.isEmpty() && parts.first().isJfif() ? 1 : 0;
         return candidate < parts.size() && parts[candidate].isExif() ? candidate : -1;
     }
 
-    /// The first APP1 segment, whatever it is.
+    /// The first APP1 segment, whatever it contains.
     QByteArray firstApp1() const
     {
         for (const Part& part : parts) {

@@ -20,8 +20,8 @@
 
 namespace {
 
-/// Values that readers of either language give back as they went in, but for the byte array, which
-/// is code whose value is the text "code".
+/// Values that a reader of either language returns unchanged, except for the byte array, which is
+/// code with the value "code".
 QVariantMap faithfulValues()
 {
     return QVariantMap({
@@ -46,7 +46,7 @@ QVariantMap faithfulValues()
     });
 }
 
-/// A list in a list, \a depth of them, or a map in a map.
+/// A list nested \a depth deep, or a map.
 QVariant nestedValue(bool isMap, int depth)
 {
     QVariant value = isMap ? QVariant(QVariantMap()) : QVariant(QVariantList());
@@ -76,7 +76,7 @@ LiteralTest::LiteralTest(const LiteralLanguage& language)
     : mLanguage(language)
 { }
 
-// What the tests of both languages use
+// Shared by the tests of both languages
 
 QString LiteralTest::literal(const QVariant& value) const
 {
@@ -100,7 +100,7 @@ QByteArray LiteralTest::readAsJson(const QString& literal) const
 void LiteralTest::addQuirkRows()
 {
     QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QByteArray>("json"); // empty where the interpreter does not read it at all
+    QTest::addColumn<QByteArray>("json"); // empty where the interpreter does not accept the literal
     QTest::newRow("double quotes become single")
         << QVariant(text("say \"hi\"")) << QByteArray("\"say 'hi'\"");
     QTest::newRow("true becomes 1") << QVariant(true) << QByteArray("1");
@@ -190,7 +190,7 @@ void LiteralTest::literals_data()
     row("list in a map", QVariantMap({{text("l"), QVariantList({1, 2})}}), "«\n'l'→[1,2]\n\n»");
     row("texts in a map", QVariantMap({{text("l"), QStringList({text("a")})}}), "«\n'l'→['a']\n»");
     row("map in a list", QVariantList({QVariantMap({{text("k"), QString()}})}), "[«\n'k'→''\n»]\n");
-    // Anything else is text.
+    // Everything else is written as text.
     row("unsigned int", 7u, "'7'");
     row("unsigned long long", Q_UINT64_C(18446744073709551615), "'18446744073709551615'");
     row("float", 2.5f, "'2.5'");
@@ -224,7 +224,7 @@ void LiteralTest::keys_data()
     row("été", "'été'");
     row("_", "'_'");
     row("a1", "'a1'");
-    // What is a whole number in decimal, however it is written, becomes that number.
+    // Text that holds a decimal integer, in any spelling, becomes that number.
     row("0", "0");
     row("10", "10");
     row("007", "7");
@@ -274,7 +274,7 @@ void LiteralTest::arrays()
     };
     QCOMPARE(values({}), text("[]"));
     QCOMPARE(values({true}), text("[1]"));
-    // No line break behind the outer list, one behind each inner one.
+    // There is no line break after the outer list, but one after each inner list.
     QCOMPARE(values({1, text("x"), QVariant(QVariantList({2, 3})), 4}), text("[1,'x',[2,3]\n,4]"));
 }
 
@@ -295,7 +295,7 @@ void LiteralTest::maps()
 
 // The stream
 
-/// Whatever stands where one block of the writer ends and the next begins.
+/// Checks the text around the end of a block of the writer.
 void LiteralTest::blocksMeetAnywhere()
 {
     for (int size = 4080; size <= 4100; ++size) {
@@ -349,7 +349,7 @@ void LiteralTest::deepNesting()
     QCOMPARE(literal(nestedValue(isMap, 2000)), inLanguage(nestedLiteral(isMap, 2000)));
 }
 
-/// However deep the nesting, it needs no more of the stack.
+/// Deep nesting does not use more of the stack.
 void LiteralTest::deepNestingOnASmallStack()
 {
     QFETCH(bool, isMap);
@@ -368,7 +368,7 @@ void LiteralTest::codeEndsAtANul()
 {
     QCOMPARE(literal(QByteArray("a\0b", 3)), text("a"));
     QCOMPARE(literal(QVariantList({QByteArray("\0", 1), 1})), text("[,1]\n"));
-    // A text does not end there.
+    // A QString does not end at a NUL.
     QCOMPARE(literal(QString(QLatin1String("a\0b", 3))), QString(QLatin1String("'a\0b'", 5)));
 }
 
@@ -390,14 +390,14 @@ void LiteralTest::largeDocumentsAreStreamed()
     TextStreamUTF8 stream(&device);
     const qint64 before = peakMemory();
     mLanguage.formatValue(&stream, value);
-    // All but the last bit is with the device, though nothing was flushed.
+    // All but the last bit has reached the device, although nothing was flushed.
     QVERIFY(device.total() > (isList ? 64 << 20 : 8 << 20) - 65536);
     QVERIFY(device.largest() <= 65536);
     if (before >= 0 && isList)
         QVERIFY(peakMemory() - before < 4096); // KiB, for a document of 64 MiB
 }
 
-// As the interpreter reads it
+// Read by the interpreter
 
 void LiteralTest::faithfulValuesAreReadBack()
 {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// LiteralTest: what the tests of the PHP and of the JavaScript literals share. Both languages get
-// the same values, and the same text for all but maps.
+// LiteralTest: shared by the tests of PHP and JavaScript literals. Both languages get the same
+// values, and the same expected text except for maps.
 
 #ifndef LITERALTEST_H
 #define LITERALTEST_H
@@ -13,7 +13,7 @@
 #include <QString>
 #include <QVariant>
 
-/// The functions of a language, and how it writes a map.
+/// The functions of a language, and its notation for maps.
 struct LiteralLanguage
 {
     const char* interpreter;
@@ -27,7 +27,7 @@ struct LiteralLanguage
     void (*formatMap)(QTextStream*, const QVariantMap&);
 };
 
-/// The test of one language: its class derives from this one, whose tests run first.
+/// The base of the test of one language; the tests of the base class run first.
 class LiteralTest : public QObject
 {
     Q_OBJECT
@@ -40,16 +40,16 @@ protected:
 
     /// The literal of \a value.
     QString literal(const QVariant& value) const;
-    /// \a utf8 with what the language writes in the places of "«", which opens a map, "»", which
-    /// closes one, and "→", which follows a key.
+    /// \a utf8 with "«" replaced by what opens a map, "»" by what closes one, and "→" by what
+    /// follows a key.
     QString inLanguage(const QString& utf8) const;
-    /// The full path of the interpreter; empty where there is none.
+    /// The full path of the interpreter; empty if it is not installed.
     QString interpreter() const { return mInterpreter; }
-    /// What the interpreter makes of \a literal, as JSON; nothing where it cannot read it.
+    /// The value that the interpreter reads from \a literal, as JSON; empty if it rejects it.
     QByteArray readAsJson(const QString& literal) const;
 
-    /// Adds rows of a value and what a reader makes of it, for values that do not come back as they
-    /// went in, whatever the language.
+    /// Adds rows with a value and what a reader makes of it, for values that change on the way in
+    /// any language.
     static void addQuirkRows();
     /// Compares the rows with what the interpreter reads.
     void compareQuirks() const;

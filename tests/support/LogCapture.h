@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// LogCapture: what is written to the log while it exists, as a list that a test compares.
+// LogCapture: collects the messages that are logged during its lifetime, for a test to compare.
 
 #ifndef LOGCAPTURE_H
 #define LOGCAPTURE_H
@@ -21,23 +21,23 @@ struct CapturedRecord
     QString text;
 };
 
-/// Takes the place of Qt's message handler for as long as it lives and keeps every message, from
-/// whatever thread. Captures may be nested; the innermost one gets the messages.
+/// Replaces Qt's message handler as long as it lives and keeps every message from any thread.
+/// Captures may be nested; the innermost one gets the messages.
 class LogCapture
 {
 public:
     LogCapture();
     ~LogCapture();
 
-    /// All messages so far, in the order in which they came.
+    /// All messages so far, in order.
     QVector<CapturedRecord> records() const;
 
-    /// The messages so far, which are forgotten by this call.
+    /// Returns the messages so far and forgets them.
     QVector<CapturedRecord> take();
 
-    /// The messages as one text a line, the form that is easiest to compare:
-    /// "warning orvautils FileUtils copyDir: unable to mkdir /x". For messages outside the category
-    /// "orvautils" file and function are left out: "warning default: Invalid Ifd Type 6".
+    /// The messages as one line each, the form that is easiest to compare: "warning orvautils
+    /// FileUtils copyDir: unable to mkdir /x". Messages outside the category "orvautils" appear
+    /// without file and function: "warning default: Invalid Ifd Type 6".
     QStringList lines() const;
 
 private:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Devices that behave as few do: one that only goes forward, one that notes what is written to it,
-// one that fails for once.
+// Devices with unusual behaviour: a sequential one, one that records where it is written to, and
+// one that fails once.
 
 #ifndef ODDDEVICES_H
 #define ODDDEVICES_H
@@ -14,7 +14,7 @@
 
 #include <algorithm>
 
-/// A device that only goes forward.
+/// A sequential device.
 class SequentialDevice : public QIODevice
 {
 public:
@@ -44,15 +44,15 @@ private:
     int mRead = 0;
 };
 
-/// A buffer that notes where it is written to, and that fails after a number of bytes.
+/// A buffer that records where it is written to and fails after a number of bytes.
 class WatchedBuffer : public QBuffer
 {
 public:
     using QBuffer::QBuffer;
 
     QVector<QPair<qint64, qint64>> writes; // position, size
-    qint64 capacity = -1; // bytes that it still takes; without end when negative
-    bool failsOnce = false; // takes everything again after it has failed
+    qint64 capacity = -1; // the bytes that it still accepts; unlimited if negative
+    bool failsOnce = false; // whether it accepts data again after it has failed
 
 protected:
     qint64 writeData(const char* data, qint64 size) override
@@ -71,7 +71,7 @@ protected:
     }
 };
 
-/// A buffer that fails once, when it is read or moved for a certain time.
+/// A buffer that fails once, at a given read or seek.
 class FaultyBuffer : public QBuffer
 {
 public:

@@ -11,7 +11,7 @@ const uid_t nobody = 65534;
 
 void becomeOrDie(uid_t user)
 {
-    // A test that went on with the wrong rights would prove nothing.
+    // A test that continued with the wrong permissions would prove nothing.
     if (seteuid(user) != 0)
         qFatal("OrdinaryUser: cannot become user %u", unsigned(user));
 }

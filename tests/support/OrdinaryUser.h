@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// OrdinaryUser: permissions as a person meets them, also where the tests run as root.
+// OrdinaryUser: permissions as an ordinary user meets them, even if the tests run as root.
 
 #ifndef ORDINARYUSER_H
 #define ORDINARYUSER_H
 
 #include <QtGlobal>
 
-/// While it lives, the calling process has no more rights on files than an ordinary user: a test
-/// that takes away a permission sees the refusal even when root runs it. Does nothing for a process
-/// that is not root. Folders that the test made before are root's; give them mode 0777 where the
-/// code under test is to write into them.
+/// As long as the object lives, the calling process has the file permissions of an ordinary user: a
+/// test that removes a permission sees the refusal even if root runs it. Does nothing in a process
+/// that is not root. Folders that the test made before belong to root; give them mode 0777 if the
+/// code under test has to write to them.
 class OrdinaryUser
 {
 public:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Photographs: the folder of real photographs, what other readers say of them, and these readers
-// themselves. Folder and readers may be absent; tests then skip what needs them.
+// Photographs: the folder of real photographs, the values that other readers report for them, and
+// these readers. The folder and the readers may be missing; tests then skip what needs them.
 
 #ifndef PHOTOGRAPHS_H
 #define PHOTOGRAPHS_H
@@ -21,14 +21,14 @@ inline QString photosFolder()
     return QStringLiteral(ORVAUTILS_PHOTOS_DIR);
 }
 
-/// What the readers say of the photographs, by file name; empty where the folder is absent.
+/// The reported values by file name; empty if the folder is missing.
 inline QJsonObject expectedPhotos()
 {
     const QByteArray json = contentOf(photosFolder() + QStringLiteral("/expected.json"));
     return QJsonDocument::fromJson(json).object()[QStringLiteral("files")].toObject();
 }
 
-/// The standard output of a program; empty where it cannot be run.
+/// The standard output of a program; empty if it cannot be run.
 inline QByteArray outputOf(const QString& program, const QStringList& arguments)
 {
     QProcess process;

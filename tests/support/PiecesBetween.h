@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// piecesBetween: splits a text by a QRegExp, whose rules some functions are told in. QString itself
-// takes one in Qt 5 alone.
+// piecesBetween: splits a text by a QRegExp, whose rules some functions are documented with.
+// QString accepts one in Qt 5 only.
 
 #ifndef PIECESBETWEEN_H
 #define PIECESBETWEEN_H
@@ -10,7 +10,7 @@
 #include <QRegExp>
 #include <QStringList>
 
-/// What stands in \a s between the places that \a separator matches, without empty pieces.
+/// The parts of \a s between the matches of \a separator, without empty ones.
 inline QStringList piecesBetween(const QString& s, const QRegExp& separator)
 {
     QStringList pieces;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// portable: whether the file classes under test leave everything to Qt, as they do on systems whose
-// calls the library does not use.
+// portable: whether the file classes under test use Qt alone, as on systems for which the library
+// has no code of its own.
 
 #ifndef PORTABLEFILES_H
 #define PORTABLEFILES_H

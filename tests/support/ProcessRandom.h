@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The generator from which StringUtils draws, for tests that seed it or draw from it, too.
+// The generator that StringUtils uses, for tests that seed it or draw from it as well.
 
 #ifndef PROCESSRANDOM_H
 #define PROCESSRANDOM_H

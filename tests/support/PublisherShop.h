@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// PublisherShop: a good shop.json for the test programs of shop-publisher, to be changed at one
-// place, and a browser that is asked about the pages.
+// PublisherShop: a valid shop.json that tests of shop-publisher change in one place, and a browser
+// that runs scripts in the pages.
 
 #ifndef PUBLISHERSHOP_H
 #define PUBLISHERSHOP_H
@@ -31,7 +31,7 @@ inline QJsonObject product(const char* english, const char* french, double price
             {text("description"), localText("A fine thing.", "Une belle chose.")}};
 }
 
-/// A good shop of two products.
+/// A valid shop with two products.
 inline QJsonObject goodShop()
 {
     return {{text("name"), text("Chez Zoë")},
@@ -44,7 +44,7 @@ inline QJsonObject goodShop()
                         product("Pear", "Poire", 3.79, 1, "fruit/pear.jpg")}}};
 }
 
-/// The same with one value of a product replaced, or taken out when it is undefined.
+/// The shop with one value of a product replaced, or removed if it is undefined.
 inline QJsonObject withProduct(int index, const char* key, const QJsonValue& value)
 {
     QJsonObject shop = goodShop();
@@ -68,9 +68,9 @@ inline QByteArray json(const QJsonObject& object)
     return QJsonDocument(object).toJson();
 }
 
-/// What a script in a page of the site, with all its pictures loaded, says in headless Chromium, as
-/// JSON: the value of \a expression, or what it promises. It may use what the script \a library
-/// has, and \a options are those of the browser.
+/// Evaluates \a expression in a page of the site in headless Chromium, after all pictures are
+/// loaded, and returns its value, or what the promise resolves to, as JSON. The script \a library
+/// is loaded first; \a options are passed to the browser.
 inline QJsonObject askBrowser(const QString& page, const QByteArray& expression, int width,
                               const QByteArray& library = QByteArray(),
                               const QStringList& options = QStringList())

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// PublisherTest: what all test programs of shop-publisher begin with: a folder for each test that
-// holds an empty project and, once the program has run, its site.
+// PublisherTest: the base of all tests of shop-publisher. Each test function has a folder with an
+// empty project and, after the program has run, its site.
 
 #ifndef PUBLISHERTEST_H
 #define PUBLISHERTEST_H
@@ -14,7 +14,7 @@
 
 #include <memory>
 
-/// The base of a test class. Its slots may be overridden; they are called all the same.
+/// The base of a test class. Slots may be overridden.
 class PublisherTest : public QObject
 {
     Q_OBJECT
@@ -43,13 +43,13 @@ protected:
         return readFile(mSite + QLatin1Char('/') + place);
     }
 
-    /// Runs the program to its end.
+    /// Runs the program and waits until it ends.
     Outcome publish(const QStringList& options = QStringList()) const
     {
         return run(options + QStringList{mProject, mSite}, mHome);
     }
 
-    /// Starts the program and leaves it at work.
+    /// Starts the program and leaves it running.
     void start(QProcess* process, const QStringList& options = QStringList()) const
     {
         process->setProcessEnvironment(environmentFor(mHome));
@@ -58,7 +58,7 @@ protected:
             qFatal("cannot start the program");
     }
 
-    /// Starts the program and stops it as \c kill does when it has said something.
+    /// Starts the program and, once it has printed something, terminates it as \c kill does.
     Outcome startAndStop(const QStringList& options = QStringList()) const
     {
         QProcess process;

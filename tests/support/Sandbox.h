@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Sandbox: a folder for one test to work in, and what tests do with files: make them, read them and
-// take stock of a folder. Where one of these helpers fails it ends the program, so that no test
-// goes on with less than it asked for.
+// Sandbox: a folder for one test, and helpers that make, read and list files. A helper that fails
+// ends the program, so that no test continues with less than it asked for.
 
 #ifndef SANDBOX_H
 #define SANDBOX_H
@@ -27,14 +26,14 @@
 
 // Files
 
-/// Makes the folder \a path with all folders above it.
+/// Makes the folder \a path and all folders above it.
 inline void makeFolder(const QString& path)
 {
     if (!QDir().mkpath(path))
         qFatal("cannot make %s", qPrintable(path));
 }
 
-/// Writes \a content to \a path, whose folders are made where they are missing.
+/// Writes \a content to \a path and makes missing folders.
 inline void writeFile(const QString& path, const QByteArray& content = "content")
 {
     makeFolder(QFileInfo(path).path());
@@ -43,15 +42,14 @@ inline void writeFile(const QString& path, const QByteArray& content = "content"
         qFatal("cannot write %s", qPrintable(path));
 }
 
-/// The whole content of \a path, or "(cannot be read)", which is not what an empty file gives.
+/// The whole content of \a path, or "(cannot be read)", to tell it from an empty file.
 inline QByteArray contentOf(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
 }
 
-/// Ends the program. On Windows, where it is to be expected, the test fails, and the next one
-/// begins.
+/// Ends the program. On Windows, where this is to be expected, only the test fails.
 inline void failSandbox(const char* what, const QString& path)
 {
 #ifdef Q_OS_WIN
@@ -61,7 +59,7 @@ inline void failSandbox(const char* what, const QString& path)
 #endif
 }
 
-/// Makes \a path a symbolic link that holds \a target, as it stands.
+/// Makes \a path a symbolic link to \a target, which is stored unchanged.
 inline void makeLink(const QString& target, const QString& path)
 {
     if (::symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
@@ -75,7 +73,7 @@ inline void changeMode(const QString& path, mode_t mode)
         failSandbox("cannot change the mode of", path);
 }
 
-/// Gives \a path another name, which something may have already: the way in which editors save.
+/// Renames \a path to \a newPath and replaces what is there: the way in which editors save.
 inline bool renameOver(const QString& path, const QString& newPath)
 {
 #ifdef Q_OS_WIN
@@ -89,7 +87,7 @@ inline bool renameOver(const QString& path, const QString& newPath)
 #endif
 }
 
-/// Whether something has the name \a path, even a link that leads nowhere.
+/// Whether \a path exists, even as a broken link.
 inline bool isThere(const QString& path)
 {
     struct stat status;
@@ -98,15 +96,15 @@ inline bool isThere(const QString& path)
 
 // Folders
 
-/// For comparing what a folder lists, which has no order.
+/// Sorts what a folder lists, because the order is undefined.
 inline QStringList sorted(QStringList list)
 {
     list.sort();
     return list;
 }
 
-/// The files below \a folder with their content, by relative path; hidden ones too, and links to
-/// files for what they lead to.
+/// The files below \a folder with their content, by relative path, including hidden files and links
+/// to files.
 inline QMap<QString, QByteArray> filesBelow(const QString& folder)
 {
     QMap<QString, QByteArray> files;
@@ -131,7 +129,7 @@ inline QStringList entriesBelow(const QString& folder)
     return paths;
 }
 
-/// Every entry below \a folder, sorted: "a/", "a/file=content", "link -> target", "pipe|". Links
+/// All entries below \a folder, sorted: "a/", "a/file=content", "link -> target", "pipe|". Links
 /// are not followed.
 inline QStringList treeOf(const QString& folder)
 {
@@ -154,7 +152,7 @@ inline QStringList treeOf(const QString& folder)
     return tree;
 }
 
-/// Makes a folder the current one for as long as it lives.
+/// Makes a folder the current one as long as the object lives.
 class CurrentFolder
 {
 public:
@@ -167,7 +165,7 @@ private:
     const QString mPrevious = QDir::currentPath();
 };
 
-/// A folder whose files are held in memory; the folder for temporary files where there is none.
+/// A folder in memory, or the folder for temporary files if there is none.
 inline QString folderInMemory()
 {
     const QString memory = QStringLiteral("/dev/shm");
@@ -176,16 +174,16 @@ inline QString folderInMemory()
 
 // The sandbox
 
-/// A folder in which anybody may write, and which goes with everything in it when the sandbox does.
-/// What makes something in it returns the absolute path. sandbox(QStringLiteral("a/b.txt")) is the
-/// path of something that need not be there.
+/// A folder that everybody may write to, and that is removed with its content when the sandbox is
+/// destroyed. Functions that make something return its absolute path.
+/// sandbox(QStringLiteral("a/b.txt")) returns a path, whether or not it exists.
 class Sandbox
 {
 public:
-    /// Made in \a parent, which must be there.
+    /// Makes the sandbox in \a parent, which must exist.
     explicit Sandbox(const QString& parent = QDir::tempPath())
         : mFolder(parent + QStringLiteral("/orvautils-test"))
-        // Some file systems are reached through a link; paths that tests compare are free of links.
+        // Resolves links, because tests compare paths.
         , mRoot(QFileInfo(mFolder.path()).canonicalFilePath())
     {
         if (!mFolder.isValid())
@@ -195,7 +193,7 @@ public:
 
     ~Sandbox()
     {
-        // A test that failed may have left a folder that cannot be entered.
+        // A failed test may have left a folder that cannot be entered.
         for (const QString& path : qAsConst(mLocked))
             ::chmod(QFile::encodeName(path).constData(), 0777);
     }
@@ -207,7 +205,7 @@ public:
 
     QString root() const { return mRoot; }
 
-    /// Makes a file with its folders.
+    /// Makes a file and its folders.
     QString file(const QString& relative, const QByteArray& content = "content") const
     {
         const QString path = (*this)(relative);
@@ -215,7 +213,7 @@ public:
         return path;
     }
 
-    /// Makes a folder with the folders above it.
+    /// Makes a folder and the folders above it.
     QString folder(const QString& relative) const
     {
         const QString path = QDir::cleanPath((*this)(relative));
@@ -223,7 +221,7 @@ public:
         return path;
     }
 
-    /// Makes a symbolic link that holds \a target, as it stands.
+    /// Makes a symbolic link to \a target, which is stored unchanged.
     QString link(const QString& relative, const QString& target) const
     {
         const QString path = (*this)(relative);
@@ -240,7 +238,7 @@ public:
         return path;
     }
 
-    /// Gives \a path other permissions until the sandbox goes.
+    /// Changes the permissions of \a path until the sandbox is destroyed.
     void lock(const QString& path, mode_t mode)
     {
         mLocked.prepend(path);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Screenshot: what a person sees of a window on a real display.
+// Screenshot: what a window looks like on a real display.
 
 #ifndef SCREENSHOT_H
 #define SCREENSHOT_H
@@ -15,7 +15,7 @@
 #include <QScreen>
 #include <QWidget>
 
-/// Fills \a widget with nothing but \a color, so that it can be found in a screenshot.
+/// Fills \a widget with \a color, so that it can be found in a screenshot.
 inline void paintPlain(QWidget* widget, const QColor& color)
 {
     QPalette palette = widget->palette();
@@ -24,14 +24,14 @@ inline void paintPlain(QWidget* widget, const QColor& color)
     widget->setAutoFillBackground(true);
 }
 
-/// All of \a screen as it is now.
+/// A screenshot of \a screen.
 inline QImage screenshot(QScreen* screen)
 {
     QApplication::processEvents();
     return screen->grabWindow(0).toImage();
 }
 
-/// The smallest rectangle that holds every pixel of \a image that has \a color; null without one.
+/// The bounding rectangle of the pixels of \a image that have \a color; null if there are none.
 inline QRect placeOf(const QColor& color, const QImage& image)
 {
     QRect place;

@@ -18,7 +18,7 @@ ScriptResult runScript(const QString& program, const QByteArray& script)
     file.close();
 
     QProcess process;
-    // What a machine wants of every node, a file of certificates for example, may make it complain.
+    // Settings of the machine, such as a file of certificates, may cause a warning.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QStringList names = environment.keys();
     for (const QString& name : names) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ScriptRunner: has the code that the library generates read by the languages themselves.
+// ScriptRunner: runs interpreters on the code that the library generates.
 
 #ifndef SCRIPTRUNNER_H
 #define SCRIPTRUNNER_H
@@ -10,18 +10,18 @@
 #include <QJsonValue>
 #include <QString>
 
-/// What a script said.
+/// The outcome of a script.
 struct ScriptResult
 {
-    int exitCode = -1; ///< -1 when it did not run to its end
+    int exitCode = -1; ///< -1 if it did not run to its end
     QByteArray output;
     QByteArray errors;
 };
 
-/// Runs the interpreter \a program on a file that holds \a script.
+/// Runs the interpreter \a program on a file with the content \a script.
 ScriptResult runScript(const QString& program, const QByteArray& script);
 
-/// The value of \a json, which may be any value, not only an object or an array.
+/// The value of \a json, which need not be an object or an array.
 QJsonValue valueOfJson(const QByteArray& json);
 
 #endif // SCRIPTRUNNER_H

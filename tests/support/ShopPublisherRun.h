@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ShopPublisherRun: the example program run as a process, for the test programs that look at what
-// it does. The program's path comes from the macro SHOP_PUBLISHER.
+// ShopPublisherRun: runs the example program as a process. The macro SHOP_PUBLISHER holds the path
+// of the program.
 
 #ifndef SHOPPUBLISHERRUN_H
 #define SHOPPUBLISHERRUN_H
@@ -60,15 +60,15 @@ inline QByteArray encoded(const QImage& image, const char* format)
 
 // Files
 
-/// The content of \a path, nothing while it is not there.
+/// The content of \a path; empty if it does not exist.
 inline QByteArray readFile(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Everything below \a root outside \a except: links with their targets, files with size, time and
-/// digest. Two equal snapshots mean that nothing was touched in between.
+/// Everything below \a root except \a except: links with their targets, files with size, time and
+/// digest. Two equal snapshots mean that nothing was changed in between.
 inline QStringList snapshot(const QString& root, const QString& except)
 {
     QStringList lines;
@@ -95,11 +95,11 @@ inline QStringList snapshot(const QString& root, const QString& except)
     return lines;
 }
 
-/// The name under which the program keeps a record in each site.
+/// The name of the file in which the program keeps a record of each site.
 const QString recordName = QStringLiteral(".shop-publisher.json");
 
-/// Paths of all files below \a folder, relative and sorted; everything that is there, hidden too,
-/// but for the program's record.
+/// The paths of all files below \a folder, relative and sorted, including hidden ones but not the
+/// record of the program.
 inline QStringList filesIn(const QString& folder)
 {
     QStringList names;
@@ -112,7 +112,7 @@ inline QStringList filesIn(const QString& folder)
     return names;
 }
 
-/// The files of a site with their content; the record, which tells of the moment too, apart.
+/// The files of a site with their content, without the record, which contains a time.
 inline QMap<QString, QByteArray> filesOfSite(const QString& folder)
 {
     QMap<QString, QByteArray> files = filesBelow(folder);
@@ -145,7 +145,7 @@ inline QProcessEnvironment environmentFor(const QString& home)
     return environment;
 }
 
-/// A process that does something of its own before the program begins.
+/// A process that runs a function before the program starts.
 class PreparedProcess : public QProcess
 {
 public:
@@ -188,9 +188,9 @@ private:
     }
 };
 
-/// A process that meets refused permissions as a person does, also where root runs it. On Linux it
-/// stays root, whose build folder nobody else may be allowed to enter, without the right of passing
-/// over permissions.
+/// A process that meets refused permissions like an ordinary user, even if root runs it. On Linux
+/// it remains root, because nobody else may be able to enter the build folder, but loses the
+/// capability to bypass permissions.
 class OrdinaryProcess : public PreparedProcess
 {
 public:
@@ -215,7 +215,7 @@ private:
     }
 };
 
-/// What a program has printed; without the carriage returns that end lines on Windows.
+/// The output of a program, without the carriage returns that end lines on Windows.
 inline QString printed(const QByteArray& bytes)
 {
 #ifdef Q_OS_WIN
@@ -225,7 +225,7 @@ inline QString printed(const QByteArray& bytes)
 #endif
 }
 
-/// What came of a program that was started, when it has ended.
+/// The outcome of a program, after it has ended.
 inline Outcome outcomeOf(QProcess& process)
 {
     Outcome outcome;
@@ -253,7 +253,7 @@ inline Outcome run(const QStringList& arguments, const QString& home = QString()
     return run(process, arguments, home);
 }
 
-/// The path of Chromium; empty when it is absent.
+/// The path of Chromium; empty if it is not installed.
 inline QString chromium()
 {
     for (const char* name : {"chromium", "chromium-browser", "google-chrome"}) {
@@ -264,7 +264,7 @@ inline QString chromium()
     return QString();
 }
 
-/// What headless Chromium, without any network, prints.
+/// The output of headless Chromium without any network.
 inline QByteArray runChromium(const QStringList& arguments)
 {
     QTemporaryDir profile;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// SpiedSignals: the texts that signals brought, and the moment at which no more will come.
+// SpiedSignals: the texts that signals carried, and waiting until no more signals arrive.
 
 #ifndef SPIEDSIGNALS_H
 #define SPIEDSIGNALS_H
@@ -12,7 +12,7 @@
 #include <QStringList>
 #include <QVariant>
 
-/// The first arguments of all signals so far, in the order in which they came.
+/// The first arguments of all signals so far, in order.
 inline QStringList textsOf(const QSignalSpy& spy)
 {
     QStringList texts;
@@ -21,9 +21,9 @@ inline QStringList textsOf(const QSignalSpy& spy)
     return texts;
 }
 
-/// Lets this thread handle what has happened on the disk, and what it does about it in turn.
-/// Linux queues a notification before the call that causes it returns, so there is nothing to wait
-/// for; each turn of the event loop may cause another one, but not ten in a row.
+/// Lets this thread handle what has happened on the disk, and the consequences. Linux queues a
+/// notification before the call that causes it returns, so there is nothing to wait for. Each turn
+/// of the event loop may cause another one, but not ten in a row.
 inline void handleEvents()
 {
     for (int turn = 0; turn < 10; ++turn) {
@@ -32,7 +32,7 @@ inline void handleEvents()
     }
 }
 
-/// Handles events until no signal comes any more.
+/// Handles events until no more signals arrive.
 inline void settle(const QList<QSignalSpy*>& spies)
 {
     const auto count = [&spies] {

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// StreamedDocument: what shows that a large document is written bit by bit, and not built first.
+// StreamedDocument: helpers that show that a large document is streamed rather than built in
+// memory.
 
 #ifndef STREAMEDDOCUMENT_H
 #define STREAMEDDOCUMENT_H
@@ -15,7 +16,7 @@
 #include <sys/resource.h>
 #endif
 
-/// A device that forgets what is written to it, but for the sizes.
+/// A device that discards what is written and keeps only the sizes.
 class CountingDevice : public QIODevice
 {
 public:
@@ -23,7 +24,7 @@ public:
 
     bool isSequential() const override { return true; }
     qint64 total() const { return mTotal; } ///< bytes
-    qint64 largest() const { return mLargest; } ///< bytes that came at once
+    qint64 largest() const { return mLargest; } ///< the largest single write, in bytes
 
 protected:
     qint64 readData(char*, qint64) override { return -1; }
@@ -39,8 +40,8 @@ private:
     qint64 mLargest = 0;
 };
 
-/// A list whose literal has more than \a size bytes, though it needs next to no memory itself: all
-/// its elements are one text.
+/// A list whose literal has more than \a size bytes but which uses hardly any memory: all elements
+/// share one text.
 inline QVariantList listOfSize(int size)
 {
     const QVariant text(QString(9999, QLatin1Char('x')));
@@ -50,8 +51,8 @@ inline QVariantList listOfSize(int size)
     return list;
 }
 
-/// The most memory in KiB that this process has had so far, or -1 where nobody tells. Sanitizers
-/// keep freed memory back, so that the figure says nothing there.
+/// The peak memory of this process in KiB, or -1 where it is unknown. Sanitizers hold freed memory
+/// back, so that the figure means nothing there.
 inline qint64 peakMemory()
 {
 #if !defined(Q_OS_LINUX) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)          \

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// SystemCalls: what tests ask of a POSIX system itself. Windows has none of it: the calls are
-// there, so that the programs are compiled, and fail, as does a test that does not skip itself
-// before.
+// SystemCalls: functions of a POSIX system that tests call directly. On Windows they are declared
+// so that the tests compile, but always fail; tests that need them are skipped there.
 
 #ifndef SYSTEMCALLS_H
 #define SYSTEMCALLS_H
@@ -23,9 +22,9 @@
 #include <unistd.h>
 #include <utime.h>
 
-/// Skips a test of what Windows does not have, for \a reason.
+/// Skips a test of a feature that Windows lacks, for \a reason.
 #define SKIP_ON_WINDOWS(reason)
-/// Skips a test of what Windows has and wine does not.
+/// Skips a test of a feature that Windows has and wine lacks.
 #define SKIP_UNDER_WINE(reason)
 
 #else
@@ -42,19 +41,19 @@
 #include <sys/utime.h>
 #include <unistd.h>
 
-// Without windows.h, whose macros take names away from the tests.
+// Declared here, because the macros of windows.h clash with names in the tests.
 extern "C" __declspec(dllimport) int __stdcall MoveFileExW(const wchar_t*, const wchar_t*,
                                                            unsigned long);
 
 #define SKIP_ON_WINDOWS(reason) QSKIP(reason)
 
-/// Whether it is wine that the program runs under.
+/// Whether the program runs under wine.
 inline bool isWine()
 {
     return QLibrary::resolve(QStringLiteral("ntdll"), "wine_get_version") != nullptr;
 }
 
-/// Skips a test of what Windows does and wine does not.
+/// Skips a test of behaviour that differs between Windows and wine.
 #define SKIP_UNDER_WINE(reason)                                                                    \
     do {                                                                                           \
         if (isWine())                                                                              \
@@ -140,7 +139,7 @@ inline int mkdir(const char* path, int)
 {
     return mkdir(path);
 }
-/// Sets the times, to the millisecond.
+/// Sets the times with a precision of milliseconds.
 inline int utimensat(int, const char* path, const struct timespec* times, int)
 {
     QFile file(QFile::decodeName(path));
@@ -151,7 +150,7 @@ inline int utimensat(int, const char* path, const struct timespec* times, int)
         ? 0
         : refuseSystemCall();
 }
-/// The same.
+/// Likewise.
 inline int utimes(const char* path, const struct timeval* times)
 {
     const timespec same[2] = {{times[0].tv_sec, 0}, {times[1].tv_sec, 0}};
@@ -162,7 +161,7 @@ inline int poll(void*, int, int milliseconds)
 {
     return usleep(unsigned(milliseconds) * 1000);
 }
-/// Root is who passes over permissions; here nobody is.
+/// Means that the user is not root: there is no root on Windows.
 inline uid_t geteuid()
 {
     return 1;

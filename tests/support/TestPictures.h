@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// TestPictures: pictures for tests, made and encoded, and how alike two of them are.
+// TestPictures: makes and encodes pictures for tests, and measures how similar two pictures are.
 
 #ifndef TESTPICTURES_H
 #define TESTPICTURES_H
@@ -14,7 +14,7 @@
 
 #include <cmath>
 
-/// A picture that looks different however it is turned or mirrored.
+/// A picture that looks different in each of the eight orientations.
 inline QImage picture(int width, int height)
 {
     QImage image(width, height, QImage::Format_RGB32);
@@ -28,8 +28,8 @@ inline QImage picture(int width, int height)
     return image;
 }
 
-/// Noise in all sizes from that of the whole picture down to one pixel, each finer one weaker by
-/// the factor falloff: 0.5 is about what photographs have, 0.95 is far more detail than they have.
+/// Noise of all sizes, from the whole picture down to one pixel, each finer level weaker by the
+/// factor falloff: 0.5 resembles photographs, 0.95 has far more detail.
 inline QImage landscape(int width, int height, double falloff)
 {
     quint32 state = 1;
@@ -67,7 +67,7 @@ inline QImage landscape(int width, int height, double falloff)
     return image;
 }
 
-/// PSNR of the luma of two pictures of one size, in decibels; 99 for equal ones.
+/// The PSNR of the luma of two pictures of the same size, in decibels; 99 if they are equal.
 inline double psnr(const QImage& first, const QImage& second)
 {
     if (first.size() != second.size() || first.isNull())
@@ -96,7 +96,7 @@ inline QByteArray encoded(const QImage& image, const char* format, int quality =
     return bytes;
 }
 
-/// A JPEG that states an EXIF orientation, or none for 0.
+/// A JPEG with an EXIF orientation, or without one if it is 0.
 inline QByteArray jpeg(const QImage& image, int orientation = 0, int quality = 95)
 {
     QByteArray bytes = encoded(image, "jpeg", quality);
@@ -112,7 +112,7 @@ inline QByteArray jpeg(const QImage& image, int orientation = 0, int quality = 9
     return bytes;
 }
 
-/// The checksum of a PNG chunk, as it stands in the file.
+/// The checksum of a PNG chunk, as stored in the file.
 inline QByteArray pngChecksum(const QByteArray& typeAndData)
 {
     quint32 crc = 0xFFFFFFFF;
@@ -125,7 +125,7 @@ inline QByteArray pngChecksum(const QByteArray& typeAndData)
     return QByteArray(reinterpret_cast<const char*>(&crc), 4);
 }
 
-/// A chunk of a PNG.
+/// A PNG chunk.
 inline QByteArray pngChunk(const char* type, const QByteArray& data)
 {
     const quint32 size = qToBigEndian(quint32(data.size()));
@@ -133,7 +133,7 @@ inline QByteArray pngChunk(const char* type, const QByteArray& data)
         + pngChecksum(type + data);
 }
 
-/// The frame marker of a JPEG: 0xC0 baseline, 0xC2 progressive; 0 where there is none.
+/// The frame marker of a JPEG: 0xC0 for baseline, 0xC2 for progressive; 0 if there is none.
 inline int frameMarker(const QByteArray& bytes)
 {
     for (int at = 2; at + 4 <= bytes.size() && uchar(bytes[at]) == 0xFF;) {
@@ -150,7 +150,7 @@ inline bool isProgressive(const QByteArray& bytes)
     return frameMarker(bytes) == 0xC2;
 }
 
-/// All quantisation tables of a JPEG: they tell its quality.
+/// All quantisation tables of a JPEG, which depend on its quality.
 inline QByteArray quantisation(const QByteArray& bytes)
 {
     QByteArray tables;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// text: the one spelling of a literal text in tests. nonEmptyParts: a list that stands in a text.
+// text: makes a QString of a literal, the same way in all tests. nonEmptyParts: splits a list.
 
 #ifndef TEXT_H
 #define TEXT_H
@@ -15,7 +15,7 @@ inline QString text(const char* utf8)
     return QString::fromUtf8(utf8);
 }
 
-/// The parts of \a list between its separators, without the empty ones.
+/// The parts of \a list between its separators, without empty ones.
 inline QStringList nonEmptyParts(const QString& list, QChar separator)
 {
     QStringList parts = list.split(separator);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// compareParents: whom the threads of a class belong to.
+// compareParents: checks the parents of the threads of a class.
 
 #ifndef THREADPARENTS_H
 #define THREADPARENTS_H
@@ -9,7 +9,7 @@
 #include <QCoreApplication>
 #include <QtTest>
 
-/// A thread belongs to its parent, and to the application where it has none.
+/// A thread belongs to its parent, or to the application if it has none.
 template <typename AnyThread>
 void compareParents()
 {

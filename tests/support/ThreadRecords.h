@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What threads that are still running leave in the log, as LogCapture and child programs tell it.
+// The log records of threads that are still running, in the form of LogCapture and child programs.
 
 #ifndef THREADRECORDS_H
 #define THREADRECORDS_H
 
 #include <QString>
 
-/// The guard has asked a thread of the class \a className to stop.
+/// The guard has asked a thread of class \a className to stop.
 inline QString guardRecord(const char* className)
 {
     return QStringLiteral("info orvautils Thread lastChanceBeforeDestroyed: %1 Thread is still "
@@ -23,7 +23,7 @@ inline QString stillRunningRecord()
                           "Destructor call! \n => terminate()");
 }
 
-/// The destructor has ended it by force.
+/// The destructor has terminated the thread.
 inline QString terminatedRecord()
 {
     return QStringLiteral("critical orvautils Thread ~Thread: Thread Terminated! #BRUTAL");

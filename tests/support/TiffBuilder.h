@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// TiffBuilder: EXIF blocks for tests, laid out by hand, and what a value that was read holds.
+// TiffBuilder: EXIF blocks for tests, built number by number, and a description of values that were
+// read.
 
 #ifndef TIFFBUILDER_H
 #define TIFFBUILDER_H
@@ -16,13 +17,13 @@
 const QDataStream::ByteOrder little = QDataStream::LittleEndian;
 const QDataStream::ByteOrder big = QDataStream::BigEndian;
 
-/// Bytes written as hexadecimal digits; blanks are for reading.
+/// Bytes given as hexadecimal digits; blanks are ignored.
 inline QByteArray hex(const char* digits)
 {
     return QByteArray::fromHex(digits);
 }
 
-/// A block laid out by hand, number by number.
+/// A block that is built number by number.
 class TiffBuilder
 {
 public:
@@ -63,7 +64,7 @@ public:
     {
         return u16(tag).u16(3).u32(count).u16(first).u16(second);
     }
-    /// An entry with four bytes in it.
+    /// An entry with four bytes as its value.
     TiffBuilder& bytes(unsigned tag, unsigned type, quint32 count, const QByteArray& four)
     {
         return u16(tag).u16(type).u32(count).raw(four);
@@ -86,7 +87,7 @@ inline void fillWithOrientation(QExifImageHeader* header)
     header->setValue(QExifImageHeader::Orientation, QExifValue(quint16(6)));
 }
 
-/// What such a header looks like in a file, 40 bytes.
+/// The 40 bytes of this header in a file.
 inline QByteArray orientationBlock()
 {
     return hex("4949 2A00 08000000" // little endian, 42, IFD0 at 8
@@ -97,7 +98,7 @@ inline QByteArray orientationBlock()
                "0000"); // at 38: an Exif sub-IFD without entries
 }
 
-/// A block with everything in it, in either byte order; 278 bytes.
+/// A block with all directories, in either byte order; 278 bytes.
 inline QByteArray fullBlock(QDataStream::ByteOrder order)
 {
     TiffBuilder laid(order);
@@ -140,7 +141,7 @@ inline QByteArray fullBlock(QDataStream::ByteOrder order)
 
 // Headers and values
 
-/// Opens the protected helpers.
+/// Makes the protected helpers accessible.
 class OpenHeader : public QExifImageHeader
 {
 public:
@@ -170,7 +171,7 @@ inline QByteArray written(const QExifImageHeader& header)
     return buffer.data();
 }
 
-/// The thumbnail that a header carries, as it stands at the end of what it writes.
+/// The thumbnail at the end of what a header writes.
 inline QByteArray thumbnailBytes(const QExifImageHeader& header, int size)
 {
     return written(header).right(size);
@@ -202,7 +203,7 @@ QString listed(const QVector<Item>& items)
     return text;
 }
 
-/// What a value holds, as a text that names everything that can be asked of it.
+/// A text that describes everything about a value.
 inline QString described(const QExifValue& value)
 {
     const QString text = QStringLiteral("%1 x %2:").arg(value.type()).arg(value.count());
@@ -212,7 +213,7 @@ inline QString described(const QExifValue& value)
     case QExifValue::Undefined:
         return text + listed(QString::fromLatin1(value.toByteArray().toHex()));
     default:
-        // One of them alone has any.
+        // Only one type has each of these.
         return text + listed(value.toByteVector()) + listed(value.toShortVector())
             + listed(value.toLongVector()) + listed(value.toSignedLongVector())
             + listed(value.toRationalVector()) + listed(value.toSignedRationalVector());

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// TiffWalk: what an EXIF block says, told by a reader that shares nothing with the library.
+// TiffWalk: lists an EXIF block with a reader that shares no code with the library.
 
 #ifndef TIFFWALK_H
 #define TIFFWALK_H
@@ -13,7 +13,7 @@
 #include <algorithm>
 
 /// Walks the directories of a block and lists their entries: directory, tag, type, count and the
-/// bytes of the value in hexadecimal, "IFD0 0112 3 1 0600".
+/// bytes of the value in hexadecimal, for example "IFD0 0112 3 1 0600".
 class TiffWalk
 {
 public:
@@ -25,8 +25,8 @@ public:
         directory("IFD1", link);
     }
 
-    /// The entries of all directories, sorted. The pointers to directories and the places of
-    /// thumbnails are among them without their offsets.
+    /// The entries of all directories, sorted. Pointers to directories and offsets of thumbnails
+    /// are listed without their values.
     QList<QByteArray> entries() const { return mEntries; }
 
     /// The same without the entries whose text begins with one of these.
@@ -43,8 +43,8 @@ public:
         return kept;
     }
 
-    /// Whether everything lies in the block, behind its head. What claims more reads differently in
-    /// a block that has become longer, and the head changes when IFD0 moves.
+    /// Whether everything lies inside the block, after its header. Values that extend beyond the
+    /// end read differently in a longer block, and the header changes when IFD0 moves.
     bool isSound() const { return mIsSound; }
 
 private:
@@ -67,10 +67,10 @@ private:
         return type <= 13 ? sizes[type] : 0;
     }
 
-    /// Returns the link behind the entries.
+    /// Returns the link after the entries.
     quint32 directory(const QByteArray& name, qint64 offset)
     {
-        // What leads behind the block leads into it when it has become longer.
+        // An offset beyond the end would be inside a longer block.
         mIsSound = mIsSound && offset + 2 <= mBlock.size();
         if (offset < 8 || offset + 2 > mBlock.size() || mSeen.contains(offset))
             return 0;
@@ -105,7 +105,7 @@ private:
                                               : QByteArray("Interoperability"),
                           u32(at + 8));
         }
-        // Behind the loop, because the entries need not be in order.
+        // After the loop, because entries need not be sorted.
         const QByteArray thumbnail = mBlock.mid(int(qMin<qint64>(thumbnailAt, mBlock.size())),
                                                 int(qMin<qint64>(thumbnailSize, mBlock.size())));
         mIsSound = mIsSound && thumbnail.size() == thumbnailSize

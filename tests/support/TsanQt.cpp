@@ -1,19 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// TsanQt: tells the thread sanitizer what Qt's locks and threads order.
+// TsanQt: tells the thread sanitizer about the synchronisation inside Qt.
 //
-// Qt as it is installed is not built with the sanitizer, and its QMutex, QSemaphore and QThread
-// rest on atomic operations inside the library, which the sanitizer does not see: it would call
-// everything that they protect a race. To leave such reports out would leave out the real ones with
-// them. So the test programs are linked with these definitions, which take the place of Qt's in
-// the calls of the library under test and of the tests, call Qt's, and tell the sanitizer what
-// comes before what. No more is told than what Qt guarantees:
+// Qt as it is installed is not built with the sanitizer, and QMutex, QSemaphore and QThread use
+// atomic operations inside the library, which the sanitizer does not see: it would report a race
+// for everything that they protect. Suppressing such reports would also hide real races. Therefore
+// the test programs are linked with these definitions, which replace Qt's in the calls of the
+// library under test and of the tests, call Qt's, and tell the sanitizer about the order. They
+// promise no more than Qt guarantees:
 //
-// - what a thread did before it unlocked a mutex or released a semaphore comes before what another
-//   does after it has locked the same mutex or acquired from the same semaphore;
-// - what a thread did until its last finished() slot comes before the return of a QThread::wait()
-//   that found it finished.
+// - what a thread did before it unlocked a mutex or released a semaphore happens before what
+//   another thread does after it has locked the same mutex or acquired from the same semaphore;
+// - what a thread did until its last finished() slot returned happens before the return of a
+//   QThread::wait() that found it finished.
 //
 // Only test programs that are built with the thread sanitizer contain this file.
 
@@ -28,8 +28,8 @@
 
 namespace {
 
-/// The function of that name that would have been called without this file: \a Function is a type
-/// of free function with the object as its first parameter.
+/// The function of that name that this file replaces: \a Function is the type of a free function
+/// whose first parameter is the object.
 template <typename Function>
 Function* qtFunction(const char* mangledName)
 {
@@ -39,7 +39,7 @@ Function* qtFunction(const char* mangledName)
     return reinterpret_cast<Function*>(address);
 }
 
-/// Everything so far comes before what follows a later before() of the same object.
+/// Everything so far happens before what follows a later before() of the same object.
 void happened(void* object)
 {
     __tsan_release(object);
@@ -50,7 +50,7 @@ void before(void* object)
     __tsan_acquire(object);
 }
 
-/// Goes away on the thread that made it, after finished() and before wait() returns.
+/// Destroyed by the thread that made it, after finished() and before wait() returns.
 class ThreadEnd
 {
 public:

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// written: what a function writes to a stream. The fuzz targets use it, too.
+// written: returns what a function writes to a stream. The fuzz targets use it as well.
 
 #ifndef WRITTEN_H
 #define WRITTEN_H
@@ -9,7 +9,7 @@
 #include <QString>
 #include <QTextStream>
 
-/// What \a write writes to a stream.
+/// Returns what \a write writes to a stream.
 template <typename Function>
 QString written(Function write)
 {

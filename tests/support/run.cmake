@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 
-# run(<command> <argument>...): runs a command and stops the test when it fails.
+# run(<command> <argument>...): runs a command and fails the test if the command fails.
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
   if(NOT result EQUAL 0)
@@ -10,7 +10,7 @@ function(run)
   endif()
 endfunction()
 
-# capture(<variable> <command> <argument>...): like run(), and what the command prints, errors too.
+# capture(<variable> <command> <argument>...): like run(), and stores the output including errors.
 function(capture variable)
   execute_process(COMMAND ${ARGN}
     RESULT_VARIABLE result OUTPUT_VARIABLE said ERROR_VARIABLE said)
