@@ -111,6 +111,7 @@ private Q_SLOTS:
     void keepsReadOnlyFolders();
     void keepsHoles();
     void keepsExtendedAttributes();
+    void inheritedAttributesGo();
     void destinationLinkStays();
     void specialEntries();
     void refusals_data();
@@ -245,6 +246,46 @@ void tst_FileUtilsReplaceDir::keepsExtendedAttributes()
             getxattr(QFile::encodeName(box(name)).constData(), "user.comment", value, sizeof value),
             ssize_t(6));
         QCOMPARE(QByteArray(value), QByteArray("a note"));
+    }
+#else
+    QSKIP("Linux alone is asked for them");
+#endif
+}
+
+/// A folder may give an access control list to whatever is made in it, and so to the copy.
+void tst_FileUtilsReplaceDir::inheritedAttributesGo()
+{
+#if defined(Q_OS_LINUX)
+    if (portable)
+        QSKIP("built without them");
+    Sandbox box;
+    box.file(text("s/a"), "new");
+    box.folder(text("s/sub"));
+    const QByteArray shared = QFile::encodeName(box.folder(text("shared")));
+    // Version 2; then tag, permissions and user: the owner, user 12345, the group, the mask of all
+    // rights but the owner's, and everybody else.
+    const QByteArray list = QByteArray::fromHex("02000000"
+                                                "01000700ffffffff"
+                                                "0200070039300000"
+                                                "04000500ffffffff"
+                                                "10000700ffffffff"
+                                                "20000500ffffffff");
+    if (setxattr(shared.constData(), "system.posix_acl_default", list.constData(),
+                 size_t(list.size()), 0)
+        != 0)
+        QSKIP("the file system has no access control lists");
+    const auto sizeOfAttributes = [&box](const QString& name) {
+        return listxattr(QFile::encodeName(box(name)).constData(), nullptr, 0);
+    };
+    box.folder(text("shared/made"));
+    QVERIFY(sizeOfAttributes(text("shared/made")) > 0);
+
+    QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("shared/d"))));
+    QCOMPARE(treeOf(box(text("shared/d"))), treeOf(box(text("s"))));
+    for (const QString& name : {QString(), text("/a"), text("/sub")}) {
+        QCOMPARE(sizeOfAttributes(text("shared/d") + name), sizeOfAttributes(text("s") + name));
+        QCOMPARE(statusOf(box(text("shared/d") + name)).st_mode,
+                 statusOf(box(text("s") + name)).st_mode);
     }
 #else
     QSKIP("Linux alone is asked for them");
@@ -554,6 +595,9 @@ void tst_FileUtilsReplaceDir::replaceFileContentFailures()
         QVERIFY(!FileUtils::forceCopy(box(text("other")), box(text("file")) + QChar()));
     }
     QVERIFY(!FileUtils::replaceFileContent(box.root(), "x"));
+    error.clear();
+    QVERIFY(!FileUtils::replaceFileContent(text(":/file"), "x", &error)); // a resource
+    QVERIFY(!error.isEmpty());
     QCOMPARE(treeOf(box.root()), before);
 }
 
