@@ -74,13 +74,13 @@ void tst_ApplicationFrameX11::modalDialogStaysInFront()
     window.raise();
     QTRY_COMPARE(inFront(), QColor(Qt::blue));
     QCoreApplication::sendEvent(&window, &focus);
-    // The display does one thing after the other: what the event asked of it is done before a later
-    // window is shown.
+    // The X server handles requests in order: what the event asked for is done before a window that
+    // is shown later appears.
     QWidget later;
     later.setGeometry(600, 500, 50, 50);
     later.show();
     QVERIFY(QTest::qWaitForWindowExposed(&later));
-    QCOMPARE(inFront(), QColor(Qt::blue)); // the fault, as it is without the filter
+    QCOMPARE(inFront(), QColor(Qt::blue)); // what would happen without the filter
 
     CoreApplicationUtils::fixOSXDialogFocusBug();
     QCoreApplication::sendEvent(&window, &focus);

@@ -28,12 +28,12 @@
 namespace {
 
 QT_WARNING_PUSH
-QT_WARNING_DISABLE_DEPRECATED // from Qt 6 on
+QT_WARNING_DISABLE_DEPRECATED // deprecated since Qt 6
     const Qt::ApplicationAttribute pixmapsOfHighDpi = Qt::AA_UseHighDpiPixmaps;
 const Qt::ApplicationAttribute scalingOfHighDpi = Qt::AA_EnableHighDpiScaling;
 QT_WARNING_POP
 
-// What the child tells of itself, one line each.
+// What the child reports about itself, one line each.
 void report(QTextStream& out)
 {
     using Utils = ApplicationUtils;
@@ -150,12 +150,12 @@ private:
                         const QMap<QString, QString>& environment = {});
 
     std::unique_ptr<QTemporaryDir> mTemporaryDir;
-    QString mRoot; // holds none of the words that the modes look for
+    QString mRoot; // contains none of the words that the modes look for
 };
 
 void tst_ApplicationUtils::initTestCase()
 {
-    // The folder's random letters must not spell a word that the modes look for.
+    // The random letters of the folder must not form a word that the modes look for.
     const auto suits = [](const QString& path) {
         return !path.contains(QStringLiteral("bin")) && !path.contains(QStringLiteral("MacOS"))
             && !path.contains(account);
@@ -214,7 +214,7 @@ void tst_ApplicationUtils::folders_data()
         {QStringLiteral("languages"), bundle + QStringLiteral("Resources/data/languages/")},
     };
     for (const auto& folder : installedFolders) {
-#ifdef Q_OS_WIN // where the system tells the folders of a user, not the environment
+#ifdef Q_OS_WIN // where the system, not the environment, determines the folders of a user
         if (!folder.second.startsWith(bundle))
             continue;
 #endif
@@ -271,7 +271,7 @@ void tst_ApplicationUtils::modes_data()
     row("installed", "opt/shop", anyone, "0000", QString());
     row("installed at the developer's", "opt/shop", developer, "0000", QString());
     row("build tree", "work/bin", anyone, "1010", qualification);
-#ifndef Q_OS_WIN // where the system tells the home of a user, and "Bin" is "bin"
+#ifndef Q_OS_WIN // where the system determines the home folder, and "Bin" is "bin"
     row("build tree at the developer's", "work/bin", developer, "1111", both);
 #endif
     row("the letters within a word", "cabin", anyone, "1010", qualification);
@@ -366,8 +366,8 @@ void tst_ApplicationUtils::shippedFolders()
 
 void tst_ApplicationUtils::standardLocations_data()
 {
-    // documentsDir: what the user configured
-    // settings: not looked at where it is null
+    // documentsDir: as configured by the user
+    // settings: ignored if null
     const auto row = columns<QString, QString, QString, QString>("place", "documentsDir",
                                                                  "documents", "settings");
 
@@ -590,7 +590,7 @@ void tst_ApplicationUtils::mimeDataOfAllKinds()
     QCOMPARE(emptyCopy->formats(), QStringList());
 }
 
-// Qt gives no bytes for a picture; the format is there all the same.
+// Qt has no size in bytes for a picture; the format is there nevertheless.
 void tst_ApplicationUtils::mimeDataOfAPicture()
 {
     QMimeData source;

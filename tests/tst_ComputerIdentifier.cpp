@@ -71,7 +71,7 @@ void tst_ComputerIdentifier::hashIsHexadecimal()
 void tst_ComputerIdentifier::hashIsThatOfQt5_data()
 {
     const auto row = columns<QString, quint32>("text", "hash");
-    // By hand, and with Qt 5 compared with qHash(text, 0) below.
+    // Calculated by hand and, with Qt 5, compared with qHash(text, 0) below.
     row("empty", "", quint32(0x00000000));
     row("loopback", "00:00:00:00:00:00", quint32(0xb28f5e3a));
     row("address", "02:00:5E:10:00:07", quint32(0xd0120c2e));
@@ -104,9 +104,9 @@ void tst_ComputerIdentifier::debugWritesFourWarnings()
 
 void tst_ComputerIdentifier::interfacesOfAnotherMachine_data()
 {
-    // commands: what makes the interfaces
+    // commands: create the interfaces
     const auto row = columns<QString, QString>("commands", "address");
-    // A new network namespace holds the loopback interface alone, whose address is zeros.
+    // A new network namespace has only the loopback interface, whose address is all zeros.
     row("loopback only", "true", "00:00:00:00:00:00");
     row("en0 goes first",
         "ip link add aa0 address 02:00:00:00:00:01 type veth peer name en0 && "
@@ -145,7 +145,7 @@ void tst_ComputerIdentifier::interfacesOfAnotherMachine()
 void tst_ComputerIdentifier::noInterfaces()
 {
     SKIP_ON_WINDOWS("there is no limit of files and their size");
-    // Qt asks the system through a socket, which nobody gets who may open no more files.
+    // Qt uses a socket, which cannot be opened if the limit of open files is reached.
     struct rlimit usual;
     QCOMPARE(getrlimit(RLIMIT_NOFILE, &usual), 0);
     const struct rlimit none = {0, usual.rlim_max};
@@ -159,7 +159,7 @@ void tst_ComputerIdentifier::noInterfaces()
     QCOMPARE(identifier, QString());
 }
 
-// With --identify the program is the other machine: it prints its address and nothing else.
+// With --identify the program acts as another machine: it prints its address and exits.
 int main(int argc, char** argv)
 {
     if (argc == 2 && qstrcmp(argv[1], "--identify") == 0) {

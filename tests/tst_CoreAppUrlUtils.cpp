@@ -14,7 +14,7 @@
 
 namespace {
 
-/// What the translation service is asked for: \a encodedPage is percent-encoded by hand.
+/// The request to the translation service: \a encodedPage is percent-encoded by hand.
 QString service(const QString& encodedPage, const QString& language)
 {
     return QStringLiteral("https://" ORVAUTILS_TRANSLATION_HOST "/translate?hl=") + language
@@ -30,14 +30,14 @@ const QStringList frEn = codes("fr en");
 
 const char lastPage[] = "https://example.org/last";
 
-/// Asks for an address when static objects are destroyed; the test's report is written already.
+/// Asks for an address while static objects are destroyed, after the report of the test is written.
 struct LastVisitor
 {
-    LastVisitor() { QLocale::setDefault(QLocale::c()); } // Qt keeps its locale for longer
+    LastVisitor() { QLocale::setDefault(QLocale::c()); } // Qt keeps its own locale longer
 
     ~LastVisitor()
     {
-        // Takes the memory that the class has let go of, if it has.
+        // Reuses the memory that the class has released, if it has.
         const QString decoy(int(sizeof lastPage) - 1, QLatin1Char('x'));
         if (!expects
             || (CoreAppUrlUtils::urlContactUs() == QLatin1String(lastPage)
@@ -60,7 +60,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void beforeRegistration_data(); // first: it sees the class as a program finds it
+    void beforeRegistration_data(); // first: it needs the class before anything is registered
     void beforeRegistration();
     void map_data();
     void map();
@@ -157,7 +157,7 @@ void tst_CoreAppUrlUtils::map()
     QFETCH(bool, found);
     QFETCH(QString, address);
     QLocale::setDefault(QLocale(locale));
-    // The flag is written in both cases, whatever it was.
+    // The flag is written in both cases, whatever its value was.
     for (bool before : {false, true}) {
         bool answer = before;
         QCOMPARE(CoreAppUrlUtils::mapUrlApplication(url, &answer, langs), address);
@@ -200,7 +200,7 @@ void tst_CoreAppUrlUtils::translationService_data()
         "%3A%2F%3F%23%5B%5D%40%21%24%26%27%28%29%2A%2B%2C%3B%3D");
     row("blank and percent", "a b%20", "it", "a%20b%2520");
     row("beyond ASCII", "\u00e9\u20ac", "it", "%C3%A9%E2%82%AC");
-    // Both values are filled in one pass.
+    // Both values are replaced in one pass.
     row("placeholder in the language", "x", "%2", "x");
     row("digit after an encoded character", "\u0011", "it", "%11");
     row("language as it is", "x", "a&b c", "x");
@@ -211,7 +211,7 @@ void tst_CoreAppUrlUtils::translationService()
     QFETCH(QString, url);
     QFETCH(QString, language);
     QFETCH(QString, encoded);
-    QLocale::setDefault(QLocale(QStringLiteral("fr_FR"))); // plays no part here
+    QLocale::setDefault(QLocale(QStringLiteral("fr_FR"))); // makes no difference here
     QCOMPARE(CoreAppUrlUtils::urlGoogleTranslated(url, language), service(encoded, language));
 }
 

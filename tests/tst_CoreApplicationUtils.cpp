@@ -25,7 +25,7 @@ using App = CoreApplicationUtils;
 
 const char staticNameVariable[] = "ORVAUTILS_TEST_STATIC_NAME";
 
-// Fills the store before main() and reads it again when static objects go.
+// Fills the store before main() and reads it again while static objects are destroyed.
 struct StaticUser
 {
     StaticUser()
@@ -64,7 +64,7 @@ void writeQt(QTextStream& out, const char* when)
         << '\n';
 }
 
-// What this program does as a child: each mode is one life of a process.
+// What this program does as a child process, depending on the mode.
 int runAsChild(const QByteArray& mode, int& argc, char** argv)
 {
     QTextStream out(stdout);
@@ -74,7 +74,7 @@ int runAsChild(const QByteArray& mode, int& argc, char** argv)
         fill(App::Lexaro);
         out << "code set: " << App::initStartupVars() << '\n';
         writeQt(out, "Qt");
-        // Qt's own default: without a name of ours there is none before the object exists.
+        // Without a name of its own Qt has none before the application object exists.
         out << "name: " << QCoreApplication::applicationName() << '\n';
         App::fixOSXDialogFocusBug();
         out << "gui: " << App::applicationGuiName() << ' ' << App::applicationVersionNumber() << ' '
@@ -245,7 +245,7 @@ void tst_CoreApplicationUtils::settersOverwrite()
     QCOMPARE(App::applicationCompanyName(), QStringLiteral("Acme Corp"));
     QCOMPARE(App::applicationCode(), App::Sorrel);
 
-    // Nothing is checked, and a copy that was read does not follow.
+    // Nothing is validated, and a copy does not change with the original.
     const QString before = App::applicationName();
     App::setApplicationName(QStringLiteral(" /..\n"));
     QCOMPARE(before, QStringLiteral("Shop"));
@@ -262,7 +262,7 @@ void tst_CoreApplicationUtils::settersOverwrite()
 
 void tst_CoreApplicationUtils::texts_data()
 {
-    // guiName: where it is null, the stored application name
+    // guiName: if null, the stored application name is used
     const auto row = columns<int, QString, QString, QString>("code", "guiName", "shortName", "key");
 
     const QString undefined = QStringLiteral("undefined key");
@@ -415,7 +415,7 @@ void tst_CoreApplicationUtils::organizationDomain()
 {
     QFETCH(QString, company);
     QFETCH(QString, domain);
-    App::setApplicationCode(static_cast<App::CodeApplication>(99)); // not 0 is enough
+    App::setApplicationCode(static_cast<App::CodeApplication>(99)); // any value but 0 is accepted
     App::setApplicationCompanyName(company);
     QVERIFY(App::initStartupVars());
     QCOMPARE(QCoreApplication::organizationName(), company);

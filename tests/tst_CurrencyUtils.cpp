@@ -26,19 +26,19 @@
 
 namespace {
 
-/// What Qt 5 rounds to: halves towards positive infinity.
+/// Rounds like Qt 5: halves towards positive infinity.
 double rounded(double x)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    // Here Qt rounds negative halves the other way, and beyond 2^52 some whole numbers.
+    // Qt rounds negative halves the other way here, and changes some whole numbers beyond 2^52.
     if (x < 0 && x - std::trunc(x) >= -0.5)
         return std::trunc(x);
 #endif
     return double(qRound64(x));
 }
 
-/// What a host does whose own static objects ask for a price. The variable is set by the test
-/// beforeMain(), for a child process.
+/// Stands for a host whose own static objects ask for a price. beforeMain() sets the variable for a
+/// child process.
 struct EarlyUser
 {
     EarlyUser()
@@ -57,8 +57,8 @@ QString euro()
     return text("EUR");
 }
 
-/// The representative locale of each currency, told another way than by walking and replacing: all
-/// locales of a currency are gathered first, and the one that has to stand is picked afterwards.
+/// The representative locale of each currency, determined in a second way: all locales of a
+/// currency are collected first, and one of them is chosen afterwards.
 QMap<QString, QLocale> expectedLocales()
 {
     QMap<QString, QList<QLocale>> users;
@@ -92,7 +92,7 @@ class tst_CurrencyUtils : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void concurrentFirstCalls(); // first: the tables are not built yet
+    void concurrentFirstCalls(); // first: the tables must not be built yet
     void beforeMain();
     void isoCodes();
     void representativeLocales_data();
@@ -208,15 +208,15 @@ void tst_CurrencyUtils::representativeLocales()
     QCOMPARE(CurrencyUtils::currencySymbol(code, QLocale::CurrencyIsoCode), code);
     QCOMPARE(CurrencyUtils::currencySymbol(code, QLocale::CurrencySymbol),
              symbol.isEmpty() ? code : symbol);
-    // The name alone begins with a capital.
+    // Only the name begins with a capital letter.
     QCOMPARE(CurrencyUtils::currencySymbol(code, QLocale::CurrencyDisplayName),
              name.left(1).toUpper() + name.mid(1));
 }
 
 void tst_CurrencyUtils::lastEnglishLocaleWins()
 {
-    // The rule matters: for some currency the last English locale differs from the first locale in
-    // what it shows, and from the first English one.
+    // The rule makes a difference: for some currency the last English locale shows something else
+    // than the first locale, and than the first English one.
     int unlikeTheFirst = 0;
     int unlikeTheFirstEnglish = 0;
     const QList<QLocale> all =
@@ -315,7 +315,7 @@ void tst_CurrencyUtils::rounding_data()
     row("cents stay", 12.34, 12.34);
     row("down", 1.234, 1.23);
     row("up", 1.236, 1.24);
-    // Halves that are exact in binary go up on both sides of zero.
+    // Halves that are exact in binary are rounded up on both sides of zero.
     row("half", 0.125, 0.13);
     row("half below zero", -0.125, -0.12);
     row("half of a cent", 0.375, 0.38);
@@ -345,7 +345,7 @@ void tst_CurrencyUtils::rounding()
 
 void tst_CurrencyUtils::roundingAgreesWithQt()
 {
-    // Steps of an eighth of a cent meet exact halves, products beside them and everything between.
+    // Steps of an eighth of a cent: exact halves, products next to them and everything in between.
     for (int i = -400000; i <= 400000; ++i) {
         const double price = i / 800.0;
         const double expected = rounded(price * 100) / 100.0;
@@ -361,7 +361,7 @@ void tst_CurrencyUtils::roundingAgreesWithQt()
 
 void tst_CurrencyUtils::roundingBeyondIntegers()
 {
-    // 1e300 is whole by far; no conversion to an integer may break it.
+    // 1e300 has no fraction, and must not be converted to an integer.
     QVERIFY(qFuzzyCompare(CurrencyUtils::roundPrice(1e300), 1e300));
     QVERIFY(qFuzzyCompare(CurrencyUtils::roundPrice(-1e300), -1e300));
     const double infinite = std::numeric_limits<double>::infinity();
@@ -431,7 +431,7 @@ void tst_CurrencyUtils::minorUnits_data()
     row("XOF", 0);
     row("TND", 3);
     row("KWD", 3);
-    row("IQD", 3); // though none are in use
+    row("IQD", 3); // though no such coins are in use
     row("MRU", 2); // though a unit is five khoums
     row("CLF", 4);
     row("UYW", 4);
@@ -452,8 +452,8 @@ void tst_CurrencyUtils::minorUnits()
     QCOMPARE(CurrencyUtils::minorUnits(text(QTest::currentDataTag())), decimals);
 }
 
-/// Every currency of the standard and of QLocale is known, and only units of account and the like
-/// have no minor unit.
+/// Every currency of the standard and of QLocale is known; only units of account and the like have
+/// no minor unit.
 void tst_CurrencyUtils::minorUnitsOfTheStandard()
 {
     for (const QString& code : CurrencyUtils::listIsoCodes())
@@ -505,7 +505,7 @@ void tst_CurrencyUtils::money_data()
     row("symbol that ends with a letter", 1250, "XAF", "en_US", "FCFA\u00a01,250");
     row("no symbol", 2940, "CHF", "en_US", "CHF\u00a029.40");
     row("no symbol in the language", 2940, "PLN", "fr_FR", "29,40\u00a0PLN");
-    // The ends of the range.
+    // The limits of the range.
     row("most", most, "EUR", "de_DE", "92.233.720.368.547.758,07\u00a0€");
     row("least", least, "EUR", "de_DE", "-92.233.720.368.547.758,08\u00a0€");
     row("most without decimals", most, "JPY", "en_US", "¥9,223,372,036,854,775,807");
@@ -516,7 +516,7 @@ void tst_CurrencyUtils::money()
     QFETCH(qint64, amount);
     QFETCH(QString, code);
     QFETCH(QString, locale);
-    // French groups are separated by a no-break space, which was a narrow one for a time.
+    // French uses a no-break space between groups, which was a narrow one in some versions.
     QString written = CurrencyUtils::formatMoney(amount, code, QLocale(locale));
     QTEST(written.replace(QChar(0x202f), QChar(0xa0)), "expected");
 }
@@ -529,7 +529,7 @@ void tst_CurrencyUtils::moneyOfUnknownCurrencies()
     }
 }
 
-/// In every locale each currency can be told from the others, and the digits come back.
+/// In every locale each currency can be told from the others, and the digits can be read back.
 void tst_CurrencyUtils::moneyOfEachCurrency()
 {
     const QStringList codes = CurrencyUtils::listIsoCodes();
@@ -660,7 +660,7 @@ void tst_CurrencyUtils::vatOfNothing()
     QCOMPARE(split.gross, Q_INT64_C(0));
 }
 
-/// For every rate in use: no whole number of cents is nearer to the tax, and the parts add up.
+/// For every rate in use: no whole number of cents is closer to the tax, and the parts add up.
 void tst_CurrencyUtils::vatOfEachAmount()
 {
     for (const int tenths : {0, 21, 30, 48, 55, 70, 95, 100, 135, 190, 200, 210, 270}) {
@@ -669,11 +669,11 @@ void tst_CurrencyUtils::vatOfEachAmount()
                 CurrencyUtils::vatOf(amount, CurrencyUtils::Net, tenths / 10.0, euro());
             const auto inGross =
                 CurrencyUtils::vatOf(amount, CurrencyUtils::Gross, tenths / 10.0, euro());
-            // In thousandths of a cent; in gross the whole is 100 % and the rate.
+            // In thousandths of a cent; a gross amount is 100 % plus the rate.
             const qint64 netError = onNet.vat * 1000 - amount * tenths;
             const qint64 grossError = inGross.vat * (1000 + tenths) - amount * tenths;
             QVERIFY(2 * qAbs(netError) <= 1000 && 2 * qAbs(grossError) <= 1000 + tenths);
-            // A half goes away from zero.
+            // Halves are rounded away from zero.
             QVERIFY(2 * qAbs(netError) < 1000 || (netError > 0) == (amount > 0));
             QVERIFY(onNet.isValid && onNet.net == amount && onNet.gross == amount + onNet.vat);
             QVERIFY(inGross.isValid && inGross.gross == amount

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Knows the three texts, in the context "DateUtils" alone.
+/// Translates the three texts, in the context "DateUtils" only.
 class FrenchTexts : public QTranslator
 {
 public:
@@ -52,7 +52,7 @@ private Q_SLOTS:
 void tst_DateUtils::accordingToNow_data()
 {
     // days: from today
-    // expected: empty where the format is used
+    // expected: if empty, the date format is used
     const auto table = columns<int, QTime, QString, QString>("days", "time", "expected", "french");
     const auto row = [&](int days, const QTime& time, const char* expected, const char* french) {
         table(qPrintable(QString::asprintf("%d days, %s", days, qPrintable(time.toString()))), days,
@@ -63,7 +63,7 @@ void tst_DateUtils::accordingToNow_data()
     row(0, first, "Today at 00:00", "Aujourd'hui à 00:00");
     row(0, last, "Today at 23:59", "Aujourd'hui à 23:59");
     row(0, QTime(9, 5), "Today at 09:05", "Aujourd'hui à 09:05");
-    // Calendar days, not spans of 24 hours.
+    // Calendar days, not periods of 24 hours.
     row(-1, first, "Yesterday at 00:00", "Hier à 00:00");
     row(-1, last, "Yesterday at 23:59", "Hier à 23:59");
     row(-2, first, "Day before yesterday at 00:00", "À 00:00 avant-hier");
@@ -72,20 +72,20 @@ void tst_DateUtils::accordingToNow_data()
     row(-3, last, "", "");
     row(-4, QTime(12, 0), "", "");
     row(-4000, QTime(12, 0), "", "");
-    // The future is today.
+    // A date in the future counts as today.
     row(1, first, "Today at 00:00", "Aujourd'hui à 00:00");
     row(2, QTime(13, 30), "Today at 13:30", "Aujourd'hui à 13:30");
     row(400, QTime(13, 30), "Today at 13:30", "Aujourd'hui à 13:30");
 }
 
-/// Compares the text for a time of so many days from today; in words, or in ISO format where
-/// \a expected is empty.
+/// Compares the text for a time \a days from today: in words, or in ISO format if \a expected is
+/// empty.
 static void compareAccordingToNow(int days, const QTime& time, const QString& expected)
 {
     QDate today;
     QDateTime dt;
     QString got;
-    do { // again, should midnight pass between the two looks at the calendar
+    do { // repeated if midnight passes in between
         today = QDate::currentDate();
         dt = QDateTime(today.addDays(days), time);
         got = DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate);
@@ -128,7 +128,7 @@ void tst_DateUtils::formats()
 
 void tst_DateUtils::timeOfItsOwnZone()
 {
-    // Far enough ahead to be in the future in every zone.
+    // Far enough in the future in every time zone.
     const QDateTime dt(QDate::currentDate().addDays(5), QTime(1, 2), Qt::OffsetFromUTC, 5 * 3600);
     QCOMPARE(DateUtils::dateTimeToStringAccordingNow(dt, Qt::ISODate), text("Today at 01:02"));
 }

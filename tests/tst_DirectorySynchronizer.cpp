@@ -101,7 +101,7 @@ void tst_DirectorySynchronizer::checkDirs()
 {
     SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
     SpiedSynchronizer synchronizer;
-    // The destination is not looked at.
+    // The destination is not examined.
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("none"))));
     QVERIFY(synchronizer.checkDirs());
     QCOMPARE(synchronizer.errors.count(), 0);
@@ -187,7 +187,7 @@ void tst_DirectorySynchronizer::deletedWithoutMirror()
     QTRY_COMPARE(textsOf(synchronizer.errors),
                  QStringList(QStringLiteral("unable to remove ") + path(QStringLiteral("dst/a"))));
     QCOMPARE(synchronizer.logged.count(), 0);
-    // It goes on.
+    // The synchronizer continues.
     writeFile(path(QStringLiteral("src/b")), "b");
     QTRY_COMPARE(contentOf(path(QStringLiteral("dst/b"))), QByteArray("b"));
 }
@@ -197,7 +197,7 @@ void tst_DirectorySynchronizer::unreadableSource()
     LogCapture records;
     SpiedSynchronizer synchronizer;
     QVERIFY(synchronizer.startWatcher(path(QStringLiteral("src")), path(QStringLiteral("dst"))));
-    // Gone before it could be copied; the folder of its mirror is made all the same.
+    // Deleted before it could be copied; its folder is made in the mirror nevertheless.
     synchronizer.onFileAddedOrModified(path(QStringLiteral("src/x/gone")));
     QCOMPARE(textsOf(synchronizer.errors),
              QStringList(QStringLiteral("unable to copy ") + path(QStringLiteral("src/x/gone"))));
@@ -207,7 +207,7 @@ void tst_DirectorySynchronizer::unreadableSource()
 void tst_DirectorySynchronizer::everyOccurrenceIsReplaced()
 {
     const QString source = path(QStringLiteral("src"));
-    const QString again = source + source; // the source's path once more, further down
+    const QString again = source + source; // the path of the source twice
     writeFile(again + QStringLiteral("/a"), "a");
     SpiedSynchronizer synchronizer;
     const QString destination = path(QStringLiteral("dst"));
@@ -254,7 +254,7 @@ void tst_DirectorySynchronizer::outsideOfTheSource()
     }
 }
 
-// A person at work, by another process: copies, edits, renames and deletes.
+// Simulates a user in another process who copies, edits, renames and deletes.
 void tst_DirectorySynchronizer::editingSession()
 {
     SKIP_ON_WINDOWS("there is no shell");
@@ -265,7 +265,7 @@ void tst_DirectorySynchronizer::editingSession()
     const QString destination = path(QStringLiteral("dst"));
     QVERIFY(synchronizer.fullSync(source, destination));
     QVERIFY(synchronizer.startWatcher(source, destination));
-    LogCapture quiet; // what comes and goes faster than it can be copied is logged
+    LogCapture quiet; // files that vanish before they are copied are logged
     QProcess session;
     session.start(
         QStringLiteral("sh"),

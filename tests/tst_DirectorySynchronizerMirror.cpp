@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// DirectorySynchronizer where much happens at once: what the mirror holds during and after it.
+// DirectorySynchronizer under heavy load: what the mirror contains during and after it.
 
 #include "ChildRole.h"
 #include "Columns.h"
@@ -33,7 +33,7 @@ void renameTo(const QString& path, const QString& newPath)
         qFatal("cannot rename %s to %s", qPrintable(path), qPrintable(newPath));
 }
 
-/// The content of a file that is written whole, version after version.
+/// The content of a file that is always written as a whole, one version after the other.
 QByteArray versionOf(int number)
 {
     return QByteArray(200000 + 1000 * (number % 7), char('a' + number % 26));
@@ -45,7 +45,7 @@ bool isVersion(const QByteArray& content)
         && content.size() >= 200000 && content.size() % 1000 == 0;
 }
 
-/// Mirrors a folder until it is killed.
+/// Mirrors a folder until the process is killed.
 int mirrorUntilKilled()
 {
     int argc = 1;
@@ -61,8 +61,8 @@ int mirrorUntilKilled()
     return application.exec();
 }
 
-/// How often a storm is repeated: ORVAUTILS_STORMS times, or three times.
-/// Lets \a synchronizer take what has changed for complete after a moment.
+/// The number of storms: ORVAUTILS_STORMS, or three.
+/// Lets \a synchronizer treat changes as complete after a moment.
 void settleQuickly(const DirectorySynchronizer& synchronizer)
 {
     synchronizer.findChild<DirectoryWatcher*>()->setSettleTime(150);
@@ -177,7 +177,7 @@ void tst_DirectorySynchronizerMirror::overlappingFoldersAreRefused()
     const QStringList before = treeOf(mSandbox->root());
     LogCapture records;
     SpiedSynchronizer synchronizer;
-    // Nothing of what was followed before is followed any more either.
+    // The former source is not followed any more either.
     QVERIFY(synchronizer.startWatcher(mSource, mDestination));
     QVERIFY(!synchronizer.startWatcher((*mSandbox)(source), (*mSandbox)(destination)));
     QCOMPARE(textsOf(synchronizer.errors), QStringList(QStringLiteral("Watcher fail")));
@@ -212,7 +212,7 @@ void tst_DirectorySynchronizerMirror::deletedByReceiver_data()
 
 namespace {
 
-/// Deletes an object at once, from within one of its signals.
+/// Deletes an object from within one of its signals.
 class Deleter : public QObject
 {
     Q_OBJECT
@@ -229,7 +229,7 @@ private:
     const QPointer<QObject> mObject;
 };
 
-/// A thread that works until it is told that all is over, at the latest when this goes.
+/// A thread that works until it is told to stop, at the latest when this object is destroyed.
 class Worker
 {
 public:
@@ -330,7 +330,7 @@ void tst_DirectorySynchronizerMirror::unwatchedIsAFailure()
              QStringList({file, QStringLiteral("Permission to read is missing.")}));
 }
 
-// What stands in a new file's way in the mirror has given way in the source.
+// What blocks a new file in the mirror has been removed from the source.
 void tst_DirectorySynchronizerMirror::otherKindOfEntry()
 {
     SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
@@ -361,8 +361,8 @@ void tst_DirectorySynchronizerMirror::inTheWay_data()
     row("a link to a folder", "dst/x/b", "../../outside");
 }
 
-// What stands in the place of a mirror, or of a folder above it, gives way; what a link leads to
-// stays.
+// Whatever occupies the place of the mirror, or of a folder above it, is removed; the target of a
+// link is kept.
 void tst_DirectorySynchronizerMirror::inTheWay()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
@@ -474,7 +474,7 @@ void tst_DirectorySynchronizerMirror::filterOfFullSync()
     synchronizer.setFilter([](const QString& path) {
         return path != QLatin1String("lockfile") && path != QLatin1String("drafts");
     });
-    // Also where the source is given by another of its names.
+    // Also if the source is given by another path.
     QVERIFY(synchronizer.fullSync(mSource + QStringLiteral("/../src/"), mDestination));
     QCOMPARE(treeOf(mDestination),
              QStringList({QStringLiteral(".hidden=content"), QStringLiteral("a=content"),
@@ -524,7 +524,8 @@ void tst_DirectorySynchronizerMirror::cancelledFullSync()
     QVERIFY(filesBelow(mDestination).size() < 20);
 }
 
-// What the observer sees goes on when it has destroyed the synchronizer, with its filter.
+// A call of the observer ends normally even if it destroys the synchronizer, and with it the
+// filter.
 void tst_DirectorySynchronizerMirror::observerDestroysIt()
 {
     for (const char* name : {"a", "b", "c/d", "e"})
@@ -552,7 +553,7 @@ void tst_DirectorySynchronizerMirror::isEqual()
     QVERIFY(synchronizer.isEqual());
     QCOMPARE(differences.size(), 1);
 
-    writeFile(mSource + QStringLiteral("/d0/f0"), "x"); // as long as before
+    writeFile(mSource + QStringLiteral("/d0/f0"), "x"); // same size as before
     writeFile(mSource + QStringLiteral("/d1/f1"), "longer");
     QVERIFY(QFile::remove(mDestination + QStringLiteral("/d2/f2")));
     writeFile(mDestination + QStringLiteral("/a/more"));
@@ -589,7 +590,7 @@ void tst_DirectorySynchronizerMirror::isEqualNeedsFolders()
         const OrdinaryUser user;
         QVERIFY(!synchronizer.isEqual(&differences));
     }
-    // The folder that cannot be read, and the file that seems to have no counterpart.
+    // The folder that cannot be read, and the file that seems to be missing from the source.
     QCOMPARE(differences, QStringList({QStringLiteral("x"), QStringLiteral("x/a")}));
 }
 
@@ -618,12 +619,12 @@ void tst_DirectorySynchronizerMirror::storms_data()
         "2>/dev/null; rm -rf d0/e$((i%3))x; mkdir -p e");
 }
 
-// The mirror holds what the source holds, whatever was renamed and however fast.
+// The mirror ends up like the source, whatever is renamed and however fast.
 void tst_DirectorySynchronizerMirror::storms()
 {
     SKIP_ON_WINDOWS("there is no shell");
     QFETCH(QString, step);
-    LogCapture quiet; // what comes and goes faster than it can be copied is logged
+    LogCapture quiet; // files that vanish before they are copied are logged
     int equal = 0;
     QStringList differences;
     const int storms = stormCount();
@@ -696,7 +697,8 @@ void tst_DirectorySynchronizerMirror::readersMeetWholeFiles()
         while (!isOver) {
             const QByteArray content = contentOf(mirror);
 #ifdef Q_OS_WIN
-            // There a file is not opened while it is replaced, nor replaced as long as it is open.
+            // On Windows a file cannot be opened while it is replaced, nor replaced while it is
+            // open.
             QThread::msleep(2);
             if (content == "(cannot be read)")
                 continue;
@@ -713,7 +715,7 @@ void tst_DirectorySynchronizerMirror::readersMeetWholeFiles()
     QCOMPARE(broken.load(), 0);
     QVERIFY(whole > 0);
     QTRY_VERIFY(synchronizer.isEqual());
-    // Nothing is left beside it.
+    // No other file is left next to it.
     QCOMPARE(QDir(mDestination).entryList(QDir::Files | QDir::Hidden),
              QStringList(QStringLiteral("file")));
 }

@@ -26,13 +26,13 @@ QStringList pathsOf(const QSignalSpy& spy)
     return paths;
 }
 
-// What the library logged: the platform writes a warning of its own for each refusal.
+// The records of the library: the platform logs a warning of its own for each refusal.
 QStringList ownLines(const LogCapture& log)
 {
     return log.lines().filter(QStringLiteral(" orvautils "));
 }
 
-using Counts = QPair<int, int>; // of files added and deleted
+using Counts = QPair<int, int>; // numbers of files added and deleted
 
 /// A watcher with all its signals.
 class SpiedWatcher : public DirectoryWatcher
@@ -259,7 +259,7 @@ void tst_DirectoryWatcher::replacedByRename()
         watcher.settle();
         watcher.modified.clear();
     }
-    // The file that stands there now is the one that is watched.
+    // The new file of that name is watched.
     writeFile(path(QStringLiteral("a")), "in place");
     QTRY_VERIFY(watcher.modified.count() > 0);
     QCOMPARE(pathsOf(watcher.modified).at(0), path(QStringLiteral("a")));
@@ -283,8 +283,8 @@ void tst_DirectoryWatcher::deletedAndMadeAgain()
     writeFile(path(QStringLiteral("a")), "changed");
     QTRY_VERIFY(watcher.modified.count() > 0);
 
-#ifndef Q_OS_WIN // where such a file is not removed
-    // A program that still has the file open when it is removed.
+#ifndef Q_OS_WIN // where an open file cannot be removed
+    // Another program has the file open when it is removed.
     QFile open(path(QStringLiteral("a")));
     QVERIFY(open.open(QIODevice::ReadOnly));
     QVERIFY(QFile::remove(path(QStringLiteral("a"))));
@@ -303,7 +303,7 @@ void tst_DirectoryWatcher::newFolderWithFiles()
     makeNestedFiles();
     const QStringList both({path(QStringLiteral("x/a")), path(QStringLiteral("x/y/b"))});
     QTRY_COMPARE(pathsOf(watcher.added), both);
-    // The new folders are watched as well.
+    // The new folders are watched too.
     writeFile(path(QStringLiteral("x/y/c")), "c");
     QTRY_COMPARE(pathsOf(watcher.added), both + QStringList(path(QStringLiteral("x/y/c"))));
     watcher.settle();
@@ -351,7 +351,7 @@ void tst_DirectoryWatcher::folderMadeAgain()
     QVERIFY(watcher.setPath(mRoot));
     for (int i = 1; i < 4; ++i) {
         QVERIFY(QDir(path(QStringLiteral("x"))).removeRecursively());
-        if (i != 2) // once without letting the watcher see it gone
+        if (i != 2) // one of them without letting the watcher notice that it is gone
             QTRY_COMPARE(watcher.deleted.count(), i);
         makeFolder(path(QStringLiteral("x")));
         watcher.settle();
@@ -433,7 +433,7 @@ void tst_DirectoryWatcher::addDirReportsWhatIsNew()
     QVERIFY(watcher.setPath(mRoot));
     QVERIFY(watcher.addDir(mRoot));
     QCOMPARE(watcher.added.count(), 0);
-    // Before the event loop has its turn, so that only this call can have seen it.
+    // Before the event loop runs, so that only this call can have noticed it.
     writeFile(path(QStringLiteral("new")), "new");
     QVERIFY(watcher.addDir(mRoot));
     QCOMPARE(pathsOf(watcher.added), QStringList(path(QStringLiteral("new"))));
@@ -501,7 +501,7 @@ void tst_DirectoryWatcher::deletedByReceiver()
 
 void tst_DirectoryWatcher::deletedAtOnceByReceiver_data()
 {
-    // byPlatform: or the slot is called by hand
+    // byPlatform: otherwise the slot is called directly
     const auto row = columns<bool, QString>("byPlatform", "change");
     for (const bool byPlatform : {true, false}) {
         for (const char* change : {"add", "modify", "remove"}) {
@@ -516,7 +516,7 @@ void tst_DirectoryWatcher::deletedAtOnceByReceiver()
     QFETCH(bool, byPlatform);
     QFETCH(QString, change);
     const bool adds = change == QLatin1String("add");
-    // Several, so that the platform has more to tell when the watcher is gone.
+    // Several changes, so that the platform still has notifications when the watcher is destroyed.
     QStringList files;
     for (int i = 0; i < 5; ++i)
         files.append(path(QString::number(i)));
@@ -568,7 +568,7 @@ void tst_DirectoryWatcher::deletedAtOnceInSecondLook()
     writeFile(path(QStringLiteral("b")), "b");
     auto* watcher = new DirectoryWatcher;
     QVERIFY(watcher->setPath(mRoot));
-    // What happens now the platform does not tell: the second look has to find it.
+    // The platform does not report what happens now: the second pass has to find it.
     watcher->findChild<QFileSystemWatcher*>()->blockSignals(true);
     const QPointer<DirectoryWatcher> guard(watcher);
     QStringList calls;
@@ -619,7 +619,7 @@ void tst_DirectoryWatcher::anotherPathInSecondLook()
         }
         QTRY_VERIFY(!calls.isEmpty());
         handleEvents();
-        QCOMPARE(calls.size(), 1); // what stands in the former tree is nobody's concern any more
+        QCOMPARE(calls.size(), 1); // the files of the former tree do not matter any more
     }
 }
 
@@ -653,7 +653,7 @@ void tst_DirectoryWatcher::destroyedBeforeSecondLook()
     }
     handleEvents();
 
-    // And the look belongs to the path that it was asked for.
+    // And the pass applies to the path that it was asked for.
     const QString other = mDir->root() + QStringLiteral("/other");
     makeFolder(other);
     SpiedWatcher watcher;
@@ -669,7 +669,7 @@ void tst_DirectoryWatcher::slotsByHand()
 {
     writeFile(path(QStringLiteral("a")), "a");
     SpiedWatcher watcher;
-    // Also before there is anything to watch with.
+    // Also before anything can be watched.
     QVERIFY(QMetaObject::invokeMethod(&watcher, "onFilemod",
                                       Q_ARG(QString, path(QStringLiteral("a")))));
     QCOMPARE(pathsOf(watcher.modified), QStringList(path(QStringLiteral("a"))));
@@ -681,7 +681,7 @@ void tst_DirectoryWatcher::slotsByHand()
                                       Q_ARG(QString, path(QStringLiteral("missing")))));
     handleEvents();
 
-    // At once, and once more at the next turn of the event loop.
+    // At once, and again in the next turn of the event loop.
     QVERIFY(watcher.setPath(mRoot));
     QCOMPARE(watcher.added.count(), 0);
     writeFile(path(QStringLiteral("b")), "b");
@@ -700,7 +700,7 @@ void tst_DirectoryWatcher::manyFilesInOneFolder()
     const int count = 2000;
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
-    // By another process, so that they appear while the watcher is at work.
+    // Made by another process, so that they appear while the watcher is busy.
     QProcess maker;
     maker.start(QStringLiteral("sh"),
                 {QStringLiteral("-c"),
@@ -723,7 +723,7 @@ void tst_DirectoryWatcher::manyFoldersAsATree()
     SKIP_ON_WINDOWS("there is no shell");
     SpiedWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
-    // 10 folders with 20 folders in each, two files in each of these.
+    // 10 folders with 20 folders each, which hold two files each.
     QProcess maker;
     maker.start(QStringLiteral("sh"),
                 {QStringLiteral("-c"),
@@ -745,11 +745,11 @@ void tst_DirectoryWatcher::manyFoldersAsATree()
     QCOMPARE(pathsOf(watcher.added), expected);
 }
 
-// Files that come and go while the watcher looks: what stands at the end has been reported once.
+// Files that come and go while the watcher scans: those that remain are reported exactly once.
 void tst_DirectoryWatcher::churn()
 {
     SKIP_ON_WINDOWS("there is no shell");
-    LogCapture quiet; // a file that vanishes between being listed and being watched is logged
+    LogCapture quiet; // a file that vanishes between listing and watching is logged
     DirectoryWatcher watcher;
     QVERIFY(watcher.setPath(mRoot));
     QSet<QString> present;
@@ -781,7 +781,7 @@ void tst_DirectoryWatcher::churn()
     QVERIFY(!twice);
 }
 
-// A file that may not be read may not be watched either.
+// A file that cannot be read cannot be watched either.
 void tst_DirectoryWatcher::refusedFile()
 {
     SKIP_ON_WINDOWS(
@@ -803,17 +803,17 @@ void tst_DirectoryWatcher::refusedFile()
     const QString c = path(QStringLiteral("c"));
     const QStringList lines = ownLines(log);
     QCOMPARE(lines.size(), 1);
-    // The order is that in which the system lists them.
+    // The order is that of the listing.
     QVERIFY2(lines.at(0) == head + b + QStringLiteral(", ") + c + QLatin1Char(')')
                  || lines.at(0) == head + c + QStringLiteral(", ") + b + QLatin1Char(')'),
              qPrintable(lines.at(0)));
     QCOMPARE(watcher.added.count(), 0);
     const auto* platform = watcher.findChild<QFileSystemWatcher*>();
     QCOMPARE(platform->files().size(), 2);
-    // Folders are not watched in a pass that failed over files.
+    // Folders are not watched in a pass that failed because of files.
     QCOMPARE(platform->directories(), QStringList(mRoot));
 
-    // With the permission back the next pass reports these two, which were not registered before.
+    // With the permission restored the next pass reports these two, which were not watched before.
     for (const QString& file : {b, c})
         QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
     QVERIFY(watcher.addDir(mRoot));
@@ -845,7 +845,7 @@ void tst_DirectoryWatcher::refusedFolder()
              QStringList(QStringLiteral("critical orvautils DirectoryWatcher addDir: Impossible to "
                                         "add to Watcher : (%1)")
                              .arg(path(QStringLiteral("closed")))));
-    // Files come before folders: they have been reported.
+    // Files come before folders: they have already been reported.
     QCOMPARE(pathsOf(added), QStringList(path(QStringLiteral("a"))));
     QVERIFY(QFile::setPermissions(path(QStringLiteral("closed")), QFile::Permissions(0x7700)));
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// DirectoryWatcher where what it watches moves: slow receivers, files and folders that take each
-// other's places, permissions that come and go, a root that goes away.
+// DirectoryWatcher while the tree changes: slow receivers, files and folders that replace each
+// other, permissions that are withdrawn and restored, and a root that vanishes.
 
 #include "DirectoryWatcher.h"
 
@@ -121,7 +121,7 @@ void tst_DirectoryWatcherChanges::init()
     mRoot = mSandbox->folder(QStringLiteral("root"));
 }
 
-/// The files of the signals, relative to the root and sorted, each once: "a x/b".
+/// The files of the signals, relative to the root and sorted, without repetition: "a x/b".
 QString tst_DirectoryWatcherChanges::names(const QSignalSpy& spy) const
 {
     QStringList relative;
@@ -132,15 +132,15 @@ QString tst_DirectoryWatcherChanges::names(const QSignalSpy& spy) const
     return relative.join(QLatin1Char(' '));
 }
 
-// While a receiver takes its time, files and folders are made in folders that are not watched yet.
+// While a receiver is busy, files and folders are made in folders that are not watched yet.
 void tst_DirectoryWatcherChanges::growsWhileReceiversRun()
 {
     SpiedWatcher watcher;
     connect(&watcher, &DirectoryWatcher::addedFiles, this, [this](const QString& file) {
-        if (file == path(QStringLiteral("x/a"))) { // in the first look
+        if (file == path(QStringLiteral("x/a"))) { // in the first pass
             writeFile(path(QStringLiteral("x/b")));
             writeFile(path(QStringLiteral("x/sub/c")));
-        } else if (file == path(QStringLiteral("x/sub/c"))) { // in the second one
+        } else if (file == path(QStringLiteral("x/sub/c"))) { // in the second pass
             writeFile(path(QStringLiteral("x/sub/d")));
             writeFile(path(QStringLiteral("x/sub/deep/e")));
         } else if (file == path(QStringLiteral("x/sub/deep/e"))) {
@@ -155,13 +155,13 @@ void tst_DirectoryWatcherChanges::growsWhileReceiversRun()
     QTRY_COMPARE(names(watcher.added), all);
     handleEvents();
     QCOMPARE(watcher.added.count(), 7);
-    // All of it is watched.
+    // The whole tree is watched.
     watcher.clear();
     writeFile(path(QStringLiteral("x/sub/deep/deeper/h")));
     QTRY_COMPARE(names(watcher.added), QStringLiteral("x/sub/deep/deeper/h"));
 }
 
-// Before its folder is watched, nobody tells of a file.
+// A file that is made before its folder is watched causes no notification.
 void tst_DirectoryWatcherChanges::madeWhileTheTreeIsScanned()
 {
     makeFolder(path(QStringLiteral("x")));
@@ -241,7 +241,7 @@ void tst_DirectoryWatcherChanges::replacedByUnreadable()
                  QStringLiteral("Permission to read is missing."));
         QCOMPARE(watcher.watchedFiles(), 0);
         QVERIFY(!watcher.addDir(mRoot));
-        QCOMPARE(watcher.refused.count(), 1); // once is enough
+        QCOMPARE(watcher.refused.count(), 1); // reported only once
     }
     QCOMPARE(names(watcher.deleted), QString());
     watcher.modified.clear();
@@ -258,7 +258,7 @@ void tst_DirectoryWatcherChanges::replacedByUnreadable()
     QCOMPARE(names(watcher.added), QString());
 }
 
-// A file that may not be watched does not keep others from being reported.
+// A file that cannot be watched does not prevent others from being reported.
 void tst_DirectoryWatcherChanges::unreadableDoesNotHideOthers()
 {
     SKIP_ON_WINDOWS(
@@ -297,7 +297,7 @@ void tst_DirectoryWatcherChanges::renamedOverEachOther()
     writeFile(a, "0");
     writeFile(b, "0");
     SpiedWatcher watcher;
-    // What a reader of the notifications knows.
+    // What the receiver has learned from the signals.
     QMap<QString, QByteArray> known = filesBelow(mRoot);
     const auto read = [&](const QString& file) {
         known.insert(file.mid(mRoot.size() + 1), contentOf(file));
@@ -325,7 +325,7 @@ void tst_DirectoryWatcherChanges::renamedOverEachOther()
         writeFile(file, "in place");
         QTRY_COMPARE(names(watcher.modified), file.mid(mRoot.size() + 1));
 #ifdef Q_OS_WIN
-        // That the file was cut, and that it was written, is told one after the other.
+        // Truncating the file and writing to it are reported separately.
         QTRY_VERIFY(watcher.quiet.count() > 0);
 #endif
     }
@@ -339,7 +339,7 @@ void tst_DirectoryWatcherChanges::swappedFolder_data()
     row("at the bottom", "s/a/b");
 }
 
-// One folder for another, in one step: nothing of the folder itself tells.
+// A folder is exchanged for another in one step, without a notification about the folder itself.
 void tst_DirectoryWatcherChanges::swappedFolder()
 {
     SKIP_ON_WINDOWS("changes in a swapped folder may be reported twice");
@@ -362,7 +362,7 @@ void tst_DirectoryWatcherChanges::swappedFolder()
     QTRY_COMPARE(names(watcher.added), QStringLiteral("s/a/b/c/added"));
     QTRY_COMPARE(names(watcher.deleted), QStringLiteral("s/a/b/gone"));
     QTRY_VERIFY(names(watcher.modified).contains(QStringLiteral("s/a/b/changed s/a/b/same")));
-    // What moved away is not watched any more, what came is.
+    // The folder that was moved away is no longer watched; the new one is.
     watcher.clear();
     const QString former = (*mSandbox)(QStringLiteral("former/"))
         + QStringLiteral("s/a/b/same").mid(folder.size() + 1);
@@ -375,7 +375,7 @@ void tst_DirectoryWatcherChanges::swappedFolder()
     QTRY_COMPARE(names(watcher.modified), QStringLiteral("s/a/b/same"));
 }
 
-// A receiver that finds nothing, because a folder is away for a moment, is told once more.
+// A receiver that finds no files because a folder is missing for a moment is notified again.
 void tst_DirectoryWatcherChanges::awayWhileReported()
 {
     SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
@@ -386,7 +386,7 @@ void tst_DirectoryWatcherChanges::awayWhileReported()
     QByteArray known;
     int missed = 0;
     const auto read = [&](const QString& reported) {
-        // The first time the folder is away, the second time another one is in its place.
+        // First the folder is missing, then another one has its name.
         if (missed < 2) {
             renameTo(path(QStringLiteral("x")), away);
             if (missed == 1)
@@ -462,7 +462,7 @@ void tst_DirectoryWatcherChanges::anotherKind()
 
 void tst_DirectoryWatcherChanges::rootGoesAndComes_data()
 {
-    QTest::addColumn<QString>("moved"); // with the root in it
+    QTest::addColumn<QString>("moved"); // including the root
     QTest::addColumn<bool>("isMadeAnew");
     QTest::addColumn<bool>("isSeenGone");
     for (const bool isSeenGone : {true, false}) {
@@ -518,7 +518,7 @@ void tst_DirectoryWatcherChanges::rootGoesAndComes()
     }
 }
 
-// A site that is put live by leading a link elsewhere.
+// A site goes live by redirecting a link.
 void tst_DirectoryWatcherChanges::rootBehindALink()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
@@ -545,7 +545,7 @@ void tst_DirectoryWatcherChanges::unwatchedFolder()
     SpiedWatcher watcher;
     const OrdinaryUser user;
     QVERIFY(!watcher.setPath(mRoot));
-    // It is announced although signals are blocked while the tree is scanned.
+    // Announced although signals are blocked during the scan.
     QCOMPARE(watcher.refused.count(), 1);
     QCOMPARE(watcher.refused.at(0).at(0).toStringList(),
              QStringList(path(QStringLiteral("closed"))));
@@ -566,7 +566,7 @@ void tst_DirectoryWatcherChanges::unwatchedByReceiverWhoDeletes()
     QVERIFY(guard.isNull());
 }
 
-// More files than one of the platform's watchers takes, each of which is reported once.
+// More files than one watcher of the platform accepts; each of them is reported once.
 void tst_DirectoryWatcherChanges::manyFiles()
 {
     const int count = 4500;
@@ -580,7 +580,7 @@ void tst_DirectoryWatcherChanges::manyFiles()
     settle({&watcher.added});
     QCOMPARE(watcher.added.count(), 0);
 
-    // Whichever of them has the file: changed, removed and made anew, replaced, and new.
+    // Whichever watcher has the file: changed, removed and made again, replaced, and new.
     QStringList touched;
     for (int i = 0; i < count; i += 375) {
         touched.append(QStringLiteral("%1/%2").arg(i % 3).arg(i));
@@ -633,7 +633,7 @@ void tst_DirectoryWatcherChanges::counts()
     writeFile(path(QStringLiteral(".hidden")));
     QVERIFY(watcher.setPath(mRoot));
     QCOMPARE(watcher.watchedFiles(), 2);
-    QCOMPARE(watcher.watchedFolders(), 3); // with the root
+    QCOMPARE(watcher.watchedFolders(), 3); // including the root
     removeTree(path(QStringLiteral("x/y")));
     QTRY_COMPARE(watcher.watchedFolders(), 2);
     QTRY_COMPARE(watcher.watchedFiles(), 1);
@@ -644,7 +644,7 @@ void tst_DirectoryWatcherChanges::settles()
     SpiedWatcher watcher;
     QCOMPARE(watcher.settleTime(), 500);
 #ifdef Q_OS_WIN
-    const int settleTime = 500; // a thread brings the notifications, in its own time
+    const int settleTime = 500; // a thread delivers the notifications, at any time
 #else
     const int settleTime = 50;
 #endif
@@ -667,7 +667,7 @@ void tst_DirectoryWatcherChanges::settlesNotBeforeAnything()
     SpiedWatcher watcher;
     watcher.setSettleTime(0);
     QVERIFY(watcher.setPath(mRoot));
-    writeFile(path(QStringLiteral(".hidden"))); // nothing that is reported
+    writeFile(path(QStringLiteral(".hidden"))); // never reported
     handleEvents();
     QCOMPARE(watcher.quiet.count(), 0);
     writeFile(path(QStringLiteral("a")));
@@ -678,7 +678,7 @@ void tst_DirectoryWatcherChanges::settlesNotBeforeAnything()
 void tst_DirectoryWatcherChanges::stops()
 {
     SpiedWatcher watcher;
-    watcher.stop(); // of no avail, and no harm
+    watcher.stop(); // has no effect and does no harm
     writeFile(path(QStringLiteral("a")));
     QVERIFY(watcher.setPath(mRoot));
     watcher.stop();
@@ -707,7 +707,7 @@ void tst_DirectoryWatcherChanges::stopsFromReceiver()
 
 void tst_DirectoryWatcherChanges::stopsAtFirstReport_data()
 {
-    // before, after: the files below the root; a folder ends with "/"
+    // before, after: the files below the root; folders end with "/"
     const auto row = columns<QStringList, QStringList, bool>("before", "after", "byPlatform");
     const struct
     {
@@ -734,13 +734,13 @@ void tst_DirectoryWatcherChanges::stopsAtFirstReport_data()
     }
 }
 
-// Whatever is left to tell of a change, a receiver that ends the watching hears nothing of it.
+// A receiver that stops watching gets no more signals, whatever else has changed.
 void tst_DirectoryWatcherChanges::stopsAtFirstReport()
 {
     QFETCH(QStringList, before);
     QFETCH(QStringList, after);
     QFETCH(bool, byPlatform);
-    // The names of what is in the root.
+    // The names of the entries of the root.
     const auto heads = [](const QStringList& entries, bool areFolders) {
         QSet<QString> names;
         for (const QString& entry : entries) {

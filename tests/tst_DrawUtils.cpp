@@ -82,7 +82,7 @@ void tst_DrawUtils::nullWidgets()
     DrawUtils::setWidgetTextPixelSize(nullptr, 12);
     DrawUtils::setWidgetTextFamily(nullptr, QStringLiteral("Serif"));
     DrawUtils::setWidgetTextBold(nullptr, true);
-    // Alive is all that there is to see.
+    // Still being alive is all that can be checked.
     QVERIFY(qApp != nullptr);
 }
 
@@ -158,8 +158,8 @@ void tst_DrawUtils::smoothPixmap()
     QFETCH(QSize, pixmapSize);
     QFETCH(QRect, rect);
     QFETCH(bool, allSeen);
-    // One black column in ten on white: averaged over all pixels it is a light grey everywhere;
-    // a painter that looks at two neighbours only makes some columns white.
+    // One column in ten is black: averaged over all pixels the result is light grey everywhere; a
+    // painter that looks at only two neighbours makes some columns white.
     QImage stripes(pixmapSize, QImage::Format_RGB32);
     stripes.fill(Qt::white);
     for (int x = 4; x < pixmapSize.width(); x += 10) {
@@ -173,7 +173,7 @@ void tst_DrawUtils::smoothPixmap()
         DrawUtils::drawSmoothPixmap(&painter, rect, QPixmap::fromImage(stripes));
         QVERIFY(!painter.testRenderHint(QPainter::SmoothPixmapTransform));
     }
-    // The rectangle is filled, and nothing beside it.
+    // The rectangle is filled, and nothing outside of it.
     for (int y = 0; y < 100; ++y) {
         for (int x = 0; x < 100; ++x)
             QCOMPARE(image.pixel(x, y) == QColor(Qt::yellow).rgb(), !rect.contains(x, y));
@@ -190,16 +190,16 @@ void tst_DrawUtils::tiledPixmap_data()
 {
     const auto table =
         columns<QRect, bool, bool, QRect>("clip", "firstColumn", "firstRow", "bounds");
-    // Tiles of 10 x 8. Worked out by the steps: x = left, left + 10, ... while below the width;
-    // y = 0, 8, ... while below the height; clipped.
+    // Tiles of 10 x 8. By the algorithm: x = left, left + 10, ... while less than the width; y = 0,
+    // 8, ... while less than the height; clipped.
     table("all", QRect(0, 0, 25, 20), true, true, QRect(0, 0, 25, 20));
     table("no first column", QRect(0, 0, 25, 20), false, true, QRect(10, 0, 15, 20));
     table("no first row", QRect(0, 0, 25, 20), true, false, QRect(0, 8, 25, 12));
     table("neither", QRect(0, 0, 25, 20), false, false, QRect(10, 8, 15, 12));
-    // Columns at 5 and 15 only, since 25 is not below 25: they end at 25, where the clip ends
+    // Columns at 5 and 15 only, since 25 is not less than 25: they end at 25, where the clip ends
     // at 30.
     table("clip off the origin", QRect(5, 0, 25, 20), true, true, QRect(5, 0, 20, 20));
-    // Rows at 0, 8 and 16: what lies above the clip's top is cut off; they end at 24, not at 26.
+    // Rows at 0, 8 and 16: what is above the top of the clip is cut off; they end at 24, not at 26.
     table("clip below the origin", QRect(0, 6, 25, 20), true, true, QRect(0, 6, 25, 18));
     table("one tile, not wanted", QRect(0, 0, 10, 8), false, true, QRect());
 }
@@ -268,7 +268,7 @@ void tst_DrawUtils::undefinedOblique()
             darkest = qMin(darkest, qGray(image.pixel(x, y)));
     }
     QVERIFY2(darkest >= 50 && darkest < 160, qPrintable(QString::number(darkest)));
-    // Nothing in the other two corners.
+    // The other two corners are empty.
     QCOMPARE(image.pixel(38 * ratio, 7 * ratio), white);
     QCOMPARE(image.pixel(12 * ratio, 33 * ratio), white);
 }
@@ -335,7 +335,7 @@ void tst_DrawUtils::informativeMessage()
         box.moveCenter(rect.center());
         box.adjust(-10, -10, 10, 10);
     }
-    // Light grey inside, with white text in it, and untouched outside.
+    // Light grey inside, with white text, and unchanged outside.
     const QRgb grey = QColor(Qt::lightGray).rgb();
     const QRgb blue = QColor(Qt::blue).rgb();
     QCOMPARE(image.pixel(QPoint(box.left() + 5, box.center().y()) * ratio), grey);

@@ -56,7 +56,7 @@ DrawingCountOptions redBadge()
     return options;
 }
 
-// Paints on the canvas and says where the badge is.
+// Paints on the canvas and returns the place of the badge.
 QRect paint(QImage& image, const QString& text, const DrawingCountOptions& options)
 {
     QPainter painter(&image);
@@ -88,7 +88,7 @@ void tst_DrawingCountZoneHelper::size()
 
 void tst_DrawingCountZoneHelper::placement_data()
 {
-    // horizontal: -1 at the left, 0 in the middle, 1 at the right
+    // horizontal: -1 for left, 0 for the middle, 1 for right
     const auto row = columns<Qt::Alignment, int, int>("alignment", "horizontal", "vertical");
     row("default", Qt::Alignment(132), 0, 0);
     row("none", Qt::Alignment(), 0, 0);
@@ -172,7 +172,7 @@ void tst_DrawingCountZoneHelper::gradient()
     options.secondBackgroundColor = QColor(0, 200, 0);
     const QRect badge = paint(image, QStringLiteral("123456"), options);
     const int x = badge.center().x();
-    // Mostly the first colour at the top, the second one from the middle down.
+    // Mostly the first colour at the top, and the second one from the middle down.
     const QColor top = at(image, QPoint(x, badge.top() + 1));
     QVERIFY(top.red() > 150 && top.green() < 50);
     const QColor quarter = at(image, QPoint(x, badge.top() + badge.height() / 4));
@@ -188,8 +188,8 @@ void tst_DrawingCountZoneHelper::pill()
         const QRect badge = paint(image, QStringLiteral("12"), redBadge());
         const QColor red(Qt::red);
         const QColor blue(Qt::blue);
-        // The ends are half circles: full at mid height, free in the corners. On the diagonal a
-        // circle of radius r stays 0.29 r away from the corner of its square.
+        // The ends are semicircles: filled at mid-height, empty in the corners. On the diagonal a
+        // circle of radius r is 0.29 r away from the corner of its square.
         const int mid = badge.center().y();
         QCOMPARE(at(image, QPoint(badge.left() + 1, mid)), red);
         QCOMPARE(at(image, QPoint(badge.right() - 1, mid)), red);

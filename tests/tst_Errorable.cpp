@@ -26,7 +26,7 @@ ErrorableCode makeCode(const QString& context, qint32 number, const QString& enu
     return code;
 }
 
-/// The stack as texts, with steps, the newest first.
+/// The stack as texts, including steps, with the newest first.
 QStringList texts(const Errorable& errorable)
 {
     QStringList texts;
@@ -53,12 +53,12 @@ public:
     { }
 };
 
-/// A member of a tree whose Errorable part comes first.
+/// A member of a tree whose first base class is Errorable.
 class ErrorableFirst : public Errorable, public QObject
 {
 };
 
-/// Runs a function when it is destroyed.
+/// Runs a function in its destructor.
 class LastWords
 {
 public:
@@ -71,8 +71,8 @@ public:
     std::function<void()> mSpeak;
 };
 
-/// Views of a document: members of a tree that are widgets. A widget deletes its children when its
-/// Errorable part is gone.
+/// Views of a document: members of a tree that are widgets. A widget deletes its children after its
+/// Errorable part is destroyed.
 class View : public QWidget, public Errorable
 {
 public:
@@ -88,7 +88,7 @@ public:
     std::function<void()> mSpeak;
 };
 
-/// A view with a part that is destroyed between its Errorable and its QWidget.
+/// A view with a member that is destroyed between its Errorable and its QWidget.
 class ViewInBetween : public QWidget, public LastWords, public Errorable
 {
 };
@@ -107,7 +107,7 @@ class Desk : public QObject
     Q_OBJECT
 };
 
-/// Root, middle and leaf, the root owned by a W that has no parent.
+/// Root, middle and leaf; the root is owned by a W without parent.
 class ThreeLevels
 {
 public:
@@ -229,7 +229,7 @@ void tst_Errorable::childThatIsNoQObject()
                                         "###Try to had Errorable that is not QObject!!###")));
 
     child._setError(makeCode(QStringLiteral("C"), 1));
-    QVERIFY(child.hasErrorSelfError()); // a root of its own, without a place
+    QVERIFY(child.hasErrorSelfError()); // a root of its own, without a location
     QCOMPARE(child.error().callSteps, QStringList());
     QVERIFY(parent.errorStack().isEmpty());
     parent.clearError();
@@ -275,14 +275,14 @@ void tst_Errorable::registeredElsewhere()
     QVERIFY(first.errorStack().isEmpty());
     QCOMPARE(second.error().callSteps, QStringList(QStringLiteral("second.cpp:2")));
 
-    first.clearError(); // it stays in the list of the first
+    first.clearError(); // it remains in the list of the first
     QVERIFY(!child.hasErrorSelfError());
     QVERIFY(second.error().isValid());
 }
 
 void tst_Errorable::locations_data()
 {
-    // file: null for an absent text
+    // file: null if there is no text
     const auto row = columns<QByteArray, int, QString>("file", "line", "location");
     row("file and line", "a.cpp", 12, "a.cpp:12");
     row("absent", QByteArray(), 12, ":12");
@@ -346,7 +346,7 @@ void tst_Errorable::errorOfTheRoot()
     tree.mRoot._setError(makeCode(QStringLiteral("Root"), 1));
     QVERIFY(tree.mRoot.hasErrorSelfError());
     QCOMPARE(tree.mRoot.error().callSteps, QStringList(QStringLiteral("W (NE)")));
-    QVERIFY(tree.mMiddle.errorStack().isEmpty()); // nothing travels down
+    QVERIFY(tree.mMiddle.errorStack().isEmpty()); // errors do not travel down
     QVERIFY(tree.mLeaf.errorStack().isEmpty());
 }
 
@@ -424,7 +424,7 @@ void tst_Errorable::noErrorIsTakenAsItIs()
     ThreeLevels tree;
     LogCapture log;
     tree.mLeaf._setError(ErrorableCode());
-    tree.mLeaf._setError(ErrorableCode()); // not in error, so nothing to complain about
+    tree.mLeaf._setError(ErrorableCode()); // not an error, so nothing is logged
     QCOMPARE(log.lines(), QStringList());
     QVERIFY(!tree.mLeaf.hasErrorSelfError());
     QCOMPARE(tree.mRoot.errorStack().size(), 2);
@@ -454,7 +454,7 @@ void tst_Errorable::errorableFirst()
     QVERIFY(!leaf.hasErrorSelfError());
 }
 
-// Looking at errors
+// Reading errors
 
 void tst_Errorable::error()
 {
@@ -462,8 +462,8 @@ void tst_Errorable::error()
     tree.mMiddle._setError(makeCode(QStringLiteral("Middle"), 1));
     tree.mLeaf._setError(makeCode(QStringLiteral("Leaf"), 2));
     QCOMPARE(tree.mMiddle.errorStack().first().context, QStringLiteral("Leaf"));
-    QCOMPARE(tree.mMiddle.error().context, QStringLiteral("Middle")); // its own comes first
-    QCOMPARE(tree.mRoot.error().context, QStringLiteral("Leaf")); // none of its own: the newest
+    QCOMPARE(tree.mMiddle.error().context, QStringLiteral("Middle")); // its own error comes first
+    QCOMPARE(tree.mRoot.error().context, QStringLiteral("Leaf")); // no error of its own: the newest
 
     QVector<ErrorableCode> copy = tree.mRoot.errorStack();
     copy.clear();
@@ -484,7 +484,7 @@ void tst_Errorable::messages()
     QCOMPARE(Errorable::overriddenErrorMessage(named), QStringLiteral("not copied"));
     QCOMPARE(Errorable::errorMessage(plain), QStringLiteral("Files: (#3) ()"));
 
-    Errorable::sOverriddenErrorMessage[named] = QString(); // an empty text is a text
+    Errorable::sOverriddenErrorMessage[named] = QString(); // an empty text is a valid text
     QCOMPARE(Errorable::errorMessage(named), QStringLiteral("not copied"));
     QCOMPARE(Errorable::overriddenErrorMessage(named), QString());
 }
@@ -519,7 +519,7 @@ void tst_Errorable::messageOfAnObject()
 void tst_Errorable::errorLines_data()
 {
     QTest::addColumn<QString>("details");
-    QTest::addColumn<QString>("message"); // in the table; null for none
+    QTest::addColumn<QString>("message"); // in the table; null if there is none
     QTest::addColumn<QStringList>("lines");
     const QString none;
     const auto row = [](const char* name, const QString& details, const QString& message,
@@ -567,7 +567,7 @@ void tst_Errorable::errorLinesOfSeveral()
     root._addErrorableChild(*second, "root.cpp", 2);
     first._setError(makeCode(QStringLiteral("First"), 1));
     second->_setError(makeCode(QStringLiteral("Second"), 2));
-    second.reset(); // what came up stays
+    second.reset(); // what was propagated stays
     QCOMPARE(root.errorLines(),
              QStringList({QStringLiteral("Second: (#2) ()"), QStringLiteral("  root.cpp:2"),
                           QStringLiteral("First: (#1) ()"), QStringLiteral("  root.cpp:1")}));
@@ -603,7 +603,7 @@ void tst_Errorable::clearingIsOneSided()
     QCOMPARE(tree.mRoot.errorStack().size(), 2);
 
     tree.mMiddle.clearError();
-    QVERIFY(tree.mRoot.errorStack().isEmpty()); // also what came from the other branch
+    QVERIFY(tree.mRoot.errorStack().isEmpty()); // including what came from the other branch
     QVERIFY(!tree.mLeaf.hasErrorSelfError());
     QVERIFY(belowTheSibling.hasErrorSelfError());
     QCOMPARE(sibling.error().context, QStringLiteral("Below"));
@@ -624,7 +624,7 @@ void tst_Errorable::raisesAgainAfterClearing()
 
 void tst_Errorable::clearsThroughAllLevels()
 {
-    // A chain of 100, cleared from its middle, with a branch at every level.
+    // A chain of 100, cleared from the middle, with a branch at every level.
     std::vector<std::unique_ptr<Node>> chain;
     std::vector<std::unique_ptr<Node>> branches;
     for (int i = 0; i < 100; ++i) {
@@ -647,7 +647,7 @@ void tst_Errorable::clearsThroughAllLevels()
         QCOMPARE(branches[size_t(i)]->hasErrorSelfError(), i < 50);
 }
 
-// Destroyed peers
+// Destroyed members
 
 void tst_Errorable::parentIsDestroyed()
 {
@@ -674,7 +674,7 @@ void tst_Errorable::childIsDestroyed()
     for (Node* const node : {&first, second.get(), &third})
         node->_setError(makeCode(QStringLiteral("Child"), 1));
     second.reset();
-    QCOMPARE(root.errorStack().size(), 3); // what came up stays
+    QCOMPARE(root.errorStack().size(), 3); // what was propagated stays
     root.clearError();
     QVERIFY(!first.hasErrorSelfError());
     QVERIFY(!third.hasErrorSelfError());
@@ -717,15 +717,15 @@ void tst_Errorable::widgetsAreDestroyed()
              raises ? QStringList(QStringLiteral("Last: (#2) ()\n#Call Stack\n=>QWidget (NE)\n"
                                                  "=>QWidget (NE)"))
                     : QStringList());
-    QCOMPARE(texts(root), before); // the leaf was a root of its own by then
+    QCOMPARE(texts(root), before); // the leaf was a root by then
     root.clearError();
     QCOMPARE(texts(root), QStringList());
 }
 
 void tst_Errorable::widgetIsBeingDestroyed()
 {
-    // Others meet a widget that is half gone: from a slot on its destroyed() signal, and from the
-    // destructor of a part of it.
+    // Others meet a widget that is partly destroyed: from a slot connected to destroyed(), and from
+    // the destructor of one of its members.
     View root;
     auto* const child = new View(&root);
     root._addErrorableChild(*child, "root.cpp", 1);
@@ -746,7 +746,7 @@ void tst_Errorable::widgetIsBeingDestroyed()
     QCOMPARE(texts(leaf), QStringList(QStringLiteral("Leaf: (#1) ()\n#Call Stack empty")));
 }
 
-// The macros and the document
+// The macros and the documentation
 
 /// Uses the macros as a member function does.
 class Registrar : public QObject, public Errorable
@@ -801,7 +801,7 @@ void tst_Errorable::documentedTree()
                              QStringLiteral("  QMainWindow (NE)")});
     QCOMPARE(document->errorLines(), lines);
 
-    // The document shows these texts, and the code that gives them.
+    // The documentation shows these texts, and the code that produces them.
     const QString page = readAll(ORVAUTILS_ERRORS_DOCUMENT);
     for (const QString& shown : {text, lines.join(QLatin1Char('\n'))})
         QVERIFY2(page.contains(QStringLiteral("```text\n") + shown + QStringLiteral("\n```\n")),

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// A host that fills the message tables from its own static initialiser, and reads them while its
-// static objects are destroyed. The sources of the library are linked behind this one, so that
-// their static objects are made later and destroyed earlier.
+// A host that fills the message tables in a static initialiser and reads them while its static
+// objects are destroyed. The sources of the library are linked after this one, so that their static
+// objects are created later and destroyed earlier.
 
 #include "Errorable.h"
 #include "WidgetUtils.h"
@@ -13,7 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Stands in for the rest of the library.
+// Replaces the rest of the library.
 QStringList WidgetUtils::parentsList(QObject*)
 {
     return QStringList();
@@ -40,7 +40,7 @@ struct HostMessages
 
     ~HostMessages()
     {
-        // The test's own report is written already.
+        // The report of the test is already written.
         if (Errorable::overriddenErrorMessage(diskFull()) == QStringLiteral("Le disque est plein."))
             return;
         std::fputs("the messages are gone at exit\n", stderr);

@@ -23,7 +23,7 @@ ErrorableCode makeCode(const QString& context, qint32 number)
     return code;
 }
 
-/// Fills the fields that do not tell which error it is.
+/// Fills the fields that do not identify the error.
 void fillOtherFields(ErrorableCode* code)
 {
     code->addCallStep(QStringLiteral("a.cpp:1"));
@@ -74,7 +74,7 @@ void tst_ErrorableCode::fields()
     QCOMPARE(none.enumText(), QString());
     static_assert(std::is_same<decltype(ErrorableCode::code), qint32>::value, "");
 
-    // In the order in which they are told.
+    // In the order of the output.
     const char* const start = reinterpret_cast<const char*>(&none);
     QVector<qptrdiff> offsets;
     for (const void* const field :
@@ -109,7 +109,7 @@ void tst_ErrorableCode::valid()
     ErrorableCode code = makeCode(context, number);
     QCOMPARE(code.isValid(), expected);
     fillOtherFields(&code);
-    QCOMPARE(code.isValid(), expected); // the other fields do not count
+    QCOMPARE(code.isValid(), expected); // the other fields are ignored
 }
 
 void tst_ErrorableCode::equal_data()
@@ -130,7 +130,7 @@ void tst_ErrorableCode::equal()
     const ErrorableCode code = makeCode(QStringLiteral("A"), 12);
     QCOMPARE(code == other, expected);
     fillOtherFields(&other);
-    QCOMPARE(code == other, expected); // the other fields do not count
+    QCOMPARE(code == other, expected); // the other fields are ignored
 }
 
 void tst_ErrorableCode::less_data()
@@ -271,7 +271,7 @@ void tst_ErrorableCode::debugOutput()
     QFETCH(ErrorableCode, code);
     QFETCH(QString, text);
     QString output;
-    QDebug(&output) << code << 1; // what follows is written as before
+    QDebug(&output) << code << 1; // the format of what follows is unchanged
     QCOMPARE(output, text + QStringLiteral(" 1 "));
 }
 

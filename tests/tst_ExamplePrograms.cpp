@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The example programs of one file each: run as processes, as their users run them, and their
-// windows driven within this one.
+// The examples that consist of one file: run as processes, as users run them, and their windows
+// driven from this process.
 
 #include "ChildProgram.h"
 #include "Columns.h"
@@ -27,7 +27,7 @@ QString program(const char* name)
     return text(EXAMPLE_PROGRAMS "/") + text(name);
 }
 
-/// The text beside the label \a name of the form \a window.
+/// The text next to the label \a name of the form \a window.
 QString valueOf(const QWidget& window, const char* name)
 {
     const auto* const form = qobject_cast<const QFormLayout*>(window.layout());
@@ -84,7 +84,7 @@ void tst_ExamplePrograms::shortPrograms_data()
         row(name, text(EXAMPLES_DIR "/") + text(name));
 }
 
-/// What can be read at one go.
+/// What can be read without waiting.
 void tst_ExamplePrograms::shortPrograms()
 {
     QFETCH(QString, file);
@@ -143,7 +143,7 @@ void tst_ExamplePrograms::priceEditorTakesRates()
     QCOMPARE(refused.exitCode, 1);
     QVERIFY(refused.errors.contains(rates + text(": The file has no valid date")));
 
-    // With its own window it goes on until it is closed.
+    // With a window of its own it runs until that is closed.
     QProcess process;
     process.start(program("price-editor"), QStringList());
     QVERIFY(process.waitForStarted());
@@ -255,7 +255,7 @@ void tst_ExamplePrograms::mirrorFolder()
     QVERIFY(QFile::remove(project + text("/a/one.txt")));
     QTRY_VERIFY2_WITH_TIMEOUT(said(text("removed ") + mirror + text("/a/one.txt")), output, 30000);
 
-    // The lock of a process that was killed is no obstacle.
+    // The lock of a process that was killed does not block it.
     process.kill();
     QVERIFY(process.waitForFinished());
     QVERIFY(QFile::exists(project + text("/lockfile")));

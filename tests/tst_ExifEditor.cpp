@@ -51,7 +51,7 @@ bool loadFrom(ExifEditor* editor, const QByteArray& file)
     return editor->load(&buffer);
 }
 
-/// The file that saving into a copy of another one gives; empty where that fails.
+/// The file that results from saving into a copy of another one; empty if that fails.
 QByteArray savedInto(ExifEditor* editor, const QByteArray& file)
 {
     const Sandbox sandbox(folderInMemory());
@@ -79,7 +79,7 @@ Header::ExifExtendedTag extendedTag(unsigned number)
     return static_cast<Header::ExifExtendedTag>(number);
 }
 
-/// A block of 92 bytes: Make, a text of 10 bytes, and an orientation in IFD0, ExposureTime in the
+/// A block of 92 bytes: Make, a text of 10 bytes, and an orientation in IFD0; ExposureTime in the
 /// Exif sub-IFD.
 QByteArray smallBlock(QDataStream::ByteOrder order)
 {
@@ -96,7 +96,7 @@ QByteArray smallBlock(QDataStream::ByteOrder order)
         .u32(0)
         .u32(1) // 78
         .u32(125)
-        .raw("tail.."); // 86: what nothing leads to
+        .raw("tail.."); // 86: nothing refers to it
 }
 
 } // namespace
@@ -242,7 +242,7 @@ void tst_ExifEditor::reasons()
     QCOMPARE(error, text("as it was"));
 }
 
-// Directories that its end cuts off have more entries in a longer block, here more than are read.
+// Truncated directories have more entries in a longer block, here more than are read.
 void tst_ExifEditor::tooDamagedToGrow()
 {
     TiffBuilder block(big);
@@ -266,7 +266,7 @@ void tst_ExifEditor::tooDamagedToGrow()
 
 void tst_ExifEditor::findsBlock_data()
 {
-    // front: what stands before the segment
+    // front: the bytes before the segment
     const auto row = columns<QByteArray, QByteArray>("front", "behind");
     const QByteArray icc = segment(0xFFE2, QByteArray("ICC_PROFILE\0\1\1....", 18));
     const QByteArray comment = segment(0xFFFE, "a comment");
@@ -533,7 +533,7 @@ void tst_ExifEditor::repeatedTagIsOneAfterwards()
              QList<QByteArray>({"IFD0 0103 3 1 0001", "IFD0 0112 3 1 0003"}));
 }
 
-// Two tags may share their value, and one value may be a part of another.
+// Two tags may share a value, and one value may be part of another.
 void tst_ExifEditor::sharedValueIsKept()
 {
     const QByteArray block = TiffBuilder(little)
@@ -555,13 +555,13 @@ void tst_ExifEditor::sharedValueIsKept()
     }
 }
 
-// A value that overlaps a directory reads as before when the directory changes.
+// A value that overlaps a directory reads the same after the directory changes.
 void tst_ExifEditor::overlappingDirectoryIsKept()
 {
     const QByteArray block = TiffBuilder(big)
                                  .tiff()
                                  .u16(2)
-                                 .entry(0x010F, 2, 20, 20) // from the next entry on
+                                 .entry(0x010F, 2, 20, 20) // starts at the next entry
                                  .shorts(0x0112, 1, 6)
                                  .u32(0)
                                  .raw("0123456789");
@@ -570,8 +570,8 @@ void tst_ExifEditor::overlappingDirectoryIsKept()
     QCOMPARE(TiffWalk(saved).entriesBut({"IFD0 0112"}), TiffWalk(block).entriesBut({"IFD0 0112"}));
 }
 
-// What QExifImageHeader writes has no links behind its sub-directories, and offsets that lie two
-// bytes before the data.
+// QExifImageHeader writes no links after its sub-directories, and offsets two bytes before the
+// data.
 void tst_ExifEditor::linklessDirectoriesAreKept()
 {
     Header header;
@@ -611,7 +611,7 @@ void tst_ExifEditor::unorderedDirectories_data()
     }
 }
 
-// Some programs write entries in any order, the size of a thumbnail before its place.
+// Some programs write unsorted entries, with the size of a thumbnail before its offset.
 void tst_ExifEditor::unorderedDirectories()
 {
     QFETCH(QByteArray, block);
@@ -743,7 +743,7 @@ void tst_ExifEditor::largestBlock()
     const Sandbox sandbox;
     const QString path = sandbox.file(text("file.jpg"), file);
     ExifEditor editor;
-    // Head, directory of one entry, the text and its NUL.
+    // Header, directory with one entry, the text and its NUL.
     const int room = 65527 - 8 - 18;
     editor.setValue(Header::Artist, QExifValue(QString(room, QLatin1Char('x'))));
     QString error;
@@ -758,7 +758,7 @@ void tst_ExifEditor::largestBlock()
     editor.setValue(Header::Artist, QExifValue(QString(room - 1, QLatin1Char('x'))));
     QVERIFY(editor.save(path));
     QCOMPARE(contentOf(path).size(), file.size() + 65537);
-    // A full block still takes what needs no room.
+    // A full block still accepts values that need no room.
     QVERIFY(editor.load(path));
     editor.setValue(Header::Artist, QExifValue(QString(room - 2, QLatin1Char('y'))));
     QVERIFY(editor.save(path));
@@ -771,7 +771,7 @@ void tst_ExifEditor::largestBlock()
     QVERIFY(contentOf(path).size() < file.size() + 100);
 }
 
-// The rest of a block that is larger than a segment stands in the next one.
+// The rest of a block that is larger than a segment is in the next segment.
 void tst_ExifEditor::continuedBlock()
 {
     const QByteArray file = soi() + exifSegment(smallBlock(big))
@@ -838,7 +838,7 @@ void tst_ExifEditor::saveIntoDevice()
     QVERIFY(editor.load(&buffer));
     editor.removeThumbnail();
     QVERIFY(editor.save(&buffer));
-    // Filled up, and only the segment is written.
+    // Padded, so that only the segment is written.
     QCOMPARE(buffer.data().size(), file.size());
     QVERIFY(buffer.data().endsWith(dqt() + scan()));
     QCOMPARE(buffer.writes.size(), 1);
@@ -872,7 +872,8 @@ void tst_ExifEditor::saveRefuses()
     QVERIFY(!editor.save(&sequential));
     QCOMPARE(sequential.content, jpegOf(smallBlock(big)));
 
-    // All names of a file would have to be replaced at once.
+    // A file with several names (hard links) is not replaced, because the others would keep the old
+    // one.
     const Sandbox sandbox;
     const QString path = sandbox.file(text("file.jpg"), jpegOf(smallBlock(big)));
     QVERIFY(QFile(path).exists());
@@ -884,7 +885,7 @@ void tst_ExifEditor::saveRefuses()
     QVERIFY(!editor.save(path, &error));
     QVERIFY2(error.startsWith(text("The file cannot be replaced: ")), qPrintable(error));
     QCOMPARE(contentOf(path), jpegOf(smallBlock(big)));
-    // What fits into one page is written.
+    // A change within one page is written in place.
     QVERIFY(editor.load(path));
     editor.setOrientation(3);
     QVERIFY(editor.save(path));
@@ -946,7 +947,7 @@ void tst_ExifEditor::saveKeepsFile()
     QVERIFY(!error.isEmpty());
 }
 
-// What most callers want
+// Typical uses
 
 void tst_ExifEditor::orientation_data()
 {
@@ -1094,7 +1095,7 @@ void tst_ExifEditor::removeGps()
             edited(fullBlock(order), [](ExifEditor* editor) { editor->removeGps(); });
         QCOMPARE(TiffWalk(saved).entries(),
                  TiffWalk(fullBlock(order)).entriesBut({"GPS", "IFD0 8825"}));
-        // Directory and values, 54 bytes, are nothing but NULs.
+        // The 54 bytes of the directory and its values are all NULs.
         QCOMPARE(saved.mid(138, 54), QByteArray(54, '\0'));
         QCOMPARE(saved.size(), fullBlock(order).size());
     }
@@ -1107,13 +1108,13 @@ void tst_ExifEditor::removeThumbnail()
             edited(fullBlock(order), [](ExifEditor* editor) { editor->removeThumbnail(); });
         QCOMPARE(TiffWalk(saved).entries(), TiffWalk(fullBlock(order)).entriesBut({"IFD1"}));
         QVERIFY(!saved.contains("JPEG"));
-        QCOMPARE(saved.size(), 192); // IFD1 and what belongs to it was the end of the block
+        QCOMPARE(saved.size(), 192); // IFD1 and its data were at the end of the block
     }
 }
 
 // Damage
 
-// A damaged block: whatever it reads as, after a change it reads the same but for the change.
+// A damaged block: after a change it reads the same, whatever that is, except for the change.
 void tst_ExifEditor::mutations()
 {
     QFETCH(QDataStream::ByteOrder, order);

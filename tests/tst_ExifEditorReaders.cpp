@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ExifEditor, judged by the readers that others use: after a change exiftool, exiv2 and libexif
-// read every tag that was not asked to change as before, in photographs and in blocks of every
-// kind.
+// ExifEditor judged by other readers: after a change exiftool, exiv2 and libexif read every tag
+// that was not meant to change as before, in photographs and in blocks of every kind.
 
 #include "ExifEditor.h"
 
@@ -37,12 +36,12 @@ namespace {
 
 // Blocks
 
-/// What can be told apart in a block that has nearly everything.
+/// The variations of a block that has nearly everything.
 struct Kind
 {
     bool sharesValues = false;
     bool overlapsValues = false;
-    bool hasMakerNoteData = false; ///< outside of the note, reached by absolute offsets
+    bool hasMakerNoteData = false; ///< outside of the note, at absolute offsets
 };
 
 /// IFD0 with texts, Exif with a maker note, an interoperability IFD, GPS, IFD1 with a thumbnail.
@@ -56,7 +55,7 @@ QByteArray richBlock(QDataStream::ByteOrder order, const Kind& kind)
     block.tiff();
     block
         .u16(7) // 8
-        .entry(0x010E, 2, 3, 0x61620063) // a text, by chance without its NUL in one order
+        .entry(0x010E, 2, 3, 0x61620063) // a text that happens to lack its NUL in one byte order
         .entry(0x010F, 2, 10, makeAt)
         .entry(0x0110, 2, 6, modelAt)
         .shorts(0x0112, 1, 6)
@@ -163,8 +162,8 @@ QByteArray readByLibexif(const QString& path)
 }
 #endif
 
-/// What each reader says of the files of a folder, one line for each tag. The offsets of thumbnails
-/// are said from the beginning of the file, which the caller leaves alone.
+/// The output of each reader for the files of a folder, one line for each tag. Offsets of
+/// thumbnails are relative to the beginning of the file, which the caller does not change.
 QMap<QString, Lines> readByAll(const QString& folder)
 {
     QMap<QString, Lines> read;
@@ -238,7 +237,7 @@ void tst_ExifEditorReaders::initTestCase()
     mOriginals = mSandbox.folder(text("originals"));
     QMap<QString, QByteArray> files = madeFiles();
     for (const QString& name : expectedPhotos().keys()) {
-        // Of a damaged file the readers give up somewhere, each elsewhere.
+        // The readers give up at different places in a damaged file.
         if (name.endsWith(text(".jpg")) && !name.startsWith(text("broken")))
             files.insert(name, contentOf(photosFolder() + QLatin1Char('/') + name));
     }
@@ -254,7 +253,7 @@ void tst_ExifEditorReaders::initTestCase()
 void tst_ExifEditorReaders::seeTheChangeAlone_data()
 {
     const auto table = columns<Change, QString>(
-        "change", "changed"); // lines that are about what was asked to change
+        "change", "changed"); // lines about the tags that were meant to change
     const auto row = [&](const char* name, const char* changed, const Change& change) {
         table(name, change, text(changed));
     };
@@ -303,7 +302,7 @@ void tst_ExifEditorReaders::seeTheChangeAlone()
     }
     const QMap<QString, Lines> after = readByAll(folder);
     for (const QString& reader : mBefore.keys()) {
-        // Where data lies in the file is no tag; a directory that moves takes it along.
+        // Offsets are not tags; a directory that moves takes its data along.
         const QString ignored = changed + text("|Image.ExifTag|Image.GPSTag");
         const Lines before = without(mBefore[reader], ignored);
         const Lines now = without(after[reader], ignored);

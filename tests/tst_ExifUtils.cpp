@@ -31,8 +31,8 @@ Q_DECLARE_METATYPE(QExifValue)
 
 namespace {
 
-/// A JPEG whose EXIF block, 38 bytes, is IFD0 with one entry: Orientation, of the type, count and
-/// value given in hexadecimal digits.
+/// A JPEG with an EXIF block of 38 bytes: IFD0 with one entry, Orientation, whose type, count and
+/// value are given in hexadecimal.
 QByteArray jpegWithOrientation(const char* typeCountValue)
 {
     const QByteArray block = QByteArray::fromHex("4D4D 002A 00000008 0001 0112")
@@ -160,17 +160,17 @@ void tst_ExifUtils::rotationOfHeader()
     QCOMPARE(ExifUtils::imageExifRotation(header), 0);
     header.setValue(Header::Orientation, value);
     QCOMPARE(ExifUtils::imageExifRotation(header), angle);
-    // The same number in another tag space says nothing.
+    // The same number in another tag space has no meaning.
     header.remove(Header::Orientation);
     header.setValue(static_cast<Header::ExifExtendedTag>(0x0112), value);
     QCOMPARE(ExifUtils::imageExifRotation(header), 0);
 }
 
-// What could be read before the damage counts.
+// What could be read before the damage is used.
 void tst_ExifUtils::rotationOfDamagedBlock()
 {
     QByteArray file = jpegWithOrientation("0003 00000001 00060000");
-    file.truncate(2 + 4 + 6 + 22); // directly behind the entry
+    file.truncate(2 + 4 + 6 + 22); // directly after the entry
     QBuffer buffer(&file);
     buffer.open(QIODevice::ReadOnly);
     QCOMPARE(ExifUtils::imageExifRotation(&buffer), 90);
@@ -243,7 +243,7 @@ void tst_ExifUtils::clearRotationFails_data()
     row("not a JPEG", "GIF89a");
     row("no EXIF", QByteArray::fromHex("FFD8 FFDB 0004 0102 FFD9"));
     row("broken block", QByteArray::fromHex("FFD8 FFE1 000C") + QByteArray("Exif\0\0", 6) + "????");
-    // An EXIF segment behind another APP1 segment is not looked for.
+    // An EXIF segment after another APP1 segment is ignored.
     row("XMP first",
         QByteArray::fromHex("FFD8 FFE1 0006 41424344")
             + jpegWithOrientation("0003 00000001 00060000").mid(2));
@@ -286,7 +286,7 @@ void tst_ExifUtils::clearRotationOfReadOnlyFile()
     QCOMPARE(contentOf(fileName), content);
 }
 
-// A block that has no room left for one more entry.
+// A block without room for one more entry.
 void tst_ExifUtils::clearRotationWithoutRoom()
 {
     QTemporaryDir folder;
@@ -322,7 +322,7 @@ void tst_ExifUtils::photos()
     const QJsonObject expected = expectedPhotos()[fileName].toObject();
     const QByteArray before = contentOf(path);
 
-    // The first APP1 segment of a JPEG decides; where that is not EXIF there is no orientation.
+    // The first APP1 segment of a JPEG decides; if that is not EXIF there is no orientation.
     const bool hasBlock = Header().loadFromJpeg(path);
     int angle = 0;
     switch (hasBlock ? expected[QStringLiteral("orientation")].toInt() : 0) {
@@ -348,8 +348,8 @@ void tst_ExifUtils::photos()
         QVERIFY(contentOf(copy) == before);
         return;
     }
-    // Where EXIF is neither the first segment nor the one behind JFIF, the new segment comes before
-    // it, so that it is the one that counts in each case.
+    // If EXIF is neither the first segment nor the one after JFIF, the new segment is inserted
+    // before it, so that readers find the new one first.
     QCOMPARE(ExifUtils::imageExifRotation(copy), 0);
     QCOMPARE(QImage::fromData(contentOf(copy), "JPG"), QImage::fromData(before, "JPG"));
 
@@ -440,7 +440,7 @@ void tst_ExifUtils::orientationBehindXmp()
     QCOMPARE(ExifUtils::imageExifRotation(path), 0);
 }
 
-// A file that ends behind the first directory, and a device that is read up to there.
+// A file that ends after the first directory, and a device that is read up to that point.
 void tst_ExifUtils::orientationReadsNoFurther()
 {
     const QByteArray file = jpegWithOrientation("0003 00000001 00080000");
@@ -453,7 +453,7 @@ void tst_ExifUtils::orientationReadsNoFurther()
 
 void tst_ExifUtils::setOrientationChangesTwoBytes_data()
 {
-    const auto row = columns<QByteArray, int>("file", "place"); // of the two bytes
+    const auto row = columns<QByteArray, int>("file", "place"); // the offset of the two bytes
     row("big endian", jpegWithOrientation("0003 00000001 00060000"), 30);
     row("little endian", soi() + exifSegment(fullBlock(little)) + scan(), 12 + 8 + 2 + 12 + 8);
     row("behind XMP", soi() + xmp() + jpegWithOrientation("0003 00000001 00060000").mid(2),
@@ -553,7 +553,7 @@ void tst_ExifUtils::setOrientationFails()
     QCOMPARE(contentOf(path), content);
 }
 
-// The entry of another type lies in two pages: the file is replaced in one step.
+// The entry of another type crosses a page boundary: the file is replaced in one step.
 void tst_ExifUtils::setOrientationAcrossPages()
 {
     const QByteArray file = jpegWithOrientation("0009 00000001 00000006").mid(2);
@@ -562,10 +562,10 @@ void tst_ExifUtils::setOrientationAcrossPages()
     const int commentSize = 4096 - 26 - 4;
     const QString path = sandbox.file(text("file.jpg"),
                                       soi() + segment(0xFFFE, QByteArray(commentSize, ' ')) + file);
-    QFile held(path); // so that no other file gets its number
+    QFile held(path); // keeps the inode number from being reused
     QVERIFY(held.open(QIODevice::ReadOnly));
 #ifdef Q_OS_WIN
-    // A file that is open cannot be replaced, and stays as it is.
+    // An open file cannot be replaced, and stays as it is.
     const QByteArray before = contentOf(path);
     QVERIFY(!ExifUtils::setOrientation(path, 3));
     QCOMPARE(contentOf(path), before);
@@ -587,7 +587,7 @@ void tst_ExifUtils::setOrientationAcrossPages()
 
 namespace {
 
-/// The latitude that the blocks of TiffBuilder.h state, as it stands in a file.
+/// The latitude of the blocks in TiffBuilder.h, as it is stored in a file.
 QByteArray latitude(QDataStream::ByteOrder order)
 {
     return TiffBuilder(order).u32(47).u32(1).u32(30).u32(1).u32(5).u32(2);
@@ -626,7 +626,7 @@ void tst_ExifUtils::removeLocation()
     const QByteArray after = contentOf(path);
     QCOMPARE(after.size(), file.size());
     QVERIFY(!after.contains(latitude(little)) && !after.contains(latitude(big)));
-    // The blocks read as before but for their GPS directories.
+    // The blocks read the same except for their GPS directories.
     int blocks = 0;
     for (int at = 0; (at = int(file.indexOf(QByteArray("Exif\0\0", 6), at))) >= 0; at += 6) {
         const int size = int(fullBlock(big).size());
@@ -687,7 +687,7 @@ void tst_ExifUtils::removeLocationFromXmp()
         sandbox.file(text("file.jpg"), soi() + xmpSegment(before) + dqt() + scan());
     QVERIFY(ExifUtils::removeLocation(path));
     QCOMPARE(contentOf(path), soi() + xmpSegment(after) + dqt() + scan());
-    // The same in a packet that is in no segment.
+    // The same in a packet outside of any segment.
     const auto inNoSegment = [](const QByteArray& xml) {
         return soi() + dqt() + scan() + "<x:xmpmeta>" + xml + "</x:xmpmeta>tail";
     };
@@ -699,7 +699,7 @@ void tst_ExifUtils::removeLocationFromXmp()
     QCOMPARE(contentOf(path).size(), inNoSegment(before).size());
 }
 
-// A packet of several segments, the cut in the middle of a property.
+// A packet of several segments, split in the middle of a property.
 void tst_ExifUtils::removeLocationFromExtendedXmp()
 {
     const QByteArray xml = "<x:xmpmeta><a>" + QByteArray(100, 'x')
@@ -729,7 +729,7 @@ void tst_ExifUtils::removeLocationFromExtendedXmp()
     QCOMPARE(contentOf(path), file(expected));
 }
 
-// A block of more than one segment: the others have no head of their own.
+// A block of more than one segment: only the first has a header.
 void tst_ExifUtils::removeLocationFromJoinedBlock()
 {
     const QByteArray block = fullBlock(big);
@@ -745,8 +745,8 @@ void tst_ExifUtils::removeLocationFromJoinedBlock()
     QVERIFY(after.endsWith(scan()));
 }
 
-// Directories that lie across other things, or that lead to each other in ways nobody writes: what
-// cannot be taken out with certainty is not said to be gone.
+// Directories that overlap other data, or that refer to each other in unusual ways: what cannot be
+// removed with certainty is not reported as removed.
 void tst_ExifUtils::removeLocationFromTangledBlock_data()
 {
     const auto row = columns<QByteArray>("block");
@@ -755,7 +755,7 @@ void tst_ExifUtils::removeLocationFromTangledBlock_data()
         block.u16(1).entry(0x0002, 5, 3, behind).u32(0).raw(latitude(big));
     };
 
-    // The name of the camera lies across IFD0, which moves then and leaves its old bytes behind.
+    // The name of the camera overlaps IFD0, which then moves and leaves its old bytes behind.
     TiffBuilder across(big);
     across.tiff(8).u16(3).entry(0x010F, 2, 40, 8).entry(0x8769, 4, 1, 50).entry(0x8825, 4, 1, 68);
     across.u32(0).u16(1).entry(0xA005, 4, 1, 8).u32(0); // 50: Exif, which leads to IFD0
@@ -781,7 +781,8 @@ void tst_ExifUtils::removeLocationFromTangledBlock_data()
     many.raw(QByteArray(2 * count, '\0'));
     row("a hundred directories", many.all());
 
-    // Each of the 5,000 entries leads to a directory of its own, which has all that follows in it.
+    // Each of the 5,000 entries leads to a directory of its own, which contains everything after
+    // it.
     TiffBuilder large(big);
     const int most = 5000;
     large.tiff(8).u16(most);
@@ -801,7 +802,7 @@ void tst_ExifUtils::removeLocationFromTangledBlock()
     QVERIFY(!ExifUtils::removeLocation(path, &error));
     QCOMPARE(error, text("The EXIF data of the picture is damaged."));
     QCOMPARE(contentOf(path), file);
-    // Taken over to another file, without the block.
+    // Transferred to another file, without the block.
     QImage pixels(8, 8, QImage::Format_RGB32);
     pixels.fill(Qt::blue);
     QVERIFY(pixels.save(path, "jpeg"));
@@ -828,7 +829,7 @@ void tst_ExifUtils::removeLocationFails()
     QCOMPARE(::link(QFile::encodeName(path).constData(),
                     QFile::encodeName(sandbox(text("name.jpg"))).constData()),
              0);
-    // Within one page it is written where it stands.
+    // A change within one page is written in place.
     QVERIFY(ExifUtils::removeLocation(path, &error));
     writeFile(path, soi() + segment(0xFFFE, QByteArray(3900, ' ')) + file.mid(2));
     const QByteArray content = contentOf(path);
@@ -857,7 +858,7 @@ void tst_ExifUtils::removeLocationFromPhotos()
     const QByteArray gps = outputOf(
         exiftool, options + QStringList{text("-GPS*"), text("-*Latitude*"), sandbox.root()});
     QVERIFY2(!gps.contains("GPS") && !gps.contains("atitude"), gps.constData());
-    // All other tags read as before; directories are counted from other places of the disk.
+    // All other tags read as before; readers number the directories differently.
     const auto others = [&](const QString& folder) {
         QList<QByteArray> lines =
             outputOf(exiftool,
@@ -944,7 +945,7 @@ void tst_ExifUtils::removeMetadataFails()
     QVERIFY(!ExifUtils::removeMetadata(QString()));
     QVERIFY(!ExifUtils::removeMetadata(sandbox.file(text("text"), "text"), &error));
     QCOMPARE(error, text("The file is not a JPEG picture."));
-    // A length that cannot be, and a picture that begins again: decoders go on, and what belongs to
+    // An impossible length, and a picture that starts again: decoders continue, and what belongs to
     // the picture is anybody's guess.
     for (const char* const damage : {"FFE20000", "FFFE0001", "FFE20002FFD8"}) {
         const QByteArray damaged = soi() + xmp() + hex(damage) + dqt() + scan();
@@ -973,7 +974,7 @@ void tst_ExifUtils::removeMetadataFromPhotos()
         const QString path = sandbox.file(name, before);
         QString error;
         if (!ExifUtils::removeMetadata(path, &error, ExifUtils::Rotated::KeepOrientation)) {
-            // It ends before its picture begins: nothing would be left.
+            // It ends before its picture begins: nothing would remain.
             QVERIFY2(name.startsWith(text("broken-file-ends-inside-app1")),
                      qPrintable(name + error));
             QCOMPARE(error, text("The file is not a JPEG picture."));

@@ -27,7 +27,7 @@ private Q_SLOTS:
     void missingCommand();
 
 private:
-    // What the command was called with, one argument a line, once it has ended.
+    // The arguments of the command, one per line, once it has ended.
     QStringList calledWith() const;
     void installCommand(const QByteArray& body);
 
@@ -40,7 +40,7 @@ void tst_FileSystemGuiService::init()
     mDir.reset(new QTemporaryDir);
     QVERIFY(mDir->isValid());
     mPath = qgetenv("PATH");
-    // Found first, so that no command of the machine is ever run.
+    // Found first, so that no real command is ever run.
     QVERIFY(qputenv("PATH", QFile::encodeName(mDir->path()) + ':' + mPath));
     installCommand("");
 }
@@ -127,7 +127,7 @@ void tst_FileSystemGuiService::openProgramBelongsToParent()
 void tst_FileSystemGuiService::missingCommand()
 {
     SKIP_ON_WINDOWS("the programs that are called are shell scripts");
-    // A PATH with nothing in it.
+    // A PATH without any program.
     QVERIFY(QFile::remove(mDir->path() + QStringLiteral("/open")));
     QVERIFY(qputenv("PATH", QFile::encodeName(mDir->path())));
     LogCapture log;

@@ -134,7 +134,7 @@ void tst_FileUtils::parentFolder_data()
     const auto row = columns<QString, QString>("path", "parent");
     row("folder with slash", "/a/b/", "/a/");
 #ifdef Q_OS_WIN
-    // What begins with a slash lies on the current drive.
+    // A path that begins with a slash is on the current drive.
     const QString drive = QDir::currentPath().left(2);
 #else
     const QString drive;
@@ -192,7 +192,8 @@ void tst_FileUtils::elidedFolderIsCutAtASlash()
             QCOMPARE(shown, elided);
             continue;
         }
-        // Whole components behind three full stops, as many as the font's own text still holds.
+        // Whole components after three full stops, as many as fit into the width of the font's own
+        // text.
         QVERIFY2(shown.startsWith(text(".../")), qPrintable(shown));
         QVERIFY(path.endsWith(shown.mid(3)));
         QCOMPARE(shown.mid(3), elided.mid(slash));
@@ -204,7 +205,7 @@ void tst_FileUtils::elidedFolderIsCutAtASlash()
 void tst_FileUtils::elidedFolderWithoutUsefulRest()
 {
     const QFontMetrics metrics{QFont()};
-    // Nothing but the separator is left behind the ellipsis.
+    // Only the separator is left after the ellipsis.
     QString folder = text("/home/averyveryverylongnameofafolder/");
     bool met = false;
     for (int width = metrics.size(0, folder).width(); width > 0 && !met; --width) {
@@ -255,7 +256,7 @@ void tst_FileUtils::normalizeFilenameKeepsOnlyThePortableSet()
     QCOMPARE(kept, text("()-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz"));
 }
 
-/// The rule told in full: decompose, simplify, drop what is not portable.
+/// The rule spelled out: decompose, simplify, drop what is not portable.
 void tst_FileUtils::normalizeFilenameOfEachCharacter()
 {
     const QRegExp dropped(text("[^a-zA-Z0-9()\\s\\-\\_\\.]"));
@@ -270,7 +271,7 @@ void tst_FileUtils::normalizeFilenameOfEachCharacter()
     }
 }
 
-/// Takes a time that is proportional to the length.
+/// The time must be proportional to the length.
 void tst_FileUtils::normalizeFilenameOfManyAccents()
 {
     const int count = 2 << 20;
@@ -345,10 +346,10 @@ void tst_FileUtils::fileSizeToStringFollowsTheDefaultLocale_data()
     row("fr_CA", "1.50 Ko");
     row("fr_CH", "1.50 Ko");
     row("en_GB", "1.50 kB");
-    row("de_DE", "1.50 kB"); // which has a decimal comma
+    row("de_DE", "1.50 kB"); // uses a decimal comma
     row("fur_IT", "1.50 kB"); // Friulian
     row("fy_NL", "1.50 kB"); // Western Frisian
-    row("ar_EG", "1.50 kB"); // which has digits of its own
+    row("ar_EG", "1.50 kB"); // uses digits of its own
 }
 
 void tst_FileUtils::fileSizeToStringFollowsTheDefaultLocale()
@@ -386,7 +387,7 @@ void tst_FileUtils::folderExists()
     QTEST(FileUtils::folderExists(box(relative)), "expected");
     const CurrentFolder current(box.root());
     QTEST(FileUtils::folderExists(relative), "expected");
-    // Blanks are no folder even where one of that name exists.
+    // Blanks are not a folder, even if a folder of that name exists.
     box.folder(text("  "));
     QVERIFY(!FileUtils::folderExists(QString()));
     QVERIFY(!FileUtils::folderExists(text("  ")));
@@ -517,7 +518,7 @@ void tst_FileUtils::readFileContentThatCannotBeOpened()
         text("info orvautils FileUtils readFileContent: FileUtils::readFileContent error :  ")
         + box(name) + text("  ne peut etre ouvert !");
     QCOMPARE(FileUtils::readFileContent(box(name), true), QByteArray());
-    QCOMPARE(FileUtils::readFileContent(box(name)), QByteArray()); // logs by default
+    QCOMPARE(FileUtils::readFileContent(box(name)), QByteArray()); // logged by default
     QCOMPARE(log.lines(), QStringList({record, record}));
 }
 
@@ -525,7 +526,7 @@ void tst_FileUtils::readFileContentTooLarge()
 {
     Sandbox box;
     const QString path = box.file(text("file"));
-    QVERIFY(QFile::resize(path, qint64(3) << 30)); // takes no space
+    QVERIFY(QFile::resize(path, qint64(3) << 30)); // a sparse file
     LogCapture log;
     QCOMPARE(FileUtils::readFileContent(path), QByteArray());
     QCOMPARE(log.lines(),
@@ -545,7 +546,7 @@ void tst_FileUtils::writeFileContent()
     Sandbox box;
     LogCapture log;
     QString error = text("from before");
-    // The folder is made.
+    // The folder is created.
     QVERIFY(FileUtils::writeFileContent(box(text("new/folder/file")), content, &error));
     QVERIFY(contentOf(box(text("new/folder/file"))) == content);
     QVERIFY(FileUtils::writeFileContent(box(text("new/other")), content));
@@ -573,11 +574,11 @@ void tst_FileUtils::writeFileContentThatCannotBeOpened()
     QString error = text("from before");
     QVERIFY(!FileUtils::writeFileContent(QString(), "data", &error));
     QCOMPARE(error, text("from before"));
-    // The folder cannot be made: its message, no record.
+    // The folder cannot be created: an error, but no record.
     QVERIFY(!FileUtils::writeFileContent(file + text("/sub/x"), "data", &error));
     QCOMPARE(error, text("(fileMkPath) Cant create folder '") + file + text("/sub' !"));
     QCOMPARE(log.lines(), QStringList());
-    // A folder stands in the way.
+    // A folder has that name.
     QVERIFY(!FileUtils::writeFileContent(folder, "data", &error));
     QCOMPARE(error, text("Cannot open (WriteOnly) ") + folder);
     QVERIFY(!FileUtils::writeFileContent(folder, "data"));
@@ -594,7 +595,7 @@ void tst_FileUtils::writeFileContentHalfWay_data()
     row("more than any buffer", 1000000);
 }
 
-// A disk that is full, played by the limit of the size of a file.
+// A full disk, simulated by a limit on the file size.
 void tst_FileUtils::writeFileContentHalfWay()
 {
     SKIP_ON_WINDOWS("there is no limit of files and their size");
@@ -677,7 +678,7 @@ void tst_FileUtils::replaceInFileThatCannotBeWritten()
     box.lock(path, 0444);
     const OrdinaryUser ordinary;
     LogCapture log;
-    // True all the same.
+    // The result is true nevertheless.
     QVERIFY(FileUtils::replaceInFile(path, text("a"), text("b")));
     QCOMPARE(contentOf(path), QByteArray("abc"));
     QCOMPARE(log.lines(),
@@ -730,15 +731,15 @@ void tst_FileUtils::fileStamp()
     const QString before = FileUtils::fileStamp(path);
     QVERIFY(!before.isEmpty());
     QCOMPARE(contentOf(path), QByteArray("12345"));
-    QCOMPARE(FileUtils::fileStamp(path), before); // to be read changes nothing
-#ifndef Q_OS_WIN // which looks at no folder that the path leaves again
+    QCOMPARE(FileUtils::fileStamp(path), before); // reading changes nothing
+#ifndef Q_OS_WIN // which does not check folders that the path leaves again
     QCOMPARE(FileUtils::fileStamp(box.link(text("link"), text("a"))), before);
     QCOMPARE(FileUtils::fileStamp(box(text("x/../a"))), QString());
 #endif
     box.folder(text("x"));
     QCOMPARE(FileUtils::fileStamp(box(text("x/../a"))), before);
 
-    // Another one in its place, of the same bytes and time.
+    // Another file in its place, with the same bytes and time.
     const QString other = box.file(text("b"), "12345");
     struct stat status = {};
     QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
@@ -758,7 +759,7 @@ void tst_FileUtils::fileStampOfAChange_data()
     const auto row = columns<int>("change");
     row("larger", 0);
     row("same size", 1);
-#ifndef Q_OS_WIN // which has none of them
+#ifndef Q_OS_WIN // which has none
     row("permissions", 2);
 #endif
     row("time set back", 3);
@@ -781,7 +782,7 @@ void tst_FileUtils::fileStampOfAChange()
             ::utimensat(AT_FDCWD, name.constData(), epoch, 0);
         return FileUtils::fileStamp(path);
     };
-    QTRY_VERIFY(alter() != before); // as soon as the clock of the file system has moved
+    QTRY_VERIFY(alter() != before); // as soon as the clock of the file system advances
     QVERIFY(!alter().isEmpty());
 }
 
@@ -846,7 +847,7 @@ void tst_FileUtils::writingRightRefused()
     QCOMPARE(error, reason);
     QVERIFY(!FileUtils::checkWritingRightInFolder(folder, text("Photos"), &error));
     QCOMPARE(error, text("Cant write in Photos error=") + reason);
-    // Filled in one pass.
+    // All places are filled in one pass.
     QVERIFY(!FileUtils::checkWritingRightInFolder(folder, text("%2 %1"), &error));
     QCOMPARE(error, text("Cant write in %2 %1 error=") + reason);
     QVERIFY(!FileUtils::checkWritingRightInFolder(folder, text("Photos")));
@@ -881,8 +882,8 @@ void tst_FileUtils::writingRightOfNoFolder()
     QCOMPARE(error, text("Folder is not valid ! (empty)"));
     QVERIFY(!FileUtils::checkWritingRightInFolder(QString(), label));
 
-#ifndef Q_OS_WIN // which ends names before their blanks
-    // Blanks are a name: they are not trimmed.
+#ifndef Q_OS_WIN // which ignores blanks at the end of a name
+    // A name may consist of blanks: they are not trimmed.
     Sandbox box;
     const QString former = QDir::currentPath();
     QVERIFY(QDir::setCurrent(box.root()));
@@ -914,7 +915,7 @@ void tst_FileUtils::workingFolderBlocked()
 
 void tst_FileUtils::contentTextsAreTranslated()
 {
-    // A translator that marks what goes through it, over two lines.
+    // A translator that marks what it translates, on two lines.
     class Marker : public QTranslator
     {
     public:
@@ -939,7 +940,7 @@ void tst_FileUtils::contentTextsAreTranslated()
              text("<<br>Your working folder /x seem not accessible en write, change it or consult "
                   "<a href='doc'><<br>Documentation</a>"));
     QCoreApplication::removeTranslator(&marker);
-    // What is logged is not translated.
+    // Log records are not translated.
     QCOMPARE(log.lines(),
              QStringList(text("warning orvautils FileUtils writeFileContent: cannot open file  ")
                          + folder));
@@ -949,18 +950,18 @@ void tst_FileUtils::contentTextsAreTranslated()
 
 void tst_FileUtils::iconOfTheApplication_data()
 {
-    // shipped: its name in the folder of the application's icons
+    // shipped: the name in the folder of the application's icons
     const auto row = namedByText(columns<QString, QString>("name", "shipped"));
     row("a.pdf", "file.pdf");
     row("/x/y.b/A.B.PDF", "file.pdf");
-    row("a.odt", "file.pdf"); // of which none is shipped
+    row("a.odt", "file.pdf"); // none is shipped for these
 }
 
 void tst_FileUtils::iconOfTheApplication()
 {
     QFETCH(QString, name);
     QFETCH(QString, shipped);
-    // The folder of the application's own data, beside the test program.
+    // The folder of the application's own data, next to the test program.
     const QString icons = ApplicationUtils::pathDatas() + text("suffix_icons/");
     QVERIFY(QDir().mkpath(icons));
     QFile file(icons + shipped);

@@ -24,7 +24,7 @@
 
 namespace {
 
-/// The permissions of a file as the system has them.
+/// The permissions of a file as the system reports them.
 int modeOf(const QString& path)
 {
     struct stat status;
@@ -32,7 +32,7 @@ int modeOf(const QString& path)
                                                                    : -1;
 }
 
-/// A device whose reads and writes are counted, and whose reads may dry up.
+/// A device that counts reads and writes, and whose data may run out.
 class CountingDevice : public QIODevice
 {
 public:
@@ -163,11 +163,11 @@ void tst_FileUtilsCopies::forceCopy()
     QVERIFY(FileUtils::forceCopy(source, box(destination)));
     QCOMPARE(contentOf(box(destination)), QByteArray("a\0b\r\n", 5));
     QCOMPARE(contentOf(source), QByteArray("a\0b\r\n", 5));
-    // Nothing temporary stays beside the copy.
+    // No temporary file is left next to the copy.
     const QFileInfo info(box(destination));
     QVERIFY(info.dir().entryList({text("*temp*")}, QDir::AllEntries | QDir::Hidden).isEmpty());
     QCOMPARE(log.lines(), QStringList());
-    // And once more, now over itself.
+    // Once more, now over the copy.
     QVERIFY(FileUtils::forceCopy(box.file(text("source"), "new"), box(destination)));
     QCOMPARE(contentOf(box(destination)), QByteArray("new"));
 }
@@ -199,11 +199,12 @@ void tst_FileUtilsCopies::copiedPermissionsAreThoseOfQFile()
     SKIP_ON_WINDOWS("there are no modes of POSIX");
     Sandbox box;
     const QString source = box.file(text("tree/file"));
-    // Every right of the owner beside some, which decide nothing, of the others.
+    // All combinations of the owner's permissions, and some of the others', which make no
+    // difference.
     for (mode_t index = 0; index < 32; ++index) {
         const mode_t others[] = {0, 044, 066, 011};
         changeMode(source, (index % 8) << 6 | others[index / 8]);
-        // Who may not read it sees it refused by all of them.
+        // A user who may not read the file is refused by all of them.
         const bool expected = QFile::copy(source, box(text("expected")));
         const int mode = modeOf(box(text("expected")));
         LogCapture log;
@@ -290,7 +291,7 @@ void tst_FileUtilsCopies::forceCopyCannotCopy()
 void tst_FileUtilsCopies::forceCopyLeavesNothingBehindAFailure()
 {
     SKIP_ON_WINDOWS("there is no limit of files and their size");
-    // The disk takes the first piece of the file and refuses the rest.
+    // The disk accepts the first part of the file and refuses the rest.
     Sandbox box;
     const QString source = box.file(text("source"), QByteArray(100000, 'a'));
     for (const QString& destination : {text("copy"), text("folder/copy")}) {
@@ -412,7 +413,7 @@ void tst_FileUtilsCopies::forceCopyResource()
     QVERIFY(FileUtils::forceCopy(text(":/tree/sub/b.txt"), box(text("x/a.txt"))));
     QCOMPARE(contentOf(box(text("x/a.txt"))), QByteArray("another\n"));
 #ifndef Q_OS_WIN
-    // A file of the disk may have a colon in its name as well.
+    // A file on disk may have a colon in its name.
     const CurrentFolder current(box.root());
     box.file(text("a:b"), "colon");
     QVERIFY(FileUtils::forceCopy(text("a:b"), text("c:d")));
@@ -515,7 +516,7 @@ void tst_FileUtilsCopies::copyDirMergeDecides()
 void tst_FileUtilsCopies::copyDirNestedFoldersAreMerged()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
-    // A link in the destination to a folder is a folder that is present: it is merged into.
+    // A link to a folder in the destination counts as an existing folder and is merged into.
     Sandbox box;
     box.file(text("s/sub/a"), "new");
     box.folder(text("d"));
@@ -550,7 +551,7 @@ void tst_FileUtilsCopies::copyDirMissingSource()
                              + text(" Doesnt exists")));
         QCOMPARE(treeOf(box.root()), before);
     }
-    // The current folder is not meant by an empty path.
+    // An empty path does not mean the current folder.
     const CurrentFolder current(box(text("d")));
     LogCapture log;
     QVERIFY(!FileUtils::copyDir(QString(), box(text("copy")), false));
@@ -612,7 +613,7 @@ void tst_FileUtilsCopies::copyDirStopsAtAFile()
 {
     Sandbox box;
     box.file(text("s/a"), "new");
-    // A folder cannot be overwritten by a file.
+    // A folder cannot be replaced by a file.
     box.file(text("d/a/kept"), "old");
     LogCapture log;
     QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), true));
@@ -635,13 +636,13 @@ void tst_FileUtilsCopies::copyDirStopsInAFolder()
     box.file(text("d/sub/deep"), "old");
     LogCapture log;
     QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), true));
-    // The level that failed has logged, the ones above it add nothing.
+    // The level that failed has logged; those above it do not log again.
     QCOMPARE(log.lines(),
              QStringList(text("warning orvautils FileUtils copyDir: unable to mkdir ")
                          + box(text("d/sub/deep"))));
     QCOMPARE(treeOf(box(text("d"))), QStringList({text("sub/"), text("sub/deep=old")}));
 
-    // What was copied before stays.
+    // What was copied before is kept.
     changeMode(box.file(text("t/x/unreadable")), 0);
     const OrdinaryUser user;
     LogCapture second;
@@ -660,7 +661,7 @@ void tst_FileUtilsCopies::copyDirUnreadableFolder()
 {
     SKIP_ON_WINDOWS(
         "no permission there refuses reading, and under wine none refuses writing to root");
-    // A folder that cannot be listed is no empty folder.
+    // A folder that cannot be listed is not treated as empty.
     if (portable && getuid() == 0)
         QSKIP("QDir answers for the user who started the process, and root reads every folder");
     Sandbox box;
@@ -680,7 +681,7 @@ void tst_FileUtilsCopies::copyDirSparesTheDestination()
 {
     SKIP_ON_WINDOWS(
         "no permission there refuses reading, and under wine none refuses writing to root");
-    // A source that cannot be read does not cost the destination its life.
+    // An unreadable source does not destroy the destination.
     if (portable && getuid() == 0)
         QSKIP("QDir answers for the user who started the process, and root reads every folder");
     Sandbox box;
@@ -742,7 +743,7 @@ void tst_FileUtilsCopies::copyDirOntoItself()
 
 void tst_FileUtilsCopies::copyDirBesideItself()
 {
-    // A name that merely begins like the source's is another folder.
+    // A name that merely starts with that of the source is another folder.
     Sandbox box;
     box.file(text("s/a"), "1");
     QVERIFY(FileUtils::copyDir(box(text("s")), box(text("s2")), false));
@@ -794,7 +795,7 @@ void tst_FileUtilsCopies::copyDirReplacesALink()
     QVERIFY(!QFileInfo(box(text("d"))).isSymLink());
     QCOMPARE(treeOf(box(text("d"))), QStringList(text("a=new")));
     QCOMPARE(treeOf(box(text("outside"))), QStringList(text("sentinel=kept")));
-    // With merge the link is an existing folder.
+    // With merge, the link counts as an existing folder.
     box.link(text("m"), text("outside"));
     QVERIFY(FileUtils::copyDir(box(text("s")), box(text("m")), true));
     QCOMPARE(treeOf(box(text("outside"))), QStringList({text("a=new"), text("sentinel=kept")}));
@@ -803,8 +804,8 @@ void tst_FileUtilsCopies::copyDirReplacesALink()
 void tst_FileUtilsCopies::copyDirLinkIntoTheSource()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
-    // A folder of the destination is a link into the source: copying through it would overwrite
-    // what is still to be copied.
+    // A folder in the destination is a link into the source: copying through it would overwrite
+    // files that are still to be copied.
     Sandbox box;
     box.file(text("s/x/f"), "x");
     box.file(text("s/y/f"), "y");
@@ -822,7 +823,7 @@ void tst_FileUtilsCopies::copyDirLinkIntoTheSource()
 void tst_FileUtilsCopies::copyDirLinkAroundBoth()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
-    // A link in the source leads to a folder that holds the destination: a copy without an end.
+    // A link in the source leads to a folder that contains the destination: an endless copy.
     Sandbox box;
     box.file(text("p/s/a"), "1");
     box.link(text("p/s/up"), text(".."));
@@ -870,7 +871,7 @@ void tst_FileUtilsCopies::copyDirEmptyDestination()
 void tst_FileUtilsCopies::copyDirResources()
 {
     Sandbox box;
-#ifndef Q_OS_WIN // where the current folder is not removed
+#ifndef Q_OS_WIN // where the current folder cannot be removed
     const CurrentFolder current(box.folder(text("d")));
 #endif
     for (const bool merge : {true, false}) {
@@ -905,7 +906,7 @@ void tst_FileUtilsCopies::segmentedCopy()
     for (const QByteArray& piece : qAsConst(destination.writes))
         written += piece;
     QCOMPARE(written, QByteArray("0123456789"));
-    // Nothing is left to copy.
+    // There is nothing left to copy.
     QCOMPARE(FileUtils::segmentedCopy(source, destination, segmentSize), 0);
 }
 
@@ -931,7 +932,7 @@ void tst_FileUtilsCopies::segmentedCopyStopsOnAnEmptyRead()
 
 void tst_FileUtilsCopies::segmentedCopyCountsWhatWasRequested()
 {
-    // The source says 6 and gives 2 at the second read, then nothing more: 4 + 4 were requested.
+    // The source reports 6 bytes, returns 2 at the second read and then none: 4 + 4 were requested.
     CountingDevice source("012345", 6);
     CountingDevice destination{QByteArray()};
     QCOMPARE(FileUtils::segmentedCopy(source, destination, 4), 8);
@@ -950,7 +951,7 @@ void tst_FileUtilsCopies::segmentedCopyLeavesDevicesOpen()
     QCOMPARE(destination.data(), QByteArray("3456789"));
     QVERIFY(source.isOpen());
     QVERIFY(destination.isOpen());
-    // A destination that takes nothing is not noticed.
+    // A destination that accepts nothing is not noticed.
     QBuffer closed;
     source.seek(0);
     LogCapture log;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Folder trees that take the place of others as a whole.
+// Replacing whole folder trees.
 
 #include "FileUtils.h"
 
@@ -30,7 +30,7 @@
 
 namespace {
 
-/// A tree with a bit of everything that can be copied, below "s", and another one below "d".
+/// A tree below "s" with all kinds of entries that can be copied, and another one below "d".
 void makeTrees(Sandbox& box)
 {
     box.file(text("s/a"), "new");
@@ -68,7 +68,7 @@ bool haveSameTime(const struct stat& one, const struct stat& other)
         && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
 }
 
-/// Replaces a folder in a process that is killed in the midst of it.
+/// Replaces a folder in a process that is killed halfway.
 void killWhileReplacing(const QString& source, const QString& destination)
 {
     const pid_t child = fork();
@@ -91,7 +91,7 @@ void killWhileReplacing(const QString&, const QString&)
 }
 #endif
 
-/// The hidden folders in which copies are completed.
+/// The hidden folders in which copies are prepared.
 QStringList stagesIn(const QString& folder)
 {
     return QDir(folder).entryList({text(".orvautils-*")},
@@ -153,7 +153,7 @@ void tst_FileUtilsReplaceDir::replaces()
     QCOMPARE(treeOf(box(text("s"))), source);
     QCOMPARE(error, QString());
     QCOMPARE(log.lines(), QStringList());
-    // Nothing is left beside it.
+    // Nothing else is left next to it.
     QVERIFY(treeOf(box.root()).filter(text(".orvautils-")).isEmpty());
 }
 
@@ -188,7 +188,7 @@ void tst_FileUtilsReplaceDir::keepsTimesAndPermissions()
 void tst_FileUtilsReplaceDir::keepsReadOnlyFolders()
 {
     SKIP_ON_WINDOWS("folders there take new files whatever their mode");
-    // A folder that must not be written to is copied, and goes when it is replaced.
+    // A read-only folder is copied, and is removed when it is replaced.
     Sandbox box;
     const OrdinaryUser user;
     box.file(text("s/sub/a"), "new");
@@ -252,7 +252,7 @@ void tst_FileUtilsReplaceDir::keepsExtendedAttributes()
 #endif
 }
 
-/// A folder may give an access control list to whatever is made in it, and so to the copy.
+/// A folder may pass on an access control list to whatever is made in it, here to the copy.
 void tst_FileUtilsReplaceDir::inheritedAttributesGo()
 {
 #if defined(Q_OS_LINUX)
@@ -396,7 +396,7 @@ void tst_FileUtilsReplaceDir::killed()
     killWhileReplacing(box(text("s")), box(text("d")));
     killWhileReplacing(box(text("s")), box(text("e")));
     QCOMPARE(treeOf(box(text("d"))), before);
-    // Each goes with the next replacement of its folder, also where that is killed or fails.
+    // Each is removed by the next replacement of its folder, even if that is killed or fails.
     QCOMPARE(stagesIn(box.root()).size(), 2);
     QVERIFY(FileUtils::replaceDir(box(text("s")), box(text("d"))));
     QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
@@ -410,7 +410,7 @@ void tst_FileUtilsReplaceDir::killed()
 void tst_FileUtilsReplaceDir::replacedMeanwhile()
 {
     SKIP_ON_WINDOWS("no signal kills a process in its midst");
-    // What somebody else works on is no leftover, although it is for the same folder.
+    // The files of a running process are not removed, although they are for the same folder.
     Sandbox box;
     makeTrees(box);
     box.file(text("other/a"), "other");
@@ -491,7 +491,7 @@ void tst_FileUtilsReplaceDir::progress()
     QCOMPARE(seen.last().bytes, qint64(3 + 100000 + 6 + 2));
 }
 
-// Single files, and trees that are complete already
+// Single files, and trees that are already complete
 
 void tst_FileUtilsReplaceDir::moveOver()
 {
@@ -529,7 +529,7 @@ void tst_FileUtilsReplaceDir::moveOverRefusals_data()
 #ifndef Q_OS_WIN
     row("folder over link", "s", "toD");
 #endif
-    // The system would stop at the NUL, and find another file.
+    // The system would stop at the NUL and use another file.
     row("over a NUL", "file", text("d/a") + QChar() + text("b"));
     row("from a NUL", text("file") + QChar() + text("b"), "d/a");
     row("folder over a NUL", "s", text("d") + QChar());

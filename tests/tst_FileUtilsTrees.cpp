@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Folder trees that are measured, listed and removed.
+// Measuring, listing and removing folder trees.
 
 #include "FileUtils.h"
 
@@ -145,7 +145,7 @@ void tst_FileUtilsTrees::folderSizeLeavesOutDsStore()
     QCOMPARE(FileUtils::folderSize(box(text("only")), &count, &latest), qint64(0));
     QCOMPARE(count, 3);
     QVERIFY(latest.isNull());
-    // A folder of that name is walked, and other hidden files count.
+    // A folder of that name is entered, and other hidden files are counted.
     box.file(text("other/.DS_Store/a"), "12");
     box.file(text("other/.DS_Store2"), "345");
     QCOMPARE(FileUtils::folderSize(box(text("other")), &count), qint64(5));
@@ -191,13 +191,13 @@ void tst_FileUtilsTrees::folderSizeLatestModification()
     FileUtils::folderSize(box(text("t")), nullptr, &latest);
     QCOMPARE(latest, at(1000000000456));
 
-    // A later date stays, whatever it is written in.
+    // A later date is kept, in whatever time zone.
     latest = at(1000000000457).toUTC();
     FileUtils::folderSize(box(text("t")), nullptr, &latest);
     QCOMPARE(latest, at(1000000000457));
     QCOMPARE(latest.timeSpec(), Qt::UTC);
 
-    // As does the very same one.
+    // So is the same date.
     latest = at(1000000000456).toUTC();
     FileUtils::folderSize(box(text("t")), nullptr, &latest);
     QCOMPARE(latest.timeSpec(), Qt::UTC);
@@ -286,7 +286,7 @@ void tst_FileUtilsTrees::listFilesOfNothing()
     QCOMPARE(FileUtils::listFilesInFileSystem(box(text("file")), list, true), 0);
     QCOMPARE(FileUtils::old::listFilesInFileSystem(box(text("missing")), list, true), 0);
     QCOMPARE(list, QStringList());
-    // The older one takes an empty path for the current folder.
+    // The older function treats an empty path as the current folder.
     QCOMPARE(FileUtils::old::listFilesInFileSystem(QString(), list, true), 1);
     QCOMPARE(list, QStringList(text("/file")));
     QCOMPARE(FileUtils::listFilesInFileSystem(text("."), list, true), 1);
@@ -403,8 +403,8 @@ void tst_FileUtilsTrees::listResources()
 
 namespace {
 
-/// "name" and what it is: "/" for a folder, "=" for a file, "@" for a link, "." for a hidden one,
-/// "!" for one that no path leads to.
+/// "name" and its kind: "/" for a folder, "=" for a file, "@" for a link, "." for a hidden entry,
+/// "!" for one that cannot be reached by a path.
 QStringList entriesOf(const QVector<FileUtils::Entry>& entries)
 {
     QStringList list;
@@ -442,7 +442,7 @@ void tst_FileUtilsTrees::listEntries()
     }
     QVector<FileUtils::Entry> entries;
     const CurrentFolder current(box(text("t")));
-    QVERIFY(FileUtils::listEntries(text("sub"), entries)); // relative, and appended to
+    QVERIFY(FileUtils::listEntries(text("sub"), entries)); // relative, and appended
     QVERIFY(FileUtils::listEntries(text("../t/sub"), entries, &error));
     QVERIFY(FileUtils::listEntries(text(":/tree"), entries));
     QVERIFY(FileUtils::listEntries(box.folder(text("empty")), entries));
@@ -466,7 +466,7 @@ void tst_FileUtilsTrees::listEntriesThatAreNoText()
     ::close(made);
     QCOMPARE(::mkdir(sub.constData(), 0755), 0);
     box.file(QString(text("s/caf")) + QChar(0xe9));
-    // One whose name is the very likeness of the other can be reached.
+    // Of two names that decode to the same text, one can be reached.
     box.file(text("s/caf") + QChar(0xfffd));
     QVector<FileUtils::Entry> entries;
     QVERIFY(FileUtils::listEntries(box(text("s")), entries));
@@ -519,8 +519,8 @@ void tst_FileUtilsTrees::listEntriesOfAFolderThatGoes()
 {
     if (portable)
         QSKIP("Qt's classes ask step by step what a folder is");
-    // While it is listed again and again another thread makes it and takes it away: there is a
-    // folder with what it has, or none.
+    // While it is listed repeatedly another thread creates and removes it: a folder is reported
+    // with its content or not at all.
     Sandbox box;
     const QString folder = box(text("comes and goes"));
     std::atomic<bool> isOver{false};
@@ -550,7 +550,7 @@ void tst_FileUtilsTrees::listEntriesOfAFolderThatGoes()
 void tst_FileUtilsTrees::linkLoopsAreWalkedOnce()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
-    // Followed to the end, these three loops would make more folders than there are atoms.
+    // Without a check these three loops would produce more folders than there are atoms.
     Sandbox box;
     box.file(text("t/a/file"), "123");
     box.folder(text("t/b"));
@@ -559,7 +559,7 @@ void tst_FileUtilsTrees::linkLoopsAreWalkedOnce()
     box.link(text("t/a/toB"), text("../b"));
     box.link(text("t/b/toA"), text("../a"));
     box.link(text("t/b/up"), box(text("t")));
-    // t/a/file, t/a/toB holds only what leads back, t/b/toA/file.
+    // t/a/file; t/a/toB contains only links back; t/b/toA/file.
     int count = 0;
     QCOMPARE(FileUtils::folderSize(box(text("t")), &count), qint64(6));
     QCOMPARE(count, 2);
@@ -579,7 +579,8 @@ void tst_FileUtilsTrees::linkLoopsAreWalkedOnce()
                           text("b/toA/"), text("b/toA/file=123")}));
 }
 
-/// Folders with an entry whose name is no text, in the folder "s", are neither copied nor removed.
+/// Folders with an entry whose name cannot be decoded, in the folder "s", are neither copied nor
+/// removed.
 static void compareRefusals(const Sandbox& box)
 {
     LogCapture log;
@@ -598,8 +599,7 @@ static void compareRefusals(const Sandbox& box)
     QVERIFY(!FileUtils::old::removeDirectory(box(text("s")), true));
 }
 
-/// A path in the new folder "s", with a name in Latin 1 on a system that writes UTF-8, as old
-/// archives bring it.
+/// A path in the new folder "s" with a name in Latin-1 on a UTF-8 system, as from an old archive.
 static QByteArray pathThatIsNoText(const Sandbox& box)
 {
     return QFile::encodeName(box.folder(text("s")) + text("/caf")) + '\xe9';
@@ -615,7 +615,7 @@ void tst_FileUtilsTrees::namesThatAreNoText()
     if (file < 0)
         QSKIP("this file system does not take such names");
     ::close(file);
-    // It is neither listed nor lost without a word.
+    // It is neither listed nor lost silently.
     QStringList list;
     QCOMPARE(FileUtils::listFilesInFileSystem(box(text("s")), list, true), 0);
     compareRefusals(box);
@@ -766,7 +766,7 @@ void tst_FileUtilsTrees::removeContentDirectoryStopsAtAFile()
     const OrdinaryUser user;
     LogCapture log;
     QVERIFY(!FileUtils::removeContentDirectory(box(text("t")), true));
-    // One record: the first file, whichever it is, ends it.
+    // One record: the first file, whichever it is, stops the removal.
     QCOMPARE(log.lines().size(), 1);
     const QString start =
         text("critical orvautils FileUtils removeContentDirectory: enable to removeRecursively ");
@@ -935,7 +935,7 @@ void tst_FileUtilsTrees::forceDirectoryCreationFailure()
     LogCapture log;
     QVERIFY(!FileUtils::old::forceDirectoryCreationForAFile(box(text("file/b/c/x")), &error));
     QCOMPARE(error, text("The folder '") + box(text("file/b/c/")) + text("' cannot be created!"));
-    // Every level is tried, and each that fails is logged.
+    // Every level is tried, and each failure is logged.
     const QStringList lines{
         start + text("Mkdir fail on \"") + box(text("file")) + text("\""),
         start + text("Mkdir fail on \"") + box(text("file/b")) + text("\""),
@@ -945,7 +945,7 @@ void tst_FileUtilsTrees::forceDirectoryCreationFailure()
     QCOMPARE(log.lines(), lines);
     QVERIFY(!FileUtils::old::forceDirectoryCreationForAFile(box(text("file/b/c/x"))));
     QCOMPARE(log.lines(), lines + lines);
-    // Names that look like the places of a message.
+    // Names that look like placeholders of a message.
     log.take();
     QVERIFY(!FileUtils::old::forceDirectoryCreationForAFile(box(text("file/%1/x")), &error));
     QCOMPARE(error, text("The folder '") + box(text("file/%1/")) + text("' cannot be created!"));
@@ -968,7 +968,7 @@ void tst_FileUtilsTrees::removeDirectory()
         QCOMPARE(error, text("untouched"));
         QCOMPARE(log.lines(), QStringList());
     }
-    // Files alone need no recursion, and a relative path will do.
+    // Files alone need no recursion, and a relative path works.
     box.file(text("t/a"));
     const CurrentFolder current(box.root());
     QVERIFY(FileUtils::old::removeDirectory(text("t"), false));
@@ -1043,7 +1043,7 @@ void tst_FileUtilsTrees::removeDirectoryDefaultDepth()
 
 void tst_FileUtilsTrees::removeDirectoryOrder()
 {
-    // The folder in the middle of the names, ignoring case, stops the deletion.
+    // The one in the middle when sorted without regard to case stops the removal.
     Sandbox box;
     for (const QString& name : {text("B"), text("a"), text("D"), text("e")})
         box.file(text("t/") + name, QByteArray());
@@ -1094,7 +1094,7 @@ void tst_FileUtilsTrees::removeDirectoryCannotRemoveFolder()
     const OrdinaryUser user;
     QString error;
     QVERIFY(!FileUtils::old::removeDirectory(text("t"), true, &error));
-    // What the system says when a folder is removed as a file.
+    // The system's error if a folder is removed like a file.
     QFile asFile(text("t"));
     QVERIFY(!asFile.remove());
     QCOMPARE(error, text("Failed to remove directory: t (") + asFile.errorString() + text(")"));

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Operations on folder trees that are watched: their progress, their end before the end, and the
-// reason for a failure.
+// Observed operations on folder trees: their progress, cancellation, and the reason of a failure.
 
 #include "FileUtils.h"
 
@@ -41,7 +40,7 @@ int countFiles(const QString& folder)
     return int(filesBelow(folder).size());
 }
 
-/// Notes what it sees, takes its time over it, and cancels when it has been called often enough.
+/// Records its calls, takes some time for each, and cancels after a number of them.
 struct Watcher
 {
     explicit Watcher(int mostCalls = -1)
@@ -152,8 +151,8 @@ void tst_FileUtilsWatched::copyDirReasons()
 
 void tst_FileUtilsWatched::reportsAreRare()
 {
-    // An observer that takes 20 ms sees a fast copy with its first file and at its end, and between
-    // the two no sooner than 50 ms after the last time.
+    // An observer that takes 20 ms is called for the first file of a fast copy and at its end, and
+    // in between at least 50 ms after its last call.
     TreeBox box;
     Watcher watcher;
     watcher.pause = 20;

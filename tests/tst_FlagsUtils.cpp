@@ -19,7 +19,7 @@ private Q_SLOTS:
 void tst_FlagsUtils::setFlag_data()
 {
     const auto row = columns<int, int, bool, int>("before", "flag", "on", "after");
-    // Selectable is 1, editable 2, enabled 32.
+    // Selectable is 1, editable 2 and enabled 32.
     row("set", 33, int(Qt::ItemIsEditable), true, 35);
     row("set again", 35, int(Qt::ItemIsEditable), true, 35);
     row("set in none", 0, int(Qt::ItemIsEnabled), true, 32);

@@ -30,7 +30,7 @@ QString textOf(int number)
     return QStringLiteral("the result of thread number %1").arg(number);
 }
 
-/// Handles events until the thread has deleted itself, and then what was posted meanwhile.
+/// Handles events until the thread has deleted itself, and then what was posted in the meantime.
 bool deletedItself(const QPointer<GenericThread>& thread)
 {
     QTimer limit;
@@ -46,7 +46,7 @@ bool deletedItself(const QPointer<GenericThread>& thread)
 
 } // namespace
 
-/// Takes results, and remembers in which thread.
+/// Receives results and remembers in which thread.
 class Receiver : public QObject
 {
     Q_OBJECT
@@ -236,7 +236,7 @@ void tst_GenericThread::keepsACopyOfTheFunction()
     go.release();
     QVERIFY(deletedItself(thread));
     QCOMPARE(receiver.mResults, QVariantList({textOf(1)}));
-    QVERIFY(watch.expired()); // it went with the thread
+    QVERIFY(watch.expired()); // destroyed with the thread
 }
 
 void tst_GenericThread::receiverIsDestroyed()
@@ -282,7 +282,7 @@ void tst_GenericThread::withoutReceiver()
     QVERIFY2(log.records().at(0).text.startsWith(warning), qPrintable(log.records().at(0).text));
 }
 
-// Any callable and a function that receives
+// Any callable as the function, and functions as receivers
 
 using Callable = std::function<QVariant()>;
 Q_DECLARE_METATYPE(Callable)
@@ -341,7 +341,7 @@ void tst_GenericThread::receiverFunctionRunsInTheThreadOfItsContext()
             received.release();
         });
     QThread* const worker = thread;
-    // Only now, so that the sanitizer sees that the receiver was made before.
+    // Started only now, so that the sanitizer sees that the receiver exists before.
     loop.mThread.start();
     received.acquire();
     QCOMPARE(ranIn.load(), worker);
@@ -415,7 +415,7 @@ void tst_GenericThread::withoutContextOrReceiverFunction()
 
 // The end of a thread
 
-/// Tells when the event loop is about to delete the object that it watches.
+/// Records when the event loop is about to delete the object.
 class DeletionWatch : public QObject
 {
     Q_OBJECT
@@ -433,7 +433,7 @@ public:
 
 void tst_GenericThread::deletionIsScheduledBeforeTheResultIsHandedOver()
 {
-    // The emission does not end before the deletion has begun, so it must have been scheduled.
+    // The signal is still being emitted when the deletion begins, so that was scheduled before.
     DeletionWatch watch;
     Receiver receiver;
     QSemaphore go;
@@ -455,7 +455,7 @@ void tst_GenericThread::deletionIsScheduledBeforeTheResultIsHandedOver()
     go.release();
     QVERIFY(deletedItself(thread));
     QVERIFY(deletionHadBegun);
-    QCOMPARE(emittedIn, worker); // the thread that finishes, not the one that owns the object
+    QCOMPARE(emittedIn, worker); // the worker thread, not the owner of the object
 }
 
 void tst_GenericThread::ownersEventLoopWaitsForTheEmission()
@@ -475,7 +475,7 @@ void tst_GenericThread::ownersEventLoopWaitsForTheEmission()
         [&] {
             while (!watch.mBegun)
                 QThread::msleep(1);
-            QThread::msleep(50); // the owner is in the destructor by now
+            QThread::msleep(50); // the owner has reached the destructor by now
         },
         Qt::DirectConnection);
     QVariant seenLast;
@@ -561,7 +561,7 @@ void tst_GenericThread::destructorStopsTheFunction()
     delete thread;
     QCOMPARE(log.lines(), QStringList(stillRunningRecord()));
     QCoreApplication::processEvents();
-    QCOMPARE(receiver.mResults, QVariantList({textOf(1)})); // handed over before the end
+    QCOMPARE(receiver.mResults, QVariantList({textOf(1)})); // delivered before the end
 }
 
 void tst_GenericThread::destructorEndsTheFunctionByForce()
@@ -574,8 +574,8 @@ void tst_GenericThread::destructorEndsTheFunctionByForce()
     QCOMPARE(child.exitCode, 0);
 }
 
-/// Sleeps until it is ended by force. Sanitizers cannot bear a thread to be ended inside Qt, or in
-/// a function with local variables whose addresses are taken.
+/// Sleeps until it is terminated. Sanitizers fail if a thread is terminated inside Qt, or in a
+/// function with local variables whose addresses are taken.
 static void sleepForEver()
 {
     for (;;)
@@ -606,7 +606,7 @@ static int destroysAThreadThatDoesNotListen(int argc, char** argv)
 
 void tst_GenericThread::programThatNeverRunsItsEventLoop()
 {
-    // The thread goes with the application object.
+    // The thread is destroyed with the application object.
     const ChildResult child = runChildRole("ends without an event loop");
     QCOMPARE(child.errors,
              stillRunningRecord().split(QLatin1Char('\n')) << QStringLiteral("asked to stop"));
@@ -662,7 +662,7 @@ void tst_GenericThread::parentDiesWhileRunning()
     QVERIFY(!thread);
     QCOMPARE(log.lines(), QStringList(guardRecord("PoliteGenericThread")));
     QCoreApplication::processEvents();
-    QCOMPARE(receiver.mResults, QVariantList({QVariant()})); // handed over before the end
+    QCOMPARE(receiver.mResults, QVariantList({QVariant()})); // delivered before the end
 }
 
 void tst_GenericThread::applicationQuits()
@@ -717,7 +717,7 @@ void tst_GenericThread::cancellationUnderLoad()
 
 static QThread* mainThread = nullptr;
 
-/// What the program ends with when no one catches an exception: names it and where it was raised.
+/// The terminate handler: prints an uncaught exception and where it was raised.
 [[noreturn]] static void reportUncaught()
 {
     const char* where = QThread::currentThread() == mainThread ? "main thread" : "worker thread";

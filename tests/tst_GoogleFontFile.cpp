@@ -22,7 +22,7 @@ QString realList()
     return QStringLiteral(ORVAUTILS_RESOURCES_DIR "/google.json");
 }
 
-/// A catalogue of families that have nothing but a name.
+/// A catalogue of families that have only a name.
 QByteArray listOf(const QStringList& families)
 {
     QJsonArray items;
@@ -36,7 +36,7 @@ QByteArray listOf(const QStringList& families)
     return QJsonDocument(list).toJson();
 }
 
-/// What indexOf() stands for, told without an index.
+/// A reference for indexOf() that uses no index.
 int firstMatch(const QList<GoogleFontItem>& items, const QString& name)
 {
     for (int i = 0; i < items.size(); ++i)
@@ -129,7 +129,7 @@ void tst_GoogleFontFile::loadsInFileOrder()
     QCOMPARE(file.items().at(1).family(), QStringLiteral("Alpha"));
     QCOMPARE(file.items().at(2).family(), QStringLiteral("Mid Dle"));
     QVERIFY(!file.lastModification().isValid());
-    // Another load takes the place of the first one.
+    // A second load replaces the first one.
     QVERIFY(file.loadJsonGFontFromBynaryDatas(listOf({QStringLiteral("Beta")})));
     QCOMPARE(file.count(), 1);
     QCOMPARE(file.indexOf(QStringLiteral("Zeta")), -1);
@@ -288,7 +288,7 @@ void tst_GoogleFontFile::brokenFile()
     QVERIFY(log.lines().at(0).startsWith(
         QStringLiteral("warning orvautils GoogleFontFile loadJsonGFontFromBynaryDatas: "
                        "GFonts file parsing error: ")));
-    // The file stays as it is.
+    // The file is not changed.
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("{"));
@@ -315,13 +315,13 @@ void tst_GoogleFontFile::realListWhole()
     QCOMPARE(file.items().size(), 1365);
     QCOMPARE(file.lastModification(), QDate(2022, 2, 25));
     QCOMPARE(file.items().first().family(), QStringLiteral("ABeeZee"));
-    // The one family whose only style is italic.
+    // The only family whose single style is italic.
     const GoogleFontItem molle = file.items().at(file.indexOf(QStringLiteral("molle")));
     QCOMPARE(molle.family(), QStringLiteral("Molle"));
     QCOMPARE(molle.availableWeights().keys(), QList<int>{400});
     QVERIFY(molle.availableWeights().value(400).hasItalic);
     QVERIFY(!molle.availableWeights().value(400).hasNormal);
-    // Every family has a readable date and weights that are hundreds.
+    // Every family has a readable date, and weights that are multiples of 100.
     for (const GoogleFontItem& item : file.items()) {
         QVERIFY2(item.lastModified().isValid(), qPrintable(item.family()));
         QVERIFY2(!item.availableWeights().isEmpty(), qPrintable(item.family()));
@@ -354,7 +354,7 @@ void tst_GoogleFontFile::indexFollowsFileOrder_data()
     row("name of blanks", "Abel|  ", "", 1);
     row("name of blanks itself", "Abel|  ", "  ", 1);
     row("accents", "Abel|\u00c9t\u00e9 Sans", "\u00e9T\u00c9SANS", 1);
-    // Case folds character by character.
+    // Case is folded character by character.
     row("sharp s", "Stra\u00dfe", "STRASSE", -1);
     row("capital sharp s", "Stra\u00dfe", "STRA\u1e9eE", 0);
     row("beyond the BMP", "A|\U00010400x", "\U00010428X", 1);
@@ -388,8 +388,8 @@ void tst_GoogleFontFile::indexAgreesWithLinearSearch()
 
 void tst_GoogleFontFile::indexOfEveryCase()
 {
-    // A family for every character that some case conversion changes: whatever name compares equal
-    // in any case has to be found, and nothing else.
+    // A family for every character that a case conversion changes: a name that compares equal
+    // without regard to case must be found, and nothing else.
     QStringList families;
     QVector<uint> characters;
     for (uint c = 0x21; c < 0x1f000; ++c) {
@@ -419,8 +419,7 @@ void tst_GoogleFontFile::indexOfEveryCase()
 
 void tst_GoogleFontFile::indexOfHalfCharacters()
 {
-    // The first half of a character beyond the BMP, at the end and in front of something else. In
-    // JSON they stand as escapes.
+    // A high surrogate at the end and before another character, written as an escape in JSON.
     GoogleFontFile file;
     QVERIFY(file.loadJsonGFontFromBynaryDatas(
         R"({"items": [{"family": "a\ud801"}, {"family": "\ud801b"}, {"family": "\udc00C"}]})"));

@@ -18,7 +18,7 @@ QJsonObject json(const QString& text)
     return QJsonDocument::fromJson(text.toUtf8()).object();
 }
 
-/// A family with the given variants, which are separated by "|".
+/// A family with the given variants, separated by "|".
 GoogleFontItem withVariants(const QString& variants)
 {
     QJsonObject object;
@@ -40,7 +40,7 @@ QString told(const QMap<int, GoogleFontWeightDetail>& weights)
 
 } // namespace
 
-/// A family of which \a key alone is known; its value is the name of the row of data.
+/// A family of which only \a key is known; its value is the name of the data row.
 static GoogleFontItem itemOfThisRow(const char* key)
 {
     QJsonObject object;
@@ -119,7 +119,7 @@ void tst_GoogleFontItem::compressedFamily_data()
     row("Abel", "Abel");
     row("Open Sans", "OpenSans");
     row(" A  b c ", "Abc");
-    // Only blanks go.
+    // Only blanks are removed.
     row("A\tb-c_d", "A\tb-c_d");
     row("   ", "");
 }
@@ -172,7 +172,7 @@ void tst_GoogleFontItem::lastModified()
 
 void tst_GoogleFontItem::lastModifiedAgreesWithQt()
 {
-    // Every text of the right shape with a month from 00 to 13 and a day from 00 to 32.
+    // Every text of the right form with a month from 00 to 13 and a day from 00 to 32.
     for (const char* year : {"0000", "0004", "1900", "2000", "2022", "2024"}) {
         for (int month = 0; month <= 13; ++month) {
             for (int day = 0; day <= 32; ++day) {
@@ -246,12 +246,12 @@ void tst_GoogleFontItem::weights_data()
         "600italic|700|700italic|800|800italic|900|900italic",
         "100ni 200ni 300ni 400ni 500ni 600ni 700ni 800ni 900ni");
     row("700|700", "700n");
-    // 400 is told by the words alone.
+    // 400 is only recognised by words.
     row("400", "400");
     row("400italic", "400");
     row("400|regular", "400n");
     row("400|italic", "400i");
-    // Any case shows the weight, only exact names show a style.
+    // The weight is found in any case; a style needs the exact name.
     row("Regular", "400");
     row("700Italic", "700");
     row("REGULAR|regular", "400n");
@@ -327,7 +327,7 @@ void tst_GoogleFontItem::labelFromVariant_data()
     row("italic700", "Bold weight (Italic)");
     row("700 italic", "Bold weight (Italic)");
     row("900italic", "Bolder weight (900) (Italic)");
-    // Only "italic" in small letters is taken out: what is left is no number.
+    // Only a lower-case "italic" is removed: the rest is not a number.
     row("700Italic", "Lighter weight (0) (Italic)");
     row("bold", "Lighter weight (0)");
     row("bolditalic", "Lighter weight (0) (Italic)");
@@ -356,7 +356,7 @@ void tst_GoogleFontItem::labelsAreTranslated()
              QStringLiteral("[GoogleFontItem: Bold weight]"));
     QCOMPARE(GoogleFontItem::labelWeight(800, false),
              QStringLiteral("[GoogleFontItem: Bolder weight (800)]"));
-    // The style is not.
+    // The style is not compared.
     QCOMPARE(GoogleFontItem::labelWeight(700, true),
              QStringLiteral("[GoogleFontItem: Bold weight] (Italic)"));
     QCoreApplication::removeTranslator(&translator);

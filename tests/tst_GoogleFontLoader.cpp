@@ -21,14 +21,14 @@
 
 namespace {
 
-/// A catalogue of one family of the given name and date.
+/// A catalogue of one family with the given name and date.
 QByteArray listOf(const char* family, const char* date)
 {
     return QByteArray(R"({"items": [{"family": ")") + family + R"(", "lastModified": ")" + date
         + R"("}]})";
 }
 
-/// A new loader takes the list of the library.
+/// A new loader uses the list of the library.
 void loadTheBuiltInList()
 {
     GoogleFontLoader loader;
@@ -80,7 +80,7 @@ private:
 void tst_GoogleFontLoader::initTestCase()
 {
     SKIP_ON_WINDOWS("the folder of settings is the user's own");
-    // Wherever the settings folder is looked for, it lies in here.
+    // Wherever the settings folder is searched for, it is in here.
     QVERIFY(mHome.isValid());
     qputenv("HOME", QFile::encodeName(mHome.path()));
     qputenv("XDG_DATA_HOME", QFile::encodeName(mHome.path() + QStringLiteral("/data")));
@@ -100,8 +100,8 @@ QString tst_GoogleFontLoader::customPath() const
     return GoogleFontLoader::customFilepath_JsonGoogleFont();
 }
 
-/// Writes the custom list, each time with a time of its own: the tests write faster than a file
-/// system counts.
+/// Writes the custom list, each time with a different time: tests write faster than the resolution
+/// of a file system.
 void tst_GoogleFontLoader::writeCustom(const QByteArray& content)
 {
     QFile file(customPath());
@@ -140,7 +140,7 @@ void tst_GoogleFontLoader::paths()
 void tst_GoogleFontLoader::builtInListIsCompiledIn()
 {
     GoogleFontLoader loader;
-    QVERIFY(loader.load()); // in a static library the resource is registered by now
+    QVERIFY(loader.load()); // in a static library this registers the resource
     QFile compiledIn(GoogleFontLoader::builinGoogleJsonFilePath());
     QVERIFY(compiledIn.open(QIODevice::ReadOnly));
     QFile source(QStringLiteral(ORVAUTILS_RESOURCES_DIR "/google.json"));
@@ -240,7 +240,7 @@ void tst_GoogleFontLoader::laterCustomListReplaces()
     QCOMPARE(loader.fontNames(), QStringList(QStringLiteral("My Font")));
     GoogleFontItem item;
     QVERIFY(loader.findItemByName(QStringLiteral("myfont"), item));
-    QVERIFY(!loader.findItemByName(QStringLiteral("Open Sans"), item)); // entirely
+    QVERIFY(!loader.findItemByName(QStringLiteral("Open Sans"), item)); // every field
     QCOMPARE(loader.stringInformations(),
              QStringLiteral("1 google font available\n(Last update : 2022-02-26)"));
     QCOMPARE(log.lines(), QStringList());
@@ -300,7 +300,7 @@ void tst_GoogleFontLoader::customListThatCannotBeOpened()
             loadTheBuiltInList();
         }
     }
-    // A file that was not read is looked at again, although it has not changed.
+    // A file that could not be read is read again, although it has not changed.
     QCOMPARE(log.lines(), QStringList({record, record}));
     QVERIFY(QFile::setPermissions(customPath(), QFileDevice::ReadOwner));
     GoogleFontLoader loader;
@@ -336,7 +336,7 @@ void tst_GoogleFontLoader::unchangedCustomListIsNotParsedAgain()
     setTimeOfCustom(1700000000);
     GoogleFontLoader first;
     QCOMPARE(first.fontNames(), QStringList(QStringLiteral("My Font")));
-    // Other content of the same size and time: who parses again would see it.
+    // Different content with the same size and time: a second parse would notice it.
     writeCustom(listOf("No Font", "2022-02-26"));
     setTimeOfCustom(1700000000);
     GoogleFontLoader second;

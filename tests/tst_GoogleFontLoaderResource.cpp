@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The loader with built-in lists that this test puts in place and takes away, as no program that
-// links the library can: what happens without any catalogue, and how often the list is parsed.
+// The loader with built-in lists that this test adds and removes, as no program that links to the
+// library can: the behaviour without any catalogue, and how often the list is parsed.
 
 #include "ApplicationUtils.h"
 #include "GoogleFontLoader.h"
@@ -14,7 +14,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-// The parts of the library that the loader calls, reduced to what it needs of them.
+// Replaces the parts of the library that the loader calls.
 
 static QString settingsFolder;
 
@@ -30,7 +30,7 @@ int qInitResources_webfonts()
 
 namespace {
 
-/// A built-in list, in place for as long as it lives.
+/// A built-in list that exists as long as the object lives.
 class BuiltIn
 {
 public:
@@ -57,7 +57,7 @@ class tst_GoogleFontLoaderResource : public QObject
 private Q_SLOTS:
     void initTestCase();
 
-    // In this order: what is loaded once stays loaded.
+    // In this order: what is loaded stays loaded.
     void noCatalogueAtAll();
     void brokenCatalogue();
     void customAlone();
@@ -101,7 +101,7 @@ void tst_GoogleFontLoaderResource::brokenCatalogue()
     GoogleFontLoader loader;
     QVERIFY(!loader.load());
     QCOMPARE(loader.stringInformations(), QStringLiteral("No google font available !"));
-    // Each query has tried again, and each time the list was found broken.
+    // Each query has tried again, and each time the list was damaged.
     QCOMPARE(log.lines().size(), 2);
     for (const QString& line : log.lines()) {
         QVERIFY2(line.startsWith(QStringLiteral(
@@ -115,7 +115,7 @@ void tst_GoogleFontLoaderResource::customAlone()
 {
     QFile file(GoogleFontLoader::customFilepath_JsonGoogleFont());
     QVERIFY(file.open(QIODevice::WriteOnly));
-    // Without a date it is not later than no list at all, and is ignored.
+    // Without a date it is not later than a missing list, and is ignored.
     file.write(R"({"items": [{"family": "Custom"}]})");
     file.close();
     GoogleFontLoader dateless;
@@ -143,7 +143,7 @@ void tst_GoogleFontLoaderResource::nextQueryTriesAgain()
 
 void tst_GoogleFontLoaderResource::builtInIsParsedOnce()
 {
-    // Another list lies in the place of the first by now. Who parses again would see it.
+    // Another list has replaced the first by now: a second parse would notice it.
     BuiltIn second("second");
     LogCapture log;
     GoogleFontLoader loader;

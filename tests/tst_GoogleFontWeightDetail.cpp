@@ -23,7 +23,7 @@ void tst_GoogleFontWeightDetail::defaultHasNoStyle()
 
 void tst_GoogleFontWeightDetail::comparison()
 {
-    // All pairs of the four values: equal only to itself.
+    // All pairs of the four values: each is equal only to itself.
     for (int i = 0; i < 4; ++i) {
         for (int j = 0; j < 4; ++j) {
             GoogleFontWeightDetail a;

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// The text of the given UTF-16 units.
+/// The text with the given UTF-16 units.
 QString units(std::initializer_list<ushort> codes)
 {
     QString string;
@@ -26,7 +26,7 @@ QString units(std::initializer_list<ushort> codes)
     return string;
 }
 
-/// A colour of which \a alpha is seen.
+/// A colour of which \a alpha is visible.
 QColor translucent(int red, int green, int blue, double alpha)
 {
     return QColor::fromRgbF(ColorFraction(red), ColorFraction(green), ColorFraction(blue),
@@ -96,7 +96,7 @@ void tst_HTMLUtils::identifiers_data()
     row("{67c8770b-44f1}", "67c8770b_44f1", "67c8770b-44f1");
     row("  a b\t\n", "a b", "a b");
     row("{{a}{b}}", "ab", "ab");
-    row("{ a }", " a ", " a "); // trimmed before the braces go
+    row("{ a }", " a ", " a "); // trimmed before the braces are removed
     row("--__", "____", "----");
     row("été.#1", "été.#1", "été.#1");
 }
@@ -117,12 +117,12 @@ void tst_HTMLUtils::encodeSrcUrl_data()
     row("images/été 1.png", "images/%C3%A9t%C3%A9%201.png");
     row("http://example.com/a b?c=d e#f g", "http://example.com/a%20b?c=d%20e#f%20g");
     row("a%20b", "a%20b"); // not encoded twice
-    row("a%zz", "a%25zz"); // read tolerantly
+    row("a%zz", "a%25zz"); // tolerant parsing
     row("a&b", "a&b");
     row("a\"<>b", "a%22%3C%3Eb");
     row("http://exämple.de/", "http://xn--exmple-cua.de/");
     row("file:///tmp/€.gif", "file:///tmp/%E2%82%AC.gif");
-    row("http://[1", ""); // no URL
+    row("http://[1", ""); // not a URL
 }
 
 void tst_HTMLUtils::encodeSrcUrl()
@@ -137,7 +137,7 @@ void tst_HTMLUtils::encodeSrcUrlWithFullyAmpersands_data()
     row("", "");
     row("images/a b&c.png", "images/a%20b%26c.png");
     row("a b & c", "a b & c"); // no point, nothing to do
-    row("a b/.c d", "a%20b/.c d"); // the extension stays
+    row("a b/.c d", "a%20b/.c d"); // the extension is kept
     row("a b.c d.e f", "a%20b.c%20d.e f");
     row(".a b", ".a b");
     row("a b.", "a%20b.");
@@ -202,7 +202,7 @@ void tst_HTMLUtils::encodeToJavascriptText_data()
     row("~\x7f", "~\\u007f");
     row("€", "\\u20ac");
     row("😀", "\\ud83d\\ude00");
-    row("\xe2\x80\xa8", "\\u2028"); // a line separator, which ends a line of JavaScript
+    row("\xe2\x80\xa8", "\\u2028"); // a line separator, which ends a line in JavaScript
 }
 
 void tst_HTMLUtils::encodeToJavascriptText()
@@ -310,7 +310,7 @@ void tst_HTMLUtils::textWithoutHtmlTagsOfEachUnit()
 
 void tst_HTMLUtils::textWithoutHtmlTagsReadByQt()
 {
-    // What a reader of HTML makes of it is what went in.
+    // An HTML reader must get back the original text.
     const QString string = text("<b>\"A\" & 'B'</b> &amp; é😀 > </p>");
     QCOMPARE(HTMLUtils::formatHtmlToPlainText(HTMLUtils::textWithoutHtmlTags(string, false, false)),
              string);
@@ -329,14 +329,14 @@ void tst_HTMLUtils::decodeFromHtmlText_data()
     row("&#34;&#38;&#60;&#62;&#10;", text("\"&<>\n"));
     row("&nbsp;", text(" "));
     row("&nbsp;&nbsp;x", text("  x"));
-    row("&#65x", text("Ax")); // the end of the digits is copied …
+    row("&#65x", text("Ax")); // the character after the digits is copied …
     row("&#65;x", text("Ax")); // … unless it is ";"
     row("&#65;;", text("A;"));
     row("&#65", text("A")); // the end of the text
     row("&#6", units({6}));
-    row("&#65&#66;", text("A&#66;")); // copied, and no start of another
+    row("&#65&#66;", text("A&#66;")); // copied, and not parsed as another one
     row("&#65&nbsp;", text("A&nbsp;"));
-    row("&#;", units({0})); // no digits: the code 0
+    row("&#;", units({0})); // no digits mean code 0
     row("&#x41;", units({0, 'x', '4', '1', ';'}));
     row("&#a", units({0, 'a'}));
     row("&#00065;", text("A"));
@@ -348,7 +348,7 @@ void tst_HTMLUtils::decodeFromHtmlText_data()
     row("&NBSP;", text("&NBSP;"));
     row("&&#65;", text("&A"));
     row("a & b", text("a & b"));
-    // Too near the end.
+    // Too close to the end.
     row("&", text("&"));
     row("a&", text("a&"));
     row("&#", text("&#"));
@@ -357,8 +357,8 @@ void tst_HTMLUtils::decodeFromHtmlText_data()
     row("&#65535;", units({0xffff}));
     row("&#65536;", units({0xd800, 0xdc00}));
     row("&#128512;", text("😀"));
-    row("&#55357;&#56832;", text("😀")); // a pair in halves
-    // Half a pair is no character.
+    row("&#55357;&#56832;", text("😀")); // a surrogate pair in two references
+    // A lone surrogate is not a character.
     row("&#55357;", units({0xfffd}));
     row("&#56832;", units({0xfffd}));
     row("a&#55357;b", units({'a', 0xfffd, 'b'}));
@@ -370,7 +370,7 @@ void tst_HTMLUtils::decodeFromHtmlText_data()
     row("&#4294967361;", units({0xfffd})); // 2^32 + 65
     row("&#99999999999999999999999999999999x", units({0xfffd, 'x'}));
     row("&#9&#9", text("\t&#9"));
-    row("\xd9\xa3&#\xd9\xa3", units({0x663, 0, 0x663})); // digits of another script are none here
+    row("\xd9\xa3&#\xd9\xa3", units({0x663, 0, 0x663})); // digits of other scripts are not accepted
 }
 
 void tst_HTMLUtils::decodeFromHtmlText()
@@ -383,7 +383,7 @@ void tst_HTMLUtils::escapedAndDecoded()
 {
     QString all;
     for (uint code = 1; code <= 0x10ffff; code += code < 0x3000 ? 1 : 97) {
-        if (!QChar::isSurrogate(code)) // halves of a pair do not come back
+        if (!QChar::isSurrogate(code)) // lone surrogates are not restored
             all += QString::fromUcs4(&code, 1);
     }
     const QString escaped = HTMLUtils::textWithoutHtmlTags(all, true, true);
@@ -410,7 +410,7 @@ void tst_HTMLUtils::escaped()
     QTEST(HTMLUtils::escaped(s), "html");
 }
 
-/// As a reader of XML and HTML reads it, in both places where a text can be.
+/// Parsed by a reader of XML and HTML, in both contexts where text can be.
 void tst_HTMLUtils::escapedReadByQt()
 {
     const QString s = text("<b title=\"A\" lang='x'>&amp; &#65; é😀</b> ]]> --> </script>");
@@ -541,13 +541,13 @@ void tst_HTMLUtils::colorToCss()
 
 void tst_HTMLUtils::colorToCssOfEachAlpha()
 {
-    // All decimals of up to three places come back as they went in.
+    // All decimals of up to three places are restored exactly.
     for (int thousandths = 0; thousandths < 1000; ++thousandths) {
         QColor color(1, 2, 3);
         color.setAlphaF(ColorFraction(thousandths / 1000.0));
         QCOMPARE(HTMLUtils::colorToCss(color), text("rgba(1,2,3,%1)").arg(thousandths / 1000.0));
     }
-    // What is written gives each alpha of eight bits back.
+    // What is written restores each 8-bit alpha.
     for (int alpha = 0; alpha < 255; ++alpha) {
         const QString css = HTMLUtils::colorToCss(QColor(0, 0, 0, alpha));
         const QString string = css.mid(11, css.size() - 12);
