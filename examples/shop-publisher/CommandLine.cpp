@@ -6,60 +6,46 @@
 #include "Languages.h"
 
 #include <QCommandLineParser>
-#include <QMap>
 
 namespace {
 
-/// The options, each with its name and what the help says of it.
-struct Options
+void addOptions(QCommandLineParser* parser)
 {
-    // Not addHelpOption(): it also brings options of Qt that mean nothing to this program.
-    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
-                            CommandLine::tr("Show this help.")};
-    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
-                               CommandLine::tr("Show the version.")};
-    QCommandLineOption quiet{{QStringLiteral("q"), QStringLiteral("quiet")},
-                             CommandLine::tr("Print nothing but failures.")};
-    QCommandLineOption verbose{QStringLiteral("verbose"),
-                               CommandLine::tr("Show the way that each failure took.")};
-    QCommandLineOption json{
-        QStringLiteral("json"),
-        CommandLine::tr("Print what happens for other programs: a JSON object in each line.")};
-    QCommandLineOption watch{
-        {QStringLiteral("w"), QStringLiteral("watch")},
-        CommandLine::tr("Go on and publish what changes in PROJECT, until Ctrl-C.")};
-    QCommandLineOption force{
-        QStringLiteral("force"),
-        CommandLine::tr("Publish into a SITE that this program has not made, or that shows another "
-                        "project. What it replaces there is lost.")};
-    QCommandLineOption acceptTruncated{
-        QStringLiteral("accept-truncated"),
-        CommandLine::tr("Publish photographs that break off; what is missing is grey.")};
-    QCommandLineOption jobs{{QStringLiteral("j"), QStringLiteral("jobs")},
-                            CommandLine::tr("Import so many photographs at a time; else as many as "
-                                            "the processor works on."),
-                            CommandLine::tr("number")};
-    QCommandLineOption language{{QStringLiteral("l"), QStringLiteral("language")},
-                                CommandLine::tr("Speak this language (%1); else the system's.")
-                                    .arg(Languages::available().join(QLatin1String(", "))),
-                                CommandLine::tr("code")};
-
-    void addTo(QCommandLineParser* parser) const
-    {
-        parser->addOptions(
-            {help, version, quiet, verbose, json, watch, force, acceptTruncated, jobs, language});
-    }
-};
+    parser->addOptions({
+        // Not addHelpOption(): it also brings options of Qt that mean nothing to this program.
+        {{QStringLiteral("h"), QStringLiteral("help")}, CommandLine::tr("Show this help.")},
+        {{QStringLiteral("v"), QStringLiteral("version")}, CommandLine::tr("Show the version.")},
+        {{QStringLiteral("q"), QStringLiteral("quiet")},
+         CommandLine::tr("Print nothing but failures.")},
+        {QStringLiteral("verbose"), CommandLine::tr("Show the way that each failure took.")},
+        {QStringLiteral("json"),
+         CommandLine::tr("Print what happens for other programs: a JSON object in each line.")},
+        {{QStringLiteral("w"), QStringLiteral("watch")},
+         CommandLine::tr("Go on and publish what changes in PROJECT, until Ctrl-C.")},
+        {QStringLiteral("force"),
+         CommandLine::tr("Publish into a SITE that this program has not made, or that shows "
+                         "another project. What it replaces there is lost.")},
+        {QStringLiteral("accept-truncated"),
+         CommandLine::tr("Publish photographs that break off; what is missing is grey.")},
+        {{QStringLiteral("j"), QStringLiteral("jobs")},
+         CommandLine::tr("Import so many photographs at a time; else as many as the processor "
+                         "works on."),
+         CommandLine::tr("number")},
+        {{QStringLiteral("l"), QStringLiteral("language")},
+         CommandLine::tr("Speak this language (%1); else the system's.")
+             .arg(Languages::available().join(QLatin1String(", "))),
+         CommandLine::tr("code")},
+    });
+}
 
 } // namespace
 
 QString CommandLine::language(const QStringList& arguments)
 {
     QCommandLineParser parser;
-    const Options options;
-    options.addTo(&parser);
+    addOptions(&parser);
     parser.parse(arguments);
-    return parser.value(options.language);
+    return parser.value(QStringLiteral("language"));
 }
 
 CommandLine CommandLine::parse(const QStringList& arguments)
@@ -77,8 +63,7 @@ CommandLine CommandLine::parse(const QStringList& arguments)
            "there is lost. A SITE that it has not made is refused.\n\n"
            "Exit code: 0 all imported, 1 some failed, 2 bad usage, 130 stopped by Ctrl-C,\n"
            "3 the project is open in another instance."));
-    const Options options;
-    options.addTo(&parser);
+    addOptions(&parser);
     parser.addPositionalArgument(
         QStringLiteral("PROJECT"),
         tr("Folder that holds photos/, or a plain folder of photographs (JPEG, PNG, GIF, SVG, "
@@ -91,36 +76,35 @@ CommandLine CommandLine::parse(const QStringList& arguments)
         result.refuse(parser.errorText());
         return result;
     }
-    result.quiet = parser.isSet(options.quiet);
-    result.verbose = parser.isSet(options.verbose);
-    result.json = parser.isSet(options.json);
-    result.watch = parser.isSet(options.watch);
-    result.options.force = parser.isSet(options.force);
-    result.options.import.acceptTruncated = parser.isSet(options.acceptTruncated);
-    if (parser.isSet(options.help) || parser.isSet(options.version)) {
+    const auto isSet = [&parser](const char* name) { return parser.isSet(QLatin1String(name)); };
+    result.quiet = isSet("quiet");
+    result.verbose = isSet("verbose");
+    result.json = isSet("json");
+    result.watch = isSet("watch");
+    result.options.force = isSet("force");
+    result.options.import.acceptTruncated = isSet("accept-truncated");
+    if (isSet("help") || isSet("version")) {
         result.request = ShowText;
-        result.text = parser.isSet(options.help) ? parser.helpText().trimmed() + QLatin1Char('\n')
-                                                 : QCoreApplication::applicationName()
-                + QLatin1Char(' ') + QCoreApplication::applicationVersion() + QLatin1Char('\n');
+        result.text = isSet("help") ? parser.helpText().trimmed()
+                                    : QCoreApplication::applicationName() + QLatin1Char(' ')
+                + QCoreApplication::applicationVersion();
         return result;
     }
     result.takeFolders(parser.positionalArguments());
-    if (parser.isSet(options.jobs)) {
-        const int jobs = parser.value(options.jobs).toInt();
-        result.options.import.jobs = jobs;
-        if (jobs < 1 || jobs > 256)
-            result.refuse(tr("The number of jobs \"%1\" is not a whole number from 1 to 256.")
-                              .arg(parser.value(options.jobs)));
-    }
+    const QString jobs = parser.value(QStringLiteral("jobs"));
+    result.options.import.jobs = jobs.toInt();
+    if (isSet("jobs") && (jobs.toInt() < 1 || jobs.toInt() > 256))
+        result.refuse(
+            tr("The number of jobs \"%1\" is not a whole number from 1 to 256.").arg(jobs));
     return result;
 }
 
 void CommandLine::takeFolders(QStringList folders)
 {
-    const QMap<QString, Request> commands{{QStringLiteral("check"), Check},
-                                          {QStringLiteral("init"), Init}};
     const QString command = folders.value(0);
-    request = commands.value(command, Publish);
+    request = command == QLatin1String("check") ? Check
+        : command == QLatin1String("init")      ? Init
+                                                : Publish;
     if (request != Publish) {
         folders.removeFirst();
         if (folders.size() != 1)

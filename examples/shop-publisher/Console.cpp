@@ -22,13 +22,9 @@ namespace {
 /// How many columns a character takes on a terminal.
 int columnsOf(uint character)
 {
-    switch (QChar::category(character)) {
-    case QChar::Mark_NonSpacing:
-    case QChar::Mark_Enclosing:
+    const QChar::Category category = QChar::category(character);
+    if (category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing)
         return 0;
-    default:
-        break;
-    }
     const struct
     {
         uint first;
@@ -82,29 +78,25 @@ bool isTerminal()
 #endif
 }
 
-bool terminalShows(QChar character)
-{
-    return QTextCodec::codecForLocale()->canEncode(character);
-}
-
 /// \a text with what is not to be printed written out: a line feed as "\u000a".
 QString printable(const QString& text)
 {
+    static const QVector<QChar::Category> written{
+        QChar::Other_Control, QChar::Separator_Line, QChar::Separator_Paragraph,
+        QChar::Other_Format}; // among the last those that turn the writing direction
     QString result;
-    for (const QChar character : text) {
-        switch (character.category()) {
-        case QChar::Other_Control:
-        case QChar::Other_Format: // among them those that turn the writing direction
-        case QChar::Separator_Line:
-        case QChar::Separator_Paragraph:
-            result +=
-                QStringLiteral("\\u%1").arg(int(character.unicode()), 4, 16, QLatin1Char('0'));
-            break;
-        default:
-            result += character;
-        }
-    }
+    for (const QChar character : text)
+        result += written.contains(character.category())
+            ? QStringLiteral("\\u%1").arg(int(character.unicode()), 4, 16, QLatin1Char('0'))
+            : QString(character);
     return result;
+}
+
+void printObject(const char* event, QJsonObject facts)
+{
+    facts.insert(QStringLiteral("event"), QLatin1String(event));
+    const QByteArray line = QJsonDocument(facts).toJson(QJsonDocument::Compact);
+    Console::print(QString::fromUtf8(line) + QLatin1Char('\n'));
 }
 
 } // namespace
@@ -156,15 +148,14 @@ void Console::report(const QVector<ErrorableCode>& failures) const
                          {QStringLiteral("text"), failure.details}});
             continue;
         }
-        text += QLatin1String("  ") + printable(failure.details) + QLatin1Char('\n');
-        if (!mVerbose)
-            continue;
         // A name that holds a line end must not forge a step.
         ErrorableCode shown = failure;
         shown.details = printable(failure.details);
-        const QStringList lines = shown.toString(true).split(QLatin1Char('\n'));
-        for (const QString& line : lines)
-            text += QLatin1String("      ") + line + QLatin1Char('\n');
+        text += QLatin1String("  ") + shown.details + QLatin1Char('\n');
+        if (mVerbose)
+            text += QLatin1String("      ")
+                + shown.toString(true).replace(QLatin1Char('\n'), QLatin1String("\n      "))
+                + QLatin1Char('\n');
     }
     if (!text.isEmpty())
         printError(tr("%n failure(s):", nullptr, int(failures.size())) + QLatin1Char('\n') + text);
@@ -184,23 +175,14 @@ void Console::complain(const char* event, const QString& text, const QString& hi
     printError(shown + (hint.isEmpty() ? hint : hint + QLatin1Char('\n')));
 }
 
-void Console::printObject(const char* event, QJsonObject facts)
-{
-    facts.insert(QStringLiteral("event"), QLatin1String(event));
-    print(QString::fromUtf8(QJsonDocument(facts).toJson(QJsonDocument::Compact))
-          + QLatin1Char('\n'));
-}
-
 void Console::print(const QString& text)
 {
-    QTextStream stream(stdout);
-    stream << text;
+    QTextStream(stdout) << text;
 }
 
 void Console::printError(const QString& text)
 {
-    QTextStream stream(stderr);
-    stream << text;
+    QTextStream(stderr) << text;
 }
 
 QString Console::counter() const
@@ -213,10 +195,11 @@ void Console::drawBar(const QString& step) const
 {
     const int barColumns = 24;
     const int filled = mTotal > 0 ? barColumns * mDone / mTotal : barColumns;
-    const bool blocks = terminalShows(QChar(0x2588)) && terminalShows(QChar(0x2591));
-    const QString line = QString(filled, blocks ? QChar(0x2588) : QLatin1Char('#'))
-        + QString(barColumns - filled, blocks ? QChar(0x2591) : QLatin1Char('.')) + QLatin1Char(' ')
-        + counter() + QLatin1String("  ") + printable(step);
+    const QString blocks = QStringLiteral("\u2588\u2591");
+    const bool showsBlocks = QTextCodec::codecForLocale()->canEncode(blocks);
+    const QString signs = showsBlocks ? blocks : QStringLiteral("#.");
+    const QString line = QString(filled, signs.at(0)) + QString(barColumns - filled, signs.at(1))
+        + QLatin1Char(' ') + counter() + QLatin1String("  ") + printable(step);
     // Three columns short of the edge, so that the terminal has room for its "^C": a line that
     // reaches the edge wraps.
     print(QLatin1Char('\r') + fitted(line, qMax(1, terminalColumns() - 3)));

@@ -59,7 +59,6 @@ public:
     static void printError(const QString& text);
 
 private:
-    static void printObject(const char* event, QJsonObject facts);
     QString counter() const;
     void drawBar(const QString& step) const;
 

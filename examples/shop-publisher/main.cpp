@@ -11,7 +11,6 @@
 #include "CommandLine.h"
 #include "Console.h"
 #include "Languages.h"
-#include "NewProject.h"
 #include "Pages.h"
 #include "Project.h"
 #include "Publication.h"
@@ -20,6 +19,7 @@
 #include "Watch.h"
 
 #include <CoreApplicationUtils.h>
+#include <FileUtils.h>
 #include <ProjectFileLocker.h>
 
 #include <QCoreApplication>
@@ -27,6 +27,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QJsonArray>
+#include <QMap>
 
 #include <csignal>
 #include <memory>
@@ -84,56 +85,56 @@ ExitCode refuse(const Console& console, const QString& reason, ExitCode code = B
     return code;
 }
 
-/// Runs the thread to its end, with the event loop for progress and signals.
-void runToItsEnd(PublicationThread* thread, StopSignals* stopSignals, Console* console)
+/// Runs \a publication to its end, with the event loop for progress and signals.
+void runToItsEnd(Publication* publication, StopSignals* stopSignals, Console* console)
 {
+    PublicationThread thread(publication);
     QEventLoop loop;
     // The text by value: the copy that the thread keeps is let go after this one, and the thread
     // sanitizer sees it by the count of the two.
     QObject::connect(
-        thread, &Thread::progressed, &loop,
+        &thread, &Thread::progressed, &loop,
         [console](int done, int total, QString step) { console->progress(done, total, step); });
-    QObject::connect(stopSignals, &StopSignals::stopRequested, thread,
+    QObject::connect(stopSignals, &StopSignals::stopRequested, &thread,
                      &Thread::requestInterruption);
-    QObject::connect(thread, &QThread::finished, &loop, &QEventLoop::quit);
-    thread->start();
+    QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
+    thread.start();
     loop.exec();
-    thread->wait();
+    thread.wait();
     console->end();
 }
 
-void tellUnpublished(const Publication& publication, const Console& console)
+void tellUnpublished(const Publication::Outcome& outcome, const Console& console)
 {
-    const QStringList names = publication.outcome().unpublished;
+    const QStringList& names = outcome.unpublished;
     if (!names.isEmpty())
         console.say("unpublished", {{QStringLiteral("names"), QJsonArray::fromStringList(names)}},
                     Program::tr("Not published, because of their kind: %1")
                         .arg(names.join(QLatin1String(", "))));
 }
 
-void summarise(const Publication& publication, const Site& site, const Console& console)
+void summarise(const Publication::Outcome& outcome, const Site& site, const Console& console)
 {
-    QJsonObject facts{{QStringLiteral("photographs"), publication.outcome().photographs},
-                      {QStringLiteral("imported"), publication.outcome().imported}};
-    const QString page = site.folder() + QLatin1String("/index.html");
-    if (publication.outcome().stopped) {
+    const QString imported = QString::number(outcome.imported);
+    const QString page = site.path(QStringLiteral("index.html"));
+    QJsonObject facts{{QStringLiteral("photographs"), outcome.photographs},
+                      {QStringLiteral("imported"), outcome.imported}};
+    if (outcome.stopped) {
         console.say("stopped", facts,
                     Program::tr("Stopped: %1 of %n photograph(s) imported, no page written",
-                                nullptr, publication.outcome().photographs)
-                        .arg(publication.outcome().imported));
-    } else if (publication.outcome().pageWritten) {
+                                nullptr, outcome.photographs)
+                        .arg(imported));
+    } else if (outcome.pageWritten) {
         facts.insert(QStringLiteral("page"), page);
         console.say("published", facts,
-                    Program::tr("%1 of %n photograph(s) imported: %2", nullptr,
-                                publication.outcome().photographs)
-                        .arg(QString::number(publication.outcome().imported), page));
+                    Program::tr("%1 of %n photograph(s) imported: %2", nullptr, outcome.photographs)
+                        .arg(imported, page));
     } else {
         return;
     }
-    tellUnpublished(publication, console);
-    const QStringList languages = publication.outcome().shopLanguages;
-    for (const QString& language : languages) {
-        const QString shop = site.folder() + QLatin1Char('/') + ShopPage::fileName(language);
+    tellUnpublished(outcome, console);
+    for (const QString& language : outcome.shopLanguages) {
+        const QString shop = site.path(ShopPage::fileName(language));
         console.say("shop",
                     {{QStringLiteral("language"), language}, {QStringLiteral("page"), shop}},
                     Program::tr("Shop: %1").arg(shop));
@@ -145,24 +146,21 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
 {
     Published published = site->record();
     Publication publication(project, site, &published, commandLine.options);
-    PublicationThread thread(&publication);
-    // A signal that comes when all is done still ends the watch.
     std::unique_ptr<Watch> watch;
     if (commandLine.watch) {
         watch = std::make_unique<Watch>(project, site, &published, commandLine.options, console);
+        // A signal that comes when all is done still ends the watch.
         QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
     }
-    runToItsEnd(&thread, stopSignals, console);
+    runToItsEnd(&publication, stopSignals, console);
 
     const QVector<ErrorableCode> failures = publication.failures();
-    summarise(publication, *site, *console);
+    summarise(publication.outcome(), *site, *console);
     console->report(failures);
-    if (publication.outcome().stopped)
-        return Stopped;
-    if (watch) {
+    if (watch && !publication.outcome().stopped)
         watch->run(failures);
+    if (watch || publication.outcome().stopped)
         return Stopped;
-    }
     return failures.isEmpty() ? AllImported : SomeFailed;
 }
 
@@ -171,25 +169,51 @@ ExitCode check(const Project& project, StopSignals* stopSignals, const CommandLi
                Console* console)
 {
     Publication publication(project, nullptr, nullptr, commandLine.options);
-    PublicationThread thread(&publication);
-    runToItsEnd(&thread, stopSignals, console);
+    runToItsEnd(&publication, stopSignals, console);
+    const Publication::Outcome& outcome = publication.outcome();
     const QVector<ErrorableCode> failures = publication.failures();
-    if (publication.outcome().stopped)
+    if (outcome.stopped)
         return Stopped;
     if (failures.isEmpty())
-        console->say("checked",
-                     {{QStringLiteral("photographs"), publication.outcome().photographs}},
+        console->say("checked", {{QStringLiteral("photographs"), outcome.photographs}},
                      Program::tr("Nothing is wrong: %n photograph(s) can be published", nullptr,
-                                 publication.outcome().photographs));
-    tellUnpublished(publication, *console);
+                                 outcome.photographs));
+    tellUnpublished(outcome, *console);
     console->report(failures);
     return failures.isEmpty() ? AllImported : SomeFailed;
 }
 
+/// Writes what an owner begins with: a shop.json, and a README.md in the program's language that
+/// explains it, into \a folder, which is made with its sub-folder photos/ where it is missing. A
+/// file that is there already is never replaced. Returns why nothing was written; empty when all
+/// was.
+QString writeNewProject(const QString& folder)
+{
+    const QMap<QString, QString> files{
+        {QStringLiteral("README.md"), QStringLiteral(":/init/README.%1.md")},
+        {QStringLiteral("shop.json"), QStringLiteral(":/init/shop.%1.json")}};
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        const QFileInfo there(folder + QLatin1Char('/') + file.key());
+        if (there.exists() || there.isSymLink())
+            return Program::tr("%1 is there already, so nothing was written.")
+                .arg(there.filePath());
+    }
+    if (!FileUtils::fileMkPath(folder + QLatin1String("/photos/")))
+        return Program::tr("The folder %1 cannot be made.").arg(folder);
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        const QString path = folder + QLatin1Char('/') + file.key();
+        const QString content = file.value().arg(Languages::current());
+        QString why;
+        if (!FileUtils::replaceFileContent(path, FileUtils::readFileContent(content), &why))
+            return Program::tr("%1 cannot be written (%2).").arg(path, why);
+    }
+    return QString();
+}
+
 ExitCode init(const QString& folder, const Console& console)
 {
-    QString reason;
-    if (!NewProject::write(folder, &reason))
+    const QString reason = writeNewProject(folder);
+    if (!reason.isEmpty())
         return refuse(console, reason);
     console.say("begun", {{QStringLiteral("folder"), folder}},
                 Program::tr("Begun: %1. Read README.md there, put photographs into photos/, and "
@@ -222,7 +246,7 @@ ExitCode run(const CommandLine& commandLine, StopSignals* stopSignals)
                                             : Console::ForPeople,
                     commandLine.verbose);
     if (commandLine.request == CommandLine::ShowText) {
-        Console::print(commandLine.text);
+        Console::print(commandLine.text + QLatin1Char('\n'));
         return AllImported;
     }
     if (commandLine.request == CommandLine::BadUsage)

@@ -318,6 +318,18 @@ Rückgabewert: 0 alles importiert, 1 manches misslungen, 2 falscher Aufruf, 130 
             <numerusform>Alles stimmt: %n Fotografien können veröffentlicht werden</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 is there already, so nothing was written.</source>
+        <translation>%1 ist schon da, darum wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Der Ordner %1 kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written (%2).</source>
+        <translation>%1 kann nicht geschrieben werden (%2).</translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -713,21 +725,6 @@ Rückgabewert: 0 alles importiert, 1 manches misslungen, 2 falscher Aufruf, 130 
     <message>
         <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
         <translation>Ein anderer Fehler trat auf; vielleicht ließ eine volle Partition die Sperrdatei nicht schreiben</translation>
-    </message>
-</context>
-<context>
-    <name>NewProject</name>
-    <message>
-        <source>%1 is there already, so nothing was written.</source>
-        <translation>%1 ist schon da, darum wurde nichts geschrieben.</translation>
-    </message>
-    <message>
-        <source>The folder %1 cannot be made.</source>
-        <translation>Der Ordner %1 kann nicht angelegt werden.</translation>
-    </message>
-    <message>
-        <source>%1 cannot be written (%2).</source>
-        <translation>%1 kann nicht geschrieben werden (%2).</translation>
     </message>
 </context>
 </TS>

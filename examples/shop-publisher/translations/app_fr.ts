@@ -318,6 +318,18 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
             <numerusform>Tout va bien : %n photographies peuvent être publiées</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 is there already, so nothing was written.</source>
+        <translation>%1 existe déjà, rien n’a donc été écrit.</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Le dossier %1 ne peut pas être créé.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written (%2).</source>
+        <translation>%1 ne peut pas être écrit (%2).</translation>
+    </message>
 </context>
 <context>
     <name>Project</name>
@@ -713,21 +725,6 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
     <message>
         <source>Another error happened, for instance a full partition prevented writing out the lock file</source>
         <translation>Une autre erreur est survenue ; par exemple, une partition pleine a empêché d’écrire le fichier de verrou</translation>
-    </message>
-</context>
-<context>
-    <name>NewProject</name>
-    <message>
-        <source>%1 is there already, so nothing was written.</source>
-        <translation>%1 existe déjà, rien n’a donc été écrit.</translation>
-    </message>
-    <message>
-        <source>The folder %1 cannot be made.</source>
-        <translation>Le dossier %1 ne peut pas être créé.</translation>
-    </message>
-    <message>
-        <source>%1 cannot be written (%2).</source>
-        <translation>%1 ne peut pas être écrit (%2).</translation>
     </message>
 </context>
 </TS>
