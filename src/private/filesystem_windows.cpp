@@ -56,16 +56,21 @@ template <typename Step>
 bool onceLetGo(const QString& native, Step step)
 {
     const int attempts = 25;
+    const int attemptsInARow = 5; // while nobody holds the file
     const int pause = 20; // milliseconds
+    int whileFree = 0;
     for (int attempt = 1;; ++attempt) {
         if (step())
             return true;
         const DWORD reason = GetLastError();
-        const bool isWorthTrying = attempt < attempts && isHeld(native);
+        // Who held the file may have let go of it since the attempt: the next one, at once, tells.
+        const bool held = isHeld(native);
+        whileFree = held ? 0 : whileFree + 1;
         SetLastError(reason);
-        if (!isWorthTrying)
+        if (attempt == attempts || whileFree == attemptsInARow)
             return false;
-        Sleep(pause);
+        if (held)
+            Sleep(pause);
     }
 }
 
