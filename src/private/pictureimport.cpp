@@ -103,6 +103,7 @@ private:
     bool isCopiedAlways() const;
     bool mustTurn() const { return mHow.upright && mResult.orientation > 1; }
     bool mustConvert() const;
+    bool mayExceed() const;
     QSize limit() const;
     QSize targetSize(const QSize& picture) const;
     qint64 memoryNeeded() const;
@@ -187,8 +188,7 @@ bool PictureImport::mustReencode() const
         return false;
     const bool holdsUnknown = !canCarryMetadata(mFormat) && !holdsPixelsAlone(mFormat)
         && mHow.metadata != ImageImport::AllMetadata;
-    return mFormat != mResult.format || holdsUnknown || mustTurn() || mustConvert()
-        || exceeds(mHeader.size, limit());
+    return mFormat != mResult.format || holdsUnknown || mustTurn() || mustConvert() || mayExceed();
 }
 
 /// Whether there is something to decode in a file that breaks off. A copy of it would be no picture
@@ -351,6 +351,13 @@ bool PictureImport::mustConvert() const
 #else
     return false;
 #endif
+}
+
+/// Whether the picture is too large, or does not tell that it is not.
+bool PictureImport::mayExceed() const
+{
+    const bool isLimited = mHow.maxSize.width() > 0 || mHow.maxSize.height() > 0;
+    return mHeader.size.isValid() ? exceeds(mHeader.size, limit()) : isLimited;
 }
 
 /// The most that the picture may measure as it is stored.
