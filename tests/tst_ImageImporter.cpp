@@ -312,7 +312,6 @@ void tst_ImageImporter::deletedByReceiver()
 
 void tst_ImageImporter::slowReceiver()
 {
-    SKIP_ON_WINDOWS("Qt's loop there sleeps on where a loop inside of it has left it");
     // A receiver that runs an event loop of its own is told the others meanwhile, each once.
     ImageImporter importer;
     QSignalSpy imported(&importer, &ImageImporter::imported);
@@ -327,8 +326,9 @@ void tst_ImageImporter::slowReceiver()
             QTRY_COMPARE(imported.size(), 8);
     });
     importer.start(2);
-    QVERIFY(finished.wait(60000));
-    QCOMPARE(finished.size(), 1);
+    // Not by wait(): on Windows its loop sleeps until the next event when a loop inside of it was
+    // the one to receive the signal.
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, 60000);
     QList<int> indexes = indexesOf(imported);
     std::sort(indexes.begin(), indexes.end());
     QCOMPARE(indexes, countTo(8));
