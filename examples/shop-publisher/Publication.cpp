@@ -19,12 +19,6 @@ namespace {
 /// leaves those before to the next one.
 const int batchSize = 500;
 
-/// Tells whether two files are the same, byte by byte.
-QByteArray contentOf(const QString& path)
-{
-    return FileUtils::sha1(path).toLatin1();
-}
-
 /// The path in the site of the static file \a name.
 QString staticPlace(const QString& name)
 {
@@ -220,7 +214,7 @@ bool Publication::isPublished(const Published::Picture& known, const Photograph&
             return false;
     }
     // A copy of the project, or a clock that was set, gives other stamps to the same photograph.
-    return isSame || known.content == contentOf(photograph.source);
+    return isSame || known.content == FileUtils::sha1(photograph.source);
 }
 
 /// Notes what came of importing \a photograph.
@@ -234,7 +228,7 @@ void Publication::take(const Photograph& photograph)
         entry.stamp.clear();
     if (!entry.imported)
         return;
-    entry.content = contentOf(photograph.source);
+    entry.content = FileUtils::sha1(photograph.source);
     entry.ofProduct = photograph.ofProduct;
     const QStringList former = entry.files.keys();
     const QStringList places = entry.picture.places();
@@ -307,7 +301,7 @@ void Publication::copyStaticFile(const ProjectFile& file)
         return;
     mRecordIsOld = true;
     if (!now.second.isEmpty() && !QFileInfo(mSite->path(place)).isSymLink()
-        && contentOf(file.source) == contentOf(mSite->path(place))) {
+        && FileUtils::sha1(file.source) == FileUtils::sha1(mSite->path(place))) {
         mNow.staticFiles.insert(file.name, now);
         return;
     }
@@ -424,22 +418,18 @@ void Publication::conclude()
         mOutcome.pageWritten = false;
         return;
     }
-    QSet<QString> failed;
-    const QVector<Site::Failure> failures = mSite->commit();
-    for (const Site::Failure& failure : failures) {
-        fail(WorkItem::SitePage, failure.place, WorkItem::Unwritable, failure.reason);
-        failed.insert(failure.place);
-    }
+    const QMap<QString, QString> failures = mSite->commit();
+    for (auto it = failures.begin(); it != failures.end(); ++it)
+        fail(WorkItem::SitePage, it.key(), WorkItem::Unwritable, it.value());
     // Stamps of what has only now come to its place.
-    const auto stampNow = [this, &failed](const QString& place) {
-        return failed.contains(place) ? QString() : FileUtils::fileStamp(mSite->path(place));
+    const auto stampNow = [this, &failures](const QString& place) {
+        return failures.contains(place) ? QString() : FileUtils::fileStamp(mSite->path(place));
     };
     const QSet<QString> awaited = mAwaited;
     for (const QString& name : awaited) {
-        Published::Picture& picture = mNow.pictures[name];
-        const QStringList places = picture.files.keys();
-        for (const QString& place : places)
-            picture.files.insert(place, stampNow(place));
+        QMap<QString, QString>& files = mNow.pictures[name].files;
+        for (auto file = files.begin(); file != files.end(); ++file)
+            file.value() = stampNow(file.key());
     }
     for (auto it = mNow.staticFiles.begin(); it != mNow.staticFiles.end(); ++it) {
         if (it.value().second.isEmpty())
@@ -475,16 +465,4 @@ void Publication::fail(WorkItem::Kind kind, const QString& name, WorkItem::Failu
     auto* const item = new WorkItem(kind, name, this);
     ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
     item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
-}
-
-PublicationThread::PublicationThread(Publication* publication)
-    : mPublication(publication)
-{
-    addThreadableChild(*publication);
-    publication->moveToThread(this);
-}
-
-void PublicationThread::run()
-{
-    mPublication->run();
 }

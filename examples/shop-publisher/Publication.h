@@ -124,14 +124,19 @@ class PublicationThread : public Thread
 public:
     /// Moves \a publication, which outlives this object, to the thread: until that has finished,
     /// nobody else touches it.
-    explicit PublicationThread(Publication* publication);
+    explicit PublicationThread(Publication* publication)
+        : mPublication(publication)
+    {
+        addThreadableChild(*publication);
+        publication->moveToThread(this);
+    }
     ~PublicationThread() override { stopAndWait(std::chrono::milliseconds::max()); }
 
 protected:
-    void run() override;
+    void run() override { mPublication->run(); }
 
 private:
-    Publication* mPublication;
+    Publication* const mPublication;
 };
 
 #endif // PUBLICATION_H

@@ -79,7 +79,7 @@ Published Published::fromJson(const QByteArray& json)
         picture.imported = isCurrent && object.contains(QLatin1String("content"));
         if (picture.imported) {
             picture.stamp = object.value(QLatin1String("photograph")).toString();
-            picture.content = object.value(QLatin1String("content")).toString().toLatin1();
+            picture.content = object.value(QLatin1String("content")).toString();
             picture.ofProduct = object.value(QLatin1String("ofProduct")).toBool();
             picture.picture = {it.key(),
                                picture.siteName,
@@ -113,7 +113,7 @@ QByteArray Published::toJson() const
                            {QStringLiteral("files"), files}};
         if (picture.imported) {
             object.insert(QStringLiteral("photograph"), picture.stamp);
-            object.insert(QStringLiteral("content"), QString::fromLatin1(picture.content));
+            object.insert(QStringLiteral("content"), picture.content);
             object.insert(QStringLiteral("ofProduct"), picture.ofProduct);
             object.insert(QStringLiteral("imageSize"), sizeToJson(picture.picture.imageSize));
             object.insert(QStringLiteral("thumbSize"), sizeToJson(picture.picture.thumbSize));

@@ -42,7 +42,7 @@ struct Published
     struct Picture
     {
         QString stamp; ///< of the photograph, before it was read
-        QByteArray content; ///< its SHA-1, in hexadecimal digits
+        QString content; ///< its SHA-1, in hexadecimal digits
         QString siteName;
         bool imported = false; ///< false: it failed, and would again
         bool ofProduct = false;

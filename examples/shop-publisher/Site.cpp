@@ -70,6 +70,16 @@ bool isFormerSite(const QString& folder)
         && page.read(2048).contains("<meta name=\"generator\" content=\"shop-publisher\"");
 }
 
+/// The folders on the way to \a place: "a" and "a/b" for "a/b/c.jpg", "a" for "a/".
+QStringList foldersAbove(const QString& place)
+{
+    QStringList folders;
+    for (int slash = int(place.indexOf(QLatin1Char('/'))); slash >= 0;
+         slash = int(place.indexOf(QLatin1Char('/'), slash + 1)))
+        folders.append(place.left(slash));
+    return folders;
+}
+
 /// Whether the file \a path has that content.
 bool holds(const QString& path, const QByteArray& content)
 {
@@ -114,27 +124,27 @@ QString Site::refusal(const Project& project) const
 
 QString Site::ownersRefusal() const
 {
-    const QStringList entries = QDir(mFolder).entryList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-    QStringList foreign;
-    QStringList replaced;
-    for (const QString& entry : entries) {
-        if (entry.startsWith(ownPrefix))
-            continue;
-        foreign.append(entry);
-        if (QDir::match(QStringLiteral("images;thumbs;sizes;static;data;config;index.html;"
-                                       "shop-*.html;photographs*.html;sitemap.xml"),
-                        entry))
-            replaced.append(entry);
-    }
-    if (foreign.isEmpty() || QFileInfo(recordPath()).isFile() || isFormerSite(mFolder))
+    const QDir there(mFolder);
+    const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    const QStringList entries = there.entryList(all);
+    const bool isOurs = std::all_of(entries.begin(), entries.end(), [](const QString& entry) {
+        return entry.startsWith(ownPrefix);
+    });
+    if (isOurs || QFileInfo(recordPath()).isFile() || isFormerSite(mFolder))
         return QString();
+    const QString replaced =
+        there
+            .entryList(QStringLiteral("images thumbs sizes static data config index.html "
+                                      "shop-*.html photographs*.html sitemap.xml")
+                           .split(QLatin1Char(' ')),
+                       all, QDir::Name)
+            .join(QLatin1String(", "));
     const QString reason =
         tr("SITE was not made by this program, and there is something in it (%1).").arg(mFolder);
-    const QString lost = replaced.isEmpty() ? QString()
-                                            : QLatin1Char(' ')
-            + tr("This would be replaced: %1.").arg(replaced.join(QLatin1String(", ")));
-    return reason + lost + QLatin1Char(' ') + tr("--force publishes there all the same.");
+    const QString lost = replaced.isEmpty()
+        ? QString()
+        : tr("This would be replaced: %1.").arg(replaced) + QLatin1Char(' ');
+    return reason + QLatin1Char(' ') + lost + tr("--force publishes there all the same.");
 }
 
 Site::Opened Site::open(QString* reason)
@@ -209,21 +219,19 @@ QString Site::draft(const QString& place)
 /// Why no file can be at \a place after the next commit(), empty where one can.
 QString Site::obstacle(const QString& place) const
 {
-    const auto goes = [this](const QString& file) { return mRemovals.contains(file); };
-    const QStringList parts = place.split(QLatin1Char('/'));
-    for (int i = 1; i < parts.size(); ++i) {
-        const QString folder = QStringList(parts.mid(0, i)).join(QLatin1Char('/'));
+    const QStringList folders = foldersAbove(place);
+    for (const QString& folder : folders) {
         const QFileInfo info(path(folder));
         if (info.isSymLink())
             return tr("cannot be written: %1 is a link that leads out of the site").arg(folder);
-        if (info.exists() && !info.isDir() && !goes(folder))
+        if (info.exists() && !info.isDir() && !mRemovals.contains(folder))
             return tr("cannot be written: the folder %1 cannot be made").arg(folder);
     }
     const auto isBelow = [&place](const QString& file) {
         return file.startsWith(place + QLatin1Char('/'));
     };
     const QFileInfo info(path(place));
-    if (!parts.last().isEmpty() && info.isDir() && !info.isSymLink()
+    if (!place.endsWith(QLatin1Char('/')) && info.isDir() && !info.isSymLink()
         && std::none_of(mRemovals.begin(), mRemovals.end(), isBelow))
         return tr("cannot be written to %1 (%2)").arg(place, textOfError(EISDIR));
     return QString();
@@ -233,13 +241,11 @@ QString Site::obstacle(const QString& place) const
 /// there.
 bool Site::isFree(const QString& place) const
 {
-    for (int slash = int(place.indexOf(QLatin1Char('/'))); slash >= 0;
-         slash = int(place.indexOf(QLatin1Char('/'), slash + 1))) {
-        if (mRemovals.contains(place.left(slash)))
-            return false;
-    }
+    const QStringList folders = foldersAbove(place);
     const QFileInfo there(path(place));
-    return !there.exists() && !there.isSymLink();
+    return !there.exists() && !there.isSymLink()
+        && std::none_of(folders.begin(), folders.end(),
+                        [this](const QString& folder) { return mRemovals.contains(folder); });
 }
 
 bool Site::put(const QVector<Draft>& drafts, QString* reason)
@@ -290,19 +296,19 @@ void Site::remove(const QString& place)
     mRemovals.insert(place);
 }
 
-QVector<Site::Failure> Site::commit()
+QMap<QString, QString> Site::commit()
 {
-    QVector<Failure> failures;
+    QMap<QString, QString> failures;
     QString reason;
     // First what goes: a folder may get the name of a file, and on some systems "a.jpg" is "A.JPG".
     const QSet<QString> removals = mRemovals;
     for (const QString& place : removals) {
         if (!removeNow(place, &reason))
-            failures.append({place, reason});
+            failures.insert(place, reason);
     }
     for (auto it = mMoves.cbegin(); it != mMoves.cend(); ++it) {
         if (!move({it.value(), it.key()}, &reason))
-            failures.append({it.key(), reason});
+            failures.insert(it.key(), reason);
     }
     forget();
     return failures;
@@ -328,9 +334,8 @@ bool Site::move(const Draft& draft, QString* reason) const
 /// Takes a file away, and the folders that are empty then, down to that of all pictures.
 bool Site::removeNow(const QString& place, QString* reason) const
 {
-    QStringList parts = place.split(QLatin1Char('/'));
-    for (int i = 1; i < parts.size(); ++i) {
-        const QString folder = QStringList(parts.mid(0, i)).join(QLatin1Char('/'));
+    const QStringList folders = foldersAbove(place);
+    for (const QString& folder : folders) {
         if (QFileInfo(path(folder)).isSymLink()) {
             *reason = tr("cannot be removed: %1 is a link that leads out of the site").arg(folder);
             return false;
@@ -341,8 +346,8 @@ bool Site::removeNow(const QString& place, QString* reason) const
         *reason = tr("cannot be removed from %1 (%2)").arg(place, file.errorString());
         return false;
     }
-    for (parts.removeLast(); parts.size() > 1; parts.removeLast()) {
-        if (!QDir().rmdir(path(parts.join(QLatin1Char('/')))))
+    for (int i = int(folders.size()) - 1; i > 0; --i) {
+        if (!QDir().rmdir(path(folders.at(i))))
             break;
     }
     return true;

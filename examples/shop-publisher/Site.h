@@ -108,16 +108,9 @@ public:
     /// then. One that is not there is fine.
     void remove(const QString& place);
 
-    /// What could not be done, and why.
-    struct Failure
-    {
-        QString place;
-        QString reason;
-    };
-
     /// Makes the new site of the old one. All drafts are complete by then, so that this needs no
-    /// room on the disk and next to no time.
-    QVector<Failure> commit();
+    /// room on the disk and next to no time. Returns why something could not be done, by place.
+    QMap<QString, QString> commit();
 
     /// Leaves the old site as it is.
     void forget();

@@ -41,8 +41,6 @@ Watch::Watch(const Project& project, Site* site, Published* published,
     connect(&mProjectFolder, &QFileSystemWatcher::fileChanged, this, &Watch::onProjectFolder);
 }
 
-Watch::~Watch() = default;
-
 void Watch::run(const QVector<ErrorableCode>& told)
 {
     if (mStopped)
@@ -122,13 +120,12 @@ void Watch::publish()
 void Watch::onPublished()
 {
     mThread->wait();
-    const QVector<Publication::Change> changes = mPublication->outcome().changes;
-    for (const Publication::Change& change : changes)
+    const Publication::Outcome& outcome = mPublication->outcome();
+    for (const Publication::Change& change : outcome.changes)
         mConsole->say(change.event, {{QStringLiteral("name"), change.name}},
                       tr(change.text).arg(change.name));
-    const QSet<QString> overtaken = mPublication->outcome().overtaken;
-    mChanged += overtaken;
-    mHasNews = mHasNews || !overtaken.isEmpty();
+    mChanged += outcome.overtaken;
+    mHasNews = mHasNews || !outcome.overtaken.isEmpty();
     mConsole->report(newFailures());
 
     mThread.reset();

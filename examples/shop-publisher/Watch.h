@@ -34,7 +34,6 @@ public:
     /// All outlive this object; \a site is open, and \a published is what was published into it.
     Watch(const Project& project, Site* site, Published* published,
           const PublicationOptions& options, Console* console);
-    ~Watch() override;
 
     /// Returns when stop() was called, before or meanwhile, and a publication that runs has
     /// finished the picture at hand. \a told are the failures of the first publication.

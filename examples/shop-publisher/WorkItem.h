@@ -11,6 +11,7 @@
 
 #include <Errorable.h>
 
+#include <QMetaEnum>
 #include <QObject>
 #include <QString>
 
@@ -35,17 +36,35 @@ public:
 
     /// \a name is what a person knows it by: "bowls/blue bowl.jpg". \a parent owns it; its place in
     /// the tree of errors is given with ORVAUTILS_ADD_ERRORABLE_CHILD.
-    WorkItem(Kind kind, const QString& name, QObject* parent);
+    WorkItem(Kind kind, const QString& name, QObject* parent)
+        : QObject(parent)
+        , mKind(kind)
+        , mName(name)
+    { }
 
     QString name() const { return mName; }
 
     /// The error to be raised with ORVAUTILS_SET_ERROR. Its details are the name and \a reason,
     /// which is read after it: "blue bowl.jpg: is empty".
-    ErrorableCode failure(Failure failure, const QString& reason) const;
+    ErrorableCode failure(Failure failure, const QString& reason) const
+    {
+        ErrorableCode code;
+        code.context = keyOf(mKind);
+        code.code = failure;
+        code.mEnumText = keyOf(failure);
+        code.details = mName + QLatin1String(": ") + reason;
+        return code;
+    }
 
 private:
-    Kind mKind;
-    QString mName;
+    template <typename Enum>
+    static QString keyOf(Enum value)
+    {
+        return QString::fromLatin1(QMetaEnum::fromType<Enum>().valueToKey(value));
+    }
+
+    const Kind mKind;
+    const QString mName;
 };
 
 #endif // WORKITEM_H
