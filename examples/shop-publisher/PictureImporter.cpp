@@ -7,13 +7,11 @@
 #include <ImageImporter.h>
 #include <ImageUtils.h>
 
-#include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QPair>
-#include <QSet>
 #include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -22,27 +20,29 @@
 
 namespace {
 
-const QSize imageLimit(1600, 1600);
-const QSize thumbLimit(320, 320);
-const int interruptionMilliseconds = 20;
+/// Pixels of the longer side.
+const int imageLimit = 1600;
+const int thumbLimit = 320;
 
-/// Beside the small picture, which has twice the pixels that it is shown in, those of the products
-/// are there in one time and in three times as many.
-const int moreSizes[] = {320, 960};
+/// The small picture has twice the pixels that it is shown in, for dense screens. Those of the
+/// products are there in one time and in three times as many, too.
+const int thumbPixels = 2 * thumbLimit;
+const int moreSizes[] = {thumbLimit, 3 * thumbLimit};
+
+const int interruptionMilliseconds = 20;
 
 /// WebP stands beside another format where it takes at most so many percent of its bytes.
 const int webpPercent = 80;
 
 /// Size in CSS pixels of a small picture: it fills the limit, but only a drawing is enlarged.
-QSize shownSize(const QSize& pixels, bool drawing)
+QSize shownSize(const QSize& pixels, bool isDrawing)
 {
-    if (drawing && pixels.isEmpty())
-        return thumbLimit;
-    const bool fits =
-        pixels.width() <= thumbLimit.width() && pixels.height() <= thumbLimit.height();
-    if (fits && !drawing)
+    const QSize limit(thumbLimit, thumbLimit);
+    if (isDrawing && pixels.isEmpty())
+        return limit;
+    if (!isDrawing && pixels.boundedTo(limit) == pixels)
         return pixels;
-    return pixels.scaled(thumbLimit, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    return pixels.scaled(limit, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }
 
 /// The format for a picture that a browser does not show as it is; empty for that of the source.
@@ -59,7 +59,7 @@ QByteArray formatFor(const Photograph& photograph)
 struct PictureImporter::Draft
 {
     QString place; ///< where it goes in the site
-    QSize limit;
+    int limit; ///< pixels of its longer side
     QByteArray format; ///< empty for that of the source
     QString path;
     ImageImportResult result;
@@ -93,9 +93,8 @@ QVector<PictureImporter::Draft> PictureImporter::draftsOf(const Photograph& phot
 {
     const QByteArray format = formatFor(photograph);
     const QString& name = photograph.siteName;
-    const QSize thumbPixels = thumbLimit * 2; // for dense screens
     QVector<Draft> drafts;
-    const auto add = [&drafts](const QString& place, const QSize& limit, const QByteArray& kind) {
+    const auto add = [&drafts](const QString& place, int limit, const QByteArray& kind) {
         drafts.append({place, limit, kind, QString(), ImageImportResult()});
     };
     add(QLatin1String("images/") + name, imageLimit, format);
@@ -105,21 +104,13 @@ QVector<PictureImporter::Draft> PictureImporter::draftsOf(const Photograph& phot
         return drafts;
     const auto place = [&name](int size) { return QStringLiteral("sizes/%1/").arg(size) + name; };
     for (const int size : moreSizes)
-        add(place(size), QSize(size, size), format);
+        add(place(size), size, format);
     static const bool hasWebp = QImageWriter::supportedImageFormats().contains("webp");
     if (suffix == QLatin1String("webp") || !hasWebp)
         return drafts;
-    for (const int size : {moreSizes[0], thumbPixels.width(), moreSizes[1]})
-        add(place(size) + QLatin1String(".webp"), QSize(size, size), QByteArrayLiteral("webp"));
+    for (const int size : {moreSizes[0], thumbPixels, moreSizes[1]})
+        add(place(size) + QLatin1String(".webp"), size, QByteArrayLiteral("webp"));
     return drafts;
-}
-
-/// Whether a photograph can be imported shows in the smallest of pictures.
-QVector<PictureImporter::Draft> PictureImporter::draftsToCheck(const Photograph& photograph)
-{
-    const QString suffix = QFileInfo(photograph.siteName).suffix();
-    return {{QStringLiteral("%1.").arg(++mChecked) + suffix, QSize(16, 16), formatFor(photograph),
-             QString(), ImageImportResult()}};
 }
 
 QStringList PictureImporter::placesOf(const Photograph& photograph)
@@ -140,11 +131,18 @@ void PictureImporter::prepare(const Photograph& photograph, Work* work)
         : PictureCheck::defectOf(photograph);
     if (work->defect)
         return;
-    work->drafts = mSite ? draftsOf(photograph) : draftsToCheck(photograph);
+    if (mSite) {
+        work->drafts = draftsOf(photograph);
+        for (Draft& draft : work->drafts)
+            draft.path = mSite->draft(draft.place);
+    } else {
+        // Whether it can be imported shows in the smallest of pictures.
+        const QString name =
+            QStringLiteral("%1.%2").arg(++mChecked).arg(QFileInfo(photograph.siteName).suffix());
+        work->drafts = {
+            {name, 16, formatFor(photograph), mScratch->path() + QLatin1Char('/') + name, {}}};
+    }
     work->missingResults = int(work->drafts.size());
-    for (Draft& draft : work->drafts)
-        draft.path =
-            mSite ? mSite->draft(draft.place) : QDir(mScratch->path()).filePath(draft.place);
 }
 
 QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& photographs, int first,
@@ -164,7 +162,7 @@ QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& pho
         const QVector<Draft>& drafts = works.at(i).drafts;
         for (int j = 0; j < drafts.size(); ++j) {
             how.format = drafts.at(j).format;
-            how.maxSize = drafts.at(j).limit;
+            how.maxSize = QSize(drafts.at(j).limit, drafts.at(j).limit);
             importer.add(photograph.source, drafts.at(j).path, how);
             draftOfImport.append({i, j});
         }
@@ -223,10 +221,6 @@ void PictureImporter::conclude(Work* work)
 {
     for (int i = 0; i < work->drafts.size() && !work->defect; ++i)
         work->defect = importDefect(work->drafts.at(i).result);
-    // What breaks off in front of its pixels is no picture, even where that is accepted.
-    if (!work->defect && !ImageUtils::imageNameIsVectoriel(work->photograph->siteName)
-        && !ImageUtils::imageSize(work->drafts.at(0).path).isValid())
-        work->defect = {WorkItem::Undecodable, tr("cannot be decoded (its content is damaged)")};
     if (!work->defect && mSite) {
         const PublishedPicture published = chooseSizes(work);
         QVector<Site::Draft> drafts; // the large one last, as nothing is there without it
@@ -254,21 +248,22 @@ PublishedPicture PictureImporter::chooseSizes(Work* work)
     PublishedPicture published;
     published.photograph = work->photograph->name;
     published.name = work->photograph->siteName;
-    published.imageSize = ImageUtils::imageSize(work->drafts.at(0).path);
-    const QSize thumb = ImageUtils::imageSize(work->drafts.at(1).path);
-    published.thumbSize = shownSize(thumb, isDrawing);
+    published.imageSize = work->drafts.at(0).result.size;
+    published.thumbSize = shownSize(work->drafts.at(1).result.size, isDrawing);
 
     qint64 bytes = 0;
     qint64 webpBytes = 0;
-    QSet<QPair<bool, int>> seen;
-    const QVector<Draft> candidates = work->drafts.mid(1); // the first is none to choose from
-    for (const Draft& draft : candidates) {
-        const bool isWebp = draft.place.endsWith(QLatin1String(".webp")) && !draft.format.isEmpty();
-        const int width = ImageUtils::imageSize(draft.path).width();
-        if (seen.contains({isWebp, width}))
+    for (int i = 1; i < work->drafts.size(); ++i) { // the first is none to choose from
+        const Draft& draft = work->drafts.at(i);
+        const bool isWebp = draft.format == "webp";
+        QVector<PictureSize>& sizes = isWebp ? published.webp : published.sizes;
+        const int width = draft.result.size.width();
+        const bool isThere =
+            std::any_of(sizes.cbegin(), sizes.cend(),
+                        [width](const PictureSize& size) { return size.width == width; });
+        if (isThere)
             continue;
-        seen.insert({isWebp, width});
-        (isWebp ? published.webp : published.sizes).append({draft.place, width});
+        sizes.append({draft.place, width});
         (isWebp ? webpBytes : bytes) += QFileInfo(draft.path).size();
     }
     std::sort(published.sizes.begin(), published.sizes.end(),

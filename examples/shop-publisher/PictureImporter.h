@@ -63,7 +63,6 @@ private:
     struct Work;
 
     static QVector<Draft> draftsOf(const Photograph& photograph);
-    QVector<Draft> draftsToCheck(const Photograph& photograph);
     void prepare(const Photograph& photograph, Work* work);
     bool goesOn() const { return !isInterruptionRequested() && !mSiteIsFull; }
     void conclude(Work* work);
