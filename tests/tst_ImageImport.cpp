@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ImageImport, and what ImageUtils::importImage() makes of it.
+// ImageImport, and its effect on ImageUtils::importImage().
 
-#define QT_STATICPLUGIN // the image format of this test is a part of the program
+#define QT_STATICPLUGIN // the image format of this test is part of the program
 
 #include "ImageImport.h"
 
@@ -27,8 +27,8 @@
 #include <QColorSpace>
 #endif
 
-// An image format whose reader tells how a picture is to be turned, as those of HEIC may: "SPUN",
-// the number of the orientation, and a PNG.
+// An image format whose reader reports an orientation, as that of HEIC may: "SPUN", the number of
+// the orientation, and a PNG.
 
 const QByteArray spunMark = "SPUN";
 
@@ -78,7 +78,7 @@ public:
     {
         auto* const handler = new SpunFormat;
         handler->setDevice(device);
-        handler->setFormat("spun"); // also where the content decided
+        handler->setFormat("spun"); // also if the content decided
         return handler;
     }
 };
@@ -87,7 +87,7 @@ Q_IMPORT_PLUGIN(SpunFormatPlugin)
 
 namespace {
 
-/// What a program prints; null where it is not installed or fails.
+/// The output of a program; null if it is not installed or fails.
 QByteArray answerOf(const QString& program, const QStringList& arguments)
 {
     const QString path = QStandardPaths::findExecutable(program);
@@ -105,7 +105,7 @@ bool canWrite(const char* format)
     return QImageWriter::supportedImageFormats().contains(format);
 }
 
-/// A picture of that orientation which, set upright, is \a upright.
+/// A picture with that orientation which looks like \a upright once it is turned.
 QImage stored(const QImage& upright, int orientation)
 {
     switch (orientation) {
@@ -219,7 +219,7 @@ private Q_SLOTS:
 private:
     QString path(const char* name) const { return (*mSandbox)(QString::fromUtf8(name)); }
 
-    /// A photograph that tells everything there is to tell.
+    /// A photograph with metadata of every kind.
     QByteArray tellingPhotograph(int orientation, const QByteArray& xmp) const;
 
     QScopedPointer<Sandbox> mSandbox;
@@ -274,7 +274,7 @@ void tst_ImageImport::defaults()
 
 void tst_ImageImport::copyOrEncode_data()
 {
-    // format: wanted
+    // format: the requested one
     const auto row = columns<QByteArray, QSize, QByteArray, QByteArray, QSize, bool>(
         "source", "maximum", "format", "expectedFormat", "expected", "copied");
     const QByteArray photo = jpeg(picture(400, 300));
@@ -331,7 +331,7 @@ void tst_ImageImport::copyOrEncode()
         QVERIFY(isProgressive(contentOf(path("a/copy"))));
 }
 
-/// A row for each of the formats that can be written and each orientation.
+/// A row for each writable format and each orientation.
 static void addOrientations(const char* first, const char* second)
 {
     const auto row = columns<QByteArray, int>("format", "orientation");
@@ -371,10 +371,10 @@ void tst_ImageImport::orientations()
         QVERIFY(writer.write(turned));
     }
     ImageImport how;
-    how.format = "png"; // loses nothing
+    how.format = "png"; // a lossless format
     const ImageImportResult result = ImageUtils::importImage(path("source"), path("copy.png"), how);
     QVERIFY2(result, qPrintable(result.error));
-    // A reader that finds nothing to do may not tell an upright picture from one that says nothing.
+    // A reader may report the same for an upright picture and one without an orientation.
     QCOMPARE(qMax(1, result.orientation), orientation);
     QCOMPARE(result.size, QSize(400, 300));
     const QImage copy = QImage(path("copy.png")).convertToFormat(QImage::Format_RGB32);
@@ -416,7 +416,7 @@ void tst_ImageImport::orientationsOfReader()
     QCOMPARE(result.size, QSize(100, 75));
 
     how.maxSize = QSize();
-    how.upright = false; // what it is shown by goes along
+    how.upright = false; // the orientation is copied along
     how.format = "jpeg";
     result = ImageUtils::importImage(path("source"), path("copy.jpg"), how);
     QCOMPARE(result.size, turned.size());
@@ -434,13 +434,13 @@ void tst_ImageImport::orientationsBesidePixels()
 {
     QFETCH(QByteArray, format);
     QFETCH(int, orientation);
-    // A PNG or WebP that has its orientation in EXIF, where Qt's readers do not look.
+    // A PNG or WebP with its orientation in EXIF, which Qt's readers ignore.
     const QImage pixels = stored(picture(400, 300), orientation);
     writeFile(path("photo.jpg"), jpeg(pixels, orientation));
     ImageImport how;
     how.format = format;
     how.upright = false;
-    how.metadata = ImageImport::NoMetadata; // the orientation has to stay all the same
+    how.metadata = ImageImport::NoMetadata; // the orientation must be kept nevertheless
     ImageImportResult result = ImageUtils::importImage(path("photo.jpg"), path("source"), how);
     QVERIFY2(result, qPrintable(result.error));
     QCOMPARE(result.size, pixels.size());
@@ -541,7 +541,7 @@ void tst_ImageImport::metadata()
          {"told-artist", "told-copyright", "2024:05:06 07:08:09", "+02:00", "told-make",
           "told-in-xmp", "told-location", "told-in-comment", "told-in-iptc", "told-in-ducky"})
         QVERIFY2(copy.contains(text) == told.contains(text), text);
-    // What is copied keeps its pixels.
+    // A copy keeps its pixels.
     QImageReader reader(path("copy"));
     reader.setDecideFormatFromContent(true);
     QCOMPARE(reader.format(), format);
@@ -567,7 +567,7 @@ void tst_ImageImport::metadata()
     }
     QByteArrayList lines = answer.split('\n');
     lines.removeAll(QByteArray());
-    // The IPTC of this test is a text, which is no IPTC.
+    // The IPTC data of this test is plain text and not valid.
     lines.erase(std::remove_if(lines.begin(), lines.end(),
                                [](const QByteArray& line) { return line.contains("IRB"); }),
                 lines.end());
@@ -592,9 +592,9 @@ void tst_ImageImport::locationInXmp()
 
 void tst_ImageImport::locationInOddXmp_data()
 {
-    // isKept: what else the packet tells
+    // isKept: the rest of the packet
     const auto row = columns<QByteArray, QByteArray, bool>("format", "xmp", "isKept");
-    QByteArray bare = xmpWithLocation; // the element around all is no must
+    QByteArray bare = xmpWithLocation; // the outer element is optional
     bare.remove(0, bare.indexOf('>') + 1).chop(int(qstrlen("</x:xmpmeta>")));
     QVERIFY(bare.startsWith("<rdf:RDF") && bare.endsWith("</rdf:RDF>"));
     QByteArray utf16("\xFE\xFF");
@@ -627,7 +627,7 @@ void tst_ImageImport::locationInOddXmp()
     const QByteArray copy = contentOf(path("copy")).replace('\0', QByteArray());
     QVERIFY(!copy.contains("48,12.345N"));
     QCOMPARE(copy.contains("told-beside"), isKept);
-    // The file itself: what cannot be read is not said to be gone.
+    // In the file itself: what cannot be read is not reported as removed.
     if (format == "jpeg") {
         QString error;
         QCOMPARE(ExifUtils::removeLocation(path("source"), &error), isKept);
@@ -665,7 +665,7 @@ void tst_ImageImport::locationInComments_data()
         pngWith(pngChunk("iTXt", QByteArrayLiteral("XML:com.adobe.xmp\0\1\0\0\0 48,12.345N"))));
 }
 
-// AllButLocation keeps comments, but none that tells a location.
+// AllButLocation keeps comments, except those that may state a location.
 void tst_ImageImport::locationInComments()
 {
     QFETCH(QByteArray, source);
@@ -683,7 +683,7 @@ void tst_ImageImport::locationInComments()
 
 void tst_ImageImport::metadataOfEncodedPicture()
 {
-    // It is upright now, smaller, and a thumbnail of the old one is gone.
+    // It is upright and smaller now, and the thumbnail of the old picture is removed.
     QByteArray source = tellingPhotograph(6, plainXmp);
     writeFile(path("source.jpg"), source);
     ImageImport how = limitedTo(100);
@@ -694,14 +694,14 @@ void tst_ImageImport::metadataOfEncodedPicture()
     QCOMPARE(editor.orientation(), 1);
     QCOMPARE(editor.value(QExifImageHeader::PixelXDimension).toLong(), quint32(75));
     QVERIFY(contentOf(path("copy.jpg")).contains("tiff:Orientation='1'"));
-    // Nobody turns it once more.
+    // It is not turned a second time.
     QCOMPARE(ImageUtils::importImage(path("copy.jpg"), path("again.jpg"), how).size,
              QSize(75, 100));
 }
 
 void tst_ImageImport::behindThePicture()
 {
-    // Phones put a film, or a second photograph with a location of its own, behind the picture.
+    // Phones append a film, or a second photograph with its own location, to the picture.
     const QByteArray photo = jpeg(picture(400, 300));
     writeFile(path("source.jpg"), photo + tellingPhotograph(1, xmpWithLocation));
     ImageImport how;
@@ -725,7 +725,7 @@ void tst_ImageImport::gif()
     const QByteArray frame = QByteArray::fromHex("21f90400010000002c0000000002000100000202440a00");
     const QByteArray source = head + loop + comment + xmp + frame + frame + ';';
     writeFile(path("source.gif"), source);
-    ImageImport how = limitedTo(1); // it is copied all the same
+    ImageImport how = limitedTo(1); // copied nevertheless
     const auto copyWith = [&](ImageImport::Metadata metadata) {
         how.metadata = metadata;
         const ImageImportResult result =
@@ -746,14 +746,14 @@ void tst_ImageImport::gif()
     if (!answer.isNull())
         QVERIFY(answer.contains("told") && answer.contains("48 deg"));
 
-    // A picture that is cut short keeps what there is of it.
+    // The existing part of a truncated picture is kept.
     const QByteArray cut = head + comment + frame + frame.chopped(3);
     writeFile(path("source.gif"), cut);
     QCOMPARE(copyWith(ImageImport::NoMetadata), head + frame + frame.chopped(3));
 }
 
-// A picture that breaks off before its pixels are complete, or whose parts are not what their
-// lengths say, is refused when something is to be taken out of it: a copy would have no pixels.
+// A picture that ends before its pixels are complete, or whose parts contradict their lengths, is
+// refused if something has to be removed from it: the copy would have no pixels.
 void tst_ImageImport::cutShort_data()
 {
     const auto row = columns<QByteArray>("source");
@@ -847,7 +847,7 @@ void tst_ImageImport::profile()
     QVERIFY(ImageUtils::importImage(path("source"), path("copy.png"), how));
     QCOMPARE(QImage(path("copy.png")).colorSpace(), colorSpace);
 
-    // Also where all metadata goes and the pixels are those of before.
+    // Also if all metadata is removed and the pixels are unchanged.
     how = ImageImport();
     how.metadata = ImageImport::NoMetadata;
     how.upright = false;
@@ -933,7 +933,7 @@ void tst_ImageImport::transparencyOnWhite()
 
 void tst_ImageImport::truncated_data()
 {
-    // decodes: what is there
+    // decodes: as far as it goes
     const auto row = columns<QByteArray, bool>("format", "decodes");
     row("jpeg", "jpeg", true);
     row("png", "png", false);
@@ -998,8 +998,8 @@ void tst_ImageImport::truncatedCopy()
 
 void tst_ImageImport::segmentThatBreaksOff()
 {
-    // The file ends within a segment behind its pixels. In front of the pixels of another file,
-    // that segment would take as many bytes of them as it lacks.
+    // The file ends inside a segment after its pixels. Before the pixels of another file, that
+    // segment would swallow as many bytes of them as it lacks.
     QByteArray bytes = encoded(landscape(400, 300, 0.7), "jpeg", 90);
     bytes.chop(2); // the end of the picture
     const QByteArray whole = segment(0xE4, QByteArray(200, 'w'));
@@ -1121,7 +1121,7 @@ void tst_ImageImport::tooLarge_data()
     QByteArray forged = photo;
     forged.replace(forged.indexOf("\xff\xc0") + 5, 4, QByteArray::fromHex("ea60ea60"));
     row("60,000 x 60,000", forged, qint64(0), false);
-    // A GIF of 63,234 x 0 pixels, and in it a frame of 1 x 512: readers make room for both.
+    // A GIF of 63,234 x 0 pixels with a frame of 1 x 512: readers allocate both.
     const QByteArray wide = QByteArray::fromHex("474946383961 02f7 0000 800100 ff0000 00ff00"
                                                 "2c 0000 0000 0100 0002 00 02 02440a00 3b");
     row("a wide GIF with a narrow frame", wide, qint64(1000000), false);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Importing pictures whose containers hold what is rare or damaged: odd chunks of PNG and WebP,
-// GIFs without a picture, metadata that another format has no room for.
+// Importing pictures with unusual or damaged containers: rare chunks of PNG and WebP, GIFs without
+// a picture, metadata that does not fit into another format.
 
 #include "ImageImport.h"
 
@@ -37,7 +37,7 @@ QByteArray png()
     return encoded(picture(40, 30), "png");
 }
 
-/// A PNG with \a chunks behind its first one.
+/// A PNG with \a chunks after its first one.
 QByteArray pngWith(const QByteArray& chunks)
 {
     QByteArray file = png();
@@ -56,7 +56,7 @@ QByteArray webp(const QByteArray& chunks)
     return riffChunk("RIFF", "WEBP" + chunks);
 }
 
-/// The chunks of a WebP that Qt writes, without the frame around them.
+/// The chunks of a WebP that Qt writes, without the container.
 QByteArray webpChunks(const QImage& image, int quality)
 {
     return encoded(image, "webp", quality).mid(12);
@@ -163,7 +163,7 @@ void tst_ImageImportContainers::chunksAfterEncoding()
         SKIP_ON_WINDOWS("Qt's own libpng, 1.6.37, loses its way behind such a chunk");
     ImageImport how;
     how.metadata = static_cast<ImageImport::Metadata>(metadata);
-    for (const int side : {20, 40}) { // scaled, and as it is
+    for (const int side : {20, 40}) { // scaled and unscaled
         how.maxSize = QSize(side, side);
         QVERIFY(import(pngWith(chunks), how));
         const QByteArray copy = contentOf(path("copy"));
@@ -267,7 +267,7 @@ void tst_ImageImportContainers::webpOfWebp_data()
     row("lossless, transparent", webpChunks(clear, 100), 0x18, "VP8L");
 }
 
-/// A picture that has no extended header gets one when it is to carry metadata.
+/// A picture without an extended header gets one if it has to carry metadata.
 void tst_ImageImportContainers::webpOfWebp()
 {
     QFETCH(QByteArray, pixels);
@@ -275,7 +275,7 @@ void tst_ImageImportContainers::webpOfWebp()
     QFETCH(QByteArray, format);
     if (!pixels.startsWith(format))
         QSKIP("this plugin does not write such pixels");
-    // EXIF behind the pixels of a simple file, which readers do not look for.
+    // EXIF after the pixels of a simple file, where readers do not look.
     const QByteArray source =
         webp(pixels + riffChunk("EXIF", exifBlock()) + riffChunk("oWn ", "told"));
     ImageImport how;
@@ -291,7 +291,7 @@ void tst_ImageImportContainers::webpOfWebp()
 
 void tst_ImageImportContainers::tooMuchForJpeg()
 {
-    // EXIF of more than a segment of a JPEG can hold
+    // EXIF data too large for a JPEG segment
     ImageImport how;
     how.format = "jpeg";
     how.metadata = ImageImport::AllMetadata;
@@ -318,7 +318,7 @@ void tst_ImageImportContainers::tooWideForTheFormat()
 
 void tst_ImageImportContainers::cancelledWhileItWaits()
 {
-    // Each takes more than may be under way together, so that all but one wait for their turn.
+    // Each import needs more memory than all together may use, so that all but one wait.
     QImage large(6000, 4500, QImage::Format_RGB32);
     large.fill(Qt::darkGreen);
     const QByteArray whole = encoded(large, "png");
@@ -327,7 +327,7 @@ void tst_ImageImportContainers::cancelledWhileItWaits()
     ImageImporter importer;
     ImageImport how;
     for (int i = 0; i < count; ++i) {
-        // Half of them are to be copied and break off: these are decoded to see whether they can.
+        // Half of them are truncated and to be copied: they are decoded to check for a picture.
         how.maxSize = i % 2 == 0 ? QSize(100, 100) : QSize();
         how.metadata = ImageImport::NoMetadata;
         const QString source = (*mSandbox)(QString::number(i));

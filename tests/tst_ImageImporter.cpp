@@ -42,7 +42,7 @@ private:
     QString source(int index) const { return path(QStringLiteral("source%1.jpg").arg(index)); }
     QString copy(int index) const { return path(QStringLiteral("copy/%1.jpg").arg(index)); }
 
-    /// Writes that many pictures and adds them.
+    /// Writes \a count pictures and adds them.
     void addPictures(ImageImporter* importer, int count) const;
 
     QScopedPointer<Sandbox> mSandbox;
@@ -57,7 +57,7 @@ ImageImport small()
     return how;
 }
 
-/// The indexes that imported() told, in the order in which it told them.
+/// The indexes of the signals imported(), in order.
 QList<int> indexesOf(const QSignalSpy& spy)
 {
     QList<int> indexes;
@@ -162,7 +162,7 @@ void tst_ImageImporter::nothingToDo()
     ImageImporter importer;
     QSignalSpy imported(&importer, &ImageImporter::imported);
     QSignalSpy finished(&importer, &ImageImporter::finished);
-    importer.cancel(); // does not run
+    importer.cancel(); // not running
     importer.start();
     QCOMPARE(finished.size(), 0);
     QVERIFY(finished.wait());
@@ -183,7 +183,7 @@ void tst_ImageImporter::addedWhileRunning()
         isAdded = true;
     });
     importer.start(1);
-    importer.start(1); // runs already
+    importer.start(1); // already running
     QVERIFY(finished.wait(60000));
     QCOMPARE(finished.size(), 1);
     QCOMPARE(progress.last(), QList<QVariant>({3, 3}));
@@ -269,7 +269,7 @@ void tst_ImageImporter::cancelledInTheMiddle()
     QCOMPARE(statusOf(imported, 0), int(ImageImportResult::Imported));
     QVERIFY(imported.first().at(1).value<ImageImportResult>().error.isEmpty());
 
-    // What was cancelled can be added again.
+    // Cancelled files can be added again.
     QCOMPARE(importer.add(source(5), path(QStringLiteral("again.jpg")), small()), count);
     importer.start();
     QVERIFY(finished.wait(60000));
@@ -289,7 +289,7 @@ void tst_ImageImporter::deletedWhileRunning()
             QTRY_VERIFY(progress.size() >= round);
         importer.reset();
     }
-    // Nothing was ended by force, and nothing half-written is left.
+    // No thread was terminated, and no partial file is left.
     QCOMPARE(log.lines(), QStringList());
     for (const QString& name :
          QDir(path(QStringLiteral("copy"))).entryList(QDir::Files | QDir::Hidden))
@@ -312,7 +312,7 @@ void tst_ImageImporter::deletedByReceiver()
 
 void tst_ImageImporter::slowReceiver()
 {
-    // A receiver that runs an event loop of its own is told the others meanwhile, each once.
+    // A receiver that runs an event loop gets the other results meanwhile, each once.
     ImageImporter importer;
     QSignalSpy imported(&importer, &ImageImporter::imported);
     QSignalSpy progress(&importer, &ImageImporter::progress);
@@ -332,14 +332,14 @@ void tst_ImageImporter::slowReceiver()
     QList<int> indexes = indexesOf(imported);
     std::sort(indexes.begin(), indexes.end());
     QCOMPARE(indexes, countTo(8));
-    // Progress does not go back when the first receiver is done.
+    // Progress does not go back when the first receiver returns.
     QCOMPARE(progress.last(), QList<QVariant>({8, 8}));
 }
 
 void tst_ImageImporter::largePicturesTakeTurns()
 {
-    // Each takes more than may be under way together: they would wait for each other for ever if
-    // one alone were not let through.
+    // Each import needs more memory than all together may use: they would wait for each other
+    // forever if a single one were not allowed.
     ImageImporter importer;
     QSignalSpy imported(&importer, &ImageImporter::imported);
     QSignalSpy finished(&importer, &ImageImporter::finished);
@@ -379,7 +379,7 @@ void tst_ImageImporter::endsWithTheApplication()
     importer.start(2);
     QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
     QCOMPARE(QCoreApplication::exec(), 0);
-    // What was begun is complete, and nobody goes on.
+    // Imports that had begun are complete, and no thread continues.
     QList<int> imported;
     for (int i = 0; i < count; ++i) {
         if (QFile::exists(copy(i))) {

@@ -17,13 +17,13 @@
 
 namespace {
 
-/// A pixel of whatever format, not premultiplied.
+/// A pixel of any format, not premultiplied.
 QRgb colorAt(const QImage& image, int x, int y)
 {
     return image.convertToFormat(QImage::Format_ARGB32).pixel(x, y);
 }
 
-/// What \a label shows; null where that is no picture.
+/// The picture of \a label; null if it has none.
 QPixmap pixmapOf(const QLabel& label)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -177,7 +177,7 @@ void tst_ImageUtils::fusionImage()
     above.fill(QColor(255, 0, 0, 255));
     above.setPixel(0, 0, qRgba(0, 0, 0, 0));
     const QString folder = mSandbox->root() + QLatin1Char('/');
-    // A palette and a name that means a double density to Qt: pixels stay pixels.
+    // A palette, and a name that requests a double density from Qt: pixels stay as they are.
     writeFile(path("below.png"), encoded(below.convertToFormat(QImage::Format_Indexed8), "png"));
     writeFile(path("above@2x.png"), encoded(above, "png"));
     LogCapture log;
@@ -412,13 +412,13 @@ void tst_ImageUtils::labelPixmap_data()
     row("landscape", QSize(400, 300), 100, QSize(100, 75), QSize(200, 150));
     row("portrait", QSize(300, 400), 100, QSize(75, 100), QSize(150, 200));
     row("enlarged", QSize(40, 30), 100, QSize(100, 75), QSize(200, 150));
-    // 100 * 299 / 400 = 74.75: the label is 74 high, and so twice that is 148. 400 x 299 into
-    // 200 x 148 is 197 x 148.
+    // 100 * 299 / 400 = 74.75: the label is 74 high, and twice that is 148. 400 x 299 fits into 200
+    // x 148 as 197 x 148.
     row("uneven", QSize(400, 299), 100, QSize(100, 74), QSize(197, 148));
     row("0", QSize(400, 300), 0, QSize(0, 0), QSize(400, 300));
     row("negative", QSize(400, 300), -5, QSize(0, 0), QSize(400, 300));
     row("null", QSize(0, 0), 100, QSize(100, 100), QSize(0, 0));
-    // A pixmap of twice the size of such a label would fit into no memory.
+    // A pixmap of twice the size of such a label would not fit into memory.
     row("immense", QSize(40, 40), 16000000, QSize(16000000, 16000000), QSize(40, 40));
 }
 
@@ -462,7 +462,7 @@ void tst_ImageUtils::hasTransparentPixel_data()
     row("null", QImage(), false);
     row("RGB32", filled(QImage::Format_RGB32, Qt::black), false);
     QImage padded(5, 4, QImage::Format_RGB32);
-    padded.fill(0u); // its highest byte is no alpha
+    padded.fill(0u); // the highest byte is not alpha
     row("RGB32, highest byte 0", padded, false);
     row("RGB16", filled(QImage::Format_RGB16, Qt::black), false);
     row("grey", filled(QImage::Format_Grayscale8, Qt::black), false);

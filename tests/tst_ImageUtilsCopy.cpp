@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ImageUtils, its ways to write picture files: copyImageFile() and writeProgressiveImage().
+// The functions of ImageUtils that write files: copyImageFile() and writeProgressiveImage().
 
 #define QT_STATICPLUGIN // the image formats of this test are part of the program
 
@@ -30,14 +30,14 @@
 #include <sys/resource.h>
 #endif
 
-// Image formats of this test
+// The image formats of this test
 
-/// "hollow" reads every file as an empty picture, "readonly" as a red one; "deep" claims a picture
-/// of 20,000 x 20,000 pixels with 16 bits a channel. None of them can be written.
+/// "hollow" reads every file as an empty picture, "readonly" as a red one; "deep" announces a
+/// picture of 20,000 x 20,000 pixels with 16 bits per channel. None of them can be written.
 class OddFormat : public QImageIOHandler
 {
 public:
-    static int reads; // of pictures, by all handlers
+    static int reads; // the pictures read by all handlers
 
     bool canRead() const override { return true; }
     bool read(QImage* image) override
@@ -88,20 +88,20 @@ namespace {
 
 const ImageUtils::OptionsImageCopy noOption;
 
-/// The names of everything in a folder, hidden files too.
+/// The names of all entries of a folder, including hidden ones.
 QStringList namesIn(const QString& folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System
                                   | QDir::NoDotAndDotDot);
 }
 
-/// The captured records of the library alone: image readers print warnings of their own.
+/// The records of the library only: image readers print their own warnings.
 QStringList ownLines(const LogCapture& log)
 {
     return log.lines().filter(QStringLiteral(" orvautils "));
 }
 
-/// The most memory that the process ever had, in bytes; 0 where the system does not tell.
+/// The peak memory of the process in bytes; 0 if the system does not report it.
 qint64 mostMemory()
 {
 #ifdef Q_OS_LINUX
@@ -254,7 +254,7 @@ void tst_ImageUtilsCopy::writeProgressiveOtherFormats()
     const QImage image = picture(60, 40);
     QVERIFY(ImageUtils::writeProgressiveImage(image, path("a.dat"), "png", 80));
     QCOMPARE(QImage(path("a.dat"), "png").convertToFormat(QImage::Format_RGB32), image);
-    // Without a format the suffix tells, as with any image writer on a file.
+    // Without a format the suffix decides, as with any image writer for files.
     QVERIFY(ImageUtils::writeProgressiveImage(image, path("a.JPG"), QByteArray(), 80));
     QVERIFY(isProgressive(contentOf(path("a.JPG"))));
 }
@@ -321,7 +321,7 @@ void tst_ImageUtilsCopy::writeProgressiveKeepsLinkAndPermissions()
     QCOMPARE(int(status.st_mode & 07777), 0604);
 }
 
-/// A folder that takes no new file: what stands in it is overwritten, and only if it may be.
+/// A folder that accepts no new file: the old file is overwritten, but only if it is writable.
 void tst_ImageUtilsCopy::writeProgressiveInReadOnlyFolder()
 {
     SKIP_ON_WINDOWS(
@@ -344,7 +344,7 @@ void tst_ImageUtilsCopy::writeProgressiveInReadOnlyFolder()
                           record.arg(path("site/c.jpg"),
                                      QStringLiteral("Cannot open device for writing: "
                                                     "Permission denied"))}));
-    // The picture is completed in the folder for temporary files.
+    // The picture is first completed in the folder for temporary files.
     const QByteArray temporary = qgetenv("TMPDIR");
     qputenv("TMPDIR", QFile::encodeName(path("none")));
     const bool isWritten =
@@ -361,7 +361,7 @@ void tst_ImageUtilsCopy::writeProgressiveInReadOnlyFolder()
              QStringList({QStringLiteral("a.jpg"), QStringLiteral("b.jpg")}));
 }
 
-/// A device is written to and not replaced.
+/// A device is written to, not replaced.
 void tst_ImageUtilsCopy::writeProgressiveIntoDevice()
 {
     SKIP_ON_WINDOWS("there are no devices in folders");
@@ -377,7 +377,7 @@ void tst_ImageUtilsCopy::writeProgressiveIntoDevice()
     QVERIFY(!QFileInfo(none).isFile() && !QFileInfo(full).isFile());
 }
 
-// copyImageFile: what is done
+// copyImageFile: results
 
 void tst_ImageUtilsCopy::copyOrReencode_data()
 {
@@ -585,7 +585,7 @@ void tst_ImageUtilsCopy::formats()
     QFETCH(QByteArray, format);
     QFETCH(QSize, size);
     const QString source = (*mSandbox)(name);
-    const QString copy = path("copy.jpg"); // its suffix does not count
+    const QString copy = path("copy.jpg"); // the suffix is ignored
     writeFile(source, bytes);
     const QImage whole(source);
     if (whole.isNull()) {
@@ -610,7 +610,7 @@ void tst_ImageUtilsCopy::formats()
     QVERIFY(psnr(image, whole.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)) > 30);
 }
 
-// copyImageFile: what fails
+// copyImageFile: failures
 
 void tst_ImageUtilsCopy::invalidMaximum_data()
 {
@@ -621,7 +621,7 @@ void tst_ImageUtilsCopy::invalidMaximum_data()
     row("invalid", landscape, QSize(), "QSize(-1, -1)");
     row("negative width", landscape, QSize(-4, 100), "QSize(-4, 100)");
     row("negative height", landscape, QSize(100, -4), "QSize(100, -4)");
-    // 300 x 400 into 999999999 x 1 and 400 x 300 into 1 x 999999999 leave no pixel.
+    // 300 x 400 into 999999999 x 1, and 400 x 300 into 1 x 999999999, leave no pixel.
     row("height 0, portrait", portrait, QSize(100, 0), "QSize(0, 1)");
     row("width 0, landscape", landscape, QSize(0, 100), "QSize(1, 0)");
 }
@@ -658,7 +658,7 @@ void tst_ImageUtilsCopy::unreadableSource()
     LogCapture log;
     QVERIFY(!ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true, QSize(0, 0),
                                        noOption));
-    // The format comes before the maximum size.
+    // The format is checked before the maximum size.
     QCOMPARE(ownLines(log), QStringList(warning(QStringLiteral("importImageFile format null"))));
     QCOMPARE(contentOf(path("copy.jpg")), QByteArray("old"));
 }
@@ -681,7 +681,7 @@ void tst_ImageUtilsCopy::createsFolders()
     QVERIFY(ImageUtils::copyImageFile(path("source.jpg"), path("a/b/copy.jpg"), true,
                                       QSize(100, 100), noOption));
     QCOMPARE(QImage(path("a/b/copy.jpg")).size(), QSize(100, 75));
-    // Also where nothing comes of the copy.
+    // Also if the copy fails.
     LogCapture log;
     QVERIFY(!ImageUtils::copyImageFile(path("none.jpg"), path("c/copy.jpg"), true, QSize(100, 100),
                                        noOption));
@@ -718,7 +718,7 @@ void tst_ImageUtilsCopy::failedCopyIsLogged()
     QCOMPARE(ownLines(log).filter(QStringLiteral(" orvautils ImageUtils ")).size(), 2);
     QCOMPARE(contentOf(path("source.jpg")), bytes);
 
-    // A GIF says nothing more than forceCopy() does.
+    // A GIF logs only what forceCopy() logs.
     writeFile(path("a.gif"), encoded(picture(4, 3), "gif"));
     writeFile(path("a.gif"),
               QByteArray::fromHex("47494638396102000100800100ff000000ff00"
@@ -768,7 +768,7 @@ void tst_ImageUtilsCopy::formatThatCannotBeWritten()
     LogCapture log;
     QVERIFY(!ImageUtils::copyImageFile(path("source.readonly"), path("copy.jpg"), false,
                                        QSize(20, 0), ImageUtils::ProgressiveJpeg));
-    // Its size is not told before it is loaded: -1 x -1 into 999999999 x 1 is 1 x 1.
+    // The size is unknown before the picture is loaded: -1 x -1 into 999999999 x 1 is 1 x 1.
     QCOMPARE(ownLines(log),
              QStringList(
                  {QStringLiteral("warning orvautils ImageUtils writeProgressiveImage: can't "
@@ -812,7 +812,7 @@ void tst_ImageUtilsCopy::truncatedJpeg()
         writeFile(path("copy.jpg"), "old");
         for (const int side : {100, 350, 500}) {
             LogCapture log;
-            // What the image reader makes of it decides.
+            // The size that the image reader reports decides.
             const QImage readable(path("source.jpg"));
             const bool imported =
                 ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true,
@@ -833,7 +833,7 @@ void tst_ImageUtilsCopy::hostileHeader_data()
 {
     const auto row = columns<QByteArray, ImageUtils::OptionsImageCopy>("bytes", "options");
 
-    // 60,000 x 60,000 pixels, and hardly a byte of them.
+    // 60,000 x 60,000 pixels in very few bytes.
     QByteArray forgedJpeg = jpeg(picture(16, 16), 6);
     const int frame = int(forgedJpeg.indexOf("\xff\xc0"));
     QVERIFY(frame > 0);
@@ -851,7 +851,7 @@ void tst_ImageUtilsCopy::hostileHeader_data()
     row("png", png, noOption);
     row("ppm", "P6 60000 60000 255\nabc", noOption);
 
-    // A text of 1.5 GiB, of which there are 8 bytes.
+    // A text chunk of 1.5 GiB, of which only 8 bytes exist.
     const QByteArray endless =
         QByteArray::fromHex("60000000") + QByteArrayLiteral("iTXt") + QByteArray(8, 'x');
     png = encoded(picture(16, 16), "png");
@@ -878,7 +878,7 @@ void tst_ImageUtilsCopy::hostileHeader()
 
 void tst_ImageUtilsCopy::endlessJpeg_data()
 {
-    // count: of segments in the whole file
+    // count: the segments in the whole file
     const auto row =
         columns<QByteArray, bool, int, bool>("piece", "behindPixels", "count", "loads");
     const QByteArray comment = QByteArray::fromHex("fffe0002");
@@ -899,8 +899,8 @@ void tst_ImageUtilsCopy::endlessJpeg()
     QFETCH(bool, behindPixels);
     QFETCH(int, count);
     QFETCH(bool, loads);
-    // A JPEG of Qt has nine segments: APP0, two quantisation tables, a frame, four Huffman tables
-    // and a scan.
+    // A JPEG written by Qt has nine segments: APP0, two quantisation tables, a frame, four Huffman
+    // tables and a scan.
     QByteArray bytes = jpeg(picture(160, 120));
     const int place = int(behindPixels ? bytes.size() - 2 : 2);
     bytes.insert(place, piece.repeated(count - 9));
@@ -922,7 +922,7 @@ void tst_ImageUtilsCopy::endlessJpeg()
 void tst_ImageUtilsCopy::deepPixelsCount()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
-    // 1.6 GB with four bytes a pixel, but 3.2 GB with the eight that the reader announces.
+    // 1.6 GB with four bytes per pixel, but 3.2 GB with the eight that the reader announces.
     writeFile(path("source.deep"), "any");
     LogCapture log;
     const int reads = OddFormat::reads;
@@ -972,7 +972,7 @@ void tst_ImageUtilsCopy::cmyk()
              qPrintable(QString::number(psnr(QImage(path("copy.jpg")), expected))));
 }
 
-// copyImageFile: nothing is lost
+// copyImageFile: no data loss
 
 void tst_ImageUtilsCopy::ontoItself_data()
 {
@@ -1135,7 +1135,8 @@ void tst_ImageUtilsCopy::fullDisk_data()
     for (const bool progressive : {false, true}) {
         const QByteArray suffix = progressive ? ", progressive" : "";
         row(("not a byte" + suffix).constData(), 0, progressive);
-        // The picture is smaller than the buffer of a file: it fails when that is flushed.
+        // The picture is smaller than the buffer of a file: writing fails when the buffer is
+        // flushed.
         row(("some" + suffix).constData(), 500, progressive);
     }
     row("most", 20000, false);
@@ -1147,7 +1148,7 @@ void tst_ImageUtilsCopy::fullDisk()
 #ifdef Q_OS_UNIX
     QFETCH(int, bytes);
     QFETCH(bool, progressive);
-    // Onto the source itself: this is its only copy.
+    // Onto the source itself, of which no other copy exists.
     const QByteArray source = jpeg(landscape(400, 300, 0.8), 6);
     QVERIFY(source.size() > 40000);
     writeFile(path("a.jpg"), source);
@@ -1217,7 +1218,7 @@ void tst_ImageUtilsCopy::reducedDecoding_data()
         // 1603 x 1201: 300 * 1201 / 1603 = 224.7, 700 * 1201 / 1603 = 524.4
         row("odd", odd, QSize(300, 300), true, noOption, QSize(300, 224));
         row("odd, half", odd, QSize(700, 700), true, noOption, QSize(700, 524));
-        // 1604 x 1202 is even, but no multiple of 4: 300 * 1202 / 1604 = 224.8
+        // 1604 x 1202 is even, but not a multiple of 4: 300 * 1202 / 1604 = 224.8
         row("even", QSize(1604, 1202), QSize(300, 300), true, noOption, QSize(300, 224));
     }
 }
@@ -1239,7 +1240,7 @@ void tst_ImageUtilsCopy::reducedDecoding()
                                       maximum, options, 100));
     const QImage copy(path("copy.jpg"));
     QCOMPARE(copy.size(), expected);
-    // The plain way, through the same quality.
+    // The simple way, with the same quality.
     const QImage plain = QImage::fromData(
         encoded(QImage(path("source.jpg"))
                     .scaled(expected, Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
@@ -1249,7 +1250,7 @@ void tst_ImageUtilsCopy::reducedDecoding()
 
 void tst_ImageUtilsCopy::reducedToOnePixel()
 {
-    // Half of it is too small to hold any detail.
+    // Half the size is too small for any detail.
     QImage whole(4, 4, QImage::Format_RGB32);
     whole.fill(QColor(200, 100, 50));
     writeFile(path("source.jpg"), jpeg(whole));
@@ -1271,7 +1272,7 @@ void tst_ImageUtilsCopy::realPhotographsReduced_data()
     for (const QString& name : names) {
         if (name.startsWith(QLatin1String("broken")) || name.contains(QLatin1String("cmyk")))
             continue;
-        // The other orientations are the same two photographs.
+        // The other orientations show the same two photographs.
         if (name.startsWith(QLatin1String("orientation"))
             && !name.endsWith(QLatin1String("-1.jpg")))
             continue;
@@ -1339,8 +1340,8 @@ void tst_ImageUtilsCopy::realPhotographs()
 void tst_ImageUtilsCopy::realOrientations_data()
 {
     const auto row = columns<QString, int, QSize>("kind", "orientation", "expected");
-    // 1800 x 1200 into 1600 x 1600 is 1600 x 1066. The files of the orientations 5 to 8 hold the
-    // picture lying; 6 and 8 are set upright, the mirrored 5 and 7 stay as they are.
+    // 1800 x 1200 into 1600 x 1600 is 1600 x 1066. The files with the orientations 5 to 8 are
+    // stored on their side; 6 and 8 are turned upright, the mirrored 5 and 7 stay as they are.
     for (int orientation = 1; orientation <= 8; ++orientation) {
         const bool lying = orientation == 5 || orientation == 7;
         const QSize landscape(1600, 1066);
@@ -1371,7 +1372,7 @@ void tst_ImageUtilsCopy::realOrientations()
 
     // The photograph of orientation 1 is the same picture, upright.
     QImage upright = QImage(name.arg(1));
-    switch (orientation) { // mirrored as the library leaves it
+    switch (orientation) { // mirrored, because the library does not change that
     case 2:
         upright = upright.mirrored(true, false);
         break;

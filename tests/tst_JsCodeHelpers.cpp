@@ -65,7 +65,7 @@ void tst_JsCodeHelpers::arraysAndObjectsReadByNode()
     QCOMPARE(readAsJson(array), QByteArray("[[\"é\",\"'\"],[1,-2],[[1],2.5],{\"7\":\"seven\"}]"));
 }
 
-/// Texts encoded for JavaScript keep every character when they are written as values.
+/// Texts encoded for JavaScript keep all characters when they are written as values.
 void tst_JsCodeHelpers::encodedTextsReadByNode()
 {
     if (interpreter().isEmpty())
@@ -78,7 +78,7 @@ void tst_JsCodeHelpers::encodedTextsReadByNode()
     QCOMPARE(valueOfJson(json).toString(), all);
 }
 
-/// Deliberate: these values are not what went in.
+/// Deliberate: these values come back changed.
 void tst_JsCodeHelpers::quirksAsNodeReadsThem_data()
 {
     addQuirkRows();

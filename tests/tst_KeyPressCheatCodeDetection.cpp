@@ -25,7 +25,7 @@ void type(QObject* target, const QString& characters)
         press(target, QString(character));
 }
 
-/// An object with a detection that counts.
+/// An object with a detection that counts its signals.
 class Watched : public QObject
 {
 public:
@@ -88,7 +88,7 @@ void tst_KeyPressCheatCodeDetection::detects_data()
     row("after other text", abc, "xyabc", 1);
     row("incomplete", abc, "ab", 0);
     row("overlapping is not found twice", "aa", "aaa", 1);
-    // "a", then the second "a" misses and is not tried as a start, so "b" misses too.
+    // "a", then the second "a" does not match and is not tried as a start, so "b" does not match.
     row("a miss is no start", "ab", "aab", 0);
     row("a miss is no start, the next is", "ab", "aaab", 1);
     row("one character", "x", "axbx", 2);

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// A process that is killed with SIGKILL while it saves photographs, again and again at random
-// moments: what it leaves is a photograph as it was before a save or after it.
+// A process is killed with SIGKILL at random moments while it saves photographs: afterwards each
+// photograph is as it was before a save or after it.
 //
-// The process that is killed is this program itself in another role, which saves without a pause
-// and counts each save at its begin and its end in a file that both have in their memory: so the
-// number of kills that came in the middle of a save is known.
+// The killed process is this program itself in another role, which saves continuously and counts
+// the begin and the end of each save in shared memory, so that the number of kills during a save is
+// known.
 //
-// ORVAUTILS_KILLS=200 kills so many times, in equal shares for each way of saving, instead of ten
-// times in each; ORVAUTILS_KILLS_SEED=N repeats the moments of a run.
+// ORVAUTILS_KILLS=200 sets the number of kills, divided equally among the ways of saving, instead
+// of ten each; ORVAUTILS_KILLS_SEED=N repeats the moments of a run.
 
 #include "KillMoments.h"
 
@@ -40,17 +40,16 @@ namespace {
 
 const int stepCount = 40;
 
-/// A photograph that is saved with other tags in each of its steps. State 0 is before the first
-/// save.
+/// A photograph that is saved with different tags in each step. State 0 is before the first save.
 struct Photograph
 {
     QByteArray name;
-    int dataSize; ///< of what follows the segments
-    /// What the camera's segment holds before the first save; nothing for none.
+    int dataSize; ///< bytes after the segments
+    /// The content of the camera's segment before the first save; empty if there is none.
     int cameraBlock;
     /// The size of the raw value in each step.
     std::function<int(int)> valueSize;
-    /// Whether ExifEditor saves it, not QExifImageHeader.
+    /// Whether it is saved with ExifEditor, not with QExifImageHeader.
     bool isEdited;
 };
 
@@ -61,7 +60,7 @@ const QVector<Photograph>& photographs()
         return [first, by](int step) { return first + by * step; };
     };
     static const QVector<Photograph> all{
-        // 40 bytes of directories around the value, and 12 of JPEG before them: all in one block.
+        // 40 bytes of directories around the value and 12 bytes of JPEG before: all in one page.
         {"one block", 30000, 4000 + 40, constant(4000), false},
         {"two blocks", 30000, 5000 + 40, constant(5000), false},
         {"sixteen blocks", 1500000, 65000 + 40, constant(65000), false},
@@ -87,7 +86,7 @@ QByteArray exifSegment(const QByteArray& block)
     return "\xFF\xE1" + bigEndian(int(block.size() + 8)) + QByteArray("Exif\0\0", 6) + block;
 }
 
-/// The tags of a step. Every byte of the value tells the step.
+/// The tags of a step. Every byte of the value contains the step.
 void fill(QExifImageHeader* header, const Photograph& photograph, int step)
 {
     const QByteArray value(photograph.valueSize(step), char('0' + step));
@@ -115,8 +114,8 @@ bool saveStep(const Photograph& photograph, int step, Place place)
     return header.saveToJpeg(place);
 }
 
-/// The block of these tags, by the layout of the format: IFD0 with the pointer alone, then the
-/// Exif directory with the one value, whose offset lies 2 bytes before it.
+/// The block with these tags, according to the format: IFD0 with only the pointer, then the Exif
+/// directory with the value, whose offset is 2 bytes before it.
 QByteArray blockOf(const Photograph& photograph, int step)
 {
     const int size = photograph.valueSize(step);
@@ -128,7 +127,7 @@ QByteArray blockOf(const Photograph& photograph, int step)
         + QByteArray(size, char('0' + step));
 }
 
-/// All states that a photograph may be found in: before the first save, and after each step.
+/// All valid states of a photograph: before the first save, and after each step.
 QVector<QByteArray> statesOf(const Photograph& photograph)
 {
     const QByteArray begin("\xFF\xD8");
@@ -162,9 +161,9 @@ QVector<QByteArray> statesOf(const Photograph& photograph)
     return states;
 }
 
-// The process that is killed
+// The process to be killed
 
-/// Where both processes count. Odd while a save goes on.
+/// The counter in shared memory. Odd while a save is in progress.
 using Counter = std::atomic<quint64>;
 
 Counter* counterIn(QFile* file)
@@ -174,16 +173,16 @@ Counter* counterIn(QFile* file)
         : nullptr;
 }
 
-/// Saves without end: all steps, and again from the photograph as it was.
+/// Saves forever: all steps, then again from the original photograph.
 int saveUntilKilled()
 {
 #ifdef Q_OS_LINUX
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test end first
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // in case the test ends first
 #endif
     const QString path = QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_PATH"));
     const Photograph photograph =
         photographs().value(qEnvironmentVariableIntValue("ORVAUTILS_KILLS_PHOTOGRAPH"));
-    // Beside the folder, in which nothing but the photograph is expected.
+    // Outside of the folder, which must contain nothing but the photograph.
     const QString fresh = QFileInfo(path).path() + QStringLiteral(".fresh");
     const QByteArray original = statesOf(photograph).first();
     QFile file(QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_COUNTER")));
@@ -207,11 +206,11 @@ int saveUntilKilled()
     }
 }
 
-/// Replaces one folder tree by another without end: one of letters in turn, each in all its files.
+/// Replaces a folder tree forever by one whose files all contain the same letter.
 int replaceUntilKilled()
 {
 #ifdef Q_OS_LINUX
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test end first
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // in case the test ends first
 #endif
     const QString root = QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_PATH"));
     QFile file(QString::fromLocal8Bit(qgetenv("ORVAUTILS_KILLS_COUNTER")));
@@ -258,7 +257,7 @@ void tst_Kills::states_data()
         row(photographs().at(i).name.constData(), i);
 }
 
-// Undisturbed, the saves lead to the states that are expected.
+// Without kills, the saves lead to the expected states.
 void tst_Kills::states()
 {
     QFETCH(int, index);
@@ -282,7 +281,7 @@ void tst_Kills::savedPhotograph()
     QFETCH(int, index);
     const Photograph photograph = photographs().at(index);
     const QVector<QByteArray> states = statesOf(photograph);
-    // Where nothing waits for a disk, more kills come between two bytes.
+    // Without waiting for a disk, more kills come between two bytes.
     const Sandbox onDisk;
     const Sandbox inMemory(folderInMemory());
 
@@ -307,7 +306,7 @@ void tst_Kills::savedPhotograph()
         }
         mLeftBehind += int(QDir(photoFolder).entryList(QDir::Files | QDir::Hidden).size()) - 1;
 
-        // Whatever was left, the next save is as good as any.
+        // Whatever was left, the next save succeeds.
         QVERIFY(saveStep(photograph, stepCount - 1, path));
         if (mixtures.isEmpty() && !photograph.isEdited)
             QVERIFY(states.contains(contentOf(path)));
@@ -319,7 +318,7 @@ void tst_Kills::savedPhotograph()
     QVERIFY2(mixtures.isEmpty(), qPrintable(mixtures.join(QLatin1Char('\n'))));
 }
 
-// A tree that is replaced is one of the two, whole, at every moment.
+// A tree that is being replaced is complete, old or new, at every moment.
 void tst_Kills::replacedTree()
 {
     int duringReplacements = 0;
@@ -345,7 +344,7 @@ void tst_Kills::replacedTree()
     qInfo("kills in replaceDir: %d during a replacement", duringReplacements);
 }
 
-/// What the process had counted when it was killed; 0 when that went wrong.
+/// The counter of the process when it was killed; 0 if that failed.
 quint64 tst_Kills::killWhile(const QString& role, int index, const QString& path)
 {
     const Sandbox folder;

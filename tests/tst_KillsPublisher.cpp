@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The example program shop-publisher, killed with SIGKILL at random moments while it publishes, and
-// while it follows a project: the photographs of the project are untouched, each file of the site
-// is the old or the new one, and the next run finishes and tidies up.
+// The example shop-publisher, killed with SIGKILL at random moments while it publishes and while it
+// follows a project: the photographs of the project are untouched, each file of the site is the old
+// or the new one, and the next run completes the site and removes temporary files.
 //
-// ORVAUTILS_KILLS=200 kills so many times, in equal shares for each of the three ways, instead of
-// ten times in each; ORVAUTILS_KILLS_SEED=N repeats the moments of a run.
+// ORVAUTILS_KILLS=200 sets the number of kills, divided equally among the three ways, instead of
+// ten each; ORVAUTILS_KILLS_SEED=N repeats the moments of a run.
 
 #include "KillMoments.h"
 #include "PublisherTest.h"
@@ -22,10 +22,10 @@ using Files = QMap<QString, QByteArray>; // content by path
 
 const int ways = 3;
 
-/// Far longer than anything takes, also under a sanitizer on a busy machine.
+/// Far longer than anything takes, even under a sanitizer on a busy machine.
 const int patience = 120000;
 
-/// A project in one of its two versions, which differ in every file that the site shows.
+/// A project in one of two versions, which differ in every file that the site shows.
 Files projectFiles(bool second)
 {
     const auto picture = [second](int width, int height, const char* format) {
@@ -45,7 +45,7 @@ Files projectFiles(bool second)
     };
 }
 
-/// Gives the project these files, each in one step, as a careful program would.
+/// Replaces the files of the project, each in one step, as a careful program would.
 void write(const Files& files, const QString& project)
 {
     for (auto file = files.begin(); file != files.end(); ++file) {
@@ -59,13 +59,13 @@ void write(const Files& files, const QString& project)
     }
 }
 
-/// What is wrong with a site after a kill.
+/// Describes what is wrong with a site after a kill.
 QStringList defects(const Files& left, const Files& oldFiles, const Files& newFiles)
 {
     QStringList defects;
     for (auto file = left.begin(); file != left.end(); ++file) {
         const QString name = file.key();
-        // The working folder, what is not finished in it, and the lock.
+        // The working folder, unfinished files in it, and the lock.
         if (name.startsWith(text(".shop-publisher")))
             continue;
         const bool isOld = oldFiles.contains(name) && file.value() == oldFiles.value(name);
@@ -101,8 +101,8 @@ private:
 
     KillMoments mMoments;
     Files mProjects[2];
-    Files mSites[2]; ///< what publishing the two versions of the project gives
-    int mDuration = 0; ///< that publishing takes, in milliseconds
+    Files mSites[2]; ///< the site that results from each version of the project
+    int mDuration = 0; ///< of publishing, in milliseconds
     QProcess mProcess;
 
     int mKills = 0;
@@ -123,7 +123,7 @@ void tst_KillsPublisher::init()
         QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
         mSites[second] = filesOfSite(mSite);
     }
-    // Five pictures in two sizes, the page and the static files, all of them different.
+    // Five pictures in two sizes, the page and the static files, all different.
     QCOMPARE(mSites[0].size(), 13);
     QCOMPARE(mSites[1].keys(), mSites[0].keys());
     const QStringList names = mSites[0].keys();
@@ -138,7 +138,7 @@ void tst_KillsPublisher::cleanup()
     PublisherTest::cleanup();
 }
 
-/// Kills the program at some moment of the next \a longest milliseconds, if it still runs.
+/// Kills the program at a random moment within \a longest milliseconds, if it still runs.
 void tst_KillsPublisher::killSoon(int longest)
 {
     mMoments.wait(unsigned(longest) * 1000);
@@ -166,7 +166,7 @@ bool tst_KillsPublisher::isAsBefore(const Files& oldSite, const Files& newSite,
     return false;
 }
 
-/// What is left does not stop the next run, which makes the site what it has to be.
+/// Whatever is left, the next run succeeds and completes the site.
 bool tst_KillsPublisher::becomesWhole(const Files& site)
 {
     const Outcome outcome = run({mProject, mSite}, mHome);
@@ -185,7 +185,7 @@ bool tst_KillsPublisher::becomesWhole(const Files& site)
     return filesOfSite(mSite) == site && !QFileInfo::exists(mProject + text("/lockfile"));
 }
 
-// Into a site that is not there yet.
+// Publishing to a site that does not exist yet.
 void tst_KillsPublisher::firstPublication()
 {
     for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
@@ -197,7 +197,7 @@ void tst_KillsPublisher::firstPublication()
     }
 }
 
-// Over the pictures of another version of the project.
+// Publishing over the pictures of another version of the project.
 void tst_KillsPublisher::laterPublication()
 {
     for (int kill = 0; kill < KillMoments::countInEach(ways); ++kill) {
@@ -211,8 +211,8 @@ void tst_KillsPublisher::laterPublication()
     }
 }
 
-// While the photographs change that the program follows. Its page may for a while show some of the
-// old and some of the new ones.
+// Killed while the photographs of a followed project change. The page may show a mixture of old and
+// new ones for a while.
 void tst_KillsPublisher::watchedProject()
 {
     const auto picturesOf = [](const Files& site) {
@@ -231,7 +231,7 @@ void tst_KillsPublisher::watchedProject()
             printed += mProcess.readAllStandardOutput();
         QVERIFY2(printed.contains("Watching "), printed.constData());
         write(mProjects[next], mProject);
-        killSoon(mDuration + 200); // it waits for a tenth of a second of quiet
+        killSoon(mDuration + 200); // it waits for a tenth of a second without changes
         QCOMPARE(mProcess.exitStatus(), QProcess::CrashExit);
 
         Files left = filesOfSite(mSite);

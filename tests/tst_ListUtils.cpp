@@ -32,7 +32,7 @@ private Q_SLOTS:
 
 namespace {
 
-// The objects that the letters of \a kinds name: o a QObject, b a Base, d a Derived, t a timer.
+// The objects that \a kinds describes: o a QObject, b a Base, d a Derived, t a timer.
 QList<QObject*> make(const QString& kinds, QObject* parent)
 {
     QList<QObject*> list;
@@ -92,7 +92,7 @@ void tst_ListUtils::sameClass()
     QCOMPARE(ListUtils::allObjectIsSameClass(make(kinds, &parent)), same);
 }
 
-// Behind the first that differs nothing is looked at: a null there would crash.
+// Elements after the first difference are not accessed: a null there would crash.
 void tst_ListUtils::stopsAtTheFirst()
 {
     QObject parent;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// With real translation files: the application's are compiled by lrelease when the tests are built,
-// Qt's are those of the system. The system's language is Italian, see main().
+// Uses real translation files: those of the application are compiled by lrelease when the tests are
+// built, those of Qt come from the system. The system's language is Italian, see main().
 
 #include "LocalisationTools.h"
 
@@ -48,14 +48,14 @@ void touch(const QString& path)
     QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
 }
 
-/// Counts how often the application is told that its translators have changed, and may answer one
-/// of these times.
+/// Counts the notifications of the application that its translators have changed, and can respond
+/// to one of them.
 class LanguageChanges : public QObject
 {
 public:
     LanguageChanges() { QCoreApplication::instance()->installEventFilter(this); }
     int count = 0;
-    int answered = 0; ///< which time is answered; 0 for none
+    int answered = 0; ///< the notification to respond to; 0 for none
     std::function<void()> answer;
 
     bool eventFilter(QObject*, QEvent* event) override
@@ -160,7 +160,7 @@ void tst_LocalisationTools::cleanupTestCase()
     QVERIFY(mLanguages.isEmpty() || QDir(mLanguages).removeRecursively());
 }
 
-/// Puts the compiled files of the application, "app_fr", into the languages folder.
+/// Copies the compiled file "app_fr" of the application to the languages folder.
 void tst_LocalisationTools::provide(const char* names)
 {
     for (const QString& name : words(names)) {
@@ -170,7 +170,7 @@ void tst_LocalisationTools::provide(const char* names)
     }
 }
 
-/// Puts Qt's own files for the languages where they are looked for.
+/// Copies Qt's own files for the languages to where they are searched for.
 void tst_LocalisationTools::provideQt(const char* codes)
 {
     QVERIFY(QDir().mkpath(mLanguages + QStringLiteral("qtbase")));
@@ -183,8 +183,8 @@ void tst_LocalisationTools::provideQt(const char* codes)
     }
 }
 
-/// What each translator of the application object translates, in the order in which they were
-/// made: the name of one of our files, "qtbase" with a text of Qt's, or "empty".
+/// The translations of each translator of the application object, in the order of creation: the
+/// name of one of our files, "qtbase" for a text of Qt, or "empty".
 QStringList tst_LocalisationTools::translators() const
 {
     QStringList texts;
@@ -238,7 +238,7 @@ void tst_LocalisationTools::languagesAreNotSorted()
     QCOMPARE(LocalisationTools::findLanguagesFromTranslationMask(
                  mLanguages + QStringLiteral("missing"), QStringLiteral("app_")),
              QStringList());
-    // A missing file hides nothing in a folder of the same pattern.
+    // A missing file does not hide others that match the same pattern.
     QVERIFY(QDir().mkpath(mLanguages + QStringLiteral("sub/app_it.qm")));
     QCOMPARE(LocalisationTools::findLanguagesFromTranslationMask(mLanguages + QStringLiteral("sub"),
                                                                  QStringLiteral("app_")),
@@ -262,31 +262,31 @@ void tst_LocalisationTools::applicationLanguages()
 void tst_LocalisationTools::translationKeys_data()
 {
     const auto row =
-        namedByText(columns<QString, QString>("files", "keys")); // behind "qtbase_", sorted
+        namedByText(columns<QString, QString>("files", "keys")); // after "qtbase_", sorted
     row("", ""); // empty folder
     row("app_fr.qm", "app_"); // one
     row("app_en.qm app_fr.qm app_de.qm", "app_"); // without doubles
     row("app_fr.qm shop_fr.qm", "app_ shop_"); // two
-    row("app_en.qm app_fr.qm qtbase_fr.qm", "app_"); // qtbase_ stands once
-    row("qtbase_fr.qm", ""); // qtbase_ alone
+    row("app_en.qm app_fr.qm qtbase_fr.qm", "app_"); // qtbase_ appears once
+    row("qtbase_fr.qm", ""); // qtbase_ only
     row("app_pt_BR.qm", "app_"); // with a region
     row("readme.qm", ""); // no separator
-    row("app_fr.ts", ""); // no translation
+    row("app_fr.ts", ""); // not a translation file
     row("_fr.qm", "_"); // separator first
-    row("___.qm", "__"); // separators alone
-    row("x_y_fr.qm", "x_"); // short middle part counts as a language
-    // "_help_fr.qm" has 11 characters, and "help_fr" is no locale.
+    row("___.qm", "__"); // separators only
+    row("x_y_fr.qm", "x_"); // a short middle part is taken for a language
+    // "_help_fr.qm" has 11 characters, and "help_fr" is not a locale.
     row("qt_help_fr.qm", "qt_help_");
     // "_abc_d.qm" has 9 characters, "_abc_de.qm" has 10.
     row("x_abc_d.qm", "x_");
     row("x_abc_de.qm", "x_abc_");
-    // "_fil_PH.qm" has 10 characters, but QLocale names fil_PH in the same way.
+    // "_fil_PH.qm" has 10 characters, but QLocale also calls it fil_PH.
     row("app_fil_PH.qm", "app_");
     // "_zh_Hans.qm" has 11 characters, and the name of that locale is zh_CN.
     row("app_zh_Hans.qm", "app_zh_");
-    // Cut at "_pt_BR.qm" first, then "a_fil_PH_pt_BR" is no locale.
+    // Cut at "_pt_BR.qm" first, then "a_fil_PH_pt_BR" is not a locale.
     row("a_fil_PH_pt_BR.qm", "a_fil_PH_");
-    row("app_fil_PH.old.qm", "app_"); // region behind a point
+    row("app_fil_PH.old.qm", "app_"); // region after a dot
 }
 
 void tst_LocalisationTools::translationKeys()
@@ -375,7 +375,7 @@ void tst_LocalisationTools::defaultLanguageMissing_data()
     row("app_", "app_en.qm");
     row("qt_", "qt/qt_en.qm");
     row("qtbase_", "");
-    // Whatever ends like Qt's file is passed over.
+    // Files that end like Qt's are skipped.
     row("my_qtbase_", "");
 }
 
@@ -393,7 +393,7 @@ void tst_LocalisationTools::defaultLanguageMissing()
             + mLanguages + path;
     }
     QCOMPARE(log.lines(), expected);
-    // It is installed: the application can take it out.
+    // It is installed: the application can remove it.
     QVERIFY(QCoreApplication::removeTranslator(
         QCoreApplication::instance()->findChild<QTranslator*>()));
 }
@@ -404,21 +404,21 @@ void tst_LocalisationTools::defaultLanguageBroken()
     LogCapture log;
     LocalisationTools::loadDefaultLanguage(QStringLiteral("app_"));
     QCOMPARE(translators(), words("empty"));
-    QCOMPARE(log.lines(), QStringList()); // the file is there
+    QCOMPARE(log.lines(), QStringList()); // the file exists
 }
 
 void tst_LocalisationTools::frenchAboveEnglish()
 {
     provide("app_en app_fr");
     provideQt("fr");
-    touch(mLanguages + QStringLiteral("qtbase_fr.qm")); // not where Qt's files are looked for
+    touch(mLanguages + QStringLiteral("qtbase_fr.qm")); // not where Qt's files are searched for
     LogCapture log;
     LanguageChanges changes;
     QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
     QCOMPARE(translators(),
              QStringList({QStringLiteral("empty"), QStringLiteral("qtbase Annuler"),
                           QStringLiteral("app_en"), QStringLiteral("app_fr")}));
-    // The application is told of every translator that holds something.
+    // The application is notified of every translator that is not empty.
     QCOMPARE(changes.count, 3);
     QCOMPARE(greeting(), QStringLiteral("Bonjour"));
     QCOMPARE(onlyEnglish(), QStringLiteral("English alone"));
@@ -435,7 +435,7 @@ void tst_LocalisationTools::regionAndItsFallback()
     QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("pt_BR")));
     QCOMPARE(greeting(), QStringLiteral("Bom dia"));
     QCOMPARE(QLocale(), QLocale(QLocale::Portuguese, QLocale::Brazil));
-    // A region without a file of its own has that of its language.
+    // A region without its own file uses that of the language.
     QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr_CA")));
     QCOMPARE(greeting(), QStringLiteral("Bonjour"));
     QCOMPARE(QLocale(), QLocale(QLocale::French, QLocale::Canada));
@@ -450,10 +450,10 @@ void tst_LocalisationTools::severalKeys()
     provide("app_en shop_fr");
     LogCapture log;
     QVERIFY(LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")));
-    // One key has English alone, the other French alone: that is enough.
+    // One key exists only in English, the other only in French: that is sufficient.
     QStringList installed = translators();
     QCOMPARE(installed.takeFirst(), QStringLiteral("empty")); // qtbase_
-    installed.sort(); // the order of the other keys is the folder's
+    installed.sort(); // the order of the other keys depends on the folder
     QCOMPARE(installed, words("app_en empty shop_fr"));
     QCOMPARE(log.lines(),
              QStringList(QStringLiteral("info orvautils LocalisationTools loadDefaultLanguage: "
@@ -478,7 +478,7 @@ void tst_LocalisationTools::everyChangeStartsAfresh()
 void tst_LocalisationTools::changedAgainMeanwhile_data()
 {
     const auto row = columns<int, bool>("event", "byCode");
-    // The three translators of the language before go, then English and French come.
+    // The three translators of the former language are removed, then English and French added.
     for (const bool byCode : {true, false}) {
         for (int event = 1; event <= 5; ++event)
             row(QByteArray(byCode ? "by code, event " : "by locale, event ")
@@ -503,7 +503,7 @@ void tst_LocalisationTools::changedAgainMeanwhile()
     else
         LocalisationTools::changeApplicationLanguageByLocale(QLocale(QLocale::French));
     QVERIFY2(changes.count >= event, qPrintable(QString::number(changes.count)));
-    QCOMPARE(translators(), words("empty app_en app_it")); // one set alone
+    QCOMPARE(translators(), words("empty app_en app_it")); // one set only
     QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
     QCOMPARE(QLocale().language(), QLocale::Italian);
 }
@@ -516,7 +516,7 @@ void tst_LocalisationTools::languageWithoutFiles()
     for (const char* code : {"de", "no language", "_"}) {
         LogCapture log;
         QVERIFY(!LocalisationTools::changeApplicationLanguage(QLatin1String(code)));
-        // The translators are those of the system's language, the default locale stays.
+        // The translators are for the system's language; the default locale stays the same.
         QCOMPARE(translators(), words("empty app_en app_it"));
         QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
         QCOMPARE(QLocale(), QLocale(QLocale::French, QLocale::France));
@@ -540,7 +540,7 @@ void tst_LocalisationTools::brokenFileOfTheLanguage()
 
 void tst_LocalisationTools::fileWithoutTexts()
 {
-    // Nothing but what every compiled translation file begins with.
+    // Only the header of a compiled translation file.
     QFile empty(mLanguages + QStringLiteral("app_fr.qm"));
     QVERIFY(empty.open(QIODevice::WriteOnly));
     empty.write("\x3c\xb8\x64\x18\xca\xef\x9c\x95\xcd\x21\x1c\xbf\x60\xa1\xbd\xdd");
@@ -590,8 +590,8 @@ void tst_LocalisationTools::emptyCodeIsTheSystem()
              QStringList({QStringLiteral("empty"), QStringLiteral("qtbase Annulla"),
                           QStringLiteral("app_en"), QStringLiteral("app_it")}));
     QCOMPARE(greeting(), QStringLiteral("Buongiorno"));
-    QCOMPARE(QLocale(), QLocale::c()); // not touched
-    // Also where the system's language has no file.
+    QCOMPARE(QLocale(), QLocale::c()); // unchanged
+    // Also if there is no file for the system's language.
     QVERIFY(QFile::remove(mLanguages + QStringLiteral("app_it.qm")));
     QVERIFY(QDir(mLanguages + QStringLiteral("qtbase")).removeRecursively());
     QVERIFY(LocalisationTools::changeApplicationLanguage(QLatin1String("")));
@@ -607,7 +607,7 @@ void tst_LocalisationTools::byLocale()
     QCOMPARE(translators(), words("empty app_en app_fr"));
     QCOMPARE(greeting(), QStringLiteral("Bonjour"));
     QCOMPARE(onlyEnglish(), QStringLiteral("English alone"));
-    QCOMPARE(QLocale(), QLocale::c()); // not touched
+    QCOMPARE(QLocale(), QLocale::c()); // unchanged
     LocalisationTools::changeApplicationLanguageByLocale(QLocale(QStringLiteral("de_AT")));
     QCOMPARE(translators(),
              QStringList({QStringLiteral("empty"), QStringLiteral("qtbase Abbrechen"),
@@ -616,7 +616,7 @@ void tst_LocalisationTools::byLocale()
     QCOMPARE(log.lines(), QStringList());
 }
 
-/// What a process without an application object sees; the languages folder is a relative one there.
+/// A process without an application object, where the languages folder is relative.
 static int changeWithoutApplication()
 {
     LogCapture log;
@@ -646,7 +646,7 @@ void tst_LocalisationTools::withoutApplication()
                         {QStringLiteral("--without-application"), folder.path()});
     QVERIFY(child.exitedNormally);
     QCOMPARE(child.exitCode, 0);
-    // The translator is refused, and the language counts as loaded all the same.
+    // The translator is rejected, but the language counts as loaded.
     QCOMPARE(child.output,
              QStringList({QStringLiteral("true fr_FR"),
                           QStringLiteral("%1 changeApplicationLanguage installTranslator error  "
@@ -742,7 +742,7 @@ void tst_LocalisationTools::messages()
     const auto value = LocalisationTools::QtMessages(message);
     QCOMPARE(LocalisationTools::trQtMessages(value), untranslated);
 
-    // The context and the source text are those that a translator is asked for.
+    // The context and the source text that are passed to a translator.
     class Asked : public QTranslator
     {
     public:
@@ -782,12 +782,12 @@ void tst_LocalisationTools::messagesOutsideTheTable()
 
 void tst_LocalisationTools::messagesInFrenchAndGerman_data()
 {
-    // As a French and a German user of Qt's own dialogs know them.
+    // As in Qt's own dialogs in French and German.
     const auto table = columns<QString, QString>("french", "german");
     const char* rows[][2] = {
         {u8"Préférences...", u8"Einstellungen..."},
         {u8"À propos de Fern & Co", u8"Über Fern & Co"},
-        {u8"Ok", u8"Ok"}, // Qt's files know "OK" alone
+        {u8"Ok", u8"Ok"}, // Qt's files contain only "OK"
         {u8"Annuler", u8"Abbrechen"},
         {u8"Fermer", u8"Schließen"},
         {u8"Quitter Fern & Co", u8"Fern & Co beenden"},
@@ -852,7 +852,7 @@ void tst_LocalisationTools::applicationNameIsPutInAsItIs()
 
 int main(int argc, char** argv)
 {
-    // A system in Italian, whatever the machine speaks; Qt looks at these once in a process.
+    // An Italian system, whatever the machine uses; Qt reads these variables once in a process.
     qunsetenv("LANGUAGE");
     qunsetenv("LC_ALL");
     for (const char* category :

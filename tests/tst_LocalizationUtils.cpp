@@ -30,7 +30,7 @@ private Q_SLOTS:
 void tst_LocalizationUtils::languageNames_data()
 {
     const auto row = columns<QString>("name");
-    // With a region in the language itself, without one in English.
+    // With a region in the native name of the language, without one in English.
     row("fr_FR", "fran\u00e7ais");
     row("fr", "French");
     row("pt_BR", "portugu\u00eas");
@@ -39,7 +39,7 @@ void tst_LocalizationUtils::languageNames_data()
     row("de", "German");
     row("ru_RU", "\u0440\u0443\u0441\u0441\u043a\u0438\u0439");
     row("ru", "Russian");
-    // A "-" makes no region.
+    // A "-" does not separate a region.
     row("fr-FR", "French");
     row("xx_yy", QString());
     row("xx", "C");

@@ -15,7 +15,7 @@
 using Write = std::function<void(LogStream&)>;
 Q_DECLARE_METATYPE(Write)
 
-/// Writes \a value to the record that it is given.
+/// Writes \a value to the record that it receives.
 template <typename T>
 Write writing(const T& value)
 {

@@ -31,7 +31,7 @@ private Q_SLOTS:
 
 namespace {
 
-// The draws that follow now, as many as tell the thousand possible seeds apart.
+// The next random numbers, enough of them to distinguish the thousand possible seeds.
 QVector<int> nextDraws()
 {
     QVector<int> draws;
@@ -52,11 +52,11 @@ bool isSequenceOfAMillisecondSeed(const QVector<int>& draws)
 
 } // namespace
 
-// Runs first: nothing has seeded the generator yet.
+// Runs first: the generator is not seeded yet.
 void tst_MathUtils::firstDrawSeeds()
 {
-    std::srand(123456); // is replaced, being none of the library's own
-    MathUtils::random(0, 0); // spends one draw
+    std::srand(123456); // replaced, because it is not one of the library's seeds
+    MathUtils::random(0, 0); // uses one random number
     const QVector<int> draws = nextDraws();
     bool found = false;
     for (unsigned int seed = 0; seed < 1000 && !found; ++seed) {
@@ -66,7 +66,7 @@ void tst_MathUtils::firstDrawSeeds()
     }
     QVERIFY(found);
 
-    // Once seeded, it is left alone.
+    // Once seeded, it is not seeded again.
     std::srand(123456);
     std::rand();
     const QVector<int> expected = nextDraws();
@@ -80,7 +80,7 @@ void tst_MathUtils::random_data()
     const auto row = columns<int, int, QVector<int>>("min", "max", "draws");
     const int least = std::numeric_limits<int>::min();
     const int most = std::numeric_limits<int>::max();
-    // Expected: min + draw % (max - min + 1), with the draws of the generator seeded with 7.
+    // Expected: min + random % (max - min + 1), with random numbers of the generator seeded with 7.
     std::srand(7);
     const QVector<int> draws = nextDraws();
     row("one value", 5, 5, draws);

@@ -74,7 +74,7 @@ QString addressOf(const QObject* object)
     return QString::asprintf("%#llx", static_cast<unsigned long long>(quintptr(object)));
 }
 
-// The library's own records; Qt warns besides.
+// The library's own records; Qt warns as well.
 QStringList libraryLines(const LogCapture& log)
 {
     return log.lines().filter(QStringLiteral(" orvautils "));

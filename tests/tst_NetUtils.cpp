@@ -28,20 +28,20 @@ namespace {
 
 const auto unicode = QRegularExpression::UseUnicodePropertiesOption;
 
-/// What \a rx itself answers.
+/// The result of \a rx itself.
 bool matches(const QRegularExpression& rx, const QString& s)
 {
     return rx.match(s).hasMatch();
 }
 
-/// Counts on how many texts a check and the pattern it stands for give the same answer.
+/// Counts the texts for which a check agrees with the pattern that it replaces.
 struct Agreement
 {
     QRegularExpression pattern;
     bool (*check)(const QString&) = nullptr;
     int accepted = 0;
     int rejected = 0;
-    QString different; ///< a text on which they do not
+    QString different; ///< a text with different results
 
     void operator()(const QString& s)
     {
@@ -52,7 +52,7 @@ struct Agreement
     }
 };
 
-/// A text of \a minimum to \a maximum characters out of \a alphabet.
+/// A text of \a minimum to \a maximum characters from \a alphabet.
 QString randomText(const QString& alphabet, int minimum, int maximum)
 {
     QString string;
@@ -61,7 +61,7 @@ QString randomText(const QString& alphabet, int minimum, int maximum)
     return string;
 }
 
-/// Calls \a function with every text of up to \a maximum characters out of \a alphabet.
+/// Calls \a function with every text of up to \a maximum characters from \a alphabet.
 template <typename Function>
 void forEachText(const QString& alphabet, int maximum, Function function)
 {
@@ -84,7 +84,7 @@ void forEachText(const QString& alphabet, int maximum, Function function)
 }
 
 #ifdef Q_OS_LINUX
-/// Gives the interface \a name the IPv4 \a address and switches it on.
+/// Assigns the IPv4 \a address to the interface \a name and brings it up.
 bool addAddress(const char* name, const char* address)
 {
     const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -149,8 +149,8 @@ void tst_NetUtils::patterns()
 
 void tst_NetUtils::webAddresses_data()
 {
-    // withScheme: the answer where the scheme is required
-    // optional: the answer where it is not
+    // withScheme: the result if the scheme is required
+    // optional: the result if it is not
     const auto table = columns<QString, bool, bool>("s", "withScheme", "optional");
     const auto row = [&](const char* s, bool withScheme, bool optional) {
         table(*s ? s : "empty", text(s), withScheme, optional);
@@ -162,10 +162,10 @@ void tst_NetUtils::webAddresses_data()
     row("http://example.com:8080", true, true);
     row("http://example.com:8080/", true, true);
     row("http://example.com:1/a/b/c/", true, true);
-    row("http://example.com:99999", true, true); // five digits, whatever they say
+    row("http://example.com:99999", true, true); // any five digits
     row("http://192.168.0.1", true, true);
     row("http://192.168.0.1:80/x", true, true);
-    row("http://999.999.999.999", true, true); // letters and digits are not weighed
+    row("http://999.999.999.999", true, true); // letters and digits are treated alike
     row("http://localhost", true, true);
     row("http://a", true, true);
     row("http://-", true, true);
@@ -180,14 +180,14 @@ void tst_NetUtils::webAddresses_data()
     row("http://пример.рф/путь/", true, true);
     row("http://παράδειγμα.ελ", true, true);
     row("http://مثال.مصر/٣", true, true);
-    row("http://example.com\n", true, true); // "$" lets the last line feed through
+    row("http://example.com\n", true, true); // "$" also matches before a final line feed
     // The scheme is missing.
     row("example.com", false, true);
     row("www.example.com", false, true);
     row("192.168.0.1:8080/a", false, true);
     row("exämple.de/straße", false, true);
     row("localhost", false, true);
-    // No address in either case.
+    // Not an address in either case.
     row("", false, false);
     row("http://", false, false);
     row("https://", false, false);
@@ -222,7 +222,7 @@ void tst_NetUtils::webAddresses_data()
     row("http://[::1]/", false, false);
     row("http://~user", false, false);
     row("http://a,b", false, false);
-    row("http://例え。jp", false, false); // the ideographic full stop is no letter
+    row("http://例え。jp", false, false); // the ideographic full stop is not a letter
     row("http://example.com\n\n", false, false);
     row("http://example.com\nx", false, false);
     row("http://example.com\r\n", false, false);
@@ -237,8 +237,8 @@ void tst_NetUtils::webAddresses()
     QTEST(matches(NetUtils::webAddressRx(false), s), "optional");
 }
 
-/// The check takes another road than the pattern; on every text short enough for the pattern the
-/// answers are the same.
+/// The check does not use the pattern; on every text short enough for the pattern the results are
+/// the same.
 void tst_NetUtils::webAddressesAsThePattern()
 {
     Agreement check;
@@ -248,7 +248,7 @@ void tst_NetUtils::webAddressesAsThePattern()
     forEachText(text("htps:/"), 7, [&](const QString& s) { check(s); });
     seedProcessRandom(1);
     const QString alphabet = text("aaZ012éé例٣_-...:::////~?%@ \n\u0301\u20ac½") + QChar(0xd835)
-        + QChar(0xdcd0); // a mathematical letter, whole or in halves
+        + QChar(0xdcd0); // a mathematical letter, whole and split
     for (int i = 0; i < 50000; ++i) {
         const QString s = randomText(alphabet, 0, 14);
         check(text("http://") + s);
@@ -290,7 +290,7 @@ void tst_NetUtils::emailAddresses_data()
     accepted("иван.петров@пример.рф");
     accepted("jürgen@müller-straße.de");
     accepted("χρήστης@παράδειγμα.ελ");
-    accepted("ab@example.com\n"); // "$" lets the last line feed through
+    accepted("ab@example.com\n"); // "$" also matches before a final line feed
 
     rejected("");
     rejected("ab");
@@ -299,7 +299,7 @@ void tst_NetUtils::emailAddresses_data()
     rejected("a@example.com"); // one character before the "@"
     rejected("é@exemple.fr");
     rejected("ab@example");
-    rejected("ab@example.c"); // a last label of one
+    rejected("ab@example.c"); // a last label of one character
     rejected("ab@example.abcdefghijklm"); // and of thirteen
     rejected("ab@1.2.3.4");
     rejected("ab@example.com.");
