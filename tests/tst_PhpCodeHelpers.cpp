@@ -128,7 +128,7 @@ void tst_PhpCodeHelpers::classOfConstants()
     QCOMPARE(classOf({}), text("\nclass Config\n{\n}\n"));
     QCOMPARE(classOf({{text("B"), text("x")}, {text("A"), 1}, {text("C"), QVariantList{1}}}),
              text("\nclass Config\n{\nconst A=1;\nconst B='x';\nconst C=[1]\n;\n}\n"));
-    // The keys are not looked at.
+    // The keys are ignored.
     QCOMPARE(classOf({{text("10"), 1}, {text("a b"), 2}}),
              text("\nclass Config\n{\nconst 10=1;\nconst a b=2;\n}\n"));
 }
@@ -176,7 +176,7 @@ void tst_PhpCodeHelpers::lineBreaksAreReadBack()
     QCOMPARE(readAsJson(literal(text("a\nb\r\n\tc"))), QByteArray("\"a\\nb\\r\\n\\tc\""));
 }
 
-/// Deliberate: these values are not what went in.
+/// Deliberate: these values come back changed.
 void tst_PhpCodeHelpers::quirksAsPhpReadsThem_data()
 {
     addQuirkRows();

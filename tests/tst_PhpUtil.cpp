@@ -31,7 +31,7 @@ void tst_PhpUtil::strings_data()
     row("it's", "\"it's\"", "\"it's\"");
     row("$name {$a->b}", "\"$name {$a->b}\"", "\"$name {$a->b}\"");
     row("C:\\new", "\"C:\\new\"", "\"C:\\new\"");
-    row("\\\"", "\"\\\\\"\"", "\"\\\\\"\""); // the backslash in front is not doubled
+    row("\\\"", "\"\\\\\"\"", "\"\\\\\"\""); // the backslash before the quote is not doubled
     row("  a \t b\nc ", "\"  a \t b\nc \"", "\"a b c\"");
     row("été €", "\"été €\"", "\"été €\"");
 }
@@ -63,7 +63,7 @@ void tst_PhpUtil::readByPhp()
     }
 }
 
-/// Deliberate: a "$name" in the text is PHP's variable.
+/// Deliberate: "$name" in the text is a PHP variable.
 void tst_PhpUtil::variablesAreInterpolated()
 {
     const QString php = QStandardPaths::findExecutable(text("php"));
@@ -87,7 +87,7 @@ void tst_PhpUtil::backslashesBeginEscapes()
         runScript(php, "<?php echo " + PhpUtil::formatPhpString(text("a\\nb\\\\c")).toUtf8() + ";");
     QCOMPARE(changed.exitCode, 0);
     QCOMPARE(changed.output, QByteArray("a\nb\\c"));
-    // A text that ends with one leaves its string open.
+    // A backslash at the end leaves the string open.
     const ScriptResult open =
         runScript(php, "<?php echo " + PhpUtil::formatPhpString(text("C:\\")).toUtf8() + ";");
     QVERIFY(open.exitCode != 0);

@@ -72,8 +72,8 @@ private:
 
 namespace {
 
-/// Another instance of an application: this program with --hold, which opens a project, says
-/// whether it has the lock, and keeps it until its input ends.
+/// Another instance of an application: this program with --hold, which opens a project, reports
+/// whether it has the lock, and keeps it until its input is closed.
 class OtherInstance
 {
 public:
@@ -85,7 +85,7 @@ public:
     }
     ~OtherInstance() { close(); }
 
-    /// "held", or the message of the failure.
+    /// "held", or the error message.
     QString answer()
     {
         while (!mProcess.canReadLine() && mProcess.waitForReadyRead()) { }
@@ -108,7 +108,7 @@ private:
     QProcess mProcess;
 };
 
-/// The text for a lock that could not be made.
+/// The message for a lock that could not be created.
 QString lockFailed(const char* project, const char* reason, const QString& folder)
 {
     return QStringLiteral("Lock failed on '") + QLatin1String(project)
@@ -284,7 +284,7 @@ void tst_ProjectFileLocker::permission()
 
 void tst_ProjectFileLocker::otherError()
 {
-    // A folder that is not there: neither held nor forbidden.
+    // A missing folder: neither held nor forbidden.
     const QString folder = path(QStringLiteral("missing"));
     ProjectFileLocker locker;
     QString error;
@@ -315,7 +315,7 @@ void tst_ProjectFileLocker::placeholdersInNames()
 
 void tst_ProjectFileLocker::translated()
 {
-    // A translator that marks what goes through it.
+    // A translator that marks what it translates.
     class Marker : public QTranslator
     {
     public:
@@ -386,7 +386,7 @@ void tst_ProjectFileLocker::folderRelative()
     const CurrentFolder current(mDir->root());
     ProjectFileLocker locker;
     QVERIFY(locker.openNewProjectFile(path(QStringLiteral("a.proj"))));
-    // True without a lock, and the former lock stays.
+    // True without a lock, and the former lock is kept.
     QVERIFY(locker.openNewProjectFolder(QStringLiteral("shop"), QStringLiteral("Shop")));
     QVERIFY(QDir(path(QStringLiteral("shop"))).exists());
     QVERIFY(!QFile::exists(path(QStringLiteral("shop/lockfile"))));
@@ -448,7 +448,7 @@ void tst_ProjectFileLocker::killedOwnerIsReplaced()
     OtherInstance other(path(QStringLiteral("a.proj")));
     QCOMPARE(other.answer(), QStringLiteral("held"));
     other.kill();
-    // The stale lock is still there, and is taken over.
+    // The stale lock still exists, and is taken over.
     QVERIFY(QFile::exists(path(QStringLiteral("a.proj.locked"))));
     ProjectFileLocker locker;
     QVERIFY(locker.openNewProjectFile(path(QStringLiteral("a.proj"))));
@@ -474,8 +474,8 @@ void tst_ProjectFileLocker::oldLockOfARunningOwner()
 
 void tst_ProjectFileLocker::raceHasOneWinner()
 {
-    // Two instances at a time reach for the same lock, half of them for one that was left behind by
-    // a killed owner.
+    // Two instances compete for the same lock; half of the locks were left behind by a killed
+    // owner.
     for (int round = 0; round < 100; ++round) {
         const QString project = path(QStringLiteral("race%1.proj").arg(round));
         if (round % 2 == 0) {
@@ -488,7 +488,7 @@ void tst_ProjectFileLocker::raceHasOneWinner()
         const int winners =
             (one.answer() == QStringLiteral("held")) + (two.answer() == QStringLiteral("held"));
         QVERIFY2(winners <= 1, qPrintable(QStringLiteral("round %1").arg(round)));
-        // Without something stale in the way somebody wins.
+        // Without a stale lock one of them always succeeds.
         if (round % 2 == 1)
             QCOMPARE(winners, 1);
     }
@@ -501,10 +501,10 @@ void tst_ProjectFileLocker::currentFolderChanges_data()
     row("a.proj", "a.proj.locked");
     row("shop/a.proj", "shop/a.proj.locked");
     row("./", "lockfile");
-    row("shop/", "shop/lockfile"); // a folder with itself inside
+    row("shop/", "shop/lockfile"); // a folder that contains itself
 }
 
-// A lock belongs to the place where it was taken.
+// A lock remains in the place where it was taken.
 void tst_ProjectFileLocker::currentFolderChanges()
 {
     QFETCH(QString, project);
@@ -521,7 +521,7 @@ void tst_ProjectFileLocker::currentFolderChanges()
     QVERIFY(QFile::exists(held));
     QCOMPARE(locker.lockedPath(), QDir::cleanPath(path(QStringLiteral("one/") + project)));
 
-    // Another instance's lock, where the same relative path leads to now.
+    // The lock of another instance, at the place where the same relative path leads now.
     const QString other = path(QStringLiteral("other/") + lock);
     const CurrentFolder moved(path(QStringLiteral("other")));
     QLockFile others(other);
@@ -548,7 +548,7 @@ void tst_ProjectFileLocker::states()
     QVERIFY(!locker.openNewProjectFile(path(QStringLiteral("missing/a.proj"))));
     QVERIFY(locker.lockState() == State::Locked);
     QCOMPARE(locker.lockedPath(), path(QStringLiteral("a.proj")));
-    // Leniency opens a project and keeps the other one's lock.
+    // In lenient mode a project is opened and the lock of the other one is kept.
     QVERIFY(locker.openNewProjectFolder(QStringLiteral("shop"), QStringLiteral("Shop")));
     QVERIFY(locker.lockState() == State::Lenient);
     QVERIFY(locker.isLocked());
@@ -604,7 +604,7 @@ void tst_ProjectFileLocker::holderThatDied()
     QCOMPARE(dead.processId, running.processId);
     QVERIFY(!dead.isRunning);
 
-    // The number of a process that runs another program.
+    // The number of a process that runs a different program.
     writeFile(project + QStringLiteral(".locked"),
               QByteArray::number(getppid()) + "\nshop-editor\n"
                   + QSysInfo::machineHostName().toUtf8() + '\n');
@@ -660,7 +660,8 @@ void tst_ProjectFileLocker::debugOutput()
 
 void tst_ProjectFileLocker::abandoned_data()
 {
-    // What a killed process left: of the lock, its helper, and that one's helper. "-" is nothing.
+    // What a killed process left of the lock, its helper, and the helper of that. "-" means
+    // nothing.
     const auto row = columns<QStringList>("left");
     const QString none = QStringLiteral("-");
     const QString dead = QStringLiteral("dead");
@@ -702,7 +703,7 @@ void tst_ProjectFileLocker::abandoned()
     QVERIFY(!ProjectFileLocker().openNewProjectFile(project));
 }
 
-// A lock that is empty because its process has not come further yet.
+// A lock that is empty because its process has not filled it yet.
 void tst_ProjectFileLocker::beingMade()
 {
     const QString project = path(QStringLiteral("a.proj"));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// QExifImageHeader: its tags, and what it reads of a block.
+// QExifImageHeader: its tags, and reading blocks.
 
 #include "QExifImageHeader.h"
 
@@ -91,7 +91,7 @@ void tst_QExifImageHeader::newHeader()
 void tst_QExifImageHeader::tagNumbers_data()
 {
     const auto row = columns<int, int>("tag", "number");
-    // Decimal, as the published tables give them.
+    // Decimal numbers, as in the published tables.
     row("ExifIfdPointer", int(Header::ExifIfdPointer), 34665);
     row("GpsInfoIfdPointer", int(Header::GpsInfoIfdPointer), 34853);
     row("InteroperabilityIfdPointer", int(Header::InteroperabilityIfdPointer), 40965);
@@ -201,7 +201,7 @@ void tst_QExifImageHeader::tags()
     QVERIFY(header.gpsTags().isEmpty());
 }
 
-// A number of one space does not show up in another one.
+// A number in one space is not found in another one.
 void tst_QExifImageHeader::anyNumberIsATag()
 {
     Header header;
@@ -226,7 +226,7 @@ void tst_QExifImageHeader::ifdHeader_data()
 
     const QByteArray none(4, '\0');
     const QByteArray four = hex("01020304");
-    // The field 01 02 03 04, read as what type and count make of it.
+    // The field 01 02 03 04, interpreted according to type and count.
     struct Case
     {
         const char* name;
@@ -345,7 +345,7 @@ void tst_QExifImageHeader::ifdHeaders()
 
 void tst_QExifImageHeader::ifdValue_data()
 {
-    // data: at offset 16 of a block that begins at 3
+    // data: at offset 16 of a block that starts at 3
     const auto table = columns<QDataStream::ByteOrder, QByteArray, QByteArray, QString>(
         "order", "entry", "data", "expected");
 
@@ -447,7 +447,7 @@ void tst_QExifImageHeader::ifdValueCutShort_data()
 {
     const auto table = columns<int, quint32, QString>("type", "count", "expected");
 
-    // What is there from the offset on: 41 42 43 44 45 46 47 48 49 4A.
+    // The bytes from the offset on: 41 42 43 44 45 46 47 48 49 4A.
     const quint32 counts[] = {11,         1000,       65536,      0x10000000, 0x20000001,
                               0x40000000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
     for (const quint32 count : counts) {
@@ -456,7 +456,7 @@ void tst_QExifImageHeader::ifdValueCutShort_data()
                   QString::fromLatin1(expected));
         };
         row(1, "1 x 10: 65 66 67 68 69 70 71 72 73 74");
-        row(2, "2 x 11: 4142434445464748494a"); // its last byte is not what ends it
+        row(2, "2 x 11: 4142434445464748494a"); // not terminated by its last byte
         row(3, "3 x 5: 16961 17475 17989 18503 19017");
         row(4, "4 x 2: 1145258561 1212630597");
         row(5, "5 x 1: 1145258561/1212630597");
@@ -576,7 +576,7 @@ void tst_QExifImageHeader::readFails()
     QVERIFY(!readBlock(&header, block));
     QVERIFY(header.imageTags().isEmpty());
     QCOMPARE(header.size(), 28);
-    // A buffer that could be extended must not be.
+    // A buffer that could grow must not grow.
     QBuffer writable;
     writable.setData(block);
     writable.open(QIODevice::ReadWrite);
@@ -610,8 +610,8 @@ void tst_QExifImageHeader::readFailsMidway_data()
     row("JPEG", true);
 }
 
-// A device that refuses one read or one seek, whichever. What was read stays, and nothing is made
-// up.
+// A device that refuses one read or seek, each in turn. What was read is kept, and nothing is
+// invented.
 void tst_QExifImageHeader::readFailsMidway()
 {
     QFETCH(bool, isJpeg);
@@ -669,7 +669,7 @@ void tst_QExifImageHeader::readReplacesEverything()
 void tst_QExifImageHeader::readCutShort_data()
 {
     const auto row = columns<int, int, int, int>("length", "image", "extended", "gps");
-    // The entries that are whole count; the two pointers of IFD0 are taken out of it.
+    // Complete entries count; the two pointers of IFD0 are removed.
     row("IFD0 without entries", 10, 0, 0, 0);
     row("half an entry", 16, 0, 0, 0);
     row("two entries and a half", 40, 2, 0, 0);
@@ -715,7 +715,7 @@ void tst_QExifImageHeader::entryCountBeyondTheEnd()
 
 void tst_QExifImageHeader::pointerKinds_data()
 {
-    // entryRest: type, count, value of the pointer
+    // entryRest: type, count and value of the pointer
     const auto row = columns<QByteArray, bool>("entryRest", "followed");
     // The sub-IFD is at 26, little endian.
     row("Long", hex("0400 01000000 1A000000"), true);
@@ -737,7 +737,7 @@ void tst_QExifImageHeader::pointerKinds()
 {
     QFETCH(QByteArray, entryRest);
     QFETCH(bool, followed);
-    LogCapture log; // an unknown type is warned of
+    LogCapture log; // an unknown type is logged
     const TiffBuilder directory = TiffBuilder(little).u16(1).shorts(0x0001, 1, 7).u32(0);
     const QByteArray head = TiffBuilder(little).tiff().u16(1);
     const QByteArray link = TiffBuilder(little).u32(0);
@@ -780,7 +780,7 @@ void tst_QExifImageHeader::pointersOutside()
     QCOMPARE(block.size(), 66);
     QBuffer buffer;
     buffer.setData(block);
-    buffer.open(QIODevice::ReadWrite); // may grow, but must not
+    buffer.open(QIODevice::ReadWrite); // can grow, but must not
     Header header;
     QVERIFY(header.read(&buffer));
     QCOMPARE(header.imageTags(), QList<Header::ImageTag>({Header::Make, Header::Orientation}));
@@ -836,7 +836,7 @@ void tst_QExifImageHeader::thumbnailPointers()
     QFETCH(QByteArray, entries);
     QFETCH(QByteArray, thumbnail);
     LogCapture log;
-    // 8: IFD0 without entries, IFD1 at 14; 14: two entries, no next one.
+    // 8: IFD0 without entries, IFD1 at 14; 14: two entries, no link.
     const QByteArray block =
         TiffBuilder(little).tiff().u16(0).u32(14).u16(2).raw(entries).u32(0).raw("THUMBNAL");
     Header header;
@@ -846,7 +846,7 @@ void tst_QExifImageHeader::thumbnailPointers()
     QVERIFY(log.records().isEmpty());
 }
 
-// Every directory leads to IFD0 itself.
+// Every directory leads back to IFD0.
 void tst_QExifImageHeader::linksInCircles()
 {
     const QByteArray block = TiffBuilder(big)
@@ -908,7 +908,7 @@ void tst_QExifImageHeader::unknownTypeIsKept()
     QCOMPARE(written(header).mid(10, 12), hex("010F 0001 00000000 00000000"));
 }
 
-// 5,000 entries that each claim the whole block would make 300 MB of 60 kB.
+// 5,000 entries that each claim the whole block would turn 60 kB into 300 MB.
 void tst_QExifImageHeader::overlappingValuesStayBounded()
 {
     const unsigned count = 5000;
@@ -928,7 +928,7 @@ void tst_QExifImageHeader::overlappingValuesStayBounded()
         QVERIFY(header.imageTags().size() >= 16);
         QVERIFY(total <= qint64(laid.size()) * 18);
 
-        // What lies in front of the block does not count.
+        // Data before the block is ignored.
         QBuffer device;
         device.setData(QByteArray(1000 * 1000, '\0') + laid);
         device.open(QIODevice::ReadOnly);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// QExifImageHeader on photographs, judged by the readers that others use.
+// QExifImageHeader on photographs, judged by other readers.
 
 #include "QExifImageHeader.h"
 
@@ -39,7 +39,7 @@ private Q_SLOTS:
     void photosSavedForReaders();
 
 private:
-    QJsonObject mExpected; // what the readers say of the photographs, by file name
+    QJsonObject mExpected; // the output of the readers by file name
 };
 
 void tst_QExifImageHeaderPhotos::initTestCase()
@@ -47,7 +47,7 @@ void tst_QExifImageHeaderPhotos::initTestCase()
     mExpected = expectedPhotos();
 }
 
-// A picture made here, tags set, judged by others.
+// A generated picture with tags, checked by other readers.
 void tst_QExifImageHeaderPhotos::readers()
 {
     QTemporaryDir folder;
@@ -101,7 +101,7 @@ void tst_QExifImageHeaderPhotos::readers()
     QCOMPARE(QImage::fromData(thumbnail, "JPG").size(), QSize(16, 12));
 }
 
-/// A value as it stands in a file, which is what the readers report; count() bytes of a text.
+/// A value as it is stored in a file and reported by the readers; count() bytes of a text.
 static QByteArray inFile(const QExifValue& value, QDataStream::ByteOrder order)
 {
     TiffBuilder laid(order);
@@ -140,7 +140,7 @@ static QByteArray inFile(const QExifValue& value, QDataStream::ByteOrder order)
     return laid;
 }
 
-/// The bytes that the readers give for a tag, by their content or by length and digest.
+/// The bytes that the readers report for a tag, as content or as length and digest.
 struct ReportedBytes
 {
     bool known = false;
@@ -176,14 +176,14 @@ struct ReportedBytes
     }
 };
 
-/// Whether a value is what the readers say of its tag, as far as our own rules do not differ: the
-/// reason why not, empty where all is well.
+/// Whether a value agrees with the readers, apart from known differences: the reason if it does
+/// not, else an empty text.
 static QString differs(const QExifValue& value, const QJsonObject& reported,
                        QDataStream::ByteOrder order, const QByteArray& block)
 {
     if (reported[QStringLiteral("disagree")].toBool()) {
-        // The readers differ; the one that gives bytes has joined several segments. Ours is what
-        // the first one holds of them: it ends where the segment ends.
+        // The readers differ; the one that reports bytes has joined several segments. Ours is the
+        // part in the first segment.
         const ReportedBytes bytes(reported);
         const QByteArray text = value.toByteArray();
         return bytes.known && bytes.bytes.startsWith(text) && block.endsWith(text)
@@ -206,7 +206,7 @@ static QString differs(const QExifValue& value, const QJsonObject& reported,
             ? QString()
             : QStringLiteral("wrong text of count 0");
     if (value.count() != count) {
-        // Only when it reaches past the end of the block: then it holds what there is.
+        // Only if it extends beyond the end of the block: then it has the existing bytes.
         if (type == QExifValue::Ascii)
             ours.chop(1);
         return value.count() < count && bytes.known && bytes.bytes.startsWith(ours)
@@ -217,13 +217,13 @@ static QString differs(const QExifValue& value, const QJsonObject& reported,
     if (!bytes.known)
         return QString();
     if (type == QExifValue::Undefined && count < 5 && order == big) {
-        // The four bytes of the entry, of which those behind the value are 0, come out reversed.
+        // The four bytes of the entry, with zeros after the value, are reversed.
         QByteArray reversed = bytes.bytes.leftJustified(4, '\0');
         std::reverse(reversed.begin(), reversed.end());
         return ours == reversed.left(int(count)) ? QString() : QStringLiteral("not reversed");
     }
     if (type == QExifValue::Ascii && bytes.sha1.isEmpty()) {
-        // The byte that ends a text is taken off without looking at it.
+        // The last byte of a text is removed whatever it is.
         return ours.left(ours.size() - 1) == bytes.bytes.left(bytes.length - 1)
             ? QString()
             : QStringLiteral("text %1").arg(QString::fromLatin1(ours.toHex()));
@@ -232,9 +232,8 @@ static QString differs(const QExifValue& value, const QJsonObject& reported,
                           : QStringLiteral("bytes %1").arg(QString::fromLatin1(ours.toHex()));
 }
 
-/// The bytes of the last text in IFD0 of a little-endian block that stands under a tag which occurs
-/// there more than once; nothing for other tags. Read here by hand, because the readers keep the
-/// first one.
+/// The bytes of the last text in IFD0 of a little-endian block for a tag that occurs there more
+/// than once; empty for other tags. Read by hand, because the readers keep the first one.
 static QByteArray lastOfRepeatedText(const QByteArray& block, quint16 tag)
 {
     if (!block.startsWith("II"))
@@ -301,7 +300,7 @@ void tst_QExifImageHeaderPhotos::photoTags()
 
     const QJsonObject ifds = expected[QStringLiteral("ifds")].toObject();
     const QJsonObject ifd0 = ifds[QStringLiteral("IFD0")].toObject();
-    // A pointer that is not a single integer leads nowhere.
+    // A pointer that is not a single integer is ignored.
     const auto leads = [&ifd0](const char* pointer) {
         const QJsonObject entry = ifd0[QLatin1String(pointer)].toObject();
         const int type = entry[QStringLiteral("type")].toInt(4);
@@ -310,8 +309,8 @@ void tst_QExifImageHeaderPhotos::photoTags()
     };
 
     QStringList wrong;
-    // Compares the tags of one directory, of the type of firstTag, with what the readers say of it.
-    // Returns their numbers, without those that lead to other directories.
+    // Compares the tags of one directory, of the type of firstTag, with the output of the readers.
+    // Returns their numbers, except those that lead to other directories.
     const auto compareTags = [&](const char* name, auto firstTag, const QList<quint16>& pointers) {
         QList<quint16> numbers;
         const bool isIfd0 = qstrcmp(name, "IFD0") == 0;
@@ -352,7 +351,7 @@ void tst_QExifImageHeaderPhotos::photoTags()
         readersTags[2] = compareTags("GPS", Header::GpsTag(), {});
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("; "))));
 
-    // The readers give up early on damaged files; of a sound one we read no more than they do.
+    // The readers give up early on damaged files; of an intact one we read no more than they do.
     if (!damaged) {
         QList<quint16> ours[3];
         for (const Header::ImageTag tag : header.imageTags())
@@ -368,7 +367,7 @@ void tst_QExifImageHeaderPhotos::photoTags()
     if (!leads("0x8769"))
         QVERIFY(header.extendedTags().isEmpty());
 
-    // exiftool says it of files that it can read to the end, libexif also of others.
+    // exiftool reports it for files that it can read to the end, libexif also for others.
     const QJsonValue orientation = expected[QStringLiteral("orientation")];
     if (orientation.isDouble())
         QCOMPARE(int(header.value(Header::Orientation).toShort()), orientation.toInt());
@@ -394,7 +393,7 @@ void tst_QExifImageHeaderPhotos::photoTags()
     }
 }
 
-/// Loads a copy of a photograph, sets a few tags and saves it; false when that is refused.
+/// Loads a copy of a photograph, sets a few tags and saves it; false if that is refused.
 static bool changeTags(const QString& fileName)
 {
     Header header;
@@ -409,7 +408,7 @@ void tst_QExifImageHeaderPhotos::photoSaved_data()
     addPhotoRows(mExpected);
 }
 
-// Of a photograph that is saved nothing but the EXIF segment changes.
+// Only the EXIF segment of a saved photograph changes.
 void tst_QExifImageHeaderPhotos::photoSaved()
 {
     QFETCH(QString, fileName);
@@ -444,7 +443,7 @@ void tst_QExifImageHeaderPhotos::photoSaved()
     QVERIFY(after.size() >= before.size());
     QCOMPARE(QImage::fromData(after, "JPG"), QImage::fromData(before, "JPG"));
 
-    // Our own reader finds it where it is the first APP1 segment.
+    // Our own reader finds it if it is the first APP1 segment.
     Header header;
     if (fresh.firstApp1() == fresh.parts[place].bytes) {
         QVERIFY(header.loadFromJpeg(copy));
@@ -463,7 +462,7 @@ void tst_QExifImageHeaderPhotos::photosSavedForReaders()
         QSKIP("exiftool and exiv2, which judge the files, are not both installed");
     LogCapture log; // of unknown types
 
-    // Files with one EXIF segment, and sound: with two, or damaged, the readers differ.
+    // Intact files with one EXIF segment: for others the readers differ.
     QTemporaryDir folder;
     QStringList names;
     for (const QString& name : mExpected.keys()) {

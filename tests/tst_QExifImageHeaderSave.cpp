@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// QExifImageHeader and JPEG files: what it finds in them, and how it changes them.
+// QExifImageHeader and JPEG files: what it reads, and how it changes them.
 
 #include "QExifImageHeader.h"
 
@@ -33,7 +33,7 @@ using Header = QExifImageHeader;
 namespace {
 
 #ifdef Q_OS_UNIX
-/// While it lives, no file grows beyond a size: writes fail as on a full disk.
+/// As long as the object lives, files cannot grow beyond a size: writes fail as on a full disk.
 class FileSizeLimit
 {
 public:
@@ -167,7 +167,7 @@ void tst_QExifImageHeaderSave::extractExif()
     LogCapture log;
     QBuffer buffer;
     buffer.setData(file);
-    buffer.open(QIODevice::ReadWrite); // may grow, but must not
+    buffer.open(QIODevice::ReadWrite); // can grow, but must not
     QCOMPARE(Header().extractExif(&buffer), block);
     QCOMPARE(buffer.data(), file);
     QVERIFY(buffer.isOpen());
@@ -188,7 +188,7 @@ void tst_QExifImageHeaderSave::extractExifSequential_data()
     extractExif_data();
 }
 
-// A device that cannot seek gives the same.
+// A device that cannot seek gives the same result.
 void tst_QExifImageHeaderSave::extractExifSequential()
 {
     QFETCH(QByteArray, file);
@@ -369,7 +369,7 @@ void tst_QExifImageHeaderSave::save()
     QCOMPARE(contentOf(fileName).toHex(), after.toHex());
     QVERIFY(log.records().isEmpty());
 
-    // What was saved is found again where the block is the first APP1 segment.
+    // The saved block is found again if it is the first APP1 segment.
     Header again;
     QVERIFY(again.loadFromJpeg(fileName));
     QCOMPARE(again.value(Header::Orientation).toShort(), quint16(6));
@@ -473,7 +473,7 @@ void tst_QExifImageHeaderSave::saveRefusesDevice()
 }
 
 // The block of a header with one value of raw bytes: 26 + 2 + 12 and the bytes, which begin 2 bytes
-// after what their offset says.
+// after their offset.
 static int blockSizeWith(int rawBytes)
 {
     return 40 + rawBytes;
@@ -532,7 +532,7 @@ void tst_QExifImageHeaderSave::saveFailedWrite_data()
     row("inserted", soi() + jfif() + dqt() + scan());
 }
 
-// A device that refuses a write, at whatever byte, then takes what is put back.
+// A device that refuses a write at some byte, then accepts what is restored.
 void tst_QExifImageHeaderSave::saveFailedWrite()
 {
     QFETCH(QByteArray, file);
@@ -555,7 +555,7 @@ void tst_QExifImageHeaderSave::saveFailedWrite()
             continue;
         }
         ++failures;
-        // A buffer cannot be cut back; every byte of before is there.
+        // A buffer cannot be truncated; all former bytes are there.
         QCOMPARE(buffer.data().left(file.size()), file);
     }
     QVERIFY(failures > 40);
@@ -566,7 +566,7 @@ void tst_QExifImageHeaderSave::saveFailedRead_data()
     saveFailedWrite_data();
 }
 
-// A device that refuses one read or one seek, whichever.
+// A device that refuses one read or seek, each in turn.
 void tst_QExifImageHeaderSave::saveFailedRead()
 {
     QFETCH(QByteArray, file);
@@ -579,7 +579,7 @@ void tst_QExifImageHeaderSave::saveFailedRead()
         QCOMPARE(isSaved, !buffer.hasFailed());
         if (isSaved)
             break;
-        // A buffer cannot be cut back; every byte of before is there.
+        // A buffer cannot be truncated; all former bytes are there.
         QCOMPARE(buffer.data().left(file.size()), file);
     }
     QVERIFY(failing > 5);
@@ -613,7 +613,7 @@ void tst_QExifImageHeaderSave::saveOnFullDisk()
 #endif
 }
 
-// The JPEG is the whole device: also right after it was loaded from it.
+// The whole device is the JPEG: also right after loading from it.
 void tst_QExifImageHeaderSave::saveIgnoresPosition()
 {
     QBuffer buffer;
@@ -627,7 +627,7 @@ void tst_QExifImageHeaderSave::saveIgnoresPosition()
     buffer.seek(0);
     QCOMPARE(Header(&buffer).value(Header::Orientation).toShort(), quint16(3));
 
-    // A JPEG further back is not one that begins the device.
+    // A JPEG further back is not at the beginning of the device.
     const QByteArray content = "prefix" + soi() + jfif() + scan();
     QBuffer embedded;
     embedded.setData(content);
@@ -639,7 +639,7 @@ void tst_QExifImageHeaderSave::saveIgnoresPosition()
 
 #ifdef Q_OS_UNIX
 
-/// What the system tells of a file.
+/// The status of a file.
 static struct stat statusOf(const QString& fileName)
 {
     struct stat status = {};
@@ -662,8 +662,8 @@ static bool saveOrientation(const QString& fileName)
     return header.saveToJpeg(fileName);
 }
 
-/// A file that a new segment makes longer, and what saving the header of fillWithOrientation()
-/// makes of it.
+/// A file that grows by a new segment, and the result of saving the header of fillWithOrientation()
+/// into it.
 static QByteArray shortFile()
 {
     return soi() + jfif() + scan();
@@ -706,8 +706,8 @@ void tst_QExifImageHeaderSave::saveReplacesFile_data()
         soi() + exifSegment(orientationBlock()), false);
 }
 
-// Bytes within one block are written into the file. Whatever a killed process could leave half done
-// comes with a new file.
+// Bytes within one block are written in place. Any change that a kill could leave incomplete
+// replaces the file.
 void tst_QExifImageHeaderSave::saveReplacesFile()
 {
     SKIP_ON_WINDOWS("files have no numbers there");
@@ -718,7 +718,7 @@ void tst_QExifImageHeaderSave::saveReplacesFile()
     const QString fileName = folder.filePath(QStringLiteral("file.jpg"));
     writeFile(fileName, before);
     const ino_t old = statusOf(fileName).st_ino;
-    // A file that is open keeps its number, which no other can have then.
+    // An open file keeps its inode number, which no other file can have then.
     QFile open(fileName);
     QVERIFY(open.open(QIODevice::ReadOnly));
 
@@ -729,7 +729,7 @@ void tst_QExifImageHeaderSave::saveReplacesFile()
     QCOMPARE(everythingIn(folder.path()), QStringList(QStringLiteral("file.jpg")));
 }
 
-// What is there already is not written again.
+// Bytes that are there already are not written again.
 void tst_QExifImageHeaderSave::saveLeavesSameFile()
 {
     QTemporaryDir folder;
@@ -773,7 +773,7 @@ void tst_QExifImageHeaderSave::saveFollowsLink()
     QCOMPARE(everythingIn(folder.filePath(QStringLiteral("photos"))).size(), 1);
 }
 
-// All names of a file show what was saved.
+// All hard links of a file show what was saved.
 void tst_QExifImageHeaderSave::saveKeepsNames()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
@@ -809,7 +809,7 @@ void tst_QExifImageHeaderSave::saveKeepsPermissions()
     QCOMPARE(int(statusOf(fileName).st_mode & 07777), permissions);
 }
 
-// The superuser can give files away, and does.
+// The superuser can change the owner of files, and does.
 void tst_QExifImageHeaderSave::saveKeepsOwner()
 {
     SKIP_ON_WINDOWS("there are no modes of POSIX");
@@ -832,7 +832,7 @@ void tst_QExifImageHeaderSave::saveKeepsOwner()
     QCOMPARE(int(status.st_mode & 07777), 0640);
 }
 
-// A folder that takes no new file: the photograph is written itself.
+// A folder that accepts no new file: the photograph itself is written.
 void tst_QExifImageHeaderSave::saveInForeignFolder()
 {
     SKIP_ON_WINDOWS("there are no modes of POSIX");
@@ -853,7 +853,7 @@ void tst_QExifImageHeaderSave::saveInForeignFolder()
     QCOMPARE(statusOf(fileName).st_ino, old);
 }
 
-// A photograph of somebody else stays his.
+// The owner of a photograph remains the same.
 void tst_QExifImageHeaderSave::saveOfForeignFile()
 {
     SKIP_ON_WINDOWS("there are no modes of POSIX");
@@ -875,7 +875,7 @@ void tst_QExifImageHeaderSave::saveOfForeignFile()
     QCOMPARE(everythingIn(folder.path()).size(), 1);
 }
 
-// Beside a name of the greatest length there is no room for a longer one.
+// Next to a name of the maximum length no longer name is possible.
 void tst_QExifImageHeaderSave::saveOfLongName()
 {
     QTemporaryDir folder;
@@ -891,7 +891,7 @@ void tst_QExifImageHeaderSave::saveOfLongName()
 
 #ifdef Q_OS_LINUX
 
-/// Null where there is none.
+/// Null if it does not exist.
 static QByteArray attributeOf(const QByteArray& path, const char* name)
 {
     std::array<char, 2000> value;
@@ -917,8 +917,8 @@ void tst_QExifImageHeaderSave::saveKeepsAttributes()
     QCOMPARE(attributeOf(path, "user.long"), longValue);
 }
 
-/// An access list as Linux keeps it: the owner's rights, those of user 1000, of the group, the
-/// mask, and of all others.
+/// An access control list as Linux stores it: the permissions of the owner, of user 1000, of the
+/// group, the mask, and of all others.
 static QByteArray accessList(unsigned owner, unsigned user1000, unsigned group, unsigned others)
 {
     const quint32 nobody = 0xFFFFFFFF;
@@ -932,7 +932,7 @@ static QByteArray accessList(unsigned owner, unsigned user1000, unsigned group, 
     return list.all();
 }
 
-// The access list of the file, not the one that its folder gives to new files.
+// The access control list of the file, not the default of its folder.
 void tst_QExifImageHeaderSave::saveKeepsAccessList()
 {
     QTemporaryDir folder;

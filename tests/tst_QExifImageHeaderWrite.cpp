@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// QExifImageHeader, what it writes: the block byte for byte, its size and the thumbnail.
+// QExifImageHeader: the block that it writes, byte for byte, its size and the thumbnail.
 
 #include "QExifImageHeader.h"
 
@@ -98,7 +98,7 @@ void tst_QExifImageHeaderWrite::sizeOf()
 
 void tst_QExifImageHeaderWrite::writeEntry_data()
 {
-    // entry: behind the tag 9286
+    // entry: after the tag 9286
     // next: after the offset 256
     const auto table = columns<QDataStream::ByteOrder, QExifValue, QByteArray, quint32, QByteArray>(
         "order", "value", "entry", "next", "data");
@@ -206,7 +206,7 @@ void tst_QExifImageHeaderWrite::writeEmpty()
              hex("4D4D 002A 00000008 0001 8769 0004 00000001 0000001A 00000000 0000"));
 }
 
-// Ascending order, data in the same order, offsets where the data is.
+// In ascending order, with data in the same order and offsets where the data is.
 void tst_QExifImageHeaderWrite::writeImageTags()
 {
     Header header;
@@ -270,7 +270,7 @@ void tst_QExifImageHeaderWrite::writeGps()
     QCOMPARE(described(header.value(Header::GpsInfoIfdPointer)), QStringLiteral("4 x 1: 52"));
 }
 
-// The pointer that the first write() left behind counts among the image tags.
+// The pointer that the first write() left behind counts as an image tag.
 void tst_QExifImageHeaderWrite::writeGpsTwice()
 {
     Header header;
@@ -286,7 +286,7 @@ void tst_QExifImageHeaderWrite::writeGpsTwice()
     const QByteArray second = written(header);
     QCOMPARE(second.toHex(),
              hex("4949 2A00 08000000 0300"
-                 "2588 0400 01000000 28000000" // the one of before, 40
+                 "2588 0400 01000000 28000000" // the former one, 40
                  "6987 0400 01000000 32000000" // 50
                  "2588 0400 01000000 34000000" // 52
                  "00000000 0000"
@@ -294,14 +294,14 @@ void tst_QExifImageHeaderWrite::writeGpsTwice()
                  .toHex());
     QCOMPARE(header.size(), 66);
     QCOMPARE(described(header.value(Header::GpsInfoIfdPointer)), QStringLiteral("4 x 1: 52"));
-    // The last one is right, and the one that readers take.
+    // The last one is correct, and the one that readers use.
     Header again;
     QVERIFY(readBlock(&again, second));
     QCOMPARE(again.gpsTags(), QList<Header::GpsTag>({Header::GPSStatus}));
     QVERIFY(again.imageTags().isEmpty());
 }
 
-// Data of an entry that the new pointer takes the place of is still where the offsets say.
+// Data of an entry that the new pointer replaces is still at its offset.
 void tst_QExifImageHeaderWrite::writeGpsOverOldPointer()
 {
     Header header;
@@ -337,7 +337,7 @@ void tst_QExifImageHeaderWrite::writeThumbnail()
             "1A01 0500 01000000 98000000" // XResolution, 152 = 66 + 86
             "1B01 0500 01000000 A0000000" // YResolution, 160
             "2801 0300 01000000 03000000" // ResolutionUnit 3, as it was
-            "1201 0300 01000000 08000000" // Orientation 8, as it was, behind ResolutionUnit
+            "1201 0300 01000000 08000000" // Orientation 8, unchanged, after ResolutionUnit
             "0102 0400 01000000 A8000000" // JPEGInterchangeFormat, 168
             "0202 0400 01000000 0C000000" // JPEGInterchangeFormatLength, 12
             "2C010000 01000000" // 300/1, as it was
@@ -432,7 +432,7 @@ void tst_QExifImageHeaderWrite::sizePredicted()
     QCOMPARE(written(withThumbnail).size(), 285); // 12 more
     QCOMPARE(withThumbnail.size(), 285);
     withThumbnail.remove(Header::Make);
-    // The prediction again; the image tags now hold the pointer that write() left, 12.
+    // The prediction again; the image tags now contain the pointer that write() left, 12.
     QCOMPARE(withThumbnail.size(), 273 - 17 + 12);
 }
 
@@ -463,7 +463,7 @@ void tst_QExifImageHeaderWrite::sizeCached()
         QCOMPARE(header.size(), before);
         QCOMPARE(written(header).size(), before + 12);
         QCOMPARE(header.size(), before + 12);
-        header.remove(Header::GpsInfoIfdPointer); // what write() leaves behind
+        header.remove(Header::GpsInfoIfdPointer); // left behind by write()
     }
     header.setThumbnail(QImage());
     QCOMPARE(header.size(), 28);
@@ -478,8 +478,8 @@ void tst_QExifImageHeaderWrite::rereadAfterWrite_data()
     row("MM", big);
 }
 
-// IFD0 and IFD1 come back as they were. In the sub-IFDs what is in the entries does, while data is
-// looked for 2 bytes before where it is.
+// IFD0 and IFD1 are read back unchanged. In sub-IFDs this is true for values inside entries, while
+// data is read 2 bytes before its place.
 void tst_QExifImageHeaderWrite::rereadAfterWrite()
 {
     QFETCH(QDataStream::ByteOrder, order);
@@ -497,8 +497,8 @@ void tst_QExifImageHeaderWrite::rereadAfterWrite()
              described(header.value(Header::GPSVersionID)));
     QCOMPARE(thumbnailBytes(again, 12), QByteArray("not a JPEG!!"));
 
-    // ExposureBiasValue -1/3: the last 2 bytes before it are the end of its own entry, an offset
-    // below 65536.
+    // ExposureBiasValue -1/3: the 2 bytes before it are the end of its own entry, an offset below
+    // 65536.
     const SignedPair bias = again.value(Header::ExposureBiasValue).toSignedRational();
     if (order == little)
         QCOMPARE(bias, SignedPair(qint32(0xFFFF0000), 0x0003FFFF));
@@ -509,7 +509,7 @@ void tst_QExifImageHeaderWrite::rereadAfterWrite()
 /// A block whose IFD1 has a JPEG and the given entry of Orientation (type, count, value).
 static QByteArray blockWithThumbnail(const QByteArray& jpeg, const QByteArray& orientationRest)
 {
-    // 8: no entries, IFD1 at 14; 14: three entries, no next one; 56: the JPEG
+    // 8: no entries, IFD1 at 14; 14: three entries, no link; 56: the JPEG
     return TiffBuilder(little)
         .tiff()
         .u16(0)
@@ -523,7 +523,7 @@ static QByteArray blockWithThumbnail(const QByteArray& jpeg, const QByteArray& o
         .raw(jpeg);
 }
 
-/// A picture of 32 x 16 that no turning or mirroring leaves as it is.
+/// A picture of 32 x 16 that changes in every orientation.
 static QByteArray thumbnailJpeg()
 {
     QImage image(32, 16, QImage::Format_RGB32);
@@ -632,7 +632,7 @@ void tst_QExifImageHeaderWrite::setThumbnail()
     QImage image(20, 10, QImage::Format_RGB32);
     image.fill(QColor(200, 30, 40));
     header.setThumbnail(image);
-    // Upright as given: the old orientation is forgotten.
+    // Already upright: the old orientation is forgotten.
     const QImage back = header.thumbnail();
     QCOMPARE(back.size(), QSize(20, 10));
     QVERIFY(qAbs(qRed(back.pixel(5, 5)) - 200) < 6);

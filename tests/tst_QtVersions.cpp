@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What Qt 5 and Qt 6 do differently and the library does not.
+// Differences between Qt 5 and Qt 6 that must not show in the library.
 
 #include "Columns.h"
 #include "CurrencyUtils.h"
@@ -20,8 +20,7 @@
 
 namespace {
 
-/// Lets image readers make images of at most \a megabytes for as long as it lives. Readers of Qt 5
-/// know no limit.
+/// Limits image readers to \a megabytes as long as the object lives. Readers of Qt 5 have no limit.
 class AllocationLimit
 {
 public:
@@ -90,7 +89,7 @@ void tst_QtVersions::picturesBeyondTheLimit_data()
     row("PNG with transparency", "png", QImage::Format_ARGB32);
 }
 
-// 1600 x 1200 pixels take 7.3 MB, or 1.8 MB in grey.
+// 1600 x 1200 pixels need 7.3 MB, or 1.8 MB in grey.
 void tst_QtVersions::picturesBeyondTheLimit()
 {
     QFETCH(QByteArray, format);
@@ -102,7 +101,7 @@ void tst_QtVersions::picturesBeyondTheLimit()
 
     const AllocationLimit limit(1);
     LogCapture log;
-    // As it is, for a little less than it is, and as it is seen.
+    // At full size, slightly smaller, and as shown.
     const QPixmap loaded = ImageUtils::scaledPixmapFromFilepath(source, QSize(2000, 2000));
     QCOMPARE(loaded.size(), large.size());
     QVERIFY(psnr(loaded.toImage(), large) > 35);
@@ -130,7 +129,7 @@ void tst_QtVersions::density()
     Sandbox box;
     const QString source = box(text("a.jpg"));
     const QString destination = box(text("b.jpg"));
-    const int dotsPerMetre = 11811; // 300 for an inch
+    const int dotsPerMetre = 11811; // 300 per inch
     QImage image = picture(400, 300);
     image.setDotsPerMeterX(dotsPerMetre);
     image.setDotsPerMeterY(dotsPerMetre);
@@ -143,7 +142,7 @@ void tst_QtVersions::density()
 void tst_QtVersions::negativeHalves_data()
 {
     const auto row = columns<double, double>("price", "rounded");
-    // Amounts whose product with 100 is exact. Halves go towards positive infinity.
+    // Amounts whose product with 100 is exact. Halves are rounded towards positive infinity.
     row("-0.125", -0.125, -0.12);
     row("-0.375", -0.375, -0.37);
     row("-0.625", -0.625, -0.62);
@@ -157,13 +156,13 @@ void tst_QtVersions::negativeHalves()
     QTEST(CurrencyUtils::roundPrice(price), "rounded");
 }
 
-// Such a variant is null in Qt 5 and not in Qt 6.
+// Such a variant is null in Qt 5, but not in Qt 6.
 void tst_QtVersions::nullTextInAVariant()
 {
     QCOMPARE(phpLiteral(QVariant(QString())), text("''"));
 }
 
-// Before 5.15 a variant made of JSON holds a double, later whole numbers are of 64 bits.
+// Before 5.15 a variant made of JSON holds a double, later a 64-bit integer for whole numbers.
 void tst_QtVersions::numbersFromJson()
 {
     const QVariantMap map =

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The example program shop-publisher, run as a process as its users run it: what it answers, what
-// it prints, what it writes, and above all what it never touches.
+// The example program shop-publisher, run as a process as its users run it: its answers, its
+// output, the files that it writes, and above all those that it never changes.
 
 #include "PublisherTest.h"
 #include "SystemCalls.h"
@@ -40,7 +40,7 @@ char nearestColor(QRgb pixel)
         char name;
     } known[] = {{red, 'R'}, {green, 'G'}, {yellow, 'Y'}, {blue, 'B'}};
     char best = '?';
-    int bestDistance = 90; // of 765: what a JPEG changes is far below, another colour far above
+    int bestDistance = 90; // of 765: a JPEG changes far less, and another colour differs far more
     for (const auto& candidate : known) {
         const int distance = qAbs(qRed(pixel) - candidate.color.red())
             + qAbs(qGreen(pixel) - candidate.color.green())
@@ -53,7 +53,7 @@ char nearestColor(QRgb pixel)
     return best;
 }
 
-/// The corners' colours clockwise from the upper left one.
+/// The colours of the corners, clockwise from the upper left one.
 QString cornersOf(const QImage& image, const QRect& part)
 {
     const int dx = part.width() / 4;
@@ -80,7 +80,7 @@ QByteArray bigEndian16(int value)
     return QByteArray(reinterpret_cast<const char*>(bytes), 2);
 }
 
-/// A JPEG with an EXIF block of one entry, the orientation, behind its JFIF segment.
+/// A JPEG with an EXIF block after its JFIF segment whose only entry is the orientation.
 QByteArray jpegWithOrientation(const QImage& image, int orientation)
 {
     QByteArray jpeg = encoded(image, "jpg");
@@ -91,7 +91,7 @@ QByteArray jpegWithOrientation(const QImage& image, int orientation)
     return jpeg;
 }
 
-/// A GIF of two frames, each one pixel.
+/// A GIF of two frames of one pixel each.
 QByteArray animatedGif()
 {
     const QByteArray header = QByteArray::fromHex("474946383961 01000100 800000 ff0000 ffffff");
@@ -121,14 +121,14 @@ Outcome runOnTerminal(const QStringList&, int)
     return {};
 }
 #else
-/// The same with a terminal of \a columns as the standard output.
+/// The same with a terminal of \a columns as standard output.
 Outcome runOnTerminal(const QStringList& arguments, int columns)
 {
     Outcome outcome;
     const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
     if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0)
         return outcome;
-    // Held open here, so that the terminal outlives the program and nothing it wrote is lost.
+    // Kept open here, so that the terminal outlives the program and no output is lost.
     const QByteArray slaveName(::ptsname(master));
     const int slave = ::open(slaveName.constData(), O_RDWR | O_NOCTTY);
     winsize size = {};
@@ -167,10 +167,10 @@ Outcome runOnTerminal(const QStringList& arguments, int columns)
 }
 #endif
 
-/// What a browser says of the pictures of \a name in SITE: one line each, "src width height".
+/// The pictures of \a name in SITE as a browser sees them: one line each, "src width height".
 QStringList picturesInBrowser(const QString& site, const QString& name = text("index.html"))
 {
-    // A copy of the page beside it that loads every picture at once, with a script that reports.
+    // A copy of the page that loads every picture at once, with a script that reports.
     const QByteArray script = R"html(<script>
       window.addEventListener('load', () => {
         const lines = Array.from(document.images, img =>
@@ -535,7 +535,7 @@ void tst_ShopPublisher::emptyProject()
              qPrintable(outcome.err));
     QCOMPARE(filesIn(mSite), QStringList());
 
-    // A good site stays when the photographs are not there.
+    // A good site is kept if the photographs are missing.
     writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
     QCOMPARE(publish().exitCode, allImported);
     const QStringList before = snapshot(mSite, QStringLiteral("-"));
@@ -561,7 +561,7 @@ void tst_ShopPublisher::subfoldersAndHiddenFiles()
                                text("like.jpg/c.jpg"), text("z.jpg")};
     QCOMPARE(filesIn(mSite + QStringLiteral("/images")), expected);
     QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), expected);
-    // In the page a folder's own pictures stand before those of its sub-folders.
+    // On the page the pictures of a folder precede those of its sub-folders.
     const QString html = index();
     const int positions[] = {int(html.indexOf(QLatin1String("images/z.jpg"))),
                              int(html.indexOf(QLatin1String("<h2><bdi>bowls</bdi>"))),
@@ -606,12 +606,12 @@ void tst_ShopPublisher::hostileNames()
     QCOMPARE(filesIn(mSite + QStringLiteral("/images")), expected);
     QCOMPARE(filesIn(mSite + QStringLiteral("/thumbs")), expected);
 
-    // A name neither forges lines nor steers the terminal …
+    // A name cannot forge lines or control the terminal …
     QCOMPARE(outcome.out.count(QLatin1Char('\n')), expected.size() + 1);
     QVERIFY(!outcome.out.contains(QChar(0x1b)));
     QVERIFY(!outcome.out.contains(QChar(0x202e)));
     QVERIFY(outcome.out.contains(QLatin1String("a\\u000ab\\u001b[31m.jpg")));
-    // … nor writes markup.
+    // … or insert markup.
     const QString html = index();
     QVERIFY(!html.contains(QLatin1String("<script")));
     QVERIFY(!html.contains(QChar(0x1b)));
@@ -627,7 +627,7 @@ void tst_ShopPublisher::hostileNames()
 
 void tst_ShopPublisher::nameCollisions()
 {
-    // One file on a system that does not tell case apart, or composes accents by itself.
+    // One file on a system that ignores case or composes accents.
     const struct
     {
         const char* name;
@@ -700,8 +700,8 @@ void tst_ShopPublisher::failures()
     Outcome outcome = publish();
     QCOMPARE(outcome.exitCode, someFailed);
 
-    // Named with its reason at the end, and in its own line. (libpng writes to the standard error
-    // by itself, past every message handler, from several threads at a time.)
+    // Listed with its reason at the end, and on its own line. (libpng writes to the standard error
+    // directly, bypassing message handlers, from several threads at a time.)
     if (outcome.err.contains(QLatin1String("libpng ")))
         outcome.err.remove(0, outcome.err.indexOf(QLatin1String("1 failure:\n")));
     QVERIFY2(outcome.err.startsWith(QLatin1String("1 failure:\n  ") + name + QLatin1String(": ")),
@@ -711,7 +711,7 @@ void tst_ShopPublisher::failures()
     QVERIFY2(outcome.out.contains(name + QLatin1String(": FAILED, ")), qPrintable(outcome.out));
     QVERIFY(outcome.out.contains(QLatin1String("2 of 3 photographs imported")));
 
-    // The others are there, of this one nothing.
+    // The others exist, this one does not.
     QCOMPARE(filesIn(mSite),
              QStringList({text("images/a good one.jpg"), text("images/z good one.jpg"),
                           text("index.html"), text("thumbs/a good one.jpg"),
@@ -733,7 +733,7 @@ void tst_ShopPublisher::unreadableSources()
     QCOMPARE(::mkfifo(QFile::encodeName(photo("pipe.jpg")).constData(), 0600), 0);
     QVERIFY(QFile::setPermissions(photo("secret.jpg"), QFileDevice::Permissions()));
     QVERIFY(QFile::setPermissions(photo("closed"), QFileDevice::Permissions()));
-    // The program, which acts as an ordinary user, needs its way in and a place to write.
+    // The program, which runs as an ordinary user, needs access and a place to write.
     const QString root = PublisherTest::root();
     QCOMPARE(::chmod(QFile::encodeName(root).constData(), 0755), 0);
     QVERIFY(QDir().mkpath(mSite));
@@ -780,7 +780,7 @@ void tst_ShopPublisher::placesThatCannotBeWritten()
         "no permission there refuses reading, and under wine none refuses writing to root");
     writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
     writeFile(photo("sub/b.jpg"), encoded(corners(40, 30), "jpg"));
-    // A folder stands where a picture should go, a file where a folder should.
+    // A folder has the name of a picture, a file that of a folder.
     QVERIFY(QDir().mkpath(image(text("a.jpg"))));
     writeFile(thumb(text("sub")), "file");
     QVERIFY(QDir().mkpath(mSite + QStringLiteral("/index.html")));
@@ -794,7 +794,7 @@ void tst_ShopPublisher::placesThatCannotBeWritten()
         QVERIFY2(outcome.err.contains(text(line)), qPrintable(outcome.err));
     QCOMPARE(readFile(thumb(text("sub"))), QByteArray("file"));
 
-    // A site that cannot be written to at all is bad usage.
+    // A site that cannot be written to is a usage error.
     QVERIFY(QDir(mSite).removeRecursively());
     QVERIFY(QDir().mkpath(mSite));
     QCOMPARE(::chmod(QFile::encodeName(root()).constData(), 0755), 0);
@@ -810,7 +810,7 @@ void tst_ShopPublisher::placesThatCannotBeWritten()
 void tst_ShopPublisher::fullDisk()
 {
     SKIP_ON_WINDOWS("there is no limit of files and their size");
-    // Files cannot grow beyond 30 kB, as on a disk that is full. A noisy picture needs more.
+    // Files cannot grow beyond 30 kB, as on a full disk. A noisy picture needs more.
     QImage noise(600, 600, QImage::Format_RGB32);
     quint32 state = 1;
     for (int y = 0; y < noise.height(); ++y) {
@@ -828,14 +828,14 @@ void tst_ShopPublisher::fullDisk()
     LimitedProcess process;
     const Outcome outcome = run(process, {mProject, mSite}, mHome);
     QVERIFY2(outcome.exitCode == someFailed, qPrintable(outcome.err));
-    // It ends with the first that finds no room, and the old site is as it was.
+    // It stops at the first that does not fit, and the old site is unchanged.
     QVERIFY2(outcome.err.startsWith(
                  QLatin1String("1 failure:\n  noise.jpg: cannot be saved in the site, where ")),
              qPrintable(outcome.err));
     QCOMPARE(outcome.err.count(QLatin1Char('\n')), 2);
     QCOMPARE(snapshot(mSite, mSite + QLatin1Char('/') + recordName), before);
 
-    // With more room the next run does the rest.
+    // With more space the next run completes the site.
     QCOMPARE(publish().exitCode, allImported);
     QCOMPARE(filesIn(mSite).size(), 2 * 4 + 1);
 }
@@ -849,7 +849,7 @@ void tst_ShopPublisher::fullDiskLeavesTheOldSite()
     QCOMPARE(publish().exitCode, allImported);
     const QStringList before = snapshot(mSite, mSite + QLatin1Char('/') + recordName);
 
-    // The first of these could be replaced before there is no room for the last.
+    // The first of these could be replaced before there is no space for the last.
     writeFile(photo("a.jpg"), encoded(corners(30, 40), "jpg"));
     QVERIFY(QFile::remove(photo("gone.jpg")));
     QVERIFY(QFile::rename(photo("moved.jpg"), photo("z.jpg")));
@@ -861,7 +861,7 @@ void tst_ShopPublisher::fullDiskLeavesTheOldSite()
     QVERIFY2(outcome.err.startsWith(text("1 failure:\n  static/large.txt: cannot be copied (")),
              qPrintable(outcome.err));
     QStringList left = snapshot(mSite, mSite + QLatin1Char('/') + recordName);
-    // What is new stands beside what there was, for the next run.
+    // New files are kept next to the old ones, for the next run.
     const QStringList added = left.filter(QLatin1String("/z.jpg "));
     QCOMPARE(added.size(), 2);
     for (const QString& line : added)
@@ -942,7 +942,7 @@ void tst_ShopPublisher::newProject()
     QVERIFY2(again.err.contains(folder + text("/README.md")), qPrintable(again.err));
     QCOMPARE(snapshot(root(), text("-")), before);
 
-    // It is a shop as soon as its picture is there.
+    // It becomes a shop as soon as its picture exists.
     writeFile(folder + text("/photos/product.jpg"), encoded(corners(40, 30), "jpg"));
     Outcome outcome = run({text("check"), folder}, mHome);
     QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
@@ -1006,7 +1006,7 @@ void tst_ShopPublisher::forPrograms()
 void tst_ShopPublisher::linksInTheSite()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
-    // What stands in the site under the name of a picture is replaced, never written through.
+    // Whatever has the name of a picture in the site is replaced, never written through.
     const QString root = QFileInfo(mProject).path();
     const QByteArray picture = encoded(corners(2000, 1000), "jpg");
     for (const char* name : {"source.jpg", "outside.jpg", "nowhere.jpg", "hard.jpg"})
@@ -1060,7 +1060,7 @@ void tst_ShopPublisher::linkedFolderInTheSite()
     QVERIFY(QFile::exists(image(text("a.jpg"))));
     QVERIFY(!index().contains(QLatin1String("b.jpg")));
 
-    // The same for the folder of all pictures, even when it leads to the photographs.
+    // The same for the folder of all pictures, even if it leads to the photographs.
     QVERIFY(QDir(mSite).removeRecursively());
     QVERIFY(QDir().mkpath(mSite));
     QVERIFY(QFile::link(mProject + QStringLiteral("/photos"), mSite + QStringLiteral("/images")));
@@ -1096,7 +1096,7 @@ void tst_ShopPublisher::secondRun()
         first.insert(name, readFile(mSite + QLatin1Char('/') + name));
     QCOMPARE(first.size(), 5);
 
-    // What else lies in the site is none of the program's business.
+    // The program leaves other files in the site alone.
     writeFile(mSite + QStringLiteral("/images/other.txt"), "other");
     QCOMPARE(publish().exitCode, someFailed);
     QMap<QString, QByteArray> second;
@@ -1192,7 +1192,7 @@ void tst_ShopPublisher::terminal()
     const Outcome outcome = runOnTerminal({mProject, mSite}, columns);
     QCOMPARE(outcome.exitCode, someFailed);
 
-    // The bar is one line, drawn over and over; the only line end is that of the result.
+    // The bar is one line that is redrawn; only the result ends with a line break.
     QCOMPARE(outcome.out.count(QLatin1Char('\n')), 1);
     QVERIFY(outcome.out.endsWith(QLatin1String("\r\n")));
     QStringList frames = nonEmptyParts(outcome.out, QLatin1Char('\r'));
@@ -1200,7 +1200,7 @@ void tst_ShopPublisher::terminal()
     QCOMPARE(frames.takeLast(),
              QStringLiteral("3 of 4 photographs imported: %1/index.html").arg(mSite));
     QCOMPARE(frames.takeLast(), QString(columns - 1, QLatin1Char(' ')));
-    QCOMPARE(frames.size(), 8); // twice a picture
+    QCOMPARE(frames.size(), 8); // twice per picture
     const QStringList drawn = frames;
     for (const QString& frame : drawn) {
         int width = 0;
@@ -1237,7 +1237,7 @@ void tst_ShopPublisher::page()
              "<img src=\"thumbs/blue_bowl-2%20%22x%22.jpg\" alt=\"blue bowl 2 &quot;x&quot;\" "
              "width=\"320\" height=\"160\" loading=\"lazy\"")));
     QVERIFY(html.contains(text("400 × 200")));
-    // Self-contained: no address leads anywhere else.
+    // Self-contained: no link leads elsewhere.
     QVERIFY(!html.contains(QLatin1String("http")));
     QVERIFY(!html.contains(QLatin1String("url(")));
     QVERIFY(!html.contains(mSite));
@@ -1265,8 +1265,8 @@ void tst_ShopPublisher::browserShowsPicturesTurnedOnce()
 {
     if (chromium().isEmpty())
         QSKIP("Chromium is not installed");
-    // A browser turns a picture by itself when the file still tells its orientation. All eight,
-    // large and small, side by side in a page; each must look as the file's own pixels do.
+    // A browser turns a picture if the file still has an orientation. All eight, large and small,
+    // side by side on a page: each must look like the pixels of the file.
     QString html = QStringLiteral("<!DOCTYPE html><body style='margin:0;font-size:0'>");
     for (int orientation = 1; orientation <= 8; ++orientation) {
         writeFile(mProject + QStringLiteral("/photos/%1.jpg").arg(orientation),
@@ -1318,8 +1318,8 @@ void tst_ShopPublisher::sampleShop()
     QCOMPARE(publish().exitCode, allImported);
     const QImage result(image(name));
     QCOMPARE(result.size(), size);
-    // Each has a red tag in its upper left corner, which stands there once it is upright. The tag
-    // begins 24 of 1000 of the width from both edges and is 110 wide.
+    // Each has a red tag in its upper left corner once it is upright. The tag begins at 24/1000 of
+    // the width from both edges and is 110/1000 wide.
     const int x = (24 + 25) * size.width() / 1000;
     const QPoint found[] = {{x, x},
                             {size.width() - 1 - x, x},
@@ -1359,7 +1359,7 @@ void tst_ShopPublisher::realPhotographs()
     for (const QString& name : names) {
         bool decodable = true;
         if (name.endsWith(QLatin1String(".jpg"))) {
-            // 1 is an error; with a mere warning the picture was decoded to its end.
+            // 1 is an error; with a warning the picture was decoded completely.
             QProcess judge;
             judge.setStandardOutputFile(QProcess::nullDevice());
             judge.start(djpeg, {folder + QLatin1Char('/') + name});
@@ -1380,7 +1380,7 @@ void tst_ShopPublisher::realPhotographs()
         if (size.width() > 1600 || size.height() > 1600)
             size.scale(1600, 1600, Qt::KeepAspectRatio);
         const QSize made = QImageReader(image(name)).size();
-        // Which files tell their orientation where the library looks is its own tests' matter.
+        // Where files may state their orientation is tested by the library's own tests.
         const QRegularExpressionMatch turned =
             QRegularExpression(QStringLiteral("^orientation-.*-([5-8])\\.jpg$")).match(name);
         if (name.startsWith(QLatin1String("orientation-")))

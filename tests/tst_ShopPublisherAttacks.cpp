@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The example program shop-publisher under attack: projects that were made to run something on the
-// server or in a visitor's browser, to publish what was never meant to be shown, or to keep the
-// program busy for ever.
+// The example program shop-publisher under attack: projects that try to run code on the server or
+// in a visitor's browser, to publish what was never meant to be shown, or to keep the program busy
+// forever.
 
 #include "Columns.h"
 #include "PublisherTest.h"
@@ -51,7 +51,7 @@ private:
 
 namespace {
 
-/// A shop of one product, with some JSON in the place of each of its texts.
+/// A shop with one product, and some JSON in place of each of its texts.
 QByteArray shopWith(const QByteArray& name, const QByteArray& productName = "\"Bowl\"",
                     const QByteArray& description = "\"\"")
 {
@@ -69,7 +69,7 @@ QByteArray svg(const QByteArray& content, const QByteArray& attributes = QByteAr
         + attributes + ">" + content + "</svg>";
 }
 
-/// A chunk of a PNG.
+/// A PNG chunk.
 QByteArray chunk(const QByteArray& typeAndData)
 {
     quint32 crc = 0xffffffff;
@@ -85,7 +85,7 @@ QByteArray chunk(const QByteArray& typeAndData)
     return size + typeAndData + sum;
 }
 
-/// A PNG whose header states a size, and next to nothing behind it.
+/// A PNG whose header announces a size, with almost no data.
 QByteArray hugePng(quint32 width, quint32 height)
 {
     QByteArray header("IHDR\0\0\0\0\0\0\0\0\x08\x02\0\0\0", 17);
@@ -94,7 +94,7 @@ QByteArray hugePng(quint32 width, quint32 height)
     return QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk(header) + chunk("IDAT1234");
 }
 
-/// A JPEG whose header states another size than it has.
+/// A JPEG whose header announces a wrong size.
 QByteArray hugeJpeg(quint16 width, quint16 height)
 {
     QByteArray jpeg = encoded(corners(40, 30), "jpg");
@@ -299,7 +299,7 @@ void tst_ShopPublisherAttacks::linksOutOfTheStaticFilesWhileWatched()
     QVERIFY(QFile::link(root() + text("/secret.txt"), mProject + text("/static/b.txt")));
     writeFile(mProject + text("/static/c.txt"), "c");
     QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(mSite + text("/static/c.txt")), 60000);
-    // What was an honest file becomes a link.
+    // An ordinary file becomes a link.
     QVERIFY(QFile::remove(mProject + text("/static/a.txt")));
     QVERIFY(QFile::link(root() + text("/secret.txt"), mProject + text("/static/a.txt")));
     QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(mSite + text("/static/a.txt")), 60000);
@@ -343,7 +343,7 @@ void tst_ShopPublisherAttacks::secondSignalEndsAtOnce()
     start(&process);
     QVERIFY(process.waitForReadyRead(60000));
     const auto program = pid_t(process.processId());
-    // Two that come at the same moment count as one.
+    // Two that arrive at the same moment count as one.
     while (process.state() == QProcess::Running) {
         ::kill(program, SIGINT);
         process.waitForFinished(1);
@@ -351,7 +351,7 @@ void tst_ShopPublisherAttacks::secondSignalEndsAtOnce()
     const Outcome outcome = outcomeOf(process);
     QCOMPARE(outcome.exitCode, stopped);
 
-    // The next run does the rest and tidies up.
+    // The next run completes the site and removes temporary files.
     QCOMPARE(publish().exitCode, allImported);
     QCOMPARE(filesIn(mSite).size(), 2 * 12 + 1);
     QCOMPARE(QDir(mSite).entryList({text(".shop-publisher-??????")}, QDir::Dirs | QDir::Hidden),
@@ -359,7 +359,7 @@ void tst_ShopPublisherAttacks::secondSignalEndsAtOnce()
     QVERIFY(!QFileInfo::exists(mProject + text("/lockfile")));
 }
 
-// What an owner would lose
+// Data that an owner could lose
 
 void tst_ShopPublisherAttacks::siteOfSomebodyElse()
 {
@@ -381,7 +381,7 @@ void tst_ShopPublisherAttacks::siteOfSomebodyElse()
     QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
     QCOMPARE(filesIn(mSite + text("/static")), QStringList(text("a.txt")));
     QCOMPARE(siteFile(text("notes.txt")), QByteArray("theirs"));
-    // It is the program's own from then on.
+    // From then on it belongs to the program.
     QCOMPARE(publish().exitCode, allImported);
 }
 
@@ -412,7 +412,7 @@ void tst_ShopPublisherAttacks::photographThatLeftLeavesTheSite()
     QCOMPARE(publish().exitCode, allImported);
     writeFile(mSite + text("/images/theirs.jpg"), "theirs");
     QVERIFY(QDir(photo("private")).removeRecursively());
-    // A photograph that is broken now is not shown any more, either.
+    // A photograph that is damaged now is removed from the page.
     writeFile(photo("c.jpg"), "broken");
     QCOMPARE(publish().exitCode, someFailed);
     QCOMPARE(filesIn(mSite + text("/images")),
@@ -425,7 +425,7 @@ void tst_ShopPublisherAttacks::deadLocks()
 {
     writeFile(photo("a.jpg"), encoded(corners(40, 30), "jpg"));
     QCOMPARE(publish().exitCode, allImported);
-    // Killed while it made its locks: empty ones.
+    // Killed while it created its locks: empty ones.
     for (const QString& lock :
          {mProject + text("/lockfile"), mSite + text("/.shop-publisher.locked")})
         writeFile(lock, QByteArray());
@@ -470,7 +470,7 @@ void tst_ShopPublisherAttacks::nothingTellsThePlace()
     }
 }
 
-// What an owner would wait for
+// Time that an owner could lose
 
 void tst_ShopPublisherAttacks::unchangedPhotographsAreNotTouched()
 {
@@ -484,7 +484,7 @@ void tst_ShopPublisherAttacks::unchangedPhotographsAreNotTouched()
     QCOMPARE(outcome.out, text("2 of 2 photographs imported: %1/index.html\n").arg(mSite));
     QCOMPARE(snapshot(mSite, text("-")), before);
 
-    // Another time of change, the same content.
+    // A different time, the same content.
     const QByteArray content = readFile(photo("a.jpg"));
     QVERIFY(QFile::remove(photo("a.jpg")));
     writeFile(photo("a.jpg"), content);
@@ -493,7 +493,7 @@ void tst_ShopPublisherAttacks::unchangedPhotographsAreNotTouched()
     QCOMPARE(snapshot(mSite, mSite + QLatin1Char('/') + recordName),
              before.filter(QRegularExpression(text("^(?!.*\\.shop-publisher\\.json)"))));
 
-    // Another content of the same size; and a picture of the site that somebody changed.
+    // Different content of the same size; and a picture of the site that somebody changed.
     QImage other = corners(40, 30);
     writeFile(photo("b.png"), encoded(other.mirrored(), "png"));
     writeFile(mSite + text("/images/a.jpg"), "changed");

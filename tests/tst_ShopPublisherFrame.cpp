@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The example program shop-publisher: how it stops, the languages that it speaks, and the way of
-// its failures.
+// The example program shop-publisher: how it stops, its languages, and its errors.
 
 #include "PublisherTest.h"
 #include "SystemCalls.h"
@@ -82,7 +81,7 @@ void tst_ShopPublisherFrame::makeManyPictures()
 void tst_ShopPublisherFrame::stops_data()
 {
     const auto row =
-        columns<int, int>("signal", "afterSteps"); // -1: as soon as the working folder is there
+        columns<int, int>("signal", "afterSteps"); // -1: as soon as the working folder exists
     row("Ctrl-C at the very beginning", SIGINT, -1);
     row("Ctrl-C after the first picture", SIGINT, 1);
     row("Ctrl-C in the middle", SIGINT, 8);
@@ -108,8 +107,8 @@ void tst_ShopPublisherFrame::stops()
         process.waitForReadyRead(2);
         out += QString::fromUtf8(process.readAllStandardOutput());
     }
-    // Its number stays its own until it is waited for; that of a program that ended is 0, which
-    // would mean this very test.
+    // The process number remains valid until the process is waited for; afterwards it would be 0,
+    // which means this very test.
     const auto program = pid_t(process.processId());
     QVERIFY(program > 0);
     ::kill(program, signal);
@@ -119,7 +118,7 @@ void tst_ShopPublisherFrame::stops()
     QCOMPARE(process.exitCode(), stopped);
     QCOMPARE(process.readAllStandardError(), QByteArray());
 
-    // What was begun is whole, in both sizes; nothing else is there, not even hidden.
+    // Pictures that were begun are complete, in both sizes; nothing else is there, not even hidden.
     const QStringList images = filesIn(mSite + text("/images"));
     QVERIFY(images.size() < manyPictures);
     QVERIFY(images.size() >= afterSteps);
@@ -133,7 +132,7 @@ void tst_ShopPublisherFrame::stops()
              images.isEmpty() ? QStringList() : QStringList({text("images"), text("thumbs")}));
     QCOMPARE(snapshot(root(), mSite), before);
 
-    // The summary says so.
+    // The summary reports it.
     QCOMPARE(stepsIn(out), images.size());
     QVERIFY2(out.endsWith(text("Stopped: %1 of %2 photographs imported, no page written\n")
                               .arg(images.size())
@@ -187,7 +186,7 @@ void tst_ShopPublisherFrame::quietStop()
 void tst_ShopPublisherFrame::ignoredSignal()
 {
     SKIP_ON_WINDOWS("no signal stops a program there");
-    // As under nohup: who starts the program decides that it goes on.
+    // As with nohup: the caller of the program decides that it continues.
     const QByteArray jpeg = encoded(corners(2400, 1800), "jpg");
     for (int i = 0; i < 5; ++i)
         writeFile(photo(text("%1.jpg").arg(i)), jpeg);
@@ -232,7 +231,7 @@ void tst_ShopPublisherFrame::verbose()
     const Outcome outcome = publish({text("--verbose")});
     QCOMPARE(outcome.exitCode, someFailed);
     QCOMPARE(outcome.out, plain.out);
-    // Which lines of the sources stand there is not for this test to know.
+    // This test need not know which lines of the sources appear there.
     QString err = outcome.err;
     err.replace(QRegularExpression(text("\\.cpp:[1-9]\\d*\n")), text(".cpp:LINE\n"));
     err.replace(QRegularExpression(text("=>\\S*/")), text("=>"));
@@ -265,7 +264,7 @@ void tst_ShopPublisherFrame::verbose()
              "      =>Publication.cpp:LINE\n"
              "      =>Publication.cpp:LINE\n"));
 
-    // Nothing failed: nothing more is said.
+    // Nothing failed: no further output.
     QVERIFY(QDir(mProject + text("/photos")).removeRecursively());
     QVERIFY(QDir(mSite).removeRecursively());
     writeFile(photo(text("a.jpg")), encoded(corners(40, 30), "jpg"));
@@ -275,7 +274,7 @@ void tst_ShopPublisherFrame::verbose()
 void tst_ShopPublisherFrame::verboseNames()
 {
     SKIP_ON_WINDOWS("names there hold no such characters");
-    // A name cannot forge a step or steer the terminal, and a "%2" in it stays what it is.
+    // A name cannot forge a step or control the terminal, and a "%2" in it is not replaced.
     writeFile(photo(text("%1 %2\n=>forged.cpp:1\x1b[31m.jpg")), "broken");
     const Outcome outcome = publish({text("--verbose")});
     QCOMPARE(outcome.exitCode, someFailed);
@@ -291,7 +290,7 @@ void tst_ShopPublisherFrame::verboseNames()
 
 void tst_ShopPublisherFrame::languages_data()
 {
-    // result: of one photograph; @ stands for the site
+    // result: of one photograph; @ is the site
     const auto row = columns<QString, QString, QString, QString, QString, QString>(
         "code", "result", "failure", "lang", "count", "refusal");
     row("English", "en", "1 of 1 photograph imported: @/index.html\n",
@@ -336,7 +335,7 @@ void tst_ShopPublisherFrame::systemLanguage_data()
     const auto row = namedByText(columns<QString, QString>("locale", "message"));
     row("fr_BE.UTF-8", "Il faut deux dossiers");
     row("de_AT.UTF-8", "Es braucht zwei Ordner");
-    row("it_IT.UTF-8", "Two folders are needed"); // none of ours
+    row("it_IT.UTF-8", "Two folders are needed"); // not one of ours
     row("C", "Two folders are needed");
 }
 
@@ -354,7 +353,7 @@ void tst_ShopPublisherFrame::systemLanguage()
     const QString err = QString::fromUtf8(process.readAllStandardError());
     QVERIFY2(err.contains(message), qPrintable(err));
 
-    // What is asked for goes before what the system speaks.
+    // An explicit language precedes that of the system.
     process.start(text(SHOP_PUBLISHER), {text("-l"), text("en")});
     QVERIFY(process.waitForFinished(60000));
     QVERIFY(process.readAllStandardError().contains("Two folders are needed"));
@@ -379,7 +378,7 @@ void tst_ShopPublisherFrame::unknownLanguage()
 
 void tst_ShopPublisherFrame::withoutTranslations()
 {
-    // The program alone, without the files that lie beside it.
+    // Only the program, without the files next to it.
     const QString folder = root() + text("/alone/bin");
     QVERIFY(QDir().mkpath(folder));
     const QString program = folder + text("/shop-publisher");
@@ -428,7 +427,7 @@ void tst_ShopPublisherFrame::translationsAreComplete()
                 continue;
             const QString translation = xml.readElementText();
             QVERIFY2(!translation.isEmpty(), qPrintable(source));
-            // What is filled in is in no translation missing, and in none too much.
+            // Every translation has the same placeholders as the source text.
             QCOMPARE(placesIn(translation), placesIn(source));
             ++count;
         }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The example program shop-publisher: what its pages offer to visitors, to owners and to search
-// engines, judged by a browser and by checkers of pages.
+// The example program shop-publisher: its pages for visitors, owners and search engines, judged by
+// a browser and by page checkers.
 
 #include "Columns.h"
 #include "PublisherShop.h"
@@ -22,7 +22,7 @@ QString fileOfExample(const char* name)
     return text(SAMPLE_SHOP_DIR "/../") + text(name);
 }
 
-/// A checker of pages that npm installs; empty where it is not there.
+/// A page checker that npm installs; empty if it is missing.
 QString webChecker(const char* file)
 {
     const QString path =
@@ -38,7 +38,7 @@ QJsonArray dataOf(const QByteArray& page)
     return QJsonDocument::fromJson(page.mid(at, page.indexOf("</script>", at) - at)).array();
 }
 
-/// Smooth colours with edges, which compress much as photographs do.
+/// Smooth colours with edges, which compress like photographs.
 QImage pattern(int width, int height)
 {
     QImage image(width, height, QImage::Format_RGB32);
@@ -140,7 +140,7 @@ QJsonObject tst_ShopPublisherPages::fullShop() const
 void tst_ShopPublisherPages::sizesOfAPicture_data()
 {
     const auto row = columns<QSize, QString, QStringList>(
-        "size", "format", "sizes"); // of the small pictures, without those in WebP
+        "size", "format", "sizes"); // of the small pictures, except WebP
     row("landscape", QSize(2000, 1000), "jpg",
         QStringList({text("sizes/320/a.jpg 320w"), text("thumbs/a.jpg 640w"),
                      text("sizes/960/a.jpg 960w")}));
@@ -172,7 +172,7 @@ void tst_ShopPublisherPages::sizesOfAPicture()
         QCOMPARE(text("%1w").arg(QImage(mSite + QLatin1Char('/') + place).width()),
                  entry.section(QLatin1Char(' '), 1));
     }
-    // All that the page names is there, and nothing else.
+    // Everything that the page refers to exists, and nothing else.
     QStringList named;
     QRegularExpressionMatchIterator it =
         QRegularExpression(text("sizes/[^ \"]*a\\.[^ \"]*")).globalMatch(html);
@@ -180,7 +180,7 @@ void tst_ShopPublisherPages::sizesOfAPicture()
         named.append(it.next().captured());
     named.sort();
     QCOMPARE(filesIn(mSite).filter(QRegularExpression(text("^sizes/.*/a\\."))), named);
-    // WebP stands beside the others where it saves a fifth, all sizes together.
+    // WebP is added where it saves a fifth, all sizes together.
     qint64 bytes = 0;
     qint64 webpBytes = 0;
     for (const QString& file : filesIn(mSite)) {
@@ -206,12 +206,12 @@ void tst_ShopPublisherPages::sizesFollowTheShop()
     QCOMPARE(publish().exitCode, allImported);
     QCOMPARE(snapshot(mSite, text("-")), before);
 
-    // Another photograph is shown, and the shop needs the former one no more.
+    // Another photograph is shown, and the former one is no longer needed.
     QCOMPARE(publish(withProduct(0, "photo", text("other.jpg"))).exitCode, allImported);
     QVERIFY(QFileInfo::exists(mSite + text("/sizes/960/other.jpg")));
     QVERIFY(!QFileInfo::exists(mSite + text("/sizes/320/bowl.jpg")));
 
-    // A shop that is wrong now leaves its pages, and the pictures that they show.
+    // If the shop becomes invalid, its pages and their pictures are kept.
     const QStringList pictures = filesIn(mSite + text("/sizes"));
     QCOMPARE(publish(with("currency", text("XYZ"))).exitCode, someFailed);
     QCOMPARE(filesIn(mSite + text("/sizes")), pictures);
@@ -256,7 +256,7 @@ void tst_ShopPublisherPages::severalPictures()
     QVERIFY(html.contains(text("alt=\"Bol bleu (2)\"")));
     QVERIFY(siteFile(text("data/products.js"))
                 .contains("'images':['images/other.jpg','images/bowl.jpg']"));
-    // One that fails keeps the shop from being written.
+    // If one fails, the shop is not written.
     writeFile(photo("bowl.jpg"), "broken");
     const Outcome outcome = publish();
     QVERIFY2(outcome.err.contains(text("because the photograph \"bowl.jpg\" of one of its")),
@@ -325,7 +325,7 @@ void tst_ShopPublisherPages::pricesOfALanguage()
     shop.insert(text("products"), QJsonArray{bowl});
     QCOMPARE(publish(shop).err, QString());
     QString html = QString::fromUtf8(siteFile(text("shop-%1.html").arg(language)));
-    // The blanks in a price are of several kinds, and none of them breaks a line.
+    // The blanks in a price are of several kinds, and none of them allows a line break.
     html.replace(QRegularExpression(text("[\\x{a0}\\x{202f}]")), text(" "));
     QVERIFY2(html.contains(text("<p class=\"product-gross\"><bdi>%1</bdi>").arg(price)),
              qPrintable(html.section(text("product-gross\">"), 1).left(80)));
@@ -351,7 +351,7 @@ void tst_ShopPublisherPages::languageOfTheReader()
         runChromium({text("--accept-lang=") + accepted, text("--dump-dom"),
                      QUrl::fromLocalFile(mSite + text("/index.html")).toString()});
     QVERIFY2(dom.contains("<html lang=\"" + shown.toUtf8() + "\">"), dom.left(200).constData());
-    // A page that was chosen stays.
+    // The chosen page is kept.
     const QByteArray chosen =
         runChromium({text("--accept-lang=") + accepted, text("--dump-dom"),
                      QUrl::fromLocalFile(mSite + text("/shop-en.html")).toString()});
@@ -410,7 +410,7 @@ void tst_ShopPublisherPages::orders()
 void tst_ShopPublisherPages::ratesOfTheOwner()
 {
     const QJsonObject rates{{text("date"), text("2026-02-01")}, {text("0"), 21}, {text("4"), 12.5}};
-    QJsonObject shop = withProduct(1, "taxCategory", 4); // which France has not of itself
+    QJsonObject shop = withProduct(1, "taxCategory", 4); // unknown in France
     shop.insert(text("vatRates"), rates);
     QCOMPARE(publish(shop).err, QString());
     const QString html = page("shop-en.html");
@@ -470,7 +470,7 @@ void tst_ShopPublisherPages::searchEngines()
           "<meta property=\"og:locale\" content=\"fr_FR\">",
           "<meta name=\"description\" content=\"Beau &amp; bon\">"})
         QVERIFY2(html.contains(text(line)), line);
-    // The front page is the first language's page under another name.
+    // The front page is the page of the first language under another name.
     QVERIFY(page("index.html")
                 .contains(text("<link rel=\"canonical\" "
                                "href=\"https://shop.example/zoe/shop-en.html\">")));
@@ -507,7 +507,7 @@ void tst_ShopPublisherPages::searchEngines()
 
 void tst_ShopPublisherPages::withoutAnAddress()
 {
-    // A text that tries to end the element of the data.
+    // A text that tries to end the element with the data.
     const QString name = text("</script><script>alert(1)</script>");
     QCOMPARE(publish(withProduct(0, "name", name)).err, QString());
     const QByteArray html = siteFile(text("shop-en.html"));
@@ -545,7 +545,7 @@ void tst_ShopPublisherPages::manyProducts()
     QVERIFY(!page("shop-fr-3.html").contains(text("rel=\"next\"")));
     QCOMPARE(siteFile(text("sitemap.xml")).count("<loc>"), 6);
 
-    // Pages that are not needed any more go.
+    // Pages that are no longer needed are removed.
     QCOMPARE(publish(goodShop()).err, QString());
     QVERIFY(!QFileInfo::exists(mSite + text("/shop-fr-2.html")));
     QVERIFY(!QFileInfo::exists(mSite + text("/sitemap.xml")));
@@ -574,12 +574,12 @@ void tst_ShopPublisherPages::manyPhotographs()
 void tst_ShopPublisherPages::shopThatWent()
 {
     QCOMPARE(publish(goodShop()).err, QString());
-    // A language that the shop speaks no more.
+    // A language that the shop no longer has.
     QCOMPARE(publish(with("languages", QJsonArray{text("fr")})).err, QString());
     QVERIFY(!QFileInfo::exists(mSite + text("/shop-en.html")));
     QVERIFY(page("index.html").startsWith(text("<!DOCTYPE html>\n<html lang=\"fr\">")));
     QVERIFY(!page("index.html").contains(text("class=\"shop-languages\"")));
-    // No shop any more: the photographs are the site.
+    // No shop any more: the site consists of the photographs.
     QVERIFY(QFile::remove(mProject + text("/shop.json")));
     QCOMPARE(publish().err, QString());
     QCOMPARE(filesIn(mSite),
@@ -654,7 +654,7 @@ void tst_ShopPublisherPages::wrong()
 
 void tst_ShopPublisherPages::schema()
 {
-    // Every good shop passes; of the bad ones those of which the schema can know.
+    // Every valid shop passes; of the invalid ones, those that a schema can detect fail.
     if (runScript(text("python3"), "import jsonschema").exitCode != 0)
         QSKIP("python3-jsonschema is not installed");
     const QJsonArray good{
@@ -702,7 +702,7 @@ void tst_ShopPublisherPages::budget()
         const QByteArray html = siteFile(text(name));
         QVERIFY(!html.isEmpty());
         QVERIFY2(html.size() < 150000, name);
-        // Nothing is fetched beside the pictures, and none from anybody else.
+        // Only pictures are loaded, none of them from another site.
         QVERIFY2(!html.contains("<script src") && !html.contains("stylesheet"), name);
         QVERIFY2(!QRegularExpression(text("(src|srcset|url)=?[\"(]+https?:"))
                       .match(QString::fromUtf8(html))
@@ -716,7 +716,7 @@ void tst_ShopPublisherPages::focusIsSeen()
     if (chromium().isEmpty())
         QSKIP("Chromium is not installed");
     QCOMPARE(publish(fullShop()).err, QString());
-    // The outline of each link is inside of what its card and the page show of it.
+    // The outline of each link is within the visible part of its card and of the page.
     const QJsonObject seen = askBrowser(mSite + text("/shop-en.html"), R"js({
       hidden: Array.from(document.links).filter(link => {
         link.focus({focusVisible: true});

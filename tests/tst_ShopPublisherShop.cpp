@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The example program shop-publisher with a shop.json: the pages in a browser, the data in node,
-// the settings in php, and what is said of a file that is wrong.
+// the settings in php, and the messages about errors in the file.
 
 #include "Columns.h"
 #include "PublisherShop.h"
@@ -23,7 +23,7 @@ namespace {
 const QString shopFiles[] = {text("config/config.php"), text("data/products.js"),
                              text("index.html"), text("shop-en.html"), text("shop-fr.html")};
 
-/// The files of a site without the further sizes of pictures, which depend on their bytes.
+/// The files of a site without the additional sizes of pictures, which depend on their bytes.
 QStringList mainFilesIn(const QString& site)
 {
     QStringList files = filesIn(site);
@@ -151,8 +151,8 @@ void tst_ShopPublisherShop::goodShopIsWritten()
                      text("images/fruit/pear.jpg"), text("index.html"), text("photographs.html"),
                      text("shop-en.html"), text("shop-fr.html"), text("thumbs/bowl.jpg"),
                      text("thumbs/fruit/pear.jpg")}));
-    // The site opens with the shop in its first language, which leads to the others by their own
-    // names. The contact sheet stands beside it.
+    // The site starts with the shop in its first language, which links to the others by their
+    // native names, and to the contact sheet.
     const QString index = QString::fromUtf8(siteFile(text("index.html")));
     QVERIFY(index.contains(text("<html lang=\"en\">")));
     QVERIFY(index.contains(text("<h2>Blue bowl</h2>")));
@@ -276,7 +276,7 @@ void tst_ShopPublisherShop::wrong()
 {
     QFETCH(QJsonObject, shop);
     QFETCH(QString, message);
-    // A shop of an earlier run stays as it is, byte for byte.
+    // The shop of an earlier run is kept, byte for byte.
     QCOMPARE(publish(goodShop()).exitCode, allImported);
     QMap<QString, QByteArray> before;
     for (const QString& place : shopFiles)
@@ -317,7 +317,7 @@ void tst_ShopPublisherShop::wrongFiles()
 
 void tst_ShopPublisherShop::everythingWrongAtOnce()
 {
-    // Whoever mends the file learns all of it in one run.
+    // All errors of the file are reported in one run.
     const QJsonObject shop{
         {text("languages"), QJsonArray{text("en")}},
         {text("currency"), text("XYZ")},
@@ -350,7 +350,7 @@ void tst_ShopPublisherShop::wayOfAnError()
     QVERIFY2(outcome.err.contains(text("      ShopValue:Unsuitable (#3) (shop.json, product 1 "
                                        "(Blue bowl), netPrice: is no number")),
              qPrintable(outcome.err));
-    // Raised, the value in the product, the product in the file, the file in the publication.
+    // Raised by the value in the product, the product in the file, the file in the publication.
     QCOMPARE(outcome.err.count(text("ShopFile.cpp:")), 3);
     QCOMPARE(outcome.err.count(text("Publication.cpp:")), 1);
 }
@@ -382,8 +382,8 @@ void tst_ShopPublisherShop::photoThatFails()
 
 void tst_ShopPublisherShop::placesThatCannotBeWritten_data()
 {
-    // file: stands where a folder should, or
-    // folder: stands where a file should
+    // file: exists in place of a folder, or
+    // folder: exists in place of a file
     const auto row = columns<QString, QString, QString>("file", "folder", "message");
     row("data is a file", "data", QString(),
         "data/products.js: cannot be written: the folder data");
@@ -398,7 +398,7 @@ void tst_ShopPublisherShop::placesThatCannotBeWritten()
     QFETCH(QString, file);
     QFETCH(QString, folder);
     QFETCH(QString, message);
-    writeFile(mSite + QLatin1Char('/') + recordName, "{}"); // a site of the program's own
+    writeFile(mSite + QLatin1Char('/') + recordName, "{}"); // a site of the program
     if (!file.isEmpty())
         writeFile(mSite + QLatin1Char('/') + file, "in the way");
     if (!folder.isEmpty())
@@ -421,7 +421,7 @@ void tst_ShopPublisherShop::fullDisk()
     QMap<QString, QByteArray> before;
     for (const QString& place : shopFiles)
         before.insert(place, siteFile(place));
-    // The settings are small; the French page alone is too large for the disk.
+    // The settings are small; only the French page is too large for the disk.
     const QJsonObject description{{text("en"), text("A")},
                                   {text("fr"), QString(40000, QLatin1Char('x'))}};
     writeShop(json(withProduct(0, "description", description)));
@@ -459,7 +459,7 @@ void tst_ShopPublisherShop::secondRun()
     QMap<QString, QByteArray> first;
     for (const QString& name : filesIn(mSite))
         first.insert(name, siteFile(name));
-    // In whatever language the program itself speaks.
+    // In any language of the program itself.
     QCOMPARE(publish({text("--language"), text("de")}).exitCode, allImported);
     for (const QString& place : shopFiles)
         QCOMPARE(siteFile(place), first.value(place));
@@ -470,8 +470,8 @@ void tst_ShopPublisherShop::secondRun()
 
 void tst_ShopPublisherShop::acceptedSpellings()
 {
-    // The mark of UTF-8, a country in small letters, a font without its blank, texts that are the
-    // same in all languages, and a photo whose accent is composed in the other way.
+    // A byte-order mark, a country in lower case, a font without its blank, texts that are the same
+    // in all languages, and a photo whose accent is composed differently.
     writeFile(mProject + text("/photos/e\u0301te\u0301.jpg"), encoded(corners(40, 30), "jpg"));
     QJsonObject shop = withProduct(0, "photo", text("\u00e9t\u00e9.jpg"));
     shop.insert(text("country"), text("fr"));
@@ -490,8 +490,8 @@ void tst_ShopPublisherShop::acceptedSpellings()
 
 void tst_ShopPublisherShop::prices_data()
 {
-    // Worked out by hand: the net price rounded to the cent, the gross price rounded from it, and
-    // the tax as what lies between.
+    // Calculated by hand: the net price rounded to the cent, the gross price rounded from it, and
+    // the tax as the difference.
     QTest::addColumn<double>("netPrice");
     QTest::addColumn<int>("category");
     QTest::addColumn<QString>("country");
@@ -553,7 +553,7 @@ void tst_ShopPublisherShop::prices()
         page.contains(text("<p class=\"product-gross\">%1 <small>incl. VAT</small>").arg(gross)));
     QVERIFY(page.contains(text("<p class=\"price-parts\">%1</p>").arg(parts)));
     SKIP_ON_WINDOWS("php and node are programs of another system");
-    // The same numbers, to the last digit, in the data.
+    // The same numbers in the data, to the last digit.
     const QJsonArray numbers =
         inNode("[products[0].net, products[0].vat, products[0].gross, products[0].price]")
             .toArray();
@@ -588,7 +588,7 @@ void tst_ShopPublisherShop::fonts()
     QCOMPARE(publish(shop).err, QString());
     QString page = QString::fromUtf8(siteFile(text("shop-fr.html")));
     QVERIFY(page.contains(text("font-family: ") + css));
-    QVERIFY(!page.contains(text("fonts.googleapis.com"))); // not without being asked to
+    QVERIFY(!page.contains(text("fonts.googleapis.com"))); // only on request
 
     shop.insert(text("fontService"), true);
     QCOMPARE(publish(shop).err, QString());
@@ -620,7 +620,7 @@ void tst_ShopPublisherShop::idsAreDistinct()
 
 void tst_ShopPublisherShop::unknownPageLanguage()
 {
-    // A shop may speak a language that the program does not: its own words stay English there.
+    // A shop may use a language that the program lacks: its own words stay English there.
     QJsonObject shop = goodShop();
     shop.insert(text("languages"), QJsonArray{text("pt_BR")});
     QJsonObject thing = product("", "", 10, 0, "bowl.jpg");
@@ -638,7 +638,7 @@ void tst_ShopPublisherShop::unknownPageLanguage()
 void tst_ShopPublisherShop::nodeReadsTheProducts()
 {
     SKIP_ON_WINDOWS("php and node are programs of another system");
-    // Every text arrives as it stands in shop.json: none of the formatter's quirks shows.
+    // Every text arrives as it is in shop.json: no quirk of the formatter is visible.
     const QStringList hostile{
         text("\"double\" and 'single'"),
         text("back\\slash \\n \\u0041 \\"),
@@ -695,7 +695,7 @@ void tst_ShopPublisherShop::phpReadsTheSettings()
     QCOMPARE(inPhp("array_keys(SHOP_VAT_RATES)").toArray(), QJsonArray({0, 1, 2, 3}));
     QCOMPARE(inPhp("array_values(SHOP_VAT_RATES)").toArray(), QJsonArray({20, 5.5, 10, 2.1}));
     QCOMPARE(inPhp("SHOP_FONT_WEIGHTS").toArray(), QJsonArray({400, 700}));
-    // Nothing stands before or behind the code.
+    // There is nothing before or after the code.
     QCOMPARE(runScript(text("php"), siteFile(text("config/config.php"))).output, QByteArray());
 }
 
@@ -774,7 +774,7 @@ void tst_ShopPublisherShop::sampleShopInTheBrowser()
     const QJsonArray ids = seen.value(text("ids")).toArray();
     QCOMPARE(ids.size(), 6);
     QCOMPARE(ids.at(0).toString(), text("product_bowl_summer_blue"));
-    // Nobody else is asked for anything.
+    // No request goes to another site.
     QVERIFY(seen.value(text("fontAddress")).isUndefined());
 }
 

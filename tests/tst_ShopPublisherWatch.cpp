@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The example program shop-publisher: the lock of the project, the check of the site, the static
-// files, and how it follows a project that is being edited.
+// files, and following a project while it is edited.
 
 #include "PublisherTest.h"
 #include "SystemCalls.h"
@@ -20,7 +20,7 @@ namespace {
 
 const int projectIsOpen = 3;
 
-/// Far longer than anything takes, also under a sanitizer on a busy machine.
+/// Far longer than anything takes, even under a sanitizer on a busy machine.
 const int patience = 120000;
 
 QByteArray jpeg(int width, int height)
@@ -88,7 +88,7 @@ private:
     QByteArray page() const { return readFile(mSite + text("/index.html")); }
     QString lockFile() const { return mProject + text("/lockfile"); }
 
-    /// Begins to watch, and returns when the program follows what happens.
+    /// Starts watching and returns when the program follows changes.
     bool watch(const QStringList& options = QStringList());
     bool becomes(const std::function<bool()>& condition);
     bool prints(const QString& line);
@@ -162,7 +162,7 @@ void tst_ShopPublisherWatch::read()
 int tst_ShopPublisherWatch::stop(int signal)
 {
 #ifdef Q_OS_WIN
-    // No signal stops a program there: what it would say of its end is not looked at.
+    // A program cannot be stopped by a signal there: its last output is not checked.
     Q_UNUSED(signal)
     mProcess->kill();
     mProcess->waitForFinished(patience);
@@ -189,7 +189,7 @@ void tst_ShopPublisherWatch::lockIsThereOnlyMeanwhile()
 #endif
     QCOMPARE(publish().exitCode, allImported);
     QCOMPARE(snapshot(root(), mSite), before);
-    // Bad usage, found while it is held.
+    // A usage error, found while the lock is held.
     writeFile(root() + text("/file"), "text");
     QCOMPARE(run({mProject, root() + text("/file/site")}, mHome).exitCode, ::badUsage);
     QVERIFY(!QFileInfo::exists(lockFile()));
@@ -230,7 +230,7 @@ void tst_ShopPublisherWatch::secondInstance()
 #endif
     QCOMPARE(outcome.err, message.arg(mProject, QString::number(mProcess->processId()), host));
     QVERIFY(!QFileInfo::exists(other));
-    // The first goes on as it was.
+    // The first continues as before.
     QVERIFY(QFileInfo::exists(lockFile()));
     writeFile(photo("b.jpg"), jpeg(40, 30));
     QVERIFY(becomes([this] { return page().contains("images/b.jpg"); }));
@@ -259,7 +259,7 @@ void tst_ShopPublisherWatch::lockAfterAnEnd()
     QVERIFY(!QFileInfo::exists(lockFile()));
 }
 
-// What a program leaves that was killed between making its lock and filling it.
+// The remains of a program that was killed between creating its lock and filling it.
 void tst_ShopPublisherWatch::emptyLock()
 {
     SKIP_ON_WINDOWS("no signal stops a program there");
@@ -278,7 +278,7 @@ void tst_ShopPublisherWatch::emptyLock()
     QVERIFY(!QFileInfo::exists(lockFile()));
 }
 
-// Those of programs that were killed go.
+// Those of killed programs are removed.
 void tst_ShopPublisherWatch::workingFoldersLeftBehind()
 {
     SKIP_ON_WINDOWS("tests make no symbolic links there");
@@ -290,8 +290,8 @@ void tst_ShopPublisherWatch::workingFoldersLeftBehind()
     const QStringList own = workingFolders();
     QCOMPARE(own.size(), 1);
 
-    // Without a lock, with one that nobody filled, with that of a process that is no more; what is
-    // named otherwise, or is no folder, is not theirs.
+    // Without a lock, with an empty lock, with that of a process that has ended; entries with other
+    // names, or which are no folders, are kept.
     writeFile(mSite + text("/.shop-publisher-AAAAAA/image.jpg"), "half");
     writeFile(mSite + text("/.shop-publisher-BBBBBB/lock"), QByteArray());
     QVERIFY(QDir().mkpath(mSite + text("/.shop-publisher-CCCCCC/old-static")));
@@ -309,14 +309,14 @@ void tst_ShopPublisherWatch::workingFoldersLeftBehind()
     writeFile(mSite + text("/.shop-publisher-EEEEEE"), "file");
     writeFile(mSite + text("/.shop-publisher-of-mine/keep.txt"), "keep me");
 
-    // Another project cannot meet it in the same site.
+    // Another project cannot use the same site.
     const QString second = root() + text("/second");
     writeFile(second + text("/photos/a.jpg"), jpeg(40, 30));
     Outcome outcome = run({second, mSite}, mHome);
     QCOMPARE(outcome.exitCode, projectIsOpen);
     QCOMPARE(outcome.err,
              text("shop-publisher: Another instance publishes into SITE (%1).\n").arg(mSite));
-    // The program at work has lost nothing.
+    // The running program has lost nothing.
     writeFile(photo("c.jpg"), jpeg(40, 30));
     QVERIFY(becomes([this] { return page().contains("images/c.jpg"); }));
     QCOMPARE(stop(SIGKILL), -1);
@@ -355,7 +355,7 @@ void tst_ShopPublisherWatch::projectThatCannotBeWritten()
     QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
     QVERIFY2(outcome.out.startsWith(line), qPrintable(outcome.out));
 
-    // One that is held counts also for those who could not make it.
+    // A lock that is held is respected even by those who could not create it.
     QVERIFY(watch());
     outcome = run(process, {mProject, mSite}, QString());
     QCOMPARE(outcome.exitCode, projectIsOpen);
@@ -365,7 +365,7 @@ void tst_ShopPublisherWatch::projectThatCannotBeWritten()
 
 void tst_ShopPublisherWatch::lockFileIsNoPicture()
 {
-    // In a plain folder of photographs the lock stands among them.
+    // In a plain folder of photographs the lock is among them.
     writeFile(mProject + text("/plain/a.jpg"), jpeg(40, 30));
     mProject += text("/plain");
     QVERIFY(watch());
@@ -420,7 +420,7 @@ void tst_ShopPublisherWatch::staticFilesAreCopiedOnce()
 
 void tst_ShopPublisherWatch::staticFilesOfEarlierRuns()
 {
-    // Where the project has none, SITE/static is not the program's.
+    // If the project has none, SITE/static does not belong to the program.
     writeFile(photo("a.jpg"), jpeg(40, 30));
     QCOMPARE(publish().exitCode, allImported);
     writeFile(mirror("own.txt"), "own");
@@ -451,7 +451,7 @@ void tst_ShopPublisherWatch::staticPlacesThatAreRefused()
                   "the site\n"));
     QCOMPARE(filesIn(outside), QStringList(text("keep.txt")));
 
-    // While it is watched as well.
+    // Also while it is watched.
     QVERIFY(watch());
     writeFile(staticFile("b.txt"), "b");
     writeFile(photo("b.jpg"), jpeg(40, 30));
@@ -467,7 +467,7 @@ void tst_ShopPublisherWatch::staticPlacesThatAreRefused()
              text("1 failure:\n  static: cannot be written: the folder static cannot be made\n"));
     QCOMPARE(readFile(mSite + text("/static")), QByteArray("file"));
 
-    // A static folder elsewhere is protected as the photographs are.
+    // A static folder elsewhere is protected like the photographs.
     QVERIFY(QDir(mProject + text("/static")).removeRecursively());
     QVERIFY(QFile::link(outside, mProject + text("/static")));
     outcome = run({mProject, outside + text("/site")}, mHome);
@@ -560,14 +560,14 @@ void tst_ShopPublisherWatch::watchFollowsPhotographs()
     QCOMPARE(QImage(image("bowls/b.jpg")).size(), QSize(60, 20));
     QVERIFY(prints(text("Imported: bowls/b.jpg")));
     QVERIFY(prints(text("Written: index.html")));
-    QVERIFY(!mOut.contains(text("Imported: a.jpg"))); // it is as it was
+    QVERIFY(!mOut.contains(text("Imported: a.jpg"))); // unchanged
 
     writeFile(photo("a.jpg"), jpeg(44, 22));
     QVERIFY(becomes([&] { return QImage(image("a.jpg")).size() == QSize(44, 22); }));
     QVERIFY(prints(text("Imported: a.jpg")));
     QVERIFY(becomes([&] { return page().contains("width=\"44\""); }));
 
-    // Replaced as programs do that save in one step, by a file that is older.
+    // Replaced by an older file, as by programs that save in one step.
     writeFile(mProject + text("/saved"), jpeg(30, 44));
     QVERIFY(renameOver(mProject + text("/saved"), photo("a.jpg")));
     QVERIFY(becomes([&] { return QImage(image("a.jpg")).size() == QSize(30, 44); }));
@@ -601,14 +601,14 @@ void tst_ShopPublisherWatch::watchReportsBrokenPhotographs()
     writeFile(photo("broken.jpg"), jpeg(40, 30));
     QVERIFY(becomes([this] { return page().contains("images/broken.jpg"); }));
     QCOMPARE(stop(), stopped);
-    // What stays wrong is told once.
+    // A lasting error is reported once.
     QCOMPARE(mErr.count(text("lost.jpg: is a link that leads nowhere")), 1);
     QCOMPARE(mErr.count(text("broken.jpg: cannot be decoded")), 1);
 }
 
 void tst_ShopPublisherWatch::watchKeepsPicturesOfALostFolder()
 {
-    // As when a disk is taken off: the photographs are not gone.
+    // As if a disk is unmounted: the photographs do not count as deleted.
     writeFile(photo("a.jpg"), jpeg(40, 30));
     writeFile(photo("b.jpg"), jpeg(40, 30));
     QVERIFY(watch());
@@ -661,7 +661,7 @@ void tst_ShopPublisherWatch::stops()
     QCOMPARE(stop(signal), stopped);
     QCOMPARE(mErr, QString());
 
-    // In the midst of a publication: each picture is there in both sizes or not at all.
+    // In the middle of a publication: each picture exists in both sizes or not at all.
     QVERIFY(watch());
     const QByteArray large = jpeg(2400, 1800);
     for (int i = 0; i < 12; ++i)
@@ -687,7 +687,7 @@ void tst_ShopPublisherWatch::quietWatch()
 
 void tst_ShopPublisherWatch::editingSession()
 {
-    // Some seconds of copying, editing, renaming and deleting, as fast as a script does it.
+    // Some seconds of copying, editing, renaming and deleting, as fast as a script can.
     const QByteArray pictures[] = {jpeg(40, 30), jpeg(700, 500)};
     writeFile(photo("first.jpg"), pictures[0]);
     writeFile(staticFile("first.css"), "first");
@@ -723,7 +723,7 @@ void tst_ShopPublisherWatch::editingSession()
             QFile::copy(photos + text("first.jpg"), photos + picture);
             break;
         case 6:
-            // Saved beside and put in its place.
+            // Saved next to it and moved into place.
             writeFile(photos + text(".saving"), pictures[random(2)]);
             renameOver(photos + text(".saving"), photos + picture);
             break;
@@ -773,7 +773,7 @@ void tst_ShopPublisherWatch::editingSession()
     QVERIFY(visibleContentOf(mSite + text("/static")) == expected);
     QVERIFY(picturesFollow());
 
-    // As if it had been published afresh.
+    // As if it had been published from scratch.
     const QString fresh = root() + text("/fresh");
     QCOMPARE(run({mProject, fresh}, mHome).exitCode, allImported);
     QCOMPARE(visibleContentOf(mSite), visibleContentOf(fresh));

@@ -24,7 +24,7 @@ namespace {
 
 const int pause = 25;
 
-// The milliseconds in a text such as "scan 1s 25ms ".
+// The milliseconds of a text such as "scan 1s 25ms ".
 qint64 milliseconds(const QString& text)
 {
     static const QRegularExpression pattern(QStringLiteral("(?:(\\d+)s )?(?:(\\d+)ms )?$"));
@@ -96,7 +96,7 @@ void tst_SpeedTestAnalyzer::enabledAgain()
     speed << QStringLiteral("not recorded");
     speed.setEnabled(true);
     speed << QStringLiteral("after");
-    // The step behind the pause holds it: a call that records nothing restarts nothing.
+    // The step after the pause includes it: a call that records nothing restarts nothing.
     const QStringList lines = speed.toString().split(QLatin1Char('\n'));
     QCOMPARE(lines.size(), 4);
     QVERIFY(lines.at(1).startsWith(QStringLiteral("before ")));

@@ -22,7 +22,7 @@
 
 namespace {
 
-/// Runs \a function in eight threads that set out together.
+/// Runs \a function in eight threads that start together.
 template <typename Function>
 void inEightThreads(Function function)
 {
@@ -39,7 +39,7 @@ void inEightThreads(Function function)
         thread.join();
 }
 
-/// The search key by the rule as it is told, step by step, with Qt's own tools.
+/// The search key according to its rule, step by step, with Qt's own functions.
 QString searchKeyByRule(const QString& s)
 {
     const QStringList kept = piecesBetween(s.normalized(QString::NormalizationForm_D),
@@ -47,7 +47,7 @@ QString searchKeyByRule(const QString& s)
     return kept.join(QString()).simplified().toLower();
 }
 
-/// The search words by the rule as it is told.
+/// The search words according to their rule.
 QStringList searchWordsByRule(const QString& s)
 {
     QStringList words;
@@ -57,7 +57,7 @@ QStringList searchWordsByRule(const QString& s)
     return words;
 }
 
-/// A text of up to \a maximum characters out of \a alphabet.
+/// A text of up to \a maximum characters from \a alphabet.
 QString randomText(const QString& alphabet, int maximum)
 {
     QString expected;
@@ -129,7 +129,7 @@ private Q_SLOTS:
     void nothingIsLogged();
 };
 
-/// Stands first: only the first calls of a process build the tables.
+/// Runs first: only the first calls of a process build the tables.
 void tst_StringUtils::concurrentFirstCalls()
 {
     std::atomic<int> right{0};
@@ -161,12 +161,12 @@ void tst_StringUtils::formatDurationFromMSec_data()
     row(3601000, "1h 1s ");
     row(3723000, "1h 2mn 3s ");
     row(36000000, "10h ");
-    // A day and more: the days are in the milliseconds.
+    // A day and more: the days are included in the milliseconds.
     row(86399999, "23h 59mn 59s 999ms ");
     row(86400000, "86400000ms ");
     row(90061001, "1h 1mn 1s 86400001ms ");
     row(172800000, "172800000ms ");
-    // 49 710 days, 6 h 28 mn 16 s: one second more than 32 bits of seconds hold.
+    // 49 710 days, 6 h 28 mn 16 s: one second more than fits into 32 bits.
     row(Q_UINT64_C(4294967296000), "6h 28mn 16s 4294944000000ms ");
     // 18446744073709551 s are 213503982334 days and 51951 s, which are 14 h 25 mn 51 s.
     row(std::numeric_limits<quint64>::max(), "14h 25mn 51s 18446744073657600615ms ");
@@ -223,16 +223,16 @@ void tst_StringUtils::compareVersion_data()
     row("0000000000000000002.1", "1.1", true, 1);
     row("2147483647", "2147483646", true, 1);
     row("1234567890", "1234567891", true, -1);
-    // The components of the first alone are walked.
+    // Only the components of the first version are compared.
     row("1.2", "1.2.5", true, 0);
     row("1.0", "1.0.7", true, 0);
     row("1.2", "1.3.5", true, -1);
-    // The second has fewer.
+    // The second version has fewer.
     row("1.2.5", "1.2", false, 0);
     row("1.0.0", "1", false, 0);
     row("2.1", "1", true, 1);
     row("1.1", "2", true, -1);
-    // Malformed, wherever it stands.
+    // Malformed, in any position.
     row("1.a", "1.0", false, 0);
     row("1.2b", "1.2", false, 0);
     row("2.2b", "1.2", false, 0);
@@ -258,15 +258,15 @@ void tst_StringUtils::compareVersion_data()
     row("1e3", "1", false, 0);
     row("1,000", "1", false, 0);
     row("\xd9\xa1", "1", false, 0); // an Arabic digit one
-    // White space around a number is let through, but what is compared ends at the first character
-    // that is no digit, so that it must not stand in front.
+    // White space around a number is accepted, but the comparison ends at the first character that
+    // is not a digit, so that it must not come first.
     row("1 .2", "1.1", true, 1);
     row("1.2\t", "1.2", true, 0);
     row("1\xc2\xa0", "1", true, 0);
     row(" 1", "1", false, 0);
     row("1", " 1", false, 0);
     row("1. 2", "1.2", false, 0);
-    // So it is with signs, which are seen only where nothing was decided before.
+    // The same applies to signs, which only matter if nothing has been decided before.
     row("-1", "1", false, 0);
     row("+1", "1", false, 0);
     row("1.-2", "1.2", false, 0);
@@ -416,13 +416,13 @@ void tst_StringUtils::normalizeTextForSearch_data()
     row("  two\t\n blanks  ", "two blanks");
     row("rendez-vous", "rendez-vous");
     row("A - B", "a - b");
-    row("a , b", "a b"); // what stood between two blanks is gone
+    row("a , b", "a b"); // a character between two blanks disappears
     row("!!!", "");
     row(" ! ", "");
     row("ABC xyz 019", "abc xyz 019");
     row("under_score", "underscore");
     row("L'été", "lete");
-    row("ß", ""); // does not decompose
+    row("ß", ""); // has no decomposition
     row("œuvre Ærø", "uvre r");
     row("Ångström ÅNGSTRÖM", "angstrom angstrom"); // the first begins with the sign U+212B
     row("273 K", "273 k"); // the Kelvin sign
@@ -435,7 +435,7 @@ void tst_StringUtils::normalizeTextForSearch_data()
         "a b"); // the no-break space is white space
     row("a\xe3\x80\x80"
         "b",
-        "a b"); // so is the ideographic one
+        "a b"); // so is the ideographic space
     row("a😀b", "ab");
     row("½ ² ①", "");
 }
@@ -481,7 +481,7 @@ void tst_StringUtils::splitTextForSearch_data()
     row("a\xc2\xa0"
         "b",
         {text("a"), text("b")});
-    row("İstanbul", {text("istanbul")}); // lower case is an i and a dot above
+    row("İstanbul", {text("istanbul")}); // the lower case is an i and a dot above
 }
 
 void tst_StringUtils::splitTextForSearch()
@@ -538,7 +538,7 @@ void tst_StringUtils::getRandomStringUsesQrand()
     seedProcessRandom(42);
     const QString first = StringUtils::getRandomString(32);
     const QString second = StringUtils::getRandomString(32);
-    QVERIFY(first != second); // not seeded anew by each call
+    QVERIFY(first != second); // not seeded again by each call
     seedProcessRandom(42);
     QCOMPARE(StringUtils::getRandomString(32), first);
     QCOMPARE(StringUtils::getRandomString(32), second);
@@ -592,7 +592,7 @@ void tst_StringUtils::formatRealForInput_data()
     row(-2.5, 2, "-2.5");
     row(1234567.0, 1, "1234567");
     row(1e15, 1, "1000000000000000");
-    // The zeros go whatever the precision.
+    // Zeros are removed whatever the precision.
     row(100.0, 0, "1");
     row(120.0, 0, "12");
     row(101.0, 0, "101");
@@ -648,16 +648,16 @@ void tst_StringUtils::hexaStringToByteArray_data()
     row("0aff", 16, "0aff");
     row("0AFF", 16, "0aff");
     row("0aZZff", 16, "0aff");
-    row("abc", 16, "ab0c"); // the last character is a pair of its own
+    row("abc", 16, "ab0c"); // the last character forms a pair of its own
     row("7", 16, "07");
     row("z", 16, "");
     row("101112", 10, "0a0b0c");
-    row("1012", 2, "02"); // "12" is no binary number
-    row("0809", 8, ""); // no octal digits
+    row("1012", 2, "02"); // "12" is not a binary number
+    row("0809", 8, ""); // not octal digits
     row("zz", 36, "0f"); // 1295 = 5 * 256 + 15: the low byte
     row("10", 36, "24");
-    row("10", 99, "24"); // 36 is the highest
-    row(" 5", 16, "05"); // read as Qt reads a number
+    row("10", 99, "24"); // 36 is the highest base
+    row(" 5", 16, "05"); // read like any number in Qt
     row("-1", 16, "");
 }
 
@@ -698,7 +698,7 @@ void tst_StringUtils::findNoExistantName_data()
     row("", "", "", "", "Prefix");
     row("PREFIX", "", "", "", "Prefix1");
     row("", "  two   words ", "", "", "two words");
-    // The pattern gets its number at the end, the extension its point.
+    // The pattern gets a number at the end, the extension a dot.
     row("a", "a", "-", "", "a-1");
     row("a|a-1", "a", "-", "", "a-2");
     row("a", "a", "", "", "a1");
@@ -709,14 +709,14 @@ void tst_StringUtils::findNoExistantName_data()
     row("a", "a", "%1-%1", "", "a1-1");
     row("a", "a", " %1 of 9", "", "a 1 of 9");
     row("a", "a", "%10", "", "a10");
-    // The first gap, whatever the order.
+    // The first gap, in any order.
     row("a3|a|a1", "a", "", "", "a2");
     row("a1", "a", "", "", "a");
-    // Upper and lower case are the same, accents are not.
+    // Case is ignored, accents are not.
     row("ÉTÉ", "été", "", "", "été1");
     row("ete", "été", "", "", "été");
     row("STRASSE", "Straße", "", "", "Straße");
-    // A prefix that looks like a pattern is not one.
+    // A prefix that looks like a pattern is taken literally.
     row("%1", "%1", "", "", "%11");
 }
 
@@ -756,7 +756,7 @@ void tst_StringUtils::replaceFirstText_data()
     row("abc", "b", "", "ac");
     row("aaa", "aa", "b", "ba");
     row("", "a", "b", "");
-    row("a.c abc", "a.c", "x", "x abc"); // no pattern
+    row("a.c abc", "a.c", "x", "x abc"); // taken literally
     row("abc", "", "x", "xabc");
 }
 
@@ -784,8 +784,8 @@ void tst_StringUtils::replaceFirstMatch_data()
     row("w=10 h=20", "(?<key>\\w)=(?<n>\\d+)", "key", "width", "width=10 h=20");
     row("w=10", "d=(?<n>\\d+)", "n", "5", "w=10");
     row("w=", "w=(?<n>\\d*)", "n", "5", "w=5"); // an empty span
-    row("b", "(?<n>a)|b", "n", "5", "b"); // a group that took no part
-    row("a", "(?<n>a)", "m", "5", "a"); // a group that is not there
+    row("b", "(?<n>a)|b", "n", "5", "b"); // a group that does not participate
+    row("a", "(?<n>a)", "m", "5", "a"); // a group that does not exist
     row("a1", "(?<n>\\d)", "n", "\\1 %1 $1", "a\\1 %1 $1"); // nothing is special in the new text
 }
 
