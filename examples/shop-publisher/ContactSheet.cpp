@@ -7,15 +7,12 @@
 #include "PageParts.h"
 #include "Template.h"
 
-#include <ImageUtils.h>
-
+#include <QCoreApplication>
 #include <QFileInfo>
-#include <QLocale>
 
 namespace {
 
 const int picturesOnAPage = 200;
-const QLatin1String otherPages("photographs-%1.html");
 
 QString folderOf(const QString& name)
 {
@@ -35,15 +32,12 @@ QString alternativeText(const QString& name)
 QVariantMap valuesOf(const PublishedPicture& picture)
 {
     const QString fileName = QFileInfo(picture.name).fileName();
-    QVariantMap values = PageParts::picture(picture, alternativeText(picture.name));
-    values.insert(QStringLiteral("file"), fileName);
-    values.insert(QStringLiteral("size"),
-                  ImageUtils::imageNameIsVectoriel(fileName)
-                      ? QStringLiteral("SVG")
-                      : QStringLiteral("%1 × %2")
-                            .arg(picture.imageSize.width())
-                            .arg(picture.imageSize.height()));
-    return values;
+    const QVariantMap values = PageParts::picture(picture, alternativeText(picture.name));
+    const QSize size = picture.imageSize;
+    return Template::with(
+        values,
+        Template::values(
+            {{"file", fileName}, {"imageWidth", size.width()}, {"imageHeight", size.height()}}));
 }
 
 } // namespace
@@ -51,35 +45,37 @@ QVariantMap valuesOf(const PublishedPicture& picture)
 QVector<SiteFile> ContactSheet::files(const QString& title,
                                       const QVector<PublishedPicture>& pictures, bool isFrontPage)
 {
-    const QString first =
-        isFrontPage ? QStringLiteral("index.html") : QStringLiteral("photographs.html");
     const QString language = Languages::current();
-    QVariantMap values = PageParts::texts(language);
-    const QVariantMap texts = values;
-    values.insert(QStringLiteral("lang"), language);
-    values.insert(QStringLiteral("generator"), QCoreApplication::applicationName());
-    values.insert(QStringLiteral("title"), title);
-    values.insert(QStringLiteral("count"), tr("%n photograph(s)", nullptr, int(pictures.size())));
-    values.insert(QStringLiteral("emptyText"), tr("There is nothing to show yet."));
-    values.insert(QStringLiteral("shop"), isFrontPage ? QString() : tr("To the shop"));
+    const int count = int(pictures.size());
+    const QVariantMap texts = PageParts::texts(language);
+    const QVariantMap values =
+        Template::with(texts,
+                       Template::values({{"lang", language},
+                                         {"generator", QCoreApplication::applicationName()},
+                                         {"title", title},
+                                         {"count", tr("%n photograph(s)", nullptr, count)},
+                                         {"emptyText", tr("There is nothing to show yet.")},
+                                         {"shop", isFrontPage ? QString() : tr("To the shop")}}));
+    const QStringList names = PageParts::names(
+        isFrontPage ? QStringLiteral("index.html") : QStringLiteral("photographs.html"),
+        QStringLiteral("photographs-%1.html"), count, picturesOnAPage);
 
     QVector<SiteFile> files;
-    const int pages = qMax(1, (int(pictures.size()) + picturesOnAPage - 1) / picturesOnAPage);
-    for (int page = 1; page <= pages; ++page) {
-        const int end = qMin(int(pictures.size()), page * picturesOnAPage);
+    for (int page = 0, i = 0; page < names.size(); ++page) {
+        const int end = qMin(count, i + picturesOnAPage);
         QVariantList folders;
-        for (int i = (page - 1) * picturesOnAPage; i < end;) {
+        while (i < end) {
             const QString folder = folderOf(pictures.at(i).name);
             QVariantList list;
             for (; i < end && folderOf(pictures.at(i).name) == folder; ++i)
                 list.append(valuesOf(pictures.at(i)));
             folders.append(Template::values({{"folder", folder}, {"pictures", list}}));
         }
-        values.insert(QStringLiteral("folders"), folders);
-        values.insert(QStringLiteral("pager"),
-                      PageParts::pager(texts, first, otherPages, page, pages));
-        files.append({PageParts::fileName(first, otherPages, page),
-                      Template::fill(QStringLiteral("photographs.html"), values)});
+        const QVariantMap own = Template::values(
+            {{"folders", folders}, {"pager", PageParts::pager(texts, names, page)}});
+        files.append(
+            {names.at(page),
+             Template::fill(QStringLiteral("photographs.html"), Template::with(values, own))});
     }
     return files;
 }

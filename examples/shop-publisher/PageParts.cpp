@@ -8,7 +8,6 @@
 #include <ImageUtils.h>
 #include <LocalisationTools.h>
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -53,20 +52,22 @@ QVariantMap PageParts::texts(const QString& code)
     return map;
 }
 
-QVariantMap PageParts::pager(const QVariantMap& texts, const QString& first, const QString& others,
-                             int number, int count)
+QStringList PageParts::names(const QString& first, const QString& others, int count, int onAPage)
 {
-    if (count < 2)
-        return {};
-    return Template::values(
-        {{"previous", number > 1 ? fileName(first, others, number - 1) : QString()},
-         {"next", number < count ? fileName(first, others, number + 1) : QString()},
-         {"pageText", texts.value(QStringLiteral("pageText")).toString().arg(number).arg(count)}});
+    QStringList names(first);
+    while (names.size() * onAPage < count)
+        names.append(others.arg(names.size() + 1));
+    return names;
 }
 
-QString PageParts::fileName(const QString& first, const QString& others, int number)
+QVariantMap PageParts::pager(const QVariantMap& texts, const QStringList& names, int index)
 {
-    return number == 1 ? first : others.arg(number);
+    if (names.size() < 2)
+        return {};
+    const QString text = texts.value(QStringLiteral("pageText")).toString();
+    return Template::values({{"previous", names.value(index - 1)},
+                             {"next", names.value(index + 1)},
+                             {"pageText", text.arg(index + 1).arg(names.size())}});
 }
 
 QVariantMap PageParts::picture(const PublishedPicture& picture, const QString& alternativeText)

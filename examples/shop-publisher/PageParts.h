@@ -17,14 +17,13 @@ namespace PageParts {
 /// templates have for them; English ones where the program has none of that language.
 QVariantMap texts(const QString& code);
 
-/// What every page of several says, beside \a texts: the way to the page before page \a number and
-/// to the one behind it. \a first is the file name of the first of \a count; those of the others
-/// are numbered.
-QVariantMap pager(const QVariantMap& texts, const QString& first, const QString& others, int number,
-                  int count);
+/// The file names of the pages that hold \a count things, so many \a onAPage: \a first, then
+/// \a others with a number. There is always a first page.
+QStringList names(const QString& first, const QString& others, int count, int onAPage);
 
-/// The file name of page \a number: \a first, or \a others with the number.
-QString fileName(const QString& first, const QString& others, int number);
+/// What page \a index of several says, beside \a texts: the way to the page before it and to the
+/// one behind it.
+QVariantMap pager(const QVariantMap& texts, const QStringList& names, int index);
 
 /// A small picture, which leads to the large one.
 QVariantMap picture(const PublishedPicture& picture, const QString& alternativeText);

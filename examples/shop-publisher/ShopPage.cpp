@@ -9,7 +9,6 @@
 
 #include <ColorUtils.h>
 #include <CurrencyUtils.h>
-#include <HTMLUtils.h>
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -17,6 +16,7 @@
 #include <QRegularExpression>
 #include <QUrl>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -36,47 +36,22 @@ QString cssText(const QString& text)
     return QLatin1Char('"') + escaped + QLatin1Char('"');
 }
 
-/// The fonts of the system that are nearest to a family of this kind.
-QString systemFonts(const QString& category)
-{
-    if (category == QLatin1String("serif"))
-        return QStringLiteral("Georgia, \"Times New Roman\", serif");
-    if (category == QLatin1String("handwriting"))
-        return QStringLiteral("\"Segoe Print\", \"Bradley Hand\", cursive");
-    if (category == QLatin1String("monospace"))
-        return QStringLiteral("ui-monospace, Menlo, Consolas, monospace");
-    return QStringLiteral("system-ui, -apple-system, \"Segoe UI\", Roboto, sans-serif");
-}
-
-/// Where the font service has the two weights, as a text of JavaScript.
-QString fontAddress(const ShopFont& font)
-{
-    const QLatin1String slope(font.italic ? "i" : "");
-    QString weights = QString::number(font.textWeight) + slope;
-    if (font.boldWeight != font.textWeight)
-        weights += QLatin1Char(',') + QString::number(font.boldWeight) + slope;
-    const QString family = QString::fromLatin1(
-        QUrl::toPercentEncoding(font.family, QByteArrayLiteral(" ")).replace(' ', '+'));
-    return HTMLUtils::encodeToJavascriptText(
-        QStringLiteral("https://fonts.googleapis.com/css?family=%1:%2&display=swap")
-            .arg(family, weights));
-}
-
-double luminance(const QColor& color)
+/// The brightness of a colour as accessibility counts it, from 0.05 to 1.05.
+double brightness(const QColor& color)
 {
     const auto linear = [](double value) {
         return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
     };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
+    return 0.05 + 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
         + 0.0722 * linear(color.blueF());
 }
 
-/// The contrast of two colours as accessibility counts it, from 1 to 21.
+/// The contrast of two colours, from 1 to 21.
 double contrast(const QColor& one, const QColor& other)
 {
-    const double a = luminance(one) + 0.05;
-    const double b = luminance(other) + 0.05;
-    return a > b ? a / b : b / a;
+    const double a = brightness(one);
+    const double b = brightness(other);
+    return qMax(a, b) / qMin(a, b);
 }
 
 /// \a color, or one between it and \a end that can be read on \a background.
@@ -88,42 +63,28 @@ QColor readable(const QColor& color, const QColor& background, const QColor& end
     return shade;
 }
 
-QLocale::Country countryOf(const QString& code)
-{
-    QString territory = code;
-    if (territory == QLatin1String("EL")) // as the Union writes them
-        territory = QStringLiteral("GR");
-    else if (territory == QLatin1String("UK"))
-        territory = QStringLiteral("GB");
-    const QList<QLocale> locales =
-        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
-    for (const QLocale& locale : locales) {
-        if (locale.name().endsWith(QLatin1Char('_') + territory))
-            return locale.country();
-    }
-    return QLocale::AnyCountry;
-}
-
 /// The country's name in the language of the page, as far as Qt knows it: in English, and in the
 /// languages of the country itself; else in the first of these.
 QString countryName(const QString& code, const QString& pageLanguage)
 {
-    const QLocale::Country country = countryOf(code);
-    const QLocale::Language language = QLocale(pageLanguage).language();
-    if (country == QLocale::AnyCountry)
+    // Two countries have codes of their own in the Union.
+    const QMap<QString, QString> others{{QStringLiteral("EL"), QStringLiteral("GR")},
+                                        {QStringLiteral("UK"), QStringLiteral("GB")}};
+    const QString ending = QLatin1Char('_') + others.value(code, code);
+    const QList<QLocale> locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+    const auto there =
+        std::find_if(locales.begin(), locales.end(),
+                     [&ending](const QLocale& locale) { return locale.name().endsWith(ending); });
+    if (there == locales.end())
         return code;
+    const QLocale::Language language = QLocale(pageLanguage).language();
     if (language == QLocale::English)
-        return QLocale::countryToString(country);
-    const QLocale there(language, country);
-    if (there.language() == language && there.country() == country)
-        return there.nativeCountryName();
-    return QLocale(QLocale::AnyLanguage, country).nativeCountryName();
-}
-
-QString pageName(const QString& language, int number)
-{
-    return PageParts::fileName(ShopPage::fileName(language),
-                               QStringLiteral("shop-%1-%2.html").arg(language), number);
+        return QLocale::countryToString(there->country());
+    const QLocale local(language, there->country());
+    if (local.language() == language && local.country() == there->country())
+        return local.nativeCountryName();
+    return QLocale(QLocale::AnyLanguage, there->country()).nativeCountryName();
 }
 
 QString tagOf(QString language)
@@ -136,22 +97,14 @@ QString percentEncoded(const QString& text)
     return QString::fromLatin1(QUrl::toPercentEncoding(text));
 }
 
-int pagesOf(const Shop& shop)
+/// A value as JSON that cannot end the script element that holds it.
+QString scriptCode(const QVariant& value)
 {
-    return (int(shop.products.size()) + productsOnAPage - 1) / productsOnAPage;
-}
-
-/// The addresses of all pages, for search engines. They hold nothing that XML would need escaped.
-QByteArray sitemap(const Shop& shop)
-{
-    QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                     "<urlset xmlns=\"http://www.sitemaps.org/schemas/sitemap/0.9\">\n";
-    for (const QString& language : shop.languages) {
-        for (int number = 1; number <= pagesOf(shop); ++number)
-            xml += "<url><loc>" + HTMLUtils::escaped(shop.url + pageName(language, number)).toUtf8()
-                + "</loc></url>\n";
-    }
-    return xml + "</urlset>\n";
+    return QString::fromUtf8(QJsonDocument::fromVariant(value)
+                                 .toJson(QJsonDocument::Compact)
+                                 .replace('<', "\\u003c")
+                                 .replace('>', "\\u003e")
+                                 .replace('&', "\\u0026"));
 }
 
 /// The pages in one language.
@@ -164,83 +117,79 @@ public:
         , mPictures(pictures)
         , mLanguage(language)
         , mTexts(PageParts::texts(language))
-    { }
-
-    QByteArray html(int number, bool isFrontPage) const
+        , mNames(namesIn(language))
     {
-        const QString place = pageName(mLanguage, number);
-        const int first = (number - 1) * productsOnAPage;
-        const int count = qMin(productsOnAPage, int(mShop.products.size()) - first);
-        const QVariantMap pager = PageParts::pager(mTexts, ShopPage::fileName(mLanguage),
-                                                   QStringLiteral("shop-%1-%2.html").arg(mLanguage),
-                                                   number, pagesOf(mShop));
+        const QLocale locale(language);
+        const QVariantMap shopsOwn =
+            Template::values({{"lang", tagOf(language)},
+                              {"rtl", locale.textDirection() == Qt::RightToLeft},
+                              {"locale", locale.name()},
+                              {"generator", QCoreApplication::applicationName()},
+                              {"name", shop.name.value(language)},
+                              {"description", shop.description.value(language)},
+                              {"url", shop.url},
+                              {"isMultilingual", shop.languages.size() > 1},
+                              {"image", imageAddress(shop.products.first().photos.first())},
+                              {"favicon", Template::address(shop.favicon)},
+                              {"logo", Template::address(shop.logo)},
+                              {"logoWidth", shop.logoSize.width()},
+                              {"logoHeight", shop.logoSize.height()}});
+        mValues = mTexts;
+        for (const QVariantMap& more : {shopsOwn, style(), foot()})
+            mValues = Template::with(mValues, more);
+    }
+
+    QStringList names() const { return mNames; }
+
+    /// The front page, which leads a reader of another language to the pages in it, is the first.
+    QByteArray html(int page, bool isFrontPage) const
+    {
+        const QVariantMap pager = PageParts::pager(mTexts, mNames, page);
         QString title = mShop.name.value(mLanguage);
-        if (number > 1)
+        if (page > 0)
             title += QStringLiteral(" – ") + pager.value(QStringLiteral("pageText")).toString();
         QVariantList products;
-        for (int i = first; i < first + count; ++i)
-            products.append(product(mShop.products.at(i), i - first < firstPictures));
-
-        QVariantMap values = mTexts;
-        const QVariantMap own =
-            Template::values({{"lang", tagOf(mLanguage)},
-                              {"rtl", QLocale(mLanguage).textDirection() == Qt::RightToLeft},
-                              {"locale", QLocale(mLanguage).name()},
-                              {"generator", QCoreApplication::applicationName()},
-                              {"title", title},
-                              {"name", mShop.name.value(mLanguage)},
-                              {"description", mShop.description.value(mLanguage)},
-                              {"products", products},
-                              {"pager", pager},
-                              {"data", data(first, count, place)}});
-        for (const QVariantMap& more : {own, style(), links(number), foot()}) {
-            for (auto it = more.begin(); it != more.end(); ++it)
-                values.insert(it.key(), it.value());
+        QVariantList data;
+        const QVector<ShopProduct> all =
+            mShop.products.mid(page * productsOnAPage, productsOnAPage);
+        for (const ShopProduct& one : all) {
+            products.append(product(one, products.size() < firstPictures));
+            data.append(dataOf(one, mNames.at(page)));
         }
-        if (isFrontPage && mShop.languages.size() > 1) {
-            QVariantMap pages;
-            for (const QString& language : mShop.languages)
-                pages.insert(language, ShopPage::fileName(language));
-            const QByteArray json =
-                QJsonDocument::fromVariant(pages).toJson(QJsonDocument::Compact);
-            values.insert(QStringLiteral("choices"),
-                          QString::fromLatin1(json + ", \"" + place.toLatin1() + '"'));
+        QVariantList languages;
+        QVariantMap firstPages;
+        for (const QString& language : mShop.languages) {
+            firstPages.insert(language, ShopPage::fileName(language));
+            languages.append(Template::values({{"firstPage", ShopPage::fileName(language)},
+                                               {"samePage", namesIn(language).at(page)},
+                                               {"lang", tagOf(language)},
+                                               {"ownName", Languages::nativeName(language)},
+                                               {"current", language == mLanguage}}));
         }
-        return Template::fill(QStringLiteral("shop.html"), values);
+        const QString choices =
+            scriptCode(firstPages) + QStringLiteral(", \"%1\"").arg(mNames.first());
+        const QVariantMap own = Template::values(
+            {{"title", title},
+             {"place", mNames.at(page)},
+             {"languages", languages},
+             {"products", products},
+             {"pager", pager},
+             {"data", scriptCode(data)},
+             {"choices", isFrontPage && languages.size() > 1 ? choices : QString()}});
+        return Template::fill(QStringLiteral("shop.html"), Template::with(mValues, own));
     }
 
 private:
-    /// What leads to other pages, and what other programs want to know of page \a number.
-    QVariantMap links(int number) const
+    QStringList namesIn(const QString& language) const
     {
-        QVariantList languages;
-        QVariantList alternates{
-            Template::values({{"lang", QStringLiteral("x-default")}, {"address", mShop.url}})};
-        for (const QString& language : mShop.languages) {
-            languages.append(Template::values({{"address", ShopPage::fileName(language)},
-                                               {"lang", tagOf(language)},
-                                               {"name", Languages::nativeName(language)},
-                                               {"current", language == mLanguage}}));
-            alternates.append(
-                Template::values({{"lang", tagOf(language)},
-                                  {"address", QString(mShop.url + pageName(language, number))}}));
-        }
-        const QString image =
-            QLatin1String("images/") + mPictures.value(mShop.products.first().photos.first()).name;
-        QVariantMap links =
-            Template::values({{"url", mShop.url},
-                              {"canonical", QString(mShop.url + pageName(mLanguage, number))},
-                              {"image", QString(mShop.url + Template::address(image))},
-                              {"alternates", alternates},
-                              {"favicon", Template::address(mShop.favicon)}});
-        if (languages.size() > 1)
-            links.insert(QStringLiteral("languages"), Template::values({{"list", languages}}));
-        if (!mShop.logo.isEmpty())
-            links.insert(QStringLiteral("logo"),
-                         Template::values({{"address", Template::address(mShop.logo)},
-                                           {"width", mShop.logoSize.width()},
-                                           {"height", mShop.logoSize.height()}}));
-        return links;
+        return PageParts::names(ShopPage::fileName(language),
+                                QStringLiteral("shop-%1-%2.html").arg(language),
+                                int(mShop.products.size()), productsOnAPage);
+    }
+
+    QString imageAddress(const QString& photo) const
+    {
+        return Template::address(QLatin1String("images/") + mPictures.value(photo).name);
     }
 
     /// What the style sheet takes from the shop. The colours of the page are those that stand
@@ -248,57 +197,59 @@ private:
     QVariantMap style() const
     {
         const ShopFont& font = mShop.font;
-        const QColor accent = mShop.accent.isValid() ? mShop.accent : QColor(0x9c4a27);
-        const QColor accentDark = mShop.accent.isValid() ? mShop.accent : QColor(0xeaa27c);
-        const QColor light = readable(accent, QColor(0xfaf7f2), Qt::black);
-        const QColor dark = readable(accentDark, QColor(0x221e1a), Qt::white);
+        const bool hasAccent = mShop.accent.isValid();
+        const QColor light =
+            readable(hasAccent ? mShop.accent : QColor(0x9c4a27), QColor(0xfaf7f2), Qt::black);
+        const QColor dark =
+            readable(hasAccent ? mShop.accent : QColor(0xeaa27c), QColor(0x221e1a), Qt::white);
         const auto textOn = [](const QColor& color) {
-            return contrast(color, Qt::white) >= contrast(color, Qt::black)
-                ? QStringLiteral("#fff")
-                : QStringLiteral("#000");
+            const bool isDark = contrast(color, Qt::white) >= contrast(color, Qt::black);
+            return QString::fromLatin1(isDark ? "#fff" : "#000");
         };
         QVariantList files;
         for (auto it = font.files.begin(); it != font.files.end(); ++it)
-            files.append(Template::values({{"family", cssText(font.family)},
-                                           {"weight", it.key()},
-                                           {"address", Template::address(it.value())}}));
-        QString family = systemFonts(font.category);
-        if (!font.family.isEmpty())
-            family.prepend(cssText(font.family) + QLatin1String(", "));
-        return Template::values(
+            files.append(Template::values(
+                {{"weight", it.key()}, {"address", Template::address(it.value())}}));
+        const QByteArray name = QUrl::toPercentEncoding(font.family, QByteArrayLiteral(" "));
+        const QStringList ownKinds{QStringLiteral("serif"), QStringLiteral("handwriting"),
+                                   QStringLiteral("monospace")};
+        QVariantMap style = Template::values(
             {{"accent", light.name()},
              {"onAccent", textOn(light)},
              {"accentDark", dark.name()},
              {"onAccentDark", textOn(dark)},
-             {"fontFamily", family},
+             {"fontFamily", font.family.isEmpty() ? QString() : cssText(font.family)},
+             {"fontName", QString::fromLatin1(name).replace(QLatin1Char(' '), QLatin1Char('+'))},
              {"fontFiles", files},
-             {"fontAddress", font.fromService ? fontAddress(font) : QString()},
+             {"fontService", font.fromService},
              {"textWeight", font.textWeight},
              {"boldWeight", font.boldWeight},
-             {"fontStyle", font.italic ? QStringLiteral("italic") : QStringLiteral("normal")},
-             {"fit", mShop.crop ? QStringLiteral("cover") : QStringLiteral("contain")}});
+             {"hasBold", font.boldWeight != font.textWeight},
+             {"italic", font.italic},
+             {"crop", mShop.crop}});
+        style.insert(ownKinds.contains(font.category) ? font.category : QStringLiteral("sans"),
+                     true);
+        return style;
     }
 
     QVariantMap product(const ShopProduct& product, bool isFirst) const
     {
         const QString name = product.name.value(mLanguage);
-        const QString rate =
-            QLocale(mLanguage).toString(product.vatRate, 'g', 6) + QStringLiteral("\u00a0%");
         QVariantList more;
         for (int i = 1; i < product.photos.size(); ++i)
             more.append(picture(product.photos.at(i),
                                 QStringLiteral("%1 (%2)").arg(name).arg(i + 1), true, true));
-        return Template::values(
-            {{"id", product.id},
-             {"name", name},
-             {"text", product.description.value(mLanguage)},
-             {"photo", picture(product.photos.first(), name, !isFirst, false)},
-             {"photos", more.isEmpty() ? QVariantMap() : Template::values({{"list", more}})},
-             {"gross", price(product.price.gross)},
-             {"net", price(product.price.net)},
-             {"vat", price(product.price.vat)},
-             {"rate", rate},
-             {"order", order(product)}});
+        return Template::values({{"id", product.id},
+                                 {"name", name},
+                                 {"text", product.description.value(mLanguage)},
+                                 {"photo", picture(product.photos.first(), name, !isFirst, false)},
+                                 {"hasMorePhotos", !more.isEmpty()},
+                                 {"morePhotos", more},
+                                 {"gross", price(product.price.gross)},
+                                 {"net", price(product.price.net)},
+                                 {"vat", price(product.price.vat)},
+                                 {"rate", QLocale(mLanguage).toString(product.vatRate, 'g', 6)},
+                                 {"order", order(product)}});
     }
 
     /// One picture in all its sizes. The reader's browser is told how wide it is shown, which for
@@ -315,51 +266,46 @@ private:
         const QSize shown = picture.thumbSize;
         const double share = mShop.crop ? qMax(1.0, double(shown.width()) / shown.height())
                                         : qMin(1.0, double(shown.width()) / shown.height());
-        QVariantMap values = PageParts::picture(picture, alt);
-        values.insert(QStringLiteral("srcset"),
-                      picture.sizes.size() > 1 ? set(picture.sizes) : QString());
-        values.insert(QStringLiteral("webp"), set(picture.webp));
-        values.insert(QStringLiteral("sizes"),
-                      isSmall ? QStringLiteral("4rem")
-                              : QStringLiteral("(max-width: 40rem) %1vw, %2rem")
-                                    .arg(qRound(100 * share))
-                                    .arg(qMax(1, qRound(cardRem * share))));
-        values.insert(QStringLiteral("lazy"), isLazy);
-        return values;
+        const QString sizes = QStringLiteral("(max-width: 40rem) %1vw, %2rem")
+                                  .arg(qRound(100 * share))
+                                  .arg(qMax(1, qRound(cardRem * share)));
+        return Template::with(
+            PageParts::picture(picture, alt),
+            Template::values({{"srcset", picture.sizes.size() > 1 ? set(picture.sizes) : QString()},
+                              {"webp", set(picture.webp)},
+                              {"sizes", isSmall ? QStringLiteral("4rem") : sizes},
+                              {"lazy", isLazy}}));
     }
 
     QVariantMap foot() const
     {
-        const QLocale locale(mLanguage);
+        const auto text = [this](const char* name) {
+            return mTexts.value(QLatin1String(name)).toString();
+        };
         const QString currency =
             CurrencyUtils::currencySymbol(mShop.currency, QLocale::CurrencyDisplayName);
         // Months in words are read alike everywhere.
-        const QString date = locale.toString(mShop.vatDate, QStringLiteral("d MMMM yyyy"));
-        QVariantMap foot = Template::values(
-            {{"pricesText",
-              mTexts.value(QStringLiteral("pricesText"))
-                  .toString()
-                  .arg(currency, countryName(mShop.country, mLanguage))},
-             {"ratesText", mTexts.value(QStringLiteral("ratesText")).toString().arg(date)}});
+        const QString date =
+            QLocale(mLanguage).toString(mShop.vatDate, QStringLiteral("d MMMM yyyy"));
         const QString imprint = mShop.imprint.value(mLanguage);
-        if (imprint.startsWith(QLatin1String("static/")))
-            foot.insert(QStringLiteral("imprintAddress"), Template::address(imprint));
-        else if (Shop::isWebAddress(imprint))
-            foot.insert(QStringLiteral("imprintAddress"), imprint);
-        else
-            foot.insert(QStringLiteral("imprint"), imprint);
+        const bool isFile = imprint.startsWith(QLatin1String("static/"));
+        const bool isAddress = isFile || Shop::isWebAddress(imprint);
+        const QString imprintAddress = isFile ? Template::address(imprint) : imprint;
         QString phone = mShop.phone; // without places where a line may break
         phone.replace(QLatin1Char(' '), QChar(QChar::Nbsp))
             .replace(QLatin1Char('-'), QChar(0x2011));
         static const QRegularExpression noDigits(QStringLiteral("[^0-9+]"));
-        const QString phoneNumber = QString(mShop.phone).remove(noDigits);
-        if (!mShop.email.isEmpty() || !phone.isEmpty() || !mShop.address.isEmpty())
-            foot.insert(QStringLiteral("contact"),
-                        Template::values({{"address", mShop.address.value(mLanguage)},
-                                          {"email", mShop.email},
-                                          {"phone", phone},
-                                          {"phoneNumber", phoneNumber}}));
-        return foot;
+        return Template::values(
+            {{"pricesText",
+              text("pricesText").arg(currency, countryName(mShop.country, mLanguage))},
+             {"ratesText", text("ratesText").arg(date)},
+             {"imprint", isAddress ? QString() : imprint},
+             {"imprintAddress", isAddress ? imprintAddress : QString()},
+             {"contact", !mShop.email.isEmpty() || !phone.isEmpty() || !mShop.address.isEmpty()},
+             {"address", mShop.address.value(mLanguage)},
+             {"email", mShop.email},
+             {"phone", phone},
+             {"phoneNumber", QString(mShop.phone).remove(noDigits)}});
     }
 
     /// Where the product is ordered; empty where there is no such place.
@@ -378,41 +324,32 @@ private:
         return CurrencyUtils::formatMoney(amount, mShop.currency, QLocale(mLanguage));
     }
 
-    /// The products for search engines. No text in it can end the script element that holds it.
-    QString data(int first, int count, const QString& place) const
+    /// The product for search engines.
+    QVariantMap dataOf(const ShopProduct& product, const QString& place) const
     {
         const int decimals = CurrencyUtils::minorUnits(mShop.currency);
-        QVariantList products;
-        for (int i = first; i < first + count; ++i) {
-            const ShopProduct& product = mShop.products.at(i);
-            QStringList images;
-            for (const QString& photo : product.photos)
-                images.append(
-                    mShop.url
-                    + Template::address(QLatin1String("images/") + mPictures.value(photo).name));
-            const QVariantMap offer = Template::values(
-                {{"@type", QStringLiteral("Offer")},
-                 {"price", QString::number(mShop.amount(product.price.gross), 'f', decimals)},
-                 {"priceCurrency", mShop.currency},
-                 {"url", QString(mShop.url + place + QLatin1Char('#') + product.id)}});
-            products.append(Template::values({{"@context", QStringLiteral("https://schema.org")},
-                                              {"@type", QStringLiteral("Product")},
-                                              {"name", product.name.value(mLanguage)},
-                                              {"description", product.description.value(mLanguage)},
-                                              {"image", images},
-                                              {"offers", offer}}));
-        }
-        return QString::fromUtf8(QJsonDocument::fromVariant(products)
-                                     .toJson(QJsonDocument::Compact)
-                                     .replace('<', "\\u003c")
-                                     .replace('>', "\\u003e")
-                                     .replace('&', "\\u0026"));
+        QStringList images;
+        for (const QString& photo : product.photos)
+            images.append(mShop.url + imageAddress(photo));
+        const QVariantMap offer = Template::values(
+            {{"@type", QStringLiteral("Offer")},
+             {"price", QString::number(mShop.amount(product.price.gross), 'f', decimals)},
+             {"priceCurrency", mShop.currency},
+             {"url", QString(mShop.url + place + QLatin1Char('#') + product.id)}});
+        return Template::values({{"@context", QStringLiteral("https://schema.org")},
+                                 {"@type", QStringLiteral("Product")},
+                                 {"name", product.name.value(mLanguage)},
+                                 {"description", product.description.value(mLanguage)},
+                                 {"image", images},
+                                 {"offers", offer}});
     }
 
     const Shop& mShop;
     const QMap<QString, PublishedPicture>& mPictures;
     QString mLanguage;
     QVariantMap mTexts;
+    QStringList mNames; ///< of the pages
+    QVariantMap mValues; ///< what is the same on all pages
 };
 
 } // namespace
@@ -425,14 +362,19 @@ QString ShopPage::fileName(const QString& language)
 QVector<SiteFile> ShopPage::files(const Shop& shop, const QMap<QString, PublishedPicture>& pictures)
 {
     QVector<SiteFile> files;
+    QVariantList places;
     for (const QString& language : shop.languages) {
-        const ShopPages page(shop, pictures, language);
-        for (int number = 1; number <= pagesOf(shop); ++number)
-            files.append({pageName(language, number), page.html(number, false)});
+        const ShopPages pages(shop, pictures, language);
+        for (int i = 0; i < pages.names().size(); ++i) {
+            files.append({pages.names().at(i), pages.html(i, false)});
+            places.append(Template::values({{"place", pages.names().at(i)}}));
+        }
     }
     files.append({QStringLiteral("index.html"),
-                  ShopPages(shop, pictures, shop.languages.first()).html(1, true)});
+                  ShopPages(shop, pictures, shop.languages.first()).html(0, true)});
+    const QVariantMap map = Template::values({{"url", shop.url}, {"pages", places}});
     if (!shop.url.isEmpty())
-        files.append({QStringLiteral("sitemap.xml"), sitemap(shop)});
+        files.append(
+            {QStringLiteral("sitemap.xml"), Template::fill(QStringLiteral("sitemap.xml"), map)});
     return files;
 }

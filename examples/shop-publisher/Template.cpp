@@ -7,96 +7,77 @@
 #include <HTMLUtils.h>
 
 #include <QMetaType>
+#include <QRegularExpression>
 #include <QUrl>
-#include <QVector>
 
 namespace {
 
-QString textOf(const QString& name)
+bool isSomething(const QVariant& value)
 {
-    return QString::fromUtf8(FileUtils::readFileContent(QLatin1String(":/pages/") + name));
-}
-
-class Filling
-{
-public:
-    void add(const QString& text)
-    {
-        int at = 0;
-        for (int open = int(text.indexOf(QLatin1String("{{"))); open >= 0;
-             open = int(text.indexOf(QLatin1String("{{"), at))) {
-            mPage.append(text.constData() + at, open - at);
-            const bool isRaw = text.mid(open, 3) == QLatin1String("{{{");
-            const QString end = isRaw ? QStringLiteral("}}}") : QStringLiteral("}}");
-            const int close = int(text.indexOf(end, open));
-            const QString name = text.mid(open + end.size(), close - open - end.size());
-            at = int(close + end.size());
-            const QString rest = name.mid(1);
-            if (name.startsWith(QLatin1Char('>')))
-                add(textOf(rest.trimmed()));
-            else if (name.startsWith(QLatin1Char('#')) || name.startsWith(QLatin1Char('^')))
-                at = addSection(text, at, rest, name.startsWith(QLatin1Char('^')));
-            else
-                mPage +=
-                    isRaw ? value(name).toString() : HTMLUtils::escaped(value(name).toString());
-        }
-        mPage.append(text.constData() + at, text.size() - at);
-    }
-
-    QString mPage;
-    QVector<QVariantMap> mScopes;
-
-private:
-    /// \a begin is behind the mark that opens it; returns the place behind the one that closes it.
-    int addSection(const QString& text, int begin, const QString& name, bool isOfNone)
-    {
-        const QString mark = QLatin1String("{{/") + name + QLatin1String("}}");
-        const int end = int(text.indexOf(mark, begin));
-        // A mark that has its line for itself leaves none.
-        const int first = text.mid(begin, 1) == QLatin1String("\n") ? begin + 1 : begin;
-        const int after = int(end + mark.size());
-        const bool isLine = first > begin && text.mid(after, 1) == QLatin1String("\n");
-        const QString section = text.mid(first, end - first);
-        const QVariant given = value(name);
-        const bool isList = given.userType() == QMetaType::QVariantList
-            || given.userType() == QMetaType::QStringList;
-        if (isList && !isOfNone) {
-            const QVariantList list = given.toList();
-            for (const QVariant& one : list)
-                addIn(one, section);
-        } else if (isOfNone != isSomething(given)) {
-            addIn(given, section);
-        }
-        return isLine ? after + 1 : after;
-    }
-
-    void addIn(const QVariant& scope, const QString& section)
-    {
-        mScopes.append(scope.toMap());
-        add(section);
-        mScopes.removeLast();
-    }
-
-    static bool isSomething(const QVariant& value)
-    {
-        if (value.userType() == QMetaType::Bool)
-            return value.toBool();
-        if (value.userType() == QMetaType::QVariantMap
-            || value.userType() == QMetaType::QVariantList)
-            return !value.toMap().isEmpty() || !value.toList().isEmpty();
+    switch (value.userType()) {
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::QVariantMap:
+        return !value.toMap().isEmpty();
+    case QMetaType::QVariantList:
+        return !value.toList().isEmpty();
+    default:
         return !value.toString().isEmpty();
     }
+}
 
-    QVariant value(const QString& name) const
-    {
-        for (int i = int(mScopes.size() - 1); i >= 0; --i) {
-            const auto found = mScopes.at(i).constFind(name);
-            if (found != mScopes.at(i).constEnd())
-                return found.value();
-        }
-        return QVariant();
+QString filled(const QString& text, const QVariantMap& values);
+
+QString filledFile(const QString& name, const QVariantMap& values)
+{
+    return filled(QString::fromUtf8(FileUtils::readFileContent(QLatin1String(":/pages/") + name)),
+                  values);
+}
+
+/// \a text for each value of a list, once for any other that is something.
+QString filledForEach(const QString& text, const QVariantMap& values, const QVariant& given)
+{
+    QVariantList scopes{given};
+    if (given.userType() == QMetaType::QVariantList)
+        scopes = given.toList();
+    else if (!isSomething(given))
+        return QString();
+    QString page;
+    for (const QVariant& scope : scopes)
+        page += filled(text, Template::with(values, scope.toMap()));
+    return page;
+}
+
+QString filled(const QString& text, const QVariantMap& values)
+{
+    // A section, or the mark of a value or file. The marks of a section that have their lines for
+    // themselves leave none.
+    static const QRegularExpression marks(
+        QStringLiteral("\\{\\{(?:"
+                       "([#^])(\\w+)\\}\\}(?|\\n(.*?)\\{\\{/\\2\\}\\}\\n?|(.*?)\\{\\{/\\2\\}\\})"
+                       "|([>{]?) ?([\\w.]+)\\}?\\}\\})"),
+        QRegularExpression::DotMatchesEverythingOption);
+    QString page;
+    int end = 0;
+    for (auto found = marks.globalMatch(text); found.hasNext();) {
+        const QRegularExpressionMatch mark = found.next();
+        page.append(text.constData() + end, mark.capturedStart() - end);
+        end = int(mark.capturedEnd());
+        const QVariant section = values.value(mark.captured(2));
+        const QString name = mark.captured(5);
+        if (mark.captured(1) == QLatin1String("#"))
+            page += filledForEach(mark.captured(3), values, section);
+        else if (mark.captured(1) == QLatin1String("^"))
+            page += isSomething(section) ? QString() : filled(mark.captured(3), values);
+        else if (mark.captured(4) == QLatin1String(">"))
+            page += filledFile(name, values);
+        else if (mark.captured(4) == QLatin1String("{"))
+            page += values.value(name).toString();
+        else
+            page += HTMLUtils::escaped(values.value(name).toString());
     }
-};
+    return page + text.mid(end);
+}
 
 } // namespace
 
@@ -108,12 +89,16 @@ QVariantMap Template::values(std::initializer_list<std::pair<const char*, QVaria
     return map;
 }
 
+QVariantMap Template::with(QVariantMap values, const QVariantMap& more)
+{
+    for (auto it = more.begin(); it != more.end(); ++it)
+        values.insert(it.key(), it.value());
+    return values;
+}
+
 QByteArray Template::fill(const QString& name, const QVariantMap& values)
 {
-    Filling filling;
-    filling.mScopes.append(values);
-    filling.add(textOf(name));
-    return filling.mPage.toUtf8();
+    return filledFile(name, values).toUtf8();
 }
 
 QString Template::address(const QString& place)

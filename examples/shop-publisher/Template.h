@@ -5,8 +5,7 @@
 //
 //   {{name}}                  a value, escaped for HTML
 //   {{{name}}}                a value as it is: code that was made safe where it was made
-//   {{#name}} … {{/name}}     for each value of a list, once for any other that is not empty or
-//   false
+//   {{#name}} … {{/name}}     for each value of a list, once for any other but none and false
 //   {{^name}} … {{/name}}     where there is none
 //   {{> file}}                another file of the resources
 //
@@ -23,11 +22,13 @@
 #include <initializer_list>
 #include <utility>
 
-class Template
+struct Template
 {
-public:
     /// Values by their names, for fill().
     static QVariantMap values(std::initializer_list<std::pair<const char*, QVariant>> values);
+
+    /// \a values with \a more, which go before those of the same name.
+    static QVariantMap with(QVariantMap values, const QVariantMap& more);
 
     /// The file \a name of the resources with \a values filled in, in UTF-8.
     static QByteArray fill(const QString& name, const QVariantMap& values);
