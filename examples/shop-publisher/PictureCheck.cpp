@@ -14,21 +14,16 @@ namespace {
 const qint64 bytesOfMiB = Q_INT64_C(1024) * 1024;
 const qint64 maxSvgMiB = 20;
 
-Defect svgDefect(const QString& path)
+Defect svgDefect(QFile* file)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {WorkItem::Unreadable,
-                PictureCheck::tr("cannot be opened (%1)").arg(file.errorString())};
-    if (file.size() > maxSvgMiB * bytesOfMiB)
+    if (file->size() > maxSvgMiB * bytesOfMiB)
         return {WorkItem::Unsuitable,
                 PictureCheck::tr("is an SVG picture of more than %1 MiB").arg(maxSvgMiB)};
-    if (Defect defect = SvgGuard::defectOf(&file))
+    const Defect defect = SvgGuard::defectOf(file);
+    if (defect || QImageReader::supportedImageFormats().contains("svg"))
         return defect;
-    if (!QImageReader::supportedImageFormats().contains("svg"))
-        return {WorkItem::Unreadable,
-                PictureCheck::tr("cannot be read: the SVG plugin of Qt is not installed")};
-    return {};
+    return {WorkItem::Unreadable,
+            PictureCheck::tr("cannot be read: the SVG plugin of Qt is not installed")};
 }
 
 /// Judged by the header, before any pixel is decoded.
@@ -55,7 +50,7 @@ Defect PictureCheck::defectOf(const Photograph& photograph)
     if (file.size() == 0)
         return {WorkItem::Undecodable, tr("is empty")};
     if (ImageUtils::imageNameIsVectoriel(photograph.name))
-        return svgDefect(photograph.source);
+        return svgDefect(&file);
 
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);

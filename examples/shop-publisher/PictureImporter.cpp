@@ -226,8 +226,8 @@ void PictureImporter::conclude(Work* work)
         QVector<Site::Draft> drafts; // the large one last, as nothing is there without it
         for (auto draft = work->drafts.constBegin(); draft != work->drafts.constEnd(); ++draft)
             drafts.prepend({draft->path, draft->place});
-        work->defect.failure = WorkItem::Unwritable;
-        if (mSite->put(drafts, &work->defect.reason)) {
+        work->defect = {WorkItem::Unwritable, mSite->put(drafts)};
+        if (!work->defect) {
             mPublished.append(published);
             work->drafts.clear(); // they are the site's
         }

@@ -55,12 +55,10 @@ class Walk
 public:
     enum Kind { Photographs, StaticFiles };
 
-    /// What cannot be used becomes an item below \a errors, which names it behind \a shownPrefix.
-    Walk(Kind kind, const QString& folder, const QString& shownPrefix, WorkItem* errors,
-         const std::function<bool()>& stopped)
+    /// What cannot be used becomes an item below \a errors.
+    Walk(Kind kind, const QString& folder, WorkItem* errors, const std::function<bool()>& stopped)
         : mKind(kind)
         , mFolder(folder + QLatin1Char('/'))
-        , mShownPrefix(shownPrefix)
         , mErrors(errors)
         , mStopped(stopped)
     { }
@@ -138,18 +136,19 @@ private:
 
     void fail(const QString& name, WorkItem::Failure failure, const QString& reason)
     {
+        const bool isStatic = mKind == StaticFiles;
+        const bool isFolder = name.endsWith(QLatin1Char('/')) || failure == WorkItem::Unreadable;
         auto* const item = new WorkItem(
-            name.endsWith(QLatin1Char('/')) || failure == WorkItem::Unreadable ? WorkItem::Folder
-                : mKind == StaticFiles ? WorkItem::StaticFiles
-                                       : WorkItem::Picture,
-            mShownPrefix + name, mErrors);
+            isFolder       ? WorkItem::Folder
+                : isStatic ? WorkItem::StaticFiles
+                           : WorkItem::Picture,
+            isStatic ? Project::staticName() + QLatin1Char('/') + name : name, mErrors);
         mErrors->ORVAUTILS_ADD_ERRORABLE_CHILD(*item);
         item->ORVAUTILS_SET_ERROR(item->failure(failure, reason));
     }
 
     const Kind mKind;
     const QString mFolder;
-    const QString mShownPrefix;
     WorkItem* const mErrors;
     const std::function<bool()>& mStopped;
 };
@@ -206,8 +205,8 @@ QString Project::identity() const
 
 bool Project::isPhotographName(const QString& name)
 {
-    return ImageUtils::filenameHasWebImageExtension(name) || isTiffName(name)
-        || hasSuffixOf(name, {"webp"});
+    return ImageUtils::filenameHasWebImageExtension(name)
+        || hasSuffixOf(name, {"tif", "tiff", "webp"});
 }
 
 QString Project::title() const
@@ -219,7 +218,7 @@ QString Project::title() const
 QVector<Photograph> Project::photographs(WorkItem* errors, const std::function<bool()>& stopped,
                                          QStringList* unpublished) const
 {
-    Walk walk(Walk::Photographs, mPhotosFolder, QString(), errors, stopped);
+    Walk walk(Walk::Photographs, mPhotosFolder, errors, stopped);
     walk.walk();
     unpublished->append(walk.unpublished);
     giveSiteNames(&walk.files);
@@ -232,8 +231,7 @@ QVector<ProjectFile> Project::staticFiles(WorkItem* errors,
     const QFileInfo folder(mStaticFolder);
     if (mStaticFolder.isEmpty() || !folder.isDir())
         return {};
-    Walk walk(Walk::StaticFiles, folder.canonicalFilePath(), staticName() + QLatin1Char('/'),
-              errors, stopped);
+    Walk walk(Walk::StaticFiles, folder.canonicalFilePath(), errors, stopped);
     walk.walk();
     return walk.files;
 }

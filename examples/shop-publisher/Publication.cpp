@@ -252,7 +252,7 @@ void Publication::take(const Photograph& photograph)
 
 void Publication::copyStaticFiles(const QVector<ProjectFile>& files)
 {
-    const QString name = Project::staticName();
+    const QString folder = mSite->path(Project::staticName());
     const QFileInfo source(mProject.staticFolder());
     const bool hasFolder = !mProject.staticFolder().isEmpty() && source.isDir();
     QString reason;
@@ -260,20 +260,18 @@ void Publication::copyStaticFiles(const QVector<ProjectFile>& files)
         reason = tr("leads into the site itself");
     else if (!files.isEmpty())
         reason = mSite->obstacle(staticPlace(QString()));
-    if (!reason.isEmpty()) {
-        fail(WorkItem::StaticFiles, name, WorkItem::Unwritable, reason);
+    if (!isWritten(WorkItem::StaticFiles, Project::staticName(), reason))
         return;
-    }
     QSet<QString> wanted;
     for (const ProjectFile& file : files)
         wanted.insert(file.name);
     // The folder is the program's where the project has one, and otherwise what it copied there.
     QStringList ours = mNow.staticFiles.keys();
     if (hasFolder) {
-        QDirIterator there(mSite->path(name), QDir::Files | QDir::Hidden | QDir::System,
+        QDirIterator there(folder, QDir::Files | QDir::Hidden | QDir::System,
                            QDirIterator::Subdirectories);
         while (there.hasNext())
-            ours.append(there.next().mid(mSite->path(name).size() + 1));
+            ours.append(there.next().mid(folder.size() + 1));
     }
     ours.removeDuplicates();
     const QStringList present = ours;
@@ -307,7 +305,6 @@ void Publication::copyStaticFile(const ProjectFile& file)
     }
     QFile source(file.source);
     const QString draft = mSite->draft(place);
-    QString reason;
     if (!source.open(QIODevice::ReadOnly)) {
         // One that went meanwhile is the next thing that is told.
         if (source.exists())
@@ -317,9 +314,7 @@ void Publication::copyStaticFile(const ProjectFile& file)
         mSiteIsFull = true;
         fail(WorkItem::StaticFiles, place, WorkItem::Unwritable,
              tr("cannot be copied (%1)").arg(source.errorString()));
-    } else if (!mSite->put({{draft, place}}, &reason)) {
-        fail(WorkItem::StaticFiles, place, WorkItem::Unwritable, reason);
-    } else {
+    } else if (isWritten(WorkItem::StaticFiles, place, mSite->put({{draft, place}}))) {
         mNow.staticFiles.insert(file.name, {now.first, QString()});
         mOutcome.changes.append({"copied", QT_TRANSLATE_NOOP("Watch", "Copied: %1"), place});
     }
@@ -385,18 +380,13 @@ bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& p
 bool Publication::write(const QVector<SiteFile>& files, QStringList* places)
 {
     for (const SiteFile& file : files) {
-        const QString reason = mSite->obstacle(file.place);
-        if (!reason.isEmpty()) {
-            fail(WorkItem::SitePage, file.place, WorkItem::Unwritable, reason);
+        if (!isWritten(WorkItem::SitePage, file.place, mSite->obstacle(file.place)))
             return false;
-        }
     }
     places->clear();
     for (const SiteFile& file : files) {
-        QString reason;
-        if (!mSite->write(file, &reason)) {
+        if (!isWritten(WorkItem::SitePage, file.place, mSite->write(file))) {
             mSiteIsFull = true;
-            fail(WorkItem::SitePage, file.place, WorkItem::Unwritable, reason);
             return false;
         }
         places->append(file.place);
@@ -452,11 +442,16 @@ void Publication::writeRecord()
         if (!record.pictures.contains(it.key()))
             record.pictures.insert(it.key(), it.value());
     }
-    QString reason;
-    if (mSite->writeRecord(record, &reason))
-        return;
-    mSiteIsFull = true;
-    fail(WorkItem::SitePage, Published::fileName(), WorkItem::Unwritable, reason);
+    if (!isWritten(WorkItem::SitePage, Published::fileName(), mSite->writeRecord(record)))
+        mSiteIsFull = true;
+}
+
+/// Whether the site took \a name: \a reason, which tells why it did not, becomes a failure.
+bool Publication::isWritten(WorkItem::Kind kind, const QString& name, const QString& reason)
+{
+    if (!reason.isEmpty())
+        fail(kind, name, WorkItem::Unwritable, reason);
+    return reason.isEmpty();
 }
 
 void Publication::fail(WorkItem::Kind kind, const QString& name, WorkItem::Failure failure,

@@ -97,6 +97,7 @@ private:
     bool write(const QVector<SiteFile>& files, QStringList* places);
     void conclude();
     void writeRecord();
+    bool isWritten(WorkItem::Kind kind, const QString& name, const QString& reason);
     void fail(WorkItem::Kind kind, const QString& name, WorkItem::Failure failure,
               const QString& reason);
 

@@ -248,47 +248,44 @@ bool Site::isFree(const QString& place) const
                         [this](const QString& folder) { return mRemovals.contains(folder); });
 }
 
-bool Site::put(const QVector<Draft>& drafts, QString* reason)
+QString Site::put(const QVector<Draft>& drafts)
 {
     for (const Draft& draft : drafts) {
-        *reason = obstacle(draft.place);
-        if (!reason->isEmpty())
-            return false;
+        const QString reason = obstacle(draft.place);
+        if (!reason.isEmpty())
+            return reason;
     }
     const bool isNew = std::all_of(drafts.begin(), drafts.end(),
                                    [this](const Draft& draft) { return isFree(draft.place); });
+    QString reason;
     for (const Draft& draft : drafts) {
         if (!isNew)
             mMoves.insert(draft.place, draft.path);
-        else if (!move(draft, reason))
-            return false;
+        else if (reason.isEmpty())
+            reason = move(draft);
     }
-    return true;
+    return reason;
 }
 
-bool Site::write(const SiteFile& file, QString* reason)
+QString Site::write(const SiteFile& file)
 {
     if (holds(path(file.place), file.content))
-        return true;
+        return QString();
     const QString made = draft(file.place);
     QString why;
-    if (!FileUtils::replaceFileContent(made, file.content, &why)) {
-        *reason = tr("cannot be written (%1)").arg(why);
-        return false;
-    }
+    if (!FileUtils::replaceFileContent(made, file.content, &why))
+        return tr("cannot be written (%1)").arg(why);
     mMoves.insert(file.place, made);
-    return true;
+    return QString();
 }
 
-bool Site::writeRecord(const Published& record, QString* reason)
+QString Site::writeRecord(const Published& record)
 {
-    QString why;
     const QString made = draft(Published::fileName());
-    if (FileUtils::replaceFileContent(made, record.toJson(), &why)
-        && move({made, Published::fileName()}, &why))
-        return true;
-    *reason = tr("cannot be written (%1)").arg(why);
-    return false;
+    QString why;
+    if (FileUtils::replaceFileContent(made, record.toJson(), &why))
+        why = move({made, Published::fileName()});
+    return why.isEmpty() ? why : tr("cannot be written (%1)").arg(why);
 }
 
 void Site::remove(const QString& place)
@@ -299,17 +296,16 @@ void Site::remove(const QString& place)
 QMap<QString, QString> Site::commit()
 {
     QMap<QString, QString> failures;
-    QString reason;
     // First what goes: a folder may get the name of a file, and on some systems "a.jpg" is "A.JPG".
     const QSet<QString> removals = mRemovals;
-    for (const QString& place : removals) {
-        if (!removeNow(place, &reason))
+    const auto note = [&failures](const QString& place, const QString& reason) {
+        if (!reason.isEmpty())
             failures.insert(place, reason);
-    }
-    for (auto it = mMoves.cbegin(); it != mMoves.cend(); ++it) {
-        if (!move({it.value(), it.key()}, &reason))
-            failures.insert(it.key(), reason);
-    }
+    };
+    for (const QString& place : removals)
+        note(place, removeNow(place));
+    for (auto it = mMoves.cbegin(); it != mMoves.cend(); ++it)
+        note(it.key(), move({it.value(), it.key()}));
     forget();
     return failures;
 }
@@ -320,35 +316,32 @@ void Site::forget()
     mMoves.clear();
 }
 
-bool Site::move(const Draft& draft, QString* reason) const
+/// As put() does, without delay.
+QString Site::move(const Draft& draft) const
 {
     QString why;
     if (FileUtils::fileMkPath(path(draft.place))
         && FileUtils::moveOver(draft.path, path(draft.place), &why))
-        return true;
-    *reason = tr("cannot be written to %1 (%2)")
-                  .arg(draft.place, why.isEmpty() ? textOfError(errno) : why);
-    return false;
+        return QString();
+    return tr("cannot be written to %1 (%2)")
+        .arg(draft.place, why.isEmpty() ? textOfError(errno) : why);
 }
 
-/// Takes a file away, and the folders that are empty then, down to that of all pictures.
-bool Site::removeNow(const QString& place, QString* reason) const
+/// Takes a file away, and the folders that are empty then, down to that of all pictures. Returns
+/// why it cannot be; empty where it has gone.
+QString Site::removeNow(const QString& place) const
 {
     const QStringList folders = foldersAbove(place);
     for (const QString& folder : folders) {
-        if (QFileInfo(path(folder)).isSymLink()) {
-            *reason = tr("cannot be removed: %1 is a link that leads out of the site").arg(folder);
-            return false;
-        }
+        if (QFileInfo(path(folder)).isSymLink())
+            return tr("cannot be removed: %1 is a link that leads out of the site").arg(folder);
     }
     QFile file(path(place));
-    if ((file.exists() || QFileInfo(file).isSymLink()) && !file.remove()) {
-        *reason = tr("cannot be removed from %1 (%2)").arg(place, file.errorString());
-        return false;
-    }
+    if ((file.exists() || QFileInfo(file).isSymLink()) && !file.remove())
+        return tr("cannot be removed from %1 (%2)").arg(place, file.errorString());
     for (int i = int(folders.size()) - 1; i > 0; --i) {
         if (!QDir().rmdir(path(folders.at(i))))
             break;
     }
-    return true;
+    return QString();
 }

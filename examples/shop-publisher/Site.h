@@ -91,18 +91,19 @@ public:
     /// Brings \a drafts, which belong together, to their places. Where none of them stands in the
     /// place of another file they go there at once, so that a long run that is killed leaves them
     /// to the next one; otherwise with commit(). Missing folders are made; a folder that is a link
-    /// is refused, because it leads out of the site. On failure \a reason says why.
-    bool put(const QVector<Draft>& drafts, QString* reason);
+    /// is refused, because it leads out of the site. Returns why they cannot be brought there, or
+    /// nothing, as do the next two.
+    QString put(const QVector<Draft>& drafts);
 
     /// Writes a small file, which goes to its place with commit(), unless it is there already, byte
-    /// for byte. There is no obstacle() to it. On failure, as on a full disk, \a reason says why.
-    bool write(const SiteFile& file, QString* reason);
+    /// for byte. There is no obstacle() to it; but the disk may be full.
+    QString write(const SiteFile& file);
 
     /// Whether a file is to go to \a place with commit().
     bool isAwaited(const QString& place) const { return mMoves.contains(place); }
 
     /// Writes what record() will read, at once.
-    bool writeRecord(const Published& record, QString* reason);
+    QString writeRecord(const Published& record);
 
     /// Takes the file at \a place away with the next commit(), and the sub-folders that are empty
     /// then. One that is not there is fine.
@@ -119,8 +120,8 @@ private:
     QString recordPath() const;
     void removeLeftBehind() const;
     bool isFree(const QString& place) const;
-    bool move(const Draft& draft, QString* reason) const;
-    bool removeNow(const QString& place, QString* reason) const;
+    QString move(const Draft& draft) const;
+    QString removeNow(const QString& place) const;
 
     QString mFolder;
     ProjectFileLocker mLock;
