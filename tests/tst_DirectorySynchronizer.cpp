@@ -33,6 +33,7 @@ private Q_SLOTS:
     void deletedWithoutMirror();
     void unreadableSource();
     void everyOccurrenceIsReplaced();
+    void mirrorOutsideOfTheDestination();
     void pathsAreCleaned();
     void outsideOfTheSource();
     void editingSession();
@@ -217,6 +218,25 @@ void tst_DirectorySynchronizer::everyOccurrenceIsReplaced()
         textsOf(synchronizer.logged),
         QStringList(QStringLiteral("[MOD] ") + destination + destination + QStringLiteral("/a")));
     QCOMPARE(contentOf(destination + destination + QStringLiteral("/a")), QByteArray("a"));
+}
+
+// Of the root folder every "/" is an occurrence: the mirror is not below the destination, and
+// nothing is removed to make room for it.
+void tst_DirectorySynchronizer::mirrorOutsideOfTheDestination()
+{
+    SKIP_ON_WINDOWS("a path there does not begin with a slash");
+    LogCapture records;
+    SpiedSynchronizer synchronizer;
+    const QString destination = path(QStringLiteral("dst"));
+    QVERIFY(!synchronizer.startWatcher(QStringLiteral("/"), destination));
+    const QString file = path(QStringLiteral("src/a"));
+    writeFile(file, "a");
+    QString mirror = file;
+    mirror.replace(QLatin1Char('/'), destination);
+    writeFile(mirror + QStringLiteral("/kept"), "kept");
+    synchronizer.onFileAddedOrModified(file);
+    QCOMPARE(textsOf(synchronizer.errors).last(), QStringLiteral("unable to copy ") + file);
+    QCOMPARE(contentOf(mirror + QStringLiteral("/kept")), QByteArray("kept"));
 }
 
 void tst_DirectorySynchronizer::pathsAreCleaned()

@@ -65,6 +65,9 @@ private Q_SLOTS:
     void unreadableForAMoment();
     void replacedByUnreadable();
     void unreadableDoesNotHideOthers();
+    void unreadableRoot();
+    void relativeRootIsReplaced();
+    void emptyRoot();
     void renamedOverEachOther_data();
     void renamedOverEachOther();
     void swappedFolder_data();
@@ -274,10 +277,67 @@ void tst_DirectoryWatcherChanges::unreadableDoesNotHideOthers()
     changeMode(path(QStringLiteral("closed")), 0);
     writeFile(path(QStringLiteral("open")));
     writeFile(path(QStringLiteral("x/a")));
+    watcher.setSettleTime(0);
+    {
+        const OrdinaryUser user;
+        QTRY_COMPARE(names(watcher.added), QStringLiteral("open x/a"));
+        QCOMPARE(watcher.watchedFolders(), 2);
+        QCOMPARE(watcher.refused.count(), 1);
+        QTRY_COMPARE(watcher.quiet.count(), 1);
+        QCOMPARE(watcher.refused.count(), 1);
+    }
+    // Without a notification, the comparison when all is quiet finds the permission.
+    watcher.findChild<QFileSystemWatcher*>()->blockSignals(true);
+    changeMode(path(QStringLiteral("closed")), 0644);
+    watcher.onFilemod(path(QStringLiteral("open")));
+    QTRY_COMPARE(names(watcher.added), QStringLiteral("closed open x/a"));
+}
+
+void tst_DirectoryWatcherChanges::unreadableRoot()
+{
+    SKIP_ON_WINDOWS(
+        "no permission there refuses reading, and under wine none refuses writing to root");
+    LogCapture log;
+    mSandbox->lock(mRoot, 0);
+    SpiedWatcher watcher;
     const OrdinaryUser user;
-    QTRY_COMPARE(names(watcher.added), QStringLiteral("open x/a"));
-    QCOMPARE(watcher.watchedFolders(), 2);
+    QVERIFY(watcher.setPath(mRoot)); // the signal alone reports it
     QCOMPARE(watcher.refused.count(), 1);
+    QCOMPARE(watcher.refused.at(0).at(0).toStringList(), QStringList(mRoot));
+    QCOMPARE(watcher.watchedFolders(), 0);
+    QCOMPARE(log.lines().filter(text(" orvautils ")), QStringList()); // Qt logs a record itself
+}
+
+void tst_DirectoryWatcherChanges::relativeRootIsReplaced()
+{
+    SKIP_ON_WINDOWS("a watched folder stays until its watcher knows");
+    const CurrentFolder current(mSandbox->root());
+    SpiedWatcher watcher;
+    QVERIFY(watcher.setPath(text("root")));
+    handleEvents();
+    renameTo(mRoot, (*mSandbox)(text("away")));
+    makeFolder(mRoot);
+    QVERIFY(watcher.addDir(text("root")));
+    QCOMPARE(watcher.watchedFolders(), 1);
+    handleEvents();
+    writeFile(path(text("a")));
+    QTRY_COMPARE(textsOf(watcher.added), QStringList(text("root/a")));
+}
+
+// Files of the current folder are named as if they were in the root of the file system.
+void tst_DirectoryWatcherChanges::emptyRoot()
+{
+    writeFile(path(text("a")));
+    makeFolder(path(text("x")));
+    const CurrentFolder current(mRoot);
+    LogCapture log;
+    SpiedWatcher watcher;
+    QVERIFY(!watcher.setPath(QString()));
+    QCOMPARE(log.lines().filter(text(" orvautils ")),
+             QStringList(text("critical orvautils DirectoryWatcher addDir: "
+                              "Impossible to add to Watcher : (/a)")));
+    QCOMPARE(watcher.refused.count(), 0); // nothing of that name exists
+    QCOMPARE(watcher.watchedFiles(), 0);
 }
 
 void tst_DirectoryWatcherChanges::renamedOverEachOther_data()

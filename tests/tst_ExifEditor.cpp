@@ -262,6 +262,14 @@ void tst_ExifEditor::tooDamagedToGrow()
     QVERIFY(!editor.save(path, &error));
     QCOMPARE(error, text("The EXIF data of the picture is damaged."));
     QCOMPARE(contentOf(path), file);
+
+    QBuffer device;
+    device.setData(file);
+    QVERIFY(device.open(QIODevice::ReadWrite));
+    error.clear();
+    QVERIFY(!editor.save(&device, &error));
+    QCOMPARE(error, text("The EXIF data of the picture is damaged."));
+    QCOMPARE(device.data(), file);
 }
 
 void tst_ExifEditor::findsBlock_data()

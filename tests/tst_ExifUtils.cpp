@@ -81,6 +81,10 @@ private Q_SLOTS:
     void removeLocationFromXmp_data();
     void removeLocationFromXmp();
     void removeLocationFromExtendedXmp();
+    void removeLocationFromFilm_data();
+    void removeLocationFromFilm();
+    void removeLocationBesideNoBlock();
+    void removeLocationFromThumbnail();
     void removeLocationFromJoinedBlock();
     void removeLocationFromTangledBlock_data();
     void removeLocationFromTangledBlock();
@@ -727,6 +731,80 @@ void tst_ExifUtils::removeLocationFromExtendedXmp()
     const QString path = sandbox.file(text("file.jpg"), file(xml));
     QVERIFY(ExifUtils::removeLocation(path));
     QCOMPARE(contentOf(path), file(expected));
+
+    const QByteArray plain = "<x:xmpmeta><a>" + QByteArray(200, 'x') + "</a></x:xmpmeta>";
+    writeFile(path, file(plain));
+    QVERIFY(ExifUtils::removeLocation(path));
+    QCOMPARE(contentOf(path), file(plain));
+
+    // A packet with a NUL is not XML in any encoding that is read.
+    QByteArray unreadable = xml;
+    unreadable[50] = '\0';
+    writeFile(path, file(unreadable));
+    QVERIFY(!ExifUtils::removeLocation(path));
+    QCOMPARE(contentOf(path), file(unreadable));
+}
+
+void tst_ExifUtils::removeLocationFromFilm_data()
+{
+    const auto row = columns<QByteArray, QByteArray>("before", "after");
+    const auto box = [](const QByteArray& type, const QByteArray& content, int excess = 0) {
+        const auto size = quint32(8 + content.size() + excess);
+        return TiffBuilder(big).u32(size).raw(type).raw(content).all();
+    };
+    const QByteArray place("\0\x12\x15\xC7+48.8577+002.295/", 22);
+    const QByteArray zeros(place.size(), '\0');
+    row("a text", box("\xA9xyz", place), box("free", zeros));
+    row("a structure", box("loci", place), box("free", zeros));
+    row("both, among others",
+        box("mvhd", "1234") + box("loci", place) + box("\xA9xyz", place) + box("mdat", "5678"),
+        box("mvhd", "1234") + box("free", zeros) + box("free", zeros) + box("mdat", "5678"));
+    row("too short to be a box", box("loci", "123"), box("loci", "123"));
+    row("larger than a location", box("loci", QByteArray(600, 'x')),
+        box("loci", QByteArray(600, 'x')));
+    row("beyond the end of the file", box("loci", place, 1), box("loci", place, 1));
+}
+
+/// The boxes that state where a film was taken, behind the picture, become free space.
+void tst_ExifUtils::removeLocationFromFilm()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    const QByteArray photo = soi() + jfif() + dqt() + scan();
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), photo + before);
+    QVERIFY(ExifUtils::removeLocation(path));
+    QCOMPARE(contentOf(path), photo + after);
+}
+
+/// The name of an EXIF block with bytes that are no block and state no location.
+void tst_ExifUtils::removeLocationBesideNoBlock()
+{
+    const QByteArray file =
+        soi() + dqt() + scan() + exifPayload(hex("49492A00FFFFFFFF")) + "something else";
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QString error;
+    QVERIFY2(ExifUtils::removeLocation(path, &error), qPrintable(error));
+    QCOMPARE(contentOf(path), file);
+}
+
+/// IFD1 loses an entry, and IFD0 must still lead to it.
+void tst_ExifUtils::removeLocationFromThumbnail()
+{
+    TiffBuilder block(big);
+    block.tiff(8).u16(1).shorts(0x0112, 1, 6).u32(26);
+    block.u16(2).shorts(0x0128, 1, 2).entry(0x8825, 4, 1, 56).u32(0); // 26: IFD1
+    block.u16(1).entry(0x0002, 5, 3, 74).u32(0).raw(latitude(big)); // 56: GPS
+    const Sandbox sandbox;
+    const QString path =
+        sandbox.file(text("file.jpg"), soi() + exifSegment(block.all()) + dqt() + scan());
+    QString error;
+    QVERIFY2(ExifUtils::removeLocation(path, &error), qPrintable(error));
+    const QByteArray after = contentOf(path);
+    QVERIFY(!after.contains(latitude(big)));
+    QCOMPARE(TiffWalk(after.mid(12, block.all().size())).entries(),
+             QList<QByteArray>({"IFD0 0112 3 1 0006", "IFD1 0128 3 1 0002"}));
 }
 
 // A block of more than one segment: only the first has a header.

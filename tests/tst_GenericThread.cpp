@@ -117,6 +117,7 @@ private Q_SLOTS:
     void destructorStopsTheFunction_data();
     void destructorStopsTheFunction();
     void destructorEndsTheFunctionByForce();
+    void subclassIsTerminated();
     void programThatNeverRunsItsEventLoop();
     void parentDiesWhileRunning();
     void applicationQuits();
@@ -604,6 +605,43 @@ static int destroysAThreadThatDoesNotListen(int argc, char** argv)
     return 0;
 }
 
+/// Overrides run(), and does not listen either.
+class SleepingGenericThread : public GenericThread
+{
+public:
+    QSemaphore mRunning;
+
+protected:
+    void run() override
+    {
+        mRunning.release();
+        sleepForEver();
+    }
+};
+
+static int terminatesASubclass(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    Receiver receiver;
+    SleepingGenericThread thread;
+    QObject::connect(&thread, SIGNAL(genericFinished(QVariant)), &receiver, SLOT(called()));
+    thread.start();
+    thread.mRunning.acquire();
+    thread.terminate();
+    const bool hasEnded = thread.wait();
+    QCoreApplication::processEvents();
+    fprintf(stderr, "%s, %d results\n", hasEnded ? "ended" : "still running", receiver.mCalls);
+    return 0;
+}
+
+void tst_GenericThread::subclassIsTerminated()
+{
+    const ChildResult child = runChildRole("terminates a subclass");
+    QCOMPARE(child.errors, QStringList(QStringLiteral("ended, 0 results")));
+    QVERIFY(child.exitedNormally);
+    QCOMPARE(child.exitCode, 0);
+}
+
 void tst_GenericThread::programThatNeverRunsItsEventLoop()
 {
     // The thread is destroyed with the application object.
@@ -758,6 +796,7 @@ int main(int argc, char** argv)
         {{"runs an empty function", [&] { return runsAnEmptyFunction(argc, argv); }},
          {"destroys a thread that does not listen",
           [&] { return destroysAThreadThatDoesNotListen(argc, argv); }},
+         {"terminates a subclass", [&] { return terminatesASubclass(argc, argv); }},
          {"ends without an event loop", [&] { return endsWithoutAnEventLoop(argc, argv); }}});
     if (role)
         return role();

@@ -109,6 +109,11 @@ private Q_SLOTS:
     void untoldSize();
     void webpOfWebp_data();
     void webpOfWebp();
+    void webpKeepsPrivateChunk();
+    void jpegWithEmptyTables();
+    void jpegWithMissingTable();
+    void iptcWithTangledBlock();
+    void jpegWithoutPicture();
     void tooMuchForJpeg();
     void tooWideForTheFormat();
     void cancelledWhileItWaits();
@@ -159,8 +164,9 @@ void tst_ImageImportContainers::chunksAfterEncoding()
     QFETCH(int, metadata);
     QFETCH(QByteArray, chunk);
     QFETCH(bool, isKept);
-    if (QImage::fromData(pngWith(chunks)).isNull())
+    if (QImage::fromData(pngWith(chunks)).isNull()) {
         SKIP_ON_WINDOWS("Qt's own libpng, 1.6.37, loses its way behind such a chunk");
+    }
     ImageImport how;
     how.metadata = static_cast<ImageImport::Metadata>(metadata);
     for (const int side : {20, 40}) { // scaled and unscaled
@@ -208,6 +214,7 @@ void tst_ImageImportContainers::refused_data()
     row("gif, metadata alone and cut short",
         gifHead + QByteArray::fromHex("00ff000000ff0021fe04746f6c6400"),
         int(ImageImportResult::Truncated));
+    row("gif, its name alone", "GIF89a", int(ImageImportResult::Truncated));
     row("png, another chunk first", png().left(8) + pngChunk("teSt", "own") + png().mid(8),
         int(ImageImportResult::NotReadable));
     if (!hasWebp())
@@ -287,6 +294,78 @@ void tst_ImageImportContainers::webpOfWebp()
     QVERIFY(copy.contains("EXIF"));
     QVERIFY(!copy.contains("told"));
     QCOMPARE(QImage(path("copy")), QImage::fromData(source));
+}
+
+/// A private chunk of a WebP is kept when the picture is encoded anew.
+void tst_ImageImportContainers::webpKeepsPrivateChunk()
+{
+    if (!hasWebp())
+        QSKIP("no plugin writes WebP");
+    const QByteArray own = riffChunk("oWn ", "12");
+    ImageImport how;
+    how.metadata = ImageImport::AllMetadata;
+    how.maxSize = QSize(20, 20);
+    const QByteArray source = webp(extendedHeader(0) + webpChunks(picture(40, 30), 80) + own);
+    QCOMPARE(int(import(source, how).status), int(ImageImportResult::Imported));
+    QCOMPARE(QImage(path("copy")).size(), QSize(20, 15));
+    QVERIFY(contentOf(path("copy")).endsWith(own));
+}
+
+/// A segment without a table is allowed, and says nothing about the detail of the picture.
+void tst_ImageImportContainers::jpegWithEmptyTables()
+{
+    QByteArray source = encoded(picture(400, 300), "jpeg");
+    ImageImport how;
+    how.maxSize = QSize(100, 100);
+    QVERIFY(import(source, how));
+    const QImage expected(path("copy"));
+    source.insert(2, segment(0xFFDB, QByteArray()));
+    QVERIFY(import(source, how));
+    QCOMPARE(QImage(path("copy")), expected);
+}
+
+/// A picture whose header is sound, but whose pixels refer to a table that does not exist.
+void tst_ImageImportContainers::jpegWithMissingTable()
+{
+    QByteArray source = encoded(picture(1600, 1200), "jpeg");
+    const int frame = int(source.indexOf(hex("FFC0")));
+    QVERIFY(frame > 0);
+    source[frame + 12] = '\3'; // the quantisation table of the first component
+    ImageImport how;
+    how.maxSize = QSize(100, 100);
+    writeFile(path("copy"), "before");
+    const LogCapture log;
+    QCOMPARE(int(import(source, how).status), int(ImageImportResult::NotReadable));
+    QCOMPARE(contentOf(path("copy")), QByteArray("before"));
+}
+
+/// Data of other programs that may state a location, which cannot be removed with certainty, goes.
+void tst_ImageImportContainers::iptcWithTangledBlock()
+{
+    TiffBuilder tangled(big); // a third directory leads to GPS
+    tangled.tiff(8).u16(0).u32(14).u16(0).u32(20).u16(1).entry(0x8825, 4, 1, 38).u32(0);
+    tangled.u16(1).entry(0x0002, 5, 3, 56).u32(0).raw(QByteArray(24, '\1'));
+    const QByteArray name("Photoshop 3.0\0", 14);
+    ImageImport how;
+    how.metadata = ImageImport::AllButLocation;
+    for (const bool isTangled : {false, true}) {
+        QByteArray source = encoded(picture(40, 30), "jpeg");
+        source.insert(2, segment(0xFFED, name + (isTangled ? exifPayload(tangled.all()) : "told")));
+        QVERIFY(import(source, how));
+        QCOMPARE(contentOf(path("copy")).contains(name), !isTangled);
+        QCOMPARE(QImage(path("copy")), QImage::fromData(source));
+    }
+}
+
+/// A file that is complete as a JPEG, but has no picture, is copied without being decoded.
+void tst_ImageImportContainers::jpegWithoutPicture()
+{
+    ImageImport how;
+    how.metadata = ImageImport::NoMetadata;
+    const ImageImportResult result = import(soi() + jfif() + hex("FFD9") + "trailer", how);
+    QCOMPARE(int(result.status), int(ImageImportResult::Copied));
+    QVERIFY(!result.sourceSize.isValid());
+    QCOMPARE(contentOf(path("copy")), soi() + jfif() + hex("FFD9"));
 }
 
 void tst_ImageImportContainers::tooMuchForJpeg()

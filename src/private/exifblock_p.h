@@ -68,7 +68,7 @@ public:
     void removeThumbnail();
 
     /// The block with all changes. What was removed or moved is overwritten with NULs, except where
-    /// something else uses the same bytes.
+    /// something else uses the same bytes. Not for an empty block.
     QByteArray composed() const;
 
 private:

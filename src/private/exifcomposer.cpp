@@ -322,8 +322,6 @@ std::vector<int> ExifBlock::uses() const
 
 QByteArray ExifBlock::composed() const
 {
-    if (isEmpty())
-        return QByteArray();
     QByteArray inPlace = Composer(*this, false).run();
     const bool isRestructured =
         std::any_of(mIfds.begin(), mIfds.end(), [](const Ifd& ifd) { return ifd.isRestructured; });

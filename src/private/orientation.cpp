@@ -47,8 +47,6 @@ bool isSideways(int orientation)
 
 QImage upright(const QImage& image, int orientation)
 {
-    if (orientation <= 1 || orientation > 8)
-        return image;
     const Turn& turn = turns[orientation - 1];
     QImage result = turn.degrees == 0
         ? image

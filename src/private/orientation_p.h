@@ -15,7 +15,7 @@ namespace OrvaUtilsPrivate {
 bool isSideways(int orientation);
 
 /// \a image as it looks upright, with its colour profile. \a orientation is that of EXIF, from 1
-/// (upright already) to 8; any other value leaves the picture as it is.
+/// (upright already) to 8.
 QImage upright(const QImage& image, int orientation);
 
 /// The EXIF orientation, 1 to 8, that \a transformation undoes.

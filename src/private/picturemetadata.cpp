@@ -38,9 +38,7 @@ QByteArray withMetadata(const QByteArray& file, const QByteArray& format,
         return pngWithMetadata(file, metadata);
     if (format == "webp")
         return webpWithMetadata(file, metadata);
-    if (format == "gif")
-        return gifWithMetadata(file, metadata);
-    return QByteArray();
+    return gifWithMetadata(file, metadata);
 }
 
 } // namespace OrvaUtilsPrivate

@@ -51,10 +51,11 @@ bool canCarryMetadata(const QByteArray& format);
 MetadataFindings readMetadata(const QByteArray& file, const QByteArray& format);
 
 /// \a file with \a metadata instead of its own; null where \a file is not what \a format says, or
-/// where it is so damaged that nobody knows which bytes belong to the picture.
-/// What the format cannot hold (a JPEG holds 64 KB of EXIF and of XMP) is left out. Pixels and
-/// colour profile are kept as they are stored, what follows the end of the picture is dropped.
-/// \a profile, if it is not empty, takes the place of the profile of a JPEG.
+/// where it is so damaged that nobody knows which bytes belong to the picture. \a format must be
+/// one that canCarryMetadata() knows. What the format cannot hold (a JPEG holds 64 KB of EXIF and
+/// of XMP) is left out. Pixels and colour profile are kept as they are stored, what follows the end
+/// of the picture is dropped. \a profile, if it is not empty, takes the place of the profile of a
+/// JPEG.
 QByteArray withMetadata(const QByteArray& file, const QByteArray& format,
                         const PictureMetadata& metadata, const QByteArray& profile = QByteArray());
 

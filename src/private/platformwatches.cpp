@@ -150,8 +150,6 @@ QStringList PlatformWatches::addFiles(const QStringList& paths)
 
 QStringList PlatformWatches::addFolders(const QStringList& paths)
 {
-    if (paths.isEmpty())
-        return paths;
     QFileSystemWatcher* const share = mShares.front();
     const QStringList refused = share->addPaths(paths);
     return refused.isEmpty() ? refused : notIn(share->directories(), refused);

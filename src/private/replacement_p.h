@@ -69,7 +69,7 @@ public:
     bool takeAttributes(const QFile& file);
 
     /// Puts the new file in the place of the old one. Where that fails, the old one stays, and
-    /// nothing is left beside it.
+    /// nothing is left beside it. To be called after begin() has succeeded.
     bool commit();
 
     /// Removes the new file. The old one stays.

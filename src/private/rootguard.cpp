@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
-#include <QPointer>
 
 namespace OrvaUtilsPrivate {
 
@@ -22,13 +21,9 @@ void RootGuard::watch(const QString& root, QObject* context, const std::function
     stop();
     mPlatform = std::make_unique<QFileSystemWatcher>();
     QObject::connect(mPlatform.get(), &QFileSystemWatcher::directoryChanged, context,
-                     [this, context, changed] {
+                     [this, changed] {
                          renew();
-                         ++mNotifications;
-                         const QPointer<QObject> owner(context);
                          changed();
-                         if (owner)
-                             --mNotifications;
                      });
     QString path = QDir::cleanPath(QDir::current().absoluteFilePath(root));
     for (QString above = QFileInfo(path).path(); above != path;
@@ -40,12 +35,6 @@ void RootGuard::watch(const QString& root, QObject* context, const std::function
 void RootGuard::stop()
 {
     mFolders.clear();
-    if (!mPlatform)
-        return;
-    mPlatform->disconnect();
-    // It must outlive the notification that led here.
-    if (mNotifications > 0)
-        mPlatform.release()->deleteLater();
     mPlatform.reset();
 }
 

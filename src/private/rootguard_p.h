@@ -28,7 +28,8 @@ public:
     ~RootGuard();
 
     /// Watches the folders above \a root from now on. \a changed is called in the thread of
-    /// \a context, which owns this guard, whenever something happened in one of them.
+    /// \a context, which owns this guard, whenever something happened in one of them;
+    /// it must not call stop() or destroy the guard.
     void watch(const QString& root, QObject* context, const std::function<void()>& changed);
 
     void stop();
@@ -40,7 +41,6 @@ private:
 
     std::unique_ptr<QFileSystemWatcher> mPlatform;
     QHash<QString, FileState> mFolders;
-    int mNotifications = 0; ///< being handled now
 };
 
 } // namespace OrvaUtilsPrivate
