@@ -1,20 +1,20 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Sourced by the scripts beside it: installs what is missing, configures and builds.
+# Sourced by the other scripts: installs what is missing, configures and builds.
 
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
-# For who compiles by way of ccache: headers that are compiled in advance may be kept, too.
+# Lets ccache store precompiled headers, too.
 export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
 
 say() { printf '\n== %s\n' "$*"; }
 
-# needs STEPS MEGABYTES TIME: says what a script will take, before it begins, and warns where the disk
-# has less. What a run before has built is not counted twice.
+# needs STEPS MEGABYTES TIME: prints what a script will need, and warns if there is less disk space.
+# What an earlier run has built does not count.
 needs() {
     steps=$1
     current=0
@@ -26,16 +26,17 @@ needs() {
     [ $((free + ${built:-0})) -ge "$2" ] || printf 'The disk may be too small.\n' >&2
 }
 
-# step WHAT: says which step of how many begins.
+# step WHAT: prints the number of the step that begins.
 step() {
     current=$((current + 1))
     say "Step $current of $steps: $*"
 }
 
-# The major version of Qt to work with.
+# The major version of Qt to use.
 qt=5
 
-# The names in the given sections of scripts/packages, those for the Qt in use included, one a line.
+# The packages in the given sections of scripts/packages, including those for the Qt in use, one per
+# line.
 packages_of() {
     awk -v wanted=" $* " -v qt="-qt$qt\$" '
         /^\[/ { section = substr($0, 2, index($0, "]") - 2); sub(qt, "", section); next }
@@ -43,10 +44,10 @@ packages_of() {
         index(wanted, " " section " ") { print $1 }' "$root/scripts/packages" | sort -u
 }
 
-# install_packages SECTION...: installs those of the sections that are missing.
+# install_packages SECTION...: installs the missing packages of the sections.
 install_packages() {
     if [ "$(uname)" = Darwin ]; then
-        # Qt 5 as Homebrew installs it is kept out of the default search path.
+        # Homebrew keeps Qt 5 out of the default search path.
         if command -v brew >/dev/null && brew --prefix qt@5 >/dev/null 2>&1; then
             CMAKE_PREFIX_PATH=$(brew --prefix qt@5)${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}
             export CMAKE_PREFIX_PATH
@@ -72,8 +73,8 @@ install_packages() {
         apt-get install -q -y --no-install-recommends "${missing[@]}"
 }
 
-# install_web_checkers: puts the checkers of pages, of which Debian has no packages, into build/web
-# where there is npm. The tests that need them are skipped otherwise, and say so.
+# install_web_checkers: installs page checkers, which Debian does not package, to build/web if there
+# is npm. Otherwise the tests that need them are skipped with a message.
 install_web_checkers() {
     [ ! -e "$root/build/web/node_modules/axe-core" ] && command -v npm >/dev/null || return 0
     mkdir -p "$root/build/web"
@@ -94,7 +95,7 @@ configure() {
     rm -f "$root/.configure.log"
 }
 
-# build PRESET [TARGET...]: builds all of it, or the targets.
+# build PRESET [TARGET...]: builds everything, or the targets.
 build() {
     local preset=$1
     shift
@@ -106,7 +107,7 @@ build() {
     fi
 }
 
-# use_qt MAJOR: the version that a script was asked for.
+# use_qt MAJOR: sets the version of Qt that was asked for.
 use_qt() {
     case $1 in
     5 | 6) qt=$1 ;;
@@ -117,13 +118,13 @@ use_qt() {
     esac
 }
 
-# preset NAME: the preset of that name for the Qt in use.
+# preset NAME: the preset for the Qt in use.
 preset() {
     [ "$qt" = 5 ] && echo "$1" || echo "$1-qt$qt"
 }
 
 # build_to_package [cmake options]: builds the library in build/package, or build/package-qt6, as it
-# is packaged: with the flags by which Debian hardens its own packages, and dated by the last commit.
+# is packaged: with Debian's hardening flags and the date of the last commit.
 build_to_package() {
     SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || date +%s)
     export SOURCE_DATE_EPOCH
@@ -133,7 +134,7 @@ build_to_package() {
     build "$(preset package)"
 }
 
-# figure WHAT VALUE: says a measured figure, and keeps it for scripts/trust where that asks for it.
+# figure WHAT VALUE: prints a measured figure, and stores it for scripts/trust on request.
 figure() {
     printf '%s: %s\n' "$1" "$2"
     [ -z "${TRUST_FIGURES:-}" ] || printf '%s: %s\n' "$1" "$2" >>"$TRUST_FIGURES"

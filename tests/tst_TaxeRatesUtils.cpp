@@ -21,13 +21,13 @@
 namespace {
 
 /// The rates of a country in the order of the file: standard, reduced, alternative, super reduced,
-/// parking; -1 for none.
+/// parking; -1 if there is none.
 struct Rates
 {
     double standard, reduced, alternative, superReduced, parking;
 };
 
-/// An entry with rates that the compiled-in table does not have.
+/// An entry with rates that the built-in table does not have.
 const char* const fullEntry =
     R"({"standard_rate": 21, "reduced_rate": 11, "reduced_rate_alt": 6, "super_reduced_rate": 2.5,
         "parking_rate": false, "_comment": "made up"})";
@@ -47,7 +47,7 @@ class tst_TaxeRatesUtils : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstUseBuilds(); // first: nothing has asked for a rate yet
+    void firstUseBuilds(); // first: no rate has been asked for yet
     void categories();
     void rates_data();
     void rates();
@@ -161,7 +161,7 @@ void tst_TaxeRatesUtils::file()
     expected[text("super_reduced_rate")] = json(rates.superReduced);
     expected[text("parking_rate")] = json(rates.parking);
     QJsonObject read = entry;
-    // The four doubled entries point to each other, with a word why.
+    // The four duplicate entries refer to each other in a comment.
     const QMap<QString, QString> other = {{text("EL"), text("GR")},
                                           {text("GR"), text("EL")},
                                           {text("UK"), text("GB")},
@@ -259,7 +259,7 @@ void tst_TaxeRatesUtils::categoryNames()
     QCOMPARE(name, text("Taux parking"));
 }
 
-// A host's own file
+// A file of the host application
 
 void tst_TaxeRatesUtils::hostsFile()
 {
@@ -282,7 +282,7 @@ void tst_TaxeRatesUtils::hostsFile()
     // The file is not read again.
     QVERIFY(QFile::remove(path));
     QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 21.0);
-    // The last one counts, also where it is older than the one before.
+    // The last one is used, even if it is older than the one before.
     for (const char* date : {"2019-05-01", "2016-06-01"}) {
         writeFile(path, fileOf(date, R"("FR": )" + QByteArray(fullEntry)));
         QVERIFY(TaxeRatesUtils::setRatesFile(path));
@@ -295,7 +295,7 @@ void tst_TaxeRatesUtils::hostsFile()
     QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 20.0);
     QCOMPARE(log.lines(), QStringList());
 
-    // The library's own file has the form that it asks of others.
+    // The library's own file has the format that it requires of others.
     QVERIFY(TaxeRatesUtils::setRatesFile(text(":/orvautils/ue_tax_rates/taxes_ue.json")));
     QCOMPARE(TaxeRatesUtils::europeanTax(text("FR"), 0), 20.0);
     QVERIFY(TaxeRatesUtils::setRatesFile(QString()));
@@ -394,7 +394,7 @@ void tst_TaxeRatesUtils::filesThatCannotBeRead()
     QCOMPARE(TaxeRatesUtils::europeanTax(text("de"), 0), 19.0);
 }
 
-/// Whoever asks while the table is replaced gets the rate of one of the two tables.
+/// A call while the table is being replaced gets the rate of one of the two tables.
 void tst_TaxeRatesUtils::replacedWhileRead()
 {
     class Asker : public QThread

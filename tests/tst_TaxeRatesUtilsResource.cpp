@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The tax rates over files that this test makes up: when the table is built, and from what.
+// The tax rates with files that this test generates: when the table is built, and from what.
 
 #include "Columns.h"
 #include "FileUtils.h"
@@ -10,7 +10,7 @@
 
 #include <QtTest>
 
-// The parts of the library that the class calls.
+// Replaces the parts of the library that the class calls.
 
 static QByteArray content;
 static QStringList pathsRead;
@@ -31,7 +31,7 @@ class tst_TaxeRatesUtilsResource : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // In this order: what is built once stays built.
+    // In this order: what is built stays built.
     void nothingIsBuiltFromNothing_data();
     void nothingIsBuiltFromNothing();
     void nextCallBuilds();
@@ -71,7 +71,7 @@ void tst_TaxeRatesUtilsResource::nextCallBuilds()
     const QList<double> french = {20, 5.5, 10, 2.1, 0};
     for (int category = 0; category < 5; ++category) {
         QCOMPARE(TaxeRatesUtils::europeanTax(text("fr"), category), french.at(category));
-        // false, a text, null and what is missing are all no rate.
+        // false, a text, null and a missing value are not rates.
         QCOMPARE(TaxeRatesUtils::europeanTax(text("xx"), category), -1.0);
         QCOMPARE(TaxeRatesUtils::europeanTax(text("XX"), category), -1.0);
         QCOMPARE(TaxeRatesUtils::europeanTax(text("yy"), category), -1.0);

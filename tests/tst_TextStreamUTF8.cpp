@@ -17,7 +17,7 @@
 
 namespace {
 
-// How a stream encodes is asked and told in one way with Qt 5, in another with Qt 6.
+// The functions for the encoding of a stream differ between Qt 5 and Qt 6.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 using Qt::dec;
 using Qt::endl;
@@ -153,13 +153,13 @@ void tst_TextStreamUTF8::init()
     stream.init();
     QCOMPARE(encodingOf(stream), QByteArray("UTF-8"));
     stream << text("é\n");
-    // The level is back at 0, the unit is not.
+    // The level is 0 again, but the unit is kept.
     stream.incrementIndent();
     stream << text("b\n");
     stream.flush();
     QCOMPARE(buffer.data(), QByteArray("\xc3\xa9\n-b\n"));
 
-    // The knowledge of the line start stays: the line "b" is not over.
+    // The stream still knows that the line "b" has not ended.
     stream << text("c");
     stream.init();
     stream.incrementIndent();
@@ -182,7 +182,7 @@ void tst_TextStreamUTF8::indented_data()
     row(2, {s("a\nb\n"), s("c")}, "    a\n    b\n    c");
     row(1, {s("a"), s("b")}, "  ab");
     row(1, {s("a"), s("b\n"), s("c")}, "  ab\n  c");
-    row(1, {s("a\n"), s("\n"), s("b")}, "  a\n  \n  b"); // an empty line holds blanks
+    row(1, {s("a\n"), s("\n"), s("b")}, "  a\n  \n  b"); // an empty line is indented
     row(1, {s("\n")}, "  \n");
     row(1, {s("\n\n")}, "  \n  \n");
     row(1, {s("a\n\nb")}, "  a\n  \n  b");
@@ -211,12 +211,12 @@ void tst_TextStreamUTF8::levelZeroLeavesTheLineStart()
 {
     QString result;
     TextStreamUTF8 stream(&result);
-    // The flag is still set, although a text without a line break went out.
+    // The flag is still set, although a text without a line break was written.
     stream << text("a");
     stream.incrementIndent();
     stream << text("b");
     QCOMPARE(result, text("a  b"));
-    // The flag is clear now, and a line break at level 0 does not set it.
+    // The flag is now clear, and a line break at level 0 does not set it.
     stream.decrementIndent();
     stream << text("c\n");
     stream.incrementIndent();
@@ -238,11 +238,11 @@ void tst_TextStreamUTF8::levelBelowZero()
     stream.incrementIndent(); // 0
     stream << text("c");
     QCOMPARE(result, text("a\nb\nc"));
-    stream.incrementIndent(); // 1; the flag was left set throughout
+    stream.incrementIndent(); // 1; the flag was set all the time
     stream << text("d");
     QCOMPARE(result, text("a\nb\nc  d"));
 
-    // writeTextWithIndent() at a level below zero does what it does at zero.
+    // At a negative level writeTextWithIndent() behaves as at level zero.
     result.clear();
     TextStreamUTF8 another(&result);
     another.decrementIndent();
@@ -280,7 +280,7 @@ void tst_TextStreamUTF8::writeIndent()
     stream << text("a"); // the flag is still set
     QCOMPARE(result, text("        a"));
     stream.writeIndent();
-    stream << text("b"); // and now still clear
+    stream << text("b"); // and still clear now
     QCOMPARE(result, text("        a    b"));
 }
 
@@ -293,7 +293,7 @@ void tst_TextStreamUTF8::writeRaw()
     QCOMPARE(result, text("a\nb\n"));
     stream << text("c"); // the flag is still set
     stream.writeRaw(text("\n"));
-    stream << text("d"); // and now still clear
+    stream << text("d"); // and still clear now
     QCOMPARE(result, text("a\nb\n  c\nd"));
 }
 
@@ -304,7 +304,7 @@ void tst_TextStreamUTF8::jump()
     stream.jump();
     QCOMPARE(result, text("\n"));
     stream.incrementIndent();
-    stream.jump(); // the indentation goes in front
+    stream.jump(); // the indentation is written before it
     QCOMPARE(result, text("\n  \n"));
     stream << text("a");
     stream.jump();
@@ -337,7 +337,7 @@ void tst_TextStreamUTF8::chaining()
     QCOMPARE(result, text("  a\n  bc"));
 }
 
-/// Numbers are written as QTextStream writes them, and indented at the start of a line.
+/// Numbers are written like in QTextStream, and indented at the start of a line.
 template <typename Number>
 void compareNumber(Number number)
 {
@@ -418,7 +418,7 @@ void tst_TextStreamUTF8::manipulators()
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
     TextStreamUTF8& returned = stream << text("a") << endl << text("b");
-    // The line break flushes the stream.
+    // A line break flushes the stream.
     QCOMPARE(buffer.data(), QByteArray("  a\n"));
     QCOMPARE(&returned, &stream);
     stream << endl << hex << 255 << dec << 10;
@@ -446,7 +446,7 @@ void tst_TextStreamUTF8::indentationIsNoField()
     QCOMPARE(stream.fieldWidth(), 4);
 }
 
-/// Every line break of a long text, in a time that is proportional to its length.
+/// Every line break of a long text, in time proportional to its length.
 void tst_TextStreamUTF8::manyLineBreaks()
 {
     const int count = 4 << 20;
@@ -458,7 +458,7 @@ void tst_TextStreamUTF8::manyLineBreaks()
     QCOMPARE(result, text("  \n").repeated(count));
 }
 
-/// Formatters get the stream as a QTextStream: what they write is not indented.
+/// Formatters get the stream as a QTextStream: their output is not indented.
 void tst_TextStreamUTF8::throughTheBase()
 {
     QString result;

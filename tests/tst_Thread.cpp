@@ -26,7 +26,7 @@ const unsigned long longEnoughMs = 60000;
 
 } // namespace
 
-/// Tells when it runs.
+/// Signals when it runs.
 class AwaitedThread : public Thread
 {
     Q_OBJECT
@@ -80,7 +80,7 @@ protected:
     }
 };
 
-/// Cares for nothing but its own release, so that it must be waited for or ended by force.
+/// Ignores all requests, so that it must be released, waited for or terminated.
 class StubbornThread : public AwaitedThread
 {
     Q_OBJECT
@@ -97,7 +97,7 @@ protected:
     {
         setTerminationEnabled(mMayBeTerminated);
         mRunning.release();
-        // Sanitizers cannot bear a thread to be ended inside Qt, as in msleep(), or in a function
+        // Sanitizers fail if a thread is terminated inside Qt, as in msleep(), or in a function
         // with local variables whose addresses are taken.
         while (!mGo)
             poll(nullptr, 0, 1);
@@ -107,7 +107,7 @@ private:
     std::atomic<bool> mGo{false};
 };
 
-/// Waits for the main side's condition of another Thread, then ends.
+/// Waits for the condition of another Thread, then ends.
 class WaitingThread : public QThread
 {
     Q_OBJECT
@@ -132,7 +132,7 @@ private:
     Thread& mThread;
 };
 
-/// Counts how often it is bound, and to what.
+/// Counts how often it is bound, and to which threads.
 class BoundWorker : public Threadable
 {
     Q_OBJECT
@@ -255,7 +255,7 @@ void tst_Thread::cancelFlagIsNoInterruption()
 
 void tst_Thread::cancelFlagUnderLoad()
 {
-    // Many threads read and write the flag of one; none may be held up, and the last one wins.
+    // Many threads read and write the flag of one; none may block, and the last one wins.
     class Load : public QThread
     {
     public:
@@ -291,7 +291,7 @@ void tst_Thread::cancelFlagUnderLoad()
 
 void tst_Thread::cancellationUnderLoad()
 {
-    // Twice as many threads as cores that do nothing but work and look: each one stops.
+    // Twice as many threads as cores that only compute and check the flag: each one stops.
     class BusyThread : public Thread
     {
     public:
@@ -327,7 +327,7 @@ void tst_Thread::cancellationUnderLoad()
     }
 }
 
-// Interruption and waking
+// Interruption and wakeup
 
 void tst_Thread::requestInterruption()
 {
@@ -335,7 +335,7 @@ void tst_Thread::requestInterruption()
     thread.startAndAwaitRun();
     QVERIFY(!thread.isInterruptionRequested());
     thread.requestInterruption();
-    QVERIFY(thread.wait(longEnoughMs)); // it saw the request, for nothing else ends it
+    QVERIFY(thread.wait(longEnoughMs)); // it saw the request, because nothing else ends it
     QVERIFY(!thread.isCancelRequested());
 }
 
@@ -374,7 +374,7 @@ void tst_Thread::wakes()
         waiting.emplace_back(new WaitingThread(thread));
         waiting.back()->start();
     }
-    // A wake that comes too early is lost; so wake until everyone has gone on.
+    // A wakeup that comes too early is lost; so repeat it until everyone has continued.
     for (const auto& one : waiting) {
         while (!one->mWoken) {
             if (byInterruption)
@@ -385,7 +385,7 @@ void tst_Thread::wakes()
         }
         QVERIFY(one->wait(longEnoughMs));
     }
-    thread.setCancelFlag(true); // the lock was given back
+    thread.setCancelFlag(true); // the mutex was released
     QVERIFY(thread.isCancelRequested());
 }
 
@@ -429,7 +429,7 @@ void tst_Thread::waitReleasesTheLock()
     while (!waiting.mBegun)
         QThread::msleep(1);
     for (int i = 0; i < 50; ++i) {
-        thread.setCancelFlag(i % 2 == 0); // would block for ever
+        thread.setCancelFlag(i % 2 == 0); // would block forever
         QThread::msleep(1);
     }
     QVERIFY(!waiting.mWoken);
@@ -464,7 +464,7 @@ void tst_Thread::stopAndWait()
     QVERIFY(base.stopAndWait(longEnoughMs));
     QVERIFY(thread.isFinished());
     QCOMPARE(thread.mInterruptionRequests.load(), 2);
-    QVERIFY(base.stopAndWait(0)); // done already
+    QVERIFY(base.stopAndWait(0)); // already finished
 }
 
 void tst_Thread::stopAndWaitOnTheThreadItself()
@@ -488,8 +488,8 @@ void tst_Thread::stopAndWaitOnTheThreadItself()
              qPrintable(log.records().at(0).text));
 }
 
-/// Between a worker's look for the request and its wait there is a moment in which every wake is
-/// lost. This worker looks, and does not wait until the request has been made.
+/// A wakeup between a worker's check for the request and its wait is lost. This worker checks, and
+/// does not wait until the request has been made.
 class LooksFirst : public Thread
 {
     Q_OBJECT
@@ -551,7 +551,7 @@ void tst_Thread::durations()
     if (!isLimit)
         QVERIFY(polite.stopAndWait(duration));
     QVERIFY(polite.stopAndWait(longEnoughMs));
-    QVERIFY(polite.stopAndWait(duration)); // done already
+    QVERIFY(polite.stopAndWait(duration)); // already finished
 }
 
 void tst_Thread::waitForAll()
@@ -679,7 +679,7 @@ void tst_Thread::onFinished()
     PoliteThread thread;
     thread.startAndAwaitRun();
     QVERIFY(thread.stopAndWait(longEnoughMs));
-    QCOMPARE(thread.mFinished, 0); // waits for the event loop
+    QCOMPARE(thread.mFinished, 0); // delivered by the event loop
     QCoreApplication::processEvents();
     QCOMPARE(thread.mFinished, 1);
     QCOMPARE(thread.mFinishedIn, QThread::currentThread());
@@ -708,7 +708,7 @@ void tst_Thread::deleteOnFinished()
 
     thread->startAndAwaitRun();
     QVERIFY(thread->stopAndWait(longEnoughMs));
-    QVERIFY(thread); // not before the event loop comes to it
+    QVERIFY(thread); // not before the event loop runs
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(thread.isNull(), deleted);
@@ -783,7 +783,7 @@ void tst_Thread::lastChanceWaitsThreeSecondsAndGivesUp()
     QVERIFY(!thread.lastChanceBeforeDestroyed());
     QVERIFY2(timer.elapsed() >= 2990, qPrintable(QString::number(timer.elapsed())));
     QVERIFY(thread.isInterruptionRequested());
-    QVERIFY(!thread.wait(50)); // asked, but not ended by force
+    QVERIFY(!thread.wait(50)); // asked, but not terminated
     QCOMPARE(log.records().size(), 1);
     thread.letGo();
     QVERIFY(thread.wait(longEnoughMs));
@@ -859,7 +859,7 @@ void tst_Thread::quittingProgram()
     QCOMPARE(child.exitCode, 0);
 }
 
-/// A whole program whose thread belongs to the application object alone.
+/// A whole program whose thread belongs to the application object.
 static int quitsWithARunningThread(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
@@ -909,8 +909,8 @@ void tst_Thread::destructorDoesNotWait()
 static QThread* threadBeingDestroyed = nullptr;
 static QtMessageHandler handlerBefore = nullptr;
 
-/// Holds the destructor up between its last record and the end of the object, until the thread that
-/// it ended by force is gone; else it would be chance whether that happens in time.
+/// Delays the destructor between its last record and the end of the object until the thread that it
+/// terminated has ended; otherwise the result would depend on chance.
 static void awaitTheEndAfterBrutal(QtMsgType type, const QMessageLogContext& context,
                                    const QString& text)
 {
@@ -940,7 +940,7 @@ static int destroysAThreadThatCannotBeTerminated(int argc, char** argv)
     auto* const thread = new StubbornThread;
     thread->mMayBeTerminated = false;
     thread->startAndAwaitRun();
-    delete thread; // Qt aborts: the thread runs on
+    delete thread; // Qt aborts: the thread is still running
     return 0;
 }
 

@@ -19,7 +19,7 @@ const unsigned long longEnoughMs = 60000;
 
 } // namespace
 
-/// Counts the interruption requests that come through it, and shows its workers.
+/// Counts its interruption requests, and exposes its workers.
 class CountingThread : public Thread
 {
     Q_OBJECT
@@ -62,7 +62,7 @@ private:
     QStringList* mOrder;
 };
 
-/// Runs one worker until it is interrupted, as an application does.
+/// Runs one worker until it is interrupted, like an application.
 class WorkingThread : public Thread
 {
     Q_OBJECT
@@ -123,7 +123,7 @@ void tst_Threadable::metaObject()
     const QMetaObject& meta = Threadable::staticMetaObject;
     QCOMPARE(meta.className(), "Threadable");
     QCOMPARE(meta.superClass(), &QObject::staticMetaObject);
-    QCOMPARE(meta.methodCount(), meta.methodOffset()); // neither signals nor slots of its own
+    QCOMPARE(meta.methodCount(), meta.methodOffset()); // no signals or slots of its own
 }
 
 void tst_Threadable::parent()
@@ -163,7 +163,7 @@ void tst_Threadable::bound()
 
     worker.requestInterruption();
     QCOMPARE(thread.mInterruptionRequests, 1); // through the virtual function
-    QVERIFY(!worker.isInterruptionRequested()); // Qt ignores the request: the thread does not run
+    QVERIFY(!worker.isInterruptionRequested()); // Qt ignores the request: the thread is not running
     worker.emitThreadProgressMessages(QStringLiteral("a"), QStringLiteral("b"));
     QCOMPARE(progress.count(), 1);
     QCOMPARE(progress.at(0), QVariantList({QStringLiteral("a"), QStringLiteral("b")}));
@@ -200,7 +200,7 @@ void tst_Threadable::boundAgain()
     worker.requestInterruption();
     QCOMPARE(first.mInterruptionRequests, 0);
     QCOMPARE(second.mInterruptionRequests, 1);
-    QCOMPARE(first.threadables(), QList<QPointer<Threadable>>({&worker})); // it is not taken out
+    QCOMPARE(first.threadables(), QList<QPointer<Threadable>>({&worker})); // it is not removed
     QCOMPARE(second.threadables(), QList<QPointer<Threadable>>({&worker}));
 }
 
@@ -254,7 +254,7 @@ void tst_Threadable::addedTwice()
     parent.addThreadableChild(child);
     parent.addThreadableChild(child);
     parent.setThreadForInterrupt(&thread);
-    QCOMPARE(child.mBoundTo.size(), 1); // it stands in the parent's list once
+    QCOMPARE(child.mBoundTo.size(), 1); // it is in the parent's list once
 }
 
 void tst_Threadable::boundTwice()
@@ -312,7 +312,7 @@ void tst_Threadable::destroyedChild()
 
 void tst_Threadable::childAddedWhileBinding()
 {
-    /// Makes its helper only when it knows its thread, in the list that is being walked.
+    /// Creates its helper when it learns its thread, in the list that is being iterated.
     class Late : public Worker
     {
     public:
@@ -343,7 +343,7 @@ void tst_Threadable::childAddedWhileBinding()
     QCOMPARE(last.mBoundTo, QList<Thread*>({&thread}));
 }
 
-// At work
+// Running workers
 
 void tst_Threadable::interruptedAtWork()
 {
@@ -398,7 +398,7 @@ void tst_Threadable::sleepsOnTheCallingThread()
         constant.sleep(1);
     else
         constant.msleep(30);
-    // A sleep lasts at least as long as asked for; how much longer is the system's affair.
+    // A sleep lasts at least as long as requested; how much longer depends on the system.
     const qint64 atLeast = inSeconds ? 999 : 29;
     QVERIFY2(timer.elapsed() >= atLeast, qPrintable(QString::number(timer.elapsed())));
 }

@@ -37,7 +37,7 @@ void tst_TimeUtils::msecToString_data()
         table(qPrintable(QString::asprintf("%lld at %d", static_cast<long long>(ms), precision)),
               ms, precision, text(expected));
     };
-    // A day, an hour, a minute, a second and a half at every precision.
+    // A day, an hour, a minute, a second and a half, at every precision.
     row(90061500, 1, "");
     row(90061500, 2, "");
     row(90061500, 3, "");
@@ -46,7 +46,7 @@ void tst_TimeUtils::msecToString_data()
     row(90061500, 6, "1j 1h 1mn");
     row(90061500, 7, "1j 1h 1mn 1sec");
     row(90061500, 8, "1j 1h 1mn 1sec");
-    // The fraction is in tenths, and only shown below a minute.
+    // The fraction is in tenths, and shown only below a minute.
     row(1500, 7, "1sec 5ms");
     row(1500, 8, "1sec 5ms");
     row(1500, 6, "");
@@ -61,7 +61,7 @@ void tst_TimeUtils::msecToString_data()
     row(3600500, 7, "1h");
     row(86400500, 7, "1j");
     row(0, 7, "");
-    // Pieces of zero leave no gap.
+    // Parts of zero leave no gap.
     row(3601000, 7, "1h 1sec");
     row(86460000, 7, "1j 1mn");
     row(86399999, 7, "23h 59mn 59sec");

@@ -29,7 +29,7 @@ private Q_SLOTS:
 void tst_TypeUtils::demangle_data()
 {
     const auto row = columns<QByteArray, QString>("name", "readable");
-    // Mangled by hand after the rules of the Itanium C++ ABI.
+    // Mangled by hand according to the Itanium C++ ABI.
     row("class", "7QObject", "QObject");
     row("built-in type", "i", "int");
     row("pointer to constant", "PKc", "char const*");

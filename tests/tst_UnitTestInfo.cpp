@@ -30,7 +30,7 @@ void tst_UnitTestInfo::takesAndRestartsTheTimer()
     const qint64 total = whole.elapsed();
     QCOMPARE(first.label, QStringLiteral("first"));
     QVERIFY(first.milliseconds >= 30);
-    // Restarted: what the first step took is not counted again.
+    // Restarted: the first step is not counted again.
     QVERIFY(first.milliseconds + second.milliseconds <= total);
 }
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The example program widget-gallery, run as a process as its users run it: the pictures of its
-// pages, at one and at two pixels per pixel, and what it answers to wrong usage.
+// pages, at scale one and two, and its answers to wrong usage.
 
 #include "Columns.h"
 
@@ -19,7 +19,7 @@ const int allWell = 0;
 const int failed = 1;
 const int badUsage = 2;
 
-/// The pages, one per topic.
+/// The pages, one for each topic.
 const QStringList pages = {
     QStringLiteral("colours"), QStringLiteral("currencies"), QStringLiteral("fonts"),
     QStringLiteral("keys"),    QStringLiteral("pictures"),   QStringLiteral("shapes"),
@@ -33,7 +33,8 @@ struct Outcome
     QString err;
 };
 
-/// Runs the program without a display; with \a scaleFactor in QT_SCALE_FACTOR, unless it is empty.
+/// Runs the program without a display, with QT_SCALE_FACTOR set to \a scaleFactor unless it is
+/// empty.
 Outcome run(const QStringList& arguments, const QString& scaleFactor = QString())
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -73,7 +74,7 @@ QImage pageIn(const QString& folder, const QString& page)
     return QImage(folder + QLatin1Char('/') + page + QStringLiteral(".png"));
 }
 
-/// How many colours \a part of \a image has, and how large the share of the commonest one is.
+/// The number of colours in \a part of \a image, and the share of the most frequent one.
 void countColours(const QImage& image, const QRect& part, int* colours, double* commonest)
 {
     QHash<QRgb, int> counts;
@@ -88,8 +89,8 @@ void countColours(const QImage& image, const QRect& part, int* colours, double* 
     *commonest = double(most) / (double(part.width()) * part.height());
 }
 
-/// How many squares of two by two pixels are not of one colour: none in a picture that was drawn at
-/// half the density and then enlarged.
+/// The number of squares of two by two pixels with several colours: none in a picture that was
+/// drawn at half the density and enlarged.
 int unevenSquares(const QImage& image)
 {
     int count = 0;
@@ -174,8 +175,8 @@ void tst_WidgetGallery::noPageIsBlank()
     QFETCH(QString, page);
     const QImage image = pageIn(mPlain, page);
     QVERIFY(!image.isNull());
-    // The page without the list and the menu, its left half with the samples and its right half
-    // with the code.
+    // The page without the list and the menu: the samples in its left half, the code in its right
+    // half.
     const QRect content = image.rect().adjusted(image.width() / 5, 50, 0, 0);
     const QRect left = content.adjusted(0, 0, -content.width() / 2, 0);
     const QRect right = content.adjusted(content.width() / 2, 0, 0, 0);

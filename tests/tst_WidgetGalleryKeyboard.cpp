@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The window of the example program widget-gallery, driven by keys alone. All keys go to the
-// window, as the keyboard sends them, and reach what has the focus.
+// The window of the example program widget-gallery, used with the keyboard only. All keys are sent
+// to the window, like those of a keyboard, and reach the widget with the focus.
 
 #include "Columns.h"
 #include "GalleryWindow.h"
@@ -90,7 +90,7 @@ private:
     }
 
     std::unique_ptr<GalleryWindow> mWindow;
-    QByteArray mFunction; ///< the test that the window was made for
+    QByteArray mFunction; ///< the test function that the window was made for
 };
 
 void tst_WidgetGalleryKeyboard::initTestCase()
@@ -101,7 +101,7 @@ void tst_WidgetGalleryKeyboard::initTestCase()
 
 void tst_WidgetGalleryKeyboard::init()
 {
-    // The rows of a test share a window, which is the expensive part of them.
+    // The rows of a test share a window, because creating it takes most of the time.
     const QByteArray function = QTest::currentTestFunction();
     if (mWindow && mFunction == function) {
         key(Qt::Key_P, Qt::AltModifier);
@@ -128,7 +128,7 @@ void tst_WidgetGalleryKeyboard::addPages()
         row(qPrintable(window.pageId(i)), window.pageId(i).toLatin1());
 }
 
-/// From the list, with the arrow, until the page is there.
+/// Moves through the list with the arrow key to the page.
 void tst_WidgetGalleryKeyboard::openPage(const char* id)
 {
     key(Qt::Key_Home);
@@ -193,7 +193,7 @@ void tst_WidgetGalleryKeyboard::lettersFindAPage()
 
 void tst_WidgetGalleryKeyboard::shortcutsTurnThePages()
 {
-    // From inside of a page too, where the list has not the focus.
+    // From inside a page as well, where the list does not have the focus.
     openPage("keys");
     key(Qt::Key_S, Qt::AltModifier);
     const int start = mWindow->currentPage();
@@ -257,7 +257,7 @@ void tst_WidgetGalleryKeyboard::tabReachesEveryControl()
     for (QWidget* widget : reached)
         QVERIFY2(expected.remove(widget), qPrintable(widget->objectName()));
 
-    // In the order in which they stand: from top to bottom, in a line from left to right.
+    // In visual order: from top to bottom, and from left to right in a line.
     for (int i = 1; i < reached.size(); ++i) {
         const QPoint before = reached[i - 1]->mapTo(mWindow.get(), QPoint());
         const QPoint after = reached[i]->mapTo(mWindow.get(), QPoint());
@@ -353,7 +353,7 @@ void tst_WidgetGalleryKeyboard::everySampleShowsItsCode()
                  qPrintable(code));
         QVERIFY2(!code.contains(QStringLiteral("//!")), qPrintable(code));
         QVERIFY2(!code.startsWith(QLatin1Char(' ')), qPrintable(code));
-        // Nothing of it is cut off.
+        // Nothing is cut off.
         QVERIFY(panel->width() >= panel->sizeHint().width());
         QVERIFY(panel->height() >= panel->sizeHint().height());
     }
@@ -371,7 +371,7 @@ void tst_WidgetGalleryKeyboard::detectsTheSecretWord()
     QCOMPARE(answer->text(), QStringLiteral("Typed 1 time(s)."));
     type("DIAGNOSTICS");
     QCOMPARE(answer->text(), QStringLiteral("Typed 2 time(s)."));
-    // The field got every key all the same.
+    // The field received all keys nevertheless.
     QCOMPARE(find<QLineEdit>("typed")->text(), QStringLiteral("diagnosticsDIAGNOSTICS"));
 
     key(Qt::Key_S, Qt::AltModifier); // which selects the word
@@ -447,7 +447,7 @@ void tst_WidgetGalleryKeyboard::changesACorner()
     key(Qt::Key_PageDown);
     QCOMPARE(find<QSpinBox>("bottomRight")->value(), 50);
     const QImage after = picture("radiiCanvas");
-    // Only the corner at the bottom right has changed.
+    // Only the bottom right corner has changed.
     const int x = before.width() / 2;
     const int y = before.height() / 2;
     QVERIFY(after.copy(x, y, x, y) != before.copy(x, y, x, y));
@@ -488,15 +488,15 @@ void tst_WidgetGalleryKeyboard::fadesANotice()
     key(Qt::Key_D, Qt::AltModifier);
     key(Qt::Key_A, Qt::ControlModifier);
     type("50");
-    key(Qt::Key_I, Qt::AltModifier); // a button is seen to go down before it acts
+    key(Qt::Key_I, Qt::AltModifier); // a button is pressed for a moment before it acts
     QTRY_COMPARE(state->text(), QStringLiteral("The notice is shown."));
     auto* notice = find<QLabel>("notice");
     QVERIFY(notice->isVisible());
     QTRY_COMPARE(notice->windowOpacity(), 1.0);
-    // In the middle of the window.
+    // In the centre of the window.
     const QPoint apart = notice->geometry().center() - mWindow->geometry().center();
     QVERIFY2(apart.manhattanLength() <= 60, "but for the frames of the windows");
-    // The platform without a display activates every window that appears.
+    // The offscreen platform activates every window that appears.
     if (QGuiApplication::platformName() != QLatin1String("offscreen"))
         QVERIFY(mWindow->isActiveWindow());
     mWindow->activateWindow();
@@ -507,7 +507,7 @@ void tst_WidgetGalleryKeyboard::fadesANotice()
     key(Qt::Key_I, Qt::AltModifier);
     QTRY_VERIFY(notice->isVisible());
     QTRY_COMPARE(notice->windowOpacity(), 1.0);
-    // The window goes while the notice is shown.
+    // The window is closed while the notice is shown.
 }
 
 void tst_WidgetGalleryKeyboard::hidesThePicture()
@@ -534,7 +534,7 @@ void tst_WidgetGalleryKeyboard::findsAFont()
     key(Qt::Key_F, Qt::AltModifier);
     type("pacifico");
     QCOMPARE(fonts->currentItem()->text(), QStringLiteral("Pacifico"));
-    // A family of one style.
+    // A family with one style.
     QCOMPARE(weights->rowCount(), 1);
     QCOMPARE(weights->item(0, 0)->text(), QStringLiteral("Normal weight"));
     QCOMPARE(weights->item(0, 1)->text(), QStringLiteral("✓"));
@@ -551,7 +551,7 @@ void tst_WidgetGalleryKeyboard::choosesACurrency()
 {
     openPage("currencies");
     auto* tag = find<QLabel>("priceTag");
-    // 1249.905 has no exact binary form; a cent more or less would show here.
+    // 1249.905 has no exact binary representation; an error of a cent would show here.
     QCOMPARE(tag->text(), QStringLiteral("1249.91 €"));
     key(Qt::Key_C, Qt::AltModifier);
     type("GBP");
@@ -607,7 +607,7 @@ void tst_WidgetGalleryKeyboard::measuresFoldersAtOnce()
 
 void tst_WidgetGalleryKeyboard::stopsMeasuringWithItsWindow()
 {
-    // Whatever is still measured, the window waits for it, and is gone with its threads.
+    // The window waits for measurements that are still running, and is destroyed with its threads.
     openPage("work");
     find<QLineEdit>("measured")
         ->setText(QStringLiteral("/usr") + QDir::listSeparator() + QStringLiteral("/usr/lib"));

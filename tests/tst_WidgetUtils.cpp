@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// On the offscreen platform the one screen has 800 x 600 pixels, all of them available, and a
-// window that was shown has a frame of 2 pixels on each side.
+// On the offscreen platform the only screen has 800 x 600 pixels, all of them available, and a
+// visible window has a frame of 2 pixels on each side.
 
 #include "WidgetUtils.h"
 
@@ -37,8 +37,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// Qt reads the system's version from /etc/os-release. Its opening of files ends here first, so that
-// a test can show it another system.
+// Qt reads the version of the system from /etc/os-release. This open() takes precedence, so that a
+// test can simulate another system.
 static QByteArray otherOsRelease;
 
 extern "C" Q_DECL_EXPORT int open64(const char* path, int flags, ...)
@@ -264,7 +264,7 @@ void tst_WidgetUtils::screenOfAWidget()
     window.show();
     QCOMPARE(WidgetUtils::widgetScreen(&window), screen);
     QCOMPARE(WidgetUtils::widgetScreen(&child), screen);
-    // Where no screen shows it, the number is negative: the first screen.
+    // If no screen shows it, the number is negative: the first screen.
     window.move(-5000, -5000);
     QCOMPARE(WidgetUtils::widgetScreen(&window), screen);
 }
@@ -282,7 +282,7 @@ void tst_WidgetUtils::restoreSize_data()
     row("invalid", false, QSize(), QSize(0, 600), QPoint(400, 0));
     row("invalid width", false, QSize(-1, 300), QSize(0, 600), QPoint(400, 0));
     row("invalid height", false, QSize(300, -1), QSize(300, 600), QPoint(250, 0));
-    // The frame counts for the place, not for the height.
+    // The frame counts for the position, but not for the height.
     row("shown", true, QSize(400, 300), QSize(400, 300), QPoint(198, 148));
     row("shown and too tall", true, QSize(400, 700), QSize(400, 600), QPoint(198, -2));
 }
@@ -372,7 +372,7 @@ void tst_WidgetUtils::centerWithoutParent()
 
 void tst_WidgetUtils::centerWithinAParent()
 {
-    // The parent's own place is added: its geometry is taken as it stands.
+    // The parent's own position is added: its geometry is used unchanged.
     QWidget window;
     QWidget box(&window);
     box.setGeometry(10, 20, 200, 100);
@@ -464,8 +464,8 @@ void tst_WidgetUtils::roundedMask()
         return;
     }
     QCOMPARE(mask.boundingRect(), widget.rect());
-    // A pixel is inside unless it lies in a corner, further than the radius from the centre of the
-    // corner's circle. On the circle itself both are right.
+    // A pixel is inside unless it is in a corner, further from the centre of the corner's circle
+    // than the radius. On the circle itself both are accepted.
     for (int y = 0; y < size.height(); ++y) {
         for (int x = 0; x < size.width(); ++x) {
             const double dx =
@@ -550,7 +550,7 @@ void tst_WidgetUtils::showFades()
     QCOMPARE(animation->easingCurve().type(), QEasingCurve::Linear);
     for (const int percent : {25, 50, 75}) {
         animation->setCurrentTime(percent * 10000);
-        // Qt keeps the opacity in steps of 1/255.
+        // Qt stores the opacity in steps of 1/255.
         QVERIFY(std::abs(widget.windowOpacity() - percent / 100.0) <= 1 / 255.0);
     }
     animation->setCurrentTime(1000000);

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The helpers that place, cut and show windows, on a display of two screens: the first has
-// 1024 x 768 pixels, the second 800 x 600, and both begin at 0, 0. There is no window manager, so
-// windows have no frames and stay where they are put. Each test looks at a screenshot.
+// The helpers that place, mask and show windows, on a display with two screens: the first has 1024
+// x 768 pixels, the second 800 x 600, and both begin at 0, 0. There is no window manager, so
+// windows have no frames and are not moved. Each test checks a screenshot.
 
 #include "WidgetUtils.h"
 
@@ -50,7 +50,7 @@ void tst_WidgetUtilsX11::initTestCase()
 
 void tst_WidgetUtilsX11::showOn(QWidget* widget, int screen)
 {
-    widget->winId(); // makes the window
+    widget->winId(); // creates the window
     widget->windowHandle()->setScreen(mScreens[screen]);
     widget->show();
     QVERIFY(QTest::qWaitForWindowExposed(widget));
@@ -71,7 +71,7 @@ void tst_WidgetUtilsX11::screenOfAWindow()
     showOn(&window, screen);
     QCOMPARE(WidgetUtils::widgetScreen(&window), mScreens[screen]);
     QCOMPARE(WidgetUtils::widgetScreen(&child), mScreens[screen]);
-    // Where no screen shows it: the first one of the application.
+    // If no screen shows it: the first one of the application.
     window.move(5000, 5000);
     QCOMPARE(WidgetUtils::widgetScreen(&window), mScreens[0]);
 }
@@ -154,9 +154,9 @@ void tst_WidgetUtilsX11::roundedMask()
     const auto colorAt = [&seen](int x, int y) { return QColor(seen.pixel(100 + x, 100 + y)); };
     for (const int x : {0, 199}) {
         for (const int y : {0, 119})
-            QCOMPARE(colorAt(x, y), QColor(Qt::blue)); // what is behind shows through the corners
+            QCOMPARE(colorAt(x, y), QColor(Qt::blue)); // the background shows through the corners
     }
-    // The circle of the corner has its centre at 30, 30: on the diagonal the window begins at 8.8.
+    // The centre of the corner's circle is at 30, 30: on the diagonal the window begins at 8.8.
     QCOMPARE(colorAt(7, 7), QColor(Qt::blue));
     QCOMPARE(colorAt(10, 10), QColor(Qt::red));
     for (const QPoint& middle : {QPoint(0, 60), QPoint(199, 60), QPoint(100, 0), QPoint(100, 119)})

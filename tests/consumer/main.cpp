@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The smallest program of a user: it uses one function of each class that the package installs.
+// A minimal program that links to the library and uses one function of each class in the package.
 
 #include <ApplicationUtils.h>
 #include <ColorUtils.h>
@@ -70,11 +70,11 @@
 
 namespace {
 
-// Asked before main(), when nothing says that the library's own objects are initialised.
+// Called before main(), when the library's own objects may not be initialised.
 const double rateBeforeMain = TaxeRatesUtils::europeanTax(QStringLiteral("AT"), 0);
 
-// What a linker leaves out of a static library where nothing names it: the files that the library
-// carries, its objects that are initialised before main(), the meta objects of its classes.
+// Parts of a static library that a linker drops if nothing refers to them: the embedded files,
+// objects that are initialised before main(), the meta-objects of its classes.
 bool hasAllOfTheLibrary()
 {
     GoogleFontLoader fonts;
@@ -91,7 +91,7 @@ bool hasAllOfTheLibrary()
         && meta->indexOfSignal("progressThread(QString,QString)") >= 0;
 }
 
-// What the frame of an application calls.
+// Functions for the frame of an application.
 bool usesTheFrame()
 {
     QObject object;
@@ -109,8 +109,8 @@ bool usesTheFrame()
         && WidgetUtils::parentsList(&filter) == QStringList(QStringLiteral("QObject"));
 }
 
-// What a shop calls. The fonts and the tax rates are files that the library carries: also in a
-// static one they must be there.
+// Functions for a shop. The fonts and the tax rates are embedded files, which must also be found in
+// a static library.
 bool usesTheShop()
 {
     GoogleFontLoader fonts;
@@ -143,7 +143,7 @@ bool usesFilesAndPictures()
         DrawingCountZoneHelper::boundingRect(&painter, QStringLiteral("1"), DrawingCountOptions());
     painter.end();
 
-    // Linked, not called: it would start something on this desktop.
+    // Linked, but not called: it would start something on this desktop.
     const std::function<bool(QObject*, QString, QStringList)> openProgram =
         &FileSystemGuiService::openProgram;
     ProjectFileLocker locker;
@@ -195,7 +195,7 @@ ErrorableCode firstError()
     return code;
 }
 
-// Before main(), and with a static library before the library's own static objects are made.
+// Before main(), and with a static library before the library's own static objects are initialised.
 const bool messagesAreFilled = [] {
     Errorable::sErrorMessages[firstError()] = QStringLiteral("The first error");
     return true;
