@@ -15,9 +15,11 @@
 
 namespace {
 
-/// So many photographs are imported before the record is brought up to date. A run that is killed
-/// leaves those before to the next one.
+/// So many photographs are imported before the record is brought up to date; of very many an eighth
+/// of those that are done, because the record takes its time then. A run that is killed leaves
+/// those before to the next one.
 const int batchSize = 500;
+const int batchShare = 8;
 
 /// The path in the site of the static file \a name.
 QString staticPlace(const QString& name)
@@ -137,8 +139,9 @@ void Publication::import(const QVector<Photograph>& photographs)
     const QVector<Photograph> news = mSite ? compare(photographs) : photographs;
     if (mRecordIsOld)
         writeRecord();
-    for (int first = 0; first < news.size() && goesOn(); first += batchSize) {
-        const int count = qMin(batchSize, int(news.size()) - first);
+    int count = 0;
+    for (int first = 0; first < news.size() && goesOn(); first += count) {
+        count = qMin(qMax(batchSize, first / batchShare), int(news.size()) - first);
         const QVector<PublishedPicture> imported = mImporter.import(news, first, count);
         for (const PublishedPicture& picture : imported) {
             Published::Picture& entry = mNow.pictures[picture.photograph];
