@@ -58,12 +58,10 @@ void Watch::run(const QVector<ErrorableCode>& told)
 void Watch::stop()
 {
     mStopped = true;
-    if (mThread) {
-        // onPublished() ends the loop, and says what was still done.
-        mThread->requestInterruption();
-        return;
-    }
-    mLoop.quit();
+    if (mThread)
+        mThread->requestInterruption(); // onPublished() ends the loop, and says what was done
+    else
+        mLoop.quit();
 }
 
 /// One that comes back in another's place is followed by the watcher itself.
@@ -140,20 +138,20 @@ void Watch::onPublished()
 /// out: it is looked at again.
 QVector<ErrorableCode> Watch::newFailures()
 {
-    const auto isOvertaken = [this](const ErrorableCode& failure) {
-        return std::any_of(mChanged.begin(), mChanged.end(), [&failure](const QString& name) {
-            return failure.details.startsWith(name + QLatin1String(": "));
-        });
-    };
     QVector<ErrorableCode> news;
     QStringList failures;
     const QVector<ErrorableCode> all = mPublication->failures();
     for (const ErrorableCode& failure : all) {
-        if (isOvertaken(failure))
+        const QString& text = failure.details;
+        const bool isOvertaken =
+            std::any_of(mChanged.cbegin(), mChanged.cend(), [&text](const QString& name) {
+                return text.startsWith(name + QLatin1String(": "));
+            });
+        if (isOvertaken)
             continue;
-        if (!mToldFailures.contains(failure.details))
+        failures.append(text);
+        if (!mToldFailures.contains(text))
             news.append(failure);
-        failures.append(failure.details);
     }
     mToldFailures = failures;
     return news;
