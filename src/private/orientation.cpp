@@ -47,6 +47,7 @@ bool isSideways(int orientation)
 
 QImage upright(const QImage& image, int orientation)
 {
+    Q_ASSERT(orientation >= 1 && orientation <= 8);
     const Turn& turn = turns[orientation - 1];
     QImage result = turn.degrees == 0
         ? image
