@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What all benchmarks do: check ends one whose contenders do not do the same, and runBenchmarks()
-// measures.
+// Shared by all benchmarks: check() ends a program whose contenders give different results, and
+// runBenchmarks() measures.
 
 #ifndef BENCHMARKS_H
 #define BENCHMARKS_H
@@ -12,7 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Unless they \a agreed on \a what, nothing is measured: the program says so and fails.
+/// Ends the program with an error unless the contenders have \a agreed on \a what.
 inline void check(bool agreed, const char* what)
 {
     if (agreed)
@@ -21,7 +21,7 @@ inline void check(bool agreed, const char* what)
     std::exit(1);
 }
 
-/// The end of main(): measures what the arguments ask for. Returns what the program does.
+/// The end of main(): runs the benchmarks that the arguments select. Returns the exit code.
 inline int runBenchmarks(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The web font catalogue beside the least that anybody could do: parsing its JSON alone, and
-// walking a list of names that are ready to be compared. Before anything is measured, both are
-// checked to find the same.
+// The web font catalogue compared with the least possible work: only parsing its JSON, and walking
+// a list of names that are prepared for comparison. Before anything is measured, both are checked
+// to find the same families.
 //
 // compare_catalogue.py runs this program and prints the ratios.
 
@@ -63,8 +63,8 @@ void secondLoader(benchmark::State& state)
 
 // Looking up
 
-/// Ten thousand names as hosts ask for them: as they are spelled, without blanks, in small letters,
-/// in capitals, and one in eight that there is none of.
+/// Ten thousand names as hosts ask for them: spelled correctly, without blanks, in lower case, in
+/// upper case, and one in eight that does not exist.
 const QStringList& names()
 {
     static const QStringList asked = [] {
@@ -156,7 +156,7 @@ void checkThatAllAgree()
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv); // its folder tells where a custom list would lie
+    QCoreApplication application(argc, argv); // its folder determines where a custom list would be
     checkThatAllAgree();
     benchmark::RegisterBenchmark("load", load);
     benchmark::RegisterBenchmark("fromJson", parseAlone);

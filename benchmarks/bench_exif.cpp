@@ -1,16 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// EXIF of 1,000 small camera files, beside libexif and exiv2.
+// EXIF of 1,000 small camera files, compared with libexif and exiv2.
 //
-// The files are made here, in memory (/dev/shm where there is such a folder), and look like those
-// of a camera: 12 tags in IFD0, 33 in the Exif sub-IFD with a maker note of 6 kB, GPS, an
-// interoperability IFD and a thumbnail. Each benchmark is one pass over all of them. Before
-// anything is measured all contenders are asked for the same, and the program ends when they
-// differ.
+// The files are generated, in memory (/dev/shm if it exists), and resemble those of a camera: 12
+// tags in IFD0, 33 in the Exif sub-IFD with a maker note of 6 kB, GPS, an interoperability IFD and
+// a thumbnail. Each benchmark is one pass over all files. Before anything is measured, the
+// contenders are checked to give the same results.
 //
 // compare_exif.py runs it with the contenders in turn and prints the ratios. With "--files FOLDER"
-// it makes the files there and nothing else, for programs that are contenders.
+// it only writes the files, for contenders that are programs.
 
 #include "Benchmarks.h"
 #include "ExifEditor.h"
@@ -41,7 +40,7 @@ const int fileCount = 1000;
 
 // The files
 
-/// A little-endian IFD under construction: entries, and the data that they point to.
+/// A little-endian IFD under construction: entries, and the data that they refer to.
 class Directory
 {
 public:
@@ -64,7 +63,7 @@ public:
     }
     int size() const { return int(mEntries.size()) * 12 + 6 + dataSize(); }
 
-    /// The bytes of the directory when it begins at an offset of the block.
+    /// The bytes of the directory if it begins at the given offset of the block.
     QByteArray at(quint32 offset, quint32 next = 0) const
     {
         QByteArray head = u16(quint16(mEntries.size()));
@@ -215,7 +214,7 @@ QByteArray cameraBlock(int index, const QByteArray& thumbnail)
     image.shortValue(0x0213, 2);
     image.text(0x8298, "Copyright A. Person");
 
-    // IFD0 with two pointers more, then the sub-IFDs, IFD1 and the thumbnail.
+    // IFD0 with two more pointers, then the sub-IFDs, IFD1 and the thumbnail.
     const quint32 exifAt = quint32(8 + image.size() + 2 * 12);
     const quint32 interoperabilityAt = exifAt + quint32(exifDirectory(date, makerNote, 0).size());
     const Directory exif = exifDirectory(date, makerNote, interoperabilityAt);
@@ -276,7 +275,7 @@ void restoreFiles()
     }
 }
 
-// The contenders. Each does one job for one file.
+// The contenders. Each processes one file.
 
 int rotationOf(int orientation)
 {
@@ -286,13 +285,13 @@ int rotationOf(int orientation)
 
 const char artist[] = "Somebody with a camera";
 
-/// What setOrientation() is asked for: another orientation than the file has.
+/// The argument of setOrientation(): a different orientation than that of the file.
 int nextOrientation(const File& file)
 {
     return 1 + (int(&file - files.data()) + 1) % 8;
 }
 
-/// What is asked of all tags: how many there are, and how many elements they hold.
+/// The result for all tags: their number, and the number of their elements.
 struct Tags
 {
     quint64 tags = 0;
@@ -342,10 +341,10 @@ struct OrvaUtils
     }
 };
 
-/// How a program that takes the new block from libexif puts it into the file.
+/// How a program that uses libexif writes the new block into the file.
 enum class Splice {
-    IntoFile, ///< what is killed in the middle leaves a piece of the photograph
-    Beside ///< into a new file, which takes the place of the old one when it is complete
+    IntoFile, ///< a kill leaves a part of the photograph
+    Beside ///< into a new file, which replaces the old one when it is complete
 };
 
 template <Splice way>
@@ -414,7 +413,7 @@ private:
         return save(file, data);
     }
 
-    /// The library makes the new block; putting it into the file is left to its user.
+    /// The library makes the new block; writing it to the file is up to its user.
     static bool save(const File& file, ExifData* data)
     {
         unsigned char* payload = nullptr;
@@ -530,7 +529,7 @@ void read(benchmark::State& state, const Job& job)
     }
 }
 
-/// One pass of a job that changes all files, which are made anew before.
+/// One pass of a job that changes all files, which are restored before.
 template <typename Job>
 void change(benchmark::State& state, const Job& job)
 {
@@ -559,7 +558,7 @@ void addBenchmarks()
             ->Unit(benchmark::kMillisecond)
             ->UseManualTime();
     };
-    // The same job of the three, one right after the other.
+    // The same job of all three, one right after the other.
     const auto add = [](const std::string& name, const auto& kind, auto ours, auto libExif,
                         auto exiv2) {
         kind(name + "<OrvaUtils>", ours);
@@ -579,7 +578,8 @@ void addBenchmarks()
     changing("setArtist<LibExifBeside>", LibExifBeside::setArtist);
 }
 
-/// Whether a file's orientation reads 0 everywhere, and what follows the EXIF segment is as before.
+/// Whether a file's orientation reads 0 everywhere, and the bytes after the EXIF segment are
+/// unchanged.
 bool isCleared(const File& file)
 {
     QFile device(file.name);

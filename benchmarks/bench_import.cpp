@@ -45,7 +45,7 @@ bool importOurs(const QString& src, const QString& dst)
                                      ImageUtils::UseExifRotation | ImageUtils::ProgressiveJpeg);
 }
 
-/// The same wishes; the quality is that which a progressive JPEG of copyImageFile() has.
+/// The same settings; the quality is that of a progressive JPEG of copyImageFile().
 ImageImport wishes()
 {
     ImageImport how;
@@ -60,7 +60,7 @@ bool importNew(const QString& src, const QString& dst)
     return bool(ImageUtils::importImage(src, dst, wishes()));
 }
 
-/// Imports all files of a folder, on as many threads as the processor runs at a time or one after
+/// Imports all files of a folder, in as many threads as the processor has cores or one after
 /// another.
 bool importMany(bool atOnce, const QString& from, const QString& to)
 {
@@ -84,7 +84,7 @@ bool importMany(bool atOnce, const QString& from, const QString& to)
     return succeeded;
 }
 
-/// What one writes with Qt alone, without thinking of more.
+/// The obvious implementation with Qt alone.
 bool importQt(const QString& src, const QString& dst)
 {
     QImageReader reader(src);
@@ -99,8 +99,8 @@ bool importQt(const QString& src, const QString& dst)
     return writer.write(image);
 }
 
-/// A picture with detail of every size, as photographs have it: noise from the size of the whole
-/// down to a pixel, each finer one weaker. Calm areas (sky, walls) lie beside rough ones.
+/// A picture with detail of every size, like a photograph: noise from the size of the whole down to
+/// a pixel, each finer level weaker. Calm areas (sky, walls) are next to rough ones.
 QImage photograph(int width, int height)
 {
     quint32 state = 1;
@@ -148,7 +148,7 @@ QImage photograph(int width, int height)
     return image;
 }
 
-/// Saves it as a camera does: baseline, quality 92, orientation 6.
+/// Saves it like a camera: baseline, quality 92, orientation 6.
 bool makePhotograph(int width, int height, const QString& dst, double grain = 0)
 {
     QImage image = photograph(width, height);

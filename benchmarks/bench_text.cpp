@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Text operations and code emitters beside what else does their work: ICU, QRegularExpression,
+// Text operations and code emitters compared with alternatives: ICU, QRegularExpression,
 // QVersionNumber, KFormat and QJsonDocument. Before anything is measured, all contenders are
-// checked to agree. Some operations have themselves as a peer, with half as much to do, which shows
-// how their time grows.
+// checked to agree. Some operations are compared with themselves at half the input size, which
+// shows how their time grows.
 //
 // compare_text.py runs this program and prints the ratios.
 
@@ -36,7 +36,7 @@ namespace {
 
 // Texts
 
-/// A thousand titles such as a shop has, about 60 characters each, half of them with accents.
+/// A thousand product titles of about 60 characters each, half of them with accents.
 const QStringList& titles()
 {
     static const QStringList texts = [] {
@@ -90,7 +90,7 @@ void checkTexts()
     const auto ascii = transliterator(latinToAscii);
     const auto marks = transliterator(marksAway);
     for (const QString& title : titles()) {
-        // Punctuation and ligatures, which the rules of ICU treat otherwise, are left out here.
+        // Punctuation and ligatures are left out, because the rules of ICU treat them differently.
         const QString letters =
             QString(title).remove(QRegularExpression(QStringLiteral("[«»×œø]")));
         const QString plain = StringUtils::removeAccents(letters);
@@ -139,7 +139,7 @@ void searchKeyExpression(benchmark::State& state)
 
 // Versions
 
-/// Pairs of versions, most of them equal in their first components.
+/// Pairs of versions, most of them with the same first components.
 const QVector<QPair<QString, QString>>& versions()
 {
     static const QVector<QPair<QString, QString>> pairs = [] {
@@ -220,7 +220,7 @@ QString durationKFormatSpelled(quint64 ms)
     return format.formatSpelloutDuration(ms);
 }
 
-/// The seconds that a text such as "1h 2mn 3s " or "1h02m03s" tells.
+/// The seconds of a text such as "1h 2mn 3s " or "1h02m03s".
 int secondsTold(const QString& text)
 {
     static const QRegularExpression piece(QStringLiteral("(\\d+)(h|mn?|s)"));
@@ -261,7 +261,7 @@ void formatDurations(benchmark::State& state)
 
 // Code
 
-/// A map of 100,000 entries: texts for the most part, numbers and booleans.
+/// A map of 100,000 entries: mostly texts, some numbers and booleans.
 const QVariantMap& products()
 {
     static const QVariantMap map = [] {
@@ -325,7 +325,7 @@ QByteArray jsonFromVariant()
     return QJsonDocument::fromVariant(products()).toJson(QJsonDocument::Compact);
 }
 
-/// The literal of the products, put together the plain way.
+/// The literal of the products, concatenated in the obvious way.
 QByteArray expectedCode(const char* start, const char* keyEnd, const char* end)
 {
     QByteArray code = start;
@@ -393,7 +393,7 @@ void hostileWebAddress(benchmark::State& state)
 
 const int growthSize = 1 << 20;
 
-/// Runs \a operation on a text of \a c, of as many million characters as the argument of \a state.
+/// Runs \a operation on a text of \a c repeated as many million times as \a state says.
 template <typename Operation>
 void runOnText(benchmark::State& state, QChar c, Operation operation)
 {

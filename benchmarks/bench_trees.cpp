@@ -26,7 +26,7 @@
 
 namespace {
 
-/// A tree of 50 folders of 40 files each, made once and gone when the program ends.
+/// A tree of 50 folders with 40 files each, made once and removed when the program ends.
 class SampleTree
 {
 public:
@@ -51,7 +51,7 @@ public:
     QString copy() const { return mFolder.path() + QStringLiteral("/copy"); }
 
 private:
-    /// In memory where there is such a folder: the disk is not what is measured.
+    /// In memory if possible: the disk is not measured.
     static QString root()
     {
         const QString memory = QStringLiteral("/dev/shm");
@@ -148,7 +148,7 @@ void removeContentDirectory(benchmark::State& state)
 }
 BENCHMARK(removeContentDirectory)->Unit(benchmark::kMillisecond);
 
-/// One operation, as a program would be called for it; the exit code.
+/// Runs one operation, as a separate program would; returns the exit code.
 int once(const QStringList& arguments)
 {
     const QString operation = arguments.value(0);
@@ -173,7 +173,7 @@ int once(const QStringList& arguments)
     } else if (operation == QLatin1String("listFiles")) {
         QStringList files;
         FileUtils::listFilesInFileSystem(path, files, true);
-        // In portions, which use the same memory again.
+        // In parts, which use the same memory again.
         for (int start = 0; start < files.size(); start += 500) {
             const QStringList portion = files.mid(start, 500);
             std::puts(QFile::encodeName(portion.join(QLatin1Char('\n'))).constData());
@@ -193,7 +193,7 @@ int once(const QStringList& arguments)
 
 int main(int argc, char** argv)
 {
-    // File names in the user's encoding, as the application object of a program sees to it.
+    // File names in the user's encoding, for which the application object of a program provides.
     std::setlocale(LC_ALL, "");
     if (argc > 1 && std::strcmp(argv[1], "--once") == 0) {
         QStringList arguments;

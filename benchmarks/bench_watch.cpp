@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Watching a folder tree beside QFileSystemWatcher alone, and digests of large files.
+// Watching a folder tree compared with QFileSystemWatcher alone, and digests of large files.
 //
 // As a Google Benchmark program it times the digests in process. With --once it does one job for
 // compare_watch.py, so that process is measured against process:
@@ -37,8 +37,8 @@
 
 namespace {
 
-/// The plain way of watching a tree: everything is listed, and what is registered is asked of
-/// QFileSystemWatcher, at each notification and once more behind it.
+/// The obvious way of watching a tree: everything is listed, and registered paths are requested
+/// from QFileSystemWatcher, at each notification and once more after it.
 class StepByStepWatcher : public QObject
 {
 public:
@@ -103,7 +103,7 @@ void say(double seconds)
 
 int registerTree(bool ours, const QString& tree)
 {
-    // What is measured for Qt is registering alone: the paths lie ready.
+    // Only registering is measured for Qt: the paths are prepared.
     QStringList files;
     QStringList folders;
     listTree(tree, &files, &folders);
@@ -150,7 +150,7 @@ int latency(bool ours, const QString& tree, int count)
         QTimer::singleShot(10000, &loop, [] { std::exit(1); });
         loop.exec();
         seconds.push_back(double(clock.nsecsElapsed()) / 1e9);
-        // What this file still causes is not the next one's.
+        // The effects of this file must not be counted for the next one.
         QEventLoop rest;
         QTimer::singleShot(60, &rest, &QEventLoop::quit);
         rest.exec();
@@ -193,7 +193,7 @@ int appear(bool ours, const QString& tree, int count)
         steps.addDir(tree);
         counting = true;
     }
-    // What registering the tree still causes is not the new files'.
+    // The effects of registering the tree must not be counted for the new files.
     QEventLoop start;
     QTimer::singleShot(500, &start, &QEventLoop::quit);
     start.exec();

@@ -5,9 +5,9 @@
 
     compare_catalogue.py [--build DIR] [--rounds N]
 
-DIR is the build folder with benchmarks/bench_catalogue in it. That program checks that all
+DIR is the build folder that contains benchmarks/bench_catalogue. This program checks that all
 contenders agree and runs them in turn, in random order, N times each; its figures are medians of CPU
-time. Programs are started in turn 20 N times each. Ends with 1 when a promised ratio is missed.
+time. Programs are started in turn 20 N times each. Exits with 1 if a promised ratio is missed.
 """
 
 import argparse
@@ -19,7 +19,7 @@ import sys
 from peers import Table, alternate, benchmark_medians, run
 
 JOBS = [
-    # what is measured, our figure, the peer's figure, the ratio that we promise
+    # what is measured, our figure, the peer's figure, the promised ratio
     ("catalogue: load", "load", "fromJson", 1.5),
     ("catalogue: a second loader", "second loader", "fromJson", 0.05),
     ("catalogue: 10,000 look-ups", "10,000 look-ups", "linear search", 0.05),
@@ -28,7 +28,7 @@ JOBS = [
 
 
 def first_price(program, rounds):
-    """The median of the seconds for which the first price waits, each in a process of its own."""
+    """The median of the seconds that the first price takes, each in a separate process."""
     return statistics.median(
         int(subprocess.run([program, "price"], check=True, stdout=subprocess.PIPE).stdout) / 1e9
         for _ in range(rounds))

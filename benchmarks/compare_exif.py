@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""EXIF of 1,000 small camera files beside libexif, exiv2 and exiftool: prints the table of ratios.
+"""Compares EXIF of 1,000 small camera files with libexif, exiv2 and exiftool: prints the ratios.
 
     compare_exif.py [--build BUILD_DIR] [--rounds N]
 
 The program bench_exif makes the files, checks that all contenders give the same result, and runs
-them in turn, in random order, N times (15) each. The
-figures are processor time, user and system, which other programs on the machine disturb least.
-exiftool is one process for all files, and runs once.
+them in turn, in random order, N times (15) each. The figures are processor time, user and system,
+which other programs on the machine affect least. exiftool is one process for all files, and runs
+once.
 """
 
 import argparse
@@ -22,7 +22,7 @@ import tempfile
 from peers import Table, benchmark_medians
 
 JOBS = [
-    # what is measured, our figure, the peer's figure, the ratio that we promise
+    # what is measured, our figure, the peer's figure, the promised ratio
     ("imageExifRotation", "rotation<OrvaUtils>", "libexif", "rotation<LibExif>", 0.8),
     ("imageExifRotation", "rotation<OrvaUtils>", "exiv2", "rotation<Exiv2Library>", 0.4),
     ("all tags", "allTags<OrvaUtils>", "libexif", "allTags<LibExif>", 0.9),
@@ -47,7 +47,7 @@ JOBS = [
 
 
 def exiftool_seconds(program, change):
-    """The processor time of one exiftool that makes a change to all files."""
+    """The processor time of one exiftool process that changes all files."""
     memory = "/dev/shm" if os.path.isdir("/dev/shm") else None
     with tempfile.TemporaryDirectory(dir=memory) as folder:
         subprocess.run([program, "--files", folder], check=True)

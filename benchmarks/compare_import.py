@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""Import of a photograph beside other programs: process against process.
+"""Compares the import of a photograph with other programs, process against process.
 
     benchmarks/compare_import.py [--build build/release] [--rounds 9] [--photo FILE]...
 
-Every contender makes the same of the same file: the picture upright, 1600 x 1600 at most, as a
+Every contender produces the same picture from the same file: upright, at most 1600 x 1600, as a
 progressive JPEG of quality 75. The photographs (6, 12 and 24 megapixels, baseline, orientation 6)
-are made by bench_import, one of 12 megapixels also with grain; --photo takes your own instead, whose
-promise is that of the nearest size. importImage() is measured beside copyImageFile() ("ours"), and
-ImageImporter over a hundred photographs beside one after another. All files lie in memory. Contenders
-that are not installed are left out.
+are made by bench_import, one of 12 megapixels also with grain; --photo uses your own instead, with
+the promise for the nearest size. importImage() is compared with copyImageFile() ("ours"), and
+ImageImporter on a hundred photographs with importing one after another. All files are in memory.
+Contenders that are not installed are left out.
 """
 
 import argparse
@@ -42,7 +42,7 @@ def contenders(bench, source, folder):
     def out(name):
         return os.path.join(folder, name + ".jpg")
 
-    # Debian's own name first: "convert" may be anybody's.
+    # Debian's own name first: "convert" may be another program.
     magick = next(filter(shutil.which, ("convert-im6.q16", "magick")), "convert")
     known = {
         "ours": [bench, "--once", "ours", source, out("ours")],
@@ -60,7 +60,7 @@ def contenders(bench, source, folder):
 
 
 def peak_mib(command):
-    """The most memory, in MiB, that a process had at one time."""
+    """The peak memory of a process in MiB."""
     process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
     _, status, usage = os.wait4(process.pid, 0)
     process.returncode = os.waitstatus_to_exitcode(status)
@@ -70,7 +70,7 @@ def peak_mib(command):
 
 
 def likeness(bench, ours, theirs):
-    """PSNR of the luma of two results in dB; fails where they are not the same picture."""
+    """PSNR of the luma of two results in dB; fails if they are not the same picture."""
     answer = subprocess.run([bench, "--psnr", ours, theirs], check=True, capture_output=True,
                             text=True).stdout.split()
     width, height, peer_width, peer_height = map(int, answer[:4])
@@ -81,7 +81,7 @@ def likeness(bench, ours, theirs):
 
 
 def is_progressive(path):
-    """Whether the first frame marker of a JPEG is that of a progressive one."""
+    """Whether the first frame marker of a JPEG is progressive."""
     with open(path, "rb") as file:
         data = file.read()
     at = 2

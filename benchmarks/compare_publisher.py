@@ -1,18 +1,18 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""The example shop-publisher beside thumbsup (npm), and with very many photographs.
+"""Compares the example shop-publisher with thumbsup (npm), and runs it on very many photographs.
 
     benchmarks/compare_publisher.py [--build build/release] [--rounds 3] [--thumbsup PROGRAM]
                                     [--photographs 20000]
 
-Both make a site of the same 150 photographs of 12 megapixels: each in at most 1600 and in at most
-640 pixels, with pages that show them. First into a folder that is not there, then again, with
-nothing new. All files lie in memory. thumbsup is taken from the folder build/thumbsup, into which it
-is installed where there is npm; otherwise it is left out, and the script says so.
+Both make a site of the same 150 photographs of 12 megapixels: each at most 1600 and at most 640
+pixels wide, with pages that show them. First to a folder that does not exist, then again without
+changes. All files are in memory. thumbsup is installed to the folder build/thumbsup if there is npm;
+otherwise it is left out with a message.
 
-Then a project of 20,000 small photographs, each another file: the seconds of a run that finds
-nothing new, and the most memory that each run takes. Ends with 1 when a promise is missed.
+Then a project of 20,000 small photographs, all different: the seconds of a run without changes, and
+the peak memory of each run. Exits with 1 if a promise is missed.
 """
 
 import argparse
@@ -30,13 +30,13 @@ PROMISED_FIRST = 0.35
 PROMISED_SECOND = 0.2
 PROMISED_SECONDS = 3
 PROMISED_MIB = 200
-# Of thumbsup, whose sizes are heights: those of a photograph of 4:3 in 1600 and in 640 pixels. It
-# makes a third one, of 120 pixels, besides.
+# For thumbsup, whose sizes are heights: those of a 4:3 photograph in 1600 and in 640 pixels. It
+# makes a third one, of 120 pixels, as well.
 SAME_WORK = ["--large-size", "1200", "--small-size", "480", "--photo-quality", "75"]
 
 
 def thumbsup_program(given, build):
-    """The path of thumbsup, installed where it is not yet; None where it cannot be had."""
+    """The path of thumbsup, which is installed if necessary; None if that is impossible."""
     if given:
         return given
     folder = os.path.join(os.path.dirname(os.path.abspath(build)), "thumbsup")

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""Text operations and code emitters beside ICU, Qt's own classes and KFormat.
+"""Compares text operations and code emitters with ICU, Qt's own classes and KFormat.
 
     compare_text.py [--build DIR] [--rounds N]
 
-DIR is the build folder with benchmarks/bench_text in it. The program checks that all contenders
-agree and runs them in turn, in random order, N times each; the figures are medians of CPU time, since
-everything runs in one thread of one process. Ends with 1 when a promised ratio is missed.
+DIR is the build folder that contains benchmarks/bench_text. This program checks that all contenders
+agree and runs them in turn, in random order, N times each; the figures are medians of CPU time,
+because everything runs in one thread. Exits with 1 if a promised ratio is missed.
 """
 
 import argparse
@@ -20,7 +20,7 @@ ACCENTS = "removeAccents, 1,000 titles"
 DURATION = "formatDurationFromMSec, 1,000 durations"
 WORDS = "TimeUtils::msecToString, 1,000 durations"
 JOBS = [
-    # what is measured, our figure, the peer's figure, the ratio that we promise
+    # what is measured, our figure, the peer's figure, the promised ratio
     (ACCENTS, "removeAccents", "ICU Latin-ASCII", 0.05),
     (ACCENTS, "removeAccents", "ICU NFD, marks, NFC", 0.05),
     ("normalizeTextForSearch, 1,000 titles", "normalizeTextForSearch", "QRegularExpression", 0.25),
@@ -35,7 +35,7 @@ JOBS = [
     ("JavaScript object, 100,000 entries", "JavaScript", "fromVariant, toJson", 0.35),
 ]
 
-# Operations on a text of MILLIONS characters, each of which is replaced, and on one of half the
+# Operations on a text of MILLIONS characters, all of which are replaced, and on one of half the
 # length: twice the work takes twice the time.
 GROWTH = [
     ("escapeQuotes", 16),
@@ -45,7 +45,7 @@ GROWTH = [
 ]
 GROWTH_RATIO = 2.6
 
-# What two hostile addresses of each kind may take together.
+# The time that two hostile addresses of each kind may take together.
 HOSTILE = ["hostile e-mail addresses", "hostile web addresses"]
 HOSTILE_SECONDS = 0.1
 

@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""The folder tree operations of FileUtils beside cp, rsync, du, find and rm.
+"""Compares the folder tree operations of FileUtils with cp, rsync, du, find and rm.
 
     compare_trees.py [--build BUILD_DIR] [--rounds N] [--root FOLDER] [--disk FOLDER]
 
 Process is measured against process: both pay for their start. The tree has 20,000 files of 1 to
 4 KiB in 500 folders (20 folders with 24 sub-folders each, 40 files in every one). All operations
-are measured in memory, where the disk is not what is measured; copies once more on a disk, where
-files really lie, in a folder that --disk names (the folder for temporary files otherwise, which
-should be on a disk). Before the clock runs, each contender is checked to give the same result as
-its peer. Ends with 1 when a promised ratio is missed.
+are measured in memory, to exclude the disk; copies are also measured on a disk, as in real use, in
+the folder given by --disk (by default the folder for temporary files, which should be on a disk).
+Before anything is measured, each contender is checked to give the same result as its peer. Exits
+with 1 if a promised ratio is missed.
 """
 
 import argparse
@@ -24,7 +24,7 @@ import peers
 
 
 def make_tree(root):
-    """20,000 files in 500 folders; the same ones every time."""
+    """20,000 files in 500 folders; always the same ones."""
     state = 12345
     for top in range(20):
         for sub in [""] + [f"sub{index:02}" for index in range(24)]:
@@ -67,7 +67,7 @@ def main():
     arguments = parser.parse_args()
     program = [os.path.join(arguments.build, "benchmarks", "bench_trees"), "--once"]
     kept = True
-    # A disk takes its time; a few rounds of it last longer than all others.
+    # A disk is slow; a few rounds of it last longer than all others.
     few = min(arguments.rounds, 5)
     for function, folder, rounds in ((compare, arguments.root, arguments.rounds),
                                      (compare_copies, arguments.disk, few)):
@@ -90,7 +90,7 @@ def make_large_files(root):
 
 
 def copying(command, source, work):
-    """A contender that copies a tree; what it leaves to write is written outside of its time."""
+    """A contender that copies a tree; data that it has not written yet is written afterwards."""
     def once():
         copy = os.path.join(work, "copy")
         seconds = peers.run(command + [source, copy])
@@ -101,7 +101,7 @@ def copying(command, source, work):
 
 
 def compare_copies(program, work, rounds):
-    """Copies beside cp, with and without bringing them to the disk, which copyDir always does."""
+    """Compares copies with cp, with and without syncing, which copyDir always does."""
     table = peers.Table(f"Copies of folder trees on a disk ({work})")
     synced = ["sh", "-c", 'cp -a "$0" "$1" && sync -f "$1"']
 
@@ -137,7 +137,7 @@ def compare(program, work, rounds):
     table = peers.Table("Folder trees: 20,000 files of 1-4 KiB in 500 folders, in memory")
 
     def contend(what, ours, *rivals):
-        """A row for each rival, who is (name, function, promised ratio)."""
+        """A row for each rival: (name, function, promised ratio)."""
         contenders = {name: function for name, function, _ in rivals}
         medians = peers.alternate({"ours": ours, **contenders}, rounds)
         for name, _, promised in rivals:
@@ -165,7 +165,7 @@ def compare(program, work, rounds):
             ("cp -a", copying(["cp", "-a"], large, work), 1.05))
     shutil.rmtree(large)
 
-    # folderSize; du adds the folders themselves
+    # folderSize; du includes the folders themselves
 
     size = bytes_of_files(tree)
     of_folders = sum(os.path.getsize(folder) for folder, _, _ in os.walk(tree))

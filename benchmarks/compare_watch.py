@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""DirectoryWatcher beside QFileSystemWatcher alone and beside the plain way of watching a tree;
-digests beside md5sum and sha1sum.
+"""Compares DirectoryWatcher with QFileSystemWatcher alone and with the obvious way of watching a tree,
+and digests with md5sum and sha1sum.
 
     compare_watch.py [--build BUILD_DIR] [--rounds N] [--root FOLDER]
 
 The tree has 5,000 files in 200 folders. Registering and latency are clock time, measured inside
-the program; what 2,000 new files cost is CPU time, and "step by step" lists the whole tree and
-builds its sets anew at each notification. Digests are of 1 GiB, process against process. Ends with
-1 when a promised ratio is missed.
+the program; the cost of 2,000 new files is CPU time, and "step by step" lists the whole tree and
+rebuilds its sets at each notification. Digests are of 1 GiB, process against process. Exits with 1
+if a promised ratio is missed.
 """
 
 import argparse
@@ -38,7 +38,7 @@ def output(command):
 
 
 def appear(program, kind, tree, count):
-    """CPU seconds that a watcher of this kind spends on count files which appear in the root."""
+    """CPU seconds that a watcher of this kind spends on count new files in the root."""
     watcher = subprocess.Popen(program + ["appear", kind, tree, str(count)],
                                stdout=subprocess.PIPE, text=True)
     if watcher.stdout.readline().strip() != "ready":
@@ -56,7 +56,7 @@ def appear(program, kind, tree, count):
 
 
 def peak_memory(command):
-    """The resident KiB that a command needs at most."""
+    """The peak resident memory of a command in KiB."""
     _, status, usage = os.wait4(subprocess.Popen(command, stdout=subprocess.DEVNULL).pid, 0)
     if status != 0:
         sys.exit(f"compare_watch: {command} failed")

@@ -1,11 +1,11 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""What the compare_<topic>.py scripts share: contenders run in turn, medians, one table.
+"""Shared by the compare_<topic>.py scripts: contenders that run in turn, medians, one table.
 
 A contender is a function without arguments that does the whole job once and returns the seconds it
-took. Contenders take turns (a b c, c a b, ...), so that whatever disturbs the machine disturbs all
-of them alike, and in an order that changes from round to round, so that nobody always runs on what
-the same neighbour leaves of caches and memory. The figure of each is its median, and the ratio is
+took. Contenders take turns (a b c, c a b, ...), so that other load on the machine affects all of
+them equally, in an order that changes from round to round, so that no contender always runs with the
+caches and memory that the same neighbour leaves. The figure of each is its median, and the ratio is
 ours divided by the peer's.
 """
 
@@ -27,12 +27,12 @@ def timed(function):
 
 
 def run(command, **options):
-    """Runs a command, fails loudly when it fails, and returns its seconds."""
+    """Runs a command, raises an error if it fails, and returns its seconds."""
     return timed(lambda: subprocess.run(command, check=True, stdout=subprocess.DEVNULL, **options))
 
 
 def cpu_of_children(function):
-    """CPU seconds, user and system, that the child processes started by function spend."""
+    """CPU seconds, user and system, of the child processes that function starts."""
     before = resource.getrusage(resource.RUSAGE_CHILDREN)
     function()
     after = resource.getrusage(resource.RUSAGE_CHILDREN)
@@ -40,7 +40,7 @@ def cpu_of_children(function):
 
 
 def alternate(contenders, rounds=7):
-    """Runs every contender once a round after one unmeasured round; name -> median seconds."""
+    """Runs every contender once per round after a warm-up round; name -> median seconds."""
     seconds = {name: [] for name in contenders}
     for function in contenders.values():
         function()
@@ -74,7 +74,7 @@ def benchmark_medians(program, rounds, seconds_each):
 
 
 class Table:
-    """Rows of our median beside a peer's, the ratio and the highest ratio that we promise."""
+    """Rows with our median, the peer's, the ratio and the highest ratio that we promise."""
 
     def __init__(self, title):
         self.title = title

@@ -22,7 +22,7 @@ bool editByLibexif(const QString& path)
     if (!file.open(QIODevice::ReadWrite))
         return false;
     const QByteArray content = file.readAll();
-    // Where the segment is, is left to the user of the library.
+    // Locating the segment is up to the user of the library.
     const int name = content.indexOf(QByteArray("Exif\0\0", 6));
     if (name < 4)
         return false;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// A program that links the library and uses nothing of it: what its start costs is what the library
-// costs everybody. With an argument it prints the nanoseconds that the first price waits for the
+// A program that links to the library without using it: its start shows what the library costs
+// every program. With an argument it prints the nanoseconds that the first price waits for the
 // currencies.
 
 #include "CurrencyUtils.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// A program that links the Qt modules that the library links, and uses nothing of them.
+// A program that links to the same Qt modules as the library, without using them.
 
 int main()
 {

@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# A toolchain file: compiles for Windows with mingw-w64, and runs what comes of it with wine.
-# CMAKE_PREFIX_PATH names the folder of Qt for Windows. See scripts/windows.
+# A toolchain file: compiles for Windows with mingw-w64, and runs the programs with wine.
+# CMAKE_PREFIX_PATH is the folder of Qt for Windows. See scripts/windows.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
@@ -11,7 +11,7 @@ set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 find_program(CMAKE_CROSSCOMPILING_EMULATOR wine64 HINTS /usr/lib/wine)
 
-# Programs are those of the machine that builds, all else is Windows'.
+# Programs are found on the build machine, everything else for Windows.
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32 ${CMAKE_PREFIX_PATH})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

@@ -1,10 +1,10 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Finds the Qt that OrvaUtils is made with: the major version ORVAUTILS_QT, 5 or 6; where that is
-# empty, the one that whoever includes this has found already, else 5, else 6. ORVAUTILS_QT_MAJOR is
-# the one that is taken. Where it is missing, ORVAUTILS_QT_MISSING tells how to get it; else that is
-# empty. Used by the build and by the installed package.
+# Finds the Qt that OrvaUtils is built with: the major version ORVAUTILS_QT, 5 or 6; if that is
+# empty, the version that the including project has already found, else 5, else 6. Sets
+# ORVAUTILS_QT_MAJOR to the version found. If it is missing, ORVAUTILS_QT_MISSING says how to
+# install it; otherwise that is empty. Used by the build and by the installed package.
 
 set(ORVAUTILS_QT_MISSING "")
 set(ORVAUTILS_QT_MAJOR "${ORVAUTILS_QT}")
@@ -24,7 +24,7 @@ if(NOT ORVAUTILS_QT_MAJOR STREQUAL 6)
   endif()
 endif()
 if(NOT ORVAUTILS_QT_MAJOR STREQUAL 5)
-  # FileUtils takes a QRegExp, and QExifValue knows the text codecs.
+  # FileUtils takes a QRegExp, and QExifValue uses text codecs.
   find_package(Qt6 6.2 QUIET COMPONENTS ${ORVAUTILS_QT_MODULES} Core5Compat)
   if(Qt6_FOUND)
     set(ORVAUTILS_QT_MAJOR 6)

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Two Debian packages, made by CPack: the library, and what is needed to build programs with it.
+# Two Debian packages, made by CPack: the library, and the files needed to build programs with it.
 # scripts/package configures, builds and checks them.
 
 if(NOT BUILD_SHARED_LIBS OR NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
@@ -11,20 +11,20 @@ endif()
 
 set(ORVAUTILS_PACKAGE_MAINTAINER "The OrvaUtils authors <maintainers@orvautils.example>" CACHE STRING
   "Name and address of whoever answers for the packages")
-# Whatever Debian itself would make of the same version begins with 1, and is newer.
+# A package of the same version by Debian itself would begin with 1, and be newer.
 set(ORVAUTILS_PACKAGE_REVISION 0orvautils1 CACHE STRING
   "Counts the packages that are made of one version of the library")
 set(ORVAUTILS_LIBRARY_PACKAGE liborvautils${PROJECT_VERSION_MAJOR})
 set(qt_development "qtbase5-dev (>= ${ORVAUTILS_QT_FLOOR})")
 if(ORVAUTILS_QT_MAJOR EQUAL 6)
-  # A name that ends with a digit and a number of its own need something between them.
+  # A name that ends in a digit needs a separator before a number.
   set(ORVAUTILS_LIBRARY_PACKAGE liborvautils-qt6-${PROJECT_VERSION_MAJOR})
   set(qt_development
     "qt6-base-dev (>= ${ORVAUTILS_QT_FLOOR}), qt6-5compat-dev (>= ${ORVAUTILS_QT_FLOOR})")
 endif()
 set(ORVAUTILS_DEVELOPMENT_PACKAGE liborvautils${ORVAUTILS_SUFFIX}-dev)
 
-# Debian wants to know, for every package: who made it, under which terms, and what changed.
+# Debian requires for every package: the author, the licence and the changes.
 
 set(documents "${PROJECT_BINARY_DIR}/debian")
 file(STRINGS "${PROJECT_SOURCE_DIR}/LICENSE" licence)
@@ -33,7 +33,7 @@ string(REGEX REPLACE "^Copyright \\(c\\) " "" ORVAUTILS_COPYRIGHT "${licence}")
 file(READ "${PROJECT_SOURCE_DIR}/LICENSE" licence)
 string(REGEX REPLACE "^.*Copyright[^\n]*\n\n" "" licence "${licence}")
 string(STRIP "${licence}" licence)
-# In such a file a text is set in by a blank, and a blank line is a point.
+# In such a file text is indented by a blank, and an empty line is a dot.
 string(REPLACE "\n" "\n " licence "${licence}")
 string(REPLACE "\n \n" "\n .\n" licence "${licence}")
 set(ORVAUTILS_LICENCE " ${licence}")
@@ -77,7 +77,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
-# The linker's cache learns of the library, and programs that link it depend on this version of the
+# The linker's cache is updated, and programs that link to the library depend on this version of the
 # package.
 file(WRITE "${documents}/triggers" "activate-noawait ldconfig\n")
 file(WRITE "${documents}/shlibs" "libOrvaUtils${ORVAUTILS_SUFFIX} ${PROJECT_VERSION_MAJOR} \
@@ -90,7 +90,7 @@ It gathers identity and folders, errors that travel through trees of
 objects, worker threads, files, EXIF and image import, text, HTML and code
 generation, a font catalogue, currencies and VAT rates, and helpers for
 widgets.")
-# Each package has a summary of its own.
+# Each package has its own summary.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${ORVAUTILS_LIBRARY_PACKAGE})

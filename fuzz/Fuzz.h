@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What the fuzz targets share: promises that stop the run when they are broken, and texts made from
+// Shared by the fuzz targets: promises that stop the run if they are broken, and texts made from
 // bytes.
 
 #ifndef FUZZ_H
@@ -14,7 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Stops the run, and so makes the input a finding, unless \a promise holds.
+/// Stops the run, and so reports the input, unless \a promise holds.
 #define FUZZ_PROMISE(promise)                                                                      \
     do {                                                                                           \
         if (!(promise)) {                                                                          \
@@ -23,8 +23,9 @@
         }                                                                                          \
     } while (false)
 
-/// A text of UTF-16 units from \a bytes: one byte each where the first byte is even, so that ASCII
-/// is easy to meet, else two bytes each, so that every unit can be met, halves of pairs too.
+/// A text of UTF-16 units from \a bytes: a single byte if the first one is even, so that ASCII is
+/// found easily, otherwise two bytes each, so that every unit is possible, including lone
+/// surrogates.
 inline QString textOf(const std::string& bytes)
 {
     if (bytes.empty())

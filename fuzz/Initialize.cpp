@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What libFuzzer calls before the first input, for every target.
+// Called by libFuzzer before the first input of every target.
 
 #include <QByteArray>
 
@@ -9,9 +9,9 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    // One time zone without a change of clocks, so that every wall-clock time exists.
+    // A time zone without daylight saving time, so that every local time exists.
     qputenv("TZ", QByteArrayLiteral("UTC"));
-    // Warnings about broken input are promised, but nobody reads millions of them.
+    // Warnings about damaged input are promised, but nobody reads millions of them.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     return 0;
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ColorUtils: colorFromCss() takes exactly the texts that its grammar names, and reads what
-// colorToCss() wrote.
+// ColorUtils: colorFromCss() accepts exactly the texts of its grammar, and reads the output of
+// colorToCss().
 
 #include "ColorUtils.h"
 #include "Fuzz.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The parts of "NAME(a,b,…)" where the text has \a count of them.
+/// The parts of "NAME(a,b,…)" if there are \a count of them.
 QStringList parts(const QString& text, const QString& name, int count)
 {
     if (!text.startsWith(name + QLatin1Char('('), Qt::CaseInsensitive)

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ExifEditor on any block: a change is the only thing that changes, saving twice is saving once,
-// and the shortcuts of ExifUtils read what the editor reads.
+// ExifEditor on any block: a change affects nothing else, saving twice is the same as saving once,
+// and the shortcuts of ExifUtils agree with the editor.
 
 #include "ExifEditor.h"
 #include "ExifUtils.h"
@@ -23,7 +23,7 @@ QByteArray jpegOf(const QByteArray& block)
         + QByteArray("Exif\0\0", 6) + block + QByteArray::fromHex("FFDB00040102FFD9");
 }
 
-/// The block that a saved file has.
+/// The block of a saved file.
 QByteArray blockOf(const QByteArray& jpeg)
 {
     return jpeg.mid(12, (uchar(jpeg[4]) << 8 | uchar(jpeg[5])) - 8);
@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     FUZZ_PROMISE(again.contains(Header::Artist) == !removes);
     if (!removes)
         FUZZ_PROMISE(again.value(Header::Artist).toString() == artist);
-    // What claims more than the block has reads differently in one that has become longer.
+    // Values that extend beyond the end of the block read differently in a longer one.
     if (TiffWalk(block).isSound())
         FUZZ_PROMISE(without(blockOf(file), "IFD0 013b") == without(block, "IFD0 013b"));
 

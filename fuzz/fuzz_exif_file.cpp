@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// loadFromJpeg() and saveToJpeg() on a whole file: everything outside of the EXIF segment survives
-// byte for byte, and a second save changes nothing.
+// loadFromJpeg() and saveToJpeg() on a whole file: everything outside the EXIF segment is kept byte
+// for byte, and a second save changes nothing.
 
 #include "Fuzz.h"
 #include "QExifImageHeader.h"
@@ -18,14 +18,14 @@ int lengthAt(const QByteArray& file, int position)
     return uchar(file.at(position)) << 8 | uchar(file.at(position + 1));
 }
 
-/// Where a segment of a file begins and ends.
+/// The begin and the end of a segment in a file.
 struct Range
 {
     int begin;
     int end;
 };
 
-/// The segment at \a begin, which may be cut short by the end of the file.
+/// The segment at \a begin, which may be truncated by the end of the file.
 Range segmentAt(const QByteArray& file, int begin)
 {
     if (begin + 4 > file.size())
@@ -33,8 +33,8 @@ Range segmentAt(const QByteArray& file, int begin)
     return {begin, qMin(begin + 2 + qMax(2, lengthAt(file, begin + 2)), file.size())};
 }
 
-/// The EXIF segment that a save replaces: the first one, or the second one behind JFIF; else an
-/// empty range where a new one goes.
+/// The EXIF segment that a save replaces: the first one, or the second one after JFIF; otherwise an
+/// empty range where a new one is inserted.
 Range exifSegment(const QByteArray& file)
 {
     Range segment = segmentAt(file, 2);
@@ -88,7 +88,7 @@ QString filePath()
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
 {
-    // The wishes stand at the end, so that a real photograph is a good input.
+    // The settings are at the end, so that a real photograph is a good input.
     FuzzedDataProvider wishes(data, size);
     const bool asFile = wishes.ConsumeIntegralInRange<int>(0, 15) == 1;
     QExifImageHeader header;
@@ -99,7 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
         header.loadFromJpeg(&device);
     }
     editAsAsked(&header, wishes);
-    header.remove(QExifImageHeader::GpsInfoIfdPointer); // wishes are not for what a save makes
+    header.remove(QExifImageHeader::GpsInfoIfdPointer); // a save sets it itself
 
     const QByteArray before(reinterpret_cast<const char*>(data), int(size));
     bool ok = false;
@@ -115,10 +115,10 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
         FUZZ_PROMISE(after.mid(newSegment.end) == before.mid(oldSegment.end));
         FUZZ_PROMISE(after.size() >= before.size());
 
-        // The GPS pointer that a save leaves in the header would be written a second time.
+        // The GPS pointer that a save leaves in the header would be written twice.
         header.remove(QExifImageHeader::GpsInfoIfdPointer);
         FUZZ_PROMISE(saved(header, after, &ok) == after && ok);
-        // With it the file grows once, and then changes no more once the pointer stands still.
+        // With it the file grows once, and stays the same from then on.
         QByteArray again = after;
         for (int i = 0; i < 3 && ok; ++i)
             again = saved(header, again, &ok);

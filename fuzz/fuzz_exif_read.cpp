@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// QExifImageHeader::read() of any bytes, and what comes of the header that it gives.
+// QExifImageHeader::read() on any bytes, and the header that results.
 
 #include "Fuzz.h"
 #include "QExifImageHeader.h"
@@ -47,7 +47,7 @@ QByteArray written(const QExifImageHeader& header)
     return buffer.data();
 }
 
-/// The block that \a header gives, without the GPS pointer that writing leaves in it.
+/// The block that \a header writes, without the GPS pointer that writing leaves in it.
 QByteArray writtenAgain(QExifImageHeader& header)
 {
     header.remove(QExifImageHeader::GpsInfoIfdPointer);
@@ -81,7 +81,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
         askEverything(header.value(tag));
     header.thumbnail();
 
-    // Where the block lies in the device makes no difference.
+    // The place of the block in the device makes no difference.
     QBuffer behindOthers;
     behindOthers.setData("JPG" + block);
     behindOthers.open(QIODevice::ReadOnly);
@@ -93,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
     // Writing twice gives the same.
     FUZZ_PROMISE(writtenAgain(header) == first);
 
-    // What was written is a block.
+    // The output is a valid block.
     QBuffer result;
     result.setData(first);
     result.open(QIODevice::ReadOnly);

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The n-th element for Integer from the input, or pairs of them.
+/// The n-th element of type Integer from the input, or pairs of them.
 template <typename Integer>
 void consume(FuzzedDataProvider& input, Integer* value)
 {
@@ -34,7 +34,7 @@ QVector<Element> elements(FuzzedDataProvider& input)
     return values;
 }
 
-/// The two ways into a value of one type, and the two that lead back.
+/// The two ways to make a value of one type, and the two ways to read it.
 template <typename Element, QExifValue::Type type, Element (QExifValue::*single)() const,
           QVector<Element> (QExifValue::*all)() const>
 void checkNumbers(FuzzedDataProvider& input)
@@ -60,7 +60,7 @@ bool isLatin1(const QString& text)
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 256; });
 }
 
-/// Whether every half of a surrogate pair has its other half.
+/// Whether all surrogates form pairs.
 bool isWellFormed(const QString& text)
 {
     return QString::fromUcs4(text.toUcs4().constData(), text.toUcs4().size()) == text
@@ -75,7 +75,7 @@ void checkText(const QString& text)
     FUZZ_PROMISE(plain.toString() == text);
     FUZZ_PROMISE(plain.toByteArray() == text.toLatin1());
     FUZZ_PROMISE(plain.encoding() == QExifValue::NoEncoding);
-    // A time is read from nineteen characters, and is the one that they say.
+    // A time is read from nineteen characters, and is the time that they state.
     const QDateTime time = plain.toDateTime();
     if (time.isValid()) {
         FUZZ_PROMISE(text.size() == 19);
@@ -95,7 +95,7 @@ void checkText(const QString& text)
     const QExifValue unicode(text, QExifValue::UnicodeEncoding);
     if (!unicode.isNull() && !text.isEmpty()) {
         FUZZ_PROMISE(unicode.encoding() == QExifValue::UnicodeEncoding);
-        // A byte-order mark in front is taken for one.
+        // A leading byte-order mark is interpreted.
         if (isWellFormed(text) && text.at(0).unicode() != 0xfeff && text.at(0).unicode() != 0xfffe)
             FUZZ_PROMISE(unicode.toString() == text);
     }

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// GoogleFontFile on any bytes: what is JSON loads, and the index finds what a search from the front
-// would find.
+// GoogleFontFile on any bytes: JSON is loaded, and the index finds the same as a linear search.
 
 #include "Fuzz.h"
 #include "GoogleFontFile.h"

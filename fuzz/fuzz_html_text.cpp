@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// HTMLUtils: what textWithoutHtmlTags() writes is safe inside HTML, and decodeFromHtmlText() leads
-// back to the text, but for halves of surrogate pairs; decodeFromHtmlText() of anything else
-// follows its grammar.
+// HTMLUtils: the output of textWithoutHtmlTags() is safe inside HTML, and decodeFromHtmlText()
+// restores the text, except lone surrogates; decodeFromHtmlText() follows its grammar on any other
+// text.
 
 #include "Fuzz.h"
 #include "HTMLUtils.h"
@@ -21,7 +21,7 @@ QString character(const QString& digits)
     return code < 0x10000 ? QString(QChar(ushort(code))) : QString::fromUcs4(&code, 1);
 }
 
-/// \a text with U+FFFD for halves of surrogate pairs; only for those of \a positions unless that is
+/// \a text with U+FFFD in place of lone surrogates; only for those at \a positions unless that is
 /// null.
 QString withoutLoneSurrogates(QString text, const QSet<int>* positions = nullptr)
 {
@@ -36,11 +36,11 @@ QString withoutLoneSurrogates(QString text, const QSet<int>* positions = nullptr
     return text;
 }
 
-/// The grammar of references, from one "&" to the next: a second way to decodeFromHtmlText().
+/// A second implementation of decodeFromHtmlText(), which goes from one "&" to the next.
 QString decodedByGrammar(const QString& text)
 {
     QString result;
-    QSet<int> surrogates; // that references stand for
+    QSet<int> surrogates; // positions of surrogates that were references
     int from = 0;
     for (int at = text.indexOf(QLatin1Char('&')); at >= 0;
          at = text.indexOf(QLatin1Char('&'), from)) {

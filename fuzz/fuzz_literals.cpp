@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The literals of PHP and JavaScript: a reader of the language gives back the value by the rules
-// that the emitters state (both quotes come back as a single one, true and false as 1 and 0).
+// Literals of PHP and JavaScript: a reader of the language restores the value according to the
+// rules of the emitters (both quotes become single ones, true and false become 1 and 0).
 
 #include "Fuzz.h"
 #include "HTMLUtils.h"
@@ -13,8 +13,8 @@
 
 namespace {
 
-/// Reads one literal as the language does: single-quoted texts in which a backslash makes a quote
-/// or a backslash plain, decimal integers, lists in brackets and maps.
+/// Reads one literal like the language: single-quoted texts in which a backslash escapes a quote or
+/// a backslash, decimal integers, lists in brackets and maps.
 class Reader
 {
 public:
@@ -25,7 +25,7 @@ public:
         , mMapClose(mapClose)
     { }
 
-    /// The whole code as one value.
+    /// Reads the whole code as one value.
     QVariant readAll()
     {
         const QVariant value = read();
@@ -40,7 +40,7 @@ private:
         skipBlanks();
         if (peek() == QLatin1Char('\''))
             return readText();
-        // A map has a line break behind its bracket, which no list has.
+        // A map has a line break after its bracket, a list has none.
         if (peek() == mMapOpen && mCode.mid(mPosition + 1, 1) == QLatin1String("\n"))
             return readMap();
         if (peek() == QLatin1Char('['))
@@ -133,7 +133,7 @@ private:
     int mPosition = 0;
 };
 
-/// A value, and what a reader of its literal gets.
+/// A value, and what a reader of its literal returns.
 struct Sample
 {
     QVariant value;
@@ -145,7 +145,7 @@ QString singleQuoted(QString text)
     return text.replace(QLatin1Char('"'), QLatin1Char('\''));
 }
 
-/// Without backslashes, which the emitters leave to their callers.
+/// Without backslashes, which callers of the emitters have to escape.
 QString plainText(FuzzedDataProvider& input)
 {
     return textOf(input.ConsumeRandomLengthString(60)).remove(QLatin1Char('\\'));
@@ -196,7 +196,7 @@ Sample sample(FuzzedDataProvider& input, int depth)
             const QString key = plainText(input);
             bool isNumber = false;
             const qlonglong number = key.toLongLong(&isNumber);
-            // Two spellings of one key would be one key.
+            // Two spellings of one key would be the same key.
             const QString readKey = isNumber ? QString::number(number) : singleQuoted(key);
             if (readBack.contains(readKey))
                 continue;
@@ -209,7 +209,7 @@ Sample sample(FuzzedDataProvider& input, int depth)
     }
 }
 
-/// encodeToJavascriptText() read as JavaScript reads it.
+/// encodeToJavascriptText() as read by JavaScript.
 QString readEscapes(const QString& code)
 {
     QString text;
@@ -250,7 +250,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, size_t size)
         Reader(javascript, QLatin1Char('{'), QStringLiteral(":"), QLatin1Char('}')).readAll()
         == value.readBack);
 
-    // Any text, backslashes too.
+    // Any text, including backslashes.
     const QString text = remainingText(input);
     QString escaped = text;
     escaped.replace(QLatin1Char('"'), QLatin1Char('\''));

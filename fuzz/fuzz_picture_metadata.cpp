@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What a JPEG, PNG, WebP or GIF tells beside its pixels: it goes without a trace, the pixels stay,
-// and what is chosen tells no GPS position.
+// Metadata of a JPEG, PNG, WebP or GIF: it is removed completely, the pixels are kept, and metadata
+// without location contains no GPS position.
 
 #include "Fuzz.h"
 
@@ -20,8 +20,8 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// The picture, where it is so small that decoding it takes no time; else null, also where the
-/// library would not decode it.
+/// The picture, if it is small enough to be decoded quickly; otherwise null, also if the library
+/// would not decode it.
 QImage decoded(const QByteArray& file, const QByteArray& format)
 {
     QBuffer buffer;
@@ -42,10 +42,10 @@ bool namesGps(const QStringRef& name)
     return name.startsWith(QLatin1String("GPS"), Qt::CaseInsensitive);
 }
 
-/// Whether an XMP packet that an XML reader understands tells a GPS position.
+/// Whether an XMP packet that an XML reader understands states a GPS position.
 bool tellsGps(const QByteArray& xmp)
 {
-    if (xmp.contains('\0') || xmp.contains('\xFE')) // in UTF-16, which XMP in a picture never is
+    if (xmp.contains('\0') || xmp.contains('\xFE')) // UTF-16, which XMP in a picture never is
         return false;
     QXmlStreamReader reader(xmp);
     bool tells = false;
@@ -69,7 +69,7 @@ bool tellsGps(const PictureMetadata& metadata)
 }
 
 /// Whether a file has the metadata that was put into it. A WebP that does not begin with its pixels
-/// takes none: nobody knows its size.
+/// accepts none, because its size is unknown.
 bool comesOut(const QByteArray& file, const QByteArray& format, const PictureMetadata& metadata)
 {
     const QByteArray changed = withMetadata(file, format, metadata);
@@ -99,7 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (!pixels.isNull())
         FUZZ_PROMISE(decoded(bare, format) == pixels);
 
-    // What goes into a picture comes out of it again.
+    // Metadata that is put into a picture can be read back.
     FUZZ_PROMISE(comesOut(bare, format, found.metadata));
 
     for (const auto choice : {ImageImport::CopyrightAndDate, ImageImport::AllButLocation}) {

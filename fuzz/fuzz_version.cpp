@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// StringUtils::compareVersion() beside a second way to the same answer.
+// StringUtils::compareVersion() compared with a second implementation.
 
 #include "Fuzz.h"
 #include "StringUtils.h"
@@ -22,7 +22,7 @@ bool isVersion(const QStringList& components)
     return std::all_of(components.begin(), components.end(), isNumber);
 }
 
-/// The number in front of what is no digit.
+/// The number before the first character that is not a digit.
 bool leadingNumber(const QString& component, int* number)
 {
     int length = 0;

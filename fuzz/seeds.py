@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
-"""Writes the inputs that the fuzz targets begin with: one folder for each target below DIR.
+"""Writes the initial inputs of the fuzz targets: one folder below DIR for each target.
 
 Usage: fuzz/seeds.py DIR [FOLDER OF PHOTOGRAPHS]
 
-Real photographs, where there are some, become inputs of the targets that read EXIF. Only their
-beginning is taken: what follows the EXIF segment is not looked at.
+Real photographs, if there are any, become inputs of the targets that read EXIF. Only their beginning
+is used, because the rest is ignored.
 """
 
 import pathlib
@@ -106,7 +106,7 @@ def exif_inputs():
         block(order, small, gps)
         for order in "<>" for small in (b"", thumbnail) for gps in (False, True)
     ]
-    # Directories that lead back to themselves, counts beyond the end, types that do not exist.
+    # Directories that refer to themselves, counts beyond the end, unknown types.
     blocks.append(b"II*\0" + struct.pack("<IHHHIIHHIII", 8, 2, 0x8769, LONG, 1, 8, 0x9286, 7,
                                          0xFFFFFFF0, 8, 8))
     blocks.append(b"MM\0*" + struct.pack(">IHHHIII", 8, 1, 0x010F, 99, 3, 26, 0))
@@ -122,7 +122,7 @@ def exif_inputs():
         jpeg(segment(0xE1, b"Exif\0\0" + blocks[0].ljust(2000, b"\0"))),
         (b"\xff\xd8" + app1)[:60], b"\xff\xd8" + jfif, b"\xff\xd8\xff\xe1\0\2",
     ]
-    # What is asked of a save stands at the end.
+    # The settings for the save are at the end.
     files += [files[0] + bytes([1, 3]), files[2] + b"\x00\x10\x80\x40\x02\x01"]
     return blocks, files
 
@@ -141,7 +141,7 @@ def gif_blocks(data):
 
 
 def metadata_inputs():
-    """Whole pictures that decoders take, of each format, with and without all that they may tell."""
+    """Complete pictures of each format, with and without metadata of every kind."""
     exif = block("<")
     xmp = (
         b"<x:xmpmeta xmlns:x='adobe:ns:meta/'><r:RDF xmlns:r='http://www.w3.org/1999/02/22-rdf-"

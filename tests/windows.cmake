@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Which test programs are not built for Windows, and why. A test function that needs what Windows, or
-# wine, does not have says so itself: SKIP_ON_WINDOWS() and SKIP_UNDER_WINE() in
-# support/SystemCalls.h. See scripts/windows.
+# Test programs that are not built for Windows, and why. A test function that needs something that
+# Windows or wine lacks skips itself: see SKIP_ON_WINDOWS() and SKIP_UNDER_WINE() in
+# support/SystemCalls.h, and scripts/windows.
 
 set(ORVAUTILS_NOT_ON_WINDOWS
   "Kills, KillsPublisher: they send SIGKILL, and the child must end with its test"

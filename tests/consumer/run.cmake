@@ -1,19 +1,19 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Installs the library that is built in LIBRARY_BUILD into a fresh prefix, moves that elsewhere, then
-# builds and runs the consumer against it, as a user who has never seen the source tree would: with
-# CMake, and with pkg-config.
+# Installs the library built in LIBRARY_BUILD into a new prefix, moves that elsewhere, then builds
+# and runs the consumer with it, like a user without the source tree: with CMake, and with
+# pkg-config.
 
 include("${SOURCE_DIR}/tests/support/run.cmake")
 
 set(prefix "${WORK_DIR}/prefix")
 file(REMOVE_RECURSE "${WORK_DIR}/installed" "${prefix}")
 run(${CMAKE_COMMAND} --install "${LIBRARY_BUILD}" --prefix "${WORK_DIR}/installed")
-# What is installed must not know where that was.
+# The installed files must not contain the original prefix.
 file(RENAME "${WORK_DIR}/installed" "${prefix}")
 
-# What was installed is what was asked for.
+# The requested parts have been installed.
 file(GLOB_RECURSE libraries "${prefix}/*/lib${NAME}.*")
 if(NOT "${libraries}" MATCHES "${EXPECTS}")
   message(FATAL_ERROR "no library ${EXPECTS} is installed, but \"${libraries}\"")
@@ -25,7 +25,7 @@ endif()
 
 include("${SOURCE_DIR}/tests/consumer/use.cmake")
 
-# Who builds the library itself without Qt is told the same.
+# A build of the library itself without Qt fails with the same message.
 configure(result said "${SOURCE_DIR}" "${WORK_DIR}/without_qt" ${without_qt})
 if(result EQUAL 0)
   message(FATAL_ERROR "the library was configured without Qt:\n${said}")

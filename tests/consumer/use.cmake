@@ -1,14 +1,15 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Uses the library installed under the folder `prefix`, in WORK_DIR: what CMake finds and refuses,
-# and the consumer, built with CMake and with pkg-config. With GENERATOR, CXX_COMPILER, SOURCE_DIR,
-# and the NAME by which it is found: OrvaUtils, or with Qt 6 OrvaUtils-qt6.
+# Uses the library installed under `prefix`, in WORK_DIR: what CMake finds and rejects, and the
+# consumer, built with CMake and with pkg-config. Needs GENERATOR, CXX_COMPILER, SOURCE_DIR, and
+# NAME, under which it is found: OrvaUtils, or with Qt 6 OrvaUtils-qt6.
 
 include("${SOURCE_DIR}/tests/support/run.cmake")
 
-# configure(<result> <output> <source> <build> <option>...): what CMake says of a project, which may
-# fail. What it knows of the compiler it keeps from one time to the next, and nothing of packages.
+# configure(<result> <output> <source> <build> <option>...): the output of CMake for a project,
+# which may fail. Results about the compiler are cached for the next call, those about packages are
+# not.
 function(configure result output source build)
   execute_process(
     COMMAND ${CMAKE_COMMAND} -S "${source}" -B "${build}" -G "${GENERATOR}"
@@ -17,13 +18,13 @@ function(configure result output source build)
       -DNAME=${NAME}
       ${ARGN}
     RESULT_VARIABLE code OUTPUT_VARIABLE said ERROR_VARIABLE said)
-  # CMake breaks its lines where it likes.
+  # CMake wraps its messages.
   string(REGEX REPLACE "[ \n]+" " " said "${said}")
   set(${result} "${code}" PARENT_SCOPE)
   set(${output} "${said}" PARENT_SCOPE)
 endfunction()
 
-# expect(<output> <text>): the output holds the text.
+# expect(<output> <text>): fails unless the output contains the text.
 function(expect output text)
   string(FIND "${output}" "${text}" position)
   if(position EQUAL -1)
@@ -31,12 +32,12 @@ function(expect output text)
   endif()
 endfunction()
 
-# Nothing that a run before found.
+# Removes the results of an earlier run.
 foreach(build IN ITEMS optional program without_qt)
   file(REMOVE_RECURSE "${WORK_DIR}/${build}")
 endforeach()
 
-# The version. Majors do not mix, and what is newer than the library is not there yet.
+# The version. Another major version is rejected, and so is a newer one than the library's.
 file(STRINGS "${SOURCE_DIR}/CMakeLists.txt" version REGEX "^  VERSION [0-9.]+$")
 string(REGEX MATCH "([0-9]+)\\.([0-9]+)\\.[0-9]+" version "${version}")
 set(major ${CMAKE_MATCH_1})
@@ -56,7 +57,8 @@ foreach(asked IN ITEMS ${major}.${next_minor} ${next_major}.0 99 0.1)
   expect("${said}" "goes on without OrvaUtils")
 endforeach()
 
-# No Qt: whoever can do without goes on, whoever cannot is told what to install.
+# Without Qt: a program that can do without the library continues, others fail with the packages to
+# install.
 set(without_qt -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON)
 if(NAME MATCHES "-qt6$")
   set(qt "Qt 6 (6.2 or later) with its modules Core, Gui, Widgets, Network and Core5Compat")
@@ -104,8 +106,8 @@ endif()
 capture(flags "${PKG_CONFIG}" --cflags --libs ${NAME})
 string(STRIP "${flags}" flags)
 separate_arguments(flags UNIX_COMMAND "${flags}")
-# Qt's headers want code that is position independent, those of Qt 6 also C++17, and leave it to the
-# caller to ask for it.
+# Qt's headers require position-independent code, those of Qt 6 also C++17, and callers of the
+# compiler must ask for both.
 set(standard -std=c++14)
 if(NAME MATCHES "-qt6$")
   set(standard -std=c++17)

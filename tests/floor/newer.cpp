@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What scripts/qt-floor must find in a source, and what it must not: every line that ends in
-// "finds:" names what is to be found there, and no other line may be named. It is parsed by
-// `scripts/qt-floor --self-test`, and never run.
+// What scripts/qt-floor must find in a source, and what it must not: a line that ends in "finds:"
+// names the expected findings, and no other line may have any. It is parsed by `scripts/qt-floor
+// --self-test`, and never run.
 
-// What is to be found stands in the line of its use.
+// A finding is reported for the line of its use.
 // clang-format off
 
 #include <QDateTime>

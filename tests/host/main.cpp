@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Lets the library log one failure; the test reads it from the host's own log.
+// Makes the library log a failure; the test reads it from the host's own log.
 
 #include <DirectorySynchronizer.h>
 #include <DirectoryWatcher.h>

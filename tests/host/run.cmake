@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Builds the host, runs it and looks for the library's record in the host's own log, or, where the
-# host has none, among Qt's messages; then runs targets of the host.
+# Builds the host, runs it and looks for the library's record in the host's own log or, if it has
+# none, among Qt's messages; then runs targets of the host.
 
 include("${SOURCE_DIR}/tests/support/run.cmake")
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Lets a compiler on Linux parse our sources as on macOS: included before everything else, it has
-// all of Qt and of the C library declared as it is here and then names the platform anew, so that
-// our own sources take their branches for macOS. What only Linux has may then not be named, and
-// what macOS has beside it is declared. Nothing of this is run.
+// Lets a compiler on Linux parse our sources as on macOS. It is included first, declares all of Qt
+// and of the C library as they are here, and then changes the platform macros, so that our sources
+// take their branches for macOS. Names that exist only on Linux become errors, and those of macOS
+// are declared. None of this is run.
 
 #ifndef ORVAUTILS_TESTS_MACOS_H
 #define ORVAUTILS_TESTS_MACOS_H

@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 # SPDX-License-Identifier: MIT
 #
-# Compares the dynamic symbols of the shared LIBRARY, as NM reads them, with the classes that the
-# public HEADERS (a list with commas) export: nothing else may be visible, and none may be missing.
+# Compares the dynamic symbols of the shared LIBRARY, as listed by NM, with the classes that the
+# public HEADERS (separated by commas) export: nothing else may be visible, and none may be missing.
 
 cmake_minimum_required(VERSION 3.16)
 include("${CMAKE_CURRENT_LIST_DIR}/../support/run.cmake")
@@ -19,10 +19,10 @@ foreach(header IN LISTS headers)
   endforeach()
 endforeach()
 
-# A pair of values, complete in its header.
+# A pair of values, defined completely in its header.
 set(inline_classes GoogleFontWeightDetail)
 
-# The exported functions that are no members: operators of streams stand beside their classes.
+# The exported functions that are not members: stream operators of the classes.
 set(functions
   "operator>>(QDataStream&, ExifIfdHeader&)"
   "operator<<(QDebug, CurrencyUtils::VatSplit const&)"
@@ -39,7 +39,7 @@ string(REPLACE "]" ">" listing "${listing}")
 string(REPLACE "\n" ";" listing "${listing}")
 set(seen "")
 foreach(line IN LISTS listing)
-  # Address, kind, name. A small letter is a symbol that only the library itself sees, but for these.
+  # Address, kind, name. A lower-case letter is a local symbol, with these exceptions.
   if(NOT line MATCHES "^[0-9a-f]+ [A-Zuvwi] (.+)$")
     continue()
   endif()

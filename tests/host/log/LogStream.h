@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// A host's own logging library: the same contract as the stand-in, another way out (the file whose
-// name stands in the environment variable HOST_LOG).
+// A host's own logging library: the same contract as the stand-in, but it writes to the file named
+// by the environment variable HOST_LOG.
 
 #ifndef HOST_LOGSTREAM_H
 #define HOST_LOGSTREAM_H

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What our sources use of the header of this name, as Apple documents it.
+// The part of this header that our sources use, as documented by Apple.
 
 #ifndef ORVAUTILS_TESTS_MACOS_COPYFILE_H
 #define ORVAUTILS_TESTS_MACOS_COPYFILE_H
