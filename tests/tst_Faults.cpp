@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// A disk that fails at the worst moment: whatever changes files is run again and again, and each
-// time another one of its calls on files is refused, until a run gets by without a refusal. Each
-// time the result, the message and the log must say what the files show: done means complete and
-// exact; not done means a source that is untouched, and no half-written file under the name of a
-// whole one. What promises that nothing is lost is also killed before each of its calls.
+// A disk that fails at the worst moment: every function that changes files is run repeatedly, and
+// in each run another one of its calls on files is refused, until a run needs no refused call any
+// more. Each time the result, the message and the log must agree with the files: success means
+// complete and exact; failure means an unchanged source, and no partial file under the final name.
+// Functions that promise to lose nothing are also killed before each of their calls.
 //
 // The program starts itself a second time with FaultShim loaded before all other libraries.
 
@@ -48,7 +48,8 @@ namespace {
 const QString copied = "warning orvautils FileUtils forceCopy: "_s;
 const QString copiedDir = "warning orvautils FileUtils copyDir: "_s;
 
-/// Takes the text behind \a start out of \a text, which begins with it. False where it does not.
+/// Stores what follows \a start at the beginning of \a text in \a rest. False if \a text does not
+/// begin with \a start.
 bool takeAfter(const QString& text, const QString& start, QString* rest)
 {
     if (!text.startsWith(start))
@@ -59,7 +60,7 @@ bool takeAfter(const QString& text, const QString& start, QString* rest)
 
 // forceCopy
 
-/// What is wrong with a failed copy of a file, and with the record of it.
+/// Describes what is wrong with a failed copy of a file, and with its record.
 QString wrongInForceCopy(const Run& run, const QString& record, const QString& source,
                          const QString& destination)
 {
@@ -74,7 +75,7 @@ QString wrongInForceCopy(const Run& run, const QString& record, const QString& s
         + "  error= ([1-9]|1[0-4])$"_s);
     if (!cannotCopy.match(record).hasMatch())
         return "not a record of forceCopy()"_s;
-    // The old one is removed first, but not where the source cannot even be opened.
+    // The old file is removed first, unless the source cannot even be opened.
     if (run.after.contains(destination)
         && run.after.value(destination) != run.before.value(destination))
         return "something was left under the name of the copy"_s;
@@ -111,7 +112,7 @@ Scenario forceCopy(const QString& destination)
 
 // copyDir
 
-/// A copy of the tree: links are what they lead to, broken ones are left out.
+/// The expected copy of the tree: links become what they lead to, broken ones are left out.
 Tree copyOf(const Tree& tree)
 {
     Tree copy = tree;
@@ -136,7 +137,7 @@ void prepareFolders(const Run& run)
     makeFile(run.path("dst/old/kept"_s), "kept");
 }
 
-/// What is wrong with a copy of "src" to "dst" that failed with those records.
+/// Describes what is wrong with a copy of "src" to "dst" that failed with those records.
 QString wrongInCopyDir(const Run& run, bool merge, const QStringList& records)
 {
     const Tree old = below(run.before, "dst"_s);
@@ -180,7 +181,7 @@ QString wrongInCopyDir(const Run& run, bool merge, const QStringList& records)
     return wrongInForceCopy(run, records.first(), "src"_s + name, "dst"_s + name);
 }
 
-/// The whole folder after the copy.
+/// The expected content of the whole folder after the copy.
 Tree withCopy(const Run& run, bool merge)
 {
     const Tree copy = copyOf(below(run.before, "src"_s));
@@ -212,7 +213,7 @@ Scenario copyDir(bool merge)
     return scenario;
 }
 
-/// Tells that a tree in the place of "dst" is to be replaced, and no more.
+/// Begins to replace "dst", which clears what an earlier process left, and fails at once.
 void beginToReplaceDst(const Run& run)
 {
     const LogCapture log;
@@ -220,7 +221,8 @@ void beginToReplaceDst(const Run& run)
         qFatal("replaced by nothing");
 }
 
-/// What is wrong with a file or folder that was to be replaced when the process was killed.
+/// Describes what is wrong with a file or folder that was being replaced when the process was
+/// killed.
 QString wrongAfterKill(const Run& run, const Tree& complete, const QString& path)
 {
     const auto at = [&path](const Tree& tree) {
@@ -233,7 +235,7 @@ QString wrongAfterKill(const Run& run, const Tree& complete, const QString& path
     return "neither the old nor the new one: "_s + difference(at(run.after), at(run.before));
 }
 
-/// What is wrong with a name that is there although nobody works with it any more.
+/// Complains about a temporary file or folder that no process uses any more.
 QString wrongLeftover(const Run& run)
 {
     for (const QString& path : run.after.keys()) {
@@ -243,7 +245,7 @@ QString wrongLeftover(const Run& run)
     return QString();
 }
 
-/// All that the folder holds, or a reason: never a part of it, or nothing, without one.
+/// Everything that the folder contains, or a reason: never less without a reason.
 Scenario listEntries()
 {
     Scenario scenario;
@@ -270,7 +272,7 @@ Scenario listEntries()
     return scenario;
 }
 
-/// 200,000 bytes, most of which lie in holes.
+/// 200,000 bytes, most of which are in holes.
 void makeSparseFile(const QString& path)
 {
     makeFile(path, "begins");
@@ -280,7 +282,7 @@ void makeSparseFile(const QString& path)
         qFatal("cannot make %s", qPrintable(path));
 }
 
-/// The whole of either tree, whatever happens.
+/// One of the two trees, complete, in any case.
 Scenario replaceDir()
 {
     Scenario scenario;
@@ -289,7 +291,7 @@ Scenario replaceDir()
     scenario.prepare = [](const Run& run) {
         prepareFolders(run);
         makeSparseFile(run.path("src/sparse"_s));
-        // Somebody else's, where this process may give files away.
+        // Owned by another user, if this process may change owners.
         if (getuid() == 0
             && chown(QFile::encodeName(run.path("src/large"_s)).constData(), 1, 1) != 0)
             qFatal("cannot give a file away");
@@ -302,7 +304,7 @@ Scenario replaceDir()
         for (auto it = run.before.begin(); it != run.before.end(); ++it) {
             if (!it.key().startsWith("dst/"_s))
                 complete.insert(it.key(), it.value());
-            // Links are told by where they lead.
+            // Links are compared by their targets.
             if (it.key().startsWith("src/"_s))
                 complete.insert("dst"_s + it.key().mid(3),
                                 QByteArray(it.value()).replace("/run/src/", "/run/dst/"));
@@ -361,7 +363,7 @@ Scenario moveOverFolder()
         const Tree moved = below(run.before, "draft"_s);
         for (auto it = moved.begin(); it != moved.end(); ++it)
             complete.insert("dst/"_s + it.key(), it.value());
-        // What of the old tree cannot be removed stays where the new one was.
+        // The remains of the old tree that cannot be removed are in the place of the new one.
         if (run.report.refused > 0
             && (run.plan.kind == FaultUnlink || run.plan.kind == FaultOpen
                 || run.plan.kind == FaultRead)) {
@@ -446,10 +448,10 @@ Scenario fullSync()
 
 // The mirror of a file
 
-/// A file of "src" is copied to "dst", or removed there, as when the watcher tells of it.
+/// A file of "src" is copied to "dst", or removed there, as after a signal of the watcher.
 Scenario mirrorFile(const QString& mirror, bool isRemoval)
 {
-    // Started before anything fails.
+    // Started before any fault.
     const auto synchronizer = std::make_shared<DirectorySynchronizer>();
     const QString file = mirror.mid(int(std::strlen("dst/")));
     Scenario scenario;
@@ -505,7 +507,7 @@ Scenario lockProject()
     scenario.function = "openNewProjectFile"_s;
     scenario.prepare = [](const Run& run) {
         makeFile(run.path("src/project"_s), "project");
-        // Left half made by a process that was killed.
+        // Left incomplete by a process that was killed.
         makeFile(run.path("dst/project.locked"_s), "");
     };
     scenario.act = [](const Run& run, QString* message) {
@@ -552,7 +554,7 @@ void prepareRemoval(const Run& run)
     makeLink("nowhere"_s, run.path("box/broken"_s));
 }
 
-/// What is left must be as it was.
+/// What is left must be unchanged.
 QString wrongInRemains(const Run& run)
 {
     for (auto it = run.after.begin(); it != run.after.end(); ++it) {
@@ -586,7 +588,7 @@ Scenario removeContentDirectory(bool recursive)
                           "enable to removeRecursively "_s,
                           &path))
             return "not the described answer"_s;
-        // The folder itself, which cannot be read, or something that stands in it.
+        // The folder itself, which cannot be read, or an entry of it.
         if (!run.after.contains(path) || (path != "box"_s && path.count('/'_L1) != 1))
             return path + " was removed"_s;
         return wrongInRemains(run);
@@ -600,7 +602,7 @@ Scenario removeDirectory()
     scenario.function = "old::removeDirectory"_s;
     scenario.prepare = [](const Run& run) {
         prepareRemoval(run);
-        QFile::remove(run.path("box/broken"_s)); // would stay, and the folder with it
+        QFile::remove(run.path("box/broken"_s)); // otherwise it would stay, and so would the folder
     };
     scenario.act = [](const Run& run, QString* message) {
         return FileUtils::old::removeDirectory(run.path("box"_s), true, message);
@@ -632,7 +634,7 @@ Scenario removeDirectory()
 
 // File content
 
-/// The permissions of a file that is new.
+/// The permissions of a new file.
 QByteArray newFileMode()
 {
     const mode_t mask = umask(0);
@@ -640,7 +642,8 @@ QByteArray newFileMode()
     return QByteArray::number(0666 & ~mask, 8) + ' ';
 }
 
-/// What is wrong with a failure of writeFileContent(), with those records, to write data to path.
+/// Describes what is wrong with a failure of writeFileContent(), with those records, to write data
+/// to path.
 QString wrongInWriting(const Run& run, const QString& message, const QString& path,
                        const QByteArray& data)
 {
@@ -656,7 +659,7 @@ QString wrongInWriting(const Run& run, const QString& message, const QString& pa
         return isUntouched ? QString() : "the file changed"_s;
     if (message != "Cannot write datas (WriteOnly) in %1"_s.arg(path))
         return "not the described message"_s;
-    // The beginning of the data is all that is left.
+    // Only the beginning of the data is left.
     return data.startsWith(now.mid(now.indexOf(' ') + 1)) ? QString() : "other content"_s;
 }
 
@@ -688,7 +691,7 @@ Scenario writeFileContent(const QString& path)
     return scenario;
 }
 
-/// As writing, but what stands there is not lost whatever happens.
+/// Like writing, but the old content is never lost.
 Scenario replaceFileContent(const QString& path)
 {
     const QByteArray data = bytes(50000);
@@ -728,7 +731,7 @@ Scenario replaceInFile()
         return complete;
     };
     scenario.wrongInFailure = [after](const Run& run) {
-        // Only reading makes it false; a failure to write is logged.
+        // The result is false only if reading fails; a failure to write is logged.
         if (!run.succeeded)
             return run.records.isEmpty() && run.after == run.before ? QString()
                                                                     : "something was written"_s;
@@ -761,7 +764,7 @@ Scenario checkWritingRightInFolder(const QString& folder, const QString& label)
             complete[path] = folderMark;
             path = path.left(qMax(0, path.lastIndexOf('/'_L1)));
         }
-        // A probe that cannot be removed is no reason to say no.
+        // A temporary file that cannot be removed does not make the answer false.
         if (run.report.refused > 0 && run.plan.kind == FaultUnlink)
             complete[probe] = newFileMode() + "data_test";
         return complete;
@@ -779,7 +782,7 @@ Scenario checkWritingRightInFolder(const QString& folder, const QString& label)
 
 // copyImageFile
 
-/// A picture with enough detail that a file of some kilobytes comes out.
+/// A picture with so much detail that its file has some kilobytes.
 QByteArray picture(const char* format)
 {
     QImage image(320, 240, QImage::Format_RGB32);
@@ -794,7 +797,7 @@ QByteArray picture(const char* format)
     return file;
 }
 
-/// The picture, which lies on its side, with an EXIF block that says so: 90 degrees.
+/// The picture turned by 90 degrees, with an EXIF block that states this.
 QByteArray turnedJpeg()
 {
     const QByteArray block = QByteArray::fromHex("4D4D 002A 00000008 0001"
@@ -822,7 +825,7 @@ bool import(const Import& import, const QString& root)
                                      import.options);
 }
 
-/// The file that a disk without faults gives.
+/// The resulting file on a disk without faults.
 QByteArray imported(const Import& import)
 {
     const Sandbox folder;
@@ -837,11 +840,11 @@ QString textOf(const QSize& size)
     return "QSize(%1, %2)"_s.arg(size.width()).arg(size.height());
 }
 
-/// What is wrong with what a failed import logged.
+/// Describes what is wrong with the records of a failed import.
 QString wrongInRecords(const Run& run, const Import& import)
 {
     const QString warning = "warning orvautils ImageUtils copyImageFile: "_s;
-    // Readers of pictures have words of their own.
+    // Image readers have error messages of their own.
     QStringList records = run.records.filter(" orvautils "_s);
     if (records
             == QStringList(
@@ -958,9 +961,9 @@ Scenario writeProgressiveImage()
     return scenario;
 }
 
-// saveToJpeg and what it serves
+// saveToJpeg and the functions that use the same code
 
-/// A photograph whose EXIF block holds these values.
+/// A photograph with these values in its EXIF block.
 QByteArray photograph(const QExifImageHeader& header)
 {
     QByteArray photo = picture("jpeg");
@@ -986,7 +989,7 @@ QByteArray photographWithLargeHeader()
     return photograph(header);
 }
 
-/// Something that changes the photograph at a path.
+/// A function that changes the photograph at a path.
 using Change = std::function<bool(const QString& path)>;
 
 Change saving(const QString& artist)
@@ -1006,7 +1009,7 @@ Change editing(const QString& artist)
     };
 }
 
-/// A photograph with an orientation, a position and a note that reaches over several pages.
+/// A photograph with an orientation, a position and a maker note of several pages.
 QByteArray locatedPhotograph()
 {
     QExifImageHeader header;
@@ -1016,7 +1019,7 @@ QByteArray locatedPhotograph()
     return photograph(header);
 }
 
-/// What an undisturbed change makes of a photograph.
+/// The photograph after the change, without faults.
 QByteArray changed(const QByteArray& photo, const Change& change)
 {
     const Sandbox folder;
@@ -1029,7 +1032,7 @@ QByteArray changed(const QByteArray& photo, const Change& change)
 
 /// How a photograph is changed.
 enum class Way {
-    Beside, ///< a new one is completed and takes its place
+    Beside, ///< a new file is completed and replaces it
     InPlace,
     InPlaceForTwoNames
 };
@@ -1063,10 +1066,10 @@ Scenario changePhoto(const QString& function, const QByteArray& photo, const Cha
         if (run.succeeded || !run.records.isEmpty())
             return "not the described answer"_s;
         const QString path = "dst/photo"_s;
-        // Closing is too late to put anything back.
+        // After closing it is too late to restore anything.
         if (run.plan.kind == FaultClose && run.after != run.before)
             return difference(run.after, complete(run));
-        // A disk that takes nothing more does not take back what is behind the old end, either.
+        // Bytes after the old end cannot be removed again if the disk refuses every write.
         const bool isStuck = run.plan.kind == FaultWrite && run.plan.isLasting;
         if (isStuck && run.after.value(path).startsWith(run.before.value(path)))
             return QString();
@@ -1080,7 +1083,7 @@ Scenario changePhoto(const QString& function, const QByteArray& photo, const Cha
 
 const QMap<QString, Scenario>& scenarios()
 {
-    const QSize whole = QSize(320, 240); // as picture() has it
+    const QSize whole = QSize(320, 240); // the size that picture() uses
     const QSize scaled = QSize(100, 75);
     static const QMap<QString, Scenario> all = {
         {"forceCopy over a file"_s, forceCopy("dst/photo"_s)},
@@ -1186,7 +1189,8 @@ private Q_SLOTS:
 
 private:
     static void addScenarios();
-    /// Fails with what \a complaintsOf says of this row's scenario on one of its file systems.
+    /// Fails with the complaints of \a complaintsOf for this row's scenario on any of its file
+    /// systems.
     template <typename Function>
     void onEachFileSystem(Function complaintsOf)
     {
@@ -1208,7 +1212,8 @@ void tst_Faults::addScenarios()
 
 void tst_Faults::initTestCase()
 {
-    // Whatever is made on first use is made now, and costs no call on a file later.
+    // Initialises everything that is initialised on first use, so that it costs no call on a file
+    // later.
     const FaultPlan none = {};
     for (const Scenario& scenario : scenarios())
         QCOMPARE(mustSucceed(scenario, none), QStringList());
@@ -1280,8 +1285,8 @@ void tst_Faults::refusedAttributes_data()
     }
 }
 
-// A new file that cannot be made to look like the old one does not take its place: the old one is
-// changed then.
+// A new file that cannot get the attributes of the old one does not replace it: the old one is
+// changed in place.
 void tst_Faults::refusedAttributes()
 {
     QFETCH(QString, name);
@@ -1298,11 +1303,11 @@ void tst_Faults::refusedAttributes()
     QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n'_L1)));
 }
 
-// A tree whose copy is not like it in everything does not take the place of another one.
+// A tree whose copy is not exact does not replace another one.
 void tst_Faults::refusedAttributesOfATree()
 {
-    // The first call asks whether somebody works on what an earlier process left. Where that is
-    // not known, it stays.
+    // The first call checks whether a process still uses what an earlier one left. If that is
+    // unknown, it is kept.
     const int first = 2;
     const FaultPlan plan = ::plan(FaultAttribute, EIO, false);
     const QStringList complaints = refuseEveryCall(scenarios().value("replaceDir"_s), plan, first);
@@ -1344,7 +1349,7 @@ void tst_Faults::cleanupTestCase()
 
 namespace {
 
-/// Adds to one of those variables whose parts are separated by colons.
+/// Appends to an environment variable whose parts are separated by colons.
 void addToVariable(const char* name, const QByteArray& part)
 {
     const QByteArray value = qgetenv(name);
@@ -1360,7 +1365,8 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "%s cannot be loaded before other libraries\n", FAULT_SHIM);
             return 1;
         }
-        // The address sanitizer wants to be first, but comes before the C library all the same.
+        // The address sanitizer requires to be first, although it is loaded before the C library
+        // anyway.
         addToVariable("ASAN_OPTIONS", "verify_asan_link_order=0");
         addToVariable("LD_PRELOAD", FAULT_SHIM);
         execv("/proc/self/exe", argv);

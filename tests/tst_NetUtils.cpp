@@ -405,7 +405,7 @@ void tst_NetUtils::emailAddressLists()
     QTEST(matches(NetUtils::emailAddressMultiRx(), s), "valid");
 }
 
-/// Texts on which the patterns would try for ever.
+/// Texts on which the patterns would never come to an end.
 void tst_NetUtils::hostileTexts_data()
 {
     const auto row = columns<QString, bool, bool>("s", "web", "email");
@@ -435,11 +435,11 @@ void tst_NetUtils::hostileTexts()
     QTEST(NetUtils::checkEmailAdress(s), "email");
 }
 
-/// In a network of its own, whose addresses the test makes.
+/// In a network namespace whose addresses the test assigns.
 void tst_NetUtils::mainIpAddress()
 {
 #ifdef Q_OS_LINUX
-    // A thread of its own leaves the other tests where they are.
+    // In a separate thread, so that the other tests stay in their namespace.
     bool separated = false;
     bool made = true;
     QStringList found;
@@ -447,15 +447,15 @@ void tst_NetUtils::mainIpAddress()
         separated = unshare(CLONE_NEWNET) == 0;
         if (!separated)
             return;
-        found << NetUtils::mainIpAddress(); // nothing but a loopback that is switched off
+        found << NetUtils::mainIpAddress(); // only a loopback that is up
         made = addAddress("lo", "127.0.0.1") && made;
         found << NetUtils::mainIpAddress();
         made = addAddress("lo:1", "10.19.2.192") && addAddress("lo:2", "172.16.0.192") && made;
-        found << NetUtils::mainIpAddress(); // private, yet not 192…
+        found << NetUtils::mainIpAddress(); // private, but not 192…
         made = addAddress("lo:3", "192.0.2.7") && made;
         found << NetUtils::mainIpAddress();
         made = addAddress("lo:4", "192.168.1.20") && made;
-        found << NetUtils::mainIpAddress(); // the first one stays the first
+        found << NetUtils::mainIpAddress(); // the first one is still the first
     });
     thread.join();
     if (!separated)

@@ -37,8 +37,8 @@ Q_DECLARE_METATYPE(SignedRationals)
 
 namespace {
 
-/// Says on the way out, when the test's own report is written already, that a value misbehaved
-/// while static objects were destroyed.
+/// Reports at exit, after the report of the test is written, that a value misbehaved while static
+/// objects were destroyed.
 void checkAtExit(bool condition, const char* what)
 {
     if (condition)
@@ -47,7 +47,7 @@ void checkAtExit(bool condition, const char* what)
     std::_Exit(1);
 }
 
-/// Asks for a null value when even the null record is gone: this one was there before it.
+/// Asks for a null value when even the null record is destroyed: this object is older.
 struct LastUser
 {
     LastUser() { std::atexit(lateUse); }
@@ -59,7 +59,7 @@ struct LastUser
     }
 } lastUser;
 
-/// Lives from before main() until after it, and was made when there was no null record yet.
+/// Lives from before main() until after it, and is created before the null record exists.
 struct StaticValues
 {
     ~StaticValues()
@@ -74,7 +74,7 @@ struct StaticValues
     QExifValue null;
 } staticValues;
 
-/// Stands for the codec that a platform may bring: two bytes for a character, the high one first.
+/// Replaces the codec that a platform may have: two bytes per character, the high byte first.
 class JisCodec : public QTextCodec
 {
 public:
@@ -409,7 +409,7 @@ void tst_QExifValue::jisEncoding()
     if (!codec) {
         QVERIFY(value.isNull());
         QVERIFY(value == QExifValue());
-        // A payload of this encoding that comes from a file cannot be read either.
+        // A payload in this encoding that comes from a file cannot be read either.
         const QExifValue fromFile(jisPrefix() + QByteArray("abc"));
         QCOMPARE(fromFile.encoding(), QExifValue::JisEncoding);
         QVERIFY(fromFile.toString().isNull());
@@ -452,7 +452,7 @@ void tst_QExifValue::undefinedEncoding()
     QCOMPARE(value.toString(), QString::fromLocal8Bit(text.toLocal8Bit()));
 }
 
-// The prefix alone is 8 bytes, too few to count as an encoded text.
+// The prefix alone has 8 bytes, too few to count as an encoded text.
 void tst_QExifValue::encodedEmptyText()
 {
     const QExifValue value(QString(), QExifValue::AsciiEncoding);
@@ -695,8 +695,8 @@ void tst_QExifValue::implicitConversion()
     QCOMPARE(int(values[2].type()), int(QExifValue::SignedLong));
 }
 
-// Copies made and destroyed at once in several threads: a lost count shows as a leak or a double
-// release, which the sanitizers report, or as a changed content.
+// Copies are made and destroyed in several threads at the same time: a lost reference shows as a
+// leak or a double deletion, which the sanitizers report, or as changed content.
 void tst_QExifValue::sharedBetweenThreads()
 {
     class Copier : public QThread
@@ -794,11 +794,11 @@ void tst_QExifValue::debugOutput()
     QFETCH(QExifValue, value);
     QFETCH(QString, text);
     QString output;
-    QDebug(&output) << value << QStringLiteral("quoted"); // what follows is written as before
+    QDebug(&output) << value << QStringLiteral("quoted"); // the format of what follows is unchanged
     QCOMPARE(output, text + QStringLiteral(" \"quoted\" "));
 }
 
-// Stands last: a codec stays for the rest of the program.
+// Must be last: a codec cannot be removed any more.
 void tst_QExifValue::jisEncodingWithACodec()
 {
     if (!QTextCodec::codecForName("JIS X 0208"))

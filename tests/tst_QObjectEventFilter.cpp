@@ -56,7 +56,7 @@ void sendUserEvent(QObject* target)
     QCoreApplication::sendEvent(target, &event);
 }
 
-/// \a event reaches \a target as one event of this \a key and \a text.
+/// Checks that \a event reaches \a target as one event with this \a key and \a text.
 void compareDelivered(QKeyEvent* event, Receiver* target, Qt::Key key, const QString& text)
 {
     QCoreApplication::sendEvent(target, event);
@@ -197,7 +197,7 @@ void tst_QObjectEventFilter::functionMayDeleteItsFilter()
 {
     Receiver target;
     QPointer<QObjectEventFilter> filter;
-    // Longer than what a function holds without an allocation: what it captured must stay readable.
+    // Too large to be stored without an allocation: the captured values must remain readable.
     const QString captured(100, QLatin1Char('x'));
     QString readAfterDeletion;
     filter = QObjectEventFilter::filter(&target,
