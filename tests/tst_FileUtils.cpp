@@ -192,8 +192,7 @@ void tst_FileUtils::elidedFolderIsCutAtASlash()
             QCOMPARE(shown, elided);
             continue;
         }
-        // Whole components after three full stops, as many as fit into the width of the font's own
-        // text.
+        // Whole components after three full stops, as many as the font's own elided text keeps.
         QVERIFY2(shown.startsWith(text(".../")), qPrintable(shown));
         QVERIFY(path.endsWith(shown.mid(3)));
         QCOMPARE(shown.mid(3), elided.mid(slash));

@@ -466,7 +466,7 @@ void tst_FileUtilsTrees::listEntriesThatAreNoText()
     ::close(made);
     QCOMPARE(::mkdir(sub.constData(), 0755), 0);
     box.file(QString(text("s/caf")) + QChar(0xe9));
-    // Of two names that decode to the same text, one can be reached.
+    // A name that really contains the replacement character can be reached.
     box.file(text("s/caf") + QChar(0xfffd));
     QVector<FileUtils::Entry> entries;
     QVERIFY(FileUtils::listEntries(box(text("s")), entries));

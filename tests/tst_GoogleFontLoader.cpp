@@ -240,7 +240,7 @@ void tst_GoogleFontLoader::laterCustomListReplaces()
     QCOMPARE(loader.fontNames(), QStringList(QStringLiteral("My Font")));
     GoogleFontItem item;
     QVERIFY(loader.findItemByName(QStringLiteral("myfont"), item));
-    QVERIFY(!loader.findItemByName(QStringLiteral("Open Sans"), item)); // every field
+    QVERIFY(!loader.findItemByName(QStringLiteral("Open Sans"), item)); // entirely replaced
     QCOMPARE(loader.stringInformations(),
              QStringLiteral("1 google font available\n(Last update : 2022-02-26)"));
     QCOMPARE(log.lines(), QStringList());

@@ -812,7 +812,7 @@ void tst_ImageUtilsCopy::truncatedJpeg()
         writeFile(path("copy.jpg"), "old");
         for (const int side : {100, 350, 500}) {
             LogCapture log;
-            // The size that the image reader reports decides.
+            // The result depends on whether the image reader accepts the file.
             const QImage readable(path("source.jpg"));
             const bool imported =
                 ImageUtils::copyImageFile(path("source.jpg"), path("copy.jpg"), true,
