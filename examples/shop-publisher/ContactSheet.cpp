@@ -4,7 +4,6 @@
 #include "Pages.h"
 
 #include "Languages.h"
-#include "PageParts.h"
 #include "Template.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-#include "PageParts.h"
+#include "Pages.h"
 
 #include "Template.h"
 

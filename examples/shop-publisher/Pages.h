@@ -14,6 +14,7 @@
 #include <QCoreApplication>
 #include <QMap>
 #include <QString>
+#include <QVariant>
 #include <QVector>
 
 /// The pages that show all pictures of the site, small, each leading to the large one.
@@ -57,5 +58,25 @@ struct ShopData
     static QVector<SiteFile> files(const Shop& shop,
                                    const QMap<QString, PublishedPicture>& pictures);
 };
+
+/// What the pages of the shop and of the photographs have in common.
+namespace PageParts {
+
+/// The words of a page in the language \a code, whatever the program speaks, by the names that the
+/// templates have for them; English ones where the program has none of that language.
+QVariantMap texts(const QString& code);
+
+/// The file names of the pages that hold \a count things, so many \a onAPage: \a first, then
+/// \a others with a number. There is always a first page.
+QStringList names(const QString& first, const QString& others, int count, int onAPage);
+
+/// What page \a index of several says, beside \a texts: the way to the page before it and to the
+/// one behind it.
+QVariantMap pager(const QVariantMap& texts, const QStringList& names, int index);
+
+/// A small picture, which leads to the large one.
+QVariantMap picture(const PublishedPicture& picture, const QString& alternativeText);
+
+} // namespace PageParts
 
 #endif // PAGES_H

@@ -5,7 +5,6 @@
 
 #include <ColorUtils.h>
 #include <CurrencyUtils.h>
-#include <HTMLUtils.h>
 #include <ImageUtils.h>
 #include <StringUtils.h>
 #include <TaxeRatesUtils.h>
@@ -63,17 +62,21 @@ int nearestWeight(const QList<int>& weights, int wanted)
     return nearest;
 }
 
-/// "Bol bleu d'été" gives "bol-bleu-d-ete"; what has no plain letters gives nothing.
-QString slug(const QString& name)
+/// "Bol bleu d'été" gives "product_bol_bleu_d_ete"; what has no plain letters gives "product_".
+QString idOf(const QString& name)
 {
+    static const QRegularExpression others(QStringLiteral("[^a-z0-9]+"));
     QString words = StringUtils::removeAccents(name).toLower();
-    for (QChar& character : words) {
-        const ushort unit = character.unicode();
-        if (!(unit >= 'a' && unit <= 'z') && !(unit >= '0' && unit <= '9'))
-            character = QLatin1Char(' ');
-    }
-    return words.simplified().replace(QLatin1Char(' '), QLatin1Char('-'));
+    words = words.replace(others, QStringLiteral(" ")).trimmed();
+    return QLatin1String("product_") + words.replace(QLatin1Char(' '), QLatin1Char('_'));
 }
+
+/// The file or a product of it: its values, and the item that their failures belong to.
+struct Part
+{
+    WorkItem* item;
+    QJsonObject values;
+};
 
 /// A value of the file, and the item that its failures belong to. One that is not there needs no
 /// further check: it need not be there, or that was told.
@@ -108,20 +111,30 @@ public:
     bool read(const QJsonObject& object, Shop* shop)
     {
         mShop = shop;
+        const Part file{mFile, object};
         // The languages first: all texts are checked against them.
-        shop->languages = languages(needed(mFile, object, "languages"));
-        shop->name = localText(needed(mFile, object, "name"), false);
-        shop->description = localText(at(mFile, object, "description"));
-        shop->currency = currency(needed(mFile, object, "currency"));
-        shop->country = country(needed(mFile, object, "country"));
-        vatRates(at(mFile, object, "vatRates"));
-        shop->font = font(object);
-        shop->crop = yesOrNo(at(mFile, object, "crop"));
-        looks(object);
-        addresses(object);
-        const Field products = needed(mFile, object, "products");
-        const QJsonArray array = list(products, tr("is no list of products"));
-        for (const QJsonValue& entry : array)
+        shop->languages = languages(needed(file, "languages"));
+        shop->name = localText(needed(file, "name"), false);
+        shop->description = localText(at(file, "description"));
+        const Field currency = needed(file, "currency");
+        shop->currency = text(currency);
+        expect(currency, shop->currency,
+               CurrencyUtils::minorUnits(shop->currency) >= 0
+                   && CurrencyUtils::listIsoCodes().contains(shop->currency),
+               tr("\"%1\" is no code of a currency, such as \"EUR\""));
+        const Field country = needed(file, "country");
+        shop->country = text(country).toUpper();
+        mCountryIsKnown = TaxeRatesUtils::europeanTax(shop->country, 0) >= 0;
+        expect(country, shop->country, mCountryIsKnown,
+               tr("\"%1\" is no country of the European Union whose tax rates are "
+                  "known, such as \"FR\""));
+        vatRates(at(file, "vatRates"));
+        shop->font = font(file);
+        shop->crop = yesOrNo(at(file, "crop"));
+        looks(file);
+        addresses(file);
+        const QJsonArray products = list(needed(file, "products"), tr("is no list of products"));
+        for (const QJsonValue& entry : products)
             shop->products.append(product(entry, int(shop->products.size()) + 1));
         return !mFailed;
     }
@@ -129,16 +142,16 @@ public:
 private:
     // Values
 
-    static Field at(WorkItem* owner, const QJsonObject& object, const char* key)
+    static Field at(const Part& part, const char* key)
     {
         const QString name = QLatin1String(key);
-        return {owner, name, object.value(name)};
+        return {part.item, name, part.values.value(name)};
     }
 
     /// The value of a key that must be there.
-    Field needed(WorkItem* owner, const QJsonObject& object, const char* key)
+    Field needed(const Part& part, const char* key)
     {
-        Field field = at(owner, object, key);
+        Field field = at(part, key);
         if (!field.isThere())
             fail(field, Missing, tr("is missing"));
         return field;
@@ -156,35 +169,41 @@ private:
 
     void wrong(const Field& field, const QString& reason) { fail(field, Unsuitable, reason); }
 
+    /// Tells of a value that is there and not right.
+    void expect(const Field& field, bool isRight, const QString& reason)
+    {
+        if (field.isThere() && !isRight)
+            wrong(field, reason);
+    }
+
+    /// Tells of a text of the value that is not right; \a reason names it. That it is empty was
+    /// told.
+    void expect(const Field& field, const QString& text, bool isRight, const QString& reason)
+    {
+        if (!text.isEmpty() && !isRight)
+            wrong(field, reason.arg(text));
+    }
+
     /// Tells of a control character in \a text. A NUL would end a text of the written files before
     /// its quote; the others have no place in a shop, but for the ends of lines and tabulators.
     bool isPrintable(const Field& field, const QString& text)
     {
-        for (const QChar character : text) {
-            if (character.category() != QChar::Other_Control || character == QLatin1Char('\n')
-                || character == QLatin1Char('\t'))
-                continue;
+        static const QRegularExpression control(QStringLiteral("[^\\P{Cc}\\n\\t]"));
+        const QString found = control.match(text).captured();
+        if (!found.isEmpty())
             wrong(field,
                   tr("holds a control character (U+%1)")
-                      .arg(int(character.unicode()), 4, 16, QLatin1Char('0')));
-            return false;
-        }
-        return true;
+                      .arg(int(found.at(0).unicode()), 4, 16, QLatin1Char('0')));
+        return found.isEmpty();
     }
 
     /// A text without blanks around it; empty where there is none.
-    QString plainText(const Field& field)
+    QString text(const Field& field)
     {
-        QString text = field.value.toString().trimmed();
-        if (!field.isThere())
-            return QString();
-        if (!field.value.isString())
-            wrong(field, tr("is no text"));
-        else if (text.isEmpty())
-            wrong(field, tr("is empty"));
-        else if (isPrintable(field, text))
-            return text;
-        return QString();
+        const QString text = field.value.toString().trimmed();
+        expect(field, field.value.isString(), tr("is no text"));
+        expect(field, !field.value.isString() || !text.isEmpty(), tr("is empty"));
+        return isPrintable(field, text) ? text : QString();
     }
 
     /// A text that is the same in all languages, or an object with one for each.
@@ -192,20 +211,20 @@ private:
     {
         LocalText texts;
         const QJsonValue& value = field.value;
-        if (field.isThere() && !value.isString() && !value.isObject())
-            wrong(field, tr("is no text"));
+        expect(field, value.isString() || value.isObject(), tr("is no text"));
         if (!value.isString() && !value.isObject())
             return texts;
         for (const QString& language : mShop->languages) {
-            const QJsonValue text = value.isString() ? value : value.toObject().value(language);
-            texts.insert(language, text.toString().trimmed());
-            if (!isPrintable(field, texts.value(language)))
+            const QJsonValue given = value.isString() ? value : value.toObject().value(language);
+            const QString text = given.toString().trimmed();
+            texts.insert(language, text);
+            if (!isPrintable(field, text))
                 return texts;
-            if (text.isUndefined())
+            if (given.isUndefined())
                 fail(field, Missing, tr("has no text in \"%1\"").arg(language));
-            else if (!text.isString())
+            else if (!given.isString())
                 wrong(field, tr("is no text in \"%1\"").arg(language));
-            else if (!mayBeEmpty && texts.value(language).isEmpty()) {
+            else if (!mayBeEmpty && text.isEmpty()) {
                 wrong(field, tr("is empty"));
                 return texts;
             }
@@ -215,25 +234,23 @@ private:
 
     bool yesOrNo(const Field& field)
     {
-        if (field.isThere() && !field.value.isBool())
-            wrong(field, tr("is neither true nor false"));
+        expect(field, field.value.isBool(), tr("is neither true nor false"));
         return field.value.toBool();
     }
 
-    /// An object with something in it, or a list; \a reason is told of anything else.
+    /// An object with something in it.
     QJsonObject group(const Field& field)
     {
         QJsonObject object = field.value.toObject();
-        if (field.isThere() && object.isEmpty())
-            wrong(field, tr("is no object"));
+        expect(field, !object.isEmpty(), tr("is no object"));
         return object;
     }
 
+    /// A list with something in it; \a reason is told of anything else.
     QJsonArray list(const Field& field, const QString& reason)
     {
         QJsonArray array = field.value.toArray();
-        if (field.isThere() && array.isEmpty())
-            wrong(field, reason);
+        expect(field, !array.isEmpty(), reason);
         return array;
     }
 
@@ -254,22 +271,20 @@ private:
 
     QString webAddress(const Field& field, const QString& address)
     {
-        if (!address.isEmpty() && !isWebAddress(address))
-            wrong(field,
-                  tr("\"%1\" is no address of the web, such as \"https://shop.example/\"")
-                      .arg(address));
+        expect(field, address, isWebAddress(address),
+               tr("\"%1\" is no address of the web, such as \"https://shop.example/\""));
         return address;
     }
 
     /// Where to order: an address of e-mail or of the web.
     QString order(const Field& field)
     {
-        QString text = plainText(field);
-        QString address = text;
+        QString order = text(field);
+        QString address = order;
         address.remove(QLatin1String("{id}")).remove(QLatin1String("{name}"));
-        if (!text.isEmpty() && !isEmail(text) && !isWebAddress(address))
-            wrong(field, tr("\"%1\" is no address of e-mail or of the web").arg(text));
-        return text;
+        expect(field, order, isEmail(order) || isWebAddress(address),
+               tr("\"%1\" is no address of e-mail or of the web"));
+        return order;
     }
 
     // The shop
@@ -291,28 +306,6 @@ private:
         return codes;
     }
 
-    QString currency(const Field& field)
-    {
-        QString code = plainText(field);
-        if (!code.isEmpty()
-            && (!CurrencyUtils::listIsoCodes().contains(code)
-                || CurrencyUtils::minorUnits(code) < 0))
-            wrong(field, tr("\"%1\" is no code of a currency, such as \"EUR\"").arg(code));
-        return code;
-    }
-
-    QString country(const Field& field)
-    {
-        QString code = plainText(field).toUpper();
-        mCountryIsKnown = TaxeRatesUtils::europeanTax(code, 0) >= 0;
-        if (!code.isEmpty() && !mCountryIsKnown)
-            wrong(field,
-                  tr("\"%1\" is no country of the European Union whose tax rates are "
-                     "known, such as \"FR\"")
-                      .arg(code));
-        return code;
-    }
-
     /// The rates of the country, with those that the file has instead.
     void vatRates(const Field& field)
     {
@@ -322,14 +315,12 @@ private:
             if (rate >= 0)
                 mShop->vatRates.insert(category, rate);
         }
-        mShop->vatDate = TaxeRatesUtils::lastUpdated();
-        if (!field.isThere())
-            return;
         QJsonObject rates = field.value.toObject();
+        const QString date = rates.take(QStringLiteral("date")).toString();
         mShop->vatDate =
-            QDate::fromString(rates.take(QStringLiteral("date")).toString(), Qt::ISODate);
-        if (!mShop->vatDate.isValid())
-            wrong(field, tr("has no \"date\" of the rates, such as \"2026-01-01\""));
+            field.isThere() ? QDate::fromString(date, Qt::ISODate) : TaxeRatesUtils::lastUpdated();
+        expect(field, mShop->vatDate.isValid(),
+               tr("has no \"date\" of the rates, such as \"2026-01-01\""));
         for (auto it = rates.constBegin(); it != rates.constEnd(); ++it) {
             const double rate = it.value().toDouble(-1);
             bool isNumber = false;
@@ -344,36 +335,36 @@ private:
     }
 
     /// What the pages look like, beside their font.
-    void looks(const QJsonObject& object)
+    void looks(const Part& file)
     {
-        const Field accent = at(mFile, object, "accent");
-        const QString color = plainText(accent);
+        const Field accent = at(file, "accent");
+        const QString color = text(accent);
         mShop->accent = ColorUtils::colorFromCss(color);
-        if (!color.isEmpty() && (!mShop->accent.isValid() || mShop->accent.alpha() != 255))
-            wrong(accent, tr("\"%1\" is no opaque colour of CSS, such as \"#9c4a27\"").arg(color));
-        const Field icon = at(mFile, object, "favicon");
-        mShop->favicon = staticFile(icon, plainText(icon));
-        const Field logo = at(mFile, object, "logo");
-        mShop->logo = staticFile(logo, plainText(logo));
+        expect(accent, color, mShop->accent.isValid() && mShop->accent.alpha() == 255,
+               tr("\"%1\" is no opaque colour of CSS, such as \"#9c4a27\""));
+        const Field icon = at(file, "favicon");
+        mShop->favicon = staticFile(icon, text(icon));
+        const Field logo = at(file, "logo");
+        mShop->logo = staticFile(logo, text(logo));
         if (mShop->logo.isEmpty())
             return;
         mShop->logoSize = ImageUtils::imageSize(mProject.folder() + QLatin1Char('/') + mShop->logo);
-        if (mShop->logoSize.isEmpty())
-            wrong(logo, tr("is no picture that can be read"));
+        expect(logo, !mShop->logoSize.isEmpty(), tr("is no picture that can be read"));
     }
 
     /// Where the shop and its owner are found.
-    void addresses(const QJsonObject& object)
+    void addresses(const Part& file)
     {
-        const Field site = at(mFile, object, "url");
-        mShop->url = webAddress(site, plainText(site));
-        if (mShop->url.contains(QLatin1Char('?')) || mShop->url.contains(QLatin1Char('#')))
-            wrong(site, tr("holds \"?\" or \"#\""));
+        const Field site = at(file, "url");
+        mShop->url = webAddress(site, text(site));
+        expect(site,
+               !mShop->url.contains(QLatin1Char('?')) && !mShop->url.contains(QLatin1Char('#')),
+               tr("holds \"?\" or \"#\""));
         if (!mShop->url.isEmpty() && !mShop->url.endsWith(QLatin1Char('/')))
             mShop->url += QLatin1Char('/');
-        mShop->order = order(at(mFile, object, "order"));
+        mShop->order = order(at(file, "order"));
 
-        const Field imprint = at(mFile, object, "imprint");
+        const Field imprint = at(file, "imprint");
         mShop->imprint = localText(imprint);
         QStringList imprints = mShop->imprint.values();
         imprints.removeDuplicates(); // told once
@@ -384,31 +375,29 @@ private:
                 webAddress(imprint, imprints.at(i));
         }
 
-        const QJsonObject contact = group(at(mFile, object, "contact"));
-        mShop->address = localText(at(mFile, contact, "address"));
-        mShop->phone = plainText(at(mFile, contact, "phone"));
-        const Field email = at(mFile, contact, "email");
-        mShop->email = plainText(email);
-        if (!mShop->email.isEmpty() && !isEmail(mShop->email))
-            wrong(email, tr("\"%1\" is no address of e-mail").arg(mShop->email));
+        const Part contact{mFile, group(at(file, "contact"))};
+        mShop->address = localText(at(contact, "address"));
+        mShop->phone = text(at(contact, "phone"));
+        const Field email = at(contact, "email");
+        mShop->email = text(email);
+        expect(email, mShop->email, isEmail(mShop->email), tr("\"%1\" is no address of e-mail"));
     }
 
-    ShopFont font(const QJsonObject& object)
+    ShopFont font(const Part& file)
     {
-        const Field field = at(mFile, object, "font");
+        const Field field = at(file, "font");
         ShopFont font;
-        const QString wanted = plainText(field);
+        const QString wanted = text(field);
         if (wanted.isEmpty())
             return font;
-        font.fromService = yesOrNo(at(mFile, object, "fontService"));
-        font.files = fontFiles(at(mFile, object, "fontFiles"));
+        font.fromService = yesOrNo(at(file, "fontService"));
+        font.files = fontFiles(at(file, "fontFiles"));
         font.family = mFile->mFonts.validName(wanted);
         GoogleFontItem item;
         if (font.family.isEmpty() || !mFile->mFonts.findItemByName(font.family, item)) {
-            if (!font.files.isEmpty() && !font.fromService)
-                font.family = wanted; // the files are all that it takes
-            else
-                wrong(field, tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
+            font.family = wanted; // its files are all that it takes
+            expect(field, !font.files.isEmpty() && !font.fromService,
+                   tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
             return font;
         }
         font.category = item.object().value(QLatin1String("category")).toString();
@@ -435,7 +424,7 @@ private:
             if (weight < 100 || weight > 900)
                 wrong(field, tr("\"%1\" is no weight of a font, such as \"400\"").arg(it.key()));
             else
-                files.insert(weight, staticFile(field, plainText({mFile, it.key(), it.value()})));
+                files.insert(weight, staticFile(field, text({mFile, it.key(), it.value()})));
         }
         return files;
     }
@@ -453,14 +442,21 @@ private:
             item->ORVAUTILS_SET_ERROR(item->failure(Unsuitable, tr("is no object")));
             return product;
         }
-        product.name = localText(needed(item, object, "name"), false);
-        product.description = localText(needed(item, object, "description"));
-        product.photos = photos(item, object);
-        product.order = order(at(item, object, "order"));
-        const Field category = needed(item, object, "taxCategory");
-        product.taxCategory = taxCategory(category);
-        const double net = netPrice(needed(item, object, "netPrice"));
-        product.vatRate = vatRate(category, product.taxCategory);
+        const Part part{item, object};
+        product.name = localText(needed(part, "name"), false);
+        product.description = localText(needed(part, "description"));
+        product.photos = photos(part);
+        product.order = order(at(part, "order"));
+        const Field category = needed(part, "taxCategory");
+        product.taxCategory = category.value.toInt(-1);
+        const bool hasCategory =
+            TaxeRatesUtils::europeanTaxCategories().contains(product.taxCategory);
+        expect(category, hasCategory, tr("is no tax category: a number from 0 to 4"));
+        const double net = netPrice(needed(part, "netPrice"));
+        product.vatRate = mShop->vatRates.value(product.taxCategory, -1);
+        expect(category, !mCountryIsKnown || !hasCategory || product.vatRate >= 0,
+               tr("%1 has no rate of the category %2")
+                   .arg(mShop->country, QString::number(product.taxCategory)));
         product.price = CurrencyUtils::vatOf(net, CurrencyUtils::Net, qMax(0.0, product.vatRate),
                                              mShop->currency);
         product.id = distinctId(product.name.value(mShop->languages.value(0)));
@@ -480,69 +476,39 @@ private:
     }
 
     /// The pictures of a product: one, or several, of which the first stands for all.
-    QStringList photos(WorkItem* item, const QJsonObject& object)
+    QStringList photos(const Part& part)
     {
-        const Field several = at(item, object, "photos");
+        const Field several = at(part, "photos");
         if (!several.isThere())
-            return {photo(needed(item, object, "photo"))};
+            return {photo(needed(part, "photo"))};
         QStringList names;
         const QJsonArray array = list(several, tr("is no list of photographs"));
         for (const QJsonValue& value : array)
-            names.append(photo({item, several.key, value}));
+            names.append(photo({part.item, several.key, value}));
         return names;
     }
 
     QString photo(const Field& field)
     {
-        const QString wanted = plainText(field);
+        const QString wanted = text(field);
         QString name = mPhotos.value(wanted.normalized(QString::NormalizationForm_C));
         if (!wanted.isEmpty() && name.isEmpty())
             fail(field, Missing, tr("there is no photograph \"%1\"").arg(wanted));
         return name;
     }
 
-    int taxCategory(const Field& field)
-    {
-        const int category = field.value.toInt(-1);
-        if (TaxeRatesUtils::europeanTaxCategories().contains(category))
-            return category;
-        if (field.isThere())
-            wrong(field, tr("is no tax category: a number from 0 to 4"));
-        return -1;
-    }
-
     double netPrice(const Field& field)
     {
-        const double price = field.value.toDouble(-1);
-        if (!field.isThere())
-            return 0;
-        if (!field.value.isDouble())
-            wrong(field, tr("is no number, such as 12.50"));
-        else if (price < 0)
-            wrong(field, tr("is below zero"));
-        else if (!(price <= highestPrice))
-            wrong(field, tr("is too high for a price"));
-        else
-            return price;
-        return 0;
-    }
-
-    double vatRate(const Field& field, int category)
-    {
-        if (!mCountryIsKnown || category < 0)
-            return 0; // told already
-        const double rate = mShop->vatRates.value(category, -1);
-        if (rate < 0)
-            wrong(field,
-                  tr("%1 has no rate of the category %2")
-                      .arg(mShop->country, QString::number(category)));
-        return rate;
+        const double price = field.value.toDouble();
+        expect(field, field.value.isDouble(), tr("is no number, such as 12.50"));
+        expect(field, price >= 0, tr("is below zero"));
+        expect(field, price <= highestPrice, tr("is too high for a price"));
+        return qBound(0.0, price, highestPrice);
     }
 
     QString distinctId(const QString& name)
     {
-        const QString wish =
-            HTMLUtils::formatCompliantcssId(QLatin1String("product-") + slug(name));
+        const QString wish = idOf(name);
         QString id = wish;
         // Products of one name go on where the one before has ended.
         int& number = mNumbers[wish];

@@ -12,8 +12,6 @@
 
 #include <GoogleFontLoader.h>
 
-#include <QJsonObject>
-#include <QJsonValue>
 #include <QVector>
 
 /// The file itself in the tree of errors. Each wrong value is an item of its own, named by the
