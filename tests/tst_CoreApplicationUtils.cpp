@@ -74,7 +74,7 @@ int runAsChild(const QByteArray& mode, int& argc, char** argv)
         fill(App::Lexaro);
         out << "code set: " << App::initStartupVars() << '\n';
         writeQt(out, "Qt");
-        // Without a name of its own Qt has none before the application object exists.
+        // Unless the library sets a name, Qt has none before the application object exists.
         out << "name: " << QCoreApplication::applicationName() << '\n';
         App::fixOSXDialogFocusBug();
         out << "gui: " << App::applicationGuiName() << ' ' << App::applicationVersionNumber() << ' '

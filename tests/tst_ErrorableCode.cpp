@@ -74,7 +74,7 @@ void tst_ErrorableCode::fields()
     QCOMPARE(none.enumText(), QString());
     static_assert(std::is_same<decltype(ErrorableCode::code), qint32>::value, "");
 
-    // In the order of the output.
+    // The order of the fields in memory.
     const char* const start = reinterpret_cast<const char*>(&none);
     QVector<qptrdiff> offsets;
     for (const void* const field :

@@ -356,7 +356,7 @@ void tst_GoogleFontItem::labelsAreTranslated()
              QStringLiteral("[GoogleFontItem: Bold weight]"));
     QCOMPARE(GoogleFontItem::labelWeight(800, false),
              QStringLiteral("[GoogleFontItem: Bolder weight (800)]"));
-    // The style is not compared.
+    // The style is not translated.
     QCOMPARE(GoogleFontItem::labelWeight(700, true),
              QStringLiteral("[GoogleFontItem: Bold weight] (Italic)"));
     QCoreApplication::removeTranslator(&translator);

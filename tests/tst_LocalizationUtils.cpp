@@ -30,7 +30,7 @@ private Q_SLOTS:
 void tst_LocalizationUtils::languageNames_data()
 {
     const auto row = columns<QString>("name");
-    // With a region in the native name of the language, without one in English.
+    // With a region the native name of the language, without one the English name.
     row("fr_FR", "fran\u00e7ais");
     row("fr", "French");
     row("pt_BR", "portugu\u00eas");
