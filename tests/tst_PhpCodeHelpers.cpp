@@ -128,7 +128,7 @@ void tst_PhpCodeHelpers::classOfConstants()
     QCOMPARE(classOf({}), text("\nclass Config\n{\n}\n"));
     QCOMPARE(classOf({{text("B"), text("x")}, {text("A"), 1}, {text("C"), QVariantList{1}}}),
              text("\nclass Config\n{\nconst A=1;\nconst B='x';\nconst C=[1]\n;\n}\n"));
-    // The keys are ignored.
+    // The keys are not checked.
     QCOMPARE(classOf({{text("10"), 1}, {text("a b"), 2}}),
              text("\nclass Config\n{\nconst 10=1;\nconst a b=2;\n}\n"));
 }

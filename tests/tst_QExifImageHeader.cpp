@@ -456,7 +456,7 @@ void tst_QExifImageHeader::ifdValueCutShort_data()
                   QString::fromLatin1(expected));
         };
         row(1, "1 x 10: 65 66 67 68 69 70 71 72 73 74");
-        row(2, "2 x 11: 4142434445464748494a"); // not terminated by its last byte
+        row(2, "2 x 11: 4142434445464748494a"); // its last byte is no terminator
         row(3, "3 x 5: 16961 17475 17989 18503 19017");
         row(4, "4 x 2: 1145258561 1212630597");
         row(5, "5 x 1: 1145258561/1212630597");
