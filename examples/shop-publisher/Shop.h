@@ -12,7 +12,6 @@
 #include <QDate>
 #include <QMap>
 #include <QSize>
-#include <QString>
 #include <QStringList>
 #include <QVector>
 
@@ -70,8 +69,7 @@ struct Shop
     LocalText address;
     QString email;
     QString phone;
-    QString
-        order; ///< an address of e-mail, or one of the web in which {id} and {name} are filled in
+    QString order; ///< an address of e-mail, or of the web, where {id} and {name} are filled in
     QVector<ShopProduct> products;
 
     /// Whether an imprint is the address of a page.

@@ -31,14 +31,6 @@ QString jsText(const QString& text)
     return HTMLUtils::encodeToJavascriptText(text);
 }
 
-QVariantMap jsTexts(const LocalText& texts)
-{
-    QVariantMap map;
-    for (auto it = texts.begin(); it != texts.end(); ++it)
-        map.insert(it.key(), jsText(it.value()));
-    return map;
-}
-
 /// A literal in single quotes, in which PHP knows no other escapes than these two. A byte array
 /// passes through the formatters as code, up to its first NUL: whatever has come here, the literal
 /// ends with its quote.
@@ -50,39 +42,40 @@ QByteArray phpCode(const QString& text)
     return '\'' + code + '\'';
 }
 
-QVariantMap phpTexts(const LocalText& texts)
+/// The texts as literals of a language, made by jsText() or phpCode().
+template <typename Literal>
+QVariantMap literals(const LocalText& texts, Literal literal)
 {
     QVariantMap map;
     for (auto it = texts.begin(); it != texts.end(); ++it)
-        map.insert(it.key(), phpCode(it.value()));
+        map.insert(it.key(), literal(it.value()));
     return map;
 }
 
 QByteArray productsJs(const Shop& shop, const QMap<QString, PublishedPicture>& pictures)
 {
+    const auto address = [&pictures](const char* folder, const QString& photo) {
+        return jsText(Template::address(QLatin1String(folder) + pictures.value(photo).name));
+    };
     QVariantList products;
     for (const ShopProduct& product : shop.products) {
-        const PublishedPicture picture = pictures.value(product.photos.first());
         QStringList images;
         for (const QString& photo : product.photos)
-            images.append(
-                jsText(Template::address(QLatin1String("images/") + pictures.value(photo).name)));
+            images.append(address("images/", photo));
         const double gross = shop.amount(product.price.gross);
-        products.append(QVariantMap{
-            {QStringLiteral("id"), product.id},
-            {QStringLiteral("name"), jsTexts(product.name)},
-            {QStringLiteral("description"), jsTexts(product.description)},
-            {QStringLiteral("image"), images.first()},
-            {QStringLiteral("images"), images},
-            {QStringLiteral("thumb"),
-             jsText(Template::address(QLatin1String("thumbs/") + picture.name))},
-            {QStringLiteral("taxCategory"), product.taxCategory},
-            {QStringLiteral("vatRate"), product.vatRate},
-            {QStringLiteral("net"), priceCode(shop.amount(product.price.net), shop.currency)},
-            {QStringLiteral("vat"), priceCode(shop.amount(product.price.vat), shop.currency)},
-            {QStringLiteral("gross"), priceCode(gross, shop.currency)},
-            {QStringLiteral("price"), jsText(CurrencyUtils::formatPrice(gross, shop.currency))},
-        });
+        products.append(Template::values(
+            {{"id", product.id},
+             {"name", literals(product.name, jsText)},
+             {"description", literals(product.description, jsText)},
+             {"image", images.first()},
+             {"images", images},
+             {"thumb", address("thumbs/", product.photos.first())},
+             {"taxCategory", product.taxCategory},
+             {"vatRate", product.vatRate},
+             {"net", priceCode(shop.amount(product.price.net), shop.currency)},
+             {"vat", priceCode(shop.amount(product.price.vat), shop.currency)},
+             {"gross", priceCode(gross, shop.currency)},
+             {"price", jsText(CurrencyUtils::formatPrice(gross, shop.currency))}}));
     }
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -106,23 +99,25 @@ QByteArray configPhp(const Shop& shop)
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     TextStreamUTF8 stream(&buffer);
+    const auto constant = [&stream](const char* name, const QVariant& value,
+                                    const QString& comment = QString()) {
+        PhpCodeHelpers::writeConstant(&stream, QLatin1String(name), value, comment);
+    };
+    const auto symbol = [&shop](QLocale::CurrencySymbolFormat format) {
+        return CurrencyUtils::currencySymbol(shop.currency, format);
+    };
     stream << QStringLiteral("<?php\n") << QLatin1String(note);
-    PhpCodeHelpers::writePhpMap(&stream, QStringLiteral("SHOP_NAME"), phpTexts(shop.name));
+    PhpCodeHelpers::writePhpMap(&stream, QStringLiteral("SHOP_NAME"), literals(shop.name, phpCode));
     PhpCodeHelpers::writePhpMap(&stream, QStringLiteral("SHOP_DESCRIPTION"),
-                                phpTexts(shop.description));
+                                literals(shop.description, phpCode));
     PhpCodeHelpers::writePhpArray(&stream, QStringLiteral("SHOP_LANGUAGES"), shop.languages);
-    PhpCodeHelpers::writeConstant(&stream, QStringLiteral("SHOP_COUNTRY"), shop.country);
-    PhpCodeHelpers::writeConstant(
-        &stream, QStringLiteral("SHOP_CURRENCY"), shop.currency,
-        CurrencyUtils::currencySymbol(shop.currency, QLocale::CurrencyDisplayName));
-    PhpCodeHelpers::writeConstant(
-        &stream, QStringLiteral("SHOP_CURRENCY_SYMBOL"),
-        phpCode(CurrencyUtils::currencySymbol(shop.currency, QLocale::CurrencySymbol)));
-    PhpCodeHelpers::writeConstant(&stream, QStringLiteral("SHOP_CURRENCY_NUMBER"),
-                                  CurrencyUtils::currencyNumericCode(shop.currency),
-                                  QStringLiteral("ISO 4217; 0 where it is not known"));
+    constant("SHOP_COUNTRY", shop.country);
+    constant("SHOP_CURRENCY", shop.currency, symbol(QLocale::CurrencyDisplayName));
+    constant("SHOP_CURRENCY_SYMBOL", phpCode(symbol(QLocale::CurrencySymbol)));
+    constant("SHOP_CURRENCY_NUMBER", CurrencyUtils::currencyNumericCode(shop.currency),
+             QStringLiteral("ISO 4217; 0 where it is not known"));
     PhpCodeHelpers::writePhpMap(&stream, QStringLiteral("SHOP_VAT_RATES"), rates);
-    PhpCodeHelpers::writeConstant(&stream, QStringLiteral("SHOP_FONT"), phpCode(shop.font.family));
+    constant("SHOP_FONT", phpCode(shop.font.family));
     PhpCodeHelpers::writePhpArray(&stream, QStringLiteral("SHOP_FONT_WEIGHTS"), weights);
     stream.flush();
     return buffer.data();
