@@ -19,7 +19,7 @@ Defect svgDefect(QFile* file)
     if (file->size() > maxSvgMiB * bytesOfMiB)
         return {WorkItem::Unsuitable,
                 PictureCheck::tr("is an SVG picture of more than %1 MiB").arg(maxSvgMiB)};
-    const Defect defect = SvgGuard::defectOf(file);
+    Defect defect = SvgGuard::defectOf(file);
     if (defect || QImageReader::supportedImageFormats().contains("svg"))
         return defect;
     return {WorkItem::Unreadable,

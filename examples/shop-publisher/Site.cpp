@@ -250,14 +250,14 @@ bool Site::isFree(const QString& place) const
 
 QString Site::put(const QVector<Draft>& drafts)
 {
+    QString reason;
     for (const Draft& draft : drafts) {
-        const QString reason = obstacle(draft.place);
+        reason = obstacle(draft.place);
         if (!reason.isEmpty())
             return reason;
     }
     const bool isNew = std::all_of(drafts.begin(), drafts.end(),
                                    [this](const Draft& draft) { return isFree(draft.place); });
-    QString reason;
     for (const Draft& draft : drafts) {
         if (!isNew)
             mMoves.insert(draft.place, draft.path);
