@@ -26,29 +26,44 @@ bool isSomething(const QVariant& value)
     }
 }
 
-QString filled(const QString& text, const QVariantMap& values);
+/// The values of a section, and what stands around it. Nothing is copied: a page has thousands.
+struct Scope
+{
+    QVariantMap values;
+    const Scope* outer;
 
-QString filledFile(const QString& name, const QVariantMap& values)
+    QVariant value(const QString& name) const
+    {
+        const auto found = values.constFind(name);
+        if (found != values.constEnd())
+            return found.value();
+        return outer ? outer->value(name) : QVariant();
+    }
+};
+
+QString filled(const QString& text, const Scope& scope);
+
+QString filledFile(const QString& name, const Scope& scope)
 {
     return filled(QString::fromUtf8(FileUtils::readFileContent(QLatin1String(":/pages/") + name)),
-                  values);
+                  scope);
 }
 
 /// \a text for each value of a list, once for any other that is something.
-QString filledForEach(const QString& text, const QVariantMap& values, const QVariant& given)
+QString filledForEach(const QString& text, const Scope& scope, const QVariant& given)
 {
-    QVariantList scopes{given};
+    QVariantList inner{given};
     if (given.userType() == QMetaType::QVariantList)
-        scopes = given.toList();
+        inner = given.toList();
     else if (!isSomething(given))
         return QString();
     QString page;
-    for (const QVariant& scope : scopes)
-        page += filled(text, Template::with(values, scope.toMap()));
+    for (int i = 0; i < inner.size(); ++i)
+        page += filled(text, {inner.at(i).toMap(), &scope});
     return page;
 }
 
-QString filled(const QString& text, const QVariantMap& values)
+QString filled(const QString& text, const Scope& scope)
 {
     // A section, or the mark of a value or file. The marks of a section that have their lines for
     // themselves leave none.
@@ -63,18 +78,17 @@ QString filled(const QString& text, const QVariantMap& values)
         const QRegularExpressionMatch mark = found.next();
         page.append(text.constData() + end, mark.capturedStart() - end);
         end = int(mark.capturedEnd());
-        const QVariant section = values.value(mark.captured(2));
-        const QString name = mark.captured(5);
-        if (mark.captured(1) == QLatin1String("#"))
-            page += filledForEach(mark.captured(3), values, section);
-        else if (mark.captured(1) == QLatin1String("^"))
-            page += isSomething(section) ? QString() : filled(mark.captured(3), values);
-        else if (mark.captured(4) == QLatin1String(">"))
-            page += filledFile(name, values);
-        else if (mark.captured(4) == QLatin1String("{"))
-            page += values.value(name).toString();
+        const QString kind = mark.captured(1) + mark.captured(4);
+        const QString name = mark.captured(2) + mark.captured(5);
+        const QVariant value = scope.value(name);
+        if (kind == QLatin1String("#"))
+            page += filledForEach(mark.captured(3), scope, value);
+        else if (kind == QLatin1String("^"))
+            page += isSomething(value) ? QString() : filled(mark.captured(3), scope);
+        else if (kind == QLatin1String(">"))
+            page += filledFile(name, scope);
         else
-            page += HTMLUtils::escaped(values.value(name).toString());
+            page += kind.isEmpty() ? HTMLUtils::escaped(value.toString()) : value.toString();
     }
     return page + text.mid(end);
 }
@@ -98,7 +112,7 @@ QVariantMap Template::with(QVariantMap values, const QVariantMap& more)
 
 QByteArray Template::fill(const QString& name, const QVariantMap& values)
 {
-    return filledFile(name, values).toUtf8();
+    return filledFile(name, {values, nullptr}).toUtf8();
 }
 
 QString Template::address(const QString& place)
