@@ -117,6 +117,7 @@ public:
         , mLanguage(language)
         , mTexts(PageParts::texts(language))
         , mNames(namesIn(language))
+        , mValues(mTexts)
     {
         const QLocale locale(language);
         const QVariantMap shopsOwn =
@@ -133,7 +134,6 @@ public:
                               {"logo", Template::address(shop.logo)},
                               {"logoWidth", shop.logoSize.width()},
                               {"logoHeight", shop.logoSize.height()}});
-        mValues = mTexts;
         for (const QVariantMap& more : {shopsOwn, style(), foot()})
             mValues = Template::with(mValues, more);
     }

@@ -52,14 +52,13 @@ QString filledFile(const QString& name, const Scope& scope)
 /// \a text for each value of a list, once for any other that is something.
 QString filledForEach(const QString& text, const Scope& scope, const QVariant& given)
 {
-    QVariantList inner{given};
-    if (given.userType() == QMetaType::QVariantList)
-        inner = given.toList();
-    else if (!isSomething(given))
+    const bool isList = given.userType() == QMetaType::QVariantList;
+    if (!isList && !isSomething(given))
         return QString();
+    const QVariantList inner = isList ? given.toList() : QVariantList{given};
     QString page;
-    for (int i = 0; i < inner.size(); ++i)
-        page += filled(text, {inner.at(i).toMap(), &scope});
+    for (const QVariant& values : inner)
+        page += filled(text, {values.toMap(), &scope});
     return page;
 }
 
