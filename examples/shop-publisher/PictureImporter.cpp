@@ -139,7 +139,7 @@ void PictureImporter::prepare(const Photograph& photograph, Work* work)
         // Whether it can be imported shows in the smallest of pictures.
         const QString name =
             QStringLiteral("%1.%2").arg(++mChecked).arg(QFileInfo(photograph.siteName).suffix());
-        work->drafts = {
+        work->drafts = QVector<Draft>{
             {name, 16, formatFor(photograph), mScratch->path() + QLatin1Char('/') + name, {}}};
     }
     work->missingResults = int(work->drafts.size());
