@@ -14,7 +14,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-using Names = std::vector<char>; // one behind the other, each with its NUL
+using Names = std::vector<char>; // NUL-terminated, one after the other
 
 bool readNames(int file, Names& names)
 {
@@ -46,7 +46,7 @@ bool takeExtendedAttributes(int from, int to)
     for (const char* name = given.data(); name != given.data() + given.size();
          name += std::strlen(name) + 1) {
         if (!readValue(from, name, value) && fremovexattr(to, name) != 0)
-            return false; // GCOVR_EXCL_LINE: who made the copy may change it
+            return false; // GCOVR_EXCL_LINE: the creator of the copy may change it
     }
     QByteArray own;
     for (const char* name = wanted.data(); name != wanted.data() + wanted.size();

@@ -32,8 +32,8 @@ bool readAt(QIODevice* device, qint64 position, QByteArray* bytes)
     return device->seek(position) && device->read(bytes->data(), bytes->size()) == bytes->size();
 }
 
-/// Replaces the content of a device by a longer one. What lies beyond the old end is written first,
-/// so that a lack of space is found out while the old content is still whole.
+/// Replaces the content of a device with longer content. The part beyond the old end is written
+/// first, so that a lack of space is detected while the old content is still intact.
 bool replaceContent(QIODevice* device, const QByteArray& before, const QByteArray& after)
 {
     const int oldSize = int(before.size());

@@ -20,32 +20,32 @@ struct FilePatch
     qint64 begin = 0;
     qint64 end = 0;
     QByteArray bytes;
-    /// What stands there, as long as bytes, where somebody has just read it; else nothing.
+    /// The bytes to replace, if the length stays the same and they have just been read; else empty.
     QByteArray before;
-    /// The whole file, where somebody has just read it; else nothing.
+    /// The content of the whole file, if it has just been read; else empty.
     QByteArray file;
 
     bool movesWhatFollows() const { return bytes.size() != end - begin; }
 };
 
-/// What to do with a file that cannot be replaced by a new one without a trace: it has several
-/// names (hard links), it belongs to another user, or no file can be created in its folder.
+/// What to do with a file that cannot be replaced with a new one unnoticed: it has several names
+/// (hard links), it belongs to another user, or no file can be created in its folder.
 enum class Irreplaceable {
-    PatchInPlace, ///< a process that is killed meanwhile may leave a part of the change
+    PatchInPlace, ///< a process killed meanwhile may leave the change half done
     Refuse
 };
 
 enum class Patched { Yes, Failed, Refused };
 
-/// Opens a file to patch it. Unlike opening alone, this creates none. Unbuffered, so that a write
-/// that fails is known at once and what was there can be put back.
+/// Opens an existing file for patching; does not create one. The file is unbuffered, so that a
+/// failing write is detected at once and the old bytes can be restored.
 bool openToPatch(QFile* file);
 
-/// Patches a file that openToPatch() opened. Where the length stays and all bytes that change lie
-/// within one page, they are written in place, which a kill cannot tear; otherwise a new file takes
-/// the place of this one in one step. A file that holds these bytes already is not written. Unless
-/// Yes is returned nothing has changed, as far as the old bytes could be restored. The file may be
-/// closed afterwards.
+/// Patches a file that openToPatch() opened. If the length stays the same and all changed bytes lie
+/// within one page, they are written in place, which a kill cannot interrupt halfway; otherwise a
+/// new file replaces this one in one step, or \a irreplaceable decides. A file that already
+/// contains these bytes is not written. Unless Yes is returned, nothing has changed, as far as the
+/// old bytes could be restored. \a file may be closed on return.
 Patched patchFile(QFile* file, FilePatch patch, Irreplaceable irreplaceable);
 
 /// Patches a random-access device, which the patch may make longer but not shorter, in place. If

@@ -15,7 +15,7 @@
 #include <sys/stat.h>
 #elif defined(Q_OS_WIN)
 #ifndef NOMINMAX
-#define NOMINMAX // or min() and max() are macros
+#define NOMINMAX // otherwise min() and max() are macros
 #endif
 #include <windows.h>
 #endif
@@ -24,7 +24,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// Whether the nearest readable folder above \a path does not list the way to it.
+/// Whether the nearest readable folder above \a path does not list the next part of the path.
 bool isUnlisted(QString path)
 {
     path = QDir::cleanPath(QDir::current().absoluteFilePath(path));
@@ -35,7 +35,7 @@ bool isUnlisted(QString path)
             return false; // GCOVR_EXCL_LINE: the root folder can be read
         const QStringList names = QDir(above).entryList(
             QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
-        // A folder that holds nothing and one that cannot be read both give an empty list.
+        // An empty folder and an unreadable one both give an empty list.
         if (!names.isEmpty())
             return !names.contains(info.fileName());
         path = above;
@@ -74,7 +74,7 @@ QString nativePath(const QString& path)
     return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
 }
 
-/// Asks the system what tells the file from others, and for its time to 100 nanoseconds.
+/// Queries what identifies the file, and its modification time to 100 nanoseconds.
 void identify(const QString& path, FileState& state)
 {
     const QString native = nativePath(path);
@@ -94,8 +94,8 @@ void identify(const QString& path, FileState& state)
     CloseHandle(file);
 }
 
-/// Whether the system says that nothing is there, or a link that leads nowhere. That a folder lists
-/// nothing proves it to nobody.
+/// Whether the system reports that nothing exists at \a path, or a broken link. An empty listing of
+/// its folder would not prove that.
 bool isKnownToBeMissing(const QString& path)
 {
     const QString native = nativePath(path);
@@ -128,7 +128,7 @@ FileState stateOf(const QString& path)
         state.changed = info.lastModified().toMSecsSinceEpoch();
         state.size = info.size();
 #if defined(Q_OS_WIN)
-        // Of folders alone: a file that is held for a moment cannot be replaced in it.
+        // Folders only: a file cannot be replaced while it is open, however briefly.
         if (state.isFolder())
             identify(path, state);
 #endif

@@ -13,24 +13,24 @@ namespace OrvaUtilsPrivate {
 struct FileState
 {
     enum class Kind {
-        Missing, ///< nothing is there; also a link that leads nowhere
+        Missing, ///< nothing exists at the path; also a broken link
         File,
         Folder,
         Other, ///< a pipe, a socket, a device
-        Unknown ///< the system does not say, as in a folder that may not be entered
+        Unknown ///< the system does not say, as in a folder without search permission
     };
 
     Kind kind = Kind::Missing;
-    // What tells a file from others, where the system has that. Both are 0 elsewhere.
+    // They identify the file where that is known; otherwise both are 0.
     quint64 device = 0;
     quint64 number = 0;
-    qint64 changed = 0; ///< when content or attributes changed last, as precisely as is known
+    qint64 changed = 0; ///< when it last changed (on Unix also its attributes); the unit varies
     qint64 size = 0;
 
     bool isMissing() const { return kind == Kind::Missing; }
     bool isFolder() const { return kind == Kind::Folder; }
 
-    /// Whether this is the same file or folder as \a other, whatever happened to it meanwhile.
+    /// Whether this is the same file or folder as \a other, even if it has changed meanwhile.
     bool isSameFile(const FileState& other) const
     {
         return kind == other.kind && device == other.device && number == other.number;
@@ -46,11 +46,11 @@ struct FileState
 
 /// What \a path leads to now; links are followed.
 ///
-/// A file is Missing only if the nearest readable folder above does not list the way to it: the
-/// files of a folder whose permissions are taken away for a moment do not count as missing.
+/// A file is Missing only if the system says so or the nearest readable folder above does not list
+/// the way to it: files in a folder that is inaccessible for a moment do not count as missing.
 FileState stateOf(const QString& path);
 
-/// The state of what is at \a path as a text; empty where it is missing or unknown.
+/// The state of \a path as a string; empty if it is missing or unknown.
 QString stampOf(const QString& path);
 
 } // namespace OrvaUtilsPrivate

@@ -24,7 +24,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// Resources (":/icons") and search paths ("icons:small"), which the system knows nothing of.
+/// Whether only Qt understands \a path: a resource (":/icons") or a search path ("icons:small").
 bool isKnownToQtAlone(const QString& path)
 {
     const int colon = int(path.indexOf(QLatin1Char(':')));
@@ -71,7 +71,7 @@ private:
     static DIR* open(const QByteArray& path)
     {
         for (;;) {
-            // Opening waits where the folder is on the network, and a signal ends the wait.
+            // Opening a folder on the network may block, and a signal interrupts it.
             DIR* const folder = opendir(path.constData());
             if (folder || errno != EINTR)
                 return folder;
@@ -85,7 +85,7 @@ private:
 
     static void setName(FolderEntry& entry, const char* name)
     {
-        // Almost all names are plain ASCII, which needs no codec and no new text.
+        // Almost all names are plain ASCII, which needs no codec and no new string.
         const int size = int(std::strlen(name));
         entry.name.resize(size);
         QChar* const text = entry.name.data();
@@ -110,7 +110,7 @@ private:
                                        : EntryKind::Other;
     }
 
-    /// Asks the system only if the entry itself does not say it.
+    /// Queries the system only for details that the directory entry lacks.
     void setStatus(FolderEntry& entry, const struct dirent& found) const
     {
         const int folder = dirfd(mFolder);
@@ -149,14 +149,14 @@ private:
 
 // Copying
 
-/// The permissions that QFile::copy() gives a copy: those of the source, the owner's completed by
-/// what the acting user may do with it.
+/// The permissions that QFile::copy() gives a copy: those of the source, the owner's extended by
+/// what the current user may do with it.
 mode_t permissionsOfCopy(int source, mode_t mode)
 {
     mode_t permissions = mode & 0777;
     const QByteArray path = "/proc/self/fd/" + QByteArray::number(source);
     const auto complete = [&](mode_t bit, int right) {
-        // A right that nobody has need not be checked.
+        // Without any execute permission nobody may execute the file.
         const bool anyone = permissions & (bit | bit >> 3 | bit >> 6);
         if (!(permissions & bit) && (anyone || right != X_OK)
             && access(path.constData(), right) == 0)
@@ -182,8 +182,8 @@ bool writeAll(int destination, const char* data, size_t size)
     return true;
 }
 
-/// Lets the system copy, which need not bring the bytes to this process. Returns how many it copied
-/// before it came to the end, which is expected after \a size bytes, or could not go on.
+/// Lets the system copy, which need not move the bytes through this process. Returns how many bytes
+/// it copied up to the end, which is expected after \a size bytes, or up to a failure.
 qint64 copyWithinSystem(int source, int destination, qint64 size)
 {
     const ssize_t step = ssize_t(1) << 30;
@@ -198,13 +198,13 @@ qint64 copyWithinSystem(int source, int destination, qint64 size)
     }
 }
 
-/// A new file without a name, in that folder.
+/// Opens a new file without a name in \a folder.
 int openUnnamed(const QByteArray& folder, mode_t mode)
 {
     return open(folder.constData(), O_RDWR | O_CLOEXEC | O_TMPFILE, mode);
 }
 
-/// Gives it its name.
+/// Gives such a file the name \a path.
 bool link(int file, const QByteArray& path)
 {
     const QByteArray unnamed = "/proc/self/fd/" + QByteArray::number(file);
@@ -225,7 +225,7 @@ bool copyNewFile(const QString& source, const QString& destination, qint64* size
 {
     if (isKnownToQtAlone(source) || isKnownToQtAlone(destination))
         return false;
-    // Not blocking: a pipe in the place of the file would otherwise wait for its writer.
+    // Non-blocking: opening a pipe would otherwise wait for a writer.
     const Descriptor from(open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!from.isOpen() || fstat(from, &status) != 0 || !S_ISREG(status.st_mode))
@@ -252,7 +252,7 @@ bool copyContent(int source, int destination, qint64 size)
     char buffer[65536];
     qint64 copied = 0;
     if (size > qint64(sizeof buffer)) {
-        // File systems that can share the blocks of a file between it and its copy do so.
+        // Some file systems can share the blocks of a file with its copy.
         if (ioctl(destination, FICLONE, source) == 0)
             return true; // GCOVR_EXCL_LINE: few file systems share blocks
         copied = copyWithinSystem(source, destination, size);
@@ -266,7 +266,7 @@ bool copyContent(int source, int destination, qint64 size)
         if (got < 0 || !writeAll(destination, buffer, size_t(got)))
             return false;
         copied += got;
-        // Less than asked for, and as much as there was to be: a second read would give nothing.
+        // A short read that reaches the expected size: another one would return nothing.
         if (got == 0 || (copied == size && size_t(got) < sizeof buffer))
             return copied >= size;
     }
@@ -322,7 +322,7 @@ bool putFileSystemOnDisk(const QString& folder, QString* reason)
     do
         descriptor = open(path.constData(), O_RDONLY | O_CLOEXEC);
     while (descriptor < 0 && errno == EINTR);
-    // What may be written to need not be readable.
+    // A folder may be writable without being readable.
     if (descriptor < 0)
         descriptor = openUnnamed(path, 0600);
     const Descriptor file(descriptor);

@@ -43,16 +43,16 @@ bool openUnnamed(QFile*, const QString&)
     return false;
 }
 
-bool nameFile(int, const QString&, QString*) // GCOVR_EXCL_LINE: no file here lacks a name
+bool nameFile(int, const QString&, QString*) // GCOVR_EXCL_LINE: all files have names here
 {
-    return false; // GCOVR_EXCL_LINE: likewise
+    return false; // GCOVR_EXCL_LINE: as above
 }
 
 bool removeFile(const QString& path)
 {
     if (QFile::remove(path))
         return true;
-    // On some systems a file that must not be written to must not be removed either.
+    // On some systems a read-only file cannot be removed.
     const QFile::Permissions permissions = QFile::permissions(path);
     return !permissions.testFlag(QFile::WriteUser) && !QFileInfo(path).isSymLink()
         && QFile::setPermissions(path, permissions | QFile::WriteUser) && QFile::remove(path);

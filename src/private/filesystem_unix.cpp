@@ -18,7 +18,7 @@ namespace OrvaUtilsPrivate {
 
 bool isSameFile(const QString& one, const QString& other)
 {
-    // Unlike a comparison of paths this also holds where the file system ignores case.
+    // Unlike a comparison of paths, this is also correct where the file system ignores case.
     struct stat oneStatus = {};
     struct stat otherStatus = {};
     return stat(encoded(one).constData(), &oneStatus) == 0
@@ -68,7 +68,7 @@ bool takeAttributes(int from, int to)
     const bool isOwned = wanted.st_uid == given.st_uid && wanted.st_gid == given.st_gid;
     if (!isOwned && fchown(to, wanted.st_uid, wanted.st_gid) != 0)
         return false;
-    // Last, because giving a file away and an access list change them.
+    // The permissions come last, because a change of owner and an access list change them.
     return takeExtendedAttributes(from, to) && fstat(to, &given) == 0
         && (wanted.st_mode == given.st_mode || fchmod(to, wanted.st_mode & 07777) == 0);
 }
@@ -95,7 +95,7 @@ void removeTreeByBytes(const QString& path)
 {
     const auto removeEntry = [](const char* entry, const struct stat*, int type, struct FTW*) {
         static_cast<void>(type == FTW_DP ? rmdir(entry) : unlink(entry));
-        return 0; // the other entries go all the same
+        return 0; // the other entries are still removed
     };
     const int mostOpenFolders = 32;
     nftw(encoded(path).constData(), removeEntry, mostOpenFolders, FTW_DEPTH | FTW_PHYS);

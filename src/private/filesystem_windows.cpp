@@ -7,7 +7,7 @@
 #include <QFileInfo>
 
 #ifndef NOMINMAX
-#define NOMINMAX // or min() and max() are macros
+#define NOMINMAX // otherwise min() and max() are macros
 #endif
 #include <io.h>
 #include <windows.h>
@@ -18,7 +18,7 @@ namespace {
 
 QString nativePath(const QString& path)
 {
-    // The system stops at a NUL, and would find another file.
+    // The system would stop at a NUL and find another file.
     return path.contains(QChar()) ? QString()
                                   : QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
 }
@@ -28,8 +28,8 @@ const wchar_t* wide(const QString& text)
     return reinterpret_cast<const wchar_t*>(text.utf16());
 }
 
-/// Whether a file was read-only, which it is not any more: such a file is neither replaced nor
-/// removed here, other than on Unix.
+/// Clears the read-only attribute of a file. Returns false if there was nothing to clear, or it
+/// failed. Unlike on Unix, a read-only file can be neither replaced nor removed.
 bool clearReadOnly(const QString& native)
 {
     const DWORD attributes = GetFileAttributesW(wide(native));
@@ -38,7 +38,7 @@ bool clearReadOnly(const QString& native)
         && SetFileAttributesW(wide(native), attributes & ~DWORD(FILE_ATTRIBUTE_READONLY));
 }
 
-/// Whether a program has a file open, other than in order to replace or remove it.
+/// Whether a program has a file open in a way that prevents replacing or removing it.
 bool isHeld(const QString& native)
 {
     const HANDLE file =
@@ -50,20 +50,20 @@ bool isHeld(const QString& native)
     return false;
 }
 
-/// Tries \a step until it succeeds, as long as a program holds the file \a native, but not for
-/// long: readers, indexers and virus scanners let go of a file after a moment.
+/// Repeats \a step until it succeeds while a program has the file \a native open, but not for long:
+/// readers, indexers and virus scanners close a file after a moment.
 template <typename Step>
 bool onceLetGo(const QString& native, Step step)
 {
     const int attempts = 25;
-    const int attemptsInARow = 5; // while nobody holds the file
+    const int attemptsInARow = 5; // while no program has the file open
     const int pause = 20; // milliseconds
     int whileFree = 0;
     for (int attempt = 1;; ++attempt) {
         if (step())
             return true;
         const DWORD reason = GetLastError();
-        // Who held the file may have let go of it since the attempt: the next one, at once, tells.
+        // The file may have been closed since the attempt; the next one then follows at once.
         const bool held = isHeld(native);
         whileFree = held ? 0 : whileFree + 1;
         SetLastError(reason);
@@ -114,7 +114,7 @@ bool moveOver(const QString& path, const QString& newPath, QString* reason)
     const DWORD replaced = GetFileAttributesW(wide(to));
     const bool isOverFile =
         replaced != INVALID_FILE_ATTRIBUTES && !(replaced & FILE_ATTRIBUTE_DIRECTORY);
-    // Not every system of this kind refuses to put a folder in the place of a file.
+    // Not every implementation of Windows refuses to replace a file with a folder.
     if (isOverFile && moved != INVALID_FILE_ATTRIBUTES && (moved & FILE_ATTRIBUTE_DIRECTORY)) {
         *reason = qt_error_string(ERROR_DIRECTORY);
         return false;
@@ -151,7 +151,7 @@ bool takesNewFiles(const QString& folder)
 
 void removeTreeByBytes(const QString& path)
 {
-    // Every name is a text here.
+    // Here a QString can represent every name.
     QDir(path).removeRecursively();
 }
 

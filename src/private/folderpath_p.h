@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Paths of folders, which may or may not end with "/", and of what is in them; and paths as the
-// system wants them.
+// Paths of folders, which may or may not end with "/", and of their entries; and paths in the
+// encoding of the system.
 
 #ifndef ORVAUTILS_FOLDERPATH_P_H
 #define ORVAUTILS_FOLDERPATH_P_H
@@ -14,7 +14,7 @@
 
 namespace OrvaUtilsPrivate {
 
-/// \a folder with a "/" at its end: one is appended unless it is there already. The empty path
+/// \a folder with a "/" at its end, which is appended unless there is one already. The empty path
 /// becomes "/".
 inline QString withSlash(const QString& folder)
 {
@@ -29,8 +29,8 @@ inline QString joined(const QString& folder, const QString& name)
     return folder % QLatin1Char('/') % name;
 }
 
-/// \a path in the system's encoding. The system stops at a NUL, and would find another file: a path
-/// that holds one becomes the empty path, where nothing ever is.
+/// \a path in the system's encoding. The system would stop at a NUL and find another file, so a
+/// path that contains one becomes the empty path, which never exists.
 inline QByteArray encoded(const QString& path)
 {
     return path.contains(QChar()) ? QByteArray() : QFile::encodeName(path);

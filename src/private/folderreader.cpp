@@ -14,10 +14,10 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// Why a folder cannot be read, as in errno; 0 where it can.
+/// The value of errno for a folder that cannot be read; 0 if it can.
 int errorOf(const QString& path)
 {
-    if (path.contains(QChar())) // Qt would warn of it
+    if (path.contains(QChar())) // Qt would warn about it
         return ENOENT;
     const QFileInfo folder(path);
     return !folder.exists()    ? ENOENT
@@ -49,7 +49,7 @@ public:
             : info.isDir()         ? EntryKind::Folder
                                    : EntryKind::Other;
         entry.isLink = info.isSymLink();
-        // What is completed beside its destination is hidden by its name alone.
+        // Entries that are completed beside their destination are hidden only by their names.
         entry.isHidden = info.isHidden() || entry.name.startsWith(QLatin1String(".orvautils-"));
         entry.isReachable = true;
         if (entry.kind == EntryKind::File && mDetail != EntryDetail::Kinds) {

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FolderReader: the entries of a folder; asks the system only for the details that are wanted.
+// FolderReader: reads the entries of a folder, and only the details of them that are wanted.
 //
-// Why Linux is not left to Qt: QDirIterator makes two file infos for every entry; walking trees of
-// small files takes it two to three times as long as the system's own tools.
+// Linux is not left to Qt, because QDirIterator creates two QFileInfos for every entry: walking
+// trees of small files takes it two to three times as long as the system's own tools.
 
 #ifndef ORVAUTILS_FOLDERREADER_P_H
 #define ORVAUTILS_FOLDERREADER_P_H
@@ -29,18 +29,18 @@ struct FolderEntry
     EntryKind kind = EntryKind::Other;
     bool isLink = false;
     bool isHidden = false;
-    /// False when the name on the disk is no text in the system's encoding: `name` is a likeness
-    /// then, and no path leads to the entry.
+    /// False if the name on the disk is not valid in the system's encoding: `name` is then an
+    /// approximation, and no path leads to the entry.
     bool isReachable = false;
-    /// For files, in bytes, if asked for.
+    /// For files, in bytes, if requested.
     qint64 size = 0;
-    /// For files, in milliseconds since 1970, if asked for.
+    /// For files, in milliseconds since 1970, if requested.
     qint64 modified = 0;
 };
 
 enum class EntryDetail { Kinds, Sizes, SizesAndTimes };
 
-/// Where a FolderReader has its entries from.
+/// The source of the entries of a FolderReader.
 class FolderSource
 {
 public:
@@ -53,7 +53,7 @@ protected:
     int mError = 0;
 };
 
-/// Reads a folder entry by entry: all but "." and "..", in the system's order.
+/// Reads a folder entry by entry: all except "." and "..", in the system's order.
 ///
 ///     FolderReader reader(path, EntryDetail::Kinds);
 ///     while (reader.next())
@@ -65,16 +65,16 @@ class FolderReader
 public:
     FolderReader(const QString& path, EntryDetail detail);
 
-    /// Goes to the next entry. False when there is none, or when it cannot be read.
+    /// Advances to the next entry. Returns false if there is none, or if it cannot be read.
     bool next() { return mSource->next(mEntry); }
 
-    /// The entry that next() went to; overwritten by the next call.
+    /// The entry that next() advanced to; overwritten by the next call.
     const FolderEntry& entry() const { return mEntry; }
 
-    /// Whether all that next() wanted so far could be read.
+    /// Whether next() could read everything so far.
     bool isIntact() const { return error() == 0; }
 
-    /// Why not, as in errno; 0 where it is intact.
+    /// The value of errno for the failure; 0 if isIntact().
     int error() const { return mSource->error(); }
 
 private:
@@ -84,11 +84,11 @@ private:
     FolderEntry mEntry;
 };
 
-/// Appends all entries of the folder \a path. False if not all of them could be read.
+/// Appends all entries of the folder \a path. Returns false if not all of them could be read.
 bool readFolder(const QString& path, std::vector<FolderEntry>& entries);
 
-/// The system's own way to read a folder. Null where there is none, and for a path that only Qt
-/// understands.
+/// A source that reads the folder through the system's own functions. Null where there is none, and
+/// for a path that only Qt understands.
 std::unique_ptr<FolderSource> systemFolder(const QString& path, EntryDetail detail);
 
 } // namespace OrvaUtilsPrivate

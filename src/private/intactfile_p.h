@@ -7,7 +7,7 @@
 //     IntactFile file(path);
 //     const QImage image = QImageReader(&file).read();
 //     if (!file.isIntact())
-//         ... the image is not what the file holds ...
+//         ... the image may be incomplete ...
 
 #ifndef ORVAUTILS_INTACTFILE_P_H
 #define ORVAUTILS_INTACTFILE_P_H

@@ -20,8 +20,8 @@ quint16 bigEndian16(const char* bytes)
     return qFromBigEndian<quint16>(reinterpret_cast<const uchar*>(bytes));
 }
 
-/// Whether a byte behind 0xFF makes a marker that a segment follows or that ends the image. The
-/// others are data of a scan, fill bytes, and markers that stand alone.
+/// Whether a byte after 0xFF makes a marker that begins a segment or ends the image. The others are
+/// scan data, fill bytes and stand-alone markers.
 bool isMarkerByte(char byte)
 {
     const auto code = static_cast<quint8>(byte);
@@ -30,8 +30,8 @@ bool isMarkerByte(char byte)
     return code != 0x00 && code != 0xFF && !isRestart && !isTemporary;
 }
 
-/// The first byte that makes a marker, \a end where there is none. Whether the byte before the
-/// first one was 0xFF is told by, and for the next call put into, \a isBehindFF.
+/// The first byte that makes a marker, or \a end if there is none. \a isBehindFF says whether the
+/// byte before \a bytes was 0xFF, and is updated for the next call.
 const char* findMarkerByte(const char* bytes, const char* end, bool* isBehindFF)
 {
     while (bytes != end) {
@@ -117,7 +117,7 @@ bool JpegSegments::hasMoreThan(int limit, QIODevice* device)
     return count > limit;
 }
 
-/// Moves behind the payload. False where the device ends before.
+/// Skips the payload. Returns false if the device ends before its end.
 bool JpegSegments::skipPayload()
 {
     mName.clear();
@@ -126,12 +126,12 @@ bool JpegSegments::skipPayload()
     mReadPosition = end;
     if (mDevice->isSequential())
         return QDataStream(mDevice).skipRawData(left) == left;
-    // A position outside is not even tried: a file accepts it, a buffer grows, and Qt may warn.
+    // Never seeks beyond the end: a file would accept it, a buffer would grow, and Qt may warn.
     return mStart + end <= mSize && moveTo(end);
 }
 
-/// Reads the marker and the length of the segment at, or in a standard walk behind, the current
-/// position.
+/// Reads the marker and the length of the segment at the current position, or in a standard walk of
+/// the next segment after it.
 bool JpegSegments::readHead()
 {
     char head[headSize];
@@ -148,10 +148,10 @@ bool JpegSegments::readHead()
     return true;
 }
 
-/// Goes behind the next marker that a segment follows, wherever it is. False at the end.
+/// Skips to the byte after the next marker that begins a segment. Returns false at the end.
 bool JpegSegments::findMarker()
 {
-    // Mostly it is the next two bytes. Of a sequential device not one byte too many is taken.
+    // Usually it is the next two bytes. A sequential device is not read beyond the marker.
     char bytes[16 * 1024];
     const qint64 chunkSize = mDevice->isSequential() ? 1 : qint64(sizeof bytes);
     bool isBehindFF = false;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// JpegSegments: walks the segments of a JPEG, the only code of the library that does.
+// JpegSegments: walks the segments of a JPEG; the only code in the library that does.
 //
 //     JpegSegments segments(&file, JpegSegments::Markers::Standard);
 //     for (bool found = segments.begin(); found; found = segments.next()) {
@@ -32,66 +32,66 @@ const quint16 Comment = 0xFFFE;
 
 } // namespace JpegMarker
 
-/// Goes from segment to segment through the JPEG that begins at the current position of a device,
-/// which may be sequential. Nothing else may change the position of the device meanwhile.
+/// Walks the segments of the JPEG that begins at the current position of a device, which may be
+/// sequential. Nothing else may change the position of the device meanwhile.
 class JpegSegments
 {
 public:
     enum class Markers {
-        /// Any two bytes are a marker and the two bytes behind them a length. Fill bytes, the data
-        /// of scans and the end of the image are not known.
+        /// Any two bytes are a marker and the two bytes after them a length. Fill bytes, scan data
+        /// and the end of the image are not recognised.
         AllHaveLengths,
-        /// As decoders read a JPEG: fill bytes, bytes that belong to nothing and markers without a
-        /// segment are passed over, the data of a scan too, and the walk ends with the image.
+        /// As decoders read a JPEG: fill bytes, stray bytes, scan data and markers without a
+        /// segment are skipped, and the walk ends with the image.
         Standard
     };
 
-    /// The most that a payload can hold: the 16-bit length counts itself.
+    /// The maximum size of a payload in bytes: the 16-bit length counts itself.
     static constexpr int MaximumPayload = 65533;
 
     JpegSegments(QIODevice* device, Markers markers);
 
-    /// Goes to the first segment. False where there is no JPEG or no segment in it.
+    /// Moves to the first segment. Returns false if there is no JPEG, or no segment in it.
     bool begin();
 
-    /// Goes to the next segment. False at the end of the image or of the device, and behind a
-    /// segment whose length is too small to be one.
+    /// Moves to the next segment. Returns false at the end of the image or of the device, and
+    /// after a segment whose length is too small to be valid.
     bool next();
 
     /// The marker of the segment.
     quint16 marker() const { return mMarker; }
 
-    /// Where the marker stands, counted from the first byte of the JPEG.
+    /// The position of the marker, counted from the first byte of the JPEG.
     qint64 position() const { return mPosition; }
 
-    /// Where the payload begins.
+    /// The position of the payload, counted in the same way.
     qint64 payloadPosition() const { return mPosition + 4; }
 
-    /// Whether the length of the segment is too small to be one.
+    /// Whether the length of the segment is too small to be valid.
     bool isBroken() const { return mLength < 2; }
 
-    /// The bytes of the payload, as the segment's length says.
+    /// The size of the payload in bytes, according to the segment's length.
     int claimedSize() const { return mClaimedSize; }
 
-    /// The bytes of the payload up to the end of the device, which must not be sequential.
+    /// The size of the payload up to the end of the device, which must not be sequential.
     int size() const;
 
-    /// Whether the payload begins with \a name and nothing of it has been read before.
+    /// Whether the payload begins with \a name. To be called before read().
     bool startsWith(const char* name);
 
-    /// Up to \a size bytes of the payload, from where the last call stopped. They are fewer where
-    /// the device ends; never more is allocated than it has.
+    /// Reads up to \a size bytes of the payload, from where the last call stopped. They are fewer
+    /// if the device ends; unless it is sequential, no more is allocated than it has.
     QByteArray read(int size);
 
     /// Whether the device reported an error, so that segments may be missing.
     bool hasFailed() const { return mHasFailed; }
 
-    /// The marker and the length that a segment begins with.
+    /// The marker and the length at the beginning of a segment.
     static QByteArray head(quint16 marker, int payloadSize);
 
     /// Whether the JPEG at the current position of \a device, which must not be sequential, has
     /// more than \a limit segments (a scan is one). A decoder spends time and memory on each, so
-    /// that a small file can keep it busy for hours. The position is the same afterwards.
+    /// that a small file can keep it busy for hours. The position of the device is restored.
     static bool hasMoreThan(int limit, QIODevice* device);
 
 private:
@@ -109,9 +109,9 @@ private:
     int mLength = 0; // as it stands in the file
     int mClaimedSize = 0;
     qint64 mPosition = 0;
-    qint64 mReadPosition = 0; // in the JPEG, of what is read next
+    qint64 mReadPosition = 0; // of the next read, in the JPEG
     bool mHasFailed = false;
-    QByteArray mName; // what startsWith() has read of the payload already
+    QByteArray mName; // the part of the payload that startsWith() has read
 };
 
 } // namespace OrvaUtilsPrivate
