@@ -21,7 +21,7 @@ LogStream::LogStream(LogType type, const char* file, const char* function, int l
 
 LogStream::~LogStream()
 {
-    // QMessageLogger drops the record when the category's filter says so.
+    // QMessageLogger drops the record if the category is disabled for its type.
     const QMessageLogger logger(mFile.constData(), mLine, mFunction.constData());
     switch (mType) {
     case LogType::Info:

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// LogStream: one log record, filled value by value and emitted when the object goes away.
+// LogStream: one log record, filled value by value and emitted when the object is destroyed.
 //
 // This is a stand-in for the logging library that the applications share. It hands each record to
-// Qt's message handler in the logging category "orvautils", so that a host filters with
-// QT_LOGGING_RULES (for example "orvautils.info=false") and formats with QT_MESSAGE_PATTERN.
+// Qt's message handler in the logging category "orvautils", so that a host can filter with
+// QT_LOGGING_RULES (for example "orvautils.info=false") and format with QT_MESSAGE_PATTERN.
 
 #ifndef LOGSTREAM_H
 #define LOGSTREAM_H
@@ -14,10 +14,10 @@
 #include <QSize>
 #include <QString>
 
-/// How grave a record is. The numbers are the contract; the names are for reading.
+/// The severity of a record. The numbers are the contract; the names are for readability.
 enum class LogType {
     Info = 1, ///< an informational trace
-    Warning = 2, ///< an operation on a file, an image or a catalogue that failed
+    Warning = 2, ///< a failed operation on a file, an image or a catalogue
     Critical = 4 ///< misuse, or the failure of an operation on a folder tree
 };
 
@@ -29,13 +29,13 @@ enum class LogType {
 /// (record << path).checkSpacing();
 /// \endcode
 ///
-/// The message is the values in the order in which they were written. `checkSpacing()` after each
-/// value makes one blank stand between it and the next one; there is none behind the last. The
-/// record is emitted once, by the destructor, through Qt's message handler: LogType::Info as info,
-/// LogType::Warning as warning, LogType::Critical as critical. The message context carries the
-/// file's base name, the function and the line given here.
+/// The message consists of the values in the order in which they were written. Calling
+/// `checkSpacing()` after each value puts one space between it and the next one; none follows the
+/// last. The record is emitted once, by the destructor, through Qt's message handler: LogType::Info
+/// as info, LogType::Warning as warning, LogType::Critical as critical. The message context
+/// contains the file's base name, the function and the line given here.
 ///
-/// A record belongs to the thread that made it; records of different threads do not meet.
+/// A record belongs to the thread that created it; records of different threads are independent.
 class LogStream
 {
 public:
@@ -56,7 +56,7 @@ public:
     /// Written as "QSize(width, height)".
     LogStream& operator<<(const QSize& size);
 
-    /// Asks for one blank before the next value, if there is one. Asking twice gives one blank.
+    /// Requests one space before the next value, if there is one. Calling it twice gives one space.
     LogStream& checkSpacing();
 
 private:

@@ -32,10 +32,10 @@ public:
     /// becomes the owner.
     explicit ColorUtils(QObject* parent = nullptr);
 
-    /// The text colour of a notification of \a type; black for any other value than the four.
+    /// The text colour of a notification of \a type; black for any other value.
     static QColor bootstrapColorText(NotificationType type);
 
-    /// The background colour of a notification of \a type; black for any other value than the four.
+    /// The background colour of a notification of \a type; black for any other value.
     static QColor bootstrapColorBackground(NotificationType type);
 
     /// The grey of \a color, (11 red + 16 green + 5 blue) / 32 rounded down, with its alpha.
@@ -46,21 +46,21 @@ public:
     static QColor randomColor();
 
     /// The colour between \a a, where \a t is 0, and \a b, where \a t is 1. Red, green and blue
-    /// are a (1 - t) + b t, truncated toward zero; alpha is always 255. The colour is invalid where
+    /// are a (1 - t) + b t, truncated toward zero; alpha is always 255. The colour is invalid if
     /// \a t lies so far outside the range 0 to 1 that a component leaves the range 0 to 255.
     static QColor interpolate(QColor a, QColor b, double t);
 
     /// \a color as CSS: "#rrggbb" in lower case when it is fully opaque, otherwise
     /// "rgba(255,0,0,0.501961)" with red, green and blue in decimal and the alpha as it is stored,
-    /// with at most six significant digits. QColor keeps sixteen bits of alpha, so that one set as
-    /// 0.5 is stored, and written, as 0.500008.
+    /// with at most six significant digits. QColor stores the alpha in sixteen bits, so that 0.5 is
+    /// stored, and written, as 0.500008.
     static QString colorToCss(const QColor& color);
 
     /// The colour that a CSS text names: "rgba(r,g,b,a)" with exactly four parts, "rgb(r,g,b)" with
     /// exactly three, a hash sign with 3, 6, 8, 9 or 12 hexadecimal digits, or an SVG colour name;
-    /// case does not matter. Parts that are not numbers read as 0. A red, green or
-    /// blue outside the range 0 to 255, a wrong number of parts and any other text give an invalid
-    /// colour; an alpha outside the range 0 to 1 is clamped to it.
+    /// case does not matter. Parts that are not numbers are read as 0. A red, green or blue outside
+    /// the range 0 to 255, a wrong number of parts and any other text give an invalid colour; an
+    /// alpha outside the range 0 to 1 is clamped to it.
     ///
     /// \code
     /// ColorUtils::colorFromCss("RGBA(1,2,3,0.5)"); // (1, 2, 3), half transparent

@@ -15,7 +15,7 @@
 /// page.
 ///
 /// The host registers each address once at start, as a pattern with "{{lang}}" where the language
-/// goes, beside the languages in which the page exists:
+/// goes, together with the languages in which the page exists:
 ///
 /// \code
 /// CoreAppUrlUtils::initContactUs(QStringLiteral("https://example.org/{{lang}}/contact"),
@@ -31,8 +31,8 @@
 /// "fr_FR".
 ///
 /// Thread: the registered addresses are unprotected. Register them at start; read them from one
-/// thread, or from several once nothing registers any more. The functions that take the address as
-/// an argument may be called from any thread. Nothing here can fail, and nothing is logged.
+/// thread, or from several once registration is complete. The functions that take the address as an
+/// argument may be called from any thread. Nothing here can fail, and nothing is logged.
 class ORVAUTILS_EXPORT CoreAppUrlUtils
 {
 public:
@@ -51,9 +51,9 @@ public:
     /// page in its first language, passed through autoTranslatedUrl(). Before registration the
     /// address is empty, and still goes through autoTranslatedUrl().
     static QString urlOrvanelCompanynWebsite();
-    /// The application's web site, as urlOrvanelCompanynWebsite().
+    /// The application's web site, see urlOrvanelCompanynWebsite().
     static QString urlApplicationWebsite();
-    /// The contact page, as urlOrvanelCompanynWebsite().
+    /// The contact page, see urlOrvanelCompanynWebsite().
     static QString urlContactUs();
 
     /// The documentation in the user's language, opened at \a page.
@@ -69,9 +69,9 @@ public:
     /// and `*found` is set to true. Where there is none it is the first code of the list (with an
     /// empty list \a url is returned as it is), and `*found` is set to false.
     ///
-    /// \a found may be null, and a call without it never matches: it always answers with the first
-    /// code. That is intended: a caller that does not ask whether the page is in the user's
-    /// language gets the page in the language in which it was written.
+    /// \a found may be null, and a call without it never matches: it always uses the first code.
+    /// This is deliberate: a caller that does not ask whether the page is in the user's language
+    /// gets the page in the language in which it was written.
     static QString mapUrlApplication(const QString& url, bool* found, const QStringList& langs);
 
     /// \a url as it is when the user's language is French, the language in which the pages are

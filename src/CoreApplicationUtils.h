@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// CoreApplicationUtils: who the host application is. Folders, translations and texts of the whole
-// library take the application's name from here.
+// CoreApplicationUtils: the identity of the host application. Folders, translations and texts of
+// the whole library take the application's name from here.
 
 #ifndef ORVAUTILS_COREAPPLICATIONUTILS_H
 #define ORVAUTILS_COREAPPLICATIONUTILS_H
@@ -41,11 +41,11 @@ class ORVAUTILS_EXPORT CoreApplicationUtils : public QObject
     Q_OBJECT
 
 public:
-    /// The members of the application family. The names stand in the class's own scope, as
-    /// CoreApplicationUtils::Lexaro; every 32-bit value may be stored, and one that has no name
+    /// The members of the application family. The enumerators are in the scope of the class, as in
+    /// CoreApplicationUtils::Lexaro. Any 32-bit value may be stored; one without an enumerator
     /// counts as Undefined.
     enum CodeApplication : qint32 {
-        Undefined = 0, ///< not set; shown by the stored name, without a short name and a key
+        Undefined = 0, ///< not set; shown by the stored name, without a short name or a key
         Lorn = 1, ///< shown as "Palnor Grid"; short name "Lorn", key "lorn"
         Dunvale = 2, ///< shown by the stored name; short name "Dunvale", key "dunvend"
         Sorrel = 3, ///< shown as "Palnor Fx"; short name "Sorrel", key "sorrel"
@@ -57,23 +57,24 @@ public:
 
     /// Constructs an object, owned by \a parent. It is never needed: all functions are static.
     explicit CoreApplicationUtils(QObject* parent = nullptr);
-    /// The identity stays.
+    /// Does not affect the stored identity.
     ~CoreApplicationUtils() override;
 
     /// Hands the stored identity to Qt: organisation name (the company name), organisation domain
-    /// (the company name in lower case followed by ".com", blanks kept), application name and
-    /// version, and iconApplication() as the icon of all windows. Revision and code stay here.
+    /// (the company name in lower case followed by ".com", spaces kept), application name and
+    /// version, and iconApplication() as the icon of all windows. Revision and code are not handed
+    /// over.
     ///
-    /// Returns false without doing anything when the application code was not set; a debug message
-    /// of Qt's default category says so. Returns true in every other case, deliberately also when
-    /// there is no application object yet, where nothing can be handed over. An application object
-    /// without windows (a plain QCoreApplication) gets everything but the icon.
+    /// Returns false without doing anything when the application code was not set, which is
+    /// reported by a debug message in Qt's default category. Returns true in every other case,
+    /// deliberately also when there is no application object yet and nothing can be handed over. An
+    /// application object without windows (a plain QCoreApplication) gets everything but the icon.
     ///
     /// Thread: the GUI thread.
     static bool initStartupVars();
 
     /// The name that the user sees: a fixed one for most codes, the stored application name for
-    /// Undefined and, deliberately, for Dunvale, also where that is empty. Nothing is logged.
+    /// Undefined and, deliberately, for Dunvale, even if it is empty. Nothing is logged.
     static QString applicationGuiName();
 
     /// The short name of the stored code, for example "Tamsel 2".
@@ -93,23 +94,24 @@ public:
     /// `(major << 16) | (minor << 8) | patch`. 1, 2, 3 gives 66051 (0x10203).
     ///
     /// The parts are combined with OR and neither masked nor checked. A minor or patch above 255
-    /// runs into the field beside it, so that 1, 300, 0 gives the same as 0, 300, 0: deliberate,
+    /// overflows into the next field, so that 1, 300, 0 gives the same as 0, 300, 0: deliberate,
     /// because such numbers are stored.
     static int versionToNumber(int major, int minor, int patch);
 
-    /// The same for a text of the form "4.1.12", which gives 262412. A part that is no decimal
-    /// number counts as 0 ("4.x.2" gives 262146); a text that has not exactly three parts gives 0.
+    /// The same for a text of the form "4.1.12", which gives 262412. A part that is not a decimal
+    /// number counts as 0 ("4.x.2" gives 262146); a text that does not have exactly three parts
+    /// gives 0.
     static int versionToNumber(const QString& version);
 
     /// versionToNumber() of the stored version.
     static int applicationVersionNumber();
 
-    /// The resource path of the application's icon, ":/app-icons/icon.png". The host carries the
+    /// The resource path of the application's icon, ":/app-icons/icon.png". The host provides the
     /// icon in its resources; the library has none.
     static QString iconApplication();
 
-    /// Keeps a modal dialog above the window that it blocks, where focus would bring the window to
-    /// the front.
+    /// Keeps a modal dialog above the window that it blocks, even where focus would bring that
+    /// window to the front.
     ///
     /// If a modal widget is active at the moment of the call, an event filter is installed on the
     /// application object that raises the then active modal widget at every QEvent::FocusIn; it
@@ -122,29 +124,29 @@ public:
 
     // The store: setters overwrite and check nothing, getters return copies.
 
-    /// Stores the name of the company that makes the application, in place of what was stored.
+    /// Stores the name of the company that makes the application.
     static void setApplicationCompanyName(const QString& companyName);
-    /// The company's name as it was stored; empty before.
+    /// The stored company name; empty if none was set.
     static QString applicationCompanyName();
 
-    /// Stores the application's \a name, of which ApplicationUtils makes its folders.
+    /// Stores the application's \a name, which ApplicationUtils uses in its folders.
     static void setApplicationName(const QString& name);
-    /// The application's name as it was stored; empty before.
+    /// The stored application name; empty if none was set.
     static QString applicationName();
 
     /// Stores the \a version, a text of the form major.minor.patch, for example "4.1.12".
     static void setApplicationVersion(const QString& version);
-    /// The version as it was stored; empty before.
+    /// The stored version; empty if none was set.
     static QString applicationVersion();
 
     /// Stores the \a revision, a text of any form, which the library does not use.
     static void setApplicationRevision(const QString& revision);
-    /// The revision as it was stored; empty before.
+    /// The stored revision; empty if none was set.
     static QString applicationRevision();
 
-    /// Stores which member of the family the application is.
+    /// Stores the code of the application, that is, which member of the family it is.
     static void setApplicationCode(const CodeApplication& code);
-    /// The code as it was stored; Undefined before.
+    /// The stored code; Undefined if none was set.
     static CodeApplication applicationCode();
 };
 

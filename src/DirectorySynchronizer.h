@@ -37,7 +37,7 @@ class DirectorySynchronizerPrivate;
 ///
 /// A program that reads a file of the destination while it changes finds either the old or the new
 /// content, complete, even if this process is killed: each copy is made beside the mirror, under a
-/// hidden name where the file system demands one, and takes its place. The copies are not synced to
+/// hidden name if the file system requires one, and then replaces it. The copies are not synced to
 /// the disk one by one.
 ///
 /// Folders that are removed from the source stay in the destination, without their files. If a file
@@ -45,8 +45,8 @@ class DirectorySynchronizerPrivate;
 /// copied by fullSync() only.
 ///
 /// The mirror of a file is its path with every occurrence of the source path in it replaced by the
-/// destination path, as plain text: where the source's path occurs once more further down, that
-/// occurrence is replaced too. Deliberate. A path outside of the source has no mirror: it is an
+/// destination path, as plain text: if the source path occurs again further down, that occurrence
+/// is replaced too. This is deliberate. A path outside of the source has no mirror: it is an
 /// error(), and nothing is touched.
 class ORVAUTILS_EXPORT DirectorySynchronizer : public QObject
 {
@@ -70,18 +70,19 @@ public:
     bool startWatcher(const QString& source, const QString& destination);
 
     /// Reports a source folder that does not exist by its path and " doesn't exist", in error() and
-    /// in the log (LogType 4). The destination is not looked at. Always true.
+    /// in the log (LogType 4). The destination is not checked. Always true.
     bool checkDirs();
 
     /// Makes \a destination an exact copy of \a source, see FileUtils::copyDir(): the destination
     /// is deleted and copied afresh, but for what the filter leaves out. On failure false, with
-    /// "FullSync fail" in the log (LogType 4) beside the records of FileUtils, and no signal.
-    /// Independent of startWatcher().
+    /// "FullSync fail" in the log (LogType 4) in addition to the records of FileUtils, and no
+    /// signal. Independent of startWatcher().
     bool fullSync(const QString& source, const QString& destination);
 
-    /// The same for an application that shows how far it has come. \a observer, which may be null,
-    /// sees the progress and may cancel, which is a failure; what was copied stays. \a error, which
-    /// may be null, is set on failure only, to the first reason in a sentence for the user.
+    /// The same, for an application that shows the progress. \a observer, which may be null,
+    /// receives the progress and may cancel, which counts as a failure; what was copied stays.
+    /// \a error, which may be null, is set on failure only, to the first reason, as a sentence for
+    /// the user.
     ///
     /// \code
     /// QString error;
@@ -95,11 +96,11 @@ public:
     bool fullSync(const QString& source, const QString& destination,
                   const FileUtils::TreeObserver& observer, QString* error = nullptr);
 
-    /// Says what belongs in the mirror, by its path relative to the source. It is asked for each
-    /// file and each folder above it; a folder for which it says false is left out with everything
-    /// in it. What it leaves out is neither copied, also by fullSync(), nor removed from the
-    /// destination when it vanishes from the source, nor compared by isEqual(). A null filter,
-    /// as in the beginning, leaves nothing out.
+    /// Sets the filter that decides what belongs in the mirror, by its path relative to the source.
+    /// It is called for each file and each folder above it; a folder for which it returns false is
+    /// left out with everything in it. What it leaves out is neither copied, also by fullSync(),
+    /// nor removed from the destination when it vanishes from the source, nor compared by
+    /// isEqual(). A null filter, the default, leaves nothing out.
     ///
     /// \code
     /// synchronizer.setFilter([](const QString& path) {
@@ -108,14 +109,14 @@ public:
     /// \endcode
     void setFilter(const std::function<bool(const QString& relativePath)>& filter);
 
-    /// Whether the destination holds, byte for byte, what it should: a mirror of each visible file
-    /// of the source, and no other visible files. Folders and folders' own attributes do not count.
-    /// Compares the folders given to startWatcher() last, and is false before that. Each file is
-    /// read, in the calling thread.
+    /// Whether the destination contains, byte for byte, what it should: a mirror of each visible
+    /// file of the source, and no other visible files. Folders and folders' own attributes do not
+    /// count. Compares the folders given to startWatcher() last, and is false before that. Each
+    /// file is read, in the calling thread.
     ///
     /// Paths relative to the source of files that differ, are missing or have no counterpart, and
-    /// of folders that cannot be read, are appended to \a differences, which may be null, in the
-    /// order of their characters.
+    /// of folders that cannot be read, are appended to \a differences, which may be null, sorted as
+    /// by QStringList::sort().
     ///
     /// \code
     /// QStringList differences;
@@ -161,8 +162,8 @@ public Q_SLOTS:
     /// Removes the mirror of \a path. If it does not exist, that is reported as error().
     void onFileDeleted(const QString& path);
 
-    /// Copies \a path over its mirror, whose folder is made where it is missing. A file in the
-    /// place of that folder, or a folder in that of the mirror, is removed first.
+    /// Copies \a path over its mirror, whose folder is created if it is missing. A file in place of
+    /// that folder, or a folder in place of the mirror, is removed first.
     void onFileAddedOrModified(const QString& path);
 
     /// Stops following the source. Call startWatcher() to start again.

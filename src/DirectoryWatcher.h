@@ -36,7 +36,8 @@ class DirectoryWatcherPrivate;
 /// Paths in signals are the root as given to setPath(), "/", and the path relative to it. A renamed
 /// file is reported as deleted and as added. Hidden files and folders are neither watched nor
 /// reported. A file counts as deleted when the nearest readable folder above it no longer lists the
-/// way to it. A folder that cannot be read for a moment does not make its files count as deleted.
+/// entry that leads to it. A folder that cannot be read for a moment does not make its files count
+/// as deleted.
 ///
 /// Files and folders may replace each other in one step, and the root may be moved away, come back
 /// or be created again: the watcher follows paths, and whatever exists at them. For this it also
@@ -55,14 +56,14 @@ public:
     /// A watcher without a folder; see setPath().
     explicit DirectoryWatcher(QObject* parent = nullptr);
 
-    /// Ends the watching. A slot connected to one of its signals may delete the watcher.
+    /// Stops watching. A slot connected to one of its signals may delete the watcher.
     ~DirectoryWatcher() override;
 
     /// Watches the tree under the folder \a root instead of what was watched before. Files that
     /// exist already are not reported.
     ///
     /// True when the whole tree is watched. False when \a root does not exist, which is logged as
-    /// "Wrong path" (LogType 4), or when addDir() says false; what can be watched is watched
+    /// "Wrong path" (LogType 4), or when addDir() returns false; what can be watched is watched
     /// nevertheless. Signals are blocked (QObject::blockSignals) while the tree is scanned;
     /// afterwards they are blocked only if they were before.
     bool setPath(const QString& root);
@@ -74,8 +75,8 @@ public:
     /// paths is logged (LogType 4) and the result is false. In that case nothing is reported at
     /// once and no folder is watched; both follow from the event loop for what was not refused.
     /// When the platform refuses folders, the same record names them, and the result is false as
-    /// well. If \a folder itself is refused, only unwatched() says so. For a folder that does not
-    /// exist the result is true, and nothing is logged. Before setPath() the result is false.
+    /// well. If \a folder itself is refused, only unwatched() reports it. For a folder that does
+    /// not exist the result is true, and nothing is logged. Before setPath() the result is false.
     bool addDir(const QString& folder);
 
     /// How many files are watched now; each takes a watch of the platform.
@@ -118,8 +119,8 @@ public Q_SLOTS:
     /// reported in the same way, and is not watched afterwards.
     void onFilemod(const QString& file);
 
-    /// Ends the watching: nothing is reported any more, and the platform's watches are released.
-    /// Call setPath() to start again. Does nothing if nothing is watched.
+    /// Stops watching: nothing more is reported, and the platform's watches are released. Call
+    /// setPath() to start again. Does nothing if nothing is watched.
     ///
     /// \code
     /// connect(pauseAction, &QAction::triggered, &watcher, &DirectoryWatcher::stop);
@@ -129,14 +130,14 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// A watched file is gone.
     void deletedFile(const QString& path);
-    /// A file is there that was not watched before: one signal for each file, despite the name.
+    /// A file exists that was not watched before: one signal for each file, despite the name.
     void addedFiles(const QString& path);
     /// The content or the attributes of a watched file changed, or another file took its place.
     void modifiedFile(const QString& path);
 
     /// The platform refuses to watch \a paths: changes in them will be missed. \a reason is a
     /// sentence for the user, translated in the context "DirectoryWatcher": permission to read is
-    /// missing, or the system's limit is reached, with what it is and how to raise it. Emitted once
+    /// missing, or the system's limit is reached, with its value and how to raise it. Emitted once
     /// for each path until it is watched; for what setPath() could not watch, before it returns.
     ///
     /// \code

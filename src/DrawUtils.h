@@ -52,18 +52,18 @@ public:
     /// Sets the weight of the font of \a widget to 75 when \a bold, else to 50.
     static void setWidgetTextBold(QWidget* widget, bool bold);
 
-    /// Draws \a pixmap into \a rect with smooth transformation. One that is more than 50 pixels
-    /// wide or high and goes into a rectangle less than 50 wide or high is first scaled to the size
-    /// of \a rect, ignoring its aspect ratio: the painter's own scaling drops pixels when it makes
-    /// a pixmap much smaller.
+    /// Draws \a pixmap into \a rect with smooth transformation. A pixmap that is more than 50
+    /// pixels wide or high and is drawn into a rectangle less than 50 wide or high is first scaled
+    /// to the size of \a rect, ignoring its aspect ratio: the painter's own scaling drops pixels
+    /// when it makes a pixmap much smaller.
     static void drawSmoothPixmap(QPainter* painter, const QRect& rect, const QPixmap& pixmap);
 
-    /// Tiles \a clip with \a pixmap. The tiles stand at x = left of \a clip, then in steps of the
-    /// pixmap's width in its own pixels while x is below the width of \a clip, and at y = 0, then
-    /// in steps of its height while y is below the height of \a clip; all is clipped to \a clip.
-    /// The tiles of the first column are drawn only with \a firstColumn, those of the first row
-    /// only with \a firstRow. \a target is not read. Nothing is
-    /// drawn for a null pixmap or an empty clip.
+    /// Tiles \a clip with \a pixmap. The tiles are placed at x = left of \a clip, then in steps of
+    /// the pixmap's width in its own pixels while x is below the width of \a clip, and at y = 0,
+    /// then in steps of its height while y is below the height of \a clip; everything is clipped to
+    /// \a clip. The tiles of the first column are drawn only with \a firstColumn, those of the
+    /// first row only with \a firstRow. \a target is ignored. Nothing is drawn for a null pixmap or
+    /// an empty clip.
     ///
     /// Columns start at the clip's left edge but end at its width, and rows start at 0 whatever its
     /// top. This is deliberate; callers move the painter's origin to the clip.
@@ -85,20 +85,19 @@ public:
                                        const QRectF& rect);
 
     /// Shows \a text in the middle of \a rect: white, 16 pixels high, wrapped at words, on a
-    /// light-grey rectangle with a white edge and corners of radius 9 that leaves 10 pixels around
-    /// the text. The text takes at most the width and height of \a rect less 39. \a widget is not
-    /// read and may be null.
+    /// light-grey rectangle with a white border and corners of radius 9 that leaves 10 pixels
+    /// around the text. The text takes at most the width and height of \a rect less 39. \a widget
+    /// is ignored and may be null.
     static void drawInformativeMessage(QPainter* painter, QWidget* widget, QString text,
                                        const QRect& rect);
 
     /// As below; \a radii are those of the top left, top right, bottom right and bottom left
-    /// corner. Missing ones count as 0, further ones are not read.
+    /// corners. Missing radii count as 0, additional ones are ignored.
     static QPainterPath makePathRoundedShape(const QRectF& rect, const QVector<int>& radii);
 
-    /// A closed path around \a rect with a quarter of a circle at each corner, of the radius that
-    /// is given for that corner: \a topLeft, \a topRight, \a bottomRight, \a bottomLeft. A radius
-    /// of 0 or less gives a square corner. Radii that together exceed a side overlap; they are not
-    /// made smaller.
+    /// A closed path around \a rect with a quarter circle at each corner, of the radius given for
+    /// that corner: \a topLeft, \a topRight, \a bottomRight, \a bottomLeft. A radius of 0 or less
+    /// gives a square corner. Radii that together exceed a side overlap; they are not reduced.
     static QPainterPath makePathRoundedShape(const QRectF& rect, int topLeft, int topRight,
                                              int bottomRight, int bottomLeft);
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// DrawingCountOptions: how a count badge looks and where it stands.
+// DrawingCountOptions: how a count badge looks and where it is placed.
 
 #ifndef ORVAUTILS_DRAWINGCOUNTOPTIONS_H
 #define ORVAUTILS_DRAWINGCOUNTOPTIONS_H

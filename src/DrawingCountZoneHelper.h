@@ -29,16 +29,16 @@ class ORVAUTILS_EXPORT DrawingCountZoneHelper
 {
 public:
     /// The rectangle of the badge for \a text, in the logical pixels of \a painter: inside the
-    /// rectangle of \a options less their margin on each side, at the left (Qt::AlignLeft) or right
+    /// rectangle of \a options minus the margin on each side, at the left (Qt::AlignLeft) or right
     /// (Qt::AlignRight) and at the top (Qt::AlignTop) or bottom (Qt::AlignBottom), centred where
-    /// neither is set. A badge that is larger than that place sticks out of it.
+    /// neither is set. A badge that is larger than that area extends beyond it.
     static QRect boundingRect(QPainter* painter, const QString& text,
                               const DrawingCountOptions& options);
 
     /// Paints the badge with \a painter and \a options at boundingRect(), antialiased: a
-    /// background, only where the first background colour has an alpha above 0, that runs downwards
-    /// from the first colour to the second one, reached at half the height; the border; and \a text
-    /// in its middle. The painter's state is left as it was.
+    /// background, only if the first background colour has an alpha above 0, that changes downwards
+    /// from the first colour to the second one, which it reaches at half the height; the border;
+    /// and \a text in its middle. The painter's state is left as it was.
     static void paintCountZone(QPainter* painter, const QString& text,
                                const DrawingCountOptions& options);
 };

@@ -19,8 +19,8 @@ namespace OrvaUtilsPrivate {
 class ErrorablePrivate;
 } // namespace OrvaUtilsPrivate
 
-/// Registers \a child (an Errorable&) as a child of this object, together with the place in the
-/// source where that is written:
+/// Registers \a child (an Errorable&) as a child of this object, together with the source file and
+/// line of the call:
 ///
 /// \code
 /// ORVAUTILS_ADD_ERRORABLE_CHILD(mCopier); // in a member function of the parent
@@ -30,14 +30,14 @@ class ErrorablePrivate;
 /// \relates Errorable
 #define ORVAUTILS_ADD_ERRORABLE_CHILD(child) _addErrorableChild((child), __FILE__, __LINE__)
 
-/// Raises \a code (an ErrorableCode, which is copied) on this object, together with the place in
-/// the source where that is written: it becomes the last of the steps that the code brings along,
-/// before those of the tree. Written as ORVAUTILS_ADD_ERRORABLE_CHILD is.
+/// Raises \a code (an ErrorableCode, which is copied) on this object, together with the source file
+/// and line of the call: they are appended to the steps that the code already has, before those of
+/// the tree. Used like ORVAUTILS_ADD_ERRORABLE_CHILD.
 ///
 /// \relates Errorable
 #define ORVAUTILS_SET_ERROR(code) _setError(Errorable::raisedAt((code), __FILE__, __LINE__))
 
-/// A base class, beside QObject, of objects that may own an error.
+/// A base class, in addition to QObject, for objects that may own an error.
 ///
 /// Errorable objects form a tree of their own, independent of QObject's parents: an object
 /// registers others as its children, and an error that is raised on one of them travels upward
@@ -62,14 +62,14 @@ class ErrorablePrivate;
 ///
 /// The two macros of this header, ORVAUTILS_ADD_ERRORABLE_CHILD and ORVAUTILS_SET_ERROR, pass file
 /// and line; hosts use them rather than _addErrorableChild() and _setError(). docs/errors.md shows
-/// a whole tree and the text that comes out of it.
+/// a whole tree and the resulting text.
 ///
 /// \par Lifetime
 /// The links of the tree do not own: an object counts as absent as soon as its Errorable or its
 /// QObject part has been destroyed. This holds during destruction, too, when a QWidget deletes its
 /// children after its own Errorable part is gone: a child that raises or clears an error then does
 /// so as a root. An object whose parent is gone is a root from then on. An object must not be
-/// registered below itself, at whatever level, which is not checked.
+/// registered below itself, at any level; this is not checked.
 ///
 /// \par Threads
 /// Everything here belongs to the one thread that owns the objects of the tree; nothing is locked.
@@ -81,12 +81,12 @@ public:
     /// A root without children and without errors.
     Errorable();
 
-    /// Only releases the members: the object is not taken from its parent's list, its children are
-    /// not touched.
+    /// Only releases the members: the object is not removed from its parent's list, and its
+    /// children are not affected.
     virtual ~Errorable();
 
     /// The message of each error, filled by the host. The keys are compared by
-    /// ErrorableCode::operator<, see there which ones are one key.
+    /// ErrorableCode::operator<, which describes which of them are equivalent.
     ///
     /// Both tables last as long as the process: they may be filled from static initialisers of any
     /// source that includes this header, and read in destructors of static objects.
@@ -95,9 +95,8 @@ public:
     /// Messages that take precedence over those of sErrorMessages, also filled by the host.
     static QMap<ErrorableCode, QString>& sOverriddenErrorMessage;
 
-    /// Registers \a child as a child of this object, at the place in the source that \a file and
-    /// \a line name; \a file may be null and counts as empty then. Use
-    /// ORVAUTILS_ADD_ERRORABLE_CHILD.
+    /// Registers \a child as a child of this object, with \a file and \a line as the place in the
+    /// source; a null \a file counts as empty. Use ORVAUTILS_ADD_ERRORABLE_CHILD.
     ///
     /// A child that is registered again, here or elsewhere, gets the new parent and the new place,
     /// and stays in the old parent's list (or stands twice in this one). A parent that is not a
@@ -108,9 +107,9 @@ public:
     void _addErrorableChild(Errorable& child, const char* file, int line);
 
     /// Raises an error on this object and hands it to all ancestors. Use ORVAUTILS_SET_ERROR. The
-    /// code is taken as it is, also the no-error value.
+    /// code is taken as it is, even the no-error value.
     ///
-    /// The first error wins: while this object is in error a further one is dropped, and that is
+    /// The first error wins: while this object is in error, any further one is dropped, which is
     /// logged with LogType 4, as "###Deja une erreur de declenchee, merci de mieux gerez
     /// l'interruption du parent". Errors that came up from children do not count here.
     void _setError(const ErrorableCode& code);
@@ -123,20 +122,19 @@ public:
     /// The own error of this object is not changed by this call.
     void propagateError(ErrorableCode& code);
 
-    /// Whether an error was raised on this object itself. Those of its children do not count.
+    /// Whether an error was raised on this object itself. Errors of its children do not count.
     bool hasErrorSelfError() const;
 
-    /// The error of this object if there is one, else the newest that came up to it, else the
-    /// no-error value.
+    /// The error of this object if there is one, otherwise the newest that reached it from its
+    /// children, otherwise the no-error value.
     ErrorableCode error() const;
 
-    /// Every error that reached this object since it was last cleared, its own included, the newest
+    /// Every error that reached this object since it was last cleared, its own included, newest
     /// first.
     QVector<ErrorableCode> errorStack() const;
 
-    /// What errorStack() holds, in lines for a log or a window with details: for each error, the
-    /// newest first, its message, and on lines of their own the steps, with two blanks in front of
-    /// them.
+    /// The contents of errorStack() as lines for a log or a details window: for each error, newest
+    /// first, its message, followed by one line for each step, indented by two spaces.
     ///
     /// \code
     /// qWarning().noquote() << document.errorLines().join(QLatin1Char('\n'));
@@ -147,17 +145,18 @@ public:
     /// \endcode
     ///
     /// The message is overriddenErrorMessage(), followed by the details in brackets unless it
-    /// contains them already. A text of several lines gives as many. Empty without an error.
+    /// contains them already. A text of several lines gives several elements. Empty without an
+    /// error.
     QStringList errorLines() const;
 
     /// The message of error().
     QString errorMessage() const;
 
-    /// The text that sErrorMessages holds for \a code; without one its enum text; without that
+    /// The text in sErrorMessages for \a code; if there is none, its enum text; if that is empty,
     /// toString(false).
     static QString errorMessage(const ErrorableCode& code);
 
-    /// The text that sOverriddenErrorMessage holds for \a code, else errorMessage(code).
+    /// The text in sOverriddenErrorMessage for \a code, otherwise errorMessage(code).
     static QString overriddenErrorMessage(const ErrorableCode& code);
 
     /// Clears every error of this object, of all its ancestors and of all its descendants.
@@ -167,12 +166,12 @@ public:
     void clearError();
 
     /// A copy of \a code with a further step, the text "file:line" made of \a file and \a line;
-    /// \a file may be null and counts as empty then. What ORVAUTILS_SET_ERROR raises.
+    /// a null \a file counts as empty. This is what ORVAUTILS_SET_ERROR raises.
     static ErrorableCode raisedAt(const ErrorableCode& code, const char* file, int line);
 
     /// \cond INTERNAL
-    /// Its first object makes the two tables. Each source that includes this header has one, so
-    /// that the tables are there before the static initialisers of that source.
+    /// The first instance creates the two tables. Each source file that includes this header has an
+    /// instance, so that the tables exist before the static initialisers of that file.
     struct ORVAUTILS_EXPORT MessageTables
     {
         MessageTables();
@@ -186,7 +185,7 @@ private:
     void clearParentsErrorPrivate();
     void clearChildrenErrorPrivate();
 
-    // Shared only in so far as the links of other objects watch it.
+    // Shared only so that the links of other objects can refer to it weakly.
     const std::shared_ptr<OrvaUtilsPrivate::ErrorablePrivate> d;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ErrorableCode: which error it is, and the way that it travelled.
+// ErrorableCode: identifies an error and records the path along which it travelled.
 
 #ifndef ORVAUTILS_ERRORABLECODE_H
 #define ORVAUTILS_ERRORABLECODE_H
@@ -24,9 +24,9 @@ class QDebug;
 /// code.toString(false); // "Files:CopyFailed (#3) ()"
 /// \endcode
 ///
-/// A plain value: copies are independent, and the functions may be called on any thread as far as
-/// no two share one object. errorMessage() and overriddenErrorMessage() also read the tables of
-/// Errorable.
+/// A plain value: copies are independent, and the functions may be called on any thread as long as
+/// no two threads share an object. errorMessage() and overriddenErrorMessage() also read the tables
+/// of Errorable.
 class ORVAUTILS_EXPORT ErrorableCode
 {
 public:
@@ -36,7 +36,7 @@ public:
     qint32 code = -1;
     /// The path of the error, the oldest step first.
     QStringList callSteps;
-    /// Free text that tells more.
+    /// Free text with further information.
     QString details;
     /// The symbolic name of the code. Read through enumText().
     QString mEnumText;
@@ -48,15 +48,15 @@ public:
     /// value, whatever the other fields hold.
     bool isValid() const;
 
-    /// True when context and code are equal. The other fields do not count, and neither does
-    /// operator<, which is coarser.
+    /// True when context and code are equal. The other fields do not count. operator<, which is
+    /// coarser, is not used.
     bool operator==(const ErrorableCode& other) const;
 
-    /// Compares the texts that context followed by the code in decimal give.
+    /// Compares the texts made of the context followed by the code in decimal.
     ///
-    /// Textual on purpose: "A" with code 10 comes before "A" with code 9, and "A" with code 12 is
-    /// equivalent to "A1" with code 2, so that a table ordered by this operator takes the two as
-    /// one key although they are not equal.
+    /// The comparison is deliberately textual: "A" with code 10 comes before "A" with code 9, and
+    /// "A" with code 12 is equivalent to "A1" with code 2, so that a table ordered by this operator
+    /// treats the two as one key although they are not equal.
     bool operator<(const ErrorableCode& other) const;
 
     /// Appends one step to the path.
@@ -69,8 +69,8 @@ public:
     /// The symbolic name of the code, empty if it has none.
     QString enumText() const;
 
-    /// "context:enum text (#code) (details)". With \a withCallStack there follow, on lines of their
-    /// own, "#Call Stack" and every step after "=>":
+    /// "context:enum text (#code) (details)". With \a withCallStack, "#Call Stack" and every step,
+    /// preceded by "=>", follow on separate lines:
     ///
     /// \code
     /// Files:CopyFailed (#3) (disk full)
@@ -79,14 +79,14 @@ public:
     /// =>document.cpp:40
     /// \endcode
     ///
-    /// Without any step the second line is "#Call Stack empty". The fields stand as they are: a
-    /// "%1" in one of them stays.
+    /// Without any step the second line is "#Call Stack empty". The fields are inserted as they
+    /// are: a "%1" in one of them is kept.
     QString toString(bool withCallStack) const;
 
     /// The message of this error: Errorable::errorMessage(*this).
     QString errorMessage() const;
 
-    /// The message that replaces it where there is one: Errorable::overriddenErrorMessage(*this).
+    /// The message that replaces it if there is one: Errorable::overriddenErrorMessage(*this).
     QString overriddenErrorMessage() const;
 };
 

@@ -10,7 +10,7 @@
 
 class QKeyEvent;
 
-/// Questions about events. Thread: the GUI thread. Nothing is logged.
+/// Queries about events. Thread: the GUI thread. Nothing is logged.
 ///
 /// \code
 /// if (EventUtils::match_KeyDelete(event))
@@ -21,7 +21,7 @@ class ORVAUTILS_EXPORT EventUtils
 public:
     /// Whether the user asks for something to be deleted: the event is the platform's standard
     /// Delete key sequence, or Backspace without any modifier, for keyboards that have no other key
-    /// for it. Presses and releases alike.
+    /// for it. Applies to presses and releases.
     ///
     /// \a event must not be null; this is not checked.
     static bool match_KeyDelete(QKeyEvent* event);
