@@ -24,8 +24,8 @@ bool homeIsOfTheDeveloper()
     return QDir::homePath().contains(QStringLiteral(ORVAUTILS_DEVELOPER_ACCOUNT));
 }
 
-// The folder lastComponent (with "/") of a build tree, or the one in bundleFolder (with "/") of an
-// installed bundle.
+// The folder lastComponent of a build tree, or the one in bundleFolder of an installed bundle. Both
+// arguments end with "/".
 QString shippedFolder(const QString& bundleFolder, const QString& lastComponent)
 {
     QString path = QCoreApplication::applicationDirPath();
@@ -41,7 +41,7 @@ QString shippedFolder(const QString& bundleFolder, const QString& lastComponent)
     return withSlash(path) + lastComponent;
 }
 
-// The native format's name in one of Qt's own wrappings of it, or the whole format.
+// The native name that one of Qt's own formats contains in quotes, or the whole format.
 QString nativeFormat(const QString& format)
 {
     if (!format.startsWith(QLatin1String("application/x-qt")) || !format.contains(QLatin1Char('"')))
@@ -158,7 +158,7 @@ void ApplicationUtils::enableHightDPIMode()
         return;
     }
     QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED // from Qt 6 on, where both are always on
+    QT_WARNING_DISABLE_DEPRECATED // since Qt 6, where both are always on
         QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QT_WARNING_POP

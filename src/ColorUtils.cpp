@@ -17,7 +17,7 @@ int channelBetween(int a, int b, double t)
     return value > -256 && value < 512 ? int(value) : outside;
 }
 
-// The parts inside "name(...)"; none when the text is not of that form.
+// The parts inside "name(...)"; none if the text does not have that form.
 QStringList functionParts(const QString& text, const QString& opening)
 {
     if (!text.startsWith(opening, Qt::CaseInsensitive) || !text.endsWith(QLatin1Char(')')))
@@ -114,6 +114,6 @@ QColor ColorUtils::colorFromCss(const QString& text)
     const QStringList withoutAlpha = functionParts(text, QStringLiteral("rgb("));
     if (withoutAlpha.size() == 3)
         return opaqueColor(withoutAlpha);
-    // QColor's parser prints a warning about a name that it does not know.
+    // QColor's parser prints a warning about an unknown name.
     return QColor::isValidColor(text) ? QColor(text) : QColor();
 }

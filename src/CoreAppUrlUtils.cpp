@@ -14,7 +14,7 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// A page of the web as the host registered it.
+/// A web page as the host registered it.
 struct Address
 {
     QString pattern;
@@ -124,7 +124,7 @@ QString CoreAppUrlUtils::autoTranslatedUrl(const QString& url)
 QString CoreAppUrlUtils::urlGoogleTranslated(const QString& url, const QString& language)
 {
     const QString page = QString::fromLatin1(QUrl::toPercentEncoding(url));
-    // Both arguments in one call: a "%1" in one of them is never filled again.
+    // Both arguments in one call, so that a "%1" in one of them is not replaced.
     return QStringLiteral("https://" ORVAUTILS_TRANSLATION_HOST "/translate?")
         + QStringLiteral("hl=%1&sl=auto&tl=%1&u=%2").arg(language, page);
 }

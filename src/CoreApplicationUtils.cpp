@@ -136,7 +136,7 @@ QString CoreApplicationUtils::iconApplication()
 
 void CoreApplicationUtils::fixOSXDialogFocusBug()
 {
-    // Only a QApplication knows of modal widgets; Qt does not check which kind of object there is.
+    // Only a QApplication knows about modal widgets; Qt does not check the type of the object.
     auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (!application || !QApplication::activeModalWidget())
         return;

@@ -80,7 +80,7 @@ struct Tables
     const QHash<QString, QString> internationalSymbols = internationalSymbolTable();
 };
 
-/// Built by the first call, while other threads that call meanwhile wait for it.
+/// Built by the first call; other threads that call meanwhile wait for it.
 const Tables& tables()
 {
     return processState<Tables>();
@@ -88,8 +88,8 @@ const Tables& tables()
 
 // Rounding
 
-/// \a price in whole units, of which \a unitsOfOne are 1. Uses the formula of Qt's qRound64(), but
-/// without its conversion to an integer type, which is undefined for what does not fit.
+/// \a price in whole units, of which \a unitsOfOne make 1. Uses the formula of Qt's qRound64(), but
+/// without its conversion to an integer type, which is undefined for values that do not fit.
 double roundedUnits(double price, double unitsOfOne)
 {
     const double x = price * unitsOfOne;
@@ -99,7 +99,7 @@ double roundedUnits(double price, double unitsOfOne)
     return below + std::trunc(x - below + 0.5);
 }
 
-/// How many minor units of \a decimals are 1: 100 for 2.
+/// How many minor units with \a decimals decimals make 1: 100 for 2.
 int unitsOfOne(int decimals)
 {
     int units = 1;
@@ -114,7 +114,7 @@ bool fitsInteger(double units)
     return std::abs(units) < 9223372036854775808.0;
 }
 
-/// The absolute value, which for the least integer is no integer of that type.
+/// The absolute value, which for the lowest qint64 does not fit that type.
 quint64 magnitude(qint64 number)
 {
     return number < 0 ? ~quint64(number) + 1 : quint64(number);
@@ -129,11 +129,11 @@ QString symbolFor(const QString& isoCode, const QLocale& locale)
     if (locale.currencySymbol(QLocale::CurrencyIsoCode) == isoCode && !own.isEmpty())
         return own;
     const QString symbol = tables().internationalSymbols.value(isoCode, isoCode);
-    // In Australia "$" is another dollar.
+    // In Australia, "$" means another dollar.
     return symbol == own ? isoCode : symbol;
 }
 
-/// \a units minor units in the digits of \a locale, with \a decimals behind the decimal point.
+/// \a units minor units in the digits of \a locale, with \a decimals after the decimal point.
 QString numberText(quint64 units, int decimals, const QLocale& locale)
 {
     const auto one = quint64(unitsOfOne(decimals));
@@ -146,13 +146,13 @@ QString numberText(quint64 units, int decimals, const QLocale& locale)
     return text;
 }
 
-/// \a number with the symbol of the currency where \a locale has it. The locale writes the amount 1
-/// with a placeholder as its symbol; both are then replaced, so that nothing is computed in
+/// \a number with the symbol of the currency where \a locale puts it. The locale writes the amount
+/// 1 with a placeholder as its symbol; both are then replaced, so that nothing is computed in
 /// floating point.
 QString withSymbol(const QString& number, bool isNegative, const QString& isoCode,
                    const QLocale& locale)
 {
-    const QChar placeholder(0xe000); // for private use: no locale has it
+    const QChar placeholder(0xe000); // for private use: no locale uses it
     const QString one = locale.toString(qlonglong(1));
     QString text = locale.toCurrencyString(qlonglong(isNegative ? -1 : 1), placeholder);
     text.replace(text.indexOf(one), one.size(), number);
@@ -162,7 +162,7 @@ QString withSymbol(const QString& number, bool isNegative, const QString& isoCod
     const auto touches = [&text](int neighbour) {
         return neighbour >= 0 && neighbour < text.size() && text.at(neighbour).isDigit();
     };
-    // Letters do not touch the number: "TND 3.500" beside "€3.50".
+    // A space separates letters from the number: "TND 3.500", but "€3.50".
     const QChar noBreakSpace(QChar::Nbsp);
     if (symbol.at(0).isLetter() && touches(position - 1))
         symbol.prepend(noBreakSpace);
@@ -173,10 +173,11 @@ QString withSymbol(const QString& number, bool isNegative, const QString& isoCod
 
 // Value-added tax
 
-/// \a units * \a numerator / \a denominator, with halves rounded up. False if that does not fit.
+/// \a units * \a numerator / \a denominator, with halves rounded up. Returns false if that does not
+/// fit.
 ///
-/// The quotient and the remainder are multiplied apart, so that no product needs more than 64 bits:
-/// \a numerator and \a denominator are less than 2^31.
+/// The quotient and the remainder are multiplied separately, so that no product needs more than 64
+/// bits: \a numerator and \a denominator are less than 2^31.
 bool scaled(quint64 units, quint64 numerator, quint64 denominator, quint64& result)
 {
     const quint64 whole = units / denominator;

@@ -27,7 +27,7 @@ namespace {
 
 using Filter = std::function<bool(const QString& relativePath)>;
 
-/// Whether a filter lets a path through, which lies in \a root, and all folders on the way to it.
+/// Whether \a filter accepts \a path and all folders between \a root and it.
 bool letsThrough(const Filter& filter, const QString& path, const QString& root)
 {
     const QString prefix = withSlash(root);
@@ -95,7 +95,7 @@ QString outsideOfTheSource()
     return tr(QT_TRANSLATE_NOOP("DirectorySynchronizer", "The file is not in the source folder."));
 }
 
-/// The visible files below a folder. Folders that cannot be read are in unreadable.
+/// The visible files below a folder. Folders that cannot be read are listed in unreadable.
 struct VisibleFiles
 {
     QStringList files;
@@ -205,7 +205,7 @@ bool DirectorySynchronizer::fullSync(const QString& source, const QString& desti
                                      const FileUtils::TreeObserver& observer, QString* error)
 {
     TreeTask task(observer, error);
-    // The observer may destroy this object, or give it another filter.
+    // The observer may destroy this object, or set another filter.
     const Filter filter = d->filter;
     const QString root = QDir(source).absolutePath();
     if (filter)
@@ -315,8 +315,8 @@ bool DirectorySynchronizerPrivate::canBeMirrored() const
         && !overlap(QDir(source).absolutePath(), QDir(destination).absolutePath());
 }
 
-/// Removes what stands in the place of a mirror, or of a folder above it, and cannot be replaced in
-/// one step. It mirrored something that has been replaced in the source, too.
+/// Removes what blocks the path of a mirror, or of a folder above it, and cannot be replaced in one
+/// step. It mirrored something that has been replaced in the source, too.
 void DirectorySynchronizerPrivate::removeObstacles(const QString& mirror) const
 {
     const QString root = withSlash(destination);

@@ -15,8 +15,8 @@ using OrvaUtilsPrivate::WatcherTurn;
 
 namespace {
 
-// In milliseconds: how long nothing may happen before files are compared, and after how long they
-// are compared although changes continue.
+// In milliseconds: how long it must be quiet before files are compared, and after how long they are
+// compared even though changes continue.
 const int quietTime = 100;
 const int longestActivity = 1000;
 
@@ -245,7 +245,7 @@ void DirectoryWatcherPrivate::lookOnceQuiet()
         if (isAllTouched || touched.contains(folderOf(file.key())))
             candidates.append(file.key());
     }
-    // While folders are exchanged repeatedly, a slot may read another file than the one that exists
+    // While folders are exchanged repeatedly, a slot may read a file other than the one that exists
     // before and after it.
     for (auto replaced = mReplacedFolders.cbegin(); replaced != mReplacedFolders.cend();
          ++replaced) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Keeps the state of a painter for the length of a function.
+/// Saves the state of a painter, and restores it at the end of the scope.
 class PainterState
 {
 public:

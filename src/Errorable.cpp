@@ -16,9 +16,9 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// A way to another object of the tree, which ends when either part of that object is destroyed. A
-/// QPointer alone is not enough: that of a widget still leads to it while it deletes its children,
-/// when its Errorable part is gone.
+/// A weak reference to another object of the tree, which becomes null when either part of that
+/// object is destroyed. A QPointer alone is not enough: while a widget deletes its children, a
+/// QPointer to it is still set, although its Errorable part is gone.
 class Link
 {
 public:
@@ -28,7 +28,7 @@ public:
         , mErrorable(errorable)
     { }
 
-    /// Null when there is no such object any more.
+    /// Null if the object no longer exists.
     Errorable* target() const;
 
 private:
@@ -66,7 +66,7 @@ QString locationText(const char* file, int line)
     return QStringLiteral("%1:%2").arg(QString::fromUtf8(file), QString::number(line));
 }
 
-/// Room for a message table that is there before any initialiser runs, and is never destroyed.
+/// Storage for a message table, which exists before any initialiser runs and is never destroyed.
 union MessageTable {
     constexpr MessageTable()
         : nothing()
@@ -134,7 +134,7 @@ void Errorable::_setError(const ErrorableCode& code)
         return;
     }
     d->error = code;
-    propagateError(d->error); // the own error itself, so that it collects the steps, too
+    propagateError(d->error); // the stored error itself, so that it collects the steps, too
 }
 
 void Errorable::propagateError(ErrorableCode& code)

@@ -51,7 +51,7 @@ QString ErrorableCode::enumText() const
 
 QString ErrorableCode::toString(bool withCallStack) const
 {
-    // All four in one call: a value that holds a "%2" itself is not filled again.
+    // All four in one call, so that a "%2" in one of them is not replaced.
     QString text =
         QStringLiteral("%1:%2 (#%3) (%4)").arg(context, mEnumText, QString::number(code), details);
     if (!withCallStack)
@@ -80,7 +80,7 @@ QDebug operator<<(QDebug debug, const ErrorableCode& code)
     debug.nospace() << "ErrorableCode(";
     if (code.isValid()) {
         debug << code.toString(false);
-        // Step by step: Qt 6 writes a whole list in another way than Qt 5.
+        // Step by step, because Qt 6 writes a whole list differently from Qt 5.
         const char* before = ", (";
         for (const QString& step : code.callSteps) {
             debug << before << step;

@@ -37,9 +37,9 @@ namespace {
 // "Exif" and two bytes in front of the block
 const int nameSize = 6;
 
-// Within so many bytes the EXIF segment of a photograph mostly ends.
+// The EXIF segment of a photograph usually ends within this number of bytes.
 const int usualSize = 20 * 1024;
-// A file of no more is read as a whole to be changed.
+// Files up to this size are read as a whole before they are changed.
 const int smallSize = 1024 * 1024;
 
 template <typename Tag>
@@ -52,19 +52,19 @@ QList<Tag> tagsOf(const ExifBlock& block, ExifBlock::Directory directory)
     return tags;
 }
 
-// Where the block of a JPEG is
+// Finding the block in a JPEG
 
 struct ExifPlace
 {
     bool isJpeg = false;
     bool isFound = false;
-    qint64 begin = 0; // of the segment, from the beginning of the JPEG; else where one belongs
+    qint64 begin = 0; // of the segment in the JPEG, or the position to insert one at
     qint64 end = 0;
     QByteArray block;
     bool goesOn = false; // in the next segment, as some programs write a block that is too large
 };
 
-/// Whether the next segment has the rest of a block: the name of one, but no block's head.
+/// Whether the next segment contains the rest of a block: it has the name of one, but no head.
 bool isContinued(JpegSegments* segments)
 {
     if (!segments->next() || segments->marker() != JpegMarker::App1
@@ -81,7 +81,7 @@ ExifPlace findExif(QIODevice* device)
     JpegSegments segments(device, JpegSegments::Markers::Standard);
     bool isThere = segments.begin();
     place.isJpeg = isThere;
-    place.begin = 2; // behind SOI
+    place.begin = 2; // after SOI
     bool isAtFront = true;
     for (; isThere && segments.marker() != JpegMarker::StartOfScan; isThere = segments.next()) {
         isAtFront = isAtFront && segments.marker() == JpegMarker::App0;
@@ -105,11 +105,11 @@ ExifPlace findExif(QIODevice* device)
     return place;
 }
 
-/// The same in a file, whose \a head has been read already. Only where the segment reaches further
-/// something else is read.
+/// The same in a file whose \a head has already been read. More is read only if the head does not
+/// contain the whole segment.
 ExifPlace findExif(QFile* file, const QByteArray& head)
 {
-    const int nextSize = 16; // by which a segment shows that the block goes on in it
+    const int nextSize = 16; // enough to see whether the block continues in the next segment
     QBuffer buffer;
     buffer.setData(head);
     buffer.open(QIODevice::ReadOnly);
@@ -120,7 +120,7 @@ ExifPlace findExif(QFile* file, const QByteArray& head)
     return findExif(file);
 }
 
-/// False, with the reason, where that is no JPEG or the block in it is none.
+/// Returns false, with the reason, if it is not a JPEG or its block is damaged.
 bool parse(const ExifPlace& place, ExifBlock* block, QString* error)
 {
     if (!place.isJpeg)
@@ -130,8 +130,8 @@ bool parse(const ExifPlace& place, ExifBlock* block, QString* error)
 
 enum class Shrinking { Allowed, FilledUp };
 
-/// What has to change in a JPEG for it to hold a block. False, with the reason, where that is
-/// impossible.
+/// Finds what has to change in a JPEG so that it contains \a block. Returns false, with the reason,
+/// if that is impossible.
 bool findPatch(const ExifPlace& place, QByteArray block, Shrinking shrinking, FilePatch* patch,
                QString* error)
 {
@@ -158,7 +158,7 @@ bool findPatch(const ExifPlace& place, QByteArray block, Shrinking shrinking, Fi
 
 // Dates and positions
 
-/// The offset from UTC in seconds that a text like "+02:00" states.
+/// Parses an offset from UTC like "+02:00" into \a seconds.
 bool parseOffset(const QString& text, int* seconds)
 {
     const QString offset = text.trimmed();
@@ -171,7 +171,7 @@ bool parseOffset(const QString& text, int* seconds)
     return true;
 }
 
-/// Milliseconds of a fraction like "05", which is 50 of them.
+/// The milliseconds of a fraction of a second: 50 for "05".
 int parseFraction(const QString& text)
 {
     const QString digits = text.trimmed().leftJustified(3, QLatin1Char('0')).left(3);
@@ -180,7 +180,7 @@ int parseFraction(const QString& text)
     return isNumber ? qMax(0, milliseconds) : 0;
 }
 
-/// False for a rational that is no number.
+/// Returns false if the denominator is 0.
 bool toDouble(const QPair<quint32, quint32>& rational, double* number)
 {
     if (rational.second == 0)
@@ -264,7 +264,7 @@ bool ExifEditor::save(const QString& fileName, QString* error)
     if (isEmpty())
         return true;
     const QByteArray block = d->block.composed();
-    ExifBlock written; // a damaged block may become one that nobody reads when it becomes longer
+    ExifBlock written; // a damaged block may become unreadable when it grows
     if (!written.parse(block))
         return fail(error, PhotoFailure::Damaged);
     FilePatch patch;
@@ -288,7 +288,7 @@ bool ExifEditor::save(QIODevice* device, QString* error)
     if (isEmpty())
         return true;
     const QByteArray block = d->block.composed();
-    ExifBlock written; // a damaged block may become one that nobody reads when it becomes longer
+    ExifBlock written; // a damaged block may become unreadable when it grows
     if (!written.parse(block))
         return fail(error, PhotoFailure::Damaged);
     FilePatch patch;

@@ -30,7 +30,7 @@ struct ImageIfd
     QByteArray entries;
 };
 
-/// Reads no further than that directory. False where there is none, or not the whole of it.
+/// Reads no further than this directory. Returns false if it is missing or incomplete.
 bool readImageIfd(QIODevice* device, ImageIfd* ifd)
 {
     const int nameSize = 6; // "Exif" and two bytes
@@ -60,7 +60,7 @@ bool readImageIfd(QIODevice* device, ImageIfd* ifd)
     return ifd->entries.size() == size;
 }
 
-/// The same of an unbuffered file; mostly it takes a single read.
+/// The same for an unbuffered file; usually a single read is enough.
 ImageIfd readImageIfd(QFile* file)
 {
     QBuffer head;
@@ -75,7 +75,7 @@ ImageIfd readImageIfd(QFile* file)
     return ifd;
 }
 
-/// The orientation that an entry states, 0 for one that EXIF does not know.
+/// The orientation that an entry contains, or 0 if EXIF does not define it.
 int orientationOf(const ExifIfdHeader& entry, const ImageIfd& ifd, int at)
 {
     if (entry.count != 1)
@@ -91,7 +91,7 @@ int orientationOf(const ExifIfdHeader& entry, const ImageIfd& ifd, int at)
     return number <= 8 ? static_cast<int>(number) : 0;
 }
 
-/// Calls \a visit with the entries of the orientation and where they stand.
+/// Calls \a visit with each entry of the orientation and its position.
 template <typename Visit>
 void visitOrientations(const ImageIfd& ifd, const Visit& visit)
 {
@@ -102,7 +102,7 @@ void visitOrientations(const ImageIfd& ifd, const Visit& visit)
     }
 }
 
-/// The bytes of a directory that states an orientation, as a single Short; empty where it has none.
+/// The entries with \a orientation in them, as a single Short; empty if they have no orientation.
 QByteArray entriesWith(const ImageIfd& ifd, quint16 orientation)
 {
     QByteArray entries;
@@ -120,7 +120,7 @@ QByteArray entriesWith(const ImageIfd& ifd, quint16 orientation)
     return entries;
 }
 
-/// Reads a whole JPEG file that is going to be changed.
+/// Opens a JPEG file for writing and reads all of it.
 bool readToChange(QFile* file, QByteArray* content, QString* error)
 {
     if (!openPhoto(file, error))
