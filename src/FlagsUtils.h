@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FlagsUtils: turning one flag of a model's item on or off.
+// FlagsUtils: turns a single flag of a model item on or off.
 
 #ifndef ORVAUTILS_FLAGSUTILS_H
 #define ORVAUTILS_FLAGSUTILS_H

@@ -136,7 +136,7 @@ public:
     /// HTMLUtils::decodeFromHtmlText("a&#233;b&nbsp;c &amp;"); // "aéb c &amp;"
     /// \endcode
     ///
-    /// "&nbsp;" gives a blank. "&#" and decimal digits (0 to 9) give the character with that code,
+    /// "&nbsp;" gives a space. "&#" and decimal digits (0 to 9) give the character with that code,
     /// or U+FFFD where there is none: above the last code point and for half of a surrogate pair.
     /// Two references to both halves give the character. The character after the digits belongs to
     /// the reference: ";" is dropped, and any other is copied without being looked at, even "&"

@@ -20,13 +20,13 @@
 /// \endcode
 struct ImageImport
 {
-    /// What becomes of a colour profile.
+    /// How a colour profile is handled.
     enum ColorProfile {
         /// It is kept: byte for byte in a JPEG made from a JPEG, otherwise as Qt writes it. The
         /// profile of a CMYK picture is dropped, because the picture becomes RGB.
         KeepProfile,
-        /// The colours are converted to sRGB. A profile that Qt cannot apply stays as with
-        /// KeepProfile, and so does any profile before Qt 5.14.
+        /// The colours are converted to sRGB. A profile that Qt cannot apply is kept as with
+        /// KeepProfile, and so is any profile before Qt 5.14.
         ConvertToSrgb
     };
 
@@ -37,16 +37,16 @@ struct ImageImport
         NoMetadata,
         /// Copyright, artist and the date the photograph was taken, from its EXIF block.
         CopyrightAndDate,
-        /// All metadata that is known not to tell where the photograph was taken.
+        /// All metadata that is known not to reveal where the photograph was taken.
         AllButLocation,
         /// All metadata: EXIF, XMP, IPTC, comments and the rest.
         AllMetadata
     };
 
-    /// The most that the picture may measure, upright, in pixels. A larger one is scaled down and
-    /// keeps its aspect ratio; none is ever enlarged. A side below 1 is no limit.
+    /// The maximum size of the picture, upright, in pixels. A larger picture is scaled down and
+    /// keeps its aspect ratio; no picture is ever enlarged. A side below 1 sets no limit.
     QSize maxSize;
-    /// Whether the picture is turned and mirrored so that it stands upright by itself.
+    /// Whether the picture is rotated and mirrored so that it is upright without an orientation.
     bool upright = true;
     /// Whether a JPEG that has to be encoded is a progressive one. A file that can be copied is not
     /// encoded for this alone.
@@ -55,13 +55,13 @@ struct ImageImport
     int quality = 80;
     /// The format of the imported file, such as "jpeg" or "png"; empty for that of the source.
     QByteArray format;
-    /// What becomes of a colour profile.
+    /// How a colour profile is handled.
     ColorProfile colorProfile = KeepProfile;
-    /// What the imported file tells beside its pixels.
+    /// Which metadata the imported file keeps.
     Metadata metadata = CopyrightAndDate;
-    /// Whether a file that breaks off before its end is refused.
+    /// Whether a truncated file is refused.
     bool refuseTruncated = false;
-    /// The most pixels that a source may have; below 1 for no limit but that of
+    /// The maximum number of pixels of a source; below 1 for no limit other than that of
     /// ImageUtils::copyImageFile(), 2 GiB of decoded pixels.
     qint64 maxPixels = 0;
 };

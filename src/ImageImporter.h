@@ -39,7 +39,7 @@ class ImageImporterPrivate;
 /// \endcode
 ///
 /// Pictures are started in the order in which they were added, and each is reported once, when it
-/// is done. To limit the memory, a picture waits until its pixels and those of the pictures being
+/// is done. To limit memory use, a picture waits until its pixels and those of the pictures being
 /// imported take no more than 96 MiB together; one that takes more by itself is imported alone.
 ///
 /// All functions are called, and all signals emitted, on the thread that owns the object, which
@@ -56,7 +56,7 @@ public:
     /// than reading or writing one picture. Nothing is emitted.
     ~ImageImporter() override;
 
-    /// Adds the import of \a src as \a dst, as \a how says, and returns its index, from 0 on. A
+    /// Adds the import of \a src as \a dst, as \a how says, and returns its index, starting at 0. A
     /// picture that is added while the importer runs is imported by the same run; one that is added
     /// before waits for start().
     int add(const QString& src, const QString& dst, const ImageImport& how = ImageImport());
@@ -64,19 +64,19 @@ public:
     /// How many pictures were added.
     int count() const;
 
-    /// Whether start() was called and finished() was not emitted since.
+    /// Whether start() was called and finished() has not been emitted since.
     bool isRunning() const;
 
 public Q_SLOTS:
     /// Imports what was added and not imported yet, on \a threads threads; below 1, on as many as
-    /// the processor runs at a time. Does nothing while the importer runs. finished() is emitted
+    /// the processor can run at a time. Does nothing while the importer runs. finished() is emitted
     /// even if there is nothing to import.
     void start(int threads = 0);
 
     /// Ends the run early. Running imports end at their next step and leave their destinations as
     /// they were; these and the pictures that were not started are reported with
-    /// ImageImportResult::Cancelled. finished() follows. Does nothing while the importer does not
-    /// run.
+    /// ImageImportResult::Cancelled. finished() follows. Does nothing if the importer is not
+    /// running.
     void cancel();
 
 Q_SIGNALS:
@@ -92,7 +92,7 @@ Q_SIGNALS:
     void finished(bool complete);
 
 protected:
-    /// Receives what the threads have done.
+    /// Receives the results of the threads.
     void customEvent(QEvent* event) override;
 
 private:

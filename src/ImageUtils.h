@@ -43,7 +43,7 @@ public:
 
     /// What copyImageFile() does in addition to copying.
     enum OptionImageCopy {
-        /// Turn the picture as its EXIF orientation says; a rotation forces re-encoding.
+        /// Rotate the picture according to its EXIF orientation; a rotation forces re-encoding.
         UseExifRotation = 0x01,
         /// Save with writeProgressiveImage(). Forces re-encoding unless combined with
         /// ProgressiveOnlyWhenReencoded.
@@ -53,7 +53,7 @@ public:
         ExpandToFill = 0x04,
         /// Save with quality 85, whatever the quality argument says.
         Quality85 = 0x08,
-        /// Never scale. The file is copied unless it has to be turned.
+        /// Never scale. The file is copied unless it has to be rotated.
         NoResize = 0x10,
         /// Scale to twice the maximum size.
         Retina = 0x20,
@@ -66,7 +66,7 @@ public:
     /// \name Import
     /// @{
 
-    /// The quality that is used where the caller gives none: 80, out of 100.
+    /// The quality that is used if the caller specifies none: 80, out of 100.
     static int defaultJpegCompression();
 
     /// Writes \a image to \a path in \a format ("jpeg", "png" …), with progressive scans where the
@@ -74,22 +74,22 @@ public:
     ///
     /// An empty \a format is taken from the suffix of \a path.
     ///
-    /// \a quality is handed to the writer as its compression setting, not as its quality setting.
+    /// \a quality is passed to the writer as its compression setting, not as its quality setting.
     /// This is deliberate: a JPEG therefore always has Qt's default quality, 75, and a PNG is
     /// compressed more strongly the higher the number is.
     ///
     /// An existing file at \a path is replaced only once the new one is complete; on failure it is
     /// unchanged, and no partial file is left behind. Its permissions stay, and a link is followed.
-    /// (Where the folder is not writable but the file is, and where \a path is a device or a pipe,
-    /// it is overwritten with the complete picture, without that guarantee.)
+    /// (If the folder is not writable but the file is, or if \a path is a device or a pipe, it is
+    /// overwritten with the complete picture, without that guarantee.)
     ///
     /// Returns false on failure, and logs with LogType 2 "can't save writeProgressiveImage ",
-    /// \a path, " errorString=", the writer's words, " size=" and the image's size.
+    /// \a path, " errorString=", the writer's message, " size=" and the image's size.
     static bool writeProgressiveImage(const QImage& image, const QString& path,
                                       const QByteArray& format, int quality);
 
-    /// Imports the image file \a src as \a dst: copies it byte for byte where that is enough,
-    /// otherwise loads, scales, turns and writes it in its own format (that of its content,
+    /// Imports the image file \a src as \a dst: copies it byte for byte if that is enough,
+    /// otherwise loads, scales, rotates and writes it in its own format (that of its content,
     /// whatever the suffixes are). Missing folders of \a dst are created, and stay if the import
     /// fails. A leading "file://" of \a src is dropped. Returns whether \a dst is the imported
     /// picture now.
@@ -112,11 +112,11 @@ public:
     ///
     /// A picture that is re-encoded and is wider or taller than \a maxSize is scaled smoothly
     /// (never with NoResize): into \a maxSize keeping its aspect ratio, to exactly \a maxSize when
-    /// \a keepAspectRatio is false, or over it with ExpandToFill, which wins over the argument;
-    /// with Retina the target is twice \a maxSize, which may enlarge the picture. The rotation
-    /// comes after the scaling, so \a maxSize applies to the picture as it is stored.
+    /// \a keepAspectRatio is false, or over it with ExpandToFill, which takes precedence over the
+    /// argument; with Retina the target is twice \a maxSize, which may enlarge the picture. The
+    /// rotation comes after the scaling, so \a maxSize applies to the picture as it is stored.
     ///
-    /// The quality is 85 with Quality85, else \a quality, or defaultJpegCompression() where that is
+    /// The quality is 85 with Quality85, else \a quality, or defaultJpegCompression() if that is
     /// negative. With ProgressiveJpeg it is treated as by writeProgressiveImage(): a JPEG gets 75.
     ///
     /// A side of \a maxSize that is 0 is computed: the picture's size is scaled into a box of
@@ -124,20 +124,20 @@ public:
     /// a side of one pixel, not an unlimited one, and is deliberate.
     ///
     /// \a src is only read, and an existing file at \a dst is never lost: the new one, copied or
-    /// re-encoded, is completed beside it and then takes its place, so that \a dst may be \a src
-    /// itself. A symbolic link at \a dst is replaced and its target is left alone; one that leads
-    /// to \a src stays where copying is enough.
+    /// re-encoded, is completed beside it and then replaces it, so that \a dst may be \a src
+    /// itself. A symbolic link at \a dst is replaced and its target is left alone; one that points
+    /// to \a src stays if copying is enough.
     ///
-    /// A JPEG that is to become smaller may be decoded at some eighths of its size, at the fewest
-    /// with which the luma of the result stays within 38 dB (PSNR) of what scaling the whole
-    /// photograph gives. The size of the result is still computed from the whole size. A file that
-    /// breaks off half-way gives what Qt's reader makes of it. A picture that would take more than
-    /// 2 GiB once decoded cannot be loaded, nor can a JPEG of more than a thousand segments or
-    /// scans, which no camera writes and which would keep the reader busy for hours.
+    /// A JPEG that is to become smaller may be decoded at a multiple of one eighth of its size, the
+    /// smallest with which the luma of the result stays within 38 dB (PSNR) of what scaling the
+    /// whole photograph gives. The size of the result is still computed from the whole size. A
+    /// truncated file gives what Qt's reader makes of it. A picture that would take more than 2 GiB
+    /// once decoded cannot be loaded, nor can a JPEG of more than a thousand segments or scans,
+    /// which no camera writes and which would keep the reader busy for hours.
     ///
     /// \warning Re-encoding keeps the pixels, comments and, from Qt 5.14 on, a colour profile that
     /// consists of a matrix and curves, as those of cameras and displays do. It loses everything
-    /// else: EXIF, XMP and IPTC, among them date and copyright, any other profile, also that of a
+    /// else: EXIF, XMP and IPTC, including date and copyright, any other profile, also that of a
     /// CMYK picture (which becomes RGB), the palette of a PNG that is scaled, and every frame but
     /// the first of an animated WebP. The mirrored orientations 2, 4, 5 and 7 count as no rotation
     /// and are lost with the EXIF block. A file that is only copied keeps everything, including the
@@ -152,13 +152,13 @@ public:
     ///   before, with the records of FileUtils::forceCopy();
     /// - "importImageFile can't load " and \a src: it cannot be decoded, or reading it fails;
     /// - "copyImageFile #2 img.size() = ", the size, the target: the picture cannot be scaled;
-    /// - "copyImageFile : can't remove" and \a dst (LogType 4): what stands at \a dst cannot be
+    /// - "copyImageFile : can't remove" and \a dst (LogType 4): what is at \a dst cannot be
     ///   replaced;
     /// - "importImageFile can't save ", \a dst, the format, the picture's size, "maxSizeImage=",
     ///   the maximum.
     ///
     /// A folder of \a dst that cannot be created is logged by
-    /// FileUtils::old::forceDirectoryCreationForAFile(), before the failure that follows from it.
+    /// FileUtils::old::forceDirectoryCreationForAFile(), before the resulting failure.
     ///
     /// An image plugin that returns an empty picture as read is logged with "copyImageFile
     /// img.size() = ", "copyImageFile #3 img.size() = " and "copyImageFile #4 img.size() = " before
@@ -179,25 +179,25 @@ public:
     ///     QMessageBox::warning(this, tr("Import"), result.error);
     /// \endcode
     ///
-    /// Pixels are copied as they are stored, whatever the format, where the picture need be neither
-    /// scaled, turned, converted to sRGB nor written in another format; its metadata is still
-    /// reduced to ImageImport::Metadata, and where nothing has to be removed the result is the
-    /// source, byte for byte. Otherwise the picture is decoded and encoded anew:
-    /// - its orientation, all eight, is that of EXIF in a JPEG, and what Qt's reader tells of
-    ///   other formats. If the reader reports none although a PNG or WebP has one in EXIF, it stays
-    ///   there;
-    /// - a JPEG that is to become smaller is decoded at a reduced size, as copyImageFile() does it;
+    /// Pixels are copied as they are stored, whatever the format, if the picture need not be
+    /// scaled, rotated, converted to sRGB or written in another format; its metadata is still
+    /// reduced to ImageImport::Metadata, and if nothing has to be removed the result is the source,
+    /// byte for byte. Otherwise the picture is decoded and encoded anew:
+    /// - its orientation, one of all eight, is that of EXIF in a JPEG, and what Qt's reader reports
+    ///   for other formats. If the reader reports none although a PNG or WebP has one in EXIF, it
+    ///   stays there;
+    /// - a JPEG that is to become smaller is decoded at a reduced size, as by copyImageFile();
     /// - metadata is carried into a JPEG, PNG or WebP. It then says that the picture is upright,
     ///   states its new size, and has no thumbnail of the old one;
-    /// - a picture with transparent pixels is laid on white where the format has none.
+    /// - a picture with transparent pixels is painted on white if the format has no transparency.
     ///
     /// GIF and SVG files are not encoded: without another ImageImport::format they are copied
-    /// whatever their size is, metadata of a GIF apart. The metadata of a TIFF and of other formats
-    /// that are not named here is not taken apart: unless all of it is wanted, the picture is
-    /// encoded anew without it.
+    /// whatever their size is, except for the metadata of a GIF. The metadata of a TIFF and of
+    /// other formats that are not named here is not analysed: unless all of it is wanted, the
+    /// picture is encoded anew without it.
     ///
     /// \a src is only read, and nothing is lost at \a dst, as with copyImageFile(): unless the
-    /// import succeeds, what stood there is unchanged. A picture that is too large is refused after
+    /// import succeeds, what was there is unchanged. A picture that is too large is refused after
     /// reading its header, and so is a JPEG of more than a thousand segments or scans.
     ///
     /// May be called from any thread; for many pictures see ImageImporter. Failures are logged with
@@ -206,8 +206,8 @@ public:
                                          const ImageImport& how = ImageImport());
 
     /// The size that the header of the image file \a path states; the picture is not decoded.
-    /// Invalid, (-1, -1), if there is none, and if more than a thousand segments stand before the
-    /// pixels of a JPEG. The EXIF orientation is not applied.
+    /// Invalid, (-1, -1), if there is none, and if more than a thousand segments precede the pixels
+    /// of a JPEG. The EXIF orientation is not applied.
     static QSize imageSize(const QString& path);
 
     /// The picture in the file \a path, scaled smoothly into \a maxSize, keeping its aspect ratio,
@@ -219,8 +219,8 @@ public:
     /// simply joined: \a folder ends with "/"), paints the overlay over the background at (0, 0)
     /// and saves the result as a PNG in \a folder + \a output.
     ///
-    /// Returns false only when the overlay cannot be loaded; this is deliberate. Where the
-    /// background cannot be loaded nothing is written. \a color is not used.
+    /// Returns false only when the overlay cannot be loaded; this is deliberate. If the background
+    /// cannot be loaded, nothing is written. \a color is not used.
     static bool fusionImage(const QString& folder, const QString& background,
                             const QString& overlay, const QColor& color, const QString& output);
 
@@ -228,30 +228,30 @@ public:
     /// \name Names of web images
     /// @{
 
-    /// The file suffixes that belong to \a formats, in this order whatever theirs is: "jpeg" and
-    /// "jpg" for "jpeg" or "jpg", "gif", "png", "svg". Case does not count.
+    /// The file suffixes that belong to \a formats, always in this order: "jpeg" and "jpg" for
+    /// "jpeg" or "jpg", "gif", "png", "svg". Case is ignored.
     ///
     /// \code
     /// imageExtensionsAccordingImageFormat({"JPG", "png"}) == {"jpeg", "jpg", "png"}
     /// \endcode
     static QStringList imageExtensionsAccordingImageFormat(const QStringList& formats);
 
-    /// Whether the suffix of \a name is "svg", in whatever case.
+    /// Whether the suffix of \a name is "svg", in any case.
     static bool imageNameIsVectoriel(const QString& name);
 
-    /// Whether the suffix of \a name is "jpg", "jpeg", "png", "gif" or "svg", in whatever case.
+    /// Whether the suffix of \a name is "jpg", "jpeg", "png", "gif" or "svg", in any case.
     static bool filenameHasWebImageExtension(const QString& name);
 
     /// @}
     /// \name Sizes
     /// @{
 
-    /// \a size brought to the width \a width, that is, (width, round(width x height / width of
-    /// size)). The height is 0 where the width of \a size is.
+    /// \a size scaled to the width \a width, that is, (width, round(width x height / width of
+    /// size)). The height is 0 if the width of \a size is.
     static QSize resizeImageToWidthKeepingRatio(int width, const QSize& size);
 
-    /// \a size brought to the height \a height, that is, (round(height x width / height of size),
-    /// height). The width is 0 where the height of \a size is.
+    /// \a size scaled to the height \a height, that is, (round(height x width / height of size),
+    /// height). The width is 0 if the height of \a size is.
     static QSize resizeImageToHeightKeepingRatio(int height, const QSize& size);
 
     /// Half of \a pixmap's size, each side rounded, as a rectangle at (0, 0).
@@ -286,8 +286,8 @@ public:
     static bool hasTransparentPixel(const QImage& image);
 
     /// Multiplies the alpha of every pixel by \a opacity, in steps of 1/255. \a image becomes one
-    /// in QImage::Format_ARGB32_Premultiplied. From 1 on nothing is changed, also not the format;
-    /// below 0 counts as 0, and so does NaN. Always returns true.
+    /// in QImage::Format_ARGB32_Premultiplied. With 1 or more nothing is changed, not even the
+    /// format; values below 0 and NaN count as 0. Always returns true.
     static bool applyOpacity(QImage& image, double opacity);
     /// The same for a \a pixmap and its \a opacity.
     static bool applyOpacity(QPixmap& pixmap, double opacity);
@@ -297,7 +297,7 @@ public:
     /// transparent.
     ///
     /// A null image is returned unless \a opacity is in the range 1 to 100. It has no other
-    /// effect: it is passed to applyOpacity() as it is, where everything from 1 on means opaque.
+    /// effect: it is passed to applyOpacity() as it is, where any value from 1 on means opaque.
     /// This is deliberate.
     static QImage createTransparentPixmap(const QImage& image, const QColor& color, int opacity);
 

@@ -76,11 +76,11 @@ public:
     /// JsCodeHelpers::formatVariantValue(&stream, QVariantList {1, 2.5}); // [1,2.5] and "\n"
     /// \endcode
     ///
-    /// Deliberate, as there: a double quote becomes an escaped single one, true and false become 1
-    /// and 0, and backslashes are not escaped. JavaScript reads a backslash and the character after
-    /// it as an escape sequence and does not allow a line break in a text: encode such texts with
-    /// HTMLUtils::encodeToJavascriptText() first. Raw code given as a QByteArray ends at the first
-    /// NUL.
+    /// Deliberate, as in PhpCodeHelpers: a double quote becomes an escaped single one, true and
+    /// false become 1 and 0, and backslashes are not escaped. JavaScript reads a backslash and the
+    /// character after it as an escape sequence and does not allow a line break in a text: encode
+    /// such texts with HTMLUtils::encodeToJavascriptText() first. Raw code given as a QByteArray
+    /// ends at the first NUL.
     static void formatVariantValue(QTextStream* stream, const QVariant& v);
 };
 
