@@ -47,7 +47,7 @@ namespace {
 
 // Paths and names as text
 
-/// The position of the last "/" of \a path that has at least one character behind it, or -1.
+/// The position of the last "/" of \a path that has at least one character after it, or -1.
 int lastInnerSlash(const QString& path)
 {
     // lastIndexOf() takes a negative position as one counted from the end.
@@ -87,12 +87,12 @@ SizeUnits sizeUnits()
 
 // Folder trees
 
-/// How every record about a folder that cannot be emptied begins.
+/// The beginning of every record about a folder that cannot be emptied.
 const char* const cannotRemove = "enable to removeRecursively";
 
 // folderSize
 
-/// What folderSize() adds up. Times stay numbers: a QDateTime for every file would take longer than
+/// What folderSize() adds up. Times are numbers: a QDateTime for every file would take longer than
 /// reading the tree.
 struct FolderContent
 {
@@ -103,7 +103,7 @@ struct FolderContent
     static const qint64 noTime = std::numeric_limits<qint64>::min();
 };
 
-/// False when the task is cancelled.
+/// Returns false if the task is cancelled.
 bool measure(const QString& path, EntryDetail detail, const Walk* parent, FolderContent& content,
              TreeTask& task)
 {
@@ -135,7 +135,7 @@ bool measure(const QString& path, EntryDetail detail, const Walk* parent, Folder
 
 // Listings
 
-/// \a prefix of every entry is complete, with its "/".
+/// \a prefix is put in front of every entry, and contains the separating "/".
 int listFiles(const QString& path, QStringList& list, bool recursive, QRegExp* folderFilter,
               const QString& prefix, const Walk* parent)
 {
@@ -348,7 +348,7 @@ bool FileUtils::forceCopy(const QString& source, const QString& destination)
 bool FileUtils::fileMkPath(const QString& filePath, QString* error)
 {
     const QDir folder = QFileInfo(filePath).dir();
-    // Some systems refuse to make a folder before they look whether it is there.
+    // Some systems refuse to create a folder before they check whether it exists.
     if (folder.mkpath(QStringLiteral(".")) || folder.exists())
         return true;
     if (error)
@@ -401,7 +401,7 @@ bool FileUtils::replaceDir(const QString& source, const QString& destination,
 
 bool FileUtils::moveOver(const QString& path, const QString& newPath, QString* error)
 {
-    // Without a "/" at the end, which would make the system look through a link.
+    // Without a "/" at the end, which would make the system follow a link.
     const QFileInfo moved(QDir::cleanPath(path));
     const QFileInfo old(QDir::cleanPath(newPath));
     const bool isFolder = moved.isDir() && !moved.isSymLink();
@@ -498,12 +498,12 @@ QByteArray FileUtils::readFileContent(const QString& path, bool logOnFailure)
     if (path.isEmpty())
         return QByteArray();
     QFile file(path);
-    // A file of more bytes than an array holds would be taken for an empty one.
+    // A file that is too large for a QByteArray would be taken for an empty one.
     const qint64 mostBytes = std::numeric_limits<int>::max() - 64;
     if (file.open(QIODevice::ReadOnly) && file.size() <= mostBytes) {
         QByteArray content = file.readAll();
-        // The beginning of a file that breaks off is not its content: who writes it back would lose
-        // the rest.
+        // If reading fails, the beginning of the file must not pass for its content: a caller that
+        // writes it back would lose the rest.
         if (file.error() == QFileDevice::NoError)
             return content;
     }
@@ -526,7 +526,7 @@ bool FileUtils::writeFileContent(const QString& path, const QByteArray& data, QS
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return fail(QT_TRANSLATE_NOOP("FileUtils", "Cannot open (WriteOnly) %1"));
-    // Some file systems tell only when the file is closed that they are full.
+    // Some file systems report only when the file is closed that they are full.
     const bool isTaken = file.write(data) == data.size() && file.flush();
     file.close();
     if (!isTaken || file.error() != QFileDevice::NoError)
@@ -596,11 +596,11 @@ bool FileUtils::checkWritingRightInFolder(const QString& folder, const QString& 
     const bool isNew = !QFileInfo::exists(probe);
     QString reason;
     if (!writeFileContent(probe, "data_test", &reason)) {
-        // A full disk takes the file, but not what is in it.
+        // A full disk accepts the file, but not its content.
         if (isNew)
             QFile::remove(probe);
         if (error) {
-            // Both at once: a label may hold a "%2" of its own.
+            // Both at once, because a label may contain a "%2".
             *error = label.isEmpty()
                 ? reason
                 : translated(QT_TRANSLATE_NOOP("FileUtils", "Cant write in %1 error=%2"))
@@ -659,7 +659,7 @@ bool FileUtils::old::forceDirectoryCreationForAFile(const QString& filePath, QSt
     for (int slash = int(folder.indexOf(QLatin1Char('/'))); slash >= 0;
          slash = int(folder.indexOf(QLatin1Char('/'), slash + 1))) {
         const QString level = folder.left(slash);
-        // Looked at again after a failure: another thread may have been quicker.
+        // Checked again after a failure: another thread may have created it.
         if (level.isEmpty() || QDir(level).exists() || QDir().mkdir(level) || QDir(level).exists())
             continue;
         const QString message = QStringLiteral("Mkdir fail on \"%1\"").arg(level);

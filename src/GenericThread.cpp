@@ -40,7 +40,7 @@ GenericThread::~GenericThread()
             terminate();
             ThreadPrivate::logTerminated();
             Thread::d->endedByDestructor = true;
-            wait(lastChanceMs); // it ends only where it may be ended; Qt aborts if it has not
+            wait(lastChanceMs); // termination may be delayed; Qt aborts if the thread still runs
             return;
         }
     }
@@ -82,7 +82,7 @@ void GenericThread::handOver()
 {
     const GenericThreadPrivate::Place place = d->place;
     if (place == GenericThreadPrivate::InFunction)
-        return; // ended by force
+        return; // terminated
     if (place == GenericThreadPrivate::Outside && Thread::d->terminated)
         return;
     Q_EMIT genericFinished(d->result);

@@ -85,7 +85,7 @@ bool standsAt(const QString& s, int position, QLatin1String text)
                       [](char latin, QChar c) { return c == QLatin1Char(latin); });
 }
 
-/// Appends the character with the number \a code, or U+FFFD beyond the last one.
+/// Appends the character with the code point \a code, or U+FFFD beyond the last one.
 void appendCodePoint(QString& text, uint code)
 {
     if (code > QChar::LastValidCodePoint)
@@ -248,7 +248,7 @@ QString HTMLUtils::escaped(const QString& text)
 QString HTMLUtils::decodeFromHtmlText(const QString& s)
 {
     const QLatin1String noBreakSpace("&nbsp;");
-    QVector<int> surrogates; // where references to them were
+    QVector<int> surrogates; // positions of those that came from references
     QString text;
     text.reserve(s.size());
     for (int i = 0; i < s.size();) {

@@ -19,8 +19,8 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// The memory for pictures under way. Two photographs of twelve megapixels that are scaled down fit
-/// into it; one that does not fit is imported alone.
+/// The memory for pictures that are being imported, in bytes. Two photographs of twelve megapixels
+/// that are scaled down fit into it; a picture that does not fit is imported alone.
 const qint64 mostBytes = Q_INT64_C(96) * 1024 * 1024;
 
 struct Job
@@ -36,7 +36,7 @@ struct Done
     ImageImportResult result;
 };
 
-/// What the importer and its threads share; all of it under the lock.
+/// The data that the importer and its threads share, protected by a mutex.
 class ImportQueue
 {
 public:
@@ -47,14 +47,14 @@ public:
     int add(const Job& job);
     int count() const;
 
-    /// Waits for a job. False where the thread is to end.
+    /// Waits for a job. Returns false if the thread is to end.
     bool next(Job* job, int* index);
 
-    /// Takes memory for a job, and waits for it where others have too much. False where the jobs
-    /// are cancelled.
+    /// Takes memory for a job, waiting while others use too much. Returns false if the jobs are
+    /// cancelled.
     bool take(qint64 bytes);
 
-    /// Gives memory back.
+    /// Releases memory.
     void release(qint64 bytes);
 
     void report(const Done& done);
@@ -63,7 +63,7 @@ public:
     void cancel();
     bool isCancelled() const;
 
-    /// Lets the threads end as soon as they find no job.
+    /// Makes the threads end as soon as no job is left.
     void close();
     void reopen();
 
@@ -76,7 +76,7 @@ private:
     int mNext = 0;
     std::deque<Done> mDone;
     qint64 mTaken = 0;
-    quint64 mLastTicket = 0; // memory is given in the order in which it was asked for
+    quint64 mLastTicket = 0; // memory is granted in the order of the requests
     quint64 mServedTicket = 0;
     bool mIsCancelled = false;
     bool mIsClosed = false;
@@ -132,8 +132,8 @@ void ImportQueue::report(const Done& done)
 {
     const QMutexLocker locker(&mLock);
     mDone.push_back(done);
-    // Each has its event: one that is being handled may belong to a receiver that runs an event
-    // loop of its own, and only further ones reach that.
+    // Each report has its own event: while one is being handled, a receiver may run a nested event
+    // loop, which only further events reach.
     QCoreApplication::postEvent(mReceiver, new QEvent(QEvent::User));
 }
 
@@ -174,7 +174,7 @@ void ImportQueue::reopen()
     mIsCancelled = false;
 }
 
-/// One job's share of the memory, given back when the job is done.
+/// One job's share of the memory, released when the job is done.
 class JobControl : public ImportControl
 {
 public:
@@ -300,7 +300,7 @@ ImageImporter::~ImageImporter()
 
 int ImageImporter::add(const QString& src, const QString& dst, const ImageImport& how)
 {
-    // A thread may be done with it before this function returns, but not report it before.
+    // A thread may finish it before this function returns, but the result is reported later.
     const int index = d->mQueue.add({src, dst, how});
     if (d->mIsRunning)
         d->startThreads();
@@ -327,7 +327,7 @@ void ImageImporter::start(int threads)
     d->mWantedThreads = threads > 0 ? threads : qMax(1, QThread::idealThreadCount());
     d->mQueue.reopen();
     d->startThreads();
-    // Also where there is nothing to do.
+    // Even if there is nothing to do, so that finished() is emitted.
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
@@ -340,14 +340,14 @@ void ImageImporter::cancel()
 void ImageImporter::customEvent(QEvent* event)
 {
     Q_UNUSED(event)
-    // A receiver may delete this object, add pictures, or run an event loop of its own.
+    // A receiver may delete this object, add pictures, or run a nested event loop.
     const QPointer<ImageImporter> self(this);
     Done done;
     while (d->mQueue.takeReport(&done)) {
         const int count = ++d->mDone;
         const int total = d->mQueue.count() - d->mFirst;
         Q_EMIT imported(done.index, done.result);
-        // Where the receiver ran an event loop, others may have been told meanwhile.
+        // If the receiver ran an event loop, further results may have been reported meanwhile.
         if (self && count == d->mDone)
             Q_EMIT progress(count, total);
         if (!self)

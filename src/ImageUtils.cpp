@@ -25,9 +25,9 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-const QSize emptyCanvas(20, 20); // the size of what is made of a null image
+const QSize emptyCanvas(20, 20); // the size of an image made from a null image
 
-/// round(side x numerator / denominator), within the numbers.
+/// round(side x numerator / denominator), limited to the range of int.
 int proportional(int side, int numerator, int denominator)
 {
     if (denominator == 0)
@@ -56,7 +56,7 @@ QSize effectiveMaximum(const QSize& maximum, const QSize& picture)
     return maximum;
 }
 
-/// What copyImageFile() is asked for.
+/// The parameters of copyImageFile().
 struct CopyWishes
 {
     bool keepAspectRatio;
@@ -65,7 +65,7 @@ struct CopyWishes
     int quality;
 };
 
-/// One call of copyImageFile(), step by step. Each step logs what fails in it.
+/// One call of copyImageFile(), step by step. Each step logs its failures.
 class ImageFileCopy
 {
 public:
@@ -192,9 +192,9 @@ bool ImageFileCopy::load()
 /// Scales the picture if it is too large.
 bool ImageFileCopy::fit()
 {
-    // A JPEG may have been decoded at a reduced size, but stands for the whole picture. With other
-    // formats the image tells the size: some turn a picture while it is loaded, and the size that
-    // their header states is not turned.
+    // A JPEG may have been decoded at a reduced size, but stands for the whole picture. For other
+    // formats the size of the image counts: some rotate a picture while it is loaded, and the size
+    // in their header is the one before.
     const QSize loadedSize = mFormat == "jpeg" ? mWholeSize : mImage.size();
     if (needsScaling(loadedSize)) {
         const QSize size = scaledSize(loadedSize, target(), aspectRatioMode());
@@ -284,8 +284,8 @@ int ImageUtils::defaultJpegCompression()
 bool ImageUtils::writeProgressiveImage(const QImage& image, const QString& path,
                                        const QByteArray& format, int quality)
 {
-    // A writer on a file takes the suffix for the format where none is given; one on a device
-    // would not.
+    // Without a format, a QImageWriter on a file derives it from the suffix; one on a device would
+    // not.
     const QByteArray written =
         format.isEmpty() ? QFileInfo(path).suffix().toLower().toLatin1() : format;
     QString error;
@@ -312,7 +312,7 @@ ImageImportResult ImageUtils::importImage(const QString& src, const QString& dst
 QSize ImageUtils::imageSize(const QString& path)
 {
     const PictureHeader header = readPictureHeader(path);
-    // What cannot be opened may still be a name to which the image reader adds a suffix.
+    // A path that cannot be opened may still be one to which QImageReader adds a suffix.
     return header.format.isEmpty() ? QImageReader(path).size() : header.size;
 }
 
@@ -335,10 +335,10 @@ bool ImageUtils::fusionImage(const QString& folder, const QString& background,
     if (!loadWhole(folder + background, &picture))
         return true;
 
-    // Palettes cannot be painted on, and grey would take the colours from the overlay.
+    // Indexed images cannot be painted on, and grey ones would lose the colours of the overlay.
     picture = picture.convertToFormat(
         picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
-    // Pixel on pixel, also for files named "@2x".
+    // Pixel by pixel, also for files named "@2x".
     picture.setDevicePixelRatio(1);
     above.setDevicePixelRatio(1);
     QPainter painter(&picture);
@@ -442,7 +442,7 @@ void ImageUtils::setLabelPixmap(QLabel* label, int size, const QPixmap& pixmap)
     const QSize shown = pixmap.size().scaled(side, side, Qt::KeepAspectRatio);
     label->setFixedSize(shown);
     const QSize sharp = scaledSize(pixmap.size(), doubled(shown), Qt::KeepAspectRatio);
-    // What is too large to be held, or nothing at all, is left to the label's own scaling.
+    // A pixmap that is empty or would become too large is left to the label's own scaling.
     label->setPixmap(pixmap.isNull() || shown.isEmpty() || !sharp.isValid()
                          ? pixmap
                          : pixmap.scaled(sharp, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
@@ -455,7 +455,7 @@ bool ImageUtils::hasTransparentPixel(const QImage& image)
 {
     if (!image.hasAlphaChannel())
         return false;
-    // The order does not matter for the result, so rows are scanned, as they lie in memory.
+    // The order does not matter for the result, so rows are scanned in the order of memory.
     const bool argb = image.format() == QImage::Format_ARGB32
         || image.format() == QImage::Format_ARGB32_Premultiplied;
     for (int y = 0; y < image.height(); ++y) {
@@ -521,7 +521,7 @@ QPixmap ImageUtils::toGray(const QPixmap& pixmap)
 QImage ImageUtils::toGray(const QImage& image)
 {
     QImage gray = image;
-    // Grey of premultiplied colours is premultiplied grey: that format needs no detour.
+    // Grey of premultiplied colours is premultiplied grey: that format needs no conversion.
     if (image.format() != QImage::Format_ARGB32_Premultiplied) {
         gray = image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
                                                              : QImage::Format_RGB32);
