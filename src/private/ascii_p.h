@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Character classes of ASCII. Those of QChar hold the letters and digits of all scripts.
+// Character classes of ASCII. Those of QChar include the letters and digits of all scripts.
 
 #ifndef ORVAUTILS_ASCII_P_H
 #define ORVAUTILS_ASCII_P_H

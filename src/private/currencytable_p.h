@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// What ISO 4217 and CLDR say of currencies and QLocale does not tell: the decimals of the minor
-// unit and the symbols that are understood outside the currency's own countries.
+// What ISO 4217 and CLDR define for currencies and QLocale does not provide: the decimals of the
+// minor unit and the symbols that are understood outside the currency's own countries.
 
 #ifndef ORVAUTILS_CURRENCYTABLE_P_H
 #define ORVAUTILS_CURRENCYTABLE_P_H
@@ -17,7 +17,8 @@ struct MinorUnits
 };
 
 /// ISO 4217, without the codes for which it gives no minor unit: precious metals, units of account,
-/// the codes for tests and for no currency. Codes that were withdrawn since 2020 are still listed.
+/// the codes for tests and for no currency. Codes that have been withdrawn since 2020 are still
+/// listed.
 constexpr MinorUnits minorUnitsOfCurrencies[] = {
     {0, "BIF CLP DJF GNF ISK JPY KMF KRW PYG RWF UGX UYI VND VUV XAF XOF XPF"},
     {2,
@@ -39,7 +40,7 @@ struct InternationalSymbol
     const char* symbol; ///< UTF-8
 };
 
-/// The symbols of CLDR in English. Every other currency is written as its code there.
+/// CLDR's symbols for English, which writes every other currency as its code.
 constexpr InternationalSymbol internationalSymbols[] = {
     {"AUD", "A$"},     {"BRL", "R$"},     {"CAD", "CA$"},    {"CNY", "CN\u00a5"},
     {"EUR", "\u20ac"}, {"GBP", "\u00a3"}, {"HKD", "HK$"},    {"ILS", "\u20aa"},

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Descriptor: an open file of the system's own calls.
+// Descriptor: an open file for use with system calls.
 
 #ifndef ORVAUTILS_DESCRIPTOR_P_H
 #define ORVAUTILS_DESCRIPTOR_P_H

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// How a DirectoryWatcher looks at a tree.
+// How a DirectoryWatcher scans a tree.
 
 #include "FileUtils.h"
 #include "asconst_p.h"
@@ -81,8 +81,8 @@ bool DirectoryWatcherPrivate::look(const QString& folder, Scope scope, Refusal r
     const int reportsBefore = mReports;
     bool complete = watchFiles(found, refusal);
     if (!turn.isOver() && (complete || refusal == Refusal::IsSkipped)) {
-        // Folders are listed anew after slots have returned, because new ones may be created
-        // meanwhile.
+        // Folders are listed again after slots have returned, because new ones may have been
+        // created in the meantime.
         const bool hasReported = mReports != reportsBefore && !isScanning;
         if (hasReported || (scope == Scope::Entries && !foundFolders.isEmpty()))
             foundFolders = foldersIn(folder, scope);
@@ -94,8 +94,8 @@ bool DirectoryWatcherPrivate::look(const QString& folder, Scope scope, Refusal r
 }
 
 /// The visible files of \a folder, or of its tree, whose folders are appended to \a foundFolders.
-/// With Scope::Entries, also the files of new sub-folders, which are appended instead; folders that
-/// are watched already send notifications of their own.
+/// With Scope::Entries, also the files in the trees of new sub-folders, and only these sub-folders
+/// are appended; folders that are already watched send notifications of their own.
 QStringList DirectoryWatcherPrivate::filesIn(const QString& folder, Scope scope,
                                              QStringList* foundFolders) const
 {
@@ -202,7 +202,7 @@ bool DirectoryWatcherPrivate::watchFiles(const QStringList& found, Refusal refus
         ++mReports;
         Q_EMIT q->addedFiles(file);
         if (turn.isOver())
-            return false; // a receiver wants none of this any more
+            return false; // a receiver has ended the turn
         if (!isScanning)
             checkReported(file);
     }
@@ -227,7 +227,7 @@ bool DirectoryWatcherPrivate::watchFolders(const QString& folder, const QStringL
         folders.insert(state.key(), state.value());
         unwatched.remove(state.key());
     }
-    // For files that were made in them before they were watched.
+    // For files that were created in them before they were watched.
     if (!states.isEmpty())
         lookAgainSoon(folder);
     if (lost.isEmpty())
@@ -290,9 +290,9 @@ void DirectoryWatcherPrivate::lookAgain()
         noteActivity(*waiting.cbegin(), turn.elapsed());
 }
 
-/// Stops watching the folders at and below \a folder, with \a onlyChanged only those that are
-/// different folders now: where a folder was renamed, the platform continues to watch its content
-/// under the old paths. Returns them.
+/// Stops watching the folders at and below \a folder, or if \a onlyChanged, only those that are now
+/// different folders: after a folder was renamed, the platform continues to watch its content under
+/// the old paths. Returns them.
 QStringList DirectoryWatcherPrivate::forgetFolders(const QString& folder, bool onlyChanged)
 {
     QStringList forgotten;
@@ -357,10 +357,10 @@ bool DirectoryWatcherPrivate::reportVanishedFiles(const QString& folder,
                                                   const QSet<QString>& present)
 {
     const WatcherTurn turn(this);
-    QSet<QString> closed; // folders that may not be entered: nothing is known of their files
+    QSet<QString> closed; // folders that may not be entered: the state of their files is unknown
     const QStringList known = filesBelow(folder);
     for (const QString& file : known) {
-        // A slot may have caused the report of this file already.
+        // A slot may already have caused the report of this file.
         if (present.contains(file) || closed.contains(folderOf(file)) || !files.contains(file))
             continue;
         const FileState state = stateOf(file);
@@ -388,8 +388,8 @@ bool DirectoryWatcherPrivate::reportChangedFiles(const QStringList& candidates)
     return true;
 }
 
-/// Whether \a listed, what was found in \a folder, is exactly what is known: a quick answer, which
-/// may be false although it is.
+/// Whether \a listed, the files found in \a folder, are exactly the known files. A quick check,
+/// which may return false even if they are.
 bool DirectoryWatcherPrivate::areAllFiles(const QString& folder, const QStringList& listed) const
 {
     return folder == rootPath && listed.size() == files.size()

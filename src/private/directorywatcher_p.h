@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// DirectoryWatcherPrivate: the state of a DirectoryWatcher, and how it looks at a tree.
+// DirectoryWatcherPrivate: the state of a DirectoryWatcher, and how it scans a tree.
 
 #ifndef ORVAUTILS_DIRECTORYWATCHER_P_H
 #define ORVAUTILS_DIRECTORYWATCHER_P_H
@@ -24,13 +24,13 @@ namespace OrvaUtilsPrivate {
 class DirectoryWatcherPrivate
 {
 public:
-    /// How much of a folder a look takes in.
+    /// How much of a folder look() covers.
     enum class Scope {
-        Entries, ///< its files and sub-folders, and the trees that are new in it
+        Entries, ///< its files and sub-folders, and the trees of new sub-folders
         Tree ///< everything in it
     };
 
-    /// What becomes of a look when the platform refuses files.
+    /// What look() does when the platform refuses to watch files.
     enum class Refusal {
         EndsLook, ///< nothing is reported
         IsSkipped ///< the other files are reported
@@ -51,10 +51,10 @@ public:
     PlatformWatches platform;
     QString rootPath;
     int round = 0; // counts the calls of setPath() and stop()
-    bool isScanning = false; // for what is there from the beginning
+    bool isScanning = false; // for what exists at the beginning
 
-    // What is watched and, as far as files go, has been reported or was there from the beginning;
-    // with its state at that time. Sub-folders are known by their absolute paths.
+    // The watched files that have been reported or existed at the beginning, and the watched
+    // folders, each with its state at that time. Sub-folders are known by their absolute paths.
     QHash<QString, FileState> files;
     QHash<QString, FileState> folders;
     // What the platform refused to watch, with its state at that time.
@@ -93,13 +93,13 @@ private:
     QString mRootAbsolute;
     RootGuard mGuard;
     QStringList mRefused; // what is still to be announced
-    QSet<QString> mSecondLooks; // the folders that wait for theirs
+    QSet<QString> mSecondLooks; // the folders that wait for a second look
     // Since the last comparison of files with their known state:
     QSet<QString> mTouched; // the folders in which something happened
-    QHash<QString, int> mReplacedFolders; // how often each folder was found to be another one
-    int mActivity = 0; // the notifications; many for one that took long
+    QHash<QString, int> mReplacedFolders; // how often each folder was found to be replaced
+    int mActivity = 0; // counts notifications; one that took long counts as many
     QElapsedTimer mSinceQuiet;
-    QTimer* const mQuiet; // child of the watcher, as the other one
+    QTimer* const mQuiet; // child of the watcher, like mSettling
     QTimer* const mSettling;
     bool mIsSettled = true;
     int mReports = 0; // of files that were added

@@ -3,8 +3,8 @@
 
 // DurationText: builds a short text of numbers and units, such as "1h 2mn 3s ".
 //
-// It is put together in a fixed buffer. With a QString for each number, and one that grows, three
-// quarters of the time would go into these.
+// The text is built in a fixed buffer. A QString for each number, and one that grows, would take up
+// three quarters of the time.
 
 #ifndef ORVAUTILS_DURATIONTEXT_P_H
 #define ORVAUTILS_DURATIONTEXT_P_H

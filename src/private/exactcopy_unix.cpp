@@ -18,7 +18,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// The system's last reason. Returns false.
+/// Sets \a reason to the system's last error. Returns false.
 bool failed(QString* reason)
 {
     *reason = qt_error_string(errno);
@@ -52,7 +52,7 @@ struct Times
     struct timespec times[2];
 };
 
-/// Gives a copy all but the owner, where this process may not give files away.
+/// Gives a copy the attributes of its source; the owner only if this process may give files away.
 bool takeStatus(int from, int to, const struct stat& status, QString* reason)
 {
     struct stat own = {};
@@ -64,7 +64,7 @@ bool takeStatus(int from, int to, const struct stat& status, QString* reason)
         if (!isOwned && errno != EPERM)
             return failed(reason);
     }
-    // A program that acts for its owner must not act for another one.
+    // A set-user-ID program must not run with the rights of another owner.
     const mode_t mode = status.st_mode & (isOwned ? 07777 : 01777);
     if (!takeExtendedAttributes(from, to) || fchmod(to, mode) != 0
         || futimens(to, Times(status).times) != 0)
@@ -99,7 +99,7 @@ bool setSize(int file, off_t size)
     return result == 0;
 }
 
-/// Copies what lies between the holes of a file. False where that fails.
+/// Copies the data between the holes of a file. Returns false on failure.
 bool copyBetweenHoles(int source, int destination, off_t size)
 {
 #if defined(SEEK_DATA) && defined(SEEK_HOLE)
@@ -140,7 +140,7 @@ bool copyFileExactly(const QString& source, const QString& destination, qint64* 
         return failed(reason);
     if (!S_ISREG(status.st_mode)) {
         *reason = qt_error_string(EINVAL); // GCOVR_EXCL_LINE: it was a file when it was listed
-        return false; // GCOVR_EXCL_LINE: likewise
+        return false; // GCOVR_EXCL_LINE: as above
     }
     Descriptor to(openFile(destination, O_WRONLY | O_CREAT | O_EXCL, 0600));
     if (!to.isOpen())
@@ -163,8 +163,8 @@ bool copyLinkExactly(const QString& source, const QString& destination, QString*
     if (size < 0 || lstat(from.constData(), &status) != 0)
         return failed(reason); // GCOVR_EXCL_LINE: it was a link when it was listed
     if (size == target.size()) {
-        *reason = qt_error_string(ENAMETOOLONG); // GCOVR_EXCL_LINE: no link is as long
-        return false; // GCOVR_EXCL_LINE: likewise
+        *reason = qt_error_string(ENAMETOOLONG); // GCOVR_EXCL_LINE: no link is that long
+        return false; // GCOVR_EXCL_LINE: as above
     }
     target.truncate(int(size));
     if (symlink(target.constData(), to.constData()) != 0
