@@ -12,7 +12,7 @@ class OrvaUtilsPrivate::KeyPressCheatCodeDetectionPrivate
 public:
     QString key;
     int position =
-        0; // how many characters of the key were typed so far, always less than its length
+        0; // how many characters of the key have been typed so far, always less than its length
 };
 
 KeyPressCheatCodeDetection::KeyPressCheatCodeDetection(QObject* target)

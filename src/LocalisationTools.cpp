@@ -22,7 +22,7 @@ namespace {
 struct Translators
 {
     /// Those that this class installed, in the order of installation. The application object owns
-    /// them and may go first.
+    /// them and may be destroyed first.
     QList<QPointer<QTranslator>> mAppTranslators;
     quint64 changes = 0; ///< how often all of them were removed
 };
@@ -32,8 +32,8 @@ Translators& translators()
     return processState<Translators>();
 }
 
-/// Installs a translator of this class, which is in the list before the host is notified: its
-/// handler of QEvent::LanguageChange may change the language again.
+/// Installs a translator of this class. It is in the list before the host is notified, because the
+/// host's handler of QEvent::LanguageChange may change the language again.
 bool addTranslator(QTranslator* translator)
 {
     translators().mAppTranslators += translator;
@@ -85,13 +85,13 @@ QTranslator* createTranslator()
     return new QTranslator(QCoreApplication::instance());
 }
 
-/// Loads the best file of the locale: for fr_CA that of fr_CA or else that of fr.
+/// Loads the best file for the locale: for fr_CA the file of fr_CA, or else the file of fr.
 bool loadFile(QTranslator* translator, const QString& key, const QLocale& locale)
 {
     return translator->load(locale, key, QString(), folderOf(key), suffix());
 }
 
-/// A translator with the file of the locale; null when it cannot be loaded.
+/// A translator with the file for the locale; null if it cannot be loaded.
 QTranslator* loadTranslator(const QString& key, const QLocale& locale)
 {
     QTranslator* translator = createTranslator();
@@ -104,8 +104,8 @@ QTranslator* loadTranslator(const QString& key, const QLocale& locale)
 
 enum ChangeResult { Loaded, NothingLoaded, ChangedAgain };
 
-/// Puts the application into the language of the locale, above English. A translator that the
-/// application does not take is kept, and its key handed to \a refused.
+/// Switches the application to the language of the locale, on top of English. A translator that the
+/// application does not accept is kept, and its key is passed to \a refused.
 template <typename Refused>
 ChangeResult putInto(const QLocale& locale, Refused refused)
 {
@@ -126,7 +126,7 @@ ChangeResult putInto(const QLocale& locale, Refused refused)
     return change.isOver() ? ChangedAgain : result;
 }
 
-/// The key in a file's name; empty when it has none.
+/// The key in a file's name; empty if it has none.
 QString keyOf(const QString& fileName)
 {
     const QLatin1Char separator('_');
@@ -137,11 +137,11 @@ QString keyOf(const QString& fileName)
     int end = int(fileName.lastIndexOf(separator));
     if (end < 0)
         return QString();
-    // A short rest is a language with its region: "_pt_BR.qm".
+    // A short remainder is a language with its region: "_pt_BR.qm".
     const int region = int(separatorBefore(end));
     if (region >= 0 && fileName.size() - region < 10)
         end = region;
-    // A longer one is, if QLocale knows it: "_fil_PH.qm".
+    // So is a longer one, if QLocale knows it: "_fil_PH.qm".
     const int language = int(separatorBefore(end));
     if (language >= 0) {
         const QString code = fileName.mid(language + 1).section(QLatin1Char('.'), 0, 0);
@@ -157,8 +157,8 @@ struct Message
     const char* text;
 };
 
-/// By the numbers of QtMessages. The contexts and texts are those of Qt's translation files, but
-/// for the last two.
+/// Indexed by QtMessages. The contexts and texts are those of Qt's translation files, except for
+/// the last two.
 const Message messages[] = {
     {"MAC_APPLICATION_MENU", "Preferences..."},
     {"MAC_APPLICATION_MENU", "About %1"},

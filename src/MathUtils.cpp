@@ -14,7 +14,7 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// The generator itself is the runtime's.
+/// The generator itself belongs to the C runtime.
 struct Generator
 {
     bool isSeeded = false;

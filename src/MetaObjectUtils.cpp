@@ -11,7 +11,7 @@
 
 namespace {
 
-// The signature without blanks and without the code that SLOT() and SIGNAL() put in front of it.
+// The signature without spaces and without the code that SLOT() and SIGNAL() put in front of it.
 QString plainSignature(const QString& method)
 {
     QString signature = method.simplified();
@@ -26,7 +26,7 @@ QString bareName(const QString& method)
     return plainSignature(method).remove(QStringLiteral("()"));
 }
 
-// LogStream takes no pointers.
+// LogStream does not accept pointers.
 QString address(const QObject* object)
 {
     return QStringLiteral("0x") + QString::number(reinterpret_cast<quintptr>(object), 16);
@@ -63,8 +63,8 @@ bool MetaObjectUtils::invokeSlotReturningBoolean(QObject* object, const QString&
                                                  bool& result)
 {
     const QString name = bareName(method);
-    // Automatic is direct in the object's own thread and fails in any other, instead of running the
-    // slot in the wrong one.
+    // An automatic connection is direct in the object's own thread and fails in any other, instead
+    // of running the slot in the wrong one.
     if (QMetaObject::invokeMethod(object, name.toUtf8().constData(), Qt::AutoConnection,
                                   Q_RETURN_ARG(bool, result)))
         return true;

@@ -40,7 +40,7 @@ QString tr(const char* text)
     return QCoreApplication::translate("ProjectFileLocker", text);
 }
 
-/// The message about a lock that is free and cannot be taken nevertheless.
+/// The reason why a lock that is free cannot be taken.
 QString reasonOf(QLockFile::LockError error)
 {
     return error == QLockFile::PermissionError
@@ -58,7 +58,7 @@ QString messageOf(QLockFile::LockError error, const QString& project, const QStr
         return tr(QT_TRANSLATE_NOOP("ProjectFileLocker", "Project %1 already opened !"))
                    .arg(project)
             + QLatin1Char('\n') + QStringLiteral("Folder : %1").arg(folder);
-    // All at once: a name may hold a "%2" of its own.
+    // All at once, because a name may contain a "%2".
     return tr(QT_TRANSLATE_NOOP("ProjectFileLocker",
                                 "Lock failed on '%1' : error=%2  folder=%3 machinehost=%4"))
         .arg(project, reasonOf(error), folder, QSysInfo::machineHostName());
@@ -69,7 +69,7 @@ QString lockFileIn(const QString& folder)
     return withSlash(folder) + QStringLiteral("lockfile");
 }
 
-/// Whether \a lockPath is a lock file that was never completed, nor ever will be.
+/// Whether \a lockPath is a lock file that was never completed and never will be.
 bool isAbandoned(const QString& lockPath)
 {
     qint64 process = 0;
@@ -80,13 +80,13 @@ bool isAbandoned(const QString& lockPath)
         && OrvaUtilsPrivate::isOpenedByNobody(lockPath);
 }
 
-/// Removes what a process that was killed in the midst of making a lock left: QLockFile recognises
-/// the complete locks of such processes, but not those that hold nothing yet. Returns whether
-/// something was removed.
+/// Removes the lock that a process was creating when it was killed: QLockFile recognises the
+/// complete locks of such processes, but not those that are still empty. Returns false if nothing
+/// was removed, or if an abandoned lock file remains.
 ///
-/// The helper file is the one with which QLockFile makes sure that only one process at a time
-/// removes a lock. It is a lock file itself, with a helper file of its own, and so on; \a depth is
-/// how many of them are looked after.
+/// QLockFile uses the helper file to make sure that only one process at a time removes a lock. It
+/// is a lock file itself, with a helper file of its own, and so on; \a depth is how many of them
+/// are checked.
 bool removeAbandoned(const QString& lockPath, int depth = 3)
 {
     const QString helperPath = lockPath + QStringLiteral(".rmlock");
@@ -94,7 +94,7 @@ bool removeAbandoned(const QString& lockPath, int depth = 3)
     if (!isAbandoned(lockPath))
         return hadHelper;
     QLockFile helper(helperPath);
-    // Once more, because another process may have been quicker.
+    // Checked again, because another process may have been faster.
     return helper.tryLock(0) && isAbandoned(lockPath) && QFile::remove(lockPath);
 }
 
@@ -189,11 +189,11 @@ QDebug operator<<(QDebug debug, const ProjectFileLocker::LockHolder& holder)
 
 // Taking a lock
 
-/// Takes the lock, in which case it replaces the one that is held, or says why it cannot.
+/// Takes the lock, which then replaces the current one, or returns false with the reason.
 bool ProjectFileLockerPrivate::take(const QString& lockPath, const QString& project,
                                     const QString& folder, QString* error)
 {
-    // The current folder may be another one when the lock is released.
+    // The current folder may have changed when the lock is released.
     const QString absolutePath = QFileInfo(lockPath).absoluteFilePath();
     auto taken = std::make_unique<QLockFile>(absolutePath);
     if (!taken->tryLock(0) && !(removeAbandoned(absolutePath) && taken->tryLock(0))) {
@@ -201,7 +201,7 @@ bool ProjectFileLockerPrivate::take(const QString& lockPath, const QString& proj
             *error = messageOf(taken->error(), project, folder);
         return false;
     }
-    lock = std::move(taken); // what was held goes, and with it its file
+    lock = std::move(taken); // releases the previous lock and removes its file
     state = ProjectFileLocker::LockState::Locked;
     return true;
 }

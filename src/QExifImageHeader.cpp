@@ -21,15 +21,15 @@ using namespace OrvaUtilsPrivate;
 class OrvaUtilsPrivate::QExifImageHeaderPrivate
 {
 public:
-    /// Takes everything from a block, after clear().
+    /// Reads everything from a block; to be called after clear().
     bool read(TiffReader& block);
-    /// Appends the block that write() writes, with what writing it changes here.
+    /// Appends the block that write() writes, and changes this object as write() does.
     void appendBlock(QByteArray* bytes);
-    /// Appends IFD1, which begins at an offset of the block.
+    /// Appends IFD1, which begins at the offset \a start of the block.
     void appendThumbnailIfd(TiffWriter& writer, quint32 start) const;
-    /// What an EXIF segment with this block holds.
+    /// The payload of an EXIF segment with this block.
     QByteArray payload();
-    /// The size of the block by its formula, not by what was written last.
+    /// The size of the block according to its formula, not as it was last written.
     int predictedSize() const;
 
     QDataStream::ByteOrder byteOrder = QDataStream::LittleEndian;
@@ -50,7 +50,7 @@ public:
 
 namespace {
 
-/// Whether a value can lead somewhere in the block.
+/// Whether a value can be an offset or a length in the block.
 bool isSingleInteger(const QExifValue& value)
 {
     switch (value.type()) {
@@ -64,8 +64,8 @@ bool isSingleInteger(const QExifValue& value)
     }
 }
 
-/// A sub-IFD that begins at start. Its data offsets leave the count field out, as the format of
-/// these files has always had it.
+/// Writes a sub-IFD that begins at \a start. Its data offsets leave out the count field, as they
+/// always have in these files.
 template <typename Tag>
 void writeSubIfd(TiffWriter& block, const TagMap<Tag>& values, quint32 start)
 {
@@ -86,8 +86,8 @@ QExifValue valueOr(const QExifValue& value, const QExifValue& fallback)
 
 // The JPEG around the block
 
-/// Finds what has to change in the JPEG of a device for a payload to be its EXIF segment's. False
-/// where that is impossible.
+/// Finds what has to change in the JPEG of a device so that its EXIF segment contains \a payload.
+/// Returns false if that is impossible.
 bool findPatch(QIODevice* device, QByteArray payload, FilePatch* patch)
 {
     if (!device->seek(0))
@@ -151,7 +151,7 @@ bool QExifImageHeader::loadFromJpeg(const QString& fileName)
         return false;
     IntactFile file(fileName);
     const bool isLoaded = loadFromJpeg(&file);
-    // A part of a block must not pass for the whole: who saves it would lose the rest.
+    // A part of a block must not pass for the whole: saving it would lose the rest.
     if (!file.isIntact())
         clear();
     return isLoaded && file.isIntact();
@@ -189,7 +189,7 @@ QByteArray QExifImageHeader::extractExif(QIODevice* device) const
     bool isFound = segments.begin();
     while (isFound && segments.marker() != JpegMarker::App1)
         isFound = segments.next();
-    const int headSize = 6; // "Exif" and two bytes that are not looked at
+    const int headSize = 6; // "Exif" and two bytes that are ignored
     if (!isFound || !segments.startsWith("Exif") || segments.read(headSize).size() < headSize)
         return QByteArray();
     return segments.read(segments.claimedSize());
@@ -266,7 +266,7 @@ int QExifImageHeader::write(QIODevice* device) const
 QByteArray QExifImageHeaderPrivate::payload()
 {
     QByteArray payload("Exif\0\0", 6);
-    payload.reserve(JpegSegments::MaximumPayload); // whatever is appended, it is not copied again
+    payload.reserve(JpegSegments::MaximumPayload); // so that appending does not copy it again
     appendBlock(&payload);
     return payload;
 }
@@ -284,7 +284,7 @@ void QExifImageHeaderPrivate::appendBlock(QByteArray* bytes)
     writer.write(tiffMagic);
     writer.write(quint32(tiffHeaderSize));
 
-    // IFD0, up to and with its link.
+    // IFD0, up to and including its link.
     writer.write(static_cast<quint16>(imageEntries));
     const quint32 exifIfdStart = writer.writeEntries(
         imageIfdValues,
@@ -306,7 +306,7 @@ void QExifImageHeaderPrivate::appendBlock(QByteArray* bytes)
     if (hasThumbnail)
         appendThumbnailIfd(writer, thumbnailIfdStart);
 
-    // Only now, because an entry that was there before has had its share of IFD0's data above.
+    // Only now, because a previous entry, if any, has been part of IFD0 above.
     if (hasGps)
         imageIfdValues.insert(Header::GpsInfoIfdPointer, QExifValue(gpsIfdStart));
     size = int(bytes->size() - start);
@@ -325,7 +325,7 @@ void QExifImageHeaderPrivate::appendThumbnailIfd(TiffWriter& writer, quint32 sta
     const QExifValue resolutionUnit = valueOr(thumbnailResolutionUnit, inches);
     const QExifValue orientation = valueOr(thumbnailOrientation, noOrientation);
 
-    // In this order, Orientation behind ResolutionUnit: readers have always been given it so.
+    // In this order, with Orientation after ResolutionUnit: it has always been written so.
     writer.write(entryCount);
     quint32 offset = start + countSize + entryCount * entrySize;
     writer.writeEntry(Header::Compression, jpegCompression, offset);
@@ -441,15 +441,15 @@ QImage QExifImageHeader::thumbnail() const
     QBuffer buffer(&d->thumbnailData);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, "JPG");
-    // A JPEG spends at least one bit on each block of 8 x 8 pixels. One that claims to do better is
-    // not worth the memory it asks for.
+    // A JPEG spends at least one bit on each block of 8 x 8 pixels. One that claims to use fewer is
+    // not worth the memory that it requires.
     const QSize size = reader.size();
     const qint64 maximumPixels = Q_INT64_C(8) * 64 * d->thumbnailData.size();
     if (!size.isValid() || qint64(size.width()) * size.height() > maximumPixels)
         return QImage();
     QImage image = reader.read();
 
-    // toShort() is 0 for whatever is not a single Short or Byte.
+    // toShort() is 0 for anything but a single Short or Byte.
     const QTransform quarterTurn = QTransform().rotate(90);
     switch (d->thumbnailOrientation.toShort()) {
     case 2:

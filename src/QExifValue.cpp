@@ -20,7 +20,7 @@
 
 using namespace OrvaUtilsPrivate;
 
-/// What the handles of one value share. The payload is in a subclass, one per kind of payload.
+/// The data that copies of a value share. There is one subclass for each kind of payload.
 class OrvaUtilsPrivate::QExifValuePrivate : public QSharedData
 {
 public:
@@ -88,9 +88,9 @@ StringRecord* stringRecord(const QString& text)
     return new StringRecord(QExifValue::Ascii, sizeOf(text) + 1, text);
 }
 
-// Unlike other state that lasts as long as the process, the null record is promised to be destroyed
-// when the process exits. It may be asked for before main() and in the destructors of static
-// objects, in any order. What leads to it therefore needs neither construction nor destruction at
+// Unlike other state that lasts as long as the process, the null record has to be destroyed when
+// the process exits. It may be requested before main() and in the destructors of static objects, in
+// any order. The variables that lead to it therefore need neither construction nor destruction at
 // run time: a record that was released at exit is created again.
 std::atomic<QExifValuePrivate*> nullRecord{nullptr};
 QBasicMutex nullRecordMutex;
@@ -119,8 +119,8 @@ QExifValuePrivate* sharedNullRecord()
     QExifValuePrivate* record = nullRecord.load(std::memory_order_acquire);
     if (!record) {
         record = new NullRecord;
-        record->ref.ref(); // held by the process until it exits
-        // Where it cannot be registered, the record is left to the system.
+        record->ref.ref(); // the reference of the process until it exits
+        // If that cannot be registered, the record is left to the system.
         static_cast<void>(std::atexit(releaseNullRecord));
         nullRecord.store(record, std::memory_order_release);
     }
@@ -162,7 +162,7 @@ const EncodingPrefix encodingPrefixes[] = {
     {QExifValue::UndefinedEncoding, {0, 0, 0, 0, 0, 0, 0, 0}},
 };
 
-/// Of any encoding but NoEncoding, which has none.
+/// The prefix of any encoding but NoEncoding, which has none.
 QByteArray prefixOf(QExifValue::TextEncoding encoding)
 {
     const auto* const prefix = std::find_if(
@@ -176,7 +176,7 @@ QTextCodec* jisCodec()
     return QTextCodec::codecForName("JIS X 0208");
 }
 
-/// \a text in UTF-16, in the byte order of the machine, which a mark at the start tells.
+/// \a text in UTF-16 in native byte order, with a byte order mark.
 QByteArray toUtf16(const QString& text)
 {
     const QString marked = QChar(QChar::ByteOrderMark) + text;
@@ -184,8 +184,8 @@ QByteArray toUtf16(const QString& text)
                       int(marked.size() * int(sizeof(ushort))));
 }
 
-/// The text in UTF-16 \a bytes: in the byte order that a mark at the start tells, else in that of
-/// the machine. Half a unit at the end is left out.
+/// Decodes UTF-16 \a bytes in the byte order that a byte order mark indicates, or else in native
+/// byte order. Half a code unit at the end is ignored.
 QString fromUtf16(const QByteArray& bytes)
 {
     const int size = int(bytes.size()) / int(sizeof(ushort));
@@ -198,7 +198,7 @@ QString fromUtf16(const QByteArray& bytes)
     return text.startsWith(QChar(QChar::ByteOrderMark)) ? text.mid(1) : text;
 }
 
-// All the bytes, where QString's own function for byte arrays stops at the first NUL.
+// Decodes all bytes; QString's own function for byte arrays stops at the first NUL.
 QString fromLocal8Bit(const QByteArray& text)
 {
     return QString::fromLocal8Bit(text.constData(), text.size());
@@ -287,7 +287,7 @@ QExifValue::QExifValue(const QString& value, TextEncoding encoding)
 { }
 
 QExifValue::QExifValue(const QDateTime& value)
-    // The C locale, because the system's may write digits that are not Western.
+    // The C locale, because the system's may use digits that are not Western.
     : d(stringRecord(QLocale::c().toString(value, dateTimeFormat())))
 { }
 

@@ -51,7 +51,7 @@ std::function<bool(QObject*, QEvent*)> QObjectEventFilter::inputKeyReplacement(c
         if (key->text() != from)
             return false;
         if (from == to && key->key() == Qt::Key_Period)
-            return false; // the replacement itself, or a key that would be replaced by its equal
+            return false; // the replacement itself, or a key that would be replaced by itself
         QCoreApplication::postEvent(
             watched, new QKeyEvent(event->type(), Qt::Key_Period, key->modifiers(), to, false, 1));
         event->accept();

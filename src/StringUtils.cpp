@@ -24,7 +24,7 @@ namespace {
 int processRandom()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    return std::rand(); // what qrand() drew from, where the application had not seeded a thread
+    return std::rand(); // as qrand() did, unless the application had seeded the thread
 #else
     return qrand();
 #endif
@@ -98,11 +98,11 @@ private:
 /// The one or two letters that removeAccents() writes for a character.
 struct Replacement
 {
-    ushort first = 0; ///< 0 where the character stays as it is
+    ushort first = 0; ///< 0 if the character stays as it is
     ushort second = 0;
 };
 
-/// The replacements by code. All characters that have one lie below U+0180.
+/// The replacements by code point. All characters that have one lie below U+0180.
 struct AccentTable
 {
     static constexpr int Size = 0x180;
@@ -221,13 +221,13 @@ QString StringUtils::formatDurationFromSec(quint64 seconds)
 
 QString StringUtils::formatDurationFromMSec(quint64 ms)
 {
-    // The time of day, so that whole days are not part of it …
+    // The time of day, which does not count whole days …
     const quint64 seconds = ms / 1000;
     const quint64 h = seconds / 3600 % 24;
     const quint64 m = seconds / 60 % 60;
     const quint64 s = seconds % 60;
 
-    // … but of the rest.
+    // … so that the rest includes them.
     const quint64 rest = ms - (h * 3600000 + m * 60000 + s * 1000);
 
     DurationText text;
@@ -403,7 +403,7 @@ QString StringUtils::byteArrayToString(const QByteArray& bytes, int base)
 {
     if (base == 16)
         return QString::fromLatin1(bytes.toHex());
-    // Qt would divide by a base of 0.
+    // Qt would divide by zero for a base of 0.
     if (base < 2 || base > 36)
         base = 10;
     QString text;

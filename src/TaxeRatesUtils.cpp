@@ -50,8 +50,8 @@ struct Table
     const Table* previous = nullptr; ///< read before this one
 };
 
-/// Rates may be asked for by any thread while another one replaces the table. Tables are therefore
-/// never deleted; those of files are chained.
+/// Any thread may ask for rates while another one replaces the table. Tables are therefore never
+/// deleted; those of files are chained.
 struct Tables
 {
     std::atomic<const Table*> builtIn{nullptr}; ///< null until it has been read
@@ -64,8 +64,8 @@ Tables& tables()
     return processState<Tables>();
 }
 
-/// The table of \a file, an object in the form of the compiled-in one. Leaves out what is not in
-/// that form.
+/// The table of \a file, an object in the form of the compiled-in one. A value that is not
+/// in that form counts as missing.
 std::unique_ptr<Table> tableOf(const QJsonObject& file)
 {
     std::unique_ptr<Table> table(new Table);
@@ -75,7 +75,7 @@ std::unique_ptr<Table> tableOf(const QJsonObject& file)
     for (auto country = countries.begin(); country != countries.end(); ++country) {
         const QJsonObject entry = country.value().toObject();
         Rates rates;
-        // A rate that the country does not have is false in the file.
+        // A rate that a country does not have is false in the file.
         std::transform(
             std::begin(keysOfCategories), std::end(keysOfCategories), rates.begin(),
             [&entry](const char* key) { return entry.value(QLatin1String(key)).toDouble(noRate); });
@@ -111,7 +111,7 @@ const Table* currentTable()
 
 // Files of a host
 
-/// Larger than any file of rates.
+/// In bytes; larger than any file of rates.
 const qint64 largestFile = 1 << 20;
 
 QString translated(const char* text)
@@ -119,7 +119,7 @@ QString translated(const char* text)
     return QCoreApplication::translate("TaxeRatesUtils", text);
 }
 
-/// Whether \a value is what the file has for a rate: a percentage, or false.
+/// Whether \a value is valid for a rate in the file: a percentage, or false.
 bool isRate(const QJsonValue& value)
 {
     if (value.isDouble())
@@ -127,7 +127,7 @@ bool isRate(const QJsonValue& value)
     return value.isBool() && !value.toBool();
 }
 
-/// What is wrong with the entry \a code of a file, or an empty text.
+/// What is wrong with the entry \a code of a file, or an empty string.
 QString faultOf(const QString& code, const QJsonValue& entry)
 {
     if (code.size() != 2 || !isAsciiLetter(code.at(0)) || !isAsciiLetter(code.at(1)))
@@ -151,7 +151,7 @@ QString faultOf(const QString& code, const QJsonValue& entry)
 std::unique_ptr<Table> readTable(const QString& path, QString& fault)
 {
     QFile file(path);
-    // A pipe would be waited for.
+    // Opening a pipe would block.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
         fault = translated(QT_TRANSLATE_NOOP("TaxeRatesUtils", "The file cannot be read"));
         return nullptr;
@@ -189,7 +189,7 @@ std::unique_ptr<Table> readTable(const QString& path, QString& fault)
     return table;
 }
 
-/// Makes \a table the one that is in use.
+/// Puts \a table into use.
 void use(std::unique_ptr<Table> table)
 {
     const Table* lastRead = tables().lastRead.load();

@@ -15,7 +15,7 @@ QString defaultIncrementString()
     return QStringLiteral("  ");
 }
 
-/// Whether \a manipulator is one of the two that Qt 5 has by the name of endl.
+/// Whether \a manipulator is one of the two functions of Qt 5 named endl.
 bool isEndl(TextStreamUTF8::Manipulator manipulator)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)

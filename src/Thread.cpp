@@ -17,7 +17,7 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
-/// Milliseconds as QThread::wait() counts them, for which ULONG_MAX is no limit.
+/// \a timeout in milliseconds for QThread::wait(), where ULONG_MAX means no limit.
 unsigned long waitingTime(std::chrono::milliseconds timeout)
 {
     const auto ms = timeout.count();
@@ -32,9 +32,9 @@ unsigned long remainingTime(const QElapsedTimer& timer, unsigned long ms)
     return elapsed < ms ? ms - elapsed : 0;
 }
 
-/// Waits for the thread to finish for at most \a ms milliseconds. A worker that looked for the
-/// request just before it was made may begin to wait after the last wake: a thread that was asked
-/// to stop is woken again until it has finished.
+/// Waits for the thread to finish for at most \a ms milliseconds. A worker that checked for the
+/// request just before it was made may begin to wait after the last wake-up, so a thread that was
+/// asked to stop is woken repeatedly until it has finished.
 bool waitAndWake(Thread& thread, unsigned long ms)
 {
     if (QThread::currentThread() == &thread)
@@ -109,7 +109,7 @@ void Thread::requestInterruption()
 {
     d->condition.wakeAll();
     QThread::requestInterruption();
-    // A worker that was woken may have looked for the request before it was made, and wait again.
+    // A worker that was woken may have checked for the request before it was made, and wait again.
     d->condition.wakeAll();
 }
 

@@ -40,7 +40,7 @@ void Threadable::setThreadForInterrupt(Thread* thread)
     d->thread = thread;
     if (d->thread) {
         QList<QPointer<Threadable>>& workers = d->thread->d->workers;
-        workers.removeAll(QPointer<Threadable>()); // else every worker that ever was would stay
+        workers.removeAll(QPointer<Threadable>()); // otherwise dead ones would remain
         appendOnce(workers, this);
     }
 

@@ -20,7 +20,7 @@
 
 namespace {
 
-/// The screens among which \a widget may be moved: all of one desktop.
+/// The screens between which \a widget can be moved: all screens of one desktop.
 QList<QScreen*> screensOfDesktop(const QWidget* widget)
 {
     const QWidget* const native = widget->windowHandle() ? widget : widget->nativeParentWidget();
@@ -165,7 +165,7 @@ void WidgetUtils::RetainSizeWhenHidden(QWidget* widget)
 void WidgetUtils::createWidgetRoundedMask(QWidget* widget, int radius)
 {
     QBitmap mask(widget->size());
-    if (!mask.isNull()) { // as it is for a widget without any area
+    if (!mask.isNull()) { // it is null for a widget without any area
         mask.fill(Qt::color0);
         QPainterPath path;
         path.addRoundedRect(QRectF(mask.rect()), radius, radius);

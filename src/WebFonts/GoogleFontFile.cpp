@@ -20,8 +20,8 @@ class OrvaUtilsPrivate::GoogleFontFilePrivate : public QSharedData
 public:
     QJsonDocument document;
     QList<GoogleFontItem> items;
-    /// For each family the hash of its name in the upper half, its position in the lower half;
-    /// ascending.
+    /// For each family, the hash of its name in the upper half and its position in the lower half,
+    /// in ascending order.
     QVector<quint64> index;
     QDate lastModification;
     bool valid = false;
@@ -29,8 +29,8 @@ public:
 
 namespace {
 
-/// A hash of \a name that leaves case and blanks out, so that all names that may find a family have
-/// the hash of its own. Case counts as it does for Qt::CaseInsensitive: character by character.
+/// A hash of \a name that ignores case and spaces, so that all names that may find a family have
+/// the same hash as its own name. Case is folded as by Qt::CaseInsensitive: character by character.
 quint32 hashOfName(const QString& name)
 {
     quint32 hash = 2166136261u; // FNV-1a, character by character
@@ -125,7 +125,7 @@ QList<GoogleFontItem> GoogleFontFile::items() const
 int GoogleFontFile::indexOf(const QString& name) const
 {
     const quint32 hash = hashOfName(name);
-    // Families of the same hash stand side by side, in the order of the document.
+    // Families with the same hash are adjacent, in the order of the document.
     auto entry = std::lower_bound(d->index.cbegin(), d->index.cend(), quint64(hash) << 32);
     for (; entry != d->index.cend() && *entry >> 32 == hash; ++entry) {
         const int position = int(*entry & 0xffffffffu);

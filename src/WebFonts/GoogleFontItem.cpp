@@ -23,7 +23,7 @@ namespace {
 const int normalWeight = 400;
 const int boldWeight = 700;
 
-/// The number that \a count ASCII digits of \a text show from \a start on; -1 when one is none.
+/// The number that \a count ASCII digits of \a text from \a start form; -1 if one is not a digit.
 int decimalAt(const QString& text, int start, int count)
 {
     int number = 0;
@@ -36,8 +36,8 @@ int decimalAt(const QString& text, int start, int count)
     return number;
 }
 
-/// \a text read with the pattern "yyyy-MM-dd". By hand, because QDate::fromString() asks the system
-/// for its time zone with every date, which took longer than parsing the whole catalogue.
+/// Parses \a text with the pattern "yyyy-MM-dd". By hand, because QDate::fromString() asks the
+/// system for its time zone for every date, which took longer than parsing the whole catalogue.
 QDate dateOf(const QString& text)
 {
     if (text.size() != 10 || text.at(4) != QLatin1Char('-') || text.at(7) != QLatin1Char('-'))

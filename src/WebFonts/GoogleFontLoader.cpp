@@ -20,8 +20,8 @@ public:
     bool loaded = false;
 };
 
-/// Registers the compiled-in list, which in a static library does not happen by itself. Outside the
-/// unnamed namespace, because Q_INIT_RESOURCE declares a function of the global one.
+/// Registers the compiled-in list, which does not happen automatically in a static library. Outside
+/// the unnamed namespace, because Q_INIT_RESOURCE declares a function of the global one.
 static void registerBuiltInList()
 {
     Q_INIT_RESOURCE(webfonts);
@@ -34,7 +34,7 @@ QString definitionFileName()
     return QStringLiteral("google.json");
 }
 
-/// A custom list beside what its file was when it was parsed.
+/// A custom list, and the state of its file when it was parsed.
 struct CustomList
 {
     QString path;
@@ -43,10 +43,10 @@ struct CustomList
     GoogleFontFile file;
 };
 
-/// What all loaders share.
+/// The data that all loaders share.
 struct Catalogues
 {
-    GoogleFontFile chosen; ///< the one that the queries read
+    GoogleFontFile chosen; ///< the one that queries use
     GoogleFontFile builtIn;
     CustomList custom;
 };
@@ -74,7 +74,7 @@ const GoogleFontFile& customList()
         && file.lastModified() == list.modified;
     if (!unchanged) {
         list.file.loadJsonGFontFromFilePath(file.filePath());
-        // A file that cannot even be opened was not parsed: it is tried again.
+        // A file that cannot be opened was not parsed, and is tried again.
         const bool opens = QFile(file.filePath()).open(QIODevice::ReadOnly);
         list.path = opens ? file.filePath() : QString();
         list.size = file.size();

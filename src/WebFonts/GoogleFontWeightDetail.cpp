@@ -5,6 +5,6 @@
 
 #include <type_traits>
 
-// A catalogue holds one per weight of each of its families: it stays as small as its two flags.
+// A catalogue contains one for each weight of each family: it stays as small as its two flags.
 static_assert(std::is_trivially_copyable<GoogleFontWeightDetail>::value, "a plain value");
 static_assert(sizeof(GoogleFontWeightDetail) == 2 * sizeof(bool), "nothing but the two flags");
