@@ -90,13 +90,13 @@ public:
     /// cents. Zero is always positive. The result is not finite if \a price is not.
     static double roundPrice(double price);
 
-    /// \a price rounded by roundPrice(), with two decimals after a point, followed by a blank and
+    /// \a price rounded by roundPrice(), with two decimals after a point, followed by a space and
     /// the symbol of the currency \a isoCode: 12.5 in "EUR" gives "12.50 €".
     ///
-    /// The text ends with the blank if the currency is unknown: 3 in "XYZ" gives "3.00 ".
+    /// The text ends with the space if the currency is unknown: 3 in "XYZ" gives "3.00 ".
     static QString formatPrice(double price, const QString& isoCode);
 
-    /// The text of formatPrice() for \a price, without the blank and the symbol: 12.5 gives
+    /// The text of formatPrice() for \a price, without the space and the symbol: 12.5 gives
     /// "12.50". \a isoCode is not used: all prices have two decimals.
     static QString formatPriceWithoutSymbol(double price, const QString& isoCode);
 
@@ -115,7 +115,7 @@ public:
     /// \endcode
     ///
     /// The digits, the separators, the position of the symbol and the notation of negative amounts
-    /// are those of QLocale, including its number options. The blank beside a symbol is a no-break
+    /// are those of QLocale, including its number options. The space beside a symbol is a no-break
     /// space. The decimals are those of minorUnits(). Every amount is written exactly: nothing is
     /// computed in floating point.
     ///

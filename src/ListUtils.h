@@ -12,21 +12,21 @@
 
 class QObject;
 
-/// Questions about lists of objects. An object in a list must not be null; this is not checked.
-/// Thread: any in which the objects do not go away. Nothing is logged.
+/// Queries about lists of objects. An object in a list must not be null; this is not checked.
+/// Thread: any, as long as the objects are not destroyed meanwhile. Nothing is logged.
 class ORVAUTILS_EXPORT ListUtils
 {
 public:
-    /// Whether \a list is not empty and each of its objects inherits the class \a className, or is
-    /// of it. Objects after the first that does not are not examined.
+    /// Whether \a list is not empty and each of its objects is an instance of the class
+    /// \a className or of a derived class. Objects after the first that is not are not examined.
     ///
     /// \code
     /// ListUtils::allObjectInherits(selection, "QAbstractButton"); // buttons of all kinds
     /// \endcode
     static bool allObjectInherits(const QList<QObject*>& list, const char* className);
 
-    /// Whether \a list is not empty and the class of each of its objects has the name of the first
-    /// one's class. A derived class is another class.
+    /// Whether \a list is not empty and the class of each of its objects has the same name as that
+    /// of the first one. A derived class counts as a different class.
     static bool allObjectIsSameClass(const QList<QObject*>& list);
 };
 

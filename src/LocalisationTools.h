@@ -17,10 +17,10 @@ class QTranslator;
 
 /// Finds the languages of the application, installs their translators and translates Qt's texts.
 ///
-/// Translations are compiled Qt translation files in ApplicationUtils::pathLanguages(). A file is
-/// named by a key, a language code and ".qm": "app_fr.qm" and "app_pt_BR.qm" hold the application's
-/// own texts (key "app_"), "qtbase/qtbase_fr.qm" those of Qt (key "qtbase_", in a folder of its
-/// own).
+/// Translations are compiled Qt translation files in ApplicationUtils::pathLanguages(). A file name
+/// consists of a key, a language code and ".qm": "app_fr.qm" and "app_pt_BR.qm" contain the
+/// application's own texts (key "app_"), "qtbase/qtbase_fr.qm" those of Qt (key "qtbase_", in a
+/// folder of its own).
 ///
 /// \code
 /// if (!LocalisationTools::changeApplicationLanguage(QStringLiteral("fr")))
@@ -38,7 +38,7 @@ class QTranslator;
 /// change wins, and the interrupted one leaves its result untouched.
 ///
 /// Thread: the main thread; translators belong to the application object. Create that object first:
-/// before, no translator can be installed.
+/// before that, no translator can be installed.
 class ORVAUTILS_EXPORT LocalisationTools
 {
 public:
@@ -77,11 +77,11 @@ public:
     // Available languages
 
     /// The language codes of the files in \a folder whose names match \a prefix followed by "*.qm",
-    /// in the order in which the folder lists them: what stands between the prefix and the first
+    /// in the order in which the folder lists them: the part between the prefix and the first
     /// following ".". With the prefix "app_", app_fr.qm and app_pt_BR.qm give "fr" and "pt_BR".
     ///
-    /// The match is QDir's: letter case does not count, and wildcards in \a prefix are wildcards.
-    /// Empty for a folder that does not exist.
+    /// Names are matched by QDir: letter case is ignored, and wildcards in \a prefix act as
+    /// wildcards. Empty for a folder that does not exist.
     static QStringList findLanguagesFromTranslationMask(const QString& folder,
                                                         const QString& prefix);
 
@@ -89,41 +89,42 @@ public:
     /// findLanguagesFromTranslationMask().
     static QList<QLocale> applicationLanguages();
 
-    /// The keys of all files in the languages folder: "qtbase_" first, which is there in any case,
+    /// The keys of all files in the languages folder: "qtbase_" first, which is always included,
     /// followed by every other key once, in no particular order.
     ///
-    /// A key reaches from the beginning of a name to the "_" in front of the language. For a
-    /// language with a region ("pt_BR", "fil_PH") that is the last "_" but one; it is recognised by
-    /// its shortness, from that "_" to the end of the name less than 10 characters, or as a locale
-    /// that QLocale names in the same way. Deliberate: "x_y_fr.qm" is short enough to have the key
-    /// "x_" and not "x_y_". A name without "_" has no key.
+    /// A key extends from the beginning of a name to the "_" before the language. For a language
+    /// with a region ("pt_BR", "fil_PH") that is the last "_" but one; such a language is
+    /// recognised by its length (less than 10 characters from that "_" to the end of the name), or
+    /// as a locale that has the same name in QLocale. Deliberate: "x_y_fr.qm" is short enough to
+    /// have the key "x_" and not "x_y_". A name without "_" has no key.
     static QStringList applicationTranslationKeys();
 
-    /// The folder in which the files of \a key lie: "qt/" in the languages folder for the key
+    /// The folder that contains the files of \a key: "qt/" in the languages folder for the key
     /// "qt_", "qtbase/" in it for "qtbase_", otherwise the languages folder itself.
     static QString pathFile_QM(const QString& key);
 
     // Translators
 
-    /// Installs \a translator in the application. It stays the caller's: clearAppTranslators() and
-    /// the changes of language leave it alone.
+    /// Installs \a translator in the application. The caller keeps ownership: clearAppTranslators()
+    /// and changes of the language do not affect it.
     static void installTranslator(QTranslator* translator);
 
-    /// Deletes every translator that this class installed, which takes it out of the application.
-    /// One that is gone already, with the application object for example, does not count.
+    /// Deletes every translator that this class installed, which removes it from the application.
+    /// Translators that have already been destroyed, with the application object for example, are
+    /// ignored.
     static void clearAppTranslators();
 
-    /// Installs the English file of \a key, on top of what is installed.
+    /// Installs the English file of \a key, on top of what is already installed.
     ///
     /// Deliberate: a translator is installed and kept until clearAppTranslators() even when the
     /// file cannot be loaded. When it does not exist, "ERROR reading : " and its path are logged
-    /// with LogType 1, except for "qtbase_en.qm", which Qt does not ship; a file that exists and is
+    /// with LogType 1, except for "qtbase_en.qm", which Qt does not ship; a file that exists but is
     /// broken is not logged.
     static void loadDefaultLanguage(const QString& key);
 
     // The language
 
-    /// Puts the application into the language \a languageCode ("fr", "pt_BR").
+    /// Switches the application to the language \a languageCode ("fr", "pt_BR").
     ///
     /// The translators that this class installed are removed. Then, for each of
     /// applicationTranslationKeys(), the English file (by loadDefaultLanguage(), which logs one
@@ -132,36 +133,36 @@ public:
     /// returned.
     ///
     /// Otherwise the application gets the system's language by changeApplicationLanguageByLocale(),
-    /// the default locale stays what it was, and false is returned. An empty code asks for the
-    /// system's language in the first place: it gets it in the same way, with true. False is also
+    /// the default locale stays what it was, and false is returned. An empty code requests the
+    /// system's language, which is set in the same way, and true is returned. False is also
     /// returned when a handler of QEvent::LanguageChange changed the language meanwhile.
     ///
-    /// A file of the language that cannot be loaded is passed over in silence. A translator that
-    /// was loaded and that the application refuses, which happens when there is no application
-    /// object and when its file holds no texts, is logged with LogType 2 as "installTranslator
-    /// error " and the path of its file, and counts as loaded nevertheless.
+    /// A file of the language that cannot be loaded is silently skipped. A translator that was
+    /// loaded and that the application refuses, which happens when there is no application object
+    /// and when its file contains no texts, is logged with LogType 2 as "installTranslator error "
+    /// and the path of its file, but counts as loaded.
     static bool changeApplicationLanguage(const QString& languageCode);
 
-    /// Puts the application into the language of \a locale, as changeApplicationLanguage() does,
-    /// but without a fallback and without touching the default locale. Of translators that the
-    /// application refuses nothing is logged.
+    /// Switches the application to the language of \a locale, as changeApplicationLanguage() does,
+    /// but without a fallback and without touching the default locale. Translators that the
+    /// application refuses are not logged.
     static void changeApplicationLanguageByLocale(const QLocale& locale);
 
-    /// Whether the default locale is of the language \a languageCode: its name is the code, or
-    /// begins with the code and "_". "fr" matches the default locale fr_FR; "fr_FR" does so, too.
+    /// Whether the language of the default locale is \a languageCode: its name is the code, or
+    /// begins with the code and "_". Both "fr" and "fr_FR" match the default locale fr_FR.
     static bool currentLanguageMatch(const QString& languageCode);
 
     // Texts
 
-    /// The translation of \a text in \a context, two texts in UTF-8, by the installed translators;
-    /// \a text itself when there is none.
+    /// The translation of \a text in \a context, both in UTF-8, by the installed translators;
+    /// \a text itself if there is none.
     static QString translateQt(const char* context, const char* text);
 
-    /// The translation of one of the texts that QtMessages lists. In MacAbout and MacQuit the name
-    /// CoreApplicationUtils::applicationGuiName() stands for %1. Empty for any other number.
+    /// The translation of one of the texts listed by QtMessages. In MacAbout and MacQuit the name
+    /// CoreApplicationUtils::applicationGuiName() replaces %1. Empty for any other number.
     ///
-    /// All but the last two are translated by Qt's own files, as far as these know the text:
-    /// Qt 5.15 writes "OK" where ButtonOk asks for "Ok", which thus stays as it is.
+    /// All but the last two are translated by Qt's own files, as far as these contain the text: Qt
+    /// 5.15 has "OK" instead of the "Ok" of ButtonOk, which therefore stays as it is.
     static QString trQtMessages(QtMessages message);
 
     LocalisationTools() = delete;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// LocalizationUtils: the name of a language, and the code of the system's.
+// LocalizationUtils: the name of a language, and the code of the system's language.
 
 #ifndef ORVAUTILS_LOCALIZATIONUTILS_H
 #define ORVAUTILS_LOCALIZATIONUTILS_H
@@ -20,13 +20,13 @@ class ORVAUTILS_EXPORT LocalizationUtils
 public:
     /// The name of the language that \a code stands for.
     ///
-    /// Deliberate: a code with a region is answered in its own language, any other in English.
-    /// "fr_FR" gives "français", "fr" gives "French". A code that is no language gives an empty
-    /// text with a "_" in it and "C" without.
+    /// Deliberate: for a code with a region the name is in that language itself, for any other in
+    /// English. "fr_FR" gives "français", "fr" gives "French". A code that is not a language gives
+    /// an empty text if it contains a "_", otherwise "C".
     static QString isoLangCodeToString(const QString& code);
 
-    /// The name of the system's locale in lower case, "fr_fr" for example; "en" when it has none.
-    /// A system without language settings is "c".
+    /// The name of the system's locale in lower case, "fr_fr" for example; "en" if it has none. A
+    /// system without language settings gives "c".
     static QString currentSystemLangCode();
 
     LocalizationUtils() = delete;

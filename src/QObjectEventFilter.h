@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// QObjectEventFilter: an event filter written as a function at the place that needs it, instead of
+// QObjectEventFilter: an event filter that is written as a function where it is needed, instead of
 // as a class of its own.
 
 #ifndef ORVAUTILS_QOBJECTEVENTFILTER_H
@@ -33,18 +33,18 @@ class ORVAUTILS_EXPORT QObjectEventFilter : public QObject
     Q_OBJECT
 
 public:
-    /// Becomes a child of \a target, dies with it, and installs itself as its event filter. The
-    /// function is empty, so nothing is filtered; a derived class may override eventFilter().
+    /// Becomes a child of \a target, is destroyed with it, and installs itself as its event filter.
+    /// The function is empty, so nothing is filtered; a derived class may override eventFilter().
     ///
     /// \a target must not be null; this is not checked.
     explicit QObjectEventFilter(QObject* target);
     /// Ends the filtering.
     ~QObjectEventFilter() override;
 
-    /// What the function answers for \a watched and \a event. True consumes the event. With an
-    /// empty function the answer of QObject::eventFilter(), which lets everything pass.
+    /// The result of the function for \a watched and \a event. True consumes the event. With an
+    /// empty function, the result of QObject::eventFilter(), which lets everything pass.
     ///
-    /// The function may delete the filter, also by deleting its target; it must then answer true,
+    /// The function may delete the filter, also by deleting its target; it must then return true,
     /// as with every event filter of Qt that deletes the watched object.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -67,12 +67,12 @@ public:
     ///
     /// For a key press or key release with exactly the text \a from it posts to the same object a
     /// key event of the same type with the same modifiers and the text \a to, not auto-repeated and
-    /// with count 1, accepts the received event and answers true. It answers false for every other
+    /// with count 1, accepts the received event and returns true. It returns false for every other
     /// event. The replacement is posted, so it arrives through the event queue, after the function
     /// has returned.
     ///
-    /// The replacement's key code is Qt::Key_Period whatever \a to holds; this is deliberate, for
-    /// the facility exists for the decimal separator. If \a from equals \a to, the replacement
+    /// The replacement's key code is Qt::Key_Period whatever \a to is; this is deliberate, because
+    /// the function is meant for the decimal separator. If \a from equals \a to, the replacement
     /// itself is not replaced again.
     static std::function<bool(QObject*, QEvent*)> inputKeyReplacement(const QString& from,
                                                                       const QString& to);
