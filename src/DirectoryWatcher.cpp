@@ -16,7 +16,7 @@ using OrvaUtilsPrivate::WatcherTurn;
 namespace {
 
 // In milliseconds: how long it must be quiet before files are compared, and after how long they are
-// compared even though changes continue.
+// compared even if changes continue.
 const int quietTime = 100;
 const int longestActivity = 1000;
 
@@ -102,7 +102,7 @@ void DirectoryWatcher::onFilemod(const QString& file)
     d->handleFile(file);
 }
 
-// Begin and end
+// Starting and stopping
 
 DirectoryWatcherPrivate::DirectoryWatcherPrivate(DirectoryWatcher* watcher)
     : q(watcher)
@@ -215,7 +215,7 @@ void DirectoryWatcherPrivate::checkRoot()
     }
 }
 
-// When all is quiet
+// Once it is quiet
 
 /// \a handledFor is how long handling the notification took, in milliseconds, while others had to
 /// wait.
@@ -277,7 +277,7 @@ void DirectoryWatcherPrivate::announceSettled()
 }
 
 /// If the file that was just reported has been moved away meanwhile, perhaps with its folder, slots
-/// found another file or none. It may be back before the next comparison, and is then reported
+/// found a different file or none. It may be back before the next comparison, and is then reported
 /// again.
 void DirectoryWatcherPrivate::checkReported(const QString& file)
 {
@@ -288,7 +288,7 @@ void DirectoryWatcherPrivate::checkReported(const QString& file)
     noteActivity(folderOf(file), 0);
 }
 
-// What is not watched
+// Refused watches
 
 void DirectoryWatcherPrivate::logRefused(const QStringList& paths)
 {

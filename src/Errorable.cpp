@@ -148,7 +148,7 @@ void Errorable::propagateError(ErrorableCode& code)
     d->stack.prepend(code); // on the way back: the steps are complete
 }
 
-// Looking at errors
+// Querying errors
 
 bool Errorable::hasErrorSelfError() const
 {

@@ -189,7 +189,7 @@ bool toDouble(const QPair<quint32, quint32>& rational, double* number)
     return true;
 }
 
-/// Degrees from degrees, minutes and seconds, the last two of which may be missing.
+/// Converts degrees, minutes and seconds, the last two of which may be missing, to degrees.
 bool toDegrees(const QExifValue& value, double* degrees)
 {
     const QVector<QPair<quint32, quint32>> parts = value.toRationalVector();
@@ -404,7 +404,7 @@ void ExifEditor::remove(Header::GpsTag tag)
     d->block.remove(ExifBlock::Gps, tag);
 }
 
-// What most callers want
+// Convenience functions
 
 int ExifEditor::orientation() const
 {

@@ -120,7 +120,7 @@ QByteArray entriesWith(const ImageIfd& ifd, quint16 orientation)
     return entries;
 }
 
-/// Opens a JPEG file for writing and reads all of it.
+/// Opens a JPEG file to change it, and reads all of it.
 bool readToChange(QFile* file, QByteArray* content, QString* error)
 {
     if (!openPhoto(file, error))

@@ -43,7 +43,7 @@ bool isKeptInPath(QChar c)
     }
 }
 
-/// The reference that stands for \a c in HTML; null where \a c stands for itself.
+/// The character reference for \a c in HTML; null if \a c is written as it is.
 const char* referenceFor(QChar c)
 {
     switch (c.unicode()) {
@@ -62,7 +62,7 @@ const char* referenceFor(QChar c)
     }
 }
 
-/// Whether HTML does not allow \a c: all control characters but those that are white space.
+/// Whether HTML forbids \a c: all control characters except those that are white space.
 bool isForbiddenControl(QChar c)
 {
     return c.category() == QChar::Other_Control && c != QLatin1Char('\t') && c != QLatin1Char('\n')

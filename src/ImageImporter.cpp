@@ -300,7 +300,7 @@ ImageImporter::~ImageImporter()
 
 int ImageImporter::add(const QString& src, const QString& dst, const ImageImport& how)
 {
-    // A thread may finish it before this function returns, but the result is reported later.
+    // A thread may finish the job before this function returns; imported() is emitted only later.
     const int index = d->mQueue.add({src, dst, how});
     if (d->mIsRunning)
         d->startThreads();

@@ -193,8 +193,8 @@ bool ImageFileCopy::load()
 bool ImageFileCopy::fit()
 {
     // A JPEG may have been decoded at a reduced size, but stands for the whole picture. For other
-    // formats the size of the image counts: some rotate a picture while it is loaded, and the size
-    // in their header is the one before.
+    // formats the size of the image counts: some rotate a picture while it is loaded, so that the
+    // size in their header does not apply.
     const QSize loadedSize = mFormat == "jpeg" ? mWholeSize : mImage.size();
     if (needsScaling(loadedSize)) {
         const QSize size = scaledSize(loadedSize, target(), aspectRatioMode());

@@ -23,7 +23,7 @@ public:
     bool take(const QString& lockPath, const QString& project, const QString& folder,
               QString* error);
 
-    std::unique_ptr<QLockFile> lock; // null when none is held
+    std::unique_ptr<QLockFile> lock; // null if none is held
     QString path; // of the project that it locks
     ProjectFileLocker::LockState state = ProjectFileLocker::LockState::NotLocked;
 };

@@ -446,7 +446,7 @@ QDateTime QExifValue::toDateTime() const
     return QLocale::c().toDateTime(payloadOf<QString>(*d), dateTimeFormat());
 }
 
-// Writing to a log
+// Debug output
 
 namespace {
 

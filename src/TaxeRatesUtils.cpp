@@ -21,7 +21,7 @@
 #include <memory>
 
 /// Registers the compiled-in table, which does not happen automatically in a static library.
-/// Outside the unnamed namespace, because Q_INIT_RESOURCE declares a function of the global one.
+/// Outside the unnamed namespace, because Q_INIT_RESOURCE declares a function in the global one.
 static void registerRates()
 {
     Q_INIT_RESOURCE(ue_tax_rates);

@@ -183,7 +183,7 @@ void Thread::emitThreadProgress(const QString& progress_level1, const QString& p
     Q_EMIT progressThread(progress_level1, progress_level2);
 }
 
-// The main side's wait
+// The wait condition
 
 void Thread::mainWake()
 {

@@ -62,7 +62,7 @@ void Threadable::addThreadableChild(Threadable& child)
         child.setThreadForInterrupt(d->thread);
 }
 
-// What the bound thread does for its worker
+// Forwarded to the bound thread
 
 void Threadable::requestInterruption()
 {

@@ -21,7 +21,7 @@ public:
 };
 
 /// Registers the compiled-in list, which does not happen automatically in a static library. Outside
-/// the unnamed namespace, because Q_INIT_RESOURCE declares a function of the global one.
+/// the unnamed namespace, because Q_INIT_RESOURCE declares a function in the global one.
 static void registerBuiltInList()
 {
     Q_INIT_RESOURCE(webfonts);

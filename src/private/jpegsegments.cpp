@@ -178,7 +178,7 @@ bool JpegSegments::moveTo(qint64 position)
     return isMoved;
 }
 
-/// Reads up to \a size bytes, whatever they are, and returns how many there were.
+/// Reads up to \a size bytes without interpreting them, and returns how many were read.
 qint64 JpegSegments::readRaw(char* data, qint64 size)
 {
     const qint64 result = mDevice->read(data, size);

@@ -104,9 +104,9 @@ private:
     QIODevice* const mDevice;
     const Markers mMarkers;
     const qint64 mStart; // of the JPEG in the device
-    const qint64 mSize; // of the device, asked for once
+    const qint64 mSize; // of the device, queried once
     quint16 mMarker = 0;
-    int mLength = 0; // as it stands in the file
+    int mLength = 0; // as in the file
     int mClaimedSize = 0;
     qint64 mPosition = 0;
     qint64 mReadPosition = 0; // of the next read, in the JPEG
