@@ -191,8 +191,8 @@ public:
     /// file of mode 0444 becomes 0644 when root copies it), and without set-user-ID and the like.
     ///
     /// When both are the same file, also through links, nothing is done and true is returned.
-    /// Otherwise an existing destination is removed first, unless the source is no file or cannot
-    /// be opened, and stays removed if the copy fails then. A destination that is a link is
+    /// Otherwise an existing destination is removed first, unless the source is not a file or
+    /// cannot be opened, and stays removed if the copy fails then. A destination that is a link is
     /// replaced, and its target is not touched. The copy appears under its name only when it is
     /// complete; if it replaces a file, it is synced to the disk first. A destination that is a
     /// broken link makes the copy fail. On failure returns false and logs with LogType 2: a missing

@@ -55,7 +55,7 @@ public:
     ///
     /// The character is compared case-insensitively with the next one of the sequence. If they
     /// match, the detection moves on; after the last character it emits keyDetected() and starts
-    /// again. If it differs, the detection starts again with the next key: the differing character
+    /// again. If they differ, the detection starts again with the next key: the differing character
     /// itself is deliberately not tried as the first of a new match, so that "aab" typed for the
     /// sequence "ab" detects nothing.
     void keyPressEvent(QKeyEvent* event);

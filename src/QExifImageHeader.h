@@ -35,10 +35,10 @@ class QExifImageHeaderPrivate;
 /// that applies is set, the others are 0.
 struct ExifIfdHeader
 {
-    quint16 tag = 0; ///< which tag it is
-    quint16 type = 0; ///< the field type; numbers that are none of QExifValue::Type occur
+    quint16 tag = 0; ///< the tag number
+    quint16 type = 0; ///< the field type; numbers that are not in QExifValue::Type occur
     quint32 count = 0; ///< how many elements of that type, as the file claims
-    /// The four bytes as they stand: Byte and Ascii with a count below 5.
+    /// The four bytes as they are stored: Byte and Ascii with a count below 5.
     std::array<quint8, 4> inlineBytes{{0, 0, 0, 0}};
     /// Two numbers in the stream's byte order: Short with a count below 3.
     std::array<quint16, 2> inlineShorts{{0, 0}};
@@ -48,8 +48,8 @@ struct ExifIfdHeader
     quint32 offset = 0;
 };
 
-/// Reads the 12 bytes of one entry in the stream's byte order. Where the device ends before them,
-/// the \a stream's status says so and \a header is all 0.
+/// Reads the 12 bytes of one entry in the stream's byte order. If the device ends before them, the
+/// \a stream's status reports it and \a header is all 0.
 ///
 /// \relates ExifIfdHeader
 ORVAUTILS_EXPORT QDataStream& operator>>(QDataStream& stream, ExifIfdHeader& header);
@@ -64,36 +64,37 @@ ORVAUTILS_EXPORT QDataStream& operator>>(QDataStream& stream, ExifIfdHeader& hea
 /// const QDateTime taken = header.value(QExifImageHeader::DateTimeOriginal).toDateTime();
 /// \endcode
 ///
-/// To change tags of a photograph that others have written, use ExifEditor: saving one with this
-/// class loses tags. What it does not keep is gone (the interoperability IFD, types that it does
+/// To change tags of a photograph written by other software, use ExifEditor: saving one with this
+/// class loses tags. What it does not keep is lost (the interoperability IFD, types that it does
 /// not know, tags of IFD1), maker notes with offsets break because they move, and in the fixed
 /// layout of write() the values of the Exif and GPS sub-IFDs that do not fit into their entries are
 /// read 2 bytes early, by this class too. Loaded and saved again, each such text loses two more
-/// characters, and the date becomes no date.
+/// characters, and the date is no longer valid.
 ///
 /// The block is the TIFF structure in the JPEG's APP1 segment that begins with "Exif" and two NUL
 /// bytes. ExifUtils has shortcuts for what most callers want.
 ///
-/// All I/O is synchronous, on a file or device of the caller, which stays the caller's and stays
-/// open. Failure is a false or empty result. Nothing is logged except a Qt warning, category
-/// "default", "Invalid Ifd Type" and the type number, for an entry of a type that does not exist.
+/// All I/O is synchronous, on a file or device of the caller, who keeps ownership; the device stays
+/// open. Failure is reported by a false or empty result. Nothing is logged except a Qt warning,
+/// category "default", "Invalid Ifd Type" and the type number, for an entry of a type that does not
+/// exist.
 ///
 /// A header that is read from a hostile file takes memory in proportion to the file: a value that
-/// claims more bytes than there are holds those that there are, and its count() is what it holds.
-/// A directory whose values together are 16 times as large as the whole device (entries that all
-/// point to the same bytes) is read no further.
+/// claims more bytes than exist contains only those that exist, and its count() is what it
+/// contains. A directory whose values together are 16 times as large as the whole device (entries
+/// that all point to the same bytes) is not read any further.
 ///
 /// The interoperability IFD, tags of IFD1 other than the thumbnail's, and whatever else a block may
-/// hold are not kept. A header is used by one thread at a time; it cannot be copied.
+/// contain are not kept. A header is used by one thread at a time; it cannot be copied.
 class ORVAUTILS_EXPORT QExifImageHeader
 {
 public:
     /// The tags of IFD0. Any 16-bit number may be used as a tag; the names are those of EXIF 2.3,
-    /// and so are the type and count beside each, which nothing here enforces: one element where no
-    /// count stands there, any length for texts.
+    /// and so are the type and count beside each, which are not enforced: one element if no count
+    /// is given, any length for texts.
     enum ImageTag : quint16 {
-        ImageWidth = 0x0100, ///< Short or Long: columns of the picture; a JPEG's frame tells, too
-        ImageLength = 0x0101, ///< Short or Long: rows of the picture, likewise
+        ImageWidth = 0x0100, ///< Short or Long: columns of the picture; also in a JPEG's frame
+        ImageLength = 0x0101, ///< Short or Long: rows of the picture; also in a JPEG's frame
         BitsPerSample = 0x0102, ///< 3 Short: bits of each component, 8
         Compression = 0x0103, ///< Short: 6 is JPEG; write() gives it to the thumbnail
         PhotometricInterpretation = 0x0106, ///< Short: 2 is RGB, 6 is YCbCr
@@ -132,7 +133,7 @@ public:
         FNumber = 0x829D, ///< Rational: the f-number
         ExposureProgram = 0x8822, ///< Short: 1 manual, 2 normal, 3 aperture first …
         SpectralSensitivity = 0x8824, ///< Ascii: of each channel
-        PhotographicSensitivity = 0x8827, ///< Short: ISO 12232, 65535 where it is more
+        PhotographicSensitivity = 0x8827, ///< Short: ISO 12232, 65535 if it is higher
         OECF = 0x8828, ///< Undefined: the opto-electronic conversion function
         SensitivityType = 0x8830, ///< Short: which ISO 12232 figures are given
         StandardOutputSensitivity = 0x8831, ///< Long: an ISO 12232 figure
@@ -142,10 +143,10 @@ public:
         ISOSpeedLatitudezzz = 0x8835, ///< Long: an ISO 12232 figure
         ExifVersion = 0x9000, ///< Undefined, 4: "0230" is 2.3
         DateTimeOriginal = 0x9003, ///< Ascii, 20: when the photograph was taken
-        DateTimeDigitized = 0x9004, ///< Ascii, 20: when it became data
+        DateTimeDigitized = 0x9004, ///< Ascii, 20: when it was digitised
         OffsetTime = 0x9010, ///< Ascii, 7: the offset from UTC of DateTime, "+02:00"
-        OffsetTimeOriginal = 0x9011, ///< Ascii, 7: that of DateTimeOriginal
-        OffsetTimeDigitized = 0x9012, ///< Ascii, 7: that of DateTimeDigitized
+        OffsetTimeOriginal = 0x9011, ///< Ascii, 7: the offset of DateTimeOriginal
+        OffsetTimeDigitized = 0x9012, ///< Ascii, 7: the offset of DateTimeDigitized
         ComponentsConfiguration = 0x9101, ///< Undefined, 4: 1, 2, 3, 0 is Y, Cb, Cr
         CompressedBitsPerPixel = 0x9102, ///< Rational: bits per pixel after compression
         ShutterSpeedValue = 0x9201, ///< SignedRational: APEX
@@ -156,14 +157,14 @@ public:
         SubjectDistance = 0x9206, ///< Rational: metres; a numerator of 0xFFFFFFFF is infinity
         MeteringMode = 0x9207, ///< Short: 1 average, 2 centre-weighted, 3 spot, 5 pattern …
         LightSource = 0x9208, ///< Short: 0 unknown, 1 daylight, 2 fluorescent, 3 tungsten …
-        Flash = 0x9209, ///< Short: bit 0 fired; further bits tell return and mode
-        FocalLength = 0x920A, ///< Rational: millimetres, as the lens has it
+        Flash = 0x9209, ///< Short: bit 0 fired; further bits give return and mode
+        FocalLength = 0x920A, ///< Rational: millimetres, the actual focal length
         SubjectArea = 0x9214, ///< 2 to 4 Short: a point, a circle or a rectangle in pixels
-        MakerNote = 0x927C, ///< Undefined: the maker's own; offsets in it do not survive a move
+        MakerNote = 0x927C, ///< Undefined: the maker's data; offsets in it do not survive a move
         UserComment = 0x9286, ///< Undefined: see QExifValue::TextEncoding
         SubSecTime = 0x9290, ///< Ascii: the fraction of a second of DateTime
-        SubSecTimeOriginal = 0x9291, ///< Ascii: that of DateTimeOriginal
-        SubSecTimeDigitized = 0x9292, ///< Ascii: that of DateTimeDigitized
+        SubSecTimeOriginal = 0x9291, ///< Ascii: the fraction of DateTimeOriginal
+        SubSecTimeDigitized = 0x9292, ///< Ascii: the fraction of DateTimeDigitized
         FlashpixVersion = 0xA000, ///< Undefined, 4: "0100"
         ColorSpace = 0xA001, ///< Short: 1 sRGB, 0xFFFF uncalibrated
         PixelXDimension = 0xA002, ///< Short or Long: columns of the picture
@@ -194,10 +195,10 @@ public:
         DeviceSettingDescription = 0xA40B, ///< Undefined: the camera's settings
         SubjectDistanceRange = 0xA40C, ///< Short: 0 unknown, 1 macro, 2 close, 3 distant
         ImageUniqueID = 0xA420, ///< Ascii, 33: 128 bits in hexadecimal
-        CameraOwnerName = 0xA430, ///< Ascii: whose camera it is
+        CameraOwnerName = 0xA430, ///< Ascii: the owner of the camera
         BodySerialNumber = 0xA431, ///< Ascii: of the camera
         LensSpecification = 0xA432, ///< 4 Rational: focal lengths and f-numbers, two of each
-        LensInfo = LensSpecification, ///< the name that LensSpecification had before
+        LensInfo = LensSpecification, ///< the former name of LensSpecification
         LensMake = 0xA433, ///< Ascii: the lens's maker
         LensModel = 0xA434, ///< Ascii: the lens's name
         LensSerialNumber = 0xA435, ///< Ascii: of the lens
@@ -214,16 +215,16 @@ public:
         GPSAltitudeRef = 0x0005, ///< Byte: 0 above sea level, 1 below
         GPSAltitude = 0x0006, ///< Rational: metres
         GPSTimeStamp = 0x0007, ///< 3 Rational: hour, minute, second in UTC
-        GPSSatellites = 0x0008, ///< Ascii: those that were measured
+        GPSSatellites = 0x0008, ///< Ascii: the satellites used
         GPSStatus = 0x0009, ///< Ascii, 2: "A" measuring, "V" interrupted
         GPSMeasureMode = 0x000A, ///< Ascii, 2: "2" or "3" dimensions
         GPSDOP = 0x000B, ///< Rational: dilution of precision
         GPSSpeedRef = 0x000C, ///< Ascii, 2: "K" km/h, "M" mph, "N" knots
         GPSSpeed = 0x000D, ///< Rational: of the receiver
         GPSTrackRef = 0x000E, ///< Ascii, 2: "T" true north, "M" magnetic north
-        GPSTrack = 0x000F, ///< Rational: degrees, the way of the receiver
+        GPSTrack = 0x000F, ///< Rational: degrees, the direction of movement
         GPSImgDirectionRef = 0x0010, ///< Ascii, 2: "T" or "M", as GPSTrackRef
-        GPSImgDirection = 0x0011, ///< Rational: degrees, where the camera looks
+        GPSImgDirection = 0x0011, ///< Rational: degrees, the direction of the camera
         GPSMapDatum = 0x0012, ///< Ascii: the geodetic datum, "WGS-84"
         GPSDestLatitudeRef = 0x0013, ///< Ascii, 2: "N" or "S", of the destination
         GPSDestLatitude = 0x0014, ///< 3 Rational: degrees, minutes, seconds
@@ -234,7 +235,7 @@ public:
         GPSDestDistanceRef = 0x0019, ///< Ascii, 2: "K" kilometres, "M" miles, "N" nautical miles
         GPSDestDistance = 0x001A, ///< Rational: in the unit of GPSDestDistanceRef
         GPSProcessingMethod = 0x001B, ///< Undefined: a text, see QExifValue::TextEncoding
-        GPSAreaInformation = 0x001C, ///< Undefined: a text likewise
+        GPSAreaInformation = 0x001C, ///< Undefined: a text, see QExifValue::TextEncoding
         GPSDateStamp = 0x001D, ///< Ascii, 11: "yyyy:MM:dd" in UTC
         GPSDifferential = 0x001E, ///< Short: 0 without, 1 with differential correction
         GPSHPositioningError = 0x001F ///< Rational: metres
@@ -249,9 +250,9 @@ public:
     /// Discards changes that were not saved.
     virtual ~QExifImageHeader();
 
-    /// Replaces the content of this header by the EXIF block of the JPEG file \a fileName. False,
+    /// Replaces the content of this header with the EXIF block of the JPEG file \a fileName. False,
     /// with nothing loaded, when the file cannot be opened, reading fails or its first APP1 segment
-    /// is not an EXIF block; see read() for a block that is broken.
+    /// is not an EXIF block; see read() for damaged blocks.
     bool loadFromJpeg(const QString& fileName);
 
     /// As above, from the current position of \a device, which must be open for reading and may be
@@ -261,74 +262,73 @@ public:
     /// Writes this header into the JPEG file \a fileName, which must exist and be writable. The
     /// overload below describes what it changes in the file, and what it refuses.
     ///
-    /// In a photograph that others have written this loses tags; see the class, and ExifEditor,
+    /// In a photograph written by other software this loses tags; see the class, and ExifEditor,
     /// which keeps them. Each further load and save loses more.
     ///
     /// A process that is killed leaves the old file or the new one, never a mixture: a new file is
     /// completed beside the old one, with its permissions, owner, access list and extended
-    /// attributes, and takes its place in one step; where \a fileName is a link, the file that it
-    /// leads to is replaced. For a moment this takes as much room on the disk as the file; false,
-    /// with the file untouched, where that room is missing. A killed process may leave a second
-    /// file beside the photograph, whose name begins with ".orvautils-": the new one, just before
-    /// it takes its place; an unfinished one only where the file system has no files without a
-    /// name.
+    /// attributes, and replaces it in one step; if \a fileName is a link, the file that it leads to
+    /// is replaced. This temporarily needs as much disk space as the file; false, with the file
+    /// untouched, if that space is not available. A killed process may leave a second file beside
+    /// the photograph, whose name begins with ".orvautils-": the new one, just before it replaces
+    /// the old one; an unfinished one only if the file system has no files without a name.
     ///
-    /// The file itself is written
-    /// - when its length stays and all bytes that change lie within one block of 4096 bytes (they
-    ///   are then written all or not at all; a write of several blocks can end between two when
-    ///   the process is killed);
-    /// - when nothing can take its place unnoticed: it has several names (hard links), it belongs
-    ///   to somebody else, or its folder takes no new file. If such a save is killed it may leave a
-    ///   mixture.
+    /// The file itself is written in place
+    /// - when its length does not change and all bytes that change lie within one block of 4096
+    ///   bytes (they are then written all or not at all; a write of several blocks can end between
+    ///   two when the process is killed);
+    /// - when nothing can replace it unnoticed: it has several names (hard links), it belongs to
+    ///   somebody else, or no new file can be created in its folder. If such a save is killed it
+    ///   may leave a mixture.
     ///
-    /// A file that holds all these bytes already is not written. False also when a file that was
-    /// written itself cannot be closed, which is how some full or broken disks report a failure;
-    /// whether it is the old or the new one is not known then.
+    /// A file that already contains all these bytes is not written. False also when a file that was
+    /// written in place cannot be closed, which is how some full or broken disks report a failure;
+    /// it is not known then whether it is the old or the new one.
     bool saveToJpeg(const QString& fileName) const;
 
-    /// Writes this header into the JPEG that \a device holds from its beginning (the current
-    /// position does not matter), in place: a process that is killed meanwhile leaves a mixture.
+    /// Writes this header into the JPEG at the beginning of \a device (the current position does
+    /// not matter), in place: a process that is killed meanwhile leaves a mixture.
     ///
-    /// An EXIF segment is replaced when it is the file's first one, or the second one behind a JFIF
-    /// segment. Otherwise a new APP1 segment is inserted: behind a JFIF segment that comes first,
-    /// else directly behind the SOI marker. Every byte outside of that segment is kept, also an
-    /// APP1 segment that is not EXIF (XMP) and an EXIF segment further back. Within it, tags are
-    /// lost that this header did not keep; see the class.
+    /// An EXIF segment is replaced when it is the file's first one, or the second one after a JFIF
+    /// segment. Otherwise a new APP1 segment is inserted: after a JFIF segment that comes first,
+    /// else directly after the SOI marker. Every byte outside of that segment is kept, also an APP1
+    /// segment that is not EXIF (XMP) and an EXIF segment further back. Within it, tags are lost
+    /// that this header did not keep; see the class.
     ///
-    /// A block that is smaller than the one it replaces is filled up with NUL bytes, so that only
+    /// A block that is smaller than the one it replaces is padded with NUL bytes, so that only
     /// these bytes are rewritten and the file keeps its length; a larger one makes the file grow. A
-    /// file is never made smaller. When the file has to grow, its new end is written first: a disk
-    /// that is full is found out before anything of the old content is overwritten.
+    /// file is never made smaller. When the file has to grow, its new end is written first: a full
+    /// disk is detected before any of the old content is overwritten.
     ///
     /// False, with the device untouched, when it is null, sequential, open for appending or not
     /// open for reading and writing, when it does not begin with a JPEG's SOI marker and a segment,
-    /// or when "Exif", two NUL bytes and the block exceed the 65,533 bytes that a segment holds.
-    /// False also when the device reports a failed or short write; what was written is then put
-    /// back as far as the device lets us.
+    /// or when "Exif", two NUL bytes and the block exceed the 65,533 bytes that a segment can hold.
+    /// False also when the device reports a failed or short write; what was written is then
+    /// reverted as far as the device allows.
     ///
     /// As write() does, saving a header with GPS tags adds GpsInfoIfdPointer to its image tags.
     bool saveToJpeg(QIODevice* device) const;
 
     /// The TIFF block in the first APP1 segment of the JPEG at the current position of \a device,
-    /// without "Exif" and the two bytes behind it. The device is left behind what was read. Empty
-    /// when the device is null or not open for reading, when there is no SOI marker, no APP1
-    /// segment, or when the first APP1 segment does not begin with "Exif" (an EXIF segment behind
-    /// an XMP one is not found; this is deliberate). A segment that the end of the device cuts
-    /// short gives the bytes that are there.
+    /// without "Exif" and the two bytes after it. The device is left positioned after what was
+    /// read. Empty when the device is null or not open for reading, when there is no SOI marker, no
+    /// APP1 segment, or when the first APP1 segment does not begin with "Exif" (an EXIF segment
+    /// after an XMP one is not found; this is deliberate). A segment that is cut short by the end
+    /// of the device gives the bytes that exist.
     QByteArray extractExif(QIODevice* device) const;
 
-    /// Replaces the content of this header by the TIFF block at the current position of \a device,
-    /// which must be open for reading and random access. The device is left at an unspecified
-    /// position.
+    /// Replaces the content of this header with the TIFF block at the current position of
+    /// \a device, which must be open for reading and random access. The device is left at an
+    /// unspecified position.
     ///
     /// False when the block does not begin with "II" or "MM", the number 42 and an offset that lies
-    /// in the device. From there on damage does not make it fail: a directory or a value is read as
+    /// in the device. Any further damage does not make it fail: a directory or a value is read as
     /// far as the device goes, one that lies outside is empty.
     ///
     /// - A value of a type that does not exist is kept under its tag as a null value, after the
     ///   warning.
-    /// - Texts are Latin-1. The byte that ends one is taken off without looking at it; NULs before
-    ///   it are kept.
+    /// - Texts are Latin-1. The byte that ends one is removed, whatever it is; NULs before it are
+    ///   kept.
     /// - Undefined values of up to 4 bytes come out reversed from a big-endian block. Deliberate,
     ///   see readIfdValue().
     /// - ExifIfdPointer, GpsInfoIfdPointer and InteroperabilityIfdPointer do not stay in the maps.
@@ -338,24 +338,24 @@ public:
 
     /// Writes the TIFF block to \a device, from its current position on, and returns the number of
     /// bytes written, which size() then returns too. A device that is null or not open for writing
-    /// gives 0, and nothing changes here; one that fails gives what it took, and size() is unknown
-    /// again.
+    /// gives 0, and nothing changes here; one that fails gives the number of bytes it accepted, and
+    /// size() is unknown again.
     ///
     /// The layout is fixed, byte for byte, and kept although two things in it look wrong: the
-    /// offsets in the Exif and the GPS sub-IFD lie 2 bytes before the data that they mean, and
+    /// offsets in the Exif and the GPS sub-IFD lie 2 bytes before the data that they refer to, and
     /// neither these nor IFD1 end with a link. ExifIfdPointer is written even with no extended
     /// tags.
     ///
     /// With GPS tags the header stores GpsInfoIfdPointer among its own image tags, as a side effect
-    /// on a const object; a second write() therefore holds that entry twice. Deliberate: readers
-    /// take the last one, which is right.
+    /// on a const object; a second write() therefore writes that entry twice. Deliberate: readers
+    /// use the last one, which is right.
     int write(QIODevice* device) const;
 
-    /// The byte order of the last block that was read, little endian before. clear() and setValue()
-    /// do not change it. write() uses it.
+    /// The byte order of the last block that was read, initially little endian. clear() and
+    /// setValue() do not change it. write() uses it.
     QDataStream::ByteOrder byteOrder() const;
 
-    /// Empties the three maps and forgets the thumbnail.
+    /// Empties the three maps and discards the thumbnail.
     void clear();
 
     /// The image tags that are present, in ascending order.
@@ -374,29 +374,29 @@ public:
 
     /// Removes the image \a tag; does nothing if it is absent.
     void remove(ImageTag tag);
-    /// Removes the extended \a tag, likewise.
+    /// As above, for the extended \a tag.
     void remove(ExifExtendedTag tag);
-    /// Removes the GPS \a tag, likewise.
+    /// As above, for the GPS \a tag.
     void remove(GpsTag tag);
 
-    /// The value of the image \a tag, the null value where it is absent.
+    /// The value of the image \a tag, the null value if it is absent.
     QExifValue value(ImageTag tag) const;
-    /// The value of the extended \a tag, the null value where it is absent.
+    /// The value of the extended \a tag, the null value if it is absent.
     QExifValue value(ExifExtendedTag tag) const;
-    /// The value of the GPS \a tag, the null value where it is absent.
+    /// The value of the GPS \a tag, the null value if it is absent.
     QExifValue value(GpsTag tag) const;
 
-    /// Adds the image \a tag or replaces its \a value. Whether type and count are those that EXIF
-    /// asks for is the caller's business. A null value is written as a Byte with count 0.
+    /// Adds the image \a tag or replaces its \a value. The caller is responsible for using the type
+    /// and count that EXIF requires. A null value is written as a Byte with count 0.
     void setValue(ImageTag tag, const QExifValue& value);
-    /// Adds the extended \a tag or replaces its \a value, likewise.
+    /// As above, for the extended \a tag and its \a value.
     void setValue(ExifExtendedTag tag, const QExifValue& value);
-    /// Adds the GPS \a tag or replaces its \a value, likewise.
+    /// As above, for the GPS \a tag and its \a value.
     void setValue(GpsTag tag, const QExifValue& value);
 
-    /// The thumbnail, turned upright by the orientation that IFD1 gives it (a single Short or Byte
-    /// from 1 to 8). A null image if there is none, if it is no JPEG, or if it claims more pixels
-    /// than its bytes can hold.
+    /// The thumbnail, rotated upright by the orientation that IFD1 gives it (a single Short or Byte
+    /// from 1 to 8). A null image if there is none, if it is not a JPEG, or if it claims more
+    /// pixels than its bytes can hold.
     QImage thumbnail() const;
 
     /// Makes \a thumbnail, saved as JPEG with the default quality, the thumbnail of this header,
@@ -404,32 +404,33 @@ public:
     void setThumbnail(const QImage& thumbnail);
 
     /// The size that write() is expected to need, in bytes. After write() and until the next change
-    /// it is what write() wrote. Before, it is 12 bytes less than write() needs for a header with a
-    /// thumbnail; deliberate.
+    /// it is what write() wrote. Before that, it is deliberately 12 bytes less than write() needs
+    /// for a header with a thumbnail.
     int size() const;
 
 protected:
-    /// Reads from \a stream a u16 count and that many entries, fewer where the device ends before.
+    /// Reads from \a stream a u16 count and that many entries, fewer if the device ends before.
     QList<ExifIfdHeader> readIfdHeaders(QDataStream& stream) const;
 
-    /// The value of the entry \a header. What does not fit into the entry is read at \a startPos +
-    /// ExifIfdHeader::offset of the device of \a stream, as far as the device goes; the stream's
-    /// position afterwards is unspecified. A null value, after the warning, for an unknown type.
+    /// The value of the entry \a header. Data that does not fit into the entry is read at
+    /// \a startPos + ExifIfdHeader::offset of the device of \a stream, as far as the device goes;
+    /// the stream's position afterwards is unspecified. A null value, after the warning, for an
+    /// unknown type.
     ///
     /// An Undefined value of up to 4 bytes is taken from ExifIfdHeader::offset, least significant
     /// byte first: in file order from a little-endian stream, reversed from a big-endian one.
     /// Deliberate.
     QExifValue readIfdValue(QDataStream& stream, int startPos, const ExifIfdHeader& header) const;
 
-    /// Writes to \a stream the 12 bytes of the entry of \a tag and \a value, whose data, where it
-    /// does not fit, will be at \a offset. Returns the next free offset.
+    /// Writes to \a stream the 12 bytes of the entry of \a tag and \a value, whose data, if it does
+    /// not fit, will be at \a offset. Returns the next free offset.
     quint32 writeExifHeader(QDataStream& stream, quint16 tag, const QExifValue& value,
                             quint32 offset) const;
 
-    /// Writes to \a stream the data of \a value, nothing where it fitted into its entry.
+    /// Writes to \a stream the data of \a value, nothing if it fitted into its entry.
     void writeExifValue(QDataStream& stream, const QExifValue& value) const;
 
-    /// The bytes that an entry costs: 12, and its data where that does not fit into the entry.
+    /// The bytes that an entry takes: 12, and its data if that does not fit into the entry.
     quint32 sizeOf(const QExifValue& value) const;
 
 private:

@@ -4,7 +4,7 @@
 // QExifValue: the value of one EXIF tag, a typed and counted payload.
 //
 // QExifImageHeader reads such values from a file and writes them to one; applications build them
-// with the constructors and look into them with the to...() functions.
+// with the constructors and read them with the to...() functions.
 
 #ifndef ORVAUTILS_QEXIFVALUE_H
 #define ORVAUTILS_QEXIFVALUE_H
@@ -41,11 +41,11 @@ class QExifValuePrivate;
 class ORVAUTILS_EXPORT QExifValue
 {
 public:
-    /// What kind of payload a value holds. The numbers are the field types of TIFF and stand in
-    /// files as they are; 6 and 8 are not used.
+    /// The kind of payload of a value. The numbers are the field types of TIFF, as they are stored
+    /// in files; 6 and 8 are not used.
     enum Type : quint16 {
         Byte = 1, ///< unsigned 8-bit integers
-        Ascii = 2, ///< a text, in files Latin-1 with a NUL behind it
+        Ascii = 2, ///< a text, in files Latin-1 followed by a NUL
         Short = 3, ///< unsigned 16-bit integers
         Long = 4, ///< unsigned 32-bit integers
         Rational = 5, ///< pairs of unsigned 32-bit numerator and denominator
@@ -54,7 +54,7 @@ public:
         SignedRational = 10 ///< pairs of signed 32-bit numerator and denominator
     };
 
-    /// How an Undefined payload carries a text, a user comment for example. The encoding is named
+    /// How an Undefined payload encodes a text, a user comment for example. The encoding is given
     /// by the first 8 bytes of the payload.
     enum TextEncoding : int {
         NoEncoding = 0, ///< not an encoded text
@@ -64,7 +64,7 @@ public:
         UndefinedEncoding = 4 ///< eight NUL bytes, then the local 8-bit encoding
     };
 
-    /// The null value: type() Byte, count() 0. All null values share one record of the process.
+    /// The null value: type() Byte, count() 0. All null values share a single record.
     QExifValue();
 
     // NOLINTBEGIN(google-explicit-constructor): a value is passed where its tag's is expected
@@ -99,12 +99,12 @@ public:
     /// Signed rationals, type() SignedRational.
     QExifValue(const QVector<QPair<qint32, qint32>>& values);
 
-    /// A text. With NoEncoding, or an \a encoding that is none of the enumeration, type() is Ascii
+    /// A text. With NoEncoding, or an \a encoding that is not in the enumeration, type() is Ascii
     /// and count() the length plus 1. With an encoding type() is Undefined, the payload is the
     /// encoding's prefix of 8 bytes followed by the encoded text, and count() is its size.
     ///
-    /// UnicodeEncoding writes UTF-16 with a byte-order mark, in the byte order of the host. Where
-    /// Qt has no text codec for JisEncoding ("JIS X 0208") the value stays null.
+    /// UnicodeEncoding writes UTF-16 with a byte-order mark, in the byte order of the host. If Qt
+    /// has no text codec for JisEncoding ("JIS X 0208"), the value is null.
     ///
     /// \code
     /// QExifValue(QStringLiteral("abc")).count();                            // 4, Ascii
@@ -113,8 +113,8 @@ public:
     QExifValue(const QString& value, TextEncoding encoding = NoEncoding);
 
     /// A point in time as EXIF writes it, "yyyy:MM:dd HH:mm:ss" with Western digits in the time
-    /// that \a value names (no conversion between time zones); type() Ascii, count() 20. An invalid
-    /// date gives an empty text.
+    /// that \a value states (no conversion between time zones); type() Ascii, count() 20. An
+    /// invalid date gives an empty text.
     QExifValue(const QDateTime& value);
 
     /// Raw bytes, type() Undefined.
@@ -124,15 +124,15 @@ public:
 
     /// Shares the record of \a other.
     QExifValue(const QExifValue& other);
-    /// Releases its record, which the last handle deletes, and shares the one of \a other.
+    /// Releases its record, which is deleted with its last handle, and shares that of \a other.
     QExifValue& operator=(const QExifValue& other);
-    /// Releases its record, which the last handle deletes.
+    /// Releases its record, which is deleted with its last handle.
     ~QExifValue();
 
     /// Whether both share one record: one is a copy of the other, or both are null. Deliberately
     /// not a comparison of contents: `QExifValue(quint32(5)) == QExifValue(quint32(5))` is false.
     bool operator==(const QExifValue& other) const;
-    /// Whether the two have records of their own: the opposite of operator==().
+    /// Whether the two have different records: the opposite of operator==().
     bool operator!=(const QExifValue& other) const { return !(*this == other); }
 
     /// Whether this value shares the record of the default-constructed ones. A value with an empty
@@ -181,11 +181,11 @@ public:
     /// in Latin-1, without a NUL; else an empty array.
     QByteArray toByteArray() const;
 
-    /// The text of an Ascii value; of an Undefined value the bytes behind the first 8, decoded as
+    /// The text of an Ascii value; of an Undefined value the bytes after the first 8, decoded as
     /// encoding() says, NUL characters included. A null string for other types and for NoEncoding.
     ///
-    /// UnicodeEncoding reads UTF-16 in the byte order that a mark tells, or else in that of the
-    /// host. Without the text codec of JisEncoding the result is a null string.
+    /// UnicodeEncoding reads UTF-16 in the byte order given by a byte-order mark, otherwise in that
+    /// of the host. Without the text codec of JisEncoding the result is a null string.
     QString toString() const;
 
     /// The point in time of an Ascii value whose count() is exactly 20 and whose text reads
@@ -198,9 +198,9 @@ private:
 
 Q_DECLARE_TYPEINFO(QExifValue, Q_MOVABLE_TYPE);
 
-/// Writes the type and the content of \a value, as "QExifValue()" for the null value: a text in
-/// quotes, raw bytes in hexadecimal, rationals as fractions. Of elements the first 16 are written,
-/// and how many follow.
+/// Writes the type and the content of \a value, or "QExifValue()" for the null value: a text in
+/// quotes, raw bytes in hexadecimal, rationals as fractions. Only the first 16 elements are
+/// written, followed by the number of the others.
 ///
 /// \code
 /// qDebug() << header.value(QExifImageHeader::ExposureTime); // QExifValue(Rational, 1/250)

@@ -28,18 +28,19 @@ class SpeedTestAnalyzerPrivate;
 /// qDebug().noquote() << speed.toString();
 /// \endcode
 ///
-/// Switched off, it records nothing and reports nothing, so that it may stay in the code. It owns
-/// its steps. Not copyable; for one thread.
+/// While disabled, it records nothing and reports nothing, so that it may stay in the code. It owns
+/// its steps. Not copyable; to be used by one thread.
 class ORVAUTILS_EXPORT SpeedTestAnalyzer
 {
 public:
-    /// Starts the total timer and the step timer; \a name opens the report. Enabled.
+    /// Starts the total timer and the step timer; \a name begins the report. The analyzer is
+    /// enabled.
     explicit SpeedTestAnalyzer(const QString& name);
     /// Deletes its steps.
     ~SpeedTestAnalyzer();
 
-    /// Switches recording and reporting on or off. The timers run on in either case, and the steps
-    /// recorded before stay.
+    /// Switches recording and reporting on or off. The timers keep running in either case, and
+    /// steps that were already recorded are kept.
     void setEnabled(bool enabled);
 
     /// Ends a step: records \a label with the milliseconds since the step before and restarts the

@@ -36,8 +36,8 @@ public:
     /// The count of milliseconds wraps at 2^64, which is after 585 million years.
     static QString formatDurationFromSec(quint64 seconds);
 
-    /// The duration \a ms, in milliseconds, as hours, minutes, seconds and milliseconds, each piece
-    /// followed by one blank and pieces of zero left out.
+    /// The duration \a ms, in milliseconds, as hours, minutes, seconds and milliseconds, each unit
+    /// followed by one space and units of zero left out.
     ///
     /// \code
     /// StringUtils::formatDurationFromMSec(3723000); // "1h 2mn 3s "
@@ -46,7 +46,7 @@ public:
     /// StringUtils::formatDurationFromMSec(90061001); // "1h 1mn 1s 86400001ms "
     /// \endcode
     ///
-    /// Deliberate: a non-empty text ends with a blank, and whole days are not shown as days but
+    /// Deliberate: a non-empty text ends with a space, and whole days are not shown as days but
     /// added to the milliseconds (the last example is a day, an hour, a minute, a second and a
     /// millisecond).
     static QString formatDurationFromMSec(quint64 ms);
@@ -130,7 +130,7 @@ public:
     /// StringUtils::normalizeTextForSearch("Élan,  Vital!"); // "elan vital"
     /// \endcode
     ///
-    /// After canonical decomposition only the letters a to z, the digits 0 to 9, "-" and blanks
+    /// After canonical decomposition only the letters a to z, the digits 0 to 9, "-" and spaces
     /// remain. Letters that do not decompose to one of these ("ß", "œ", "ø", Greek, Cyrillic) are
     /// dropped. White space is what QChar::isSpace() reports, including the no-break space.
     static QString normalizeTextForSearch(const QString& s);

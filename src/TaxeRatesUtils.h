@@ -46,7 +46,7 @@ public:
     /// \endcode
     static QDate lastUpdated();
 
-    /// Replaces the table by that of the file \a path, which the host maintains. An empty path
+    /// Replaces the table with that of the file \a path, which the host maintains. An empty path
     /// brings back the compiled-in table.
     ///
     /// \code
@@ -75,13 +75,13 @@ public:
     ///
     /// Returns false and changes nothing if the file cannot be read, exceeds 1 MiB or is not in
     /// that form: without a date, without rates, with a country code that is not two letters or
-    /// that is there twice in different case, or with a country in which one of the five rates is
+    /// that occurs twice in different case, or with a country in which one of the five rates is
     /// neither a number from 0 to 100 nor false. Other keys are allowed. A file that is older than
-    /// the compiled-in table is refused as well, so that a file that lies about from earlier does
-    /// not bring old rates back into a program with a newer library; a file of the same day is
-    /// taken. Files are not compared with each other: the last one counts. The reason is written to
-    /// \a error, unless that is null, as a sentence for users, translated in the context
-    /// "TaxeRatesUtils". It is also logged.
+    /// the compiled-in table is refused as well, so that a leftover file does not bring old rates
+    /// back into a program with a newer library; a file of the same day is accepted. Files are not
+    /// compared with each other: the last one counts. The reason is written to \a error, unless
+    /// that is null, as a sentence for users, translated in the context "TaxeRatesUtils". It is
+    /// also logged.
     ///
     /// Replaced tables stay in memory, some 5 kB each, because other threads may be reading them.
     static bool setRatesFile(const QString& path, QString* error = nullptr);

@@ -20,7 +20,7 @@
 /// TextStreamUTF8 stream(&file);
 /// stream << "class A\n{\n";
 /// stream.incrementIndent();
-/// stream << "int a;\nint b;\n"; // two blanks in front of each
+/// stream << "int a;\nint b;\n"; // two spaces in front of each
 /// stream.decrementIndent();
 /// stream << "}\n";
 /// \endcode
@@ -49,12 +49,12 @@ public:
     /// resets the codec to that of the locale.
     void init();
 
-    /// Raises the indent level by one. It starts at 0.
+    /// Increases the indent level by one. It starts at 0.
     void incrementIndent();
-    /// Lowers the indent level by one. The level may become negative, which has the effect of zero
-    /// until it has been raised as often.
+    /// Decreases the indent level by one. The level may become negative, which has the effect of
+    /// zero until it has been increased as often.
     void decrementIndent();
-    /// Makes \a unit the indentation of one level. It is two blanks at first.
+    /// Makes \a unit the indentation of one level. Initially it is two spaces.
     void setIncrementString(const QString& unit);
 
     /// Writes \a text, with writeTextWithIndent() if the indent level is above 0. At level 0 the

@@ -18,8 +18,8 @@ namespace OrvaUtilsPrivate {
 class ThreadablePrivate;
 } // namespace OrvaUtilsPrivate
 
-/// A worker that is bound to a Thread: it passes interruption requests, the question whether one
-/// was made, and its progress on to that thread, and hands its binding to its sub-workers.
+/// A worker that is bound to a Thread: it passes interruption requests, queries for them and its
+/// progress on to that thread, and its binding to its sub-workers.
 ///
 /// \code
 /// void PhotoImporter::importAll() // called from Thread::run()
@@ -32,16 +32,17 @@ class ThreadablePrivate;
 /// \endcode
 ///
 /// A worker that was never bound, or whose thread has been destroyed, still works: it is never
-/// interrupted and its progress goes nowhere. So the same class serves with and without a thread.
+/// interrupted and its progress is not reported. So the same class can be used with and without a
+/// thread.
 ///
 /// \par Ownership
 /// Neither the thread nor the sub-workers are owned; both are watched and count as absent once they
 /// have been destroyed.
 ///
 /// \par Threads
-/// Binding and adding sub-workers belong to the thread that owns the objects, and are done before
-/// the work starts. requestInterruption(), isInterruptionRequested(), emitThreadProgressMessages()
-/// and emitThreadProgress() may be called from any thread, in general the bound one, as long as the
+/// Binding and adding sub-workers must be done on the thread that owns the objects, before the work
+/// starts. requestInterruption(), isInterruptionRequested(), emitThreadProgressMessages() and
+/// emitThreadProgress() may be called from any thread, in general the bound one, as long as the
 /// binding does not change and the bound thread's object is not destroyed meanwhile.
 class ORVAUTILS_EXPORT Threadable : public QObject
 {
@@ -54,26 +55,25 @@ public:
     /// absent from now on.
     ~Threadable() override;
 
-    /// Binds this worker to \a thread, and every sub-worker that is still alive likewise, through
-    /// all levels; sub-workers that have been destroyed are forgotten. An earlier binding is
-    /// replaced, but the worker stays in the earlier thread's list. The thread must not be null,
-    /// which is not checked.
+    /// Binds this worker to \a thread, and also every sub-worker that still exists, through all
+    /// levels; sub-workers that have been destroyed are removed from the list. An earlier binding
+    /// is replaced, but the worker stays in the earlier thread's list. The thread must not be null;
+    /// this is not checked.
     ///
     /// Subclasses that override it call this one.
     virtual void setThreadForInterrupt(Thread* thread);
 
     /// Makes \a child a sub-worker of this one; adding it twice leaves it there once. If this
     /// worker is bound the child is bound to the same thread at once, otherwise together with this
-    /// worker. A worker must not become a sub-worker of itself, at whatever level, which is not
-    /// checked.
+    /// worker. A worker must not become a sub-worker of itself, at any level; this is not checked.
     void addThreadableChild(Threadable& child);
 
     /// Asks the bound thread to stop (Thread::requestInterruption()), and with it every worker that
     /// is bound to it. Without a thread nothing happens.
     void requestInterruption();
 
-    /// Whether the bound thread's interruption has been requested; false without a thread. Work
-    /// that takes long asks this between its steps, and returns early.
+    /// Whether the bound thread's interruption has been requested; false without a thread.
+    /// Long-running work checks this between its steps, and returns early.
     bool isInterruptionRequested() const;
 
     /// Emits the bound thread's Thread::progressThread() with \a progress_level1 and

@@ -31,7 +31,7 @@ public:
     };
 
     /// The duration \a ms, in milliseconds, as days, hours, minutes and seconds down to \a
-    /// precision, separated by blanks. Units whose number is zero are left out.
+    /// precision, separated by spaces. Units whose number is zero are left out.
     ///
     /// \code
     /// TimeUtils::msecToString(90061500, TimeUtils::Second); // "1j 1h 1mn 1sec"

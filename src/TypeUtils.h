@@ -14,8 +14,8 @@
 class ORVAUTILS_EXPORT TypeUtils
 {
 public:
-    /// \a name demangled by the platform ABI's demangler. A name that the demangler refuses, null
-    /// among them, and every name on a platform without such a demangler, is returned as given.
+    /// \a name demangled by the platform ABI's demangler. A name that the demangler refuses,
+    /// including null, and every name on a platform without such a demangler is returned as given.
     ///
     /// \code
     /// TypeUtils::demangle("7QObject"); // "QObject"

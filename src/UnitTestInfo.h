@@ -21,8 +21,8 @@ public:
     /// no time is lost between one step and the next.
     UnitTestInfo(const QString& stepLabel, QElapsedTimer& timer);
 
-    /// The label, one blank, and the milliseconds as StringUtils::formatDurationFromMSec() writes
-    /// them, which is nothing for 0 and ends with a blank for more: "scan 1s 500ms ".
+    /// The label, one space, and the milliseconds as StringUtils::formatDurationFromMSec() writes
+    /// them, which is nothing for 0 and ends with a space for more: "scan 1s 500ms ".
     QString toString() const;
 
     QString label; ///< what the step did

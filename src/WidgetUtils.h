@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// WidgetUtils: common operations on dialogs and widgets: find the layout of a widget, place and
-// size a dialog, round its corners, fade it in and out.
+// WidgetUtils: common operations on dialogs and widgets: find the layout of a widget, position and
+// resize a dialog, round its corners, fade it in and out.
 
 #ifndef ORVAUTILS_WIDGETUTILS_H
 #define ORVAUTILS_WIDGETUTILS_H
@@ -28,35 +28,36 @@ class QWidget;
 /// WidgetUtils::showAnimated(dialog, 200);
 /// \endcode
 ///
-/// No function takes ownership, and what is returned stays its owner's. Widgets and objects handed
-/// in must not be null, which is not checked; only findParentLayout() takes a null layout. Nothing
-/// is kept and nothing is logged.
+/// No function takes or transfers ownership. Widgets and objects passed in must not be null, which
+/// is not checked; only findParentLayout() accepts a null layout. No state is kept and nothing is
+/// logged.
 ///
-/// Thread: the GUI thread; parentsList() any thread in which the objects do not change.
+/// Thread: the GUI thread; parentsList() may be called from any thread as long as the objects do
+/// not change.
 class ORVAUTILS_EXPORT WidgetUtils
 {
 public:
     // Layouts and tabs
 
-    /// The layout that holds \a w directly, searched in the layout of \a parent as in the next
-    /// form; null when there is none.
+    /// The layout that contains \a w directly, searched in the layout of \a parent as by the next
+    /// overload; null when there is none.
     static QLayout* findParentLayout(QWidget* parent, QWidget* w);
 
-    /// The layout that holds \a w directly: \a layout itself or the first found in the layouts
+    /// The layout that contains \a w directly: \a layout itself or the first found in the layouts
     /// nested in it, item by item. Null when there is none, and for a layout that is null or empty.
     /// Layouts of widgets within the layout are not searched.
     static QLayout* findParentLayout(QLayout* layout, QWidget* w);
 
     /// Makes the text of every tab black where the operating system's product version
     /// (QSysInfo::productVersion()) is "10.16" or later, in the order of
-    /// StringUtils::compareVersion(). Below it, and where the version is no number, nothing
-    /// happens. The name of the system is not looked at. Tabs that are added later are not black.
+    /// StringUtils::compareVersion(). Below that, and if the version is not a number, nothing
+    /// happens. The name of the system is not checked. Tabs that are added later are not black.
     static void fixColorTabBar(QTabWidget* tabWidget);
 
     // Screens, sizes and places
 
-    /// The screen that shows most of \a widget, shown or not; the first of the application where
-    /// none shows anything of it. Null only when there are no screens.
+    /// The screen that shows most of \a widget, shown or not; the first of the application if none
+    /// shows any part of it. Null only when there are no screens.
     static QScreen* widgetScreen(QWidget* widget);
 
     /// Gives \a dialog the size \a size, as saveDialogSize() stored it, and centres it on the
@@ -68,8 +69,9 @@ public:
     static void restoreDialogSize(QWidget* dialog, const QSize& size);
 
     /// Moves \a widget so that its frame is centred on the available area of its screen: half of
-    /// what the area has more than the frame, in whole pixels rounded towards 0, is left of the
-    /// frame and above it. A widget that was never shown has no frame yet; its content is centred.
+    /// the difference between the area and the frame, in whole pixels rounded towards 0, is to the
+    /// left of the frame and above it. A widget that was never shown has no frame yet; its content
+    /// is centred.
     static void moveDialogToCenterOfScreen(QWidget* widget);
 
     /// Moves \a widget so that its frame is centred, in the same way, on QWidget::geometry() of its
@@ -92,12 +94,12 @@ public:
 
     // Windows
 
-    /// Cuts the corners of \a widget, as large as it is now, to quarter circles of \a radius pixels
-    /// by a mask. The mask does not follow later changes of the size. With a \a radius of 0 or less
-    /// the corners stay.
+    /// Rounds the corners of \a widget, at its current size, to quarter circles of \a radius pixels
+    /// with a mask. The mask does not follow later changes of the size. With a \a radius of 0 or
+    /// less the corners stay square.
     static void createWidgetRoundedMask(QWidget* widget, int radius);
 
-    /// Takes the help button out of the title bar: clears Qt::WindowContextHelpButtonHint from the
+    /// Removes the help button from the title bar: clears Qt::WindowContextHelpButtonHint from the
     /// window flags of \a widget. Qt hides a window whose flags change; call it before show().
     static void removeHelpToolBarButtonOnWindows(QWidget* widget);
 
@@ -109,7 +111,7 @@ public:
     static void showAnimated(QWidget* widget, int durationMs);
 
     /// Starts the same animation of \a durationMs milliseconds from 1.0 to 0 and hides \a widget at
-    /// once. That the hiding does not wait for the animation is deliberate.
+    /// once. It is deliberate that hiding does not wait for the animation.
     ///
     /// The animation continues while the window is hidden, and the opacity ends at 0: a plain
     /// show() meanwhile shows a window that fades away, and after it a transparent one. The next
@@ -120,8 +122,8 @@ public:
     /// Lets \a widget delete itself when it is closed (Qt::WA_DeleteOnClose).
     static void setDeleteOnClose(QWidget* widget);
 
-    /// The first of the application's top-level widgets that is a QMainWindow, shown or not, in
-    /// Qt's order, which is none to rely on where there are several; or null.
+    /// The first of the application's top-level widgets that is a QMainWindow, shown or not, or
+    /// null. If there are several, the order is Qt's and should not be relied on.
     static QMainWindow* topLevelMainWindow();
 
     // Ancestors

@@ -22,8 +22,8 @@ class GoogleFontFilePrivate;
 
 /// A parsed catalogue: a value that is cheap to copy, empty and invalid until something is loaded.
 ///
-/// The document is the font service's own list: a JSON object whose array "items" holds one object
-/// a family. Nothing else of the document is looked at.
+/// The document is the font service's own list: a JSON object whose array "items" contains one
+/// object per family. Nothing else in the document is used.
 ///
 /// \code
 /// GoogleFontFile catalogue;
@@ -47,8 +47,8 @@ public:
     /// Clears the catalogue: it is empty and invalid again.
     void clear();
 
-    /// Loads the file at \a path in place of what was loaded before, and returns whether it could.
-    /// After a failure the catalogue is empty and invalid.
+    /// Loads the file at \a path in place of what was loaded before, and returns whether this
+    /// succeeded. After a failure the catalogue is empty and invalid.
     ///
     /// A file that does not exist is not logged; one that cannot be opened is logged with LogType 2
     /// as "GFonts file opening error". Content fails and is logged as by
@@ -58,7 +58,7 @@ public:
     /// Loads \a data, JSON text in UTF-8, in place of what was loaded before.
     ///
     /// Only text that is not JSON fails: false is returned, the catalogue is empty and invalid, and
-    /// "GFonts file parsing error:" with the parser's words is logged with LogType 2. A document
+    /// "GFonts file parsing error:" with the parser's message is logged with LogType 2. A document
     /// without "items" is a valid catalogue without families.
     bool loadJsonGFontFromBynaryDatas(const QByteArray& data);
 
@@ -71,11 +71,11 @@ public:
     /// The families in the order of the document.
     QList<GoogleFontItem> items() const;
 
-    /// The position in items() of the first family whose name, as it is or without its blanks,
+    /// The position in items() of the first family whose name, as it is or without its spaces,
     /// equals \a name in any case; -1 when there is none.
     ///
-    /// The answer comes from an index that is built with the catalogue: its cost does not depend on
-    /// the number of families.
+    /// The lookup uses an index that is built with the catalogue: its cost does not depend on the
+    /// number of families.
     int indexOf(const QString& name) const;
 
     /// The latest day on which one of the families was changed; families without a readable date do

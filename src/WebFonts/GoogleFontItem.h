@@ -31,8 +31,8 @@ class GoogleFontItemPrivate;
 /// \endcode
 ///
 /// Everything is read from the family's JSON object, of which only the keys "family", "variants"
-/// and "lastModified" are looked at. A key that is missing or holds something else gives the empty
-/// answer. Nothing is logged. Thread: as for any Qt value class.
+/// and "lastModified" are used. A key that is missing or contains something else gives an empty
+/// result. Nothing is logged. Thread: as for any Qt value class.
 class ORVAUTILS_EXPORT GoogleFontItem
 {
 public:
@@ -50,14 +50,15 @@ public:
     /// The family's name as the catalogue spells it, for example "Open Sans".
     QString family() const;
 
-    /// The name without its blanks: "Open Sans" gives "OpenSans".
+    /// The name without its spaces: "Open Sans" gives "OpenSans".
     QString compressedFamily() const;
 
     /// The day of the family's last change, written "yyyy-MM-dd" in the catalogue; an invalid date
     /// when it cannot be read.
     QDate lastModified() const;
 
-    /// The names of all variants, in the order of the catalogue. What is no text is left out.
+    /// The names of all variants, in the order of the catalogue. Elements that are not text are
+    /// left out.
     QStringList allVariants() const;
 
     /// Those of "regular", "italic", "700" and "700italic" that the family has, in that order.
@@ -67,14 +68,14 @@ public:
     ///
     /// A variant gives the weight that its name shows, in any case: the integer that is left when
     /// "italic" and "regular" are removed, and 400 for a name that contains "regular". Exactly
-    /// "italic", in small letters, is 400, too. The styles of a weight are then told by exact
+    /// "italic", in lower case, is 400, too. The styles of a weight are then determined by exact
     /// names: 400 is upright with "regular" and italic with "italic"; another weight is upright
     /// with its decimal text and italic with that text followed by "italic". So the variant "400"
     /// gives the weight 400, but neither style, and "Regular" does the same.
     ///
-    /// The map is a function of the variants alone, which never change. It is made from them with
-    /// every call (about a microsecond): made for 1365 families while the catalogue is loaded, of
-    /// which a user looks at three, it took as long as a third of parsing the catalogue.
+    /// The map depends only on the variants, which never change. It is built from them by every
+    /// call (about a microsecond): building it for all 1365 families while the catalogue is loaded,
+    /// of which a user looks at three, took as long as a third of parsing the catalogue.
     QMap<int, GoogleFontWeightDetail> availableWeights() const;
 
     /// The family's whole JSON object, with the keys that this class does not read.
@@ -87,10 +88,10 @@ public:
 
     /// A variant in words: "700italic" gives "Bold weight (Italic)".
     ///
-    /// Blanks around \a variant do not count. "regular" and "italic", in any case, are the weight
-    /// 400. Otherwise the variant is italic when it contains "italic" in any case; but only
-    /// "italic" in lower case is removed before the rest is read as the weight. A rest that is
-    /// not a number gives the weight 0, so that "700Italic" gives "Lighter weight (0) (Italic)".
+    /// White space around \a variant is ignored. "regular" and "italic", in any case, are the
+    /// weight 400. Otherwise the variant is italic when it contains "italic" in any case; but only
+    /// "italic" in lower case is removed before the rest is read as the weight. A rest that is not
+    /// a number gives the weight 0, so that "700Italic" gives "Lighter weight (0) (Italic)".
     static QString labelFromVariant(const QString& variant);
 
 private:

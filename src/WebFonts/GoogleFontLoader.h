@@ -21,7 +21,7 @@ class GoogleFontLoaderPrivate;
 
 /// The shared catalogue of web fonts and its queries.
 ///
-/// The library carries a snapshot of the font service's list. A newer copy of the list, put into
+/// The library contains a snapshot of the font service's list. A newer copy of the list, put into
 /// the application's settings folder as "google.json", replaces it.
 ///
 /// \code
@@ -29,8 +29,8 @@ class GoogleFontLoaderPrivate;
 /// const QString name = fonts.validName(QStringLiteral("opensans")); // "Open Sans"
 /// \endcode
 ///
-/// All instances share one catalogue; each knows by itself whether it has loaded it. The queries
-/// load it when this instance has not done so yet. Where nothing can be loaded they answer as
+/// All instances share one catalogue; each one keeps track of whether it has loaded it. The queries
+/// load it if this instance has not done so yet. If nothing can be loaded, they return what is
 /// described below, and the next one tries again.
 ///
 /// Thread: the GUI thread. The shared catalogue is unprotected; once it is loaded, it may be read
@@ -50,15 +50,15 @@ public:
 
     /// Loads the catalogue, unless this instance has done so, and returns whether it is loaded.
     ///
-    /// The custom list is taken when it can be loaded and its last modification is later than that
-    /// of the built-in list; a list that is as old or older is ignored. The choice becomes the
+    /// The custom list is used if it can be loaded and its last modification is later than that of
+    /// the built-in list; a list that is as old or older is ignored. The choice becomes the
     /// catalogue of all instances. Another instance thus finds a custom list that was put into
     /// place after the first one loaded.
     ///
-    /// The built-in list is parsed once in the life of the program, and a custom file once as long
-    /// as its path, size and modification time stay what they were, whether it could be parsed or
-    /// not. A custom list that is missing or cannot be used is no error; what GoogleFontFile
-    /// notices about it is logged by it, when it looks at it.
+    /// The built-in list is parsed once in the lifetime of the program, and a custom file once as
+    /// long as its path, size and modification time do not change, whether it could be parsed or
+    /// not. A custom list that is missing or cannot be used is not an error; GoogleFontFile logs
+    /// what is wrong with it when it reads it.
     bool load();
 
     /// Whether this instance has loaded the catalogue.
@@ -73,9 +73,9 @@ public:
     /// The names of all families in the order of the catalogue. Empty when nothing can be loaded.
     QStringList fontNames();
 
-    /// Sets \a item to the first family whose name, as it is or without its blanks, equals \a name
-    /// in any case, and returns true: "opensans" finds "Open Sans". Returns false and leaves \a
-    /// item untouched when there is none. \a name is not trimmed.
+    /// Sets \a item to the first family whose name, as it is or without its spaces, equals \a name
+    /// in any case, and returns true: "opensans" finds "Open Sans". Returns false and leaves
+    /// \a item untouched when there is none. \a name is not trimmed.
     bool findItemByName(const QString& name, GoogleFontItem& item);
 
     /// The catalogue's spelling of the family that findItemByName() finds for the trimmed \a name:

@@ -15,7 +15,7 @@ struct ORVAUTILS_EXPORT GoogleFontWeightDetail
     bool hasItalic = false; ///< an italic style exists
 };
 
-/// Whether \a a and \a b say the same of both styles.
+/// Whether \a a and \a b agree on both styles.
 /// \relates GoogleFontWeightDetail
 inline bool operator==(const GoogleFontWeightDetail& a, const GoogleFontWeightDetail& b)
 {
