@@ -20,7 +20,7 @@ const quint16 gpsPointer = QExifImageHeader::GpsInfoIfdPointer;
 const quint16 interoperabilityPointer = QExifImageHeader::InteroperabilityIfdPointer;
 const quint16 subIfdPointer = 0x014A; // of TIFF, to any number of directories
 
-// Nobody writes as many.
+// Limits that plausible blocks do not reach.
 const int mostDirectories = 64;
 const int mostPointers = 1000;
 
@@ -29,14 +29,14 @@ bool isPointer(quint16 tag)
     return tag == exifPointer || tag == gpsPointer || tag == interoperabilityPointer;
 }
 
-/// The bytes that count elements of a type take; 0 for a type that TIFF does not have.
+/// The size in bytes of \a count elements of a type; 0 for a type that TIFF does not define.
 quint64 sizeOf(quint16 type, quint32 count)
 {
     const TiffType* const known = TiffType::find(type);
     return known ? quint64(count) * quint64(known->elementSize) : 0;
 }
 
-/// A value as it stands in a file.
+/// A value as it is encoded in a file.
 QByteArray encoded(const QExifValue& value, ByteOrder order, ExifBlock::TextCodec codec)
 {
     QByteArray bytes;
@@ -62,7 +62,7 @@ QString decodedText(const QByteArray& bytes, ExifBlock::TextCodec codec)
     return QString::fromLatin1(bytes.constData(), bytes.size());
 }
 
-/// Goes through a block by all pointers, and by the links from IFD0 on, wherever they lead.
+/// Traverses a block along all pointers, and along the links from IFD0 on, wherever they lead.
 class PointerWalk
 {
 public:
@@ -71,7 +71,7 @@ public:
         , mOrder(block.startsWith("II") ? QDataStream::LittleEndian : QDataStream::BigEndian)
     { }
 
-    /// Whether there is a pointer to a GPS directory, or no end of directories.
+    /// Whether there is a pointer to a GPS directory, or an implausible number of directories.
     bool findsGps()
     {
         add(number(4));
@@ -104,7 +104,7 @@ private:
         qint64 at = qint64(directory) + countSize;
         for (int i = 0; i < claimed && isThere(at, entrySize) && !mFindsGps; ++i, at += entrySize)
             passEntry(at);
-        // Behind the entries of others some writers put data at once.
+        // Some writers put data right after the entries of other directories.
         if (directory == mLinked) {
             mLinked = number(at);
             add(mLinked);
@@ -130,7 +130,7 @@ private:
     const ByteOrder mOrder;
     QVector<quint32> mDirectories;
     int mPointers = 0;
-    quint32 mLinked = number(4); // the directory that the links have come to
+    quint32 mLinked = number(4); // the directory that the links have led to so far
     bool mFindsGps = false;
 };
 
@@ -169,8 +169,8 @@ bool ExifBlock::parse(const QByteArray& block)
     return true;
 }
 
-/// Counts the link that ends most sub-directories among their bytes, where one is there: some
-/// writers put data right behind the entries.
+/// Counts the link at the end of most sub-directories among their bytes, if there is one: some
+/// writers put data right after the entries.
 void ExifBlock::claimLinks()
 {
     for (Ifd& ifd : mIfds) {
@@ -195,8 +195,8 @@ bool ExifBlock::isUsed(const Range& range) const
     });
 }
 
-/// Takes the directory at an offset, and returns its index; -1 where there is none, where it has
-/// been taken before, and where the directories lie across each other so often that keeping them
+/// Parses the directory at an offset and returns its index; -1 if there is none, if it has already
+/// been parsed, if there are too many directories, or if they overlap so often that keeping them
 /// would take far more memory than the block.
 int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 pointerTag)
 {
@@ -245,7 +245,8 @@ int ExifBlock::parseIfd(Directory kind, quint32 offset, int parent, quint16 poin
     return static_cast<int>(mIfds.size()) - 1;
 }
 
-/// Takes the directories that entries of a tag lead to. The last one is the one that counts.
+/// Parses the directories that the entries of a tag point to. Only the last one gets \a kind, the
+/// others are Other.
 void ExifBlock::parsePointers(int parent, quint16 pointerTag, Directory kind)
 {
     if (parent < 0)
@@ -260,7 +261,7 @@ void ExifBlock::parsePointers(int parent, quint16 pointerTag, Directory kind)
         parseIfd(i == offsets.size() - 1 ? kind : Other, offsets[i], parent, pointerTag);
 }
 
-/// Where the bytes of a thumbnail stand, a JPEG or the strips of a picture.
+/// The ranges of the bytes of a thumbnail: a JPEG or the strips of a picture.
 QVector<ExifBlock::Range> ExifBlock::pictureData(const Ifd& ifd) const
 {
     const auto numbersOf = [this, &ifd](quint16 tag) {

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// ExifBlock: an EXIF block whose tags are changed where they stand. Every byte that a change does
-// not concern keeps its offset, so that what nobody but the maker of a camera can read stays
-// readable.
+// ExifBlock: an EXIF block whose tags are changed in place. Every byte that a change does not
+// affect keeps its offset, so that data in proprietary formats, such as maker notes, stay readable.
 
 #ifndef ORVAUTILS_EXIFBLOCK_P_H
 #define ORVAUTILS_EXIFBLOCK_P_H
@@ -27,13 +26,13 @@ public:
         Exif,
         Gps,
         Thumbnail, ///< IFD1
-        Other ///< the interoperability IFD, and GPS IFDs that other directories lead to
+        Other ///< the interoperability IFD, and GPS IFDs that other directories point to
     };
     enum class TextCodec { Latin1, Utf8 };
 
-    /// Takes a block. False, and empty then, when it is none, when its first directory lies outside
-    /// of it, or when it has more directories than anybody writes, or such that lie across each
-    /// other many times.
+    /// Parses a block. Returns false, and leaves this one empty, if \a block is not an EXIF block,
+    /// if its first directory lies outside of it, or if it has implausibly many directories or
+    /// directories that overlap many times.
     bool parse(const QByteArray& block);
 
     /// Whether there is no block and nothing has been set.
@@ -41,13 +40,13 @@ public:
 
     QDataStream::ByteOrder byteOrder() const { return mOrder; }
 
-    /// The tags of a directory in ascending order, without those that lead to other directories.
+    /// The tags of a directory in ascending order, without those that point to other directories.
     QList<quint16> tags(Directory directory) const;
 
     bool contains(Directory directory, quint16 tag) const;
 
-    /// The value of a tag; the last one where a tag occurs several times. Null where it is absent,
-    /// or of a type that QExifValue does not have.
+    /// The value of a tag; the last one if a tag occurs several times. Null if it is absent or of a
+    /// type that QExifValue does not support.
     QExifValue value(Directory directory, quint16 tag, TextCodec codec) const;
 
     /// Sets a tag; a null value removes it.
@@ -55,20 +54,20 @@ public:
 
     void remove(Directory directory, quint16 tag);
 
-    /// Removes every GPS directory with what is in it. In a damaged block, whose directories lie
-    /// across each other, what was removed may still be found: see mayTellGps().
+    /// Removes every GPS directory with its contents. In a damaged block, whose directories
+    /// overlap, removed data may still be found: see mayTellGps().
     void removeGps();
 
-    /// Whether a reader who follows the pointers and links of all directories of \a block, wherever
-    /// they lead, may come to an entry for a GPS directory. Also true of a block with more
-    /// directories than anybody writes.
+    /// Whether a reader that follows the pointers and links of all directories of \a block,
+    /// wherever they lead, may find an entry for a GPS directory. Also true for a block with
+    /// implausibly many directories.
     static bool mayTellGps(const QByteArray& block);
 
     /// Removes IFD1 with the thumbnail.
     void removeThumbnail();
 
     /// The block with all changes. What was removed or moved is overwritten with NULs, except where
-    /// something else uses the same bytes. Not for an empty block.
+    /// something else uses the same bytes. Must not be called for an empty block.
     QByteArray composed() const;
 
 private:
@@ -83,19 +82,19 @@ private:
         quint16 type = 0;
         quint32 count = 0;
         int at = 0; // of its twelve bytes in the block; 0 for a new entry
-        Range data; // outside of the entry, empty where there is none
+        Range data; // outside of the entry; empty if there is none
         bool isNew = false;
         QByteArray payload; // of a new entry
-        quint32 place = 0; // of the payload in the new block, where it does not fit into the entry
+        quint32 place = 0; // of the payload in the new block, if it does not fit into the entry
     };
     using Entries = std::vector<Entry>;
     struct Ifd
     {
         Directory kind = Other;
-        int parent = -1; // the index of the directory that leads here, by an entry of pointerTag
-        quint16 pointerTag = 0; // 0 for IFD0 and for IFD1, which a link leads to
-        quint32 offset = 0; // 0 where it does not stand in the block
-        Range range; // count, entries and, where there is one, the link
+        int parent = -1; // the index of the directory that points here, by an entry of pointerTag
+        quint16 pointerTag = 0; // 0 for IFD0, and for IFD1, which is reached by a link
+        quint32 offset = 0; // 0 if it is not in the block
+        Range range; // count, entries and, if there is one, the link
         quint32 link = 0;
         int oldCount = 0;
         Entries entries;

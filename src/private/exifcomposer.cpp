@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// How an ExifBlock that was changed becomes bytes again.
+// How a changed ExifBlock is serialized.
 
 #include "exifblock_p.h"
 
@@ -14,7 +14,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// A number as it stands in a file.
+/// A number as it is encoded in a file.
 QByteArray encoded(quint32 number, ByteOrder order)
 {
     QByteArray bytes;
@@ -53,12 +53,12 @@ private:
     std::vector<int> mChanges; // of the count, from one byte to the next
 };
 
-/// Writes the changed directories and values of a block: in their old places where they fit there
-/// and share them with nothing, else behind everything.
+/// Writes the changed directories and values of a block: in their old places if they fit there and
+/// share them with nothing else, otherwise at the end.
 class ExifBlock::Composer
 {
 public:
-    /// Changed directories stay where they fit, or all of them move.
+    /// If \a movesAll, all changed directories move; otherwise those that fit stay in place.
     Composer(const ExifBlock& block, bool movesAll)
         : mMovesAll(movesAll)
         , mOrder(block.mOrder)
@@ -71,7 +71,7 @@ public:
 
     QByteArray run()
     {
-        // Children come behind their parents, which have to lead to where they will be.
+        // Children come after their parents, which have to point to their new places.
         for (std::size_t i = mIfds.size(); i-- > 0;)
             choosePlace(mIfds[i]);
         for (Ifd& ifd : mIfds)
@@ -83,7 +83,7 @@ public:
             writer.write(tiffMagic);
             writer.write(quint32(0));
         }
-        // Values behind directories: what is added and removed again leaves no gap.
+        // Values go after directories, so that what is added and removed again leaves no gap.
         for (Ifd& ifd : mIfds) {
             if (ifd.isMoved)
                 ifd.offset = reserve(sizeOf(ifd));
@@ -110,7 +110,7 @@ private:
                            [](const Entry& entry) { return entry.isNew; });
     }
 
-    /// Whether a range is used by one thing alone.
+    /// Whether a range is used only once.
     bool isExclusive(const Range& range) const
     {
         const auto begin = mUses.begin();
@@ -140,7 +140,7 @@ private:
             announceMove(ifd, parent);
     }
 
-    /// Gives a parent an entry, or the link, that will lead to a child.
+    /// Gives a parent the entry, or the link, that will point to a child.
     void announceMove(const Ifd& child, Ifd* parent) const
     {
         if (child.pointerTag == 0) {
@@ -154,7 +154,7 @@ private:
         pointer.isNew = true;
         pointer.payload = encoded(child.offset, mOrder);
         Entries& entries = parent->entries;
-        // The entry that leads to where the child was, else one that leads nowhere.
+        // The entry that points to the old place of the child, otherwise the last one with its tag.
         const auto leadsThere = [this, &pointer](const Entry& entry) {
             return entry.tag == pointer.tag && !entry.isNew
                 && mOld.mid(entry.at + 8, inlineSize) == pointer.payload;
@@ -188,7 +188,7 @@ private:
         }
     }
 
-    /// Overwrites with NULs what nothing uses any more, and takes it away at the end of the block.
+    /// Overwrites with NULs what nothing uses any more, and cuts it off at the end of the block.
     void eraseFreed()
     {
         Coverage freed(int(mOut.size()));
@@ -206,7 +206,7 @@ private:
                     bytes[at] = '\0';
             }
         }
-        // Between two values there may be a byte that makes the second one begin at an even offset.
+        // Between two values there may be a byte that aligns the second one to an even offset.
         const auto isBetweenFree = [&isFree, this](int at) {
             return at % 2 == 1 && at + 1 < mOut.size() && mUses[static_cast<std::size_t>(at)] == 0
                 && mOut.at(at) == '\0' && isFree(at - 1);
@@ -217,7 +217,7 @@ private:
         mOut.truncate(size);
     }
 
-    /// Makes room at the end, and returns its offset, an even one.
+    /// Makes room at the end and returns its offset, which is even.
     quint32 reserve(int size)
     {
         const int begin = int(mOut.size() + mOut.size() % 2);
@@ -241,7 +241,7 @@ private:
         }
     }
 
-    /// Leads to a directory that has moved.
+    /// Updates the pointer, or the link, to a directory that has moved.
     void pointTo(const Ifd& ifd)
     {
         if (!ifd.isMoved)
@@ -274,7 +274,7 @@ private:
                 writer.write(mOld.constData() + entry.at, entrySize);
         }
         writer.write(ifd.link);
-        // In its old place a directory may have no room for a link, which means that it had none.
+        // In its old place, a directory may have no room for a link; then it had none before.
         if (!ifd.isMoved)
             bytes.truncate(ifd.range.end - ifd.range.begin);
         overwrite(ifd.offset, bytes);
@@ -327,8 +327,8 @@ QByteArray ExifBlock::composed() const
         std::any_of(mIfds.begin(), mIfds.end(), [](const Ifd& ifd) { return ifd.isRestructured; });
     if (!isRestructured)
         return inPlace;
-    // Directories that stand at the end together, from an earlier change, give back all of their
-    // room only when all of them move.
+    // Directories that an earlier change has placed at the end together free all of their room only
+    // if all of them move.
     const QByteArray moved = Composer(*this, true).run();
     return moved.size() < inPlace.size() ? moved : inPlace;
 }

@@ -153,7 +153,7 @@ private:
 
     static constexpr int BlockSize = 4096;
 
-    /// A list or a map that has been begun, and what is left of it.
+    /// A list or a map that is being written, and what is left of it.
     struct Container
     {
         bool isMap;
@@ -169,7 +169,7 @@ private:
         return *static_cast<const T*>(variant.constData());
     }
 
-    /// Writes \a value, or only the start of it if it is a container of any values.
+    /// Writes \a value, or only the start of it if it is a container of arbitrary values.
     void open(const QVariant& value)
     {
         switch (value.userType()) {
@@ -244,7 +244,7 @@ private:
         put(mSyntax.mapEnd);
     }
 
-    /// A key and what follows it. One that is a whole number in decimal is written as that number.
+    /// Writes a key and what follows it. A key that is a decimal integer is written as that number.
     void writeKey(const QString& key)
     {
         bool isNumber = false;

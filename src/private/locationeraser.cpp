@@ -51,7 +51,7 @@ void overwrite(QByteArray* file, const Pieces& pieces, const QByteArray& bytes)
     }
 }
 
-/// The end of the APP1 segment whose payload begins at a position; -1 where there is none.
+/// The end of the APP1 segment whose payload begins at a position; -1 if there is none.
 int endOfApp1(const QByteArray& file, int payload)
 {
     const int length = bigEndian<quint16>(file, payload - 2);
@@ -72,10 +72,10 @@ bool beginsBlock(const QByteArray& file, int at)
     return head == 0x49492A00 || head == 0x4D4D002A;
 }
 
-/// The pieces of the block behind a name: mostly one; a large block goes on in the next segments.
+/// The pieces of the block after a name: usually one; a large block continues in later segments.
 Pieces blockAt(const QByteArray& file, int name)
 {
-    const int maximumSize = 1024 * 1024; // of a block that is in no segment
+    const int maximumSize = 1024 * 1024; // of a block outside of any segment
     const int nameSize = int(exifName().size());
     int end = endOfApp1(file, name);
     if (end < 0)
@@ -126,8 +126,8 @@ bool namesLocation(const QByteArray& qualifiedName)
         || name.contains("longtitude");
 }
 
-/// Overwrites in XML what a location is told by, elements with all that is in them and attributes,
-/// with blanks.
+/// Overwrites with blanks what states a location in XML: attributes, and elements with everything
+/// in them.
 class LocationEraser
 {
 public:
@@ -147,12 +147,12 @@ private:
     {
         QByteArray name;
         int nameEnd = 0;
-        int end = 0; // behind ">"
+        int end = 0; // after ">"
         bool isClosing = false;
         bool isEmpty = false;
     };
 
-    /// Goes behind a piece of markup, and erases it where it tells a location.
+    /// Erases what states a location in the markup at \a at. Returns the position after it.
     int passMarkup(int at)
     {
         const int other = passOther(at);
@@ -170,7 +170,8 @@ private:
         return tag.end;
     }
 
-    /// Goes behind a comment, an instruction or a section of plain text; -1 where there is none.
+    /// The position after a comment, a processing instruction or a CDATA section; -1 for anything
+    /// else.
     int passOther(int at) const
     {
         const char* const kinds[][2] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
@@ -263,8 +264,8 @@ private:
     QByteArray& mXml;
 };
 
-/// What is erased from a packet that is no XML may leave one that is, and that tells more. False
-/// where that has no end.
+/// Erasing something from a malformed packet may leave markup that states another location, so that
+/// it takes several runs. Returns false if the last one permitted still found something.
 bool eraseUntilNothingIsFound(QByteArray* xml)
 {
     const int mostRuns = 5;
@@ -315,7 +316,7 @@ bool eraseExtendedXmpLocations(QByteArray* file)
     const int digestSize = 32;
     QMap<QByteArray, QMap<quint32, Piece>> packets; // by digest; the pieces by their offsets
     for (int at = 0; (at = int(file->indexOf(name, at))) >= 0; at += int(name.size())) {
-        const int begin = int(at + name.size() + digestSize + 8); // behind digest, size and offset
+        const int begin = int(at + name.size() + digestSize + 8); // after digest, size and offset
         const int end = endOfApp1(*file, at);
         if (end > begin)
             packets[file->mid(at + name.size(), digestSize)].insert(
@@ -336,9 +337,9 @@ bool eraseExtendedXmpLocations(QByteArray* file)
     return true;
 }
 
-// Films
+// Videos
 
-/// Makes the boxes that name a film's location free space. They stand behind the picture.
+/// Turns the boxes with a video's location into free space. They follow the picture.
 void eraseFilmLocations(QByteArray* file)
 {
     for (const char* const type : {"\xA9xyz", "loci"}) {
@@ -367,7 +368,7 @@ bool eraseLocationInXmp(QByteArray* packet)
 {
     int end = int(packet->size());
     while (end > 0 && packet->at(end - 1) == '\0')
-        --end; // some writers end it like a text in C
+        --end; // some writers terminate it like a C string
     if (packet->left(end).contains('\0'))
         return false;
     return eraseUntilNothingIsFound(packet);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Removes the place where a photograph was taken from a JPEG file, or from whatever else holds EXIF
-// and XMP.
+// Removes the location where a photograph was taken from a JPEG file, or from other data that
+// contain EXIF and XMP.
 
 #ifndef ORVAUTILS_LOCATIONERASER_P_H
 #define ORVAUTILS_LOCATIONERASER_P_H
@@ -12,13 +12,13 @@
 namespace OrvaUtilsPrivate {
 
 /// Overwrites the GPS values of every EXIF block and XMP packet in a file, and the location of a
-/// film behind the picture, wherever they stand. Nothing else changes, and the length stays. False
-/// if a block is so damaged that it would have to become longer or would still tell a location, and
-/// if a packet cannot be read; \a file is unspecified then.
+/// video after the picture, wherever they are. Nothing else changes, and the length stays the same.
+/// Returns false if a block is so damaged that it would have to become longer or would still reveal
+/// a location, or if a packet cannot be read; \a file is unspecified then.
 bool eraseLocation(QByteArray* file);
 
-/// The same for an XMP packet. False, with \a packet unspecified, where it is in another encoding
-/// than UTF-8, which XMP in a picture never is, or far from XML: nobody knows what it tells.
+/// The same for an XMP packet. Returns false, with \a packet unspecified, if it is not encoded in
+/// UTF-8, as XMP in a picture always is, or if it is so far from XML that its contents are unknown.
 bool eraseLocationInXmp(QByteArray* packet);
 
 } // namespace OrvaUtilsPrivate

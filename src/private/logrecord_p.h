@@ -17,7 +17,7 @@
 
 namespace OrvaUtilsPrivate {
 
-/// A LogStream that puts one blank between its values by itself.
+/// A LogStream that automatically puts one blank between its values.
 class LogRecord
 {
 public:
