@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Metadata in a GIF: in comments, and in an extension of Adobe's for XMP.
+// Metadata in a GIF: in comments, and in Adobe's extension for XMP.
 
 #include "picturemetadata_p.h"
 
@@ -24,7 +24,7 @@ struct Block
 {
     char label = 0; // of an extension; 0 for a picture
     QByteArray whole; // valid as long as the file is
-    QByteArray content; // of an extension: its pieces put together
+    QByteArray content; // of an extension: its concatenated pieces
 };
 
 struct Blocks
@@ -40,8 +40,8 @@ int colorTableSize(char flags)
     return flags & 0x80 ? 3 << ((flags & 7) + 1) : 0;
 }
 
-/// Goes behind the pieces from \a at on, each of which begins with its size, up to an empty one.
-/// Returns -1 where the file ends before.
+/// Appends the pieces from \a at on, each of which begins with its size, up to an empty one.
+/// Returns the position after that one; -1 if the file ends before.
 int behindPieces(const QByteArray& file, int at, QByteArray* content)
 {
     while (at < file.size() && file.at(at) != 0) {
@@ -52,7 +52,8 @@ int behindPieces(const QByteArray& file, int at, QByteArray* content)
     return at < file.size() ? at + 1 : -1;
 }
 
-/// Reads the block at \a at and returns where it ends, -1 where the file ends before.
+/// Reads the block at \a at and returns where it ends; -1 if there is none, or only a part of an
+/// extension.
 int readBlock(const QByteArray& file, int at, Block* block)
 {
     QByteArray unused;
@@ -64,7 +65,7 @@ int readBlock(const QByteArray& file, int at, Block* block)
         const int data = at + 10 + colorTableSize(file.at(at + 9)) + 1; // the size of a code, too
         end = behindPieces(file, data, &unused);
     }
-    // A picture that is cut short shows what there is of it.
+    // A truncated picture is shown as far as it goes.
     if (end < 0 && file.at(at) == imageMark)
         end = int(file.size());
     if (end > 0)
@@ -103,8 +104,8 @@ bool isXmp(const Block& block)
     return block.label == char(0xFF) && block.whole.mid(3, xmpName().size()) == xmpName();
 }
 
-/// XMP stands there as it is, without sizes: whoever takes its bytes for sizes ends in a tail of
-/// all numbers downwards, each of which leads to the last one.
+/// XMP is stored as it is, without sizes: a reader that takes its bytes for sizes ends up in a tail
+/// of descending numbers, each of which leads to the last one.
 QByteArray xmpTail()
 {
     QByteArray tail(1, 1);
@@ -169,7 +170,7 @@ QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metada
     result.reserve(file.size() + added.size());
     const int last = int(blocks.list.size()) - 1;
     for (int i = 0; i <= last; ++i) {
-        // Behind a picture that is cut short everything would be taken for a part of it.
+        // After a truncated picture, everything would be taken for a part of it.
         if (i == last && !blocks.endsProperly)
             result += added;
         if (!isMetadata(blocks.list.at(i)))

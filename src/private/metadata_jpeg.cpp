@@ -42,11 +42,11 @@ struct Segments
 {
     QList<Segment> list;
     bool endsProperly = false;
-    bool isBroken = false; // in the middle, so that nobody knows what the rest of the file is
+    bool isBroken = false; // in the middle, so that the rest of the file is unknown
     qint64 end = 0; // of the picture in the file
 };
 
-/// None of the arrays is a copy: they are valid as long as \a file is.
+/// Not a copy: it is valid as long as \a file is.
 QByteArray part(const QByteArray& file, qint64 begin, qint64 end)
 {
     end = qMin(end, qint64(file.size()));
@@ -85,7 +85,7 @@ bool isProfile(const Segment& segment)
     return segment.marker == JpegMarker::App2 && segment.payload.startsWith(withNul(profileName));
 }
 
-/// Whether a decoder, or a program that shows the colours right, needs the segment.
+/// Whether the segment is needed to decode the picture or to show its colours correctly.
 bool belongsToPicture(const Segment& segment)
 {
     const quint16 app14 = 0xFFEE;
@@ -100,7 +100,7 @@ bool belongsToPicture(const Segment& segment)
     return !isApp && segment.marker != JpegMarker::Comment;
 }
 
-/// The segment that holds \a name and \a payload; nothing where they are too long for one.
+/// The segment that contains \a name and \a payload; empty if they are too long for one.
 QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& payload)
 {
     const int size = int(name.size() + payload.size());
@@ -109,13 +109,13 @@ QByteArray segment(quint16 marker, const QByteArray& name, const QByteArray& pay
     return JpegSegments::head(marker, size) + name + payload;
 }
 
-/// A profile, in as many segments as it takes; nothing where it is too long for them.
+/// A profile, in as many segments as it takes; empty if it takes more than 255.
 QByteArray profileSegments(const QByteArray& profile)
 {
     const int most = int(JpegSegments::MaximumPayload) - int(sizeof profileName) - 2;
     const int count = int((profile.size() + most - 1) / most);
     if (count > 255)
-        return QByteArray(); // GCOVR_EXCL_LINE: what comes from a JPEG has room in one
+        return QByteArray(); // GCOVR_EXCL_LINE: a profile from a JPEG fits into one
     QByteArray bytes;
     for (int i = 0; i < count; ++i) {
         const char place[] = {char(i + 1), char(count)};
@@ -141,7 +141,7 @@ QByteArray metadataSegments(const PictureMetadata& metadata)
     return bytes;
 }
 
-/// The profile, whose parts are numbered.
+/// The profile, joined from its numbered parts.
 QByteArray profileOf(const Segments& segments)
 {
     QMap<int, QByteArray> parts;
@@ -174,11 +174,11 @@ void takeMetadata(const Segment& segment, MetadataFindings* findings)
     } else if (segment.marker == JpegMarker::Comment) {
         metadata.comments.append(detached(payload));
     } else if (!belongsToPicture(segment)
-               // Cut short by the end of the file, it would take what follows it elsewhere.
+               // A truncated segment would swallow what follows it in another file.
                && segment.whole.startsWith(JpegSegments::head(segment.marker, int(payload.size())))
-               // Its offsets would be wrong, and what it leads to is dropped.
+               // Its offsets would be wrong, and what it points to is dropped.
                && !payload.startsWith(withNul(multiPictureName))) {
-        // Without what belongs to nothing up to the next marker.
+        // Without stray bytes before the next marker.
         metadata.others.append(JpegSegments::head(segment.marker, int(payload.size())) + payload);
     }
 }

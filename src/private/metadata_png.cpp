@@ -28,7 +28,7 @@ struct Chunk
 {
     QByteArray type;
     QByteArray data; // valid as long as the file is
-    QByteArray whole; // with length and checksum; likewise
+    QByteArray whole; // with length and checksum; valid as long as the file is
 };
 
 struct Chunks
@@ -69,8 +69,8 @@ bool isText(const Chunk& chunk)
     return chunk.type == "tEXt" || chunk.type == "zTXt" || chunk.type == "iTXt";
 }
 
-/// Whether the chunk is needed to show the picture: all that are critical, and those that tell
-/// about colours, the density and the frames of an animation.
+/// Whether the chunk is needed to show the picture: all critical chunks, and those about colours,
+/// the density and the frames of an animation.
 bool belongsToPicture(const Chunk& chunk)
 {
     const bool isCritical = (chunk.type.at(0) & 0x20) == 0;
@@ -113,7 +113,7 @@ QByteArray chunk(const QByteArray& type, const QByteArray& data)
     return bigEndian(quint32(data.size())) + checked + bigEndian(checksum(checked));
 }
 
-/// The XMP packet of a chunk that holds one: behind its keyword stand a flag and a method for
+/// The XMP packet of a chunk that contains one: its keyword is followed by a flag and a method for
 /// compression, a language and a translated keyword.
 QByteArray xmpPacket(const Chunk& chunk)
 {
@@ -124,7 +124,7 @@ QByteArray xmpPacket(const Chunk& chunk)
     if (text == 0)
         return QByteArray();
     const QByteArray packet(chunk.data.constData() + text, chunk.data.size() - text);
-    // XMP is not to be compressed; where it is, it stays a text like any other.
+    // XMP must not be compressed; if it is, it is treated like any other text.
     return chunk.data.at(flags) == 0 ? packet : QByteArray();
 }
 

@@ -65,7 +65,7 @@ QByteArray chunk(const QByteArray& type, const QByteArray& data)
 }
 
 /// The extended header of a picture that has none: a byte of flags, three that are reserved, and
-/// width and height less one in three bytes each; null where the size cannot be found.
+/// width and height minus one in three bytes each; null if the size cannot be found.
 QByteArray extendedHeader(const Chunk& pixels)
 {
     const auto byte = [&](int at) { return quint32(uchar(pixels.data.at(at))); };
@@ -92,7 +92,7 @@ QByteArray extendedHeader(const Chunk& pixels)
     return header;
 }
 
-/// An EXIF block without the name that a JPEG needs, which some programs write here, too.
+/// An EXIF block without the name that a JPEG needs and that some programs also write here.
 QByteArray withoutName(const QByteArray& exif)
 {
     const QByteArray name = QByteArrayLiteral("Exif\0\0");

@@ -15,10 +15,10 @@ namespace {
 
 using Header = QExifImageHeader;
 
-// Texts go from block to block as bytes: in Latin-1 every byte is a character.
+// Texts are copied between blocks as bytes: in Latin-1 every byte is a character.
 const ExifBlock::TextCodec bytewise = ExifBlock::TextCodec::Latin1;
 
-/// An EXIF block that tells who made a photograph and when; empty where it is not told.
+/// An EXIF block with the author, the copyright and the date of a photograph; empty if unknown.
 QByteArray copyrightAndDate(const QByteArray& exif)
 {
     ExifBlock found;
@@ -38,10 +38,10 @@ QByteArray copyrightAndDate(const QByteArray& exif)
     return kept.isEmpty() ? QByteArray() : kept.composed();
 }
 
-/// The chunks of text in a PNG that tell the same.
+/// The text chunks of a PNG with the same information.
 QList<QByteArray> copyrightAndDate(const QList<QByteArray>& comments)
 {
-    const int keywordAt = 8; // behind length and type
+    const int keywordAt = 8; // after length and type
     const char* const keywords[] = {"Copyright", "Author", "Creation Time"};
     QList<QByteArray> kept;
     for (const QByteArray& comment : comments) {
@@ -58,17 +58,17 @@ QByteArray withoutGps(const QByteArray& exif)
 {
     ExifBlock block;
     if (!block.parse(exif))
-        return QByteArray(); // nobody knows what it tells
+        return QByteArray(); // its contents are unknown
     block.removeGps();
     const QByteArray without = block.composed();
     return ExifBlock::mayTellGps(without) ? QByteArray() : without;
 }
 
-/// Whether a comment of a JPEG or GIF, or a chunk of text in a PNG, may tell a location.
+/// Whether a comment of a JPEG or GIF, or a text chunk of a PNG, may reveal a location.
 bool mayTellLocation(const QByteArray& comment)
 {
-    // A PNG may hold EXIF and XMP as texts of hexadecimal digits, XMP also compressed or twice.
-    const QByteArray text = comment.mid(8); // behind length and type
+    // A PNG may contain EXIF and XMP as hexadecimal digits, XMP also compressed or twice.
+    const QByteArray text = comment.mid(8); // after length and type
     QByteArray without = comment;
     return text.startsWith("Raw profile type") || text.startsWith("XML:com.adobe.xmp")
         || !eraseLocation(&without) || without != comment;
@@ -89,7 +89,7 @@ PictureMetadata withoutLocation(const PictureMetadata& found)
     return kept;
 }
 
-/// The XMP packet, which says that the picture stands upright if it says anything about that.
+/// The XMP packet, with any orientation that it states set to upright.
 QByteArray uprightXmp(QByteArray xmp)
 {
     const QByteArray name = QByteArrayLiteral("tiff:Orientation");
@@ -105,7 +105,7 @@ QByteArray uprightXmp(QByteArray xmp)
     return xmp;
 }
 
-/// Replaces a number that a block states; does nothing where it does not.
+/// Replaces a number in a block; does nothing if the block does not contain it.
 void correct(ExifBlock* block, ExifBlock::Directory directory, quint16 tag, int number)
 {
     if (block->contains(directory, tag))

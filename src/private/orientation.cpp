@@ -17,13 +17,13 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// What sets a picture upright: it is rotated clockwise first, and mirrored then.
+/// What turns a picture upright: it is first rotated clockwise, then mirrored.
 struct Turn
 {
     int degrees;
     bool swapsLeftAndRight;
     bool swapsTopAndBottom;
-    QImageIOHandler::Transformation transformation; ///< how Qt names the same
+    QImageIOHandler::Transformation transformation; ///< Qt's name for the same
 };
 
 using Handler = QImageIOHandler;
@@ -34,7 +34,7 @@ const Turn turns[] = {
     {0, false, true, Handler::TransformationFlip},
     {90, true, false, Handler::TransformationFlipAndRotate90}, // transposed
     {90, false, false, Handler::TransformationRotate90},
-    {90, false, true, Handler::TransformationMirrorAndRotate90}, // the same, the other diagonal
+    {90, false, true, Handler::TransformationMirrorAndRotate90}, // along the other diagonal
     {270, false, false, Handler::TransformationRotate270} // 8
 };
 

@@ -10,12 +10,12 @@
 
 namespace OrvaUtilsPrivate {
 
-/// Whether a picture of that EXIF orientation lies on its side: upright, width and height change
-/// places.
+/// Whether a picture of that EXIF orientation lies on its side: turning it upright swaps width and
+/// height.
 bool isSideways(int orientation);
 
-/// \a image as it looks upright, with its colour profile. \a orientation is that of EXIF, from 1
-/// (upright already) to 8.
+/// \a image as it looks upright, with its colour profile. \a orientation is the EXIF orientation,
+/// from 1 (already upright) to 8.
 QImage upright(const QImage& image, int orientation);
 
 /// The EXIF orientation, 1 to 8, that \a transformation undoes.

@@ -36,7 +36,7 @@ QString translated(const char* text)
     return QCoreApplication::translate("ImageImport", text);
 }
 
-/// The one name of a format that has two.
+/// The canonical name of a format, in lower case.
 QByteArray formatNamed(const QByteArray& name)
 {
     const QByteArray lower = name.toLower();
@@ -45,7 +45,7 @@ QByteArray formatNamed(const QByteArray& name)
     return lower == "tif" ? QByteArrayLiteral("tiff") : lower;
 }
 
-/// Whether a file of the format tells nothing beside its pixels.
+/// Whether a file of the format contains nothing but pixels.
 bool holdsPixelsAlone(const QByteArray& format)
 {
     const char* const formats[] = {"bmp", "cur", "ico",  "pbm", "pgm",
@@ -54,7 +54,7 @@ bool holdsPixelsAlone(const QByteArray& format)
                        [&](const char* known) { return format == known; });
 }
 
-/// Lays a picture with transparent pixels on white.
+/// Draws a picture with transparent pixels on white.
 QImage onWhite(const QImage& image)
 {
     QImage opaque(image.size(), QImage::Format_RGB32);
@@ -70,7 +70,7 @@ QImage onWhite(const QImage& image)
     return opaque;
 }
 
-/// One import, step by step. Each step that fails says so in the result.
+/// One import, step by step. A step that fails sets the status of the result.
 class PictureImport
 {
 public:
@@ -135,7 +135,7 @@ ImageImportResult PictureImport::run()
     return mResult;
 }
 
-/// Reads the header, and refuses by it what is not wanted.
+/// Reads the header, and refuses what cannot be imported.
 bool PictureImport::inspect()
 {
     if (isCancelled())
@@ -168,14 +168,14 @@ bool PictureImport::read()
     if (readWholeFile(mSource, &mBytes))
         return true;
     const auto status = ImageImportResult::NotReadable; // GCOVR_EXCL_LINE: the header was readable
-    return failsWithName(status, "\"%1\" cannot be read."); // GCOVR_EXCL_LINE: likewise
+    return failsWithName(status, "\"%1\" cannot be read."); // GCOVR_EXCL_LINE: as above
 }
 
-/// Looks for what stands beside the pixels.
+/// Reads what the file contains besides the pixels.
 bool PictureImport::examine()
 {
     mFound = readMetadata(mBytes, mResult.format);
-    // A reader that finds nothing to do does not say whether the file says so.
+    // A reader with nothing to transform does not tell whether the file states an orientation.
     const int readersWord = mHeader.orientation > 1 ? mHeader.orientation : 0;
     mResult.orientation = mResult.format == "jpeg" ? orientationIn(mFound.metadata) : readersWord;
     mResult.truncated = mFound.isTruncated;
@@ -193,8 +193,8 @@ bool PictureImport::mustReencode() const
     return mFormat != mResult.format || holdsUnknown || mustTurn() || mustConvert() || mayExceed();
 }
 
-/// Whether there is something to decode in a file that breaks off. A copy of it would be no picture
-/// otherwise.
+/// Whether there is anything to decode in a truncated file. Otherwise, a copy of it would not be a
+/// picture.
 bool PictureImport::holdsPicture()
 {
     if (!mResult.truncated)
@@ -207,7 +207,7 @@ bool PictureImport::holdsPicture()
     return failsWithName(ImageImportResult::Truncated, "\"%1\" is incomplete.");
 }
 
-/// Copies the file, or all of it but some metadata.
+/// Copies the file, or all of it except for some metadata.
 bool PictureImport::copy()
 {
     FileUtils::old::forceDirectoryCreationForAFile(mDestination);
@@ -248,7 +248,7 @@ bool PictureImport::load()
                              : failsWithName(ImageImportResult::NotReadable, "\"%1\" is damaged.");
 }
 
-/// Decodes the source, a JPEG not much larger than \a wanted where that is valid.
+/// Decodes the source; a JPEG may be decoded at a reduced size if \a wanted is valid.
 bool PictureImport::decode(const QSize& wanted, QImage* image) const
 {
     const bool decoded = mResult.format == "jpeg" ? decodeJpeg(mBytes, mHeader.size, wanted, image)
@@ -259,7 +259,7 @@ bool PictureImport::decode(const QSize& wanted, QImage* image) const
 /// Scales the picture if it is too large.
 bool PictureImport::fit()
 {
-    // A JPEG may have been decoded at a reduced size. Other formats may not tell theirs before.
+    // A JPEG may have been decoded at a reduced size. Others may not state theirs in advance.
     const QSize whole = mResult.format == "jpeg" ? mHeader.size : mImage.size();
     const QSize target = targetSize(whole);
     if (target.isValid() && target != mImage.size()) {
@@ -270,7 +270,7 @@ bool PictureImport::fit()
     return !isCancelled();
 }
 
-/// Turns the picture and brings its colours to what is wanted and what the format has.
+/// Turns the picture, and converts its colours as requested and as the format requires.
 bool PictureImport::finishPixels()
 {
     if (mustTurn())
@@ -341,7 +341,7 @@ bool PictureImport::isCancelled()
         && !fail(ImageImportResult::Cancelled, translated("The import was cancelled."));
 }
 
-/// Whether the format is one that Qt does not write, and that no other one is asked for.
+/// Whether the format is one that Qt does not write, and no other one is requested.
 bool PictureImport::isCopiedAlways() const
 {
     return mFormat == mResult.format && (mFormat == "gif" || mFormat == "svg");
@@ -360,14 +360,14 @@ bool PictureImport::mustConvert() const
 #endif
 }
 
-/// Whether the picture is too large, or does not tell that it is not.
+/// Whether the picture is too large, or may be because it does not state its size.
 bool PictureImport::mayExceed() const
 {
     const bool isLimited = mHow.maxSize.width() > 0 || mHow.maxSize.height() > 0;
     return mHeader.size.isValid() ? exceeds(mHeader.size, limit()) : isLimited;
 }
 
-/// The most that the picture may measure as it is stored.
+/// The maximum size of the picture as it is stored.
 QSize PictureImport::limit() const
 {
     const int none = std::numeric_limits<int>::max();
@@ -376,14 +376,14 @@ QSize PictureImport::limit() const
     return isSideways(mResult.orientation) ? most.transposed() : most;
 }
 
-/// The size to which a picture has to be scaled; invalid where it fits.
+/// The size to which a picture has to be scaled; invalid if it fits.
 QSize PictureImport::targetSize(const QSize& picture) const
 {
     return exceeds(picture, limit()) ? scaledSize(picture, limit(), Qt::KeepAspectRatio) : QSize();
 }
 
-/// About how much memory the import takes from here on, in bytes: the file, the picture as it is
-/// decoded and as it is scaled, and both when the latter is turned.
+/// About how much memory the import takes from here on, in bytes: the file, and the picture as it
+/// is decoded and as it is scaled.
 qint64 PictureImport::memoryNeeded() const
 {
     const QSize target = targetSize(mHeader.size);
@@ -396,7 +396,7 @@ qint64 PictureImport::memoryNeeded() const
     return mBytes.size() + (pixels(decoded) + pixels(target)) * mHeader.bytesPerPixel;
 }
 
-/// What the imported file is to tell beside its pixels.
+/// The metadata of the imported file.
 PictureMetadata PictureImport::metadata() const
 {
     PictureMetadata chosen = chosenMetadata(mFound.metadata, mHow.metadata);
@@ -410,11 +410,11 @@ PictureMetadata PictureImport::metadata() const
         isEncoded ? adaptedMetadata(chosen, mResult.size, mustTurn()) : chosen;
     if (mustTurn())
         return adapted;
-    // What the picture is shown by stays, whatever else goes.
+    // The orientation is kept whatever else is removed: the picture is shown by it.
     return withOrientation(adapted, qMax(mResult.orientation, orientationIn(mFound.metadata)));
 }
 
-/// The profile that a JPEG gets from a JPEG as it is stored; empty where it gets what Qt writes.
+/// The profile that a JPEG takes unchanged from a JPEG; empty if it keeps what Qt writes.
 QByteArray PictureImport::splicedProfile() const
 {
     if (mResult.format != "jpeg" || mFormat != "jpeg" || mustConvert())

@@ -13,21 +13,21 @@
 
 namespace OrvaUtilsPrivate {
 
-/// How an import that runs beside others is held back and stopped.
+/// Delays and cancels an import that runs in parallel with others.
 class ImportControl
 {
 public:
     virtual ~ImportControl() = default;
 
-    /// Called before memory is taken for the picture, about \a bytes of it; may wait until others
-    /// have given theirs back. False where the import is to end.
+    /// Called before about \a bytes of memory are allocated for the picture; may wait until other
+    /// imports have freed theirs. Returns false if the import is to be cancelled.
     virtual bool mayTake(qint64 bytes) = 0;
 
-    /// Whether the import is to end. Asked between its steps.
+    /// Whether the import is to be cancelled. Called between its steps.
     virtual bool isCancelled() const = 0;
 };
 
-/// What ImageUtils::importImage() does. \a control may be null.
+/// Implements ImageUtils::importImage(). \a control may be null.
 ImageImportResult importPicture(const QString& src, const QString& dst, const ImageImport& how,
                                 ImportControl* control = nullptr);
 

@@ -18,7 +18,7 @@ struct PictureMetadata
     QByteArray exif;
     /// The XMP packet.
     QByteArray xmp;
-    /// The payload of a JPEG's APP13 segment: IPTC and what else Photoshop writes.
+    /// The payload of a JPEG's APP13 segment: IPTC and whatever else Photoshop writes.
     QByteArray iptc;
     /// Comments of a JPEG or GIF; the text chunks of a PNG, each as it is stored.
     QList<QByteArray> comments;
@@ -33,11 +33,11 @@ struct PictureMetadata
 struct MetadataFindings
 {
     PictureMetadata metadata;
-    /// The colour profile; only of JPEG and WebP, whose file holds it as it is.
+    /// The colour profile; only of JPEG and WebP, which store it as it is.
     QByteArray profile;
     /// Whether there is a colour profile.
     bool hasProfile = false;
-    /// Whether the file breaks off before the end that its format prescribes.
+    /// Whether the file ends before the end that its format prescribes.
     bool isTruncated = false;
     /// Whether something follows the end of the picture.
     bool hasTrailer = false;
@@ -46,15 +46,15 @@ struct MetadataFindings
 /// Whether withMetadata() knows \a format.
 bool canCarryMetadata(const QByteArray& format);
 
-/// Reads the metadata in \a file, a picture of \a format ("jpeg", "png", "webp", "gif"; of any
-/// other nothing is found).
+/// Reads the metadata in \a file, a picture of \a format ("jpeg", "png", "webp", "gif"; nothing is
+/// found in any other).
 MetadataFindings readMetadata(const QByteArray& file, const QByteArray& format);
 
-/// \a file with \a metadata instead of its own; null where \a file is not what \a format says, or
-/// where it is so damaged that nobody knows which bytes belong to the picture. \a format must be
-/// one that canCarryMetadata() knows. What the format cannot hold (a JPEG holds 64 KB of EXIF and
-/// of XMP) is left out. Pixels and colour profile are kept as they are stored, what follows the end
-/// of the picture is dropped. \a profile, if it is not empty, takes the place of the profile of a
+/// \a file with \a metadata instead of its own; null if \a file is not of \a format, or if it is so
+/// damaged that it is unclear which bytes belong to the picture. \a format must be one that
+/// canCarryMetadata() knows. What does not fit into the format (a JPEG can contain 64 KB each of
+/// EXIF and XMP) is left out. Pixels and colour profile are kept as they are stored; what follows
+/// the end of the picture is dropped. If \a profile is not empty, it replaces the profile of a
 /// JPEG.
 QByteArray withMetadata(const QByteArray& file, const QByteArray& format,
                         const PictureMetadata& metadata, const QByteArray& profile = QByteArray());
