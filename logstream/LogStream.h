@@ -3,7 +3,7 @@
 
 // LogStream: one log record, filled value by value and emitted when the object is destroyed.
 //
-// This is a stand-in for the logging library that the applications share. It hands each record to
+// This is a stand-in for the logging library that the applications share. It passes each record to
 // Qt's message handler in the logging category "orvautils", so that a host can filter with
 // QT_LOGGING_RULES (for example "orvautils.info=false") and format with QT_MESSAGE_PATTERN.
 

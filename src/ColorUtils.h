@@ -13,7 +13,7 @@
 #include <QString>
 
 /// Static functions on colours. The class is a QObject only for the sake of its meta-object; it
-/// holds no state and logs nothing.
+/// has no state and logs nothing.
 class ORVAUTILS_EXPORT ColorUtils : public QObject
 {
     Q_OBJECT

@@ -26,7 +26,7 @@ public:
 
     /// The hardware address of the network interface "en0" (on macOS, the built-in adapter) if that
     /// interface exists, even when its address is empty; otherwise the first address that is not
-    /// empty, in the order in which the system lists its interfaces; otherwise an empty text.
+    /// empty, in the order in which the system lists its interfaces; otherwise an empty string.
     /// Written as "02:00:5E:10:00:07".
     ///
     /// An address of zeros is not empty: on a system whose loopback interface comes first and has

@@ -47,9 +47,9 @@ public:
     /// Registers \a url, in \a langs, as the contact page, as initOrvanelWebSite() does.
     static void initContactUs(const QString& url, const QStringList& langs);
 
-    /// The maker's web site in the user's language; where it does not exist in that language, the
-    /// page in its first language, passed through autoTranslatedUrl(). Before registration the
-    /// address is empty, and still goes through autoTranslatedUrl().
+    /// The maker's web site in the user's language; if it does not exist in that language, the page
+    /// in its first language, passed through autoTranslatedUrl(). Before registration the address
+    /// is empty, and is still passed through autoTranslatedUrl().
     static QString urlOrvanelCompanynWebsite();
     /// The application's web site, see urlOrvanelCompanynWebsite().
     static QString urlApplicationWebsite();
@@ -59,14 +59,15 @@ public:
     /// The documentation in the user's language, opened at \a page.
     ///
     /// A \a page that is not empty is appended to the address, with a "/" between them unless the
-    /// address ends with one; an empty \a page adds nothing. Where the documentation does not exist
-    /// in the user's language, the whole address, page included, goes through autoTranslatedUrl().
+    /// address ends with one; an empty \a page adds nothing. If the documentation does not exist in
+    /// the user's language, the whole address, page included, is passed through
+    /// autoTranslatedUrl().
     static QString urlDocumentation(const QString& page);
 
     /// \a url with every "{{lang}}" replaced by a code of \a langs.
     ///
     /// The code is the first whose language is the user's, exactly as it is written in the list,
-    /// and `*found` is set to true. Where there is none it is the first code of the list (with an
+    /// and `*found` is set to true. If there is none, it is the first code of the list (with an
     /// empty list \a url is returned as it is), and `*found` is set to false.
     ///
     /// \a found may be null, and a call without it never matches: it always uses the first code.

@@ -48,7 +48,7 @@ public:
     ///
     /// It is not necessary to call it: the first call that needs the tables builds them, even
     /// before main(). That takes a third of a millisecond (603 locales, 152 currencies with
-    /// Qt 5.15). A program that never asks for a price does not pay for it. Call init() where the
+    /// Qt 5.15). A program that never asks for a price does not pay for it. Call init() if the
     /// first price must not wait.
     static void init();
 

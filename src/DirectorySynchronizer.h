@@ -146,9 +146,9 @@ Q_SIGNALS:
     /// \endcode
     void removed(const QString& mirror);
     /// Something failed at \a path, for \a reason: a source file that could not be copied, a mirror
-    /// that could not be removed, a file or folder that cannot be watched. Follows error() where
-    /// that is sent. The reason is the system's, or translated in the context
-    /// "DirectorySynchronizer" or "DirectoryWatcher".
+    /// that could not be removed, a file or folder that cannot be watched. Follows error() if that
+    /// is emitted. The reason is the system's, or translated in the context "DirectorySynchronizer"
+    /// or "DirectoryWatcher".
     ///
     /// \code
     /// connect(&synchronizer, &DirectorySynchronizer::failed, this,

@@ -42,7 +42,7 @@ class DirectoryWatcherPrivate;
 /// Files and folders may replace each other in one step, and the root may be moved away, come back
 /// or be created again: the watcher follows paths, and whatever exists at them. For this it also
 /// watches the folders above the root. Changes without a notification are found by comparing files
-/// with their last known state (inode and time of change, where the system has these), once nothing
+/// with their last known state (inode and time of change, if the system has these), once nothing
 /// has happened for 100 milliseconds, or after one second of continuous activity.
 ///
 /// Each file and each folder takes one of the platform's watches. A tree that needs more than the

@@ -26,7 +26,7 @@ public:
     /// A centred badge with black text and no visible background and border.
     DrawingCountOptions();
 
-    Qt::Alignment alignment; ///< where the badge sits in rect: Qt::AlignCenter (132)
+    Qt::Alignment alignment; ///< the position of the badge in rect: Qt::AlignCenter (132)
     int margin = 0; ///< extra pixels kept free around the badge within rect: 0
     QColor firstBackgroundColor; ///< at the top; no background at all with alpha 0: transparent
     QColor secondBackgroundColor; ///< from the middle down: white

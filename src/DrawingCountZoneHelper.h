@@ -23,14 +23,14 @@ class QPainter;
 /// \endcode
 ///
 /// The badge is as high as a line of text and as wide as the text plus 0.3 of that height, rounded,
-/// on the left and on the right. The radius of its corners is half its height (half its width where
-/// it is narrower than high), so that a short count reads as a pill with the text in its middle.
+/// on the left and on the right. The radius of its corners is half its height (half its width if it
+/// is narrower than high), so that a short count reads as a pill with the text in its middle.
 class ORVAUTILS_EXPORT DrawingCountZoneHelper
 {
 public:
     /// The rectangle of the badge for \a text, in the logical pixels of \a painter: inside the
     /// rectangle of \a options minus the margin on each side, at the left (Qt::AlignLeft) or right
-    /// (Qt::AlignRight) and at the top (Qt::AlignTop) or bottom (Qt::AlignBottom), centred where
+    /// (Qt::AlignRight) and at the top (Qt::AlignTop) or bottom (Qt::AlignBottom), centred if
     /// neither is set. A badge that is larger than that area extends beyond it.
     static QRect boundingRect(QPainter* painter, const QString& text,
                               const DrawingCountOptions& options);

@@ -66,10 +66,10 @@ class ErrorablePrivate;
 ///
 /// \par Lifetime
 /// The links of the tree do not own: an object counts as absent as soon as its Errorable or its
-/// QObject part has been destroyed. This holds during destruction, too, when a QWidget deletes its
-/// children after its own Errorable part is gone: a child that raises or clears an error then does
-/// so as a root. An object whose parent is gone is a root from then on. An object must not be
-/// registered below itself, at any level; this is not checked.
+/// QObject part has been destroyed. This is also true during destruction, when a QWidget deletes
+/// its children after its own Errorable part has been destroyed: a child that raises or clears an
+/// error then does so as a root. An object whose parent has been destroyed is a root from then on.
+/// An object must not be registered below itself, at any level; this is not checked.
 ///
 /// \par Threads
 /// Everything here belongs to the one thread that owns the objects of the tree; nothing is locked.
@@ -99,7 +99,7 @@ public:
     /// source; a null \a file counts as empty. Use ORVAUTILS_ADD_ERRORABLE_CHILD.
     ///
     /// A child that is registered again, here or elsewhere, gets the new parent and the new place,
-    /// and stays in the old parent's list (or stands twice in this one). A parent that is not a
+    /// and stays in the old parent's list (or appears twice in this one). A parent that is not a
     /// QObject makes the child a root.
     ///
     /// A child that is not a QObject is not registered; that is logged with LogType 4, as "###Try

@@ -45,7 +45,7 @@ public:
     ErrorableCode();
 
     /// Whether this is an error: false exactly when both context and code are those of the no-error
-    /// value, whatever the other fields hold.
+    /// value, whatever the other fields contain.
     bool isValid() const;
 
     /// True when context and code are equal. The other fields do not count. operator<, which is

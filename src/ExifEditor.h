@@ -37,15 +37,15 @@ class ExifEditorPrivate;
 ///     return error;
 /// \endcode
 ///
-/// The block is the first EXIF segment in front of the picture, wherever it stands among the other
+/// The block is the first EXIF segment in front of the picture, wherever it is among the other
 /// segments. (QExifImageHeader looks at the first APP1 segment alone, and writes a layout of its
-/// own that drops what it does not know.)
+/// own that drops what it does not support.)
 ///
 /// Changes are written as follows:
 /// - A value that fits in the place of the old one is written there. A longer one goes to the end
 ///   of the block.
 /// - A directory that loses a tag stays in its place and closes the gap. One that gains a tag is
-///   written anew at the end of the block, in ascending order, and the reference to it is adjusted.
+///   rewritten at the end of the block, in ascending order, and the reference to it is adjusted.
 /// - A place that something else uses too (a value that two tags share, for example) is not
 ///   written; the new value or directory goes to the end instead.
 /// - Data that is replaced, moved or removed is overwritten with NULs, so that it does not remain
@@ -125,7 +125,7 @@ public:
     /// The tags of the GPS sub-IFD in ascending order.
     QList<QExifImageHeader::GpsTag> gpsTags() const;
 
-    /// Whether the image \a tag is present, even with a value that QExifValue cannot hold.
+    /// Whether the image \a tag is present, even with a value that QExifValue cannot represent.
     bool contains(QExifImageHeader::ImageTag tag) const;
     /// Whether the extended \a tag is present.
     bool contains(QExifImageHeader::ExifExtendedTag tag) const;

@@ -31,19 +31,19 @@ QT_END_NAMESPACE
 /// if (!FileUtils::checkWritingRightInFolder(folder, tr("Projects"), &error))
 ///     QMessageBox::warning(window, title, error);
 /// else if (!FileUtils::copyDir(project, folder + QStringLiteral("/backup"), false))
-///     ... // why, the log tells
+///     ... // the reason is in the log
 /// \endcode
 ///
 /// Paths are separated by "/" on every platform. A folder path may end with "/" or not; the
 /// documentation of a function says so if that makes a difference. Everything runs on the calling
 /// thread and keeps no state, so different threads may work on different trees at the same time.
 ///
-/// Failures come back as the result and, where a function takes a `QString*`, as a message in \a
-/// error. The pointer may be null, and the text is written on failure only, never cleared. Records
-/// are logged with LogStream, with the file "FileUtils" and the name of the function. No function
-/// except replaceDir() undoes what it did before a failure. Output lists and counters are added to,
-/// never cleared, and keep what was added before a failure. Listings are in the order in which the
-/// system returns them.
+/// Failures are reported by the result and, if a function takes a `QString*`, by a message in
+/// \a error. The pointer may be null, and the text is written on failure only, never cleared.
+/// Records are logged with LogStream, with the file "FileUtils" and the name of the function. No
+/// function except replaceDir() undoes what it did before a failure. Output lists and counters are
+/// added to, never cleared, and keep what was added before a failure. Listings are in the order in
+/// which the system returns them.
 ///
 /// Three sets of entries are distinguished below. Broken links and special files (pipes, sockets,
 /// devices) are in none of them; a link to a file counts as a file and a link to a folder as a
@@ -96,10 +96,10 @@ public:
 
     /// The last component of \a path, with its trailing "/" if the path has one.
     ///
-    /// "/a/b/" gives "b/", "/a/b" and "b" give "b", "/" gives "/", an empty path an empty text.
+    /// "/a/b/" gives "b/", "/a/b" and "b" give "b", "/" gives "/", an empty path an empty string.
     static QString lastPartOfFolder(const QString& path);
 
-    /// lastPartOfFolder() without the trailing "/": "/a/b/" gives "b", "/" an empty text.
+    /// lastPartOfFolder() without the trailing "/": "/a/b/" gives "b", "/" an empty string.
     static QString nameOfLastPartFolder(const QString& path);
 
     /// The folder that contains \a path, ending with "/".

@@ -18,7 +18,7 @@ namespace OrvaUtilsPrivate {
 class GenericThreadPrivate;
 } // namespace OrvaUtilsPrivate
 
-/// A Thread that runs one function, hands the result over by a signal, and deletes itself.
+/// A Thread that runs one function, delivers the result by a signal, and deletes itself.
 ///
 /// \code
 /// GenericThread::runInGenericThread(
@@ -56,7 +56,7 @@ public:
     /// is possible, gets three more seconds; then Qt aborts the program.
     ~GenericThread() override;
 
-    /// Runs a copy of \a function on a new thread and hands its result to \a receiver.
+    /// Runs a copy of \a function on a new thread and passes its result to \a receiver.
     ///
     /// The function gets a reference to an invalid QVariant in which to store its result. After it
     /// has returned, \a member of \a receiver (a slot that takes a QVariant or nothing, or a
@@ -72,7 +72,7 @@ public:
     static GenericThread* runInGenericThread(const std::function<void(QVariant&)>& function,
                                              const QObject* receiver, const char* member);
 
-    /// Runs a copy of \a function on a new thread, and hands what it returns to \a receiver, a
+    /// Runs a copy of \a function on a new thread, and passes what it returns to \a receiver, a
     /// function that is called in the thread of \a context:
     ///
     /// \code

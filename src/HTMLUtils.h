@@ -96,7 +96,7 @@ public:
     /// \endcode
     static QString formatHtmlToPlainText(const QString& html);
 
-    /// \a s escaped so that it can stand inside HTML.
+    /// \a s escaped so that it can be used inside HTML.
     ///
     /// \code
     /// HTMLUtils::textWithoutHtmlTags("<b> é", true, false); // "&#60;b&#62;&nbsp;é"
@@ -137,9 +137,9 @@ public:
     /// \endcode
     ///
     /// "&nbsp;" gives a space. "&#" and decimal digits (0 to 9) give the character with that code,
-    /// or U+FFFD where there is none: above the last code point and for half of a surrogate pair.
-    /// Two references to both halves give the character. The character after the digits belongs to
-    /// the reference: ";" is dropped, and any other is copied without being looked at, even "&"
+    /// or U+FFFD if there is none: above the last code point and for half of a surrogate pair. Two
+    /// references to both halves give the character. The character after the digits belongs to the
+    /// reference: ";" is dropped, and any other is copied without being looked at, even "&"
     /// ("&#65x" gives "Ax"). Without digits the code is 0. The end of the text ends a reference.
     ///
     /// Deliberate: other named references are left alone, and so is an "&" that is the last or the

@@ -22,7 +22,7 @@ struct ImageImportResult
 {
     /// How an import can end.
     enum Status {
-        Imported, ///< the destination is the picture, encoded anew
+        Imported, ///< the destination is the picture, re-encoded
         Copied, ///< the destination is the picture; its pixels were copied as they are stored
         NotFound, ///< there is no such source
         NotAnImage, ///< Qt has no reader for the source

@@ -69,7 +69,7 @@ public:
     /// The quality that is used if the caller specifies none: 80, out of 100.
     static int defaultJpegCompression();
 
-    /// Writes \a image to \a path in \a format ("jpeg", "png" …), with progressive scans where the
+    /// Writes \a image to \a path in \a format ("jpeg", "png" …), with progressive scans if the
     /// format supports them.
     ///
     /// An empty \a format is taken from the suffix of \a path.
@@ -103,7 +103,7 @@ public:
     /// copied unless
     /// - UseExifRotation is set and the EXIF orientation asks for a rotation
     ///   (see ExifUtils::imageExifRotation()), or
-    /// - NoResize is not set and one of these holds: ProgressiveJpeg is set without
+    /// - NoResize is not set and one of these is true: ProgressiveJpeg is set without
     ///   ProgressiveOnlyWhenReencoded; \a keepAspectRatio is false; the picture is wider or taller
     ///   than \a maxSize.
     ///
@@ -182,7 +182,7 @@ public:
     /// Pixels are copied as they are stored, whatever the format, if the picture need not be
     /// scaled, rotated, converted to sRGB or written in another format; its metadata is still
     /// reduced to ImageImport::Metadata, and if nothing has to be removed the result is the source,
-    /// byte for byte. Otherwise the picture is decoded and encoded anew:
+    /// byte for byte. Otherwise the picture is decoded and re-encoded:
     /// - its orientation, one of all eight, is that of EXIF in a JPEG, and what Qt's reader reports
     ///   for other formats. If the reader reports none although a PNG or WebP has one in EXIF, it
     ///   stays there;
@@ -194,7 +194,7 @@ public:
     /// GIF and SVG files are not encoded: without another ImageImport::format they are copied
     /// whatever their size is, except for the metadata of a GIF. The metadata of a TIFF and of
     /// other formats that are not named here is not analysed: unless all of it is wanted, the
-    /// picture is encoded anew without it.
+    /// picture is re-encoded without it.
     ///
     /// \a src is only read, and nothing is lost at \a dst, as with copyImageFile(): unless the
     /// import succeeds, what was there is unchanged. A picture that is too large is refused after

@@ -22,7 +22,7 @@ public:
     ///
     /// Deliberate: for a code with a region the name is in that language itself, for any other in
     /// English. "fr_FR" gives "français", "fr" gives "French". A code that is not a language gives
-    /// an empty text if it contains a "_", otherwise "C".
+    /// an empty string if it contains a "_", otherwise "C".
     static QString isoLangCodeToString(const QString& code);
 
     /// The name of the system's locale in lower case, "fr_fr" for example; "en" if it has none. A

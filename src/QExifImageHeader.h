@@ -27,11 +27,11 @@ class QExifImageHeaderPrivate;
 /// | Offset | Width | Field |
 /// |---|---|---|
 /// | 0 | u16 | tag |
-/// | 2 | u16 | type, a QExifValue::Type or anything else that a file may hold |
+/// | 2 | u16 | type, a QExifValue::Type or any other number in a file |
 /// | 4 | u32 | count |
-/// | 8 | 4 bytes | the value, where it fits, else where it is |
+/// | 8 | 4 bytes | the value if it fits, otherwise its offset |
 ///
-/// How the last field is read depends on type and count; of the three members below only the one
+/// How the last field is read depends on type and count; only the one of the three members below
 /// that applies is set, the others are 0.
 struct ExifIfdHeader
 {
@@ -243,9 +243,9 @@ public:
 
     /// An empty header in little-endian byte order.
     QExifImageHeader();
-    /// A header filled by loadFromJpeg(); left empty where that fails.
+    /// A header filled by loadFromJpeg(); left empty if that fails.
     explicit QExifImageHeader(const QString& fileName);
-    /// A header filled by loadFromJpeg(); left empty where that fails.
+    /// A header filled by loadFromJpeg(); left empty if that fails.
     explicit QExifImageHeader(QIODevice* device);
     /// Discards changes that were not saved.
     virtual ~QExifImageHeader();
@@ -329,8 +329,8 @@ public:
     ///   warning.
     /// - Texts are Latin-1. The byte that ends one is removed, whatever it is; NULs before it are
     ///   kept.
-    /// - Undefined values of up to 4 bytes come out reversed from a big-endian block. Deliberate,
-    ///   see readIfdValue().
+    /// - Undefined values of up to 4 bytes are reversed when read from a big-endian block.
+    ///   Deliberate, see readIfdValue().
     /// - ExifIfdPointer, GpsInfoIfdPointer and InteroperabilityIfdPointer do not stay in the maps.
     ///   A pointer that is not a single integer counts as absent.
     /// - IFD0, its two sub-IFDs and IFD1 are read only once each, wherever their links lead.

@@ -155,9 +155,9 @@ public:
     /// The number of a Short or Byte value with count() 1, else 0.
     quint16 toShort() const;
     /// The number of a Byte, Short, Long or SignedLong value with count() 1, else 0. The 32 bits of
-    /// a SignedLong are returned unchanged: -1 comes out as 4294967295.
+    /// a SignedLong are returned unchanged: -1 gives 4294967295.
     quint32 toLong() const;
-    /// As toLong(), the 32 bits taken as signed: a Long of 4294967295 comes out as -1.
+    /// As toLong(), the 32 bits taken as signed: a Long of 4294967295 gives -1.
     qint32 toSignedLong() const;
     /// The (numerator, denominator) of a Rational value with count() 1, else (0, 0).
     QPair<quint32, quint32> toRational() const;

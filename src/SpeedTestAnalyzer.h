@@ -53,8 +53,8 @@ public:
     /// Milliseconds since construction, or -1 when disabled.
     qint64 elapsed() const;
 
-    /// elapsed() as StringUtils::formatDurationFromMSec() writes it ("1s 500ms "), or an empty text
-    /// when disabled.
+    /// elapsed() as StringUtils::formatDurationFromMSec() writes it ("1s 500ms "), or an empty
+    /// string when disabled.
     QString speedTotalToString() const;
 
     /// The report: the name, " Speed total =", the total and a line break, then the text of each

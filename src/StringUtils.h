@@ -46,7 +46,7 @@ public:
     /// StringUtils::formatDurationFromMSec(90061001); // "1h 1mn 1s 86400001ms "
     /// \endcode
     ///
-    /// Deliberate: a non-empty text ends with a space, and whole days are not shown as days but
+    /// Deliberate: a non-empty string ends with a space, and whole days are not shown as days but
     /// added to the milliseconds (the last example is a day, an hour, a minute, a second and a
     /// millisecond).
     static QString formatDurationFromMSec(quint64 ms);
@@ -78,8 +78,8 @@ public:
     /// if they are equal or the function returns false.
     ///
     /// Returns true if both are well-formed: every component, apart from white space around it, is
-    /// a decimal number that fits an int. "1.2b", "1..2" and the empty text are not well-formed. A
-    /// component that has to be compared must also begin with a digit: " 1", "-1" and "+1" give
+    /// a decimal number that fits an int. "1.2b", "1..2" and the empty string are not well-formed.
+    /// A component that has to be compared must also begin with a digit: " 1", "-1" and "+1" give
     /// false.
     ///
     /// Deliberate: only as many components are compared as \a a has. Further components of \a b
@@ -142,7 +142,7 @@ public:
     /// \endcode
     ///
     /// A word is a run of letters, digits, marks and "_" of any script. Deliberate: a word whose
-    /// key is empty ("ß") gives an empty text, and repeated words are kept.
+    /// key is empty ("ß") gives an empty string, and repeated words are kept.
     static QStringList splitTextForSearch(const QString& s);
 
     // Random and unique texts
@@ -174,7 +174,7 @@ public:
     /// \endcode
     ///
     /// Deliberate: trailing zeros are removed whatever the precision. With a precision of 0 they
-    /// are digits of the whole number: 100 gives "1" and 0 gives the empty text.
+    /// are digits of the whole number: 100 gives "1" and 0 gives the empty string.
     static QString formatRealForInput(const double& value, int precision);
 
     /// The \a bytes as unsigned numbers in \a base (2 to 36, lower case), each padded with "0" to
@@ -195,7 +195,7 @@ public:
     /// \endcode
     ///
     /// Each pair is parsed by QString::toUShort() in \a base, but at most 36, and its low byte is
-    /// appended. Where the length is odd, the last character is parsed alone. A pair that is not a
+    /// appended. If the length is odd, the last character is parsed alone. A pair that is not a
     /// number is skipped.
     static QByteArray hexaStringToByteArray(const QString& s, int base);
 
@@ -233,7 +233,7 @@ public:
     static QString& replaceFirstOccurrence(QString& s, const QRegularExpression& rx,
                                            const QString& groupName, const QString& after);
 
-    /// Removes the last character of \a s, in place. An empty text stays empty.
+    /// Removes the last character of \a s, in place. An empty string stays empty.
     static void removeLastChar(QString& s);
 
     /// \a s between "<b>" and "</b>". Nothing is escaped.

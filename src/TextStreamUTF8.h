@@ -107,7 +107,7 @@ public:
     ///
     /// The first line is indented if the stream is at the start of a line: at the beginning and
     /// after a text that ended with "\n". Deliberate: empty lines are indented as well, and an
-    /// empty text at the start of a line writes the indentation.
+    /// empty string at the start of a line writes the indentation.
     void writeTextWithIndent(const QString& text);
 
     /// Writes the indentation of the current level, wherever the stream is. If it is at the start

@@ -42,7 +42,7 @@ public:
     /// A duration of less than a minute also shows its fraction of a second. Deliberate: the number
     /// before "ms" is tenths of a second (last example).
     ///
-    /// A precision coarser than Day and a negative duration give the empty text. The units do not
+    /// A precision coarser than Day and a negative duration give an empty string. The units do not
     /// depend on the language.
     static QString msecToString(qint64 ms, TimePrecision precision);
 };

@@ -48,7 +48,7 @@ public:
     /// Layouts of widgets within the layout are not searched.
     static QLayout* findParentLayout(QLayout* layout, QWidget* w);
 
-    /// Makes the text of every tab black where the operating system's product version
+    /// Makes the text of every tab black if the operating system's product version
     /// (QSysInfo::productVersion()) is "10.16" or later, in the order of
     /// StringUtils::compareVersion(). Below that, and if the version is not a number, nothing
     /// happens. The name of the system is not checked. Tabs that are added later are not black.
