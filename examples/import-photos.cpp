@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// import-photos: imports photographs for a web site, with a bar, a button that cancels, and the
-// reason for each one that could not be imported.
+// import-photos: imports photographs for a web site, with a progress bar, a Cancel button, and the
+// reason for each photograph that could not be imported.
 //
 //     import-photos DESTINATION PHOTO...
 
@@ -50,7 +50,7 @@ public:
         mImporter->start();
     }
 
-    /// Cancels the import. The dialog closes when nothing is under way any more.
+    /// Cancels the import. The dialog closes when no import is running any more.
     void reject() override
     {
         if (mImporter->isRunning())
@@ -81,7 +81,7 @@ private:
             return;
         // The reason names the file without its folder.
         mReasons->addItem(result.error);
-        // Whoever is asked for help needs the whole of it.
+        // Support needs the full details.
         QString details = mPhotos.at(index) + QLatin1Char('\n');
         QDebug(&details) << result;
         mReasons->item(mReasons->count() - 1)->setToolTip(details);

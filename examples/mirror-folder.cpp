@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// mirror-folder: locks a project folder, copies it and keeps the copy in step until it is stopped.
+// mirror-folder: locks a project folder, copies it and keeps the copy up to date until it is
+// stopped.
 //
 //     mirror-folder PROJECT MIRROR
 
@@ -22,7 +23,7 @@ void say(const QString& line)
     out << line << '\n';
 }
 
-/// Takes the lock of the project. Says who has it if that is somebody else.
+/// Takes the lock of the project. If somebody else has it, says who.
 bool lock(ProjectFileLocker& locker, const QString& project)
 {
     QString error;
@@ -69,7 +70,7 @@ int main(int argc, char** argv)
         say(QStringLiteral("Usage: mirror-folder PROJECT MIRROR"));
         return 2;
     }
-    // Absolute paths stay right whatever becomes of the current folder.
+    // Absolute paths stay valid if the current folder changes.
     const QString project = QDir(arguments.at(1)).absolutePath();
     const QString mirror = QDir(arguments.at(2)).absolutePath();
     if (!QDir(project).exists()) {
@@ -86,7 +87,7 @@ int main(int argc, char** argv)
     report(synchronizer);
     synchronizer.setFilter([](const QString& path) { return path != QLatin1String("lockfile"); });
 
-    // Watched first: what changes during the copy is copied again.
+    // Watch first: what changes during the copy is copied again.
     if (!synchronizer.startWatcher(project, mirror))
         return 1;
     QString error;
@@ -103,7 +104,7 @@ int main(int argc, char** argv)
     if (!synchronizer.isEqual(&differences))
         say(QStringLiteral("Changed meanwhile: %1").arg(differences.join(QStringLiteral(", "))));
     say(QStringLiteral("Watching %1").arg(project));
-    // Nothing is copied any more when the lock goes.
+    // Stop copying before the lock is released.
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &synchronizer,
                      &DirectorySynchronizer::stop);
     return QCoreApplication::exec();

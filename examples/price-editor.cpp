@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// price-editor: a widget in which a price is typed, with or without tax, and both parts are seen in
-// the currency and by the rates of a country.
+// price-editor: a widget in which a price is typed, with or without tax, and which shows both parts
+// in the currency and with the tax rates of a country.
 //
 //     price-editor [RATES.json]
 //
-// RATES.json has newer rates than those of the library; see TaxeRatesUtils::setRatesFile().
+// RATES.json contains newer rates than those of the library; see TaxeRatesUtils::setRatesFile().
 
 #include <CurrencyUtils.h>
 #include <TaxeRatesUtils.h>
@@ -57,7 +57,7 @@ public:
 private:
     QString code() const { return mCurrency->currentText(); }
 
-    /// Offers the rates that the country has.
+    /// Lists the rates that the country has.
     void listRates()
     {
         mRate->clear();

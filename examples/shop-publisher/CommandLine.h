@@ -21,7 +21,7 @@ public:
         Publish, ///< \a project and \a site are set
         Check, ///< \a project is set
         Init, ///< \a project, which is to be made, is set
-        ShowText, ///< help or version: print \a text, all is well
+        ShowText, ///< help or version: print \a text and succeed
         BadUsage ///< \a text says what is wrong
     };
 
@@ -35,12 +35,12 @@ public:
     PublicationOptions options;
     QString text;
 
-    /// \a arguments begin with the program's name. The folders are not looked at here.
-    /// Its texts are in the language of the program, which is chosen before: see language().
+    /// \a arguments start with the program's name. The folders are not checked here. The texts are
+    /// in the language of the program, which must be chosen first: see language().
     static CommandLine parse(const QStringList& arguments);
 
-    /// The language that \a arguments ask for; empty where they do not. Whether they are right
-    /// otherwise does not count.
+    /// The language that \a arguments ask for; empty if they name none. Other errors in them are
+    /// ignored.
     static QString language(const QStringList& arguments);
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Languages: the language in which the program speaks.
+// Languages: the language of the program's texts.
 
 #ifndef LANGUAGES_H
 #define LANGUAGES_H
@@ -15,18 +15,18 @@ class Languages
     Q_DECLARE_TR_FUNCTIONS(Languages)
 
 public:
-    /// The codes of the languages of the program, sorted. English, in which it is written, is there
-    /// also where it was built without translations.
+    /// The codes of the languages of the program, sorted. English, in which it is written, is
+    /// included even if it was built without translations.
     static QStringList available();
 
-    /// Lets the program speak the language \a code ("fr", "fr_CA"), or the system's for an empty
-    /// code. False, and nothing changes, when the program has no such language.
+    /// Switches the program to the language \a code ("fr", "fr_CA"), or to the system's for an
+    /// empty code. Returns false and changes nothing if the program has no such language.
     static bool choose(const QString& code);
 
     /// The code of the language of the program's texts: "fr".
     static QString current();
 
-    /// A language as those who speak it call it: "Français" for "fr".
+    /// The name of a language in that language: "Français" for "fr".
     static QString nativeName(const QString& code);
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// PictureImporter: brings photographs into the site, upright, in two sizes, those of products in
+// PictureImporter: imports photographs into the site, upright, in two sizes, those of products in
 // more.
 
 #ifndef PICTUREIMPORTER_H
@@ -27,35 +27,35 @@ class QTemporaryDir;
 /// How photographs are imported.
 struct ImportOptions
 {
-    bool acceptTruncated = false; ///< pictures that break off, too
-    int jobs = 0; ///< so many at a time; 0: as many as the processor works on
+    bool acceptTruncated = false; ///< accept pictures that are cut short
+    int jobs = 0; ///< how many at a time; 0: as many as the processor works on
 };
 
-/// A worker of the thread that imports. Each picture that fails is an item below it in the tree of
-/// errors.
+/// A worker of the thread that imports. Each picture that fails is an item below it in the error
+/// tree.
 class PictureImporter : public Threadable, public Errorable
 {
     Q_OBJECT
 
 public:
     /// \a site is open and outlives this object. Without one photographs are only checked: what is
-    /// made of them is for nobody.
+    /// made of them is discarded.
     PictureImporter(Site* site, const ImportOptions& options, QObject* parent);
     ~PictureImporter() override;
 
     /// Imports \a count of \a photographs from \a first on, several at a time, and returns those
     /// that are ready: in the site, or about to be with its commit(). Ends early when the
-    /// interruption of the thread is requested, or when the site takes no more, as on a full disk:
-    /// each picture is either ready in all its sizes or not touched.
+    /// interruption of the thread is requested, or when nothing more can be written to the site, as
+    /// on a full disk: each picture is either ready in all its sizes or not touched.
     ///
-    /// Progress goes to the thread before and after each picture: how many of all photographs are
-    /// done, and the name of the picture, after a failure with the reason.
+    /// Progress is reported through the thread before and after each picture: how many of all
+    /// photographs are done, and the name of the picture, after a failure with the reason.
     QVector<PublishedPicture> import(const QVector<Photograph>& photographs, int first, int count);
 
-    /// It ended early because the site took no more.
+    /// Whether import() ended early because nothing more could be written to the site.
     bool siteIsFull() const { return mSiteIsFull; }
 
-    /// The places in the site of all files that may be made of \a photograph.
+    /// The paths in the site of all files that may be made of \a photograph.
     static QStringList placesOf(const Photograph& photograph);
 
 private:

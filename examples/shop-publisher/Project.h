@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Project: what the shop owner has. The program only ever reads here; while it runs, the lock file
-// of the project stands in its folder.
+// Project: the folder of the shop owner. The program only reads it; while it runs, the lock file of
+// the project is in that folder.
 
 #ifndef PROJECT_H
 #define PROJECT_H
@@ -16,7 +16,7 @@
 
 #include <functional>
 
-/// A file of the project that the site shows, or takes as it is.
+/// A file of the project that the site shows, or contains unchanged.
 struct ProjectFile
 {
     QString source; ///< absolute path of the file itself, no link
@@ -32,7 +32,7 @@ class Project
     Q_DECLARE_TR_FUNCTIONS(Project)
 
 public:
-    /// \a path is a folder that holds the folder "photos", or is itself a folder of photographs.
+    /// \a path is a folder that contains the folder "photos", or is itself a folder of photographs.
     explicit Project(const QString& path);
 
     /// False when there is no such folder.
@@ -41,11 +41,11 @@ public:
     /// Absolute path of the project's folder, links resolved.
     QString folder() const { return mFolder; }
 
-    /// Absolute path of the folder of the photographs, links resolved: it may lie elsewhere.
+    /// Absolute path of the folder of the photographs, links resolved: it may be elsewhere.
     QString photosFolder() const { return mPhotosFolder; }
 
-    /// The folder of the files that the site takes as they are. It may come and go. Empty for a
-    /// plain folder of photographs, where a sub-folder of any name holds photographs.
+    /// The folder of the files that are copied to the site unchanged. It may come and go. Empty for
+    /// a plain folder of photographs, where a sub-folder of any name contains photographs.
     QString staticFolder() const { return mStaticFolder; }
 
     /// "static", the name of that folder in the project and in the site.
@@ -54,7 +54,7 @@ public:
     /// The file that describes the shop; there need not be one.
     QString shopFile() const { return mFolder + QStringLiteral("/shop.json"); }
 
-    /// Tells this project from others, without saying where it lies.
+    /// Distinguishes this project from others, without revealing its location.
     QString identity() const;
 
     /// The project's name: that of its folder.
@@ -65,19 +65,18 @@ public:
     ///
     /// JPEG, PNG, GIF, SVG, WebP and TIFF files are recognised by the suffix of their name; a TIFF
     /// becomes a JPEG in the site. Pictures of other kinds are named in \a unpublished. Hidden
-    /// files and folders are left out. What looks like a picture and cannot be one (a folder that
-    /// cannot be read, a link that leads nowhere …) becomes an item below \a errors with its error,
-    /// so that nothing is lost in silence. Every picture's \a siteName is distinct even on a system
-    /// that does not tell "a.jpg" from "A.JPG": the first keeps its name, the next becomes
-    /// "A-2.JPG".
+    /// files and folders are skipped. What looks like a picture but cannot be read (an unreadable
+    /// folder, a dangling link …) becomes an item below \a errors with its error, so that nothing
+    /// is lost silently. Every picture's \a siteName is distinct even on a system that does not
+    /// distinguish "a.jpg" from "A.JPG": the first keeps its name, the next becomes "A-2.JPG".
     ///
-    /// The search ends early when \a stopped answers true; what was found until then comes back.
+    /// The search ends early when \a stopped returns true; what was found until then is returned.
     QVector<Photograph> photographs(WorkItem* errors, const std::function<bool()>& stopped,
                                     QStringList* unpublished) const;
 
-    /// All files in the folder of the static files, which need not be there, and in its
-    /// sub-folders, hidden ones too. A link is followed to a file in that folder alone: what lies
-    /// outside was never meant to be published. What is refused becomes an item below \a errors.
+    /// All files in the folder of the static files, which need not exist, and in its sub-folders,
+    /// hidden ones too. A link is followed only to a file in that folder: what is outside was never
+    /// meant to be published. What is refused becomes an item below \a errors.
     QVector<ProjectFile> staticFiles(WorkItem* errors, const std::function<bool()>& stopped) const;
 
     /// Whether a file of that name is taken for a photograph.

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Publication: the whole work of one run, from the photographs to the page that shows them. Where
-// the project is watched, each run after the first takes up what has changed since the one before.
+// Publication: the whole work of one run, from the photographs to the page that shows them. If the
+// project is watched, each run after the first processes what has changed since the one before.
 
 #ifndef PUBLICATION_H
 #define PUBLICATION_H
@@ -27,11 +27,11 @@
 struct PublicationOptions
 {
     ImportOptions import;
-    bool force = false; ///< take the place of what another project has published
+    bool force = false; ///< replace what another project has published
 };
 
-/// The worker of a PublicationThread, and the root of the tree of errors: below it the folder of
-/// the photographs with what was found there and cannot be used, the importer with its pictures,
+/// The worker of a PublicationThread, and the root of the error tree: below it are the folder of
+/// the photographs with everything in it that cannot be used, the importer with its pictures,
 /// shop.json with its products, and the pages.
 class Publication : public Threadable, public Errorable
 {
@@ -39,20 +39,20 @@ class Publication : public Threadable, public Errorable
 
 public:
     /// \a site is open. All outlive this object, which is made on the main thread. Without a site
-    /// it only checks the project: nothing is written, and what would fail does.
+    /// it only checks the project: nothing is written, and what would fail is reported.
     ///
     /// \a published is what the runs before have published, nothing for the first of them; it is
-    /// brought up to date, in the site too. A photograph that is as it was is not imported again,
-    /// nor is a static file copied; one that \a changed names is looked into.
+    /// brought up to date, in the site too. An unchanged photograph is not imported again, nor is
+    /// an unchanged static file copied; those named by \a changed are checked again.
     Publication(const Project& project, Site* site, Published* published,
                 const PublicationOptions& options, const QSet<QString>& changed = QSet<QString>());
 
-    /// Does everything. Ends early when the interruption of the thread is requested: the picture
-    /// at hand is finished, and the pages stay as they were. When the site takes no more, as on a
-    /// full disk, the old site stays as it was.
+    /// Does everything. Ends early when the interruption of the thread is requested: the current
+    /// picture is finished, and the pages stay as they were. When nothing more can be written, as
+    /// on a full disk, the old site stays as it was.
     void run();
 
-    // What came of it.
+    // The outcome.
 
     /// All failures in the order in which they happened.
     QVector<ErrorableCode> failures() const;
@@ -71,13 +71,13 @@ public:
         int imported = 0; ///< how many of them
         QStringList unpublished; ///< pictures of kinds that are not published
         QVector<Change> changes;
-        /// The photographs and static files that were written to, or went, while they were read.
+        /// The photographs and static files that were modified or deleted while they were read.
         QSet<QString> overtaken;
-        bool pageWritten = false; ///< the pages show what there is
-        /// The languages in which the page of the shop was written; none where there is no shop, or
-        /// something is wrong with it.
+        bool pageWritten = false; ///< the pages are up to date
+        /// The languages in which the page of the shop was written; none if there is no shop, or if
+        /// it has errors.
         QStringList shopLanguages;
-        bool stopped = false; ///< it ended early, and something was left undone
+        bool stopped = false; ///< it ended early, with something left undone
     };
     const Outcome& outcome() const { return mOutcome; }
 
@@ -107,24 +107,24 @@ private:
     ShopFile mShopFile;
     PictureImporter mImporter;
     Published* const mPublished;
-    Published mNow; ///< what it becomes
+    Published mNow; ///< the state after this run
     const QSet<QString> mChanged;
     const PublicationOptions mOptions;
-    QSet<QString> mAwaited; ///< photographs whose pictures come with commit()
+    QSet<QString> mAwaited; ///< photographs whose pictures appear with commit()
     bool mRecordIsOld = false;
     bool mAllFoldersRead = true;
     bool mSiteIsFull = false;
     Outcome mOutcome;
 };
 
-/// The thread on which it runs.
+/// The thread on which a publication runs.
 class PublicationThread : public Thread
 {
     Q_OBJECT
 
 public:
-    /// Moves \a publication, which outlives this object, to the thread: until that has finished,
-    /// nobody else touches it.
+    /// Moves \a publication, which outlives this object, to the thread: until the thread has
+    /// finished, nothing else may access it.
     explicit PublicationThread(Publication* publication)
         : mPublication(publication)
     {

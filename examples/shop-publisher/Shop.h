@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Shop: what shop.json tells, checked and complete.
+// Shop: the contents of shop.json, checked and complete.
 
 #ifndef SHOP_H
 #define SHOP_H
@@ -24,11 +24,11 @@ struct ShopFont
 {
     QString family; ///< as the catalogue spells it; empty for the fonts of the system
     QString category; ///< "serif", "sans-serif", "display", "handwriting" or "monospace"
-    int textWeight = 400; ///< the weight of the family that is nearest to 400
-    int boldWeight = 700; ///< that nearest to 700
+    int textWeight = 400; ///< the weight of the family nearest to 400
+    int boldWeight = 700; ///< the one nearest to 700
     bool italic = false; ///< the family has no upright style
-    QMap<int, QString> files; ///< places in the site by weight
-    bool fromService = false; ///< the pages ask the font service for it
+    QMap<int, QString> files; ///< paths in the site by weight
+    bool fromService = false; ///< the pages load it from the font service
 };
 
 struct ShopProduct
@@ -37,7 +37,7 @@ struct ShopProduct
     LocalText name;
     LocalText description;
     QStringList photos; ///< paths of the photographs below photos/, at least one
-    QString order; ///< as that of the shop, which it goes before
+    QString order; ///< like that of the shop, over which it takes precedence
     int taxCategory = 0;
     double vatRate = 0; ///< percent
     CurrencyUtils::VatSplit price; ///< in minor units of the currency
@@ -52,7 +52,7 @@ struct Shop
     }
 
     LocalText name;
-    LocalText description; ///< empty where the file holds none
+    LocalText description; ///< empty if the file has none
     QStringList languages;
     QString currency;
     QString country;
@@ -61,15 +61,15 @@ struct Shop
     ShopFont font;
     QColor accent; ///< invalid for that of the program
     bool crop = false; ///< pictures fill their frames
-    QString url; ///< where the site is published, with a slash at the end; empty where unknown
-    QString logo; ///< a place in the site, as the next
+    QString url; ///< where the site is published, with a slash at the end; empty if unknown
+    QString logo; ///< a path in the site, like the next
     QString favicon;
     QSize logoSize; ///< pixels
     LocalText imprint;
     LocalText address;
     QString email;
     QString phone;
-    QString order; ///< an address of e-mail, or of the web, where {id} and {name} are filled in
+    QString order; ///< an e-mail address, or a web address in which {id} and {name} are filled in
     QVector<ShopProduct> products;
 
     /// Whether an imprint is the address of a page.

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Template: fills in the pages, which lie as files in the resources of the program.
+// Template: fills in the pages, which are files in the resources of the program.
 //
 //   {{name}}                  a value, escaped for HTML
 //   {{{name}}}                a value as it is: code that was made safe where it was made
@@ -9,8 +9,8 @@
 //   {{^name}} … {{/name}}     where there is none
 //   {{> file}}                another file of the resources
 //
-// Names are looked for in the value of a list at hand, if that is a map, then in those around it.
-// What is filled in is never looked through again.
+// Names are looked up in the current value of a list, if that is a map, then in the enclosing ones.
+// What is filled in is never expanded again.
 
 #ifndef TEMPLATE_H
 #define TEMPLATE_H
@@ -24,10 +24,10 @@
 
 struct Template
 {
-    /// Values by their names, for fill().
+    /// Values by name, for fill().
     static QVariantMap values(std::initializer_list<std::pair<const char*, QVariant>> values);
 
-    /// \a values with \a more, which go before those of the same name.
+    /// \a values with \a more, which take precedence over those of the same name.
     static QVariantMap with(QVariantMap values, const QVariantMap& more);
 
     /// The file \a name of the resources with \a values filled in, in UTF-8.

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Watch: follows the project after it was published, until Ctrl-C.
+// Watch: watches the project after it was published, until Ctrl-C.
 
 #ifndef WATCH_H
 #define WATCH_H
@@ -23,9 +23,9 @@
 
 #include <memory>
 
-/// The watchers only say that something may have changed. A moment after the last of them spoke, so
-/// that a photograph which is still being written is not imported twice, a Publication looks for
-/// what has, imports that on its thread and writes the pages again.
+/// The watchers only report that something may have changed. A moment after the last report, so
+/// that a photograph which is still being written is not imported twice, a Publication finds what
+/// has changed, imports it on its thread and writes the pages again.
 class Watch : public QObject
 {
     Q_OBJECT
@@ -35,8 +35,8 @@ public:
     Watch(const Project& project, Site* site, Published* published,
           const PublicationOptions& options, Console* console);
 
-    /// Returns when stop() was called, before or meanwhile, and a publication that runs has
-    /// finished the picture at hand. \a told are the failures of the first publication.
+    /// Returns when stop() was called, before or meanwhile, and a running publication has finished
+    /// the current picture. \a told are the failures that the first publication reported.
     void run(const QVector<ErrorableCode>& told);
 
     void stop();
@@ -65,7 +65,7 @@ private:
     QSet<QString> mChanged; // names of files, as failures name them
     bool mHasNews = false;
     bool mStopped = false;
-    QStringList mToldFailures; // what is wrong for long is told once
+    QStringList mToldFailures; // a lasting failure is reported once
 
     std::unique_ptr<Publication> mPublication;
     std::unique_ptr<PublicationThread> mThread;

@@ -3,8 +3,8 @@
 
 // WorkItem: one thing that the program works on and that can fail: a picture, a folder, a page.
 //
-// Each has a place in the tree of errors, so that a failure reaches whoever is responsible above
-// it, with the places in the code that it came through.
+// Each has a place in the error tree, so that a failure reaches the responsible objects above it,
+// with the places in the source that it passed through.
 
 #ifndef WORKITEM_H
 #define WORKITEM_H
@@ -26,16 +26,16 @@ public:
 
     /// What can happen to it: the code of its errors.
     enum Failure {
-        Unreadable = 1, ///< it is there and cannot be read
-        Missing = 2, ///< it, or a part of it, is not there
-        Unsuitable = 3, ///< it is something that the program does not take
+        Unreadable = 1, ///< it exists and cannot be read
+        Missing = 2, ///< it, or a part of it, does not exist
+        Unsuitable = 3, ///< it is something that the program does not accept
         Undecodable = 4, ///< its content is broken
-        Unwritable = 5 ///< the site does not take it
+        Unwritable = 5 ///< it cannot be written to the site
     };
     Q_ENUM(Failure)
 
-    /// \a name is what a person knows it by: "bowls/blue bowl.jpg". \a parent owns it; its place in
-    /// the tree of errors is given with ORVAUTILS_ADD_ERRORABLE_CHILD.
+    /// \a name is how a person refers to it: "bowls/blue bowl.jpg". \a parent owns it; its place in
+    /// the error tree is set with ORVAUTILS_ADD_ERRORABLE_CHILD.
     WorkItem(Kind kind, const QString& name, QObject* parent)
         : QObject(parent)
         , mKind(kind)
