@@ -25,11 +25,11 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// No camera writes more segments or scans than this. A decoder goes through all scans again and
-/// again, and keeps what is in the segments in lists that it walks from their beginning.
+/// No camera writes more segments or scans than this. A decoder goes through all scans repeatedly,
+/// and keeps the contents of segments in lists that it traverses from the beginning.
 const int mostSegments = 1000;
 
-/// Whether more segments than that stand before the picture itself.
+/// Whether more segments than that precede the picture itself.
 bool hasEndlessHeader(QIODevice* device)
 {
     const qint64 start = device->pos();
@@ -43,18 +43,18 @@ bool hasEndlessHeader(QIODevice* device)
     return count > mostSegments;
 }
 
-/// What the segments of a JPEG tell about its pixels.
+/// What the segments of a JPEG reveal about its pixels.
 struct JpegOutline
 {
     bool isEndless = false;
-    /// The bits that a pixel takes in the file.
+    /// The number of bits that a pixel takes in the file, on average.
     double bitsPerPixel = 0;
-    /// The geometric mean of the steps in which brightness is stored, as a power of two.
+    /// The binary logarithm of the geometric mean of the luma quantisation steps.
     double quantisation = 0;
 };
 
 /// The mean of the logarithms of a quantisation table: 64 numbers of one or two bytes, the most
-/// significant first, behind a byte that tells which.
+/// significant first, after a byte that states which.
 double meanLogarithm(const QByteArray& table)
 {
     const int count = 64;
@@ -73,7 +73,7 @@ double meanLogarithm(const QByteArray& table)
 
 JpegOutline outlineOf(const QByteArray& bytes, const QSize& size)
 {
-    const quint16 quantisationTables = 0xFFDB; // the first one is that of brightness
+    const quint16 quantisationTables = 0xFFDB; // the first one is for luma
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
@@ -96,11 +96,11 @@ JpegOutline outlineOf(const QByteArray& bytes, const QSize& size)
     return outline;
 }
 
-/// The memory that an image reader takes for a pixel of the picture it has before it.
+/// The memory that an image reader takes for a pixel of its current picture.
 int bytesPerPixel(const QImageReader& reader)
 {
-    const int usual = 4; // most readers do not tell; and what they tell is converted to this
-    // What a reader tells without having understood the header is any number.
+    const int usual = 4; // most readers do not report it; what they report is converted to this
+    // What a reader reports without having understood the header is arbitrary.
     if (!reader.size().isValid())
         return usual;
     const int format = reader.imageFormat();
@@ -114,12 +114,12 @@ bool fitsInMemory(const QImageReader& reader)
     return OrvaUtilsPrivate::fitsInMemory(canvasOf(reader), bytesPerPixel(reader));
 }
 
-/// Lets \a reader decode its picture into \a image, which is null where it cannot.
+/// Lets \a reader decode its picture into \a image, which is null on failure.
 ///
-/// From Qt 6 on a reader makes no image of more than QImageReader::allocationLimit(), 128 MiB where
-/// nobody has set it, which a photograph of 34 million pixels exceeds. The limit is one for the
-/// whole process and stays as the application has it. But a reader decodes into an image of the
-/// right size and format that it is given, and whether a picture fits into memory is asked before.
+/// Since Qt 6, a reader creates no image of more than QImageReader::allocationLimit(), 128 MiB by
+/// default, which a photograph of 34 million pixels exceeds. The limit applies to the whole process
+/// and is left as the application has it. But a reader decodes into an image of the right size and
+/// format that it is given, and whether a picture fits into memory is checked before.
 bool read(QImageReader& reader, QImage* image)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -164,24 +164,24 @@ double fineDetail(const QImage& image)
     return count == 0 ? 0 : double(sum) / double(count);
 }
 
-/// The variance of white noise that has as much fine detail as \a image, a photograph that was
-/// reduced to so many eighths, and as the whole photograph has it: taking means of pixels weakens
-/// it.
+/// The variance, in the whole photograph, of white noise that has as much fine detail as \a image,
+/// the photograph reduced to so many eighths: averaging pixels weakens it.
 double grainVariance(const QImage& image, int eighths)
 {
     const double detailOfUnitVariance = 6; // 1 + 4 + 1: of a second difference
     return fineDetail(image) / detailOfUnitVariance * 64 / (eighths * eighths);
 }
 
-/// The standard deviation of the white noise for which a JPEG spends as many bits; a little more,
-/// for safety. Found with photographs to which noise was added, at qualities from 60 to 97.
+/// The standard deviation of the white noise for which a JPEG spends as many bits, slightly
+/// overestimated for safety. Determined with photographs to which noise was added, at qualities
+/// from 60 to 97.
 double expectedGrain(const JpegOutline& outline)
 {
     const double bitsOfOneStep = 2.65;
     return std::exp2(outline.quantisation + outline.bitsPerPixel - bitsOfOneStep);
 }
 
-/// The square of the error that may be made in luma: 38 dB (PSNR) are 10.3, and rounding takes 0.5.
+/// The largest acceptable mean square error of luma: 38 dB (PSNR) are 10.3, and rounding takes 0.5.
 const double mostError = 9.8;
 
 /// How a whole picture is reduced by the decoder, and then scaled.
@@ -194,7 +194,7 @@ struct Reduction
         , isSafe(density >= 2.5 || reduced == target)
     { }
 
-    /// The mean square of what the scaled picture differs by from one made of the whole picture,
+    /// The mean square difference between the scaled picture and one made from the whole picture,
     /// for white noise of \a variance. An upper bound of what was measured at scales from 1.3 to
     /// 12, for each number of eighths.
     double error(double variance) const
@@ -208,7 +208,7 @@ struct Reduction
 };
 
 /// Whether a picture may be decoded at so many eighths of its size. Five and six save no time, so
-/// they are for pictures that are a burden on memory.
+/// they are only for pictures that take much memory.
 bool canReduce(const QSize& whole, int eighths)
 {
     const qint64 manyPixels = 8000000;
@@ -217,7 +217,7 @@ bool canReduce(const QSize& whole, int eighths)
         && (eighths < 5 || isLarge);
 }
 
-/// The least number of eighths at which a picture may be decoded as far as its file tells.
+/// The smallest number of eighths at which a picture may be decoded, judging by its file.
 int eighthsFor(const JpegOutline& outline, const QSize& whole, const QSize& target)
 {
     const double grain = expectedGrain(outline);
@@ -232,9 +232,9 @@ int eighthsFor(const JpegOutline& outline, const QSize& whole, const QSize& targ
     return 8;
 }
 
-/// An image to decode into, in large pages of memory where the system gives them to those who ask:
-/// of small ones a photograph takes thousands, and the faults that fetch them cost about as much
-/// time as scaling it.
+/// An image to decode into, in large pages of memory if the system provides them on request: a
+/// photograph takes thousands of small ones, and their page faults cost about as much time as
+/// scaling it.
 QImage imageInLargePages(const QSize& size)
 {
     QImage image(size, QImage::Format_RGB32);
@@ -250,14 +250,14 @@ QImage imageInLargePages(const QSize& size)
     return image;
 }
 
-/// Decodes a JPEG to \a size, which is its own or some eighths of it, and which is then scaled to
+/// Decodes a JPEG to \a size, which is its own or some eighths of it. The caller then scales it to
 /// \a target, if that is valid.
 ///
-/// Where it is scaled down enough, the decoder is spared smoothing the colours between pixels, as
-/// Qt has it below a quality of 50: scaling takes the mean of several pixels anyhow.
+/// If it is scaled down enough, the decoder need not smooth the colours between pixels, which Qt
+/// leaves out below a quality of 50: scaling averages several pixels anyway.
 ///
-/// The file comes as bytes, because of them Qt shows the decoder all at once; of a file it shows
-/// 4 KiB at a time, and with less than 3 KiB before it the decoder goes a slow and careful way.
+/// The file is passed as bytes because Qt gives the decoder all of them at once; it gives a file in
+/// pieces of 4 KiB, and with less than 3 KiB available the decoder takes a slow and careful path.
 bool decodeJpegAt(const QSize& size, const QByteArray& bytes, const QSize& target, QImage* image)
 {
     if (!OrvaUtilsPrivate::fitsInMemory(size))
@@ -308,8 +308,8 @@ QSize canvasOf(const QImageReader& reader)
     const QSize size = reader.size();
     if (reader.format() != "gif")
         return size;
-    // The reader says the size of the first frame where it finds the screen's ridiculous, and has
-    // room for the screen all the same.
+    // The reader reports the size of the first frame if it considers that of the screen absurd, but
+    // allocates memory for the screen all the same.
     const int sizesEnd = 10;
     QIODevice* const device = reader.device();
     const qint64 position = device->pos();
@@ -374,19 +374,19 @@ bool decodeAsStored(const QByteArray& bytes, const QByteArray& format, QImage* i
 }
 
 // JPEG stores blocks of 8 x 8 pixels, from which the decoder can make blocks of 1 to 8 pixels a
-// side. Blocks of 1, 2 and 4 it makes much faster than whole ones, in a fraction of the memory;
-// those of 5 and 6 take the time of whole ones, but still less memory. It rounds the size of the
-// picture up where it is not a multiple, which would shift the pixels; such a picture is not
+// side. It makes blocks of 1, 2 and 4 much faster than whole ones, in a fraction of the memory;
+// blocks of 5 and 6 take as much time as whole ones, but still less memory. It rounds the size of
+// the picture up if it is not a multiple, which would shift the pixels; such a picture is not
 // reduced that far.
 //
-// Scaling takes means over areas. Where the edge of an area falls inside a pixel of the reduced
-// picture, that pixel is spread over both sides, and detail that was finer than it does not stay
-// where it belongs. The error falls with the density, which is how many reduced pixels a pixel of
-// the target has along a side, and grows with the detail. From a density of 2.5 on it is negligible
-// (39 dB and better, on seventy pictures). Below, it is expected from the detail:
-// - before decoding, from the bits that the file spends on a pixel. One bit more means detail of
-//   twice the strength, relative to the steps in which it is stored; so nothing is decoded twice
-//   for being grainy.
+// Scaling averages over areas. Where the edge of an area falls inside a pixel of the reduced
+// picture, that pixel is spread over both sides, and detail that was finer does not stay where it
+// belongs. The error decreases with the density, which is the number of reduced pixels for a pixel
+// of the target along a side, and increases with the detail. From a density of 2.5 on it is
+// negligible (39 dB and better, on seventy pictures). Below that, it is estimated from the detail:
+// - before decoding, from the bits that the file spends on a pixel. One more bit means detail of
+//   twice the strength, relative to the quantisation steps; so nothing is decoded twice merely
+//   because it is grainy.
 // - after decoding, from the reduced picture itself: detail that is concentrated in a part of the
 //   picture costs few bits. Only then is the photograph decoded again, whole.
 bool decodeJpeg(const QByteArray& bytes, const QSize& whole, const QSize& target, QImage* image)

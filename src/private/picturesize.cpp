@@ -35,7 +35,7 @@ QSize doubled(const QSize& size)
 QSize scaledSize(const QSize& picture, const QSize& target, Qt::AspectRatioMode mode)
 {
     if (mode == Qt::KeepAspectRatioByExpanding) {
-        // The side that exceeds the target may exceed the numbers, too.
+        // The side that exceeds the target may also exceed the range of int.
         const double factor = qMax(double(target.width()) / picture.width(),
                                    double(target.height()) / picture.height());
         if (!fitsInMemory(factor * picture.width(), factor * picture.height(), 4))

@@ -15,7 +15,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// Replaces what stands at \a dst by what \a write puts into the device that it is given.
+/// Replaces what is at \a dst with what \a write writes to the device that it is given.
 template <typename Write>
 SaveResult replaceWith(const QString& dst, QString* error, Write write)
 {
@@ -46,7 +46,7 @@ bool encode(const QImage& image, QFileDevice& file, const Encoding& encoding, QS
         *error = writer.errorString();
         return false;
     }
-    // The last bytes are still in the buffer of the file: a full disk may show only now.
+    // The last bytes are still in the buffer of the file: a full disk may be noticed only now.
     if (!file.flush()) {
         *error = file.errorString();
         return false;
@@ -84,7 +84,7 @@ bool writePicture(const QImage& image, const QString& path, const Encoding& enco
     Replacement replacement(path, Replacement::Old::WrittenTo);
     replacement.setDirectWriteFallback(true);
     if (!replacement.begin()) {
-        // As a writer says that opens the file itself.
+        // The message of a writer that opens the file itself.
         *error = QCoreApplication::translate("QImageWriter", "Cannot open device for writing: %1")
                      .arg(replacement.reason());
         return false;

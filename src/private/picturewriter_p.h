@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Writes pictures in the place of older ones, which are not lost if that fails.
+// Replaces older pictures with new ones. The old ones are not lost if that fails.
 
 #ifndef ORVAUTILS_PICTUREWRITER_P_H
 #define ORVAUTILS_PICTUREWRITER_P_H
@@ -23,29 +23,29 @@ struct Encoding
 
 enum class SaveResult {
     Saved,
-    CannotRemove, ///< what stands at the destination cannot be replaced
+    CannotRemove, ///< what is at the destination cannot be replaced
     CannotSave
 };
 
-/// Puts \a image in the place of what stands at \a dst. Unless it was saved, \a error tells why.
+/// Replaces what is at \a dst with \a image. Unless it was saved, \a error is set to the reason.
 ///
-/// What stands there may be the only copy of a photograph, and even be the file that the picture
-/// was loaded from. So it is not removed first: the picture is saved beside it, under a hidden name
-/// of its own, and takes the place of \a dst when it is complete. A link is replaced, not followed.
+/// The old file may be the only copy of a photograph, and even the file that the picture was loaded
+/// from. So it is not removed first: the picture is saved next to it, under a hidden name of its
+/// own, and takes the place of \a dst when it is complete. A link is replaced, not followed.
 SaveResult replacePicture(const QImage& image, const QString& dst, const Encoding& encoding,
                           QString* error);
 
-/// Makes \a image the content of the file \a path. Unlike with replacePicture() it stays the same
-/// file: a link is followed, the permissions stay, and where the folder takes no new file, it is
-/// overwritten. Where that fails, \a error tells why.
+/// Writes \a image to the file \a path. Unlike with replacePicture(), it remains the same file: a
+/// link is followed, the permissions are kept, and if no file can be created in the folder, it is
+/// overwritten. On failure, \a error is set to the reason.
 bool writePicture(const QImage& image, const QString& path, const Encoding& encoding,
                   QString* error);
 
-/// Puts \a bytes in the place of what stands at \a dst, as replacePicture() does a picture.
+/// Replaces what is at \a dst with \a bytes, in the same way as replacePicture().
 SaveResult replaceBytes(const QByteArray& bytes, const QString& dst, QString* error);
 
-/// Encodes \a image into \a bytes, with its quality where the format has one. Where that fails,
-/// \a error tells why.
+/// Encodes \a image into \a bytes, with its quality if the format is JPEG or WebP. On failure, \a
+/// error is set to the reason.
 bool encodeInMemory(const QImage& image, const Encoding& encoding, QByteArray* bytes,
                     QString* error);
 
