@@ -59,8 +59,8 @@ public:
     /// Ends the mirroring.
     ~DirectorySynchronizer() override;
 
-    /// Starts to follow the changes under the folder \a source and to repeat them in the folder \a
-    /// destination. Existing files are not copied: call fullSync() first.
+    /// Starts to follow the changes under the folder \a source and to repeat them in
+    /// \a destination. Existing files are not copied: call fullSync() first.
     ///
     /// True when the whole tree is watched. Otherwise false, with the text "Watcher fail" in
     /// error() and in the log (LogType 4); what can be watched is followed nevertheless. A source
@@ -74,7 +74,7 @@ public:
     bool checkDirs();
 
     /// Makes \a destination an exact copy of \a source, see FileUtils::copyDir(): the destination
-    /// is deleted and copied afresh, but for what the filter leaves out. On failure false, with
+    /// is deleted and copied afresh, except for what the filter leaves out. On failure false, with
     /// "FullSync fail" in the log (LogType 4) in addition to the records of FileUtils, and no
     /// signal. Independent of startWatcher().
     bool fullSync(const QString& source, const QString& destination);
