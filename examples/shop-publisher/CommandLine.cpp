@@ -12,7 +12,7 @@ namespace {
 void addOptions(QCommandLineParser* parser)
 {
     parser->addOptions({
-        // Not addHelpOption(): it also brings options of Qt that mean nothing to this program.
+        // Not addHelpOption(): it also adds options of Qt that do not apply to this program.
         {{QStringLiteral("h"), QStringLiteral("help")}, CommandLine::tr("Show this help.")},
         {{QStringLiteral("v"), QStringLiteral("version")}, CommandLine::tr("Show the version.")},
         {{QStringLiteral("q"), QStringLiteral("quiet")},

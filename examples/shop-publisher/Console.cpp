@@ -19,7 +19,7 @@
 
 namespace {
 
-/// How many columns a character takes on a terminal.
+/// The number of columns that a character takes on a terminal.
 int columnsOf(uint character)
 {
     const QChar::Category category = QChar::category(character);
@@ -39,7 +39,7 @@ int columnsOf(uint character)
     return 1;
 }
 
-/// \a text cut and filled to exactly \a columns, so that it covers what was there before.
+/// \a text cut or padded to exactly \a columns, so that it covers what was there before.
 QString fitted(const QString& text, int columns)
 {
     QString result;
@@ -78,7 +78,7 @@ bool isTerminal()
 #endif
 }
 
-/// \a text with what is not to be printed written out: a line feed as "\u000a".
+/// \a text with unprintable characters escaped: a line feed as "\u000a".
 QString printable(const QString& text)
 {
     static const QVector<QChar::Category> written{
@@ -121,7 +121,7 @@ void Console::progress(int done, int total, const QString& step)
 
 void Console::end() const
 {
-    // The whole line is blanked, so that nothing of the bar stands behind a shorter result.
+    // Blank the whole line, so that nothing of the bar remains after a shorter result.
     if (mTerminal && mTotal > 0)
         print(QLatin1Char('\r') + fitted(QString(), terminalColumns() - 1) + QLatin1Char('\r'));
 }
@@ -148,7 +148,7 @@ void Console::report(const QVector<ErrorableCode>& failures) const
                          {QStringLiteral("text"), failure.details}});
             continue;
         }
-        // A name that holds a line end must not forge a step.
+        // A name that contains a line break must not forge a step.
         ErrorableCode shown = failure;
         shown.details = printable(failure.details);
         text += QLatin1String("  ") + shown.details + QLatin1Char('\n');

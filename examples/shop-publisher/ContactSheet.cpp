@@ -18,7 +18,7 @@ QString folderOf(const QString& name)
     return name.left(qMax(0, name.lastIndexOf(QLatin1Char('/'))));
 }
 
-/// What the file name says of the picture, for those who cannot see it.
+/// What the file name says about the picture, for those who cannot see it.
 QString alternativeText(const QString& name)
 {
     const QFileInfo file(name);

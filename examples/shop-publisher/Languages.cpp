@@ -10,7 +10,7 @@
 
 namespace {
 
-/// "fr_CA" is served by the French texts.
+/// For "fr_CA" the French texts are used.
 QString languageOf(QString code)
 {
     code.replace(QLatin1Char('-'), QLatin1Char('_'));
@@ -35,7 +35,7 @@ bool Languages::choose(const QString& code)
     const QString language = languageOf(code);
     if (!language.isEmpty() && !available().contains(language))
         return false;
-    // Without any file there is nothing to change to; looking for one would only be logged.
+    // Without any file there is nothing to switch to; looking for one would only be logged.
     if (!LocalisationTools::applicationLanguages().isEmpty())
         LocalisationTools::changeApplicationLanguage(language);
     return true;
@@ -50,7 +50,7 @@ QString Languages::current()
 QString Languages::nativeName(const QString& code)
 {
     const QLocale locale(code);
-    // Qt names the English of one country.
+    // Qt returns the name of one country's English.
     return locale.language() == QLocale::English
         ? QStringLiteral("English")
         : StringUtils::capitalize(locale.nativeLanguageName());

@@ -76,7 +76,7 @@ QVariantMap PageParts::picture(const PublishedPicture& picture, const QString& a
     const bool isJpeg = suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg");
     return Template::values({{"large", Template::address(QLatin1String("images/") + picture.name)},
                              {"src", Template::address(QLatin1String("thumbs/") + picture.name)},
-                             {"table", !isJpeg}, // what may be transparent lies on a light table
+                             {"table", !isJpeg}, // what may be transparent gets a light background
                              {"drawing", ImageUtils::imageNameIsVectoriel(picture.name)},
                              {"alt", alternativeText},
                              {"width", picture.thumbSize.width()},

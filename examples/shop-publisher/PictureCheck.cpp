@@ -10,7 +10,7 @@
 
 namespace {
 
-/// An SVG of more bytes is no drawing for a page.
+/// A larger SVG is not suitable for a page.
 const qint64 bytesOfMiB = Q_INT64_C(1024) * 1024;
 const qint64 maxSvgMiB = 20;
 
@@ -26,7 +26,7 @@ Defect svgDefect(QFile* file)
             PictureCheck::tr("cannot be read: the SVG plugin of Qt is not installed")};
 }
 
-/// Judged by the header, before any pixel is decoded.
+/// Uses only the header, before any pixel is decoded.
 Defect sizeDefect(const QString& path)
 {
     const QSize size = ImageUtils::imageSize(path);
@@ -59,7 +59,7 @@ Defect PictureCheck::defectOf(const Photograph& photograph)
     if (format.isEmpty())
         return {WorkItem::Undecodable,
                 tr("cannot be decoded (it is not a JPEG, PNG, GIF, SVG, WebP or TIFF picture)")};
-    // A server would hand it out as what its name says, and a visitor's browser would not show it.
+    // A server would send it with the type of its name, and a visitor's browser would not show it.
     if (format.startsWith("svg"))
         return {WorkItem::Unsuitable,
                 tr("holds a picture of the kind %1, which does not go with its name").arg(kind)};

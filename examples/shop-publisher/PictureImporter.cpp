@@ -24,17 +24,17 @@ namespace {
 const int imageLimit = 1600;
 const int thumbLimit = 320;
 
-/// The small picture has twice the pixels that it is shown in, for dense screens. Those of the
-/// products are there in one time and in three times as many, too.
+/// The thumbnail has twice the pixels at which it is shown, for high-density screens. Pictures of
+/// products also exist with the same number and with three times as many.
 const int thumbPixels = 2 * thumbLimit;
 const int moreSizes[] = {thumbLimit, 3 * thumbLimit};
 
 const int interruptionMilliseconds = 20;
 
-/// WebP stands beside another format where it takes at most so many percent of its bytes.
+/// WebP is offered besides another format if it takes at most this percentage of its bytes.
 const int webpPercent = 80;
 
-/// Size in CSS pixels of a small picture: it fills the limit, but only a drawing is enlarged.
+/// Size in CSS pixels of a thumbnail: it fills the limit, but only a drawing is enlarged.
 QSize shownSize(const QSize& pixels, bool isDrawing)
 {
     const QSize limit(thumbLimit, thumbLimit);
@@ -45,7 +45,7 @@ QSize shownSize(const QSize& pixels, bool isDrawing)
     return pixels.scaled(limit, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }
 
-/// The format for a picture that a browser does not show as it is; empty for that of the source.
+/// The format for a picture that browsers cannot show; empty for that of the source.
 QByteArray formatFor(const Photograph& photograph)
 {
     const QString from = QFileInfo(photograph.name).suffix();
@@ -65,12 +65,12 @@ struct PictureImporter::Draft
     ImageImportResult result;
 };
 
-/// One photograph on its way.
+/// One photograph that is being imported.
 struct PictureImporter::Work
 {
     const Photograph* photograph = nullptr;
     Defect defect; ///< found before it was imported
-    QVector<Draft> drafts; ///< the large picture, the small one, and further ones
+    QVector<Draft> drafts; ///< the large picture, the thumbnail, and further ones
     int missingResults = 0;
 
     void removeDrafts() const
@@ -122,7 +122,7 @@ QStringList PictureImporter::placesOf(const Photograph& photograph)
     return places;
 }
 
-/// Finds out whether a photograph can be imported, and what is to be made of it.
+/// Finds out whether a photograph can be imported, and what to make of it.
 void PictureImporter::prepare(const Photograph& photograph, Work* work)
 {
     work->photograph = &photograph;
@@ -136,7 +136,7 @@ void PictureImporter::prepare(const Photograph& photograph, Work* work)
         for (Draft& draft : work->drafts)
             draft.path = mSite->draft(draft.place);
     } else {
-        // Whether it can be imported shows in the smallest of pictures.
+        // The smallest of pictures shows whether it can be imported.
         const QString name =
             QStringLiteral("%1.%2").arg(++mChecked).arg(QFileInfo(photograph.siteName).suffix());
         work->drafts = QVector<Draft>{
@@ -168,7 +168,7 @@ QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& pho
         }
     }
 
-    // Results come in any order, pictures go to their places in theirs.
+    // Results arrive in any order; pictures are put in place in their own order.
     const int total = int(photographs.size());
     int next = 0;
     const auto begin = [&] {
@@ -210,13 +210,13 @@ QVector<PublishedPicture> PictureImporter::import(const QVector<Photograph>& pho
         importer.start(mOptions.jobs);
         loop.exec();
     }
-    const QVector<Work>& left = works; // a constant one is not copied by the loop
+    const QVector<Work>& left = works; // const, so that the loop does not detach it
     for (const Work& work : left)
         work.removeDrafts();
     return mPublished;
 }
 
-/// Brings a picture that is ready to its place, or tells why it is not.
+/// Puts a picture that is ready in its place, or reports why it is not.
 void PictureImporter::conclude(Work* work)
 {
     for (int i = 0; i < work->drafts.size() && !work->defect; ++i)
@@ -229,7 +229,7 @@ void PictureImporter::conclude(Work* work)
         work->defect = {WorkItem::Unwritable, mSite->put(drafts)};
         if (!work->defect) {
             mPublished.append(published);
-            work->drafts.clear(); // they are the site's
+            work->drafts.clear(); // they belong to the site
         }
     }
     work->removeDrafts();
@@ -240,7 +240,7 @@ void PictureImporter::conclude(Work* work)
     item->ORVAUTILS_SET_ERROR(item->failure(work->defect.failure, work->defect.reason));
 }
 
-/// What of the drafts goes into the site: no size twice, which a small photograph gives, and WebP
+/// Chooses the drafts for the site: no size twice, as a small photograph would give, and WebP only
 /// where it is worth it.
 PublishedPicture PictureImporter::chooseSizes(Work* work)
 {
@@ -253,7 +253,7 @@ PublishedPicture PictureImporter::chooseSizes(Work* work)
 
     qint64 bytes = 0;
     qint64 webpBytes = 0;
-    for (int i = 1; i < work->drafts.size(); ++i) { // the first is none to choose from
+    for (int i = 1; i < work->drafts.size(); ++i) { // the first is always used
         const Draft& draft = work->drafts.at(i);
         const bool isWebp = draft.format == "webp";
         QVector<PictureSize>& sizes = isWebp ? published.webp : published.sizes;
@@ -288,7 +288,7 @@ Defect PictureImporter::importDefect(const ImageImportResult& result)
     case ImageImportResult::Copied:
         return {};
     case ImageImportResult::NotWritable: {
-        // The working folder is the program's own: the next picture would fare no better.
+        // The working folder is the program's own: the next picture would fail, too.
         mSiteIsFull = true;
         if (!mSite)
             return {WorkItem::Unwritable,

@@ -16,8 +16,8 @@
 
 namespace {
 
-/// Two names with the same key are one file on some system: case or the composition of accents
-/// do not tell files apart everywhere.
+/// Two names with the same key are the same file on some system: not every file system
+/// distinguishes case or the composition of accents.
 QString fileSystemKey(const QString& name)
 {
     return name.normalized(QString::NormalizationForm_C).toCaseFolded();
@@ -35,7 +35,7 @@ bool isTiffName(const QString& name)
     return hasSuffixOf(name, {"tif", "tiff"});
 }
 
-/// Whether an owner would take a file of that name for a picture that ought to be in the site.
+/// Whether an owner would expect a file of that name to be a picture of the site.
 bool isUnpublishedName(const QString& name)
 {
     return hasSuffixOf(name, {"heic", "heif", "avif", "jxl", "jp2", "bmp",  "psd", "raw", "dng",
@@ -76,7 +76,7 @@ public:
         }
         for (const FileUtils::Entry& entry : entries) {
             const QString name = prefix + entry.name + QLatin1Char('/');
-            // Following it could lead in a circle, or publish what was never meant to be shown.
+            // Following it could form a cycle, or publish what was never meant to be shown.
             if (entry.isFolder && entry.isLink)
                 fail(name, WorkItem::Unsuitable,
                      Project::tr("is a link to a folder, which is not followed"));
@@ -96,8 +96,9 @@ private:
 
     void add(const FileUtils::Entry& entry, const QString& name)
     {
-        // No folder on the way is a link, so that the path of a file that is none is the true one:
-        // to ask the system for that of each of very many would take longer than all else.
+        // No folder on the path is a link, so the path of a file that is not a link is already
+        // canonical: to ask the system for each of very many would take longer than everything
+        // else.
         const QString path = mFolder + name;
         const QString source = entry.isLink ? QFileInfo(path).canonicalFilePath() : path;
         if (source.isEmpty())
@@ -111,9 +112,9 @@ private:
             files.append({source, name, QString(), false});
     }
 
-    /// What is to be walked in a folder, in order. Tells of what cannot be read, and of names that
-    /// are not text in the system's encoding, such as names in Latin-1 from an old disk: they must
-    /// not vanish without a word.
+    /// The entries of a folder to walk, in order. Reports what cannot be read, and names that are
+    /// not valid in the system's encoding, such as names in Latin-1 from an old disk: they must not
+    /// be skipped silently.
     QVector<FileUtils::Entry> entriesOf(const QString& prefix)
     {
         QVector<FileUtils::Entry> entries;
@@ -170,7 +171,7 @@ void giveSiteNames(QVector<Photograph>* photographs)
         const bool isOther = wish != photograph.name && wanted.contains(fileSystemKey(wish));
         if (isOther || taken.contains(fileSystemKey(name))) {
             const int dot = int(name.lastIndexOf(QLatin1Char('.')));
-            // Photographs of the same name go on where the one before has ended.
+            // Continue after the last number given to this name.
             int& number = numbers[fileSystemKey(wish)];
             number = qMax(number, 2);
             do {

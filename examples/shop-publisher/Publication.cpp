@@ -15,9 +15,9 @@
 
 namespace {
 
-/// So many photographs are imported before the record is brought up to date; of very many an eighth
-/// of those that are done, because the record takes its time then. A run that is killed leaves
-/// those before to the next one.
+/// The number of photographs to import before the record is updated, or, if that is more, an eighth
+/// of those that are done, because writing a large record takes time. A run that is killed leaves
+/// the recorded ones to the next run.
 const int batchSize = 500;
 const int batchShare = 8;
 
@@ -52,8 +52,8 @@ void Publication::run()
     QVector<Photograph> photographs = mProject.photographs(&mFolder, stops, &mOutcome.unpublished);
     const QVector<ProjectFile> staticFiles = mProject.staticFiles(&mFolder, stops);
     mOutcome.photographs = int(photographs.size());
-    // A folder that cannot be read, such as one of a disk that was taken off, has not lost its
-    // photographs.
+    // The photographs of a folder that cannot be read, such as one on a disk that was unmounted,
+    // are not lost.
     const QVector<ErrorableCode> errors = mFolder.errorStack();
     mAllFoldersRead = std::none_of(errors.begin(), errors.end(), [](const ErrorableCode& error) {
         return error.code == WorkItem::Unreadable;
@@ -71,7 +71,7 @@ void Publication::run()
         mNow = *mPublished;
     markProducts(hasShop ? &shop : nullptr, &photographs);
     import(photographs);
-    // A page of the pictures so far would take the others from the page that may stand there.
+    // A page of the pictures so far would lack those on a page that may exist already.
     if (goesOn() && mSite)
         copyStaticFiles(staticFiles);
     if (goesOn() && mSite)
@@ -93,12 +93,12 @@ bool Publication::goesOn() const
     return !isInterruptionRequested() && !mSiteIsFull && !mImporter.siteIsFull();
 }
 
-/// Why nothing at all is published; empty where nothing is in the way.
+/// Why nothing at all may be published; empty if it may.
 QString Publication::refusal(const QVector<Photograph>& photographs) const
 {
     if (mPublished && mPublished->anything)
         return QString();
-    // Rather a wrong folder, or a disk that is not there, than a shop without pictures.
+    // More likely a wrong folder, or a missing disk, than a shop without pictures.
     if (photographs.isEmpty())
         return tr("there is no photograph, so nothing was published");
     if (!mPublished || mOptions.force)
@@ -114,8 +114,8 @@ QString Publication::refusal(const QVector<Photograph>& photographs) const
               "them");
 }
 
-/// Marks the photographs that the shop shows; without a \a shop those whose pictures the pages that
-/// stay in the site may show.
+/// Marks the photographs that the shop shows; without a \a shop those whose pictures may be shown
+/// by the pages that stay in the site.
 void Publication::markProducts(const Shop* shop, QVector<Photograph>* photographs) const
 {
     QSet<QString> names;
@@ -158,8 +158,8 @@ void Publication::import(const QVector<Photograph>& photographs)
                           [](const Published::Picture& one) { return one.imported; }));
 }
 
-/// Tells the photographs that are to be imported from those that are published as they are, and
-/// lets what is not wanted any more leave the site.
+/// Separates the photographs to be imported from those that are already published, and removes from
+/// the site what is no longer wanted.
 QVector<Photograph> Publication::compare(const QVector<Photograph>& photographs)
 {
     QVector<Photograph> news;
@@ -178,7 +178,7 @@ QVector<Photograph> Publication::compare(const QVector<Photograph>& photographs)
             news.append(photograph);
             picture = Published::Picture();
             picture.siteName = photograph.siteName;
-            const QStringList possible = former + places; // the former may still be there
+            const QStringList possible = former + places; // the former may still exist
             for (const QString& place : possible)
                 picture.files.insert(place, QString());
         }
@@ -200,8 +200,8 @@ QVector<Photograph> Publication::compare(const QVector<Photograph>& photographs)
     return news;
 }
 
-/// Whether the site has the pictures of \a photograph as it is now, \a stamp, so that they need not
-/// be made again.
+/// Whether the site has the pictures of \a photograph in its current state, \a stamp, so that they
+/// need not be made again.
 bool Publication::isPublished(const Published::Picture& known, const Photograph& photograph,
                               const QString& stamp) const
 {
@@ -216,17 +216,17 @@ bool Publication::isPublished(const Published::Picture& known, const Photograph&
         if (it.value().isEmpty() || it.value() != FileUtils::fileStamp(mSite->path(it.key())))
             return false;
     }
-    // A copy of the project, or a clock that was set, gives other stamps to the same photograph.
+    // A copy of the project, or a changed clock, gives the same photograph a different stamp.
     return isSame || known.content == FileUtils::sha1(photograph.source);
 }
 
-/// Notes what came of importing \a photograph.
+/// Records the result of importing \a photograph.
 void Publication::take(const Photograph& photograph)
 {
     Published::Picture& entry = mNow.pictures[photograph.name];
     if (FileUtils::fileStamp(photograph.source) != entry.stamp)
         mOutcome.overtaken.insert(photograph.name);
-    // What was not reached is looked at by the next run.
+    // What was not reached is left to the next run.
     if (!entry.imported && !goesOn())
         entry.stamp.clear();
     if (!entry.imported)
@@ -242,7 +242,7 @@ void Publication::take(const Photograph& photograph)
         if (isAwaited)
             mAwaited.insert(photograph.name);
     }
-    // What an earlier version of the photograph had beside them.
+    // Further files that an earlier version of the photograph had.
     for (const QString& place : former) {
         if (!places.contains(place))
             mSite->remove(place);
@@ -268,7 +268,7 @@ void Publication::copyStaticFiles(const QVector<ProjectFile>& files)
     QSet<QString> wanted;
     for (const ProjectFile& file : files)
         wanted.insert(file.name);
-    // The folder is the program's where the project has one, and otherwise what it copied there.
+    // The whole folder is the program's if the project has one, otherwise only its own copies.
     QStringList ours = mNow.staticFiles.keys();
     if (hasFolder) {
         QDirIterator there(folder, QDir::Files | QDir::Hidden | QDir::System,
@@ -309,7 +309,7 @@ void Publication::copyStaticFile(const ProjectFile& file)
     QFile source(file.source);
     const QString draft = mSite->draft(place);
     if (!source.open(QIODevice::ReadOnly)) {
-        // One that went meanwhile is the next thing that is told.
+        // One that was deleted meanwhile is reported next.
         if (source.exists())
             fail(WorkItem::StaticFiles, place, WorkItem::Unreadable,
                  tr("cannot be opened (%1)").arg(source.errorString()));
@@ -344,7 +344,7 @@ void Publication::writePages(const Shop* shop, const QVector<Photograph>& photog
         mNow.shopPages.clear();
     if (shop && writeShop(*shop, pictures))
         mOutcome.shopLanguages = shop->languages;
-    // The page of a site without a shop; with one, a page beside it.
+    // The front page of a site without a shop; with one, an additional page.
     const bool isFrontPage = mNow.shopPages.isEmpty();
     mOutcome.pageWritten =
         write(ContactSheet::files(mProject.title(), pictures, isFrontPage), &mNow.sheetPages);
@@ -379,7 +379,7 @@ bool Publication::writeShop(const Shop& shop, const QVector<PublishedPicture>& p
                  &mNow.shopPages);
 }
 
-/// Writes files that belong together, all or none, and names them in \a places.
+/// Writes files that belong together, all or none, and lists them in \a places.
 bool Publication::write(const QVector<SiteFile>& files, QStringList* places)
 {
     for (const SiteFile& file : files) {
@@ -402,7 +402,7 @@ bool Publication::write(const QVector<SiteFile>& files, QStringList* places)
 
 // The end
 
-/// Makes the new site of the old one, or leaves that as it was.
+/// Turns the old site into the new one, or leaves it as it was.
 void Publication::conclude()
 {
     if (mSiteIsFull || mImporter.siteIsFull()) {
@@ -414,7 +414,7 @@ void Publication::conclude()
     const QMap<QString, QString> failures = mSite->commit();
     for (auto it = failures.begin(); it != failures.end(); ++it)
         fail(WorkItem::SitePage, it.key(), WorkItem::Unwritable, it.value());
-    // Stamps of what has only now come to its place.
+    // Stamps of the files that have only now been moved to their places.
     const auto stampNow = [this, &failures](const QString& place) {
         return failures.contains(place) ? QString() : FileUtils::fileStamp(mSite->path(place));
     };
@@ -435,8 +435,8 @@ void Publication::conclude()
         writeRecord();
 }
 
-/// Brings the record in the site up to date. It may name more pictures than there are, so that none
-/// is forgotten where the program is killed.
+/// Updates the record in the site. It may name more pictures than exist, so that none is forgotten
+/// if the program is killed.
 void Publication::writeRecord()
 {
     Published record = mNow;
@@ -449,7 +449,8 @@ void Publication::writeRecord()
         mSiteIsFull = true;
 }
 
-/// Whether the site took \a name: \a reason, which tells why it did not, becomes a failure.
+/// Whether \a name was written to the site: \a reason, which says why it was not, becomes a
+/// failure.
 bool Publication::isWritten(WorkItem::Kind kind, const QString& name, const QString& reason)
 {
     if (!reason.isEmpty())

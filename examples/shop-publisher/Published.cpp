@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Whatever changes the pictures that are made of the same photographs changes this.
+/// To be changed whenever the same photographs would give different pictures.
 const QLatin1String recipe(SHOP_PUBLISHER_VERSION "-2");
 
 QJsonArray sizeToJson(const QSize& size)

@@ -31,9 +31,9 @@ QString jsText(const QString& text)
     return HTMLUtils::encodeToJavascriptText(text);
 }
 
-/// A literal in single quotes, in which PHP knows no other escapes than these two. A byte array
-/// passes through the formatters as code, up to its first NUL: whatever has come here, the literal
-/// ends with its quote.
+/// A literal in single quotes, in which PHP knows only these two escape sequences. A byte array
+/// passes through the formatters as code, up to its first NUL: for any text the literal ends with
+/// its quote.
 QByteArray phpCode(const QString& text)
 {
     QByteArray code = text.toUtf8();

@@ -43,7 +43,7 @@ bool isEmail(const QString& text)
     return form.match(text).hasMatch();
 }
 
-/// An address of the web; nothing else, such as a script, becomes a link of a page.
+/// A web address; nothing else, such as a script, becomes a link of a page.
 bool isWebAddress(const QString& text)
 {
     const QUrl url(text, QUrl::StrictMode);
@@ -51,7 +51,7 @@ bool isWebAddress(const QString& text)
         && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
 }
 
-/// The available weight that is nearest to \a wanted; the bolder one of two.
+/// The available weight nearest to \a wanted; the bolder of two equally near ones.
 int nearestWeight(const QList<int>& weights, int wanted)
 {
     int nearest = weights.isEmpty() ? wanted : weights.first();
@@ -78,8 +78,8 @@ struct Part
     QJsonObject values;
 };
 
-/// A value of the file, and the item that its failures belong to. One that is not there needs no
-/// further check: it need not be there, or that was told.
+/// A value of the file, and the item that its failures belong to. A missing one needs no further
+/// check: it is optional, or its absence was reported.
 struct Field
 {
     WorkItem* owner;
@@ -91,7 +91,7 @@ struct Field
 
 } // namespace
 
-/// One reading. Every check goes on after an error, so that all of them are told at once.
+/// Reads the file once. Checks continue after an error, so that all errors are reported at once.
 class ShopFile::Reader
 {
     Q_DECLARE_TR_FUNCTIONS(ShopFile)
@@ -102,7 +102,7 @@ public:
         , mProject(project)
     {
         for (const Photograph& photograph : photographs) {
-            // The file may have been written on a system that composes accents in another way.
+            // The file may have been written on a system that composes accents differently.
             mPhotos.insert(photograph.name.normalized(QString::NormalizationForm_C),
                            photograph.name);
         }
@@ -148,7 +148,7 @@ private:
         return {part.item, name, part.values.value(name)};
     }
 
-    /// The value of a key that must be there.
+    /// The value of a required key.
     Field needed(const Part& part, const char* key)
     {
         Field field = at(part, key);
@@ -169,23 +169,23 @@ private:
 
     void wrong(const Field& field, const QString& reason) { fail(field, Unsuitable, reason); }
 
-    /// Tells of a value that is there and not right.
+    /// Reports a value that exists and is not right.
     void expect(const Field& field, bool isRight, const QString& reason)
     {
         if (field.isThere() && !isRight)
             wrong(field, reason);
     }
 
-    /// Tells of a text of the value that is not right; \a reason names it. That it is empty was
-    /// told.
+    /// Reports a text of the value that is not right; \a reason names it. An empty one was already
+    /// reported.
     void expect(const Field& field, const QString& text, bool isRight, const QString& reason)
     {
         if (!text.isEmpty() && !isRight)
             wrong(field, reason.arg(text));
     }
 
-    /// Tells of a control character in \a text. A NUL would end a text of the written files before
-    /// its quote; the others have no place in a shop, but for the ends of lines and tabulators.
+    /// Reports a control character in \a text. A NUL would end a text in the written files before
+    /// its quote; the others have no place in a shop, except line breaks and tabs.
     bool isPrintable(const Field& field, const QString& text)
     {
         static const QRegularExpression control(QStringLiteral("[^\\P{Cc}\\n\\t]"));
@@ -197,7 +197,7 @@ private:
         return found.isEmpty();
     }
 
-    /// A text without blanks around it; empty where there is none.
+    /// A text without surrounding white space; empty if there is none.
     QString text(const Field& field)
     {
         const QString text = field.value.toString().trimmed();
@@ -238,7 +238,7 @@ private:
         return field.value.toBool();
     }
 
-    /// An object with something in it.
+    /// An object that is not empty.
     QJsonObject group(const Field& field)
     {
         QJsonObject object = field.value.toObject();
@@ -246,7 +246,7 @@ private:
         return object;
     }
 
-    /// A list with something in it; \a reason is told of anything else.
+    /// A list that is not empty; for anything else \a reason is reported.
     QJsonArray list(const Field& field, const QString& reason)
     {
         QJsonArray array = field.value.toArray();
@@ -254,8 +254,8 @@ private:
         return array;
     }
 
-    /// The place of a file below static/, which is the same in the project and in the site; empty
-    /// where there is none.
+    /// The path of a file below static/, which is the same in the project and in the site; empty if
+    /// there is none.
     QString staticFile(const Field& field, const QString& place)
     {
         if (place.isEmpty())
@@ -276,7 +276,7 @@ private:
         return address;
     }
 
-    /// Where to order: an address of e-mail or of the web.
+    /// Where to order: an e-mail or a web address.
     QString order(const Field& field)
     {
         QString order = text(field);
@@ -306,7 +306,7 @@ private:
         return codes;
     }
 
-    /// The rates of the country, with those that the file has instead.
+    /// The rates of the country, with those that the file overrides.
     void vatRates(const Field& field)
     {
         const QList<int> categories = TaxeRatesUtils::europeanTaxCategories();
@@ -334,7 +334,7 @@ private:
         }
     }
 
-    /// What the pages look like, beside their font.
+    /// What the pages look like, except for their font.
     void looks(const Part& file)
     {
         const Field accent = at(file, "accent");
@@ -352,7 +352,7 @@ private:
         expect(logo, !mShop->logoSize.isEmpty(), tr("is no picture that can be read"));
     }
 
-    /// Where the shop and its owner are found.
+    /// The addresses of the shop and its owner.
     void addresses(const Part& file)
     {
         const Field site = at(file, "url");
@@ -367,7 +367,7 @@ private:
         const Field imprint = at(file, "imprint");
         mShop->imprint = localText(imprint);
         QStringList imprints = mShop->imprint.values();
-        imprints.removeDuplicates(); // told once
+        imprints.removeDuplicates(); // report each once
         for (int i = 0; i < imprints.size(); ++i) {
             if (imprints.at(i).startsWith(QLatin1String("static/")))
                 staticFile(imprint, imprints.at(i));
@@ -395,7 +395,7 @@ private:
         font.family = mFile->mFonts.validName(wanted);
         GoogleFontItem item;
         if (font.family.isEmpty() || !mFile->mFonts.findItemByName(font.family, item)) {
-            font.family = wanted; // its files are all that it takes
+            font.family = wanted; // its files are sufficient
             expect(field, !font.files.isEmpty() && !font.fromService,
                    tr("\"%1\" is no family of the catalogue of web fonts").arg(wanted));
             return font;
@@ -475,7 +475,7 @@ private:
         return tr("%1, product %2 (%3)").arg(fileName, QString::number(number), name);
     }
 
-    /// The pictures of a product: one, or several, of which the first stands for all.
+    /// The pictures of a product: one, or several, of which the first is the main one.
     QStringList photos(const Part& part)
     {
         const Field several = at(part, "photos");
@@ -510,7 +510,7 @@ private:
     {
         const QString wish = idOf(name);
         QString id = wish;
-        // Products of one name go on where the one before has ended.
+        // Continue after the last number given to this name.
         int& number = mNumbers[wish];
         while (mIds.contains(id))
             id = wish + QStringLiteral("_%1").arg(++number);
@@ -523,7 +523,7 @@ private:
     Shop* mShop = nullptr;
     QMap<QString, QString> mPhotos; ///< names by their composed form
     QSet<QString> mIds;
-    QHash<QString, int> mNumbers; ///< the last one given behind each id
+    QHash<QString, int> mNumbers; ///< the last number given to each id
     bool mCountryIsKnown = false;
     bool mFailed = false;
 };
@@ -557,7 +557,7 @@ bool ShopFile::read(const QVector<Photograph>& photographs, Shop* shop)
         return false;
     }
     QByteArray content = file.readAll();
-    if (content.startsWith("\xef\xbb\xbf")) // some editors mark UTF-8 so
+    if (content.startsWith("\xef\xbb\xbf")) // the mark that some editors write before UTF-8
         content.remove(0, 3);
     QJsonParseError error = {};
     const QJsonDocument document = QJsonDocument::fromJson(content, &error);

@@ -21,11 +21,11 @@
 namespace {
 
 const int productsOnAPage = 100;
-/// Pictures that a reader sees before scrolling; the others are loaded when they come near.
+/// The number of pictures that a reader sees before scrolling; the others are loaded lazily.
 const int firstPictures = 4;
 const int cardRem = 24; ///< the width of a card on a wide screen, at most
 
-/// A text of CSS in double quotes, which no end of a line closes, also inside of a style element.
+/// A CSS string in double quotes without line breaks, safe inside a style element, too.
 QString cssText(const QString& text)
 {
     QString escaped = text.simplified();
@@ -35,7 +35,7 @@ QString cssText(const QString& text)
     return QLatin1Char('"') + escaped + QLatin1Char('"');
 }
 
-/// The brightness of a colour as accessibility counts it, from 0.05 to 1.05.
+/// The relative luminance of a colour plus 0.05, as accessibility rules use it: 0.05 to 1.05.
 double brightness(const QColor& color)
 {
     const auto linear = [](double value) {
@@ -53,7 +53,7 @@ double contrast(const QColor& one, const QColor& other)
     return qMax(a, b) / qMin(a, b);
 }
 
-/// \a color, or one between it and \a end that can be read on \a background.
+/// \a color, or one between it and \a end that is legible on \a background.
 QColor readable(const QColor& color, const QColor& background, const QColor& end)
 {
     QColor shade = color;
@@ -63,7 +63,7 @@ QColor readable(const QColor& color, const QColor& background, const QColor& end
 }
 
 /// The country's name in the language of the page, as far as Qt knows it: in English, and in the
-/// languages of the country itself; else in the first of these.
+/// languages of the country itself; otherwise in the first of these.
 QString countryName(const QString& code, const QString& pageLanguage)
 {
     // Two countries have codes of their own in the Union.
@@ -96,7 +96,7 @@ QString percentEncoded(const QString& text)
     return QString::fromLatin1(QUrl::toPercentEncoding(text));
 }
 
-/// A value as JSON that cannot end the script element that holds it.
+/// A value as JSON that cannot end the script element that contains it.
 QString scriptCode(const QVariant& value)
 {
     return QString::fromUtf8(QJsonDocument::fromVariant(value)
@@ -140,7 +140,7 @@ public:
 
     QStringList names() const { return mNames; }
 
-    /// The front page, which leads a reader of another language to the pages in it, is the first.
+    /// The front page is the first page, and redirects readers of other languages to theirs.
     QByteArray html(int page, bool isFrontPage) const
     {
         const QVariantMap pager = PageParts::pager(mTexts, mNames, page);
@@ -191,8 +191,7 @@ private:
         return Template::address(QLatin1String("images/") + mPictures.value(photo).name);
     }
 
-    /// What the style sheet takes from the shop. The colours of the page are those that stand
-    /// there.
+    /// What the style sheet takes from the shop. The colours of the page are defined there.
     QVariantMap style() const
     {
         const ShopFont& font = mShop.font;
@@ -251,8 +250,8 @@ private:
                                  {"order", order(product)}});
     }
 
-    /// One picture in all its sizes. The reader's browser is told how wide it is shown, which for
-    /// an upright one that is not cropped is less than the card, and chooses.
+    /// One picture in all its sizes. The page states how wide it is shown, which for an upright one
+    /// that is not cropped is less than the card, and the reader's browser chooses.
     QVariantMap picture(const QString& photo, const QString& alt, bool isLazy, bool isSmall) const
     {
         const PublishedPicture picture = mPictures.value(photo);
@@ -283,14 +282,14 @@ private:
         };
         const QString currency =
             CurrencyUtils::currencySymbol(mShop.currency, QLocale::CurrencyDisplayName);
-        // Months in words are read alike everywhere.
+        // A month in words cannot be misread anywhere.
         const QString date =
             QLocale(mLanguage).toString(mShop.vatDate, QStringLiteral("d MMMM yyyy"));
         const QString imprint = mShop.imprint.value(mLanguage);
         const bool isFile = imprint.startsWith(QLatin1String("static/"));
         const bool isAddress = isFile || Shop::isWebAddress(imprint);
         const QString imprintAddress = isFile ? Template::address(imprint) : imprint;
-        QString phone = mShop.phone; // without places where a line may break
+        QString phone = mShop.phone; // without possible line breaks
         phone.replace(QLatin1Char(' '), QChar(QChar::Nbsp))
             .replace(QLatin1Char('-'), QChar(0x2011));
         static const QRegularExpression noDigits(QStringLiteral("[^0-9+]"));
@@ -307,7 +306,7 @@ private:
              {"phoneNumber", QString(mShop.phone).remove(noDigits)}});
     }
 
-    /// Where the product is ordered; empty where there is no such place.
+    /// The address for ordering the product; empty if there is none.
     QString order(const ShopProduct& product) const
     {
         QString order = product.order.isEmpty() ? mShop.order : product.order;
@@ -348,7 +347,7 @@ private:
     QString mLanguage;
     QVariantMap mTexts;
     QStringList mNames; ///< of the pages
-    QVariantMap mValues; ///< what is the same on all pages
+    QVariantMap mValues; ///< common to all pages
 };
 
 } // namespace

@@ -21,7 +21,7 @@ const Qt::CaseSensitivity pathCase = Qt::CaseInsensitive;
 const Qt::CaseSensitivity pathCase = Qt::CaseSensitive;
 #endif
 
-/// The path with all links resolved, although its last parts may not exist.
+/// The path with all links resolved; its last parts need not exist.
 QString resolvedPath(const QString& path)
 {
     QString existing = QFileInfo(path).absoluteFilePath();
@@ -41,7 +41,7 @@ QString resolvedPath(const QString& path)
     return missing.contains(QLatin1String("/..")) && clean != path ? resolvedPath(clean) : clean;
 }
 
-/// True when \a path is \a folder or lies below it. Both are absolute and clean.
+/// True if \a path is \a folder or is below it. Both are absolute and clean.
 bool liesIn(const QString& path, const QString& folder)
 {
     if (path.compare(folder, pathCase) == 0 || folder == QLatin1String("/"))
@@ -49,7 +49,7 @@ bool liesIn(const QString& path, const QString& folder)
     return path.startsWith(folder + QLatin1Char('/'), pathCase);
 }
 
-/// The names in the site of what visitors need not know begin with this.
+/// The names of the program's own files in the site start with this.
 const QLatin1String ownPrefix(".shop-publisher");
 
 QString draftsPattern(QLatin1String six)
@@ -62,7 +62,7 @@ QString textOfError(int error)
     return QString::fromLocal8Bit(std::strerror(error));
 }
 
-/// Whether an earlier version of the program, which kept no record, has made the site.
+/// Whether the site was made by an earlier version of the program, which kept no record.
 bool isFormerSite(const QString& folder)
 {
     QFile page(folder + QLatin1String("/index.html"));
@@ -70,7 +70,7 @@ bool isFormerSite(const QString& folder)
         && page.read(2048).contains("<meta name=\"generator\" content=\"shop-publisher\"");
 }
 
-/// The folders on the way to \a place: "a" and "a/b" for "a/b/c.jpg", "a" for "a/".
+/// The folders above \a place: "a" and "a/b" for "a/b/c.jpg", "a" for "a/".
 QStringList foldersAbove(const QString& place)
 {
     QStringList folders;
@@ -184,7 +184,7 @@ QString Site::recordPath() const
     return mFolder + QLatin1Char('/') + Published::fileName();
 }
 
-/// Removes the working folders of programs that were killed: of one that runs the site is locked.
+/// Removes the working folders of killed programs: a running one would have locked the site.
 void Site::removeLeftBehind() const
 {
     const QStringList names = QDir(mFolder).entryList({draftsPattern(QLatin1String("??????"))},
@@ -216,7 +216,7 @@ QString Site::draft(const QString& place)
         + (suffix.isEmpty() ? suffix : QLatin1Char('.') + suffix);
 }
 
-/// Why no file can be at \a place after the next commit(), empty where one can.
+/// Why no file can be at \a place after the next commit(); empty if one can.
 QString Site::obstacle(const QString& place) const
 {
     const QStringList folders = foldersAbove(place);
@@ -237,7 +237,7 @@ QString Site::obstacle(const QString& place) const
     return QString();
 }
 
-/// Whether nothing stands at \a place, nor in its way, so that nothing is lost when a file comes
+/// Whether nothing exists at \a place, nor in its way, so that nothing is lost when a file is put
 /// there.
 bool Site::isFree(const QString& place) const
 {
@@ -296,7 +296,7 @@ void Site::remove(const QString& place)
 QMap<QString, QString> Site::commit()
 {
     QMap<QString, QString> failures;
-    // First what goes: a folder may get the name of a file, and on some systems "a.jpg" is "A.JPG".
+    // Removals first: a folder may get the name of a file, and on some systems "a.jpg" is "A.JPG".
     const QSet<QString> removals = mRemovals;
     const auto note = [&failures](const QString& place, const QString& reason) {
         if (!reason.isEmpty())
@@ -316,7 +316,7 @@ void Site::forget()
     mMoves.clear();
 }
 
-/// As put() does, without delay.
+/// Does what put() does, at once.
 QString Site::move(const Draft& draft) const
 {
     QString why;
@@ -327,8 +327,8 @@ QString Site::move(const Draft& draft) const
         .arg(draft.place, why.isEmpty() ? textOfError(errno) : why);
 }
 
-/// Takes a file away, and the folders that are empty then, down to that of all pictures. Returns
-/// why it cannot be; empty where it has gone.
+/// Removes a file, and the folders that are empty then, except the topmost one. Returns why it
+/// cannot be removed; empty if it is gone.
 QString Site::removeNow(const QString& place) const
 {
     const QStringList folders = foldersAbove(place);

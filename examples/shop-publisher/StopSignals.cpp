@@ -17,22 +17,22 @@ const int caughtSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 const int exitCodeOfSecond = 130;
 
-/// A handler may do next to nothing but write to a file: it writes a byte into this pipe, at whose
-/// other end Qt listens.
+/// A handler may do hardly anything but write to a file: it writes a byte to this pipe, and Qt
+/// listens at the other end.
 int pipeEnds[2] = {-1, -1};
 
-/// How many signals have come.
+/// The number of signals received.
 volatile std::sig_atomic_t caught = 0;
 
 extern "C" void passOn(int)
 {
-    // Whoever asks again does not want to wait. The next run tidies up.
+    // A second request means not to wait. The next run cleans up.
     if (caught != 0)
         ::_exit(exitCodeOfSecond);
     caught = 1;
     const int savedErrno = errno;
     const char byte = 0;
-    // A pipe that is full holds the request already.
+    // A full pipe already contains the request.
     const ssize_t written = ::write(pipeEnds[1], &byte, 1);
     static_cast<void>(written);
     errno = savedErrno;
@@ -43,7 +43,7 @@ extern "C" void passOn(int)
 StopSignals::StopSignals()
 {
     if (::pipe(pipeEnds) != 0)
-        return; // the signals keep their effect: they end the program
+        return; // the signals keep their effect and end the program
     for (const int end : pipeEnds) {
         ::fcntl(end, F_SETFL, O_NONBLOCK);
         ::fcntl(end, F_SETFD, FD_CLOEXEC);

@@ -11,13 +11,13 @@ namespace {
 
 const UINT exitCodeOfSecond = 130;
 
-/// The object, and how often the user asked. Windows calls from a thread of its own.
+/// The object, and how often the user asked. Windows calls the handler in a thread of its own.
 StopSignals* volatile listener = nullptr;
 volatile LONG caught = 0;
 
 BOOL WINAPI passOn(DWORD)
 {
-    // Whoever asks again does not want to wait. The next run tidies up.
+    // A second request means not to wait. The next run cleans up.
     if (InterlockedIncrement(&caught) > 1)
         TerminateProcess(GetCurrentProcess(), exitCodeOfSecond);
     if (StopSignals* const object = listener)

@@ -10,8 +10,8 @@ namespace {
 
 const QLatin1String svgNamespace("http://www.w3.org/2000/svg");
 
-/// \a text in small letters without blanks and control characters, which browsers pass over in the
-/// scheme of an address.
+/// \a text in lower case without blanks and control characters, which browsers ignore in the scheme
+/// of an address.
 QString squeezed(const QString& text)
 {
     QString result;
@@ -23,7 +23,7 @@ QString squeezed(const QString& text)
 }
 
 /// Whether the address \a squeezed stays in the picture: a part of it, or a picture or font that
-/// stands in the address itself.
+/// the address itself contains.
 bool staysInside(const QString& squeezed)
 {
     if (squeezed.isEmpty() || squeezed.startsWith(QLatin1Char('#')))
@@ -47,8 +47,8 @@ bool isActive(const QString& element)
     return active.contains(element);
 }
 
-/// Encodings that Qt and every browser read alike. Another one could hide a script from one of
-/// them.
+/// Encodings that Qt and every browser read the same way. Another one could hide a script from one
+/// of them.
 bool isCommonEncoding(const QString& name)
 {
     const QString encoding = name.toLower();
@@ -59,7 +59,7 @@ bool isCommonEncoding(const QString& name)
 QString styleReason(const QString& css)
 {
     const QString text = squeezed(css);
-    // An escape sequence could spell anything of what is looked for.
+    // An escape sequence could spell anything that is searched for.
     for (const char* refused : {"@import", "\\", "image-set(", "expression("}) {
         if (text.contains(QLatin1String(refused)))
             return SvgGuard::tr("has a style with \"%1\"").arg(QString::fromLatin1(refused));
@@ -82,7 +82,7 @@ QString attributeReason(const QXmlStreamAttribute& attribute)
     const QString value = squeezed(attribute.value().toString());
     if (name.startsWith(QLatin1String("on")))
         return SvgGuard::tr("holds an attribute \"%1\"").arg(attribute.qualifiedName().toString());
-    // An animation may change another attribute to what is refused here.
+    // An animation could set another attribute to a value that is refused here.
     if (name == QLatin1String("attributename")
         && (value.startsWith(QLatin1String("on")) || value.endsWith(QLatin1String("href"))))
         return SvgGuard::tr("animates the attribute \"%1\"").arg(attribute.value().toString());
@@ -97,8 +97,7 @@ QString attributeReason(const QXmlStreamAttribute& attribute)
     return isCss ? styleReason(attribute.value().toString()) : QString();
 }
 
-/// What is refused of an element and its attributes, as the end of a sentence; empty where it is
-/// fine.
+/// Why an element or its attributes are refused, as the end of a sentence; empty if they are fine.
 QString elementReason(const QXmlStreamReader& xml)
 {
     const QString name = xml.name().toString().toLower();

@@ -26,7 +26,7 @@ bool isSomething(const QVariant& value)
     }
 }
 
-/// The values of a section, and what stands around it. Nothing is copied: a page has thousands.
+/// The values of a section, and its enclosing scope. Nothing is copied: a page has thousands.
 struct Scope
 {
     QVariantMap values;
@@ -49,7 +49,7 @@ QString filledFile(const QString& name, const Scope& scope)
                   scope);
 }
 
-/// \a text for each value of a list, once for any other that is something.
+/// \a text for each value of a list, once for any other value that isSomething().
 QString filledForEach(const QString& text, const Scope& scope, const QVariant& given)
 {
     const bool isList = given.userType() == QMetaType::QVariantList;
@@ -64,8 +64,8 @@ QString filledForEach(const QString& text, const Scope& scope, const QVariant& g
 
 QString filled(const QString& text, const Scope& scope)
 {
-    // A section, or the mark of a value or file. The marks of a section that have their lines for
-    // themselves leave none.
+    // A section, or the tag of a value or file. Tags of a section that are alone on their lines
+    // leave no empty line.
     static const QRegularExpression marks(
         QStringLiteral("\\{\\{(?:"
                        "([#^])(\\w+)\\}\\}(?|\\n(.*?)\\{\\{/\\2\\}\\}\\n?|(.*?)\\{\\{/\\2\\}\\})"

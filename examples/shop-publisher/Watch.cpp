@@ -10,7 +10,7 @@
 namespace {
 
 const int quietMilliseconds = 100;
-/// However restless the project is, so long after the first change something is published.
+/// If changes keep coming, something is published this long after the first one.
 const int patienceMilliseconds = 2000;
 
 } // namespace
@@ -48,7 +48,7 @@ void Watch::run(const QVector<ErrorableCode>& told)
     for (const ErrorableCode& failure : told)
         mToldFailures.append(failure.details);
     mProjectFolder.addPath(mProject.folder());
-    // What changed between the publication and now is found by looking: the watchers come first.
+    // Start the watchers first, then look for what has changed since the publication.
     onProjectFolder();
     mConsole->say("watching", {{QStringLiteral("folder"), mProject.folder()}},
                   tr("Watching %1, Ctrl-C ends").arg(mProject.folder()));
@@ -59,12 +59,12 @@ void Watch::stop()
 {
     mStopped = true;
     if (mThread)
-        mThread->requestInterruption(); // onPublished() ends the loop, and says what was done
+        mThread->requestInterruption(); // onPublished() reports what was done and ends the loop
     else
         mLoop.quit();
 }
 
-/// One that comes back in another's place is followed by the watcher itself.
+/// A folder that is replaced by another is followed by the watcher itself.
 void Watch::follow(DirectoryWatcher* watcher, const QString& folder)
 {
     if (watcher->watchedFolders() == 0 && QFileInfo(folder).isDir())
@@ -80,12 +80,12 @@ void Watch::onFile(const QString& path)
     soon();
 }
 
-/// Something came into the project's folder, went or changed there: perhaps shop.json, or a folder
-/// as a whole.
+/// Something was added to the project's folder, removed or changed there: perhaps shop.json, or a
+/// whole folder.
 void Watch::onProjectFolder()
 {
     if (QFileInfo::exists(mProject.shopFile()))
-        mProjectFolder.addPath(mProject.shopFile()); // a file that took its place, too
+        mProjectFolder.addPath(mProject.shopFile()); // also if it was replaced by another file
     follow(&mPhotographs, mProject.photosFolder());
     if (!mProject.staticFolder().isEmpty())
         follow(&mStaticFiles, mProject.staticFolder());
@@ -134,8 +134,8 @@ void Watch::onPublished()
         soon();
 }
 
-/// Those that were not told before. One of a file that was written to, or went, meanwhile is left
-/// out: it is looked at again.
+/// Those that were not reported before. A failure of a file that was modified or deleted meanwhile
+/// is left out: the file is checked again.
 QVector<ErrorableCode> Watch::newFailures()
 {
     QVector<ErrorableCode> news;

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// shop-publisher PROJECT SITE: a small host program of the library.
+// shop-publisher PROJECT SITE: a small program that uses the library.
 //
-// It tells the library who it is, makes the application object and chooses its language. Then it
-// reads the command line, takes the project's lock, lets a thread import the photographs and write
-// the pages, shows the progress meanwhile, and says what came of it. With --watch it goes on and
-// publishes what changes. Ctrl-C asks the thread, or the watch, to stop.
+// It sets its identity, creates the application object and chooses its language. Then it reads the
+// command line, takes the project's lock, has a thread import the photographs and write the pages,
+// shows the progress meanwhile, and reports the result. With --watch it keeps running and publishes
+// what changes. Ctrl-C asks the thread, or the watch, to stop.
 
 #include "CommandLine.h"
 #include "Console.h"
@@ -42,7 +42,7 @@ class Program
     Q_DECLARE_TR_FUNCTIONS(Program)
 };
 
-/// What Qt and the library log is for developers. The program tells failures in its own words.
+/// What Qt and the library log is for developers. The program reports failures in its own words.
 void dropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
 {
     if (type == QtFatalMsg)
@@ -63,9 +63,9 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char* argv[])
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Outside a desktop session Qt makes itself a runtime folder in the temporary folder and says
-    // so. This program needs none and writes nowhere but in the site: while Qt starts, the
-    // temporary folder is a place where nothing can be made.
+    // Outside a desktop session Qt creates a runtime folder in the temporary folder and logs it.
+    // This program needs none and writes nowhere but in the site: while Qt starts, the temporary
+    // folder is a path where nothing can be created.
     const bool hasTemporaryFolder = qEnvironmentVariableIsSet("TMPDIR");
     const QByteArray temporaryFolder = qgetenv("TMPDIR");
     qputenv("TMPDIR", "/dev/null");
@@ -77,7 +77,8 @@ std::unique_ptr<QGuiApplication> makeApplication(int& argc, char* argv[])
     return application;
 }
 
-/// Says why nothing is done. The help is no help where another instance has the project open.
+/// Says why nothing is done. The hint at the help is useless if another instance has the project
+/// open.
 ExitCode refuse(const Console& console, const QString& reason, ExitCode code = BadUsage)
 {
     const QString hint = Program::tr("Try 'shop-publisher --help' for more.");
@@ -90,8 +91,8 @@ void runToItsEnd(Publication* publication, StopSignals* stopSignals, Console* co
 {
     PublicationThread thread(publication);
     QEventLoop loop;
-    // The text by value: the copy that the thread keeps is let go after this one, and the thread
-    // sanitizer sees it by the count of the two.
+    // The text by value: the thread's copy is released after this one, which the thread sanitizer
+    // sees by their shared reference count.
     QObject::connect(
         &thread, &Thread::progressed, &loop,
         [console](int done, int total, QString step) { console->progress(done, total, step); });
@@ -149,7 +150,7 @@ ExitCode publish(const Project& project, Site* site, StopSignals* stopSignals,
     std::unique_ptr<Watch> watch;
     if (commandLine.watch) {
         watch = std::make_unique<Watch>(project, site, &published, commandLine.options, console);
-        // A signal that comes when all is done still ends the watch.
+        // A signal that arrives when everything is done still ends the watch.
         QObject::connect(stopSignals, &StopSignals::stopRequested, watch.get(), &Watch::stop);
     }
     runToItsEnd(&publication, stopSignals, console);
@@ -183,10 +184,9 @@ ExitCode check(const Project& project, StopSignals* stopSignals, const CommandLi
     return failures.isEmpty() ? AllImported : SomeFailed;
 }
 
-/// Writes what an owner begins with: a shop.json, and a README.md in the program's language that
-/// explains it, into \a folder, which is made with its sub-folder photos/ where it is missing. A
-/// file that is there already is never replaced. Returns why nothing was written; empty when all
-/// was.
+/// Writes what an owner starts with: a shop.json, and a README.md in the program's language that
+/// explains it, into \a folder, which is created with its sub-folder photos/ if needed. An existing
+/// file is never replaced. Returns why nothing was written; empty if everything was.
 QString writeNewProject(const QString& folder)
 {
     const QMap<QString, QString> files{
@@ -222,8 +222,8 @@ ExitCode init(const QString& folder, const Console& console)
     return AllImported;
 }
 
-/// Takes the lock of \a project. Where nobody can make one, because its folder cannot be written
-/// to, there is none. False where another instance has it; \a reason says which.
+/// Takes the lock of \a project. If nobody can create one, because its folder is not writable,
+/// there is none. Returns false if another instance has it; \a reason says which.
 bool lock(const Project& project, ProjectFileLocker* locker, QString* reason)
 {
     if (locker->openNewProjectFolder(project.folder(), project.title(), reason))
@@ -284,13 +284,13 @@ int main(int argc, char* argv[])
 {
     qInstallMessageHandler(dropMessage);
     setIdentity();
-    // Whoever reads our output may go; the site is finished all the same.
+    // The reader of our output may exit; the site is finished all the same.
 #ifdef SIGPIPE
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 #endif
     const auto application = makeApplication(argc, argv);
     CoreApplicationUtils::initStartupVars();
-    // Before anything is made in the site, and until it is tidy again.
+    // Before anything is created in the site, and until it is cleaned up again.
     StopSignals stopSignals;
 
     const QStringList arguments = QCoreApplication::arguments();
