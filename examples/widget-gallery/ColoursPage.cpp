@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of colours, as messages, ramps and CSS have them, and of badges.
+// The page on colours, in messages, ramps and CSS, and on badges.
 
 #include "Canvas.h"
 #include "Layouts.h"

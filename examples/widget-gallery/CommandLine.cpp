@@ -25,8 +25,8 @@ CommandLine CommandLine::parse(const QStringList& arguments)
            "per topic.\n\n"
            "Exit code: 0 all is well, 1 a picture could not be saved, 2 bad "
            "usage."));
-    // Not addHelpOption(): it also brings options of Qt that mean nothing to
-    // this program.
+    // Not addHelpOption(): it also adds options of Qt that do not apply to this
+    // program.
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   tr("Show this help."));
     const QCommandLineOption version(

@@ -14,17 +14,17 @@ struct CommandLine
     enum Request {
         ShowWindow,
         SaveScreenshots, ///< \a folder is set
-        ShowText, ///< help or version: print \a text, all is well
+        ShowText, ///< help or version: print \a text and succeed
         BadUsage ///< \a text says what is wrong
     };
 
     Request request = BadUsage;
     QString folder;
-    int scale = 0; ///< 1 to 4; 0 when the user named none
+    int scale = 0; ///< 1 to 4; 0 if the user gave none
     QString text;
 
-    /// \a arguments begin with the program's name. Needs an application object.
-    /// The folder is not looked at here.
+    /// \a arguments start with the program's name. Needs an application object.
+    /// The folder is not checked here.
     static CommandLine parse(const QStringList& arguments);
 };
 

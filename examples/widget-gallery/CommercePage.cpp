@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of money: currencies, prices and rates of value-added tax.
+// The page on money: currencies, prices and rates of value-added tax.
 
 #include "Layouts.h"
 #include "Page.h"
@@ -98,7 +98,7 @@ QTableWidget* rates()
     table->setVerticalHeaderLabels(countries);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    // Tab leaves the table, the arrows move in it.
+    // Tab leaves the table, the arrow keys move in it.
     table->setTabKeyNavigation(false);
     for (int row = 0; row < countries.size(); ++row) {
         for (int column = 0; column < categories.size(); ++column) {
@@ -114,7 +114,8 @@ QTableWidget* rates()
         }
     }
     table->resizeRowsToContents();
-    // As wide as its widest title asks of each column, as high as all rows.
+    // Wide enough for the widest title in every column, high enough for all
+    // rows.
     const int columnWidth =
         table->fontMetrics().boundingRect(Page::tr("Alternative")).width() + 6;
     const int frame = 2 * table->frameWidth();

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of work that takes its time or goes wrong: a folder that is measured
-// on a thread, a site that is replaced as a whole while it is watched, and an
-// error with the way that it came.
+// The page on work that takes time or goes wrong: a folder that is measured on
+// a thread, a site that is replaced as a whole while it is watched, and an
+// error with the path on which it propagated.
 
 #include "Layouts.h"
 #include "Page.h"
@@ -41,7 +41,8 @@ QLabel* answer(const char* name, const QString& text)
     return label;
 }
 
-/// Measures folders, each on a thread of its own, while the window stays alive.
+/// Measures folders, each on a thread of its own, while the window stays
+/// responsive.
 class Measurement : public QWidget
 {
 public:
@@ -84,7 +85,7 @@ private:
     /// Measures the folders of the field, which are separated as in PATH.
     void measure()
     {
-        mThreads.removeAll(nullptr); // they are done
+        mThreads.removeAll(nullptr); // they have finished
         if (!mThreads.isEmpty())
             return;
         mAnswers.clear();
@@ -204,7 +205,7 @@ private:
     QLabel* const mState;
 };
 
-/// Something that can go wrong, and whoever it works for.
+/// Something that can fail, and the object that it works for.
 class Worker : public QObject, public Errorable
 {
 };
@@ -228,7 +229,7 @@ QWidget* errors()
         // The document knows it, too, and the way that it came
         lines->setText(document->errorLines().join(QLatin1Char('\n')));
         //! [errors]
-        QString record; // what a log has of it, in one line
+        QString record; // how a log shows it, in one line
         QDebug(&record) << document->error();
         lines->setToolTip(record.toHtmlEscaped());
         document->clearError();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of the web fonts that a user can choose from, and of how long it
+// The page on the web fonts that a user can choose from, and on how long it
 // takes to read them.
 
 #include "Layouts.h"
@@ -42,7 +42,7 @@ QTableWidget* makeWeightTable()
     table->verticalHeader()->setSectionResizeMode(
         QHeaderView::ResizeToContents);
     table->verticalHeader()->hide();
-    // Tab leaves the table, the arrows move in it.
+    // Tab leaves the table, the arrow keys move in it.
     table->setTabKeyNavigation(false);
     table->setFixedSize(400, 190);
     return table;
@@ -85,7 +85,7 @@ QListWidget* makeFontList(GoogleFontLoader* loader)
     return list;
 }
 
-/// Leaves in \a list only the names that contain \a text, one of them chosen.
+/// Shows in \a list only the names that contain \a text, one of them selected.
 void filterList(QListWidget* list, const QString& text)
 {
     int first = -1;
@@ -148,7 +148,7 @@ QWidget* stopwatch()
 QVector<Exhibit> fontsExhibits()
 {
     QTableWidget* const table = makeWeightTable();
-    auto* loader = new GoogleFontLoader(table); // goes with the page
+    auto* loader = new GoogleFontLoader(table); // deleted with the page
     auto* filter = new QLineEdit;
     filter->setObjectName(QStringLiteral("filter"));
     filter->setMinimumWidth(240);

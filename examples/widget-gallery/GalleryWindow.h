@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// GalleryWindow: the list of pages beside the page that is chosen.
+// GalleryWindow: the list of pages, and the selected page next to it.
 
 #ifndef GALLERYWINDOW_H
 #define GALLERYWINDOW_H
@@ -23,10 +23,10 @@ public:
     int currentPage() const;
     void setCurrentPage(int index);
 
-    /// The short name of a page, fit for a file name.
+    /// The short name of a page, suitable as a file name.
     QString pageId(int index) const;
 
-    /// How large the window has to be so that no page scrolls.
+    /// The window size at which no page scrolls.
     QSize sizeForAllPages() const;
 
 private:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of keys: a typed word that is recognised, and keys that a widget
-// takes in its own way.
+// The page on keys: a typed word that is recognised, and keys that a widget
+// handles in its own way.
 
 #include "Layouts.h"
 #include "Page.h"
@@ -89,7 +89,7 @@ QWidget* deletableItems()
 QWidget* priceWithPoint()
 {
     QLineEdit* const price = lineEdit("price");
-    QLocale locale = QLocale::c(); // a point, and no comma anywhere
+    QLocale locale = QLocale::c(); // a decimal point, and no commas
     locale.setNumberOptions(QLocale::RejectGroupSeparator);
     auto* validator = new QDoubleValidator(0, 100000, 2, price);
     validator->setLocale(locale);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Page: one topic of the gallery, its samples below each other.
+// Page: one topic of the gallery, its samples one below the other.
 
 #ifndef PAGE_H
 #define PAGE_H
@@ -15,7 +15,7 @@ struct Exhibit
 {
     QString title;
     QWidget* widget;
-    const char* code; ///< the name under which its code stands in the source
+    const char* code; ///< the name of its code in the source
 };
 
 class Page : public QWidget
@@ -23,8 +23,8 @@ class Page : public QWidget
     Q_OBJECT
 
 public:
-    /// Shows the exhibits beside their code, which is taken from \a source, the
-    /// name of the file that they are written in. Takes ownership of their
+    /// Shows the exhibits next to their code, which is taken from \a source,
+    /// the name of the file that they are written in. Takes ownership of their
     /// widgets.
     Page(const QString& title, const QString& introduction,
          const QString& source, const QVector<Exhibit>& exhibits);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Pages: all topics of the gallery in their order.
+// Pages: all topics of the gallery in order.
 
 #ifndef PAGES_H
 #define PAGES_H

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// A painter whose unit is such that \a drawing units fill the pixmap, centred,
-/// and nothing is stretched; what does not fit is cut off.
+/// A painter scaled uniformly so that \a drawing units fill the pixmap,
+/// centred; what does not fit is cut off.
 class UnitPainter : public QPainter
 {
 public:

@@ -17,10 +17,11 @@ namespace Pictures {
 /// A sailing boat at sea, opaque.
 QPixmap boat(const QSize& size);
 
-/// A black bell on a transparent ground, for a symbol that takes any colour.
+/// A black bell on a transparent background, for a symbol that can have any
+/// colour.
 QPixmap bell(int side);
 
-/// A round sign in several colours on a transparent ground.
+/// A round sign in several colours on a transparent background.
 QPixmap lifebelt(int side);
 
 /// A print of fine lines, which poor scaling breaks up.

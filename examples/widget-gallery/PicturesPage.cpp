@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of pictures: coloured, grey, translucent, and scaled; and what a
-// photograph tells beside its pixels.
+// The page on pictures: coloured, grey, translucent, and scaled; and on the
+// metadata of a photograph.
 
 #include "Canvas.h"
 #include "Layouts.h"
@@ -22,7 +22,7 @@
 
 namespace {
 
-/// Draws \a pictures beside each other, each sharp at twice the density too.
+/// Draws \a pictures side by side, each sharp at twice the density, too.
 void drawRow(QPainter* painter, const QRect& rect,
              const QVector<QPixmap>& pictures)
 {

@@ -14,7 +14,7 @@
 
 namespace {
 
-// At least; both grow with what they hold.
+// Minimum sizes; both grow with their content.
 const int sampleWidth = 400;
 const int codeWidth = 560;
 
@@ -24,7 +24,7 @@ QString span(const char* color, const QString& text)
         .arg(QLatin1String(color), text.toHtmlEscaped());
 }
 
-/// \a code as HTML, with comments, texts, class names and numbers in colours.
+/// \a code as HTML, with comments, strings, class names and numbers coloured.
 QString highlighted(const QString& code)
 {
     static const QRegularExpression tokens(QLatin1String(
@@ -48,7 +48,7 @@ QFont codeFont()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     if (!QFontInfo(font).fixedPitch()) {
-        // A platform without a desktop names no such font.
+        // A platform without a desktop has no such font.
         font.setFamily(QStringLiteral("monospace"));
         font.setStyleHint(QFont::Monospace);
     }

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Sample: something that the library does, beside the code that does it.
+// Sample: something that the library does, next to the code that does it.
 //
-// The code is not written twice: it is cut out of the source of the page, which
-// the program carries as a resource, where it stands between two lines that
-// read "//! [name]".
+// The code is not written twice: it is extracted from the source of the page,
+// which is a resource of the program, where it is between two lines that read
+// "//! [name]".
 
 #ifndef SAMPLE_H
 #define SAMPLE_H
@@ -13,8 +13,7 @@
 #include <QLabel>
 #include <QString>
 
-/// Shows code as a person's editor would, dark, and lets it be copied with the
-/// mouse.
+/// Shows code like a dark editor, and lets it be copied with the mouse.
 class CodePanel : public QLabel
 {
 public:
@@ -22,8 +21,8 @@ public:
 
     QString code() const { return mCode; }
 
-    // All of the code can always be seen, in panels that are no narrower than
-    // those of others.
+    // All of the code is always visible, in panels that are at least as wide as
+    // those of other samples.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -37,15 +36,15 @@ class Sample : public QWidget
 public:
     Sample(const QString& title, QWidget* sample, const QString& code);
 
-    /// The width that the sample needs beside its code.
+    /// The width that the sample needs next to its code.
     int neededWidth() const;
 
-    /// The width of all samples of a page, so that their code stands in one
-    /// column.
+    /// Sets the width of all samples of a page, so that their code is aligned
+    /// in one column.
     void setSampleWidth(int width);
 
     /// The code called \a name in the page's source \a file, without the
-    /// indentation that all of its lines share; empty when there is none.
+    /// indentation that all of its lines share; empty if there is none.
     static QString codeFromSource(const QString& file, const QString& name);
 
 private:

@@ -34,7 +34,7 @@ bool saveScreenshots(GalleryWindow* window, const QString& folder,
         window->setCurrentPage(i);
         QCoreApplication::processEvents();
         QPixmap page = window->grab();
-        // A picture of twice the pixels, not one of twice the density.
+        // A picture with twice the pixels, not one with twice the density.
         page.setDevicePixelRatio(1);
         QSaveFile file(
             dir.filePath(window->pageId(i) + QStringLiteral(".png")));

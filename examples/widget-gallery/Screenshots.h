@@ -10,9 +10,9 @@ class GalleryWindow;
 class QString;
 
 /// Saves every page of \a window, at the size at which none scrolls, as
-/// FOLDER/ID.png; a picture that stands there is replaced. The window does not
-/// appear on the screen. Returns false and says why in \a reason at the first
-/// picture that cannot be saved.
+/// FOLDER/ID.png; an existing picture is replaced. The window does not appear
+/// on the screen. At the first picture that cannot be saved, returns false and
+/// sets \a reason to the cause.
 bool saveScreenshots(GalleryWindow* window, const QString& folder,
                      QString* reason);
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of what is painted around content and where there is none: rounded
-// shapes, informative messages, and marks of undefined values.
+// The page on what is painted around content, or in its absence: rounded
+// shapes, informative messages, and marks for undefined values.
 
 #include "Canvas.h"
 #include "Layouts.h"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The page of windows that fade in and out, of widgets that keep their place,
-// and of paths that are too long for theirs.
+// The page on windows that fade in and out, widgets that keep their place, and
+// paths that are too long for theirs.
 
 #include "Canvas.h"
 #include "Layouts.h"
@@ -41,7 +41,7 @@ QLabel* makeNotice(QWidget* gallery)
     return notice;
 }
 
-/// The buttons and their notice, which is made when it is first shown.
+/// The buttons and their notice, which is created when it is first shown.
 class FadeControls : public QWidget
 {
 public:
@@ -69,8 +69,8 @@ public:
         layout->addWidget(mState);
     }
 
-    // The notice belongs to the window; it goes first, since its end shows in
-    // the label of this widget.
+    // The notice belongs to the window; it is deleted first, because its end is
+    // shown in the label of this widget.
     ~FadeControls() override { delete mNotice; }
 
 private:

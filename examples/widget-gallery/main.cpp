@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// widget-gallery: a window that shows what the library offers to the eye and
-// the hand.
+// widget-gallery: a window that shows the library's visual and interactive
+// features.
 //
-// It says who the application is, makes the application object, and shows the
-// window, or saves a picture of each of its pages.
+// It sets the application's identity, creates the application object, and shows
+// the window, or saves a picture of each of its pages.
 
 #include "CommandLine.h"
 #include "GalleryWindow.h"
@@ -39,7 +39,7 @@ void tellIdentity()
 }
 
 /// Read before the application object of the window exists, because the scale
-/// and the platform have to be known when it is made.
+/// and the platform have to be known when it is created.
 CommandLine readCommandLine(int& argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
@@ -54,8 +54,8 @@ ExitCode fail(ExitCode code, const QString& reason)
 
 ExitCode takeScreenshots(const QString& folder)
 {
-    // Without a desktop there is no font of the desktop's; this is about the
-    // size that most have.
+    // Without a desktop there is no desktop font; this is about the size that
+    // most have.
     QFont font = QApplication::font();
     font.setPixelSize(13);
     QApplication::setFont(font);
