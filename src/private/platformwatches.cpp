@@ -17,12 +17,12 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-// Each share costs one of the few instances (128 on many systems) that all programs of a user have
-// together: most trees have one share, and the largest no more than this.
+// Each share takes one of the few instances (128 on many systems) that all programs of a user have
+// in common: most trees have one share, and the largest no more than this.
 const int mostShares = 16;
 
-/// The number of files with which a share is full, so that another one is made, where there are
-/// \a shares already.
+/// The number of files at which a share is full, so that another one is created, if there are \a
+/// shares already.
 int fullShare(size_t shares)
 {
     return shares < 4 ? 1000 : 10000;
@@ -44,13 +44,13 @@ QStringList notIn(const QStringList& list, const QStringList& paths)
     return missing;
 }
 
-/// The files that \a share refuses.
+/// Adds \a files to \a share. Returns those that it refuses.
 QStringList addTo(QFileSystemWatcher* share, const QStringList& files)
 {
     QStringList refused = share->addPaths(files);
 #ifdef Q_OS_WIN
-    // It also refuses a file that was deleted and made anew, until the notification of the deletion
-    // has come, with which the file is watched anew.
+    // It also refuses a file that was deleted and created again, until the notification of the
+    // deletion has arrived, with which the file is watched again.
     if (!refused.isEmpty())
         refused = notIn(share->files(), refused);
 #endif
@@ -87,9 +87,9 @@ void PlatformWatches::addShare()
 {
     auto* const share = new QFileSystemWatcher(mWatcher);
 #ifdef Q_OS_WIN
-    // A thread of the share finds what was deleted, and forgets it at once: the notification comes
-    // even if the path has been removed here meanwhile, and ends the watch of what has taken its
-    // place.
+    // A thread of the share detects deleted files and forgets them at once: the notification
+    // arrives even if the path has been removed here in the meantime, and ends the watch of what
+    // has taken its place.
     QObject::connect(share, &QFileSystemWatcher::fileChanged, mWatcher,
                      [this, share](const QString& file) {
                          if (mShareOf.value(file) == share)
@@ -135,7 +135,7 @@ QStringList PlatformWatches::addFiles(const QStringList& paths)
     for (int at = 0; at < unknown.size();) {
         QFileSystemWatcher* const share = shareForMore();
         const int space = fullShare(mShares.size()) - sizeOf(share);
-        // When all are full, the rest is shared out evenly.
+        // When all are full, the rest is distributed evenly.
         const int room = space > 0 ? space : (int(unknown.size()) - at) / mostShares + 1;
         const QStringList taken = unknown.mid(at, room);
         at += int(taken.size());

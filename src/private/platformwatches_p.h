@@ -4,8 +4,8 @@
 // PlatformWatches: the files and folders that a DirectoryWatcher has the platform watch.
 //
 // QFileSystemWatcher looks through the list of all its files for each one that is added. One that
-// watches thousands of files therefore takes most of its time for that; so large trees are shared
-// out among several.
+// watches thousands of files therefore spends most of its time on that, so large trees are
+// distributed among several.
 
 #ifndef ORVAUTILS_PLATFORMWATCHES_P_H
 #define ORVAUTILS_PLATFORMWATCHES_P_H
@@ -35,12 +35,12 @@ public:
 
     bool isActive() const { return !mShares.empty(); }
 
-    /// Return the paths that the platform refuses to watch; those that are watched already are not
+    /// Return the paths that the platform refuses to watch; those that are already watched are not
     /// among them.
     QStringList addFiles(const QStringList& paths);
     QStringList addFolders(const QStringList& paths);
 
-    /// The platform itself removes what it finds deleted.
+    /// Whether \a file is still watched. The platform itself removes files that it finds deleted.
     bool isWatched(const QString& file) const;
 
     void removeFile(const QString& path);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// Questions about other processes, and a lock that tells them which folder is in use.
+// Queries about other processes, and a lock that tells them that a folder is in use.
 
 #ifndef ORVAUTILS_PROCESSES_P_H
 #define ORVAUTILS_PROCESSES_P_H
@@ -11,32 +11,32 @@
 
 namespace OrvaUtilsPrivate {
 
-/// Whether a process of this machine has that number and, where the system tells, runs a program of
-/// that name.
+/// Whether a process with that ID is running on this machine and, if the system reports its program
+/// and \a program is not empty, whether that has this name.
 bool isProcessRunning(qint64 id, const QString& program);
 
 /// Whether \a host, as a lock file names it, is this machine.
 bool isThisMachine(const QString& host);
 
-/// Whether no process has the existing file \a path open for writing, this one included. False
-/// where the system does not tell.
+/// Whether no process has the existing file \a path open for writing, this one included. If the
+/// system does not report it, the file must be a few seconds old and not locked.
 bool isOpenedByNobody(const QString& path);
 
-/// Tells other processes that a folder is being worked on, for as long as it lives, or the process
-/// does. A folder keeps its lock when it is renamed.
+/// Tells other processes that a folder is in use, until this object is destroyed or the process
+/// ends. A folder keeps its lock when it is renamed.
 class FolderLock
 {
 public:
     enum class Answer {
         Taken,
-        InUse, ///< by somebody else, or it is gone by now
+        InUse, ///< by somebody else, or it does not exist any more
         Unknown ///< the system, or this file system, has no such locks
     };
 
     FolderLock() = default;
     ~FolderLock();
 
-    /// To be called once.
+    /// Must be called only once.
     Answer take(const QString& folder);
 
 private:

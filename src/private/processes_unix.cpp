@@ -21,7 +21,7 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-// In seconds. A process that makes a lock file has locked it a moment later.
+// In seconds. A process that creates a lock file has locked it a moment later.
 const qint64 longestMoment = 2;
 
 int openToRead(const QString& path)
@@ -36,8 +36,8 @@ int openToRead(const QString& path)
 
 bool canBeLocked(int file) // GCOVR_EXCL_LINE: for file systems without leases
 {
-    return flock(file, LOCK_EX | LOCK_NB) == 0 // GCOVR_EXCL_LINE: likewise
-        && flock(file, LOCK_UN) == 0; // GCOVR_EXCL_LINE: likewise
+    return flock(file, LOCK_EX | LOCK_NB) == 0 // GCOVR_EXCL_LINE: as above
+        && flock(file, LOCK_UN) == 0; // GCOVR_EXCL_LINE: as above
 }
 
 } // namespace
@@ -78,9 +78,9 @@ bool isOpenedByNobody(const QString& path)
     }
 #endif
     if (!isKnown) {
-        const QDateTime now = QDateTime::currentDateTimeUtc(); // GCOVR_EXCL_LINE: likewise
-        const qint64 age = QFileInfo(path).lastModified().secsTo(now); // GCOVR_EXCL_LINE: likewise
-        isFree = age >= longestMoment && canBeLocked(file); // GCOVR_EXCL_LINE: likewise
+        const QDateTime now = QDateTime::currentDateTimeUtc(); // GCOVR_EXCL_LINE: as above
+        const qint64 age = QFileInfo(path).lastModified().secsTo(now); // GCOVR_EXCL_LINE: as above
+        isFree = age >= longestMoment && canBeLocked(file); // GCOVR_EXCL_LINE: as above
     }
     close(file);
     return isFree;
@@ -103,7 +103,7 @@ FolderLock::Answer FolderLock::take(const QString& folder)
     while (result != 0 && errno == EINTR);
     if (result != 0)
         return errno == EWOULDBLOCK ? Answer::InUse : Answer::Unknown;
-    // Whoever had it may have moved or removed it meanwhile.
+    // Whoever had locked it may have moved or removed it in the meantime.
     struct stat locked = {};
     struct stat named = {};
     const bool isThere = fstat(int(mHandle), &locked) == 0

@@ -16,8 +16,8 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// The program that a process runs, without folder and suffix; nothing where the system does not
-/// tell.
+/// The program that a process runs, without folder and suffix; empty if the system does not report
+/// it.
 QString programOf(HANDLE process)
 {
     wchar_t path[MAX_PATH];
@@ -45,7 +45,7 @@ bool isProcessRunning(qint64 id, const QString& program)
 
 bool isThisMachine(const QString& host)
 {
-    // QLockFile takes this name, in capitals and of 15 characters at most.
+    // QLockFile uses this name, in capitals and of 15 characters at most.
     wchar_t name[MAX_COMPUTERNAME_LENGTH + 1];
     DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
     return host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0
@@ -72,8 +72,8 @@ FolderLock::~FolderLock()
 
 FolderLock::Answer FolderLock::take(const QString& folder)
 {
-    // An open handle would keep the folder from being renamed; a mutex goes with its process, too.
-    // What follows the second "-" comes and goes when a folder is moved aside.
+    // An open handle would keep the folder from being renamed; a mutex also ends with its process.
+    // What follows the second "-" is added and removed when a folder is moved aside.
     const QString name =
         QStringLiteral("Global\\") + QFileInfo(folder).fileName().section(QLatin1Char('-'), 0, 1);
     const HANDLE mutex =

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// processState: objects that are made on first use and last until the process ends.
+// processState: objects that are created on first use and live until the process ends.
 //
 //     Identity& identity() { return processState<Identity>(); }
 //
@@ -12,8 +12,8 @@
 
 namespace OrvaUtilsPrivate {
 
-/// The one object of the type \a T, made by the first call, for which other threads that call
-/// meanwhile wait.
+/// The only object of the type \a T, created by the first call; other threads that call in the
+/// meantime wait for it.
 ///
 /// It is never destroyed, so that static objects of the host may use the library in their
 /// constructors and destructors, in whatever order these run. A type serves one purpose only: give
@@ -25,8 +25,8 @@ T& processState()
     return state;
 }
 
-/// What \a make returned to the first call of processConstant() from this place in the source,
-/// under the same promise as processState(). Every lambda expression is a type of its own, and
+/// What \a make returned to the first call of processConstant() from this place in the source, with
+/// the same guarantees as for processState(). Every lambda expression is a type of its own, and
 /// therefore has a constant of its own.
 template <typename Make>
 const auto& processConstant(Make make)

@@ -109,7 +109,7 @@ bool Replacement::putInPlace()
     return true;
 }
 
-/// Names a file that has no name yet. False where that name is taken, too.
+/// Names a file that has no name yet. False also if that name is taken.
 bool Replacement::giveName(const QString& path, QString* reason)
 {
     if (!nameFile(mFile->handle(), path, reason))
@@ -118,7 +118,7 @@ bool Replacement::giveName(const QString& path, QString* reason)
     return true;
 }
 
-/// Continues with a named copy, where a file without a name cannot be given one.
+/// Continues with a named copy if a file without a name cannot be given one.
 bool Replacement::continueNamed()
 {
     const std::unique_ptr<QFile> unnamed = std::move(mFile);
@@ -164,14 +164,14 @@ bool Replacement::fail(Failure failure, const QString& reason)
 
 namespace {
 
-/// Writes a file with other bytes from \a begin to \a end into a copy.
+/// Copies a file with the bytes from \a begin to \a end replaced.
 bool copyWith(QFile& file, qint64 begin, qint64 end, const QByteArray& bytes, QFile& copy)
 {
     return file.seek(0) && copyPieces(file, copy, begin) && copy.write(bytes) == bytes.size()
         && file.seek(end) && copyPieces(file, copy);
 }
 
-/// The same for a file that is in memory: one call.
+/// The same for a file that is in memory, in one call.
 bool writeWith(const QByteArray& content, qint64 begin, qint64 end, const QByteArray& bytes,
                QFile& copy)
 {
@@ -195,7 +195,7 @@ Replaced replaceBytes(QFile* file, qint64 begin, qint64 end, const QByteArray& b
                                              : writeWith(content, begin, end, bytes, copy);
     if (!isWritten)
         return Replaced::No;
-    file->close(); // some systems replace no file that is open
+    file->close(); // some systems cannot replace a file that is open
     if (replacement.commit())
         return Replaced::Yes;
     return replacement.failure() == Replacement::Failure::Place ? Replaced::NotTried : Replaced::No;

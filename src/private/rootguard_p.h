@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// RootGuard: notices when a path may have come to lead to another folder.
+// RootGuard: detects when a path may lead to another folder than before.
 
 #ifndef ORVAUTILS_ROOTGUARD_P_H
 #define ORVAUTILS_ROOTGUARD_P_H

@@ -10,8 +10,8 @@
 
 namespace OrvaUtilsPrivate {
 
-/// What qHash(text, 0) is in Qt 5: each UTF-16 unit is added to 31 times what was before it. Qt 6
-/// has another function, of 64 bits.
+/// The value of qHash(text, 0) in Qt 5: each UTF-16 unit is added to 31 times the previous value.
+/// Qt 6 has another function, of 64 bits.
 ///
 /// \code
 /// stringHash("ab"); // 97 * 31 + 98

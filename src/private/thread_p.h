@@ -25,7 +25,7 @@ class ThreadPrivate
 public:
     /// Logs, on behalf of ~Thread(), that a destructor found the thread still running.
     static void logStillRunning();
-    /// Logs, likewise, that the destructor has ended it by force.
+    /// Logs, in the same way, that the destructor has ended it by force.
     static void logTerminated();
 
     mutable QMutex lock; // of cancelFlag; the wait condition needs one, too
