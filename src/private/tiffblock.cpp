@@ -13,8 +13,8 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-// No value of a real file comes near this size; it keeps a payload within what a Qt container
-// holds.
+// No value of a real file comes near this size; it keeps a payload within the limits of a Qt
+// container.
 const quint64 maximumPayload = 1u << 29;
 
 template <typename Integer>
@@ -48,8 +48,8 @@ void writeElements(TiffWriter& block, const QExifValue& value)
     block.write((value.*elements)());
 }
 
-/// The last byte, which ends the text, is taken off. Bytes that the end of the device cut short
-/// have lost it already.
+/// The last byte, which terminates the text, is removed. A payload that was cut short by the end of
+/// the device has already lost it.
 QExifValue readText(Bytes payload, quint32 count, ByteOrder /*order*/)
 {
     const bool isWhole = payload.size > 0 && static_cast<quint32>(payload.size) == count;
@@ -70,7 +70,7 @@ QExifValue readBytes(Bytes payload, quint32 /*count*/, ByteOrder /*order*/)
 using URationals = QVector<QPair<quint32, quint32>>;
 using SRationals = QVector<QPair<qint32, qint32>>;
 
-// By number. What stands here without functions is known to TIFF and to no value of ours.
+// By number. Types without functions are defined by TIFF, but not supported by QExifValue.
 const TiffType tiffTypes[] = {
     {QExifValue::Byte, 1, readElements<quint8>,
      writeElements<QVector<quint8>, &QExifValue::toByteVector>},
@@ -98,8 +98,8 @@ quint64 payloadSize(const TiffType& type, quint32 count)
     return quint64(count) * quint64(type.elementSize);
 }
 
-/// Puts the field of an entry into bytes as they stand in the block, all but those of an Undefined
-/// value: these come out least significant byte first, whatever the order of the block.
+/// Encodes the field of an entry as in the block, except for an Undefined value: this is encoded
+/// least significant byte first, whatever the order of the block.
 void encodeField(const ExifIfdHeader& entry, char* field, ByteOrder order)
 {
     switch (entry.type) {
@@ -230,7 +230,7 @@ QExifValue TiffReader::value(const ExifIfdHeader& entry)
         return type->read(next(seek(entry.offset) ? size : 0), entry.count, mOrder);
     char field[inlineSize];
     encodeField(entry, field, mOrder);
-    if (entry.type == QExifValue::Ascii && entry.count == 0) // what stands there up to a NUL
+    if (entry.type == QExifValue::Ascii && entry.count == 0) // the bytes up to a NUL
         return type->read({field, static_cast<int>(qstrnlen(field, inlineSize))}, 0, mOrder);
     return type->read({field, static_cast<int>(size)}, entry.count, mOrder);
 }
@@ -244,7 +244,7 @@ quint32 TiffWriter::writeEntry(quint16 tag, const QExifValue& value, quint32 off
     write(tag);
     write(value.type());
     write(value.count());
-    const int end = int(mBlock->size() + inlineSize); // what is not set up to there is 0
+    const int end = int(mBlock->size() + inlineSize); // unused bytes up to there are 0
     if (size > 0)
         write(offset);
     else if (type && type->write)

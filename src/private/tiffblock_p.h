@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The TIFF structure of an EXIF block: directories of entries, each a tag and a typed value that
-// stands in its entry where it fits and somewhere else in the block where it does not.
+// The TIFF structure of an EXIF block: directories of entries, each with a tag and a typed value,
+// which is stored in the entry if it fits and elsewhere in the block otherwise.
 //
-// TiffType tells what the payload of a type is, TagMap keeps the values of a directory, TiffReader
-// and TiffWriter go through a block.
+// TiffType describes the payload of a type, TagMap contains the values of a directory, TiffReader
+// and TiffWriter read and write a block.
 
 #ifndef ORVAUTILS_TIFFBLOCK_P_H
 #define ORVAUTILS_TIFFBLOCK_P_H
@@ -60,34 +60,34 @@ struct Bytes
 
 class TiffWriter;
 
-/// What the payload of a field type is.
+/// Describes the payload of a field type.
 struct TiffType
 {
     quint16 number;
     int elementSize; ///< in bytes
-    /// The value of a payload that claims \a count elements and holds those that there are. Null
-    /// for the types that QExifValue does not have.
+    /// Reads the value of a payload that claims \a count elements and contains those that there
+    /// are. Null for the types that QExifValue does not support.
     QExifValue (*read)(Bytes payload, quint32 count, ByteOrder order);
-    /// Writes the whole payload of a value. Null where read is.
+    /// Writes the whole payload of a value. Null if read is.
     void (*write)(TiffWriter& block, const QExifValue& value);
 
-    /// The type of that number, null where there is none.
+    /// The type with that number; null if there is none.
     static const TiffType* find(quint16 number);
 };
 
-/// Warns of a type that QExifValue does not have.
+/// Warns of a type that QExifValue does not support.
 void warnOfType(quint16 type);
 
-/// The bytes of a value that stand outside of its entry; 0 where it fits into the entry.
+/// The size of the part of a value outside of its entry, in bytes; 0 if it fits into the entry.
 quint32 dataSize(const QExifValue& value);
 
-/// The bytes that an entry costs: its own, and those outside of it. 0 for an unknown type.
+/// The size of an entry and of its value outside of it, in bytes. 0 for an unknown type.
 quint32 sizeOfEntry(const QExifValue& value);
 
 // Values of a directory
 
-/// Values by tag in ascending order. They stand side by side in memory: there are dozens of them,
-/// and the nodes of a tree would take as many allocations again as the values do.
+/// Values in ascending order of their tags, contiguous in memory: there are dozens of them, and the
+/// nodes of a tree would take as many allocations again as the values do.
 template <typename Tag>
 class TagMap
 {
@@ -100,7 +100,7 @@ public:
     using Entries = std::vector<Entry>;
 
     TagMap() = default;
-    /// Takes entries in any order; where a tag occurs twice, the last one counts.
+    /// Takes entries in any order; if a tag occurs twice, the last one counts.
     explicit TagMap(Entries entries)
         : mEntries(std::move(entries))
     {
@@ -128,7 +128,7 @@ public:
             tags.append(entry.tag);
         return tags;
     }
-    /// The value of \a tag, null where there is none.
+    /// The value of \a tag; null if there is none.
     const QExifValue* find(Tag tag) const
     {
         const auto place = placeOf(mEntries, tag);
@@ -160,7 +160,7 @@ public:
     }
 
 private:
-    /// Where a tag is, or would be inserted.
+    /// The position of a tag, or where it would be inserted.
     template <typename AnyEntries>
     static auto placeOf(AnyEntries& entries, Tag tag) -> decltype(entries.begin())
     {
@@ -182,11 +182,11 @@ quint32 sizeOfDirectory(const TagMap<Tag>& values)
 
 // Reading
 
-/// The entry that 12 bytes make.
+/// The entry that is encoded in 12 bytes.
 ExifIfdHeader decodeEntry(const char* bytes, ByteOrder order);
 
 /// Reads a block in memory or in a device. A device is read piece by piece, small pieces into a
-/// buffer that is reused. No byte is asked for beyond those that are there.
+/// buffer that is reused. No more bytes are requested than there are.
 class TiffReader
 {
 public:
@@ -207,18 +207,18 @@ public:
     /// The next bytes, up to \a wanted of them. They are valid until the next call.
     Bytes next(quint64 wanted);
 
-    /// The number of entries of a directory at the current position, and that many entries; fewer
-    /// where the device ends before.
+    /// Reads the number of entries of a directory at the current position, and that many entries;
+    /// fewer if the device ends before.
     QVector<ExifIfdHeader> entries();
 
-    /// The value of an entry. Null, after a warning, for a type that QExifValue does not have.
+    /// The value of an entry. Null, after a warning, for a type that QExifValue does not support.
     QExifValue value(const ExifIfdHeader& entry);
 
-    /// The values of the entries of one directory; where a tag occurs twice, the last one.
+    /// The values of the entries of one directory; if a tag occurs twice, the last one.
     template <typename Tag>
     TagMap<Tag> values(const QVector<ExifIfdHeader>& entries)
     {
-        // How often the values may cover the whole block. In a sound block it is less than once.
+        // How often the values may cover the whole block. In an intact block, it is less than once.
         const int maximumOverlap = 16;
         typename TagMap<Tag>::Entries values;
         values.reserve(static_cast<std::size_t>(entries.size()));
@@ -232,7 +232,7 @@ public:
         return TagMap<Tag>(std::move(values));
     }
 
-    /// The directory at an offset; empty where that lies outside of the device.
+    /// The directory at an offset; empty if that lies outside of the device.
     template <typename Tag>
     TagMap<Tag> directory(quint32 offset)
     {
@@ -281,11 +281,11 @@ public:
             write(element);
     }
 
-    /// Writes an entry, whose data, where it does not fit, will be at \a offset. Returns the next
-    /// free offset.
+    /// Writes an entry; its data, if it does not fit, will be at \a offset. Returns the next free
+    /// offset.
     quint32 writeEntry(quint16 tag, const QExifValue& value, quint32 offset);
 
-    /// Writes the data of a value that does not fit into its entry; of another one nothing.
+    /// Writes the data of a value if it does not fit into its entry, otherwise nothing.
     void writeData(const QExifValue& value);
 
     template <typename Tag>

@@ -61,7 +61,7 @@ bool cannotMake(TreeTask& task, const QString& folder)
     return task.fail(QT_TRANSLATE_NOOP("FileUtils", "The folder %1 cannot be made"), folder);
 }
 
-/// The entries of a folder, and whether that is all of them.
+/// The entries of a folder, and whether they are complete.
 struct Listing
 {
     std::vector<FolderEntry> entries;
@@ -154,8 +154,8 @@ bool TreeCopy::copy(const QString& source, const QString& destination, const Wal
 
 bool TreeCopy::copyFile(const QString& source, const QString& destination, bool isNew)
 {
-    // In a new folder nothing can be in the way, which is most of what forceCopy() has to check.
-    // Where the quick way fails, it tries again and tells the reason.
+    // In a new folder nothing can be in the way, which is most of what forceCopy() has to check. If
+    // the quick way fails, the other one tries again and reports the reason.
     qint64 size = 0;
     if (!isNew || !copyNewFile(source, destination, &size)) {
         QString reason;
@@ -167,10 +167,10 @@ bool TreeCopy::copyFile(const QString& source, const QString& destination, bool 
     return mTask.advance(destination, size);
 }
 
-/// Removes what stands at the destination of a copy that merges nothing.
+/// Removes what is at the destination of a copy that does not merge.
 bool makeWay(const QString& destination, TreeTask& task)
 {
-    // The folder behind a link is not the destination's to empty.
+    // A link is removed, not the folder that it points to.
     const bool isLink = QFileInfo(destination).isSymLink();
     if (isLink ? removeFile(destination) : removeTree(destination))
         return true;

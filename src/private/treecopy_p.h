@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// FileUtils::copyDir() and its rules on trees that overlap.
+// FileUtils::copyDir() and its rules for trees that overlap.
 
 #ifndef ORVAUTILS_TREECOPY_P_H
 #define ORVAUTILS_TREECOPY_P_H
@@ -12,11 +12,11 @@ namespace OrvaUtilsPrivate {
 
 class TreeTask;
 
-/// Whether copying \a source to \a destination would change or never finish what is copied. Both
+/// Whether copying \a source to \a destination would change what is copied or never finish. Both
 /// paths are absolute.
 bool overlap(const QString& source, const QString& destination);
 
-/// Copies a folder as FileUtils::copyDir() does, with the same records.
+/// Copies a folder as FileUtils::copyDir() does, with the same log records.
 bool copyDir(const QString& source, const QString& destination, bool merge, TreeTask& task);
 
 } // namespace OrvaUtilsPrivate

@@ -24,7 +24,7 @@ bool removeTreeFile(const QString& path, TreeTask& task)
     return task.fail(QT_TRANSLATE_NOOP("FileUtils", "%1 cannot be removed"), path);
 }
 
-/// How many files and links removing the content of a folder will remove.
+/// How many files and links will be removed with the content of a folder.
 int countOfRemoval(const QString& folder, bool recursive)
 {
     int count = 0;
@@ -54,7 +54,7 @@ public:
         if (depth <= 0)
             return fail(QStringLiteral("FileUtils::removeDirectory ") + path
                         + QStringLiteral(" profondeur max atteinte !"));
-        // Without a "/" at the end, which would make the system look through a link.
+        // Without a "/" at the end, which would make the system follow a link.
         const QString folder = QDir(path).absolutePath();
         if (!QDir(folder).exists())
             return fail(QStringLiteral("FileUtils::removeDirectory: ") + path
@@ -62,7 +62,8 @@ public:
         const bool isLink = QFileInfo(folder).isSymLink();
         if (!isLink && !removeContent(folder, depth))
             return false;
-        // Removing as a file is for links; for a real folder it only gives the reason why it stays.
+        // Removing as a file is for links; for a real folder it only provides the reason why it
+        // stays.
         QFile link(folder);
         if ((!isLink && QDir().rmdir(folder)) || link.remove())
             return true;
@@ -94,7 +95,7 @@ private:
     {
         if (removeFile(path))
             return true;
-        // Once more with the class that reports the reason.
+        // Tries again with the class that reports the reason.
         QFile file(path);
         return file.remove()
             || fail(QStringLiteral("Failed to remove file: %1 (%2)")
@@ -135,7 +136,7 @@ bool removeTree(const QString& path, TreeTask& task)
         if (task.isCancelled())
             return false;
     }
-    // A folder that cannot be read may still be an empty one.
+    // A folder that cannot be read may still be empty.
     if (!removed && !entries.empty())
         return false;
     return QDir().rmdir(path)
@@ -149,7 +150,7 @@ bool removeTree(const QString& path)
 }
 
 /// Empties a folder. Returns the path of the first entry that could not be removed, or of the
-/// folder where it cannot be read.
+/// folder if it cannot be read.
 QString removeContent(const QString& folder, bool recursive, TreeTask& task)
 {
     std::vector<FolderEntry> entries;

@@ -28,7 +28,7 @@ bool fail(TreeTask& task, const char* text, const QString& path, const QString& 
     return task.fail(text, path, reason);
 }
 
-/// The copy of a tree, beside the one that it is to replace.
+/// The copy of a tree, next to the one that it is to replace.
 class ExactCopy
 {
 public:
@@ -39,8 +39,8 @@ public:
     /// Looks through the whole tree for what cannot be copied, and counts its files.
     bool inspect(const QString& source);
 
-    /// Copies what is in a folder to one that holds nothing yet, and then what the folder itself
-    /// has.
+    /// Copies the content of a folder to one that is still empty, and then the attributes of the
+    /// folder itself.
     bool fill(const QString& source, const QString& destination);
 
 private:
@@ -113,10 +113,10 @@ bool ExactCopy::copyEntry(const FolderEntry& entry, const QString& source,
     return mTask.advance(source, size);
 }
 
-/// Where a link leads in the end, also if nothing is there.
+/// The final target of a link, even if it does not exist.
 QString followed(QString path)
 {
-    const int mostLinks = 40; // as the system does
+    const int mostLinks = 40; // like the system
     for (int i = 0; i < mostLinks && QFileInfo(path).isSymLink(); ++i)
         path = QFileInfo(path).symLinkTarget();
     return path;
@@ -128,7 +128,7 @@ bool replaceDir(const QString& source, const QString& destination, TreeTask& tas
 {
     const QString from = source.isEmpty() ? source : QDir(source).absolutePath();
     QString to = destination.isEmpty() ? destination : QDir(destination).absolutePath();
-    // Before anything is looked at: a process that was killed may have moved the old tree aside.
+    // Before anything is checked: a process that was killed may have moved the old tree aside.
     if (!to.isEmpty())
         clearAfterKills(followed(to));
     if (from.isEmpty() || !QDir(from).exists())

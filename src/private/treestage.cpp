@@ -19,11 +19,11 @@ namespace OrvaUtilsPrivate {
 
 namespace {
 
-/// What follows the name of a tree that is moved aside until another one has taken its place.
+/// The suffix of a tree that is moved aside until another one has taken its place.
 const QLatin1String asideSuffix("-aside");
 
-/// How the names of all stages of a folder begin. Those of another machine, whose locks may not be
-/// known here, begin in another way.
+/// The prefix of the names of all stages of a folder. Another machine, whose locks may not be
+/// visible here, uses another prefix.
 QString stagePrefix(const QString& destination)
 {
     const QString owner =
@@ -54,8 +54,8 @@ void makeWritable(const QString& folder)
     }
 }
 
-/// Removes a folder that is ours, even if its sub-folders must not be written to, or hold names
-/// that no text stands for.
+/// Removes a folder of our own, even if its sub-folders are read-only, or contain names that no
+/// QString can represent.
 void removeWholly(const QString& path)
 {
     if (path.isEmpty() || !QFileInfo::exists(path) || removeTree(path))
@@ -77,7 +77,7 @@ TreeStage::~TreeStage()
 
 bool TreeStage::begin(QString* reason)
 {
-    // Somebody who clears up after kills may take a folder that is not locked yet for a leftover.
+    // A concurrent clearAfterKills() may take a folder that is not locked yet for a leftover.
     const int mostAttempts = 10;
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         mPath = newStagePath(mDestination);
@@ -98,7 +98,8 @@ bool moveFolderOver(const QString& path, const QString& destination, QString* re
         removeWholly(path);
         return true;
     }
-    // In two steps. Between them there is none, but a lock and a name that tell what was there.
+    // In two steps. Between them there is no folder, but a lock and a name that show what was
+    // there.
     FolderLock lock;
     lock.take(destination);
     const QString former = newStagePath(destination);
@@ -110,7 +111,7 @@ bool moveFolderOver(const QString& path, const QString& destination, QString* re
         moveOver(aside, destination, &ignored);
         return false;
     }
-    // From now on it is not to be put back any more.
+    // From now on, it must not be moved back any more.
     removeWholly(moveOver(aside, former, &ignored) ? former : aside);
     return true;
 }

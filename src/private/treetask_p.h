@@ -30,10 +30,10 @@ public:
 
     bool isWanted(const QString& path) const { return !mFilter || mFilter(path); }
 
-    /// A number that is not known is -1.
+    /// Sets the totals to report; -1 for a number that is not known.
     void setTotals(int files, qint64 bytes);
 
-    /// Counts a file. False when the operation is to end.
+    /// Counts a file. Returns false if the operation is to end.
     bool advance(const QString& path, qint64 bytes);
 
     /// Reports the end, which is too late to cancel anything. Returns true.

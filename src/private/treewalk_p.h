@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// The rules of every walk through a folder tree: which folders are entered, and what counts as a
+// The rules for every walk through a folder tree: which folders are entered, and what counts as a
 // file while deleting.
 
 #ifndef ORVAUTILS_TREEWALK_P_H
@@ -20,14 +20,14 @@ struct Walk
     const Walk& start() const { return parent ? parent->start() : *this; }
 };
 
-/// Whether \a entry is a folder to go on with: not one on the way to it, which a link leads back to
-/// and which would be walked forever.
+/// Whether \a entry is a folder to enter: not a link back to one on the way to it, which would be
+/// walked forever.
 bool leadsOn(const FolderEntry& entry, const Walk& walk);
 
 /// All entries of a folder that can be read.
 std::vector<FolderEntry> entriesOf(const QString& path);
 
-/// While deleting, a link is a file, whatever it leads to.
+/// While deleting, a link is a file, whatever it points to.
 inline bool isRemovedAsFile(const FolderEntry& entry)
 {
     return entry.isLink || entry.kind == EntryKind::File;
@@ -38,7 +38,7 @@ inline bool isVisibleFolder(const FolderEntry& entry)
     return entry.kind == EntryKind::Folder && !entry.isHidden && entry.isReachable;
 }
 
-/// As QDir sorts by name ignoring case.
+/// Sorts like QDir by name, ignoring case.
 void sortByNameIgnoringCase(std::vector<FolderEntry>& entries);
 
 } // namespace OrvaUtilsPrivate

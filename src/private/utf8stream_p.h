@@ -10,7 +10,7 @@
 
 namespace OrvaUtilsPrivate {
 
-/// Lets \a stream read and write UTF-8.
+/// Makes \a stream read and write UTF-8.
 inline void writeUtf8(QTextStream& stream)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)

@@ -24,7 +24,7 @@ bool canBeRead(const QString& path)
     return QFile(path).open(QIODevice::ReadOnly);
 }
 
-/// How many files and folders the system watches for one user; 0 where that is not known.
+/// How many files and folders the system watches for one user; 0 if that is not known.
 int limitOfThePlatform()
 {
 #if defined(Q_OS_LINUX)
