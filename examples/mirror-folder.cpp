@@ -93,7 +93,7 @@ int main(int argc, char** argv)
     QString error;
     const auto progress = [](const FileUtils::TreeProgress& tree) {
         say(QStringLiteral("%1 of %2 files").arg(tree.files).arg(tree.totalFiles));
-        qDebug() << tree; // where it is at present, too
+        qDebug() << tree; // with the current path
         return true;
     };
     if (!synchronizer.fullSync(project, mirror, progress, &error)) {

@@ -58,7 +58,7 @@ QByteArray formatFor(const Photograph& photograph)
 /// One file that is made of a photograph.
 struct PictureImporter::Draft
 {
-    QString place; ///< where it goes in the site
+    QString place; ///< its path in the site
     int limit; ///< pixels of its longer side
     QByteArray format; ///< empty for that of the source
     QString path;
@@ -223,7 +223,7 @@ void PictureImporter::conclude(Work* work)
         work->defect = importDefect(work->drafts.at(i).result);
     if (!work->defect && mSite) {
         const PublishedPicture published = chooseSizes(work);
-        QVector<Site::Draft> drafts; // the large one last, as nothing is there without it
+        QVector<Site::Draft> drafts; // the large one last: without it there is no picture
         for (auto draft = work->drafts.constBegin(); draft != work->drafts.constEnd(); ++draft)
             drafts.prepend({draft->path, draft->place});
         work->defect = {WorkItem::Unwritable, mSite->put(drafts)};

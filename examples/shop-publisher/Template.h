@@ -4,9 +4,9 @@
 // Template: fills in the pages, which are files in the resources of the program.
 //
 //   {{name}}                  a value, escaped for HTML
-//   {{{name}}}                a value as it is: code that was made safe where it was made
-//   {{#name}} … {{/name}}     for each value of a list, once for any other but none and false
-//   {{^name}} … {{/name}}     where there is none
+//   {{{name}}}                a value unchanged: code that was escaped when it was generated
+//   {{#name}} … {{/name}}     for each value of a list, once for any other but false or no value
+//   {{^name}} … {{/name}}     if there is none
 //   {{> file}}                another file of the resources
 //
 // Names are looked up in the current value of a list, if that is a map, then in the enclosing ones.
