@@ -80,6 +80,14 @@ Segments segmentsOf(const QByteArray& file)
     return result;
 }
 
+/// Whether the file contains as many bytes of the segment as it claims. A truncated segment would
+/// swallow what follows it in another file.
+bool isComplete(const Segment& segment)
+{
+    return segment.whole.startsWith(
+        JpegSegments::head(segment.marker, int(segment.payload.size())));
+}
+
 bool isProfile(const Segment& segment)
 {
     return segment.marker == JpegMarker::App2 && segment.payload.startsWith(withNul(profileName));
@@ -174,8 +182,7 @@ void takeMetadata(const Segment& segment, MetadataFindings* findings)
     } else if (segment.marker == JpegMarker::Comment) {
         metadata.comments.append(detached(payload));
     } else if (!belongsToPicture(segment)
-               // A truncated segment would swallow what follows it in another file.
-               && segment.whole.startsWith(JpegSegments::head(segment.marker, int(payload.size())))
+               && isComplete(segment)
                // Its offsets would be wrong, and what it points to is dropped.
                && !payload.startsWith(withNul(multiPictureName))) {
         // Without stray bytes before the next marker.
@@ -213,7 +220,7 @@ QByteArray jpegWithMetadata(const QByteArray& file, const PictureMetadata& metad
     const QByteArray added = metadataSegments(metadata) + profileSegments(profile);
     bool isAdded = false;
     for (const Segment& segment : segments.list) {
-        if (!isAdded && segment.marker != JpegMarker::App0) {
+        if (!isAdded && (segment.marker != JpegMarker::App0 || !isComplete(segment))) {
             result += added;
             isAdded = true;
         }
