@@ -182,7 +182,8 @@ public:
     /// Pixels are copied as they are stored, whatever the format, if the picture need not be
     /// scaled, rotated, converted to sRGB or written in another format; its metadata is still
     /// reduced to ImageImport::Metadata, and if nothing has to be removed the result is the source,
-    /// byte for byte. Otherwise the picture is decoded and re-encoded:
+    /// byte for byte. Otherwise, and if its size is unknown although ImageImport::maxSize sets a
+    /// limit, the picture is decoded and re-encoded:
     /// - its orientation, one of all eight, is that of EXIF in a JPEG, and what Qt's reader reports
     ///   for other formats. If the reader reports none although a PNG or WebP has one in EXIF, it
     ///   stays there;
