@@ -184,6 +184,16 @@ void tst_ImageImportContainers::copiesWithout_data()
     row("png, what the pixels need stays", pngWith(pngChunk("gAMA", QByteArray(4, '\1'))),
         pngWith(pngChunk("gAMA", QByteArray(4, '\1'))));
     row("png, all texts go", pngWith(pngChunk("tEXt", QByteArrayLiteral("a\0b"))), png());
+    const QByteArray gifHead = QByteArray::fromHex("47494638396102000100800100ff000000ff00");
+    const QByteArray frame = QByteArray::fromHex("2c0000000002000100000202440a00");
+    const QByteArray told = QByteArray::fromHex("21fe04746f6c6400");
+    row("gif, padding between blocks goes, no picture does",
+        gifHead + frame + QByteArray(3, '\0') + told + "ab" + frame + "c;",
+        gifHead + frame + frame + ';');
+    row("gif, an extension without content goes",
+        gifHead + QByteArray::fromHex("21f90000") + frame + told + ';', gifHead + frame + ';');
+    row("gif, padding at a missing end", gifHead + told + frame + QByteArray(2, '\0'),
+        gifHead + frame);
     if (!hasWebp())
         return;
     const QByteArray pixels = webpChunks(picture(40, 30), 80);

@@ -73,6 +73,13 @@ int readBlock(const QByteArray& file, int at, Block* block)
     return end;
 }
 
+bool beginsBlock(char byte)
+{
+    return byte == extensionMark || byte == imageMark;
+}
+
+/// The blocks of a GIF. Bytes between them that begin none are left out: some encoders pad with
+/// zeros, and readers skip anything up to the next block.
 Blocks blocksOf(const QByteArray& file)
 {
     Blocks blocks;
@@ -84,6 +91,10 @@ Blocks blocksOf(const QByteArray& file)
         return blocks;
     blocks.head = file.left(at);
     while (at > 0 && at < file.size() && file.at(at) != endMark) {
+        if (!beginsBlock(file.at(at))) {
+            ++at;
+            continue;
+        }
         Block block;
         at = readBlock(file, at, &block);
         if (at > 0)
@@ -121,9 +132,16 @@ QByteArray xmpPacket(const Block& block)
     return QByteArray(block.whole.constData() + begin, qMax(0, end - begin));
 }
 
-bool isMetadata(const Block& block)
+/// Whether an extension states nothing. Readers disagree on where such a one ends.
+bool isEmpty(const Block& block)
 {
-    return isComment(block) || isXmp(block);
+    return block.label != 0 && block.content.isEmpty();
+}
+
+/// Whether a block is no part of the picture itself.
+bool isDispensable(const Block& block)
+{
+    return isComment(block) || isXmp(block) || isEmpty(block);
 }
 
 QByteArray commentBlock(const QByteArray& comment)
@@ -157,8 +175,8 @@ MetadataFindings readGifMetadata(const QByteArray& file)
 QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metadata)
 {
     const Blocks blocks = blocksOf(file);
-    const bool isAllMetadata = std::all_of(blocks.list.begin(), blocks.list.end(), isMetadata);
-    if (blocks.head.isEmpty() || (isAllMetadata && !blocks.endsProperly))
+    const bool hasNoPicture = std::all_of(blocks.list.begin(), blocks.list.end(), isDispensable);
+    if (blocks.head.isEmpty() || (hasNoPicture && !blocks.endsProperly))
         return QByteArray(); // GCOVR_EXCL_LINE: an import refuses it before
     QByteArray added;
     for (const QByteArray& comment : metadata.comments)
@@ -173,7 +191,7 @@ QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metada
         // After a truncated picture, everything would be taken for a part of it.
         if (i == last && !blocks.endsProperly)
             result += added;
-        if (!isMetadata(blocks.list.at(i)))
+        if (!isDispensable(blocks.list.at(i)))
             result += blocks.list.at(i).whole;
     }
     if (blocks.endsProperly)
