@@ -66,6 +66,7 @@ private Q_SLOTS:
     void unchangedCustomListIsNotParsedAgain();
     void changedCustomListIsParsedAgain_data();
     void changedCustomListIsParsedAgain();
+    void customListChangedAtOnce();
     void brokenCustomListIsLoggedOnce();
 
 private:
@@ -369,6 +370,20 @@ void tst_GoogleFontLoader::changedCustomListIsParsedAgain()
     QCOMPARE(second.fontNames(), QStringList(QString::fromLatin1(family)));
     QFile::remove(customPath());
     CoreApplicationUtils::setApplicationName(QStringLiteral("fonttest"));
+}
+
+/// The time of a file that is written again within a moment may stay the same.
+void tst_GoogleFontLoader::customListChangedAtOnce()
+{
+    for (int i = 0; i < 50; ++i) {
+        const QByteArray family = i % 2 == 0 ? "My Font" : "No Font";
+        QFile file(customPath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(listOf(family.constData(), "2022-02-26"));
+        file.close();
+        GoogleFontLoader loader;
+        QCOMPARE(loader.fontNames(), QStringList(QString::fromLatin1(family)));
+    }
 }
 
 void tst_GoogleFontLoader::brokenCustomListIsLoggedOnce()

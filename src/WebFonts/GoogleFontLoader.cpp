@@ -66,6 +66,13 @@ const GoogleFontFile& builtInList()
     return list;
 }
 
+/// Whether a later change of \a file is certain to change its modification time: file systems store
+/// times in steps of up to two seconds.
+bool isSettled(const QFileInfo& file)
+{
+    return file.lastModified().msecsTo(QDateTime::currentDateTime()) > 2000;
+}
+
 const GoogleFontFile& customList()
 {
     CustomList& list = catalogues().custom;
@@ -73,10 +80,11 @@ const GoogleFontFile& customList()
     const bool unchanged = file.exists() && file.filePath() == list.path && file.size() == list.size
         && file.lastModified() == list.modified;
     if (!unchanged) {
+        const bool settled = isSettled(file);
         list.file.loadJsonGFontFromFilePath(file.filePath());
         // A file that cannot be opened was not parsed, and is tried again.
         const bool opens = QFile(file.filePath()).open(QIODevice::ReadOnly);
-        list.path = opens ? file.filePath() : QString();
+        list.path = opens && settled ? file.filePath() : QString();
         list.size = file.size();
         list.modified = file.lastModified();
     }

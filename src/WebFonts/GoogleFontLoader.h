@@ -57,8 +57,9 @@ public:
     ///
     /// The built-in list is parsed once in the lifetime of the program, and a custom file once as
     /// long as its path, size and modification time do not change, whether it could be parsed or
-    /// not. A custom list that is missing or cannot be used is not an error; GoogleFontFile logs
-    /// what is wrong with it when it reads it.
+    /// not. A file that was changed within the last two seconds is parsed again by the next load,
+    /// because another change might leave its time as it is. A custom list that is missing or
+    /// cannot be used is not an error; GoogleFontFile logs what is wrong with it when it reads it.
     bool load();
 
     /// Whether this instance has loaded the catalogue.
