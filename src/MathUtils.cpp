@@ -51,11 +51,10 @@ int MathUtils::random(int min, int max)
 
 bool MathUtils::randomTriggerOneIn(int n)
 {
-    if (n < 1) {
+    if (n < 1)
         ORVAUTILS_LOG_CRITICAL() << "bad usage!!";
-        return false;
-    }
-    return draw() % n == 0;
+    // Nothing can be divided by zero.
+    return n != 0 && draw() % n == 0;
 }
 
 bool MathUtils::counterTriggerOneIn(int n, int& counter)

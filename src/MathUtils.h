@@ -28,8 +28,10 @@ public:
     static int random(int min, int max);
 
     /// True once in \a n draws on average; always with \a n equal to 1. srandom() is called first
-    /// if the generator has not been seeded yet. With \a n below 1 the record "bad usage!!" is
-    /// logged (LogType 4) and the result is false.
+    /// if the generator has not been seeded yet.
+    ///
+    /// With \a n below 1 the record "bad usage!!" is logged (LogType 4). A negative \a n then
+    /// counts without its sign; with 0 the result is false.
     static bool randomTriggerOneIn(int n);
 
     /// Counts calls in \a counter and returns true for every \a n-th one, which resets \a counter

@@ -134,17 +134,25 @@ void tst_MathUtils::randomTriggerMisuse_data()
 {
     const auto row = columns<int>("n");
     row("zero", 0);
-    row("negative", -4);
+    row("minus one", -1);
+    row("negative", -3);
+    row("lowest", std::numeric_limits<int>::min());
 }
 
 void tst_MathUtils::randomTriggerMisuse()
 {
     QFETCH(int, n);
-    LogCapture log;
-    QCOMPARE(MathUtils::randomTriggerOneIn(n), false);
-    QCOMPARE(log.lines(),
-             QStringList(
-                 QStringLiteral("critical orvautils MathUtils randomTriggerOneIn: bad usage!!")));
+    std::srand(7);
+    const QVector<int> draws = nextDraws();
+    std::srand(7);
+    for (const int draw : draws) {
+        // It is logged each time, and only 0 does without a draw.
+        LogCapture log;
+        QCOMPARE(MathUtils::randomTriggerOneIn(n), n != 0 && draw % n == 0);
+        QCOMPARE(log.lines(),
+                 QStringList(QStringLiteral(
+                     "critical orvautils MathUtils randomTriggerOneIn: bad usage!!")));
+    }
 }
 
 void tst_MathUtils::counterTriggerOneIn_data()
