@@ -152,11 +152,13 @@ void tst_ComputerIdentifier::noInterfaces()
     QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
     const QString address = ComputerIdentifier::primaryMACAddress();
     const QString identifier = ComputerIdentifier::uniqueIdentifier();
+    const QString hash = ComputerIdentifier::hashedUniqueIdentifier();
     const int interfaces = int(QNetworkInterface::allInterfaces().size());
     QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
     QCOMPARE(interfaces, 0);
     QCOMPARE(address, QString());
     QCOMPARE(identifier, QString());
+    QCOMPARE(hash, QStringLiteral("0"));
 }
 
 // With --identify the program acts as another machine: it prints its address and exits.

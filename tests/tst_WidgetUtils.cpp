@@ -110,6 +110,7 @@ private Q_SLOTS:
     void headerView();
     void showFades();
     void hideFades();
+    void fadingStartsFirst();
     void fadesInNoTime();
     void hideStopsShow();
     void widgetGoesWhileFading();
@@ -584,6 +585,43 @@ void tst_WidgetUtils::hideFades()
     WidgetUtils::showAnimated(&widget, 1);
     QTRY_COMPARE(widget.windowOpacity(), 1.0);
     QVERIFY(widget.isVisible());
+}
+
+/// When the window appears it is transparent already, and when it goes it has begun to fade.
+void tst_WidgetUtils::fadingStartsFirst()
+{
+    class Window : public QWidget
+    {
+    public:
+        QList<double> fadesTo; // the end of the running animation, at each change
+        double opacityWhenShown = -1;
+
+    protected:
+        void showEvent(QShowEvent* event) override
+        {
+            opacityWhenShown = windowOpacity();
+            note();
+            QWidget::showEvent(event);
+        }
+        void hideEvent(QHideEvent* event) override
+        {
+            note();
+            QWidget::hideEvent(event);
+        }
+
+    private:
+        void note()
+        {
+            const QList<QPropertyAnimation*> animations = findChildren<QPropertyAnimation*>();
+            for (const QPropertyAnimation* animation : animations)
+                if (animation->state() == QAbstractAnimation::Running)
+                    fadesTo += animation->endValue().toDouble();
+        }
+    } window;
+    WidgetUtils::showAnimated(&window, 1000000);
+    QCOMPARE(window.opacityWhenShown, 0.0);
+    WidgetUtils::hideAnimated(&window, 1000000);
+    QCOMPARE(window.fadesTo, QList<double>({1.0, 0.0}));
 }
 
 void tst_WidgetUtils::fadesInNoTime()
