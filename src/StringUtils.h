@@ -229,7 +229,8 @@ public:
     /// // "width=10 height=30"
     /// \endcode
     ///
-    /// Returns \a s, which is unchanged if \a rx does not match or the group captured nothing.
+    /// Returns \a s, which is unchanged if \a rx does not match, and if the group does not exist or
+    /// took no part in the match. Where it captured an empty text, \a after is inserted.
     static QString& replaceFirstOccurrence(QString& s, const QRegularExpression& rx,
                                            const QString& groupName, const QString& after);
 
