@@ -439,6 +439,11 @@ void tst_FileUtils::nameValidity_data()
     row("empty", QString(), QString());
     row("accents, quote and others", "d'été %&;,!#[]{}~`^$@+=\t.", "d'été %&;,!#[]{}~`^$@+=\t.");
     row("several lines", "a\nb:c", "a\nb_c");
+    row("NUL", text("a") + QChar() + text(":b"), text("a") + QChar() + text("_b"));
+    // What is left of an emoji when a name is cut off in the middle of it.
+    const QString halfEmoji = text("\U0001f600").left(1);
+    row("half a character", text("a:b") + halfEmoji, text("a_b") + halfEmoji);
+    row("half a character alone", halfEmoji, halfEmoji);
 }
 
 void tst_FileUtils::nameValidity()
