@@ -193,6 +193,13 @@ QDebug operator<<(QDebug debug, const ProjectFileLocker::LockHolder& holder)
 bool ProjectFileLockerPrivate::take(const QString& lockPath, const QString& project,
                                     const QString& folder, QString* error)
 {
+    // The system would end the path there, and the lock would be that of another file or replace
+    // it.
+    if (lockPath.contains(QChar())) {
+        if (error)
+            *error = messageOf(QLockFile::UnknownError, project, folder);
+        return false;
+    }
     // The current folder may have changed when the lock is released.
     const QString absolutePath = QFileInfo(lockPath).absoluteFilePath();
     auto taken = std::make_unique<QLockFile>(absolutePath);

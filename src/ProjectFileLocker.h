@@ -86,7 +86,8 @@ public:
     /// failure only: "Project <file name> already opened !", a line feed and "Folder : <absolute
     /// folder>" when another instance (or this locker) holds the lock, otherwise "Lock failed on
     /// ..." with the reason, the folder and the name of this machine, not that of the lock's owner.
-    /// Both are translated in the context "ProjectFileLocker".
+    /// Both are translated in the context "ProjectFileLocker". A path that contains a NUL cannot be
+    /// locked.
     bool openNewProjectFile(const QString& path, QString* error = nullptr);
 
     /// Takes the lock of the project folder \a folder, which is created, with its parents, if it

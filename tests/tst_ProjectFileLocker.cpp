@@ -36,6 +36,7 @@ private Q_SLOTS:
     void errorIsNotClearedOnSuccess();
     void permission();
     void otherError();
+    void pathWithNul();
     void placeholdersInNames();
     void translated();
     void folderLockLiesInside();
@@ -294,6 +295,25 @@ void tst_ProjectFileLocker::otherError()
                         "Another error happened, for instance a full partition prevented writing "
                         "out the lock file ",
                         folder));
+}
+
+/// The system would end the path at the NUL, and the lock would take the place of another file.
+void tst_ProjectFileLocker::pathWithNul()
+{
+    const QString project = path(QStringLiteral("a.proj"));
+    const QString longer = project + QChar() + QStringLiteral("b");
+    LogCapture log;
+    ProjectFileLocker locker;
+    QString error;
+    QVERIFY(!locker.openNewProjectFile(longer, &error));
+    QVERIFY2(error.startsWith(QStringLiteral("Lock failed on 'a.proj") + QChar()
+                              + QStringLiteral("b' : error=Another error happened")),
+             qPrintable(error));
+    QVERIFY(!locker.isLocked());
+    QVERIFY(!locker.openNewProjectFolder(longer, QStringLiteral("Shop")));
+    QVERIFY(!locker.isLocked());
+    QCOMPARE(QDir(mDir->root()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+             QStringList());
 }
 
 void tst_ProjectFileLocker::placeholdersInNames()
