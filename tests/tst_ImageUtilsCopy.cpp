@@ -122,6 +122,13 @@ QString critical(const QString& text)
     return QStringLiteral("critical orvautils ImageUtils copyImageFile: ") + text;
 }
 
+/// A GIF of 2 x 1 pixels.
+QByteArray smallGif()
+{
+    return QByteArray::fromHex("47494638396102000100800100ff000000ff00"
+                               "21f90400010000002c0000000002000100000202440a003b");
+}
+
 const QString photosDir = QStringLiteral(ORVAUTILS_PHOTOS_DIR);
 
 } // namespace
@@ -157,6 +164,7 @@ private Q_SLOTS:
     void formats();
     void invalidMaximum_data();
     void invalidMaximum();
+    void invalidMaximumOfGif();
     void unreadableSource_data();
     void unreadableSource();
     void fileScheme();
@@ -554,8 +562,7 @@ void tst_ImageUtilsCopy::formats_data()
     const QImage image = picture(400, 300);
     QImage transparent = image.convertToFormat(QImage::Format_ARGB32);
     transparent.setPixel(0, 0, qRgba(0, 0, 0, 0));
-    const QByteArray gif = QByteArray::fromHex("47494638396102000100800100ff000000ff00"
-                                               "21f90400010000002c0000000002000100000202440a003b");
+    const QByteArray gif = smallGif();
     const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='400' height='300'>"
                            "<rect width='9' height='9'/></svg>";
     row("gif", gif, "a.gif", QByteArray(), QSize());
@@ -641,6 +648,28 @@ void tst_ImageUtilsCopy::invalidMaximum()
     QVERIFY(!QFile::exists(path("copy.jpg")));
 }
 
+/// The maximum size is checked before the format: it must be valid for what is always copied, too.
+void tst_ImageUtilsCopy::invalidMaximumOfGif()
+{
+    writeFile(path("source.gif"), smallGif());
+    LogCapture log;
+    QVERIFY(!ImageUtils::copyImageFile(path("source.gif"), path("copy.gif"), true, QSize(0, 0),
+                                       noOption));
+    // 2 x 1 into 1 x 999999999 leaves no pixel: 1 x 0.
+    QVERIFY(!ImageUtils::copyImageFile(path("source.gif"), path("copy.gif"), true, QSize(0, 9),
+                                       noOption));
+    QCOMPARE(ownLines(log),
+             QStringList({critical(QStringLiteral("copyImageFile maxSizeImage invalid !!  =  "
+                                                  "QSize(-1, -1)")),
+                          critical(QStringLiteral("copyImageFile maxSizeImage invalid !!  =  "
+                                                  "QSize(1, 0)"))}));
+    QVERIFY(!QFile::exists(path("copy.gif")));
+    // 2 x 1 into 999999999 x 1 is 2 x 1.
+    QVERIFY(ImageUtils::copyImageFile(path("source.gif"), path("copy.gif"), true, QSize(9, 0),
+                                      noOption));
+    QCOMPARE(contentOf(path("copy.gif")), smallGif());
+}
+
 void tst_ImageUtilsCopy::unreadableSource_data()
 {
     const auto row = columns<QByteArray>("bytes");
@@ -719,10 +748,7 @@ void tst_ImageUtilsCopy::failedCopyIsLogged()
     QCOMPARE(contentOf(path("source.jpg")), bytes);
 
     // A GIF logs only what forceCopy() logs.
-    writeFile(path("a.gif"), encoded(picture(4, 3), "gif"));
-    writeFile(path("a.gif"),
-              QByteArray::fromHex("47494638396102000100800100ff000000ff00"
-                                  "21f90400010000002c0000000002000100000202440a003b"));
+    writeFile(path("a.gif"), smallGif());
     LogCapture gifLog;
     QVERIFY(!ImageUtils::copyImageFile(path("a.gif"), path("file/copy.gif"), true, QSize(100, 100),
                                        noOption));
