@@ -21,6 +21,7 @@ class tst_DirectorySynchronizer : public QObject
 
 private Q_SLOTS:
     void init();
+    void metaObject();
     void ownsItsWatcher();
     void startCopiesNothing();
     void startWithMissingSource();
@@ -61,6 +62,20 @@ void tst_DirectorySynchronizer::init()
     mDir.reset(new Sandbox);
     QVERIFY(QDir().mkpath(path(QStringLiteral("src"))));
     QVERIFY(QDir().mkpath(path(QStringLiteral("dst"))));
+}
+
+/// The order is part of the binary interface: connections may be made by number.
+void tst_DirectorySynchronizer::metaObject()
+{
+    QCOMPARE(
+        ownMethods(DirectorySynchronizer::staticMetaObject),
+        QStringList({QStringLiteral("signal error(QString)"), QStringLiteral("signal log(QString)"),
+                     QStringLiteral("signal mirrored(QString,QString)"),
+                     QStringLiteral("signal removed(QString)"),
+                     QStringLiteral("signal failed(QString,QString)"),
+                     QStringLiteral("slot onFileDeleted(QString)"),
+                     QStringLiteral("slot onFileAddedOrModified(QString)"),
+                     QStringLiteral("slot stop()")}));
 }
 
 void tst_DirectorySynchronizer::ownsItsWatcher()

@@ -59,6 +59,7 @@ class tst_DirectoryWatcher : public QObject
 
 private Q_SLOTS:
     void init();
+    void metaObject();
     void idleUntilSetPath();
     void missingRoot();
     void signalsStayBlockedOrNot_data();
@@ -118,6 +119,19 @@ void tst_DirectoryWatcher::makeNestedFiles() const
     makeFolder(path(QStringLiteral("x/y")));
     writeFile(path(QStringLiteral("x/a")), "a");
     writeFile(path(QStringLiteral("x/y/b")), "b");
+}
+
+/// The order is part of the binary interface: connections may be made by number.
+void tst_DirectoryWatcher::metaObject()
+{
+    QCOMPARE(
+        ownMethods(DirectoryWatcher::staticMetaObject),
+        QStringList({QStringLiteral("signal deletedFile(QString)"),
+                     QStringLiteral("signal addedFiles(QString)"),
+                     QStringLiteral("signal modifiedFile(QString)"),
+                     QStringLiteral("signal unwatched(QStringList,QString)"),
+                     QStringLiteral("signal settled()"), QStringLiteral("slot onDirMod(QString)"),
+                     QStringLiteral("slot onFilemod(QString)"), QStringLiteral("slot stop()")}));
 }
 
 void tst_DirectoryWatcher::idleUntilSetPath()

@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The OrvaUtils authors
 // SPDX-License-Identifier: MIT
 
-// SpiedSignals: the texts that signals carried, and waiting until no more signals arrive.
+// SpiedSignals: the texts that signals carried, waiting until no more signals arrive, and the
+// signals and slots of a class.
 
 #ifndef SPIEDSIGNALS_H
 #define SPIEDSIGNALS_H
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QVariant>
@@ -19,6 +21,18 @@ inline QStringList textsOf(const QSignalSpy& spy)
     for (const QList<QVariant>& arguments : spy)
         texts.append(arguments.value(0).toString());
     return texts;
+}
+
+/// The signals and slots that a class has in addition to those of its base, in their order.
+inline QStringList ownMethods(const QMetaObject& meta)
+{
+    QStringList methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        methods += (meta.method(i).methodType() == QMetaMethod::Signal ? QStringLiteral("signal ")
+                                                                       : QStringLiteral("slot "))
+            + QString::fromLatin1(meta.method(i).methodSignature());
+    }
+    return methods;
 }
 
 /// Lets this thread handle what has happened on the disk, and the consequences. Linux queues a
