@@ -69,6 +69,25 @@ QString lockFileIn(const QString& folder)
     return withSlash(folder) + QStringLiteral("lockfile");
 }
 
+/// Whether QLockFile can look at \a lockPath and at its helper files. It reads whole lines of what
+/// exists there: of a pipe it would wait for a writer, and a device or a file of gigabytes would
+/// fill the memory. It mistakes a path that contains a NUL for a lock that somebody holds.
+bool canBeLock(const QString& lockPath)
+{
+    if (lockPath.contains(QChar()))
+        return false;
+    const qint64 largest = 1 << 16; // bytes; a lock has less than 1,000
+    const int helpers = 3;
+    QString path = lockPath;
+    for (int i = 0; i <= helpers; ++i, path += QStringLiteral(".rmlock")) {
+        const QFileInfo file(path);
+        const bool isOther = file.exists() && !file.isFile() && !file.isDir();
+        if (isOther || (file.isFile() && file.size() > largest))
+            return false;
+    }
+    return true;
+}
+
 /// Whether \a lockPath is a lock file that was never completed and never will be.
 bool isAbandoned(const QString& lockPath)
 {
@@ -165,7 +184,7 @@ ProjectFileLocker::LockHolder ProjectFileLocker::holder(const QString& path)
 {
     const QString lockPath = QFileInfo(path).isDir() ? lockFileIn(path) : path + suffixLockedFile();
     LockHolder holder;
-    if (path.isEmpty()
+    if (path.isEmpty() || !canBeLock(lockPath)
         || !QLockFile(lockPath).getLockInfo(&holder.processId, &holder.host, &holder.application))
         return LockHolder();
     holder.since = QFileInfo(lockPath).lastModified();
@@ -203,6 +222,11 @@ bool ProjectFileLockerPrivate::take(const QString& lockPath, const QString& proj
     // The current folder may have changed when the lock is released.
     const QString absolutePath = QFileInfo(lockPath).absoluteFilePath();
     auto taken = std::make_unique<QLockFile>(absolutePath);
+    if (!canBeLock(absolutePath)) {
+        if (error)
+            *error = messageOf(QLockFile::UnknownError, project, folder);
+        return false;
+    }
     if (!taken->tryLock(0) && !(removeAbandoned(absolutePath) && taken->tryLock(0))) {
         if (error)
             *error = messageOf(taken->error(), project, folder);

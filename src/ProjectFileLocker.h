@@ -36,6 +36,9 @@ class ProjectFileLockerPrivate;
 /// once the new one is held. No call waits for a lock. Nothing is logged: failures are reported as
 /// a text for the user. To be used on the main thread.
 ///
+/// Something else under the name of a lock, such as a pipe or a file of more than 64 KiB, is never
+/// read or replaced: the lock cannot be taken then, and nobody is its holder.
+///
 /// A relative path is resolved once, when the lock is taken: later changes of the current folder do
 /// not matter. Nevertheless, absolute paths are safer for project folders, see
 /// openNewProjectFolder().

@@ -59,6 +59,8 @@ private Q_SLOTS:
     void holderThatDied();
     void holderElsewhere();
     void nobodyHolds();
+    void somethingElse_data();
+    void somethingElse();
     void debugOutput();
     void abandoned_data();
     void abandoned();
@@ -654,6 +656,49 @@ void tst_ProjectFileLocker::nobodyHolds()
         QVERIFY(holder.since.isNull());
     }
     QCOMPARE(ProjectFileLocker::holder(QString()).processId, Q_INT64_C(0));
+}
+
+void tst_ProjectFileLocker::somethingElse_data()
+{
+    QTest::addColumn<QString>("suffix");
+    QTest::addColumn<bool>("isPipe");
+    const QString lock = QStringLiteral(".locked");
+    QTest::newRow("pipe") << lock << true;
+    QTest::newRow("pipe for the helper") << lock + QStringLiteral(".rmlock") << true;
+    QTest::newRow("large file") << lock << false;
+    QTest::newRow("large file for the helper") << lock + QStringLiteral(".rmlock") << false;
+}
+
+void tst_ProjectFileLocker::somethingElse()
+{
+    SKIP_ON_WINDOWS("there are no pipes in folders there");
+    // Reading a pipe waits for a writer, and reading a line of a large file takes its size.
+    QFETCH(QString, suffix);
+    QFETCH(bool, isPipe);
+    const QString project = path(QStringLiteral("a.proj"));
+    const QString other = project + suffix;
+    const QByteArray content(1 << 17, '5');
+    if (isPipe)
+        mDir->pipe(QStringLiteral("a.proj") + suffix);
+    else
+        writeFile(other, content);
+
+    QCOMPARE(ProjectFileLocker::holder(project).processId, Q_INT64_C(0));
+    ProjectFileLocker locker;
+    QString error;
+    QVERIFY(!locker.openNewProjectFile(project, &error));
+    QVERIFY2(error.startsWith(QStringLiteral("Lock failed on 'a.proj'")), qPrintable(error));
+    QVERIFY(!locker.isLocked());
+    QCOMPARE(QFileInfo(other).isFile(), !isPipe); // nothing is lost
+    if (!isPipe)
+        QCOMPARE(QFileInfo(other).size(), qint64(content.size()));
+    QVERIFY(QFile::remove(other));
+    QVERIFY(locker.openNewProjectFile(project));
+
+    // A path with a NUL is no other project's path.
+    QVERIFY(
+        !locker.openNewProjectFile(path(QStringLiteral("b")) + QChar() + QLatin1Char('c'), &error));
+    QVERIFY2(error.startsWith(QStringLiteral("Lock failed on 'b")), qPrintable(error));
 }
 
 void tst_ProjectFileLocker::debugOutput()
