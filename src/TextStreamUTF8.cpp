@@ -119,6 +119,16 @@ TextStreamUTF8& TextStreamUTF8::operator<<(QString text)
     return *this;
 }
 
+TextStreamUTF8& TextStreamUTF8::operator<<(const char* text)
+{
+    return *this << QString::fromUtf8(text);
+}
+
+TextStreamUTF8& TextStreamUTF8::operator<<(const QByteArray& text)
+{
+    return *this << text.constData();
+}
+
 TextStreamUTF8& TextStreamUTF8::operator<<(QChar character)
 {
     return *this << QString(character);

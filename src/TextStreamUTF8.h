@@ -8,6 +8,7 @@
 
 #include "orvautils_export.h"
 
+#include <QByteArray>
 #include <QIODevice>
 #include <QString>
 #include <QTextStream>
@@ -60,6 +61,11 @@ public:
     /// Writes \a text, with writeTextWithIndent() if the indent level is above 0. At level 0 the
     /// text is written unchanged, and whether the stream is at the start of a line is not updated.
     TextStreamUTF8& operator<<(QString text);
+
+    /// Writes \a text, which is UTF-8, like a QString. It ends at the first NUL.
+    TextStreamUTF8& operator<<(const char* text);
+    /// Writes \a text, which is UTF-8, like a QString. It ends at the first NUL.
+    TextStreamUTF8& operator<<(const QByteArray& text);
 
     /// Writes \a character like a text of one character.
     TextStreamUTF8& operator<<(QChar character);

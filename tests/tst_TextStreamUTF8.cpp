@@ -70,6 +70,7 @@ private Q_SLOTS:
     void numbers();
     void numbersInTheirLine();
     void characters();
+    void bytes();
     void formatOfNumbers();
     void manipulators();
     void indentationIsNoField();
@@ -394,6 +395,19 @@ void tst_TextStreamUTF8::characters()
     stream.incrementIndent();
     stream << 'a' << '\n' << QChar(0x20ac) << '\xe9' << QLatin1Char('\n') << 'b';
     QCOMPARE(result, text("  a\n  €é\n  b"));
+}
+
+void tst_TextStreamUTF8::bytes()
+{
+    // As a QString made of them: UTF-8, up to the first NUL.
+    QString written;
+    TextStreamUTF8 stream(&written);
+    const char* const pointer = "\xc3\xa9\n";
+    const QByteArray array("b\xc3\xa9\0c", 5);
+    stream.incrementIndent();
+    stream << pointer << array << "d" << QByteArray() << static_cast<const char*>(nullptr);
+    stream.flush();
+    QCOMPARE(written, QString::fromUtf8("  \xc3\xa9\n  b\xc3\xa9") + QLatin1Char('d'));
 }
 
 void tst_TextStreamUTF8::formatOfNumbers()
