@@ -54,7 +54,8 @@ public:
     QString mirrorOf(const QString& path) const;
     bool isInMirror(const QString& path, const QString& root) const
     {
-        return letsThrough(filter, path, root);
+        const Filter current = filter; // which may set another one, or destroy the synchronizer
+        return letsThrough(current, path, root);
     }
     bool canBeMirrored() const;
     void removeObstacles(const QString& mirror) const;
@@ -119,6 +120,9 @@ struct VisibleFiles
 
 bool haveSameContent(const QString& path, const QString& other)
 {
+    // Opening a pipe would wait for a writer.
+    if (!QFileInfo(path).isFile() || !QFileInfo(other).isFile())
+        return false;
     QFile one(path);
     QFile two(other);
     if (!one.open(QIODevice::ReadOnly) || !two.open(QIODevice::ReadOnly)
@@ -256,14 +260,14 @@ bool DirectorySynchronizer::isEqual(QStringList* differences) const
 
 void DirectorySynchronizer::onFileDeleted(const QString& path)
 {
-    if (!d->isInMirror(path, d->source))
+    const QPointer<DirectorySynchronizer> self(this);
+    if (!d->isInMirror(path, d->source) || !self)
         return;
     const QString mirror = d->mirrorOf(path);
     // A path without a mirror is its own mirror, and must not be removed.
     const bool hasMirror = mirror != path;
     QFile file(mirror);
     if (hasMirror && OrvaUtilsPrivate::removeOldFile(&file)) {
-        const QPointer<DirectorySynchronizer> self(this);
         Q_EMIT log(QStringLiteral("[DEL] %1").arg(mirror));
         if (self)
             Q_EMIT removed(mirror);
@@ -275,7 +279,8 @@ void DirectorySynchronizer::onFileDeleted(const QString& path)
 
 void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
 {
-    if (!d->isInMirror(path, d->source))
+    const QPointer<DirectorySynchronizer> self(this);
+    if (!d->isInMirror(path, d->source) || !self)
         return;
     const QString mirror = d->mirrorOf(path);
     const bool hasMirror = mirror != path;
@@ -287,7 +292,6 @@ void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
     if (hasMirror
         && OrvaUtilsPrivate::copyFile(path, mirror, OrvaUtilsPrivate::OldFile::KeptInTree,
                                       &reason)) {
-        const QPointer<DirectorySynchronizer> self(this);
         Q_EMIT log(QStringLiteral("[MOD] %1").arg(mirror));
         if (self)
             Q_EMIT mirrored(path, mirror);

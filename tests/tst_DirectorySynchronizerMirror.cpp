@@ -96,10 +96,13 @@ private Q_SLOTS:
     void unreadableForAMoment();
     void filter();
     void filterOfFullSync();
+    void filterChangesItself();
+    void filterDestroysIt();
     void observedFullSync();
     void cancelledFullSync();
     void observerDestroysIt();
     void isEqual();
+    void isEqualMeetsAPipe();
     void isEqualNeedsFolders_data();
     void isEqualNeedsFolders();
     void stops();
@@ -481,6 +484,44 @@ void tst_DirectorySynchronizerMirror::filterOfFullSync()
                           QStringLiteral("x/"), QStringLiteral("x/lockfile=content")}));
 }
 
+void tst_DirectorySynchronizerMirror::filterChangesItself()
+{
+    // The filter that is running stays in force for the path that it was asked about.
+    DirectorySynchronizer synchronizer;
+    fillAndStart(&synchronizer);
+    QStringList asked;
+    const QString kept(1000, QLatin1Char('x')); // large, so that the filter is on the heap
+    const auto once = [&synchronizer, &asked, kept](const QString& path) {
+        synchronizer.setFilter(nullptr);
+        asked += path + QString::number(kept.size());
+        return true;
+    };
+    synchronizer.setFilter(once);
+    synchronizer.onFileAddedOrModified(mSource + QStringLiteral("/d0/f0"));
+    QCOMPARE(asked, QStringList({QStringLiteral("d01000"), QStringLiteral("d0/f01000")}));
+    synchronizer.setFilter(once);
+    QVERIFY(synchronizer.isEqual());
+}
+
+void tst_DirectorySynchronizerMirror::filterDestroysIt()
+{
+    for (const bool isDeleted : {false, true}) {
+        QPointer<DirectorySynchronizer> synchronizer = new DirectorySynchronizer;
+        fillAndStart(synchronizer);
+        synchronizer->setFilter([&](const QString&) {
+            delete synchronizer;
+            return true;
+        });
+        const QString file = mSource + QStringLiteral("/d0/f0");
+        if (isDeleted)
+            synchronizer->onFileDeleted(file);
+        else
+            synchronizer->onFileAddedOrModified(file);
+        QVERIFY(!synchronizer);
+        QVERIFY(QFile::exists(mDestination + QStringLiteral("/d0/f0")));
+    }
+}
+
 void tst_DirectorySynchronizerMirror::observedFullSync()
 {
     for (int i = 0; i < 20; ++i)
@@ -566,6 +607,20 @@ void tst_DirectorySynchronizerMirror::isEqual()
         QStringList({QStringLiteral("from before"), QStringLiteral("a/more"),
                      QStringLiteral("d0/f0"), QStringLiteral("d1/f1"), QStringLiteral("d2/f2")}));
     QVERIFY(!synchronizer.isEqual());
+}
+
+void tst_DirectorySynchronizerMirror::isEqualMeetsAPipe()
+{
+    SKIP_ON_WINDOWS("there are no pipes in folders there");
+    // Opening it would wait for a writer.
+    DirectorySynchronizer synchronizer;
+    fillAndStart(&synchronizer);
+    synchronizer.stop();
+    QVERIFY(QFile::remove(mDestination + QStringLiteral("/d2/f2")));
+    mSandbox->pipe(QStringLiteral("dst/d2/f2"));
+    QStringList differences;
+    QVERIFY(!synchronizer.isEqual(&differences));
+    QCOMPARE(differences, QStringList(QStringLiteral("d2/f2")));
 }
 
 void tst_DirectorySynchronizerMirror::isEqualNeedsFolders_data()
