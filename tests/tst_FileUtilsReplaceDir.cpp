@@ -16,6 +16,8 @@
 
 #include <QtTest>
 
+#include <cerrno>
+
 #ifndef Q_OS_WIN
 #include <sys/wait.h>
 #endif
@@ -113,6 +115,8 @@ private Q_SLOTS:
     void keepsExtendedAttributes();
     void inheritedAttributesGo();
     void destinationLinkStays();
+    void slashesAtTheEnd();
+    void withoutPath();
     void specialEntries();
     void refusals_data();
     void refusals();
@@ -129,6 +133,7 @@ private Q_SLOTS:
     void moveOverRefusals();
     void replaceFileContent();
     void replaceFileContentFailures();
+    void replaceFileContentOfAPipe();
 };
 
 void tst_FileUtilsReplaceDir::replaces_data()
@@ -303,6 +308,33 @@ void tst_FileUtilsReplaceDir::destinationLinkStays()
     QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
 }
 
+void tst_FileUtilsReplaceDir::slashesAtTheEnd()
+{
+    Sandbox box;
+    makeTrees(box);
+    QString error;
+    QVERIFY2(FileUtils::replaceDir(box(text("s//")), box(text("d//")), nullptr, &error),
+             qPrintable(error));
+    QCOMPARE(treeOf(box(text("d"))), treeOf(box(text("s"))));
+    QVERIFY2(FileUtils::replaceDir(box(text("s///")), box(text("new//")), nullptr, &error),
+             qPrintable(error));
+    QCOMPARE(treeOf(box(text("new"))), treeOf(box(text("s"))));
+}
+
+void tst_FileUtilsReplaceDir::withoutPath()
+{
+    Sandbox box;
+    makeTrees(box);
+    QString error;
+    const LogCapture log;
+    QVERIFY(!FileUtils::replaceDir(QString(), box(text("d")), nullptr, &error));
+    QCOMPARE(error, text("The folder  does not exist"));
+    QVERIFY(!FileUtils::replaceDir(box(text("s")), QString(), nullptr, &error));
+    QCOMPARE(error, text(" is not a folder"));
+    QVERIFY(!FileUtils::removeContentDirectory(QString(), true, nullptr, &error));
+    QCOMPARE(error, text("\"\" is no path of a folder to empty"));
+}
+
 void tst_FileUtilsReplaceDir::specialEntries()
 {
     SKIP_ON_WINDOWS("there are no named pipes in folders");
@@ -334,6 +366,7 @@ void tst_FileUtilsReplaceDir::refusals_data()
     row("into itself", "s", "s/x/y", "%1/s cannot be copied");
     row("around itself", "s/sub", "s", "%1/s/sub cannot be copied");
     row("below a file", "s", "s2/d", "The folder %1/s2/d cannot be made");
+    row("slashes at the end", "s//", "s/", "%1/s cannot be copied");
 }
 
 void tst_FileUtilsReplaceDir::refusals()
@@ -598,6 +631,22 @@ void tst_FileUtilsReplaceDir::replaceFileContentFailures()
     error.clear();
     QVERIFY(!FileUtils::replaceFileContent(text(":/file"), "x", &error)); // a resource
     QVERIFY(!error.isEmpty());
+    QCOMPARE(treeOf(box.root()), before);
+}
+
+void tst_FileUtilsReplaceDir::replaceFileContentOfAPipe()
+{
+    SKIP_ON_WINDOWS("there are no named pipes in folders");
+    // Opening it would wait for a reader. A device must not become a file, either.
+    Sandbox box;
+    const QString pipe = box.pipe(text("pipe"));
+    box.link(text("device"), text("/dev/null"));
+    const QStringList before = treeOf(box.root());
+    for (const QString& path : {pipe, box(text("device"))}) {
+        QString error;
+        QVERIFY(!FileUtils::replaceFileContent(path, "x", &error));
+        QCOMPARE(error, qt_error_string(EINVAL));
+    }
     QCOMPARE(treeOf(box.root()), before);
 }
 

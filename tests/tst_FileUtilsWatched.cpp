@@ -6,6 +6,7 @@
 #include "FileUtils.h"
 
 #include "Columns.h"
+#include "FileLimit.h"
 #include "LogCapture.h"
 #include "OrdinaryUser.h"
 #include "PortableFiles.h"
@@ -16,6 +17,8 @@
 #include <QElapsedTimer>
 #include <QThread>
 #include <QtTest>
+
+#include <cerrno>
 
 #if defined(__clang__)
 // QSKIP() is a macro with optional arguments.
@@ -76,6 +79,8 @@ private Q_SLOTS:
     void copyDirCancelled();
     void copyDirReasons_data();
     void copyDirReasons();
+    void copyDirOfAFileThatGoes();
+    void copyDirOntoAFullDisk();
     void reportsAreRare();
     void removeContentDirectory();
     void removeContentDirectoryCancelled();
@@ -147,6 +152,44 @@ void tst_FileUtilsWatched::copyDirReasons()
     QVERIFY(!FileUtils::copyDir(box(source), box(destination), true, nullptr, &reason));
     QCOMPARE(reason, error.arg(box.root()));
     QVERIFY(!log.lines().isEmpty());
+}
+
+void tst_FileUtilsWatched::copyDirOfAFileThatGoes()
+{
+    TreeBox box;
+    const LogCapture log;
+    const auto removeSource = [&box](const FileUtils::TreeProgress&) {
+        QDir(box(text("s"))).removeRecursively();
+        return true;
+    };
+    QString error;
+    QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), false, removeSource, &error));
+    QVERIFY2(error.endsWith(text(" cannot be copied (%1)").arg(qt_error_string(ENOENT))),
+             qPrintable(error));
+}
+
+void tst_FileUtilsWatched::copyDirOntoAFullDisk()
+{
+#ifdef Q_OS_WIN
+    SKIP_ON_WINDOWS("there is no limit of the size of files");
+#else
+    // Small files and large ones are copied in different ways, and so are those that replace one.
+    const LogCapture log;
+    for (const int size : {20000, 2000000}) {
+        for (const bool isReplaced : {false, true}) {
+            Sandbox box;
+            const QString file = box.file(text("s/file"), QByteArray(size, 'x'));
+            if (isReplaced)
+                box.file(text("d/file"));
+            QString error;
+            {
+                const FileLimit limit(RLIMIT_FSIZE, 10000);
+                QVERIFY(!FileUtils::copyDir(box(text("s")), box(text("d")), true, nullptr, &error));
+            }
+            QCOMPARE(error, file + text(" cannot be copied (%1)").arg(qt_error_string(EFBIG)));
+        }
+    }
+#endif
 }
 
 void tst_FileUtilsWatched::reportsAreRare()

@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+
 namespace OrvaUtilsPrivate {
 
 namespace {
@@ -43,8 +45,11 @@ CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile,
     }
     copy.setStoredFirst(isReplaced && !isInTree);
     if (!copyContent(source, copy.device())) {
-        const QFile& failed = source.error() != QFileDevice::NoError ? source : copy.device();
-        *reason = failed.errorString();
+        // What was copied by the system, past the two files, left its error with the system.
+        const QString ofSystem = qt_error_string(errno);
+        const bool isOfSource = source.error() != QFileDevice::NoError;
+        const QFile& failed = isOfSource ? source : copy.device();
+        *reason = failed.error() == QFileDevice::NoError ? ofSystem : failed.errorString();
         return CopyResult::CannotCopy;
     }
     // A failure is ignored: some file systems have no permissions.
@@ -66,7 +71,7 @@ bool copyFile(const QString& source, const QString& destination, OldFile oldFile
     if (!QFileInfo::exists(source)) {
         ORVAUTILS_LOG_WARNING_OF("FileUtils", "forceCopy")
             << source << " est introuvable !! (forceCopy)";
-        *reason = QFile(source).errorString();
+        *reason = qt_error_string(ENOENT);
         return false;
     }
     if (isSameFile(source, destination))
@@ -74,7 +79,9 @@ bool copyFile(const QString& source, const QString& destination, OldFile oldFile
     // A source that cannot be read (or, like a pipe, has no end) must not destroy the destination.
     QFile file(source);
     CopyResult result = CopyResult::CannotCopy;
-    if (!QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!QFileInfo(source).isFile())
+        *reason = qt_error_string(EINVAL);
+    else if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         *reason = file.errorString();
     else
         result = writeCopy(file, destination, oldFile, reason);

@@ -267,8 +267,11 @@ bool copyContent(int source, int destination, qint64 size)
             return false;
         copied += got;
         // A short read that reaches the expected size: another one would return nothing.
-        if (got == 0 || (copied == size && size_t(got) < sizeof buffer))
+        if (got == 0 || (copied == size && size_t(got) < sizeof buffer)) {
+            if (copied < size)
+                errno = EIO; // GCOVR_EXCL_LINE: the file became shorter while it was copied
             return copied >= size;
+        }
     }
 }
 

@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 
+#include <cerrno>
+
 namespace OrvaUtilsPrivate {
 
 Replacement::Replacement(const QString& path, Old old)
@@ -50,6 +52,9 @@ bool Replacement::mustOverwrite(const QFileInfo& old) const
 bool Replacement::findWritten(const QFileInfo& old)
 {
     if (old.exists()) {
+        // Opening a pipe would wait for a reader, and a device must not become a file.
+        if (!old.isFile() && !old.isDir())
+            return fail(Failure::NotBegun, qt_error_string(EINVAL));
         QFile file(mPath);
         if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
             return fail(Failure::NotBegun, file.errorString());

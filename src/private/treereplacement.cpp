@@ -113,6 +113,13 @@ bool ExactCopy::copyEntry(const FolderEntry& entry, const QString& source,
     return mTask.advance(source, size);
 }
 
+/// The absolute path of \a folder, without a "/" at its end; an empty path stays empty.
+QString absolute(const QString& folder)
+{
+    // QDir keeps the second of two slashes at the end.
+    return folder.isEmpty() ? folder : QDir::cleanPath(QDir(folder).absolutePath());
+}
+
 /// The final target of a link, even if it does not exist.
 QString followed(QString path)
 {
@@ -126,8 +133,8 @@ QString followed(QString path)
 
 bool replaceDir(const QString& source, const QString& destination, TreeTask& task)
 {
-    const QString from = source.isEmpty() ? source : QDir(source).absolutePath();
-    QString to = destination.isEmpty() ? destination : QDir(destination).absolutePath();
+    const QString from = absolute(source);
+    QString to = absolute(destination);
     // Before anything is checked: a process that was killed may have moved the old tree aside.
     if (!to.isEmpty())
         clearAfterKills(followed(to));

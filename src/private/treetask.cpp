@@ -60,7 +60,8 @@ bool TreeTask::fail(const char* text, const QString& path, const QString& reason
 {
     if (mError && !mHasFailed) {
         *mError = QCoreApplication::translate("FileUtils", text);
-        if (!path.isEmpty())
+        // Also for an empty path.
+        if (mError->contains(QLatin1String("%1")))
             *mError = mError->arg(path);
         if (!reason.isEmpty())
             *mError += QStringLiteral(" (%1)").arg(reason);
