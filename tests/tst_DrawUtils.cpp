@@ -310,14 +310,20 @@ void tst_DrawUtils::undefinedStraight()
 
 void tst_DrawUtils::informativeMessage_data()
 {
-    addRatios();
+    const auto row = columns<int, QString>("ratio", "text");
+    for (const int ratio : {1, 2}) {
+        const QByteArray suffix = ", ratio " + QByteArray::number(ratio);
+        row(("one line" + suffix).constData(), ratio, "No picture");
+        row(("wrapped" + suffix).constData(), ratio,
+            "There is no picture that could be shown in this place");
+    }
 }
 
 void tst_DrawUtils::informativeMessage()
 {
     QFETCH(int, ratio);
+    QFETCH(QString, text);
     const QRect rect(20, 10, 200, 120);
-    const QString text = QStringLiteral("No picture");
     QImage image = canvas(260, 150, ratio);
     image.fill(Qt::blue);
     QRect box;
@@ -335,7 +341,10 @@ void tst_DrawUtils::informativeMessage()
         box.moveCenter(rect.center());
         box.adjust(-10, -10, 10, 10);
     }
-    // Light grey inside, with white text, and unchanged outside.
+    // Light grey inside, with white text and a white border, and unchanged outside.
+    QVERIFY(rect.contains(box));
+    QVERIFY(qGray(image.pixel(QPoint(box.center().x(), box.top()) * ratio)) > 200);
+    QVERIFY(qGray(image.pixel(QPoint(box.left(), box.center().y()) * ratio)) > 200);
     const QRgb grey = QColor(Qt::lightGray).rgb();
     const QRgb blue = QColor(Qt::blue).rgb();
     QCOMPARE(image.pixel(QPoint(box.left() + 5, box.center().y()) * ratio), grey);
@@ -354,6 +363,12 @@ void tst_DrawUtils::informativeMessage()
             textPixels += qGray(image.pixel(x, y)) > 230;
     }
     QVERIFY2(textPixels > 50, qPrintable(QString::number(textPixels)));
+    const QRect border = box.adjusted(-1, -1, 2, 2);
+    const QRect whole(border.topLeft() * ratio, border.size() * ratio);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            QVERIFY(whole.contains(x, y) || image.pixel(x, y) == blue);
+    }
 }
 
 void tst_DrawUtils::informativeMessageRounded()
