@@ -111,6 +111,22 @@ private:
     QProcess mProcess;
 };
 
+/// A translator that marks what it translates, as long as it exists.
+class Marker : public QTranslator
+{
+public:
+    Marker() { QCoreApplication::installTranslator(this); }
+    ~Marker() override { QCoreApplication::removeTranslator(this); }
+
+    QString translate(const char* context, const char* text, const char*, int) const override
+    {
+        return QByteArray(context) == "ProjectFileLocker"
+            ? QLatin1Char('<') + QString::fromUtf8(text) + QLatin1Char('>')
+            : QString();
+    }
+    bool isEmpty() const override { return false; }
+};
+
 /// The message for a lock that could not be created.
 QString lockFailed(const char* project, const char* reason, const QString& folder)
 {
@@ -283,6 +299,12 @@ void tst_ProjectFileLocker::permission()
                         "The lock file could not be created, for lack of permissions in the "
                         "parent directory. ",
                         folder + QLatin1Char('/')));
+
+    const Marker marker;
+    QVERIFY(!locker.openNewProjectFile(folder + QStringLiteral("/a.proj"), &error));
+    QVERIFY2(error.contains(QStringLiteral(" : error=<The lock file could not be created, for lack "
+                                           "of permissions in the parent directory.>  folder=")),
+             qPrintable(error));
 }
 
 void tst_ProjectFileLocker::otherError()
@@ -337,20 +359,7 @@ void tst_ProjectFileLocker::placeholdersInNames()
 
 void tst_ProjectFileLocker::translated()
 {
-    // A translator that marks what it translates.
-    class Marker : public QTranslator
-    {
-    public:
-        QString translate(const char* context, const char* text, const char*, int) const override
-        {
-            return QByteArray(context) == "ProjectFileLocker"
-                ? QLatin1Char('<') + QString::fromUtf8(text) + QLatin1Char('>')
-                : QString();
-        }
-        bool isEmpty() const override { return false; }
-    };
-    Marker marker;
-    QVERIFY(QCoreApplication::installTranslator(&marker));
+    const Marker marker;
     ProjectFileLocker first;
     ProjectFileLocker second;
     QString error;
@@ -362,7 +371,6 @@ void tst_ProjectFileLocker::translated()
                  "<Lock failed on 'a.proj' : error=<Another error happened, for instance a full "
                  "partition prevented writing out the lock file>  folder=")),
              qPrintable(error));
-    QCoreApplication::removeTranslator(&marker);
 }
 
 void tst_ProjectFileLocker::folderLockLiesInside()
