@@ -27,6 +27,21 @@
 #pragma clang diagnostic ignored "-Wgnu-zero-variadic-macro-arguments"
 #endif
 
+namespace {
+
+/// A translator that marks what it translates, on two lines.
+class Marker : public QTranslator
+{
+public:
+    QString translate(const char* context, const char* source, const char*, int) const override
+    {
+        return QByteArray(context) == "FileUtils" ? text("<\n") + text(source) : QString();
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
 class tst_FileUtils : public QObject
 {
     Q_OBJECT
@@ -85,6 +100,7 @@ private Q_SLOTS:
     void digestOfMissingFile();
     void writingRight_data();
     void writingRight();
+    void writingRightProbe();
     void writingRightRefused();
     void writingRightOnAFullDisk();
     void writingRightOfNoFolder_data();
@@ -92,6 +108,7 @@ private Q_SLOTS:
     void workingFolderBlocked_data();
     void workingFolderBlocked();
     void contentTextsAreTranslated();
+    void textOfAFullDiskIsTranslated();
 
     void iconOfTheApplication_data();
     void iconOfTheApplication();
@@ -836,6 +853,19 @@ void tst_FileUtils::writingRight()
     QCOMPARE(log.lines(), QStringList());
 }
 
+void tst_FileUtils::writingRightProbe()
+{
+    SKIP_ON_WINDOWS("tests make no symbolic links there");
+    // What is written ends up where a link of that name leads, and only the link is removed.
+    Sandbox box;
+    const QString target = box.file(text("target"), "something longer that has to go");
+    box.folder(text("folder"));
+    box.link(text("folder/check_write"), text("../target"));
+    QVERIFY(FileUtils::checkWritingRightInFolder(box(text("folder")), QString()));
+    QCOMPARE(contentOf(target), QByteArray("data_test"));
+    QCOMPARE(treeOf(box(text("folder"))), QStringList());
+}
+
 void tst_FileUtils::writingRightRefused()
 {
     SKIP_ON_WINDOWS(
@@ -919,16 +949,6 @@ void tst_FileUtils::workingFolderBlocked()
 
 void tst_FileUtils::contentTextsAreTranslated()
 {
-    // A translator that marks what it translates, on two lines.
-    class Marker : public QTranslator
-    {
-    public:
-        QString translate(const char* context, const char* source, const char*, int) const override
-        {
-            return QByteArray(context) == "FileUtils" ? text("<\n") + text(source) : QString();
-        }
-        bool isEmpty() const override { return false; }
-    };
     Sandbox box;
     const QString folder = box.folder(text("folder"));
     Marker marker;
@@ -939,6 +959,11 @@ void tst_FileUtils::contentTextsAreTranslated()
     QCOMPARE(error, text("<\nCannot open (WriteOnly) ") + folder);
     FileUtils::checkWritingRightInFolder(QString(), QString(), &error);
     QCOMPARE(error, text("<\nFolder is not valid ! (empty)"));
+    const QString inAFile = box.file(text("file")) + text("/sub");
+    FileUtils::checkWritingRightInFolder(inAFile, text("Photos"), &error);
+    QCOMPARE(error,
+             text("<\nCant write in Photos error=(fileMkPath) Cant create folder '") + inAFile
+                 + text("' !"));
     const QString blocked = FileUtils::labelWorkingFolderBlocked(text("/x"), text("doc"));
     QCOMPARE(blocked,
              text("<<br>Your working folder /x seem not accessible en write, change it or consult "
@@ -948,6 +973,22 @@ void tst_FileUtils::contentTextsAreTranslated()
     QCOMPARE(log.lines(),
              QStringList(text("warning orvautils FileUtils writeFileContent: cannot open file  ")
                          + folder));
+}
+
+void tst_FileUtils::textOfAFullDiskIsTranslated()
+{
+    SKIP_ON_WINDOWS("there is no limit of files and their size");
+    Sandbox box;
+    const QString path = box(text("file"));
+    Marker marker;
+    QCoreApplication::installTranslator(&marker);
+    QString error;
+    {
+        const FileLimit limit(RLIMIT_FSIZE, 4096);
+        FileUtils::writeFileContent(path, QByteArray(5000, 'x'), &error);
+    }
+    QCoreApplication::removeTranslator(&marker);
+    QCOMPARE(error, text("<\nCannot write datas (WriteOnly) in ") + path);
 }
 
 // Files on the desktop
