@@ -170,6 +170,23 @@ public:
     static bool waitForAll(const QList<QPointer<Thread>>& threads,
                            std::chrono::milliseconds timeout = std::chrono::milliseconds::max());
 
+    /// The same for any container of pointers to threads, of any class derived from Thread:
+    ///
+    /// \code
+    /// QVector<ImportThread*> threads;
+    /// ...
+    /// Thread::waitForAll(threads, 3s);
+    /// \endcode
+    template <typename Container>
+    static bool waitForAll(const Container& threads,
+                           std::chrono::milliseconds timeout = std::chrono::milliseconds::max())
+    {
+        QList<QPointer<Thread>> group;
+        for (const auto& thread : threads)
+            group.append(QPointer<Thread>(static_cast<Thread*>(thread)));
+        return waitForAll(group, timeout);
+    }
+
 public Q_SLOTS:
     /// Sets or clears the cancel flag, which is initially clear. May be called from any thread.
     void setCancelFlag(bool b);

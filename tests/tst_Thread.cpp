@@ -176,6 +176,7 @@ private Q_SLOTS:
     void durations_data();
     void durations();
     void waitForAll();
+    void waitForAnyContainer();
     void waitForAllWakesWhoWasAsked();
     void terminate();
     void terminateLeavesTheObject();
@@ -573,6 +574,27 @@ void tst_Thread::waitForAll()
     first.requestInterruption();
     QVERIFY(Thread::waitForAll(threads));
     QVERIFY(first.isFinished());
+    QVERIFY(second.isFinished());
+}
+
+void tst_Thread::waitForAnyContainer()
+{
+    PoliteThread first;
+    PoliteThread second;
+    const QVector<PoliteThread*> ofSubclass = {&first, &second, nullptr};
+    const QList<Thread*> ofThreads = {&first, &second};
+    const std::vector<QPointer<PoliteThread>> ofPointers = {&first, &second};
+    const std::chrono::milliseconds moment(20);
+    first.startAndAwaitRun();
+    second.startAndAwaitRun();
+    QVERIFY(!Thread::waitForAll(ofSubclass, moment));
+    QVERIFY(!Thread::waitForAll(ofThreads, moment));
+    QVERIFY(!Thread::waitForAll(ofPointers, moment));
+    first.requestInterruption();
+    second.requestInterruption();
+    QVERIFY(Thread::waitForAll(ofPointers));
+    QVERIFY(Thread::waitForAll(ofThreads));
+    QVERIFY(Thread::waitForAll(ofSubclass));
     QVERIFY(second.isFinished());
 }
 
