@@ -66,7 +66,7 @@ public:
     };
 
     /// The state of the project that was opened last.
-    enum class LockState {
+    enum LockState : int {
         NotLocked, ///< no project is open
         Lenient, ///< it is open without a lock
         Locked ///< its lock is held

@@ -564,6 +564,7 @@ void tst_ProjectFileLocker::currentFolderChanges()
 void tst_ProjectFileLocker::states()
 {
     using State = ProjectFileLocker::LockState;
+    static_assert(ProjectFileLocker::Locked == State::Locked, "both can be written");
     const CurrentFolder current(mDir->root());
     ProjectFileLocker locker;
     QVERIFY(!locker.isLocked());
