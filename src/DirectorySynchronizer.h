@@ -48,6 +48,9 @@ class DirectorySynchronizerPrivate;
 /// destination path, as plain text: if the source path occurs again further down, that occurrence
 /// is replaced too. This is deliberate. A path outside of the source has no mirror: it is an
 /// error(), and nothing is touched.
+///
+/// Pass absolute paths. Relative ones mean the current folder of the moment: if that changes, files
+/// there are copied and removed.
 class ORVAUTILS_EXPORT DirectorySynchronizer : public QObject
 {
     Q_OBJECT
@@ -100,7 +103,7 @@ public:
     /// It is called for each file and each folder above it; a folder for which it returns false is
     /// left out with everything in it. What it leaves out is neither copied, also by fullSync(),
     /// nor removed from the destination when it vanishes from the source, nor compared by
-    /// isEqual(). A null filter, the default, leaves nothing out.
+    /// isEqual(). A null filter, the default, leaves nothing out. The filter may set another one.
     ///
     /// \code
     /// synchronizer.setFilter([](const QString& path) {

@@ -33,11 +33,12 @@ class DirectoryWatcherPrivate;
 /// signal is sent from that loop, unwatched() from setPath() and addDir() too. A slot may take
 /// long, delete the watcher, stop it or give it another path.
 ///
-/// Paths in signals are the root as given to setPath(), "/", and the path relative to it. A renamed
-/// file is reported as deleted and as added. Hidden files and folders are neither watched nor
-/// reported. A file counts as deleted when the nearest readable folder above it no longer lists the
-/// entry that leads to it. A folder that cannot be read for a moment does not make its files count
-/// as deleted.
+/// Paths in signals are the root as given to setPath(), "/", and the path relative to it. A
+/// relative root means the current folder of the moment: pass an absolute one if that may change. A
+/// renamed file is reported as deleted and as added. Hidden files and folders, and those whose
+/// names on disk are not valid in the system's encoding, are neither watched nor reported. A file
+/// counts as deleted when the nearest readable folder above it no longer lists the entry that leads
+/// to it. A folder that cannot be read for a moment does not make its files count as deleted.
 ///
 /// Files and folders may replace each other in one step, and the root may be moved away, come back
 /// or be created again: the watcher follows paths, and whatever exists at them. For this it also

@@ -301,7 +301,9 @@ public:
     /// it. If the system cannot exchange two folders in one step (outside of Linux, and on some
     /// network file systems), the old tree is renamed first: a process that is killed at that very
     /// moment leaves it under such a name, followed by "-aside", and the next replacement moves it
-    /// back before it begins. On file systems without locks (flock()) both stay.
+    /// back before it begins. On file systems without locks (flock()) both stay. What cannot be
+    /// removed of the old tree, such as another user's folder, stays in a hidden folder, too; the
+    /// result is true nevertheless.
     static bool replaceDir(const QString& source, const QString& destination,
                            const TreeObserver& observer = TreeObserver(), QString* error = nullptr);
 
