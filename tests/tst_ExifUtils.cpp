@@ -85,6 +85,8 @@ private Q_SLOTS:
     void removeLocationFromFilm();
     void removeLocationBesideNoBlock();
     void removeLocationFromThumbnail();
+    void removeLocationFromOddPlaces_data();
+    void removeLocationFromOddPlaces();
     void removeLocationFromJoinedBlock();
     void removeLocationFromTangledBlock_data();
     void removeLocationFromTangledBlock();
@@ -805,6 +807,45 @@ void tst_ExifUtils::removeLocationFromThumbnail()
     QVERIFY(!after.contains(latitude(big)));
     QCOMPARE(TiffWalk(after.mid(12, block.all().size())).entries(),
              QList<QByteArray>({"IFD0 0112 3 1 0006", "IFD1 0128 3 1 0002"}));
+}
+
+// Some readers show a position from blocks that others do not recognise.
+void tst_ExifUtils::removeLocationFromOddPlaces_data()
+{
+    const auto table = columns<QByteArray, bool>("segment", "can");
+    const QByteArray block = fullBlock(big);
+    const auto resource = [](const char* name, int nameSize, const QByteArray& data) {
+        TiffBuilder bytes(big);
+        bytes.raw("Photoshop 3.0").raw(QByteArray(1, '\0')).raw("8BIM").u16(0x0422);
+        bytes.raw(QByteArray(name, nameSize)).u32(quint32(data.size())).raw(data);
+        return segment(0xFFED, bytes.all());
+    };
+    const QByteArray name("Exif\0", 5);
+    table("another byte after the name", segment(0xFFE1, name + '\x01' + block), true);
+    table("0xFF after the name", segment(0xFFE1, name + '\xFF' + block), true);
+    table("a resource", resource("\0\0", 2, block), true);
+    table("a resource with a name", resource("\2ab\0", 4, block), true);
+    table("a resource that begins with a name", resource("\0\0", 2, exifPayload(block)), true);
+    QByteArray odd = block;
+    odd[3] = '\x55';
+    table("another number after the byte order", exifSegment(odd), false);
+}
+
+void tst_ExifUtils::removeLocationFromOddPlaces()
+{
+    QFETCH(QByteArray, segment);
+    QFETCH(bool, can);
+    const QByteArray file = soi() + segment + dqt() + scan();
+    QVERIFY(file.contains(latitude(big)));
+    const Sandbox sandbox;
+    const QString path = sandbox.file(text("file.jpg"), file);
+    QString error;
+    QCOMPARE(ExifUtils::removeLocation(path, &error), can);
+    QCOMPARE(error, can ? QString() : text("The EXIF data of the picture is damaged."));
+    const QByteArray after = contentOf(path);
+    QCOMPARE(after.size(), file.size());
+    QCOMPARE(after.contains(latitude(big)), !can);
+    QCOMPARE(after == file, !can);
 }
 
 // A block of more than one segment: only the first has a header.

@@ -91,26 +91,52 @@ Pieces blockAt(const QByteArray& file, int name)
     }
 }
 
+/// Erases the GPS directories of one block. Returns false if it may still state a position.
+bool eraseExifLocation(QByteArray* file, const Pieces& pieces)
+{
+    const QByteArray before = joined(*file, pieces);
+    ExifBlock block;
+    if (!block.parse(before))
+        return !ExifBlock::mayTellGps(before);
+    block.removeGps();
+    QByteArray after = block.composed();
+    if (after.size() > before.size() || ExifBlock::mayTellGps(after))
+        return false;
+    after.append(QByteArray(before.size() - after.size(), '\0'));
+    overwrite(file, pieces, after);
+    return true;
+}
+
 bool eraseExifLocations(QByteArray* file)
 {
+    // Readers ignore the byte after the NUL, and some of them what follows the byte order.
+    const QByteArray name = exifName().left(5);
     const int nameSize = int(exifName().size());
-    for (int at = 0; (at = int(file->indexOf(exifName(), at))) >= 0; at += nameSize) {
-        if (!beginsBlock(*file, at + nameSize))
-            continue;
-        const Pieces pieces = blockAt(*file, at);
-        const QByteArray before = joined(*file, pieces);
-        ExifBlock block;
-        if (!block.parse(before)) {
-            if (ExifBlock::mayTellGps(before))
-                return false;
-            continue;
-        }
-        block.removeGps();
-        QByteArray after = block.composed();
-        if (after.size() > before.size() || ExifBlock::mayTellGps(after))
+    for (int at = 0; (at = int(file->indexOf(name, at))) >= 0; at += nameSize) {
+        const QByteArray order = file->mid(at + nameSize, 2);
+        if ((order == "II" || order == "MM") && !eraseExifLocation(file, blockAt(*file, at)))
             return false;
-        after.append(QByteArray(before.size() - after.size(), '\0'));
-        overwrite(file, pieces, after);
+    }
+    return true;
+}
+
+/// Blocks among Photoshop's resources: signature, number, name, size, data. They need no name of
+/// their own.
+bool eraseResourceLocations(QByteArray* file)
+{
+    const QByteArray head("8BIM\x04\x22", 6); // EXIF
+    for (int at = 0; (at = int(file->indexOf(head, at))) >= 0; at += int(head.size())) {
+        const int name = int(at + head.size());
+        if (name >= file->size())
+            break;
+        const int nameSize = uchar(file->at(name)) + 1;
+        const int size = name + nameSize + nameSize % 2;
+        const qint64 begin = qint64(size) + 4;
+        const qint64 left = file->size() - begin;
+        const qint64 data = qMin(left, qint64(bigEndian<quint32>(*file, size)));
+        if (data > 0 && beginsBlock(*file, int(begin))
+            && !eraseExifLocation(file, {{int(begin), int(data)}}))
+            return false;
     }
     return true;
 }
@@ -358,7 +384,8 @@ void eraseFilmLocations(QByteArray* file)
 
 bool eraseLocation(QByteArray* file)
 {
-    if (!eraseExifLocations(file) || !eraseXmpLocations(file) || !eraseExtendedXmpLocations(file))
+    if (!eraseExifLocations(file) || !eraseResourceLocations(file) || !eraseXmpLocations(file)
+        || !eraseExtendedXmpLocations(file))
         return false;
     eraseFilmLocations(file);
     return true;
