@@ -344,7 +344,8 @@ bool ImageUtils::fusionImage(const QString& folder, const QString& background,
     QPainter painter(&picture);
     painter.drawImage(0, 0, above);
     painter.end();
-    picture.save(folder + output, "PNG");
+    QString ignored;
+    writePicture(picture, folder + output, {"png", -1, false}, &ignored);
     return true;
 }
 

@@ -218,7 +218,8 @@ public:
 
     /// Loads the pictures \a folder + \a overlay and \a folder + \a background (the names are
     /// simply joined: \a folder ends with "/"), paints the overlay over the background at (0, 0)
-    /// and saves the result as a PNG in \a folder + \a output.
+    /// and saves the result as a PNG in \a folder + \a output, as writeProgressiveImage() does: a
+    /// file that is there is replaced only once the new one is complete.
     ///
     /// Returns false only when the overlay cannot be loaded; this is deliberate. If the background
     /// cannot be loaded, nothing is written. \a color is not used.

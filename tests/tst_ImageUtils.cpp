@@ -4,6 +4,7 @@
 #include "ImageUtils.h"
 
 #include "Columns.h"
+#include "FileLimit.h"
 #include "LogCapture.h"
 #include "Sandbox.h"
 #include "TestPictures.h"
@@ -52,6 +53,7 @@ private Q_SLOTS:
     void fusionImage();
     void fusionImageOnTransparency();
     void fusionImageFailures();
+    void fusionImageKeepsOldFile();
 
     void imageExtensions_data();
     void imageExtensions();
@@ -229,6 +231,31 @@ void tst_ImageUtils::fusionImageFailures()
     QCOMPARE(contentOf(path("out.png")), QByteArray("old"));
     QVERIFY(ImageUtils::fusionImage(folder, QStringLiteral("a.png"), QStringLiteral("a.png"),
                                     QColor(), QStringLiteral("none/out.png")));
+}
+
+void tst_ImageUtils::fusionImageKeepsOldFile()
+{
+    const QString folder = mSandbox->root() + QLatin1Char('/');
+    const QString name = QStringLiteral("a.png");
+    writeFile(path("a.png"), encoded(picture(400, 300), "png"));
+    writeFile(path("out.png"), "old");
+    // The system would end the name at the NUL.
+    const QString longer = QStringLiteral("out.png") + QChar() + QLatin1Char('x');
+    LogCapture log;
+    QVERIFY(ImageUtils::fusionImage(folder, name, name, QColor(), longer));
+    QCOMPARE(contentOf(path("out.png")), QByteArray("old"));
+    QVERIFY(!ImageUtils::fusionImage(folder, name, name + QChar(), QColor(), longer));
+#ifdef Q_OS_UNIX
+    {
+        const FileLimit full(RLIMIT_FSIZE, 500);
+        QVERIFY(ImageUtils::fusionImage(folder, name, name, QColor(), QStringLiteral("out.png")));
+    }
+    QCOMPARE(contentOf(path("out.png")), QByteArray("old"));
+#endif
+    QVERIFY(ImageUtils::fusionImage(folder, name, name, QColor(), QStringLiteral("out.png")));
+    QCOMPARE(QImage(path("out.png")).size(), QSize(400, 300));
+    QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList({name, QStringLiteral("out.png")}));
 }
 
 // Names of web images

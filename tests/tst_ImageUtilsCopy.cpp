@@ -169,6 +169,7 @@ private Q_SLOTS:
     void unreadableSource();
     void fileScheme();
     void createsFolders();
+    void pathsWithNul();
     void folderCannotBeCreated();
     void failedCopyIsLogged();
     void emptyPicture();
@@ -715,6 +716,24 @@ void tst_ImageUtilsCopy::createsFolders()
     QVERIFY(!ImageUtils::copyImageFile(path("none.jpg"), path("c/copy.jpg"), true, QSize(100, 100),
                                        noOption));
     QVERIFY(QFileInfo(path("c")).isDir());
+}
+
+/// The system would end such a path at the NUL, and read or write another file.
+void tst_ImageUtilsCopy::pathsWithNul()
+{
+    const QString nul = QChar() + QStringLiteral("x");
+    const QString source = path("source.jpg");
+    writeFile(source, jpeg(picture(400, 300)));
+    LogCapture log;
+    for (const int side : {100, 500}) { // re-encoded, and copied
+        for (const QString& target : {source + nul, path("a") + nul + QStringLiteral("/b.jpg")})
+            QVERIFY(!ImageUtils::copyImageFile(source, target, true, QSize(side, side), noOption));
+        QVERIFY(!ImageUtils::copyImageFile(source + nul, path("b.jpg"), true, QSize(side, side),
+                                           noOption));
+    }
+    QVERIFY(!ImageUtils::imageSize(source + nul).isValid());
+    QCOMPARE(contentOf(source), jpeg(picture(400, 300)));
+    QCOMPARE(namesIn(mSandbox->root()), QStringList(QStringLiteral("source.jpg")));
 }
 
 void tst_ImageUtilsCopy::folderCannotBeCreated()

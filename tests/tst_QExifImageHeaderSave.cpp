@@ -521,6 +521,14 @@ void tst_QExifImageHeaderSave::saveFileErrors()
     QVERIFY(!QFile::exists(missing));
     QVERIFY(!header.saveToJpeg(folder.path()));
     QVERIFY(!header.saveToJpeg(QString()));
+    // The system would end the name at the NUL, and change another file.
+    const QString photo = folder.filePath(QStringLiteral("a.jpg"));
+    const QByteArray content = soi() + exifSegment(fullBlock(big)) + scan();
+    writeFile(photo, content);
+    QVERIFY(!header.saveToJpeg(photo + QChar() + QLatin1Char('b')));
+    QVERIFY(!header.loadFromJpeg(photo + QChar() + QLatin1Char('b')));
+    QVERIFY(header.imageTags().isEmpty());
+    QCOMPARE(contentOf(photo), content);
     QVERIFY(log.records().isEmpty());
 }
 

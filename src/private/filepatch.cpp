@@ -94,6 +94,9 @@ Patched patchAndClose(QFile* file, const FilePatch& patch)
 
 bool openToPatch(QFile* file)
 {
+    // The system would end the path there, and open another file.
+    if (file->fileName().contains(QChar()))
+        return false;
 #if QT_VERSION >= QT_VERSION_CHECK(5, 11, 0)
     return !file->fileName().isEmpty()
         && file->open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered);

@@ -24,7 +24,8 @@ public:
     explicit IntactFile(const QString& path)
         : QFile(path)
     {
-        mIsIntact = !path.isEmpty() && open(QIODevice::ReadOnly);
+        // The system would end the path at a NUL, and open another file.
+        mIsIntact = !path.isEmpty() && !path.contains(QChar()) && open(QIODevice::ReadOnly);
     }
 
     /// Whether the file could be opened and every read succeeded.

@@ -25,6 +25,9 @@ Replacement::~Replacement()
 
 bool Replacement::begin()
 {
+    // The system would end the path there.
+    if (mPath.contains(QChar()))
+        return fail(Failure::NotBegun, qt_error_string(ENOENT));
     const QFileInfo old(mPath);
     mReplaces = old.exists() || old.isSymLink();
     const bool isWrittenTo = mOld == Old::WrittenTo && mReplaces;
