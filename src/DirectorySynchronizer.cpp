@@ -52,6 +52,7 @@ public:
     { }
 
     QString mirrorOf(const QString& path) const;
+    QString refusalOf(const QString& path, const QString& mirror) const;
     bool isInMirror(const QString& path, const QString& root) const
     {
         const Filter current = filter; // which may set another one, or destroy the synchronizer
@@ -64,6 +65,7 @@ public:
     DirectorySynchronizer* const q;
     QString source;
     QString destination;
+    QString startFolder; // the current one when both were set
     DirectoryWatcher* watcher = nullptr; // child of the synchronizer
     Filter filter;
 };
@@ -89,6 +91,12 @@ QString tr(const char* text)
 QString missingFolder()
 {
     return tr(QT_TRANSLATE_NOOP("DirectorySynchronizer", "The folder does not exist."));
+}
+
+QString otherCurrentFolder()
+{
+    return tr(QT_TRANSLATE_NOOP("DirectorySynchronizer",
+                                "The current folder has changed, and the path is relative to it."));
 }
 
 QString outsideOfTheSource()
@@ -167,6 +175,7 @@ bool DirectorySynchronizer::startWatcher(const QString& source, const QString& d
     const QPointer<DirectorySynchronizer> self(this);
     d->source = QDir::cleanPath(source);
     d->destination = QDir::cleanPath(destination);
+    d->startFolder = QDir::currentPath();
     d->watcher->stop();
     checkDirs();
     if (!self)
@@ -264,16 +273,15 @@ void DirectorySynchronizer::onFileDeleted(const QString& path)
     if (!d->isInMirror(path, d->source) || !self)
         return;
     const QString mirror = d->mirrorOf(path);
-    // A path without a mirror is its own mirror, and must not be removed.
-    const bool hasMirror = mirror != path;
+    const QString refusal = d->refusalOf(path, mirror);
     QFile file(mirror);
-    if (hasMirror && OrvaUtilsPrivate::removeOldFile(&file)) {
+    if (refusal.isEmpty() && OrvaUtilsPrivate::removeOldFile(&file)) {
         Q_EMIT log(QStringLiteral("[DEL] %1").arg(mirror));
         if (self)
             Q_EMIT removed(mirror);
     } else {
         d->reportFailure(QStringLiteral("unable to remove ") + mirror, mirror,
-                         hasMirror ? file.errorString() : outsideOfTheSource());
+                         refusal.isEmpty() ? file.errorString() : refusal);
     }
 }
 
@@ -283,12 +291,12 @@ void DirectorySynchronizer::onFileAddedOrModified(const QString& path)
     if (!d->isInMirror(path, d->source) || !self)
         return;
     const QString mirror = d->mirrorOf(path);
-    const bool hasMirror = mirror != path;
+    QString reason = d->refusalOf(path, mirror);
+    const bool hasMirror = reason.isEmpty();
     if (hasMirror && QFileInfo(path).isFile())
         d->removeObstacles(mirror);
     if (hasMirror)
         FileUtils::fileMkPath(mirror, nullptr);
-    QString reason = hasMirror ? QString() : outsideOfTheSource();
     if (hasMirror
         && OrvaUtilsPrivate::copyFile(path, mirror, OrvaUtilsPrivate::OldFile::KeptInTree,
                                       &reason)) {
@@ -311,6 +319,17 @@ QString DirectorySynchronizerPrivate::mirrorOf(const QString& path) const
 {
     QString mirror = path;
     return source.isEmpty() ? path : mirror.replace(source, destination);
+}
+
+/// Why neither \a path nor its \a mirror may be touched, or an empty string.
+QString DirectorySynchronizerPrivate::refusalOf(const QString& path, const QString& mirror) const
+{
+    // A path without a mirror is its own mirror, and must not be removed.
+    if (mirror == path)
+        return outsideOfTheSource();
+    // A relative path leads to another file now, which may be the only copy of something.
+    const bool isRelative = QDir::isRelativePath(source) || QDir::isRelativePath(destination);
+    return isRelative && QDir::currentPath() != startFolder ? otherCurrentFolder() : QString();
 }
 
 bool DirectorySynchronizerPrivate::canBeMirrored() const

@@ -49,8 +49,8 @@ class DirectorySynchronizerPrivate;
 /// is replaced too. This is deliberate. A path outside of the source has no mirror: it is an
 /// error(), and nothing is touched.
 ///
-/// Pass absolute paths. Relative ones mean the current folder of the moment: if that changes, files
-/// there are copied and removed.
+/// Pass absolute paths. Relative ones lead elsewhere once the current folder changes: every change
+/// is an error() then, and no file is touched.
 class ORVAUTILS_EXPORT DirectorySynchronizer : public QObject
 {
     Q_OBJECT

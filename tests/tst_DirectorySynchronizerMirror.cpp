@@ -96,6 +96,7 @@ private Q_SLOTS:
     void unreadableForAMoment();
     void filter();
     void filterOfFullSync();
+    void currentFolderChanges();
     void filterChangesItself();
     void filterDestroysIt();
     void observedFullSync();
@@ -482,6 +483,39 @@ void tst_DirectorySynchronizerMirror::filterOfFullSync()
     QCOMPARE(treeOf(mDestination),
              QStringList({QStringLiteral(".hidden=content"), QStringLiteral("a=content"),
                           QStringLiteral("x/"), QStringLiteral("x/lockfile=content")}));
+}
+
+void tst_DirectorySynchronizerMirror::currentFolderChanges()
+{
+    // What has the same relative path below another folder is not the mirror.
+    const QString source = QStringLiteral("src");
+    const QString file = QStringLiteral("src/a");
+    const QString mirror = QStringLiteral("dst/a");
+    mSandbox->file(file, "new");
+    const QString other = mSandbox->file(QStringLiteral("other/dst/a"), "only copy");
+    mSandbox->file(QStringLiteral("other/src/a"), "other");
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(mSandbox->root()));
+    SpiedSynchronizer synchronizer;
+    QVERIFY(synchronizer.startWatcher(source, QStringLiteral("dst")));
+    synchronizer.onFileAddedOrModified(file);
+    QVERIFY(QDir::setCurrent((*mSandbox)(QStringLiteral("other"))));
+    synchronizer.onFileAddedOrModified(file);
+    synchronizer.onFileDeleted(file);
+    QVERIFY(QDir::setCurrent(before));
+
+    QCOMPARE(synchronizer.mirrors.size(), 1);
+    QCOMPARE(synchronizer.removals.size(), 0);
+    QCOMPARE(textsOf(synchronizer.errors),
+             QStringList({QStringLiteral("unable to copy ") + file,
+                          QStringLiteral("unable to remove ") + mirror}));
+    const QString reason =
+        QStringLiteral("The current folder has changed, and the path is relative to it.");
+    QCOMPARE(argumentsOf(synchronizer.failures, 0), QStringList({file, reason}));
+    QCOMPARE(argumentsOf(synchronizer.failures, 1), QStringList({mirror, reason}));
+    QFile kept(other);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("only copy"));
 }
 
 void tst_DirectorySynchronizerMirror::filterChangesItself()
