@@ -100,6 +100,8 @@ void tst_FileSystemGuiService::openProgramDoesNotWait()
         &parent, QStringLiteral("Picture Viewer"),
         {QStringLiteral("/a b.jpg"), QString(QLatin1String("")), QStringLiteral("-x")}));
     QCOMPARE(calledWith(), QStringList(QStringLiteral("(not called)")));
+    const QIODevice::OpenMode mode = parent.findChild<QProcess*>()->openMode();
+    QCOMPARE(mode & QIODevice::ReadWrite, QIODevice::OpenMode(QIODevice::ReadWrite));
     QFile file(gate);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QTRY_COMPARE(calledWith(),
