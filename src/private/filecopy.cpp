@@ -44,14 +44,8 @@ CopyResult writeCopy(QFile& source, const QString& destination, OldFile oldFile,
         return isKept ? CopyResult::CannotRemove : CopyResult::CannotCopy;
     }
     copy.setStoredFirst(isReplaced && !isInTree);
-    if (!copyContent(source, copy.device())) {
-        // What was copied by the system, past the two files, left its error with the system.
-        const QString ofSystem = qt_error_string(errno);
-        const bool isOfSource = source.error() != QFileDevice::NoError;
-        const QFile& failed = isOfSource ? source : copy.device();
-        *reason = failed.error() == QFileDevice::NoError ? ofSystem : failed.errorString();
+    if (!copyContent(source, copy.device(), reason))
         return CopyResult::CannotCopy;
-    }
     // A failure is ignored: some file systems have no permissions.
     setPermissions(&copy.device(), source.permissions());
     if (copy.commit())

@@ -23,6 +23,15 @@ bool copyPieces(QFile& source, QFile& destination, qint64 size)
     return true;
 }
 
+bool copyRest(QFile& source, QFile& destination, QString* reason)
+{
+    if (copyPieces(source, destination))
+        return true;
+    const QFile& failed = source.error() != QFileDevice::NoError ? source : destination;
+    *reason = failed.errorString();
+    return false;
+}
+
 QString pathBeside(const QString& path)
 {
     const QByteArray name = ".orvautils-" + QUuid::createUuid().toRfc4122().toHex();

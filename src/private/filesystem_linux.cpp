@@ -275,12 +275,15 @@ bool copyContent(int source, int destination, qint64 size)
     }
 }
 
-bool copyContent(QFile& source, QFile& destination)
+bool copyContent(QFile& source, QFile& destination, QString* reason)
 {
     // A resource has no descriptor.
     if (source.handle() < 0 || source.pos() != 0 || destination.pos() != 0)
-        return copyPieces(source, destination);
-    return copyContent(source.handle(), destination.handle(), source.size());
+        return copyRest(source, destination, reason);
+    if (copyContent(source.handle(), destination.handle(), source.size()))
+        return true;
+    *reason = qt_error_string(errno);
+    return false;
 }
 
 bool openUnnamed(QFile* file, const QString& folder)

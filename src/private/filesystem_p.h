@@ -23,6 +23,10 @@ namespace OrvaUtilsPrivate {
 /// \a destination. Returns false if reading or writing failed, or if there were fewer bytes.
 bool copyPieces(QFile& source, QFile& destination, qint64 size = -1);
 
+/// Appends the unread rest of \a source to \a destination, through both files. Returns false, with
+/// the reason in \a reason, if reading or writing failed.
+bool copyRest(QFile& source, QFile& destination, QString* reason);
+
 /// An unused hidden path in the folder of \a path, for something that is completed there and then
 /// moved over \a path.
 QString pathBeside(const QString& path);
@@ -35,11 +39,11 @@ QString pathBeside(const QString& path);
 /// Otherwise sets \a size to the size of the file, in bytes.
 bool copyNewFile(const QString& source, const QString& destination, qint64* size);
 
-/// Appends the unread rest of \a source to \a destination. Returns false if reading or writing
-/// failed.
-bool copyContent(QFile& source, QFile& destination);
+/// The same as copyRest(), in a faster way if there is one.
+bool copyContent(QFile& source, QFile& destination, QString* reason);
 
-/// The same for file descriptors. \a size is the expected number of bytes, and may be wrong.
+/// The same for file descriptors; the system keeps the reason. \a size is the expected number of
+/// bytes, and may be wrong.
 bool copyContent(int source, int destination, qint64 size);
 
 /// Exchanges two folders in one step. Returns false if that failed or is not supported.

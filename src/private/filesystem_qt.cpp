@@ -19,9 +19,9 @@ bool copyNewFile(const QString&, const QString&, qint64*)
     return false;
 }
 
-bool copyContent(QFile& source, QFile& destination)
+bool copyContent(QFile& source, QFile& destination, QString* reason)
 {
-    return copyPieces(source, destination);
+    return copyRest(source, destination, reason);
 }
 
 bool copyContent(int source, int destination, qint64)
