@@ -21,7 +21,8 @@ using namespace OrvaUtilsPrivate;
 namespace {
 
 /// The picture, if it is small enough to be decoded quickly; otherwise null, also if the library
-/// would not decode it.
+/// would not decode it. Always in the same format: Qt also says that a picture may be transparent
+/// when only a block of the file says so that has no content.
 QImage decoded(const QByteArray& file, const QByteArray& format)
 {
     QBuffer buffer;
@@ -33,8 +34,8 @@ QImage decoded(const QByteArray& file, const QByteArray& format)
     reader.setAutoTransform(false);
     const QSize size = canvasOf(reader);
     const qint64 smallSize = 64 * 64;
-    return size.isValid() && qint64(size.width()) * size.height() <= smallSize ? reader.read()
-                                                                               : QImage();
+    const bool isSmall = size.isValid() && qint64(size.width()) * size.height() <= smallSize;
+    return isSmall ? reader.read().convertToFormat(QImage::Format_RGBA64) : QImage();
 }
 
 bool namesGps(const QStringRef& name)
