@@ -3,7 +3,11 @@
 
 #include "PictureCheck.h"
 
+#include <QHash>
+#include <QPair>
 #include <QSet>
+#include <QStringList>
+#include <QVector>
 #include <QXmlStreamReader>
 
 namespace {
@@ -90,18 +94,69 @@ QString attributeReason(const QXmlStreamAttribute& attribute)
         return SvgGuard::tr("holds a script in an attribute \"%1\"")
             .arg(attribute.qualifiedName().toString());
     const bool isAddress = name == QLatin1String("href") || name == QLatin1String("src")
-        || attribute.qualifiedName() == QLatin1String("xml:base");
+        || name == QLatin1String("ping") || attribute.qualifiedName() == QLatin1String("xml:base");
     if (isAddress && !staysInside(value))
         return SvgGuard::tr("refers to \"%1\"").arg(attribute.value().toString().left(80));
-    const bool isCss = name == QLatin1String("style") || value.contains(QLatin1String("url("));
+    // The values of most attributes are CSS, in which a function may be spelled with escapes.
+    const bool isCss = name == QLatin1String("style") || value.contains(QLatin1String("url("))
+        || (attribute.namespaceUri().isEmpty() && value.contains(QLatin1Char('(')));
     return isCss ? styleReason(attribute.value().toString()) : QString();
 }
 
+/// Counts how often parts of a picture are drawn. A part that uses another one twice, which uses
+/// another one twice, and so on: a small file can ask for more than any program can draw.
+class Copies
+{
+public:
+    static const int limit = 100000;
+
+    void begin(const QXmlStreamReader& xml)
+    {
+        const QString outer = mOpen.isEmpty() ? QString() : mOpen.last();
+        const QXmlStreamAttributes attributes = xml.attributes();
+        const QString id = attributes.value(QLatin1String("id")).toString();
+        mOpen.append(id.isEmpty() ? outer : id);
+        if (mOpen.last() != outer)
+            mParts[outer].append({id, 0});
+        for (const QXmlStreamAttribute& attribute : attributes) {
+            if (xml.name() == QLatin1String("use") && attribute.name() == QLatin1String("href"))
+                mParts[mOpen.last()].append({attribute.value().toString().trimmed().mid(1), 1});
+        }
+    }
+
+    void end() { mOpen.removeLast(); }
+
+    bool areTooMany() { return countOf(QString(), 0) > limit; }
+
+private:
+    int countOf(const QString& id, int depth)
+    {
+        const int deepest = 500; // deeper than any drawing; a part that uses itself is endless
+        if (depth > deepest)
+            return limit + 1;
+        const auto known = mCounts.constFind(id);
+        if (known != mCounts.constEnd())
+            return known.value();
+        int count = 0;
+        const QVector<QPair<QString, int>> parts = mParts.value(id);
+        for (int i = 0; i < parts.size() && count <= limit; ++i)
+            count += parts.at(i).second + countOf(parts.at(i).first, depth + 1);
+        mCounts.insert(id, count);
+        return count;
+    }
+
+    QStringList mOpen; ///< for each open element the nearest id
+    QHash<QString, QVector<QPair<QString, int>>> mParts; ///< by id: inside it (0), or used (1)
+    QHash<QString, int> mCounts;
+};
+
 /// Why an element or its attributes are refused, as the end of a sentence; empty if they are fine.
-QString elementReason(const QXmlStreamReader& xml)
+/// A browser leaves out an element in a style sheet and joins what stands around it.
+QString elementReason(const QXmlStreamReader& xml, bool inStyle)
 {
     const QString name = xml.name().toString().toLower();
-    if (isActive(name) || xml.namespaceUri() == QLatin1String("http://www.w3.org/1999/xhtml"))
+    if (inStyle || isActive(name)
+        || xml.namespaceUri() == QLatin1String("http://www.w3.org/1999/xhtml"))
         return SvgGuard::tr("holds an element \"%1\"").arg(xml.name().toString());
     const QXmlStreamAttributes attributes = xml.attributes();
     for (const QXmlStreamAttribute& attribute : attributes) {
@@ -120,6 +175,7 @@ Defect SvgGuard::defectOf(QIODevice* device)
     bool isFirst = true;
     bool inStyle = false;
     QString css;
+    Copies copies;
     while (!xml.atEnd()) {
         QString reason;
         switch (xml.readNext()) {
@@ -141,15 +197,17 @@ Defect SvgGuard::defectOf(QIODevice* device)
                         tr("is not an SVG picture: its first element is not svg in the SVG "
                            "namespace")};
             isFirst = false;
+            copies.begin(xml);
+            reason = elementReason(xml, inStyle);
             inStyle = xml.name().compare(QLatin1String("style"), Qt::CaseInsensitive) == 0;
             css.clear();
-            reason = elementReason(xml);
             break;
         case QXmlStreamReader::Characters:
             if (inStyle)
                 css += xml.text();
             break;
         case QXmlStreamReader::EndElement:
+            copies.end();
             if (inStyle)
                 reason = styleReason(css);
             inStyle = false;
@@ -166,5 +224,7 @@ Defect SvgGuard::defectOf(QIODevice* device)
         return {WorkItem::Undecodable,
                 tr("is not a well-formed SVG picture (line %1: %2)")
                     .arg(QString::number(xml.lineNumber()), xml.errorString())};
+    if (copies.areTooMany())
+        return {WorkItem::Unsuitable, tr("uses its own parts too often")};
     return {};
 }

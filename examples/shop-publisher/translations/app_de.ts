@@ -646,6 +646,10 @@ Rückgabewert: 0 alles importiert, 1 manches misslungen, 2 falscher Aufruf, 130 
         <translation>wird nicht veröffentlicht, weil %1 (Zeile %2)</translation>
     </message>
     <message>
+        <source>uses its own parts too often</source>
+        <translation>verwendet seine eigenen Teile zu oft</translation>
+    </message>
+    <message>
         <source>is not a well-formed SVG picture (line %1: %2)</source>
         <translation>ist kein wohlgeformtes SVG-Bild (Zeile %1: %2)</translation>
     </message>

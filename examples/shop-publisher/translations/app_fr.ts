@@ -646,6 +646,10 @@ Code de retour : 0 tout est importé, 1 il y a des échecs, 2 mauvais emploi, 13
         <translation>n’est pas publiée : %1 (ligne %2)</translation>
     </message>
     <message>
+        <source>uses its own parts too often</source>
+        <translation>utilise trop souvent ses propres parties</translation>
+    </message>
+    <message>
         <source>is not a well-formed SVG picture (line %1: %2)</source>
         <translation>n’est pas une image SVG bien formée (ligne %1 : %2)</translation>
     </message>
