@@ -290,7 +290,9 @@ QString Site::writeRecord(const Published& record)
 
 void Site::remove(const QString& place)
 {
-    mRemovals.insert(place);
+    // Somebody who can write to the site may have changed the record, which names it.
+    if (liesIn(QDir::cleanPath(path(place)), mFolder))
+        mRemovals.insert(place);
 }
 
 QMap<QString, QString> Site::commit()

@@ -106,7 +106,7 @@ public:
     QString writeRecord(const Published& record);
 
     /// Removes the file at \a place with the next commit(), and the sub-folders that are empty
-    /// then. It need not exist.
+    /// then. It need not exist. A place outside the site is ignored.
     void remove(const QString& place);
 
     /// Turns the old site into the new one. All drafts are complete by then, so this needs no disk
