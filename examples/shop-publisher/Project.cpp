@@ -161,7 +161,12 @@ void giveSiteNames(QVector<Photograph>* photographs)
     for (const Photograph& photograph : all)
         wanted.insert(fileSystemKey(photograph.name));
 
+    // "a.jpg.webp" is also what "a.jpg" is called in WebP.
+    const QLatin1String webp(".webp");
     QSet<QString> taken;
+    const auto isTaken = [&](const QString& name) {
+        return taken.contains(fileSystemKey(name)) || taken.contains(fileSystemKey(name + webp));
+    };
     QHash<QString, int> numbers;
     for (Photograph& photograph : *photographs) {
         QString wish = photograph.name;
@@ -169,7 +174,7 @@ void giveSiteNames(QVector<Photograph>* photographs)
             wish = wish.left(wish.lastIndexOf(QLatin1Char('.'))) + QLatin1String(".jpg");
         QString name = wish;
         const bool isOther = wish != photograph.name && wanted.contains(fileSystemKey(wish));
-        if (isOther || taken.contains(fileSystemKey(name))) {
+        if (isOther || isTaken(name)) {
             const int dot = int(name.lastIndexOf(QLatin1Char('.')));
             // Continue after the last number given to this name.
             int& number = numbers[fileSystemKey(wish)];
@@ -177,9 +182,10 @@ void giveSiteNames(QVector<Photograph>* photographs)
             do {
                 name =
                     wish.left(dot) + QLatin1Char('-') + QString::number(number++) + wish.mid(dot);
-            } while (taken.contains(fileSystemKey(name)) || wanted.contains(fileSystemKey(name)));
+            } while (isTaken(name) || wanted.contains(fileSystemKey(name)));
         }
         taken.insert(fileSystemKey(name));
+        taken.insert(fileSystemKey(name + webp));
         photograph.siteName = name;
     }
 }
