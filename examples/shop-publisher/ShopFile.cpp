@@ -551,6 +551,12 @@ bool ShopFile::exists() const
 bool ShopFile::read(const QVector<Photograph>& photographs, Shop* shop)
 {
     QFile file(mProject.shopFile());
+    const QFileInfo info(file);
+    if (info.exists() && !info.isFile()
+        && !info.isDir()) { // reading a pipe or a device might never end
+        ORVAUTILS_SET_ERROR(failure(Unsuitable, Project::tr("is not a file")));
+        return false;
+    }
     if (!file.open(QIODevice::ReadOnly)) {
         ORVAUTILS_SET_ERROR(
             failure(Unreadable, tr("cannot be opened (%1)").arg(file.errorString())));
