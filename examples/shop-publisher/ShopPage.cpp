@@ -236,7 +236,8 @@ private:
         QVariantList more;
         for (int i = 1; i < product.photos.size(); ++i)
             more.append(picture(product.photos.at(i),
-                                QStringLiteral("%1 (%2)").arg(name).arg(i + 1), true, true));
+                                QStringLiteral("%1 (%2)").arg(name, QString::number(i + 1)), true,
+                                true));
         return Template::values({{"id", product.id},
                                  {"name", name},
                                  {"text", product.description.value(mLanguage)},
