@@ -288,6 +288,10 @@ int main(int argc, char* argv[])
 #ifdef SIGPIPE
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 #endif
+    // A file larger than the system allows is treated like one for which the disk has no room.
+#ifdef SIGXFSZ
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+#endif
     const auto application = makeApplication(argc, argv);
     CoreApplicationUtils::initStartupVars();
     // Before anything is created in the site, and until it is cleaned up again.
