@@ -65,6 +65,7 @@ private Q_SLOTS:
     void removeContentDirectoryLinks();
     void removeContentDirectoryStopsAtAFile();
     void removeContentDirectoryStopsAtAFolder();
+    void removeContentDirectoryLeavesWhatComesLater();
     void removeContentDirectoryUnreadable();
 
     void removeEmptyDirs_data();
@@ -795,6 +796,27 @@ void tst_FileUtilsTrees::removeContentDirectoryStopsAtAFolder()
             text(
                 "critical orvautils FileUtils removeContentDirectory: enable to removeRecursively ")
             + box(text("t/sub"))));
+}
+
+void tst_FileUtilsTrees::removeContentDirectoryLeavesWhatComesLater()
+{
+    SKIP_ON_WINDOWS(
+        "no permission there refuses reading, and under wine none refuses writing to root");
+    // None of the three folders can be removed, only one of the files in it. The first folder,
+    // whichever it is, stops the removal.
+    Sandbox box;
+    for (const QString& name : {text("t/a/"), text("t/b/"), text("t/c/")}) {
+        box.file(name + text("loose"));
+        box.file(name + text("locked/file"));
+        box.lock(box(name + text("locked")), 0555);
+        changeMode(box(name), 0777);
+    }
+    changeMode(box(text("t")), 0777);
+    const OrdinaryUser user;
+    LogCapture log;
+    QVERIFY(!FileUtils::removeContentDirectory(box(text("t")), true));
+    QCOMPARE(log.lines().size(), 1);
+    QCOMPARE(treeOf(box(text("t"))).filter(text("/loose")).size(), 2);
 }
 
 void tst_FileUtilsTrees::removeContentDirectoryUnreadable()
