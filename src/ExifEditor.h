@@ -102,7 +102,7 @@ public:
     /// Discards the block and all values that were set.
     void clear();
 
-    /// Whether there is no block and no tag has been set.
+    /// Whether there is no block and no tag, because none was set or all were removed again.
     bool isEmpty() const;
 
     /// The byte order of the block, little endian if there is none.

@@ -184,6 +184,19 @@ void tst_ExifEditor::emptyEditor()
     QVERIFY(editor.isEmpty());
     const QByteArray file = jpegOf(smallBlock(big));
     QCOMPARE(savedInto(&editor, file), file);
+
+    // Tags that were set and removed again leave nothing to save.
+    editor.setOrientation(6);
+    editor.setValue(Header::GPSLatitudeRef, QExifValue(text("N")));
+    QVERIFY(!editor.isEmpty());
+    editor.removeGps();
+    QVERIFY(!editor.isEmpty());
+    editor.setOrientation(0);
+    QVERIFY(editor.isEmpty());
+    QCOMPARE(savedInto(&editor, file), file);
+    editor.setOrientation(6);
+    QCOMPARE(editor.orientation(), 6);
+    QVERIFY(!editor.isEmpty());
 }
 
 void tst_ExifEditor::loadFails_data()

@@ -298,7 +298,9 @@ QVector<ExifBlock::Range> ExifBlock::pictureData(const Ifd& ifd) const
 
 bool ExifBlock::isEmpty() const
 {
-    return mIfds.empty();
+    return mBlock.isEmpty() && std::all_of(mIfds.begin(), mIfds.end(), [](const Ifd& ifd) {
+               return ifd.entries.empty();
+           });
 }
 
 int ExifBlock::indexOf(Directory directory) const
