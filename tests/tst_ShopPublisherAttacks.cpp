@@ -40,6 +40,7 @@ private Q_SLOTS:
     void forgedRecord();
     void namesThatMeetInTheSite();
     void shopThatIsNoFile();
+    void limitOfTheFileSize();
     void deadLocks();
     void nothingTellsThePlace_data();
     void nothingTellsThePlace();
@@ -505,6 +506,23 @@ void tst_ShopPublisherAttacks::shopThatIsNoFile()
     QVERIFY(QFile::link(text("/dev/zero"), shop));
     outcome = publish();
     QVERIFY2(outcome.err.contains(text("shop.json: is not a file\n")), qPrintable(outcome.err));
+}
+
+void tst_ShopPublisherAttacks::limitOfTheFileSize()
+{
+    SKIP_ON_WINDOWS("there is no such limit");
+    writeFile(photo("a.jpg"), encoded(corners(2400, 1800), "jpg"));
+    QProcess process;
+    process.setProcessEnvironment(environmentFor(mHome));
+    process.start(text("sh"),
+                  {text("-c"), text("ulimit -f 1; exec \"$@\""), text("sh"),
+                   QStringLiteral(SHOP_PUBLISHER), mProject, mSite});
+    const Outcome outcome = outcomeOf(process);
+    QCOMPARE(outcome.exitCode, someFailed);
+    QVERIFY2(outcome.err.contains(text("a.jpg: cannot be saved in the site")),
+             qPrintable(outcome.err));
+    QVERIFY(!QFileInfo::exists(mProject + text("/lockfile")));
+    QCOMPARE(publish().exitCode, allImported);
 }
 
 void tst_ShopPublisherAttacks::deadLocks()
