@@ -39,6 +39,7 @@ private Q_SLOTS:
     void photographThatLeftLeavesTheSite();
     void forgedRecord();
     void namesThatMeetInTheSite();
+    void longestName();
     void shopThatIsNoFile();
     void limitOfTheFileSize();
     void deadLocks();
@@ -491,6 +492,17 @@ void tst_ShopPublisherAttacks::namesThatMeetInTheSite()
     QVERIFY(QFileInfo::exists(mSite + text("/images/a.jpg-2.webp")));
     QVERIFY(!QFileInfo::exists(mSite + text("/images/a.jpg.webp")));
     QVERIFY(siteFile(text("shop-en.html")).contains("alt=\"Half %1 (2)\""));
+}
+
+void tst_ShopPublisherAttacks::longestName()
+{
+    SKIP_ON_WINDOWS("a whole path is no longer than that there");
+    const QString name = QString(251, QLatin1Char('n')) + text(".jpg");
+    writeFile(photo(name), encoded(corners(1000, 700), "jpg"));
+    const Outcome outcome =
+        publishShop(shopWith("\"Shop\"").replace("\"a.jpg\"", '"' + name.toUtf8() + '"'));
+    QVERIFY2(outcome.exitCode == allImported, qPrintable(outcome.err));
+    QVERIFY(QFileInfo::exists(mSite + text("/sizes/960/") + name));
 }
 
 void tst_ShopPublisherAttacks::shopThatIsNoFile()

@@ -34,6 +34,9 @@ const int interruptionMilliseconds = 20;
 /// WebP is offered besides another format if it takes at most this percentage of its bytes.
 const int webpPercent = 80;
 
+/// The bytes of the name of a file, at most, on most systems. ".webp" is added to it.
+const int longestName = 255;
+
 /// Size in CSS pixels of a thumbnail: it fills the limit, but only a drawing is enlarged.
 QSize shownSize(const QSize& pixels, bool isDrawing)
 {
@@ -106,7 +109,8 @@ QVector<PictureImporter::Draft> PictureImporter::draftsOf(const Photograph& phot
     for (const int size : moreSizes)
         add(place(size), size, format);
     static const bool hasWebp = QImageWriter::supportedImageFormats().contains("webp");
-    if (suffix == QLatin1String("webp") || !hasWebp)
+    const bool hasRoom = QFile::encodeName(QFileInfo(name).fileName()).size() <= longestName - 5;
+    if (suffix == QLatin1String("webp") || !hasWebp || !hasRoom)
         return drafts;
     for (const int size : {moreSizes[0], thumbPixels, moreSizes[1]})
         add(place(size) + QLatin1String(".webp"), size, QByteArrayLiteral("webp"));
