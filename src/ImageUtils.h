@@ -193,9 +193,10 @@ public:
     /// - a picture with transparent pixels is painted on white if the format has no transparency.
     ///
     /// GIF and SVG files are not encoded: without another ImageImport::format they are copied
-    /// whatever their size is, except for the metadata of a GIF. The metadata of a TIFF and of
-    /// other formats that are not named here is not analysed: unless all of it is wanted, the
-    /// picture is re-encoded without it.
+    /// whatever their size is, except for the metadata of a GIF. The metadata of a TIFF (EXIF
+    /// without a maker note, and XMP) is carried into another format, up to 128 KB of it; a TIFF
+    /// never gets any. That of formats that are not named here is not analysed: unless all of it is
+    /// wanted, the picture is re-encoded without it.
     ///
     /// \a src is only read, and nothing is lost at \a dst, as with copyImageFile(): unless the
     /// import succeeds, what was there is unchanged. A picture that is too large is refused after

@@ -7,6 +7,7 @@
 #include "ImageImport.h"
 
 #include "Columns.h"
+#include "ExifEditor.h"
 #include "ImageImporter.h"
 #include "ImageUtils.h"
 #include "JpegParts.h"
@@ -88,6 +89,43 @@ QByteArray exifBlock(int size = 5)
     return block + QByteArray::fromHex("1a00000000000000") + artist;
 }
 
+/// A grey TIFF of 2 x 1 pixels with an author, a copyright, a date, a maker note, a position and an
+/// XMP packet of 80 bytes.
+QByteArray tiffWithMetadata(QDataStream::ByteOrder order, const QByteArray& xmp)
+{
+    TiffBuilder tiff(order);
+    // 8: IFD0, 14 entries
+    tiff.tiff(8)
+        .u16(14)
+        .shorts(0x0100, 1, 2) // ImageWidth
+        .shorts(0x0101, 1, 1) // ImageLength
+        .shorts(0x0102, 1, 8) // BitsPerSample
+        .shorts(0x0103, 1, 1) // Compression: none
+        .shorts(0x0106, 1, 1) // PhotometricInterpretation: black is 0
+        .entry(0x0111, 4, 1, 182) // StripOffsets
+        .shorts(0x0115, 1, 1) // SamplesPerPixel
+        .shorts(0x0116, 1, 1) // RowsPerStrip
+        .entry(0x0117, 4, 1, 2) // StripByteCounts
+        .entry(0x013B, 2, 6, 184) // Artist
+        .entry(0x02BC, 1, 80, 190) // XMP
+        .entry(0x8298, 2, 10, 270) // Copyright
+        .entry(0x8769, 4, 1, 280) // the Exif sub-IFD
+        .entry(0x8825, 4, 1, 336) // the GPS sub-IFD
+        .u32(0);
+    tiff.raw(hex("20E0")); // 182: the pixels
+    tiff.raw(QByteArray("Gr\xC3\xBCn\0", 6)); // 184: Artist, in UTF-8
+    tiff.raw(xmp.leftJustified(80)); // 190
+    tiff.raw(QByteArray("(c) Gruen\0", 10)); // 270: Copyright
+    // 280: Exif sub-IFD, 2 entries, no next one
+    tiff.u16(2).entry(0x9003, 2, 20, 310).entry(0x927C, 7, 6, 330).u32(0);
+    tiff.raw(QByteArray("2024:05:06 07:08:09\0", 20)); // 310: DateTimeOriginal
+    tiff.raw("MAKER!"); // 330
+    // 336: GPS sub-IFD, 2 entries, no next one
+    tiff.u16(2).bytes(0x0001, 2, 2, QByteArray("N\0\0\0", 4)).entry(0x0002, 5, 3, 366).u32(0);
+    tiff.u32(47).u32(1).u32(30).u32(1).u32(5).u32(2); // 366: GPSLatitude
+    return tiff;
+}
+
 const QByteArray brokenXmp = QByteArrayLiteral("XML:com.adobe.xmp\0\0\0without an end");
 
 } // namespace
@@ -113,6 +151,9 @@ private Q_SLOTS:
     void jpegWithEmptyTables();
     void jpegWithMissingTable();
     void iptcWithTangledBlock();
+    void metadataOfTiff_data();
+    void metadataOfTiff();
+    void tiffWithManyPointers();
     void jpegWithoutPicture();
     void tooMuchForJpeg();
     void tooWideForTheFormat();
@@ -403,6 +444,75 @@ void tst_ImageImportContainers::tooWideForTheFormat()
     QCOMPARE(result.error, text("\"copy\" cannot be saved."));
     QCOMPARE(contentOf(path("copy")), QByteArray("before"));
     QCOMPARE(log.lines().filter(text("ImageUtils importImage")).size(), 1);
+}
+
+void tst_ImageImportContainers::metadataOfTiff_data()
+{
+    const auto row = columns<int, int, bool, bool, bool>("order", "metadata", "hasCopyright",
+                                                         "hasPosition", "hasXmp");
+    for (const int order : {int(QDataStream::LittleEndian), int(QDataStream::BigEndian)}) {
+        const QByteArray name = order == QDataStream::LittleEndian ? "little" : "big";
+        row(name + ", none", order, int(ImageImport::NoMetadata), false, false, false);
+        row(name + ", copyright", order, int(ImageImport::CopyrightAndDate), true, false, false);
+        row(name + ", no place", order, int(ImageImport::AllButLocation), true, false, true);
+        row(name + ", all", order, int(ImageImport::AllMetadata), true, true, true);
+    }
+}
+
+// A TIFF that becomes a JPEG takes along what is wanted of its metadata.
+void tst_ImageImportContainers::metadataOfTiff()
+{
+    QFETCH(int, order);
+    QFETCH(int, metadata);
+    QFETCH(bool, hasCopyright);
+    QFETCH(bool, hasPosition);
+    QFETCH(bool, hasXmp);
+    if (!QImageReader::supportedImageFormats().contains("tiff"))
+        QSKIP("Qt's plugin for TIFF is not installed");
+    const QByteArray xmp = "<x:xmpmeta xmlns:x='adobe:ns:meta/'>told</x:xmpmeta>";
+    ImageImport how;
+    how.format = "jpeg";
+    how.metadata = static_cast<ImageImport::Metadata>(metadata);
+    const QByteArray source = tiffWithMetadata(static_cast<QDataStream::ByteOrder>(order), xmp);
+    QCOMPARE(int(import(source, how).status), int(ImageImportResult::Imported));
+    QCOMPARE(QImage(path("copy"), "jpeg").size(), QSize(2, 1));
+
+    ExifEditor editor;
+    QVERIFY(editor.load(path("copy")));
+    QCOMPARE(editor.value(QExifImageHeader::Artist).toString(),
+             hasCopyright ? QString::fromLatin1("Gr\xC3\xBCn") : QString());
+    QCOMPARE(editor.value(QExifImageHeader::Copyright).toString(),
+             hasCopyright ? text("(c) Gruen") : QString());
+    QCOMPARE(editor.dateTimeOriginal().isValid(), hasCopyright);
+    if (hasCopyright)
+        QCOMPARE(editor.dateTimeOriginal(), QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)));
+    QCOMPARE(!editor.value(QExifImageHeader::GPSLatitude).isNull(), hasPosition);
+    const QByteArray copy = contentOf(path("copy"));
+    QCOMPARE(copy.contains("told"), hasXmp);
+    QVERIFY(!copy.contains("MAKER!")); // it would refer to places in the TIFF
+    QCOMPARE(contentOf(path("source")), source);
+}
+
+// A file that leads to the same large directory again and again is not read again and again: that
+// would take minutes.
+void tst_ImageImportContainers::tiffWithManyPointers()
+{
+    if (!QImageReader::supportedImageFormats().contains("tiff"))
+        QSKIP("Qt's plugin for TIFF is not installed");
+    const QByteArray picture = tiffWithMetadata(QDataStream::LittleEndian, QByteArray());
+    const int storage = 9; // the entries about the pixels
+    const int pointers = 60000;
+    const auto place = quint32(picture.size());
+    TiffBuilder file(QDataStream::LittleEndian);
+    file.tiff(place).raw(picture.mid(file.size()));
+    file.u16(storage + pointers).raw(picture.mid(10, storage * 12));
+    for (int i = 0; i < pointers; ++i)
+        file.entry(0x8769, 4, 1, place); // the Exif sub-IFD: this directory
+    file.u32(0);
+    ImageImport how;
+    how.format = "jpeg";
+    const LogCapture log;
+    QCOMPARE(int(import(file, how).status), int(ImageImportResult::NotReadable));
 }
 
 void tst_ImageImportContainers::cancelledWhileItWaits()

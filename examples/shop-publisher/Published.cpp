@@ -10,7 +10,7 @@
 namespace {
 
 /// To be changed whenever the same photographs would give different pictures.
-const QLatin1String recipe(SHOP_PUBLISHER_VERSION "-2");
+const QLatin1String recipe(SHOP_PUBLISHER_VERSION "-3");
 
 QJsonArray sizeToJson(const QSize& size)
 {

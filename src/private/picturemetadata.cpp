@@ -26,6 +26,8 @@ MetadataFindings readMetadata(const QByteArray& file, const QByteArray& format)
         return readWebpMetadata(file);
     if (format == "gif")
         return readGifMetadata(file);
+    if (format == "tiff")
+        return readTiffMetadata(file);
     return MetadataFindings();
 }
 

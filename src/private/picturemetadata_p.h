@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // PictureMetadata: the metadata of a picture file; how it is read from and written to the formats
-// that can carry it: JPEG, PNG, WebP and GIF.
+// that can carry it: JPEG, PNG, WebP and GIF. From a TIFF it is only read.
 
 #ifndef ORVAUTILS_PICTUREMETADATA_P_H
 #define ORVAUTILS_PICTUREMETADATA_P_H
@@ -46,8 +46,8 @@ struct MetadataFindings
 /// Whether withMetadata() knows \a format.
 bool canCarryMetadata(const QByteArray& format);
 
-/// Reads the metadata in \a file, a picture of \a format ("jpeg", "png", "webp", "gif"; nothing is
-/// found in any other).
+/// Reads the metadata in \a file, a picture of \a format ("jpeg", "png", "webp", "gif", "tiff";
+/// nothing is found in any other).
 MetadataFindings readMetadata(const QByteArray& file, const QByteArray& format);
 
 /// \a file with \a metadata instead of its own; null if \a file is not of \a format, or if it is so
@@ -70,6 +70,8 @@ QByteArray pngWithMetadata(const QByteArray& file, const PictureMetadata& metada
 
 MetadataFindings readWebpMetadata(const QByteArray& file);
 QByteArray webpWithMetadata(const QByteArray& file, const PictureMetadata& metadata);
+
+MetadataFindings readTiffMetadata(const QByteArray& file);
 
 MetadataFindings readGifMetadata(const QByteArray& file);
 QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metadata);
