@@ -8,6 +8,22 @@
 
 namespace OrvaUtilsPrivate {
 
+namespace {
+
+/// A disk that becomes full takes a part; only the next attempt fails, and gives the reason.
+bool writeAll(const char* bytes, qint64 size, QFile& destination)
+{
+    for (qint64 at = 0; at < size;) {
+        const qint64 written = destination.write(bytes + at, size - at);
+        if (written <= 0)
+            return false;
+        at += written;
+    }
+    return true;
+}
+
+} // namespace
+
 bool copyPieces(QFile& source, QFile& destination, qint64 size)
 {
     QByteArray piece(256 * 1024, Qt::Uninitialized);
@@ -16,7 +32,7 @@ bool copyPieces(QFile& source, QFile& destination, qint64 size)
         const qint64 got = source.read(piece.data(), wanted);
         if (got == 0)
             return left < 0;
-        if (got < 0 || destination.write(piece.constData(), got) != got)
+        if (got < 0 || !writeAll(piece.constData(), got, destination))
             return false;
         left -= left < 0 ? 0 : got;
     }
