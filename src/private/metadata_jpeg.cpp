@@ -220,7 +220,10 @@ QByteArray jpegWithMetadata(const QByteArray& file, const PictureMetadata& metad
     const QByteArray added = metadataSegments(metadata) + profileSegments(profile);
     bool isAdded = false;
     for (const Segment& segment : segments.list) {
-        if (!isAdded && (segment.marker != JpegMarker::App0 || !isComplete(segment))) {
+        // Behind the last one of a truncated file, bytes of another marker may follow.
+        const bool mayBreakOff = &segment == &segments.list.last() && !segments.endsProperly;
+        if (!isAdded
+            && (segment.marker != JpegMarker::App0 || !isComplete(segment) || mayBreakOff)) {
             result += added;
             isAdded = true;
         }
