@@ -199,8 +199,9 @@ public:
     /// wanted, the picture is re-encoded without it.
     ///
     /// \a src is only read, and nothing is lost at \a dst, as with copyImageFile(): unless the
-    /// import succeeds, what was there is unchanged. A picture that is too large is refused after
-    /// reading its header, and so is a JPEG of more than a thousand segments or scans.
+    /// import succeeds, what was there is unchanged. Nothing is written to a pipe or a device. A
+    /// picture that is too large is refused after reading its header, and so is a JPEG of more than
+    /// a thousand segments or scans.
     ///
     /// May be called from any thread; for many pictures see ImageImporter. Failures are logged with
     /// LogType 2.

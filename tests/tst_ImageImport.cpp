@@ -216,6 +216,7 @@ private Q_SLOTS:
     void tooLarge_data();
     void tooLarge();
     void ontoItself();
+    void ontoPipe();
 
 private:
     QString path(const char* name) const { return (*mSandbox)(QString::fromUtf8(name)); }
@@ -1172,6 +1173,27 @@ void tst_ImageImport::ontoItself()
         QVERIFY2(result, qPrintable(result.error));
         QCOMPARE(QImage(path("a.jpg")).size(), side == 100 ? QSize(75, 100) : QSize(300, 400));
         QCOMPARE(treeOf(mSandbox->root()).size(), 1);
+    }
+}
+
+// What is neither a file nor a folder, such as a pipe or a device, stays what it is.
+void tst_ImageImport::ontoPipe()
+{
+    SKIP_ON_WINDOWS("there are no named pipes in folders");
+    writeFile(path("a.jpg"), tellingPhotograph(6, plainXmp));
+    const QString pipe = mSandbox->pipe(QStringLiteral("pipe.jpg"));
+    const LogCapture log;
+    for (const auto metadata : {ImageImport::AllMetadata, ImageImport::NoMetadata}) {
+        ImageImport how; // copied, copied without metadata
+        how.upright = false;
+        how.metadata = metadata;
+        for (const int side : {0, 10}) { // and scaled
+            how.maxSize = side == 0 ? QSize() : QSize(side, side);
+            const ImageImportResult result = ImageUtils::importImage(path("a.jpg"), pipe, how);
+            QCOMPARE(int(result.status), int(ImageImportResult::NotWritable));
+            QCOMPARE(result.error, QStringLiteral("\"pipe.jpg\" cannot be saved."));
+            QVERIFY(QFileInfo::exists(pipe) && !QFileInfo(pipe).isFile());
+        }
     }
 }
 

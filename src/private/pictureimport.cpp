@@ -160,6 +160,10 @@ bool PictureImport::inspect()
         || !fitsInMemory(mHeader.canvas, mHeader.bytesPerPixel))
         return failsAsTooLarge();
     mFormat = mHow.format.isEmpty() ? mResult.format : formatNamed(mHow.format);
+    // A pipe or a device must not become a file.
+    const QFileInfo old(mDestination);
+    if (old.exists() && !old.isFile() && !old.isDir())
+        return failsWithName(ImageImportResult::NotWritable, "\"%1\" cannot be saved.");
     return !isCancelled();
 }
 
