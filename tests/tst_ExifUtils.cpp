@@ -829,6 +829,10 @@ void tst_ExifUtils::removeLocationFromOddPlaces_data()
     QByteArray odd = block;
     odd[3] = '\x55';
     table("another number after the byte order", exifSegment(odd), false);
+    TiffBuilder third(big); // the third directory leads to GPS
+    third.tiff(8).u16(0).u32(14).u16(0).u32(20).u16(1).entry(0x8825, 4, 1, 38).u32(0);
+    third.u16(1).entry(0x0002, 5, 3, 56).u32(0).raw(latitude(big));
+    table("a resource with an unusual block", resource("\0\0", 2, third), false);
 }
 
 void tst_ExifUtils::removeLocationFromOddPlaces()

@@ -336,6 +336,7 @@ void tst_ProjectFileLocker::pathWithNul()
     QVERIFY(!locker.isLocked());
     QVERIFY(!locker.openNewProjectFolder(longer, QStringLiteral("Shop")));
     QVERIFY(!locker.isLocked());
+    QCOMPARE(ProjectFileLocker::holder(longer).processId, Q_INT64_C(0));
     QCOMPARE(QDir(mDir->root()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
              QStringList());
 }

@@ -127,9 +127,7 @@ bool eraseResourceLocations(QByteArray* file)
     const QByteArray head("8BIM\x04\x22", 6); // EXIF
     for (int at = 0; (at = int(file->indexOf(head, at))) >= 0; at += int(head.size())) {
         const int name = int(at + head.size());
-        if (name >= file->size())
-            break;
-        const int nameSize = uchar(file->at(name)) + 1;
+        const int nameSize = name < file->size() ? uchar(file->at(name)) + 1 : 1;
         const int size = name + nameSize + nameSize % 2;
         const qint64 begin = qint64(size) + 4;
         const qint64 left = file->size() - begin;
