@@ -156,6 +156,14 @@ bool findPatch(const ExifPlace& place, QByteArray block, Shrinking shrinking, Fi
     return true;
 }
 
+/// Composes the \a bytes of \a block and parses them again, as \a written: a damaged block may
+/// become unreadable when it grows.
+bool compose(const ExifBlock& block, QByteArray* bytes, ExifBlock* written, QString* error)
+{
+    *bytes = block.composed();
+    return written->parse(*bytes) || fail(error, PhotoFailure::Damaged);
+}
+
 // Dates and positions
 
 /// Parses an offset from UTC like "+02:00" into \a seconds.
@@ -263,10 +271,10 @@ bool ExifEditor::save(const QString& fileName, QString* error)
         return false;
     if (isEmpty())
         return true;
-    const QByteArray block = d->block.composed();
-    ExifBlock written; // a damaged block may become unreadable when it grows
-    if (!written.parse(block))
-        return fail(error, PhotoFailure::Damaged);
+    QByteArray block;
+    ExifBlock written;
+    if (!compose(d->block, &block, &written, error))
+        return false;
     FilePatch patch;
     const qint64 size = file.size();
     const QByteArray head = file.read(size <= smallSize ? size : usualSize);
@@ -287,13 +295,13 @@ bool ExifEditor::save(QIODevice* device, QString* error)
         return fail(error, PhotoFailure::NotWritten);
     if (isEmpty())
         return true;
-    const QByteArray block = d->block.composed();
-    ExifBlock written; // a damaged block may become unreadable when it grows
-    if (!written.parse(block))
-        return fail(error, PhotoFailure::Damaged);
-    FilePatch patch;
     if (!device->seek(0))
         return fail(error, PhotoFailure::NotRead);
+    QByteArray block;
+    ExifBlock written;
+    if (!compose(d->block, &block, &written, error))
+        return false;
+    FilePatch patch;
     if (!findPatch(findExif(device), block, Shrinking::FilledUp, &patch, error))
         return false;
     if (!patchInPlace(device, patch))
