@@ -228,13 +228,14 @@ void tst_ImageImportContainers::copiesWithout_data()
     const QByteArray gifHead = QByteArray::fromHex("47494638396102000100800100ff000000ff00");
     const QByteArray frame = QByteArray::fromHex("2c0000000002000100000202440a00");
     const QByteArray told = QByteArray::fromHex("21fe04746f6c6400");
-    row("gif, padding between blocks goes, no picture does",
+    row("gif, stray bytes between blocks go, no picture does",
         gifHead + frame + QByteArray(3, '\0') + told + "ab" + frame + "c;",
-        gifHead + frame + frame + ';');
-    row("gif, an extension without content goes",
-        gifHead + QByteArray::fromHex("21f90000") + frame + told + ';', gifHead + frame + ';');
+        gifHead + frame + QByteArray(3, '\0') + frame + ';');
+    row("gif, an extension without content stays",
+        gifHead + QByteArray::fromHex("21f90000") + frame + told + ';',
+        gifHead + QByteArray::fromHex("21f90000") + frame + ';');
     row("gif, padding at a missing end", gifHead + told + frame + QByteArray(2, '\0'),
-        gifHead + frame);
+        gifHead + frame + QByteArray(2, '\0'));
     if (!hasWebp())
         return;
     const QByteArray pixels = webpChunks(picture(40, 30), 80);

@@ -551,9 +551,9 @@ bool ShopFile::exists() const
 bool ShopFile::read(const QVector<Photograph>& photographs, Shop* shop)
 {
     QFile file(mProject.shopFile());
+    // Reading a pipe or a device might never end.
     const QFileInfo info(file);
-    if (info.exists() && !info.isFile()
-        && !info.isDir()) { // reading a pipe or a device might never end
+    if (info.exists() && !info.isFile() && !info.isDir()) {
         ORVAUTILS_SET_ERROR(failure(Unsuitable, Project::tr("is not a file")));
         return false;
     }

@@ -22,7 +22,8 @@ QByteArray xmpName()
 
 struct Block
 {
-    char label = 0; // of an extension; 0 for a picture
+    char label = 0; // of an extension; 0 for a picture or padding
+    bool isPadding = false;
     QByteArray whole; // valid as long as the file is
     QByteArray content; // of an extension: its concatenated pieces
 };
@@ -73,13 +74,24 @@ int readBlock(const QByteArray& file, int at, Block* block)
     return end;
 }
 
+int readPadding(const QByteArray& file, int at, Block* block)
+{
+    int end = at;
+    while (end < file.size() && file.at(end) == 0)
+        ++end;
+    block->isPadding = true;
+    block->whole = QByteArray::fromRawData(file.constData() + at, end - at);
+    return end;
+}
+
 bool beginsBlock(char byte)
 {
     return byte == extensionMark || byte == imageMark;
 }
 
-/// The blocks of a GIF. Bytes between them that begin none are left out: some encoders pad with
-/// zeros, and readers skip anything up to the next block.
+/// The blocks of a GIF. Some encoders pad them with zeros, which stay, because readers disagree on
+/// where a block without content ends. Other bytes that begin no block are left out: readers that
+/// do not stop there skip them.
 Blocks blocksOf(const QByteArray& file)
 {
     Blocks blocks;
@@ -91,12 +103,15 @@ Blocks blocksOf(const QByteArray& file)
         return blocks;
     blocks.head = file.left(at);
     while (at > 0 && at < file.size() && file.at(at) != endMark) {
-        if (!beginsBlock(file.at(at))) {
+        Block block;
+        if (file.at(at) == 0) {
+            at = readPadding(file, at, &block);
+        } else if (beginsBlock(file.at(at))) {
+            at = readBlock(file, at, &block);
+        } else {
             ++at;
             continue;
         }
-        Block block;
-        at = readBlock(file, at, &block);
         if (at > 0)
             blocks.list.append(block);
     }
@@ -132,16 +147,9 @@ QByteArray xmpPacket(const Block& block)
     return QByteArray(block.whole.constData() + begin, qMax(0, end - begin));
 }
 
-/// Whether an extension states nothing. Readers disagree on where such a one ends.
-bool isEmpty(const Block& block)
+bool isMetadata(const Block& block)
 {
-    return block.label != 0 && block.content.isEmpty();
-}
-
-/// Whether a block is no part of the picture itself.
-bool isDispensable(const Block& block)
-{
-    return isComment(block) || isXmp(block) || isEmpty(block);
+    return isComment(block) || isXmp(block);
 }
 
 QByteArray commentBlock(const QByteArray& comment)
@@ -175,7 +183,9 @@ MetadataFindings readGifMetadata(const QByteArray& file)
 QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metadata)
 {
     const Blocks blocks = blocksOf(file);
-    const bool hasNoPicture = std::all_of(blocks.list.begin(), blocks.list.end(), isDispensable);
+    const bool hasNoPicture =
+        std::all_of(blocks.list.begin(), blocks.list.end(),
+                    [](const Block& block) { return isMetadata(block) || block.isPadding; });
     if (blocks.head.isEmpty() || (hasNoPicture && !blocks.endsProperly))
         return QByteArray(); // GCOVR_EXCL_LINE: an import refuses it before
     QByteArray added;
@@ -191,7 +201,7 @@ QByteArray gifWithMetadata(const QByteArray& file, const PictureMetadata& metada
         // After a truncated picture, everything would be taken for a part of it.
         if (i == last && !blocks.endsProperly)
             result += added;
-        if (!isDispensable(blocks.list.at(i)))
+        if (!isMetadata(blocks.list.at(i)))
             result += blocks.list.at(i).whole;
     }
     if (blocks.endsProperly)
