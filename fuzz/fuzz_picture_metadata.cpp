@@ -20,22 +20,34 @@ using namespace OrvaUtilsPrivate;
 
 namespace {
 
+/// Whether a GIF has an extension with fewer bytes than its kind needs. Qt takes what is missing
+/// from the blocks before it, which may be metadata, and reads a byte too many of an empty one.
+bool hasShortExtension(const QByteArray& gif)
+{
+    for (int at = 0; at + 2 < gif.size(); ++at) {
+        const int size = uchar(gif.at(at + 2));
+        const int needed = gif.at(at + 1) == '\xF9' ? 4 : gif.at(at + 1) == '\xFF' ? 11 : 0;
+        if (gif.at(at) == '\x21' && size < needed)
+            return true;
+    }
+    return false;
+}
+
 /// The picture, if it is small enough to be decoded quickly; otherwise null, also if the library
-/// would not decode it. Always in the same format: Qt also says that a picture may be transparent
-/// when only a block of the file says so that has no content.
+/// would not decode it, or if Qt reads it in a way of its own.
 QImage decoded(const QByteArray& file, const QByteArray& format)
 {
     QBuffer buffer;
     buffer.setData(file);
     buffer.open(QIODevice::ReadOnly);
-    if (claimsMissingBytes(&buffer, PngChunks::All))
+    if (claimsMissingBytes(&buffer, PngChunks::All) || (format == "gif" && hasShortExtension(file)))
         return QImage();
     QImageReader reader(&buffer, format);
     reader.setAutoTransform(false);
     const QSize size = canvasOf(reader);
     const qint64 smallSize = 64 * 64;
     const bool isSmall = size.isValid() && qint64(size.width()) * size.height() <= smallSize;
-    return isSmall ? reader.read().convertToFormat(QImage::Format_RGBA64) : QImage();
+    return isSmall ? reader.read() : QImage();
 }
 
 bool namesGps(const QStringRef& name)

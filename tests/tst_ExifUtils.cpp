@@ -896,6 +896,12 @@ void tst_ExifUtils::removeLocationFromTangledBlock_data()
     gpsAt(listed);
     row("the second of two directories leads to GPS", listed.all());
 
+    TiffBuilder half(little);
+    half.tiff(68).u16(1).entry(0x8825, 4, 1, 26).u32(0); // 8
+    half.u16(1).entry(0x0002, 5, 3, 44).u32(0).raw(latitude(little)); // 26: GPS
+    half.u16(1).shorts(0x0112, 1, 1).u16(8); // 68: IFD0, and the first half of a link
+    row("a link to GPS that breaks off", half.all());
+
     TiffBuilder many(big);
     const int count = 100;
     many.tiff(8).u16(1).entry(0x014A, 4, count, 26).u32(0);

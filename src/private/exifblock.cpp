@@ -83,9 +83,11 @@ public:
 private:
     bool isThere(qint64 at, qint64 size) const { return at + size <= mBlock.size(); }
 
+    /// Some readers take what is missing at the end for zeros.
     quint32 number(qint64 at) const
     {
-        return isThere(at, 4) ? decode<quint32>(mBlock.constData() + at, mOrder) : 0;
+        const QByteArray bytes = mBlock.mid(int(qMin(at, qint64(mBlock.size()))), 4);
+        return decode<quint32>(bytes.leftJustified(4, '\0').constData(), mOrder);
     }
 
     void add(quint32 directory)
