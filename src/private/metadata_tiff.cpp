@@ -115,7 +115,7 @@ private:
     }
 
     TiffReader mReader;
-    quint64 mRoom = 2 * JpegSegments::MaximumPayload; // a segment of EXIF, and one of XMP
+    quint64 mRoom = quint64(2) * JpegSegments::MaximumPayload; // a segment of EXIF, and one of XMP
     QVector<ExifBlock::Directory> mFound;
     ExifBlock mKept;
     QByteArray mXmp;
