@@ -312,8 +312,10 @@ ImageImportResult ImageUtils::importImage(const QString& src, const QString& dst
 QSize ImageUtils::imageSize(const QString& path)
 {
     const PictureHeader header = readPictureHeader(path);
-    // A path that cannot be opened may still be one to which QImageReader adds a suffix.
-    return header.format.isEmpty() ? QImageReader(path).size() : header.size;
+    // A path that cannot be opened may still be one to which QImageReader adds a suffix. The system
+    // would end it at a NUL.
+    const bool mayLackSuffix = header.format.isEmpty() && !path.contains(QChar());
+    return mayLackSuffix ? QImageReader(path).size() : header.size;
 }
 
 QPixmap ImageUtils::scaledPixmapFromFilepath(const QString& path, const QSize& maxSize)
