@@ -71,7 +71,8 @@ QString lockFileIn(const QString& folder)
 
 /// Whether QLockFile can look at \a lockPath and at its helper files. It reads whole lines of what
 /// exists there: of a pipe it would wait for a writer, and a device or a file of gigabytes would
-/// fill the memory. It mistakes a path that contains a NUL for a lock that somebody holds.
+/// fill the memory. The system would end a path at a NUL, so that the lock would be that of another
+/// file, or replace it.
 bool canBeLock(const QString& lockPath)
 {
     if (lockPath.contains(QChar()))
@@ -212,9 +213,7 @@ QDebug operator<<(QDebug debug, const ProjectFileLocker::LockHolder& holder)
 bool ProjectFileLockerPrivate::take(const QString& lockPath, const QString& project,
                                     const QString& folder, QString* error)
 {
-    // The system would end the path there, and the lock would be that of another file or replace
-    // it.
-    if (lockPath.contains(QChar())) {
+    if (!canBeLock(lockPath)) {
         if (error)
             *error = messageOf(QLockFile::UnknownError, project, folder);
         return false;
@@ -222,11 +221,6 @@ bool ProjectFileLockerPrivate::take(const QString& lockPath, const QString& proj
     // The current folder may have changed when the lock is released.
     const QString absolutePath = QFileInfo(lockPath).absoluteFilePath();
     auto taken = std::make_unique<QLockFile>(absolutePath);
-    if (!canBeLock(absolutePath)) {
-        if (error)
-            *error = messageOf(QLockFile::UnknownError, project, folder);
-        return false;
-    }
     if (!taken->tryLock(0) && !(removeAbandoned(absolutePath) && taken->tryLock(0))) {
         if (error)
             *error = messageOf(taken->error(), project, folder);
